@@ -1,0 +1,5 @@
+# One interface target carries the warnings of every target here; warnings are errors.
+add_library(QelWarnings INTERFACE)
+target_compile_options(QelWarnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wcast-align -Wold-style-cast -Wformat=2 -Wimplicit-fallthrough -Wnull-dereference -Werror)

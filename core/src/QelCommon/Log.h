@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace Qel {
+
+/// Levels of the log.  A record is emitted when its level isn't above `debug_level`.
+namespace LogLevel {
+inline constexpr int error = 1;        ///< something that was asked for could not be done
+inline constexpr int cacheFailure = 2; ///< an operation of the shared cache failed
+inline constexpr int trace = 4;        ///< what goes on, for whoever follows it
+} // namespace LogLevel
+
+/// The highest level that is emitted, 0 to 6; 0 silences the log.  1 at start.
+extern int debug_level;
+
+/// One emitted record.  The pointers are valid during the sink's call only.
+struct LogRecord {
+    const char* module;
+    const char* file;
+    int line;
+    const char* function;
+    const char* prettyFunction;
+    int level;
+    std::string text;
+};
+
+/// Where records go.
+using LogSink = std::function<void(const LogRecord&)>;
+
+/// Replaces the process's sink and gives back the old one.  An empty sink stands for standard error.  The sink may be
+/// called from any thread, one call at a time; it must not log itself.
+LogSink setLogSink(LogSink sink);
+
+/// An open log record: knows where it comes from and waits for its text.
+class Logger {
+public:
+    Logger(const char* module, const char* file, int line, const char* function, const char* prettyFunction) noexcept
+        : m_module(module), m_file(file), m_line(line), m_function(function), m_prettyFunction(prettyFunction) {}
+
+    /// Emits the record with a text as of printf, or drops it when `level` is above `debug_level`.
+    void put(int level, const char* format, ...) const __attribute__((format(printf, 3, 4)));
+
+private:
+    const char* m_module;
+    const char* m_file;
+    int m_line;
+    const char* m_function;
+    const char* m_prettyFunction;
+};
+
+/// Opens a log record.
+[[nodiscard]] inline Logger Log2(const char* module, const char* file, int line, const char* function,
+                                 const char* prettyFunction) noexcept {
+    return {module, file, line, function, prettyFunction};
+}
+
+} // namespace Qel

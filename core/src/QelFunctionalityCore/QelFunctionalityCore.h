@@ -1,0 +1,3 @@
+#pragma once
+
+// The umbrella header: every public header of the library.

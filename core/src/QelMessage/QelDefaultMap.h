@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string_view>
+
+namespace Qel {
+
+namespace Internal {
+
+/// A text that lives as long as the process.
+class CharArray {
+public:
+    constexpr CharArray() = default;
+    constexpr CharArray(const char* text, unsigned length) : m_text(text), m_length(length) {}
+    [[nodiscard]] constexpr const char* text() const { return m_text; }
+    [[nodiscard]] constexpr unsigned length() const { return m_length; }
+    [[nodiscard]] constexpr bool empty() const { return m_length == 0; }
+    [[nodiscard]] constexpr std::string_view view() const { return {m_text, m_length}; }
+
+private:
+    const char* m_text = "";
+    unsigned m_length = 0;
+};
+
+} // namespace Internal
+
+/// Names of element, namespace and type IDs, as the wire uses them.  Empty for an ID that has none.
+struct QelDefaultMap {
+    [[nodiscard]] static Internal::CharArray findElemID(int id);
+    [[nodiscard]] static Internal::CharArray findNSID(int id);
+    [[nodiscard]] static Internal::CharArray findTypeID(int id);
+};
+
+[[nodiscard]] Internal::CharArray getStringByElemIdDefault(int id);
+[[nodiscard]] Internal::CharArray getStringByNSIdDefault(int id);
+[[nodiscard]] Internal::CharArray getStringByTypeIdDefault(int id);
+
+} // namespace Qel

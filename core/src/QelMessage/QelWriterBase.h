@@ -1,0 +1,51 @@
+#pragma once
+
+namespace Qel {
+
+/// The statics that tell how a writer marks the element it writes into, and their defaults: no namespace, and type 50,
+/// which lies below the first complex type and so marks nothing.
+struct QelWriterBase {
+    static constexpr int getNSID() { return 0; }
+    static constexpr int getTypeID() { return 50; }
+    static constexpr const char* getStrNSID() { return ""; }
+    static constexpr const char* getStrTypeID() { return ""; }
+};
+
+/// Forwards the four statics to `Self`, so that a template that knows only the outer writer reaches the writer's own
+/// values.  What `Self` doesn't declare keeps the default.
+///
+/// A record's writer derives from QelWriterBaseT of itself and hides what it wants to tell:
+///
+///     struct Writer : QelWriterBaseT<Writer> {
+///         static constexpr int getNSID() { return 292; }
+///         static constexpr int getTypeID() { return 117; }
+///         int operator()(QelMessageIterator& cursor, const QelOS& os) const;
+///     };
+template <class Self> struct QelWriterBaseT : QelWriterBase {
+    static constexpr int getNSID() {
+        if constexpr (&Self::getNSID == &QelWriterBaseT::getNSID)
+            return QelWriterBase::getNSID();
+        else
+            return Self::getNSID();
+    }
+    static constexpr int getTypeID() {
+        if constexpr (&Self::getTypeID == &QelWriterBaseT::getTypeID)
+            return QelWriterBase::getTypeID();
+        else
+            return Self::getTypeID();
+    }
+    static constexpr const char* getStrNSID() {
+        if constexpr (&Self::getStrNSID == &QelWriterBaseT::getStrNSID)
+            return QelWriterBase::getStrNSID();
+        else
+            return Self::getStrNSID();
+    }
+    static constexpr const char* getStrTypeID() {
+        if constexpr (&Self::getStrTypeID == &QelWriterBaseT::getStrTypeID)
+            return QelWriterBase::getStrTypeID();
+        else
+            return Self::getStrTypeID();
+    }
+};
+
+} // namespace Qel
