@@ -3,6 +3,7 @@
 #include <concepts>
 
 #include "QelMessage/QelMessageIterator.h"
+#include "QelMessage/QelWireLayout.h"
 
 // What a record's header needs.  A record is a plain struct; how it stands on the wire is stated once, in the table
 // Wire<Record> in its source file (see QelWireTable.h), and its Reader and Writer come out of that table:
@@ -19,7 +20,8 @@
 
 namespace Qel {
 
-struct QelWireLayout;
+/// The table of a record.  Defined in the record's source file, by the line that follows its Wire<Record>.
+template <class Record> const QelWireLayout& qelWireLayout();
 
 namespace Internal {
 
@@ -31,7 +33,9 @@ concept DerivedOnly = std::derived_from<Object, Record> && !std::same_as<Object,
 /// Reads a record from the current element: 0, or -1 when a field that must be there is missing or unreadable.  Fields
 /// read before a failure stay read.
 template <class Record> struct QelRecordReader {
-    int operator()(const QelMessageIterator& cursor, Record& record) const;
+    int operator()(const QelMessageIterator& cursor, Record& record) const {
+        return readByLayout(qelWireLayout<Record>(), &record, cursor);
+    }
 
     template <Internal::DerivedOnly<Record> Derived> int operator()(const QelMessageIterator&, Derived&) const {
         static_assert(sizeof(Derived) == 0,
@@ -39,16 +43,16 @@ template <class Record> struct QelRecordReader {
                       "give it a Reader and a Writer, or say QelReaderAs<Base>");
         return -1;
     }
-
-    [[nodiscard]] static const QelWireLayout& layout();
 };
 
 /// Writes a record into the current element: 0, or -1 when a field could not be written.
 template <class Record> struct QelRecordWriter : QelWriterBaseT<QelRecordWriter<Record>> {
-    static int getNSID();
-    static int getTypeID();
+    static int getNSID() { return qelWireLayout<Record>().nsId; }
+    static int getTypeID() { return qelWireLayout<Record>().typeId; }
 
-    int operator()(QelMessageIterator& cursor, const Record& record) const;
+    int operator()(QelMessageIterator& cursor, const Record& record) const {
+        return writeByLayout(qelWireLayout<Record>(), &record, cursor);
+    }
 
     template <Internal::DerivedOnly<Record> Derived> int operator()(QelMessageIterator&, const Derived&) const {
         static_assert(sizeof(Derived) == 0, "this record would be written through its base's table and lose its own "

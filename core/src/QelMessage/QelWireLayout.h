@@ -45,6 +45,7 @@ enum class QelWireKind : unsigned char {
 };
 
 struct QelWireField;
+struct QelWireLayout;
 
 /// How the values of one type cross the wire.  `id` 0 is the current element, as everywhere.
 struct QelWireCodec {

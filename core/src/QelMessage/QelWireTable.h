@@ -17,8 +17,7 @@
 //         };
 //         static constexpr int readOrder[] = {1026, 1846};  // only where reading goes another way
 //     };
-//     template struct QelRecordReader<QelOS>;
-//     template struct QelRecordWriter<QelOS>;
+//     template <> const QelWireLayout& qelWireLayout<QelOS>() { return wireLayoutOf<QelOS>; }
 //
 // A record without a namespace and a type of its own leaves out nsId and typeId, one without fields leaves out fields.
 
@@ -63,7 +62,7 @@ inline constexpr QelWireCodec baseCodec{QelWireKind::base,
                                         nullptr,
                                         []() -> const QelWireLayout* {
                                             if constexpr (WireRecordWithTable<Base>)
-                                                return layoutOfRecord<Base>();
+                                                return &qelWireLayout<Base>();
                                             else
                                                 return nullptr;
                                         },
@@ -240,32 +239,11 @@ template <class Record> consteval auto readingOrder() {
 
 template <class Record> inline constexpr auto readingOrderOf = readingOrder<Record>();
 
-template <class Record>
-inline constexpr QelWireLayout layoutOf{typeName<Record>(), Wire<Record>::nsId, Wire<Record>::typeId,
-                                        Wire<Record>::fields, readingOrderOf<Record>};
-
 } // namespace Internal
 
+/// The table of a record as data.
 template <class Record>
-int QelRecordReader<Record>::operator()(const QelMessageIterator& cursor, Record& record) const {
-    return readByLayout(Internal::layoutOf<Record>, &record, cursor);
-}
-
-template <class Record> const QelWireLayout& QelRecordReader<Record>::layout() {
-    return Internal::layoutOf<Record>;
-}
-
-template <class Record> int QelRecordWriter<Record>::getNSID() {
-    return Wire<Record>::nsId;
-}
-
-template <class Record> int QelRecordWriter<Record>::getTypeID() {
-    return Wire<Record>::typeId;
-}
-
-template <class Record>
-int QelRecordWriter<Record>::operator()(QelMessageIterator& cursor, const Record& record) const {
-    return writeByLayout(Internal::layoutOf<Record>, &record, cursor);
-}
+inline constexpr QelWireLayout wireLayoutOf{Internal::typeName<Record>(), Wire<Record>::nsId, Wire<Record>::typeId,
+                                            Wire<Record>::fields, Internal::readingOrderOf<Record>};
 
 } // namespace Qel

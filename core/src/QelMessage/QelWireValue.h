@@ -65,7 +65,7 @@ template <class T> consteval std::string_view typeName() {
 }
 
 template <class T> constexpr const QelWireLayout* layoutOfRecord() {
-    return &T::reader_type::layout();
+    return &qelWireLayout<T>();
 }
 
 } // namespace Internal
