@@ -1,0 +1,82 @@
+#pragma once
+
+#include <bit>
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <type_traits>
+
+namespace Qel {
+
+/// A 128-bit identifier: 16 bytes, whose canonical text is the lower-case 8-4-4-4-12 form of the bytes in order.
+///
+/// It lies in files that processes of 32 and 64 bits map at once, so its form in memory is a format: the 16 bytes in
+/// order, aligned to 4.  Its first half is bytes 0 to 7 and its second half bytes 8 to 15, each a little-endian 64-bit
+/// number; identifiers are ordered by the first half and then by the second, both unsigned.  Sorted tables in those
+/// files depend on that order.
+class QelGUIDBase {
+public:
+    static constexpr std::size_t byteCount = 16;
+
+    /// The null identifier: all bytes zero.
+    constexpr QelGUIDBase() noexcept = default;
+    /// From 16 bytes of any alignment.
+    explicit QelGUIDBase(const void* bytes) noexcept;
+    /// From the first and the second half.
+    constexpr QelGUIDBase(long long first, long long second) noexcept
+        : QelGUIDBase(std::bit_cast<QelGUIDBase>(
+              Halves{static_cast<std::uint64_t>(first), static_cast<std::uint64_t>(second)})) {}
+
+    /// Becomes a new identifier that no other one equals, from libuuid; never null.
+    void generate() noexcept;
+
+    /// The canonical text: 36 characters.
+    [[nodiscard]] std::string toString() const;
+
+    /// Becomes what `text` says: the canonical form and nothing else, in either case of letters.  -1, and unchanged,
+    /// for any other text and for a null pointer.
+    [[nodiscard]] int fromString(const char* text) noexcept;
+
+    /// True unless this is the null identifier.
+    [[nodiscard]] constexpr bool isValid() const noexcept { return *this != QelGUIDBase(); }
+
+    /// The two halves.
+    constexpr void getData(unsigned long long& first, unsigned long long& second) const noexcept {
+        const Halves all = halves();
+        first = all.first;
+        second = all.second;
+    }
+
+    friend constexpr bool operator==(const QelGUIDBase& a, const QelGUIDBase& b) noexcept {
+        return a.halves() == b.halves();
+    }
+    friend constexpr std::strong_ordering operator<=>(const QelGUIDBase& a, const QelGUIDBase& b) noexcept {
+        const Halves x = a.halves();
+        const Halves y = b.halves();
+        return x.first != y.first ? x.first <=> y.first : x.second <=> y.second;
+    }
+    /// Told apart from the three-way form because it is the inner step of every search of a sorted table.
+    friend constexpr bool operator<(const QelGUIDBase& a, const QelGUIDBase& b) noexcept {
+        const Halves x = a.halves();
+        const Halves y = b.halves();
+        return x.first != y.first ? x.first < y.first : x.second < y.second;
+    }
+
+private:
+    struct Halves {
+        std::uint64_t first;
+        std::uint64_t second;
+        friend constexpr bool operator==(const Halves&, const Halves&) = default;
+    };
+
+    [[nodiscard]] constexpr Halves halves() const noexcept { return std::bit_cast<Halves>(*this); }
+
+    std::uint32_t m_words[4] = {};
+};
+
+static_assert(std::endian::native == std::endian::little, "an identifier's halves are little-endian in shared files");
+static_assert(sizeof(QelGUIDBase) == QelGUIDBase::byteCount && alignof(QelGUIDBase) == 4);
+static_assert(std::is_standard_layout_v<QelGUIDBase> && std::is_trivially_copyable_v<QelGUIDBase>);
+
+} // namespace Qel

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <compare>
+
+#include "QelMessage/QelRecord.h"
+
+namespace Qel {
+
+/// The state that an environment is in and the transition that it goes through, both in the agent's own codes.
+struct QelEnvStatus {
+    QelEnvStatus() = default;
+    QelEnvStatus(int inState, int inTransition) : state(inState), transition(inTransition) {}
+
+    /// By state, then by transition.
+    friend auto operator<=>(const QelEnvStatus&, const QelEnvStatus&) = default;
+
+    int state = 1;
+    int transition = 0;
+
+    using Reader = QelRecordReader<QelEnvStatus>;
+    using Writer = QelRecordWriter<QelEnvStatus>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+} // namespace Qel

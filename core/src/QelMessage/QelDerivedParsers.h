@@ -1,0 +1,198 @@
+#pragma once
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <typeinfo>
+
+#include <boost/shared_ptr.hpp>
+
+#include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelDefaultMap.h"
+
+// Polymorphic records.  One registry for each base class connects an element's complex type with the class to make on
+// reading, and an object's run-time type with the writer to use.  Factories are global objects:
+//
+//     QelDerivedParserFactoryT<QelNetNIC, QelNetDevice> factoryQelNetNIC(false);
+//
+// They register while the library loads, when one thread runs; afterwards the registries are only read.
+
+namespace Qel {
+
+/// Base of the factories of all classes that share the base class `Base`, and their registry.
+template <class Base, class Key = Base> class QelDerivedParserFactory {
+public:
+    struct FactoryData {
+        std::map<std::string, QelDerivedParserFactory*> factories;       ///< by complex type, as curType() tells it
+        std::map<std::string, QelDerivedParserFactory*> factoriesByType; ///< by std::type_info::name()
+        QelDerivedParserFactory* defaultFactory = nullptr;               ///< for what the lookups don't find
+    };
+
+    QelDerivedParserFactory(const QelDerivedParserFactory&) = delete;
+    QelDerivedParserFactory& operator=(const QelDerivedParserFactory&) = delete;
+    virtual ~QelDerivedParserFactory();
+
+    /// Reads the current element into a new object, which is the caller's; `out` stays as it was on failure.
+    virtual int read(const QelMessageIterator& cursor, Base*& out) const = 0;
+    /// Writes the object, which is of this factory's class, into the current element and stamps it.
+    virtual int write(QelMessageIterator& cursor, const Base* object) const = 0;
+    [[nodiscard]] virtual boost::shared_ptr<Base> createObject() const = 0;
+
+    static std::map<std::string, QelDerivedParserFactory*>& factories() { return factoryData().factories; }
+    static std::map<std::string, QelDerivedParserFactory*>& factoriesByType() { return factoryData().factoriesByType; }
+    static QelDerivedParserFactory*& defaultFactory() { return factoryData().defaultFactory; }
+    static FactoryData& factoryData() { return *factoryInternalData(); }
+    /// The registry, made by whoever asks first: a factory's constructor may run before any other of the library.
+    static const boost::shared_ptr<FactoryData>& factoryInternalData() {
+        static const boost::shared_ptr<FactoryData> registry(new FactoryData);
+        return registry;
+    }
+
+protected:
+    QelDerivedParserFactory() = default;
+
+    /// Registers this factory under `key` and under the class `typeName`.  Two classes with one key can't be told
+    /// apart on the wire, so a duplicate ends the process at load.
+    void registerAs(bool isDefault, const std::string& key, const char* typeName);
+
+private:
+    boost::shared_ptr<FactoryData> data; // keeps the registry until its last factory has gone
+};
+
+/// True for a registry entry that is this factory.
+template <class Factory> class QelIsFactoryEqual {
+public:
+    explicit QelIsFactoryEqual(const Factory* factory) : m_factory(factory) {}
+    bool operator()(const std::pair<const std::string, Factory*>& entry) const { return entry.second == m_factory; }
+
+private:
+    const Factory* m_factory;
+};
+
+template <class Base, class Key> QelDerivedParserFactory<Base, Key>::~QelDerivedParserFactory() {
+    if (!data)
+        return;
+    if (data->defaultFactory == this)
+        data->defaultFactory = nullptr;
+    const QelIsFactoryEqual<QelDerivedParserFactory> isThis(this);
+    for (auto* registry : {&data->factories, &data->factoriesByType})
+        if (const auto entry = std::find_if(registry->begin(), registry->end(), isThis); entry != registry->end())
+            registry->erase(entry);
+}
+
+template <class Base, class Key>
+void QelDerivedParserFactory<Base, Key>::registerAs(bool isDefault, const std::string& key, const char* typeName) {
+    data = factoryInternalData();
+    const bool isNewKey = data->factories.emplace(key, this).second;
+    QEL_CHECK_AT(isNewKey, "core/src/QelMessage/QelDerivedParsers", 269);
+    const bool isNewType = data->factoriesByType.emplace(typeName, this).second;
+    QEL_CHECK_AT(isNewType, "core/src/QelMessage/QelDerivedParsers", 271);
+    if (isDefault) {
+        QEL_CHECK_AT(data->defaultFactory == nullptr, "core/src/QelMessage/QelDerivedParsers", 274);
+        data->defaultFactory = this;
+    }
+}
+
+/// The complex-type key of a writer: what curType() answers for an element that it stamped.
+template <class Writer> std::string QelDerivedKey() {
+    const char* const nsText = Writer::getStrNSID();
+    const char* const typeText = Writer::getStrTypeID();
+    QEL_CHECK_AT(nsText != nullptr, "core/src/QelMessage/QelDerivedParsers", 237);
+    QEL_CHECK_AT(typeText != nullptr, "core/src/QelMessage/QelDerivedParsers", 238);
+
+    const bool isByText = *typeText != '\0';
+    const std::string ns(isByText ? std::string_view(nsText) : QelDefaultMap::findNSID(Writer::getNSID()).view());
+    const std::string type(isByText ? std::string_view(typeText)
+                                    : QelDefaultMap::findTypeID(Writer::getTypeID()).view());
+    return ns.empty() ? type : ns + ':' + type;
+}
+
+/// The factory of one concrete class.
+template <class Data, class Base, class Key = Base, class TReader = typename Data::Reader,
+          class TWriter = typename Data::Writer>
+class QelDerivedParserFactoryT final : public QelDerivedParserFactory<Base, Key> {
+public:
+    explicit QelDerivedParserFactoryT(bool isDefault) { addFactory(isDefault, typeid(Data).name()); }
+
+    int read(const QelMessageIterator& cursor, Base*& out) const override { return m_reader(cursor, out); }
+    int write(QelMessageIterator& cursor, const Base* object) const override {
+        return cursor.putObject(dynamic_cast<const Data*>(object), m_writer, getEmptyID());
+    }
+    [[nodiscard]] boost::shared_ptr<Base> createObject() const override { return boost::shared_ptr<Base>(new Data()); }
+
+private:
+    void addFactory(bool isDefault, const char* typeName) {
+        this->registerAs(isDefault, QelDerivedKey<TWriter>(), typeName);
+    }
+
+    QelReaderPointerDataT<Data, TReader> m_reader;
+    QelWriterPointerDataT<Data, TWriter> m_writer;
+};
+
+/// Reads an object of the class that the element's complex type names.
+template <class Base, class Key = Base> class QelReaderDerived {
+public:
+    /// With `useDefault` an element of no or of an unknown type is read as the registry's default class; without it,
+    /// or without a default class, it is a failure, -1.
+    explicit QelReaderDerived(bool useDefaultFactory) : useDefault(useDefaultFactory) {}
+
+    /// `out` stays as it was on failure.
+    template <class T> int operator()(const QelMessageIterator& cursor, boost::shared_ptr<T>& out) const {
+        const auto* const factory = findFactory(cursor.curType());
+        if (!factory)
+            return -1;
+        Base* raw = nullptr;
+        const int result = factory->read(cursor, raw);
+        if (result == 0)
+            out.reset(raw);
+        return result;
+    }
+
+private:
+    using Factory = QelDerivedParserFactory<Base, Key>;
+
+    const Factory* findFactory(const std::string& type) const {
+        const auto entry = Factory::factories().find(type);
+        if (entry != Factory::factories().end() && entry->second)
+            return entry->second;
+        return useDefault ? Factory::defaultFactory() : nullptr;
+    }
+
+    bool useDefault;
+};
+
+template <class Base> QelReaderDerived<Base> QelReaderDerivedValid(bool useDefault) {
+    return QelReaderDerived<Base>(useDefault);
+}
+
+/// Writes an object through the factory of its run-time class, or as the default class when that has none; -1 without a
+/// default.  A null pointer raises std::bad_typeid.
+template <class Factory> struct QelDerivedWrite {
+    template <class Base> int operator()(QelMessageIterator& cursor, const Base* object) const {
+        const auto entry = Factory::factoriesByType().find(typeid(*object).name());
+        if (entry != Factory::factoriesByType().end())
+            return entry->second->write(cursor, object);
+        const Factory* const byDefault = Factory::defaultFactory();
+        return byDefault ? byDefault->write(cursor, object) : -1;
+    }
+};
+
+template <class Base, class Key = Base, template <class> class Write = QelDerivedWrite>
+struct QelWriterDerived : QelWriterBase {
+    template <class T> int operator()(QelMessageIterator& cursor, const boost::shared_ptr<T>& object) const {
+        return Write<QelDerivedParserFactory<Base, Key>>()(cursor, static_cast<const Base*>(object.get()));
+    }
+};
+
+template <class ID, class Base, class Key = Base, template <class> class DataT = QelReaderListDataT>
+QelReaderListT<ID, DataT<QelReaderDerived<Base, Key>>> QelReaderDerivedList(ID id, QelReaderFlags flags,
+                                                                            bool useDefault) {
+    return {DataT<QelReaderDerived<Base, Key>>(QelReaderDerived<Base, Key>(useDefault)), id, flags};
+}
+
+template <class ID, class Base, class Key = Base, template <class> class Write = QelDerivedWrite>
+auto QelWriterDerivedList(ID id) {
+    return QelWriterList(QelWriterIDT<ID, QelWriterDerived<Base, Key, Write>>(id));
+}
+
+} // namespace Qel

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace Qel {
+
+class QelMessageIterator;
+
+/// What a missing or an unreadable element does to the reading of a record.
+enum class QelWireRead : unsigned char {
+    required, ///< either is a failure
+    optional, ///< missing: the field stays as it was; unreadable: a failure
+    ignored,  ///< either: the field stays as it was
+};
+
+/// When a field is written.
+enum class QelWireWrite : unsigned char {
+    always,
+    ifSet, ///< a text or container that isn't empty, an optional that is specified, a number that isn't 0, or a test of
+           ///< the field's own
+};
+
+/// How a value stands in its element.
+enum class QelWireForm : unsigned char {
+    plain,
+    base64, ///< text only
+    time,   ///< long only: seconds since the epoch
+};
+
+/// What kind of value a field holds.
+enum class QelWireKind : unsigned char {
+    text,
+    integer,     ///< 32 bits
+    longInteger, ///< 64 bits
+    real,
+    boolean,
+    presence, ///< no value: the element's presence is the field
+    record,   ///< a record in an element of its own
+    base,     ///< a record at the same element
+    sequence, ///< a run of items in order
+    set,      ///< a run of items, sorted and without duplicates
+    map,      ///< a run of entries
+    step,     ///< written by hand
+};
+
+struct QelWireField;
+struct QelWireLayout;
+
+/// How the values of one type cross the wire.  `id` 0 is the current element, as everywhere.
+struct QelWireCodec {
+    QelWireKind kind;
+    std::string_view typeName;        ///< of a record: its class
+    bool isOptional;                  ///< a property that may be unset
+    const QelWireCodec* key;          ///< of a map: its keys'
+    const QelWireCodec* item;         ///< of a container: its items', of a map its values'
+    const QelWireLayout* (*layout)(); ///< of a record with a table
+    int (*read)(const QelMessageIterator&, void* member, int id, const QelWireField&);
+    int (*write)(QelMessageIterator&, const void* member, int id, const QelWireField&);
+    bool (*isSet)(const void* member); ///< what QelWireWrite::ifSet asks
+};
+
+/// One row of a record's table.
+struct QelWireField {
+    std::string_view name; ///< of the member
+    int id;                ///< element ID; 0 for what stands directly in the record's element
+    int item, key, value;  ///< IDs of a container's item, and of a map entry's key and value; 0 if there is none
+    QelWireRead read;
+    QelWireWrite write;
+    QelWireForm form;
+    const QelWireCodec* codec;
+    void* (*member)(void* record);
+    bool (*test)(const void* member); ///< in place of the codec's isSet, if not null
+
+    /// The ID that tells this row from the others.
+    [[nodiscard]] constexpr int ownID() const { return id != 0 ? id : item; }
+};
+
+/// A record's table: what the engine works on and what tools can walk.
+struct QelWireLayout {
+    std::string_view typeName; ///< the record's class, without its namespace
+    int nsId;
+    int typeId;
+    std::span<const QelWireField> fields;        ///< in writing order
+    std::span<const unsigned char> readingOrder; ///< indices of `fields`
+};
+
+/// Reads a record from the current element by its table.  -1 at the first field that fails; then, unless a reader below
+/// has told it already, the error message names the element.
+[[nodiscard]] int readByLayout(const QelWireLayout& layout, void* record, const QelMessageIterator& cursor);
+
+/// Writes a record into the current element by its table.  -1 at the first field that fails.
+[[nodiscard]] int writeByLayout(const QelWireLayout& layout, const void* record, QelMessageIterator& cursor);
+
+} // namespace Qel

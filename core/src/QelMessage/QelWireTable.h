@@ -1,0 +1,249 @@
+#pragma once
+
+#include <array>
+#include <span>
+#include <string_view>
+#include <type_traits>
+
+#include "QelMessage/QelWireValue.h"
+
+// How a record's wire form is stated.  Only the source file of a record family includes this:
+//
+//     template <> struct Wire<QelOS> : WireWords<QelOS> {
+//         static constexpr int nsId = 292, typeId = 117;
+//         static constexpr QelWireField fields[] = {        // in writing order
+//             field<&QelOS::osKind>(1846, optional, ifSet),
+//             field<&QelOS::osName>(1026, required, always),
+//         };
+//         static constexpr int readOrder[] = {1026, 1846};  // only where reading goes another way
+//     };
+//     template <> const QelWireLayout& qelWireLayout<QelOS>() { return wireLayoutOf<QelOS>; }
+//
+// A record without a namespace and a type of its own leaves out nsId and typeId, one without fields leaves out fields.
+
+namespace Qel {
+
+/// The table of a record, specialised once for each record.
+template <class Record> struct Wire;
+
+namespace Internal {
+
+template <auto member> consteval std::string_view memberName() {
+    std::string_view name = __PRETTY_FUNCTION__;
+    name = name.substr(name.find("member = ") + 9);
+    name = name.substr(0, name.find_first_of(";])"));
+    return name.substr(name.rfind(':') + 1);
+}
+
+template <class Member, auto predicate> bool testMember(const void* member) {
+    return predicate(*static_cast<const Member*>(member));
+}
+
+inline constexpr QelWireCodec presenceCodec{
+    QelWireKind::presence,
+    {},
+    false,
+    nullptr,
+    nullptr,
+    nullptr,
+    [](const QelMessageIterator& cursor, void* member, int id, const QelWireField&) {
+        *static_cast<bool*>(member) = cursor.seekPresence(id) == 0;
+        return 0;
+    },
+    [](QelMessageIterator& cursor, const void*, int id, const QelWireField&) { return cursor.putChild(id); },
+    [](const void* member) { return *static_cast<const bool*>(member); }};
+
+/// A base's functors are called directly: they neither stamp the element again nor clear the namespace.
+template <class Base>
+inline constexpr QelWireCodec baseCodec{QelWireKind::base,
+                                        typeName<Base>(),
+                                        false,
+                                        nullptr,
+                                        nullptr,
+                                        []() -> const QelWireLayout* {
+                                            if constexpr (WireRecordWithTable<Base>)
+                                                return &qelWireLayout<Base>();
+                                            else
+                                                return nullptr;
+                                        },
+                                        [](const QelMessageIterator& cursor, void* base, int, const QelWireField&) {
+                                            return typename Base::reader_type()(cursor, *static_cast<Base*>(base));
+                                        },
+                                        [](QelMessageIterator& cursor, const void* base, int, const QelWireField&) {
+                                            return
+                                                typename Base::writer_type()(cursor, *static_cast<const Base*>(base));
+                                        },
+                                        [](const void*) { return true; }};
+
+template <class Record, auto readStep, auto writeStep>
+inline constexpr QelWireCodec stepCodec{QelWireKind::step,
+                                        {},
+                                        false,
+                                        nullptr,
+                                        nullptr,
+                                        nullptr,
+                                        [](const QelMessageIterator& cursor, void* record, int, const QelWireField&) {
+                                            return readStep(cursor, *static_cast<Record*>(record));
+                                        },
+                                        [](QelMessageIterator& cursor, const void* record, int, const QelWireField&) {
+                                            return writeStep(cursor, *static_cast<const Record*>(record));
+                                        },
+                                        [](const void*) { return true; }};
+
+} // namespace Internal
+
+/// The words that a table is written in.
+template <class Record> struct WireWords {
+    static constexpr QelWireRead required = QelWireRead::required;
+    static constexpr QelWireRead optional = QelWireRead::optional;
+    static constexpr QelWireRead ignored = QelWireRead::ignored;
+    static constexpr QelWireWrite always = QelWireWrite::always;
+    static constexpr QelWireWrite ifSet = QelWireWrite::ifSet;
+    static constexpr QelWireForm plain = QelWireForm::plain;
+    static constexpr QelWireForm base64 = QelWireForm::base64;
+    static constexpr QelWireForm time = QelWireForm::time;
+
+    static constexpr int nsId = 0, typeId = 50;
+    static constexpr std::span<const QelWireField> fields{};
+    static constexpr std::span<const int> readOrder{};
+
+    /// A value or record in element `id`.
+    template <auto member>
+    static constexpr QelWireField field(int id, QelWireRead read, QelWireWrite write, QelWireForm form = plain) {
+        return row<member>(id, 0, read, write, form, &qelWireCodec<Member<member>>);
+    }
+    /// The same, written only if `predicate` holds for the member.
+    template <auto member, auto predicate>
+    static constexpr QelWireField fieldIf(int id, QelWireRead read, QelWireForm form = plain) {
+        QelWireField made = field<member>(id, read, ifSet, form);
+        made.test = &Internal::testMember<Member<member>, predicate>;
+        return made;
+    }
+    /// A bool that the presence of the empty element `id` tells.
+    template <auto member> static constexpr QelWireField flag(int id) {
+        static_assert(std::is_same_v<Member<member>, bool>,
+                      "flag<> is for bool members: the presence of the element is the value");
+        return row<member>(id, 0, optional, ifSet, plain, &Internal::presenceCodec);
+    }
+    /// A run of elements `item` directly in the record's element.
+    template <auto member> static constexpr QelWireField list(int item, QelWireRead read, QelWireForm form = plain) {
+        static_assert(Internal::WireSequence<Member<member>> || Internal::WireSet<Member<member>>,
+                      "list<> is for sequences and sets");
+        return row<member>(0, item, read, ifSet, form, &qelWireCodec<Member<member>>);
+    }
+    /// A run of elements `item` in an element `wrapper` of its own.
+    template <auto member>
+    static constexpr QelWireField wrapped(int wrapper, int item, QelWireRead read, QelWireWrite write,
+                                          QelWireForm form = plain) {
+        QelWireField made = list<member>(item, read, form);
+        made.id = wrapper;
+        made.write = write;
+        return made;
+    }
+    /// The fields of a base class, at the same element.
+    template <class Base> static constexpr QelWireField base(QelWireRead read = required) {
+        static_assert(std::is_base_of_v<Base, Record>, "base<> takes a base class of the record");
+        return {Internal::typeName<Base>(),
+                0,
+                0,
+                0,
+                0,
+                read,
+                always,
+                plain,
+                &Internal::baseCodec<Base>,
+                [](void* record) -> void* { return static_cast<Base*>(static_cast<Record*>(record)); },
+                nullptr};
+    }
+    /// A part that two functions read and write by hand: `int (const QelMessageIterator&, Record&)` and
+    /// `int (QelMessageIterator&, const Record&)`, both at the record's element.  `id` is the element that they use.
+    template <auto readStep, auto writeStep>
+    static constexpr QelWireField step(std::string_view name, int id, QelWireRead read, QelWireWrite write = always) {
+        return {name,
+                id,
+                0,
+                0,
+                0,
+                read,
+                write,
+                plain,
+                &Internal::stepCodec<Record, readStep, writeStep>,
+                [](void* record) { return record; },
+                nullptr};
+    }
+
+private:
+    template <auto member> using Member = std::remove_cvref_t<decltype(std::declval<Record&>().*member)>;
+
+    template <auto member>
+    static constexpr QelWireField row(int id, int item, QelWireRead read, QelWireWrite write, QelWireForm form,
+                                      const QelWireCodec* codec) {
+        return {Internal::memberName<member>(),
+                id,
+                item,
+                0,
+                0,
+                read,
+                write,
+                form,
+                codec,
+                [](void* record) -> void* { return &(static_cast<Record*>(record)->*member); },
+                nullptr};
+    }
+};
+
+namespace Internal {
+
+consteval bool haveDistinctIDs(std::span<const QelWireField> fields) {
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        for (std::size_t j = i + 1; j < fields.size(); ++j)
+            if (fields[i].ownID() == fields[j].ownID())
+                return false;
+    return true;
+}
+
+consteval std::size_t indexOf(int id, std::span<const QelWireField> fields) {
+    std::size_t index = 0;
+    while (index < fields.size() && fields[index].ownID() != id)
+        ++index;
+    return index;
+}
+
+consteval bool namesEachFieldOnce(std::span<const int> order, std::span<const QelWireField> fields) {
+    if (order.size() != fields.size())
+        return false;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        if (indexOf(order[i], fields) == fields.size())
+            return false;
+        for (std::size_t j = i + 1; j < order.size(); ++j)
+            if (order[i] == order[j])
+                return false;
+    }
+    return true;
+}
+
+template <class Record>
+inline constexpr std::size_t fieldCount = std::span<const QelWireField>(Wire<Record>::fields).size();
+
+template <class Record> consteval auto readingOrder() {
+    constexpr std::span<const QelWireField> fields(Wire<Record>::fields);
+    constexpr std::span<const int> order(Wire<Record>::readOrder);
+    static_assert(haveDistinctIDs(fields), "two fields of this record share one element ID");
+    static_assert(order.empty() || namesEachFieldOnce(order, fields),
+                  "readOrder must name each element ID of the table once, and no other");
+    std::array<unsigned char, fieldCount<Record>> indices{};
+    for (std::size_t i = 0; i < indices.size(); ++i)
+        indices[i] = static_cast<unsigned char>(order.empty() ? i : indexOf(order[i], fields));
+    return indices;
+}
+
+template <class Record> inline constexpr auto readingOrderOf = readingOrder<Record>();
+
+} // namespace Internal
+
+/// The table of a record as data.
+template <class Record>
+inline constexpr QelWireLayout wireLayoutOf{Internal::typeName<Record>(), Wire<Record>::nsId, Wire<Record>::typeId,
+                                            Wire<Record>::fields, Internal::readingOrderOf<Record>};
+
+} // namespace Qel

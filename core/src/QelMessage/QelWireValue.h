@@ -1,0 +1,278 @@
+#pragma once
+
+#include <limits>
+#include <map>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include <boost/shared_ptr.hpp>
+
+#include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelRecord.h"
+#include "QelMessage/QelWireLayout.h"
+
+// How each type of member crosses the wire.  A new type is taught here once, by a specialisation of QelWireValue:
+//
+//     template <> struct QelWireValue<T> {
+//         static constexpr QelWireKind kind = QelWireKind::text;
+//         static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField& field);
+//         static int write(QelMessageIterator& cursor, const T& value, int id, const QelWireField& field);
+//         static bool isSet(const T& value);
+//     };
+//
+// `id` 0 is the current element.  A read that fails, be it for want of the element, leaves the value as it was.
+
+namespace Qel {
+
+template <class T> struct QelWireValue {
+    static_assert(sizeof(T) == 0, "no QelWireValue<> for this member type: give it a Reader and a Writer, "
+                                  "or specialise QelWireValue");
+};
+
+namespace Internal {
+
+template <class T>
+concept WireRecord = requires {
+    typename T::reader_type;
+    typename T::writer_type;
+};
+
+template <class T>
+concept WireRecordWithTable = WireRecord<T> && std::same_as<typename T::reader_type, QelRecordReader<T>>;
+
+template <class T>
+concept WireNumber = std::is_enum_v<T> ||(std::is_integral_v<T> && !std::is_same_v<T, bool>);
+
+template <class T>
+concept WireSequence = !std::same_as<T, std::string> && requires(T container) {
+    container.emplace_back();
+};
+
+template <class T>
+concept WireSet = requires(T container, typename T::key_type key) {
+    container.insert(key);
+    requires std::same_as<typename T::key_type, typename T::value_type>;
+};
+
+/// The class name in the compiler's spelling of a type, without its namespaces.
+template <class T> consteval std::string_view typeName() {
+    std::string_view name = __PRETTY_FUNCTION__;
+    name = name.substr(name.find("T = ") + 4);
+    name = name.substr(0, name.find_first_of(";]"));
+    constexpr std::string_view own = "Qel::";
+    return name.starts_with(own) ? name.substr(own.size()) : name;
+}
+
+template <class T> constexpr const QelWireLayout* layoutOfRecord() {
+    return &qelWireLayout<T>();
+}
+
+} // namespace Internal
+
+template <class T> constexpr QelWireCodec makeWireCodec();
+/// The one codec of a type.
+template <class T> inline constexpr QelWireCodec qelWireCodec = makeWireCodec<T>();
+
+template <> struct QelWireValue<std::string> {
+    static constexpr QelWireKind kind = QelWireKind::text;
+    static int read(const QelMessageIterator& cursor, std::string& value, int id, const QelWireField& field) {
+        return field.form == QelWireForm::base64 ? cursor.getValueBase64(value, id) : cursor.getValue(value, id);
+    }
+    static int write(QelMessageIterator& cursor, const std::string& value, int id, const QelWireField& field) {
+        return field.form == QelWireForm::base64 ? cursor.putValueBase64(value, id) : cursor.putValue(value, id);
+    }
+    static bool isSet(const std::string& value) { return !value.empty(); }
+};
+
+/// Numbers and enumerations.  One that doesn't fit the member is as unreadable as one that is no number.
+template <Internal::WireNumber T> struct QelWireValue<T> {
+    static constexpr QelWireKind kind = sizeof(T) > sizeof(int) ? QelWireKind::longInteger : QelWireKind::integer;
+    static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField& field) {
+        if constexpr (std::is_same_v<T, long>)
+            if (field.form == QelWireForm::time)
+                return cursor.getValueTime(value, id);
+        long long number = 0;
+        if (cursor.getValueLongLong(number, id) != 0 || !fits(number))
+            return -1;
+        value = static_cast<T>(number);
+        return 0;
+    }
+    static int write(QelMessageIterator& cursor, const T& value, int id, const QelWireField& field) {
+        if constexpr (std::is_same_v<T, long>)
+            if (field.form == QelWireForm::time)
+                return cursor.putValueTime(value, id);
+        return cursor.putValueLongLong(static_cast<long long>(value), id);
+    }
+    static bool isSet(const T& value) { return value != T{}; }
+
+private:
+    static constexpr bool fits(long long number) {
+        if constexpr (std::is_enum_v<T>)
+            return std::in_range<std::underlying_type_t<T>>(number);
+        else
+            return std::in_range<T>(number);
+    }
+};
+
+template <> struct QelWireValue<double> {
+    static constexpr QelWireKind kind = QelWireKind::real;
+    static int read(const QelMessageIterator& cursor, double& value, int id, const QelWireField&) {
+        return cursor.getValueDouble(value, id);
+    }
+    static int write(QelMessageIterator& cursor, const double& value, int id, const QelWireField&) {
+        return cursor.putValueDouble(value, id);
+    }
+    static bool isSet(const double& value) { return value != 0; }
+};
+
+template <> struct QelWireValue<bool> {
+    static constexpr QelWireKind kind = QelWireKind::boolean;
+    static int read(const QelMessageIterator& cursor, bool& value, int id, const QelWireField&) {
+        return cursor.getValue(value, id);
+    }
+    static int write(QelMessageIterator& cursor, const bool& value, int id, const QelWireField&) {
+        return cursor.putValue(value ? 1 : 0, id);
+    }
+    static bool isSet(const bool& value) { return value; }
+};
+
+template <Internal::WireRecord T> struct QelWireValue<T> {
+    static constexpr QelWireKind kind = QelWireKind::record;
+    static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField&) {
+        return cursor.getObj(value, id);
+    }
+    static int write(QelMessageIterator& cursor, const T& value, int id, const QelWireField&) {
+        return cursor.putObj(value, id);
+    }
+    static bool isSet(const T& value) {
+        if constexpr (requires { value.isValid(); })
+            return value.isValid();
+        else
+            return true;
+    }
+};
+
+namespace Internal {
+
+/// Walks the items of a container in their places: in the element `id`, or with 0 in the current one.
+template <class ReadItem>
+int readWireItems(const QelMessageIterator& cursor, int id, const QelWireField& field, const ReadItem& readItem) {
+    if (id != 0 && cursor.seek(id) != 0)
+        return -1;
+    int result = 0;
+    if (cursor.firstChild(field.item) == 0) {
+        do
+            result = readItem();
+        while (result == 0 && cursor.nextSibling(field.item) == 0);
+        cursor.seekUp();
+    } else if (id == 0 && field.read == QelWireRead::required) {
+        result = -1;
+    }
+    if (id != 0)
+        cursor.seekUp();
+    return result;
+}
+
+template <class Container, class WriteItem>
+int writeWireItems(QelMessageIterator& cursor, const Container& items, int id, const QelWireField& field,
+                   const WriteItem& writeItem) {
+    if (id != 0)
+        cursor.newChild(id);
+    int result = 0;
+    for (const auto& item : items) {
+        cursor.newChild(field.item);
+        result = writeItem(item);
+        cursor.seekUp();
+        if (result != 0)
+            break;
+    }
+    if (id != 0)
+        cursor.seekUp();
+    return result == 0 ? 0 : -1;
+}
+
+} // namespace Internal
+
+template <Internal::WireSequence C> struct QelWireValue<C> {
+    using Item = typename C::value_type;
+    static constexpr QelWireKind kind = QelWireKind::sequence;
+    static int read(const QelMessageIterator& cursor, C& items, int id, const QelWireField& field) {
+        return Internal::readWireItems(cursor, id, field, [&] {
+            items.emplace_back();
+            if (QelWireValue<Item>::read(cursor, items.back(), 0, field) == 0)
+                return 0;
+            items.pop_back();
+            return -1;
+        });
+    }
+    static int write(QelMessageIterator& cursor, const C& items, int id, const QelWireField& field) {
+        return Internal::writeWireItems(cursor, items, id, field, [&](const Item& item) {
+            return QelWireValue<Item>::write(cursor, item, 0, field);
+        });
+    }
+    static bool isSet(const C& items) { return !items.empty(); }
+};
+
+template <Internal::WireSet C> struct QelWireValue<C> {
+    using Item = typename C::value_type;
+    static constexpr QelWireKind kind = QelWireKind::set;
+    static int read(const QelMessageIterator& cursor, C& items, int id, const QelWireField& field) {
+        return Internal::readWireItems(cursor, id, field, [&] {
+            Item item{};
+            if (QelWireValue<Item>::read(cursor, item, 0, field) != 0)
+                return -1;
+            items.insert(std::move(item));
+            return 0;
+        });
+    }
+    static int write(QelMessageIterator& cursor, const C& items, int id, const QelWireField& field) {
+        return Internal::writeWireItems(cursor, items, id, field, [&](const Item& item) {
+            return QelWireValue<Item>::write(cursor, item, 0, field);
+        });
+    }
+    static bool isSet(const C& items) { return !items.empty(); }
+};
+
+/// A pointer to a record of just this class.  Null isn't written; reading makes a new record.
+template <Internal::WireRecord T> struct QelWireValue<boost::shared_ptr<T>> {
+    static constexpr QelWireKind kind = QelWireKind::record;
+    static int read(const QelMessageIterator& cursor, boost::shared_ptr<T>& value, int id, const QelWireField&) {
+        boost::shared_ptr<T> fresh(new T());
+        if (cursor.getObj(*fresh, id) != 0)
+            return -1;
+        value = fresh;
+        return 0;
+    }
+    static int write(QelMessageIterator& cursor, const boost::shared_ptr<T>& value, int id, const QelWireField&) {
+        return value ? cursor.putObj(*value, id) : -1;
+    }
+    static bool isSet(const boost::shared_ptr<T>& value) { return value != nullptr; }
+};
+
+template <class T> constexpr QelWireCodec makeWireCodec() {
+    using Value = QelWireValue<T>;
+    QelWireCodec codec{};
+    codec.kind = Value::kind;
+    if constexpr (Value::kind == QelWireKind::record)
+        codec.typeName = Internal::typeName<T>();
+    if constexpr (Internal::WireRecordWithTable<T>)
+        codec.layout = &Internal::layoutOfRecord<T>;
+    if constexpr (requires { typename Value::Key; })
+        codec.key = &qelWireCodec<typename Value::Key>;
+    if constexpr (requires { typename Value::Item; })
+        codec.item = &qelWireCodec<typename Value::Item>;
+    codec.isOptional = requires {
+        typename Value::Specified;
+    };
+    codec.read = [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
+        return Value::read(cursor, *static_cast<T*>(member), id, field);
+    };
+    codec.write = [](QelMessageIterator& cursor, const void* member, int id, const QelWireField& field) {
+        return Value::write(cursor, *static_cast<const T*>(member), id, field);
+    };
+    codec.isSet = [](const void* member) { return Value::isSet(*static_cast<const T*>(member)); };
+    return codec;
+}
+
+} // namespace Qel
