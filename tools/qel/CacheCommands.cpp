@@ -8,6 +8,7 @@
 #include "qel/CacheFile.h"
 #include "qel/CacheFileChecker.h"
 #include "qel/Command.h"
+#include "qel/Hexadecimal.h"
 #include "qel/Output.h"
 
 namespace Qel::Tool {

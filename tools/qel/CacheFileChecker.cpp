@@ -5,7 +5,7 @@
 #include <uuid/uuid.h>
 
 #include "qel/CacheHeap.h"
-#include "qel/Output.h"
+#include "qel/Hexadecimal.h"
 
 namespace Qel::Tool {
 
