@@ -127,7 +127,8 @@ template <class Record> struct WireWords {
     }
     /// A run of elements `item` directly in the record's element.
     template <auto member> static constexpr QelWireField list(int item, QelWireRead read, QelWireForm form = plain) {
-        static_assert(Internal::WireSequence<Member<member>> || Internal::WireSet<Member<member>>,
+        static_assert(qelWireCodec<Member<member>>.kind == QelWireKind::sequence ||
+                          qelWireCodec<Member<member>>.kind == QelWireKind::set,
                       "list<> is for sequences and sets");
         return row<member>(0, item, read, ifSet, form, &qelWireCodec<Member<member>>);
     }
