@@ -25,10 +25,6 @@ struct CacheFileImage {
     CacheFileReport report;
 };
 
-void addJsonOption(boost::program_options::options_description& options) {
-    options.add_options()("json", "print JSON, for programs");
-}
-
 // --- qel cache check
 
 Json toJson(const Finding& finding) {
