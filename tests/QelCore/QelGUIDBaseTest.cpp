@@ -76,8 +76,7 @@ TEST(QelGUIDBaseTest, AnyOtherTextIsAFailureAndLeavesTheValueAlone) {
                             "{00112233-4455-6677-8899-aabbccddeeff}", "00112233445566778899aabbccddeeff",
                             "0011223344-55-6677-8899-aabbccddeeff", "00112233-4455-6677-8899-aabbccddeefg",
                             "00112233-4455-6677-8899+aabbccddeeff", "-0112233-4455-6677-8899-aabbccddeeff",
-                            "\x80\x80"
-                            "112233-4455-6677-8899-aabbccddeeff"}) {
+                            "\200\200112233-4455-6677-8899-aabbccddeeff"}) {
         QelGUIDBase guid(countingBytes);
         EXPECT_EQ(guid.fromString(bad), -1) << bad;
         EXPECT_EQ(guid, QelGUIDBase(countingBytes)) << bad;

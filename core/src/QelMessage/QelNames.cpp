@@ -31,12 +31,15 @@ std::string printName(const Table& table, int id) {
 
 /// The ID in the numbered spelling; 0 if `name` isn't one.
 int parseNumbered(char letter, std::string_view name) noexcept {
-    if (name.size() < 2 || name.front() != letter || name[1] == '0' || !isDigit(name[1]))
+    if (!name.starts_with(letter))
         return 0;
-    int id = 0;
-    const char* const end = name.data() + name.size();
-    const auto parsed = std::from_chars(name.data() + 1, end, id);
-    return parsed.ec == std::errc() && parsed.ptr == end ? id : 0;
+    const std::string_view number = name.substr(1);
+    // What from_chars would take beside canonical numbers.
+    if (number.starts_with('-') || number.starts_with('0'))
+        return 0;
+    int id = 0; // and stays so if there is no number or it doesn't fit
+    const char* const end = number.data() + number.size();
+    return std::from_chars(number.data(), end, id).ptr == end ? id : 0;
 }
 
 int findID(const Table& table, std::string_view name) noexcept {
