@@ -2,6 +2,6 @@
 add_library(QelWarnings INTERFACE)
 target_compile_options(QelWarnings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
-    -Wcast-align -Wold-style-cast -Wformat=2 -Wimplicit-fallthrough -Wnull-dereference -Werror)
+    -Wcast-align -Wold-style-cast -Wformat=2 -Wimplicit-fallthrough -Werror)
 # g++ 12 takes "text" + std::string for overlapping memory.
 target_compile_options(QelWarnings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)

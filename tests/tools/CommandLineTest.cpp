@@ -1,0 +1,116 @@
+#include "qel/CommandLine.h"
+
+#include <streambuf>
+
+#include <gmock/gmock.h>
+
+#include "ToolRun.h"
+#include "qel/Command.h"
+
+namespace {
+
+using Qel::Tool::ExitCode;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+void expectUsageError(const std::vector<std::string>& arguments, const std::string& message) {
+    const ToolRun run = runTool(arguments);
+    EXPECT_EQ(run.code, ExitCode::usage);
+    EXPECT_THAT(run.out, IsEmpty());
+    EXPECT_EQ(run.err, "qel: " + message + "\n");
+}
+
+TEST(CommandLineTest, HelpListsTheGroups) {
+    for (const char* option : {"--help", "-h"}) {
+        const ToolRun run = runTool({option});
+        EXPECT_EQ(run.code, ExitCode::success);
+        EXPECT_THAT(run.out, AllOf(StartsWith("Usage: qel GROUP COMMAND ..."), HasSubstr("\n  cache")));
+        EXPECT_THAT(run.err, IsEmpty());
+    }
+}
+
+TEST(CommandLineTest, HelpOfAGroupListsItsCommands) {
+    const ToolRun run = runTool({"cache", "--help"});
+    EXPECT_EQ(run.code, ExitCode::success);
+    EXPECT_THAT(run.out, AllOf(StartsWith("Usage: qel cache COMMAND ..."), HasSubstr("\n  check  Looks for damage")));
+}
+
+TEST(CommandLineTest, HelpOfACommandShowsArgumentsAndOptions) {
+    const ToolRun run = runTool({"cache", "check", "--help"});
+    EXPECT_EQ(run.code, ExitCode::success);
+    EXPECT_THAT(run.out, AllOf(StartsWith("Usage: qel cache check CACHE [OPTION...]\n"), HasSubstr("--json")));
+}
+
+TEST(CommandLineTest, EveryCommandHasHelp) {
+    for (const auto& group : Qel::Tool::commandGroups()) {
+        for (const auto& command : group.commands) {
+            const ToolRun run = runTool({std::string(group.name), std::string(command.name), "--help"});
+            EXPECT_EQ(run.code, ExitCode::success) << command.name;
+            EXPECT_THAT(run.out, HasSubstr(std::string(command.summary)));
+        }
+    }
+}
+
+TEST(CommandLineTest, TheVersionIsShown) {
+    const ToolRun run = runTool({"--version"});
+    EXPECT_EQ(run.code, ExitCode::success);
+    EXPECT_THAT(run.out, testing::MatchesRegex("qel [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST(CommandLineTest, ALineWithoutAGroupIsAUsageError) {
+    expectUsageError({}, "GROUP is missing; see `qel --help`");
+}
+
+TEST(CommandLineTest, AnUnknownGroupIsAUsageError) {
+    expectUsageError({"cash"}, "no group 'cash'; see `qel --help`");
+}
+
+TEST(CommandLineTest, AGroupWithoutACommandIsAUsageError) {
+    expectUsageError({"cache"}, "COMMAND is missing; see `qel cache --help`");
+}
+
+TEST(CommandLineTest, AnUnknownCommandIsAUsageError) {
+    expectUsageError({"cache", "chekc"}, "no command 'chekc' in 'cache'; see `qel cache --help`");
+}
+
+TEST(CommandLineTest, AMissingArgumentIsAUsageError) {
+    expectUsageError({"cache", "check"}, "CACHE is missing; see `qel cache check --help`");
+}
+
+TEST(CommandLineTest, AnArgumentTooManyIsAUsageError) {
+    expectUsageError({"cache", "check", "a", "b"}, "unexpected argument 'b'; see `qel cache check --help`");
+}
+
+TEST(CommandLineTest, AnUnknownOptionIsAUsageErrorAtEveryPlace) {
+    expectUsageError({"--loud"}, "unrecognised option '--loud'; see `qel --help`");
+    expectUsageError({"cache", "--loud"}, "unrecognised option '--loud'; see `qel cache --help`");
+    expectUsageError({"cache", "check", "a", "--loud"}, "unrecognised option '--loud'; see `qel cache check --help`");
+}
+
+TEST(CommandLineTest, AnAbbreviatedOptionIsAUsageError) {
+    expectUsageError({"cache", "check", "a", "--js"}, "unrecognised option '--js'; see `qel cache check --help`");
+}
+
+TEST(CommandLineTest, BehindTwoDashesEverythingIsAnArgument) {
+    const ToolRun run = runTool({"cache", "check", "--", "--json"});
+    EXPECT_EQ(run.code, ExitCode::badInput);
+    EXPECT_EQ(run.err, "qel: --json: No such file or directory\n");
+}
+
+/// A stream that takes nothing, like a full disk.
+struct FullBuffer : std::streambuf {
+    int_type overflow(int_type) override { return traits_type::eof(); }
+};
+
+TEST(CommandLineTest, OutputThatCannotBeWrittenIsAFailure) {
+    FullBuffer full;
+    std::istringstream in;
+    std::ostream out(&full);
+    std::ostringstream err;
+    EXPECT_EQ(Qel::Tool::runCommandLine({"--help"}, {in, out, err}), ExitCode::failed);
+    EXPECT_EQ(err.str(), "qel: standard output can't be written\n");
+}
+
+} // namespace

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <span>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "qel/CommandLine.h"
+
+/// What one run of the tool in this process answered and printed.
+struct ToolRun {
+    Qel::Tool::ExitCode code;
+    std::string out;
+    std::string err;
+};
+
+inline ToolRun runTool(const std::vector<std::string>& arguments, const std::string& input = {}) {
+    std::istringstream in(input);
+    std::ostringstream out;
+    std::ostringstream err;
+    const Qel::Tool::ExitCode code = Qel::Tool::runCommandLine(arguments, {in, out, err});
+    return {code, out.str(), err.str()};
+}
+
+/// A test with a folder of its own.
+class ToolTest : public testing::Test {
+protected:
+    ToolTest() {
+        std::string name = testing::TempDir() + "qeltoolXXXXXX";
+        if (mkdtemp(name.data()))
+            m_folder = name;
+    }
+    ~ToolTest() override {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_folder, ignored);
+    }
+
+    [[nodiscard]] std::string path(const std::string& name) const { return m_folder / name; }
+
+    [[nodiscard]] std::string write(const std::string& name, std::span<const std::byte> content) const {
+        std::ofstream file(path(name), std::ios::binary);
+        file << std::string(reinterpret_cast<const char*>(content.data()), content.size());
+        return path(name);
+    }
+
+    [[nodiscard]] std::string write(const std::string& name, const std::string& content) const {
+        return write(name, std::as_bytes(std::span(content)));
+    }
+
+    [[nodiscard]] static std::string read(const std::string& path) {
+        std::ifstream file(path, std::ios::binary);
+        std::ostringstream content;
+        content << file.rdbuf();
+        return content.str();
+    }
+
+private:
+    std::filesystem::path m_folder;
+};

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <boost/program_options/options_description.hpp>
+#include <boost/program_options/variables_map.hpp>
+
+#include "qel/Console.h"
+
+namespace Qel::Tool {
+
+/// One command line, parsed: as many arguments as the command takes, and its options.
+struct Invocation {
+    std::vector<std::string> arguments;
+    boost::program_options::variables_map options;
+
+    [[nodiscard]] bool has(const std::string& option) const { return options.count(option) != 0; }
+};
+
+/// A command of the tool.
+struct Command {
+    std::string_view name;
+    /// Names of the arguments as the help shows them, separated by blanks: "CACHE FILE...".  Each is mandatory; a last
+    /// one with an ellipsis takes one or more.
+    std::string_view arguments;
+    /// One sentence for the list of commands.
+    std::string_view summary;
+    /// Adds the command's options; null if it has none.
+    void (*addOptions)(boost::program_options::options_description& options);
+    ExitCode (*run)(const Invocation& invocation, const Console& console);
+};
+
+/// The commands that share a first word: "cache" of "qel cache check".
+struct CommandGroup {
+    std::string_view name;
+    std::string_view summary;
+    std::span<const Command> commands;
+};
+
+/// All groups, in the order in which the help lists them.
+[[nodiscard]] std::span<const CommandGroup> commandGroups();
+
+[[nodiscard]] CommandGroup cacheCommands();
+
+} // namespace Qel::Tool

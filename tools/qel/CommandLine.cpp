@@ -1,0 +1,188 @@
+#include "qel/CommandLine.h"
+
+#include <algorithm>
+#include <optional>
+#include <ostream>
+#include <sstream>
+
+#include <boost/program_options/errors.hpp>
+#include <boost/program_options/parsers.hpp>
+#include <boost/program_options/positional_options.hpp>
+#include <boost/program_options/value_semantic.hpp>
+
+#include "qel/Command.h"
+#include "qel/Output.h"
+
+namespace po = boost::program_options;
+
+namespace Qel::Tool {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+// The hidden option behind which Program_options collects what isn't an option.
+constexpr const char* argumentsOption = "(arguments)";
+
+constexpr std::string_view ellipsis = "...";
+
+void addCommonOptions(po::options_description& options) {
+    options.add_options()("help,h", "show this help");
+}
+
+// Long options are taken in full only: an abbreviation that works today would become ambiguous with the next option.
+constexpr int parsingStyle = po::command_line_style::default_style & ~po::command_line_style::allow_guessing;
+
+// Throws po::error, like the library that it calls.
+Invocation parse(const Words& words, const po::options_description& options) {
+    po::options_description all;
+    all.add(options);
+    all.add_options()(argumentsOption, po::value<Words>());
+    po::positional_options_description positional;
+    positional.add(argumentsOption, -1);
+
+    Invocation invocation;
+    po::store(po::command_line_parser(words).options(all).positional(positional).style(parsingStyle).run(),
+              invocation.options);
+    // Help is given even to a command line that lacks something.
+    if (!invocation.has("help"))
+        po::notify(invocation.options);
+    if (invocation.has(argumentsOption))
+        invocation.arguments = invocation.options[argumentsOption].as<Words>();
+    return invocation;
+}
+
+/// Splits the options that lead `words` from what follows them.
+Words takeLeadingOptions(Words& words) {
+    const auto first =
+        std::find_if(words.begin(), words.end(), [](const auto& word) { return !word.starts_with('-'); });
+    Words options(words.begin(), first);
+    words.erase(words.begin(), first);
+    return options;
+}
+
+Words splitAtBlanks(std::string_view text) {
+    std::istringstream stream{std::string(text)};
+    Words words;
+    for (std::string word; stream >> word;)
+        words.push_back(word);
+    return words;
+}
+
+/// What is wrong with the number of arguments; nothing if it is right.
+std::optional<std::string> findArgumentError(const Command& command, const Words& arguments) {
+    const Words names = splitAtBlanks(command.arguments);
+    if (arguments.size() < names.size())
+        return names[arguments.size()] + " is missing";
+    if (arguments.size() > names.size() && !command.arguments.ends_with(ellipsis))
+        return "unexpected argument '" + arguments[names.size()] + "'";
+    return std::nullopt;
+}
+
+template <class Named> const Named* findByName(std::span<const Named> all, std::string_view name) {
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Named& each) { return each.name == name; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+template <class Named> void printSummaries(std::ostream& out, std::span<const Named> all) {
+    Table table;
+    for (const Named& each : all)
+        table.addRow({"  " + std::string(each.name), std::string(each.summary)});
+    table.print(out);
+}
+
+std::string usageOf(const CommandGroup& group, const Command& command) {
+    std::string usage = "qel " + std::string(group.name) + ' ' + std::string(command.name);
+    if (!command.arguments.empty())
+        usage += ' ' + std::string(command.arguments);
+    return usage;
+}
+
+/// The end of every usage error: where more is told.
+ExitCode failUsage(const Console& console, const std::string& reason, const std::string& words) {
+    return console.fail(ExitCode::usage, reason + "; see `" + words + " --help`");
+}
+
+ExitCode runCommand(const CommandGroup& group, const Command& command, const Words& words, const Console& console) {
+    const std::string self = "qel " + std::string(group.name) + ' ' + std::string(command.name);
+    po::options_description options("Options");
+    if (command.addOptions)
+        command.addOptions(options);
+    addCommonOptions(options);
+
+    Invocation invocation;
+    try {
+        invocation = parse(words, options);
+    } catch (const po::error& error) {
+        return failUsage(console, error.what(), self);
+    }
+    if (invocation.has("help")) {
+        console.out << "Usage: " << usageOf(group, command) << " [OPTION...]\n" << command.summary << "\n\n" << options;
+        return ExitCode::success;
+    }
+    if (const auto error = findArgumentError(command, invocation.arguments))
+        return failUsage(console, *error, self);
+    return command.run(invocation, console);
+}
+
+ExitCode runGroup(const CommandGroup& group, Words words, const Console& console) {
+    const std::string self = "qel " + std::string(group.name);
+    po::options_description options("Options");
+    addCommonOptions(options);
+    try {
+        if (parse(takeLeadingOptions(words), options).has("help")) {
+            console.out << "Usage: " << self << " COMMAND ...\n" << group.summary << "\n\nCommands\n";
+            printSummaries(console.out, group.commands);
+            return ExitCode::success;
+        }
+    } catch (const po::error& error) {
+        return failUsage(console, error.what(), self);
+    }
+    if (words.empty())
+        return failUsage(console, "COMMAND is missing", self);
+    const Command* command = findByName(group.commands, words.front());
+    if (!command)
+        return failUsage(console, "no command '" + words.front() + "' in '" + std::string(group.name) + "'", self);
+    return runCommand(group, *command, Words(words.begin() + 1, words.end()), console);
+}
+
+ExitCode runTool(Words words, const Console& console) {
+    po::options_description options("Options");
+    addCommonOptions(options);
+    options.add_options()("version", "show the version");
+    try {
+        const Invocation leading = parse(takeLeadingOptions(words), options);
+        if (leading.has("help")) {
+            console.out
+                << "Usage: qel GROUP COMMAND ...\n"
+                << "Looks into and works on message files, environment records and the shared cache.\n\nGroups\n";
+            printSummaries(console.out, commandGroups());
+            console.out << '\n' << options;
+            return ExitCode::success;
+        }
+        if (leading.has("version")) {
+            console.out << "qel " << QEL_VERSION << '\n';
+            return ExitCode::success;
+        }
+    } catch (const po::error& error) {
+        return failUsage(console, error.what(), "qel");
+    }
+    if (words.empty())
+        return failUsage(console, "GROUP is missing", "qel");
+    const CommandGroup* group = findByName(commandGroups(), words.front());
+    if (!group)
+        return failUsage(console, "no group '" + words.front() + "'", "qel");
+    return runGroup(*group, Words(words.begin() + 1, words.end()), console);
+}
+
+} // namespace
+
+ExitCode runCommandLine(const std::vector<std::string>& arguments, const Console& console) {
+    const ExitCode code = runTool(arguments, console);
+    console.out.flush();
+    if (!console.out)
+        return console.fail(ExitCode::failed, "standard output can't be written");
+    return code;
+}
+
+} // namespace Qel::Tool
