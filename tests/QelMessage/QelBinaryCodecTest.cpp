@@ -7,10 +7,10 @@
 #include <gtest/gtest.h>
 
 #include "QelCommon/ErrorMessage.h"
+#include "QelMessage/AllocationCounter.h"
 #include "QelMessage/QelLimits.h"
-#include "QelMessage/support/AllocationCounter.h"
-#include "QelMessage/support/RandomTree.h"
-#include "QelMessage/support/TreeComparer.h"
+#include "support/RandomTree.h"
+#include "support/TreeComparer.h"
 
 namespace Qel {
 namespace {

@@ -8,7 +8,7 @@
 #include "QelMessage/QelDefaultMap.h"
 #include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelWriterBase.h"
-#include "QelMessage/support/TestMessage.h"
+#include "support/TestMessage.h"
 
 namespace Qel {
 namespace {

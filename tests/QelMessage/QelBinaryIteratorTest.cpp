@@ -8,8 +8,8 @@
 
 #include "QelMessage/QelBinary.h"
 #include "QelMessage/QelDefaultMap.h"
-#include "QelMessage/support/TestMessage.h"
-#include "QelMessage/support/TreeComparer.h"
+#include "support/TestMessage.h"
+#include "support/TreeComparer.h"
 
 namespace Qel {
 namespace {
@@ -258,13 +258,13 @@ TEST_F(QelBinaryIteratorTest, SetNamespaceMarksTheCurrentElementOnly) {
     EXPECT_NE(cursor.setNamespace(-1), 0);
 }
 
-TEST_F(QelBinaryIteratorTest, ANewChildTakesTheSavedNamespaceAndElseItsParents) {
+TEST_F(QelBinaryIteratorTest, ANewChildTakesTheSavedNamespaceAndElseNone) {
     ASSERT_EQ(cursor.saveNamespace(envNamespace), 0);
     cursor.newChild(environmentId);
     EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
     cursor.saveNamespace(0);
     cursor.newChild(nameId);
-    EXPECT_EQ(cursor.curNamespaceID(), envNamespace) << "inherited";
+    EXPECT_EQ(cursor.curNamespaceID(), 0) << "its parent's is not inherited";
     cursor.saveNamespace(namespaceName(backupNamespace));
     cursor.newChild(nameId);
     EXPECT_EQ(cursor.curNamespaceID(), backupNamespace);

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "QelMessage/QelMessageIterator.h"
-#include "QelMessage/support/TestMessage.h"
+#include "support/TestMessage.h"
 
 namespace Qel {
 namespace {

@@ -14,8 +14,8 @@
 
 #include "QelCommon/ErrorMessage.h"
 #include "QelMessage/QelMessageIterator.h"
-#include "QelMessage/support/TestMessage.h"
-#include "QelMessage/support/TreeComparer.h"
+#include "support/TestMessage.h"
+#include "support/TreeComparer.h"
 
 namespace Qel {
 namespace {

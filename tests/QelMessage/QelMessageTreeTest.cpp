@@ -6,12 +6,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "QelMessage/AllocationCounter.h"
 #include "QelMessage/QelBinary.h"
 #include "QelMessage/QelMessageIterator.h"
-#include "QelMessage/support/AllocationCounter.h"
-#include "QelMessage/support/RandomTree.h"
-#include "QelMessage/support/TestMessage.h"
-#include "QelMessage/support/TreeComparer.h"
+#include "support/RandomTree.h"
+#include "support/TestMessage.h"
+#include "support/TreeComparer.h"
 
 namespace Qel {
 namespace {

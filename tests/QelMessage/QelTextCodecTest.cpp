@@ -8,8 +8,8 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelMessage/QelBinaryCodec.h"
 #include "QelMessage/QelLimits.h"
-#include "QelMessage/support/RandomTree.h"
-#include "QelMessage/support/TreeComparer.h"
+#include "support/RandomTree.h"
+#include "support/TreeComparer.h"
 
 namespace Qel {
 namespace {

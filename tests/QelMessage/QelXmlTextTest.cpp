@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "QelMessage/support/RandomTree.h"
+#include "support/RandomTree.h"
 
 namespace Qel {
 namespace {

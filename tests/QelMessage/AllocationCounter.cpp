@@ -1,4 +1,4 @@
-#include "QelMessage/support/AllocationCounter.h"
+#include "QelMessage/AllocationCounter.h"
 
 #include <atomic>
 #include <cstdlib>
