@@ -64,9 +64,10 @@ public:
         return data;
     }
 
-    /// Adds the last free block, links the free list and fills the header.
+    /// Frees what is left up to `fileLength`, links the free list and fills the header.
     void finish(std::uint32_t currentSnapshot, std::uint32_t fileLength = 4096) {
-        addFree(fileLength - size());
+        if (size() < fileLength)
+            addFree(fileLength - size());
         std::uint32_t previous = 0;
         std::uint32_t free = 0;
         for (const std::uint32_t offset : m_free) {

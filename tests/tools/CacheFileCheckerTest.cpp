@@ -125,6 +125,18 @@ TEST(CacheFileCheckerTest, AFileCutWithinItsRecordsIsOneFinding) {
     }
 }
 
+TEST(CacheFileCheckerTest, AFileCutBehindItsLastFreeBlockIsOneFinding) {
+    CacheFileBuilder file;
+    const std::uint32_t record = file.addRecord({1, 1}, 1);
+    const std::uint32_t snapshot = file.addSnapshot(1, {{{1, 1}, record}});
+    file.addFree(64);
+    const std::uint32_t old = file.addRecord({2, 2}, 1);
+    file.addSnapshot(1, {{{2, 2}, old}});
+    file.finish(snapshot, file.size());
+    file.resize(old + 92);
+    expectOnly(file, isFinding(FindingKind::fileLength, 12, "but the file has"));
+}
+
 TEST(CacheFileCheckerTest, ASizeBelowTheBlocksIsFound) {
     for (const std::uint32_t size : {0U, 8U, 64U, 1024U, 4088U}) {
         SampleCacheFile file;
@@ -364,6 +376,25 @@ TEST(CacheFileCheckerTest, ASnapshotThatNobodyHoldsIsUnreferencedWithItsRecords)
     file.finish(file.addSnapshot(1, {}, 1));
     EXPECT_THAT(findingsIn(file), ElementsAre(isFinding(FindingKind::unreferenced, record - 8, "unreferenced"),
                                               isFinding(FindingKind::unreferenced, snapshot - 8, "unreferenced")));
+}
+
+TEST(CacheFileCheckerTest, WhatOnlyLooksLikeAHeldSnapshotIsUnreferenced) {
+    // A reference count that can't be, keys that don't ascend, an entry without a record.
+    for (const int flaw : {0, 1, 2}) {
+        CacheFileBuilder file;
+        const std::uint32_t first = file.addRecord({1, 1}, 1);
+        const std::uint32_t second = file.addRecord({2, 2}, 1);
+        const std::uint32_t current = file.addSnapshot(1, {{{1, 1}, first}, {{2, 2}, second}});
+        const std::uint32_t old = file.addSnapshot(1, {{{1, 1}, first}, {{2, 2}, second}});
+        if (flaw == 0)
+            file.set(old, -1);
+        else if (flaw == 1)
+            file.putKey(old + 12, {3, 3});
+        else
+            file.point(old + 12 + 16, current);
+        file.finish(current);
+        expectOnly(file, isFinding(FindingKind::unreferenced, old - 8, "64 bytes"));
+    }
 }
 
 // --- any bytes

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include "qel/Hexadecimal.h"
+
 namespace {
 
 using namespace Qel::Tool;

@@ -8,6 +8,7 @@
 #include "qel/CacheFile.h"
 #include "qel/CacheFileChecker.h"
 #include "qel/Command.h"
+#include "qel/Hexadecimal.h"
 #include "qel/Output.h"
 
 namespace Qel::Tool {
@@ -23,10 +24,6 @@ struct CacheFileImage {
     std::vector<std::byte> bytes;
     CacheFileReport report;
 };
-
-void addJsonOption(boost::program_options::options_description& options) {
-    options.add_options()("json", "print JSON, for programs");
-}
 
 // --- qel cache check
 

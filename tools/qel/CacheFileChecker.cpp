@@ -5,7 +5,7 @@
 #include <uuid/uuid.h>
 
 #include "qel/CacheHeap.h"
-#include "qel/Output.h"
+#include "qel/Hexadecimal.h"
 
 namespace Qel::Tool {
 
@@ -37,7 +37,7 @@ bool fits(const CacheBlock& block, std::uint64_t length) {
 bool isMadeFor(const CacheBlock& block, std::uint64_t length) {
     if (block.damaged)
         return fits(block, length);
-    return fits(block, length) && block.dataLength() - length < (Block::mostSpareUnits + 1) * Block::unit;
+    return fits(block, length) && block.dataLength() - length < Block::unit + Block::mostSpareBytes;
 }
 
 class Checker {

@@ -75,9 +75,9 @@ inline constexpr Offset next = 0;   ///< pointer to the head of the next free bl
 inline constexpr Offset blocks = 4; ///< length in units, head included
 inline constexpr std::uint32_t head = 8;
 inline constexpr std::uint32_t unit = 8;
-inline constexpr std::uint32_t leastUnits = 2; ///< a head with nothing behind it doesn't arise
-/// The allocator takes a whole block rather than leave one unit of it over.
-inline constexpr std::uint32_t mostSpareUnits = 1;
+inline constexpr std::uint32_t leastLength = 16; ///< a head with nothing behind it doesn't arise
+/// Besides the rounding to units: the allocator takes a whole block rather than leave one unit of it over.
+inline constexpr std::uint32_t mostSpareBytes = 8;
 } // namespace Block
 
 /// A snapshot: a reference count, then a sorted array of entries and its free slots.

@@ -100,7 +100,7 @@ bool CacheHeap::tile(std::uint64_t end, const std::vector<Offset>& anchors, Find
         if (findings && damaged)
             findings->push_back({offset, FindingKind::blockSize,
                                  length == 0 ? "block of no length" : describeOverrun(offset, length, stop, end)});
-        else if (findings && length < Block::leastUnits * Block::unit)
+        else if (findings && length < Block::leastLength)
             findings->push_back({offset, FindingKind::blockSize, "block with nothing behind its head"});
         sound = sound && !damaged;
         offset = next;

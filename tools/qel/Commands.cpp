@@ -5,8 +5,12 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{cacheCommands()};
+    static const std::array groups{messageCommands(), cacheCommands()};
     return groups;
+}
+
+void addJsonOption(boost::program_options::options_description& options) {
+    options.add_options()("json", "print JSON, for programs");
 }
 
 } // namespace Qel::Tool

@@ -1,9 +1,7 @@
 #include "qel/Output.h"
 
 #include <algorithm>
-#include <iomanip>
 #include <ostream>
-#include <sstream>
 
 #include <nlohmann/json.hpp>
 
@@ -96,12 +94,6 @@ std::string showControls(std::string_view text) {
         text.remove_prefix(length);
     }
     return shown;
-}
-
-std::string hexadecimal(std::uint32_t number) {
-    std::ostringstream text;
-    text << "0x" << std::hex << std::uppercase << std::setfill('0') << std::setw(8) << number;
-    return text.str();
 }
 
 void printJson(std::ostream& out, const nlohmann::ordered_json& document) {

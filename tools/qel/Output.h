@@ -38,9 +38,6 @@ private:
 /// `text` with its control characters made visible.
 [[nodiscard]] std::string showControls(std::string_view text);
 
-/// The number as 0x and eight digits.
-[[nodiscard]] std::string hexadecimal(std::uint32_t number);
-
 /// Prints the document, indented, with a line end.  Bytes that aren't UTF-8 become the replacement character.
 void printJson(std::ostream& out, const nlohmann::ordered_json& document);
 

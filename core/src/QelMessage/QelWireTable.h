@@ -103,6 +103,8 @@ template <class Record> struct WireWords {
     static constexpr QelWireForm base64 = QelWireForm::base64;
     static constexpr QelWireForm time = QelWireForm::time;
 
+    /// What the table is called where tables are shown.
+    static constexpr std::string_view typeName = Internal::typeName<Record>();
     static constexpr int nsId = 0, typeId = 50;
     static constexpr std::span<const QelWireField> fields{};
     static constexpr std::span<const int> readOrder{};
@@ -127,7 +129,8 @@ template <class Record> struct WireWords {
     }
     /// A run of elements `item` directly in the record's element.
     template <auto member> static constexpr QelWireField list(int item, QelWireRead read, QelWireForm form = plain) {
-        static_assert(Internal::WireSequence<Member<member>> || Internal::WireSet<Member<member>>,
+        static_assert(qelWireCodec<Member<member>>.kind == QelWireKind::sequence ||
+                          qelWireCodec<Member<member>>.kind == QelWireKind::set,
                       "list<> is for sequences and sets");
         return row<member>(0, item, read, ifSet, form, &qelWireCodec<Member<member>>);
     }
@@ -243,7 +246,7 @@ template <class Record> inline constexpr auto readingOrderOf = readingOrder<Reco
 
 /// The table of a record as data.
 template <class Record>
-inline constexpr QelWireLayout wireLayoutOf{Internal::typeName<Record>(), Wire<Record>::nsId, Wire<Record>::typeId,
+inline constexpr QelWireLayout wireLayoutOf{Wire<Record>::typeName, Wire<Record>::nsId, Wire<Record>::typeId,
                                             Wire<Record>::fields, Internal::readingOrderOf<Record>};
 
 } // namespace Qel

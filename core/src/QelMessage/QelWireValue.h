@@ -21,6 +21,8 @@
 //         static bool isSet(const T& value);
 //     };
 //
+// A wrapper that may be unset derives it from that of the type within, and names that type as `Specified`.
+//
 // `id` 0 is the current element.  A read that fails, be it for want of the element, leaves the value as it was.
 
 namespace Qel {
@@ -44,13 +46,14 @@ concept WireRecordWithTable = WireRecord<T> && std::same_as<typename T::reader_t
 template <class T>
 concept WireNumber = std::is_enum_v<T> ||(std::is_integral_v<T> && !std::is_same_v<T, bool>);
 
+// A container with functors of its own is a record.
 template <class T>
-concept WireSequence = !std::same_as<T, std::string> && requires(T container) {
+concept WireSequence = !std::same_as<T, std::string> && !WireRecord<T> && requires(T container) {
     container.emplace_back();
 };
 
 template <class T>
-concept WireSet = requires(T container, typename T::key_type key) {
+concept WireSet = !WireRecord<T> && requires(T container, typename T::key_type key) {
     container.insert(key);
     requires std::same_as<typename T::key_type, typename T::value_type>;
 };
@@ -60,13 +63,25 @@ template <class T> consteval std::string_view typeName() {
     std::string_view name = __PRETTY_FUNCTION__;
     name = name.substr(name.find("T = ") + 4);
     name = name.substr(0, name.find_first_of(";]"));
-    constexpr std::string_view own = "Qel::";
-    return name.starts_with(own) ? name.substr(own.size()) : name;
+    for (const std::string_view scope : {"Qel::", "{anonymous}::", "(anonymous namespace)::"})
+        if (name.starts_with(scope))
+            name.remove_prefix(scope.size());
+    return name;
 }
 
 template <class T> constexpr const QelWireLayout* layoutOfRecord() {
     return &qelWireLayout<T>();
 }
+
+/// The type within a wrapper that may be unset; any other type itself.
+template <class T> struct WireContent { using type = T; };
+template <class T>
+requires requires {
+    typename QelWireValue<T>::Specified;
+}
+struct WireContent<T> {
+    using type = typename QelWireValue<T>::Specified;
+};
 
 } // namespace Internal
 
@@ -252,19 +267,18 @@ template <Internal::WireRecord T> struct QelWireValue<boost::shared_ptr<T>> {
 
 template <class T> constexpr QelWireCodec makeWireCodec() {
     using Value = QelWireValue<T>;
+    using Content = typename Internal::WireContent<T>::type;
     QelWireCodec codec{};
     codec.kind = Value::kind;
     if constexpr (Value::kind == QelWireKind::record)
-        codec.typeName = Internal::typeName<T>();
-    if constexpr (Internal::WireRecordWithTable<T>)
-        codec.layout = &Internal::layoutOfRecord<T>;
+        codec.typeName = Internal::typeName<Content>();
+    if constexpr (Internal::WireRecordWithTable<Content>)
+        codec.layout = &Internal::layoutOfRecord<Content>;
     if constexpr (requires { typename Value::Key; })
         codec.key = &qelWireCodec<typename Value::Key>;
     if constexpr (requires { typename Value::Item; })
         codec.item = &qelWireCodec<typename Value::Item>;
-    codec.isOptional = requires {
-        typename Value::Specified;
-    };
+    codec.isOptional = !std::is_same_v<Content, T>;
     codec.read = [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
         return Value::read(cursor, *static_cast<T*>(member), id, field);
     };

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "QelCore/QelContainers.h"
+#include "QelMessage/QelMessageIterator.h"
+
+namespace Qel {
+
+/// Reads a string of limited length from the value of the current element; -1 if it has none.  A text that is too long
+/// ends the process, as every assignment of it does.
+struct QelReaderLimitedLengthString {
+    template <std::size_t size>
+    int operator()(const QelMessageIterator& cursor, limited_length_string<size, char>& value) const {
+        std::string text;
+        if (cursor.getValue(text, getEmptyID()) != 0)
+            return -1;
+        value = text;
+        return 0;
+    }
+};
+
+/// Writes a string of limited length as the value of the current element; nothing if it is unset.
+struct QelWriterLimitedLengthString : QelWriterBase {
+    template <std::size_t size>
+    int operator()(QelMessageIterator& cursor, const limited_length_string<size, char>& value) const {
+        if (!value.isSpecified())
+            return 0;
+        return cursor.putValue(value.c_str(), static_cast<int>(value.length()), getEmptyID()) == 0 ? 0 : -1;
+    }
+};
+
+} // namespace Qel

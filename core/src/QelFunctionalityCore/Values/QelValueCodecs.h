@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+
+#include "QelFunctionalityCore/Values/QelIPFunctors.h"
+#include "QelFunctionalityCore/Values/QelLimitedLengthString.h"
+#include "QelFunctionalityCore/Values/QelProperty.h"
+#include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelWireValue.h"
+
+// How the types of this folder that aren't records stand in lists and in the tables of records.  For source files only.
+
+namespace Qel {
+
+template <std::size_t size> struct QelFunctorsOf<limited_length_string<size, char>> {
+    using Reader = QelReaderLimitedLengthString;
+    using Writer = QelWriterLimitedLengthString;
+};
+
+template <> struct QelFunctorsOf<QelIPv6> {
+    using Reader = QelIPReader;
+    using Writer = QelIPWriter;
+};
+
+namespace Internal {
+
+/// A text that has functors of its own.
+template <class T> struct WireTextByFunctors {
+    static constexpr QelWireKind kind = QelWireKind::text;
+    static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField&) {
+        return cursor.getObject(value, typename QelFunctorsOf<T>::Reader(), id);
+    }
+    static int write(QelMessageIterator& cursor, const T& value, int id, const QelWireField&) {
+        return cursor.putObject(value, typename QelFunctorsOf<T>::Writer(), id);
+    }
+};
+
+} // namespace Internal
+
+template <std::size_t size>
+struct QelWireValue<limited_length_string<size, char>>
+    : Internal::WireTextByFunctors<limited_length_string<size, char>> {
+    static bool isSet(const limited_length_string<size, char>& value) { return value.isSpecified(); }
+};
+
+template <> struct QelWireValue<QelIPv6> : Internal::WireTextByFunctors<QelIPv6> {
+    static bool isSet(const QelIPv6& value) { return !value.isAny(); }
+};
+
+/// Specified exactly when the read succeeded.
+template <class T> struct QelWireValue<QelOptionalProperty<T>> : QelWireValue<T> {
+    using Specified = T;
+    static int read(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id,
+                    const QelWireField& field) {
+        const int result = QelWireValue<T>::read(cursor, property.get(), id, field);
+        property.specify(result == 0);
+        return result;
+    }
+    static int write(QelMessageIterator& cursor, const QelOptionalProperty<T>& property, int id,
+                     const QelWireField& field) {
+        return QelWireValue<T>::write(cursor, property.get(), id, field);
+    }
+    static bool isSet(const QelOptionalProperty<T>& property) { return property.isSpecified(); }
+};
+
+} // namespace Qel

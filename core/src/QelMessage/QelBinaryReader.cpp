@@ -1,0 +1,396 @@
+#include <cstring>
+#include <limits>
+#include <optional>
+#include <vector>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelBinaryCodec.h"
+#include "QelMessage/QelBinaryFormat.h"
+#include "QelMessage/QelLimits.h"
+
+namespace Qel::QelBinaryCodec {
+
+using namespace QelBinaryFormat;
+
+namespace {
+
+using Index = QelMessageTree::Index;
+using Symbol = QelMessageTree::Symbol;
+
+/// A name on the wire.
+struct WireName {
+    std::uint32_t value = 0; ///< an ID, or the number of a name
+    bool isNumber = false;
+    bool isNew = false;
+    std::string_view text; ///< of a new name
+
+    [[nodiscard]] bool isNone() const noexcept { return !isNumber && value == 0; }
+};
+
+/// Takes the parts of a buffer one after the other.  After the first failure everything fails.
+class Input {
+public:
+    Input(std::string_view bytes, std::size_t start) noexcept : m_bytes(bytes), m_offset(start), m_item(start) {}
+
+    /// Tells what is wrong with the part that was taken last.
+    [[nodiscard]] bool fail(const char* what) const {
+        setErrorMessage("byte %zu: %s", m_item, what);
+        return false;
+    }
+
+    [[nodiscard]] bool end() {
+        m_item = m_offset;
+        return m_offset == m_bytes.size() || fail("something stands behind the message");
+    }
+
+    [[nodiscard]] bool byte(Byte& value) {
+        m_item = m_offset;
+        if (m_offset == m_bytes.size())
+            return fail("the message ends here, in the middle");
+        value = static_cast<Byte>(m_bytes[m_offset++]);
+        return true;
+    }
+
+    [[nodiscard]] bool varint(std::uint32_t& number) {
+        const std::size_t start = m_offset;
+        std::uint64_t result = 0;
+        Byte part = varintContinues;
+        for (unsigned shift = 0; part & varintContinues; shift += varintBits) {
+            if (!byte(part))
+                return false;
+            result |= std::uint64_t{part & (varintContinues - 1u)} << shift;
+            const bool isPadded = part == 0 && shift != 0;
+            if (isPadded || result > std::numeric_limits<std::uint32_t>::max() || shift > 4 * varintBits)
+                return fail("not a number");
+        }
+        number = static_cast<std::uint32_t>(result);
+        m_item = start;
+        return true;
+    }
+
+    [[nodiscard]] bool text(std::string_view& text) {
+        std::uint32_t size = 0;
+        if (!varint(size))
+            return false;
+        if (size > m_bytes.size() - m_offset)
+            return fail("a text is longer than the rest of the message");
+        text = m_bytes.substr(m_offset, size);
+        m_offset += size;
+        return true;
+    }
+
+    [[nodiscard]] bool name(WireName& name) {
+        std::uint32_t coded = 0;
+        if (!varint(coded))
+            return false;
+        name = WireName{coded >> 1, (coded & QelBinaryFormat::isNumber) != 0, false, {}};
+        if (!name.isNumber)
+            return true;
+        if (name.value > m_numbered)
+            return fail("a name that wasn't told before");
+        name.isNew = name.value == m_numbered;
+        if (!name.isNew)
+            return true;
+        ++m_numbered;
+        return text(name.text);
+    }
+
+private:
+    std::string_view m_bytes;
+    std::size_t m_offset;
+    std::size_t m_item; // where the part taken last begins
+    std::uint32_t m_numbered = 0;
+};
+
+/// Walks over what a buffer tells and hands it to a handler.
+template <class Handler> class Decoder {
+public:
+    Decoder(Input& input, Handler& handler) : m_input(input), m_handler(handler) {}
+
+    [[nodiscard]] bool envelope(QelEnvelope& envelope) {
+        Byte head = 0;
+        if (!m_input.byte(head))
+            return false;
+        if (head & ~Envelope::known)
+            return m_input.fail("not the head of an envelope");
+        return (!(head & Envelope::hasTime) || time(envelope)) &&
+               (!(head & Envelope::hasRequestId) || field(envelope.requestId)) &&
+               (!(head & Envelope::hasSender) || field(envelope.sender)) &&
+               (!(head & Envelope::hasSession) || field(envelope.session)) &&
+               (!(head & Envelope::hasOrigin) || field(envelope.origin)) &&
+               (!(head & Envelope::hasSubscriptions) || subscriptions(envelope));
+    }
+
+    [[nodiscard]] bool subtree(bool isRoot) {
+        unsigned depth = isRoot ? 0 : 1;
+        Byte head = 0;
+        if (!m_input.byte(head) || !element(head, !isRoot))
+            return false;
+        unsigned open = 0; // elements whose children are being read
+        for (;;) {
+            if (head & Element::hasChildren) {
+                if (++depth > QelLimits::depth)
+                    return m_input.fail("elements are nested too deep");
+                ++open;
+            } else {
+                m_handler.close();
+                if (open == 0)
+                    return true;
+            }
+            const bool isFirst = (head & Element::hasChildren) != 0;
+            if (!m_input.byte(head))
+                return false;
+            if (head == Element::endOfChildren && isFirst)
+                return m_input.fail("an element without the children that it promises");
+            while (head == Element::endOfChildren) {
+                m_handler.close();
+                --depth;
+                if (--open == 0)
+                    return true;
+                if (!m_input.byte(head))
+                    return false;
+            }
+            if (!element(head, true))
+                return false;
+        }
+    }
+
+private:
+    [[nodiscard]] bool time(QelEnvelope& envelope) {
+        std::uint64_t coded = 0;
+        for (unsigned i = 0; i < timeSize; ++i) {
+            Byte part = 0;
+            if (!m_input.byte(part))
+                return false;
+            coded |= std::uint64_t{part} << (8 * i);
+        }
+        const auto seconds = static_cast<std::int64_t>(coded);
+        if (seconds < std::numeric_limits<long>::min() || seconds > std::numeric_limits<long>::max())
+            return m_input.fail("a time that this process can't represent");
+        envelope.time = static_cast<long>(seconds);
+        return true;
+    }
+
+    [[nodiscard]] bool field(std::string& value) {
+        std::string_view text;
+        if (!m_input.text(text))
+            return false;
+        value = text;
+        return true;
+    }
+
+    [[nodiscard]] bool subscriptions(QelEnvelope& envelope) {
+        std::uint32_t count = 0;
+        if (!m_input.varint(count))
+            return false;
+        for (; count != 0; --count) {
+            std::string_view name;
+            if (!m_input.text(name))
+                return false;
+            if (!QelEnvelope::isSubscription(name))
+                return m_input.fail("not the name of a subscription");
+            envelope.subscriptions.emplace_back(name);
+        }
+        return true;
+    }
+
+    [[nodiscard]] bool element(Byte head, bool isNamed) {
+        if (!(head & Element::isElement) || (head & ~Element::known))
+            return m_input.fail("not the head of an element");
+        WireName elementName;
+        if (isNamed && !name(elementName, "an element without a name"))
+            return false;
+        m_handler.open(elementName);
+        if (head & Element::changesNameSpace) {
+            WireName nameSpace;
+            if (!m_input.name(nameSpace))
+                return false;
+            m_handler.nameSpace(nameSpace);
+        }
+        if (head & Element::hasType) {
+            WireName nameSpace;
+            WireName type;
+            if (!m_input.name(nameSpace) || !name(type, "a type without a name"))
+                return false;
+            m_handler.type(nameSpace, type);
+        }
+        if ((head & Element::hasAttributes) && !attributes())
+            return false;
+        if (head & Element::hasValue) {
+            std::string_view value;
+            if (!m_input.text(value))
+                return false;
+            m_handler.value(value);
+        }
+        return true;
+    }
+
+    [[nodiscard]] bool attributes() {
+        std::uint32_t count = 0;
+        if (!m_input.varint(count))
+            return false;
+        if (count > QelLimits::attributes)
+            return m_input.fail("an element with too many attributes");
+        for (; count != 0; --count) {
+            WireName attributeName;
+            std::string_view value;
+            if (!name(attributeName, "an attribute without a name") || !m_input.text(value))
+                return false;
+            m_handler.attribute(attributeName, value);
+        }
+        return true;
+    }
+
+    [[nodiscard]] bool name(WireName& name, const char* failure) {
+        return m_input.name(name) && (!name.isNone() || m_input.fail(failure));
+    }
+
+    Input& m_input;
+    Handler& m_handler;
+};
+
+/// Counts what there is to build.
+class Counter {
+public:
+    void open(const WireName&) noexcept { ++elements; }
+    void nameSpace(const WireName&) noexcept {}
+    void type(const WireName&, const WireName&) noexcept {}
+    void attribute(const WireName&, std::string_view) noexcept { ++attributes; }
+    void value(std::string_view) noexcept {}
+    void close() noexcept {}
+
+    std::size_t elements = 0;
+    std::size_t attributes = 0;
+};
+
+/// Builds the elements of a buffer that has been checked.  With `AsViews` their texts aren't copied.
+template <bool AsViews> class Builder {
+public:
+    /// The first element is `top`, if that is the root, else a new child of `parent`, which it joins in the end.
+    Builder(QelMessageTree& tree, Index parent) : m_tree(tree), m_current(parent) {}
+
+    /// The next element opened is this one, which exists and keeps its name.
+    void reuse(Index element) noexcept { m_reused = element; }
+
+    void open(const WireName& name) {
+        if (m_depth++ == 0) {
+            m_top = m_reused ? *m_reused : m_tree.createDetached(m_current, topName(name), 0);
+            m_current = m_top;
+            return;
+        }
+        m_current = m_tree.appendChild(m_current, symbol(QelNameKind::element, name),
+                                       m_tree.share(m_tree.node(m_current).nameSpace));
+    }
+    void nameSpace(const WireName& name) { m_tree.setNameSpace(m_current, symbol(QelNameKind::nameSpace, name)); }
+    void type(const WireName& nameSpace, const WireName& type) {
+        const Symbol first = symbol(QelNameKind::nameSpace, nameSpace);
+        m_tree.setType(m_current, first, symbol(QelNameKind::type, type));
+    }
+    void attribute(const WireName& name, std::string_view value) {
+        const Symbol attributeName = symbol(QelNameKind::attribute, name);
+        static_cast<void>(AsViews ? m_tree.viewAttribute(m_current, attributeName, value)
+                                  : m_tree.setAttribute(m_current, attributeName, value));
+    }
+    void value(std::string_view value) {
+        if constexpr (AsViews)
+            m_tree.viewValue(m_current, value);
+        else
+            m_tree.setValue(m_current, value);
+    }
+    void close() {
+        if (--m_depth != 0)
+            m_current = m_tree.node(m_current).parent;
+        else if (m_top != QelMessageTree::root)
+            m_tree.attach(m_top);
+    }
+
+private:
+    /// A root that becomes a child has no name of its own.
+    Symbol topName(const WireName& name) {
+        return name.isNone() ? m_tree.intern(QelNameKind::element, QelMessageTree::rootAsChild)
+                             : symbol(QelNameKind::element, name);
+    }
+    Symbol symbol(QelNameKind kind, const WireName& name) {
+        if (!name.isNumber)
+            return static_cast<Symbol>(name.value);
+        if (name.isNew)
+            m_names.push_back(name.text);
+        return m_tree.intern(kind, m_names[name.value]);
+    }
+
+    QelMessageTree& m_tree;
+    Index m_current;
+    Index m_top = QelMessageTree::none;
+    std::optional<Index> m_reused;
+    unsigned m_depth = 0;
+    std::vector<std::string_view> m_names;
+};
+
+/// Checks the head of a buffer and tells what is in it.
+bool readHead(std::string_view bytes, Byte& content) {
+    const Input input(bytes, 0);
+    if (bytes.size() > QelLimits::messageBytes)
+        return input.fail("the message is too long");
+    if (!looksBinary(bytes))
+        return input.fail("not a message in binary form");
+    if (bytes.size() < headSize)
+        return Input(bytes, bytes.size()).fail("the message ends here, in the middle");
+    if (static_cast<Byte>(bytes[versionOffset]) != version)
+        return Input(bytes, versionOffset).fail("a version of the binary form that isn't known");
+    const auto told = static_cast<Byte>(bytes[contentOffset]);
+    if ((told != oneElement && told != wholeMessage) || bytes[contentOffset + 1] != 0 || bytes[contentOffset + 2] != 0)
+        return Input(bytes, contentOffset).fail("neither an element nor a message");
+    content = told;
+    return true;
+}
+
+/// Reads the part of a buffer behind its head.
+template <class Handler>
+bool readBody(std::string_view bytes, bool isMessage, QelEnvelope& envelope, Handler& handler) {
+    Input input(bytes, headSize);
+    Decoder<Handler> decoder(input, handler);
+    if ((isMessage && !decoder.envelope(envelope)) || !decoder.subtree(isMessage))
+        return false;
+    return input.end();
+}
+
+/// Checks a whole buffer and counts its elements.
+bool check(std::string_view bytes, Byte& content, Counter& counter) {
+    QelEnvelope ignored;
+    if (!readHead(bytes, content) || !readBody(bytes, content == wholeMessage, ignored, counter))
+        return false;
+    if (loadWord(bytes.data() + checksumOffset) != checksum(bytes))
+        return Input(bytes, checksumOffset).fail("the checksum is wrong: the message has been altered");
+    return true;
+}
+
+} // namespace
+
+int readMessage(std::string_view bytes, QelMessageTree& tree, QelEnvelope& envelope) {
+    Byte content = 0;
+    Counter counter;
+    if (!check(bytes, content, counter))
+        return -1;
+    tree.reserve(counter.elements, counter.attributes);
+    char* const buffer = tree.createBuffer(bytes.size());
+    std::memcpy(buffer, bytes.data(), bytes.size());
+    Builder<true> builder(tree, QelMessageTree::root);
+    if (content == wholeMessage) {
+        builder.reuse(QelMessageTree::root);
+        envelope = QelEnvelope{};
+    }
+    return readBody({buffer, bytes.size()}, content == wholeMessage, envelope, builder) ? 0 : -1;
+}
+
+int readChild(std::string_view bytes, QelMessageTree& tree, Index parent) {
+    Byte content = 0;
+    Counter counter;
+    if (!check(bytes, content, counter))
+        return -1;
+    tree.reserve(counter.elements, counter.attributes);
+    QelEnvelope ignored;
+    Builder<false> builder(tree, parent);
+    return readBody(bytes, content == wholeMessage, ignored, builder) ? 0 : -1;
+}
+
+} // namespace Qel::QelBinaryCodec

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace Qel {
+
+/// The names of one message that have no ID.  A name is known by a negative handle while anything refers to it; the
+/// handles of names that nothing refers to any more are used again.
+class QelNameTable {
+public:
+    /// The name's handle, with one more reference for the caller.
+    [[nodiscard]] int acquire(std::string_view name);
+    void addReference(int handle) { ++entry(handle).references; }
+    void release(int handle);
+
+    /// The name's handle without a reference, 0 if it isn't in the table.
+    [[nodiscard]] int find(std::string_view name) const;
+    /// Valid while the handle has a reference.
+    [[nodiscard]] std::string_view text(int handle) const { return *entry(handle).text; }
+
+    /// A name's number within one pass of an encoder: names count from 0 in the order in which the pass meets them.
+    struct Number {
+        std::uint32_t value;
+        bool isNew; ///< the pass meets the name for the first time
+    };
+    void startNumbering() const noexcept;
+    [[nodiscard]] Number number(int handle) const noexcept;
+
+    /// Names that are in use.
+    [[nodiscard]] std::size_t size() const noexcept { return m_handles.size(); }
+
+private:
+    struct Entry {
+        const std::string* text = nullptr; // the key in m_handles
+        std::uint32_t references = 0;
+        // The number that the name has in encoding pass `pass`.  It stands here so that encoding allocates nothing.
+        mutable std::uint32_t pass = 0;
+        mutable std::uint32_t number = 0;
+    };
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const noexcept { return std::hash<std::string_view>()(name); }
+    };
+
+    static std::size_t position(int handle) noexcept { return static_cast<std::size_t>(-(handle + 1)); }
+    Entry& entry(int handle) { return m_entries[position(handle)]; }
+    const Entry& entry(int handle) const { return m_entries[position(handle)]; }
+
+    std::vector<Entry> m_entries;
+    std::vector<int> m_free;
+    std::unordered_map<std::string, int, Hash, std::equal_to<>> m_handles;
+    mutable std::uint32_t m_pass = 0;
+    mutable std::uint32_t m_numbered = 0;
+};
+
+} // namespace Qel

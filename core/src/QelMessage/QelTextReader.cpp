@@ -1,0 +1,364 @@
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "QelMessage/QelBase64.h"
+#include "QelMessage/QelLimits.h"
+#include "QelMessage/QelTextCodec.h"
+#include "QelMessage/QelValueText.h"
+#include "QelMessage/QelXmlDocument.h"
+#include "QelMessage/QelXmlNames.h"
+#include "QelMessage/QelXmlText.h"
+
+namespace Qel::QelTextCodec {
+
+namespace {
+
+using Index = QelMessageTree::Index;
+using Symbol = QelMessageTree::Symbol;
+
+/// A name that may have a prefix.
+struct QualifiedName {
+    explicit QualifiedName(std::string_view text) {
+        const auto colon = text.find(':');
+        hasPrefix = colon != std::string_view::npos;
+        prefix = hasPrefix ? text.substr(0, colon) : std::string_view();
+        local = hasPrefix ? text.substr(colon + 1) : text;
+    }
+    /// False for "a:b:c", ":a" and "a:".
+    [[nodiscard]] bool isValid() const {
+        return !local.empty() && local.find(':') == std::string_view::npos && hasPrefix == !prefix.empty();
+    }
+
+    bool hasPrefix;
+    std::string_view prefix;
+    std::string_view local;
+};
+
+std::vector<std::string_view> words(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r\n";
+    std::vector<std::string_view> found;
+    for (std::size_t start = text.find_first_not_of(blanks); start != std::string_view::npos;) {
+        const std::size_t end = std::min(text.find_first_of(blanks, start), text.size());
+        found.push_back(text.substr(start, end - start));
+        start = text.find_first_not_of(blanks, end);
+    }
+    return found;
+}
+
+/// Builds elements out of a parsed document.
+class Reader {
+public:
+    Reader(const QelXmlDocument& document, QelMessageTree& tree) : m_document(document), m_tree(tree) {}
+
+    /// Reads `xml` into the root, with the envelope.
+    bool message(pugi::xml_node xml, QelEnvelope& envelope) {
+        m_scope.enter();
+        m_envelope = &envelope;
+        if (!declareNamespaces(xml))
+            return false;
+        if (QualifiedName(xml.name()).local != QelXmlNames::message)
+            return fail(xml, "the document's element is '" + std::string(xml.name()) + "', not '" +
+                                 QelXmlNames::message + "'");
+        std::string nameSpace;
+        if (!elementNameSpace(xml, nameSpace))
+            return false;
+        m_tree.setNameSpace(QelMessageTree::root, m_tree.intern(QelNameKind::nameSpace, nameSpace));
+        if (!fill(xml, QelMessageTree::root))
+            return false;
+        m_envelope = nullptr;
+        return children(xml, QelMessageTree::root, 0);
+    }
+
+    /// Reads `xml` as a new child of `parent`.  On failure nothing is left of it.
+    bool child(pugi::xml_node xml, Index parent) {
+        std::optional<Index> top;
+        const bool isRead = open(xml, parent, top) && children(xml, *top, 1);
+        finish(top, isRead);
+        return isRead;
+    }
+
+    /// Reads what stands in `xml` in place of the value and the children of `element`.
+    bool content(pugi::xml_node xml, Index element) {
+        m_scope.enter();
+        if (const Symbol nameSpace = m_tree.node(element).nameSpace; nameSpace != 0)
+            m_scope.declare({}, QelXmlText::encodeNamespace(m_tree.name(QelNameKind::nameSpace, nameSpace)));
+        // Into a twin first, since the text may turn out to be malformed half way.
+        const Index twin = m_tree.createDetached(element, 0, m_tree.share(m_tree.node(element).nameSpace));
+        const bool isRead = value(xml, twin, false) && children(xml, twin, 0);
+        if (isRead)
+            m_tree.takeContent(element, twin);
+        m_tree.remove(twin);
+        return isRead;
+    }
+
+private:
+    bool fail(pugi::xml_node place, const std::string& what) const { return m_document.fail(place, what); }
+
+    void finish(std::optional<Index> top, bool isRead) {
+        if (top && isRead)
+            m_tree.attach(*top);
+        else if (top)
+            m_tree.remove(*top);
+    }
+
+    /// Reads the elements below `xml`, which stands at `depth`, and all below them.
+    bool children(pugi::xml_node xml, Index node, unsigned depth) {
+        const pugi::xml_node top = xml;
+        for (;;) {
+            pugi::xml_node next = elementFrom(xml.first_child());
+            if (next) {
+                if (++depth > QelLimits::depth)
+                    return fail(next, "elements are nested deeper than " + std::to_string(QelLimits::depth));
+            } else {
+                while (xml != top && !(next = elementFrom(xml.next_sibling()))) {
+                    xml = xml.parent();
+                    node = m_tree.node(node).parent;
+                    m_scope.leave();
+                    --depth;
+                }
+                if (xml == top)
+                    return true;
+                node = m_tree.node(node).parent;
+                m_scope.leave();
+            }
+            std::optional<Index> opened;
+            const bool isOpen = open(next, node, opened);
+            if (opened)
+                m_tree.attach(*opened);
+            if (!isOpen)
+                return false;
+            xml = next;
+            node = *opened;
+        }
+    }
+
+    /// `xml`, or the first element behind it.
+    static pugi::xml_node elementFrom(pugi::xml_node xml) {
+        while (xml && xml.type() != pugi::node_element)
+            xml = xml.next_sibling();
+        return xml;
+    }
+
+    /// Makes a detached element of `xml`, without its children.  Goes into its scope.
+    bool open(pugi::xml_node xml, Index parent, std::optional<Index>& opened) {
+        m_scope.enter();
+        std::string nameSpace;
+        if (!declareNamespaces(xml) || !elementNameSpace(xml, nameSpace))
+            return false;
+        const std::string name = QelXmlText::decodeName(QualifiedName(xml.name()).local);
+        const Symbol nameSymbol = m_tree.intern(QelNameKind::element, name);
+        opened = m_tree.createDetached(parent, nameSymbol, m_tree.intern(QelNameKind::nameSpace, nameSpace));
+        return fill(xml, *opened);
+    }
+
+    bool declareNamespaces(pugi::xml_node xml) {
+        if (!checkAttributes(xml))
+            return false;
+        for (const pugi::xml_attribute attribute : xml.attributes()) {
+            const QualifiedName name(attribute.name());
+            if (name.hasPrefix ? name.prefix != QelXmlNames::declaration : name.local != QelXmlNames::declaration)
+                continue;
+            std::string uri;
+            if (!text(xml, attribute.value(), uri))
+                return false;
+            if (name.hasPrefix && (uri.empty() || name.local == QelXmlNames::declaration || name.local == "xml"))
+                return fail(xml, "a prefix that can't be declared so: " + std::string(name.local));
+            m_scope.declare(name.hasPrefix ? name.local : std::string_view(), std::move(uri));
+        }
+        return true;
+    }
+
+    /// No name twice, none that isn't a name, no bare "<" in a value: the parser lets them pass.
+    bool checkAttributes(pugi::xml_node xml) {
+        m_attributeNames.clear();
+        for (const pugi::xml_attribute attribute : xml.attributes()) {
+            if (!QualifiedName(attribute.name()).isValid())
+                return fail(xml, "not a name: " + std::string(attribute.name()));
+            if (std::string_view(attribute.value()).find('<') != std::string_view::npos)
+                return fail(xml, "'<' in the value of attribute " + std::string(attribute.name()));
+            m_attributeNames.emplace_back(attribute.name());
+        }
+        std::ranges::sort(m_attributeNames);
+        const auto twice = std::ranges::adjacent_find(m_attributeNames);
+        return twice == m_attributeNames.end() || fail(xml, "a second attribute " + std::string(*twice));
+    }
+
+    bool elementNameSpace(pugi::xml_node xml, std::string& nameSpace) const {
+        const QualifiedName name(xml.name());
+        return name.isValid() ? resolve(xml, name, nameSpace) : fail(xml, "not a name: " + std::string(xml.name()));
+    }
+
+    /// The namespace of a name; empty for none.
+    bool resolve(pugi::xml_node place, const QualifiedName& name, std::string& nameSpace) const {
+        const std::string* const uri = m_scope.find(name.prefix);
+        if (!uri && name.hasPrefix)
+            return fail(place, "a prefix that isn't declared: " + std::string(name.prefix));
+        if (!uri || uri->empty()) {
+            nameSpace.clear();
+            return true;
+        }
+        return QelXmlText::decodeNamespace(*uri, nameSpace) || fail(place, "a namespace that isn't known: " + *uri);
+    }
+
+    /// Reads type, attributes and value.
+    bool fill(pugi::xml_node xml, Index node) {
+        std::string list;
+        if (!text(xml, xml.attribute(QelXmlNames::base64Attributes).value(), list))
+            return false;
+        std::vector<std::string_view> encoded = words(list);
+        std::ranges::sort(encoded);
+        bool isEncoded = false;
+        for (const pugi::xml_attribute attribute : xml.attributes()) {
+            const std::string_view name = attribute.name();
+            std::string content;
+            if (!text(xml, attribute.value(), content))
+                return false;
+            if (std::ranges::binary_search(encoded, name) && !QelBase64::decode(content, content))
+                return fail(xml, "malformed base64 in attribute " + std::string(name));
+            if (name == QelXmlNames::encoding) {
+                isEncoded = content == QelXmlNames::base64;
+                if (!isEncoded)
+                    return fail(xml, "an encoding that isn't known: " + content);
+            } else if (!this->attribute(xml, node, name, content)) {
+                return false;
+            }
+        }
+        return value(xml, node, isEncoded);
+    }
+
+    bool attribute(pugi::xml_node xml, Index node, std::string_view fullName, const std::string& content) {
+        const QualifiedName name(fullName);
+        if (name.hasPrefix)
+            return name.prefix == QelXmlNames::declaration || prefixedAttribute(xml, node, name, content);
+        if (m_envelope && QelXmlNames::isReservedAttribute(name.local, true) &&
+            !QelXmlNames::isReservedAttribute(name.local, false))
+            return envelopeField(xml, name.local, content);
+        if (QelXmlNames::isReservedAttribute(name.local, false))
+            return true;
+        const Symbol symbol = m_tree.intern(QelNameKind::attribute, QelXmlText::decodeName(name.local));
+        if (m_tree.findAttribute(node, symbol) != QelMessageTree::none) {
+            m_tree.release(symbol);
+            return fail(xml, "a second attribute " + std::string(name.local));
+        }
+        return m_tree.setAttribute(node, symbol, content) ||
+               fail(xml, "more than " + std::to_string(QelLimits::attributes) + " attributes");
+    }
+
+    /// The complex type, and hints for other programs where to find a schema, which say nothing about the message.
+    bool prefixedAttribute(pugi::xml_node xml, Index node, const QualifiedName& name, const std::string& content) {
+        const std::string* const uri = m_scope.find(name.prefix);
+        if (!uri)
+            return fail(xml, "a prefix that isn't declared: " + std::string(name.prefix));
+        if (*uri == QelXmlNames::schemaInstance) {
+            if (name.local == QelXmlNames::type)
+                return type(xml, node, content);
+            if (name.local == "schemaLocation" || name.local == "noNamespaceSchemaLocation")
+                return true;
+        }
+        return fail(xml, "an attribute that isn't known: " + std::string(name.local));
+    }
+
+    bool type(pugi::xml_node xml, Index node, const std::string& content) {
+        const std::vector<std::string_view> word = words(content);
+        if (word.size() != 1 || !QualifiedName(word.front()).isValid())
+            return fail(xml, "not the name of a type: " + content);
+        const QualifiedName name(word.front());
+        std::string nameSpace;
+        if (name.hasPrefix && !resolve(xml, name, nameSpace))
+            return false;
+        const std::string local = QelXmlText::decodeName(name.local);
+        const Symbol nameSpaceSymbol = m_tree.intern(QelNameKind::nameSpace, nameSpace);
+        m_tree.setType(node, nameSpaceSymbol, m_tree.intern(QelNameKind::type, local));
+        return true;
+    }
+
+    bool envelopeField(pugi::xml_node xml, std::string_view name, const std::string& content) {
+        if (name == QelXmlNames::time) {
+            long seconds = 0;
+            if (content.empty())
+                return true;
+            if (!QelValueText::toTime(content, seconds))
+                return fail(xml, "not a time: " + content);
+            m_envelope->time = seconds;
+        } else if (name == QelXmlNames::subscriptions) {
+            const std::vector<std::string_view> names = words(content);
+            m_envelope->subscriptions.assign(names.begin(), names.end());
+        } else {
+            std::string& field = name == QelXmlNames::requestId ? m_envelope->requestId
+                                 : name == QelXmlNames::sender  ? m_envelope->sender
+                                 : name == QelXmlNames::session ? m_envelope->session
+                                                                : m_envelope->origin;
+            field = content;
+        }
+        return true;
+    }
+
+    /// Reads the value of an element: the text in it.  Beside children, blanks are layout.
+    bool value(pugi::xml_node xml, Index node, bool isEncoded) {
+        const bool hasChildren = static_cast<bool>(elementFrom(xml.first_child()));
+        std::string all;
+        for (const pugi::xml_node part : xml) {
+            const std::string_view raw = part.value();
+            if (part.type() == pugi::node_cdata)
+                all += raw;
+            if (part.type() != pugi::node_pcdata || (hasChildren && QelXmlText::isBlank(raw)))
+                continue;
+            if (raw.find("]]>") != std::string_view::npos)
+                return fail(part, "']]>' in a text");
+            std::string decoded;
+            if (!text(part, raw, decoded))
+                return false;
+            all += decoded;
+        }
+        if (isEncoded && !QelBase64::decode(all, all))
+            return fail(xml, "malformed base64");
+        if (!all.empty())
+            m_tree.setValue(node, all);
+        return true;
+    }
+
+    /// A text with its references replaced.
+    bool text(pugi::xml_node place, std::string_view raw, std::string& decoded) const {
+        std::size_t at = 0;
+        decoded.clear();
+        if (QelXmlText::decodeReferences(raw, decoded, at))
+            return true;
+        const std::string what = "an unknown or malformed reference";
+        return place.type() == pugi::node_pcdata
+                   ? m_document.fail(static_cast<std::size_t>(place.offset_debug()) + at, what)
+                   : fail(place, what);
+    }
+
+    const QelXmlDocument& m_document;
+    QelMessageTree& m_tree;
+    QelEnvelope* m_envelope = nullptr; // while the attributes of `message` are read
+    QelXmlScope m_scope;
+    std::vector<std::string_view> m_attributeNames;
+};
+
+} // namespace
+
+int readMessage(std::string_view text, QelMessageTree& tree, QelEnvelope& envelope) {
+    QelXmlDocument document(text);
+    if (!document.parseDocument())
+        return -1;
+    return Reader(document, tree).message(document.element(), envelope) ? 0 : -1;
+}
+
+int readChild(std::string_view text, QelMessageTree& tree, Index parent) {
+    QelXmlDocument document(text);
+    if (!document.parseDocument())
+        return -1;
+    return Reader(document, tree).child(document.element(), parent) ? 0 : -1;
+}
+
+int replaceContent(std::string_view text, QelMessageTree& tree, Index element) {
+    QelXmlDocument document(text);
+    if (!document.parseContent())
+        return -1;
+    return Reader(document, tree).content(document.node(), element) ? 0 : -1;
+}
+
+} // namespace Qel::QelTextCodec

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "QelMessage/QelMessage.h"
+#include "QelMessage/QelMessageIterator.h"
+
+namespace Qel::TestSupport {
+
+/// An empty message with a cursor at its root.
+class TestMessage {
+public:
+    TestMessage() : TestMessage(created()) {}
+    /// Owns `message`.
+    explicit TestMessage(QelMessage* message) : m_message(message), m_cursor(m_message->rootIterator()) {}
+
+    [[nodiscard]] QelMessage* get() const { return m_message.get(); }
+    QelMessage* operator->() const { return m_message.get(); }
+    [[nodiscard]] QelMessageIterator& cursor() const { return *m_cursor; }
+    /// Another cursor at the root.
+    [[nodiscard]] std::unique_ptr<QelMessageIterator> root() const {
+        return std::unique_ptr<QelMessageIterator>(m_message->rootIterator());
+    }
+
+private:
+    static QelMessage* created() {
+        QelMessage* const message = QelMessage::getFactory()->createNew();
+        if (message->create(0) != 0)
+            std::abort();
+        return message;
+    }
+
+    auto_destroy<QelMessage> m_message;
+    std::unique_ptr<QelMessageIterator> m_cursor;
+};
+
+/// The text in malloc memory that an operation gave, or "(null)".
+[[nodiscard]] inline std::string taken(char* text) {
+    const std::unique_ptr<char, decltype(&std::free)> owner(text, &std::free);
+    return text ? text : "(null)";
+}
+
+/// The binary form of the element under the cursor.
+[[nodiscard]] inline std::string flattened(const QelMessageIterator& cursor) {
+    char* buffer = nullptr;
+    int length = 0;
+    if (cursor.serializeFromChild(&buffer, &length) != 0)
+        return {};
+    const std::unique_ptr<char, decltype(&std::free)> owner(buffer, &std::free);
+    return {buffer, static_cast<std::size_t>(length)};
+}
+
+/// The binary form of a whole message.
+[[nodiscard]] inline std::string binaryOf(const QelMessage& message) {
+    std::string bytes;
+    return message.toBinary(bytes) == 0 ? bytes : std::string();
+}
+
+[[nodiscard]] inline std::string textOf(const QelMessage& message) {
+    return taken(message.toTextEx(0, {}, 0));
+}
+
+/// The number of children with an ID.
+[[nodiscard]] inline int countChildren(const QelMessageIterator& cursor, int id) {
+    if (cursor.firstChild(id) != 0)
+        return 0;
+    int count = 1;
+    while (cursor.nextSibling(id) == 0)
+        ++count;
+    cursor.seekUp();
+    return count;
+}
+
+/// The value of a child, or "(none)".
+[[nodiscard]] inline std::string childValue(const QelMessageIterator& cursor, int id) {
+    std::string value = "(none)";
+    static_cast<void>(cursor.getValue(value, id));
+    return value;
+}
+
+} // namespace Qel::TestSupport

@@ -1,0 +1,106 @@
+#include <array>
+#include <memory>
+#include <ostream>
+#include <span>
+
+#include <boost/program_options/value_semantic.hpp>
+#include <nlohmann/json.hpp>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelBinary.h"
+#include "QelMessage/QelNames.h"
+#include "qel/Command.h"
+#include "qel/MessageFiles.h"
+#include "qel/Output.h"
+
+namespace Qel::Tool {
+
+namespace {
+
+namespace po = boost::program_options;
+using Json = nlohmann::ordered_json;
+
+// --- qel message convert
+
+constexpr std::string_view textForm = "text";
+constexpr std::string_view binaryForm = "binary";
+
+void addConvertOptions(po::options_description& options) {
+    options.add_options()("to", po::value<std::string>()->required()->value_name("FORM"),
+                          "the form to write: text or binary");
+}
+
+/// The whole message in text form; nonzero, with an error message, if it is beyond what a message may be.
+int toText(const QelMessage& message, std::string& content) {
+    const std::unique_ptr<char, decltype(&std::free)> text(message.toTextEx(0, "", 0), &std::free);
+    if (!text)
+        return -1;
+    content = text.get();
+    return 0;
+}
+
+ExitCode runConvert(const Invocation& invocation, const Console& console) {
+    const std::string& in = invocation.arguments[0];
+    const std::string& out = invocation.arguments[1];
+    const std::string form = invocation.options["to"].as<std::string>();
+    if (form != textForm && form != binaryForm)
+        return console.fail(ExitCode::usage, "--to takes text or binary, not '" + form + "'");
+
+    const auto_destroy<QelMessage> message(new QelBinary);
+    if (const ExitCode code = readMessage(in, *message, console); code != ExitCode::success)
+        return code;
+    std::string content;
+    if ((form == textForm ? toText(*message, content) : message->toBinary(content)) != 0)
+        return console.fail(ExitCode::failed, out + ": " + getErrorMessage());
+    return writeContent(out, content, console);
+}
+
+// --- qel message names
+
+struct NameTable {
+    const char* title;
+    std::span<const QelNames::Entry> entries;
+};
+
+std::array<NameTable, 3> nameTables() {
+    return {{{"elements", QelNames::elements()}, {"namespaces", QelNames::namespaces()}, {"types", QelNames::types()}}};
+}
+
+void printNamesAsJson(std::ostream& out) {
+    Json document = Json::object();
+    for (const NameTable& table : nameTables()) {
+        Json& names = document[table.title] = Json::object();
+        for (const QelNames::Entry& entry : table.entries)
+            names[std::to_string(entry.id)] = entry.name;
+    }
+    printJson(out, document);
+}
+
+void printNames(std::ostream& out) {
+    Table table({Table::Align::left, Table::Align::right});
+    table.addRow({"table", "ID", "name"});
+    for (const NameTable& names : nameTables()) {
+        for (const QelNames::Entry& entry : names.entries)
+            table.addRow({names.title, std::to_string(entry.id), std::string(entry.name)});
+    }
+    table.print(out);
+}
+
+ExitCode runNames(const Invocation& invocation, const Console& console) {
+    (invocation.has("json") ? printNamesAsJson : printNames)(console.out);
+    return ExitCode::success;
+}
+
+} // namespace
+
+CommandGroup messageCommands() {
+    static constexpr std::array commands{
+        Command{"convert", "IN OUT",
+                "Writes a message in text or binary form, whichever it has; - is standard input or output.",
+                addConvertOptions, runConvert},
+        Command{"names", "", "Lists the names of element, namespace and type IDs.", addJsonOption, runNames},
+    };
+    return {"message", "Message files.", commands};
+}
+
+} // namespace Qel::Tool

@@ -1,0 +1,103 @@
+#include "qel/MessageFiles.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <istream>
+#include <limits>
+#include <ostream>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelBinaryCodec.h"
+#include "QelMessage/QelLimits.h"
+#include "QelMessage/QelMessageFile.h"
+
+namespace Qel::Tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Reads a stream to its end, or one byte more than a message may have.
+std::string readAll(std::istream& in) {
+    std::string content;
+    std::array<char, 64 * 1024> part{};
+    while (in && content.size() <= QelLimits::messageBytes) {
+        in.read(part.data(), part.size());
+        content.append(part.data(), static_cast<std::size_t>(in.gcount()));
+    }
+    return content;
+}
+
+/// The content of a file or of standard input.
+ExitCode readContent(const std::string& name, std::string& content, const Console& console) {
+    if (name != standardStream)
+        return QelMessageFile::read(name, content) == 0 ? ExitCode::success
+                                                        : console.fail(ExitCode::badInput, getErrorMessage());
+    content = readAll(console.in);
+    if (console.in.bad())
+        return console.fail(ExitCode::badInput, "standard input can't be read");
+    if (content.size() > QelLimits::messageBytes)
+        return console.fail(ExitCode::badInput,
+                            "standard input: longer than " + std::to_string(QelLimits::messageBytes) + " bytes");
+    return ExitCode::success;
+}
+
+int parse(const std::string& content, QelMessage& message) {
+    static_assert(QelLimits::messageBytes <= std::numeric_limits<int>::max());
+    if (QelBinaryCodec::looksBinary(content))
+        return message.fromBinary(content.data(), static_cast<int>(content.size()));
+    // The text goes as a C string, so what stands behind a zero byte would be lost without a word.
+    if (const auto zero = content.find('\0'); zero != std::string::npos) {
+        setErrorMessage("byte %zu: a zero byte, which no text has", zero);
+        return -1;
+    }
+    constexpr int anyVersion = 0;
+    return message.fromTextEx(content.c_str(), anyVersion);
+}
+
+/// Whether something is there that can't be replaced by a file: a device or a pipe.
+bool isStreamLike(const fs::path& path) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    return fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
+}
+
+/// What a symbolic link leads to, so that the file is replaced and not the link.
+std::string resolved(const std::string& name) {
+    std::error_code error;
+    const fs::path path = fs::canonical(name, error);
+    return error ? name : path.string();
+}
+
+} // namespace
+
+ExitCode readMessage(const std::string& name, QelMessage& message, const Console& console) {
+    std::string content;
+    if (const ExitCode code = readContent(name, content, console); code != ExitCode::success)
+        return code;
+    if (parse(content, message) == 0)
+        return ExitCode::success;
+    const std::string shownName = name == standardStream ? "standard input" : name;
+    return console.fail(ExitCode::badInput, shownName + ": " + getErrorMessage());
+}
+
+ExitCode writeContent(const std::string& name, std::string_view content, const Console& console) {
+    if (name == standardStream) {
+        // A failure is told when the stream is flushed at the end.
+        console.out << content;
+        return ExitCode::success;
+    }
+    if (isStreamLike(name)) {
+        std::ofstream stream(name, std::ios::binary);
+        stream << content << std::flush;
+        return stream ? ExitCode::success : console.fail(ExitCode::failed, name + ": " + std::strerror(errno));
+    }
+    if (QelMessageFile::replace(resolved(name), content) != 0)
+        return console.fail(ExitCode::failed, getErrorMessage());
+    return ExitCode::success;
+}
+
+} // namespace Qel::Tool
