@@ -41,6 +41,13 @@ as_root() {
 
 apt_is_updated=false
 
+# What apt-get said went wrong, from its log.
+apt_error() {
+    local line
+    line=$(grep '^E:' "$1" | tail -n 1) || line=$(tail -n 1 "$1")
+    echo "${line#E: }"
+}
+
 # Installs those of the packages named that are missing.  On failure `install_error` tells the reason.
 try_install_packages() {
     local package missing=() log
@@ -60,7 +67,7 @@ try_install_packages() {
     apt_is_updated=true
     if ! as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -y --no-install-recommends install "${missing[@]}" \
         >>"$log" 2>&1 </dev/null; then
-        install_error="apt-get cannot install ${missing[*]}: $(grep -m 1 '^E:' "$log" || tail -n 1 "$log")"
+        install_error="apt-get cannot install ${missing[*]}: $(apt_error "$log")"
         rm -f "$log"
         return 1
     fi
@@ -97,7 +104,7 @@ CONF
     log=$apt/log
     APT_CONFIG=$apt/apt.conf apt-get -q update >"$log" 2>&1 || true
     if ! (cd "$apt/packages" && APT_CONFIG=$apt/apt.conf apt-get -q download "${i386_libraries[@]}") >>"$log" 2>&1; then
-        install_error="apt-get cannot fetch ${i386_libraries[*]} for i386: $(grep '^E:' "$log" | tail -n 1)"
+        install_error="apt-get cannot fetch ${i386_libraries[*]} for i386: $(apt_error "$log")"
         return 1
     fi
     local package

@@ -1,59 +1,591 @@
 #include "QelMessage/QelBinaryIterator.h"
 
+#include <memory>
+#include <string>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "QelMessage/support/TestMessage.h"
+#include "QelMessage/QelBinary.h"
+#include "QelMessage/QelDefaultMap.h"
+#include "support/TestMessage.h"
+#include "support/TreeComparer.h"
 
 namespace Qel {
 namespace {
 
+using testing::ElementsAre;
+using TestSupport::describe;
 using TestSupport::TestMessage;
 
-constexpr int name = 1026;
-constexpr int data = 1307;
-constexpr int flag = 1646;
+constexpr int nameId = 1026;
+constexpr int dataId = 1307;
+constexpr int environmentId = 1624;
 constexpr int envNamespace = 292;
+constexpr int backupNamespace = 282;
 
-TEST(QelBinaryIteratorTest, ANewMessageHasOnlyItsRoot) {
-    const TestMessage message;
-    EXPECT_EQ(message.cursor().curName(), "/");
-    EXPECT_EQ(message.cursor().curID(), 0);
-    EXPECT_NE(message.cursor().firstChild(), 0);
+std::string elementName(int id) {
+    return std::string(QelDefaultMap::findElemID(id).view());
+}
+std::string namespaceName(int id) {
+    return std::string(QelDefaultMap::findNSID(id).view());
+}
+std::string typeName(int id) {
+    return std::string(QelDefaultMap::findTypeID(id).view());
 }
 
-TEST(QelBinaryIteratorTest, APutAppendsAChildAndAGetReadsTheFirst) {
-    const TestMessage message;
-    QelMessageIterator& cursor = message.cursor();
-    EXPECT_EQ(cursor.putValue(std::string("one"), name), 0);
-    EXPECT_EQ(cursor.putValue(std::string("two"), name), 0);
-    std::string value;
-    EXPECT_EQ(cursor.getValue(value, name), 0);
-    EXPECT_EQ(value, "one");
+/// A tree for walks: /data/system/{one, two, two}, with the cursor at the root.
+class QelBinaryIteratorTest : public testing::Test {
+protected:
+    QelBinaryIteratorTest() : cursor(message.cursor()) {
+        cursor.newChild(dataId);
+        cursor.newChild("system");
+        cursor.putValue(std::string("1"), std::string("one"));
+        cursor.putValue(std::string("2"), std::string("two"));
+        cursor.putValue(std::string("3"), std::string("two"));
+        cursor.seekRoot();
+    }
+
+    std::string valueHere() {
+        std::string value = "(none)";
+        cursor.getValue(value, 0);
+        return value;
+    }
+
+    TestMessage message;
+    QelMessageIterator& cursor;
+};
+
+// ----------------------------------------------------------------------------------------------------- navigation
+
+TEST_F(QelBinaryIteratorTest, ANewCursorStandsAtTheRoot) {
     EXPECT_EQ(cursor.curName(), "/");
-    ASSERT_EQ(cursor.firstChild(name), 0);
-    ASSERT_EQ(cursor.nextSibling(name), 0);
-    EXPECT_EQ(cursor.getValue(value, 0), 0);
-    EXPECT_EQ(value, "two");
-    EXPECT_NE(cursor.nextSibling(name), 0);
-    EXPECT_EQ(cursor.getValue(value, 0), 0);
-    EXPECT_EQ(value, "two");
+    EXPECT_EQ(cursor.curID(), 0);
+    EXPECT_EQ(cursor.getMessage(), message.get());
 }
 
-TEST(QelBinaryIteratorTest, AFlattenedElementComesBackBelowTheRoot) {
-    const TestMessage message;
-    QelMessageIterator& cursor = message.cursor();
-    ASSERT_EQ(cursor.newChild(data), 0);
-    cursor.setNamespace(envNamespace);
-    cursor.putChild(flag);
-    cursor.putValue(7, std::string("log_level"));
-    const std::string bytes = TestSupport::flattened(cursor);
+TEST_F(QelBinaryIteratorTest, SeekGoesToTheFirstChildOfAnIdOrName) {
+    EXPECT_EQ(cursor.seek(dataId), 0);
+    EXPECT_EQ(cursor.curID(), dataId);
+    EXPECT_EQ(cursor.seek("system"), 0);
+    EXPECT_EQ(cursor.seek("two"), 0);
+    EXPECT_EQ(valueHere(), "2");
+}
 
-    const TestMessage copy(QelMessage::getFactory()->createNew(bytes.data(), static_cast<int>(bytes.size())));
-    ASSERT_EQ(copy.cursor().seek("/data/log_level"), 0);
-    int level = 0;
-    EXPECT_EQ(copy.cursor().getValue(level, 0), 0);
-    EXPECT_EQ(level, 7);
+TEST_F(QelBinaryIteratorTest, AnIdAndItsNamesAreOneElement) {
+    cursor.seekRoot();
+    EXPECT_EQ(cursor.seek("data"), 0);
+    cursor.seekUp();
+    EXPECT_EQ(cursor.seek("e1307"), 0);
+    cursor.newChild("e1026");
+    EXPECT_EQ(cursor.curID(), nameId);
+    EXPECT_EQ(cursor.curName(), elementName(nameId));
+}
+
+TEST_F(QelBinaryIteratorTest, AFailedMoveLeavesThePosition) {
+    ASSERT_EQ(cursor.seek("/data/system/one"), 0);
+    EXPECT_NE(cursor.seek(nameId), 0);
+    EXPECT_NE(cursor.seek("none"), 0);
+    EXPECT_NE(cursor.seek("/data/none"), 0);
+    EXPECT_NE(cursor.seek(-1), 0);
+    EXPECT_NE(cursor.firstChild(), 0);
+    EXPECT_NE(cursor.firstChild(nameId), 0);
+    EXPECT_NE(cursor.firstChild("none"), 0);
+    EXPECT_NE(cursor.nextSibling(nameId), 0);
+    EXPECT_NE(cursor.nextSibling("one"), 0);
+    EXPECT_EQ(cursor.curName(), "one");
+}
+
+TEST_F(QelBinaryIteratorTest, SiblingsAreWalkedInOrder) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    ASSERT_EQ(cursor.firstChild(), 0);
+    EXPECT_EQ(valueHere(), "1");
+    EXPECT_EQ(cursor.nextSibling(), 0);
+    EXPECT_EQ(valueHere(), "2");
+    EXPECT_EQ(cursor.nextSibling("two"), 0);
+    EXPECT_EQ(valueHere(), "3");
+    EXPECT_NE(cursor.nextSibling(), 0);
+    EXPECT_EQ(valueHere(), "3");
+}
+
+TEST_F(QelBinaryIteratorTest, NextSiblingOfAnIdPassesOthers) {
+    cursor.putChild(nameId);
+    cursor.putValue(std::string("other"), std::string("other"));
+    cursor.putValue(std::string("last"), nameId);
+    ASSERT_EQ(cursor.firstChild(nameId), 0);
+    EXPECT_EQ(cursor.nextSibling(nameId), 0);
+    EXPECT_EQ(valueHere(), "last");
+    EXPECT_NE(cursor.nextSibling(nameId), 0);
+    EXPECT_EQ(valueHere(), "last");
+}
+
+TEST_F(QelBinaryIteratorTest, AnAbsolutePathNamesEveryLevel) {
+    ASSERT_EQ(cursor.seek("/data/system/two"), 0);
+    EXPECT_EQ(valueHere(), "2");
+    EXPECT_EQ(cursor.seek("/"), 0);
+    EXPECT_EQ(cursor.curName(), "/");
+    EXPECT_NE(cursor.seek("/system"), 0);
+    EXPECT_NE(cursor.seek("/data/"), 0);
+    EXPECT_NE(cursor.seek("//data"), 0);
+    EXPECT_NE(cursor.seek("data/system"), 0) << "without a leading slash the whole text is one name";
+    EXPECT_EQ(cursor.curName(), "/");
+}
+
+TEST_F(QelBinaryIteratorTest, ATrailingSlashIsAnEmptyLastName) {
+    ASSERT_EQ(cursor.seek("/data"), 0);
+    cursor.newChild("");
+    cursor.putValue(5, 0);
+    EXPECT_EQ(cursor.seek("/data/"), 0);
+    EXPECT_EQ(valueHere(), "5");
+}
+
+TEST_F(QelBinaryIteratorTest, SeekPresenceDoesNotMove) {
+    EXPECT_EQ(cursor.seekPresence(dataId), 0);
+    EXPECT_EQ(cursor.seekPresence("data"), 0);
+    EXPECT_NE(cursor.seekPresence(nameId), 0);
+    EXPECT_NE(cursor.seekPresence("/data"), 0);
+    EXPECT_EQ(cursor.curName(), "/");
+    cursor.putValue(7, nameId);
+    ASSERT_EQ(cursor.seekPresence(nameId), 0);
+    int value = 0;
+    EXPECT_EQ(cursor.getValue(value, nameId), 0);
+    EXPECT_EQ(value, 7);
+}
+
+TEST_F(QelBinaryIteratorTest, TheEmptyIdIsTheElementUnderTheCursor) {
+    ASSERT_EQ(cursor.seek("/data"), 0);
+    EXPECT_EQ(cursor.seekPresence(0), 0);
+    EXPECT_EQ(cursor.seek(0), 0);
+    EXPECT_EQ(cursor.curID(), dataId);
+    EXPECT_NE(cursor.firstChild(0), 0);
+    EXPECT_NE(cursor.nextSibling(0), 0);
+    EXPECT_NE(cursor.deleteChild(0), 0);
+    EXPECT_NE(cursor.putChild(0), 0);
+    EXPECT_EQ(cursor.curID(), dataId);
+}
+
+TEST_F(QelBinaryIteratorTest, SeekRootComesBackFromAnywhere) {
+    ASSERT_EQ(cursor.seek("/data/system/one"), 0);
+    EXPECT_EQ(cursor.seekRoot(), 0);
+    EXPECT_EQ(cursor.curName(), "/");
+}
+
+using QelBinaryIteratorDeathTest = QelBinaryIteratorTest;
+
+TEST_F(QelBinaryIteratorDeathTest, SeekUpAtTheRootEndsTheProcess) {
+    EXPECT_DEATH(cursor.seekUp(), "core/src/QelMessage/QelBinaryIterator");
+}
+
+TEST_F(QelBinaryIteratorDeathTest, NewChildWithoutAnIdEndsTheProcess) {
+    EXPECT_DEATH(cursor.newChild(0), "core/src/QelMessage/QelBinaryIterator");
+    EXPECT_DEATH(cursor.newChild(-1), "core/src/QelMessage/QelBinaryIterator");
+}
+
+TEST_F(QelBinaryIteratorDeathTest, AnInvalidatedCursorEndsTheProcess) {
+    cursor.invalidate();
+    EXPECT_DEATH(cursor.seekRoot(), "core/src/QelMessage/QelBinaryIterator");
+    EXPECT_DEATH(static_cast<void>(cursor.curName()), "core/src/QelMessage/QelBinaryIterator");
+    EXPECT_DEATH(static_cast<void>(cursor.getMessage()), "core/src/QelMessage/QelBinaryIterator");
+}
+
+TEST_F(QelBinaryIteratorDeathTest, ACursorOnADeletedElementEndsTheProcess) {
+    cursor.seek("/data/system/one");
+    const auto other = message.root();
+    ASSERT_EQ(other->seek("/data"), 0);
+    other->deleteFromChild();
+    EXPECT_DEATH(static_cast<void>(cursor.curName()), "core/src/QelMessage/QelBinaryIterator");
+    for (int i = 0; i < 10; ++i)
+        other->putChild(nameId);
+    EXPECT_DEATH(static_cast<void>(cursor.curName()), "core/src/QelMessage/QelBinaryIterator")
+        << "an element in the place of the deleted one isn't the deleted one";
+    EXPECT_EQ(cursor.seekRoot(), 0);
+    EXPECT_EQ(cursor.curName(), "/");
+}
+
+TEST_F(QelBinaryIteratorDeathTest, ACursorOnAnElementOfAReplacedTreeEndsTheProcess) {
+    const std::string text = TestSupport::textOf(*message.get());
+    cursor.seek("/data");
+    const auto atRoot = message.root();
+    ASSERT_EQ(message->fromTextEx(text.c_str(), 0), 0);
+    EXPECT_DEATH(static_cast<void>(cursor.curName()), "core/src/QelMessage/QelBinaryIterator");
+    EXPECT_EQ(atRoot->seek("/data/system/one"), 0);
+}
+
+// ------------------------------------------------------------------------------------------------ names and types
+
+TEST_F(QelBinaryIteratorTest, ANameWithoutAnIdHasTheIdZero) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    EXPECT_EQ(cursor.curName(), "system");
+    EXPECT_EQ(cursor.curID(), 0);
+}
+
+TEST_F(QelBinaryIteratorTest, TheTypeIsTheKeyOfADerivedFactory) {
+    EXPECT_EQ(cursor.curType(), "");
+    cursor.newChild(environmentId);
+    EXPECT_EQ(cursor.setComplexType(envNamespace, 122), 0);
+    EXPECT_EQ(cursor.curType(), namespaceName(envNamespace) + ':' + typeName(122));
+    EXPECT_EQ(cursor.setComplexType(0, 122), 0);
+    EXPECT_EQ(cursor.curType(), typeName(122));
+    EXPECT_EQ(cursor.setComplexType("mine", "own"), 0);
+    EXPECT_EQ(cursor.curType(), "mine:own");
+    EXPECT_EQ(cursor.setComplexType("", "own"), 0);
+    EXPECT_EQ(cursor.curType(), "own");
+    EXPECT_EQ(cursor.setComplexType(namespaceName(envNamespace), typeName(122)), 0);
+    EXPECT_EQ(cursor.curType(), namespaceName(envNamespace) + ':' + typeName(122));
+    EXPECT_NE(cursor.setComplexType(-1, 122), 0);
+    EXPECT_NE(cursor.setComplexType(0, -1), 0);
+    EXPECT_EQ(cursor.setComplexType(0, 0), 0);
+    EXPECT_EQ(cursor.curType(), "");
+}
+
+TEST_F(QelBinaryIteratorTest, ANamespaceWithoutANameIsNoPartOfTheKey) {
+    constexpr int unnamed = 999999;
+    cursor.newChild(environmentId);
+    cursor.setComplexType(unnamed, 122);
+    EXPECT_EQ(cursor.curType(), typeName(122));
+}
+
+TEST_F(QelBinaryIteratorTest, SetNamespaceMarksTheCurrentElementOnly) {
+    ASSERT_EQ(cursor.seek("/data"), 0);
+    EXPECT_EQ(cursor.setNamespace(envNamespace), 0);
+    EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
+    ASSERT_EQ(cursor.firstChild(), 0);
+    EXPECT_EQ(cursor.curNamespaceID(), 0);
+    EXPECT_EQ(cursor.setNamespace(namespaceName(backupNamespace)), 0);
+    EXPECT_EQ(cursor.curNamespaceID(), backupNamespace);
+    EXPECT_EQ(cursor.setNamespace("foreign"), 0);
+    EXPECT_EQ(cursor.curNamespaceID(), 0);
+    EXPECT_NE(cursor.setNamespace(-1), 0);
+}
+
+TEST_F(QelBinaryIteratorTest, ANewChildTakesTheSavedNamespaceAndElseNone) {
+    ASSERT_EQ(cursor.saveNamespace(envNamespace), 0);
+    cursor.newChild(environmentId);
+    EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
+    cursor.saveNamespace(0);
+    cursor.newChild(nameId);
+    EXPECT_EQ(cursor.curNamespaceID(), 0) << "its parent's is not inherited";
+    cursor.saveNamespace(namespaceName(backupNamespace));
+    cursor.newChild(nameId);
+    EXPECT_EQ(cursor.curNamespaceID(), backupNamespace);
+    cursor.saveNamespace("");
+    cursor.seekRoot();
+    cursor.newChild(nameId);
+    EXPECT_EQ(cursor.curNamespaceID(), 0);
+    EXPECT_NE(cursor.saveNamespace(-1), 0);
+}
+
+TEST_F(QelBinaryIteratorTest, ASavedNamespaceWithoutAnIdIsTakenToo) {
+    cursor.saveNamespace("foreign");
+    cursor.newChild(environmentId);
+    cursor.putChild(nameId);
+    EXPECT_THAT(TestSupport::taken(cursor.toTextFromChild()), testing::HasSubstr("xmlns=\"urn:qel:foreign\""));
+    EXPECT_EQ(describe(dynamic_cast<QelBinary&>(*message.get()).tree()).back(),
+              "    " + elementName(nameId) + " {foreign} <:> = ''");
+}
+
+TEST_F(QelBinaryIteratorTest, PutsTakeTheSavedNamespace) {
+    cursor.saveNamespace(envNamespace);
+    cursor.putValue(1, nameId);
+    cursor.putChild(environmentId);
+    ASSERT_EQ(cursor.seek(nameId), 0);
+    EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
+    ASSERT_EQ(cursor.nextSibling(environmentId), 0);
+    EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
+}
+
+TEST_F(QelBinaryIteratorTest, EachCursorHasItsOwnSavedNamespace) {
+    cursor.saveNamespace(envNamespace);
+    const std::unique_ptr<QelMessageIterator> other(cursor.newIterator(false));
+    other->newChild(nameId);
+    EXPECT_EQ(other->curNamespaceID(), 0);
+}
+
+TEST_F(QelBinaryIteratorTest, SetNamespaceChildMarksEveryChild) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    EXPECT_EQ(cursor.setNamespaceChild(envNamespace), 0);
+    EXPECT_EQ(cursor.curName(), "system");
+    EXPECT_EQ(cursor.curNamespaceID(), 0);
+    ASSERT_EQ(cursor.firstChild(), 0);
+    EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
+    ASSERT_EQ(cursor.nextSibling(), 0);
+    ASSERT_EQ(cursor.nextSibling(), 0);
+    EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
+}
+
+// -------------------------------------------------------------------------------------------------------- editing
+
+TEST_F(QelBinaryIteratorTest, NewChildAppendsBehindAllOthersAndMovesThere) {
+    cursor.newChild(nameId);
+    cursor.putValue(1, 0);
+    cursor.seekUp();
+    cursor.newChild(nameId);
+    cursor.putValue(2, 0);
+    cursor.seekUp();
+    ASSERT_EQ(cursor.firstChild(nameId), 0);
+    EXPECT_EQ(valueHere(), "1");
+    ASSERT_EQ(cursor.nextSibling(), 0);
+    EXPECT_EQ(valueHere(), "2");
+}
+
+TEST_F(QelBinaryIteratorTest, PutChildAppendsAnEmptyChildWithoutMoving) {
+    EXPECT_EQ(cursor.putChild(nameId), 0);
+    EXPECT_EQ(cursor.putChild("foreign"), 0);
+    EXPECT_EQ(cursor.curName(), "/");
+    EXPECT_EQ(cursor.seekPresence(nameId), 0);
+    EXPECT_EQ(cursor.seekPresence("foreign"), 0);
+}
+
+TEST_F(QelBinaryIteratorTest, DeleteFromChildLeavesTheCursorOnTheParent) {
+    ASSERT_EQ(cursor.seek("/data/system/two"), 0);
+    EXPECT_EQ(cursor.deleteFromChild(), 0);
+    EXPECT_EQ(cursor.curName(), "system");
+    EXPECT_THAT(describe(*message.get()), ElementsAre("/ {} <:> = ''", "  data {} <:> = ''", "    system {} <:> = ''",
+                                                      "      one {} <:> = '1'", "      two {} <:> = '3'"));
+}
+
+TEST_F(QelBinaryIteratorTest, ALoopOfFirstChildAndDeleteClearsAList) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    while (cursor.firstChild("two") == 0)
+        cursor.deleteFromChild();
+    EXPECT_EQ(cursor.curName(), "system");
+    ASSERT_EQ(cursor.firstChild(), 0);
+    EXPECT_EQ(valueHere(), "1");
+    EXPECT_NE(cursor.nextSibling(), 0);
+}
+
+TEST_F(QelBinaryIteratorTest, TheRootCanNotBeDeleted) {
+    EXPECT_NE(cursor.deleteFromChild(), 0);
+    EXPECT_EQ(cursor.seekPresence(dataId), 0);
+}
+
+TEST_F(QelBinaryIteratorTest, DeleteChildRemovesTheFirstOfTheId) {
+    cursor.putValue(1, nameId);
+    cursor.putValue(2, nameId);
+    EXPECT_EQ(cursor.deleteChild(nameId), 0);
+    int value = 0;
+    EXPECT_EQ(cursor.getValue(value, nameId), 0);
+    EXPECT_EQ(value, 2);
+    EXPECT_EQ(cursor.deleteChild(nameId), 0);
+    EXPECT_NE(cursor.deleteChild(nameId), 0);
+    EXPECT_EQ(cursor.curName(), "/");
+}
+
+TEST_F(QelBinaryIteratorTest, ElementsInTheMiddleCanBeDeletedInAnyOrder) {
+    const TestMessage list;
+    for (int i = 0; i < 5; ++i)
+        list.cursor().putValue(i, nameId);
+    const auto deleteAt = [&](int steps) {
+        ASSERT_EQ(list.cursor().firstChild(), 0);
+        for (int i = 0; i < steps; ++i)
+            ASSERT_EQ(list.cursor().nextSibling(), 0);
+        ASSERT_EQ(list.cursor().deleteFromChild(), 0);
+    };
+    deleteAt(2);
+    deleteAt(3);
+    deleteAt(0);
+    EXPECT_THAT(describe(*list.get()), ElementsAre("/ {} <:> = ''", "  name {} <:> = '1'", "  name {} <:> = '3'"));
+    list.cursor().putValue(9, nameId);
+    EXPECT_EQ(describe(*list.get()).back(), "  name {} <:> = '9'");
+}
+
+// -------------------------------------------------------------------------------------------------------- copying
+
+TEST_F(QelBinaryIteratorTest, ASecondCursorSeesTheSameTree) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    const std::unique_ptr<QelMessageIterator> other(cursor.newIterator(false));
+    EXPECT_EQ(other->curName(), "system");
+    EXPECT_EQ(other->getMessage(), message.get());
+    other->putValue(9, std::string("nine"));
+    EXPECT_EQ(cursor.seek("nine"), 0);
+    EXPECT_EQ(other->curName(), "system");
+}
+
+TEST_F(QelBinaryIteratorTest, ACopyingCursorStandsOnTheElementInAMessageOfItsOwn) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    const std::unique_ptr<QelMessageIterator> copy(cursor.newIterator(true));
+    const auto_destroy<QelMessage> owned(copy->getMessage());
+    EXPECT_NE(owned.get(), message.get());
+    EXPECT_EQ(copy->curName(), "system");
+    cursor.deleteFromChild();
+    std::string value;
+    EXPECT_EQ(copy->getValue(value, std::string("one")), 0);
+    EXPECT_EQ(value, "1");
+    copy->seekUp();
+    EXPECT_EQ(copy->curName(), "/");
+}
+
+TEST_F(QelBinaryIteratorTest, ACopyOfTheRootIsARoot) {
+    const std::unique_ptr<QelMessageIterator> copy(cursor.newIterator(true));
+    const auto_destroy<QelMessage> owned(copy->getMessage());
+    EXPECT_EQ(copy->curName(), "/");
+    EXPECT_EQ(describe(*owned), describe(*message.get()));
+}
+
+TEST_F(QelBinaryIteratorTest, CopyToChildCarriesEverything) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    cursor.setNamespace("foreign");
+    cursor.setComplexType(envNamespace, 122);
+    cursor.putAttr(std::string("value"), 5);
+    cursor.firstChild();
+    cursor.setNamespace(backupNamespace);
+    cursor.setComplexType("mine", "own");
+    cursor.seekUp();
+
+    const TestMessage target;
+    target.cursor().saveNamespace(backupNamespace);
+    target.cursor().putChild("before");
+    EXPECT_EQ(target.cursor().copyToChild(&cursor), 0);
+    EXPECT_EQ(target.cursor().curName(), "/");
+    EXPECT_EQ(cursor.curName(), "system");
+    const std::string backup = namespaceName(backupNamespace);
+    EXPECT_THAT(
+        describe(*target.get()),
+        ElementsAre("/ {} <:> = ''", "  before {" + backup + "} <:> = ''",
+                    "  system {foreign} <" + namespaceName(envNamespace) + ':' + typeName(122) + "> @a5='value' = ''",
+                    "    one {" + backup + "} <mine:own> = '1'", "    two {} <:> = '2'", "    two {} <:> = '3'"));
+}
+
+TEST_F(QelBinaryIteratorTest, AnElementCanBeCopiedIntoItself) {
+    ASSERT_EQ(cursor.seek("/data/system/one"), 0);
+    const auto ancestor = message.root();
+    ASSERT_EQ(ancestor->seek("/data"), 0);
+    EXPECT_EQ(cursor.copyToChild(ancestor.get()), 0);
+    EXPECT_THAT(describe(*message.get()),
+                ElementsAre("/ {} <:> = ''", "  data {} <:> = ''", "    system {} <:> = ''", "      one {} <:> = '1'",
+                            "        data {} <:> = ''", "          system {} <:> = ''", "            one {} <:> = '1'",
+                            "            two {} <:> = '2'", "            two {} <:> = '3'", "      two {} <:> = '2'",
+                            "      two {} <:> = '3'"));
+    EXPECT_EQ(ancestor->copyToChild(ancestor.get()), 0);
+    EXPECT_EQ(ancestor->firstChild(dataId), 0) << "its own child now";
+}
+
+TEST_F(QelBinaryIteratorTest, ARootCopiedToAChildIsNamedMessage) {
+    ASSERT_EQ(cursor.seek("/data/system/one"), 0);
+    EXPECT_EQ(cursor.copyToChild(message.root().get()), 0);
+    EXPECT_EQ(cursor.seek("/data/system/one/message/data/system/two"), 0);
+    EXPECT_EQ(valueHere(), "2");
+}
+
+TEST_F(QelBinaryIteratorTest, CopyToChildOfNothingFails) {
+    EXPECT_NE(cursor.copyToChild(nullptr), 0);
+}
+
+TEST_F(QelBinaryIteratorTest, AssignmentTakesThePlaceOfTheOtherCursor) {
+    const TestMessage other;
+    QelBinaryIterator taker(dynamic_cast<QelBinary*>(other.get()));
+    ASSERT_EQ(cursor.seek("/data"), 0);
+    taker = dynamic_cast<const QelBinaryIterator&>(cursor);
+    EXPECT_EQ(taker.getMessage(), message.get());
+    EXPECT_EQ(taker.curID(), dataId);
+}
+
+// ---------------------------------------------------------------------------------------------------------- forms
+
+TEST_F(QelBinaryIteratorTest, SerializeFromChildAndDeserializeToChildCarryAnElement) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    const std::string bytes = TestSupport::flattened(cursor);
+    ASSERT_FALSE(bytes.empty());
+    const TestMessage target;
+    target.cursor().newChild(environmentId);
+    EXPECT_EQ(target.cursor().deserializeToChild(bytes.data(), static_cast<int>(bytes.size())), 0);
+    EXPECT_EQ(target.cursor().curID(), environmentId);
+    ASSERT_EQ(target.cursor().seek("system"), 0);
+    EXPECT_EQ(TestSupport::flattened(target.cursor()), bytes);
+}
+
+TEST_F(QelBinaryIteratorTest, DeserializeToChildOfRubbishAddsNothing) {
+    const auto before = describe(*message.get());
+    EXPECT_NE(cursor.deserializeToChild("rubbish", 7), 0);
+    EXPECT_NE(cursor.deserializeToChild(nullptr, 0), 0);
+    EXPECT_NE(cursor.deserializeToChild("", -1), 0);
+    const std::string bytes = TestSupport::flattened(cursor);
+    EXPECT_NE(cursor.deserializeToChild(bytes.data(), static_cast<int>(bytes.size()) - 1), 0);
+    EXPECT_EQ(describe(*message.get()), before);
+}
+
+TEST_F(QelBinaryIteratorTest, SerializeGivesTheWholeMessage) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    char* buffer = nullptr;
+    int length = 0;
+    ASSERT_EQ(cursor.serialize(&buffer, &length, 0), 0);
+    EXPECT_EQ(std::string(buffer, static_cast<std::size_t>(length)), TestSupport::binaryOf(*message.get()));
+    std::free(buffer);
+    EXPECT_NE(cursor.serialize(&buffer, &length, 1), 0);
+    EXPECT_EQ(cursor.curName(), "system");
+}
+
+TEST_F(QelBinaryIteratorTest, ToTextFromChildAndFromTextToChildCarryAnElement) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    cursor.setNamespace(envNamespace);
+    cursor.setComplexType(envNamespace, 122);
+    const std::string text = TestSupport::taken(cursor.toTextFromChild());
+    const TestMessage target;
+    target.cursor().newChild(environmentId);
+    EXPECT_EQ(target.cursor().fromTextToChild(text.c_str()), 0);
+    EXPECT_EQ(target.cursor().curID(), environmentId);
+    ASSERT_EQ(target.cursor().seek("system"), 0);
+    EXPECT_EQ(TestSupport::flattened(target.cursor()), TestSupport::flattened(cursor));
+}
+
+TEST_F(QelBinaryIteratorTest, FromTextToChildOfRubbishAddsNothing) {
+    const auto before = describe(*message.get());
+    EXPECT_NE(cursor.fromTextToChild(nullptr), 0);
+    EXPECT_NE(cursor.fromTextToChild(""), 0);
+    EXPECT_NE(cursor.fromTextToChild("<a><b></a>"), 0);
+    EXPECT_NE(cursor.fromTextToChild("<a><b/><c encoding='rot13'/></a>"), 0);
+    EXPECT_EQ(describe(*message.get()), before);
+}
+
+TEST_F(QelBinaryIteratorTest, ToTextGivesTheWholeMessageFromAnywhere) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    EXPECT_EQ(TestSupport::taken(cursor.toText()), TestSupport::textOf(*message.get()));
+}
+
+TEST_F(QelBinaryIteratorTest, AValueGoesOutAndInAsMarkup) {
+    ASSERT_EQ(cursor.seek("/data"), 0);
+    std::string markup = "old";
+    EXPECT_EQ(cursor.getValueXML(markup, 0), 0);
+    EXPECT_EQ(markup, "<system xmlns=\"\"><one>1</one><two>2</two><two>3</two></system>");
+    ASSERT_EQ(cursor.seek("system"), 0);
+    EXPECT_EQ(cursor.putValueXML("a &lt; b<one>1</one> <one/>", nameId), 0);
+    EXPECT_EQ(cursor.curName(), "system");
+    EXPECT_EQ(cursor.getValueXML(markup, nameId), 0);
+    EXPECT_EQ(markup, "a &lt; b<one xmlns=\"\">1</one><one xmlns=\"\"/>");
+}
+
+TEST_F(QelBinaryIteratorTest, MarkupTakesTheNamespaceOfItsElement) {
+    cursor.saveNamespace(envNamespace);
+    EXPECT_EQ(cursor.putValueXML("<name/>", environmentId), 0);
+    EXPECT_EQ(cursor.putValueXML("<name xmlns=\"\"/>", environmentId), 0);
+    ASSERT_EQ(cursor.seek("/environment/name"), 0);
+    EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
+    cursor.seekUp();
+    ASSERT_EQ(cursor.nextSibling(), 0);
+    ASSERT_EQ(cursor.firstChild(), 0);
+    EXPECT_EQ(cursor.curNamespaceID(), 0);
+}
+
+TEST_F(QelBinaryIteratorTest, MarkupForTheElementItselfReplacesItsContent) {
+    ASSERT_EQ(cursor.seek("/data/system"), 0);
+    EXPECT_EQ(cursor.putValueXML("<new>x</new>", 0), 0);
+    EXPECT_THAT(describe(*message.get()),
+                ElementsAre("/ {} <:> = ''", "  data {} <:> = ''", "    system {} <:> = ''", "      new {} <:> = 'x'"));
+    EXPECT_NE(cursor.putValueXML("<new>", 0), 0);
+    EXPECT_EQ(cursor.seekPresence("new"), 0) << "a failure changes nothing";
+}
+
+TEST_F(QelBinaryIteratorTest, MalformedMarkupAddsNothing) {
+    const auto before = describe(*message.get());
+    EXPECT_NE(cursor.putValueXML("<a>", nameId), 0);
+    EXPECT_NE(cursor.putValueXML("<?xml version='1.0'?><a/>", nameId), 0);
+    EXPECT_NE(cursor.putValueXML("a", -1), 0);
+    EXPECT_EQ(describe(*message.get()), before);
+    std::string markup = "old";
+    EXPECT_NE(cursor.getValueXML(markup, nameId), 0);
+    cursor.putValue(std::string("\x01"), nameId);
+    EXPECT_NE(cursor.getValueXML(markup, nameId), 0) << "markup has no place for such a byte";
+    EXPECT_EQ(markup, "old");
 }
 
 } // namespace

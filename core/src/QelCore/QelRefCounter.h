@@ -19,6 +19,9 @@ public:
             delete this;
     }
 
+    /// Whether anybody holds a reference now: false while an object is still being made and once it is being destroyed.
+    [[nodiscard]] bool isOwned() const noexcept { return m_references.load(std::memory_order_relaxed) > 0; }
+
 private:
     mutable std::atomic<int> m_references{0};
 };

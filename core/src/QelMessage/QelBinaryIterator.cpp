@@ -259,13 +259,13 @@ int QelBinaryIterator::setComplexType(int ns, int type) {
 
 // ------------------------------------------------------------------------------------------------------ children
 
-/// Adds a child with this name in the saved namespace, or else in that of its parent.
+/// Adds a child with this name in the saved namespace, or in none.
 QelBinaryIterator::Index QelBinaryIterator::append(int symbol) {
     const Index parent = current();
     const int nameSpace = m_savedNamespace.id != 0 ? m_savedNamespace.id
                           : !m_savedNamespace.name.empty()
                               ? tree().intern(QelNameKind::nameSpace, m_savedNamespace.name)
-                              : tree().share(tree().node(parent).nameSpace);
+                              : 0;
     return tree().appendChild(parent, symbol, nameSpace);
 }
 

@@ -256,11 +256,15 @@ template <class T, class Writer> int QelMessageIterator::putObjectInternal(const
     QEL_CHECK_AT(nsName != nullptr, "core/src/QelMessage/QelMessageIterator", 853);
     QEL_CHECK_AT(typeName != nullptr, "core/src/QelMessage/QelMessageIterator", 854);
 
+    // The element itself takes the writer's namespace, and so does what is written into it.
     const bool hasNamespace = Writer::getNSID() != 0 || *nsName != '\0';
-    if (Writer::getNSID() != 0)
+    if (Writer::getNSID() != 0) {
         saveNamespace(Writer::getNSID());
-    else if (hasNamespace)
+        setNamespace(Writer::getNSID());
+    } else if (hasNamespace) {
         saveNamespace(std::string(nsName));
+        setNamespace(std::string(nsName));
+    }
 
     if (Writer::getTypeID() >= firstComplexType)
         setComplexType(Writer::getNSID(), Writer::getTypeID());

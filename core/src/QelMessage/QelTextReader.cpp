@@ -207,14 +207,15 @@ private:
         std::string list;
         if (!text(xml, xml.attribute(QelXmlNames::base64Attributes).value(), list))
             return false;
-        const std::vector<std::string_view> encoded = words(list);
+        std::vector<std::string_view> encoded = words(list);
+        std::ranges::sort(encoded);
         bool isEncoded = false;
         for (const pugi::xml_attribute attribute : xml.attributes()) {
             const std::string_view name = attribute.name();
             std::string content;
             if (!text(xml, attribute.value(), content))
                 return false;
-            if (std::ranges::find(encoded, name) != encoded.end() && !QelBase64::decode(content, content))
+            if (std::ranges::binary_search(encoded, name) && !QelBase64::decode(content, content))
                 return fail(xml, "malformed base64 in attribute " + std::string(name));
             if (name == QelXmlNames::encoding) {
                 isEncoded = content == QelXmlNames::base64;

@@ -103,6 +103,8 @@ template <class Record> struct WireWords {
     static constexpr QelWireForm base64 = QelWireForm::base64;
     static constexpr QelWireForm time = QelWireForm::time;
 
+    /// What the table is called where tables are shown.
+    static constexpr std::string_view typeName = Internal::typeName<Record>();
     static constexpr int nsId = 0, typeId = 50;
     static constexpr std::span<const QelWireField> fields{};
     static constexpr std::span<const int> readOrder{};
@@ -244,7 +246,7 @@ template <class Record> inline constexpr auto readingOrderOf = readingOrder<Reco
 
 /// The table of a record as data.
 template <class Record>
-inline constexpr QelWireLayout wireLayoutOf{Internal::typeName<Record>(), Wire<Record>::nsId, Wire<Record>::typeId,
+inline constexpr QelWireLayout wireLayoutOf{Wire<Record>::typeName, Wire<Record>::nsId, Wire<Record>::typeId,
                                             Wire<Record>::fields, Internal::readingOrderOf<Record>};
 
 } // namespace Qel

@@ -63,8 +63,10 @@ template <class T> consteval std::string_view typeName() {
     std::string_view name = __PRETTY_FUNCTION__;
     name = name.substr(name.find("T = ") + 4);
     name = name.substr(0, name.find_first_of(";]"));
-    constexpr std::string_view own = "Qel::";
-    return name.starts_with(own) ? name.substr(own.size()) : name;
+    for (const std::string_view scope : {"Qel::", "{anonymous}::", "(anonymous namespace)::"})
+        if (name.starts_with(scope))
+            name.remove_prefix(scope.size());
+    return name;
 }
 
 template <class T> constexpr const QelWireLayout* layoutOfRecord() {

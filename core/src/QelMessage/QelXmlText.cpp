@@ -121,6 +121,11 @@ bool appendReference(std::string& text, std::string_view name) {
 std::size_t findForbidden(std::string_view text) noexcept {
     std::size_t offset = 0;
     while (offset < text.size()) {
+        const auto byte = static_cast<unsigned char>(text[offset]);
+        if (byte >= 0x20 && byte < 0x80) { // most texts are nothing but ASCII
+            ++offset;
+            continue;
+        }
         const std::size_t length = characterLength(text.substr(offset));
         if (length == 0)
             return offset;

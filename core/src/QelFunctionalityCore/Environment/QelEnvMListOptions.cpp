@@ -19,8 +19,7 @@ template <> struct Wire<QelEnvMListOptions> : WireWords<QelEnvMListOptions> {
         list<&QelEnvMListOptions::states>(1192, ignored),
     };
 };
-template <>
-const QelWireLayout& qelWireLayout<QelEnvMListOptions>() {
+template <> const QelWireLayout& qelWireLayout<QelEnvMListOptions>() {
     return wireLayoutOf<QelEnvMListOptions>;
 }
 

@@ -11,8 +11,7 @@ template <> struct Wire<QelEnvStatus> : WireWords<QelEnvStatus> {
         field<&QelEnvStatus::transition>(1588, ignored, ifSet),
     };
 };
-template <>
-const QelWireLayout& qelWireLayout<QelEnvStatus>() {
+template <> const QelWireLayout& qelWireLayout<QelEnvStatus>() {
     return wireLayoutOf<QelEnvStatus>;
 }
 

@@ -62,4 +62,22 @@ private:
     return taken(message.toTextEx(0, {}, 0));
 }
 
+/// The number of children with an ID.
+[[nodiscard]] inline int countChildren(const QelMessageIterator& cursor, int id) {
+    if (cursor.firstChild(id) != 0)
+        return 0;
+    int count = 1;
+    while (cursor.nextSibling(id) == 0)
+        ++count;
+    cursor.seekUp();
+    return count;
+}
+
+/// The value of a child, or "(none)".
+[[nodiscard]] inline std::string childValue(const QelMessageIterator& cursor, int id) {
+    std::string value = "(none)";
+    static_cast<void>(cursor.getValue(value, id));
+    return value;
+}
+
 } // namespace Qel::TestSupport

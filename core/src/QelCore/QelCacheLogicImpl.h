@@ -1,0 +1,494 @@
+#pragma once
+
+// The algorithms of QelCacheLogic, for the source file that instantiates it.
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <mutex>
+#include <new>
+#include <utility>
+
+#include "QelCore/QelCacheLogic.h"
+#include "QelCore/QelFiles.h"
+
+namespace Qel {
+
+namespace CacheLogicDetail {
+inline constexpr const char* sourcePath = "core/src/QelCore/QelCacheLogic";
+/// Bytes that an attaching process maps before it knows the file's size, rounded up to pages.
+inline constexpr unsigned firstMapping = 1816;
+} // namespace CacheLogicDetail
+
+// ---------------------------------------------------------------------------------------------------------- the header
+
+template <class ItemID, class ItemValue, class Allocator>
+QelCacheLogic<ItemID, ItemValue, Allocator>::CacheHeader::CacheHeader(unsigned size)
+    : heap(size, sizeof(CacheHeader)), snapshot(nullptr), magic(CacheFormat::magic), headerBytes(sizeof(CacheHeader)),
+      keyBytes(sizeof(ItemID)), revision(CacheFormat::revision), valueBytes(sizeof(ItemValue)),
+      generation(CacheFormat::firstGeneration), valid(0) {
+    static_assert(sizeof(CacheHeader) == CacheFormat::headerBytes);
+    static_assert(offsetof(CacheHeader, heap) == 0);
+    static_assert(offsetof(CacheHeader, snapshot) == 20);
+    static_assert(offsetof(CacheHeader, lock) == 24);
+    static_assert(offsetof(CacheHeader, magic) == 28);
+    static_assert(offsetof(CacheHeader, headerBytes) == 32);
+    static_assert(offsetof(CacheHeader, keyBytes) == 36);
+    static_assert(offsetof(CacheHeader, revision) == 40);
+    static_assert(offsetof(CacheHeader, valueBytes) == 44);
+    static_assert(offsetof(CacheHeader, generation) == 48);
+    static_assert(offsetof(CacheHeader, valid) == CacheFormat::validOffset);
+    static_assert(sizeof(ItemID) == 16 && sizeof(record_t) == 20 && sizeof(ValueSet) == 28 && sizeof(Snapshot) == 32);
+    static_assert(offsetof(Snapshot, refCount) == 0);
+    static_assert(offsetof(Snapshot, values) == 4);
+
+    auto* first = new (heap.template allocate<Snapshot>(sizeof(Snapshot))) Snapshot;
+    first->refCount.setRefCount(1);
+    snapshot = first;
+    valid = 1;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::CacheHeader::validate() const noexcept {
+    if (valid == 0)
+        return cacheInvalid;
+    if (headerBytes != sizeof(CacheHeader))
+        return cacheBadHeaderSize;
+    if (keyBytes != sizeof(ItemID))
+        return cacheBadKeySize;
+    if (magic != CacheFormat::magic)
+        return cacheBadMagic;
+    if (revision != CacheFormat::revision)
+        return cacheBadRevision;
+    return valueBytes == sizeof(ItemValue) ? cacheSuccess : cacheBadValueSize;
+}
+
+// --------------------------------------------------------------------------------------------- attaching and detaching
+
+template <class ItemID, class ItemValue, class Allocator>
+QelCacheLogic<ItemID, ItemValue, Allocator>::QelCacheLogic(const std::string& id, unsigned maxItemSize,
+                                                           unsigned maxLists, unsigned maxStorageSize)
+    : m_id(id), m_maxItemSize(maxItemSize), m_maxLists(maxLists),
+      m_maxStorageSize(std::min(maxStorageSize, static_cast<unsigned>(std::numeric_limits<std::int32_t>::max()))) {}
+
+template <class ItemID, class ItemValue, class Allocator>
+QelCacheLogic<ItemID, ItemValue, Allocator>::~QelCacheLogic() {
+    if (!isAccessible())
+        return;
+    // Waits for another thread of this process that may still work in the mapping.
+    const bool locked = Allocator::Lock::lock(m_storage.get()) == 0;
+    QEL_CHECK(locked, CacheLogicDetail::sourcePath);
+    Allocator::Lock::unlock(m_storage.get());
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+auto QelCacheLogic<ItemID, ItemValue, Allocator>::createInstance(const std::string& id, bool isFirst, bool flag,
+                                                                 unsigned maxItemSize, unsigned maxLists,
+                                                                 unsigned maxStorageSize)
+    -> boost::intrusive_ptr<QelCacheLogic> {
+    boost::intrusive_ptr<QelCacheLogic> cache(new QelCacheLogic(id, maxItemSize, maxLists, maxStorageSize));
+    if (!isFirst) {
+        const int code = cache->initialize(flag, true);
+        if (code == cacheSuccess)
+            return cache;
+        removeLockedCacheFile(id.c_str(), code);
+    }
+    return cache->initialize(flag, false) == cacheSuccess ? cache : nullptr;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::initialize(bool, bool invalidate) {
+    m_protect = false;
+    const StoragePtr attached(new Storage(m_id));
+    const unsigned page = Storage::getMemoryPageSize();
+    const unsigned first = (CacheLogicDetail::firstMapping / page + 1) * page;
+    replaceStorage(attached);
+    m_header = static_cast<CacheHeader*>(attached->getStorage(first, nullptr));
+    if (!isAccessible())
+        return detach(cacheNotMapped);
+
+    const storageLockGuard_t guard(*this);
+    if (!guard.isLocked())
+        return refuse(true, cacheNotLocked);
+    if (!header()->heap.isInitialized(0))
+        new (header()) CacheHeader(attached->getSize());
+    else if (const int failed = header()->validate())
+        return refuse(invalidate, failed);
+    static_cast<void>(unsafe_checkSize()); // a heap beyond the mapping is met by the check of the snapshot
+    Snapshot* snapshot = acquireSnapshot(m_storage);
+    if (!snapshot)
+        return refuse(invalidate, cacheNoSnapshot);
+    QEL_CHECK(snapshot->isAcquired(), CacheLogicDetail::sourcePath);
+    snapshot->refCount.decRef();
+    m_storage->syncStorage();
+    return cacheSuccess;
+}
+
+template <class ItemID, class ItemValue, class Allocator> int QelCacheLogic<ItemID, ItemValue, Allocator>::reinit() {
+    return detach(cacheSuccess);
+}
+
+/// Forgets header and mapping.
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::detach(int result) {
+    m_header = nullptr;
+    replaceStorage(nullptr);
+    return result;
+}
+
+/// Detaches from a file that can't be used, and with `invalidate` marks it so for all.
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::refuse(bool invalidate, int result) {
+    if (invalidate)
+        header()->valid = 0;
+    return detach(result);
+}
+
+/// Makes `storage` the current mapping.  The old one goes, if nobody else keeps it, after the mutex has been given
+/// back: closing a file needs that itself.
+template <class ItemID, class ItemValue, class Allocator>
+void QelCacheLogic<ItemID, ItemValue, Allocator>::replaceStorage(StoragePtr storage) {
+    const std::lock_guard guard(forkMutex());
+    m_storage.swap(storage);
+}
+
+// ------------------------------------------------------------------------------------------------- locking and growing
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::lock(StoragePtr& storage) {
+    StoragePtr current;
+    {
+        const std::lock_guard guard(forkMutex());
+        current = m_storage;
+    }
+    storage = current;
+    if (!storage)
+        return cacheNotAttached;
+    if (const int failed = Allocator::Lock::lock(storage.get()))
+        return failed;
+    if (m_protect)
+        m_storage->protect(false);
+    const int failed = unsafe_checkSize();
+    if (failed) {
+        unlock(storage);
+        storage.reset();
+    }
+    return failed;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+void QelCacheLogic<ItemID, ItemValue, Allocator>::unlock(StoragePtr& storage) {
+    if (m_protect && m_storage)
+        m_storage->protect(true);
+    Allocator::Lock::unlock(storage.get());
+}
+
+/// Maps the whole heap if another process has grown it.  A header that tells of more than the file holds is damaged or
+/// foreign, and is not followed.
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_checkSize() {
+    const Allocator& heap = header()->heap;
+    if (heap.isInitialized(m_storage->getSize()))
+        return 0;
+    if (heap.getSize() > m_maxStorageSize || heap.getSize() > m_storage->getFileSize())
+        return cacheOutOfSpace;
+    const StoragePtr larger(new Storage(m_id));
+    void* memory = larger->getStorage(heap.getSize(), m_storage.get());
+    if (!memory)
+        return cacheOutOfSpace;
+    if (m_protect)
+        m_storage->protect(true);
+    replaceStorage(larger);
+    m_header = static_cast<CacheHeader*>(memory);
+    return 0;
+}
+
+/// Memory in the file, which grows if need be, or null.  Growing moves the cache to a new mapping: every address that
+/// was computed before has to be rebased.
+template <class ItemID, class ItemValue, class Allocator>
+template <class T>
+T* QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_allocate(unsigned bytes) {
+    T* block = header()->heap.template allocate<T>(bytes);
+    while (!block) {
+        if (!unsafe_extend(bytes))
+            return nullptr;
+        block = header()->heap.template allocate<T>(bytes);
+    }
+    return block;
+}
+
+/// Grows the file by a fifth, or by room for five blocks of `bytes`, whichever is more.
+template <class ItemID, class ItemValue, class Allocator>
+bool QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_extend(unsigned bytes) {
+    const std::uint64_t page = Storage::getMemoryPageSize();
+    const std::uint64_t current = m_storage->getSize();
+    const std::uint64_t wanted = current + std::max<std::uint64_t>(current / 5, std::uint64_t{bytes} * 5);
+    const std::uint64_t size = (wanted + page - 1) / page * page;
+    if (m_maxStorageSize < size)
+        return false;
+    m_storage->syncStorage();
+    const StoragePtr larger(new Storage(m_id));
+    void* memory = larger->getStorage(static_cast<unsigned>(size), m_storage.get());
+    if (!memory)
+        return false;
+    if (m_protect)
+        m_storage->protect(true);
+    replaceStorage(larger);
+    m_header = static_cast<CacheHeader*>(memory);
+    header()->heap.resize(m_storage->getSize());
+    return true;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+template <class T>
+void QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_deallocate(T* data) {
+    header()->heap.deallocate(data);
+}
+
+// ----------------------------------------------------------------------------------------------------------- snapshots
+
+/// Whether the snapshot that the header points at lies where this process can read it, as far as its own head tells.
+/// True unless the file is damaged.
+template <class ItemID, class ItemValue, class Allocator>
+bool QelCacheLogic<ItemID, ItemValue, Allocator>::isSnapshotMemoryAccessible(Snapshot* snapshot) const {
+    using block_ctrl = typename Allocator::block_ctrl;
+    const Allocator& heap = header()->heap;
+    const auto address = reinterpret_cast<std::uintptr_t>(snapshot);
+    const std::uintptr_t limit =
+        reinterpret_cast<std::uintptr_t>(header()) + std::min(heap.getSize(), m_storage->getSize());
+    const std::uintptr_t first =
+        reinterpret_cast<std::uintptr_t>(header()) + sizeof(CacheHeader) + block_ctrl::headSize;
+    if (!snapshot || address % Allocator::unitSize != 0 || address < first || address >= limit ||
+        limit - address < sizeof(Snapshot))
+        return false;
+    const std::uint64_t data = block_ctrl::parse(snapshot)->getSize() - block_ctrl::headSize;
+    const std::uint64_t slots = std::uint64_t{snapshot->values.size()} + snapshot->values.getReservedItemCount();
+    return data <= limit - address && sizeof(Snapshot) + (slots - 1) * sizeof(record_t) <= data;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+auto QelCacheLogic<ItemID, ItemValue, Allocator>::acquireSnapshot(StoragePtr& storage) -> Snapshot* {
+    Snapshot* snapshot = currentSnapshot();
+    if (!isSnapshotMemoryAccessible(snapshot))
+        return nullptr;
+    storage = m_storage;
+    snapshot->refCount.incRef();
+    return snapshot;
+}
+
+/// Gives back a reference to `snapshot`, whose address was computed in `storage`.
+template <class ItemID, class ItemValue, class Allocator>
+void QelCacheLogic<ItemID, ItemValue, Allocator>::releaseSnapshot(Snapshot* snapshot, StoragePtr& storage) {
+    snapshot = rebased(snapshot, storage);
+    snapshot->refCount.decRef();
+    if (!snapshot->refCount.isLocked()) {
+        for (record_t& record : snapshot->values)
+            releaseItem(record.data.get());
+        unsafe_deallocate(snapshot);
+    }
+    storage.reset();
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+void QelCacheLogic<ItemID, ItemValue, Allocator>::releaseItem(ItemValue* item) {
+    if (!item)
+        return;
+    item->refCount.decRef();
+    if (!item->refCount.isLocked())
+        unsafe_deallocate(item);
+}
+
+/// The current snapshot, made one that a writer may change: with nobody else holding it, and for an insertion with a
+/// free slot.  Null when there is no room for a copy; nothing has changed then.
+template <class ItemID, class ItemValue, class Allocator>
+auto QelCacheLogic<ItemID, ItemValue, Allocator>::getWritableSnapshot(eSnapshotHint hint) -> Snapshot* {
+    Snapshot* old = currentSnapshot();
+    const bool acquired = old->isAcquired();
+    if (!acquired && (hint != snapshotForInsert || old->values.getReservedItemCount() != 0))
+        return old;
+
+    StoragePtr storage = m_storage;
+    const unsigned bytes = hint == snapshotForInsert ? old->getNextMemorySize() : old->getUsedMemorySize();
+    auto* block = unsafe_allocate<Snapshot>(bytes);
+    if (!block)
+        return nullptr;
+    auto* copy = new (block) Snapshot;
+    *copy = *currentSnapshot();
+    copy->adjustSelf(bytes);
+    if (acquired) {
+        copy->refCount.setRefCount(1);
+        for (record_t& record : copy->values)
+            if (ItemValue* item = record.data.get())
+                item->refCount.incRef();
+    }
+    // First the header, then what it pointed at: a crash between the two costs bytes and nothing else.
+    header()->snapshot = copy;
+    if (acquired)
+        releaseSnapshot(old, storage);
+    else
+        unsafe_deallocate(rebased(old, storage));
+    return copy;
+}
+
+// ----------------------------------------------------------------------------------------------------- records, by key
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::insertItem(const ItemID& id, const ItemSource& source) {
+    if (!isAccessible())
+        return cacheNotAttached;
+    const storageLockGuard_t guard(*this);
+    if (!guard.isLocked())
+        return cacheNotLocked;
+    std::size_t index;
+    if (currentSnapshot()->values.findIndex(id, index))
+        return cacheKeyExists;
+    Snapshot* writable = getWritableSnapshot(snapshotForInsert);
+    if (!writable)
+        return cacheOutOfSpace;
+    const StoragePtr storage = m_storage;
+    const NewItem item = storeItem(source, nullptr);
+    if (!item.record)
+        return item.result;
+    rebased(writable, storage)->values.insert(id, item.record);
+    return cacheSuccess;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::updateItem(const ItemID& id, const ItemSource& source) {
+    if (!isAccessible())
+        return cacheNotAttached;
+    const storageLockGuard_t guard(*this);
+    if (!guard.isLocked())
+        return cacheNotLocked;
+    std::size_t index;
+    if (!currentSnapshot()->values.findIndex(id, index))
+        return cacheKeyMissing;
+    Snapshot* writable = getWritableSnapshot(snapshotForUpdate);
+    ItemValue* old = writable && index < writable->values.size() ? writable->values.at(index).data.get() : nullptr;
+    if (!old)
+        return cacheOutOfSpace;
+    const StoragePtr storage = m_storage;
+    const NewItem item = storeItem(source, old);
+    if (!item.record)
+        return item.result;
+    rebased(writable, storage)->values.update(index, item.record);
+    releaseItem(rebased(old, storage));
+    return cacheSuccess;
+}
+
+/// Asks `source` for its bytes and puts them into a block of the file, with one reference.  The file may grow
+/// meanwhile.
+template <class ItemID, class ItemValue, class Allocator>
+auto QelCacheLogic<ItemID, ItemValue, Allocator>::storeItem(const ItemSource& source, const ItemValue* old) -> NewItem {
+    const void* buffer = nullptr;
+    unsigned length = 0;
+    // The source may run any serialisation, which must not scribble on the heap.
+    if (m_protect)
+        m_storage->protect(true);
+    source.getBuffer(&buffer, length, old);
+    if (!isAccessible()) // the source forked, and this is the child
+        return {cacheNotAttached, nullptr};
+    QEL_CHECK(length >= sizeof(ItemValue), CacheLogicDetail::sourcePath);
+    if (m_protect)
+        m_storage->protect(false);
+    if (length > m_maxItemSize)
+        return {cacheItemTooLarge, nullptr};
+    QEL_CHECK(buffer, CacheLogicDetail::sourcePath);
+    auto* record = unsafe_allocate<ItemValue>(length);
+    if (!record)
+        return {cacheOutOfSpace, nullptr};
+    std::memcpy(static_cast<void*>(record), buffer, length);
+    record->refCount.setRefCount(1);
+    return {cacheSuccess, record};
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::remove(const ItemID& id) {
+    if (!isAccessible())
+        return cacheNotAttached;
+    const storageLockGuard_t guard(*this);
+    if (!guard.isLocked())
+        return cacheNotLocked;
+    std::size_t index;
+    if (!currentSnapshot()->values.findIndex(id, index))
+        return cacheKeyMissing;
+    Snapshot* writable = getWritableSnapshot(snapshotForRemove);
+    ItemValue* old = writable ? writable->values.at(index).data.get() : nullptr;
+    if (!old)
+        return cacheOutOfSpace;
+    writable->values.remove(index);
+    releaseItem(old);
+    return cacheSuccess;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+boost::shared_ptr<ItemValue> QelCacheLogic<ItemID, ItemValue, Allocator>::getCopy(const ItemID& id) {
+    if (!isAccessible())
+        return nullptr;
+    const storageLockGuard_t guard(*this);
+    const ItemValue* record = guard.isLocked() ? currentSnapshot()->values.find(id) : nullptr;
+    if (!record)
+        return nullptr;
+    const unsigned length = record->length();
+    QEL_CHECK(length >= sizeof(ItemValue), CacheLogicDetail::sourcePath);
+    void* copy = QelCachedItem::allocator_free(length);
+    if (!copy)
+        return nullptr;
+    std::memcpy(copy, record, length);
+    return boost::shared_ptr<ItemValue>(static_cast<ItemValue*>(copy), QelCachedItem::deleter_free);
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+unsigned QelCacheLogic<ItemID, ItemValue, Allocator>::getTotalAllocatedSize() {
+    const storageLockGuard_t guard(*this);
+    return guard.isLocked() ? header()->heap.getTtlAllocated() : 0;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+unsigned QelCacheLogic<ItemID, ItemValue, Allocator>::getAchiveableSize() {
+    const storageLockGuard_t guard(*this);
+    if (!guard.isLocked())
+        return 0;
+    const Allocator& heap = header()->heap;
+    Snapshot* snapshot = currentSnapshot();
+    unsigned size = static_cast<unsigned>(sizeof(CacheHeader)) + heap.getBlockSize(snapshot);
+    for (const record_t& record : snapshot->values)
+        size += heap.getBlockSize(record.data.get());
+    return size;
+}
+
+// --------------------------------------------------------------------------------------------------------------- lists
+
+template <class ItemID, class ItemValue, class Allocator>
+QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::ValuesList(const boost::intrusive_ptr<QelCacheLogic>& cache)
+    : m_cache(cache) {
+    if (!m_cache)
+        return;
+    const storageLockGuard_t guard(*m_cache);
+    if (!guard.isLocked())
+        return;
+    m_snapshot = m_cache->acquireSnapshot(m_storage);
+    if (m_snapshot)
+        ++m_cache->m_activeLists;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::~ValuesList() {
+    if (!m_cache || !m_snapshot)
+        return;
+    const storageLockGuard_t guard(*m_cache);
+    if (!guard.isLocked())
+        return;
+    --m_cache->m_activeLists;
+    // A cache that was attached anew after its file had been replaced knows nothing of this snapshot.
+    if (m_storage->isSameFile(*m_cache->m_storage))
+        m_cache->releaseSnapshot(m_snapshot, m_storage);
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::reinit() {
+    m_snapshot = nullptr;
+    return 0;
+}
+
+} // namespace Qel

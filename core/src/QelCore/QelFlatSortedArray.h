@@ -1,0 +1,172 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <type_traits>
+
+#include "QelCommon/Debug.h"
+
+namespace Qel {
+
+/// A sorted map in one contiguous piece of a mapped file: two counters, then the records in ascending order of their
+/// keys.
+///
+/// The array doesn't own its memory and doesn't grow.  It knows how many free slots lie behind its last record; the
+/// owner of the memory block makes a larger block when there are none left, and assigns the array to one that it
+/// constructed there.  That assignment computes every pointer anew, so the bytes alone are no copy.
+///
+/// `Data` is `Traits::pointer<...>`, the pointer type of the block's owner.  A pointer to a value is handed in and out
+/// as a raw pointer, null for null.
+template <class Key, class Data, class Compare, class Traits> class QelFlatSortedArray {
+public:
+    using mapped_type = typename Data::element_type;
+    static_assert(std::is_same_v<Data, typename Traits::template pointer<mapped_type>>);
+    static_assert(std::is_trivially_copyable_v<Key>, "keys are stored by their bytes");
+
+    struct record_t {
+        Key key;   ///< offset 0; never changed while the record is in use
+        Data data; ///< offset 16 with a key of 16 bytes: the value, relative to this field's own address
+    };
+
+    /// Orders records by their keys alone.
+    struct Cmp1St {
+        bool operator()(const record_t& a, const record_t& b) const { return Compare()(a.key, b.key); }
+        bool operator()(const record_t& a, const Key& b) const { return Compare()(a.key, b); }
+        bool operator()(const Key& a, const record_t& b) const { return Compare()(a, b.key); }
+    };
+
+    /// Empty, with the one declared slot free.
+    QelFlatSortedArray() = default;
+    QelFlatSortedArray(const QelFlatSortedArray&) = delete;
+
+    /// Takes over the counters and the used records of `other`.  The block has room for them.
+    QelFlatSortedArray& operator=(const QelFlatSortedArray& other) {
+        if (this == &other)
+            return *this;
+        m_count = other.m_count;
+        m_reserved = other.m_reserved;
+        moveUpwards(other.begin(), begin(), m_count);
+        return *this;
+    }
+
+    [[nodiscard]] record_t* begin() noexcept { return &m_first; }
+    [[nodiscard]] const record_t* begin() const noexcept { return &m_first; }
+    [[nodiscard]] record_t* end() noexcept { return begin() + m_count; }
+    [[nodiscard]] const record_t* end() const noexcept { return begin() + m_count; }
+
+    [[nodiscard]] std::size_t size() const noexcept { return m_count; }
+    [[nodiscard]] unsigned getReservedItemCount() const noexcept { return m_reserved; }
+
+    /// Bytes of the array without its free slots, and with one free slot.
+    [[nodiscard]] unsigned getUsedMemorySize() const noexcept { return fixedSize + recordSize * m_count; }
+    [[nodiscard]] unsigned getNextMemorySize() const noexcept { return getUsedMemorySize() + recordSize; }
+
+    /// Whether `key` is present; `index` is then its place, and otherwise the place where it would be inserted.
+    [[nodiscard]] bool findIndex(const Key& key, std::size_t& index) const {
+        const record_t* bound = lowerBound(key);
+        index = static_cast<std::size_t>(bound - begin());
+        if (bound == end() || Cmp1St()(key, *bound))
+            return false;
+        QEL_CHECK(!Cmp1St()(*bound, key), sourcePath);
+        return true;
+    }
+
+    /// The value of `key`, or null.
+    [[nodiscard]] mapped_type* find(const Key& key) const {
+        std::size_t index;
+        return findIndex(key, index) ? begin()[index].data.get() : nullptr;
+    }
+
+    [[nodiscard]] record_t& at(std::size_t index) {
+        QEL_CHECK(index < m_count, sourcePath);
+        return begin()[index];
+    }
+
+    void update(std::size_t index, mapped_type* value) { at(index).data = value; }
+
+    /// Puts a new record where it belongs and gives it back.  A slot is free and the key isn't present: the caller has
+    /// seen to both.
+    record_t* insert(const Key& key, mapped_type* value) {
+        QEL_CHECK(m_reserved != 0, sourcePath);
+        std::size_t index;
+        static_cast<void>(findIndex(key, index));
+        record_t* place = begin() + index;
+        moveDownwards(place, place + 1, m_count - index);
+        place->data = value;
+        place->key = key;
+        // In this order, so that a crash between the two leaves no slot beyond the block.
+        --m_reserved;
+        ++m_count;
+        return place;
+    }
+
+    /// Removes a record and gives back the one that took its place, or the end.  The slot is free afterwards.
+    record_t* remove(std::size_t index) {
+        QEL_CHECK(index < m_count, sourcePath);
+        record_t* place = begin() + index;
+        moveUpwards(place + 1, place, m_count - index - 1);
+        --m_count;
+        ++m_reserved;
+        return place;
+    }
+
+    /// Counts the free slots anew, once the array lies in a block of `blockBytes`.
+    void adjustSelf(unsigned blockBytes) noexcept { m_reserved = (blockBytes - getUsedMemorySize()) / recordSize; }
+
+private:
+    static constexpr const char* sourcePath = "core/src/QelCore/QelFlatSortedArray";
+    static constexpr unsigned recordSize = sizeof(record_t);
+    static constexpr unsigned fixedSize = 8;
+
+    /// The first record whose key isn't below `key`.  Which half is left is a matter of arithmetic, not of a branch:
+    /// the outcome of a comparison is random, and each branch mispredicted costs as much as several comparisons.
+    [[nodiscard]] const record_t* lowerBound(const Key& key) const {
+        const record_t* first = begin();
+        std::size_t count = m_count;
+        if (count == 0)
+            return first;
+        while (count > 1) {
+            const std::size_t half = count / 2;
+            first += static_cast<std::size_t>(Cmp1St()(first[half - 1], key)) * half;
+            count -= half;
+        }
+        return first + static_cast<std::size_t>(Cmp1St()(*first, key));
+    }
+
+    /// Assigns `count` records one by one, the lowest first: also for a target that overlaps the source from below.
+    /// Every pointer moves by the same distance, so each changes by the same constant.
+    static void moveUpwards(const record_t* source, record_t* target, std::size_t count) noexcept {
+        const std::int32_t shift = distance(source, target);
+        for (std::size_t i = 0; i < count; ++i)
+            move(source[i], target[i], shift);
+    }
+
+    /// The same, the highest first: for a target that overlaps the source from above.
+    static void moveDownwards(const record_t* source, record_t* target, std::size_t count) noexcept {
+        const std::int32_t shift = distance(source, target);
+        for (std::size_t i = count; i-- > 0;)
+            move(source[i], target[i], shift);
+    }
+
+    static void move(const record_t& source, record_t& target, std::int32_t shift) noexcept {
+        target.key = source.key;
+        target.data.assignShifted(source.data, shift);
+    }
+
+    /// Bytes that `source` lies above `target`.  Both are in one mapping of less than 2 GiB.
+    static std::int32_t distance(const record_t* source, const record_t* target) noexcept {
+        return static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(source) -
+                                         reinterpret_cast<std::uintptr_t>(target));
+    }
+
+    std::uint32_t m_count = 0;    ///< offset 0: records in use
+    std::uint32_t m_reserved = 1; ///< offset 4: free slots behind the last record
+    record_t m_first;             ///< offset 8: the first of all slots; the others follow it
+
+    static_assert(offsetof(record_t, key) == 0);
+    static_assert(offsetof(record_t, data) == sizeof(Key));
+    static_assert(sizeof(record_t) == sizeof(Key) + sizeof(Data));
+};
+
+} // namespace Qel

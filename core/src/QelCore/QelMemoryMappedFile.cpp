@@ -1,0 +1,290 @@
+#include "QelCore/QelMemoryMappedFile.h"
+
+#include <cerrno>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <utility>
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelCore/QelForkableRefCounter.h"
+
+namespace Qel {
+
+namespace {
+
+/// Device and inode: what makes two descriptors the same file.
+using FileIdentity = std::pair<dev_t, ino_t>;
+
+int fail(const char* operation, const char* name, int error) {
+    setErrorMessage("%s '%s': %s", operation, name, std::strerror(error));
+    return -1;
+}
+
+/// Runs a call that gives a negative result and EINTR when a signal handler came between, until it isn't interrupted.
+template <class Call> auto uninterrupted(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+/// A descriptor, closed with its object; -1 when there is none.
+class Descriptor {
+public:
+    explicit Descriptor(int number = -1) noexcept : m_number(number) {}
+    Descriptor(Descriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(m_number, other.m_number);
+        return *this;
+    }
+    ~Descriptor() {
+        if (m_number >= 0)
+            ::close(m_number);
+    }
+
+    [[nodiscard]] int get() const noexcept { return m_number; }
+    [[nodiscard]] bool isOpen() const noexcept { return m_number >= 0; }
+
+private:
+    int m_number;
+};
+
+/// Excludes the threads of one process from each other; flock alone doesn't, since they share the descriptor.  A thread
+/// that locks twice gets EDEADLK.
+class ThreadLock {
+public:
+    ThreadLock() {
+        pthread_mutexattr_t attributes;
+        pthread_mutexattr_init(&attributes);
+        pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_ERRORCHECK);
+        pthread_mutex_init(&m_mutex, &attributes);
+        pthread_mutexattr_destroy(&attributes);
+    }
+    ThreadLock(const ThreadLock&) = delete;
+    ThreadLock& operator=(const ThreadLock&) = delete;
+    ~ThreadLock() { pthread_mutex_destroy(&m_mutex); }
+
+    int lock() { return pthread_mutex_lock(&m_mutex); }
+    int tryLock() { return pthread_mutex_trylock(&m_mutex); }
+    int unlock() { return pthread_mutex_unlock(&m_mutex); }
+
+private:
+    pthread_mutex_t m_mutex;
+};
+
+} // namespace
+
+/// A file that this process has open: once for mapping it, once for locking it.
+///
+/// flock belongs to what one call of open() made, not to the descriptor, and a mapping keeps that alive just as a
+/// descriptor does.  A child keeps its mappings, so what they were made through must never carry the lock.
+class QelMemoryMappedFile::OpenFile : public QelForkableRefCounter {
+public:
+    /// Opens or creates the file; null, with the error message set, when that isn't possible.
+    static boost::intrusive_ptr<OpenFile> open(const std::string& name) {
+        Descriptor forMapping = openDescriptor(name, O_RDWR | O_CREAT);
+        Descriptor forLocking = forMapping.isOpen() ? openDescriptor(name, O_RDONLY) : Descriptor();
+        if (!forLocking.isOpen()) {
+            fail("cannot open", name.c_str(), errno);
+            return nullptr;
+        }
+        struct stat mapped {};
+        struct stat locked {};
+        int error = fstat(forMapping.get(), &mapped) || fstat(forLocking.get(), &locked) ? errno : 0;
+        if (!error && !S_ISREG(mapped.st_mode))
+            error = EINVAL;
+        const FileIdentity identity(mapped.st_dev, mapped.st_ino);
+        if (!error && identity != FileIdentity(locked.st_dev, locked.st_ino))
+            error = ESTALE; // somebody put another file in its place meanwhile
+        if (error) {
+            fail("cannot use", name.c_str(), error);
+            return nullptr;
+        }
+        return new OpenFile(name, std::move(forMapping), std::move(forLocking), identity);
+    }
+
+    /// Extends the file to at least `size` bytes and allocates all of them on disk.
+    int reserve(std::uint64_t size) {
+        struct stat status {};
+        if (fstat(m_forMapping.get(), &status))
+            return fail("cannot extend", m_name.c_str(), errno);
+        // The common case of an existing file without holes needs no more than that.  st_blocks counts 512 bytes each.
+        constexpr std::uint64_t statBlockSize = 512;
+        const auto length = static_cast<std::uint64_t>(status.st_size);
+        if (length >= size && static_cast<std::uint64_t>(status.st_blocks) * statBlockSize >= length)
+            return 0;
+        if (!uninterrupted([&] { return fallocate(m_forMapping.get(), 0, 0, static_cast<off_t>(size)); }))
+            return 0;
+        if (errno != EOPNOTSUPP)
+            return fail("cannot extend", m_name.c_str(), errno);
+        if (length >= size)
+            return 0;
+        // A file system that can't allocate: the C library writes to each new block instead, so only beyond the end,
+        // where no other process has anything yet.
+        int error = EINTR;
+        while (error == EINTR)
+            error = posix_fallocate(m_forMapping.get(), status.st_size, static_cast<off_t>(size - length));
+        return error ? fail("cannot extend", m_name.c_str(), error) : 0;
+    }
+
+    void* map(unsigned size, void* hint) {
+        void* memory = mmap(hint, size, PROT_READ | PROT_WRITE, MAP_SHARED, m_forMapping.get(), 0);
+        if (memory != MAP_FAILED)
+            return memory;
+        fail("cannot map", m_name.c_str(), errno);
+        return nullptr;
+    }
+
+    int lock(bool tryOnly) {
+        if (isOrphan())
+            return fail("cannot lock", m_name.c_str(), EBADF);
+        if (const int error = tryOnly ? m_threads->tryLock() : m_threads->lock())
+            return fail("cannot lock", m_name.c_str(), error);
+        if (!uninterrupted([&] { return flock(m_forLocking.get(), tryOnly ? LOCK_EX | LOCK_NB : LOCK_EX); }))
+            return 0;
+        const int error = errno;
+        m_threads->unlock();
+        return fail("cannot lock", m_name.c_str(), error);
+    }
+
+    int unlock() {
+        if (isOrphan())
+            return fail("cannot unlock", m_name.c_str(), EBADF);
+        const int failed = flock(m_forLocking.get(), LOCK_UN) ? errno : 0;
+        const int error = m_threads->unlock();
+        return failed || error ? fail("cannot unlock", m_name.c_str(), failed ? failed : error) : 0;
+    }
+
+    [[nodiscard]] std::uint64_t size() const {
+        struct stat status {};
+        return fstat(m_forMapping.get(), &status) ? 0 : static_cast<std::uint64_t>(status.st_size);
+    }
+
+    [[nodiscard]] const FileIdentity& identity() const noexcept { return m_identity; }
+    [[nodiscard]] const char* name() const noexcept { return m_name.c_str(); }
+
+    int reinit() override {
+        {
+            const std::lock_guard guard(forkMutex());
+            threadLocks().erase(m_identity);
+        }
+        m_forMapping = Descriptor();
+        m_forLocking = Descriptor();
+        return 0;
+    }
+
+private:
+    /// One ThreadLock for each file that is open here, whatever the number of its descriptors.  A child starts with
+    /// none, as those of its parent may be held by threads that it doesn't have.
+    using ThreadLocks = std::map<FileIdentity, std::weak_ptr<ThreadLock>>;
+
+    /// Guarded by forkMutex().  Leaked on purpose, like the registry behind that.
+    static ThreadLocks& threadLocks() {
+        static auto* locks = new ThreadLocks;
+        return *locks;
+    }
+
+    static std::shared_ptr<ThreadLock> threadLockOf(const FileIdentity& identity) {
+        const std::lock_guard guard(forkMutex());
+        std::erase_if(threadLocks(), [](const auto& entry) { return entry.second.expired(); });
+        std::weak_ptr<ThreadLock>& known = threadLocks()[identity];
+        std::shared_ptr<ThreadLock> lock = known.lock();
+        if (!lock)
+            known = lock = std::make_shared<ThreadLock>();
+        return lock;
+    }
+
+    OpenFile(std::string name, Descriptor forMapping, Descriptor forLocking, const FileIdentity& identity)
+        : m_name(std::move(name)), m_forMapping(std::move(forMapping)), m_forLocking(std::move(forLocking)),
+          m_identity(identity), m_threads(threadLockOf(identity)) {}
+
+    static Descriptor openDescriptor(const std::string& name, int flags) {
+        constexpr mode_t ownerOnly = 0600;
+        return Descriptor(uninterrupted([&] { return ::open(name.c_str(), flags | O_CLOEXEC | O_NOCTTY, ownerOnly); }));
+    }
+
+    /// In the child of a fork, whose parent this file belongs to.
+    [[nodiscard]] bool isOrphan() const noexcept { return !m_forLocking.isOpen(); }
+
+    std::string m_name;
+    Descriptor m_forMapping;
+    Descriptor m_forLocking;
+    FileIdentity m_identity;
+    std::shared_ptr<ThreadLock> m_threads;
+};
+
+QelMemoryMappedFile::QelMemoryMappedFile() noexcept = default;
+
+QelMemoryMappedFile::~QelMemoryMappedFile() {
+    if (m_memory)
+        munmap(m_memory, m_size);
+}
+
+int QelMemoryMappedFile::map(const std::string& name, unsigned size, const tFileMappingOptions& options, void* hint) {
+    const bool known = options.share == tFileMappingOptions::shareAll && options.file == fileOpenOrCreate &&
+                       options.access == accessReadWrite && options.mapSize == mapSizeAsAsked;
+    if (!known)
+        return fail("cannot map", name.c_str(), EINVAL);
+    return mapOpenFile(OpenFile::open(name), size, hint);
+}
+
+int QelMemoryMappedFile::remap(unsigned size, void* hint, const QelMemoryMappedFile* other) {
+    if (!other || !other->m_file)
+        return fail("cannot map", "", EINVAL);
+    return mapOpenFile(other->m_file, size, hint);
+}
+
+int QelMemoryMappedFile::mapOpenFile(boost::intrusive_ptr<OpenFile> file, unsigned size, void* hint) {
+    if (!file)
+        return -1;
+    if (m_memory)
+        return fail("already mapped", file->name(), EBUSY);
+    if (const int failed = file->reserve(size))
+        return failed;
+    m_memory = file->map(size, hint);
+    if (!m_memory)
+        return -1;
+    m_size = size;
+    m_file = std::move(file);
+    return 0;
+}
+
+std::uint64_t QelMemoryMappedFile::getFileSize() const {
+    return m_file ? m_file->size() : 0;
+}
+
+bool QelMemoryMappedFile::isSameFile(const QelMemoryMappedFile& other) const noexcept {
+    return m_file && other.m_file && m_file->identity() == other.m_file->identity();
+}
+
+int QelMemoryMappedFile::syncMemory() {
+    return m_memory && msync(m_memory, m_size, MS_ASYNC) ? fail("cannot flush", m_file->name(), errno) : 0;
+}
+
+int QelMemoryMappedFile::protectMemory(bool readOnly) {
+    const int rights = readOnly ? PROT_READ : PROT_READ | PROT_WRITE;
+    return m_memory && mprotect(m_memory, m_size, rights) ? fail("cannot protect", m_file->name(), errno) : 0;
+}
+
+int QelMemoryMappedFile::lock(bool tryOnly) {
+    return m_file ? m_file->lock(tryOnly) : fail("cannot lock", "", EINVAL);
+}
+
+int QelMemoryMappedFile::unlock() {
+    return m_file ? m_file->unlock() : fail("cannot unlock", "", EINVAL);
+}
+
+unsigned QelMemoryMappedFile::getMemoryPageSize() noexcept {
+    static const auto size = static_cast<unsigned>(sysconf(_SC_PAGESIZE));
+    return size;
+}
+
+} // namespace Qel

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <type_traits>
+
+#include "QelCommon/Debug.h"
+
+namespace Qel {
+
+/// A pointer in a mapped file: the distance in bytes from the pointer's own address to its target, as a signed 32-bit
+/// integer.  It is right in every process, wherever the file is mapped there.
+///
+/// Distance 1 is null, which no target can have, as both ends are aligned to 4 at least.  Distance 0, which is what
+/// zero bytes mean, is a pointer to itself.
+///
+/// Since the value depends on the place where it lies, assignment computes it anew, and there is neither a copy nor a
+/// move constructor: outside the mapping, where the target may be farther away than 32 bits tell, a raw pointer is
+/// used.
+template <class T> class pointer_type {
+public:
+    using element_type = T;
+
+    static constexpr std::int32_t nullDistance = 1;
+
+    /// Points at itself.
+    constexpr pointer_type() noexcept = default;
+    explicit pointer_type(T* target) { *this = target; }
+    pointer_type(const pointer_type&) = delete;
+    pointer_type(pointer_type&&) = delete;
+
+    pointer_type& operator=(const pointer_type& other) { return *this = other.get(); } // NOLINT: no state to protect
+    pointer_type& operator=(T* target) {
+        m_distance = target ? distanceTo(target) : nullDistance;
+        return *this;
+    }
+
+    /// The target's address in this mapping, or null.
+    [[nodiscard]] T* get() const noexcept {
+        return m_distance == nullDistance ? nullptr : reinterpret_cast<T*>(address() + offset());
+    }
+    [[nodiscard]] T& operator*() const noexcept { return *get(); }
+    [[nodiscard]] T* operator->() const noexcept { return get(); }
+    [[nodiscard]] explicit operator bool() const noexcept { return m_distance != nullDistance; }
+
+    /// Becomes what assignment from `other` would make of it, when this pointer lies `shift` bytes below `other`.  The
+    /// inner step of moving a table of pointers: one addition, the same for all of them.
+    void assignShifted(const pointer_type& other, std::int32_t shift) noexcept {
+        m_distance = other.m_distance == nullDistance ? nullDistance : other.m_distance + shift;
+    }
+
+private:
+    [[nodiscard]] std::uintptr_t address() const noexcept { return reinterpret_cast<std::uintptr_t>(this); }
+    [[nodiscard]] std::uintptr_t offset() const noexcept {
+        return static_cast<std::uintptr_t>(static_cast<std::intptr_t>(m_distance));
+    }
+
+    std::int32_t distanceTo(const T* target) const {
+        const auto distance = static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(target) - address());
+        if constexpr (sizeof distance > sizeof m_distance)
+            QEL_CHECK(distance >= std::numeric_limits<std::int32_t>::min() &&
+                          distance <= std::numeric_limits<std::int32_t>::max(),
+                      "core/src/QelCore/QelSharedMemoryManager");
+        return static_cast<std::int32_t>(distance);
+    }
+
+    std::int32_t m_distance = 0; ///< bytes from here to the target; format
+};
+
+static_assert(sizeof(pointer_type<int>) == 4 && alignof(pointer_type<int>) == 4);
+static_assert(!std::is_copy_constructible_v<pointer_type<int>> && !std::is_move_constructible_v<pointer_type<int>>);
+
+} // namespace Qel

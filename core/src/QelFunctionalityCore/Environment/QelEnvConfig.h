@@ -1,0 +1,152 @@
+#pragma once
+
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "QelFunctionalityCore/Environment/QelEnvCoreBasic.h"
+#include "QelFunctionalityCore/Environment/QelOS.h"
+#include "QelFunctionalityCore/Environment/QelQoS.h"
+#include "QelFunctionalityCore/Values/QelGUID.h"
+#include "QelFunctionalityCore/Values/QelIPAddress.h"
+#include "QelFunctionalityCore/Values/QelProperty.h"
+#include "QelMessage/QelDerivedParsers.h"
+
+namespace Qel {
+
+using QelStringOptionalProperty = QelOptionalProperty<std::string>;
+using QelStringListOptionalProperty = QelOptionalProperty<std::vector<std::string>>;
+using QelStringSetOptionalProperty = QelOptionalProperty<std::set<std::string>>;
+using QelIPAddressListOptionalProperty = QelOptionalProperty<std::vector<QelIPAddress>>;
+using QelQoSListOptionalProperty = QelOptionalProperty<std::set<QelQoS>>;
+
+/// A configuration of an environment: a view on a small message tree.  Every getter reads an element of that tree,
+/// every setter replaces one.  The tree is parsed from the flat record when somebody first asks for it, so an
+/// environment that comes from the cache costs no parsing as long as only its identity is used.
+///
+/// An element that is absent is an unspecified value; one that is there without content is a specified empty one.
+///
+/// Operations return 0, or -1 when there is no tree or an element can't be read or written.  An object belongs to one
+/// thread at a time, and a view on a record of the cache must not outlive the list that the record came from.
+class QelEnvConfig {
+public:
+    struct Reader {
+        int operator()(const QelMessageIterator& cursor, QelEnvConfig& config) const;
+    };
+    /// Writes the children of the tree in the canonical order; an element that the order doesn't know stays behind the
+    /// one that it followed.
+    struct Writer : QelWriterBaseT<Writer> {
+        static constexpr int getNSID() { return 292; }
+        static constexpr int getTypeID() { return 120; }
+        int operator()(QelMessageIterator& cursor, const QelEnvConfig& config) const;
+    };
+    using reader_type = Reader;
+    using writer_type = Writer;
+
+    /// Bits of a filter: the parts of a configuration that a request asks for.
+    enum Filter : int { filterBasic = 1, filterNameservers = 2, filterSearchDomains = 4, filterAddresses = 8 };
+    /// Writes a filter as empty elements, and reads it from those that are there.  Addresses belong to the basic fields
+    /// too, so a filter of filterAddresses alone reads back with filterBasic.  Both always return 0.
+    struct FilterConfigReader {
+        int operator()(const QelMessageIterator& cursor, int& filter) const;
+    };
+    struct FilterConfigWriter : QelWriterBase {
+        int operator()(QelMessageIterator& cursor, int filter) const;
+    };
+
+    /// Without a tree.
+    QelEnvConfig() : QelEnvConfig(static_cast<const QelMessageIterator*>(nullptr), EnvConfigType::base) {}
+    /// Reads the configuration under the cursor; without a tree for a null cursor.
+    QelEnvConfig(const QelMessageIterator* cursor, EnvConfigType type);
+    /// A view on one half of a record; a null record is replaced by a blank one.
+    QelEnvConfig(boost::shared_ptr<QelEnvCoreBasic> core, EnvConfigType type);
+    QelEnvConfig(const QelEnvConfig& other);
+    /// Takes a copy of the tree, and shares the record.
+    QelEnvConfig& operator=(const QelEnvConfig& other);
+    virtual ~QelEnvConfig();
+
+    /// Place of an element name in the canonical order, -1 for one that isn't in it.  A derived class may extend it.
+    [[nodiscard]] virtual int getPositionOfTheTag(const std::string& name) const;
+
+    [[nodiscard]] EnvConfigType getConfigType() const { return m_configType; }
+    /// Drops the tree, and with `resetCore` the record too.
+    void reset(bool resetCore);
+
+    int getName(QelStringOptionalProperty& name) const;
+    int setName(const QelStringOptionalProperty& name);
+    int getDescription(QelStringOptionalProperty& description) const;
+    int setDescription(const QelStringOptionalProperty& description);
+    int getDomain(QelStringOptionalProperty& domain) const;
+    int setDomain(const QelStringOptionalProperty& domain);
+    int getHostname(QelStringOptionalProperty& hostname) const;
+    int setHostname(const QelStringOptionalProperty& hostname);
+    int getArchitecture(QelStringOptionalProperty& architecture) const;
+    int setArchitecture(const QelStringOptionalProperty& architecture);
+    int getAddresses(QelIPAddressListOptionalProperty& addresses) const;
+    int setAddresses(const QelIPAddressListOptionalProperty& addresses);
+    int getOS(QelOS& os) const;
+    int setOS(const QelOS& os);
+    /// The type as the record holds it.
+    [[nodiscard]] const QelEnvType& getType() const;
+    int setType(const QelEnvType& type);
+    int getNameservers(QelStringListOptionalProperty& nameservers) const;
+    /// Stores each name server once: of several texts for one address the first stays.
+    int setNameservers(const QelStringListOptionalProperty& nameservers);
+    int getSearchDomains(QelStringSetOptionalProperty& domains) const;
+    int getBaseSampleId(QelOptionalProperty<QelGUID>& id) const;
+    int setBaseSampleId(const QelOptionalProperty<QelGUID>& id);
+    int getBaseSnapshotId(QelGUID& id) const;
+    int setBaseSnapshotId(const QelGUID& id);
+    int getChildTypes(QelStringSetOptionalProperty& types) const;
+    int getConfigCustomized(bool& customized) const;
+    /// Version of the agent that wrote a base configuration (40500 is 4.5.0); -1 without a tree and for a virtual
+    /// configuration.
+    [[nodiscard]] int getAgentVersion() const;
+
+    /// Orders by name, domain, type, host name, description, architecture, operating system, addresses, name servers,
+    /// search domains and child types: below zero, zero or above zero.
+    [[nodiscard]] int compare(const QelEnvConfig& other) const;
+
+protected:
+    /// The tree, parsed from the record if it has not been yet; null if there is none.
+    [[nodiscard]] QelMessageIterator* tree() const;
+    /// The tree, made if there is none.
+    QelMessageIterator& initMsg();
+
+    /// Replaces the elements `id` by those of a list; an empty list leaves one empty element, an unspecified one none.
+    template <class List> int setListAttr(const QelOptionalProperty<List>& list, int id);
+
+private:
+    friend class QelEnvCoreBasicMaintainer;
+
+    /// Destroys a cursor together with its message.
+    struct DestroyTree {
+        void operator()(QelMessageIterator* cursor) const;
+    };
+    using Tree = std::unique_ptr<QelMessageIterator, DestroyTree>;
+
+    static Tree makeTree();
+    int readFrom(const QelMessageIterator& cursor);
+    void applyVersionDefault() const;
+
+    int getStringAttr(QelStringOptionalProperty& property, int id) const;
+    int setStringAttr(const QelStringOptionalProperty& property, int id);
+    int getStringBase64Attr(QelStringOptionalProperty& property, int id) const;
+    int setStringBase64Attr(const QelStringOptionalProperty& property, int id);
+    template <class Property, class Get> int getStringAttrEx(Property& property, int id, const Get& get) const;
+    template <class Property, class Put> int setStringAttrEx(const Property& property, int id, const Put& put);
+    template <class Container> int getOptionalListAttribute(QelOptionalProperty<Container>& list, int id) const;
+    template <class Container> int getStringListAttr(QelOptionalProperty<Container>& list, int id) const;
+
+    mutable Tree m_msg;
+    mutable bool m_isParsed = true; // false while the tree, if there is one, still lies in the record only
+    EnvConfigType m_configType;
+    boost::shared_ptr<QelEnvCoreBasic> m_core;
+};
+
+extern template class QelDerivedParserFactory<QelEnvConfig>;
+
+} // namespace Qel

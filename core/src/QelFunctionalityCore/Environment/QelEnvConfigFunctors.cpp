@@ -1,0 +1,161 @@
+#include <algorithm>
+#include <atomic>
+#include <initializer_list>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "QelCore/QelLock.h"
+#include "QelFunctionalityCore/Environment/QelEnvConfigElements.h"
+#include "QelFunctionalityCore/Environment/QelVEnvConfig.h"
+#include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelDefaultMap.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+using namespace EnvConfigElement;
+
+template class QelDerivedParserFactory<QelEnvConfig>;
+
+// The order of construction is that of the text.
+QelDerivedParserFactoryT<QelVEnvConfig, QelEnvConfig, QelEnvConfig, QelEnvConfig::Reader> factoryQelVEnvConfig(false);
+static QelLock positionLock;
+QelDerivedParserFactoryT<QelEnvConfig, QelEnvConfig> factoryQelEnvConfig(true);
+
+namespace {
+
+// The elements of a configuration as a record's table would state them.
+struct Elements {
+    QelStringOptionalProperty name, description, domain, hostname, architecture, type;
+    std::vector<QelIPAddress> addresses;
+    QelOptionalProperty<QelOS> os;
+    std::vector<std::string> nameservers;
+    std::set<std::string> searchDomains, childTypes;
+    QelOptionalProperty<QelGUID> baseSample, baseSnapshot;
+    std::set<QelQoS> qos;
+    QelOptionalProperty<int> agentVersion;
+    QelOptionalProperty<bool> configCustomized, disabled;
+};
+
+// How many of them have a position in the canonical order; those behind them stay behind what they followed.
+constexpr int positionCount = 15;
+
+} // namespace
+
+template <> struct Wire<Elements> : WireWords<Elements> {
+    static constexpr std::string_view typeName = "QelEnvConfig";
+    static constexpr int nsId = 292, typeId = 120;
+    static constexpr QelWireField fields[] = {
+        field<&Elements::name>(EnvConfigElement::name, optional, ifSet),
+        field<&Elements::description>(EnvConfigElement::description, optional, ifSet, base64),
+        field<&Elements::domain>(EnvConfigElement::domain, optional, ifSet),
+        field<&Elements::hostname>(EnvConfigElement::hostname, optional, ifSet),
+        list<&Elements::addresses>(EnvConfigElement::addresses, optional),
+        field<&Elements::architecture>(EnvConfigElement::architecture, optional, ifSet),
+        field<&Elements::os>(EnvConfigElement::operatingSystem, optional, ifSet),
+        field<&Elements::type>(EnvConfigElement::type, optional, ifSet),
+        list<&Elements::nameservers>(EnvConfigElement::nameservers, optional),
+        list<&Elements::searchDomains>(EnvConfigElement::searchDomains, optional),
+        field<&Elements::baseSample>(EnvConfigElement::baseSample, optional, ifSet),
+        field<&Elements::baseSnapshot>(EnvConfigElement::baseSnapshot, optional, ifSet),
+        list<&Elements::childTypes>(EnvConfigElement::childTypes, optional),
+        list<&Elements::qos>(EnvConfigElement::qos, optional),
+        field<&Elements::agentVersion>(EnvConfigElement::agentVersion, optional, ifSet),
+        field<&Elements::configCustomized>(EnvConfigElement::configCustomized, optional, ifSet),
+        field<&Elements::disabled>(EnvConfigElement::disabled, optional, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelEnvConfig>() {
+    return wireLayoutOf<Elements>;
+}
+
+namespace {
+
+using Positions = std::map<std::string, int, std::less<>>;
+
+Positions makePositions() {
+    Positions positions;
+    int position = 0;
+    for (const QelWireField& field : wireLayoutOf<Elements>.fields.first(positionCount))
+        positions.emplace(QelDefaultMap::findElemID(field.ownID()).view(), position++);
+    return positions;
+}
+
+const Positions& positionsByName() {
+    static Positions shared;
+    static std::atomic<bool> isFilled = false;
+    if (!isFilled.load(std::memory_order_acquire)) {
+        Positions fresh = makePositions();
+        const QelGuardT<QelLock> guard(positionLock);
+        if (shared.empty())
+            shared.swap(fresh);
+        isFilled.store(true, std::memory_order_release);
+    }
+    return shared;
+}
+
+bool isAnyPresent(const QelMessageIterator& cursor, std::initializer_list<int> ids) {
+    return std::any_of(ids.begin(), ids.end(), [&](int id) { return cursor.seekPresence(id) == 0; });
+}
+
+} // namespace
+
+int QelEnvConfig::getPositionOfTheTag(const std::string& tag) const {
+    const Positions& positions = positionsByName();
+    const auto found = positions.find(tag);
+    return found == positions.end() ? -1 : found->second;
+}
+
+int QelEnvConfig::Reader::operator()(const QelMessageIterator& cursor, QelEnvConfig& config) const {
+    return config.readFrom(cursor);
+}
+
+int QelEnvConfig::Writer::operator()(QelMessageIterator& cursor, const QelEnvConfig& config) const {
+    const QelMessageIterator* const source = config.tree();
+    if (!source || source->firstChild() != 0)
+        return 0;
+
+    std::multimap<int, std::unique_ptr<QelMessageIterator>> children;
+    int lastInserted = -1;
+    do {
+        const int position = config.getPositionOfTheTag(source->curName());
+        if (position >= 0 || children.empty())
+            lastInserted = position;
+        children.emplace(lastInserted, source->newIterator(false));
+    } while (source->nextSibling() == 0);
+    source->seekUp();
+
+    for (const auto& [position, child] : children)
+        if (cursor.copyToChild(child.get()) != 0)
+            return -1;
+    return 0;
+}
+
+int QelEnvConfig::FilterConfigWriter::operator()(QelMessageIterator& cursor, int filter) const {
+    if (filter & filterBasic)
+        for (const int id : {name, domain, hostname, type, architecture, operatingSystem, addresses})
+            cursor.putChild(id);
+    if (filter & filterNameservers)
+        cursor.putChild(nameservers);
+    if (filter & filterSearchDomains)
+        cursor.putChild(searchDomains);
+    if ((filter & filterAddresses) && !(filter & filterBasic))
+        cursor.putChild(addresses);
+    return 0;
+}
+
+int QelEnvConfig::FilterConfigReader::operator()(const QelMessageIterator& cursor, int& filter) const {
+    if (isAnyPresent(cursor, {nameservers}))
+        filter |= filterNameservers;
+    if (isAnyPresent(cursor, {searchDomains}))
+        filter |= filterSearchDomains;
+    // Addresses alone can't be told from addresses among the basic fields; whoever asks for them gets both.
+    if (isAnyPresent(cursor, {addresses}))
+        filter |= filterBasic | filterAddresses;
+    else if (isAnyPresent(cursor, {name, domain, hostname, type, architecture, operatingSystem}))
+        filter |= filterBasic;
+    return 0;
+}
+
+} // namespace Qel

@@ -1,0 +1,169 @@
+#include "QelFunctionalityCore/Environment/QelEnvCoreBasic.h"
+
+#include <cstring>
+#include <new>
+#include <string>
+
+#include "QelMessage/QelMessage.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr std::size_t dataOffset = 88;
+constexpr int bufferTooSmall = -2; // measureOrFlatten's answer to a null buffer
+constexpr int typeElement = 1007;
+
+using Record = boost::shared_ptr<QelEnvCoreBasic>;
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+static_assert(offsetof(QelEnvCoreBasic, parentEID) == 4);
+static_assert(offsetof(QelEnvCoreBasic, eid) == 20);
+static_assert(offsetof(QelEnvCoreBasic, status) == 36 && sizeof(QelEnvStatus) == 8);
+static_assert(offsetof(QelEnvCoreBasic, type) == 44 && sizeof(QelEnvType) == 16);
+static_assert(offsetof(QelEnvCoreBasic, alertType) == 60 && sizeof(QelEnvCoreBasic::alertType) == 20);
+static_assert(offsetof(QelEnvCoreBasic, configSize) == 80);
+static_assert(offsetof(QelEnvCoreBasic, vconfigSize) == 84);
+static_assert(offsetof(QelEnvCoreBasic, data) == dataOffset);
+#pragma GCC diagnostic pop
+
+// The configurations reach beyond the one declared byte of `data`, into the block that the record was allocated with.
+char* dataOf(QelEnvCoreBasic& record) {
+    return reinterpret_cast<char*>(&record) + dataOffset;
+}
+
+template <class... Head> Record allocate(std::size_t dataSize, const Head&... head) {
+    void* const block = QelCachedItem::allocator_free(qelEnvCoreBasicSize + dataSize);
+    if (!block)
+        return {};
+    return {new (block) QelEnvCoreBasic(head...), &QelCachedItem::deleter_free};
+}
+
+bool measure(const QelMessageIterator& it, int& size) {
+    size = 0;
+    return it.getMessage()->measureOrFlatten(nullptr, &size, &it) == bufferTooSmall;
+}
+
+QelMessage* parse(const char* data, std::uint32_t size) {
+    return size == 0 ? nullptr : QelMessage::getFactory()->createNew(data, static_cast<int>(size));
+}
+
+void readType(const QelMessageIterator& it, QelEnvType& type) {
+    constexpr std::size_t longest = sizeof(QelEnvType) - 1;
+    std::string text;
+    if (it.getValue(text, typeElement) == 0)
+        type = text.substr(0, longest);
+    else
+        type = static_cast<const char*>(nullptr);
+}
+
+} // namespace
+
+QelEnvCoreBasic::QelEnvCoreBasic(const QelEnvCoreBasic& other)
+    : QelCachedItem(), parentEID(other.parentEID), eid(other.eid), status(other.status), type(other.type),
+      configSize(other.configSize), vconfigSize(other.vconfigSize) {
+    std::copy(std::begin(other.alertType), std::end(other.alertType), std::begin(alertType));
+}
+
+std::uint32_t QelEnvCoreBasic::length() const {
+    return qelEnvCoreBasicSize + configSize + vconfigSize;
+}
+
+int QelEnvCoreBasic::getBuffer(const void** out, unsigned& len, const void*) const {
+    if (out)
+        *out = this;
+    len = length();
+    return 0;
+}
+
+QelMessage* QelEnvCoreBasic::getConfig() const {
+    return parse(configBytes(), configSize);
+}
+
+QelMessage* QelEnvCoreBasic::getVirtualConfig() const {
+    return parse(virtualConfigBytes(), vconfigSize);
+}
+
+const char* QelEnvCoreBasic::configBytes() const {
+    return reinterpret_cast<const char*>(this) + dataOffset;
+}
+
+const char* QelEnvCoreBasic::virtualConfigBytes() const {
+    return configBytes() + configSize;
+}
+
+void QelEnvCoreBasic::resetVirtualConfigData() {
+    vconfigSize = 0;
+}
+
+void QelEnvCoreBasic::resetConfigData() {
+    std::memmove(dataOf(*this), virtualConfigBytes(), configSize);
+    configSize = 0;
+}
+
+Record QelEnvCoreBasic::createWithRoom(const QelEnvCoreBasic& head, std::size_t dataSize) {
+    return allocate(dataSize, head);
+}
+
+Record QelEnvCoreBasic::createInstance(const QelEnvCoreBasic& a, const QelEnvCoreBasic& b) {
+    Record record = allocate(std::size_t{a.configSize} + b.vconfigSize, a);
+    if (!record)
+        return record;
+    if (b.type.isSpecified())
+        record->type = b.type;
+    record->vconfigSize = b.vconfigSize;
+    std::memcpy(dataOf(*record), a.configBytes(), a.configSize);
+    std::memcpy(dataOf(*record) + a.configSize, b.virtualConfigBytes(), b.vconfigSize);
+    return record;
+}
+
+Record QelEnvCoreBasic::createInstance(const QelEnvCoreBasic& a) {
+    return createInstance(a, a);
+}
+
+Record QelEnvCoreBasic::createInstance(const QelMessageIterator* it, EnvConfigType configType) {
+    return it ? createInstance(*it, configType) : allocate(0);
+}
+
+Record QelEnvCoreBasic::createInstance(const QelMessageIterator& it, EnvConfigType configType) {
+    int size = 0;
+    if (!measure(it, size))
+        return allocate(0);
+    Record record = allocate(static_cast<std::size_t>(size));
+    if (!record)
+        return record;
+    if (it.getMessage()->measureOrFlatten(dataOf(*record), &size, &it) != 0)
+        return allocate(0);
+    auto& ownSize = configType == EnvConfigType::virtualised ? record->vconfigSize : record->configSize;
+    ownSize = static_cast<std::uint32_t>(size);
+    readType(it, record->type);
+    return record;
+}
+
+Record QelEnvCoreBasic::createInstance(const QelMessageIterator* it, const QelEnvCoreBasic& old,
+                                       EnvConfigType configType) {
+    if (!it)
+        return createInstance(old);
+    int size = 0;
+    if (!measure(*it, size))
+        return allocate(0);
+    const bool isVirtual = configType == EnvConfigType::virtualised;
+    const std::size_t kept = isVirtual ? old.configSize : old.vconfigSize;
+    Record record = allocate(static_cast<std::size_t>(size) + kept, old);
+    if (!record)
+        return record;
+    char* const fresh = dataOf(*record) + (isVirtual ? old.configSize : 0);
+    if (it->getMessage()->measureOrFlatten(fresh, &size, it) != 0)
+        return allocate(0);
+    if (isVirtual) {
+        record->vconfigSize = static_cast<std::uint32_t>(size);
+        std::memcpy(dataOf(*record), old.configBytes(), old.configSize);
+    } else {
+        record->configSize = static_cast<std::uint32_t>(size);
+        std::memcpy(dataOf(*record) + size, old.virtualConfigBytes(), old.vconfigSize);
+    }
+    return record;
+}
+
+} // namespace Qel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "QelFunctionalityCore/Values/QelProperty.h"
+#include "QelMessage/QelRecord.h"
+
+namespace Qel {
+
+/// An operating system.
+struct QelOS {
+    QelOS() = default;
+    /// A null pointer leaves the field unspecified.
+    QelOS(const char* kind, const char* name, const char* version, const char* detail);
+
+    /// Orders without regard to case by kind, name, version and detail; an unspecified field compares as an empty one.
+    [[nodiscard]] int compare(const QelOS& other) const;
+
+    QelOptionalProperty<std::string> osKind; ///< "linux", "windows"
+    QelOptionalProperty<std::string> osName; ///< the distribution or product
+    QelOptionalProperty<std::string> osVersion;
+    QelOptionalProperty<std::string> osDetail; ///< a kernel release, an edition
+
+    using Reader = QelRecordReader<QelOS>;
+    using Writer = QelRecordWriter<QelOS>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+} // namespace Qel

@@ -1,0 +1,61 @@
+#include "QelFunctionalityCore/QelRecordTypes.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "QelFunctionalityCore/Environment/QelEnv.h"
+#include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
+#include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Values/QelEIDList.h"
+#include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
+
+namespace Qel {
+
+namespace {
+
+// A record that its table tells whole.
+template <class Record> QelRecordType byTable() {
+    const QelWireLayout& layout = qelWireLayout<Record>();
+    return makeRecordType<Record>(layout.typeName, &layout);
+}
+
+std::vector<QelRecordType> makeTypes() {
+    std::vector<QelRecordType> types{
+        byTable<QelEnvMListOptions>(),
+        byTable<QelEnvStatus>(),
+        byTable<QelLogOptions>(),
+        byTable<QelNativeConfig>(),
+        byTable<QelOS>(),
+        byTable<QelQoS>(),
+        byTable<QelVtInfo>(),
+        byTable<QelVtSettings>(),
+        makeRecordType<QelEID>("QelEID"),
+        makeRecordType<QelEIDList>("QelEIDList"),
+        makeRecordType<QelEnv>("QelEnv", &qelWireLayout<QelEnv>()),
+        makeRecordType<QelEnvConfig>("QelEnvConfig", &qelWireLayout<QelEnvConfig>()),
+        makeRecordType<QelGUID>("QelGUID"),
+        makeRecordType<QelIPAddress>("QelIPAddress"),
+        makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
+        makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
+    };
+    std::sort(types.begin(), types.end(),
+              [](const QelRecordType& a, const QelRecordType& b) { return a.name < b.name; });
+    return types;
+}
+
+} // namespace
+
+std::span<const QelRecordType> recordTypes() {
+    static const std::vector<QelRecordType> types = makeTypes();
+    return types;
+}
+
+const QelRecordType* findRecordType(std::string_view name) {
+    const auto types = recordTypes();
+    const auto found =
+        std::lower_bound(types.begin(), types.end(), name,
+                         [](const QelRecordType& type, std::string_view key) { return type.name < key; });
+    return found != types.end() && found->name == name ? &*found : nullptr;
+}
+
+} // namespace Qel

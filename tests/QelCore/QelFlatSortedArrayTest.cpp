@@ -1,0 +1,244 @@
+#include "QelCore/QelFlatSortedArray.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <map>
+#include <new>
+#include <random>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "QelCore/QelGUIDBase.h"
+#include "QelCore/QelSharedMemoryManager.h"
+
+namespace Qel {
+namespace {
+
+using Traits = QelSharedMemoryManager::traits_type;
+using Array = QelFlatSortedArray<QelGUIDBase, Traits::pointer<int>, std::less<QelGUIDBase>, Traits>;
+
+QelGUIDBase key(unsigned number) {
+    return QelGUIDBase(static_cast<long long>(number), 1);
+}
+
+/// Arrays and the values that they point at, in one piece of memory as in a file.
+class Memory {
+public:
+    static constexpr unsigned slots = 600;
+    static constexpr unsigned blockBytes = 8 + 20 * slots;
+
+    Memory() : m_words(3 * blockBytes / 4 + 2 * slots) {}
+
+    /// The n-th of three places for an array, a new array in it with all slots free.
+    Array& make(unsigned place = 0) {
+        auto* array = new (at(place)) Array;
+        array->adjustSelf(blockBytes);
+        return *array;
+    }
+    int* value(unsigned number) { return reinterpret_cast<int*>(m_words.data() + 3 * blockBytes / 4 + number); }
+    std::uint32_t word(unsigned place, unsigned offset) { return m_words[(place * blockBytes + offset) / 4]; }
+
+private:
+    void* at(unsigned place) { return m_words.data() + place * blockBytes / 4; }
+
+    std::vector<std::uint32_t> m_words;
+};
+
+TEST(QelFlatSortedArrayTest, FreshArrayIsEmptyWithItsDeclaredSlotFree) {
+    Memory memory;
+    memory.make();
+    auto* array = new (&memory.make()) Array;
+    EXPECT_EQ(sizeof(Array), 28U);
+    EXPECT_EQ(sizeof(Array::record_t), 20U);
+    EXPECT_EQ(array->size(), 0U);
+    EXPECT_EQ(array->getReservedItemCount(), 1U);
+    EXPECT_EQ(array->getUsedMemorySize(), 8U);
+    EXPECT_EQ(array->getNextMemorySize(), 28U);
+    EXPECT_EQ(array->begin(), array->end());
+    std::size_t index = 99;
+    EXPECT_FALSE(array->findIndex(key(1), index));
+    EXPECT_EQ(index, 0U);
+    EXPECT_EQ(array->find(key(1)), nullptr);
+    for (unsigned offset = 8; offset < 28; offset += 4)
+        EXPECT_EQ(memory.word(0, offset), 0U) << "the spare slot is zero at " << offset;
+}
+
+TEST(QelFlatSortedArrayTest, RecordsLieAtTheirOffsets) {
+    Memory memory;
+    Array& array = memory.make();
+    array.insert(key(0x0102), memory.value(3));
+    EXPECT_EQ(memory.word(0, 0), 1U) << "count";
+    EXPECT_EQ(memory.word(0, 4), Memory::slots - 1) << "reserved";
+    EXPECT_EQ(memory.word(0, 8), 0x0102U) << "key";
+    const auto place = reinterpret_cast<std::uintptr_t>(&array) + 24;
+    EXPECT_EQ(place + memory.word(0, 24), reinterpret_cast<std::uintptr_t>(memory.value(3))) << "data";
+}
+
+TEST(QelFlatSortedArrayTest, InsertsInOrderWhateverComesFirst) {
+    Memory memory;
+    Array& array = memory.make();
+    for (const unsigned number : {50U, 10U, 30U, 20U, 40U}) {
+        const auto* record = array.insert(key(number), memory.value(number));
+        EXPECT_EQ(record->key, key(number));
+        EXPECT_EQ(record->data.get(), memory.value(number));
+    }
+    EXPECT_EQ(array.size(), 5U);
+    for (unsigned i = 0; i < 5; ++i) {
+        EXPECT_EQ(array.at(i).key, key(10 * (i + 1)));
+        EXPECT_EQ(array.at(i).data.get(), memory.value(10 * (i + 1)));
+    }
+}
+
+TEST(QelFlatSortedArrayTest, AbsentKeyHasAPlaceOfInsertion) {
+    Memory memory;
+    Array& array = memory.make();
+    for (const unsigned number : {10U, 20U, 30U})
+        array.insert(key(number), memory.value(number));
+    std::size_t index;
+    EXPECT_FALSE(array.findIndex(key(5), index));
+    EXPECT_EQ(index, 0U);
+    EXPECT_FALSE(array.findIndex(key(25), index));
+    EXPECT_EQ(index, 2U);
+    EXPECT_FALSE(array.findIndex(key(35), index));
+    EXPECT_EQ(index, 3U);
+    EXPECT_TRUE(array.findIndex(key(20), index));
+    EXPECT_EQ(index, 1U);
+}
+
+TEST(QelFlatSortedArrayTest, UpdateReplacesTheDataAlone) {
+    Memory memory;
+    Array& array = memory.make();
+    array.insert(key(1), memory.value(1));
+    array.update(0, memory.value(2));
+    EXPECT_EQ(array.find(key(1)), memory.value(2));
+    array.update(0, nullptr);
+    EXPECT_EQ(array.find(key(1)), nullptr);
+    EXPECT_EQ(array.size(), 1U);
+}
+
+TEST(QelFlatSortedArrayTest, RemovedSlotGoesBackToTheReserve) {
+    Memory memory;
+    Array& array = memory.make();
+    for (const unsigned number : {1U, 2U, 3U})
+        array.insert(key(number), memory.value(number));
+    const unsigned reserved = array.getReservedItemCount();
+    EXPECT_EQ(array.remove(1)->key, key(3)) << "what took its place";
+    EXPECT_EQ(array.getReservedItemCount(), reserved + 1);
+    EXPECT_EQ(array.find(key(1)), memory.value(1));
+    EXPECT_EQ(array.find(key(3)), memory.value(3));
+    const auto* next = array.remove(1);
+    EXPECT_EQ(next, array.end()) << "behind the last there is nothing";
+    array.insert(key(7), memory.value(7));
+    EXPECT_EQ(array.getReservedItemCount(), reserved + 1);
+}
+
+TEST(QelFlatSortedArrayTest, CopyPointsAtTheSameValuesFromItsNewPlace) {
+    Memory memory;
+    Array& array = memory.make(1);
+    for (unsigned number = 0; number < Memory::slots; ++number)
+        array.insert(key(number), number % 5 ? memory.value(number) : nullptr);
+    for (const unsigned place : {0U, 2U}) {
+        Array& copy = memory.make(place);
+        copy = array;
+        EXPECT_EQ(copy.size(), Memory::slots);
+        EXPECT_EQ(copy.getReservedItemCount(), 0U);
+        for (unsigned number = 0; number < Memory::slots; ++number) {
+            ASSERT_EQ(copy.at(number).key, key(number));
+            ASSERT_EQ(copy.at(number).data.get(), number % 5 ? memory.value(number) : nullptr);
+        }
+    }
+}
+
+TEST(QelFlatSortedArrayTest, ReserveIsCountedFromTheBytesOfTheBlock) {
+    Memory memory;
+    Array& array = memory.make();
+    array.insert(key(1), memory.value(1));
+    array.adjustSelf(28);
+    EXPECT_EQ(array.getReservedItemCount(), 0U);
+    array.adjustSelf(48);
+    EXPECT_EQ(array.getReservedItemCount(), 1U);
+    array.adjustSelf(67);
+    EXPECT_EQ(array.getReservedItemCount(), 1U) << "a part of a slot is none";
+}
+
+TEST(QelFlatSortedArrayTest, KeysThatLookLikeNullPointersAreKeptInEveryMove) {
+    Memory memory;
+    Array& array = memory.make();
+    const QelGUIDBase ones(0x0000000100000001LL, 0x0000000100000001LL);
+    array.insert(ones, memory.value(1));
+    array.insert(key(0), memory.value(0));
+    Array& copy = memory.make(2);
+    copy = array;
+    EXPECT_EQ(copy.find(ones), memory.value(1));
+    copy.remove(0);
+    EXPECT_EQ(copy.find(ones), memory.value(1));
+}
+
+TEST(QelFlatSortedArrayTest, RandomChangesAgreeWithAMap) {
+    std::mt19937 random(42);
+    Memory memory;
+    Array* array = &memory.make();
+    unsigned place = 0;
+    std::map<QelGUIDBase, int*> model;
+    for (int step = 0; step < 20000; ++step) {
+        const QelGUIDBase id(static_cast<long long>(random() % 40), static_cast<long long>(random() % 40) - 20);
+        auto* value = random() % 10 ? memory.value(static_cast<unsigned>(random() % Memory::slots)) : nullptr;
+        std::size_t index;
+        const bool present = array->findIndex(id, index);
+        ASSERT_EQ(present, model.contains(id));
+        ASSERT_EQ(index, static_cast<std::size_t>(std::distance(model.begin(), model.lower_bound(id))));
+        switch (random() % 4) {
+        case 0:
+        case 1:
+            if (!present && array->getReservedItemCount() > 0) {
+                array->insert(id, value);
+                model[id] = value;
+            } else if (present) {
+                array->update(index, value);
+                model[id] = value;
+            }
+            break;
+        case 2:
+            if (present) {
+                array->remove(index);
+                model.erase(id);
+            }
+            break;
+        default: {
+            place = (place + 1) % 3;
+            Array& copy = memory.make(place);
+            copy = *array;
+            array = &copy;
+        }
+        }
+        ASSERT_EQ(array->size(), model.size());
+        ASSERT_EQ(array->size() + array->getReservedItemCount(), Memory::slots);
+        ASSERT_TRUE(std::equal(model.begin(), model.end(), array->begin(), array->end(),
+                               [](const auto& expected, const Array::record_t& record) {
+                                   return expected.first == record.key && expected.second == record.data.get();
+                               }))
+            << "at step " << step;
+    }
+}
+
+TEST(QelFlatSortedArrayDeathTest, InsertingWithoutAFreeSlotIsFatalAndNoGrowth) {
+    Memory memory;
+    auto* array = new (&memory.make()) Array;
+    array->insert(key(1), memory.value(1));
+    EXPECT_EQ(array->getReservedItemCount(), 0U);
+    EXPECT_DEATH(array->insert(key(2), memory.value(2)), "core/src/QelCore/QelFlatSortedArray");
+}
+
+TEST(QelFlatSortedArrayDeathTest, IndexBehindTheLastRecordIsFatal) {
+    Memory memory;
+    Array& array = memory.make();
+    array.insert(key(1), memory.value(1));
+    EXPECT_DEATH(static_cast<void>(array.at(1)), "core/src/QelCore/QelFlatSortedArray");
+    EXPECT_DEATH(array.update(1, nullptr), "core/src/QelCore/QelFlatSortedArray");
+    EXPECT_DEATH(array.remove(1), "core/src/QelCore/QelFlatSortedArray");
+}
+
+} // namespace
+} // namespace Qel

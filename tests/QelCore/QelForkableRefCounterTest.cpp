@@ -1,0 +1,93 @@
+#include "QelCore/QelForkableRefCounter.h"
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <gtest/gtest.h>
+
+#include "QelCore/TestSupport.h"
+
+namespace Qel {
+namespace {
+
+struct Witness : QelForkableRefCounter {
+    int reinit() override {
+        ++calls;
+        other.reset();
+        return 0;
+    }
+    int calls = 0;
+    boost::intrusive_ptr<Witness> other;
+};
+using WitnessPtr = boost::intrusive_ptr<Witness>;
+
+TEST(QelForkableRefCounterTest, EveryLiveObjectHearsOfAForkOnceAndInTheChildOnly) {
+    std::vector<WitnessPtr> live(10);
+    for (WitnessPtr& witness : live)
+        witness = new Witness;
+    live[4].reset();
+    EXPECT_EQ(inChild([&] {
+                  for (const WitnessPtr& witness : live)
+                      if (witness && witness->calls != 1)
+                          return 1;
+                  return 0;
+              }),
+              0);
+    for (const WitnessPtr& witness : live)
+        EXPECT_EQ(witness ? witness->calls : 0, 0);
+}
+
+TEST(QelForkableRefCounterTest, ChildOfAChildHearsOfItsOwnFork) {
+    const WitnessPtr witness(new Witness);
+    EXPECT_EQ(inChild([&] { return inChild([&] { return witness->calls; }); }), 2);
+}
+
+TEST(QelForkableRefCounterTest, ReinitMayDestroyOtherObjects) {
+    // Whatever the order of the visits, some of these go while the registry is being walked.
+    std::vector<WitnessPtr> chain;
+    for (int i = 0; i < 6; ++i) {
+        chain.emplace_back(new Witness);
+        chain.back()->other = new Witness;
+        chain.back()->other->other = new Witness;
+    }
+    EXPECT_EQ(inChild([&] {
+                  for (const WitnessPtr& witness : chain)
+                      if (witness->calls != 1 || witness->other)
+                          return 1;
+                  const WitnessPtr later(new Witness); // the registry is whole
+                  return inChild([&] { return later->calls == 1 && chain[0]->calls == 2 ? 0 : 1; });
+              }),
+              0);
+}
+
+TEST(QelForkableRefCounterTest, ObjectThatNobodyOwnsIsPassedOver) {
+    Witness witness;
+    EXPECT_EQ(inChild([&] { return witness.calls; }), 0);
+}
+
+TEST(QelForkableRefCounterTest, ForksWhileOtherThreadsMakeAndDestroyObjects) {
+    std::atomic<bool> stop{false};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i)
+        threads.emplace_back([&] {
+            while (!stop) {
+                const WitnessPtr witness(new Witness);
+                witness->other = new Witness;
+            }
+        });
+    const WitnessPtr kept(new Witness);
+    for (int i = 0; i < 100; ++i)
+        ASSERT_EQ(inChild([&] {
+                      const WitnessPtr own(new Witness);
+                      return kept->calls == 1 && own->calls == 0 ? 0 : 1;
+                  }),
+                  0);
+    stop = true;
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+} // namespace
+} // namespace Qel

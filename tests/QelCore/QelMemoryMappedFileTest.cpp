@@ -1,0 +1,383 @@
+#include "QelCore/QelMemoryMappedFile.h"
+
+#include <atomic>
+#include <csignal>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelCore/TestSupport.h"
+
+namespace Qel {
+namespace {
+
+constexpr tFileMappingOptions options(7, fileOpenOrCreate, accessReadWrite, mapSizeAsAsked);
+const unsigned page = QelMemoryMappedFile::getMemoryPageSize();
+
+/// Descriptors that this process has open.
+int openDescriptors() {
+    int count = 0;
+    for (int descriptor = 0; descriptor < 1024; ++descriptor)
+        count += fcntl(descriptor, F_GETFD) != -1;
+    return count;
+}
+
+char* bytesOf(const QelMemoryMappedFile& file) {
+    return static_cast<char*>(file.getMemory());
+}
+
+TEST(QelMemoryMappedFileTest, NewFileIsCreatedForItsOwnerAndReadsAsZero) {
+    const TempFile name;
+    QelMemoryMappedFile file;
+    EXPECT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    ASSERT_NE(file.getMemory(), nullptr);
+    EXPECT_EQ(file.getSize(), page);
+    EXPECT_EQ(name.read(), std::string(page, '\0'));
+    EXPECT_EQ(file.getFileSize(), page);
+    struct stat status {};
+    ASSERT_EQ(stat(name.path().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 077U, 0U);
+}
+
+TEST(QelMemoryMappedFileTest, ExistingFileIsExtendedAndNeverCut) {
+    const TempFile name;
+    name.write("text");
+    QelMemoryMappedFile small;
+    ASSERT_EQ(small.map(name.path(), page, options, nullptr), 0);
+    EXPECT_EQ(name.size(), page);
+    EXPECT_EQ(std::memcmp(small.getMemory(), "text\0", 5), 0);
+    QelMemoryMappedFile large;
+    ASSERT_EQ(large.map(name.path(), 3 * page, options, nullptr), 0);
+    QelMemoryMappedFile again;
+    ASSERT_EQ(again.map(name.path(), page, options, nullptr), 0);
+    EXPECT_EQ(name.size(), 3 * page);
+    EXPECT_EQ(again.getSize(), page);
+}
+
+TEST(QelMemoryMappedFileTest, HolesOfAnExistingFileAreFilled) {
+    const TempFile name;
+    name.write("");
+    ASSERT_EQ(truncate(name.path().c_str(), 16 * static_cast<off_t>(page)), 0);
+    QelMemoryMappedFile file;
+    ASSERT_EQ(file.map(name.path(), 16 * page, options, nullptr), 0);
+    struct stat status {};
+    ASSERT_EQ(stat(name.path().c_str(), &status), 0);
+    EXPECT_GE(status.st_blocks * 512, static_cast<long>(16 * page));
+}
+
+TEST(QelMemoryMappedFileTest, MappingsOfOneFileShowTheSameBytes) {
+    const TempFile name;
+    QelMemoryMappedFile one;
+    QelMemoryMappedFile other;
+    ASSERT_EQ(one.map(name.path(), page, options, nullptr), 0);
+    ASSERT_EQ(other.map(name.path(), page, options, nullptr), 0);
+    bytesOf(one)[100] = 'x';
+    EXPECT_EQ(bytesOf(other)[100], 'x');
+    EXPECT_TRUE(one.isSameFile(other));
+    EXPECT_EQ(one.syncMemory(), 0);
+}
+
+TEST(QelMemoryMappedFileTest, RemapMapsTheSameFileThoughItsNameIsGone) {
+    const TempFile name;
+    QelMemoryMappedFile one;
+    ASSERT_EQ(one.map(name.path(), page, options, nullptr), 0);
+    ASSERT_EQ(unlink(name.path().c_str()), 0);
+    QelMemoryMappedFile larger;
+    ASSERT_EQ(larger.remap(4 * page, nullptr, &one), 0);
+    EXPECT_NE(larger.getMemory(), one.getMemory());
+    EXPECT_EQ(larger.getSize(), 4 * page);
+    EXPECT_EQ(one.getSize(), page);
+    bytesOf(one)[7] = 'y';
+    EXPECT_EQ(bytesOf(larger)[7], 'y');
+    bytesOf(larger)[4 * page - 1] = 'z';
+    EXPECT_FALSE(name.exists());
+}
+
+TEST(QelMemoryMappedFileTest, FilesOfOneNameOneAfterTheOtherAreNotTheSame) {
+    const TempFile name;
+    QelMemoryMappedFile one;
+    ASSERT_EQ(one.map(name.path(), page, options, nullptr), 0);
+    ASSERT_EQ(unlink(name.path().c_str()), 0);
+    QelMemoryMappedFile other;
+    ASSERT_EQ(other.map(name.path(), page, options, nullptr), 0);
+    EXPECT_FALSE(one.isSameFile(other));
+}
+
+TEST(QelMemoryMappedFileTest, FailureLeavesNothingMappedAndSaysWhy) {
+    const TempFile name;
+    QelMemoryMappedFile file;
+    EXPECT_NE(file.map(name.path() + "/below", page, options, nullptr), 0);
+    EXPECT_THAT(getErrorMessage(), testing::HasSubstr("No such file or directory"));
+    EXPECT_NE(file.map("/dev/zero", page, options, nullptr), 0);
+    EXPECT_NE(file.map("/tmp", page, options, nullptr), 0);
+    EXPECT_NE(file.map(name.path(), 0, options, nullptr), 0) << "no bytes can't be mapped";
+    const tFileMappingOptions unknown(0, fileOpenOrCreate, accessReadWrite, mapSizeAsAsked);
+    EXPECT_NE(file.map(name.path(), page, unknown, nullptr), 0);
+    EXPECT_NE(file.remap(page, nullptr, nullptr), 0);
+    const QelMemoryMappedFile empty;
+    EXPECT_NE(file.remap(page, nullptr, &empty), 0);
+    EXPECT_EQ(file.getMemory(), nullptr);
+    EXPECT_EQ(file.getSize(), 0U);
+    EXPECT_EQ(file.getFileSize(), 0U);
+    EXPECT_NE(file.lock(false), 0);
+    EXPECT_NE(file.unlock(), 0);
+}
+
+TEST(QelMemoryMappedFileTest, SecondMappingInOneObjectIsRefused) {
+    const TempFile name;
+    QelMemoryMappedFile file;
+    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    void* memory = file.getMemory();
+    EXPECT_NE(file.map(name.path(), 2 * page, options, nullptr), 0);
+    EXPECT_EQ(file.getMemory(), memory);
+    EXPECT_EQ(file.getSize(), page);
+}
+
+TEST(QelMemoryMappedFileTest, FullDiskIsAResultAndNoSignal) {
+    EXPECT_EQ(inChild([] {
+                  const TempFile name;
+                  std::signal(SIGXFSZ, SIG_IGN);
+                  const rlimit limit{2 * page, 2 * page};
+                  if (setrlimit(RLIMIT_FSIZE, &limit))
+                      return 1;
+                  QelMemoryMappedFile file;
+                  if (file.map(name.path(), 2 * page, options, nullptr))
+                      return 2;
+                  QelMemoryMappedFile larger;
+                  if (!larger.remap(3 * page, nullptr, &file) || larger.getMemory())
+                      return 3;
+                  bytesOf(file)[2 * page - 1] = 'x';
+                  return name.size() == 2 * page ? 0 : 4;
+              }),
+              0);
+}
+
+TEST(QelMemoryMappedFileTest, ProtectedMemoryCanBeReadAndNotWritten) {
+    const TempFile name;
+    QelMemoryMappedFile file;
+    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    bytesOf(file)[0] = 'a';
+    ASSERT_EQ(file.protectMemory(true), 0);
+    EXPECT_EQ(bytesOf(file)[0], 'a');
+    EXPECT_DEATH(bytesOf(file)[0] = 'b', "");
+    ASSERT_EQ(file.protectMemory(false), 0);
+    bytesOf(file)[0] = 'c';
+    EXPECT_EQ(bytesOf(file)[0], 'c');
+}
+
+TEST(QelMemoryMappedFileTest, DescriptorsAreClosedOnExecAndWithTheLastMapping) {
+    const TempFile name;
+    const int before = openDescriptors();
+    {
+        QelMemoryMappedFile file;
+        ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+        QelMemoryMappedFile larger;
+        ASSERT_EQ(larger.remap(2 * page, nullptr, &file), 0);
+        EXPECT_EQ(openDescriptors(), before + 2) << "one to map, one to lock; a remapped file shares them";
+        for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+            struct stat status {};
+            struct stat named {};
+            if (fstat(descriptor, &status) == 0 && stat(name.path().c_str(), &named) == 0 &&
+                status.st_ino == named.st_ino && status.st_dev == named.st_dev) {
+                EXPECT_TRUE(fcntl(descriptor, F_GETFD) & FD_CLOEXEC);
+            }
+        }
+    }
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(QelMemoryMappedFileTest, LockExcludesOtherProcesses) {
+    const TempFile name;
+    QelMemoryMappedFile file;
+    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    const auto tryToLock = [&] {
+        QelMemoryMappedFile mine;
+        return mine.map(name.path(), page, options, nullptr) ? 2 : mine.lock(true) ? 1 : 0;
+    };
+    ASSERT_EQ(file.lock(false), 0);
+    EXPECT_EQ(inChild(tryToLock), 1);
+    ASSERT_EQ(file.unlock(), 0);
+    EXPECT_EQ(inChild(tryToLock), 0);
+}
+
+TEST(QelMemoryMappedFileTest, LockIsOneForAllMappingsOfAFileInAProcess) {
+    const TempFile name;
+    QelMemoryMappedFile one;
+    QelMemoryMappedFile other;
+    ASSERT_EQ(one.map(name.path(), page, options, nullptr), 0);
+    ASSERT_EQ(other.map(name.path(), page, options, nullptr), 0);
+    QelMemoryMappedFile larger;
+    ASSERT_EQ(larger.remap(2 * page, nullptr, &one), 0);
+    ASSERT_EQ(one.lock(false), 0);
+    for (QelMemoryMappedFile* file : {&other, &larger}) {
+        int result = 0;
+        std::thread([&] { result = file->lock(true); }).join();
+        EXPECT_NE(result, 0);
+        EXPECT_NE(file->lock(false), 0) << "a thread that has the lock must not wait for itself";
+    }
+    ASSERT_EQ(one.unlock(), 0);
+    ASSERT_EQ(larger.lock(true), 0);
+    ASSERT_EQ(larger.unlock(), 0);
+}
+
+TEST(QelMemoryMappedFileTest, ThreadsTakeTurns) {
+    const TempFile name;
+    QelMemoryMappedFile one;
+    QelMemoryMappedFile other;
+    ASSERT_EQ(one.map(name.path(), page, options, nullptr), 0);
+    ASSERT_EQ(other.map(name.path(), page, options, nullptr), 0);
+    int counter = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([&, i] {
+            QelMemoryMappedFile& file = i % 2 ? one : other;
+            for (int round = 0; round < 2000; ++round) {
+                if (file.lock(false))
+                    std::abort();
+                ++counter;
+                file.unlock();
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(counter, 8000);
+}
+
+TEST(QelMemoryMappedFileTest, ForkedChildKeepsTheMappingAndLosesTheLock) {
+    const TempFile name;
+    QelMemoryMappedFile file;
+    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    bytesOf(file)[0] = 'm';
+    const int descriptors = openDescriptors();
+    EXPECT_EQ(inChild([&] {
+                  if (openDescriptors() != descriptors - 2)
+                      return 1;
+                  if (bytesOf(file)[0] != 'm')
+                      return 2;
+                  if (!file.lock(true) || !file.unlock())
+                      return 3;
+                  QelMemoryMappedFile larger;
+                  return larger.remap(2 * page, nullptr, &file) ? 0 : 4;
+              }),
+              0);
+    EXPECT_EQ(file.lock(true), 0);
+    EXPECT_EQ(file.unlock(), 0);
+}
+
+TEST(QelMemoryMappedFileTest, ForkedChildFindsTheMutexFreeThatAnotherThreadHolds) {
+    const TempFile name;
+    QelMemoryMappedFile file;
+    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    const Signal locked;
+    const Signal release;
+    std::thread holder([&] {
+        ASSERT_EQ(file.lock(false), 0);
+        locked.give();
+        release.wait();
+        EXPECT_EQ(file.unlock(), 0);
+    });
+    locked.wait();
+    {
+        const Signal mapped;
+        ChildProcess child([&] {
+            QelMemoryMappedFile own;
+            if (own.map(name.path(), page, options, nullptr))
+                return 1;
+            if (!own.lock(true))
+                return 2; // the parent still has the file's lock
+            mapped.give();
+            return own.lock(false) ? 3 : own.unlock();
+        });
+        mapped.wait();
+        release.give();
+        EXPECT_EQ(child.wait(), 0);
+    }
+    holder.join();
+}
+
+TEST(QelMemoryMappedFileTest, LockOfADeadProcessIsFreeThoughItsForkedChildLives) {
+    const TempFile name;
+    const Signal ready;
+    const Signal never;
+    pid_t grandchild = 0;
+    int channel[2];
+    ASSERT_EQ(pipe(channel), 0);
+    ChildProcess parent([&] {
+        QelMemoryMappedFile file;
+        if (file.map(name.path(), page, options, nullptr) || file.lock(false))
+            return 1;
+        const pid_t child = fork();
+        if (child == 0) {
+            ready.give();
+            never.wait();
+            _exit(0);
+        }
+        if (::write(channel[1], &child, sizeof child) != sizeof child)
+            return 2;
+        never.wait();
+        return 0;
+    });
+    ASSERT_EQ(::read(channel[0], &grandchild, sizeof grandchild), static_cast<ssize_t>(sizeof grandchild));
+    ready.wait();
+    QelMemoryMappedFile file;
+    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    EXPECT_NE(file.lock(true), 0);
+    parent.kill();
+    EXPECT_EQ(parent.wait(), -1);
+    EXPECT_EQ(file.lock(true), 0);
+    EXPECT_EQ(file.unlock(), 0);
+    EXPECT_EQ(kill(grandchild, 0), 0) << "it lived all the time";
+    kill(grandchild, SIGKILL);
+    close(channel[0]);
+    close(channel[1]);
+}
+
+TEST(QelMemoryMappedFileTest, WaitingForTheLockSurvivesSignals) {
+    const TempFile name;
+    const Signal waiting;
+    const Signal interrupted;
+    static const Signal* handled;
+    handled = &interrupted;
+    QelMemoryMappedFile file;
+    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    ASSERT_EQ(file.lock(false), 0);
+    ChildProcess child([&] {
+        struct sigaction action {};
+        action.sa_handler = [](int) { handled->give(); };
+        sigaction(SIGUSR1, &action, nullptr); // without SA_RESTART
+        QelMemoryMappedFile own;
+        if (own.map(name.path(), page, options, nullptr))
+            return 1;
+        // A signal that is pending when the wait begins interrupts it for certain only while waiting, so a second
+        // thread sends signals until the lock is there.
+        std::atomic<bool> done{false};
+        const pthread_t waiter = pthread_self();
+        std::thread sender([&] {
+            int sent = 0;
+            while (!done) {
+                pthread_kill(waiter, SIGUSR1);
+                interrupted.wait();
+                if (++sent == 20)
+                    waiting.give();
+            }
+        });
+        const int result = own.lock(false);
+        done = true;
+        sender.join();
+        return result ? 2 : own.unlock();
+    });
+    waiting.wait();
+    ASSERT_EQ(file.unlock(), 0);
+    EXPECT_EQ(child.wait(), 0);
+}
+
+} // namespace
+} // namespace Qel

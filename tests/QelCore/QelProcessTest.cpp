@@ -1,0 +1,19 @@
+#include "QelCore/QelProcess.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace Qel {
+namespace {
+
+TEST(QelProcessTest, TitleIsTheCommandLine) {
+    EXPECT_THAT(getproctitle(), testing::HasSubstr("QelCoreTest"));
+    EXPECT_THAT(getproctitle(), testing::Not(testing::Contains('\0')));
+}
+
+TEST(QelProcessTest, YieldingComesBack) {
+    schedYield();
+}
+
+} // namespace
+} // namespace Qel

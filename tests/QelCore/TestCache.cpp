@@ -1,0 +1,9 @@
+#include "QelCore/TestCache.h"
+
+#include "QelCore/QelCacheLogicImpl.h"
+
+namespace Qel {
+
+template class QelCacheLogic<QelGUIDBase, TestRecord, QelMappedMemoryManager>;
+
+} // namespace Qel

@@ -1,0 +1,131 @@
+#include "QelFunctionalityCore/Values/QelOptionalFields.h"
+
+#include <gtest/gtest.h>
+
+#include "QelFunctionalityCore/TestTree.h"
+#include "QelFunctionalityCore/Values/QelGUID.h"
+
+namespace Qel {
+namespace {
+
+constexpr int element = 1705;
+
+template <class T> QelOptionalProperty<T> given(const T& value) {
+    QelOptionalProperty<T> property;
+    property = value;
+    return property;
+}
+
+TEST(QelOptionalFieldsTest, AnElementSpecifiesTheProperty) {
+    TestTree tree;
+    tree->putValue(7, element);
+    QelOptionalProperty<int> number;
+    EXPECT_EQ(readOptionalProperty(*tree, number, element), 0);
+    EXPECT_TRUE(number.isSpecified());
+    EXPECT_EQ(number.get(), 7);
+    QelOptionalProperty<std::string> text;
+    EXPECT_EQ(readOptionalProperty(*tree, text, element), 0);
+    EXPECT_EQ(text, given<std::string>("7"));
+}
+
+TEST(QelOptionalFieldsTest, ATextWhereANumberBelongsLeavesThePropertyUnspecified) {
+    TestTree tree;
+    tree->putValue(std::string("text"), element);
+    auto number = given(5);
+    EXPECT_EQ(readOptionalProperty(*tree, number, element), 0);
+    EXPECT_FALSE(number.isSpecified());
+    EXPECT_EQ(number.get(), 5);
+}
+
+TEST(QelOptionalFieldsTest, AMissingElementUnspecifiesTheProperty) {
+    TestTree tree;
+    auto text = given<std::string>("old");
+    EXPECT_EQ(readOptionalProperty(*tree, text, element), 0);
+    EXPECT_FALSE(text.isSpecified());
+    EXPECT_EQ(text.get(), "old");
+    auto flag = given(true);
+    EXPECT_EQ(readOptionalProperty(*tree, flag, element), 0);
+    EXPECT_FALSE(flag.isSpecified());
+}
+
+TEST(QelOptionalFieldsTest, AnUnspecifiedPropertyWritesNothing) {
+    TestTree tree;
+    auto text = given<std::string>("old");
+    text.specify(false);
+    EXPECT_EQ(writeOptionalProperty(*tree, text, element), 0);
+    EXPECT_EQ(writeOptionalProperty(*tree, QelOptionalProperty<int>(), element), 0);
+    EXPECT_EQ(writeOptionalProperty(*tree, QelOptionalProperty<bool>(), element), 0);
+    EXPECT_EQ(writeOptionalLongLong(*tree, QelOptionalProperty<long>(), element), 0);
+    EXPECT_EQ(writeOptionalComplex(*tree, QelOptionalProperty<QelGUID>(), element), 0);
+    EXPECT_EQ(countOf(*tree), 0);
+}
+
+TEST(QelOptionalFieldsTest, ASpecifiedPropertyWritesItsValue) {
+    TestTree tree;
+    EXPECT_EQ(writeOptionalProperty(*tree, given<std::string>(""), element), 0);
+    EXPECT_EQ(valueOf(*tree, element), "");
+    EXPECT_EQ(writeOptionalProperty(*tree, given(-3), 1026), 0);
+    EXPECT_EQ(valueOf(*tree, 1026), "-3");
+}
+
+TEST(QelOptionalFieldsTest, ABoolGoesOutAsZeroOrOne) {
+    TestTree tree;
+    EXPECT_EQ(writeOptionalProperty(*tree, given(true), element), 0);
+    EXPECT_EQ(valueOf(*tree, element), "1");
+    EXPECT_EQ(writeOptionalProperty(*tree, given(false), 1026), 0);
+    EXPECT_EQ(valueOf(*tree, 1026), "0");
+    QelOptionalProperty<bool> read;
+    EXPECT_EQ(readOptionalProperty(*tree, read, element), 0);
+    EXPECT_EQ(read, given(true));
+}
+
+TEST(QelOptionalFieldsTest, LongNumbersKeepTheirSign) {
+    TestTree tree;
+    EXPECT_EQ(writeOptionalLongLong(*tree, given(-5L), element), 0);
+    EXPECT_EQ(valueOf(*tree, element), "-5");
+    QelOptionalProperty<long long> read;
+    EXPECT_EQ(readOptionalLongLong(*tree, read, element), 0);
+    EXPECT_EQ(read, given(-5LL));
+}
+
+TEST(QelOptionalFieldsTest, ALongTakesTheLowBitsOfWhatWasSent) {
+    constexpr long long large = 0x1234567890;
+    TestTree tree;
+    EXPECT_EQ(writeOptionalLongLong(*tree, given(large), element), 0);
+    QelOptionalProperty<long> read;
+    EXPECT_EQ(readOptionalLongLong(*tree, read, element), 0);
+    EXPECT_EQ(read, given(static_cast<long>(large)));
+}
+
+TEST(QelOptionalFieldsTest, AnUnreadableLongNumberUnspecifiesAndKeepsTheValue) {
+    TestTree tree;
+    tree->putValue(std::string("text"), element);
+    auto number = given(5L);
+    EXPECT_EQ(readOptionalLongLong(*tree, number, element), 0);
+    EXPECT_FALSE(number.isSpecified());
+    EXPECT_EQ(number.get(), 5);
+}
+
+TEST(QelOptionalFieldsTest, ARecordIsSpecifiedWhenItReads) {
+    TestTree tree;
+    EXPECT_EQ(writeOptionalComplex(*tree, given(QelGUID(1, 2)), element), 0);
+    QelOptionalProperty<QelGUID> read;
+    EXPECT_EQ(readOptionalComplex(*tree, read, element), 0);
+    EXPECT_EQ(read, given(QelGUID(1, 2)));
+}
+
+TEST(QelOptionalFieldsTest, ARecordThatIsMissingOrFailsInsideIsUnspecified) {
+    TestTree tree;
+    auto read = given(QelGUID(1, 2));
+    EXPECT_EQ(readOptionalComplex(*tree, read, element), 0);
+    EXPECT_FALSE(read.isSpecified());
+
+    tree->putValue(std::string("no identifier"), element);
+    read.specify(true);
+    EXPECT_EQ(readOptionalComplex(*tree, read, element), 0);
+    EXPECT_FALSE(read.isSpecified());
+    EXPECT_EQ(read.get(), QelGUID(1, 2));
+}
+
+} // namespace
+} // namespace Qel

@@ -1,0 +1,135 @@
+#include "QelFunctionalityCore/Values/QelProperty.h"
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace Qel {
+namespace {
+
+using OptionalText = QelOptionalProperty<std::string>;
+
+OptionalText given(const std::string& text) {
+    OptionalText property;
+    property = text;
+    return property;
+}
+
+TEST(QelPropertyTest, HoldsAValue) {
+    QelProperty<int> property;
+    EXPECT_EQ(property.get(), 0);
+    property.set(1);
+    EXPECT_EQ(property.get(), 1);
+    property = 2;
+    EXPECT_EQ(property.get(), 2);
+    property.get() = 3;
+    EXPECT_EQ(property.get(), 3);
+}
+
+TEST(QelPropertyTest, GivesAccessToTheMembersOfItsValue) {
+    QelProperty<std::vector<int>> property;
+    property->push_back(1);
+    const auto& constant = property;
+    EXPECT_EQ(constant->size(), 1U);
+}
+
+TEST(QelPropertyTest, ATextComesBeforeALargerString) {
+    QelProperty<std::string> property;
+    property = "b";
+    EXPECT_TRUE(property < std::string("c"));
+    EXPECT_FALSE(property < std::string("b"));
+}
+
+TEST(QelOptionalPropertyTest, IsUnspecifiedAtStart) {
+    EXPECT_FALSE(OptionalText().isSpecified());
+}
+
+TEST(QelOptionalPropertyTest, AValueSpecifiesIt) {
+    OptionalText property;
+    property.set("a");
+    EXPECT_TRUE(property.isSpecified());
+    EXPECT_EQ(property.get(), "a");
+
+    OptionalText other;
+    other = std::string("b");
+    EXPECT_TRUE(other.isSpecified());
+    EXPECT_EQ(other.get(), "b");
+}
+
+TEST(QelOptionalPropertyTest, WritingThroughTheReferenceDoesntSpecifyIt) {
+    OptionalText property;
+    property.get() = "a";
+    EXPECT_FALSE(property.isSpecified());
+    property.specify(true);
+    EXPECT_EQ(property.get(), "a");
+}
+
+TEST(QelOptionalPropertyTest, UnspecifyingKeepsTheValue) {
+    OptionalText property = given("a");
+    property.specify(false);
+    EXPECT_FALSE(property.isSpecified());
+    EXPECT_EQ(property.get(), "a");
+}
+
+TEST(QelOptionalPropertyTest, CopyAndAssignmentTakeTheSpecificationFromTheSource) {
+    OptionalText unspecified = given("a");
+    unspecified.specify(false);
+
+    const OptionalText copy = unspecified;
+    EXPECT_FALSE(copy.isSpecified());
+    EXPECT_EQ(copy.get(), "a");
+
+    OptionalText assigned = given("b");
+    assigned = unspecified;
+    EXPECT_FALSE(assigned.isSpecified());
+    EXPECT_EQ(assigned.get(), "a");
+    assigned = given("c");
+    EXPECT_TRUE(assigned.isSpecified());
+}
+
+TEST(QelOptionalPropertyTest, UnspecifiedComesBeforeEveryValue) {
+    EXPECT_EQ(OptionalText().compare(given("")), -1);
+    EXPECT_EQ(given("").compare(OptionalText()), 1);
+    EXPECT_TRUE(OptionalText() < given(""));
+    EXPECT_FALSE(given("") < OptionalText());
+    EXPECT_NE(OptionalText(), given(""));
+}
+
+TEST(QelOptionalPropertyTest, UnspecifiedOnesAreEqualWhateverTheyHold) {
+    OptionalText property = given("a");
+    property.specify(false);
+    EXPECT_EQ(property, OptionalText());
+    EXPECT_EQ(property.compare(OptionalText()), 0);
+}
+
+TEST(QelOptionalPropertyTest, SpecifiedOnesCompareByValue) {
+    EXPECT_EQ(given("a").compare(given("b")), -1);
+    EXPECT_EQ(given("b").compare(given("a")), 1);
+    EXPECT_EQ(given("a").compare(given("a")), 0);
+    EXPECT_TRUE(given("a") < given("b"));
+    EXPECT_EQ(given("a"), given("a"));
+    EXPECT_NE(given("a"), given("b"));
+}
+
+TEST(QelOperationPropertyTest, HasNoOperationAtStart) {
+    QelOperationProperty<int> property;
+    EXPECT_EQ(property.getOperation(), -1);
+    property.setOperation(3);
+    property = 5;
+    EXPECT_EQ(property.getOperation(), 3);
+    EXPECT_EQ(property.get(), 5);
+}
+
+TEST(QelNamedPropertyTest, IsAPropertyWithAName) {
+    QelNamedProperty<std::vector<std::string>, QelProperty> property("hosts");
+    EXPECT_EQ(property.getName(), "hosts");
+    property = {"a", "b"};
+    EXPECT_EQ(property->size(), 2U);
+    EXPECT_EQ(property.getName(), "hosts");
+
+    const QelNamedProperty<std::vector<std::string>, QelOperationProperty> withOperation("groups");
+    EXPECT_EQ(withOperation.getOperation(), -1);
+}
+
+} // namespace
+} // namespace Qel

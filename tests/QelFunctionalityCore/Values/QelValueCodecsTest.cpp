@@ -1,0 +1,175 @@
+#include "QelFunctionalityCore/Values/QelValueCodecs.h"
+
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "QelFunctionalityCore/TestTree.h"
+#include "QelFunctionalityCore/Values/QelEIDList.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+struct Inner {
+    int number = 0;
+
+    friend bool operator==(const Inner&, const Inner&) = default;
+
+    using Reader = QelRecordReader<Inner>;
+    using Writer = QelRecordWriter<Inner>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+struct Values {
+    limited_length_string<16> type;
+    QelIPv6 address;
+    QelOptionalProperty<std::string> title;
+    QelOptionalProperty<bool> disabled;
+    QelOptionalProperty<Inner> inner;
+    QelOptionalProperty<std::vector<QelIPv6>> servers;
+    QelEIDList members;
+
+    using Reader = QelRecordReader<Values>;
+    using Writer = QelRecordWriter<Values>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+} // namespace
+
+template <> struct Wire<Inner> : WireWords<Inner> {
+    static constexpr QelWireField fields[] = {field<&Inner::number>(1259, required, always)};
+};
+template <> const QelWireLayout& qelWireLayout<Inner>() {
+    return wireLayoutOf<Inner>;
+}
+
+template <> struct Wire<Values> : WireWords<Values> {
+    static constexpr QelWireField fields[] = {
+        field<&Values::type>(1007, optional, ifSet),         field<&Values::address>(1262, optional, ifSet),
+        field<&Values::title>(1026, ignored, ifSet, base64), field<&Values::disabled>(1705, optional, ifSet),
+        field<&Values::inner>(1185, optional, ifSet),        wrapped<&Values::servers>(1708, 1281, optional, ifSet),
+        field<&Values::members>(1899, optional, always),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Values>() {
+    return wireLayoutOf<Values>;
+}
+
+namespace {
+
+const QelWireField& row(int id) {
+    for (const QelWireField& field : qelWireLayout<Values>().fields)
+        if (field.ownID() == id)
+            return field;
+    ADD_FAILURE() << "no row " << id;
+    return qelWireLayout<Values>().fields.front();
+}
+
+TEST(QelValueCodecsTest, WhatIsUnsetIsNotWritten) {
+    TestTree tree;
+    EXPECT_EQ(Values::Writer()(*tree, Values()), 0);
+    EXPECT_EQ(countOf(*tree), 1);
+    EXPECT_EQ(tree->seekPresence(1899), 0);
+}
+
+TEST(QelValueCodecsTest, WhatIsMissingIsUnset) {
+    TestTree tree;
+    Values read;
+    read.title = std::string("old");
+    read.disabled = true;
+    EXPECT_EQ(Values::Reader()(*tree, read), 0);
+    EXPECT_FALSE(read.type.isSpecified());
+    EXPECT_FALSE(read.title.isSpecified());
+    EXPECT_FALSE(read.disabled.isSpecified());
+    EXPECT_FALSE(read.inner.isSpecified());
+    EXPECT_FALSE(read.servers.isSpecified());
+}
+
+TEST(QelValueCodecsTest, AFullRecordComesBackAsItWas) {
+    Values values;
+    values.type = "generic";
+    values.address = QelIPv6("fe80::1");
+    values.title = std::string("a title");
+    values.disabled = false;
+    values.inner = Inner{7};
+    values.servers = std::vector{QelIPv6("::1"), QelIPv6("10.0.0.1")};
+    values.members.insert(QelEID(1, 2));
+
+    TestTree tree;
+    ASSERT_EQ(tree->putObj(values, 1307), 0);
+    Values read;
+    ASSERT_EQ(tree->getObj(read, 1307), 0);
+    EXPECT_EQ(read.type, values.type);
+    EXPECT_EQ(read.address, values.address);
+    EXPECT_EQ(read.title, values.title);
+    EXPECT_EQ(read.disabled, values.disabled);
+    EXPECT_EQ(read.inner, values.inner);
+    EXPECT_EQ(read.servers, values.servers);
+    EXPECT_EQ(read.members, values.members);
+}
+
+TEST(QelValueCodecsTest, ASpecifiedEmptyListIsAnEmptyWrapper) {
+    Values values;
+    values.servers.specify(true);
+    TestTree tree;
+    ASSERT_EQ(Values::Writer()(*tree, values), 0);
+    EXPECT_EQ(tree->seekPresence(1708), 0);
+    Values read;
+    EXPECT_EQ(Values::Reader()(*tree, read), 0);
+    EXPECT_TRUE(read.servers.isSpecified());
+    EXPECT_TRUE(read.servers.get().empty());
+}
+
+TEST(QelValueCodecsTest, ATextFormReachesTheContentOfAnOptional) {
+    Values values;
+    values.title = std::string("abc");
+    TestTree tree;
+    ASSERT_EQ(Values::Writer()(*tree, values), 0);
+    EXPECT_EQ(valueOf(*tree, 1026), "YWJj");
+}
+
+TEST(QelValueCodecsTest, AnUnreadableOptionalIsUnspecifiedAndFailsAsItsRowSays) {
+    TestTree tree;
+    tree->putValue(std::string("neither"), 1705);
+    Values read;
+    read.disabled = true;
+    EXPECT_EQ(Values::Reader()(*tree, read), -1);
+    EXPECT_FALSE(read.disabled.isSpecified());
+}
+
+TEST(QelValueCodecsTest, ARowTellsTheContentOfAnOptional) {
+    EXPECT_TRUE(row(1026).codec->isOptional);
+    EXPECT_EQ(row(1026).codec->kind, QelWireKind::text);
+    EXPECT_TRUE(row(1185).codec->isOptional);
+    EXPECT_EQ(row(1185).codec->kind, QelWireKind::record);
+    EXPECT_THAT(std::string(row(1185).codec->typeName), testing::EndsWith("Inner"));
+    EXPECT_EQ(row(1185).codec->layout(), &qelWireLayout<Inner>());
+    EXPECT_EQ(row(1708).codec->kind, QelWireKind::sequence);
+    EXPECT_EQ(row(1708).codec->item, &qelWireCodec<QelIPv6>);
+    EXPECT_FALSE(row(1262).codec->isOptional);
+    EXPECT_EQ(row(1899).codec->kind, QelWireKind::record);
+    EXPECT_FALSE(row(1899).codec->isOptional);
+}
+
+TEST(QelValueCodecsTest, CombinatorsFindTheFunctors) {
+    const std::vector<QelIPv6> addresses{QelIPv6("::1"), QelIPv6("::2")};
+    TestTree tree;
+    EXPECT_EQ(tree->putObject(addresses, QelWriterData(addresses, 1281), 1708), 0);
+    std::vector<QelIPv6> read;
+    EXPECT_EQ(tree->getObject(read, QelReaderData(read, 1281, QelReaderOptional), 1708), 0);
+    EXPECT_EQ(read, addresses);
+
+    const std::vector<limited_length_string<16>> names{"a", "b"};
+    EXPECT_EQ(tree->putObject(names, QelWriterData(names, 1281), 1709), 0);
+    std::vector<limited_length_string<16>> readNames;
+    EXPECT_EQ(tree->getObject(readNames, QelReaderData(readNames, 1281, QelReaderOptional), 1709), 0);
+    EXPECT_EQ(readNames, names);
+}
+
+} // namespace
+} // namespace Qel

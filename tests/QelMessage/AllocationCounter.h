@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+
+namespace Qel::TestSupport {
+
+/// Calls of operator new by this test program and the libraries in it, so far.
+[[nodiscard]] std::size_t allocations() noexcept;
+
+/// Those that `work` makes.
+template <class Work> [[nodiscard]] std::size_t allocationsOf(Work&& work) {
+    const std::size_t before = allocations();
+    work();
+    return allocations() - before;
+}
+
+} // namespace Qel::TestSupport

@@ -1,0 +1,340 @@
+#include "QelMessage/QelBinaryCodec.h"
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/AllocationCounter.h"
+#include "QelMessage/QelLimits.h"
+#include "support/RandomTree.h"
+#include "support/TreeComparer.h"
+
+namespace Qel {
+namespace {
+
+using testing::HasSubstr;
+using TestSupport::allocationsOf;
+using TestSupport::describe;
+
+constexpr std::size_t headSize = 12;
+constexpr std::size_t checksumOffset = 8;
+
+std::string encode(const QelMessageTree& tree, QelMessageTree::Index element, const QelEnvelope* envelope) {
+    std::size_t size = 0;
+    EXPECT_EQ(QelBinaryCodec::measure(tree, element, envelope, size), 0);
+    // Guarded, so that a byte too many is seen.
+    std::string bytes(size + 1, '\x5A');
+    QelBinaryCodec::write(tree, element, envelope, bytes.data());
+    EXPECT_EQ(bytes.back(), '\x5A');
+    bytes.pop_back();
+    return bytes;
+}
+
+/// A buffer with this body and a checksum that is right.
+std::string sealed(char content, const std::string& body) {
+    std::string bytes("\xABQEL\x01\x01\0\0\0\0\0\0", headSize);
+    bytes[5] = content;
+    bytes += body;
+    const std::uint32_t checksum = QelBinaryCodec::checksum(bytes);
+    for (unsigned i = 0; i < 4; ++i)
+        bytes[checksumOffset + i] = static_cast<char>(checksum >> (8 * i));
+    return bytes;
+}
+std::string element(const std::string& body) {
+    return sealed(1, body);
+}
+std::string message(const std::string& body) {
+    return sealed(2, body);
+}
+
+/// The error message that reading gives; empty if it succeeds.
+std::string failure(const std::string& bytes) {
+    QelMessageTree tree;
+    QelEnvelope envelope;
+    if (QelBinaryCodec::readMessage(bytes, tree, envelope) == 0)
+        return {};
+    EXPECT_EQ(describe(tree).size(), 1U) << "nothing half-built";
+    return getErrorMessage();
+}
+
+TEST(QelBinaryCodecTest, TheFormOfASmallElementIsFixed) {
+    QelMessageTree tree;
+    const auto data = tree.appendChild(QelMessageTree::root, 1307, 292);
+    tree.setType(data, 292, 117);
+    const auto name = tree.appendChild(data, 1026, 292);
+    tree.setValue(name, "ab");
+    const auto foreign = tree.appendChild(data, tree.intern(QelNameKind::element, "log_level"), 0);
+    EXPECT_TRUE(tree.setAttribute(foreign, 5, "v"));
+    tree.appendChild(data, tree.intern(QelNameKind::element, "log_level"), 292);
+
+    const std::string body("\x8D\xB6\x14\xC8\x04\xC8\x04\xEA\x01"
+                           "\x82\x84\x10\x02"
+                           "ab"
+                           "\x94\x01\x09log_level\x00\x01\x0A\x01v"
+                           "\x80\x01"
+                           "\x00",
+                           35);
+    EXPECT_EQ(encode(tree, data, nullptr), element(body));
+}
+
+TEST(QelBinaryCodecTest, TheFormOfAnEnvelopeIsFixed) {
+    QelEnvelope envelope;
+    envelope.time = 1795167000;
+    envelope.requestId = "r";
+    envelope.sender = "se";
+    envelope.session = "ses";
+    envelope.origin = "o";
+    envelope.subscriptions = {"a", "b"};
+    const std::string body("\x3F\x18\x13\x00\x6B\x00\x00\x00\x00\x01r\x02se\x03ses\x01o\x02\x01"
+                           "a\x01"
+                           "b\x80",
+                           26);
+    EXPECT_EQ(encode(QelMessageTree(), QelMessageTree::root, &envelope), message(body));
+}
+
+TEST(QelBinaryCodecTest, TheChecksumIsFixed) {
+    EXPECT_EQ(QelBinaryCodec::checksum(element("\x80\x02")), 0x5994DC2CU);
+    EXPECT_EQ(QelBinaryCodec::checksum(element("\x82\x02\x10sixteen and more")), 0x4406D91EU);
+}
+
+TEST(QelBinaryCodecTest, AnEnvelopeComesBack) {
+    QelEnvelope envelope;
+    envelope.time = -5;
+    envelope.session = std::string("s\0x", 3);
+    envelope.subscriptions = {"events_subscription"};
+    const std::string bytes = encode(QelMessageTree(), QelMessageTree::root, &envelope);
+    QelMessageTree tree;
+    QelEnvelope read;
+    read.origin = "forgotten";
+    ASSERT_EQ(QelBinaryCodec::readMessage(bytes, tree, read), 0);
+    EXPECT_EQ(read, envelope);
+}
+
+TEST(QelBinaryCodecTest, RandomTreesComeBackEqual) {
+    for (unsigned seed = 0; seed < 200; ++seed) {
+        QelMessageTree tree;
+        TestSupport::RandomTree(seed).fill(tree, 40);
+        const QelEnvelope envelope;
+        const std::string bytes = encode(tree, QelMessageTree::root, &envelope);
+        QelMessageTree read;
+        QelEnvelope readEnvelope;
+        ASSERT_EQ(QelBinaryCodec::readMessage(bytes, read, readEnvelope), 0) << seed << ": " << getErrorMessage();
+        EXPECT_EQ(describe(read), describe(tree)) << seed;
+        EXPECT_EQ(encode(read, QelMessageTree::root, &envelope), bytes) << seed;
+    }
+}
+
+TEST(QelBinaryCodecTest, ASubtreeReadAsAChildIsEqual) {
+    for (unsigned seed = 0; seed < 100; ++seed) {
+        QelMessageTree tree;
+        TestSupport::RandomTree(seed).fill(tree, 30);
+        const auto top = tree.node(QelMessageTree::root).lastChild;
+        QelMessageTree other;
+        TestSupport::RandomTree(seed + 1).fill(other, 3);
+        ASSERT_EQ(QelBinaryCodec::readChild(encode(tree, top, nullptr), other, QelMessageTree::root), 0);
+        EXPECT_EQ(describe(other, other.node(QelMessageTree::root).lastChild), describe(tree, top)) << seed;
+    }
+}
+
+TEST(QelBinaryCodecTest, EqualTreesGiveEqualBytesHoweverTheyCameAbout) {
+    QelMessageTree straight;
+    straight.appendChild(QelMessageTree::root, straight.intern(QelNameKind::element, "a"), 0);
+    straight.appendChild(QelMessageTree::root, straight.intern(QelNameKind::element, "b"), 0);
+    QelMessageTree roundabout;
+    const auto removed = roundabout.appendChild(QelMessageTree::root, roundabout.intern(QelNameKind::element, "b"), 0);
+    roundabout.appendChild(QelMessageTree::root, roundabout.intern(QelNameKind::element, "a"), 0);
+    roundabout.appendChild(QelMessageTree::root, roundabout.intern(QelNameKind::element, "b"), 0);
+    roundabout.remove(removed);
+    const QelEnvelope envelope;
+    EXPECT_EQ(encode(straight, QelMessageTree::root, &envelope), encode(roundabout, QelMessageTree::root, &envelope));
+}
+
+TEST(QelBinaryCodecTest, ANameThatHasGotAnIdIsReadAsTheId) {
+    QelMessageTree tree;
+    QelEnvelope envelope;
+    ASSERT_EQ(QelBinaryCodec::readMessage(element("\x80\x01\x04name"), tree, envelope), 0) << getErrorMessage();
+    EXPECT_EQ(tree.node(tree.node(QelMessageTree::root).firstChild).name, 1026);
+}
+
+TEST(QelBinaryCodecTest, BinaryAndTextAreToldApart) {
+    EXPECT_TRUE(QelBinaryCodec::looksBinary(element("\x80\x02")));
+    EXPECT_FALSE(QelBinaryCodec::looksBinary("<message/>"));
+    EXPECT_FALSE(QelBinaryCodec::looksBinary("\xAB"));
+    EXPECT_FALSE(QelBinaryCodec::looksBinary(""));
+}
+
+// -------------------------------------------------------------------------------------------------- malformed input
+
+TEST(QelBinaryCodecTest, EveryTruncationIsRejected) {
+    QelMessageTree tree;
+    TestSupport::RandomTree(1).fill(tree, 20);
+    QelEnvelope envelope;
+    envelope.time = 1;
+    envelope.subscriptions = {"a"};
+    const std::string bytes = encode(tree, QelMessageTree::root, &envelope);
+    for (std::size_t size = 0; size < bytes.size(); ++size)
+        EXPECT_THAT(failure(bytes.substr(0, size)), HasSubstr("byte ")) << size;
+}
+
+TEST(QelBinaryCodecTest, EveryFlippedBitIsRejected) {
+    QelMessageTree tree;
+    TestSupport::RandomTree(2).fill(tree, 20);
+    const QelEnvelope envelope;
+    std::string bytes = encode(tree, QelMessageTree::root, &envelope);
+    ASSERT_EQ(failure(bytes), "");
+    for (std::size_t bit = 0; bit < 8 * bytes.size(); ++bit) {
+        const auto flip = [&] { bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1 << bit % 8)); };
+        flip();
+        EXPECT_THAT(failure(bytes), HasSubstr("byte ")) << bit;
+        flip();
+    }
+}
+
+TEST(QelBinaryCodecTest, RandomBytesNeverDoHarm) {
+    TestSupport::RandomTree random(3);
+    for (int i = 0; i < 20000; ++i)
+        static_cast<void>(failure(sealed(static_cast<char>(1 + random.below(2)), random.bytes(40))));
+}
+
+TEST(QelBinaryCodecTest, TheErrorMessageNamesTheByte) {
+    EXPECT_EQ(failure(""), "byte 0: not a message in binary form");
+    EXPECT_EQ(failure("<message/>"), "byte 0: not a message in binary form");
+    EXPECT_EQ(failure("\xABQEL\x01\x01"), "byte 6: the message ends here, in the middle");
+    EXPECT_EQ(failure(element("")), "byte 12: the message ends here, in the middle");
+    EXPECT_EQ(failure(element("\x81\x02")), "byte 14: the message ends here, in the middle");
+    EXPECT_EQ(failure(element("\x80\x02\x80")), "byte 14: something stands behind the message");
+    std::string version = element("\x80\x02");
+    version[4] = 2;
+    EXPECT_EQ(failure(version), "byte 4: a version of the binary form that isn't known");
+    EXPECT_EQ(failure(sealed(3, "\x80\x02")), "byte 5: neither an element nor a message");
+    std::string altered = element("\x82\x02\x01z");
+    altered.back() = 'y';
+    EXPECT_EQ(failure(altered), "byte 8: the checksum is wrong: the message has been altered");
+}
+
+TEST(QelBinaryCodecTest, AMalformedElementIsRejected) {
+    EXPECT_EQ(failure(element("\x02\x02")), "byte 12: not the head of an element");
+    EXPECT_EQ(failure(element("\xC0\x02")), "byte 12: not the head of an element");
+    EXPECT_EQ(failure(element(std::string("\0", 1))), "byte 12: not the head of an element");
+    EXPECT_EQ(failure(element(std::string("\x80\0", 2))), "byte 13: an element without a name");
+    EXPECT_EQ(failure(element(std::string("\x88\x02\0\0", 4))), "byte 15: a type without a name");
+    EXPECT_EQ(failure(element(std::string("\x90\x02\x01\0\0", 5))), "byte 15: an attribute without a name");
+    EXPECT_EQ(failure(element("\x90\x02\x41")), "byte 14: an element with too many attributes");
+    EXPECT_EQ(failure(element("\x80\x03\x01z")), "byte 13: a name that wasn't told before");
+    EXPECT_EQ(failure(element(std::string("\x81\x02\0", 3))),
+              "byte 14: an element without the children that it promises");
+    EXPECT_EQ(failure(element("\x82\x02\x7Fz")), "byte 14: a text is longer than the rest of the message");
+}
+
+TEST(QelBinaryCodecTest, AMalformedNumberIsRejected) {
+    EXPECT_THAT(failure(element(std::string("\x80\x82\0", 3))), HasSubstr("not a number")) << "longer than it need be";
+    EXPECT_THAT(failure(element("\x80\xFF\xFF\xFF\xFF\x1F")), HasSubstr("not a number")) << "33 bits";
+    EXPECT_THAT(failure(element("\x80\xFF\xFF\xFF\xFF\xFF\x01")), HasSubstr("not a number")) << "six bytes";
+    EXPECT_EQ(failure(element("\x80\xFE\xFF\xFF\xFF\x0F")), "") << "the largest ID";
+}
+
+TEST(QelBinaryCodecTest, AMalformedEnvelopeIsRejected) {
+    EXPECT_EQ(failure(message("\x40\x80")), "byte 12: not the head of an envelope");
+    EXPECT_EQ(failure(message("\x20\x01\x03"
+                              "a b\x80")),
+              "byte 14: not the name of a subscription");
+    EXPECT_EQ(failure(message(std::string("\x20\x01\0\x80", 4))), "byte 14: not the name of a subscription");
+    EXPECT_THAT(failure(message("\x20\xFF\xFF\xFF\xFF\x0F\x01z\x80")), HasSubstr("byte "));
+}
+
+TEST(QelBinaryCodecTest, ATimeThatDoesNotFitTheProcessIsRejected) {
+    const std::string bytes = message(std::string("\x01\0\0\0\0\0\x01\0\0\x80", 10));
+    if constexpr (sizeof(long) == 4)
+        EXPECT_THAT(failure(bytes), HasSubstr("a time that this process can't represent"));
+    else
+        EXPECT_EQ(failure(bytes), "");
+}
+
+std::string nested(unsigned depth) {
+    std::string body;
+    for (unsigned i = 1; i < depth; ++i)
+        body += "\x81\x02";
+    return body + "\x80\x02" + std::string(depth - 1, '\0');
+}
+
+TEST(QelBinaryCodecTest, TooDeepInputIsRejected) {
+    EXPECT_EQ(failure(element(nested(QelLimits::depth))), "");
+    EXPECT_THAT(failure(element(nested(QelLimits::depth + 1))), HasSubstr("nested too deep"));
+    EXPECT_THAT(failure(element(nested(1000000))), HasSubstr("nested too deep"));
+}
+
+TEST(QelBinaryCodecTest, TooLongInputIsRejected) {
+    std::string bytes = element("\x80\x02");
+    bytes.resize(QelLimits::messageBytes + 1);
+    EXPECT_EQ(failure(bytes), "byte 0: the message is too long");
+}
+
+TEST(QelBinaryCodecTest, AHugeCountAllocatesNothing) {
+    const std::string attributes = element("\x90\x02\xFF\xFF\xFF\xFF\x0F");
+    const std::string text = element("\x82\x02\xFF\xFF\xFF\xFF\x0F");
+    QelMessageTree tree;
+    QelEnvelope envelope;
+    static_cast<void>(failure(text)); // so that the error message has its memory
+    EXPECT_LE(allocationsOf([&] { static_cast<void>(QelBinaryCodec::readMessage(attributes, tree, envelope)); }), 1U);
+    EXPECT_LE(allocationsOf([&] { static_cast<void>(QelBinaryCodec::readMessage(text, tree, envelope)); }), 1U);
+}
+
+TEST(QelBinaryCodecTest, ATreeThatCouldNotBeReadIsNotWritten) {
+    QelMessageTree tree;
+    QelMessageTree::Index node = QelMessageTree::root;
+    for (unsigned i = 0; i < QelLimits::depth; ++i)
+        node = tree.appendChild(node, 1026, 0);
+    const QelEnvelope envelope;
+    std::size_t size = 0;
+    EXPECT_EQ(QelBinaryCodec::measure(tree, QelMessageTree::root, &envelope, size), 0);
+    tree.appendChild(node, 1026, 0);
+    EXPECT_NE(QelBinaryCodec::measure(tree, QelMessageTree::root, &envelope, size), 0);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("deeper than 256"));
+    EXPECT_EQ(
+        QelBinaryCodec::measure(tree, tree.node(tree.node(QelMessageTree::root).firstChild).firstChild, nullptr, size),
+        0);
+
+    QelMessageTree large;
+    large.setValue(large.appendChild(QelMessageTree::root, 1026, 0), std::string(QelLimits::messageBytes, 'x'));
+    EXPECT_NE(QelBinaryCodec::measure(large, QelMessageTree::root, &envelope, size), 0);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("longer than 67108864 bytes"));
+}
+
+// ------------------------------------------------------------------------------------------------------ allocations
+
+TEST(QelBinaryCodecTest, WritingAllocatesNothingAndReadingAllocatesPerMessage) {
+    const auto grown = [](int elements) {
+        QelMessageTree tree;
+        for (int i = 0; i < elements; ++i) {
+            const auto node = tree.appendChild(QelMessageTree::root, 1 + i, 292);
+            tree.setType(node, 292, 117);
+            tree.setValue(node, "a value that no short string could hold in place");
+            EXPECT_TRUE(tree.setAttribute(node, 5, "an attribute that no short string could hold, either"));
+            tree.appendChild(node, tree.intern(QelNameKind::element, "log_level"), 0);
+        }
+        return tree;
+    };
+    const QelEnvelope envelope;
+    std::vector<std::size_t> counts;
+    for (const int elements : {10, 10000}) {
+        const QelMessageTree tree = grown(elements);
+        std::size_t size = 0;
+        EXPECT_EQ(allocationsOf(
+                      [&] { static_cast<void>(QelBinaryCodec::measure(tree, QelMessageTree::root, &envelope, size)); }),
+                  0U);
+        std::string bytes(size, '\0');
+        EXPECT_EQ(allocationsOf([&] { QelBinaryCodec::write(tree, QelMessageTree::root, &envelope, bytes.data()); }),
+                  0U);
+        QelMessageTree read;
+        QelEnvelope readEnvelope;
+        counts.push_back(allocationsOf([&] { EXPECT_EQ(QelBinaryCodec::readMessage(bytes, read, readEnvelope), 0); }));
+    }
+    EXPECT_EQ(counts[0], counts[1]);
+    EXPECT_LE(counts[0], 8U);
+}
+
+} // namespace
+} // namespace Qel
