@@ -262,10 +262,8 @@ int QelBinaryIterator::setComplexType(int ns, int type) {
 /// Adds a child with this name in the saved namespace, or in none.
 QelBinaryIterator::Index QelBinaryIterator::append(int symbol) {
     const Index parent = current();
-    const int nameSpace = m_savedNamespace.id != 0 ? m_savedNamespace.id
-                          : !m_savedNamespace.name.empty()
-                              ? tree().intern(QelNameKind::nameSpace, m_savedNamespace.name)
-                              : 0;
+    const int nameSpace =
+        m_savedNamespace.id != 0 ? m_savedNamespace.id : tree().intern(QelNameKind::nameSpace, m_savedNamespace.name);
     return tree().appendChild(parent, symbol, nameSpace);
 }
 
