@@ -286,11 +286,11 @@ TEST_F(QelCacheLogicTest, RecordComesBackAsItWasPutIn) {
     ASSERT_EQ(cache->insert(key(7), value), 0);
     const auto copy = cache->getCopy(key(7));
     ASSERT_NE(copy, nullptr);
-    EXPECT_TRUE(value.equals(*copy));
+    EXPECT_TRUE(value.equals(copy));
     const TestListPtr list = cache->getList();
     ASSERT_NE(list, nullptr);
     ASSERT_NE(list->get(key(7)), nullptr);
-    EXPECT_TRUE(value.equals(*list->get(key(7))));
+    EXPECT_TRUE(value.equals(list->get(key(7))));
     EXPECT_EQ(list->get(key(8)), nullptr);
     EXPECT_EQ(cache->getCopy(key(8)), nullptr);
     EXPECT_EQ(list->size(), 1U);
@@ -319,10 +319,10 @@ TEST_F(QelCacheLogicTest, UpdateReplacesARecordByOneOfAnyLength) {
     for (const unsigned extra : {0U, 5000U, 20U}) {
         const TestValue value(key(1), 2, extra);
         ASSERT_EQ(cache->update(key(1), value), 0);
-        EXPECT_TRUE(value.equals(*cache->getCopy(key(1))));
+        EXPECT_TRUE(value.equals(cache->getCopy(key(1))));
         expectClean();
     }
-    EXPECT_TRUE(TestValue(key(2)).equals(*cache->getCopy(key(2))));
+    EXPECT_TRUE(TestValue(key(2)).equals(cache->getCopy(key(2))));
 }
 
 TEST_F(QelCacheLogicTest, RemovedSlotIsUsedAgain) {
@@ -351,10 +351,10 @@ TEST_F(QelCacheLogicTest, RecordAboveTheLimitIsMinusThreeAndTheCacheWorksOn) {
     EXPECT_EQ(file.size(), page);
     ASSERT_EQ(cache->insert(key(1), TestValue(key(1))), 0);
     EXPECT_EQ(cache->update(key(1), TestValue(key(1), 0, largest + 1)), -3);
-    EXPECT_TRUE(TestValue(key(1)).equals(*cache->getCopy(key(1))));
+    EXPECT_TRUE(TestValue(key(1)).equals(cache->getCopy(key(1))));
     const TestValue value(key(1), 0, largest);
     EXPECT_EQ(cache->update(key(1), value), 0) << "the limit itself is accepted";
-    EXPECT_TRUE(value.equals(*cache->getCopy(key(1))));
+    EXPECT_TRUE(value.equals(cache->getCopy(key(1))));
     expectClean();
 }
 
@@ -384,7 +384,7 @@ TEST_F(QelCacheLogicTest, SourceIsShownTheOldRecordOnUpdateOnly) {
         EXPECT_EQ(length, 0U);
         seen = old;
         if (old) {
-            EXPECT_TRUE(value.equals(*static_cast<const TestRecord*>(old)));
+            EXPECT_TRUE(value.equals(static_cast<const TestRecord*>(old)));
         }
         return value.getBuffer(buffer, length, old);
     }};
@@ -483,9 +483,9 @@ TEST_F(QelCacheLogicTest, ReaderKeepsTheOldValueThatAnUpdateReplaced) {
     ASSERT_EQ(cache->insert(key(1), before), 0);
     const TestListPtr list = cache->getList();
     ASSERT_EQ(cache->update(key(1), after), 0);
-    EXPECT_TRUE(after.equals(*cache->getCopy(key(1))));
-    EXPECT_TRUE(before.equals(*list->get(key(1))));
-    EXPECT_TRUE(after.equals(*cache->getList()->get(key(1))));
+    EXPECT_TRUE(after.equals(cache->getCopy(key(1))));
+    EXPECT_TRUE(before.equals(list->get(key(1))));
+    EXPECT_TRUE(after.equals(cache->getList()->get(key(1))));
 }
 
 TEST_F(QelCacheLogicTest, ReaderSeesNeitherInsertsNorRemovals) {
@@ -497,7 +497,7 @@ TEST_F(QelCacheLogicTest, ReaderSeesNeitherInsertsNorRemovals) {
     ASSERT_EQ(cache->remove(key(1)), 0);
     EXPECT_EQ(keysOf(list), (std::vector{key(1), key(2)}));
     EXPECT_EQ(keysOf(cache->getList()), (std::vector{key(2), key(3)}));
-    EXPECT_TRUE(TestValue(key(1)).equals(*list->get(key(1))));
+    EXPECT_TRUE(TestValue(key(1)).equals(list->get(key(1))));
     list.reset();
     expectClean();
 }
@@ -513,12 +513,12 @@ TEST_F(QelCacheLogicTest, LastListOfAnOldSnapshotFreesTheRecordsThatOnlyItListed
     const unsigned held = cache->getTotalAllocatedSize();
     one.reset();
     EXPECT_EQ(cache->getTotalAllocatedSize(), held) << "the other list still holds it";
-    EXPECT_TRUE(TestValue(key(2)).equals(*two->get(key(2))));
+    EXPECT_TRUE(TestValue(key(2)).equals(two->get(key(2))));
     two.reset();
     // The snapshot's block of 72 bytes with its head, and two records of 104.
     EXPECT_EQ(cache->getTotalAllocatedSize(), held - 80 - 2 * 104);
-    EXPECT_TRUE(TestValue(key(1), 2).equals(*cache->getCopy(key(1))));
-    EXPECT_TRUE(TestValue(key(3)).equals(*cache->getCopy(key(3))));
+    EXPECT_TRUE(TestValue(key(1), 2).equals(cache->getCopy(key(1))));
+    EXPECT_TRUE(TestValue(key(3)).equals(cache->getCopy(key(3))));
     expectClean();
 }
 
@@ -536,10 +536,10 @@ TEST_F(QelCacheLogicTest, ChainOfSnapshotsMayBeGivenBackInAnyOrder) {
         }
         ASSERT_EQ(cache->update(key(0), TestValue(key(0), version)), 0);
         if (lists.size() == 16 || (!lists.empty() && below(random, 3) == 0))
-            lists.erase(lists.begin() + below(random, static_cast<unsigned>(lists.size())));
+            lists.erase(lists.begin() + static_cast<int>(below(random, static_cast<unsigned>(lists.size()))));
         lists.emplace_back(cache->getList(), version);
         for (const auto& [list, seen] : lists)
-            ASSERT_TRUE(TestValue(key(0), seen).equals(*list->get(key(0))));
+            ASSERT_TRUE(TestValue(key(0), seen).equals(list->get(key(0))));
     }
     EXPECT_THAT(findingsIn(file, false), IsEmpty());
     lists.clear();
@@ -586,7 +586,7 @@ TEST_F(QelCacheLogicTest, ListKeepsTheCacheAlive) {
         ASSERT_EQ(cache->insert(key(1), TestValue(key(1))), 0);
         list = cache->getList();
     }
-    EXPECT_TRUE(TestValue(key(1)).equals(*list->get(key(1))));
+    EXPECT_TRUE(TestValue(key(1)).equals(list->get(key(1))));
     list.reset();
     expectClean();
 }
@@ -625,7 +625,7 @@ TEST_F(QelCacheLogicTest, FullFileIsMinusTenAndRemovalStillWorks) {
     EXPECT_EQ(file.size(), page);
     expectClean();
     EXPECT_EQ(cache->update(key(0), TestValue(key(0), 1, 2000)), -10);
-    EXPECT_TRUE(TestValue(key(0)).equals(*cache->getCopy(key(0))));
+    EXPECT_TRUE(TestValue(key(0)).equals(cache->getCopy(key(0))));
     {
         const TestListPtr list = cache->getList();
         EXPECT_EQ(cache->remove(key(0)), -10) << "a copy of the array has no room";
@@ -654,7 +654,7 @@ TEST_F(QelCacheLogicTest, FullDiskIsMinusTenAndLosesNothing) {
                   if (result != -10 || count < 5)
                       return 2;
                   for (unsigned i = 0; i < count; ++i)
-                      if (!TestValue(key(i), 0, 500).equals(*cache->getCopy(key(i))))
+                      if (!TestValue(key(i), 0, 500).equals(cache->getCopy(key(i))))
                           return 3;
                   return cache->remove(key(0)) ? 4 : cache->insert(key(0), TestValue(key(0))) ? 5 : 0;
               }),
@@ -731,14 +731,14 @@ TEST_P(QelCacheGrowthTest, EveryAddressIsRebasedWhereverTheFileGrows) {
         for (const unsigned number : growth.keysAfter)
             expected.push_back(key(number));
         EXPECT_EQ(keysOf(cache->getList()), expected);
-        EXPECT_TRUE(TestValue(key(2), 0, filler - 92).equals(*cache->getCopy(key(2))));
+        EXPECT_TRUE(TestValue(key(2), 0, filler - 92).equals(cache->getCopy(key(2))));
         if (between != 0) {
-            EXPECT_TRUE(value.equals(*cache->getCopy(key(growth.keyWritten))));
+            EXPECT_TRUE(value.equals(cache->getCopy(key(growth.keyWritten))));
         }
         if (list) {
             EXPECT_EQ(keysOf(list), (std::vector{key(1), key(2)}));
-            EXPECT_TRUE(TestValue(key(1)).equals(*list->get(key(1))));
-            EXPECT_TRUE(TestValue(key(2), 0, filler - 92).equals(*list->get(key(2))));
+            EXPECT_TRUE(TestValue(key(1)).equals(list->get(key(1))));
+            EXPECT_TRUE(TestValue(key(2), 0, filler - 92).equals(list->get(key(2))));
             list.reset();
         }
         EXPECT_THAT(findingsIn(file), IsEmpty()) << "filler " << filler;
@@ -773,7 +773,7 @@ TEST_F(QelCacheLogicTest, ListsOfManyMappingsReadOnWhileTheFileGrows) {
     for (std::size_t i = 0; i < lists.size(); ++i) {
         ASSERT_EQ(lists[i]->size(), 50 * (i + 1));
         for (const auto& record : *lists[i])
-            ASSERT_TRUE(TestValue(record.key, 0, 200).equals(*record.data));
+            ASSERT_TRUE(TestValue(record.key, 0, 200).equals(record.data.get()));
     }
     EXPECT_THAT(findingsIn(file, false), IsEmpty());
     lists.clear();
@@ -790,7 +790,7 @@ TEST_F(QelCacheLogicTest, LateCacheMapsAllOfAGrownFile) {
     const TestListPtr list = late->getList();
     ASSERT_EQ(list->size(), 300U);
     for (unsigned i = 0; i < 300; ++i)
-        ASSERT_TRUE(TestValue(key(i), i, 100).equals(*list->get(key(i))));
+        ASSERT_TRUE(TestValue(key(i), i, 100).equals(list->get(key(i))));
 }
 
 TEST_F(QelCacheLogicTest, OtherCacheFollowsAGrowthAtItsNextLockAndItsListsReadOn) {
@@ -800,13 +800,13 @@ TEST_F(QelCacheLogicTest, OtherCacheFollowsAGrowthAtItsNextLockAndItsListsReadOn
     TestListPtr list = other->getList();
     ASSERT_EQ(grower->insert(key(2), TestValue(key(2), 0, 20000)), 0);
     ASSERT_EQ(grower->update(key(1), TestValue(key(1), 1)), 0);
-    EXPECT_TRUE(TestValue(key(1)).equals(*list->get(key(1))));
-    EXPECT_TRUE(TestValue(key(2), 0, 20000).equals(*other->getCopy(key(2))));
-    EXPECT_TRUE(TestValue(key(1)).equals(*list->get(key(1)))) << "still in the old mapping";
+    EXPECT_TRUE(TestValue(key(1)).equals(list->get(key(1))));
+    EXPECT_TRUE(TestValue(key(2), 0, 20000).equals(other->getCopy(key(2))));
+    EXPECT_TRUE(TestValue(key(1)).equals(list->get(key(1)))) << "still in the old mapping";
     EXPECT_EQ(list->size(), 1U);
     list.reset();
     EXPECT_EQ(other->insert(key(3), TestValue(key(3))), 0);
-    EXPECT_TRUE(TestValue(key(3)).equals(*grower->getCopy(key(3))));
+    EXPECT_TRUE(TestValue(key(3)).equals(grower->getCopy(key(3))));
     expectClean();
 }
 
@@ -822,13 +822,13 @@ TEST_F(QelCacheLogicTest, ThreadsShareOneCacheWhileItGrows) {
                 ASSERT_EQ(cache->insert(id, value), 0);
                 const TestListPtr list = cache->getList();
                 ASSERT_NE(list, nullptr);
-                ASSERT_TRUE(value.equals(*list->get(id)));
+                ASSERT_TRUE(value.equals(list->get(id)));
                 if (i % 3 == 0) {
                     ASSERT_EQ(cache->remove(id), 0);
                 } else {
                     ASSERT_EQ(cache->update(id, TestValue(id, i + 1, below(random, 400))), 0);
                 }
-                ASSERT_TRUE(value.equals(*list->get(id)));
+                ASSERT_TRUE(value.equals(list->get(id)));
             }
         });
     for (std::thread& thread : threads)
@@ -864,7 +864,7 @@ TEST_F(QelCacheLogicTest, RandomChangesAgreeWithAModel) {
             const TestListPtr list = cache->getList();
             ASSERT_EQ(list->size(), model.size());
             for (const auto& [known, expected] : model)
-                ASSERT_TRUE(expected.equals(*list->get(known)));
+                ASSERT_TRUE(expected.equals(list->get(known)));
             ASSERT_THAT(findingsIn(file, false), IsEmpty());
         }
     }

@@ -44,11 +44,13 @@ public:
         return 0;
     }
 
-    /// Whether a record in a cache or a copy of one equals this value, but for its count.
-    [[nodiscard]] bool equals(const TestRecord& record) const {
-        const auto* bytes = reinterpret_cast<const unsigned char*>(&record);
-        return record.length() == m_bytes.size() && std::memcmp(bytes + 4, m_bytes.data() + 4, m_bytes.size() - 4) == 0;
+    /// Whether a record in a cache or a copy of one equals this value, but for its count.  Null equals nothing.
+    [[nodiscard]] bool equals(const TestRecord* record) const {
+        const auto* bytes = reinterpret_cast<const unsigned char*>(record);
+        return record && record->length() == m_bytes.size() &&
+               std::memcmp(bytes + 4, m_bytes.data() + 4, m_bytes.size() - 4) == 0;
     }
+    [[nodiscard]] bool equals(const boost::shared_ptr<TestRecord>& record) const { return equals(record.get()); }
 
 private:
     static unsigned char fill(const QelGUIDBase& id, std::uint32_t version, unsigned position) {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "QelMessage/support/TestMessage.h"
+#include "support/TestMessage.h"
 
 namespace Qel {
 

@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 /// Reads a stream to its end, or one byte more than a message may have.
 std::string readAll(std::istream& in) {
     std::string content;
-    std::array<char, 64 * 1024> part{};
+    std::array<char, 65536> part{};
     while (in && content.size() <= QelLimits::messageBytes) {
         in.read(part.data(), part.size());
         content.append(part.data(), static_cast<std::size_t>(in.gcount()));

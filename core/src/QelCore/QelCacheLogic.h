@@ -260,16 +260,11 @@ private:
     void releaseItem(ItemValue* item);
     [[nodiscard]] Snapshot* getWritableSnapshot(eSnapshotHint hint);
     [[nodiscard]] bool isSnapshotMemoryAccessible(Snapshot* snapshot) const;
-    [[nodiscard]] Snapshot* currentSnapshot() const { return header()->snapshot.get(); }
+    [[nodiscard]] Snapshot* currentSnapshot() const;
     [[nodiscard]] CacheHeader* header() const noexcept { return m_header.load(std::memory_order_relaxed); }
 
     /// `data`, an address in the mapping `made`, in the current one.
-    template <class T> [[nodiscard]] T* rebased(T* data, const StoragePtr& made) const {
-        if (made == m_storage)
-            return data;
-        return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(data) +
-                                    static_cast<std::uintptr_t>(made->getDifference(m_storage.get())));
-    }
+    template <class T> [[nodiscard]] T* rebased(T* data, const StoragePtr& made) const;
 
     std::atomic<CacheHeader*> m_header{nullptr}; ///< in the current mapping; null: not attached
     StoragePtr m_storage;                        ///< the current mapping

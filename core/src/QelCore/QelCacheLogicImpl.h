@@ -267,8 +267,25 @@ bool QelCacheLogic<ItemID, ItemValue, Allocator>::isSnapshotMemoryAccessible(Sna
 }
 
 template <class ItemID, class ItemValue, class Allocator>
+auto QelCacheLogic<ItemID, ItemValue, Allocator>::currentSnapshot() const -> Snapshot* {
+    Snapshot* snapshot = header()->snapshot.get();
+    QEL_CHECK(snapshot, CacheLogicDetail::sourcePath);
+    return snapshot;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+template <class T>
+T* QelCacheLogic<ItemID, ItemValue, Allocator>::rebased(T* data, const StoragePtr& made) const {
+    if (made == m_storage)
+        return data;
+    QEL_CHECK(made && m_storage, CacheLogicDetail::sourcePath);
+    return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(data) +
+                                static_cast<std::uintptr_t>(made->getDifference(m_storage.get())));
+}
+
+template <class ItemID, class ItemValue, class Allocator>
 auto QelCacheLogic<ItemID, ItemValue, Allocator>::acquireSnapshot(StoragePtr& storage) -> Snapshot* {
-    Snapshot* snapshot = currentSnapshot();
+    Snapshot* snapshot = header()->snapshot.get();
     if (!isSnapshotMemoryAccessible(snapshot))
         return nullptr;
     storage = m_storage;
@@ -453,7 +470,8 @@ unsigned QelCacheLogic<ItemID, ItemValue, Allocator>::getAchiveableSize() {
     Snapshot* snapshot = currentSnapshot();
     unsigned size = static_cast<unsigned>(sizeof(CacheHeader)) + heap.getBlockSize(snapshot);
     for (const record_t& record : snapshot->values)
-        size += heap.getBlockSize(record.data.get());
+        if (const ItemValue* item = record.data.get())
+            size += heap.getBlockSize(item);
     return size;
 }
 

@@ -29,8 +29,10 @@ public:
     limited_length_string(const std::basic_string<charType>& text) { *this = text; }
 
     limited_length_string& operator=(const charType* text) {
-        if (text == nullptr)
-            return *this = limited_length_string();
+        if (text == nullptr) {
+            *this = limited_length_string();
+            return *this;
+        }
         const std::basic_string_view<charType> characters(text);
         QEL_CHECK_AT(characters.size() + 1 <= size, "core/src/QelCore/QelContainers", 93);
         assign(characters);

@@ -1,3 +1,31 @@
 #pragma once
 
-// The umbrella header: every public header of the library.
+// Every public header of the library.
+
+#include "QelFunctionalityCore/Environment/QelAlertType.h"
+#include "QelFunctionalityCore/Environment/QelEnv.h"
+#include "QelFunctionalityCore/Environment/QelEnvCache.h"
+#include "QelFunctionalityCore/Environment/QelEnvCacheIterators.h"
+#include "QelFunctionalityCore/Environment/QelEnvConfig.h"
+#include "QelFunctionalityCore/Environment/QelEnvCoreBasic.h"
+#include "QelFunctionalityCore/Environment/QelEnvCoreBasicMaintainer.h"
+#include "QelFunctionalityCore/Environment/QelEnvFactory.h"
+#include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
+#include "QelFunctionalityCore/Environment/QelEnvStatus.h"
+#include "QelFunctionalityCore/Environment/QelEnvUpdater.h"
+#include "QelFunctionalityCore/Environment/QelOS.h"
+#include "QelFunctionalityCore/Environment/QelQoS.h"
+#include "QelFunctionalityCore/Environment/QelVEnvConfig.h"
+#include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/QelRecordTypes.h"
+#include "QelFunctionalityCore/Values/QelAnyData.h"
+#include "QelFunctionalityCore/Values/QelEID.h"
+#include "QelFunctionalityCore/Values/QelEIDList.h"
+#include "QelFunctionalityCore/Values/QelEnvIDComparator.h"
+#include "QelFunctionalityCore/Values/QelGUID.h"
+#include "QelFunctionalityCore/Values/QelIPAddress.h"
+#include "QelFunctionalityCore/Values/QelIPFunctors.h"
+#include "QelFunctionalityCore/Values/QelLimitedLengthString.h"
+#include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
+#include "QelFunctionalityCore/Values/QelOptionalFields.h"
+#include "QelFunctionalityCore/Values/QelProperty.h"
