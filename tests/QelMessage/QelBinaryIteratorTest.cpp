@@ -190,9 +190,12 @@ TEST_F(QelBinaryIteratorDeathTest, AnInvalidatedCursorEndsTheProcess) {
 
 TEST_F(QelBinaryIteratorDeathTest, ACursorOnADeletedElementEndsTheProcess) {
     cursor.seek("/data/system/one");
+    const auto atData = message.root();
+    atData->seek("/data");
     const auto other = message.root();
     ASSERT_EQ(other->seek("/data"), 0);
     other->deleteFromChild();
+    EXPECT_DEATH(static_cast<void>(atData->curName()), "core/src/QelMessage/QelBinaryIterator");
     EXPECT_DEATH(static_cast<void>(cursor.curName()), "core/src/QelMessage/QelBinaryIterator");
     for (int i = 0; i < 10; ++i)
         other->putChild(nameId);
