@@ -18,7 +18,6 @@ constexpr int alert = 1003;
 constexpr int config = 1185;
 constexpr int vconfig = 1872;
 constexpr int name = 1026;
-constexpr int type = 1007;
 
 /// A cursor on the element of an environment with nothing in it.
 class EnvElement : public TestMessage {
@@ -134,6 +133,24 @@ TEST(QelEnvFunctorsTest, WhatCameFromAMessageIsNotInTheRecordYet) {
     EXPECT_EQ(view.getEID(), someEID);
     EXPECT_EQ(textBy(*view.getConfig(), &QelEnvConfig::getName), "base");
     EXPECT_EQ(textBy(*view.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
+}
+
+TEST(QelEnvFunctorsTest, TheRecordTakesTheTreesAndNotTheElementsThatTheyCameFrom) {
+    const IdentifiedElement element;
+    for (const int id : {config, vconfig}) {
+        element->newChild(id);
+        element->setComplexType(292, id == config ? 120 : 121);
+        element->putValue(std::string("a name"), name);
+        element->seekUp();
+    }
+    QelEnv env;
+    ASSERT_EQ(element.read(env), 0);
+    env.syncBuffer();
+    const TestMessage base(env.getCoreBasic()->getConfig());
+    ASSERT_EQ(base.cursor().firstChild(config), 0);
+    EXPECT_THAT(childIDs(base.cursor()), ElementsAre(name, 1223)) << "with the version that a tree is given";
+    const TestMessage virtualised(env.getCoreBasic()->getVirtualConfig());
+    EXPECT_EQ(virtualised.cursor().firstChild(config), 0) << "every tree has the same root";
 }
 
 std::vector<int> alertsBy(const std::vector<std::string>& texts) {
