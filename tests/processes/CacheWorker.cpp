@@ -2,6 +2,7 @@
 
 #include <istream>
 #include <ostream>
+#include <vector>
 
 #include "support/ChildProcess.h"
 
@@ -80,6 +81,8 @@ std::string CacheWorker::perform(std::istringstream& command) {
         return read(first);
     if (verb == "fork")
         return forkAndWrite(first, second);
+    if (verb == "fill")
+        return fill(first);
     return verb == "churn" ? ok : "unknown command";
 }
 
@@ -171,6 +174,13 @@ std::string CacheWorker::forkAndWrite(unsigned seed, unsigned steps) {
     return result;
 }
 
+std::string CacheWorker::fill(unsigned count) const {
+    for (unsigned i = 0; i < count; ++i)
+        if (const int code = envCache()->insert(stressEnv({100000 + i, 1, 4})))
+            return "environment " + std::to_string(i) + " gave " + std::to_string(code);
+    return ok;
+}
+
 std::string CacheWorker::look() const {
     const auto list = envCache()->getEnvList();
     if (!list)
@@ -183,15 +193,20 @@ std::string CacheWorker::look() const {
 }
 
 void CacheWorker::churn(unsigned seed) const {
+    // Made before, so that nearly all of the time goes into changing the file.
+    std::vector<QelEnv> environments;
+    for (unsigned i = 0; i < 40; ++i) {
+        QelEnv env = stressEnv({seed * 1000 + i, i, i * 50});
+        env.syncBuffer(); // a copy takes what is in the record
+        environments.push_back(env);
+    }
     const QelEnvCacheSP cache = envCache();
-    StressScript script(seed);
-    for (unsigned step = 0;; ++step) {
+    for (unsigned round = 0;; ++round) {
         // Under a list that is held changes go to a copy of the array; both ways are to be interrupted.
-        const auto list = step / 16 % 2 == 0 ? cache->getEnvList() : nullptr;
-        for (int i = 0; i < 4; ++i) {
-            const auto [kind, state] = script.next();
-            static_cast<void>(apply(*cache, kind, state));
-        }
+        const auto list = round % 4 == 0 ? cache->getEnvList() : nullptr;
+        for (const QelEnv& env : environments)
+            if (cache->insert(env) != 0 && round % 3 == 0)
+                static_cast<void>(cache->remove(env.getEID()));
     }
 }
 

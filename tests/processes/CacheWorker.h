@@ -26,6 +26,7 @@ namespace Qel::TestSupport {
 ///     fork SEED STEPS        forks: the child attaches anew and makes the changes of a script, the parent those of
 ///                            the script of SEED + 1, both at once; "ok", or what went wrong
 ///     look                   "ok N" if each record of a list is whole, whatever key lists it
+///     fill COUNT             adds small environments from number 100000 on; "ok", or what went wrong
 ///     churn SEED             answers "ok", and changes environments until it is killed
 class CacheWorker {
 public:
@@ -44,6 +45,7 @@ private:
     std::string write(unsigned seed, unsigned steps) const;
     std::string read(unsigned rounds) const;
     std::string forkAndWrite(unsigned seed, unsigned steps);
+    std::string fill(unsigned count) const;
     std::string look() const;
     [[noreturn]] void churn(unsigned seed) const;
 
