@@ -135,7 +135,7 @@ TEST_P(CacheKillTest, ProcessKilledWhileItAttachesLeavesAFileThatIsUsedOrRefused
     for (int round = 0; round < 40; ++round) {
         const TempFile own;
         {
-            WorkerProcess starter(nativeWorker, own.path());
+            WorkerProcess starter(GetParam().programs.back(), own.path());
             starter.send("hold list");
             for (unsigned turns = below(random, 12); turns > 0; --turns)
                 dawdle(random);
