@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QelCore/TestCache.h"
 #include "support/ChildProcess.h"
 #include "support/TempFile.h"
@@ -39,5 +42,30 @@ TestCachePtr attach(const TempFile& file, unsigned maxStorage = testMaxStorage, 
 [[nodiscard]] inline unsigned below(std::mt19937& random, unsigned limit) {
     return static_cast<unsigned>(random() % limit);
 }
+
+/// The keys of a list in its order.
+[[nodiscard]] inline std::vector<QelGUIDBase> keysOf(const TestListPtr& list) {
+    std::vector<QelGUIDBase> keys;
+    for (const auto& record : *list)
+        keys.push_back(record.key);
+    return keys;
+}
+
+/// A test of one cache file.  Numbers of bytes are those of a machine with pages of 4096 bytes.
+class CacheFileTest : public testing::Test {
+protected:
+    static constexpr unsigned page = 4096;
+    static constexpr unsigned validOffset = 52;
+
+    void SetUp() override {
+        if (QelMemoryMappedFile::getMemoryPageSize() != page)
+            GTEST_SKIP() << "pages of another size";
+    }
+
+    /// Blocks and counters of the file agree, and nothing is left of readers.
+    void expectClean() const { EXPECT_THAT(findingsIn(file), testing::IsEmpty()); }
+
+    const TempFile file;
+};
 
 } // namespace Qel
