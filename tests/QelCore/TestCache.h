@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,11 +45,13 @@ public:
         return 0;
     }
 
-    /// Whether a record in a cache or a copy of one equals this value, but for its count.
-    [[nodiscard]] bool equals(const TestRecord& record) const {
-        const auto* bytes = reinterpret_cast<const unsigned char*>(&record);
-        return record.length() == m_bytes.size() && std::memcmp(bytes + 4, m_bytes.data() + 4, m_bytes.size() - 4) == 0;
+    /// Whether a record in a cache or a copy of one equals this value, but for its count.  Null equals nothing.
+    [[nodiscard]] bool equals(const TestRecord* record) const {
+        const auto* bytes = reinterpret_cast<const unsigned char*>(record);
+        return record && record->length() == m_bytes.size() &&
+               std::memcmp(bytes + 4, m_bytes.data() + 4, m_bytes.size() - 4) == 0;
     }
+    [[nodiscard]] bool equals(const boost::shared_ptr<TestRecord>& record) const { return equals(record.get()); }
 
 private:
     static unsigned char fill(const QelGUIDBase& id, std::uint32_t version, unsigned position) {
@@ -59,6 +62,12 @@ private:
     }
 
     std::vector<unsigned char> m_bytes;
+};
+
+/// A value whose bytes are told by a function.
+struct TestSource {
+    std::function<int(const void**, unsigned&, const void*)> tell;
+    int getBuffer(const void** buffer, unsigned& length, const void* old) const { return tell(buffer, length, old); }
 };
 
 using TestCache = QelCacheLogic<QelGUIDBase, TestRecord, QelMappedMemoryManager>;

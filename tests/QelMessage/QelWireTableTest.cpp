@@ -69,6 +69,32 @@ struct Needy {
     using writer_type = QelRecordWriter<Needy>;
 };
 
+/// A family of two, and a record that holds them in every way.
+struct Animal {
+    virtual ~Animal() = default;
+    std::string name;
+    using Reader = QelRecordReader<Animal>;
+    using Writer = QelRecordWriter<Animal>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+struct Bird : Animal {
+    int wings = 2;
+    using Reader = QelRecordReader<Bird>;
+    using Writer = QelRecordWriter<Bird>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+struct Zoo {
+    boost::shared_ptr<Animal> star;
+    std::vector<boost::shared_ptr<Animal>> animals;
+    std::vector<boost::shared_ptr<Animal>> guests;
+    std::map<std::string, int> prices;
+    std::map<std::string, Part> parts;
+    using reader_type = QelRecordReader<Zoo>;
+    using writer_type = QelRecordWriter<Zoo>;
+};
+
 constexpr bool isGiven(int number) {
     return number != -1;
 }
@@ -135,6 +161,33 @@ template <> struct Wire<Needy> : WireWords<Needy> {
 };
 template <> const QelWireLayout& qelWireLayout<Needy>() {
     return wireLayoutOf<Needy>;
+}
+
+template <> struct Wire<Animal> : WireWords<Animal> {
+    static constexpr int nsId = 292, typeId = 166;
+    static constexpr QelWireField fields[] = {field<&Animal::name>(1026, required, always)};
+};
+template <> const QelWireLayout& qelWireLayout<Animal>() {
+    return wireLayoutOf<Animal>;
+}
+template <> struct Wire<Bird> : WireWords<Bird> {
+    static constexpr int nsId = 292, typeId = 167;
+    static constexpr QelWireField fields[] = {base<Animal>(), field<&Bird::wings>(1259, required, always)};
+};
+template <> const QelWireLayout& qelWireLayout<Bird>() {
+    return wireLayoutOf<Bird>;
+}
+template <> struct Wire<Zoo> : WireWords<Zoo> {
+    static constexpr QelWireField fields[] = {
+        derived<&Zoo::star, false>(1114, ignored, always).unchecked(),
+        derivedList<&Zoo::animals, true>(1115, optional),
+        wrappedDerivedList<&Zoo::guests, false>(1915, 1295, optional, ifSet),
+        map<&Zoo::prices>(1307, 1240, 1018, optional),
+        wrappedMap<&Zoo::parts>(2276, 2273, 1011, 0, optional, always),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Zoo>() {
+    return wireLayoutOf<Zoo>;
 }
 
 namespace {
@@ -337,6 +390,94 @@ TEST_F(QelWireTableTest, AnAbsentPointerStaysAsItWas) {
     whole.pointer.reset();
     const Whole back = roundTrip(whole);
     EXPECT_EQ(back.pointer, nullptr);
+}
+
+class QelWireFamilyTest : public QelWireTableTest {
+protected:
+    static boost::shared_ptr<Animal> animal(const char* name) {
+        boost::shared_ptr<Animal> made(new Animal);
+        made->name = name;
+        return made;
+    }
+    static boost::shared_ptr<Animal> bird(const char* name) {
+        boost::shared_ptr<Animal> made(new Bird);
+        made->name = name;
+        return made;
+    }
+
+    QelDerivedParserFactoryT<Animal, Animal> factoryAnimal{true};
+    QelDerivedParserFactoryT<Bird, Animal> factoryBird{false};
+};
+
+TEST_F(QelWireFamilyTest, EachObjectComesBackAsItsClass) {
+    Zoo zoo;
+    zoo.star = bird("eagle");
+    zoo.animals = {animal("cat"), bird("owl")};
+    zoo.guests = {bird("swan")};
+    const Zoo back = roundTrip(zoo);
+    EXPECT_NE(dynamic_cast<Bird*>(back.star.get()), nullptr);
+    ASSERT_EQ(back.animals.size(), 2U);
+    EXPECT_EQ(dynamic_cast<Bird*>(back.animals[0].get()), nullptr);
+    EXPECT_NE(dynamic_cast<Bird*>(back.animals[1].get()), nullptr);
+    ASSERT_EQ(back.guests.size(), 1U);
+    EXPECT_EQ(back.guests[0]->name, "swan");
+}
+
+TEST_F(QelWireFamilyTest, AnUncheckedRowThatCannotBeWrittenDoesNotStopTheRecord) {
+    Zoo zoo;
+    zoo.prices = {{"adult", 9}};
+    EXPECT_THAT(roundTrip(zoo).prices, ElementsAre(testing::Pair("adult", 9)));
+}
+
+TEST_F(QelWireFamilyTest, AnUntypedItemIsOfTheDefaultClassOnlyWhereTheRowSaysSo) {
+    message->newChild(1115);
+    message->putValue("cat", 1026);
+    message->seekUp();
+    Zoo zoo;
+    EXPECT_EQ(read(zoo), 0);
+    EXPECT_EQ(zoo.animals.size(), 1U);
+    message->newChild(1915);
+    message->newChild(1295);
+    message->putValue("cat", 1026);
+    message->seekUp();
+    message->seekUp();
+    EXPECT_EQ(read(zoo), -1);
+}
+
+TEST_F(QelWireFamilyTest, AMapEntryHoldsItsKeyAndItsValueOrTheFieldsOfTheValue) {
+    Zoo zoo;
+    zoo.prices = {{"adult", 9}, {"child", 4}};
+    zoo.parts = {{"a", Part{1}}};
+    const Zoo back = roundTrip(zoo);
+    EXPECT_THAT(back.prices, ElementsAre(testing::Pair("adult", 9), testing::Pair("child", 4)));
+    EXPECT_EQ(back.parts.at("a").number, 1);
+    ASSERT_EQ(message->seek(2276), 0);
+    ASSERT_EQ(message->seek(2273), 0);
+    EXPECT_EQ(message->curType(), "") << "an entry isn't stamped as its value";
+    EXPECT_EQ(childValue(*message, 1011), "a");
+    EXPECT_EQ(childValue(*message, 1010), "1");
+}
+
+TEST_F(QelWireFamilyTest, OfEntriesWithOneKeyTheFirstStays) {
+    for (const int price : {9, 4}) {
+        message->newChild(1307);
+        message->putValue("adult", 1240);
+        message->putValue(price, 1018);
+        message->seekUp();
+    }
+    Zoo zoo;
+    EXPECT_EQ(read(zoo), 0);
+    EXPECT_THAT(zoo.prices, ElementsAre(testing::Pair("adult", 9)));
+}
+
+TEST_F(QelWireFamilyTest, AnEntryWithoutAValueFails) {
+    message->newChild(1307);
+    message->putValue("adult", 1240);
+    message->seekUp();
+    Zoo zoo;
+    EXPECT_EQ(read(zoo), -1);
+    EXPECT_THAT(zoo.prices, IsEmpty());
+    EXPECT_EQ(message->curID(), 1006);
 }
 
 TEST(QelWireLayoutTest, TellsNamesKindsAndElements) {

@@ -179,7 +179,9 @@ public:
         if (!isAccessible() || m_activeLists >= m_maxLists)
             return nullptr;
         T list(new typename T::element_type(boost::intrusive_ptr<QelCacheLogic>(this)));
-        return list->isAccessible() ? list : T();
+        if (!list->isAccessible())
+            list.reset();
+        return list;
     }
 
     /// Detaches without a trace in the file.
@@ -260,16 +262,11 @@ private:
     void releaseItem(ItemValue* item);
     [[nodiscard]] Snapshot* getWritableSnapshot(eSnapshotHint hint);
     [[nodiscard]] bool isSnapshotMemoryAccessible(Snapshot* snapshot) const;
-    [[nodiscard]] Snapshot* currentSnapshot() const { return header()->snapshot.get(); }
+    [[nodiscard]] Snapshot* currentSnapshot() const;
     [[nodiscard]] CacheHeader* header() const noexcept { return m_header.load(std::memory_order_relaxed); }
 
     /// `data`, an address in the mapping `made`, in the current one.
-    template <class T> [[nodiscard]] T* rebased(T* data, const StoragePtr& made) const {
-        if (made == m_storage)
-            return data;
-        return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(data) +
-                                    static_cast<std::uintptr_t>(made->getDifference(m_storage.get())));
-    }
+    template <class T> [[nodiscard]] T* rebased(T* data, const StoragePtr& made) const;
 
     std::atomic<CacheHeader*> m_header{nullptr}; ///< in the current mapping; null: not attached
     StoragePtr m_storage;                        ///< the current mapping
@@ -290,7 +287,7 @@ template <class ItemID, class ItemValue, class Allocator>
 class QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList : public virtual QelForkableRefCounter {
 public:
     /// Acquires the current snapshot of `cache`, which may be null.
-    explicit ValuesList(const boost::intrusive_ptr<QelCacheLogic>& cache);
+    explicit ValuesList(boost::intrusive_ptr<QelCacheLogic> cache);
     /// Gives the snapshot back.  If the lock can't be taken for that, its reference stays in the file.
     ~ValuesList() override;
 

@@ -156,12 +156,11 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::replaceStorage(StoragePtr stor
 
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::lock(StoragePtr& storage) {
-    StoragePtr current;
+    storage.reset(); // not under the mutex: see replaceStorage
     {
         const std::lock_guard guard(forkMutex());
-        current = m_storage;
+        storage = m_storage;
     }
-    storage = current;
     if (!storage)
         return cacheNotAttached;
     if (const int failed = Allocator::Lock::lock(storage.get()))
@@ -267,8 +266,25 @@ bool QelCacheLogic<ItemID, ItemValue, Allocator>::isSnapshotMemoryAccessible(Sna
 }
 
 template <class ItemID, class ItemValue, class Allocator>
+auto QelCacheLogic<ItemID, ItemValue, Allocator>::currentSnapshot() const -> Snapshot* {
+    Snapshot* snapshot = header()->snapshot.get();
+    QEL_CHECK(snapshot, CacheLogicDetail::sourcePath);
+    return snapshot;
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+template <class T>
+T* QelCacheLogic<ItemID, ItemValue, Allocator>::rebased(T* data, const StoragePtr& made) const {
+    if (made == m_storage)
+        return data;
+    QEL_CHECK(made && m_storage, CacheLogicDetail::sourcePath);
+    return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(data) +
+                                static_cast<std::uintptr_t>(made->getDifference(m_storage.get())));
+}
+
+template <class ItemID, class ItemValue, class Allocator>
 auto QelCacheLogic<ItemID, ItemValue, Allocator>::acquireSnapshot(StoragePtr& storage) -> Snapshot* {
-    Snapshot* snapshot = currentSnapshot();
+    Snapshot* snapshot = header()->snapshot.get();
     if (!isSnapshotMemoryAccessible(snapshot))
         return nullptr;
     storage = m_storage;
@@ -367,6 +383,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::updateItem(const ItemID& id, co
     ItemValue* old = writable && index < writable->values.size() ? writable->values.at(index).data.get() : nullptr;
     if (!old)
         return cacheOutOfSpace;
+    __builtin_prefetch(old); // its count, wanted once the new record is there
     const StoragePtr storage = m_storage;
     const NewItem item = storeItem(source, old);
     if (!item.record)
@@ -453,15 +470,16 @@ unsigned QelCacheLogic<ItemID, ItemValue, Allocator>::getAchiveableSize() {
     Snapshot* snapshot = currentSnapshot();
     unsigned size = static_cast<unsigned>(sizeof(CacheHeader)) + heap.getBlockSize(snapshot);
     for (const record_t& record : snapshot->values)
-        size += heap.getBlockSize(record.data.get());
+        if (const ItemValue* item = record.data.get())
+            size += heap.getBlockSize(item);
     return size;
 }
 
 // --------------------------------------------------------------------------------------------------------------- lists
 
 template <class ItemID, class ItemValue, class Allocator>
-QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::ValuesList(const boost::intrusive_ptr<QelCacheLogic>& cache)
-    : m_cache(cache) {
+QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::ValuesList(boost::intrusive_ptr<QelCacheLogic> cache)
+    : m_cache(std::move(cache)) {
     if (!m_cache)
         return;
     const storageLockGuard_t guard(*m_cache);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 
 #include <sched.h>
 
@@ -14,8 +14,9 @@ void schedYield() noexcept {
 }
 
 std::string getproctitle() {
-    std::ifstream file("/proc/self/cmdline", std::ios::binary);
-    std::string title{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::ostringstream text;
+    text << std::ifstream("/proc/self/cmdline", std::ios::binary).rdbuf();
+    std::string title = text.str();
     title.erase(title.find_last_not_of('\0') + 1);
     std::replace(title.begin(), title.end(), '\0', ' ');
     // Without /proc, and in a process that wiped its arguments, the name it was started under remains.

@@ -80,8 +80,8 @@ public:
     void grow(unsigned bytes);
 
     /// Size of the block behind `data`, head included.
-    template <class T> [[nodiscard]] unsigned getBlockSize(T* data) const {
-        return static_cast<unsigned>(block_ctrl::parse(data)->getSize());
+    template <class T> [[nodiscard]] unsigned getBlockSize(const T* data) const {
+        return static_cast<unsigned>(block_ctrl::parse(const_cast<T*>(data))->getSize());
     }
 
     /// `bytes` rounded up to units of 8.

@@ -26,38 +26,31 @@ public:
 
     /// Points at itself.
     constexpr pointer_type() noexcept = default;
-    explicit pointer_type(T* target) { *this = target; }
+    explicit pointer_type(T* place) { *this = place; }
     pointer_type(const pointer_type&) = delete;
     pointer_type(pointer_type&&) = delete;
 
     pointer_type& operator=(const pointer_type& other) { return *this = other.get(); } // NOLINT: no state to protect
-    pointer_type& operator=(T* target) {
-        m_distance = target ? distanceTo(target) : nullDistance;
+    pointer_type& operator=(T* place) {
+        m_distance = place ? distanceTo(place) : nullDistance;
         return *this;
     }
 
     /// The target's address in this mapping, or null.
-    [[nodiscard]] T* get() const noexcept {
-        return m_distance == nullDistance ? nullptr : reinterpret_cast<T*>(address() + offset());
-    }
-    [[nodiscard]] T& operator*() const noexcept { return *get(); }
-    [[nodiscard]] T* operator->() const noexcept { return get(); }
+    [[nodiscard]] T* get() const noexcept { return m_distance == nullDistance ? nullptr : target(); }
+    /// Not for null.
+    [[nodiscard]] T& operator*() const noexcept { return *target(); }
+    [[nodiscard]] T* operator->() const noexcept { return target(); }
     [[nodiscard]] explicit operator bool() const noexcept { return m_distance != nullDistance; }
-
-    /// Becomes what assignment from `other` would make of it, when this pointer lies `shift` bytes below `other`.  The
-    /// inner step of moving a table of pointers: one addition, the same for all of them.
-    void assignShifted(const pointer_type& other, std::int32_t shift) noexcept {
-        m_distance = other.m_distance == nullDistance ? nullDistance : other.m_distance + shift;
-    }
 
 private:
     [[nodiscard]] std::uintptr_t address() const noexcept { return reinterpret_cast<std::uintptr_t>(this); }
-    [[nodiscard]] std::uintptr_t offset() const noexcept {
-        return static_cast<std::uintptr_t>(static_cast<std::intptr_t>(m_distance));
+    [[nodiscard]] T* target() const noexcept {
+        return reinterpret_cast<T*>(address() + static_cast<std::uintptr_t>(static_cast<std::intptr_t>(m_distance)));
     }
 
-    std::int32_t distanceTo(const T* target) const {
-        const auto distance = static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(target) - address());
+    std::int32_t distanceTo(const T* place) const {
+        const auto distance = static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(place) - address());
         if constexpr (sizeof distance > sizeof m_distance)
             QEL_CHECK(distance >= std::numeric_limits<std::int32_t>::min() &&
                           distance <= std::numeric_limits<std::int32_t>::max(),

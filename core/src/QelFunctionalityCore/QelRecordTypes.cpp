@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
+#include "QelFunctionalityCore/Configuration/QelRealm.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
@@ -21,14 +23,18 @@ template <class Record> QelRecordType byTable() {
 
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
+        byTable<QelAuthName>(),
+        byTable<QelConnectionInfo>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelOS>(),
         byTable<QelQoS>(),
+        byTable<QelRealm>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
+        makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
         makeRecordType<QelEID>("QelEID"),
         makeRecordType<QelEIDList>("QelEIDList"),
         makeRecordType<QelEnv>("QelEnv", &qelWireLayout<QelEnv>()),
@@ -36,6 +42,7 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
+        makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
     };
     std::sort(types.begin(), types.end(),

@@ -65,7 +65,7 @@ int writeField(const QelWireLayout& layout, const QelWireField& field, const voi
     if (!isWritten(field, member))
         return 0;
     const unsigned toldBefore = failuresTold;
-    if (field.codec->write(cursor, member, field.id, field) == 0)
+    if (field.codec->write(cursor, member, field.id, field) == 0 || field.ignoresWriteFailure)
         return 0;
     if (failuresTold == toldBefore)
         tellFailure("write", layout, field, cursor, "was refused");

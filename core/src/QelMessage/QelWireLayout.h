@@ -37,6 +37,7 @@ enum class QelWireKind : unsigned char {
     boolean,
     presence, ///< no value: the element's presence is the field
     record,   ///< a record in an element of its own
+    derived,  ///< a record of one of several classes, which the element's complex type tells
     base,     ///< a record at the same element
     sequence, ///< a run of items in order
     set,      ///< a run of items, sorted and without duplicates
@@ -71,6 +72,14 @@ struct QelWireField {
     const QelWireCodec* codec;
     void* (*member)(void* record);
     bool (*test)(const void* member); ///< in place of the codec's isSet, if not null
+    bool ignoresWriteFailure = false; ///< the record is written on when this field could not be
+
+    /// The same row, whose failure to be written is none of the record.
+    [[nodiscard]] constexpr QelWireField unchecked() const {
+        QelWireField row = *this;
+        row.ignoresWriteFailure = true;
+        return row;
+    }
 
     /// The ID that tells this row from the others.
     [[nodiscard]] constexpr int ownID() const { return id != 0 ? id : item; }

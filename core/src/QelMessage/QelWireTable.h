@@ -143,6 +143,48 @@ template <class Record> struct WireWords {
         made.write = write;
         return made;
     }
+    /// A run of entries `item` directly in the record's element, each with its key in element `key` and its value in
+    /// element `value`, or with `value` 0 in the entry itself.
+    template <auto member>
+    static constexpr QelWireField map(int item, int key, int value, QelWireRead read, QelWireForm form = plain) {
+        static_assert(qelWireCodec<Member<member>>.kind == QelWireKind::map, "map<> is for maps");
+        QelWireField made = row<member>(0, item, read, ifSet, form, &qelWireCodec<Member<member>>);
+        made.key = key;
+        made.value = value;
+        return made;
+    }
+    /// The same in an element `wrapper` of its own.
+    template <auto member>
+    static constexpr QelWireField wrappedMap(int wrapper, int item, int key, int value, QelWireRead read,
+                                             QelWireWrite write, QelWireForm form = plain) {
+        QelWireField made = map<member>(item, key, value, read, form);
+        made.id = wrapper;
+        made.write = write;
+        return made;
+    }
+    /// A pointer to a record of one of the classes registered for its base.  With `useDefault` an element of another
+    /// type is read as the base's default class.
+    template <auto member, bool useDefault>
+    static constexpr QelWireField derived(int id, QelWireRead read, QelWireWrite write) {
+        using Pointer = Member<member>;
+        using Value = Internal::WireDerivedValue<typename Pointer::element_type, useDefault>;
+        return row<member>(id, 0, read, write, plain, &qelWireCodec<Pointer, Value>);
+    }
+    /// A run of such records in elements `item`, directly in the record's element.
+    template <auto member, bool useDefault> static constexpr QelWireField derivedList(int item, QelWireRead read) {
+        using List = Member<member>;
+        using ItemValue = Internal::WireDerivedValue<typename List::value_type::element_type, useDefault>;
+        return row<member>(0, item, read, ifSet, plain,
+                           &qelWireCodec<List, Internal::WireSequenceValue<List, ItemValue>>);
+    }
+    /// The same in an element `wrapper` of its own.
+    template <auto member, bool useDefault>
+    static constexpr QelWireField wrappedDerivedList(int wrapper, int item, QelWireRead read, QelWireWrite write) {
+        QelWireField made = derivedList<member, useDefault>(item, read);
+        made.id = wrapper;
+        made.write = write;
+        return made;
+    }
     /// The fields of a base class, at the same element.
     template <class Base> static constexpr QelWireField base(QelWireRead read = required) {
         static_assert(std::is_base_of_v<Base, Record>, "base<> takes a base class of the record");

@@ -8,7 +8,7 @@
 
 #include <boost/shared_ptr.hpp>
 
-#include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelDerivedParsers.h"
 #include "QelMessage/QelRecord.h"
 #include "QelMessage/QelWireLayout.h"
 
@@ -85,9 +85,10 @@ struct WireContent<T> {
 
 } // namespace Internal
 
-template <class T> constexpr QelWireCodec makeWireCodec();
+template <class T, class Value> constexpr QelWireCodec makeWireCodec();
 /// The one codec of a type.
-template <class T> inline constexpr QelWireCodec qelWireCodec = makeWireCodec<T>();
+template <class T, class Value = QelWireValue<T>>
+inline constexpr QelWireCodec qelWireCodec = makeWireCodec<T, Value>();
 
 template <> struct QelWireValue<std::string> {
     static constexpr QelWireKind kind = QelWireKind::text;
@@ -102,7 +103,9 @@ template <> struct QelWireValue<std::string> {
 
 /// Numbers and enumerations.  One that doesn't fit the member is as unreadable as one that is no number.
 template <Internal::WireNumber T> struct QelWireValue<T> {
-    static constexpr QelWireKind kind = sizeof(T) > sizeof(int) ? QelWireKind::longInteger : QelWireKind::integer;
+    // A long is as long as the machine says, but what it holds, a time or a size, wants 64 bits where there are any.
+    static constexpr QelWireKind kind = sizeof(T) > sizeof(int) || std::is_same_v<T, long> ? QelWireKind::longInteger
+                                                                                           : QelWireKind::integer;
     static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField& field) {
         if constexpr (std::is_same_v<T, long>)
             if (field.form == QelWireForm::time)
@@ -207,46 +210,102 @@ int writeWireItems(QelMessageIterator& cursor, const Container& items, int id, c
     return result == 0 ? 0 : -1;
 }
 
-} // namespace Internal
-
-template <Internal::WireSequence C> struct QelWireValue<C> {
+/// A run of items in order.  `V` tells how an item crosses the wire.
+template <class C, class V> struct WireSequenceValue {
+    using ItemValue = V;
     using Item = typename C::value_type;
     static constexpr QelWireKind kind = QelWireKind::sequence;
     static int read(const QelMessageIterator& cursor, C& items, int id, const QelWireField& field) {
-        return Internal::readWireItems(cursor, id, field, [&] {
+        return readWireItems(cursor, id, field, [&] {
             items.emplace_back();
-            if (QelWireValue<Item>::read(cursor, items.back(), 0, field) == 0)
+            if (V::read(cursor, items.back(), 0, field) == 0)
                 return 0;
             items.pop_back();
             return -1;
         });
     }
     static int write(QelMessageIterator& cursor, const C& items, int id, const QelWireField& field) {
-        return Internal::writeWireItems(cursor, items, id, field, [&](const Item& item) {
-            return QelWireValue<Item>::write(cursor, item, 0, field);
-        });
+        return writeWireItems(cursor, items, id, field,
+                              [&](const Item& item) { return V::write(cursor, item, 0, field); });
     }
     static bool isSet(const C& items) { return !items.empty(); }
 };
 
+/// A pointer to a record whose class the element's complex type tells.
+template <class Base, bool useDefault> struct WireDerivedValue {
+    using RecordType = Base;
+    static constexpr QelWireKind kind = QelWireKind::derived;
+    static int read(const QelMessageIterator& cursor, boost::shared_ptr<Base>& value, int id, const QelWireField&) {
+        return cursor.getObject(value, QelReaderDerived<Base>(useDefault), id);
+    }
+    static int write(QelMessageIterator& cursor, const boost::shared_ptr<Base>& value, int id, const QelWireField&) {
+        return value ? cursor.putObject(value, QelWriterDerived<Base>(), id) : -1;
+    }
+    static bool isSet(const boost::shared_ptr<Base>& value) { return value != nullptr; }
+};
+
+} // namespace Internal
+
+template <Internal::WireSequence C>
+struct QelWireValue<C> : Internal::WireSequenceValue<C, QelWireValue<typename C::value_type>> {};
+
 template <Internal::WireSet C> struct QelWireValue<C> {
     using Item = typename C::value_type;
+    using ItemValue = QelWireValue<Item>;
     static constexpr QelWireKind kind = QelWireKind::set;
     static int read(const QelMessageIterator& cursor, C& items, int id, const QelWireField& field) {
         return Internal::readWireItems(cursor, id, field, [&] {
             Item item{};
-            if (QelWireValue<Item>::read(cursor, item, 0, field) != 0)
+            if (ItemValue::read(cursor, item, 0, field) != 0)
                 return -1;
             items.insert(std::move(item));
             return 0;
         });
     }
     static int write(QelMessageIterator& cursor, const C& items, int id, const QelWireField& field) {
-        return Internal::writeWireItems(cursor, items, id, field, [&](const Item& item) {
-            return QelWireValue<Item>::write(cursor, item, 0, field);
-        });
+        return Internal::writeWireItems(cursor, items, id, field,
+                                        [&](const Item& item) { return ItemValue::write(cursor, item, 0, field); });
     }
     static bool isSet(const C& items) { return !items.empty(); }
+};
+
+/// A run of entries, each with its key in element `field.key` and its value in `field.value`, or with 0 there in the
+/// entry's own element.  Of entries with one key the first stays.
+template <class K, class M, class Compare> struct QelWireValue<std::map<K, M, Compare>> {
+    using Key = K;
+    using KeyValue = QelWireValue<K>;
+    using Item = M;
+    using ItemValue = QelWireValue<M>;
+    using Map = std::map<K, M, Compare>;
+    static constexpr QelWireKind kind = QelWireKind::map;
+    static int read(const QelMessageIterator& cursor, Map& map, int id, const QelWireField& field) {
+        return Internal::readWireItems(cursor, id, field, [&] {
+            K key{};
+            M value{};
+            if (KeyValue::read(cursor, key, field.key, field) != 0 ||
+                ItemValue::read(cursor, value, field.value, field) != 0)
+                return -1;
+            map.emplace(std::move(key), std::move(value));
+            return 0;
+        });
+    }
+    static int write(QelMessageIterator& cursor, const Map& map, int id, const QelWireField& field) {
+        return Internal::writeWireItems(cursor, map, id, field, [&](const auto& entry) {
+            if (KeyValue::write(cursor, entry.first, field.key, field) != 0)
+                return -1;
+            return writeValue(cursor, entry.second, field);
+        });
+    }
+    static bool isSet(const Map& map) { return !map.empty(); }
+
+private:
+    // A value in the entry's own element doesn't stamp it: the element is the pair's.
+    static int writeValue(QelMessageIterator& cursor, const M& value, const QelWireField& field) {
+        if constexpr (Internal::WireRecord<M>)
+            if (field.value == 0)
+                return typename M::writer_type()(cursor, value);
+        return ItemValue::write(cursor, value, field.value, field);
+    }
 };
 
 /// A pointer to a record of just this class.  Null isn't written; reading makes a new record.
@@ -265,8 +324,7 @@ template <Internal::WireRecord T> struct QelWireValue<boost::shared_ptr<T>> {
     static bool isSet(const boost::shared_ptr<T>& value) { return value != nullptr; }
 };
 
-template <class T> constexpr QelWireCodec makeWireCodec() {
-    using Value = QelWireValue<T>;
+template <class T, class Value> constexpr QelWireCodec makeWireCodec() {
     using Content = typename Internal::WireContent<T>::type;
     QelWireCodec codec{};
     codec.kind = Value::kind;
@@ -274,10 +332,12 @@ template <class T> constexpr QelWireCodec makeWireCodec() {
         codec.typeName = Internal::typeName<Content>();
     if constexpr (Internal::WireRecordWithTable<Content>)
         codec.layout = &Internal::layoutOfRecord<Content>;
+    if constexpr (Value::kind == QelWireKind::derived)
+        codec.typeName = Internal::typeName<typename Value::RecordType>();
     if constexpr (requires { typename Value::Key; })
         codec.key = &qelWireCodec<typename Value::Key>;
     if constexpr (requires { typename Value::Item; })
-        codec.item = &qelWireCodec<typename Value::Item>;
+        codec.item = &qelWireCodec<typename Value::Item, typename Value::ItemValue>;
     codec.isOptional = !std::is_same_v<Content, T>;
     codec.read = [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
         return Value::read(cursor, *static_cast<T*>(member), id, field);
