@@ -118,6 +118,8 @@ std::string describeKind(const QelWireCodec& codec) {
         return "presence";
     case QelWireKind::record:
         return named("record");
+    case QelWireKind::derived:
+        return named("record derived from");
     case QelWireKind::base:
         return named("base");
     case QelWireKind::sequence:
