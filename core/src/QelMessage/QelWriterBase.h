@@ -4,8 +4,8 @@ namespace Qel {
 
 namespace Internal {
 
-/// True if both arguments are one function.  Their addresses aren't compared, since g++ doesn't take that for a constant
-/// where it checks pointers (-fsanitize=null).
+/// True if both arguments are one function.  Their addresses aren't compared, since g++ doesn't take that for a
+/// constant where it checks pointers (-fsanitize=null).
 template <auto f, auto g> inline constexpr bool isSameFunction = false;
 template <auto f> inline constexpr bool isSameFunction<f, f> = true;
 
