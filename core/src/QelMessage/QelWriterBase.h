@@ -1,6 +1,17 @@
 #pragma once
 
+#include <type_traits>
+
 namespace Qel {
+
+namespace Internal {
+
+template <auto function> struct FunctionTag;
+
+/// Compared as template arguments: g++ takes no addresses for constants while it instruments undefined behaviour.
+template <auto a, auto b> inline constexpr bool isOneFunction = std::is_same_v<FunctionTag<a>, FunctionTag<b>>;
+
+} // namespace Internal
 
 /// The statics that tell how a writer marks the element it writes into, and their defaults: no namespace, and type 50,
 /// which lies below the first complex type and so marks nothing.
@@ -23,25 +34,25 @@ struct QelWriterBase {
 ///     };
 template <class Self> struct QelWriterBaseT : QelWriterBase {
     static constexpr int getNSID() {
-        if constexpr (&Self::getNSID == &QelWriterBaseT::getNSID)
+        if constexpr (Internal::isOneFunction<&Self::getNSID, &QelWriterBaseT::getNSID>)
             return QelWriterBase::getNSID();
         else
             return Self::getNSID();
     }
     static constexpr int getTypeID() {
-        if constexpr (&Self::getTypeID == &QelWriterBaseT::getTypeID)
+        if constexpr (Internal::isOneFunction<&Self::getTypeID, &QelWriterBaseT::getTypeID>)
             return QelWriterBase::getTypeID();
         else
             return Self::getTypeID();
     }
     static constexpr const char* getStrNSID() {
-        if constexpr (&Self::getStrNSID == &QelWriterBaseT::getStrNSID)
+        if constexpr (Internal::isOneFunction<&Self::getStrNSID, &QelWriterBaseT::getStrNSID>)
             return QelWriterBase::getStrNSID();
         else
             return Self::getStrNSID();
     }
     static constexpr const char* getStrTypeID() {
-        if constexpr (&Self::getStrTypeID == &QelWriterBaseT::getStrTypeID)
+        if constexpr (Internal::isOneFunction<&Self::getStrTypeID, &QelWriterBaseT::getStrTypeID>)
             return QelWriterBase::getStrTypeID();
         else
             return Self::getStrTypeID();
