@@ -2,8 +2,12 @@
 
 // Every public header of the library.
 
+#include "QelFunctionalityCore/Configuration/DebugConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelAuthName.h"
+#include "QelFunctionalityCore/Configuration/QelConfiguration.h"
+#include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
 #include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
+#include "QelFunctionalityCore/Configuration/QelOptionsFileSerializer.h"
 #include "QelFunctionalityCore/Configuration/QelRealm.h"
 #include "QelFunctionalityCore/Environment/QelAlertType.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"

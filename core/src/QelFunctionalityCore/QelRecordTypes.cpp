@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
 #include "QelFunctionalityCore/Configuration/QelRealm.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
@@ -34,6 +35,7 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelRealm>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
+        makeRecordType<QelConfiguration>("QelConfiguration"),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
         makeRecordType<QelEID>("QelEID"),
         makeRecordType<QelEIDList>("QelEIDList"),
