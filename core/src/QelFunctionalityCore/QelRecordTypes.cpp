@@ -6,6 +6,12 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
 
@@ -19,6 +25,21 @@ template <class Record> QelRecordType byTable() {
     return makeRecordType<Record>(layout.typeName, &layout);
 }
 
+// A base that has no objects of its own: the element's complex type tells the class.
+template <class Base> struct AnyReader {
+    int operator()(const QelMessageIterator& cursor, boost::shared_ptr<Base>& record) const {
+        return QelReaderDerived<Base>(false)(cursor, record);
+    }
+};
+template <class Base> QelRecordType anyOf() {
+    const QelWireLayout& layout = qelWireLayout<Base>();
+    QelRecordType type =
+        makeRecordType<boost::shared_ptr<Base>, AnyReader<Base>, QelWriterDerived<Base>>(layout.typeName, &layout);
+    type.nsId = layout.nsId;
+    type.typeId = layout.typeId;
+    return type;
+}
+
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelEnvMListOptions>(),
@@ -27,6 +48,12 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelNativeConfig>(),
         byTable<QelOS>(),
         byTable<QelQoS>(),
+        byTable<QelScheduleTask>(),
+        byTable<QelSchedulerDailyTrigger>(),
+        byTable<QelSchedulerMonthlyDayOfWeekTrigger>(),
+        byTable<QelSchedulerMonthlyTrigger>(),
+        byTable<QelSchedulerOnceTrigger>(),
+        byTable<QelSchedulerWeeklyTrigger>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
         makeRecordType<QelEID>("QelEID"),
@@ -36,6 +63,7 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
+        anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
     };
     std::sort(types.begin(), types.end(),
