@@ -16,12 +16,7 @@ namespace {
 
 using testing::IsEmpty;
 
-class QelCacheLogicProcessTest : public testing::Test {
-protected:
-    void expectClean() { EXPECT_THAT(findingsIn(file), IsEmpty()); }
-
-    const TempFile file;
-};
+using QelCacheLogicProcessTest = CacheFileTest;
 
 /// A value whose serialisation signals that the lock is held and then never ends.
 struct StuckSource {

@@ -316,6 +316,51 @@ TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInv
     EXPECT_EQ(heap->getTtlAllocated(), headerBytes);
 }
 
+TEST(QelSharedMemoryManagerTest, HeapsUsedInTurnKeepTheirListsApart) {
+    // What a thread remembers of one list is wrong for the other at almost every step.
+    std::mt19937 random(9);
+    Heap heaps[] = {Heap(1 << 16), Heap(1 << 17)};
+    std::map<std::size_t, std::size_t> used[2];
+    for (int step = 0; step < 4000; ++step) {
+        const unsigned which = random() % 3 == 0;
+        Heap& heap = heaps[which];
+        const std::size_t bytes = 1 + random() % 100;
+        if (random() % 2) {
+            if (const char* data = heap.allocate(bytes))
+                used[which].emplace(heap.offsetOf(data), bytes);
+        } else if (!used[which].empty()) {
+            auto victim = used[which].lower_bound(random() % heap->getSize());
+            if (victim == used[which].end())
+                victim = used[which].begin();
+            heap->deallocate(heap.base() + victim->first);
+            used[which].erase(victim);
+        }
+        if (step % 20 == 0)
+            heap.expectSound(used[which]);
+        if (HasFailure())
+            FAIL() << "at step " << step;
+    }
+}
+
+TEST(QelSharedMemoryManagerTest, ListOfThousandsOfBlocksIsWalkedToItsEnd) {
+    constexpr unsigned count = 3000;
+    Heap heap(56 + count * 64);
+    std::vector<char*> data;
+    for (unsigned i = 0; i < count; ++i)
+        data.push_back(heap.allocate(56));
+    for (unsigned i = 0; i < count; i += 2)
+        heap->deallocate(data[i]);
+    EXPECT_EQ(heap.freeBlocks().size(), count / 2);
+    EXPECT_EQ(heap.allocate(60), nullptr) << "no two neighbours are free";
+    heap->deallocate(data[1]);
+    EXPECT_EQ(heap.allocate(180), data[2]) << "the last of the list, which three blocks made";
+    for (unsigned i = 3; i < count; i += 2)
+        heap->deallocate(data[i]);
+    heap->deallocate(data[2]);
+    EXPECT_EQ(heap.freeBlocks().size(), 1U);
+    EXPECT_EQ(heap->getTtlAllocated(), 56U);
+}
+
 TEST(QelSharedMemoryManagerDeathTest, BlockGivenBackTwiceIsFatal) {
     Heap heap(4096);
     char* data = heap.allocate(8);

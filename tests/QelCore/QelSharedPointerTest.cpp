@@ -60,16 +60,6 @@ TEST(QelSharedPointerTest, AssignmentComputesTheDistanceForTheNewPlace) {
     EXPECT_EQ(room.second.get(), nullptr);
 }
 
-TEST(QelSharedPointerTest, ShiftedAssignmentEqualsAssignmentAndKeepsNull) {
-    Room room;
-    room.first = &room.above;
-    room.second.assignShifted(room.first, -4);
-    EXPECT_EQ(room.second.get(), &room.above);
-    room.first = nullptr;
-    room.second.assignShifted(room.first, -4);
-    EXPECT_EQ(room.second.get(), nullptr);
-}
-
 #if UINTPTR_MAX > UINT32_MAX
 TEST(QelSharedPointerDeathTest, RefusesATargetFartherThanItsBitsTell) {
     Room room;

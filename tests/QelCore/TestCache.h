@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,12 @@ private:
     }
 
     std::vector<unsigned char> m_bytes;
+};
+
+/// A value whose bytes are told by a function.
+struct TestSource {
+    std::function<int(const void**, unsigned&, const void*)> tell;
+    int getBuffer(const void** buffer, unsigned& length, const void* old) const { return tell(buffer, length, old); }
 };
 
 using TestCache = QelCacheLogic<QelGUIDBase, TestRecord, QelMappedMemoryManager>;

@@ -1,64 +1,15 @@
 #include "QelCore/TestSupport.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace Qel {
-
-TempFile::TempFile() : m_directory((std::filesystem::temp_directory_path() / "qel-XXXXXX").string()) {
-    if (!mkdtemp(m_directory.data()))
-        std::abort();
-    m_path = m_directory + "/cache";
-}
-
-TempFile::~TempFile() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_directory, ignored);
-}
-
-bool TempFile::exists() const {
-    return std::filesystem::exists(m_path);
-}
-
-std::uint64_t TempFile::size() const {
-    return std::filesystem::file_size(m_path);
-}
-
-void TempFile::write(const std::string& bytes) const {
-    std::ofstream(m_path, std::ios::binary) << bytes;
-}
-
-std::string TempFile::read() const {
-    std::ostringstream bytes;
-    bytes << std::ifstream(m_path, std::ios::binary).rdbuf();
-    return bytes.str();
-}
-
-std::uint32_t TempFile::word(unsigned offset) const {
-    std::uint32_t value = 0;
-    std::ifstream file(m_path, std::ios::binary);
-    file.seekg(offset);
-    file.read(reinterpret_cast<char*>(&value), sizeof value);
-    return value;
-}
-
-void TempFile::setWord(unsigned offset, std::uint32_t value) const {
-    std::fstream file(m_path, std::ios::binary | std::ios::in | std::ios::out);
-    file.seekp(offset);
-    file.write(reinterpret_cast<const char*>(&value), sizeof value);
-}
 
 namespace {
 
@@ -182,62 +133,6 @@ private:
 
 std::vector<std::string> findingsIn(const TempFile& file, bool allReferenced) {
     return FileWalk(file.read()).run(allReferenced);
-}
-
-Signal::Signal() {
-    if (pipe(m_ends))
-        std::abort();
-}
-
-Signal::~Signal() {
-    close(m_ends[0]);
-    close(m_ends[1]);
-}
-
-void Signal::give() const {
-    const char byte = 1;
-    if (::write(m_ends[1], &byte, 1) != 1)
-        std::abort();
-}
-
-void Signal::wait() const {
-    char byte;
-    ssize_t got = -1;
-    do
-        got = ::read(m_ends[0], &byte, 1);
-    while (got < 0 && errno == EINTR);
-    if (got != 1)
-        std::abort();
-}
-
-ChildProcess::ChildProcess(const std::function<int()>& main) : m_process(fork()) {
-    if (m_process < 0)
-        std::abort();
-    if (m_process == 0)
-        _exit(main());
-}
-
-ChildProcess::~ChildProcess() {
-    if (m_process > 0) {
-        kill();
-        wait();
-    }
-}
-
-int ChildProcess::wait() {
-    int status = 0;
-    while (waitpid(m_process, &status, 0) < 0 && errno == EINTR) {
-    }
-    m_process = -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-void ChildProcess::kill() {
-    ::kill(m_process, SIGKILL);
-}
-
-int inChild(const std::function<int()>& main) {
-    return ChildProcess(main).wait();
 }
 
 TestCachePtr makeCache(const TempFile& file, unsigned maxStorage, unsigned maxItem) {

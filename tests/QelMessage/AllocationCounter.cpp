@@ -25,6 +25,22 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    count.fetch_add(1, std::memory_order_relaxed);
+    const auto granule = static_cast<std::size_t>(alignment);
+    if (void* const memory = std::aligned_alloc(granule, (size + granule - 1) / granule * granule))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory, std::align_val_t) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
+    std::free(memory);
+}
+
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }

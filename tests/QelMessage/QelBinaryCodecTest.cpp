@@ -333,6 +333,7 @@ TEST(QelBinaryCodecTest, WritingAllocatesNothingAndReadingAllocatesPerMessage) {
         counts.push_back(allocationsOf([&] { EXPECT_EQ(QelBinaryCodec::readMessage(bytes, read, readEnvelope), 0); }));
     }
     EXPECT_EQ(counts[0], counts[1]);
+    EXPECT_GE(counts[0], 2U) << "the buffer and the elements, if they are counted at all";
     EXPECT_LE(counts[0], 8U);
 }
 

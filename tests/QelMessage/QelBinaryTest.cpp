@@ -21,7 +21,6 @@ namespace Qel {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 using TestSupport::describe;
@@ -321,7 +320,7 @@ TEST(QelBinaryTest, AFileThatIsTooLongIsNotRead) {
     write(directory / "m.xml", "<message/>");
     std::filesystem::resize_file(directory / "m.xml", (64U << 20) + 1);
     EXPECT_NE(TestMessage()->loadFromFile(directory / "m.xml"), 0);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("longer than 67108864 bytes"));
+    EXPECT_EQ(getErrorMessage(), (directory / "m.xml") + ": longer than 67108864 bytes");
 }
 
 } // namespace

@@ -347,7 +347,7 @@ TEST(QelTextCodecTest, AMalformedTextIsRejectedWithItsPlace) {
     EXPECT_THAT(failure("<message>\n  <name>\n</message>"), HasSubstr("line 3, column "));
     EXPECT_EQ(failure("<message/>\n<message/>"), "line 2, column 2: a second element beside the document's own");
     EXPECT_THAT(failure("<message/>\n junk"), HasSubstr("text outside the document's element"));
-    EXPECT_THAT(failure("<![CDATA[x]]><message/>"), HasSubstr("text outside the document's element"));
+    EXPECT_THAT(failure("<![CDATA[ ]]><message/>"), HasSubstr("text outside the document's element"));
     EXPECT_EQ(failure("<massage/>"), "line 1, column 2: the document's element is 'massage', not 'message'");
     EXPECT_EQ(failure("<message>\n<name>\xC3\xA9&x;</name></message>"),
               "line 2, column 8: an unknown or malformed reference");
@@ -358,6 +358,8 @@ TEST(QelTextCodecTest, AMalformedTextIsRejectedWithItsPlace) {
     EXPECT_THAT(failure("<message"), HasSubstr("line 1, column "));
     EXPECT_THAT(failure("<message a='1' a='2'/>"), HasSubstr("a second attribute a"));
     EXPECT_THAT(failure("<message a5='1' _x61_5='2'/>"), HasSubstr("a second attribute"));
+    EXPECT_THAT(failure("<message xmlns='urn:qel:env' xmlns='urn:qel:env'/>"), HasSubstr("a second attribute xmlns"));
+    EXPECT_THAT(failure("<message time='1' time='2'/>"), HasSubstr("a second attribute time"));
     EXPECT_THAT(failure("<message a='<'/>"), HasSubstr("'<' in the value of attribute a"));
     EXPECT_THAT(failure("<message a=1/>"), HasSubstr("line 1, column "));
     EXPECT_THAT(failure("<message a='&lt'/>"), HasSubstr("reference"));

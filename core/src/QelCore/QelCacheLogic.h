@@ -179,7 +179,9 @@ public:
         if (!isAccessible() || m_activeLists >= m_maxLists)
             return nullptr;
         T list(new typename T::element_type(boost::intrusive_ptr<QelCacheLogic>(this)));
-        return list->isAccessible() ? list : T();
+        if (!list->isAccessible())
+            list.reset();
+        return list;
     }
 
     /// Detaches without a trace in the file.
@@ -285,7 +287,7 @@ template <class ItemID, class ItemValue, class Allocator>
 class QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList : public virtual QelForkableRefCounter {
 public:
     /// Acquires the current snapshot of `cache`, which may be null.
-    explicit ValuesList(const boost::intrusive_ptr<QelCacheLogic>& cache);
+    explicit ValuesList(boost::intrusive_ptr<QelCacheLogic> cache);
     /// Gives the snapshot back.  If the lock can't be taken for that, its reference stays in the file.
     ~ValuesList() override;
 

@@ -156,12 +156,11 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::replaceStorage(StoragePtr stor
 
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::lock(StoragePtr& storage) {
-    StoragePtr current;
+    storage.reset(); // not under the mutex: see replaceStorage
     {
         const std::lock_guard guard(forkMutex());
-        current = m_storage;
+        storage = m_storage;
     }
-    storage = current;
     if (!storage)
         return cacheNotAttached;
     if (const int failed = Allocator::Lock::lock(storage.get()))
@@ -384,6 +383,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::updateItem(const ItemID& id, co
     ItemValue* old = writable && index < writable->values.size() ? writable->values.at(index).data.get() : nullptr;
     if (!old)
         return cacheOutOfSpace;
+    __builtin_prefetch(old); // its count, wanted once the new record is there
     const StoragePtr storage = m_storage;
     const NewItem item = storeItem(source, old);
     if (!item.record)
@@ -478,8 +478,8 @@ unsigned QelCacheLogic<ItemID, ItemValue, Allocator>::getAchiveableSize() {
 // --------------------------------------------------------------------------------------------------------------- lists
 
 template <class ItemID, class ItemValue, class Allocator>
-QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::ValuesList(const boost::intrusive_ptr<QelCacheLogic>& cache)
-    : m_cache(cache) {
+QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::ValuesList(boost::intrusive_ptr<QelCacheLogic> cache)
+    : m_cache(std::move(cache)) {
     if (!m_cache)
         return;
     const storageLockGuard_t guard(*m_cache);

@@ -6,6 +6,7 @@
 #include <type_traits>
 
 #include "QelCommon/Debug.h"
+#include "QelCore/QelRecordTable.h"
 
 namespace Qel {
 
@@ -26,7 +27,7 @@ public:
 
     struct record_t {
         Key key;   ///< offset 0; never changed while the record is in use
-        Data data; ///< offset 16 with a key of 16 bytes: the value, relative to this field's own address
+        Data data; ///< offset 16: the value, relative to this field's own address
     };
 
     /// Orders records by their keys alone.
@@ -46,7 +47,7 @@ public:
             return *this;
         m_count = other.m_count;
         m_reserved = other.m_reserved;
-        moveUpwards(other.begin(), begin(), m_count);
+        QelRecordTable::moveUpwards(other.begin(), begin(), m_count);
         return *this;
     }
 
@@ -92,7 +93,7 @@ public:
         std::size_t index;
         static_cast<void>(findIndex(key, index));
         record_t* place = begin() + index;
-        moveDownwards(place, place + 1, m_count - index);
+        QelRecordTable::moveDownwards(place, place + 1, m_count - index);
         place->data = value;
         place->key = key;
         // In this order, so that a crash between the two leaves no slot beyond the block.
@@ -105,7 +106,7 @@ public:
     record_t* remove(std::size_t index) {
         QEL_CHECK(index < m_count, sourcePath);
         record_t* place = begin() + index;
-        moveUpwards(place + 1, place, m_count - index - 1);
+        QelRecordTable::moveUpwards(place + 1, place, m_count - index - 1);
         --m_count;
         ++m_reserved;
         return place;
@@ -134,39 +135,13 @@ private:
         return first + static_cast<std::size_t>(Cmp1St()(*first, key));
     }
 
-    /// Assigns `count` records one by one, the lowest first: also for a target that overlaps the source from below.
-    /// Every pointer moves by the same distance, so each changes by the same constant.
-    static void moveUpwards(const record_t* source, record_t* target, std::size_t count) noexcept {
-        const std::int32_t shift = distance(source, target);
-        for (std::size_t i = 0; i < count; ++i)
-            move(source[i], target[i], shift);
-    }
-
-    /// The same, the highest first: for a target that overlaps the source from above.
-    static void moveDownwards(const record_t* source, record_t* target, std::size_t count) noexcept {
-        const std::int32_t shift = distance(source, target);
-        for (std::size_t i = count; i-- > 0;)
-            move(source[i], target[i], shift);
-    }
-
-    static void move(const record_t& source, record_t& target, std::int32_t shift) noexcept {
-        target.key = source.key;
-        target.data.assignShifted(source.data, shift);
-    }
-
-    /// Bytes that `source` lies above `target`.  Both are in one mapping of less than 2 GiB.
-    static std::int32_t distance(const record_t* source, const record_t* target) noexcept {
-        return static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(source) -
-                                         reinterpret_cast<std::uintptr_t>(target));
-    }
-
     std::uint32_t m_count = 0;    ///< offset 0: records in use
     std::uint32_t m_reserved = 1; ///< offset 4: free slots behind the last record
     record_t m_first;             ///< offset 8: the first of all slots; the others follow it
 
     static_assert(offsetof(record_t, key) == 0);
-    static_assert(offsetof(record_t, data) == sizeof(Key));
-    static_assert(sizeof(record_t) == sizeof(Key) + sizeof(Data));
+    static_assert(offsetof(record_t, data) == QelRecordTable::keyBytes);
+    static_assert(sizeof(record_t) == QelRecordTable::recordBytes);
 };
 
 } // namespace Qel

@@ -1,5 +1,8 @@
 #include "QelCore/QelSharedMemoryManager.h"
 
+#include <algorithm>
+#include <array>
+
 namespace Qel {
 
 namespace {
@@ -9,6 +12,99 @@ constexpr const char* sourcePath = "core/src/QelCore/QelSharedMemoryManager";
 bool isAligned(const void* pointer) {
     return reinterpret_cast<std::uintptr_t>(pointer) % QelSharedMemoryManager::unitSize == 0;
 }
+
+/// Where the free blocks lay at the last walk of a list, in their order: offsets from the sentinel, which ends the list
+/// as offset 0.
+class RememberedPath {
+public:
+    /// Kept out of line: the compiler holds the address of such a variable for cheap and would ask for it at every
+    /// step.
+    [[gnu::noinline]] static RememberedPath& ofThisThread() noexcept {
+        thread_local RememberedPath path;
+        return path;
+    }
+
+    /// Whether the block at `step` is remembered at `offset`.
+    [[nodiscard]] bool confirms(std::size_t step, std::uint32_t offset) const noexcept {
+        return step < m_count && differs(m_offsets[step], offset) == 0;
+    }
+    [[nodiscard]] std::uint32_t at(std::size_t step) const noexcept { return m_offsets[step]; }
+
+    /// Learns that the block at `step` lies at `offset`.  Most often that is a block that came between two known ones,
+    /// or one behind some that went, so what follows is kept.
+    [[gnu::noinline]] void correct(std::size_t step, std::uint32_t offset) noexcept {
+        constexpr std::size_t mostGone = 8;
+        if (step >= capacity)
+            return;
+        const auto here = m_offsets.begin() + static_cast<std::ptrdiff_t>(step);
+        const auto end = m_offsets.begin() + static_cast<std::ptrdiff_t>(m_count);
+        const auto limit = m_offsets.begin() + static_cast<std::ptrdiff_t>(std::min(m_count, step + mostGone));
+        const auto known = here < limit ? std::find(here, limit, offset) : limit;
+        if (known < limit) {
+            std::copy(known, end, here);
+            m_count -= static_cast<std::size_t>(known - here);
+            return;
+        }
+        if (m_count < capacity)
+            ++m_count;
+        std::copy_backward(here, m_offsets.begin() + static_cast<std::ptrdiff_t>(m_count) - 1,
+                           m_offsets.begin() + static_cast<std::ptrdiff_t>(m_count));
+        *here = offset;
+    }
+
+private:
+    static constexpr std::size_t capacity = 1024;
+
+    /// Zero if the two are equal, by a way that the compiler can't see through.  If it could, it would take the one for
+    /// the other, and the walk would wait for the one that comes from memory.
+    static std::uint32_t differs(std::uint32_t a, std::uint32_t b) noexcept {
+        std::uint32_t difference = a ^ b;
+        asm("" : "+r"(difference));
+        return difference;
+    }
+
+    std::array<std::uint32_t, capacity> m_offsets{};
+    std::size_t m_count = 0;
+};
+
+/// Walks the free list from the sentinel on.
+///
+/// A block lies in a page of its own, and is known only when the one before has been read: a plain walk waits for
+/// memory at every step.  This one takes the next block from the path that it remembers, while the processor still
+/// compares that with the list, and so reads many blocks at once.  The path is never believed: it doesn't matter that
+/// other processes change the list meanwhile, or that the path is one of another file.
+class FreeListWalk {
+public:
+    using block_ctrl = QelSharedMemoryManager::block_ctrl;
+
+    explicit FreeListWalk(block_ctrl* sentinel) noexcept
+        : m_base(reinterpret_cast<std::uintptr_t>(sentinel)), m_previous(sentinel), m_block(follow(sentinel)) {}
+
+    [[nodiscard]] block_ctrl* previous() const noexcept { return m_previous; }
+    [[nodiscard]] block_ctrl* block() const noexcept { return m_block; }
+
+    void advance() noexcept {
+        m_previous = m_block;
+        m_block = follow(m_block);
+    }
+
+private:
+    block_ctrl* follow(const block_ctrl* block) noexcept {
+        block_ctrl* next = block->next.get();
+        const auto offset = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(next) - m_base);
+        const std::size_t step = m_step++;
+        if (m_path.confirms(step, offset)) [[likely]]
+            return reinterpret_cast<block_ctrl*>(m_base + m_path.at(step));
+        m_path.correct(step, offset);
+        return next;
+    }
+
+    RememberedPath& m_path = RememberedPath::ofThisThread();
+    std::uintptr_t m_base;
+    std::size_t m_step = 0;
+    block_ctrl* m_previous;
+    block_ctrl* m_block;
+};
 
 } // namespace
 
@@ -41,16 +137,20 @@ void QelSharedMemoryManager::resize(std::size_t newSize) {
 /// Best fit, cut short by the first block of which at most a quarter would be left over.
 QelSharedMemoryManager::FreeBlock QelSharedMemoryManager::findFreeBlock(unsigned need) {
     FreeBlock best{nullptr, nullptr};
-    block_ctrl* previous = end();
-    for (block_ctrl* block = previous->next.get(); block != end(); previous = block, block = block->next.get()) {
+    const block_ctrl* sentinel = end();
+    const std::uintptr_t lower = lowerBound();
+    const std::uintptr_t upper = upperBound();
+    for (FreeListWalk walk(end()); walk.block() != sentinel; walk.advance()) {
+        block_ctrl* block = walk.block();
+        const auto address = reinterpret_cast<std::uintptr_t>(block);
         // Rising addresses keep the walk in a damaged file from going round for ever.
-        QEL_CHECK(isInRange(block) && block->blocks != 0 && previous < block, sourcePath);
+        QEL_CHECK(lower <= address && address < upper && block->blocks != 0 && walk.previous() < block, sourcePath);
         if (block->blocks < need)
             continue;
         if (std::uint64_t{block->blocks - need} * 4 <= block->blocks)
-            return {previous, block};
+            return {walk.previous(), block};
         if (!best.block || best.block->blocks > block->blocks)
-            best = {previous, block};
+            best = {walk.previous(), block};
     }
     return best;
 }
@@ -94,10 +194,11 @@ void QelSharedMemoryManager::deallocateData(void* data) {
 
 /// Puts a block into the free list at its place by address, and merges it with the neighbours that touch it.
 void QelSharedMemoryManager::link(block_ctrl* block) {
-    block_ctrl* current = end();
-    for (block_ctrl* next = current->next.get(); next > current && next <= block; next = current->next.get())
-        current = next;
-    block_ctrl* next = current->next.get();
+    FreeListWalk walk(end());
+    while (walk.block() > walk.previous() && walk.block() <= block)
+        walk.advance();
+    block_ctrl* current = walk.previous();
+    block_ctrl* next = walk.block();
     // A block that overlaps its free neighbours was given back before, or never handed out.
     QEL_CHECK(current->adjacent() <= block && (next <= block || block->adjacent() <= next), sourcePath);
 

@@ -43,12 +43,6 @@ public:
     [[nodiscard]] T* operator->() const noexcept { return target(); }
     [[nodiscard]] explicit operator bool() const noexcept { return m_distance != nullDistance; }
 
-    /// Becomes what assignment from `other` would make of it, when this pointer lies `shift` bytes below `other`.  The
-    /// inner step of moving a table of pointers: one addition, the same for all of them.
-    void assignShifted(const pointer_type& other, std::int32_t shift) noexcept {
-        m_distance = other.m_distance == nullDistance ? nullDistance : other.m_distance + shift;
-    }
-
 private:
     [[nodiscard]] std::uintptr_t address() const noexcept { return reinterpret_cast<std::uintptr_t>(this); }
     [[nodiscard]] T* target() const noexcept {

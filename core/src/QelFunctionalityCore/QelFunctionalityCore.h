@@ -2,6 +2,9 @@
 
 // Every public header of the library.
 
+#include "QelFunctionalityCore/Configuration/QelAuthName.h"
+#include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
+#include "QelFunctionalityCore/Configuration/QelRealm.h"
 #include "QelFunctionalityCore/Environment/QelAlertType.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvCache.h"

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
+#include "QelFunctionalityCore/Configuration/QelRealm.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
@@ -25,7 +27,7 @@ template <class Record> QelRecordType byTable() {
     return makeRecordType<Record>(layout.typeName, &layout);
 }
 
-// A base that has no objects of its own: the element's complex type tells the class.
+// A base without objects of its own: the element's complex type tells the class, and that has its own table.
 template <class Base> struct AnyReader {
     int operator()(const QelMessageIterator& cursor, boost::shared_ptr<Base>& record) const {
         return QelReaderDerived<Base>(false)(cursor, record);
@@ -34,7 +36,7 @@ template <class Base> struct AnyReader {
 template <class Base> QelRecordType anyOf() {
     const QelWireLayout& layout = qelWireLayout<Base>();
     QelRecordType type =
-        makeRecordType<boost::shared_ptr<Base>, AnyReader<Base>, QelWriterDerived<Base>>(layout.typeName, &layout);
+        makeRecordType<boost::shared_ptr<Base>, AnyReader<Base>, QelWriterDerived<Base>>(layout.typeName);
     type.nsId = layout.nsId;
     type.typeId = layout.typeId;
     return type;
@@ -42,12 +44,15 @@ template <class Base> QelRecordType anyOf() {
 
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
+        byTable<QelAuthName>(),
+        byTable<QelConnectionInfo>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelOS>(),
         byTable<QelQoS>(),
+        byTable<QelRealm>(),
         byTable<QelScheduleTask>(),
         byTable<QelSchedulerDailyTrigger>(),
         byTable<QelSchedulerMonthlyDayOfWeekTrigger>(),
@@ -56,6 +61,7 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerWeeklyTrigger>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
+        makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
         makeRecordType<QelEID>("QelEID"),
         makeRecordType<QelEIDList>("QelEIDList"),
         makeRecordType<QelEnv>("QelEnv", &qelWireLayout<QelEnv>()),
@@ -63,6 +69,7 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
+        makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
     };

@@ -11,6 +11,11 @@ struct QelWriterBase {
     static constexpr const char* getStrTypeID() { return ""; }
 };
 
+/// True if both arguments are one function.  The addresses themselves aren't compared, since g++ doesn't take that for a
+/// constant where it checks pointers (-fsanitize=null).
+template <auto f, auto g> inline constexpr bool isSameFunction = false;
+template <auto f> inline constexpr bool isSameFunction<f, f> = true;
+
 /// Forwards the four statics to `Self`, so that a template that knows only the outer writer reaches the writer's own
 /// values.  What `Self` doesn't declare keeps the default.
 ///
@@ -23,25 +28,25 @@ struct QelWriterBase {
 ///     };
 template <class Self> struct QelWriterBaseT : QelWriterBase {
     static constexpr int getNSID() {
-        if constexpr (&Self::getNSID == &QelWriterBaseT::getNSID)
+        if constexpr (isSameFunction<&Self::getNSID, &QelWriterBaseT::getNSID>)
             return QelWriterBase::getNSID();
         else
             return Self::getNSID();
     }
     static constexpr int getTypeID() {
-        if constexpr (&Self::getTypeID == &QelWriterBaseT::getTypeID)
+        if constexpr (isSameFunction<&Self::getTypeID, &QelWriterBaseT::getTypeID>)
             return QelWriterBase::getTypeID();
         else
             return Self::getTypeID();
     }
     static constexpr const char* getStrNSID() {
-        if constexpr (&Self::getStrNSID == &QelWriterBaseT::getStrNSID)
+        if constexpr (isSameFunction<&Self::getStrNSID, &QelWriterBaseT::getStrNSID>)
             return QelWriterBase::getStrNSID();
         else
             return Self::getStrNSID();
     }
     static constexpr const char* getStrTypeID() {
-        if constexpr (&Self::getStrTypeID == &QelWriterBaseT::getStrTypeID)
+        if constexpr (isSameFunction<&Self::getStrTypeID, &QelWriterBaseT::getStrTypeID>)
             return QelWriterBase::getStrTypeID();
         else
             return Self::getStrTypeID();

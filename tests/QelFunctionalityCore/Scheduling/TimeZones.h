@@ -67,20 +67,8 @@ inline std::string zoneTestName(const testing::TestParamInfo<TestZone>& info) {
     return name;
 }
 
-/// A UTC time; the month counts from 1.
-inline long utc(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
-    std::tm parts{};
-    parts.tm_year = year - 1900;
-    parts.tm_mon = month - 1;
-    parts.tm_mday = day;
-    parts.tm_hour = hour;
-    parts.tm_min = minute;
-    parts.tm_sec = second;
-    return timegm(&parts);
-}
-
-/// What the clocks show when it is this time in the zone that is set.
-inline long local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+/// A date and time of day; the month counts from 1.
+inline std::tm civil(int year, int month, int day, int hour, int minute, int second) {
     std::tm parts{};
     parts.tm_year = year - 1900;
     parts.tm_mon = month - 1;
@@ -89,6 +77,18 @@ inline long local(int year, int month, int day, int hour = 0, int minute = 0, in
     parts.tm_min = minute;
     parts.tm_sec = second;
     parts.tm_isdst = -1;
+    return parts;
+}
+
+/// When it is this time in UTC.
+inline long utc(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+    std::tm parts = civil(year, month, day, hour, minute, second);
+    return timegm(&parts);
+}
+
+/// When the clocks of the zone that is set show this.
+inline long local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+    std::tm parts = civil(year, month, day, hour, minute, second);
     return std::mktime(&parts);
 }
 

@@ -27,7 +27,7 @@ class QelEnvIDComparatorTest : public testing::Test {
 protected:
     ~QelEnvIDComparatorTest() override {
         sort_order_by_veid = 0;
-        QelEnvIDComparator::setSortKeySource(nullptr);
+        QelEnvIDComparator::setSortKeySource(m_sourceAtStart);
     }
 
     static void sortByKeys(int on = 1) {
@@ -36,6 +36,10 @@ protected:
     }
 
     const QelEnvIDComparator less{};
+
+private:
+    // The library has set one while it was loaded.
+    const QelEnvIDComparator::SortKeySource m_sourceAtStart = QelEnvIDComparator::setSortKeySource(nullptr);
 };
 
 TEST_F(QelEnvIDComparatorTest, OrdersByIdentifierAtStart) {

@@ -154,8 +154,11 @@ int QelEnvConfig::readFrom(const QelMessageIterator& cursor) {
     }
     m_msg = std::move(fresh);
     applyVersionDefault();
-    m_core = QelEnvCoreBasic::createInstance(cursor, m_configType);
-    return m_core ? 0 : -1;
+    auto record = QelEnvCoreBasic::createInstance(cursor, m_configType);
+    if (!record)
+        return -1;
+    m_core = std::move(record);
+    return 0;
 }
 
 template <class Property, class Get>
@@ -298,7 +301,7 @@ int QelEnvConfig::getOptionalListAttribute(QelOptionalProperty<Container>& list,
 template <class Container> int QelEnvConfig::getStringListAttr(QelOptionalProperty<Container>& list, int id) const {
     const int result = getOptionalListAttribute(list, id);
     // One empty element stands for a list that is specified and empty.
-    if (list.get().size() == 1 && list.get().begin()->empty())
+    if (result == 0 && list.get().size() == 1 && list.get().begin()->empty())
         list.get().clear();
     return result;
 }

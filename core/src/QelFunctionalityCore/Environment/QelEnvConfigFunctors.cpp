@@ -117,10 +117,10 @@ int QelEnvConfig::Writer::operator()(QelMessageIterator& cursor, const QelEnvCon
         return 0;
 
     std::multimap<int, std::unique_ptr<QelMessageIterator>> children;
-    int lastInserted = -1;
+    int lastInserted = -1; // before all that have a position
     do {
         const int position = config.getPositionOfTheTag(source->curName());
-        if (position >= 0 || children.empty())
+        if (position >= 0)
             lastInserted = position;
         children.emplace(lastInserted, source->newIterator(false));
     } while (source->nextSibling() == 0);

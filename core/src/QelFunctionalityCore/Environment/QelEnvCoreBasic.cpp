@@ -1,6 +1,8 @@
 #include "QelFunctionalityCore/Environment/QelEnvCoreBasic.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <new>
 #include <string>
 
@@ -98,7 +100,8 @@ void QelEnvCoreBasic::resetVirtualConfigData() {
 }
 
 void QelEnvCoreBasic::resetConfigData() {
-    std::memmove(dataOf(*this), virtualConfigBytes(), configSize);
+    // Behind a virtual configuration that is the shorter one there is nothing of this record to move.
+    std::memmove(dataOf(*this), virtualConfigBytes(), std::min(configSize, vconfigSize));
     configSize = 0;
 }
 

@@ -1,6 +1,6 @@
 #include "QelFunctionalityCore/Environment/QelEnvCoreBasicMaintainer.h"
 
-#include <cstring>
+#include <algorithm>
 #include <utility>
 
 #include "QelFunctionalityCore/Environment/QelEnvFactory.h"
@@ -27,7 +27,7 @@ struct QelEnvCoreBasicMaintainer::Half {
     bool fill(char* destination) {
         if (tree)
             return tree->getMessage()->measureOrFlatten(destination, &size, tree) == 0;
-        std::memcpy(destination, bytes, static_cast<std::size_t>(size));
+        std::copy_n(bytes, size, destination);
         return true;
     }
 };
@@ -67,7 +67,7 @@ QelEnvCoreBasicMaintainer::QelEnvCoreBasicMaintainer(const QelEID& eid, const bo
         return;
     m_core->eid = eid;
     remakeViews();
-    applyDirtyRule();
+    configDirty = isConfigUnsaved();
 }
 
 QelEnvCoreBasicMaintainer::QelEnvCoreBasicMaintainer(const QelEID& eid,
@@ -79,7 +79,7 @@ QelEnvCoreBasicMaintainer::QelEnvCoreBasicMaintainer(const QelEID& eid,
         return;
     m_core->eid = eid;
     remakeViews();
-    applyDirtyRule();
+    vconfigDirty = isVirtualConfigUnsaved();
 }
 
 QelEnvCoreBasicMaintainer::QelEnvCoreBasicMaintainer(const QelEnvCoreBasicMaintainer& other) {
@@ -107,8 +107,16 @@ void QelEnvCoreBasicMaintainer::remakeViews() {
 }
 
 void QelEnvCoreBasicMaintainer::applyDirtyRule() {
-    configDirty = m_core->configSize == 0 && m_config->tree();
-    vconfigDirty = m_core->vconfigSize == 0 && m_vconfig->tree();
+    configDirty = isConfigUnsaved();
+    vconfigDirty = isVirtualConfigUnsaved();
+}
+
+bool QelEnvCoreBasicMaintainer::isConfigUnsaved() const {
+    return m_core->configSize == 0 && m_config->tree();
+}
+
+bool QelEnvCoreBasicMaintainer::isVirtualConfigUnsaved() const {
+    return m_core->vconfigSize == 0 && m_vconfig->tree();
 }
 
 QelEnvCoreBasicMaintainer::Half QelEnvCoreBasicMaintainer::baseHalf() const {

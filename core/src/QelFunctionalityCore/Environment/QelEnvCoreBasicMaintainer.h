@@ -39,7 +39,10 @@ private:
     struct Half; // where the new bytes of one configuration come from
 
     void remakeViews();
+    // A view may come with a tree that isn't from the record: a child factory's may.
     void applyDirtyRule();
+    [[nodiscard]] bool isConfigUnsaved() const;
+    [[nodiscard]] bool isVirtualConfigUnsaved() const;
     [[nodiscard]] Half baseHalf() const;
     [[nodiscard]] Half virtualHalf() const;
     [[nodiscard]] QelEnvType typeByConfigs() const;

@@ -1,5 +1,7 @@
 #include "QelFunctionalityCore/Values/QelEnvIDComparator.h"
 
+#include <utility>
+
 namespace Qel {
 
 namespace {
@@ -9,16 +11,17 @@ constinit QelEnvIDComparator::SortKeySource sortKeySource = nullptr;
 
 } // namespace
 
-void QelEnvIDComparator::setSortKeySource(SortKeySource source) noexcept {
-    sortKeySource = source;
+QelEnvIDComparator::SortKeySource QelEnvIDComparator::setSortKeySource(SortKeySource source) noexcept {
+    return std::exchange(sortKeySource, source);
 }
 
 bool QelEnvIDComparator::isLessBySortKey(const QelEID& a, const QelEID& b) {
     if (sortKeySource == nullptr)
         return a < b;
     const std::optional<std::uint32_t> keyOfA = sortKeySource(a);
-    const std::optional<std::uint32_t> keyOfB = sortKeySource(b);
-    if (!keyOfA || !keyOfB || *keyOfA == *keyOfB)
+    // One unknown key is enough, and a cache that can't be had is asked for once a comparison only.
+    const std::optional<std::uint32_t> keyOfB = keyOfA ? sortKeySource(b) : std::nullopt;
+    if (!keyOfB || *keyOfA == *keyOfB)
         return a < b;
     return *keyOfA < *keyOfB;
 }

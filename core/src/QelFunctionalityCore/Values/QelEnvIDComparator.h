@@ -17,9 +17,9 @@ struct QelEnvIDComparator {
     /// Looks up an environment's sort key; nothing if the environment or the cache can't be had.
     using SortKeySource = std::optional<std::uint32_t> (*)(const QelEID&);
 
-    /// Tells where sort keys come from.  To be called while the library is loaded, before sets are built; without it no
-    /// key is known.
-    static void setSortKeySource(SortKeySource source) noexcept;
+    /// Tells where sort keys come from, and gives back where they came from before.  To be called while the library is
+    /// loaded, before sets are built; without it no key is known.
+    static SortKeySource setSortKeySource(SortKeySource source) noexcept;
 
     bool operator()(const QelEID& a, const QelEID& b) const {
         return sort_order_by_veid == 0 ? a < b : isLessBySortKey(a, b);

@@ -1,0 +1,61 @@
+#include "QelFunctionalityCore/Configuration/QelAuthName.h"
+
+#include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+template <> struct Wire<QelAuthName> : WireWords<QelAuthName> {
+    static constexpr int nsId = 292, typeId = 148;
+    static constexpr QelWireField fields[] = {
+        field<&QelAuthName::domain>(1374, ignored, ifSet, base64),
+        field<&QelAuthName::name>(1026, ignored, ifSet, base64),
+        field<&QelAuthName::realm>(1957, required, always),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelAuthName>() {
+    return wireLayoutOf<QelAuthName>;
+}
+
+namespace {
+
+// One table for each form of the properties.
+template <int propertyItem> struct PrincipalWire : WireWords<QelSecurityPrincipal> {
+    using Words = WireWords<QelSecurityPrincipal>;
+    static constexpr QelWireField fields[] = {
+        Words::list<&QelSecurityPrincipal::namesFirst>(1029, Words::optional),
+        Words::list<&QelSecurityPrincipal::namesSecond>(1737, Words::optional),
+        Words::list<&QelSecurityPrincipal::namesThird>(2121, Words::optional),
+        Words::wrapped<&QelSecurityPrincipal::properties>(1307, propertyItem, Words::optional, Words::ifSet),
+        Words::base<QelAuthName>(),
+    };
+};
+
+struct WithProperties;
+
+} // namespace
+
+template <> struct Wire<QelSecurityPrincipal> : PrincipalWire<1918> {};
+template <> struct Wire<WithProperties> : PrincipalWire<1930> {};
+template <> const QelWireLayout& qelWireLayout<QelSecurityPrincipal>() {
+    return wireLayoutOf<QelSecurityPrincipal>;
+}
+
+namespace {
+
+const QelWireLayout& layoutFor(QelSecurityPrincipal::PropertyForm form) {
+    return form == QelSecurityPrincipal::PropertyForm::properties ? wireLayoutOf<WithProperties>
+                                                                  : wireLayoutOf<QelSecurityPrincipal>;
+}
+
+} // namespace
+
+int QelSecurityPrincipal::Reader::operator()(const QelMessageIterator& cursor, QelSecurityPrincipal& principal) const {
+    return readByLayout(layoutFor(form), &principal, cursor);
+}
+
+int QelSecurityPrincipal::Writer::operator()(QelMessageIterator& cursor, const QelSecurityPrincipal& principal) const {
+    return writeByLayout(layoutFor(form), &principal, cursor);
+}
+
+} // namespace Qel

@@ -1,0 +1,79 @@
+#include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+bool isAboveZero(int port) {
+    return port > 0;
+}
+
+QelConnectionInfo& fillUnlessAddressed(QelConnectionInfo& info, const char* address) {
+    if (info.address.empty()) {
+        info.protocol = QelAgentConnectionInfo::protocolAgent;
+        info.address = address;
+    }
+    return info;
+}
+
+QelConnectionInfo agentAt(const char* address) {
+    QelConnectionInfo info;
+    return fillUnlessAddressed(info, address);
+}
+
+} // namespace
+
+template <> struct Wire<QelConnectivityInfo> : WireWords<QelConnectivityInfo> {
+    static constexpr QelWireField fields[] = {
+        field<&QelConnectivityInfo::protocol>(1195, ignored, ifSet),
+        fieldIf<&QelConnectivityInfo::port, isAboveZero>(1704, ignored),
+        field<&QelConnectivityInfo::address>(1687, required, always),
+    };
+    static constexpr int readOrder[] = {1704, 1195, 1687};
+};
+template <> const QelWireLayout& qelWireLayout<QelConnectivityInfo>() {
+    return wireLayoutOf<QelConnectivityInfo>;
+}
+
+int QelConnectivityInfoMarshal::Writer::operator()(QelMessageIterator& cursor, const QelConnectivityInfo& info) const {
+    if (info.address.empty()) {
+        setErrorMessage("can't write QelConnectivityInfo: address is empty");
+        return -1;
+    }
+    return writeByLayout(qelWireLayout<QelConnectivityInfo>(), &info, cursor);
+}
+
+template <> struct Wire<QelConnectionInfo> : WireWords<QelConnectionInfo> {
+    static constexpr int nsId = 292, typeId = 149;
+    static constexpr QelWireField fields[] = {
+        field<&QelConnectionInfo::password>(1032, ignored, ifSet, base64),
+        field<&QelConnectionInfo::authName>(1630, ignored, always).unchecked(),
+        base<QelConnectivityInfo>(),
+    };
+    static constexpr int readOrder[] = {1630, 1032, 0};
+};
+template <> const QelWireLayout& qelWireLayout<QelConnectionInfo>() {
+    return wireLayoutOf<QelConnectionInfo>;
+}
+
+QelAgentConnectionInfo::QelAgentConnectionInfo(const QelEID& eid) {
+    protocol = protocolAgent;
+    address = eid.toString();
+}
+
+QelConnectionInfo& QelAgentConnectionInfo::localConnectionInfo() {
+    static constexpr const char* local = "local";
+    static QelConnectionInfo info = agentAt(local);
+    return fillUnlessAddressed(info, local);
+}
+
+QelConnectionInfo& QelAgentConnectionInfo::masterConnectionInfo() {
+    static constexpr const char* master = "master";
+    static QelConnectionInfo info = agentAt(master);
+    return fillUnlessAddressed(info, master);
+}
+
+} // namespace Qel

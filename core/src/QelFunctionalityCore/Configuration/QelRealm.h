@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "QelFunctionalityCore/Values/QelGUID.h"
+#include "QelMessage/QelDerivedParsers.h"
+#include "QelMessage/QelRecord.h"
+
+namespace Qel {
+
+/// A body of users that one authority knows: the host's own, a directory's.
+struct QelRealm {
+    virtual ~QelRealm() = default;
+
+    /// Takes the name of `other`, the only thing of a realm that changes.  -1, and an error message, if the two differ
+    /// in identifier or type, or either is read-only.
+    [[nodiscard]] virtual int set(const QelRealm& other);
+
+    QelGUID id;
+    int type = 0;
+    std::string name;
+    bool readOnly = false;
+
+    /// Realms that every agent knows.
+    static constexpr QelGUID systemRealmID{};
+    static constexpr QelGUID sessionRealmID{0, 0x0200000000000000};
+    static constexpr QelGUID foreignSecurityPrincipalRealmID{0, 0x0300000000000000};
+    static constexpr QelGUID externalSystemRealmID{0, 0x0400000000000000};
+    static constexpr QelGUID sqlRealmID{0, 0x0500000000000000};
+    static constexpr QelGUID internalRealmID{0, 0x0600000000000000};
+    static constexpr QelGUID autoRealmID{0, 0x0700000000000000};
+
+    using Reader = QelRecordReader<QelRealm>;
+    using Writer = QelRecordWriter<QelRealm>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+using QelRealmList = std::vector<boost::shared_ptr<QelRealm>>;
+
+extern template class QelDerivedParserFactory<QelRealm>;
+
+extern QelDerivedParserFactoryT<QelRealm, QelRealm> factoryQelRealm;
+
+} // namespace Qel

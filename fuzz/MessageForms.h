@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "QelMessage/QelMessage.h"
+#include "QelMessage/QelMessageIterator.h"
+
+/// What the targets of both message forms demand: whatever has been read is written so that it reads back equal, in
+/// either form and from one into the other.
+namespace MessageForms {
+
+inline void demand(bool holds) {
+    if (!holds)
+        __builtin_trap();
+}
+
+inline std::string takeText(char* text) {
+    demand(text != nullptr);
+    const std::unique_ptr<char, decltype(&std::free)> owner(text, &std::free);
+    return text;
+}
+
+struct Forms {
+    explicit Forms(const Qel::QelMessage& message) : text(takeText(message.toTextEx(0, {}, 0))) {
+        demand(message.toBinary(binary) == 0);
+    }
+    bool operator==(const Forms&) const = default;
+
+    std::string text;
+    std::string binary;
+};
+
+inline Qel::QelMessage* newMessage() {
+    Qel::QelMessage* const message = Qel::QelMessage::getFactory()->createNew();
+    demand(message->create(0) == 0);
+    return message;
+}
+
+inline void demandFixedPoint(const Qel::QelMessage& message) {
+    const Forms forms(message);
+    const Qel::auto_destroy<Qel::QelMessage> fromText(newMessage());
+    demand(fromText->fromTextEx(forms.text.c_str(), 0) == 0);
+    demand(Forms(*fromText) == forms);
+    const Qel::auto_destroy<Qel::QelMessage> fromBinary(newMessage());
+    demand(fromBinary->fromBinary(forms.binary.data(), static_cast<int>(forms.binary.size())) == 0);
+    demand(Forms(*fromBinary) == forms);
+}
+
+/// Each child of the root alone, as an element and as markup.
+inline void demandPartsFixed(Qel::QelMessage& message) {
+    const std::unique_ptr<Qel::QelMessageIterator> cursor(message.rootIterator());
+    if (cursor->firstChild() != 0)
+        return;
+    do {
+        const Qel::auto_destroy<Qel::QelMessage> copy(newMessage());
+        const std::unique_ptr<Qel::QelMessageIterator> target(copy->rootIterator());
+        const std::string text = takeText(cursor->toTextFromChild());
+        demand(target->fromTextToChild(text.c_str()) == 0 && target->firstChild() == 0);
+        demand(takeText(target->toTextFromChild()) == text);
+        std::string markup;
+        if (cursor->getValueXML(markup, 0) != 0)
+            continue; // a value that can't be told without its element
+        demand(target->putValueXML(markup, 0) == 0);
+        demand(takeText(target->toTextFromChild()) == text);
+    } while (cursor->nextSibling() == 0);
+}
+
+} // namespace MessageForms

@@ -1,0 +1,182 @@
+#pragma once
+
+#include <ostream>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "QelCommon/Log.h"
+#include "QelFunctionalityCore/Environment/QelEnvCache.h"
+#include "QelFunctionalityCore/Environment/QelEnvFactory.h"
+#include "qel/CacheFileChecker.h"
+#include "support/TempFile.h"
+
+namespace Qel {
+
+/// Collects what is logged, whatever its level, while it lives.
+class LogCapture {
+public:
+    struct Entry {
+        int level;
+        std::string text;
+
+        friend bool operator==(const Entry&, const Entry&) = default;
+        friend void PrintTo(const Entry& entry, std::ostream* out) {
+            *out << "level " << entry.level << ": " << entry.text;
+        }
+    };
+
+    LogCapture()
+        : m_oldLevel(std::exchange(debug_level, 6)), m_oldSink(setLogSink([this](const LogRecord& record) {
+              entries.push_back({record.level, record.text});
+              sources.push_back(std::string(record.module) + ' ' + record.file);
+          })) {}
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+    ~LogCapture() {
+        setLogSink(std::move(m_oldSink));
+        debug_level = m_oldLevel;
+    }
+
+    std::vector<Entry> entries;
+    std::vector<std::string> sources; ///< module and source path of each entry
+
+private:
+    int m_oldLevel;
+    LogSink m_oldSink;
+};
+
+class MockUpdater : public QelEnvUpdater {
+public:
+    MOCK_METHOD(int, insertEnv, (const QelEnv&), (override));
+    MOCK_METHOD(int, updateEnv, (const QelEnv&), (override));
+    MOCK_METHOD(int, removeEnv, (const QelEID&), (override));
+    MOCK_METHOD(void, syncEnvList, (const QelEID&, const QelEnvIDList&), (override));
+    MOCK_METHOD(int, checkEnv, (const QelEnv&), (override));
+};
+
+/// An updater that is registered for a type as long as this lives; a call that no test expects fails the test.
+class RegisteredUpdater {
+public:
+    explicit RegisteredUpdater(const QelEnvType& type) : m_type(type), m_updater(new testing::StrictMock<MockUpdater>) {
+        QelEnvFactory::getInstance().setEnvUpdater(m_type, m_updater);
+    }
+    RegisteredUpdater(const RegisteredUpdater&) = delete;
+    RegisteredUpdater& operator=(const RegisteredUpdater&) = delete;
+    ~RegisteredUpdater() { QelEnvFactory::getInstance().setEnvUpdater(m_type, nullptr); }
+
+    MockUpdater& operator*() const { return *m_updater; }
+
+private:
+    QelEnvType m_type;
+    boost::shared_ptr<MockUpdater> m_updater;
+};
+
+/// An environment whose sort key is its state.
+class KeyedEnv : public QelEnv {
+public:
+    using QelEnv::QelEnv;
+    unsigned getSortKey() const override { return static_cast<unsigned>(getStatus().state); }
+};
+
+/// Makes environments of the type "keyed", and counts them, as long as this lives.
+class KeyedEnvFactory {
+public:
+    static constexpr const char* type = "keyed";
+
+    KeyedEnvFactory() { QelEnvFactory::getInstance().setChildFactory(type, m_factory); }
+    KeyedEnvFactory(const KeyedEnvFactory&) = delete;
+    KeyedEnvFactory& operator=(const KeyedEnvFactory&) = delete;
+    ~KeyedEnvFactory() { QelEnvFactory::getInstance().setChildFactory(type, nullptr); }
+
+    [[nodiscard]] int made() const { return m_factory->made; }
+
+private:
+    struct Factory : QelEnvChildFactory {
+        boost::shared_ptr<QelEnvBase> createEnv() override { return createEnv(QelEnv().getCoreBasic()); }
+        boost::shared_ptr<QelEnvBase> createEnv(boost::shared_ptr<QelEnvCoreBasic> core) override {
+            ++made;
+            return boost::shared_ptr<QelEnvBase>(new KeyedEnv(std::move(core)));
+        }
+        boost::shared_ptr<QelVEnvConfig> createVEnvConfig(boost::shared_ptr<QelEnvCoreBasic> core) override {
+            return boost::shared_ptr<QelVEnvConfig>(new QelVEnvConfig(std::move(core)));
+        }
+        int made = 0;
+    };
+
+    boost::shared_ptr<Factory> m_factory{new Factory};
+};
+
+/// The n-th identifier, in the order of the numbers.
+[[nodiscard]] inline QelEID eidOf(long long number) {
+    return {number, 1};
+}
+
+/// A value for the setters of a configuration.
+[[nodiscard]] inline QelStringOptionalProperty specified(const std::string& text) {
+    QelStringOptionalProperty property;
+    property = text;
+    return property;
+}
+
+/// An environment with a name in its base configuration.
+[[nodiscard]] inline QelEnv makeEnv(const QelEID& eid, const std::string& name = "env",
+                                    const QelEnvType& type = "untold", const QelEID& parent = {}) {
+    QelEnv env;
+    env.getCoreBasic()->eid = eid;
+    env.getCoreBasic()->type = type;
+    env.setParentEID(parent);
+    env.getConfig()->setName(specified(name));
+    return env;
+}
+
+/// The name in an environment's base configuration; "(none)" for none.
+[[nodiscard]] inline std::string nameOf(const boost::shared_ptr<const QelEnv>& env) {
+    QelStringOptionalProperty name;
+    return env && env->getConfig()->getName(name) == 0 && name.isSpecified() ? name.get() : "(none)";
+}
+
+/// A cache file of its own that envCache() uses.
+class EnvCacheTest : public testing::Test {
+protected:
+    EnvCacheTest() { initEnvCache(file.path(), false); }
+    ~EnvCacheTest() override {
+        finiEnvCache();
+        initEnvCache({}, false);
+    }
+
+    /// Another attachment to the file, as another process has it.
+    [[nodiscard]] QelEnvCacheSP attachAgain() const {
+        return QelEnvCache::createInstance(file.path(), boost::shared_ptr<QelEnvCache::PreProcess>(new Silent));
+    }
+
+    static void insert(const QelEnv& env) { ASSERT_EQ(envCache()->insert(env), 0); }
+
+    /// References to the current snapshot, as the file counts them.
+    [[nodiscard]] std::uint32_t snapshotReferences() const { return file.word(20 + file.word(20)); }
+
+    [[nodiscard]] std::vector<std::string> findings() const {
+        const std::string bytes = file.read();
+        std::vector<std::string> texts;
+        for (const Tool::Finding& finding : Tool::checkCacheFile(std::as_bytes(std::span(bytes))).findings)
+            texts.push_back(finding.text);
+        return texts;
+    }
+
+    const TestSupport::TempFile file;
+
+private:
+    /// Asks nobody.
+    struct Silent : QelEnvCache::PreProcess {
+        int insert(const QelEnv&) override { return 0; }
+        int update(const QelEnv&) override { return 0; }
+        int remove(const QelEnv&) override { return 0; }
+    };
+};
+
+} // namespace Qel

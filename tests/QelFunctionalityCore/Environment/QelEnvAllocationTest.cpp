@@ -1,0 +1,107 @@
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+#include <gmock/gmock.h>
+
+#include "EnvTestSupport.h"
+
+// What environments cost in allocations.  This program counts every one that goes through operator new.
+
+namespace {
+std::atomic<unsigned long> allocations = 0;
+}
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* const memory = std::malloc(size))
+        return memory;
+    throw std::bad_alloc();
+}
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+
+template <class Work> unsigned long allocationsOf(const Work& work) {
+    const unsigned long before = allocations;
+    work();
+    return allocations - before;
+}
+
+/// The record of an environment with so many addresses in each of its configurations.
+boost::shared_ptr<QelEnvCoreBasic> recordWithAddresses(int count) {
+    std::vector<QelIPAddress> addresses;
+    for (int i = 0; i < count; ++i)
+        addresses.emplace_back("2001:db8::" + std::to_string(i) + "/64");
+    const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
+    config->setAddresses(given(addresses));
+    const boost::shared_ptr<QelVEnvConfig> vconfig(new QelVEnvConfig);
+    vconfig->setAddresses(given(addresses));
+    return QelEnv(someEID, config, vconfig).getCoreBasic();
+}
+
+/// What a hundred times as many elements may cost more: a few doublings of the buffers that hold them.
+constexpr unsigned long someDoublings = 30;
+
+TEST(QelEnvAllocationTest, TheCountIsThatOfThisProgramAndItsLibraries) {
+    EXPECT_GE(allocationsOf([] { static_cast<void>(QelEnv()); }), 4U);
+}
+
+TEST(QelEnvAllocationTest, IdentityOfAnEnvironmentOverARecordCostsTheSameWhateverItsConfigurations) {
+    const auto readIdentity = [](const boost::shared_ptr<QelEnvCoreBasic>& record) {
+        return allocationsOf([&] {
+            const QelEnv env(record);
+            EXPECT_EQ(env.getEID(), someEID);
+            EXPECT_EQ(env.getStatus().state, 1);
+            EXPECT_EQ(env.getMaxAlertType(), QelAlertType::green);
+        });
+    };
+    const auto large = recordWithAddresses(1000);
+    const auto blank = recordOf("", "");
+    blank->eid = someEID;
+    EXPECT_EQ(readIdentity(large), readIdentity(blank));
+}
+
+TEST(QelEnvAllocationTest, ParsingAConfigurationCostsPerMessageAndNotPerElement) {
+    const auto parse = [](int count) {
+        const auto record = recordWithAddresses(count);
+        const QelEnv env(record);
+        return allocationsOf([&] {
+            bool customized = false;
+            EXPECT_EQ(env.getConfig()->getConfigCustomized(customized), -1);
+            EXPECT_EQ(env.getConfig()->getAgentVersion(), 40500);
+        });
+    };
+    EXPECT_LE(parse(1000), parse(10) + someDoublings);
+}
+
+TEST(QelEnvAllocationTest, FlatteningAConfigurationCostsPerMessageAndNotPerElement) {
+    const auto flatten = [](int count) {
+        QelEnv env(recordWithAddresses(count));
+        env.getConfig()->setName(given("changed"));
+        env.getVirtualConfig()->setName(given("changed"));
+        return allocationsOf([&] { env.syncBuffer(); });
+    };
+    EXPECT_LE(flatten(1000), flatten(10) + someDoublings);
+    EXPECT_LE(flatten(1000), 10U) << "two passes that allocate nothing, and one record";
+}
+
+} // namespace
+} // namespace Qel

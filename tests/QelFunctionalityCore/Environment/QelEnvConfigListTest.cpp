@@ -1,0 +1,240 @@
+#include <algorithm>
+
+#include <gmock/gmock.h>
+
+#include "EnvTestSupport.h"
+
+// The lists of a configuration, and the order of configurations.
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int addresses = 1687;
+constexpr int nameservers = 1281;
+constexpr int searchDomains = 1558;
+constexpr int childTypes = 2153;
+constexpr int agentVersion = 1223;
+
+using Texts = std::vector<std::string>;
+using Addresses = std::vector<QelIPAddress>;
+
+class ListElement : public TestMessage {
+public:
+    ListElement() { cursor().newChild(1185); }
+    explicit ListElement(int id, const Texts& texts) : ListElement() {
+        for (const std::string& text : texts)
+            cursor().putValue(text, id);
+    }
+    [[nodiscard]] QelEnvConfig config() const { return {&cursor(), EnvConfigType::base}; }
+};
+
+Texts ipsBy(const QelEnvConfig& config) {
+    QelIPAddressListOptionalProperty list;
+    EXPECT_EQ(config.getAddresses(list), 0);
+    if (!list.isSpecified())
+        return {"(unspecified)"};
+    Texts texts;
+    for (const QelIPAddress& address : list.get())
+        texts.push_back(address.toStringWithNetwork());
+    return texts;
+}
+
+Texts nameserversBy(const QelEnvConfig& config) {
+    QelStringListOptionalProperty list;
+    EXPECT_EQ(config.getNameservers(list), 0);
+    return list.isSpecified() ? list.get() : Texts{"(unspecified)"};
+}
+
+TEST(QelEnvConfigListTest, WithoutATreeListsFailAndStayAsTheyWere) {
+    const QelEnvConfig config;
+    auto texts = given(Texts{""});
+    EXPECT_EQ(config.getNameservers(texts), -1);
+    EXPECT_EQ(texts, given(Texts{""}));
+    auto set = given(std::set<std::string>{""});
+    EXPECT_EQ(config.getSearchDomains(set), -1);
+    EXPECT_EQ(config.getChildTypes(set), -1);
+    EXPECT_EQ(set, given(std::set<std::string>{""}));
+    auto ips = given(Addresses{QelIPAddress("10.0.0.1")});
+    EXPECT_EQ(config.getAddresses(ips), -1);
+    EXPECT_EQ(ips.get().size(), 1U);
+}
+
+TEST(QelEnvConfigListTest, AMissingListIsUnspecifiedAndEmpty) {
+    const ListElement element;
+    auto texts = given(Texts{"left"});
+    EXPECT_EQ(element.config().getNameservers(texts), 0);
+    EXPECT_FALSE(texts.isSpecified());
+    EXPECT_THAT(texts.get(), IsEmpty());
+}
+
+TEST(QelEnvConfigListTest, AddressesAreReplaced) {
+    QelEnvConfig config;
+    const Addresses three{QelIPAddress("10.0.0.1/24"), QelIPAddress("::1/64"), QelIPAddress("10.0.0.1")};
+    EXPECT_EQ(config.setAddresses(given(three)), 0);
+    EXPECT_THAT(ipsBy(config), ElementsAre("10.0.0.1/24", "::1/64", "10.0.0.1"));
+    EXPECT_EQ(config.setAddresses(given(Addresses{QelIPAddress("10.0.0.2")})), 0);
+    EXPECT_THAT(ipsBy(config), ElementsAre("10.0.0.2"));
+    EXPECT_EQ(config.setAddresses(QelIPAddressListOptionalProperty()), 0);
+    EXPECT_THAT(ipsBy(config), ElementsAre("(unspecified)"));
+    EXPECT_THAT(writtenIDs(config), ElementsAre(agentVersion));
+}
+
+TEST(QelEnvConfigListTest, ASpecifiedEmptyListOfAddressesIsOneEmptyElement) {
+    QelEnvConfig config;
+    EXPECT_EQ(config.setAddresses(given(Addresses())), 0);
+    EXPECT_THAT(writtenIDs(config), ElementsAre(addresses, agentVersion));
+    EXPECT_THAT(ipsBy(config), IsEmpty());
+}
+
+TEST(QelEnvConfigListTest, AnAddressThatCannotBeReadEndsTheListThatIsSpecifiedNevertheless) {
+    const ListElement element;
+    element.cursor().putObj(QelIPAddress("10.0.0.1"), addresses);
+    element.cursor().putChild(addresses);
+    EXPECT_THAT(ipsBy(element.config()), ElementsAre("10.0.0.1"));
+}
+
+TEST(QelEnvConfigListTest, NameserversAreStoredOnceAndInTheirOrder) {
+    QelEnvConfig config;
+    EXPECT_EQ(config.setNameservers(given(Texts{"10.0.0.1", "10.0.0.1", "10.0.0.2"})), 0);
+    EXPECT_THAT(nameserversBy(config), ElementsAre("10.0.0.1", "10.0.0.2"));
+    EXPECT_THAT(writtenIDs(config), ElementsAre(nameservers, nameservers, agentVersion));
+}
+
+TEST(QelEnvConfigListTest, OfSeveralTextsOfOneNameserverTheFirstStaysAsItWasWritten) {
+    QelEnvConfig config;
+    EXPECT_EQ(config.setNameservers(given(Texts{"FE80:0::1", "10.0.0.9", "fe80::1", "::10.0.0.9"})), 0);
+    EXPECT_THAT(nameserversBy(config), ElementsAre("FE80:0::1", "10.0.0.9"));
+}
+
+TEST(QelEnvConfigListTest, NameserversMayBeSpecifiedAndEmptyOrUnspecified) {
+    QelEnvConfig config;
+    EXPECT_EQ(config.setNameservers(given(Texts{"10.0.0.1"})), 0);
+    EXPECT_EQ(config.setNameservers(given(Texts())), 0);
+    EXPECT_THAT(writtenIDs(config), ElementsAre(nameservers, agentVersion));
+    EXPECT_THAT(nameserversBy(config), IsEmpty());
+    EXPECT_EQ(config.setNameservers(QelStringListOptionalProperty()), 0);
+    EXPECT_THAT(nameserversBy(config), ElementsAre("(unspecified)"));
+}
+
+TEST(QelEnvConfigListTest, SearchDomainsAndChildTypesAreSets) {
+    const ListElement domains(searchDomains, {"b.example", "a.example", "b.example"});
+    QelStringSetOptionalProperty set;
+    EXPECT_EQ(domains.config().getSearchDomains(set), 0);
+    EXPECT_TRUE(set.isSpecified());
+    EXPECT_THAT(set.get(), ElementsAre("a.example", "b.example"));
+    EXPECT_EQ(domains.config().getChildTypes(set), 0);
+    EXPECT_FALSE(set.isSpecified());
+
+    const ListElement types(childTypes, {"vm", "ct"});
+    EXPECT_EQ(types.config().getChildTypes(set), 0);
+    EXPECT_THAT(set.get(), ElementsAre("ct", "vm"));
+}
+
+TEST(QelEnvConfigListTest, OneEmptyTextIsAnEmptySetButOneAmongOthersIsAnItem) {
+    QelStringSetOptionalProperty set;
+    EXPECT_EQ(ListElement(searchDomains, {""}).config().getSearchDomains(set), 0);
+    EXPECT_TRUE(set.isSpecified());
+    EXPECT_THAT(set.get(), IsEmpty());
+    EXPECT_EQ(ListElement(searchDomains, {"", "a"}).config().getSearchDomains(set), 0);
+    EXPECT_THAT(set.get(), ElementsAre("", "a"));
+}
+
+/// One way to give a configuration something to be compared by; the later in the list, the later it is looked at.
+struct Difference {
+    const char* what;
+    void (*make)(QelEnvConfig& lesser, QelEnvConfig& greater);
+};
+
+template <int (QelEnvConfig::*set)(const QelStringOptionalProperty&)>
+void differ(QelEnvConfig& lesser, QelEnvConfig& greater) {
+    (lesser.*set)(given("a"));
+    (greater.*set)(given("b"));
+}
+
+/// The child `id` of a configuration that is to have one, beside what the configuration has already.
+void add(QelEnvConfig& config, int id, const char* text) {
+    const TestMessage message;
+    message.cursor().newChild(1185);
+    QelEnvConfig::Writer()(message.cursor(), config);
+    message.cursor().putValue(std::string(text), id);
+    config = QelEnvConfig(&message.cursor(), EnvConfigType::base);
+}
+
+constexpr Difference differences[] = {
+    {"name", &differ<&QelEnvConfig::setName>},
+    {"domain", &differ<&QelEnvConfig::setDomain>},
+    {"type",
+     [](QelEnvConfig& lesser, QelEnvConfig& greater) {
+         lesser.setType("a");
+         greater.setType("b");
+     }},
+    {"host name", &differ<&QelEnvConfig::setHostname>},
+    {"description", &differ<&QelEnvConfig::setDescription>},
+    {"architecture", &differ<&QelEnvConfig::setArchitecture>},
+    {"operating system",
+     [](QelEnvConfig& lesser, QelEnvConfig& greater) {
+         lesser.setOS(QelOS("", "A", "", ""));
+         greater.setOS(QelOS("", "b", "", ""));
+     }},
+    {"addresses",
+     [](QelEnvConfig& lesser, QelEnvConfig& greater) {
+         lesser.setAddresses(given(Addresses{QelIPAddress("9.0.0.1")}));
+         greater.setAddresses(given(Addresses{QelIPAddress("10.0.0.1")}));
+     }},
+    {"name servers",
+     [](QelEnvConfig& lesser, QelEnvConfig& greater) {
+         lesser.setNameservers(given(Texts{"10.0.0.1"}));
+         greater.setNameservers(given(Texts{"10.0.0.1", "10.0.0.2"}));
+     }},
+    {"search domains",
+     [](QelEnvConfig& lesser, QelEnvConfig& greater) {
+         add(lesser, searchDomains, "a");
+         add(greater, searchDomains, "b");
+     }},
+    {"child types",
+     [](QelEnvConfig& lesser, QelEnvConfig& greater) {
+         add(lesser, childTypes, "a");
+         add(greater, childTypes, "b");
+     }},
+};
+
+TEST(QelEnvConfigListTest, EachDifferenceDecidesAndTheEarlierOnesWin) {
+    QelEnvConfig lesser;
+    QelEnvConfig greater;
+    EXPECT_EQ(lesser.compare(greater), 0);
+    // From the last to the first, each against all that follow it.
+    for (auto each = std::rbegin(differences); each != std::rend(differences); ++each) {
+        std::swap(lesser, greater);
+        each->make(lesser, greater);
+        EXPECT_EQ(lesser.compare(greater), -1) << each->what;
+        EXPECT_EQ(greater.compare(lesser), 1) << each->what;
+        EXPECT_EQ(lesser.compare(lesser), 0) << each->what;
+    }
+}
+
+TEST(QelEnvConfigListTest, TheLongerListIsTheGreater) {
+    QelEnvConfig one;
+    one.setAddresses(given(Addresses{QelIPAddress("10.0.0.1")}));
+    QelEnvConfig two;
+    two.setAddresses(given(Addresses{QelIPAddress("10.0.0.1"), QelIPAddress("10.0.0.0")}));
+    EXPECT_EQ(one.compare(two), -1);
+    EXPECT_EQ(two.compare(one), 1);
+}
+
+TEST(QelEnvConfigListTest, AnUnspecifiedValueComparesAsAnEmptyOneExceptForTheType) {
+    QelEnvConfig empty;
+    empty.setName(given(""));
+    empty.setAddresses(given(Addresses()));
+    empty.setNameservers(given(Texts()));
+    EXPECT_EQ(empty.compare(QelEnvConfig()), 0);
+    empty.setType("");
+    EXPECT_EQ(empty.compare(QelEnvConfig()), 1);
+    EXPECT_EQ(QelEnvConfig().compare(empty), -1);
+}
+
+} // namespace
+} // namespace Qel

@@ -1,0 +1,317 @@
+#include "QelFunctionalityCore/Environment/QelEnvCoreBasicMaintainer.h"
+
+#include <cstring>
+
+#include <gmock/gmock.h>
+
+#include "EnvTestSupport.h"
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+
+using Maintainer = QelEnvCoreBasicMaintainer;
+using ConfigSP = boost::shared_ptr<QelEnvConfig>;
+using VConfigSP = boost::shared_ptr<QelVEnvConfig>;
+
+ConfigSP namedConfig(const char* name, const QelEnvType& type = {}) {
+    ConfigSP config(new QelEnvConfig);
+    config->setName(given(name));
+    if (type.isSpecified())
+        config->setType(type);
+    return config;
+}
+
+VConfigSP namedVirtualConfig(const char* name, const QelEnvType& type = {}) {
+    VConfigSP config(new QelVEnvConfig);
+    config->setName(given(name));
+    if (type.isSpecified())
+        config->setType(type);
+    return config;
+}
+
+/// A record as a maintainer makes it of two configurations.
+boost::shared_ptr<QelEnvCoreBasic> namedRecord(const char* base, const char* virtualised) {
+    return Maintainer(someEID, namedConfig(base), namedVirtualConfig(virtualised)).m_core;
+}
+
+std::string bytesBy(Maintainer& maintainer, int expected = 0) {
+    const void* address = nullptr;
+    unsigned length = 0;
+    EXPECT_EQ(maintainer.getBuffer(&address, length, nullptr), expected);
+    return {static_cast<const char*>(address), length};
+}
+
+void expectClean(const Maintainer& maintainer) {
+    EXPECT_FALSE(maintainer.configDirty);
+    EXPECT_FALSE(maintainer.vconfigDirty);
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, BeginsWithABlankRecordAndEmptyConfigurations) {
+    Maintainer maintainer;
+    expectClean(maintainer);
+    EXPECT_EQ(maintainer.m_config->getConfigType(), EnvConfigType::base);
+    EXPECT_EQ(maintainer.m_vconfig->getConfigType(), EnvConfigType::virtualised);
+    EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(bytesBy(maintainer).size(), 92U);
+    EXPECT_EQ(&maintainer.m_config->getType(), &maintainer.m_core->type) << "the views share the record";
+    EXPECT_EQ(&maintainer.m_vconfig->getType(), &maintainer.m_core->type);
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, IsAViewOnARecord) {
+    const auto record = namedRecord("base", "virtual");
+    Maintainer maintainer(record);
+    expectClean(maintainer);
+    EXPECT_EQ(maintainer.m_core, record);
+    EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(textBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "virtual");
+    const void* address = nullptr;
+    unsigned length = 0;
+    EXPECT_EQ(maintainer.getBuffer(&address, length, nullptr), 0);
+    EXPECT_EQ(address, record.get());
+    EXPECT_EQ(maintainer.getBuffer(nullptr, length, nullptr), 0);
+}
+
+TEST(QelEnvCoreBasicMaintainerDeathTest, ANullRecordOrConfigurationEndsTheProcess) {
+    EXPECT_DEATH(Maintainer(boost::shared_ptr<QelEnvCoreBasic>()), "core/src/QelFunctionalityCore/QelEnv:");
+    EXPECT_DEATH(Maintainer(someEID, ConfigSP(), namedVirtualConfig("")), "core/src/QelFunctionalityCore/QelEnv:");
+    EXPECT_DEATH(Maintainer(someEID, namedConfig(""), VConfigSP()), "core/src/QelFunctionalityCore/QelEnv:");
+    EXPECT_DEATH(Maintainer(someEID, ConfigSP()), "core/src/QelFunctionalityCore/QelEnv:");
+    EXPECT_DEATH(Maintainer(someEID, VConfigSP()), "core/src/QelFunctionalityCore/QelEnv:");
+}
+
+TEST(QelEnvCoreBasicMaintainerDeathTest, AConfigurationOfTheOtherTypeEndsTheProcess) {
+    const ConfigSP virtualAsBase(
+        new QelEnvConfig(static_cast<const QelMessageIterator*>(nullptr), EnvConfigType::virtualised));
+    EXPECT_DEATH(Maintainer(someEID, virtualAsBase), "core/src/QelFunctionalityCore/QelEnv:");
+    const VConfigSP baseAsVirtual(new QelVEnvConfig(*namedConfig("")));
+    EXPECT_DEATH(Maintainer(someEID, baseAsVirtual), "core/src/QelFunctionalityCore/QelEnv:");
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTwoConfigurations) {
+    const Maintainer maintainer(someEID, namedConfig("base", "b"), namedVirtualConfig("virtual", "v"));
+    expectClean(maintainer);
+    EXPECT_EQ(maintainer.m_core->eid, someEID);
+    EXPECT_EQ(maintainer.m_core->parentEID, QelEID());
+    EXPECT_EQ(maintainer.m_core->type, "v");
+    EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(textBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(maintainer.m_config->getAgentVersion(), 40500);
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfConfigurationsWithoutTrees) {
+    const Maintainer maintainer(someEID, ConfigSP(new QelEnvConfig), VConfigSP(new QelVEnvConfig));
+    EXPECT_EQ(maintainer.m_core->length(), 92U);
+    EXPECT_EQ(maintainer.m_core->eid, someEID);
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTheBaseConfigurationAlone) {
+    const ConfigSP config = namedConfig("base", "b");
+    const Maintainer maintainer(someEID, config);
+    expectClean(maintainer);
+    EXPECT_EQ(maintainer.m_core->eid, someEID);
+    EXPECT_EQ(maintainer.m_core->type, "b");
+    EXPECT_EQ(maintainer.m_core->vconfigSize, 0U);
+    EXPECT_NE(maintainer.m_config, config) << "the view is remade over the new record";
+    EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(textBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "(fails)");
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTheVirtualConfigurationAlone) {
+    const Maintainer maintainer(someEID, namedVirtualConfig("virtual", "v"));
+    expectClean(maintainer);
+    EXPECT_EQ(maintainer.m_core->eid, someEID);
+    EXPECT_EQ(maintainer.m_core->type, "v");
+    EXPECT_EQ(maintainer.m_core->configSize, 0U);
+    EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(textBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "virtual");
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, AConfigurationOnARecordBringsTheOtherHalfAlong) {
+    const auto record = namedRecord("base", "virtual");
+    record->parentEID = otherEID;
+    const ConfigSP config(new QelEnvConfig(record, EnvConfigType::base));
+    config->setName(given("a new and longer name of the base configuration"));
+    const Maintainer byBase(someEID, config);
+    EXPECT_EQ(byBase.m_core->parentEID, otherEID);
+    EXPECT_EQ(textBy(*byBase.m_config, &QelEnvConfig::getName), "a new and longer name of the base configuration");
+    EXPECT_EQ(textBy(*byBase.m_vconfig, &QelEnvConfig::getName), "virtual");
+
+    const VConfigSP vconfig(new QelVEnvConfig(record));
+    vconfig->setName(given("a new and longer name of the virtual configuration"));
+    const Maintainer byVirtual(someEID, vconfig);
+    EXPECT_EQ(textBy(*byVirtual.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(textBy(*byVirtual.m_vconfig, &QelEnvConfig::getName),
+              "a new and longer name of the virtual configuration");
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, ACopyHasTheRecordButNotWhatIsNotInIt) {
+    Maintainer original(namedRecord("base", "virtual"));
+    original.m_config->setName(given("changed"));
+    original.configDirty = true;
+
+    const Maintainer copy(original);
+    expectClean(copy);
+    EXPECT_NE(copy.m_core, original.m_core);
+    EXPECT_EQ(copy.m_core->eid, someEID);
+    EXPECT_EQ(textBy(*copy.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(textBy(*copy.m_vconfig, &QelEnvConfig::getName), "virtual");
+
+    Maintainer assigned;
+    assigned.configDirty = assigned.vconfigDirty = true;
+    assigned = original;
+    expectClean(assigned);
+    EXPECT_EQ(textBy(*assigned.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(textBy(*original.m_config, &QelEnvConfig::getName), "changed");
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, ACopyOfOneWithoutARecordHasNone) {
+    Maintainer without;
+    without.m_core.reset();
+    EXPECT_EQ(Maintainer(without).m_core, nullptr);
+}
+
+/// A factory whose virtual configurations come with a tree that no record holds.
+class UnsavedVirtualConfigTest : public testing::Test {
+protected:
+    UnsavedVirtualConfigTest() : factory("unsaved") {
+        factory->vconfig = [](const boost::shared_ptr<QelEnvCoreBasic>& core) {
+            VConfigSP config(new QelVEnvConfig(core));
+            config->setDisabled(true);
+            return config;
+        };
+        record->type = "unsaved";
+    }
+
+    RegisteredFactory factory;
+    boost::shared_ptr<QelEnvCoreBasic> record = recordOf("", "");
+};
+
+TEST_F(UnsavedVirtualConfigTest, IsDirtyInACopyIfTheRecordHasNoBytesOfIt) {
+    const Maintainer view(record);
+    expectClean(view);
+    const Maintainer copy(view);
+    EXPECT_FALSE(copy.configDirty);
+    EXPECT_TRUE(copy.vconfigDirty);
+}
+
+TEST_F(UnsavedVirtualConfigTest, IsDirtyInARecordOfTwoConfigurations) {
+    const Maintainer maintainer(someEID, namedConfig("base", "unsaved"), VConfigSP(new QelVEnvConfig));
+    EXPECT_FALSE(maintainer.configDirty);
+    EXPECT_TRUE(maintainer.vconfigDirty);
+}
+
+TEST_F(UnsavedVirtualConfigTest, IsCleanIfTheRecordHasBytesOfIt) {
+    const Maintainer view(record);
+    Maintainer copy(view);
+    ASSERT_TRUE(copy.vconfigDirty);
+    EXPECT_GT(bytesBy(copy).size(), 92U);
+    expectClean(Maintainer(copy));
+}
+
+TEST_F(UnsavedVirtualConfigTest, IsNobodysConcernWhereOnlyABaseConfigurationIsGiven) {
+    const Maintainer maintainer(someEID, namedConfig("base", "unsaved"));
+    expectClean(maintainer);
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, ADirtyHalfIsSerialisedIntoANewRecord) {
+    const auto record = namedRecord("base", "virtual");
+    record->status = {4, 5};
+    Maintainer maintainer(record);
+    maintainer.m_config->setName(given("changed"));
+    maintainer.configDirty = true;
+    const std::string bytes = bytesBy(maintainer);
+    expectClean(maintainer);
+    EXPECT_NE(maintainer.m_core, record);
+    EXPECT_EQ(bytes.size(), maintainer.m_core->length());
+    EXPECT_EQ(&maintainer.m_config->getType(), &maintainer.m_core->type) << "the views moved to the new record";
+    EXPECT_EQ(&maintainer.m_vconfig->getType(), &maintainer.m_core->type);
+
+    const Maintainer again(maintainer.m_core);
+    EXPECT_EQ(again.m_core->eid, someEID);
+    EXPECT_EQ(again.m_core->status, QelEnvStatus(4, 5));
+    EXPECT_EQ(textBy(*again.m_config, &QelEnvConfig::getName), "changed");
+    EXPECT_EQ(textBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(textBy(QelEnvConfig(record, EnvConfigType::base), &QelEnvConfig::getName), "base")
+        << "the former record stays as it was";
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, BothHalvesMayBeDirty) {
+    Maintainer maintainer(namedRecord("base", "virtual"));
+    maintainer.m_config->setName(given("base 2"));
+    maintainer.m_vconfig->setName(given("virtual 2"));
+    maintainer.configDirty = maintainer.vconfigDirty = true;
+    bytesBy(maintainer);
+    const Maintainer again(maintainer.m_core);
+    EXPECT_EQ(textBy(*again.m_config, &QelEnvConfig::getName), "base 2");
+    EXPECT_EQ(textBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual 2");
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, WhatIsCleanIsNotSerialised) {
+    Maintainer maintainer(namedRecord("base", "virtual"));
+    maintainer.m_config->setName(given("changed"));
+    maintainer.vconfigDirty = true;
+    bytesBy(maintainer);
+    EXPECT_EQ(textBy(QelEnvConfig(maintainer.m_core, EnvConfigType::base), &QelEnvConfig::getName), "base");
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, DirtyHalvesWithoutTreesAreEmpty) {
+    Maintainer maintainer;
+    maintainer.configDirty = maintainer.vconfigDirty = true;
+    EXPECT_EQ(bytesBy(maintainer).size(), 92U);
+    expectClean(maintainer);
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, AConfigurationThatWasReplacedBringsItsOwnBytes) {
+    Maintainer maintainer(namedRecord("base", "virtual"));
+    maintainer.m_config.reset(new QelEnvConfig(namedRecord("replaced", "ignored"), EnvConfigType::base));
+    maintainer.vconfigDirty = true;
+    bytesBy(maintainer);
+    const Maintainer again(maintainer.m_core);
+    EXPECT_EQ(textBy(*again.m_config, &QelEnvConfig::getName), "replaced");
+    EXPECT_EQ(textBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual");
+}
+
+/// The type that a record has after its configurations, with types of their own, were brought in.
+std::string typeBy(const char* base, bool isBaseDirty, const char* virtualised, bool isVirtualDirty) {
+    Maintainer maintainer;
+    maintainer.m_core->type = "old";
+    maintainer.m_config = namedConfig("base", base);
+    maintainer.m_vconfig = namedVirtualConfig("virtual", virtualised);
+    maintainer.configDirty = isBaseDirty;
+    maintainer.vconfigDirty = isVirtualDirty;
+    bytesBy(maintainer);
+    return maintainer.m_core->type.c_str();
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, TheTypeOfTheVirtualConfigurationWins) {
+    EXPECT_EQ(typeBy("b", true, "v", true), "v");
+    EXPECT_EQ(typeBy(nullptr, true, "v", true), "v");
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, TheTypeOfTheBaseConfigurationCountsIfTheVirtualOneHasNone) {
+    EXPECT_EQ(typeBy("b", true, nullptr, true), "b");
+    EXPECT_EQ(typeBy("b", true, nullptr, false), "b");
+    EXPECT_EQ(typeBy("b", true, "v", false), "old");
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, TheTypeOfACleanConfigurationChangesNothing) {
+    EXPECT_EQ(typeBy("b", false, nullptr, true), "old");
+    EXPECT_EQ(typeBy(nullptr, true, nullptr, true), "old");
+}
+
+TEST(QelEnvCoreBasicMaintainerTest, AConfigurationThatCannotBeSerialisedChangesNothing) {
+    const auto record = namedRecord("base", "virtual");
+    Maintainer maintainer(record);
+    maintainer.m_config.reset(new QelEnvConfig(&TooDeepMessage().cursor(), EnvConfigType::base));
+    maintainer.configDirty = maintainer.vconfigDirty = true;
+    unsigned length = 0;
+    EXPECT_EQ(maintainer.getBuffer(nullptr, length, nullptr), -1);
+    EXPECT_TRUE(maintainer.configDirty);
+    EXPECT_TRUE(maintainer.vconfigDirty);
+    EXPECT_EQ(maintainer.m_core, record);
+}
+
+} // namespace
+} // namespace Qel

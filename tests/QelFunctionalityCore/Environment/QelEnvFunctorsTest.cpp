@@ -1,0 +1,317 @@
+#include <gmock/gmock.h>
+
+#include "EnvTestSupport.h"
+
+// How environments cross the wire.
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+
+constexpr int environment = 1624;
+constexpr int parentEID = 1870;
+constexpr int eid = 1866;
+constexpr int status = 1192;
+constexpr int alert = 1003;
+constexpr int config = 1185;
+constexpr int vconfig = 1872;
+constexpr int name = 1026;
+
+/// A cursor on the element of an environment with nothing in it.
+class EnvElement : public TestMessage {
+public:
+    EnvElement() { cursor().newChild(environment); }
+    /// With its two identifiers.
+    static void identify(const EnvElement& element) {
+        element->putObj(otherEID, parentEID);
+        element->putObj(someEID, eid);
+    }
+    QelMessageIterator* operator->() const { return &cursor(); }
+
+    /// A configuration of a class, with a name and if told a type.
+    template <class Config> void putConfig(int id, const char* nameText, const char* typeText) const {
+        const boost::shared_ptr<QelEnvConfig> made(new Config);
+        made->setName(given(nameText));
+        if (typeText)
+            made->setType(typeText);
+        cursor().putObject(made, QelWriterDerived<QelEnvConfig>(), id);
+    }
+    [[nodiscard]] int read(QelEnv& env) const { return QelEnv::Reader()(cursor(), env); }
+};
+
+struct IdentifiedElement : EnvElement {
+    IdentifiedElement() { identify(*this); }
+};
+
+TEST(QelEnvFunctorsTest, WithNothingButItsIdentifiersItIsGenericAndBlank) {
+    const IdentifiedElement element;
+    QelEnv env;
+    ASSERT_EQ(element.read(env), 0);
+    EXPECT_EQ(env.getEID(), someEID);
+    EXPECT_EQ(env.getParentEID(), otherEID);
+    EXPECT_EQ(env.getType(), "generic");
+    EXPECT_EQ(env.getStatus(), QelEnvStatus(1, 0));
+    EXPECT_EQ(env.getMaxAlertType(), QelAlertType::green);
+    const QelEnv& read = env;
+    EXPECT_EQ(textBy(*read.getConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(textBy(*read.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
+    env.syncBuffer();
+    EXPECT_EQ(env.getCoreBasic()->length(), 92U);
+}
+
+TEST(QelEnvFunctorsTest, WithoutAnIdentifierItIsRefusedThoughTheConfigurationsWereRead) {
+    for (const int present : {parentEID, eid}) {
+        const EnvElement element;
+        element->putObj(otherEID, present);
+        element->putObj(QelEnvStatus(8, 9), status);
+        element.putConfig<QelEnvConfig>(config, "base", nullptr);
+        element.putConfig<QelVEnvConfig>(vconfig, "virtual", "vm");
+        QelEnv env;
+        EXPECT_EQ(element.read(env), -1) << present;
+        const QelEnv& read = env;
+        EXPECT_EQ(textBy(*read.getConfig(), &QelEnvConfig::getName), "base") << present;
+        EXPECT_EQ(textBy(*read.getVirtualConfig(), &QelEnvConfig::getName), "virtual") << present;
+        EXPECT_EQ(env.getType(), "vm") << present;
+        EXPECT_EQ(env.getStatus(), QelEnvStatus(1, 0)) << "read after the identifiers, so not at all";
+        // The parent's identifier comes first.
+        EXPECT_EQ(env.getParentEID(), present == parentEID ? otherEID : QelEID());
+        EXPECT_EQ(env.getEID(), QelEID());
+        EXPECT_EQ(element->curID(), environment) << "the cursor came back";
+    }
+}
+
+TEST(QelEnvFunctorsTest, ABadIdentifierIsRefused) {
+    const EnvElement element;
+    element->putObj(otherEID, parentEID);
+    element->putValue(std::string("no identifier"), eid);
+    QelEnv env;
+    EXPECT_EQ(element.read(env), -1);
+}
+
+/// The type of an environment whose configurations tell these.
+std::string typeBy(const char* base, const char* virtualised) {
+    const IdentifiedElement element;
+    element.putConfig<QelEnvConfig>(config, "base", base);
+    element.putConfig<QelVEnvConfig>(vconfig, "virtual", virtualised);
+    QelEnv env;
+    EXPECT_EQ(element.read(env), 0);
+    const std::string read = env.getType().c_str();
+    env.syncBuffer();
+    EXPECT_EQ(env.getType(), read) << "the record agrees";
+    return read;
+}
+
+TEST(QelEnvFunctorsTest, TheTypeIsThatOfTheVirtualElseOfTheBaseConfigurationElseGeneric) {
+    EXPECT_EQ(typeBy("b", "v"), "v");
+    EXPECT_EQ(typeBy("b", nullptr), "b");
+    EXPECT_EQ(typeBy(nullptr, "v"), "v");
+    EXPECT_EQ(typeBy(nullptr, nullptr), "generic");
+    EXPECT_EQ(typeBy("b", ""), "") << "a type that is specified and empty is one";
+}
+
+TEST(QelEnvFunctorsTest, AVirtualConfigurationOfAnotherClassIsNone) {
+    const IdentifiedElement element;
+    element.putConfig<QelEnvConfig>(vconfig, "not virtual", "b");
+    QelEnv env;
+    ASSERT_EQ(element.read(env), 0);
+    const QelEnv& read = env;
+    EXPECT_EQ(textBy(*read.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(env.getType(), "generic");
+}
+
+TEST(QelEnvFunctorsTest, WhatCameFromAMessageIsNotInTheRecordYet) {
+    const IdentifiedElement element;
+    element.putConfig<QelEnvConfig>(config, "base", nullptr);
+    element.putConfig<QelVEnvConfig>(vconfig, "virtual", nullptr);
+    QelEnv env;
+    ASSERT_EQ(element.read(env), 0);
+    EXPECT_EQ(env.getCoreBasic()->length(), 92U);
+    env.syncBuffer();
+    const QelEnv view(env.getCoreBasic());
+    EXPECT_EQ(view.getEID(), someEID);
+    EXPECT_EQ(textBy(*view.getConfig(), &QelEnvConfig::getName), "base");
+    EXPECT_EQ(textBy(*view.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
+}
+
+TEST(QelEnvFunctorsTest, TheRecordTakesTheTreesAndNotTheElementsThatTheyCameFrom) {
+    const IdentifiedElement element;
+    for (const int id : {config, vconfig}) {
+        element->newChild(id);
+        element->setComplexType(292, id == config ? 120 : 121);
+        element->putValue(std::string("a name"), name);
+        element->seekUp();
+    }
+    QelEnv env;
+    ASSERT_EQ(element.read(env), 0);
+    env.syncBuffer();
+    const TestMessage base(env.getCoreBasic()->getConfig());
+    ASSERT_EQ(base.cursor().firstChild(config), 0);
+    EXPECT_THAT(childIDs(base.cursor()), ElementsAre(name, 1223)) << "with the version that a tree is given";
+    const TestMessage virtualised(env.getCoreBasic()->getVirtualConfig());
+    EXPECT_EQ(virtualised.cursor().firstChild(config), 0) << "every tree has the same root";
+}
+
+std::vector<int> alertsBy(const std::vector<std::string>& texts) {
+    const IdentifiedElement element;
+    for (const std::string& text : texts)
+        element->putValue(text, alert);
+    QelEnv env;
+    for (int i = 0; i < qelAlertReasonCount; ++i)
+        env.setAlertType(static_cast<QelAlertReason>(i), QelAlertType::red);
+    EXPECT_EQ(element.read(env), 0);
+    EXPECT_EQ(element->curID(), environment) << "the cursor came back";
+    std::vector<int> levels;
+    for (int i = 0; i < qelAlertReasonCount; ++i)
+        levels.push_back(static_cast<int>(env.getAlertType(static_cast<QelAlertReason>(i))));
+    return levels;
+}
+
+TEST(QelEnvFunctorsTest, TheNthAlertLevelIsThatOfTheNthReason) {
+    EXPECT_THAT(alertsBy({"0", "1", "2", "3", "0"}), ElementsAre(0, 1, 2, 3, 0));
+}
+
+TEST(QelEnvFunctorsTest, AMissingOrBadAlertLevelLeavesItsSlot) {
+    EXPECT_THAT(alertsBy({}), ElementsAre(2, 2, 2, 2, 2));
+    EXPECT_THAT(alertsBy({"0", "0", "0", "0"}), ElementsAre(0, 0, 0, 0, 2));
+    EXPECT_THAT(alertsBy({"0", "4", "x", "-1", "3"}), ElementsAre(0, 2, 2, 2, 3));
+    EXPECT_THAT(alertsBy({"0", "0", "0", "0", "0", "1"}), ElementsAre(0, 0, 0, 0, 0)) << "there are no more reasons";
+}
+
+TEST(QelEnvFunctorsTest, AStatusIsReadIfItIsThere) {
+    const IdentifiedElement element;
+    element->putObj(QelEnvStatus(8, 9), status);
+    QelEnv env;
+    ASSERT_EQ(element.read(env), 0);
+    EXPECT_EQ(env.getStatus(), QelEnvStatus(8, 9));
+}
+
+TEST(QelEnvFunctorsTest, WritesIdentifiersStatusAlertLevelsAndConfigurations) {
+    const boost::shared_ptr<QelEnvConfig> base(new QelEnvConfig);
+    base->setName(given("base"));
+    QelEnv env(someEID, base);
+    env.setParentEID(otherEID);
+    env.setStatus({5, 6});
+    env.setAlertType(static_cast<QelAlertReason>(1), QelAlertType::yellow);
+    const TestMessage message;
+    ASSERT_EQ(message.cursor().putObj(env, environment), 0);
+    const QelMessageIterator& cursor = message.cursor();
+    cursor.firstChild();
+    expectStampOf<QelEnv::Writer>(cursor);
+    EXPECT_EQ(QelEnv::Writer::getNSID(), 292);
+    EXPECT_EQ(QelEnv::Writer::getTypeID(), 122);
+    EXPECT_THAT(childIDs(cursor),
+                ElementsAre(parentEID, eid, status, alert, alert, alert, alert, alert, config, vconfig));
+    EXPECT_EQ(childValue(cursor, parentEID), otherEID.toString());
+    EXPECT_EQ(childValue(cursor, eid), someEID.toString());
+
+    std::vector<std::string> levels;
+    for (int more = cursor.firstChild(alert); more == 0; more = cursor.nextSibling(alert)) {
+        levels.emplace_back();
+        EXPECT_EQ(cursor.getValue(levels.back(), 0), 0);
+    }
+    EXPECT_THAT(levels, ElementsAre("0", "1", "0", "0", "0"));
+    cursor.seekUp();
+}
+
+TEST(QelEnvFunctorsTest, EachPartStandsInTheNamespaceThatIsLeftWhenItIsWritten) {
+    const TestMessage message;
+    ASSERT_EQ(message.cursor().putObj(QelEnv(), environment), 0);
+    const QelMessageIterator& cursor = message.cursor();
+    cursor.firstChild();
+    std::vector<int> namespaces;
+    for (int more = cursor.firstChild(); more == 0; more = cursor.nextSibling())
+        namespaces.push_back(cursor.curNamespaceID());
+    // The stamped status clears the namespace for the alert levels behind it.
+    EXPECT_THAT(namespaces, ElementsAre(292, 292, 292, 0, 0, 0, 0, 0, 292, 292));
+}
+
+TEST(QelEnvFunctorsTest, AnEmptyConfigurationIsAnEmptyStampedElement) {
+    const TestMessage message;
+    ASSERT_EQ(message.cursor().putObj(QelEnv(), environment), 0);
+    const QelMessageIterator& cursor = message.cursor();
+    cursor.firstChild();
+    ASSERT_EQ(cursor.firstChild(config), 0);
+    EXPECT_EQ(cursor.firstChild(), -1);
+    expectStampOf<QelEnvConfig::Writer>(cursor);
+    ASSERT_EQ(cursor.nextSibling(vconfig), 0);
+    EXPECT_EQ(cursor.firstChild(), -1);
+    expectStampOf<QelVEnvConfig::Writer>(cursor);
+}
+
+TEST(QelEnvFunctorsTest, IsTheDefaultOfItsRegistry) {
+    const IdentifiedElement element;
+    boost::shared_ptr<QelEnv> env;
+    EXPECT_EQ(element->getObject(env, QelReaderDerived<QelEnv>(false), 0), -1);
+    EXPECT_EQ(element->getObject(env, QelReaderDerived<QelEnv>(true), 0), 0);
+    ASSERT_NE(env, nullptr);
+    EXPECT_EQ(env->getEID(), someEID);
+}
+
+TEST(QelEnvFunctorsTest, WhatWasWrittenReadsBackTheSame) {
+    const IdentifiedElement element;
+    element->putObj(QelEnvStatus(8, 9), status);
+    element->putValue(3, alert);
+    element.putConfig<QelEnvConfig>(config, "base", nullptr);
+    element.putConfig<QelVEnvConfig>(vconfig, "virtual", "vm");
+    QelEnv env;
+    ASSERT_EQ(element.read(env), 0);
+    const TestMessage first;
+    ASSERT_EQ(first.cursor().putObj(env, environment), 0);
+    QelEnv again;
+    ASSERT_EQ(first.cursor().getObj(again, environment), 0);
+    const TestMessage second;
+    ASSERT_EQ(second.cursor().putObj(again, environment), 0);
+    EXPECT_EQ(textOf(*first.get()), textOf(*second.get()));
+    EXPECT_EQ(again.getTitle(), "virtual");
+    EXPECT_EQ(again.getMaxAlertType(), QelAlertType::black);
+}
+
+TEST(QelEnvSPReaderTest, AnUnknownTypeGivesAPlainEnvironment) {
+    const IdentifiedElement element;
+    element.putConfig<QelVEnvConfig>(vconfig, "virtual", "unknown");
+    boost::shared_ptr<QelEnv> env;
+    ASSERT_EQ(QelEnv::EnvSPReader()(element.cursor(), env), 0);
+    EXPECT_EQ(typeid(*env), typeid(QelEnv));
+    EXPECT_EQ(env->getType(), "unknown");
+    EXPECT_EQ(element->curID(), environment);
+}
+
+TEST(QelEnvSPReaderTest, AFailureLeavesTheOutput) {
+    boost::shared_ptr<QelEnv> env(new QelEnv);
+    const auto before = env;
+    EXPECT_EQ(QelEnv::EnvSPReader()(EnvElement().cursor(), env), -1);
+    EXPECT_EQ(env, before);
+}
+
+TEST(QelEnvSPReaderTest, AKnownTypeGivesTheClassOfItsFactory) {
+    const RegisteredFactory factory("known");
+    factory->fresh = [] { return boost::shared_ptr<QelEnvBase>(new TestEnv); };
+    const IdentifiedElement element;
+    element.putConfig<QelEnvConfig>(config, "base", "known");
+    boost::shared_ptr<QelEnv> env;
+    ASSERT_EQ(QelEnv::EnvSPReader()(element.cursor(), env), 0);
+    EXPECT_EQ(factory->made, 1);
+    EXPECT_EQ(typeid(*env), typeid(TestEnv));
+    EXPECT_EQ(env->getSortKey(), 7U);
+    EXPECT_EQ(env->getEID(), someEID);
+    EXPECT_EQ(env->getType(), "known");
+    EXPECT_EQ(env->getTitle(), "base");
+    EXPECT_EQ(element->curID(), environment);
+}
+
+TEST(QelEnvSPReaderTest, AFactoryThatMakesSomethingElseGivesAPlainEnvironment) {
+    const RegisteredFactory factory("wrong");
+    factory->fresh = [] { return boost::shared_ptr<QelEnvBase>(new ForeignEnv); };
+    const IdentifiedElement element;
+    element.putConfig<QelEnvConfig>(config, "base", "wrong");
+    boost::shared_ptr<QelEnv> env;
+    ASSERT_EQ(QelEnv::EnvSPReader()(element.cursor(), env), 0);
+    EXPECT_EQ(factory->made, 1);
+    EXPECT_EQ(typeid(*env), typeid(QelEnv));
+    EXPECT_EQ(env->getTitle(), "base");
+}
+
+} // namespace
+} // namespace Qel

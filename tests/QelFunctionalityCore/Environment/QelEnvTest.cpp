@@ -1,0 +1,257 @@
+#include "QelFunctionalityCore/Environment/QelEnv.h"
+
+#include <gmock/gmock.h>
+
+#include "EnvTestSupport.h"
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+
+using Addresses = std::vector<QelIPAddress>;
+
+QelAlertReason reason(int index) {
+    return static_cast<QelAlertReason>(index);
+}
+
+Addresses addresses(const std::vector<std::string>& texts) {
+    Addresses list;
+    for (const std::string& text : texts)
+        list.emplace_back(text);
+    return list;
+}
+
+const QelEnv& asConst(const QelEnv& env) {
+    return env;
+}
+
+TEST(QelEnvTest, ItsGeneralTypeIsGeneric) {
+    EXPECT_EQ(QelEnv::type, "generic");
+}
+
+TEST(QelEnvTest, AFreshEnvironmentIsBlank) {
+    const QelEnv env;
+    EXPECT_EQ(env.getEID(), QelEID());
+    EXPECT_EQ(env.getParentEID(), QelEID());
+    EXPECT_EQ(env.getStatus(), QelEnvStatus(1, 0));
+    EXPECT_FALSE(env.getType().isSpecified());
+    EXPECT_EQ(env.getMaxAlertType(), QelAlertType::green);
+    EXPECT_EQ(env.getSortKey(), 0U);
+    EXPECT_EQ(textBy(*env.getConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(textBy(*env.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
+}
+
+TEST(QelEnvTest, WhatIsSetStandsInTheRecord) {
+    QelEnv env;
+    env.setParentEID(otherEID);
+    env.setStatus({5, 6});
+    env.setAlertType(reason(0), QelAlertType::yellow);
+    env.setAlertType(reason(4), QelAlertType::black);
+    const auto core = env.getCoreBasic();
+    EXPECT_EQ(core->parentEID, otherEID);
+    EXPECT_EQ(core->status, QelEnvStatus(5, 6));
+    EXPECT_EQ(core->alertType[0], QelAlertType::yellow);
+    EXPECT_EQ(core->alertType[4], QelAlertType::black);
+    EXPECT_EQ(env.getAlertType(reason(4)), QelAlertType::black);
+    EXPECT_EQ(env.getAlertType(reason(3)), QelAlertType::green);
+}
+
+TEST(QelEnvTest, TheMaximumOfTheAlertLevelsIsTheWorst) {
+    QelEnv env;
+    env.setAlertType(reason(2), QelAlertType::red);
+    env.setAlertType(reason(3), QelAlertType::yellow);
+    EXPECT_EQ(env.getMaxAlertType(), QelAlertType::red);
+    for (int i = 0; i < qelAlertReasonCount; ++i)
+        env.setAlertType(reason(i), static_cast<QelAlertType>(-1));
+    EXPECT_EQ(env.getMaxAlertType(), QelAlertType::green) << "it starts from 0";
+}
+
+TEST(QelEnvTest, IsAViewOnARecord) {
+    const auto record = recordOf("", "");
+    record->eid = someEID;
+    record->type = "vm";
+    const QelEnv env(record);
+    EXPECT_EQ(env.getCoreBasic(), record);
+    EXPECT_EQ(env.getEID(), someEID);
+    EXPECT_EQ(env.getType(), "vm");
+}
+
+TEST(QelEnvTest, IsMadeOfItsConfigurations) {
+    const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
+    config->setName(given("base"));
+    const boost::shared_ptr<QelVEnvConfig> vconfig(new QelVEnvConfig);
+    vconfig->setName(given("virtual"));
+    const QelEnv both(someEID, config, vconfig);
+    EXPECT_EQ(both.getEID(), someEID);
+    EXPECT_EQ(textBy(*both.getConfig(), &QelEnvConfig::getName), "base");
+    EXPECT_EQ(textBy(*both.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
+    const QelEnv base(someEID, config);
+    EXPECT_EQ(base.getEID(), someEID);
+    EXPECT_EQ(textBy(*base.getConfig(), &QelEnvConfig::getName), "base");
+    EXPECT_EQ(textBy(*base.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
+    const QelEnv virtualised(someEID, vconfig);
+    EXPECT_EQ(virtualised.getEID(), someEID);
+    EXPECT_EQ(textBy(*virtualised.getConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(textBy(*virtualised.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
+}
+
+TEST(QelEnvDeathTest, ANullRecordEndsTheProcess) {
+    EXPECT_DEATH(QelEnv(boost::shared_ptr<QelEnvCoreBasic>()), "core/src/QelFunctionalityCore/QelEnv:");
+}
+
+/// Whether asking for the buffer makes a new record, which only a configuration marked as changed does.
+bool makesNewRecord(QelEnv& env) {
+    const auto before = env.getCoreBasic();
+    env.syncBuffer();
+    return env.getCoreBasic() != before;
+}
+
+TEST(QelEnvTest, OnlyTheFormsForChangingMarkAConfigurationAsChanged) {
+    QelEnv env;
+    static_cast<void>(asConst(env).getConfig());
+    static_cast<void>(asConst(env).getVirtualConfig());
+    EXPECT_FALSE(makesNewRecord(env));
+    static_cast<void>(env.getConfig());
+    EXPECT_TRUE(makesNewRecord(env));
+    EXPECT_FALSE(makesNewRecord(env));
+    static_cast<void>(env.getVirtualConfig());
+    EXPECT_TRUE(makesNewRecord(env));
+}
+
+TEST(QelEnvTest, ANewRecordWithoutChangesEqualsTheOldOne) {
+    const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
+    config->setName(given("base"));
+    config->setType("vm");
+    QelEnv env(someEID, config);
+    const auto before = env.getCoreBasic();
+    static_cast<void>(env.getConfig());
+    const void* address = nullptr;
+    unsigned length = 0;
+    EXPECT_EQ(env.getBuffer(&address, length, "ignored"), 0);
+    EXPECT_NE(address, before.get());
+    ASSERT_EQ(length, before->length());
+    EXPECT_EQ(std::string(static_cast<const char*>(address), length),
+              std::string(reinterpret_cast<const char*>(before.get()), length));
+}
+
+TEST(QelEnvTest, SyncingBringsChangesIntoTheRecord) {
+    QelEnv env;
+    env.getConfig()->setName(given("changed"));
+    env.syncBuffer();
+    EXPECT_EQ(textBy(*QelEnv(env.getCoreBasic()).getConfig(), &QelEnvConfig::getName), "changed");
+}
+
+TEST(QelEnvTest, BufferOfAConfigurationThatCannotBeSerialisedFails) {
+    QelEnv env;
+    *env.getConfig() = QelEnvConfig(&TooDeepMessage().cursor(), EnvConfigType::base);
+    unsigned length = 0;
+    EXPECT_EQ(env.getBuffer(nullptr, length, nullptr), -1);
+}
+
+class QelEnvTitleTest : public testing::Test {
+protected:
+    QelEnvConfig& base() { return *env.getConfig(); }
+    QelVEnvConfig& virtualised() { return *env.getVirtualConfig(); }
+
+    QelEnv env{recordWithEID()};
+
+private:
+    static boost::shared_ptr<QelEnvCoreBasic> recordWithEID() {
+        auto record = recordOf("", "");
+        record->eid = someEID;
+        return record;
+    }
+};
+
+TEST_F(QelEnvTitleTest, EachRuleGivesWayToTheOneBeforeIt) {
+    EXPECT_EQ(env.getTitle(), someEID.toString());
+    base().setAddresses(given(addresses({"10.0.0.1/24"})));
+    EXPECT_EQ(env.getTitle(), "10.0.0.1");
+    virtualised().setAddresses(given(addresses({"10.0.0.2"})));
+    EXPECT_EQ(env.getTitle(), "10.0.0.2");
+    base().setHostname(given("base host"));
+    EXPECT_EQ(env.getTitle(), "base host");
+    virtualised().setHostname(given("virtual host"));
+    EXPECT_EQ(env.getTitle(), "virtual host");
+    base().setName(given("base name"));
+    EXPECT_EQ(env.getTitle(), "base name");
+    virtualised().setName(given("virtual name"));
+    EXPECT_EQ(env.getTitle(), "virtual name");
+}
+
+TEST_F(QelEnvTitleTest, ASpecifiedEmptyNameIsATitle) {
+    base().setName(given("base name"));
+    virtualised().setName(given(""));
+    EXPECT_EQ(env.getTitle(), "");
+}
+
+TEST_F(QelEnvTitleTest, ASpecifiedEmptyHostNameIsATitle) {
+    base().setAddresses(given(addresses({"10.0.0.1"})));
+    base().setHostname(given(""));
+    EXPECT_EQ(env.getTitle(), "");
+}
+
+TEST_F(QelEnvTitleTest, TheFirstAddressOfVersion4IsPreferred) {
+    base().setAddresses(given(addresses({"::1", "10.0.0.1", "10.0.0.2"})));
+    EXPECT_EQ(env.getTitle(), "10.0.0.1");
+    base().setAddresses(given(addresses({"", "::1", "10.0.0.1"})));
+    EXPECT_EQ(env.getTitle(), "10.0.0.1");
+}
+
+TEST_F(QelEnvTitleTest, WithoutOneTheFirstAddressIsTaken) {
+    base().setAddresses(given(addresses({"::1"})));
+    EXPECT_EQ(env.getTitle(), "::1");
+    base().setAddresses(given(addresses({"fe80::2", "::1"})));
+    EXPECT_EQ(env.getTitle(), "fe80::2");
+    base().setAddresses(given(addresses({"", "::1"})));
+    EXPECT_EQ(env.getTitle(), "");
+}
+
+TEST_F(QelEnvTitleTest, AnEmptyListOfAddressesGoesOn) {
+    virtualised().setAddresses(given(Addresses()));
+    EXPECT_EQ(env.getTitle(), someEID.toString());
+    base().setAddresses(given(addresses({"::1"})));
+    EXPECT_EQ(env.getTitle(), "::1");
+}
+
+TEST_F(QelEnvTitleTest, DamagedConfigurationsLeaveTheIdentityUntouched) {
+    const auto record = recordOf("damaged", "damaged, too");
+    record->eid = someEID;
+    record->status = {3, 4};
+    record->type = "vm";
+    const QelEnv damaged(record);
+    EXPECT_EQ(damaged.getEID(), someEID);
+    EXPECT_EQ(damaged.getStatus(), QelEnvStatus(3, 4));
+    EXPECT_EQ(damaged.getType(), "vm");
+    EXPECT_EQ(damaged.getTitle(), someEID.toString());
+}
+
+TEST_F(QelEnvTitleTest, NothingIsParsedBeforeItIsAskedFor) {
+    base().setName(given("base name"));
+    env.syncBuffer();
+    const auto record = env.getCoreBasic();
+    const QelEnv view(record);
+    EXPECT_EQ(view.getEID(), someEID);
+    const_cast<char*>(record->configBytes())[0] ^= 1;
+    EXPECT_EQ(view.getTitle(), someEID.toString());
+}
+
+/// An environment whose virtual configuration is another view.
+struct OtherViewEnv : QelEnv {
+    using QelEnv::getVirtualConfig;
+    [[nodiscard]] boost::shared_ptr<const QelVEnvConfig> getVirtualConfig() const override { return other; }
+    boost::shared_ptr<QelVEnvConfig> other;
+};
+
+TEST_F(QelEnvTitleTest, ADerivedClassMaySupplyAnotherView) {
+    OtherViewEnv derived;
+    derived.getConfig()->setName(given("base name"));
+    EXPECT_EQ(derived.getTitle(), "base name");
+    derived.other.reset(new QelVEnvConfig);
+    derived.other->setName(given("other view"));
+    EXPECT_EQ(derived.getTitle(), "other view");
+}
+
+} // namespace
+} // namespace Qel

@@ -1,0 +1,155 @@
+// Processes that are killed while they read or write a cache file, and what the others find afterwards.
+
+#include <algorithm>
+#include <csignal>
+
+#include "ProcessTest.h"
+
+namespace Qel::TestSupport {
+namespace {
+
+using Tool::FindingKind;
+
+class CacheKillTest : public ProcessTest {
+protected:
+    void killAll() {
+        for (const auto& worker : workers) {
+            worker->kill();
+            EXPECT_EQ(worker->finish(), -SIGKILL);
+        }
+        workers.clear();
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Processes, CacheKillTest, testing::ValuesIn(crews()), nameOfCrew);
+
+/// Lets some random time go by, up to about a millisecond: so that a process is killed anywhere in what it does.
+void dawdle(std::mt19937& random) {
+    volatile unsigned turns = below(random, 1U << (5 + below(random, 15)));
+    while (turns != 0)
+        turns = turns - 1;
+}
+
+TEST_P(CacheKillTest, SnapshotsOfKilledReadersStayAndTheOthersGoOn) {
+    addWorkers(2);
+    {
+        WorkerProcess writer(nativeWorker, file.path());
+        ASSERT_EQ(writer.ask("write 1 100"), "ok");
+        for (const auto& reader : workers)
+            ASSERT_EQ(reader->ask("hold list"), "ok");
+        ASSERT_EQ(writer.ask("write 2 100"), "ok");
+        ASSERT_EQ(workers[1]->ask("hold other"), "ok");
+    }
+    killAll();
+    const auto held = [&] {
+        std::vector<std::pair<std::int32_t, std::uint32_t>> snapshots;
+        for (const Tool::HeldSnapshot& each : reportOn(file).heldSnapshots)
+            snapshots.emplace_back(each.readers, each.records);
+        return snapshots;
+    };
+    EXPECT_EQ(reportOn(file).snapshotRefCount, 2) << "nobody gives the current one back";
+    addWorkers(2);
+    workers[0]->send("write 3 1000");
+    workers[1]->send("write 4 1000");
+    EXPECT_EQ(workers[0]->receive(), "ok");
+    EXPECT_EQ(workers[1]->receive(), "ok");
+    finishWorkers();
+    StressStates states;
+    StressScript::addAfter(1, 100, states);
+    const auto before = static_cast<std::uint32_t>(states.size());
+    StressScript::addAfter(2, 100, states);
+    const auto after = static_cast<std::uint32_t>(states.size());
+    EXPECT_THAT(held(), testing::UnorderedElementsAre(std::pair(2, before), std::pair(1, after)));
+    const Tool::CacheFileReport report = reportOn(file);
+    EXPECT_THAT(report.findings, testing::IsEmpty());
+    EXPECT_EQ(report.snapshotRefCount, 1);
+}
+
+/// Whether a damage costs nothing but bytes: blocks that nobody refers to, and counts that are too high.
+bool costsBytesOnly(const Tool::Findings& findings) {
+    return std::ranges::all_of(findings,
+                               [](const Tool::Finding& each) { return each.kind == FindingKind::unreferenced; });
+}
+
+/// Whether a damage is one that an interrupted change may leave.
+bool isOfAnInterruptedChange(const Tool::Finding& finding) {
+    switch (finding.kind) {
+    case FindingKind::freeListLink:
+    case FindingKind::freeListOrder:
+    case FindingKind::freeListUnmerged:
+    case FindingKind::blockSize:
+    case FindingKind::counter:
+    case FindingKind::keyOrder:
+    case FindingKind::recordKey:
+    case FindingKind::recordPointer: // listed twice
+    case FindingKind::recordRefCount:
+    case FindingKind::unreferenced:
+        return true;
+    default:
+        return false;
+    }
+}
+
+TEST_P(CacheKillTest, WritersKilledAnywhereLeaveAFileThatCanBeRead) {
+    constexpr int rounds = 50;
+    // So many that moving entries of the array takes most of the time.
+    ASSERT_EQ(addWorker().ask("fill 800"), "ok");
+    finishWorkers();
+    const std::string filled = file.read();
+    std::mt19937 random(7);
+    int damaged = 0;
+    for (int round = 0; round < rounds; ++round) {
+        const TempFile own;
+        own.write(filled);
+        const std::string& program = GetParam().programs[static_cast<std::size_t>(round) % GetParam().programs.size()];
+        {
+            WorkerProcess writer(program, own.path());
+            ASSERT_EQ(writer.ask(command("churn", 1 + round % 5)), "ok");
+            for (unsigned looks = below(random, 8); looks > 0; --looks)
+                dawdle(random);
+            writer.kill();
+            ASSERT_EQ(writer.finish(), -SIGKILL);
+        }
+        const Tool::CacheFileReport report = reportOn(own);
+        for (const Tool::Finding& finding : report.findings)
+            EXPECT_TRUE(isOfAnInterruptedChange(finding)) << testing::PrintToString(finding);
+        // Whatever was interrupted: the lock is free, and what is listed is whole.
+        WorkerProcess reader(nativeWorker, own.path());
+        EXPECT_EQ(reader.ask("look"), "ok " + std::to_string(report.records)) << "round " << round;
+        EXPECT_EQ(reader.finish(), 0);
+        if (!costsBytesOnly(report.findings)) {
+            ++damaged;
+            continue;
+        }
+        WorkerProcess survivor(nativeWorker, own.path());
+        EXPECT_EQ(survivor.ask("read 1"), "ok");
+        EXPECT_EQ(survivor.ask("write 9 50"), "ok");
+        EXPECT_EQ(survivor.finish(), 0);
+        EXPECT_TRUE(costsBytesOnly(reportOn(own).findings));
+    }
+    RecordProperty("damaged", damaged);
+}
+
+TEST_P(CacheKillTest, ProcessKilledWhileItAttachesLeavesAFileThatIsUsedOrRefused) {
+    std::mt19937 random(8);
+    for (int round = 0; round < 40; ++round) {
+        const TempFile own;
+        {
+            WorkerProcess starter(GetParam().programs.back(), own.path());
+            starter.send("hold list");
+            for (unsigned turns = below(random, 12); turns > 0; --turns)
+                dawdle(random);
+            starter.kill();
+            starter.finish();
+        }
+        WorkerProcess survivor(nativeWorker, own.path());
+        const std::string answer = survivor.ask("write 1 50");
+        // Killed while it formatted the file: an unusable one is refused by all until somebody removes it.
+        const bool isUnusable = own.size() >= 56 && own.word(8) != 0 && own.word(52) == 0;
+        EXPECT_EQ(answer, isUnusable ? "no cache" : "ok") << "round " << round;
+        EXPECT_EQ(survivor.finish(), 0);
+    }
+}
+
+} // namespace
+} // namespace Qel::TestSupport

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <memory>
+#include <ostream>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "StressEnv.h"
+#include "WorkerProcess.h"
+#include "qel/CacheFileChecker.h"
+#include "support/TempFile.h"
+
+namespace Qel::Tool {
+
+inline void PrintTo(const Finding& finding, std::ostream* out) {
+    *out << nameOf(finding.kind) << " at " << finding.offset << ": " << finding.text;
+}
+
+} // namespace Qel::Tool
+
+namespace Qel::TestSupport {
+
+/// The worker program of this build.
+inline const std::string nativeWorker = QEL_CACHE_WORKER;
+/// That of a build for the other architecture; empty if there is none.
+inline const std::string foreignWorker = QEL_FOREIGN_WORKER;
+
+/// Programs whose processes work on one file; the processes are spread over them.
+struct Crew {
+    std::string name;
+    std::vector<std::string> programs;
+
+    friend void PrintTo(const Crew& crew, std::ostream* out) { *out << crew.name; }
+};
+
+[[nodiscard]] inline std::vector<Crew> crews() {
+    std::vector<Crew> crews{{"OneArchitecture", {nativeWorker}}};
+    if (!foreignWorker.empty())
+        crews.push_back({"TwoArchitectures", {nativeWorker, foreignWorker}});
+    return crews;
+}
+
+[[nodiscard]] inline Tool::CacheFileReport reportOn(const TempFile& file) {
+    const std::string bytes = file.read();
+    return Tool::checkCacheFile(std::as_bytes(std::span(bytes)));
+}
+
+/// Expects a file without damage, in which nobody holds a snapshot.
+inline void expectLeftClean(const TempFile& file) {
+    const Tool::CacheFileReport report = reportOn(file);
+    EXPECT_THAT(report.findings, testing::IsEmpty());
+    EXPECT_THAT(report.heldSnapshots, testing::IsEmpty());
+    EXPECT_EQ(report.snapshotRefCount, 1);
+}
+
+/// A cache file and processes that work on it.
+class ProcessTest : public testing::TestWithParam<Crew> {
+protected:
+    /// The n-th worker runs the n-th program of the crew, in turn.
+    WorkerProcess& addWorker() {
+        const std::vector<std::string>& programs = GetParam().programs;
+        workers.push_back(std::make_unique<WorkerProcess>(programs[workers.size() % programs.size()], file.path()));
+        return *workers.back();
+    }
+
+    void addWorkers(unsigned count) {
+        for (unsigned i = 0; i < count; ++i)
+            addWorker();
+    }
+
+    void finishWorkers() {
+        for (const auto& worker : workers)
+            EXPECT_EQ(worker->finish(), 0);
+        workers.clear();
+    }
+
+    /// What a new process sees.
+    [[nodiscard]] std::string seenByNewcomer() const {
+        WorkerProcess newcomer(nativeWorker, file.path());
+        newcomer.ask("hold last");
+        std::string seen = newcomer.ask("see last");
+        newcomer.finish();
+        return seen;
+    }
+
+    const TempFile file;
+    std::vector<std::unique_ptr<WorkerProcess>> workers;
+};
+
+[[nodiscard]] inline std::string nameOfCrew(const testing::TestParamInfo<Crew>& info) {
+    return info.param.name;
+}
+
+/// A command with its arguments.
+template <class... Arguments>
+[[nodiscard]] std::string command(const std::string& verb, const Arguments&... arguments) {
+    std::string text = verb;
+    ((text += ' ' + std::to_string(arguments)), ...);
+    return text;
+}
+
+} // namespace Qel::TestSupport

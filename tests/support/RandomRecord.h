@@ -1,0 +1,249 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "QelFunctionalityCore/Environment/QelEnv.h"
+#include "QelFunctionalityCore/Environment/QelEnvStatus.h"
+#include "QelFunctionalityCore/QelRecordTypes.h"
+#include "QelMessage/QelMessageIterator.h"
+#include "QelMessage/QelWireLayout.h"
+
+namespace Qel::TestSupport {
+
+/// Fills elements with what a record's table allows: required fields always, others now and then.
+///
+/// What a table doesn't tell, the steps and the records without a table, is made by hand here; a family that has such
+/// adds them to the two maps.
+class RandomRecord {
+public:
+    explicit RandomRecord(unsigned seed) : m_random(seed) {}
+
+    /// Whether records of this type can be made.
+    [[nodiscard]] bool knows(std::string_view typeName, const QelWireLayout* layout) const {
+        return layout || m_byHand.contains(std::string(typeName));
+    }
+
+    /// Fills the element under the cursor.
+    void fill(QelMessageIterator& cursor, std::string_view typeName, const QelWireLayout* layout) {
+        if (!layout) {
+            m_byHand.at(std::string(typeName))(cursor);
+            return;
+        }
+        for (const QelWireField& field : layout->fields)
+            if (field.read == QelWireRead::required || below(3) != 0)
+                putField(cursor, *layout, field);
+    }
+
+    /// Changes one random element below the one under the cursor: takes it out, doubles it, gives it another value or a
+    /// child that doesn't belong there.
+    void damage(QelMessageIterator& cursor) {
+        const int depthOfTarget = descend(cursor);
+        if (depthOfTarget == 0)
+            return;
+        const std::unique_ptr<QelMessageIterator> target(cursor.newIterator(false));
+        for (int level = 0; level < depthOfTarget; ++level)
+            cursor.seekUp();
+        static constexpr std::array<const char*, 5> oddValues{"", "text", "-1", "99999999999999999999", "\xFF\x01"};
+        switch (below(4)) {
+        case 0:
+            target->deleteFromChild();
+            break;
+        case 1: {
+            const std::unique_ptr<QelMessageIterator> copy(target->newIterator(false));
+            target->seekUp();
+            target->copyToChild(copy.get());
+            break;
+        }
+        case 2:
+            target->putValue(std::string(oddValues[below(oddValues.size())]), 0);
+            break;
+        default:
+            target->putValue(std::string("stray"), static_cast<int>(1000 + below(900)));
+        }
+    }
+
+    [[nodiscard]] unsigned below(std::size_t limit) {
+        return std::uniform_int_distribution<unsigned>(0, static_cast<unsigned>(limit - 1))(m_random);
+    }
+
+private:
+    using Fill = std::function<void(QelMessageIterator&)>;
+
+    /// Goes down at random, and tells how many levels.
+    int descend(const QelMessageIterator& cursor) {
+        int depth = 0;
+        while ((depth == 0 || below(3) != 0) && cursor.firstChild() == 0) {
+            ++depth;
+            for (unsigned left = below(8); left > 0 && cursor.nextSibling() == 0;)
+                --left;
+        }
+        return depth;
+    }
+
+    void putField(QelMessageIterator& cursor, const QelWireLayout& layout, const QelWireField& field) {
+        const QelWireCodec& codec = *field.codec;
+        switch (codec.kind) {
+        case QelWireKind::step:
+            m_steps.at({std::string(layout.typeName), field.id})(cursor);
+            break;
+        case QelWireKind::base:
+            fill(cursor, codec.typeName, codec.layout ? codec.layout() : nullptr);
+            break;
+        case QelWireKind::sequence:
+        case QelWireKind::set:
+            if (field.id != 0)
+                cursor.newChild(field.id);
+            for (unsigned left = below(4) + 1; left > 0; --left)
+                putChild(cursor, field.item, *codec.item, field.form);
+            if (field.id != 0)
+                cursor.seekUp();
+            break;
+        default:
+            putChild(cursor, field.id, codec, field.form);
+        }
+    }
+
+    void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
+        cursor.newChild(id);
+        putValue(cursor, codec, form);
+        cursor.seekUp();
+    }
+
+    void putValue(QelMessageIterator& cursor, const QelWireCodec& codec, QelWireForm form) {
+        switch (codec.kind) {
+        case QelWireKind::text:
+            if (form == QelWireForm::base64)
+                cursor.putValueBase64(text(), 0);
+            else
+                cursor.putValue(text(), 0);
+            break;
+        case QelWireKind::integer:
+            cursor.putValue(static_cast<int>(below(4)), 0);
+            break;
+        case QelWireKind::longInteger:
+            if (form == QelWireForm::time)
+                cursor.putValueTime(static_cast<long>(below(2'000'000'000)), 0);
+            else
+                cursor.putValueLongLong(static_cast<long long>(m_random()) << 20U, 0);
+            break;
+        case QelWireKind::real:
+            cursor.putValueDouble(below(1000) / 7.0, 0);
+            break;
+        case QelWireKind::boolean:
+            cursor.putValue(static_cast<int>(below(2)), 0);
+            break;
+        case QelWireKind::derived:
+            m_byHand.at(std::string(codec.typeName))(cursor);
+            break;
+        case QelWireKind::record:
+            fill(cursor, codec.typeName, codec.layout ? codec.layout() : nullptr);
+            break;
+        default: // presence: no value
+            break;
+        }
+    }
+
+    /// Short, since a fixed-length text ends the process when it is given a longer one.
+    [[nodiscard]] std::string text() {
+        static constexpr std::array<std::string_view, 8> some{"",      "a",        "<&>",      "two words",
+                                                              "12345", "10.0.0.1", "\xC3\xB6", " padded "};
+        return std::string(some[below(some.size())]);
+    }
+
+    void putIdentifier(QelMessageIterator& cursor) {
+        cursor.putObj(QelGUID(static_cast<long long>(m_random()), static_cast<long long>(m_random())), 0);
+    }
+
+    void putAddress(QelMessageIterator& cursor) {
+        static constexpr std::array<const char*, 5> addresses{"10.0.0.1", "2001:db8::1", "::", "", "no address"};
+        static constexpr std::array<const char*, 6> masks{"24", "255.255.0.0", "64", "", "no mask", "99"};
+        if (below(2) == 0)
+            cursor.putValue(std::string(masks[below(masks.size())]), 1784);
+        cursor.putValue(std::string(addresses[below(addresses.size())]), 1262);
+    }
+
+    Fill inChild(int id, const Fill& fillChild) {
+        return [id, fillChild](QelMessageIterator& cursor) {
+            cursor.newChild(id);
+            fillChild(cursor);
+            cursor.seekUp();
+        };
+    }
+
+    Fill configuration(int typeID) {
+        return [this, typeID](QelMessageIterator& cursor) {
+            cursor.setComplexType(292, typeID);
+            fill(cursor, "QelEnvConfig", &qelWireLayout<QelEnvConfig>());
+        };
+    }
+
+    Fill identifier() {
+        return [this](QelMessageIterator& cursor) { putIdentifier(cursor); };
+    }
+
+    /// Any of the triggers.
+    void putTrigger(QelMessageIterator& cursor) {
+        static constexpr std::array<std::string_view, 5> kinds{
+            "QelSchedulerOnceTrigger", "QelSchedulerDailyTrigger", "QelSchedulerWeeklyTrigger",
+            "QelSchedulerMonthlyTrigger", "QelSchedulerMonthlyDayOfWeekTrigger"};
+        const QelRecordType& kind = *findRecordType(kinds[below(kinds.size())]);
+        cursor.setComplexType(kind.nsId, kind.typeId);
+        fill(cursor, kind.name, kind.layout);
+    }
+
+    Fill time(int id) {
+        return [this, id](QelMessageIterator& cursor) {
+            cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
+        };
+    }
+
+    std::mt19937 m_random;
+
+    /// Records without a table, by their class.
+    std::map<std::string, Fill> m_byHand{
+        {"QelGUID", identifier()},
+        {"QelEID", identifier()},
+        {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
+        {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
+        {"QelEIDList",
+         [this](QelMessageIterator& cursor) {
+             for (unsigned left = below(4); left > 0; --left)
+                 inChild(1866, identifier())(cursor);
+         }},
+        {"QelNamedOpStrListProperty",
+         [this](QelMessageIterator& cursor) {
+             cursor.putValue(static_cast<int>(below(3)), 1638);
+             cursor.putValue(text(), 1026);
+             for (unsigned left = below(4); left > 0; --left)
+                 cursor.putValue(text(), 1018);
+         }},
+    };
+
+    /// Steps of tables, by the class and the element.
+    std::map<std::pair<std::string, int>, Fill> m_steps{
+        {{"QelSchedulerTrigger", 1063}, time(1063)},
+        {{"QelSchedulerTrigger", 1064}, time(1064)},
+        {{"QelEnv", 1870}, inChild(1870, identifier())},
+        {{"QelEnv", 1866}, inChild(1866, identifier())},
+        {{"QelEnv", 1192},
+         inChild(1192,
+                 [this](QelMessageIterator& cursor) { fill(cursor, "QelEnvStatus", &qelWireLayout<QelEnvStatus>()); })},
+        {{"QelEnv", 1003},
+         [this](QelMessageIterator& cursor) {
+             for (unsigned left = below(7); left > 0; --left)
+                 cursor.putValue(static_cast<int>(below(5)), 1003);
+         }},
+        {{"QelEnv", 1185}, inChild(1185, configuration(120))},
+        {{"QelEnv", 1872}, inChild(1872, configuration(121))},
+    };
+};
+
+} // namespace Qel::TestSupport
