@@ -45,6 +45,7 @@ struct CommandGroup {
 
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup cacheCommands();
+[[nodiscard]] CommandGroup scheduleCommands();
 
 /// Adds `--json`, which every command has whose output programs may want.
 void addJsonOption(boost::program_options::options_description& options);
