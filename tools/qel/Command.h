@@ -47,6 +47,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup recordCommands();
+[[nodiscard]] CommandGroup scheduleCommands();
 
 /// Adds `--json`, which every command has whose output programs may want.
 void addJsonOption(boost::program_options::options_description& options);
