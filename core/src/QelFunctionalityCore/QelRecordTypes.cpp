@@ -22,6 +22,13 @@ template <class Record> QelRecordType byTable() {
     return makeRecordType<Record>(layout.typeName, &layout);
 }
 
+// A record that is all that a message holds.
+template <class Record> QelRecordType wholeMessage(std::string_view name) {
+    QelRecordType type = makeRecordType<Record>(name);
+    type.isWholeMessage = true;
+    return type;
+}
+
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelAuthName>(),
@@ -35,7 +42,6 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelRealm>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
-        makeRecordType<QelConfiguration>("QelConfiguration"),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
         makeRecordType<QelEID>("QelEID"),
         makeRecordType<QelEIDList>("QelEIDList"),
@@ -46,6 +52,7 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
+        wholeMessage<QelConfiguration>("QelConfiguration"),
     };
     std::sort(types.begin(), types.end(),
               [](const QelRecordType& a, const QelRecordType& b) { return a.name < b.name; });
