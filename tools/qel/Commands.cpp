@@ -5,7 +5,7 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{messageCommands(), cacheCommands()};
+    static const std::array groups{messageCommands(), cacheCommands(), configCommands()};
     return groups;
 }
 
