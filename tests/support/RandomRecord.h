@@ -12,6 +12,7 @@
 
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
+#include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelWireLayout.h"
 
@@ -139,6 +140,9 @@ private:
         case QelWireKind::boolean:
             cursor.putValue(static_cast<int>(below(2)), 0);
             break;
+        case QelWireKind::derived:
+            m_byHand.at(std::string(codec.typeName))(cursor);
+            break;
         case QelWireKind::record:
             fill(cursor, codec.typeName, codec.layout ? codec.layout() : nullptr);
             break;
@@ -185,12 +189,29 @@ private:
         return [this](QelMessageIterator& cursor) { putIdentifier(cursor); };
     }
 
+    /// Any of the triggers.
+    void putTrigger(QelMessageIterator& cursor) {
+        static constexpr std::array<std::string_view, 5> kinds{
+            "QelSchedulerOnceTrigger", "QelSchedulerDailyTrigger", "QelSchedulerWeeklyTrigger",
+            "QelSchedulerMonthlyTrigger", "QelSchedulerMonthlyDayOfWeekTrigger"};
+        const QelRecordType& kind = *findRecordType(kinds[below(kinds.size())]);
+        cursor.setComplexType(kind.nsId, kind.typeId);
+        fill(cursor, kind.name, kind.layout);
+    }
+
+    Fill time(int id) {
+        return [this, id](QelMessageIterator& cursor) {
+            cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
+        };
+    }
+
     std::mt19937 m_random;
 
     /// Records of which a table doesn't tell enough, by their class.
     std::map<std::string, Fill> m_byHand{
         {"QelGUID", identifier()},
         {"QelEID", identifier()},
+        {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
         {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
         {"QelEIDList",
          [this](QelMessageIterator& cursor) {
@@ -219,6 +240,8 @@ private:
 
     /// Steps of tables, by the class and the element.
     std::map<std::pair<std::string, int>, Fill> m_steps{
+        {{"QelSchedulerTrigger", 1063}, time(1063)},
+        {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelEnv", 1870}, inChild(1870, identifier())},
         {{"QelEnv", 1866}, inChild(1866, identifier())},
         {{"QelEnv", 1192},

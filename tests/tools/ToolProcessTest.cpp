@@ -1,9 +1,17 @@
+#include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 
 #include "CacheFileBuilder.h"
+#include "SampleEnvs.h"
 #include "ToolRun.h"
 
 namespace {
@@ -49,6 +57,119 @@ TEST_F(ToolProcessTest, AReaderThatWentAwayIsAFailureAndNoDeathBySignal) {
     (void)write("sound", SampleCacheFile().bytes());
     // The pipe's reader has ended for sure when the program is started.
     EXPECT_EQ(shell("mkfifo gone; { exec 3<>gone 4>gone; exec 3<&-; $QEL cache check sound >&4; }"), 4);
+}
+
+TEST_F(ToolProcessTest, OutputDoesNotGoIntoACacheThatTookTheClosedStreamsPlace) {
+    using SampleEnvs::eid;
+    (void)write("env.xml", SampleEnvs::message(SampleEnvs::env(eid(1), SampleEnvs::noEid, "server")));
+    EXPECT_EQ(shell("$QEL env put cache env.xml >&-"), 4);
+    EXPECT_EQ(shell("$QEL cache check cache >/dev/null"), 0);
+}
+
+/// Follows a cache in a process of its own.
+class WatchProcessTest : public ToolProcessTest {
+protected:
+    void SetUp() override {
+        put(SampleEnvs::env(SampleEnvs::eid(1), SampleEnvs::noEid, "server"));
+        int ends[2];
+        ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+        m_process = fork();
+        if (m_process == 0) {
+            dup2(ends[1], STDOUT_FILENO);
+            const std::string cache = path("cache");
+            execl(QEL_PROGRAM, "qel", "env", "watch", cache.c_str(), "--interval", "0.001", nullptr);
+            _exit(127);
+        }
+        close(ends[1]);
+        m_output = fdopen(ends[0], "r");
+    }
+
+    void TearDown() override { fclose(m_output); }
+
+    void put(const std::string& env) const {
+        ASSERT_EQ(runTool({"env", "put", path("cache"), "-"}, SampleEnvs::message(env)).code,
+                  Qel::Tool::ExitCode::success);
+    }
+
+    [[nodiscard]] std::string nextLine() const {
+        char line[200];
+        return fgets(line, sizeof line, m_output) ? line : "";
+    }
+
+    /// Changes the server again and again until the watcher tells of it, and so has begun to watch.
+    void waitForTheWatcher() const {
+        pollfd output{fileno(m_output), POLLIN, 0};
+        for (int state = 2; poll(&output, 1, 1) == 0; ++state)
+            put(SampleEnvs::env(SampleEnvs::eid(1), SampleEnvs::noEid, "server", state));
+    }
+
+    /// The process's status when the signal has ended it.
+    [[nodiscard]] int endBy(int signal) const {
+        int status = 0;
+        kill(m_process, signal);
+        waitpid(m_process, &status, 0);
+        return status;
+    }
+
+    /// Whether the process is in the middle of a write; true where the system doesn't tell.
+    [[nodiscard]] bool isWriting() const {
+        std::string call;
+        std::ifstream("/proc/" + std::to_string(m_process) + "/syscall") >> call;
+        return call.empty() || call == std::to_string(SYS_write) || call == std::to_string(SYS_writev);
+    }
+
+    pid_t m_process = -1;
+    FILE* m_output = nullptr;
+};
+
+TEST_F(WatchProcessTest, ChangesAreToldAsTheyCome) {
+    using namespace SampleEnvs;
+    waitForTheWatcher();
+    EXPECT_EQ(nextLine(), "changed " + eid(1) + "  server  (status)\n");
+    put(env(eid(2), eid(1), "machine"));
+    std::string line = nextLine();
+    while (line.starts_with("changed"))
+        line = nextLine();
+    EXPECT_EQ(line, "came    " + eid(2) + "  machine\n");
+    EXPECT_EQ(runTool({"env", "remove", path("cache"), eid(2)}).code, Qel::Tool::ExitCode::success);
+    EXPECT_EQ(nextLine(), "went    " + eid(2) + "  machine\n");
+    (void)endBy(SIGKILL);
+}
+
+TEST_F(WatchProcessTest, AnInterruptedWatcherEndsWellAndLeavesNoSnapshotHeld) {
+    waitForTheWatcher();
+    const int status = endBy(SIGINT);
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_THAT(runTool({"cache", "info", path("cache")}).out,
+                testing::ContainsRegex("references to the snapshot +1\n"));
+}
+
+TEST_F(WatchProcessTest, AWatcherThatIsToldToEndWhileItWritesEndsWell) {
+    // Nobody reads, so that the pipe fills and the watcher waits in the middle of a line.
+    fcntl(fileno(m_output), F_SETPIPE_SZ, 4096);
+    std::string envs;
+    for (unsigned i = 2; i < 200; ++i)
+        envs += SampleEnvs::env(SampleEnvs::eid(i), SampleEnvs::eid(1), "machine");
+    waitForTheWatcher();
+    put(envs);
+    while (!isWriting())
+        std::this_thread::yield();
+    const int status = endBy(SIGTERM);
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(runTool({"cache", "check", path("cache")}).code, Qel::Tool::ExitCode::success);
+}
+
+TEST_F(WatchProcessTest, AWatcherWhoseReaderWentAwayEnds) {
+    waitForTheWatcher();
+    fclose(m_output);
+    m_output = fopen("/dev/null", "r");
+    put(SampleEnvs::env(SampleEnvs::eid(3), SampleEnvs::noEid, "other"));
+    int status = 0;
+    waitpid(m_process, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 4);
 }
 
 } // namespace

@@ -87,4 +87,15 @@ ExitCode readCacheFile(const std::string& path, std::vector<std::byte>& bytes, s
     return ExitCode::success;
 }
 
+bool isFreshCacheFile(const std::string& path) {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file.number() < 0)
+        return errno == ENOENT;
+    struct stat status {};
+    std::vector<std::byte> header;
+    return fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode) &&
+           readStart(file.number(), CacheFormat::Header::length, header) == 0 &&
+           identifyCacheFile(header) == CacheFileKind::unformatted;
+}
+
 } // namespace Qel::Tool

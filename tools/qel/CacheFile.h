@@ -15,4 +15,7 @@ namespace Qel::Tool {
 /// ExitCode::failed if it can't be locked or read.
 [[nodiscard]] ExitCode readCacheFile(const std::string& path, std::vector<std::byte>& bytes, std::string& error);
 
+/// Whether a process that attaches to the file would make a new cache of it: it isn't there, or was never formatted.
+[[nodiscard]] bool isFreshCacheFile(const std::string& path);
+
 } // namespace Qel::Tool

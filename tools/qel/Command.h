@@ -43,9 +43,11 @@ struct CommandGroup {
 /// All groups, in the order in which the help lists them.
 [[nodiscard]] std::span<const CommandGroup> commandGroups();
 
-[[nodiscard]] CommandGroup messageCommands();
+[[nodiscard]] CommandGroup envCommands();
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
+[[nodiscard]] CommandGroup messageCommands();
+[[nodiscard]] CommandGroup recordCommands();
 
 /// Adds `--json`, which every command has whose output programs may want.
 void addJsonOption(boost::program_options::options_description& options);

@@ -5,7 +5,8 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{messageCommands(), cacheCommands(), configCommands()};
+    static const std::array groups{envCommands(), cacheCommands(), configCommands(), messageCommands(),
+                                   recordCommands()};
     return groups;
 }
 

@@ -90,10 +90,10 @@ ExitCode readOrStart(const std::string& file, QelMessage& message, const Console
 }
 
 ExitCode writeConfiguration(const std::string& file, const QelMessage& message, const Console& console) {
-    const std::unique_ptr<char, decltype(&std::free)> text(message.toTextEx(0, "", 0), &std::free);
-    if (!text)
+    std::string text;
+    if (toText(message, text) != 0)
         return console.fail(ExitCode::failed, file + ": " + getErrorMessage());
-    return writeContent(file, text.get(), console);
+    return writeContent(file, text, console);
 }
 
 ExitCode runSet(const Invocation& invocation, const Console& console) {

@@ -1,5 +1,4 @@
 #include <array>
-#include <memory>
 #include <ostream>
 #include <span>
 
@@ -28,15 +27,6 @@ constexpr std::string_view binaryForm = "binary";
 void addConvertOptions(po::options_description& options) {
     options.add_options()("to", po::value<std::string>()->required()->value_name("FORM"),
                           "the form to write: text or binary");
-}
-
-/// The whole message in text form; nonzero, with an error message, if it is beyond what a message may be.
-int toText(const QelMessage& message, std::string& content) {
-    const std::unique_ptr<char, decltype(&std::free)> text(message.toTextEx(0, "", 0), &std::free);
-    if (!text)
-        return -1;
-    content = text.get();
-    return 0;
 }
 
 ExitCode runConvert(const Invocation& invocation, const Console& console) {

@@ -2,11 +2,13 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <istream>
 #include <limits>
+#include <memory>
 #include <ostream>
 
 #include "QelCommon/ErrorMessage.h"
@@ -74,14 +76,25 @@ std::string resolved(const std::string& name) {
 
 } // namespace
 
+std::string shownName(const std::string& name) {
+    return name == standardStream ? "standard input" : name;
+}
+
+int toText(const QelMessage& message, std::string& text) {
+    const std::unique_ptr<char, decltype(&std::free)> buffer(message.toTextEx(0, "", 0), &std::free);
+    if (!buffer)
+        return -1;
+    text = buffer.get();
+    return 0;
+}
+
 ExitCode readMessage(const std::string& name, QelMessage& message, const Console& console) {
     std::string content;
     if (const ExitCode code = readContent(name, content, console); code != ExitCode::success)
         return code;
     if (parse(content, message) == 0)
         return ExitCode::success;
-    const std::string shownName = name == standardStream ? "standard input" : name;
-    return console.fail(ExitCode::badInput, shownName + ": " + getErrorMessage());
+    return console.fail(ExitCode::badInput, shownName(name) + ": " + getErrorMessage());
 }
 
 ExitCode writeContent(const std::string& name, std::string_view content, const Console& console) {

@@ -11,6 +11,12 @@ namespace Qel::Tool {
 /// The file name that stands for standard input or output.
 inline constexpr std::string_view standardStream = "-";
 
+/// How messages call a file.
+[[nodiscard]] std::string shownName(const std::string& name);
+
+/// The whole message in text form; nonzero, with an error message, if it is beyond what a message may be.
+[[nodiscard]] int toText(const QelMessage& message, std::string& text);
+
 /// Reads a message, text or binary as its first bytes tell, from a file or standard input.  ExitCode::badInput, and an
 /// error that names the place, if it can't be read or is malformed; then `message` is as it was.
 [[nodiscard]] ExitCode readMessage(const std::string& name, QelMessage& message, const Console& console);

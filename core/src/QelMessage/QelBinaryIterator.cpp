@@ -35,7 +35,8 @@ QelBinaryIterator::QelBinaryIterator(const QelBinaryIterator* other)
 }
 
 QelBinaryIterator& QelBinaryIterator::operator=(const QelBinaryIterator& other) {
-    takePlaceOf(other);
+    if (this != &other)
+        takePlaceOf(other);
     return *this;
 }
 

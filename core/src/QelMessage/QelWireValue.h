@@ -194,7 +194,7 @@ int readWireItems(const QelMessageIterator& cursor, int id, const QelWireField& 
             result = readItem();
         while (result == 0 && cursor.nextSibling(field.item) == 0);
         cursor.seekUp();
-    } else if (id == 0 && field.read == QelWireRead::required) {
+    } else if (field.needsItems || (id == 0 && field.read == QelWireRead::required)) {
         result = -1;
     }
     if (id != 0)

@@ -1,0 +1,121 @@
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include "QelFunctionalityCore/QelRecordTypes.h"
+#include "QelMessage/QelNames.h"
+#include "ToolRun.h"
+
+namespace {
+
+using Qel::Tool::ExitCode;
+using Json = nlohmann::ordered_json;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class RecordCommandsTest : public ToolTest {
+protected:
+    [[nodiscard]] static ToolRun rewrite(const std::string& type, const std::string& record) {
+        return runTool({"record", "rewrite", type, "-"}, "<message>" + record + "</message>");
+    }
+};
+
+TEST_F(RecordCommandsTest, ListShowsEveryRecordType) {
+    const ToolRun run = runTool({"record", "list", "--json"});
+    EXPECT_EQ(run.code, ExitCode::success);
+    const Json list = Json::parse(run.out);
+    EXPECT_EQ(list.size(), Qel::recordTypes().size());
+    const Json expected{{"name", "QelOS"}, {"namespace", 292}, {"type", 117}};
+    EXPECT_NE(std::find(list.begin(), list.end(), expected), list.end());
+}
+
+TEST_F(RecordCommandsTest, ListAsATableNamesTheIds) {
+    const ToolRun run = runTool({"record", "list"});
+    EXPECT_THAT(run.out, testing::ContainsRegex("\nQelOS +292 env +117 os\n"));
+    EXPECT_THAT(run.out, testing::ContainsRegex("\nQelQoS +- +-\n"));
+}
+
+TEST_F(RecordCommandsTest, DescribeShowsTheTableInWritingOrder) {
+    const ToolRun run = runTool({"record", "describe", "QelQoS"});
+    EXPECT_EQ(run.code, ExitCode::success);
+    EXPECT_EQ(run.out, "QelQoS, namespace -, type -\n"
+                       "write  read  field      elements         kind                    on read   on write\n"
+                       "    1     1  id         1010 id          text                    required  always\n"
+                       "    2     2  hardLimit  1067 hard_limit  long integer            required  always\n"
+                       "    3     3  softLimit  1066 soft_limit  long integer, or unset  ignored   ifSet\n");
+}
+
+TEST_F(RecordCommandsTest, DescribeAsJsonHasEveryColumn) {
+    const Json described = Json::parse(runTool({"record", "describe", "QelEnv", "--json"}).out);
+    EXPECT_EQ(described["name"], "QelEnv");
+    EXPECT_EQ(described["namespace"], 292);
+    EXPECT_EQ(described["type"], 122);
+    const Json eid{{"field", "eid"},      {"id", 1866},      {"kind", "by hand"},
+                   {"mayBeUnset", false}, {"form", "plain"}, {"read", "required"},
+                   {"write", "always"},   {"writeOrder", 2}, {"readOrder", 4}};
+    EXPECT_EQ(described["fields"][1], eid);
+}
+
+TEST_F(RecordCommandsTest, EveryTypeCanBeDescribed) {
+    for (const Qel::QelRecordType& type : Qel::recordTypes()) {
+        const std::string name(type.name);
+        const ToolRun text = runTool({"record", "describe", name});
+        EXPECT_EQ(text.code, ExitCode::success);
+        EXPECT_THAT(text.out, StartsWith(name + ", namespace "));
+        const Json described = Json::parse(runTool({"record", "describe", name, "--json"}).out);
+        EXPECT_EQ(described["fields"].is_null(), type.layout == nullptr) << name;
+    }
+}
+
+TEST_F(RecordCommandsTest, ATypeWithoutATableIsToldSo) {
+    EXPECT_EQ(runTool({"record", "describe", "QelEID"}).out,
+              "QelEID, namespace -, type -\nRead and written by hand, without a table.\n");
+}
+
+TEST_F(RecordCommandsTest, AnUnknownTypeIsNotThere) {
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"record", "describe", "QelNothing"}, {"record", "rewrite", "QelNothing", "-"}}) {
+        const ToolRun run = runTool(command);
+        EXPECT_EQ(run.code, ExitCode::notSo);
+        EXPECT_EQ(run.err, "qel: no record type 'QelNothing'; see `qel record list`\n");
+    }
+}
+
+TEST_F(RecordCommandsTest, RewriteReadsAndWritesTheRecordIntoAnElementOfTheSameId) {
+    const ToolRun run = rewrite("QelQoS", "<e1900><soft_limit>1</soft_limit><what>else</what><id>cpu</id>"
+                                          "<hard_limit>2</hard_limit></e1900><data/>");
+    EXPECT_EQ(run.code, ExitCode::success);
+    const std::string element = Qel::QelNames::elementName(1900);
+    EXPECT_THAT(run.out, HasSubstr("\n  <" + element +
+                                   ">\n    <id>cpu</id>\n    <hard_limit>2</hard_limit>\n"
+                                   "    <soft_limit>1</soft_limit>\n  </" +
+                                   element + ">\n</message>\n"));
+}
+
+TEST_F(RecordCommandsTest, RewriteStampsTheElement) {
+    const ToolRun run = rewrite("QelOS", "<os><name>Linux</name></os>");
+    EXPECT_EQ(run.code, ExitCode::success);
+    EXPECT_THAT(run.out, HasSubstr("xsi:type=\"env:os\""));
+}
+
+TEST_F(RecordCommandsTest, RewriteKeepsANameWithoutAnId) {
+    EXPECT_THAT(rewrite("QelEnvStatus", "<my_status><state>4</state></my_status>").out, HasSubstr("<my_status "));
+}
+
+TEST_F(RecordCommandsTest, ARecordThatCannotBeReadIsBadInput) {
+    const ToolRun run = rewrite("QelQoS", "<qos><id>cpu</id></qos>");
+    EXPECT_EQ(run.code, ExitCode::badInput);
+    EXPECT_THAT(run.err, StartsWith("qel: QelQoS: reader gave -1 for standard input: "));
+    EXPECT_THAT(run.out, IsEmpty());
+}
+
+TEST_F(RecordCommandsTest, ABadFileDoesNotStopTheRewritingOfOthers) {
+    const std::string good = write("good", std::string("<message><s><state>4</state></s></message>"));
+    const std::string bad = write("bad", std::string("<message/>"));
+    const ToolRun run = runTool({"record", "rewrite", "QelEnvStatus", path("none"), bad, good, good});
+    EXPECT_EQ(run.code, ExitCode::badInput);
+    EXPECT_EQ(run.err, "qel: " + path("none") + ": No such file or directory\nqel: " + bad + ": no record in it\n");
+    EXPECT_EQ(run.out.find("<state>4</state>") == run.out.rfind("<state>4</state>"), false);
+}
+
+} // namespace

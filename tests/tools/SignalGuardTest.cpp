@@ -1,0 +1,51 @@
+#include "qel/SignalGuard.h"
+
+#include <cstdio>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Qel::Tool::EndsWhenInterrupted;
+using Qel::Tool::SignalGuard;
+
+TEST(SignalGuardDeathTest, ASignalTakesEffectWhenTheGuardEnds) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+        EXPECT_EXIT(
+            {
+                const SignalGuard guard;
+                std::raise(signal);
+                std::fputs("finished", stderr);
+            },
+            testing::KilledBySignal(signal), "finished");
+    }
+}
+
+TEST(SignalGuardTest, ASignalThatIsWaitedForIsTaken) {
+    const SignalGuard guard;
+    std::raise(SIGTERM);
+    EXPECT_TRUE(guard.waitFor(std::chrono::hours(1)));
+    EXPECT_FALSE(guard.waitFor(std::chrono::nanoseconds(1)));
+}
+
+TEST(EndsWhenInterruptedDeathTest, AnInterruptionIsASuccessfulEnd) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        EXPECT_EXIT(
+            {
+                const EndsWhenInterrupted ending;
+                std::raise(signal);
+            },
+            testing::ExitedWithCode(0), "");
+    }
+}
+
+TEST(EndsWhenInterruptedDeathTest, AfterwardsSignalsAreWhatTheyWere) {
+    EXPECT_EXIT(
+        {
+            { const EndsWhenInterrupted ending; }
+            std::raise(SIGTERM);
+        },
+        testing::KilledBySignal(SIGTERM), "");
+}
+
+} // namespace
