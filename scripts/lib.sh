@@ -9,7 +9,7 @@ export LC_ALL=C.UTF-8
 # The packages of Debian 12, by what needs them.
 build_packages=(g++ cmake ninja-build libboost-dev libpugixml-dev uuid-dev)
 tool_packages=(libboost-program-options-dev nlohmann-json3-dev)
-test_packages=(googletest librapidcheck-dev libxml2-utils)
+test_packages=(googletest librapidcheck-dev libxml2-utils tzdata)
 bench_packages=(libbenchmark-dev liblmdb-dev)
 fuzz_packages=(clang libclang-rt-14-dev)
 format_packages=(clang-format)

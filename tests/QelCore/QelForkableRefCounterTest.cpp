@@ -45,12 +45,15 @@ TEST(QelForkableRefCounterTest, ChildOfAChildHearsOfItsOwnFork) {
 }
 
 TEST(QelForkableRefCounterTest, ReinitMayDestroyOtherObjects) {
-    // Whatever the order of the visits, some of these go while the registry is being walked.
+    // Each owner holds an object made before it and one made after it, so that whatever the order of the visits, the
+    // one to be visited next goes.
     std::vector<WitnessPtr> chain;
     for (int i = 0; i < 6; ++i) {
+        const WitnessPtr earlier(new Witness);
+        chain.emplace_back(new Witness);
+        chain.back()->other = earlier;
         chain.emplace_back(new Witness);
         chain.back()->other = new Witness;
-        chain.back()->other->other = new Witness;
     }
     EXPECT_EQ(inChild([&] {
                   for (const WitnessPtr& witness : chain)

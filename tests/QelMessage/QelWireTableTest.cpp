@@ -69,6 +69,14 @@ struct Needy {
     using writer_type = QelRecordWriter<Needy>;
 };
 
+/// A record that takes no element without items, and one that then takes none at all.
+struct Greedy {
+    std::vector<int> items;
+    std::vector<int> spare;
+    using reader_type = QelRecordReader<Greedy>;
+    using writer_type = QelRecordWriter<Greedy>;
+};
+
 /// A family of two, and a record that holds them in every way.
 struct Animal {
     virtual ~Animal() = default;
@@ -161,6 +169,16 @@ template <> struct Wire<Needy> : WireWords<Needy> {
 };
 template <> const QelWireLayout& qelWireLayout<Needy>() {
     return wireLayoutOf<Needy>;
+}
+
+template <> struct Wire<Greedy> : WireWords<Greedy> {
+    static constexpr QelWireField fields[] = {
+        wrapped<&Greedy::items>(1980, 1156, required, always).filled(),
+        wrapped<&Greedy::spare>(1029, 1010, ignored, always).filled(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Greedy>() {
+    return wireLayoutOf<Greedy>;
 }
 
 template <> struct Wire<Animal> : WireWords<Animal> {
@@ -366,6 +384,20 @@ TEST_F(QelWireTableTest, RequiredItemsMustBeThereButARequiredWrapperMayBeEmpty) 
     EXPECT_THAT(record.wrapped, IsEmpty());
     message->deleteChild(1980);
     EXPECT_EQ(read(record), -1);
+}
+
+TEST_F(QelWireTableTest, AFilledWrapperMustNotBeEmptyUnlessItsFailureIsIgnored) {
+    message->putChild(1980);
+    message->putChild(1029);
+    Greedy record;
+    EXPECT_EQ(read(record), -1);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read Greedy: element paths (items) is malformed"));
+    ASSERT_EQ(message->seek(1980), 0);
+    message->putValue(4, 1156);
+    message->seekUp();
+    EXPECT_EQ(read(record), 0);
+    EXPECT_THAT(record.items, ElementsAre(4));
+    EXPECT_THAT(record.spare, IsEmpty());
 }
 
 TEST_F(QelWireTableTest, ARecordInAnElementOfItsOwnIsStampedAndABaseIsNot) {

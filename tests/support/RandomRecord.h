@@ -12,6 +12,7 @@
 
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
+#include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelWireLayout.h"
 
@@ -19,8 +20,8 @@ namespace Qel::TestSupport {
 
 /// Fills elements with what a record's table allows: required fields always, others now and then.
 ///
-/// What a table doesn't tell, the steps and the records without a table, is made by hand here; a family that has such
-/// adds them to the two maps.
+/// What a table doesn't tell is made by hand here: the steps, the records without a table, and those that ask more of a
+/// field than to be there.  A family that has such adds them to the two maps.
 class RandomRecord {
 public:
     explicit RandomRecord(unsigned seed) : m_random(seed) {}
@@ -32,7 +33,7 @@ public:
 
     /// Fills the element under the cursor.
     void fill(QelMessageIterator& cursor, std::string_view typeName, const QelWireLayout* layout) {
-        if (!layout) {
+        if (!layout || m_byHand.contains(std::string(typeName))) {
             m_byHand.at(std::string(typeName))(cursor);
             return;
         }
@@ -139,6 +140,9 @@ private:
         case QelWireKind::boolean:
             cursor.putValue(static_cast<int>(below(2)), 0);
             break;
+        case QelWireKind::derived:
+            m_byHand.at(std::string(codec.typeName))(cursor);
+            break;
         case QelWireKind::record:
             fill(cursor, codec.typeName, codec.layout ? codec.layout() : nullptr);
             break;
@@ -185,17 +189,45 @@ private:
         return [this](QelMessageIterator& cursor) { putIdentifier(cursor); };
     }
 
+    /// Any of the triggers.
+    void putTrigger(QelMessageIterator& cursor) {
+        static constexpr std::array<std::string_view, 5> kinds{
+            "QelSchedulerOnceTrigger", "QelSchedulerDailyTrigger", "QelSchedulerWeeklyTrigger",
+            "QelSchedulerMonthlyTrigger", "QelSchedulerMonthlyDayOfWeekTrigger"};
+        const QelRecordType& kind = *findRecordType(kinds[below(kinds.size())]);
+        cursor.setComplexType(kind.nsId, kind.typeId);
+        fill(cursor, kind.name, kind.layout);
+    }
+
+    Fill time(int id) {
+        return [this, id](QelMessageIterator& cursor) {
+            cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
+        };
+    }
+
     std::mt19937 m_random;
 
-    /// Records without a table, by their class.
+    /// Records of which a table doesn't tell enough, by their class.
     std::map<std::string, Fill> m_byHand{
         {"QelGUID", identifier()},
         {"QelEID", identifier()},
+        {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
         {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
         {"QelEIDList",
          [this](QelMessageIterator& cursor) {
              for (unsigned left = below(4); left > 0; --left)
                  inChild(1866, identifier())(cursor);
+         }},
+        {"QelConfiguration", inChild(1307,
+                                     [this](QelMessageIterator& cursor) {
+                                         for (unsigned left = below(4); left > 0; --left)
+                                             inChild(static_cast<int>(1001 + below(20)), identifier())(cursor);
+                                     })},
+        {"QelConnectivityInfo",
+         [this](QelMessageIterator& cursor) {
+             cursor.putValue(text(), 1195);
+             cursor.putValue(static_cast<int>(below(4)), 1704);
+             cursor.putValue("host-" + text(), 1687); // an empty one can't be written
          }},
         {"QelNamedOpStrListProperty",
          [this](QelMessageIterator& cursor) {
@@ -208,6 +240,8 @@ private:
 
     /// Steps of tables, by the class and the element.
     std::map<std::pair<std::string, int>, Fill> m_steps{
+        {{"QelSchedulerTrigger", 1063}, time(1063)},
+        {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelEnv", 1870}, inChild(1870, identifier())},
         {{"QelEnv", 1866}, inChild(1866, identifier())},
         {{"QelEnv", 1192},

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <utility>
 
+#include "QelCommon/SettingsProvider.h"
 #include "QelCommon/Strings.h"
 
 namespace Qel {
@@ -13,44 +14,109 @@ int debug_level = LogLevel::error;
 
 namespace {
 
-// Leaked on purpose: records may still come while other static objects are being destroyed.
-struct SinkSlot {
-    std::mutex mutex;
-    LogSink sink;
+/// What a line on standard error looks like.
+struct LineStyle {
+    int order = 0;
+    int format = 0;
 };
 
-SinkSlot& sinkSlot() {
-    static auto* slot = new SinkSlot;
-    return *slot;
+struct LogState {
+    std::mutex mutex; ///< guards what follows
+    LogSink sink;
+    LineStyle style;
+    Debug::ModuleFilter filter;
+    std::shared_ptr<const Debug::SettingsProvider> provider;
+};
+
+// Leaked on purpose: records may still come while other static objects are being destroyed.
+LogState& logState() {
+    static auto* state = new LogState;
+    return *state;
 }
 
-void writeToStandardError(const LogRecord& record) {
-    std::fprintf(stderr, "%s[%d] %s: %s\n", record.module, record.level, record.function, record.text.c_str());
+constexpr int levelFirst = 1;
+constexpr int withFunction = 1;
+
+std::string prefixOf(const LogRecord& record, const LineStyle& style) {
+    const std::string level = '[' + std::to_string(record.level) + ']';
+    std::string prefix = style.order == levelFirst ? level + ' ' + record.module : record.module + level;
+    if (style.format == withFunction)
+        prefix += std::string(" ") + record.function;
+    else if (style.format > withFunction)
+        prefix += std::string(" ") + record.file + ':' + std::to_string(record.line) + ", " + record.prettyFunction;
+    return prefix;
+}
+
+void writeToStandardError(const LogRecord& record, const LineStyle& style) {
+    std::fprintf(stderr, "%s: %s\n", prefixOf(record, style).c_str(), record.text.c_str());
+}
+
+constexpr int highestLevel = 6;
+
+bool isLevel(int level) {
+    return level >= 0 && level <= highestLevel;
 }
 
 } // namespace
 
 LogSink setLogSink(LogSink sink) {
-    SinkSlot& slot = sinkSlot();
-    const std::lock_guard guard(slot.mutex);
-    return std::exchange(slot.sink, std::move(sink));
+    LogState& state = logState();
+    const std::lock_guard guard(state.mutex);
+    return std::exchange(state.sink, std::move(sink));
 }
 
 void Logger::put(int level, const char* format, ...) const {
     if (level > debug_level)
+        return;
+    LogState& state = logState();
+    const std::lock_guard guard(state.mutex);
+    if (!state.filter.passes(m_module))
         return;
     std::va_list arguments;
     va_start(arguments, format);
     const LogRecord record{
         m_module, m_file, m_line, m_function, m_prettyFunction, level, formatText(format, arguments)};
     va_end(arguments);
-
-    SinkSlot& slot = sinkSlot();
-    const std::lock_guard guard(slot.mutex);
-    if (slot.sink)
-        slot.sink(record);
+    if (state.sink)
+        state.sink(record);
     else
-        writeToStandardError(record);
+        writeToStandardError(record, state.style);
+}
+
+void Debug::setSettingsProvider(std::shared_ptr<const SettingsProvider> provider) {
+    LogState& state = logState();
+    {
+        const std::lock_guard guard(state.mutex);
+        state.provider = std::move(provider);
+        if (!state.provider) {
+            debug_level = LogLevel::error;
+            state.style = {};
+            state.filter = {};
+            return;
+        }
+    }
+    reconfigure();
+}
+
+void Debug::reconfigure() {
+    LogState& state = logState();
+    std::shared_ptr<const SettingsProvider> provider;
+    {
+        const std::lock_guard guard(state.mutex);
+        provider = state.provider;
+    }
+    if (!provider)
+        return;
+    // Asked without the lock, and before anything is changed: a provider logs what it can't read.
+    const int level = provider->level();
+    const LineStyle style{provider->order(), provider->format()};
+    ModuleFilter filter = provider->filter();
+
+    const std::lock_guard guard(state.mutex);
+    if (isLevel(level))
+        debug_level = level;
+    state.style = style;
+    state.filter = std::move(filter);
 }
 
 } // namespace Qel

@@ -5,7 +5,8 @@
 
 namespace Qel {
 
-/// Levels of the log.  A record is emitted when its level isn't above `debug_level`.
+/// Levels of the log, 1 to 6.  A record is emitted when its level isn't above `debug_level` and the module filter lets
+/// it pass (see SettingsProvider.h).  Nothing that is secret may go into a record.
 namespace LogLevel {
 inline constexpr int error = 1;        ///< something that was asked for could not be done
 inline constexpr int cacheFailure = 2; ///< an operation of the shared cache failed

@@ -3,11 +3,18 @@
 #include <algorithm>
 #include <vector>
 
+#include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
 #include "QelFunctionalityCore/Configuration/QelRealm.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
 
@@ -21,6 +28,28 @@ template <class Record> QelRecordType byTable() {
     return makeRecordType<Record>(layout.typeName, &layout);
 }
 
+// A record that is all that a message holds.
+template <class Record> QelRecordType wholeMessage(std::string_view name) {
+    QelRecordType type = makeRecordType<Record>(name);
+    type.isWholeMessage = true;
+    return type;
+}
+
+// A base without objects of its own: the element's complex type tells the class, and that has its own table.
+template <class Base> struct AnyReader {
+    int operator()(const QelMessageIterator& cursor, boost::shared_ptr<Base>& record) const {
+        return QelReaderDerived<Base>(false)(cursor, record);
+    }
+};
+template <class Base> QelRecordType anyOf() {
+    const QelWireLayout& layout = qelWireLayout<Base>();
+    QelRecordType type =
+        makeRecordType<boost::shared_ptr<Base>, AnyReader<Base>, QelWriterDerived<Base>>(layout.typeName);
+    type.nsId = layout.nsId;
+    type.typeId = layout.typeId;
+    return type;
+}
+
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelAuthName>(),
@@ -32,6 +61,12 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelOS>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
+        byTable<QelScheduleTask>(),
+        byTable<QelSchedulerDailyTrigger>(),
+        byTable<QelSchedulerMonthlyDayOfWeekTrigger>(),
+        byTable<QelSchedulerMonthlyTrigger>(),
+        byTable<QelSchedulerOnceTrigger>(),
+        byTable<QelSchedulerWeeklyTrigger>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
@@ -43,7 +78,9 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
+        anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
+        wholeMessage<QelConfiguration>("QelConfiguration"),
     };
     std::sort(types.begin(), types.end(),
               [](const QelRecordType& a, const QelRecordType& b) { return a.name < b.name; });

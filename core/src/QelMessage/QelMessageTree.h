@@ -139,7 +139,7 @@ private:
     explicit QelMessageTree(std::uint32_t nextGeneration);
 
     void detach(Index node);
-    void clear(Index node);
+    void clear(Index index);
     void copyOwn(Index node, const QelMessageTree& from, Index source);
     Symbol translate(const QelMessageTree& from, Symbol symbol);
     Index addAttribute(Index node, Symbol name);

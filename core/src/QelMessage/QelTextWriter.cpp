@@ -97,7 +97,7 @@ public:
             setErrorMessage("a value that can't stand in markup without its element");
             return false;
         }
-        value(m_document, text, hasChildren);
+        value(m_document.root(), text, hasChildren);
         for (Index child = m_tree.node(parent).firstChild; child != QelMessageTree::none;
              child = m_tree.node(child).next) {
             pugi::xml_node xml = m_document.append_child(elementName(child).c_str());

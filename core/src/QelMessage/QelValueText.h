@@ -19,7 +19,7 @@ public:
     void extendTo(const char* end) noexcept { m_size = static_cast<std::size_t>(end - m_characters.data()); }
 
 private:
-    std::array<char, 64> m_characters;
+    std::array<char, 64> m_characters{};
     std::size_t m_size = 0;
 };
 

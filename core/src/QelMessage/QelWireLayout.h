@@ -73,11 +73,19 @@ struct QelWireField {
     void* (*member)(void* record);
     bool (*test)(const void* member); ///< in place of the codec's isSet, if not null
     bool ignoresWriteFailure = false; ///< the record is written on when this field could not be
+    bool needsItems = false;          ///< of a container: one without any items is malformed
 
     /// The same row, whose failure to be written is none of the record.
     [[nodiscard]] constexpr QelWireField unchecked() const {
         QelWireField row = *this;
         row.ignoresWriteFailure = true;
+        return row;
+    }
+
+    /// The same row of a container in an element of its own, which no reader takes without any items.
+    [[nodiscard]] constexpr QelWireField filled() const {
+        QelWireField row = *this;
+        row.needsItems = true;
         return row;
     }
 

@@ -21,7 +21,7 @@ public:
     [[nodiscard]] bool parseDocument();
     [[nodiscard]] bool parseContent();
 
-    [[nodiscard]] pugi::xml_node node() const noexcept { return m_document; }
+    [[nodiscard]] pugi::xml_node node() const noexcept { return m_document.root(); }
     /// The element of a document.
     [[nodiscard]] pugi::xml_node element() const noexcept { return m_document.document_element(); }
 

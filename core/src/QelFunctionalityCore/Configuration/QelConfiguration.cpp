@@ -1,0 +1,276 @@
+#include "QelFunctionalityCore/Configuration/QelConfiguration.h"
+
+#include <algorithm>
+
+#include "QelFunctionalityCore/Configuration/ConfigurationElements.h"
+#include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
+
+namespace Qel {
+
+using namespace ConfigurationElement;
+
+namespace {
+
+boost::shared_ptr<QelMessage> sharedCopy(const QelMessage* message, bool withEnvelope) {
+    if (!message)
+        return {};
+    return {message->copy(withEnvelope), &ifDestroy<QelMessage>};
+}
+
+int seekOrMake(QelMessageIterator& cursor, int element) {
+    return cursor.seek(element) == 0 ? 0 : cursor.newChild(element);
+}
+
+} // namespace
+
+boost::shared_ptr<QelMessage> QelConfiguration::m_localConf;
+QelEID QelConfiguration::m_localEID;
+QelLock QelConfiguration::m_confLock;
+
+QelConfiguration::QelConfiguration(QelMessage* message) {
+    reset(message, false);
+}
+
+QelConfiguration::QelConfiguration(const QelConfiguration& other) {
+    reset(other.getMessage(), false);
+}
+
+QelConfiguration& QelConfiguration::operator=(const QelConfiguration& other) {
+    if (m_message != other.m_message)
+        reset(other.getMessage(), false);
+    return *this;
+}
+
+QelConfiguration::~QelConfiguration() {
+    // The cursor goes before the tree that it stands on.
+    m_iterator.reset();
+}
+
+void QelConfiguration::reset(QelMessage* message, bool withEnvelope) {
+    boost::shared_ptr<QelMessage> copy = sharedCopy(message, withEnvelope);
+    m_iterator.reset();
+    m_message = std::move(copy);
+    if (m_message)
+        m_iterator.reset(m_message->rootIterator());
+}
+
+QelConfigurationIterator* QelConfiguration::getIterator() const {
+    return m_message ? new QelConfigurationIterator(m_message->copy(false)) : nullptr;
+}
+
+int QelConfiguration::saveToFile(const std::string& path) const {
+    return m_message ? m_message->saveToFile(path) : -1;
+}
+
+int QelConfiguration::readFromFile(const std::string& path) {
+    const auto_destroy<QelMessage> loaded(QelMessage::getFactory()->createNew());
+    if (!loaded.get() || loaded->loadFromFile(path) != 0)
+        return -1;
+    reset(loaded.get(), false);
+    return m_message ? 0 : -1;
+}
+
+int QelConfiguration::walk(std::initializer_list<int> path) const {
+    if (!m_iterator || m_iterator->seekRoot() != 0)
+        return -1;
+    const bool arrived =
+        std::all_of(path.begin(), path.end(), [&](int element) { return m_iterator->seek(element) == 0; });
+    return arrived ? 0 : -1;
+}
+
+int QelConfiguration::walkToGroup() {
+    if (walk({data}) != 0)
+        return -1;
+    return seekOrMake(*m_iterator, serverGroup) == 0 && seekOrMake(*m_iterator, configuration) == 0 ? 0 : -1;
+}
+
+bool QelConfiguration::seekEntry(const QelEID& eid) const {
+    if (m_iterator->firstChild(entry) != 0)
+        return false;
+    do {
+        QelEID candidate;
+        if (m_iterator->getObj(candidate, id) == 0 && candidate == eid)
+            return true;
+    } while (m_iterator->nextSibling(entry) == 0);
+    m_iterator->seekUp();
+    return false;
+}
+
+template <class Visit> void QelConfiguration::forEachEntry(const Visit& visit) const {
+    if (m_iterator->firstChild(entry) != 0)
+        return;
+    do {
+        QelEID eid;
+        if (m_iterator->getObj(eid, id) == 0)
+            visit(eid);
+    } while (m_iterator->nextSibling(entry) == 0);
+}
+
+int QelConfiguration::getEID(QelEID& eid) const {
+    return walk({data, agent, configuration}) == 0 ? m_iterator->getObj(eid, id) : -1;
+}
+
+int QelConfiguration::setEID(const QelEID& eid) {
+    return walk({data, agent, configuration}) == 0 ? m_iterator->putObj(eid, id) : -1;
+}
+
+int QelConfiguration::getBuiltinRealmID(QelGUID& realmID) const {
+    return walk({data, security, configuration}) == 0 ? m_iterator->getObj(realmID, builtinRealm) : -1;
+}
+
+boost::shared_ptr<QelRealm> QelConfiguration::getBuiltinRealm() const {
+    QelGUID wanted;
+    QelRealmList all;
+    if (getBuiltinRealmID(wanted) != 0)
+        return {};
+    // A realm of a kind that this library doesn't know still is a realm.
+    constexpr bool asPlainRealm = true;
+    const auto reader = QelReaderDerivedList<int, QelRealm>(realm, QelReaderRequired, asPlainRealm);
+    if (m_iterator->getObject(all, reader, realms) != 0)
+        return {};
+    const auto found = std::find_if(all.begin(), all.end(), [&](const auto& each) { return each->id == wanted; });
+    return found == all.end() ? boost::shared_ptr<QelRealm>() : *found;
+}
+
+int QelConfiguration::getMaster(QelEID& eid) const {
+    return walk({data, serverGroup, configuration, master}) == 0 ? m_iterator->getObj(eid, id) : -1;
+}
+
+int QelConfiguration::setMaster(const QelEID& eid) {
+    if (walkToGroup() != 0)
+        return -1;
+    static_cast<void>(seekOrMake(*m_iterator, master));
+    return m_iterator->putObj(eid, id);
+}
+
+int QelConfiguration::delMaster() {
+    return walk({data, serverGroup, configuration, master}) == 0 ? m_iterator->deleteFromChild() : -1;
+}
+
+bool QelConfiguration::isInServerGroup() const {
+    return walk({data, serverGroup, configuration, master, id}) == 0;
+}
+
+bool QelConfiguration::isMaster() const {
+    if (!isInServerGroup())
+        return true;
+    QelEID own;
+    QelEID masters;
+    return getEID(own) == 0 && getMaster(masters) == 0 && own == masters;
+}
+
+bool QelConfiguration::isSlave() const {
+    QelEID own;
+    QelEID masters;
+    return getEID(own) == 0 && getMaster(masters) == 0 && own != masters;
+}
+
+int QelConfiguration::setMasterness() {
+    return walkToGroup() == 0 ? seekOrMake(*m_iterator, slaves) : -1;
+}
+
+int QelConfiguration::unsetMasterness() {
+    if (walk({data, serverGroup, configuration, slaves}) != 0)
+        return 0;
+    // Its slaves would be left without a master.
+    if (m_iterator->seekPresence(entry) == 0)
+        return -1;
+    m_iterator->deleteFromChild();
+    return 0;
+}
+
+int QelConfiguration::addClientEnv(const QelEID& eid) {
+    if (walkToGroup() != 0)
+        return -1;
+    static_cast<void>(seekOrMake(*m_iterator, slaves));
+    m_iterator->newChild(entry);
+    m_iterator->putObj(eid, id);
+    return 0;
+}
+
+int QelConfiguration::delClientEnv(const QelEID& eid) {
+    if (walk({data, serverGroup, configuration, slaves}) != 0 || !seekEntry(eid))
+        return -1;
+    m_iterator->deleteFromChild();
+    return 0;
+}
+
+void QelConfiguration::getGroupSlaves(std::set<QelEID, QelEnvIDComparator>& all) const {
+    if (walk({data, serverGroup, configuration, slaves}) == 0)
+        forEachEntry([&](const QelEID& eid) { all.insert(eid); });
+}
+
+int QelConfiguration::findMapping(const QelEID& eid, QelConnectionInfo& info) const {
+    if (walk({data, agent, configuration, mappingTable}) != 0 || !seekEntry(eid))
+        return -1;
+    m_iterator->getObj(info, connectionInfo);
+    return 0;
+}
+
+int QelConfiguration::setMapping(const QelEID& eid, const QelConnectionInfo& info) {
+    if (walk({data, agent, configuration}) != 0)
+        return -1;
+    static_cast<void>(seekOrMake(*m_iterator, mappingTable));
+    // What an administrator has set isn't overwritten by what an agent tells of itself.
+    if (seekEntry(eid))
+        return 0;
+    m_iterator->newChild(entry);
+    m_iterator->putObj(eid, id);
+    m_iterator->putValue(info.address, address);
+    m_iterator->putObj(info, connectionInfo);
+    m_iterator->seekUp();
+    return 0;
+}
+
+int QelConfiguration::removeMapping(const QelEID& eid) {
+    if (walk({data, agent, configuration, mappingTable}) != 0)
+        return -1;
+    if (seekEntry(eid))
+        m_iterator->deleteFromChild();
+    return 0;
+}
+
+int QelConfiguration::getMappingTable(std::map<QelEID, QelConnectionInfo>& table) const {
+    if (walk({data, agent, configuration, mappingTable}) != 0)
+        return -1;
+    forEachEntry([&](const QelEID& eid) {
+        QelConnectionInfo info;
+        m_iterator->getObj(info, connectionInfo);
+        table[eid] = info;
+    });
+    return 0;
+}
+
+int QelConfiguration::setLocalConfig(QelMessage* message) {
+    const QelGuardT<QelLock> guard(m_confLock);
+    m_localConf = sharedCopy(message, false);
+    m_localEID = QelEID();
+    return 0;
+}
+
+QelConfiguration QelConfiguration::getLocalConfig() {
+    const QelGuardT<QelLock> guard(m_confLock);
+    return QelConfiguration(m_localConf.get());
+}
+
+const QelEID& QelConfiguration::getLocalEID() {
+    const QelGuardT<QelLock> guard(m_confLock);
+    if (!m_localEID.isValid())
+        static_cast<void>(getLocalConfig().getEID(m_localEID));
+    return m_localEID;
+}
+
+int QelConfiguration::Reader::operator()(const QelMessageIterator& cursor, QelConfiguration& configuration) const {
+    configuration.reset(cursor.getMessage(), true);
+    return configuration.getMessage() ? 0 : -1;
+}
+
+int QelConfiguration::Writer::operator()(QelMessageIterator& cursor, const QelConfiguration& configuration) const {
+    return configuration.walk({data}) == 0 ? cursor.copyToChild(configuration.m_iterator.get()) : -1;
+}
+
+template class QelDerivedParserFactory<QelConfiguration>;
+
+QelDerivedParserFactoryT<QelConfiguration, QelConfiguration> factoryQelConfiguration(true);
+
+} // namespace Qel

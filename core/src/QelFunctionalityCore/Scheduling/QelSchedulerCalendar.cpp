@@ -1,0 +1,47 @@
+#include "QelFunctionalityCore/Scheduling/QelSchedulerCalendar.h"
+
+#include <limits>
+
+#include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int january = 1;
+constexpr int december = 12;
+constexpr int mostTurns = 3; ///< of the year, after which the search for a month ends
+
+// True if the year turned.
+bool stepMonth(int& month, int& year) {
+    if (month < december) {
+        ++month;
+        return false;
+    }
+    month = january;
+    ++year;
+    return true;
+}
+
+} // namespace
+
+int getRunTime(long t, long& seconds) {
+    std::tm local{};
+    if (localTimeCopy(t, local) != 0)
+        return -1;
+    seconds = local.tm_hour * 3600L + local.tm_min * 60L + local.tm_sec;
+    return 0;
+}
+
+int getNextMonth(int& month, int& year, const std::set<int>& months) {
+    constexpr int lastYear = std::numeric_limits<int>::max() - mostTurns - 1;
+    if (months.empty() || month < january || month > december || year < 0 || year > lastYear)
+        return -1;
+    stepMonth(month, year); // whether or not the year turns here doesn't count
+    for (int turns = 0; !months.contains(month);)
+        if (stepMonth(month, year) && ++turns == mostTurns)
+            return -1;
+    return 0;
+}
+
+} // namespace Qel

@@ -1,0 +1,48 @@
+#include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
+
+#include <algorithm>
+
+#include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerAnswer.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerCalendar.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerMonthly.h"
+
+namespace Qel {
+
+int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) const {
+    if (const auto result = answerAtOnce(*this, now, next))
+        return *result;
+    // Unlike the trigger with days of the month this one looks at the present month.
+    const long from = std::max(start, now);
+    long timeOfDay = 0;
+    std::tm month{};
+    if (weekDays.empty() || weekNumbers.empty() || months.empty() || getRunTime(start, timeOfDay) != 0 ||
+        localTimeCopy(from, month) != 0)
+        return -1;
+
+    if (months.contains(month.tm_mon + 1)) {
+        std::int64_t monthStart = 0;
+        if (findMonthStart(from, month, timeOfDay, monthStart) != 0)
+            return -1;
+        const QelSchedulerMonthDuration runs(monthStart, weekDays, weekNumbers);
+        if (!runs.isValid())
+            return -1;
+        // A run that isn't after the start gives up the rest of the month.
+        if (const std::int64_t run = runs.getNextRunTime(now); run != runs.end && run > start) {
+            next = toAnswer(run);
+            return 0;
+        }
+    }
+
+    std::int64_t monthStart = 0;
+    if (findNextMonthStart(month, months, timeOfDay, monthStart) != 0)
+        return -1;
+    const QelSchedulerMonthDuration runs(monthStart, weekDays, weekNumbers);
+    if (!runs.isValid())
+        return -1;
+    // The trigger's end isn't asked, here or above.
+    next = toAnswer(runs.getNextRunTime(now));
+    return 0;
+}
+
+} // namespace Qel

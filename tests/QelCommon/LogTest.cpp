@@ -1,0 +1,181 @@
+#include "QelCommon/Log.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "QelCommon/SettingsProvider.h"
+#include "support/LogCapture.h"
+
+namespace Qel {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::internal::CaptureStderr;
+using ::testing::internal::GetCapturedStderr;
+
+/// Answers what it is told to.
+struct Settings : Debug::SettingsProvider {
+    int levelAnswer = LogLevel::error;
+    int orderAnswer = 0;
+    int formatAnswer = 0;
+    Debug::ModuleFilter filterAnswer;
+
+    int level() const override { return levelAnswer; }
+    int order() const override { return orderAnswer; }
+    int format() const override { return formatAnswer; }
+    Debug::ModuleFilter filter() const override { return filterAnswer; }
+};
+
+class LogTest : public ::testing::Test {
+protected:
+    LogTest() { Debug::setSettingsProvider(nullptr); }
+    ~LogTest() override { Debug::setSettingsProvider(nullptr); }
+
+    static std::string printed(int level, const char* text, const char* module = "Module") {
+        CaptureStderr();
+        Log2(module, "folder/file.cpp", 7, "work", "int Class::work() const").put(level, "%s", text);
+        return GetCapturedStderr();
+    }
+
+    static void log(const char* module) { Log2(module, "file", 1, "f", "f()").put(LogLevel::error, "%s", module); }
+
+    std::shared_ptr<Settings> settings = std::make_shared<Settings>();
+};
+
+TEST_F(LogTest, AtStartErrorsAloneAreLoggedWithModuleAndLevel) {
+    EXPECT_EQ(printed(1, "text"), "Module[1]: text\n");
+    EXPECT_EQ(printed(2, "text"), "");
+}
+
+TEST_F(LogTest, TheLevelIsTheHighestThatIsLogged) {
+    for (int level = 0; level <= 6; ++level) {
+        settings->levelAnswer = level;
+        Debug::setSettingsProvider(settings);
+        EXPECT_EQ(debug_level, level);
+        EXPECT_EQ(printed(level + 1, "text"), "");
+        if (level > 0) {
+            EXPECT_NE(printed(level, "text"), "");
+        }
+    }
+}
+
+TEST_F(LogTest, ALevelOutOfRangeLeavesTheLevelAsItIs) {
+    settings->levelAnswer = 3;
+    Debug::setSettingsProvider(settings);
+    for (const int level : {-1, 7}) {
+        settings->levelAnswer = level;
+        Debug::reconfigure();
+        EXPECT_EQ(debug_level, 3);
+    }
+}
+
+TEST_F(LogTest, WithOrder1TheLevelComesFirst) {
+    settings->orderAnswer = 1;
+    Debug::setSettingsProvider(settings);
+    EXPECT_EQ(printed(1, "text"), "[1] Module: text\n");
+}
+
+TEST_F(LogTest, TheFormatTellsHowMuchOfTheFunctionIsShown) {
+    settings->formatAnswer = 1;
+    Debug::setSettingsProvider(settings);
+    EXPECT_EQ(printed(1, "text"), "Module[1] work: text\n");
+    settings->formatAnswer = 2;
+    Debug::reconfigure();
+    EXPECT_EQ(printed(1, "text"), "Module[1] folder/file.cpp:7, int Class::work() const: text\n");
+    settings->formatAnswer = -1;
+    Debug::reconfigure();
+    EXPECT_EQ(printed(1, "text"), "Module[1]: text\n");
+}
+
+TEST_F(LogTest, NothingChangesBeforeTheLogIsReconfigured) {
+    Debug::setSettingsProvider(settings);
+    settings->levelAnswer = 4;
+    settings->orderAnswer = 1;
+    EXPECT_EQ(printed(1, "text"), "Module[1]: text\n");
+    Debug::reconfigure();
+    EXPECT_EQ(printed(4, "text"), "[4] Module: text\n");
+}
+
+TEST_F(LogTest, WithoutAProviderTheSettingsAreThoseOfTheStart) {
+    settings->levelAnswer = 6;
+    settings->orderAnswer = 1;
+    settings->formatAnswer = 2;
+    settings->filterAnswer = Debug::ModuleFilter("nobody", "");
+    Debug::setSettingsProvider(settings);
+    Debug::setSettingsProvider(nullptr);
+    EXPECT_EQ(debug_level, LogLevel::error);
+    EXPECT_EQ(printed(1, "text"), "Module[1]: text\n");
+    Debug::reconfigure();
+    EXPECT_EQ(debug_level, LogLevel::error);
+}
+
+TEST_F(LogTest, TheFilterHoldsForEverySink) {
+    settings->filterAnswer = Debug::ModuleFilter("a b", "b");
+    Debug::setSettingsProvider(settings);
+    const TestSupport::LogCapture capture;
+    for (const char* module : {"a", "b", "c"})
+        log(module);
+    EXPECT_THAT(capture.texts(), ElementsAre("1 a"));
+    EXPECT_EQ(printed(1, "text", "b"), "");
+}
+
+TEST_F(LogTest, AProviderMayLogWhileItIsAsked) {
+    struct Complaining : Settings {
+        int level() const override {
+            log("complaint");
+            return 2;
+        }
+    };
+    const TestSupport::LogCapture capture;
+    Debug::setSettingsProvider(std::make_shared<Complaining>());
+    EXPECT_THAT(capture.texts(), ElementsAre("1 complaint"));
+    EXPECT_EQ(debug_level, 2);
+}
+
+TEST_F(LogTest, ASinkTakesThePlaceOfTheOldOneAndGetsTheWholeRecord) {
+    std::vector<std::string> first;
+    setLogSink([&](const LogRecord& record) { first.push_back(record.text); });
+    log("one");
+    std::string whole;
+    const LogSink old = setLogSink([&](const LogRecord& record) {
+        whole = std::string(record.module) + ' ' + record.file + ' ' + std::to_string(record.line) + ' ' +
+                record.function + ' ' + record.prettyFunction + ' ' + std::to_string(record.level) + ' ' + record.text;
+    });
+    log("two");
+    EXPECT_EQ(whole, "two file 1 f f() 1 two");
+    EXPECT_THAT(first, ElementsAre("one"));
+    setLogSink(old);
+    log("three");
+    EXPECT_THAT(first, ElementsAre("one", "three"));
+    setLogSink({});
+    CaptureStderr();
+    log("four");
+    EXPECT_EQ(GetCapturedStderr(), "four[1]: four\n");
+}
+
+using Debug::ModuleFilter;
+
+TEST(ModuleFilterTest, WithoutListsEverythingPasses) {
+    EXPECT_TRUE(ModuleFilter().passes("any"));
+    EXPECT_TRUE(ModuleFilter("", " , ").passes("any"));
+}
+
+TEST(ModuleFilterTest, OnlyWhatIsProcessedPasses) {
+    const ModuleFilter filter("network, backup\tfiles", "");
+    for (const char* module : {"network", "backup", "files"})
+        EXPECT_TRUE(filter.passes(module)) << module;
+    for (const char* module : {"net", "networks", ""})
+        EXPECT_FALSE(filter.passes(module)) << module;
+}
+
+TEST(ModuleFilterTest, WhatIsIgnoredDoesntPassEvenIfItIsProcessed) {
+    EXPECT_FALSE(ModuleFilter("", "backup").passes("backup"));
+    EXPECT_TRUE(ModuleFilter("", "backup").passes("network"));
+    EXPECT_FALSE(ModuleFilter("backup", "backup").passes("backup"));
+}
+
+} // namespace
+
+} // namespace Qel

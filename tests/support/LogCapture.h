@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "QelCommon/Log.h"
+
+namespace Qel::TestSupport {
+
+/// Collects what is logged while it lives, up to a level.
+class LogCapture {
+public:
+    struct Line {
+        std::string module;
+        std::string file;
+        std::string function;
+        int level;
+        std::string text;
+    };
+
+    explicit LogCapture(int level = LogLevel::trace) : m_oldLevel(debug_level) {
+        debug_level = level;
+        m_oldSink = setLogSink([this](const LogRecord& record) {
+            m_lines.push_back({record.module, record.file, record.function, record.level, record.text});
+        });
+    }
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+    ~LogCapture() {
+        setLogSink(std::move(m_oldSink));
+        debug_level = m_oldLevel;
+    }
+
+    [[nodiscard]] const std::vector<Line>& lines() const { return m_lines; }
+
+    /// The records as "LEVEL TEXT".
+    [[nodiscard]] std::vector<std::string> texts() const {
+        std::vector<std::string> texts;
+        for (const Line& line : m_lines)
+            texts.push_back(std::to_string(line.level) + ' ' + line.text);
+        return texts;
+    }
+
+private:
+    int m_oldLevel;
+    LogSink m_oldSink;
+    std::vector<Line> m_lines;
+};
+
+} // namespace Qel::TestSupport
