@@ -20,7 +20,8 @@ std::atomic<unsigned long> allocations;
 
 } // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined, or g++ takes the two for a pair that doesn't match.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     allocations.fetch_add(1, std::memory_order_relaxed);
     void* const memory = std::malloc(size);
     if (!memory)
@@ -28,11 +29,11 @@ void* operator new(std::size_t size) {
     return memory;
 }
 
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 

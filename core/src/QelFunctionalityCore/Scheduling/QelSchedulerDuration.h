@@ -33,6 +33,8 @@ public:
         : QelSchedulerDuration(beginTime, length), day(dayNumber) {}
 
     /// True if `a` begins before `b`.  The name says the opposite, but callers sort by it and get ascending days.
+    // By value, since that is its signature in the library's interface.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param)
     static bool dayGreater(QelSchedulerDayDuration a, QelSchedulerDayDuration b) { return a.begin < b.begin; }
 
     int day; ///< its number in the month, or its week day (0 for Sunday) where the span is a week
