@@ -48,6 +48,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup configCommands();
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup recordCommands();
+[[nodiscard]] CommandGroup scheduleCommands();
 
 /// Adds `--json`, which every command has whose output programs may want.
 void addJsonOption(boost::program_options::options_description& options);
