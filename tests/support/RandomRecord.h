@@ -20,8 +20,8 @@ namespace Qel::TestSupport {
 
 /// Fills elements with what a record's table allows: required fields always, others now and then.
 ///
-/// What a table doesn't tell is made by hand here: the steps, the records without a table, and those that ask more of a
-/// field than to be there.  A family that has such adds them to the two maps.
+/// What a table doesn't tell is made by hand here: the steps, the fields of which more is asked than to be there, and
+/// the records without a table.  A family that has such adds them to the two maps.
 class RandomRecord {
 public:
     explicit RandomRecord(unsigned seed) : m_random(seed) {}
@@ -33,7 +33,7 @@ public:
 
     /// Fills the element under the cursor.
     void fill(QelMessageIterator& cursor, std::string_view typeName, const QelWireLayout* layout) {
-        if (!layout || m_byHand.contains(std::string(typeName))) {
+        if (!layout) {
             m_byHand.at(std::string(typeName))(cursor);
             return;
         }
@@ -90,10 +90,12 @@ private:
 
     void putField(QelMessageIterator& cursor, const QelWireLayout& layout, const QelWireField& field) {
         const QelWireCodec& codec = *field.codec;
+        const std::pair key(std::string(layout.typeName), field.id);
+        if (codec.kind == QelWireKind::step || m_fields.contains(key)) {
+            m_fields.at(key)(cursor);
+            return;
+        }
         switch (codec.kind) {
-        case QelWireKind::step:
-            m_steps.at({std::string(layout.typeName), field.id})(cursor);
-            break;
         case QelWireKind::base:
             fill(cursor, codec.typeName, codec.layout ? codec.layout() : nullptr);
             break;
@@ -207,7 +209,7 @@ private:
 
     std::mt19937 m_random;
 
-    /// Records of which a table doesn't tell enough, by their class.
+    /// Records without a table, by their class.
     std::map<std::string, Fill> m_byHand{
         {"QelGUID", identifier()},
         {"QelEID", identifier()},
@@ -223,12 +225,6 @@ private:
                                          for (unsigned left = below(4); left > 0; --left)
                                              inChild(static_cast<int>(1001 + below(20)), identifier())(cursor);
                                      })},
-        {"QelConnectivityInfo",
-         [this](QelMessageIterator& cursor) {
-             cursor.putValue(text(), 1195);
-             cursor.putValue(static_cast<int>(below(4)), 1704);
-             cursor.putValue("host-" + text(), 1687); // an empty one can't be written
-         }},
         {"QelNamedOpStrListProperty",
          [this](QelMessageIterator& cursor) {
              cursor.putValue(static_cast<int>(below(3)), 1638);
@@ -238,8 +234,11 @@ private:
          }},
     };
 
-    /// Steps of tables, by the class and the element.
-    std::map<std::pair<std::string, int>, Fill> m_steps{
+    /// Steps and other fields, by the class of the table and the element.
+    std::map<std::pair<std::string, int>, Fill> m_fields{
+        // An empty address can't be written.
+        {{"QelConnectivityInfo", 1687},
+         [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelEnv", 1870}, inChild(1870, identifier())},

@@ -206,6 +206,15 @@ TEST_F(ConfigCommandsTest, IdentityTellsEveryRole) {
     EXPECT_TRUE(identity["master"].is_null());
 }
 
+TEST_F(ConfigCommandsTest, AsARecordAConfigurationIsRewrittenWhole) {
+    const ToolRun run = runTool({"record", "rewrite", "QelConfiguration", file});
+    EXPECT_EQ(run.code, ExitCode::success);
+    const std::string rewritten = write("rewritten", run.out);
+    EXPECT_EQ(config({"list", rewritten}).out, config({"list", file}).out);
+    EXPECT_EQ(runTool({"record", "rewrite", "QelConfiguration", rewritten}).out, run.out);
+    EXPECT_EQ(runTool({"record", "rewrite", "QelConfiguration", "-"}, "<message/>").code, ExitCode::badInput);
+}
+
 TEST_F(ConfigCommandsTest, TheLogFollowsAConfigurationWhenToldTo) {
     EXPECT_EQ(config({"list", file, "--log-settings", file}).code, ExitCode::success);
     EXPECT_EQ(Qel::debug_level, 2);

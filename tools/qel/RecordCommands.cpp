@@ -235,13 +235,14 @@ ExitCode rewriteFile(const QelRecordType& type, const std::string& name, const C
     if (const ExitCode code = readMessage(name, *message, console); code != ExitCode::success)
         return code;
     const std::unique_ptr<QelMessageIterator> from(message->rootIterator());
-    if (from->firstChild() != 0)
-        return console.fail(ExitCode::badInput, shownName(name) + ": no record in it");
-
     const auto_destroy<QelMessage> rewritten(new QelBinary);
     const std::unique_ptr<QelMessageIterator> to(rewritten->rootIterator());
-    const int id = from->curID();
-    (void)(id != 0 ? to->newChild(id) : to->newChild(from->curName()));
+    if (!type.isWholeMessage) {
+        if (from->firstChild() != 0)
+            return console.fail(ExitCode::badInput, shownName(name) + ": no record in it");
+        const int id = from->curID();
+        (void)(id != 0 ? to->newChild(id) : to->newChild(from->curName()));
+    }
     clearErrorMessage();
     const QelRecordType::Results results = type.rewrite(*from, *to);
     const auto fail = [&](const char* functor, int result) {
