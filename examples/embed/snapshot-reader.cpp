@@ -2,8 +2,8 @@
 //
 //     snapshot-reader CACHE EID
 //
-// takes one snapshot of the cache and keeps it.  For each line that arrives on standard input it tells what that snapshot
-// shows of the environment, and what a fresh one does.
+// takes one snapshot of the cache and keeps it.  For each line that arrives on standard input it tells what that
+// snapshot shows of the environment, and what a fresh one does.
 
 #include <cstdio>
 #include <iostream>
@@ -23,8 +23,8 @@ std::string describe(const QelEnvCache::EnvValuesList& list, const QelEID& eid) 
     Qel::QelOptionalProperty<Qel::QelQoS> memory;
     memory.get().id = "memory_bytes";
     static_cast<void>(env->getVirtualConfig()->getQoS(memory));
-    return env->getTitle() + ", memory " + (memory.isSpecified() ? memory->toString() : "unlimited") + ", alert level " +
-           std::to_string(static_cast<int>(env->getMaxAlertType()));
+    return env->getTitle() + ", memory " + (memory.isSpecified() ? memory->toString() : "unlimited") +
+           ", alert level " + std::to_string(static_cast<int>(env->getMaxAlertType()));
 }
 
 } // namespace
