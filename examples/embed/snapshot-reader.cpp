@@ -44,7 +44,7 @@ int main(int argc, char** argv) {
     }
     for (std::string line; std::getline(std::cin, line);) {
         const QelEnvCache::EnvValuesListPtr fresh = cache->getEnvList();
-        std::cout << "held:  " << describe(*held, eid) << '\n'
+        std::cout << "held: " << describe(*held, eid) << '\n'
                   << "fresh: " << (fresh ? describe(*fresh, eid) : "no snapshot to be had") << std::endl;
     }
     return 0;

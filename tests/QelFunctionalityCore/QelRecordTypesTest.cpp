@@ -64,16 +64,22 @@ TEST(QelRecordTypesTest, TellTheTableInWritingAndInReadingOrder) {
 
 class EachRecordType : public testing::TestWithParam<QelRecordType> {
 protected:
-    /// A message with one element, filled at random and under the cursor.
+    /// Puts the cursor where the record belongs: at the only element of a new message, or at its root.
+    static void place(const TestMessage& message) {
+        if (!GetParam().isWholeMessage)
+            message.cursor().newChild(element);
+    }
+    /// A message with a record, filled at random and under the cursor.
     void make(const TestMessage& message) {
-        message.cursor().newChild(element);
+        place(message);
         random.fill(message.cursor(), GetParam().name, GetParam().layout);
     }
     QelRecordType::Results rewrite(const TestMessage& from, const TestMessage& to) {
-        to.cursor().newChild(element);
+        place(to);
+        const std::string position = to.cursor().curName();
         const auto results = GetParam().rewrite(from.cursor(), to.cursor());
-        EXPECT_EQ(from.cursor().curID(), element) << "the reader came back";
-        EXPECT_EQ(to.cursor().curID(), element) << "the writer came back";
+        EXPECT_EQ(from.cursor().curName(), position) << "the reader came back";
+        EXPECT_EQ(to.cursor().curName(), position) << "the writer came back";
         return results;
     }
     /// What was written is read and written again, and is the same.

@@ -27,7 +27,9 @@ std::string encode(const QelMessageTree& tree, QelMessageTree::Index element, co
     EXPECT_EQ(QelBinaryCodec::measure(tree, element, envelope, size), 0);
     // Guarded, so that a byte too many is seen.
     std::string bytes(size + 1, '\x5A');
-    QelBinaryCodec::write(tree, element, envelope, bytes.data());
+    std::size_t written = 0;
+    EXPECT_EQ(QelBinaryCodec::write(tree, element, envelope, bytes.data(), written), 0);
+    EXPECT_EQ(written, size);
     EXPECT_EQ(bytes.back(), '\x5A');
     bytes.pop_back();
     return bytes;
@@ -293,6 +295,8 @@ TEST(QelBinaryCodecTest, ATreeThatCouldNotBeReadIsNotWritten) {
     tree.appendChild(node, 1026, 0);
     EXPECT_NE(QelBinaryCodec::measure(tree, QelMessageTree::root, &envelope, size), 0);
     EXPECT_THAT(getErrorMessage(), HasSubstr("deeper than 256"));
+    std::string buffer(10000, '\0');
+    EXPECT_NE(QelBinaryCodec::write(tree, QelMessageTree::root, &envelope, buffer.data(), size), 0);
     EXPECT_EQ(
         QelBinaryCodec::measure(tree, tree.node(tree.node(QelMessageTree::root).firstChild).firstChild, nullptr, size),
         0);
@@ -326,7 +330,10 @@ TEST(QelBinaryCodecTest, WritingAllocatesNothingAndReadingAllocatesPerMessage) {
                       [&] { static_cast<void>(QelBinaryCodec::measure(tree, QelMessageTree::root, &envelope, size)); }),
                   0U);
         std::string bytes(size, '\0');
-        EXPECT_EQ(allocationsOf([&] { QelBinaryCodec::write(tree, QelMessageTree::root, &envelope, bytes.data()); }),
+        EXPECT_EQ(allocationsOf([&] {
+                      static_cast<void>(
+                          QelBinaryCodec::write(tree, QelMessageTree::root, &envelope, bytes.data(), size));
+                  }),
                   0U);
         QelMessageTree read;
         QelEnvelope readEnvelope;

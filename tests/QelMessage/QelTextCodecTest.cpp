@@ -307,7 +307,7 @@ TEST(QelTextCodecTest, RandomTreesComeBackEqualFromBothForms) {
             std::size_t size = 0;
             ASSERT_EQ(QelBinaryCodec::measure(each, root, &envelope, size), 0);
             binary[i].resize(size);
-            QelBinaryCodec::write(each, root, &envelope, binary[i].data());
+            ASSERT_EQ(QelBinaryCodec::write(each, root, &envelope, binary[i].data(), size), 0);
         }
         EXPECT_EQ(binary[0], binary[1]) << seed;
         QelMessageTree fromBinary;

@@ -20,8 +20,8 @@ namespace Qel::TestSupport {
 
 /// Fills elements with what a record's table allows: required fields always, others now and then.
 ///
-/// What a table doesn't tell, the steps and the records without a table, is made by hand here; a family that has such
-/// adds them to the two maps.
+/// What a table doesn't tell is made by hand here: the steps, the records without a table, and those that ask more of a
+/// field than to be there.  A family that has such adds them to the two maps.
 class RandomRecord {
 public:
     explicit RandomRecord(unsigned seed) : m_random(seed) {}
@@ -33,7 +33,7 @@ public:
 
     /// Fills the element under the cursor.
     void fill(QelMessageIterator& cursor, std::string_view typeName, const QelWireLayout* layout) {
-        if (!layout) {
+        if (!layout || m_byHand.contains(std::string(typeName))) {
             m_byHand.at(std::string(typeName))(cursor);
             return;
         }
@@ -207,7 +207,7 @@ private:
 
     std::mt19937 m_random;
 
-    /// Records without a table, by their class.
+    /// Records of which a table doesn't tell enough, by their class.
     std::map<std::string, Fill> m_byHand{
         {"QelGUID", identifier()},
         {"QelEID", identifier()},
@@ -217,6 +217,17 @@ private:
          [this](QelMessageIterator& cursor) {
              for (unsigned left = below(4); left > 0; --left)
                  inChild(1866, identifier())(cursor);
+         }},
+        {"QelConfiguration", inChild(1307,
+                                     [this](QelMessageIterator& cursor) {
+                                         for (unsigned left = below(4); left > 0; --left)
+                                             inChild(static_cast<int>(1001 + below(20)), identifier())(cursor);
+                                     })},
+        {"QelConnectivityInfo",
+         [this](QelMessageIterator& cursor) {
+             cursor.putValue(text(), 1195);
+             cursor.putValue(static_cast<int>(below(4)), 1704);
+             cursor.putValue("host-" + text(), 1687); // an empty one can't be written
          }},
         {"QelNamedOpStrListProperty",
          [this](QelMessageIterator& cursor) {

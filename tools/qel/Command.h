@@ -23,8 +23,8 @@ struct Invocation {
 /// A command of the tool.
 struct Command {
     std::string_view name;
-    /// Names of the arguments as the help shows them, separated by blanks: "CACHE FILE...".  Each is mandatory; a last
-    /// one with an ellipsis takes one or more.
+    /// Names of the arguments as the help shows them, separated by blanks: "CACHE FILE...".  Each is mandatory unless
+    /// it stands in brackets; a last one with an ellipsis takes one or more.
     std::string_view arguments;
     /// One sentence for the list of commands.
     std::string_view summary;
@@ -45,8 +45,10 @@ struct CommandGroup {
 
 [[nodiscard]] CommandGroup envCommands();
 [[nodiscard]] CommandGroup cacheCommands();
+[[nodiscard]] CommandGroup configCommands();
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup recordCommands();
+[[nodiscard]] CommandGroup scheduleCommands();
 
 /// Adds `--json`, which every command has whose output programs may want.
 void addJsonOption(boost::program_options::options_description& options);

@@ -7,10 +7,11 @@
 
 #include <boost/program_options/errors.hpp>
 #include <boost/program_options/parsers.hpp>
-#include <boost/program_options/positional_options.hpp>
 #include <boost/program_options/value_semantic.hpp>
 
 #include "qel/Command.h"
+#include "qel/LogSettings.h"
+#include "qel/OptionSets.h"
 #include "qel/Output.h"
 
 namespace po = boost::program_options;
@@ -21,9 +22,6 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-// The hidden option behind which Program_options collects what isn't an option.
-constexpr const char* argumentsOption = "(arguments)";
-
 constexpr std::string_view ellipsis = "...";
 
 void addCommonOptions(po::options_description& options) {
@@ -33,23 +31,29 @@ void addCommonOptions(po::options_description& options) {
 // Long options are taken in full only: an abbreviation that works today would become ambiguous with the next option.
 constexpr int parsingStyle = po::command_line_style::default_style & ~po::command_line_style::allow_guessing;
 
-// Throws po::error, like the library that it calls.
-Invocation parse(const Words& words, const po::options_description& options) {
-    po::options_description all;
-    all.add(options);
-    all.add_options()(argumentsOption, po::value<Words>());
-    po::positional_options_description positional;
-    positional.add(argumentsOption, -1);
+// These two throw po::error, like the library that they call.
+OptionSet parseWords(const Words& words, const po::options_description& options) {
+    return po::command_line_parser(words).options(options).style(parsingStyle).run().options;
+}
 
+Invocation makeInvocation(const OptionSet& given, const po::options_description& options) {
+    po::parsed_options named(&options);
     Invocation invocation;
-    po::store(po::command_line_parser(words).options(all).positional(positional).style(parsingStyle).run(),
-              invocation.options);
+    for (const po::option& option : given) {
+        if (option.string_key.empty())
+            invocation.arguments.push_back(option.value.front());
+        else
+            named.options.push_back(option);
+    }
+    po::store(named, invocation.options);
     // Help is given even to a command line that lacks something.
     if (!invocation.has("help"))
         po::notify(invocation.options);
-    if (invocation.has(argumentsOption))
-        invocation.arguments = invocation.options[argumentsOption].as<Words>();
     return invocation;
+}
+
+Invocation parse(const Words& words, const po::options_description& options) {
+    return makeInvocation(parseWords(words, options), options);
 }
 
 /// Splits the options that lead `words` from what follows them.
@@ -72,7 +76,7 @@ Words splitAtBlanks(std::string_view text) {
 /// What is wrong with the number of arguments; nothing if it is right.
 std::optional<std::string> findArgumentError(const Command& command, const Words& arguments) {
     const Words names = splitAtBlanks(command.arguments);
-    if (arguments.size() < names.size())
+    if (arguments.size() < names.size() && !names[arguments.size()].starts_with('['))
         return names[arguments.size()] + " is missing";
     if (arguments.size() > names.size() && !command.arguments.ends_with(ellipsis))
         return "unexpected argument '" + arguments[names.size()] + "'";
@@ -108,11 +112,17 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
     po::options_description options("Options");
     if (command.addOptions)
         command.addOptions(options);
+    addOptionSetOptions(options);
+    addLogOption(options);
     addCommonOptions(options);
 
+    OptionSet given;
     Invocation invocation;
     try {
-        invocation = parse(words, options);
+        given = parseWords(words, options);
+        if (const ExitCode code = loadOptions(given, options, console); code != ExitCode::success)
+            return code;
+        invocation = makeInvocation(given, options);
     } catch (const po::error& error) {
         return failUsage(console, error.what(), self);
     }
@@ -122,6 +132,10 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
     }
     if (const auto error = findArgumentError(command, invocation.arguments))
         return failUsage(console, *error, self);
+    if (const ExitCode code = saveOptions(given, console); code != ExitCode::success)
+        return code;
+    if (const ExitCode code = applyLogSettings(invocation, console); code != ExitCode::success)
+        return code;
     return command.run(invocation, console);
 }
 

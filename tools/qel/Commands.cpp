@@ -5,7 +5,8 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{envCommands(), cacheCommands(), messageCommands(), recordCommands()};
+    static const std::array groups{envCommands(),     cacheCommands(),  configCommands(),
+                                   messageCommands(), recordCommands(), scheduleCommands()};
     return groups;
 }
 

@@ -28,6 +28,13 @@ template <class Record> QelRecordType byTable() {
     return makeRecordType<Record>(layout.typeName, &layout);
 }
 
+// A record that is all that a message holds.
+template <class Record> QelRecordType wholeMessage(std::string_view name) {
+    QelRecordType type = makeRecordType<Record>(name);
+    type.isWholeMessage = true;
+    return type;
+}
+
 // A base without objects of its own: the element's complex type tells the class, and that has its own table.
 template <class Base> struct AnyReader {
     int operator()(const QelMessageIterator& cursor, boost::shared_ptr<Base>& record) const {
@@ -62,7 +69,6 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerWeeklyTrigger>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
-        makeRecordType<QelConfiguration>("QelConfiguration"),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
         makeRecordType<QelEID>("QelEID"),
         makeRecordType<QelEIDList>("QelEIDList"),
@@ -74,6 +80,7 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
+        wholeMessage<QelConfiguration>("QelConfiguration"),
     };
     std::sort(types.begin(), types.end(),
               [](const QelRecordType& a, const QelRecordType& b) { return a.name < b.name; });

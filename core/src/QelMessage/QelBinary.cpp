@@ -157,8 +157,7 @@ int QelBinary::toBinary(std::string& bytes) const {
     if (QelBinaryCodec::measure(*m_tree, QelMessageTree::root, m_envelope.get(), size) != 0)
         return -1;
     bytes.resize(size);
-    QelBinaryCodec::write(*m_tree, QelMessageTree::root, m_envelope.get(), bytes.data());
-    return 0;
+    return QelBinaryCodec::write(*m_tree, QelMessageTree::root, m_envelope.get(), bytes.data(), size);
 }
 
 int QelBinary::fromBinary(const char* buf, int len) {

@@ -21,8 +21,10 @@ namespace Qel::QelBinaryCodec {
 [[nodiscard]] int measure(const QelMessageTree& tree, QelMessageTree::Index element, const QelEnvelope* envelope,
                           std::size_t& size);
 
-/// Writes the measured bytes.  Allocates nothing, no more than measure() does.
-void write(const QelMessageTree& tree, QelMessageTree::Index element, const QelEnvelope* envelope, char* buffer);
+/// Writes the bytes into a buffer that is large enough, and stores their number.  Fails as measure() does, and like
+/// that allocates nothing.
+[[nodiscard]] int write(const QelMessageTree& tree, QelMessageTree::Index element, const QelEnvelope* envelope,
+                        char* buffer, std::size_t& size);
 
 /// Reads a buffer into a tree that is still empty.  What was one element stands below the root; `envelope` is then left
 /// as it is.  Nonzero, with an error message that names the byte, if the buffer is malformed; then nothing has changed.

@@ -317,13 +317,12 @@ int QelBinaryIterator::flatten(char* buf, int& len) const {
     const Index node = current();
     const QelEnvelope* const envelope = node == root ? &m_message->envelope() : nullptr;
     std::size_t size = 0;
-    if (QelBinaryCodec::measure(tree(), node, envelope, size) != 0)
+    const int result = buf ? QelBinaryCodec::write(tree(), node, envelope, buf, size)
+                           : QelBinaryCodec::measure(tree(), node, envelope, size);
+    if (result != 0)
         return -1;
     len = static_cast<int>(size);
-    if (!buf)
-        return -2;
-    QelBinaryCodec::write(tree(), node, envelope, buf);
-    return 0;
+    return buf ? 0 : -2;
 }
 
 int QelBinaryIterator::serializeFromChild(char** buf, int* len) const {

@@ -163,30 +163,40 @@ template <class Sink> bool encode(const QelMessageTree& tree, Index element, con
     return encoder.subtree(element, envelope != nullptr);
 }
 
+/// The result of a pass that went to `isComplete` and counted `bodySize` bytes behind the head.
+int finish(bool isComplete, std::uint64_t bodySize, std::size_t& size) {
+    if (!isComplete) {
+        setErrorMessage("the tree is deeper than %u elements", QelLimits::depth);
+        return -1;
+    }
+    if (bodySize > QelLimits::messageBytes - headSize) {
+        setErrorMessage("the message is longer than %zu bytes", QelLimits::messageBytes);
+        return -1;
+    }
+    size = headSize + static_cast<std::size_t>(bodySize);
+    return 0;
+}
+
 } // namespace
 
 int measure(const QelMessageTree& tree, Index element, const QelEnvelope* envelope, std::size_t& size) {
     CountingSink sink;
-    if (!encode(tree, element, envelope, sink)) {
-        setErrorMessage("the tree is deeper than %u elements", QelLimits::depth);
-        return -1;
-    }
-    if (sink.size() > QelLimits::messageBytes - headSize) {
-        setErrorMessage("the message is longer than %zu bytes", QelLimits::messageBytes);
-        return -1;
-    }
-    size = headSize + static_cast<std::size_t>(sink.size());
-    return 0;
+    const bool isComplete = encode(tree, element, envelope, sink);
+    return finish(isComplete, sink.size(), size);
 }
 
-void write(const QelMessageTree& tree, Index element, const QelEnvelope* envelope, char* buffer) {
+int write(const QelMessageTree& tree, Index element, const QelEnvelope* envelope, char* buffer, std::size_t& size) {
     std::memcpy(buffer, magic.data(), magic.size());
     buffer[versionOffset] = static_cast<char>(version);
     buffer[contentOffset] = static_cast<char>(envelope ? wholeMessage : oneElement);
     buffer[contentOffset + 1] = buffer[contentOffset + 2] = 0;
-    BufferSink sink(buffer + headSize);
-    static_cast<void>(encode(tree, element, envelope, sink));
-    storeWord(buffer + checksumOffset, checksum({buffer, static_cast<std::size_t>(sink.end() - buffer)}));
+    char* const body = buffer + headSize;
+    BufferSink sink(body);
+    const bool isComplete = encode(tree, element, envelope, sink);
+    if (finish(isComplete, static_cast<std::uint64_t>(sink.end() - body), size) != 0)
+        return -1;
+    storeWord(buffer + checksumOffset, checksum({buffer, size}));
+    return 0;
 }
 
 } // namespace Qel::QelBinaryCodec

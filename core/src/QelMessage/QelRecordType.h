@@ -20,6 +20,7 @@ struct QelRecordType {
     int typeId;                  ///< that its writer stamps; 100 and below for none
     const QelWireLayout* layout; ///< its table; null for a type that isn't told by one
     Results (*rewrite)(const QelMessageIterator& from, QelMessageIterator& to);
+    bool isWholeMessage = false; ///< takes and fills a message from its root, and no element of it
 };
 
 /// Describes a record type.  `rewrite` reads the current element into a new object and writes that into the current

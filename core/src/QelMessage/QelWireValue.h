@@ -69,6 +69,16 @@ template <class T> consteval std::string_view typeName() {
     return name;
 }
 
+/// What a pointer to a record points to, as its QelWireValue names it; any other type itself.
+template <class T, class Value> struct WireRecordType { using type = T; };
+template <class T, class Value>
+requires requires {
+    typename Value::RecordType;
+}
+struct WireRecordType<T, Value> {
+    using type = typename Value::RecordType;
+};
+
 template <class T> constexpr const QelWireLayout* layoutOfRecord() {
     return &qelWireLayout<T>();
 }
@@ -310,6 +320,7 @@ private:
 
 /// A pointer to a record of just this class.  Null isn't written; reading makes a new record.
 template <Internal::WireRecord T> struct QelWireValue<boost::shared_ptr<T>> {
+    using RecordType = T;
     static constexpr QelWireKind kind = QelWireKind::record;
     static int read(const QelMessageIterator& cursor, boost::shared_ptr<T>& value, int id, const QelWireField&) {
         boost::shared_ptr<T> fresh(new T());
@@ -328,12 +339,11 @@ template <class T, class Value> constexpr QelWireCodec makeWireCodec() {
     using Content = typename Internal::WireContent<T>::type;
     QelWireCodec codec{};
     codec.kind = Value::kind;
-    if constexpr (Value::kind == QelWireKind::record)
-        codec.typeName = Internal::typeName<Content>();
-    if constexpr (Internal::WireRecordWithTable<Content>)
-        codec.layout = &Internal::layoutOfRecord<Content>;
-    if constexpr (Value::kind == QelWireKind::derived)
-        codec.typeName = Internal::typeName<typename Value::RecordType>();
+    using Record = typename Internal::WireRecordType<Content, Value>::type;
+    if constexpr (Value::kind == QelWireKind::record || Value::kind == QelWireKind::derived)
+        codec.typeName = Internal::typeName<Record>();
+    if constexpr (Value::kind != QelWireKind::derived && Internal::WireRecordWithTable<Record>)
+        codec.layout = &Internal::layoutOfRecord<Record>;
     if constexpr (requires { typename Value::Key; })
         codec.key = &qelWireCodec<typename Value::Key>;
     if constexpr (requires { typename Value::Item; })

@@ -51,6 +51,12 @@ TEST_P(QelSchedulerMonthlyTriggerTest, MonthsAfterTheStartTheAnswerIsATimeThatHa
     EXPECT_EQ(ask(monthly({lastDay}, allMonths, start(2024, 1, 1, 3)), start(2024, 6, 1)), runAt(at(2024, 3, 1)));
 }
 
+TEST_P(QelSchedulerMonthlyTriggerTest, BehindTheLastRunThatIsLookedAtTheEndOfItsDayIsTheAnswer) {
+    const QelSchedulerMonthlyTrigger trigger = monthly({5}, allMonths, start(2024, 1, 1, 3));
+    EXPECT_EQ(ask(trigger, at(2024, 2, 5, 3)), runAt(at(2024, 2, 6, 3)));
+    EXPECT_EQ(ask(trigger, at(2024, 2, 6, 3)), runAt(at(2024, 2, 6, 3))) << "which isn't later any more";
+}
+
 TEST_P(QelSchedulerMonthlyTriggerTest, InALaterYearTheMonthBehindThatOfTheStartIsLookedAt) {
     const QelSchedulerMonthlyTrigger trigger = monthly({5}, allMonths, start(2024, 1, 1, 3));
     EXPECT_EQ(ask(trigger, start(2026, 1, 10)), runAt(at(2026, 2, 5, 3)));
