@@ -33,7 +33,9 @@ public:
         : QelSchedulerDuration(beginTime, length), day(dayNumber) {}
 
     /// True if `a` begins before `b`.  The name says the opposite, but callers sort by it and get ascending days.
-    static bool dayGreater(QelSchedulerDayDuration a, QelSchedulerDayDuration b) { return a.begin < b.begin; }
+    static bool dayGreater(const QelSchedulerDayDuration& a, const QelSchedulerDayDuration& b) {
+        return a.begin < b.begin;
+    }
 
     int day; ///< its number in the month, or its week day (0 for Sunday) where the span is a week
 };
