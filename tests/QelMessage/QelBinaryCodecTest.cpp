@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "QelCommon/ErrorMessage.h"
-#include "QelMessage/AllocationCounter.h"
 #include "QelMessage/QelLimits.h"
+#include "support/AllocationCounter.h"
 #include "support/RandomTree.h"
 #include "support/TreeComparer.h"
 

@@ -6,9 +6,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "QelMessage/AllocationCounter.h"
 #include "QelMessage/QelBinary.h"
 #include "QelMessage/QelMessageIterator.h"
+#include "support/AllocationCounter.h"
 #include "support/RandomTree.h"
 #include "support/TestMessage.h"
 #include "support/TreeComparer.h"

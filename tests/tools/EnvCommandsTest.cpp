@@ -2,6 +2,8 @@
 #include <nlohmann/json.hpp>
 
 #include "CacheFileBuilder.h"
+#include "QelFunctionalityCore/Environment/QelEnvFactory.h"
+#include "QelFunctionalityCore/Environment/QelEnvUpdater.h"
 #include "SampleEnvs.h"
 #include "ToolRun.h"
 
@@ -14,6 +16,14 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
+
+struct MockUpdater : Qel::QelEnvUpdater {
+    MOCK_METHOD(int, insertEnv, (const Qel::QelEnv&), (override));
+    MOCK_METHOD(int, updateEnv, (const Qel::QelEnv&), (override));
+    MOCK_METHOD(int, removeEnv, (const Qel::QelEID&), (override));
+    MOCK_METHOD(void, syncEnvList, (const Qel::QelEID&, const Qel::QelEnvIDList&), (override));
+    MOCK_METHOD(int, checkEnv, (const Qel::QelEnv&), (override));
+};
 
 class EnvCommandsTest : public ToolTest {
 protected:
@@ -76,6 +86,16 @@ TEST_F(EnvCommandsTest, PutInsertsWhatIsNewAndUpdatesWhatIsThere) {
     EXPECT_EQ(run.code, ExitCode::success);
     EXPECT_EQ(run.out, "updated " + eid(1) + "  new\ninserted " + eid(2) + "  other\n");
     EXPECT_THAT(run.err, IsEmpty());
+}
+
+TEST_F(EnvCommandsTest, AnUpdateIsNoRefusedInsertionToTheUpdater) {
+    ASSERT_EQ(put(env(eid(1), noEid, "old")).code, ExitCode::success);
+    const boost::shared_ptr<testing::StrictMock<MockUpdater>> updater(new testing::StrictMock<MockUpdater>);
+    Qel::QelEnvFactory::getInstance().setEnvUpdater("vm", updater);
+    EXPECT_CALL(*updater, checkEnv).WillOnce(testing::Return(0));
+    EXPECT_CALL(*updater, updateEnv).WillOnce(testing::Return(0));
+    EXPECT_EQ(put(env(eid(1), noEid, "new")).code, ExitCode::success);
+    Qel::QelEnvFactory::getInstance().setEnvUpdater("vm", nullptr);
 }
 
 TEST_F(EnvCommandsTest, PutReadsSeveralFilesOfBothForms) {

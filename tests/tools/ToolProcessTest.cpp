@@ -60,9 +60,15 @@ TEST_F(ToolProcessTest, AReaderThatWentAwayIsAFailureAndNoDeathBySignal) {
 }
 
 TEST_F(ToolProcessTest, OutputDoesNotGoIntoACacheThatTookTheClosedStreamsPlace) {
-    using SampleEnvs::eid;
-    (void)write("env.xml", SampleEnvs::message(SampleEnvs::env(eid(1), SampleEnvs::noEid, "server")));
-    EXPECT_EQ(shell("$QEL env put cache env.xml >&-"), 4);
+    using namespace SampleEnvs;
+    (void)write("1.xml", message(env(eid(1), noEid, "server", 1)));
+    (void)write("2.xml", message(env(eid(1), noEid, "server", 2)));
+    // The watcher prints while it has the cache open, and ends at the first change, since it can't print.
+    EXPECT_EQ(shell("$QEL env put cache 1.xml || exit 1;"
+                    "{ timeout 60 $QEL env watch cache --interval 0.001 >&-; echo $? >ended; } &"
+                    "until [ -s ended ]; do $QEL env put cache 2.xml && $QEL env put cache 1.xml; done >puts"),
+              0);
+    EXPECT_EQ(read(path("ended")), "4\n");
     EXPECT_EQ(shell("$QEL cache check cache >/dev/null"), 0);
 }
 

@@ -1,49 +1,14 @@
-#include <atomic>
-#include <cstdlib>
-#include <new>
+// What environments cost in allocations.
 
 #include <gmock/gmock.h>
 
 #include "EnvTestSupport.h"
-
-// What environments cost in allocations.  This program counts every one that goes through operator new.
-
-namespace {
-std::atomic<unsigned long> allocations = 0;
-}
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* const memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
-}
-void* operator new[](std::size_t size) {
-    return operator new(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+#include "support/AllocationCounter.h"
 
 namespace Qel {
 namespace {
 
 using namespace Qel::TestSupport;
-
-template <class Work> unsigned long allocationsOf(const Work& work) {
-    const unsigned long before = allocations;
-    work();
-    return allocations - before;
-}
 
 /// The record of an environment with so many addresses in each of its configurations.
 boost::shared_ptr<QelEnvCoreBasic> recordWithAddresses(int count) {
@@ -58,7 +23,7 @@ boost::shared_ptr<QelEnvCoreBasic> recordWithAddresses(int count) {
 }
 
 /// What a hundred times as many elements may cost more: a few doublings of the buffers that hold them.
-constexpr unsigned long someDoublings = 30;
+constexpr std::size_t someDoublings = 30;
 
 TEST(QelEnvAllocationTest, TheCountIsThatOfThisProgramAndItsLibraries) {
     EXPECT_GE(allocationsOf([] { static_cast<void>(QelEnv()); }), 4U);

@@ -8,11 +8,11 @@ namespace Qel {
 
 /// Runs on certain days of certain months, at the local time of day of `start`.
 ///
-/// It looks at two months only: that of `start`, and the first of `months` behind it in the year of `start` or the present
-/// one, whichever is later.  When their runs have passed, the answer is the end of the last one's day, and stays so when
-/// that has passed too.  If a month that it looks at has none of the days, there is no answer.  The month of `start`
-/// counts whole, so that a run may lie before `start`, and behind `end` too.  In summer time the runs are an hour late on
-/// the clocks.
+/// It looks at two months only: that of `start`, and the first of `months` behind it in the year of `start` or the
+/// present one, whichever is later.  When their runs have passed, the answer is the end of the last one's day, and
+/// stays so when that has passed too.  If a month that it looks at has none of the days, there is no answer.  The month
+/// of `start` counts whole, so that a run may lie before `start`, and behind `end` too.  In summer time the runs are an
+/// hour late on the clocks.
 struct QelSchedulerMonthlyTrigger : QelSchedulerTrigger {
     using QelSchedulerTrigger::QelSchedulerTrigger;
 
