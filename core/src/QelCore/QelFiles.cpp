@@ -89,7 +89,7 @@ eCacheFileKind inspectCacheFile(const std::string& path) {
     constexpr unsigned wordSize = 4;
     enum Word { allocated = 2, size = 3, magic = 7, headerBytes = 8, revision = 10, valid = 13, wordCount = 14 };
     static_assert(wordCount * wordSize == CacheFormat::headerBytes && valid * wordSize == CacheFormat::validOffset);
-    std::array<std::uint32_t, wordCount> words;
+    std::array<std::uint32_t, wordCount> words{};
     if (!file.read(words.data(), sizeof words, 0))
         return unreadable(path, errno);
     if (std::all_of(words.begin(), words.end(), [](std::uint32_t word) { return word == 0; }))

@@ -49,10 +49,10 @@ public:
 
     /// The first bytes of the file.  All fields change under the file's lock only.
     struct header_t {
-        block_ctrl sentinel;        ///< offset 0: head of the free list; `blocks` is 1, so that it never merges
-        std::uint32_t ttlAllocated; ///< offset 8: bytes in use with header and heads; 0 in a file never formatted
-        std::uint32_t size;         ///< offset 12: bytes managed, from offset 0; other processes map that many
-        std::uint32_t headerSize;   ///< offset 16: bytes of the header, a multiple of 8
+        block_ctrl sentinel;            ///< offset 0: head of the free list; `blocks` is 1, so that it never merges
+        std::uint32_t ttlAllocated = 0; ///< offset 8: bytes in use with header and heads; 0 in a file never formatted
+        std::uint32_t size = 0;         ///< offset 12: bytes managed, from offset 0; other processes map that many
+        std::uint32_t headerSize = 0;   ///< offset 16: bytes of the header, a multiple of 8
     };
 
     /// What containers in this heap use for a pointer.

@@ -56,7 +56,7 @@ protected:
     void registerAs(bool isDefault, const std::string& key, const char* typeName);
 
 private:
-    boost::shared_ptr<FactoryData> data; // keeps the registry until its last factory has gone
+    boost::shared_ptr<FactoryData> m_data; // keeps the registry until its last factory has gone
 };
 
 /// True for a registry entry that is this factory.
@@ -70,26 +70,26 @@ private:
 };
 
 template <class Base, class Key> QelDerivedParserFactory<Base, Key>::~QelDerivedParserFactory() {
-    if (!data)
+    if (!m_data)
         return;
-    if (data->defaultFactory == this)
-        data->defaultFactory = nullptr;
+    if (m_data->defaultFactory == this)
+        m_data->defaultFactory = nullptr;
     const QelIsFactoryEqual<QelDerivedParserFactory> isThis(this);
-    for (auto* registry : {&data->factories, &data->factoriesByType})
+    for (auto* registry : {&m_data->factories, &m_data->factoriesByType})
         if (const auto entry = std::find_if(registry->begin(), registry->end(), isThis); entry != registry->end())
             registry->erase(entry);
 }
 
 template <class Base, class Key>
 void QelDerivedParserFactory<Base, Key>::registerAs(bool isDefault, const std::string& key, const char* typeName) {
-    data = factoryInternalData();
-    const bool isNewKey = data->factories.emplace(key, this).second;
+    m_data = factoryInternalData();
+    const bool isNewKey = m_data->factories.emplace(key, this).second;
     QEL_CHECK_AT(isNewKey, "core/src/QelMessage/QelDerivedParsers", 269);
-    const bool isNewType = data->factoriesByType.emplace(typeName, this).second;
+    const bool isNewType = m_data->factoriesByType.emplace(typeName, this).second;
     QEL_CHECK_AT(isNewType, "core/src/QelMessage/QelDerivedParsers", 271);
     if (isDefault) {
-        QEL_CHECK_AT(data->defaultFactory == nullptr, "core/src/QelMessage/QelDerivedParsers", 274);
-        data->defaultFactory = this;
+        QEL_CHECK_AT(m_data->defaultFactory == nullptr, "core/src/QelMessage/QelDerivedParsers", 274);
+        m_data->defaultFactory = this;
     }
 }
 
@@ -134,7 +134,7 @@ template <class Base, class Key = Base> class QelReaderDerived {
 public:
     /// With `useDefault` an element of no or of an unknown type is read as the registry's default class; without it,
     /// or without a default class, it is a failure, -1.
-    explicit QelReaderDerived(bool useDefaultFactory) : useDefault(useDefaultFactory) {}
+    explicit QelReaderDerived(bool useDefault) : m_useDefault(useDefault) {}
 
     /// `out` stays as it was on failure.
     template <class T> int operator()(const QelMessageIterator& cursor, boost::shared_ptr<T>& out) const {
@@ -155,10 +155,10 @@ private:
         const auto entry = Factory::factories().find(type);
         if (entry != Factory::factories().end() && entry->second)
             return entry->second;
-        return useDefault ? Factory::defaultFactory() : nullptr;
+        return m_useDefault ? Factory::defaultFactory() : nullptr;
     }
 
-    bool useDefault;
+    bool m_useDefault;
 };
 
 template <class Base> QelReaderDerived<Base> QelReaderDerivedValid(bool useDefault) {
