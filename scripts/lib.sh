@@ -130,5 +130,5 @@ build_preset() {
     done
     mkdir -p "build/$preset"
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" && return 1; }
-    cmake --build "build/$preset" -j "$jobs" "${targets[@]}" -- --quiet
+    cmake --build "build/$preset" -j "$jobs" "${targets[@]}" -- --quiet -k 0
 }
