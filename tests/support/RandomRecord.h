@@ -215,6 +215,10 @@ private:
         {"QelEID", identifier()},
         {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
         {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
+        {"QelSID",
+         [](QelMessageIterator& cursor) {
+             cursor.putValueBase64(std::string("\1\1\0\0\0\0\0\5\7\0\0\0", 12), 0); // S-1-5-7
+         }},
         {"QelEIDList",
          [this](QelMessageIterator& cursor) {
              for (unsigned left = below(4); left > 0; --left)

@@ -37,6 +37,8 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeekDuration.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelWeeklyCalculator.h"
+#include "QelFunctionalityCore/Security/QelLocalSID.h"
+#include "QelFunctionalityCore/Security/QelSID.h"
 #include "QelFunctionalityCore/Values/QelAnyData.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"

@@ -15,6 +15,7 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
+#include "QelFunctionalityCore/Security/QelSID.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
 
@@ -77,6 +78,7 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
+        makeRecordType<QelSID>("QelSID"),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
