@@ -451,7 +451,7 @@ boost::shared_ptr<ItemValue> QelCacheLogic<ItemID, ItemValue, Allocator>::getCop
     void* copy = QelCachedItem::allocator_free(length);
     if (!copy)
         return nullptr;
-    std::memcpy(copy, record, length);
+    std::memcpy(copy, static_cast<const void*>(record), length);
     return boost::shared_ptr<ItemValue>(static_cast<ItemValue*>(copy), QelCachedItem::deleter_free);
 }
 

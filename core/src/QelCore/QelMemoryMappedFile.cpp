@@ -77,7 +77,7 @@ public:
     int unlock() { return pthread_mutex_unlock(&m_mutex); }
 
 private:
-    pthread_mutex_t m_mutex;
+    pthread_mutex_t m_mutex{};
 };
 
 } // namespace

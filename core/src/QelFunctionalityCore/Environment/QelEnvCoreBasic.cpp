@@ -62,6 +62,8 @@ void readType(const QelMessageIterator& it, QelEnvType& type) {
 
 } // namespace
 
+// The copy begins with references of its own, hence a fresh base.
+// NOLINTNEXTLINE(bugprone-copy-constructor-init)
 QelEnvCoreBasic::QelEnvCoreBasic(const QelEnvCoreBasic& other)
     : QelCachedItem(), parentEID(other.parentEID), eid(other.eid), status(other.status), type(other.type),
       configSize(other.configSize), vconfigSize(other.vconfigSize) {
