@@ -79,12 +79,7 @@ TEST(QelTokenTest, StandsInItsElementsInOrder) {
     ASSERT_EQ(tree->putObj(fullToken(), 1944), 0);
     ASSERT_EQ(tree->seek(1944), 0);
     EXPECT_EQ(tree->curType(), "env:token");
-    ASSERT_EQ(tree->firstChild(), 0);
-    for (const int id : {1025, 2011, 2012, 2013, 1026}) {
-        EXPECT_EQ(tree->curID(), id);
-        EXPECT_EQ(tree->nextSibling() == 0, id != 1026);
-    }
-    tree->seekUp();
+    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1025, 2011, 2012, 2013, 1026));
     ASSERT_EQ(tree->seek(2011), 0);
     EXPECT_EQ(countOf(*tree, 1911), 2);
     tree->seekUp();
