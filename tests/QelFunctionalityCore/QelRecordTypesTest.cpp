@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "support/LogCapture.h"
 #include "support/RandomRecord.h"
 #include "support/TestMessage.h"
 
@@ -116,6 +117,7 @@ private:
 
 protected:
     RandomRecord random{20261120};
+    const LogCapture log; // what readers say of damaged messages
 };
 
 TEST_P(EachRecordType, CanBeMadeAtRandom) {

@@ -35,10 +35,13 @@ public:
 
     /// Fills the element under the cursor.
     void fill(QelMessageIterator& cursor, std::string_view typeName, const QelWireLayout* layout) {
-        if (!layout) {
-            m_byHand.at(std::string(typeName))(cursor);
+        if (const auto byHand = m_byHand.find(std::string(typeName)); !layout && byHand != m_byHand.end()) {
+            byHand->second(cursor);
             return;
         }
+        // A record with functors of its own doesn't tell whoever contains it that it has a table.
+        if (!layout)
+            layout = findRecordType(typeName)->layout;
         for (const QelWireField& field : layout->fields)
             if (field.read == QelWireRead::required || below(3) != 0)
                 putField(cursor, *layout, field);
