@@ -189,9 +189,8 @@ Selection selected(const Model& stored, const Filter& filter, QelFilterMode mode
     std::erase_if(selection.model.sections, [&](const auto& section) {
         return filter.profile.sections.contains(section.first) != isIntersection;
     });
-    std::erase_if(selection.model.lists, [&](const auto& section) {
-        return filter.profile.lists.contains(section.first) != isIntersection;
-    });
+    std::erase_if(selection.model.lists,
+                  [&](const auto& section) { return filter.profile.lists.contains(section.first) != isIntersection; });
 
     const auto browse = selection.model.lists.find(browseID);
     if (browse == selection.model.lists.end() || browse->second.empty() || filter.names().empty())
@@ -222,7 +221,8 @@ Model travelled(const Model& filter) {
 
 /// Up to as many entries as there are keys.
 template <class Map>
-rc::Gen<Map> mapFrom(const std::vector<typename Map::key_type>& keys, const rc::Gen<typename Map::mapped_type>& values) {
+rc::Gen<Map> mapFrom(const std::vector<typename Map::key_type>& keys,
+                     const rc::Gen<typename Map::mapped_type>& values) {
     using Entry = std::pair<typename Map::key_type, typename Map::mapped_type>;
     const auto entries = rc::gen::mapcat(rc::gen::inRange<std::size_t>(0, keys.size() + 1), [=](std::size_t count) {
         return rc::gen::container<std::vector<Entry>>(count, rc::gen::pair(rc::gen::elementOf(keys), values));

@@ -31,7 +31,7 @@ protected:
 
     int writeFilter(const QelProfile& filter) { return tree->putObject(filter, QelProfile::filterWriter(), 0); }
     int readFilter(QelProfile& filter) { return tree->getObject(filter, QelProfile::filterReader(), 0); }
-    void putProfile(const QelProfile& profile) { ASSERT_EQ(tree->putObj(profile, 0), 0); }
+    void putProfile(const QelProfile& stored) { ASSERT_EQ(tree->putObj(stored, 0), 0); }
     int readDifference(const QelProfile& filter) {
         return tree->getObject(profile, QelProfile::differenceReader(boost::make_shared<QelProfile>(filter)), 0);
     }
@@ -89,9 +89,9 @@ TEST_F(QelProfileFilterTest, BrowseListsAreWrittenByName) {
 }
 
 TEST_F(QelProfileFilterTest, WhatIsWrittenBehindTheBrowseListsStandsInTheirElement) {
-    ASSERT_EQ(writeFilter(filterOf(&QelProfile::screen, &QelProfile::browse, &QelProfile::desktop,
-                                   &QelProfile::personal)),
-              0);
+    ASSERT_EQ(
+        writeFilter(filterOf(&QelProfile::screen, &QelProfile::browse, &QelProfile::desktop, &QelProfile::personal)),
+        0);
     EXPECT_EQ(tree->curID(), 2185);
     EXPECT_THAT(childrenOf(*tree), ElementsAre(2186, 2188));
     tree->seekUp();

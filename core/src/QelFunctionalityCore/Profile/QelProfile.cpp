@@ -3,8 +3,10 @@
 #include <type_traits>
 #include <utility>
 
+#include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -41,8 +43,7 @@ int writeAuthName(QelMessageIterator& cursor, const QelProfile& profile) {
     return cursor.putObj(profile.authName.get(), authNameID);
 }
 
-template <class T>
-constexpr QelWireCodec keepingCodec() {
+template <class T> constexpr QelWireCodec keepingCodec() {
     QelWireCodec codec = qelWireCodec<QelOptionalProperty<T>>;
     codec.read = [](const QelMessageIterator& cursor, void* property, int id, const QelWireField&) {
         return readIfPresent(cursor, *static_cast<QelOptionalProperty<T>*>(property), id);
@@ -141,8 +142,7 @@ int QelProfile::merge(const QelProfile& other) {
 
 namespace {
 
-template <class T>
-void specifyIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<T>& section, int id) {
+template <class T> void specifyIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<T>& section, int id) {
     if (cursor.seekPresence(id) == 0)
         section = T();
 }
@@ -155,7 +155,7 @@ int specifyItemsIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<
     section = Settings();
     Settings checked;
     return QelReaderSet(typename Settings::Item::filterReader(), Settings::itemID, QelReaderOptional)(cursor,
-                                                                                                     checked.items);
+                                                                                                      checked.items);
 }
 
 int writeEmpty(QelMessageIterator& cursor, bool isSpecified, int id) {
@@ -165,7 +165,11 @@ int writeEmpty(QelMessageIterator& cursor, bool isSpecified, int id) {
 } // namespace
 
 int QelProfile::filterReader::operator()(const QelMessageIterator& cursor, QelProfile& filter) const {
-    if (readIfPresent(cursor, filter.sid, sidID) != 0 || readAuthName(cursor, filter) != 0)
+    if (readIfPresent(cursor, filter.sid, sidID) != 0) {
+        setErrorMessage("can't read a filter: element %s is malformed", QelNames::elementName(sidID).c_str());
+        return -1;
+    }
+    if (readAuthName(cursor, filter) != 0)
         return -1;
     specifyIfPresent(cursor, filter.personal, personalID);
     specifyIfPresent(cursor, filter.interface, interfaceID);
