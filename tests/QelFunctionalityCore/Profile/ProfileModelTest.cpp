@@ -219,6 +219,11 @@ Model travelled(const Model& filter) {
 
 // --- Examples
 
+/// Examples are small enough to be of any shape from the first on.
+template <class T> rc::Gen<T> inFullSize(const rc::Gen<T>& generator) {
+    return rc::gen::resize(rc::kNominalSize, generator);
+}
+
 /// Up to as many entries as there are keys.
 template <class Map>
 rc::Gen<Map> mapFrom(const std::vector<typename Map::key_type>& keys,
@@ -236,15 +241,15 @@ rc::Gen<Items> someItems() {
 
 rc::Gen<Model> someModel() {
     const auto texts = rc::gen::element<std::string>("1", "2", "3");
-    return rc::gen::build<Model>(
+    return inFullSize(rc::gen::build<Model>(
         rc::gen::set(&Model::owner, mapFrom<Texts>({sidID, authNameID}, texts)),
         rc::gen::set(&Model::sections, mapFrom<Texts>({personalID, interfaceID, desktopID}, texts)),
-        rc::gen::set(&Model::lists, mapFrom<std::map<int, Items>>({browseID, screenID}, someItems())));
+        rc::gen::set(&Model::lists, mapFrom<std::map<int, Items>>({browseID, screenID}, someItems()))));
 }
 
 rc::Gen<Filter> someFilter() {
-    return rc::gen::build<Filter>(rc::gen::set(&Filter::profile, someModel()),
-                                  rc::gen::set(&Filter::forgotten, someItems()));
+    return inFullSize(rc::gen::build<Filter>(rc::gen::set(&Filter::profile, someModel()),
+                                             rc::gen::set(&Filter::forgotten, someItems())));
 }
 
 } // namespace
@@ -324,7 +329,6 @@ RC_GTEST_PROP(ProfileModelTest, AFilterKeepsItsSectionsOnTheWay, (const Model& f
 RC_GTEST_PROP(ProfileModelTest, DifferenceAndIntersectionBySectionsMakeTheWhole,
               (const Model& stored, const Model& filter)) {
     const Filter bySections{travelled(filter), {}};
-    RC_PRE(!bySections.profile.isEmpty());
     TestTree tree;
     put(tree, toProfile(stored), QelProfile::Writer());
     const auto filterProfile = boost::make_shared<QelProfile>(toProfile(bySections));
@@ -333,8 +337,9 @@ RC_GTEST_PROP(ProfileModelTest, DifferenceAndIntersectionBySectionsMakeTheWhole,
     RC_ASSERT(tree->getObject(whole, QelProfile::intersectionReader(filterProfile), 0) == 0);
     RC_ASSERT(tree->getObject(rest, QelProfile::differenceReader(filterProfile), 0) == 0);
     whole.merge(rest);
-    Model expected = stored;
-    expected.owner.clear();
+    Model expected = sent(stored);
+    if (!bySections.profile.isEmpty())
+        expected.owner.clear();
     RC_ASSERT(toModel(whole) == expected);
 }
 
