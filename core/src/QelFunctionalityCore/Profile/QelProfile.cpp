@@ -212,10 +212,8 @@ int readFiltered(const QelMessageIterator& cursor, QelProfile& profile, const Qe
     if (isWanted(filter->interface) && readIfPresent(cursor, profile.interface, interfaceID) != 0)
         return -1;
     if (isWanted(filter->browse)) {
-        // A copy, since a profile may be read into its own filter.
-        const QelBrowseSettings names = filter->browse.get();
-        const auto readLists = [&names, mode](const QelMessageIterator& at, QelBrowseSettings& lists) {
-            return readFiltered(at, lists, &names, mode);
+        const auto readLists = [&](const QelMessageIterator& at, QelBrowseSettings& lists) {
+            return readFiltered(at, lists, &filter->browse.get(), mode);
         };
         if (readIfPresent(cursor, profile.browse, browseID, readLists) != 0)
             return -1;
