@@ -235,7 +235,7 @@ TEST_F(QelBrowseFilterTest, AListThatIsThereAlreadyStays) {
 TEST_F(QelBrowseFilterTest, AFilteringReaderCanBeCopied) {
     putLists({"a", "b"});
     const QelBrowseSettings::intersectionReader reader(filter({"b"}));
-    const QelBrowseSettings::intersectionReader copy = reader; // NOLINT(performance-unnecessary-copy-initialization)
+    const QelBrowseSettings::intersectionReader copy = reader;
     EXPECT_EQ(tree->getObject(settings, copy, 0), 0);
     EXPECT_THAT(namesOf(settings), ElementsAre("b"));
 }

@@ -146,6 +146,17 @@ TEST(QelProfileTest, SectionsThatAreMissingStayAsTheyWere) {
     EXPECT_THAT(namesOf(read.browse.get()), ElementsAre("a", "b"));
 }
 
+TEST(QelProfileTest, ASectionThatFailsStaysSpecifiedIfItWas) {
+    TestTree tree;
+    tree->newChild(2187);
+    tree->putValue("Bob", 2191);
+    tree->seekUp();
+    QelProfile read = fullProfile();
+    EXPECT_EQ(tree->getObj(read, 0), -1) << "the second text is missing";
+    EXPECT_TRUE(read.personal.isSpecified());
+    EXPECT_EQ(read.personal->personalName, "Bob") << "as far as it was read";
+}
+
 TEST(QelProfileTest, SpecifiedBrowseListsThatAreEmptyAreAnEmptyElement) {
     QelProfile profile;
     profile.browse = QelBrowseSettings();
@@ -165,7 +176,7 @@ TEST(QelProfileTest, SpecifiedBrowseListsThatAreEmptyAreAnEmptyElement) {
 TEST(QelProfileTest, TheNumberIsCopiedButNotMarshalled) {
     QelProfile profile = fullProfile();
     profile.localID = 5;
-    const QelProfile copy = profile; // NOLINT(performance-unnecessary-copy-initialization)
+    const QelProfile copy = profile;
     EXPECT_EQ(copy.localID, 5);
     TestTree tree;
     ASSERT_EQ(tree->putObj(profile, 0), 0);

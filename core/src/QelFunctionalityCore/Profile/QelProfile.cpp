@@ -22,15 +22,16 @@ constexpr int browseID = 2185;
 constexpr int desktopID = 2186;
 constexpr int screenID = 2188;
 
-/// Reads what a property holds from child `id`, if there is one.
+/// Reads and specifies a property from child `id`, if there is one.
 template <class T, class Reader = typename T::reader_type>
 int readIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id,
                   const Reader& reader = Reader()) {
     if (cursor.seekPresence(id) != 0)
         return 0;
-    const bool isRead = cursor.getObject(property.get(), reader, id) == 0;
-    property.specify(isRead);
-    return isRead ? 0 : -1;
+    if (cursor.getObject(property.get(), reader, id) != 0)
+        return -1;
+    property.specify(true);
+    return 0;
 }
 
 // The name is the second choice: a SID hides it.
