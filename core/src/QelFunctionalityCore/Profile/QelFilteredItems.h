@@ -10,9 +10,9 @@
 
 namespace Qel::Internal {
 
-/// Where nothing is to be selected, the settings' own reader reads them and comes back.  The walk doesn't: it leaves the
-/// cursor on the last item, or on the one that ended it.  Which sections an intersection finds behind its browse lists
-/// follows from that, and agents of all ages are to find the same.
+/// Where nothing is to be selected, the settings' own reader reads them and comes back.  The walk doesn't: it leaves
+/// the cursor on the last item, or on the one that ended it.  Which sections an intersection finds behind its browse
+/// lists follows from that, and agents of all ages are to find the same.
 template <class Settings>
 int readFilteredItems(const QelMessageIterator& cursor, Settings& settings, const Settings* filter,
                       QelFilterMode mode) {
