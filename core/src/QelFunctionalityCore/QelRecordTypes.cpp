@@ -9,6 +9,7 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Profile/QelProfile.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -54,12 +55,21 @@ template <class Base> QelRecordType anyOf() {
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelAuthName>(),
+        byTable<QelBrowseColumn>(),
+        byTable<QelBrowseInfo>(),
+        byTable<QelBrowseSettings>(),
         byTable<QelConnectionInfo>(),
+        byTable<QelDashboardSection>(),
+        byTable<QelDesktopAction>(),
+        byTable<QelDesktopSettings>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
+        byTable<QelInterfaceSettings>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelOS>(),
+        byTable<QelPersonalSettings>(),
+        byTable<QelProfile>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
         byTable<QelScheduleTask>(),
@@ -68,6 +78,8 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelScreenInfo>(),
+        byTable<QelScreenSettings>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
