@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
@@ -333,6 +334,9 @@ private:
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         // A task without a name is written but can't be read back.
         {{"QelTask", 1026}, [this](QelMessageIterator& cursor) { cursor.putValue("task-" + text(), 1026); }},
+        {{"QelProfile", 1630},
+         inChild(1630,
+                 [this](QelMessageIterator& cursor) { fill(cursor, "QelAuthName", &qelWireLayout<QelAuthName>()); })},
         {{"QelEnv", 1870}, inChild(1870, identifier())},
         {{"QelEnv", 1866}, inChild(1866, identifier())},
         {{"QelEnv", 1192},

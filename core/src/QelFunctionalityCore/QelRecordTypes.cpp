@@ -9,6 +9,7 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Profile/QelProfile.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -64,7 +65,13 @@ template <class Base> QelRecordType anyOf() {
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelAuthName>(),
+        byTable<QelBrowseColumn>(),
+        byTable<QelBrowseInfo>(),
+        byTable<QelBrowseSettings>(),
         byTable<QelConnectionInfo>(),
+        byTable<QelDashboardSection>(),
+        byTable<QelDesktopAction>(),
+        byTable<QelDesktopSettings>(),
         byTable<QelDirEntry>(),
         byTable<QelDirRealm::LoginType>(),
         byTable<QelDirSortControl>(),
@@ -74,11 +81,14 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelEnvStatus>(),
         byTable<QelInfrastructureFolderAttributes>(),
         byTable<QelInfrastructureNode>(),
+        byTable<QelInterfaceSettings>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelOS>(),
         byTable<QelObjectToPolicyAssignment>(),
+        byTable<QelPersonalSettings>(),
         byTable<QelPolicy>(),
+        byTable<QelProfile>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
         byTable<QelRegisteredClient>(),
@@ -92,6 +102,8 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelScreenInfo>(),
+        byTable<QelScreenSettings>(),
         byTable<QelTask>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
