@@ -1,9 +1,17 @@
 #pragma once
 
+#include <ostream>
+
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
+#include "QelFunctionalityCore/Security/QelSID.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
+
+/// How failures show a SID.
+inline void PrintTo(const QelSID& sid, std::ostream* out) {
+    *out << sid.toString();
+}
 
 inline const QelEID localEID(0x0102030405060708, 0x1112131415161718);
 inline const QelEID masterEID(0x2122232425262728, 0x3132333435363738);

@@ -10,10 +10,6 @@
 
 namespace Qel {
 
-void PrintTo(const QelSID& sid, std::ostream* out) {
-    *out << sid.toString();
-}
-
 namespace {
 
 using testing::ElementsAre;
