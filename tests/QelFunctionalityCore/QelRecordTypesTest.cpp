@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "support/LogCapture.h"
 #include "support/RandomRecord.h"
 #include "support/TestMessage.h"
 
@@ -64,8 +65,10 @@ TEST(QelRecordTypesTest, TellTheTableInWritingAndInReadingOrder) {
 
 class EachRecordType : public testing::TestWithParam<QelRecordType> {
 protected:
-    /// Puts the cursor where the record belongs: at the only element of a new message, or at its root.
+    /// Puts the cursor where the record belongs: at the only element of a new message, or at its root.  Messages have a
+    /// time, without which no session can be read.
     static void place(const TestMessage& message) {
+        message->setTime(1'795'167'000);
         if (!GetParam().isWholeMessage)
             message.cursor().newChild(element);
     }
@@ -95,6 +98,12 @@ protected:
         EXPECT_EQ(textOf(*settled.get()), textOf(*again.get()));
     }
 
+    // A task, and a role with it, whose name is empty is written without one, and has none to be read.
+    [[nodiscard]] static bool isUnreadable(const TestMessage& written) {
+        return (GetParam().name == "QelTask" || GetParam().name == "QelRole") &&
+               written.cursor().seekPresence(1026) != 0;
+    }
+
 private:
     // An environment without a base configuration is written with an empty one, which counts as an old agent's when it
     // is read back, and so gets a version.
@@ -108,6 +117,7 @@ private:
 
 protected:
     RandomRecord random{20261120};
+    const LogCapture log; // what readers say of damaged messages
 };
 
 TEST_P(EachRecordType, CanBeMadeAtRandom) {
@@ -135,7 +145,7 @@ TEST_P(EachRecordType, IsReadOrRefusedWhenElementsAreDamaged) {
             random.damage(made.cursor());
         const TestMessage written;
         const auto results = rewrite(made, written);
-        if (results.read == 0 && results.write == 0)
+        if (results.read == 0 && results.write == 0 && !isUnreadable(written))
             expectFixedPoint(written);
         else
             ++refused;

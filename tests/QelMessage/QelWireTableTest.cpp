@@ -113,6 +113,20 @@ struct Masks {
     using writer_type = QelRecordWriter<Masks>;
 };
 
+/// Fields that don't take every value.
+struct Choosy {
+    int even = 4;
+    std::string text = "old";
+    using reader_type = QelRecordReader<Choosy>;
+    using writer_type = QelRecordWriter<Choosy>;
+};
+constexpr bool isEven(int number) {
+    return number % 2 == 0;
+}
+bool isNotEmpty(const std::string& text) {
+    return !text.empty();
+}
+
 constexpr bool isGiven(int number) {
     return number != -1;
 }
@@ -158,6 +172,16 @@ template <> struct Wire<Whole> : WireWords<Whole> {
 };
 template <> const QelWireLayout& qelWireLayout<Whole>() {
     return wireLayoutOf<Whole>;
+}
+
+template <> struct Wire<Choosy> : WireWords<Choosy> {
+    static constexpr QelWireField fields[] = {
+        checked<&Choosy::even, isEven>(1007, required, always),
+        checked<&Choosy::text, isNotEmpty>(1026, ignored, always, base64),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Choosy>() {
+    return wireLayoutOf<Choosy>;
 }
 
 template <> struct Wire<Reordered> : WireWords<Reordered> {
@@ -603,6 +627,44 @@ TEST_F(QelWireMaskTest, AKeptMaskOrFlagIsOnlyAddedTo) {
     message->seekUp();
     EXPECT_EQ(read(masks), 0);
     EXPECT_EQ(masks.added, 5);
+}
+
+TEST(QelWireCheckedTest, AValueThatIsNotTakenIsMalformedAndLeavesTheField) {
+    const TestMessage tree;
+    QelMessageIterator& cursor = tree.cursor();
+    cursor.putValue(5, 1007);
+    Choosy record;
+    EXPECT_EQ(cursor.getObj(record, 0), -1);
+    EXPECT_EQ(record.even, 4);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("(even) is malformed"));
+    cursor.deleteChild(1007);
+    EXPECT_EQ(cursor.getObj(record, 0), -1);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("(even) is missing"));
+}
+
+TEST(QelWireCheckedTest, AValueThatIsTakenIsReadInItsForm) {
+    const TestMessage tree;
+    QelMessageIterator& cursor = tree.cursor();
+    cursor.putValue(6, 1007);
+    cursor.putValueBase64(std::string("new"), 1026);
+    Choosy record;
+    EXPECT_EQ(cursor.getObj(record, 0), 0);
+    EXPECT_EQ(record.even, 6);
+    EXPECT_EQ(record.text, "new");
+}
+
+TEST(QelWireCheckedTest, AnIgnoredFieldDropsWhatIsNotTakenAndWritingTakesAnything) {
+    const TestMessage tree;
+    QelMessageIterator& cursor = tree.cursor();
+    cursor.putValue(6, 1007);
+    cursor.putChild(1026);
+    Choosy record;
+    EXPECT_EQ(cursor.getObj(record, 0), 0);
+    EXPECT_EQ(record.text, "old");
+    record.even = 7;
+    EXPECT_EQ(cursor.putObj(record, 1115), 0);
+    ASSERT_EQ(cursor.seek(1115), 0);
+    EXPECT_EQ(childValue(cursor, 1007), "7");
 }
 
 TEST(QelWireLayoutTest, TellsNamesKindsAndElements) {

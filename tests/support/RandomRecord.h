@@ -14,6 +14,8 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
+#include "QelFunctionalityCore/Security/QelDirControl.h"
+#include "QelFunctionalityCore/Security/QelDirRealm.h"
 #include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelWireLayout.h"
 
@@ -34,10 +36,13 @@ public:
 
     /// Fills the element under the cursor.
     void fill(QelMessageIterator& cursor, std::string_view typeName, const QelWireLayout* layout) {
-        if (!layout) {
-            m_byHand.at(std::string(typeName))(cursor);
+        if (const auto byHand = m_byHand.find(std::string(typeName)); !layout && byHand != m_byHand.end()) {
+            byHand->second(cursor);
             return;
         }
+        // A record with functors of its own doesn't tell whoever contains it that it has a table.
+        if (!layout)
+            layout = findRecordType(typeName)->layout;
         for (const QelWireField& field : layout->fields)
             if (field.read == QelWireRead::required || below(3) != 0)
                 putField(cursor, *layout, field);
@@ -229,6 +234,29 @@ private:
         fill(cursor, kind.name, kind.layout);
     }
 
+    Fill control() {
+        return [this](QelMessageIterator& cursor) { fill(cursor, "QelDirControl", &qelWireLayout<QelDirControl>()); };
+    }
+
+    /// The rules of a policy.
+    void putRules(QelMessageIterator& cursor) {
+        for (unsigned left = below(4); left > 0; --left)
+            inChild(2273, [this](QelMessageIterator& rule) {
+                rule.putValue(text(), 1010);
+                rule.putValue(text(), 1018);
+            })(cursor);
+    }
+
+    /// What a plug-in keeps with a session, now and then without a value.
+    void putSessionData(QelMessageIterator& cursor) {
+        for (unsigned left = below(4); left > 0; --left)
+            inChild(1307, [this](QelMessageIterator& entry) {
+                entry.putValue(text(), 1240);
+                if (below(3) != 0)
+                    inChild(1018, identifier())(entry);
+            })(cursor);
+    }
+
     Fill time(int id) {
         return [this, id](QelMessageIterator& cursor) {
             cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
@@ -241,6 +269,12 @@ private:
     std::map<std::string, Fill> m_byHand{
         {"QelGUID", identifier()},
         {"QelEID", identifier()},
+        {"QelDirAttribute",
+         [this](QelMessageIterator& cursor) {
+             cursor.putValue(text(), 1026);
+             for (unsigned left = below(4); left > 0; --left)
+                 cursor.putValue(text(), 1018);
+         }},
         {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
         {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
         {"QelSID",
@@ -271,8 +305,35 @@ private:
         // An empty address can't be written.
         {{"QelConnectivityInfo", 1687},
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
+        {{"QelDirRealm", 0},
+         [this](QelMessageIterator& cursor) {
+             fill(cursor, "QelRealm", &qelWireLayout<QelRealm>());
+             cursor.deleteChild(1007);
+             cursor.putValue(QelDirRealm::directoryType, 1007);
+         }},
+        {{"QelDirRealm", 1687}, [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
+        {{"QelDirRealm", 1704},
+         [this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(1 + below(65535)), 1704); }},
+        {{"QelDirRealm", 1958},
+         [](QelMessageIterator& cursor) { cursor.putValue(std::string("dc=example,dc=org"), 1958); }},
+        {{"QelDirRealm", 1959},
+         [this](QelMessageIterator& cursor) { cursor.putValue(text() + "dc=EXAMPLE,dc=org", 1959); }},
+        {{"QelDirSortControl", 0}, control()},
+        {{"QelDirVlvControl", 0}, control()},
+        {{"QelEffectivePolicyAssignment", 2276},
+         inChild(2276, [this](QelMessageIterator& cursor) { putRules(cursor); })},
+        {{"QelInfrastructureFolderAttributes", 1007},
+         [this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(1 + below(5)), 1007); }},
+        {{"QelPolicy", 2276}, inChild(2276, [this](QelMessageIterator& cursor) { putRules(cursor); })},
+        {{"QelSession", 1320},
+         [this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(4)) - 1, 1320); }},
+        {{"QelSession", 1221},
+         [this](QelMessageIterator& cursor) { cursor.putValue("0." + std::to_string(below(9)), 1221); }},
+        {{"QelSession", 1307}, [this](QelMessageIterator& cursor) { putSessionData(cursor); }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
+        // A task without a name is written but can't be read back.
+        {{"QelTask", 1026}, [this](QelMessageIterator& cursor) { cursor.putValue("task-" + text(), 1026); }},
         {{"QelProfile", 1630},
          inChild(1630,
                  [this](QelMessageIterator& cursor) { fill(cursor, "QelAuthName", &qelWireLayout<QelAuthName>()); })},

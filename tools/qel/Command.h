@@ -22,6 +22,7 @@ struct Invocation {
 
 /// A command of the tool.
 struct Command {
+    /// Nothing for the only command of a group, which then has the group's name: "qel sid".
     std::string_view name;
     /// Names of the arguments as the help shows them, separated by blanks: "CACHE FILE...".  Each is mandatory unless
     /// it stands in brackets; a last one with an ellipsis takes one or more.
@@ -50,6 +51,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup profileCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();
+[[nodiscard]] CommandGroup sidCommands();
 
 /// Adds `--json`, which every command has whose output programs may want.
 void addJsonOption(boost::program_options::options_description& options);

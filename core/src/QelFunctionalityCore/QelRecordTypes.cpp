@@ -16,7 +16,17 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
+#include "QelFunctionalityCore/Security/QelAce.h"
+#include "QelFunctionalityCore/Security/QelDirControl.h"
+#include "QelFunctionalityCore/Security/QelDirEntry.h"
+#include "QelFunctionalityCore/Security/QelDirRealm.h"
+#include "QelFunctionalityCore/Security/QelInfrastructureNode.h"
+#include "QelFunctionalityCore/Security/QelPolicy.h"
+#include "QelFunctionalityCore/Security/QelRole.h"
 #include "QelFunctionalityCore/Security/QelSID.h"
+#include "QelFunctionalityCore/Security/QelSSOBase.h"
+#include "QelFunctionalityCore/Security/QelSession.h"
+#include "QelFunctionalityCore/Security/QelToken.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
 
@@ -62,16 +72,30 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelDashboardSection>(),
         byTable<QelDesktopAction>(),
         byTable<QelDesktopSettings>(),
+        byTable<QelDirEntry>(),
+        byTable<QelDirRealm::LoginType>(),
+        byTable<QelDirSortControl>(),
+        byTable<QelDirVlvControl>(),
+        byTable<QelEffectivePolicyAssignment>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
+        byTable<QelInfrastructureFolderAttributes>(),
+        byTable<QelInfrastructureNode>(),
         byTable<QelInterfaceSettings>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelOS>(),
+        byTable<QelObjectToPolicyAssignment>(),
         byTable<QelPersonalSettings>(),
+        byTable<QelPolicy>(),
         byTable<QelProfile>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
+        byTable<QelRegisteredClient>(),
+        byTable<QelRole>(),
+        byTable<QelRoleAssignment>(),
+        byTable<QelSSOServerConfig>(),
+        byTable<QelSSOServiceProviderConfig>(),
         byTable<QelScheduleTask>(),
         byTable<QelSchedulerDailyTrigger>(),
         byTable<QelSchedulerMonthlyDayOfWeekTrigger>(),
@@ -80,9 +104,15 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerWeeklyTrigger>(),
         byTable<QelScreenInfo>(),
         byTable<QelScreenSettings>(),
+        byTable<QelTask>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
+        makeRecordType<QelAce>("QelAce", &qelWireLayout<QelObjectRights>()),
+        makeRecordType<QelCheck>("QelCheck", &qelWireLayout<QelObjectRights>()),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
+        makeRecordType<QelDirAttribute>("QelDirAttribute"),
+        makeRecordType<QelDirControl>("QelDirControl", &qelWireLayout<QelDirControl>()),
+        makeRecordType<QelDirRealm>("QelDirRealm", &qelWireLayout<QelDirRealm>()),
         makeRecordType<QelEID>("QelEID"),
         makeRecordType<QelEIDList>("QelEIDList"),
         makeRecordType<QelEnv>("QelEnv", &qelWireLayout<QelEnv>()),
@@ -92,6 +122,8 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
         makeRecordType<QelSID>("QelSID"),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
+        makeRecordType<QelSession>("QelSession", &qelWireLayout<QelSession>()),
+        makeRecordType<QelToken>("QelToken", &qelWireLayout<QelToken>()),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
         wholeMessage<QelConfiguration>("QelConfiguration"),

@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "QelMessage/QelWireValue.h"
 
@@ -38,6 +39,16 @@ template <auto member> consteval std::string_view memberName() {
 template <class Member, auto predicate> bool testMember(const void* member) {
     return predicate(*static_cast<const Member*>(member));
 }
+
+template <class T, auto predicate> struct WireCheckedValue : QelWireValue<T> {
+    static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField& field) {
+        T taken{};
+        if (QelWireValue<T>::read(cursor, taken, id, field) != 0 || !predicate(taken))
+            return -1;
+        value = std::move(taken);
+        return 0;
+    }
+};
 
 inline constexpr QelWireCodec presenceCodec{
     QelWireKind::presence,
@@ -158,6 +169,13 @@ template <class Record> struct WireWords {
         QelWireField made = field<member>(id, read, ifSet, form);
         made.test = &Internal::testMember<Member<member>, predicate>;
         return made;
+    }
+    /// The same for a value of which not all are taken: one for which `predicate` doesn't hold is as unreadable as one
+    /// of another form.
+    template <auto member, auto predicate>
+    static constexpr QelWireField checked(int id, QelWireRead read, QelWireWrite write, QelWireForm form = plain) {
+        using Value = Internal::WireCheckedValue<Member<member>, predicate>;
+        return row<member>(id, 0, read, write, form, &qelWireCodec<Member<member>, Value>);
     }
     /// A bool that the presence of the empty element `id` tells.
     template <auto member> static constexpr QelWireField flag(int id) {
