@@ -9,6 +9,7 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Files/QelUserCredentials.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -68,6 +69,7 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelUserCredentials>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
