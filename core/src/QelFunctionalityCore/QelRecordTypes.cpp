@@ -9,6 +9,12 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Files/QelFileFilter.h"
+#include "QelFunctionalityCore/Files/QelFileInfo.h"
+#include "QelFunctionalityCore/Files/QelFileType.h"
+#include "QelFunctionalityCore/Files/QelFilerOptions.h"
+#include "QelFunctionalityCore/Files/QelSecurityAttributes.h"
+#include "QelFunctionalityCore/Files/QelUGIDLimits.h"
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
@@ -58,6 +64,9 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelConnectionInfo>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
+        byTable<QelFileFilter>(),
+        byTable<QelFileInfo>(),
+        byTable<QelFileType>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelOS>(),
@@ -69,6 +78,8 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelSecurityAttributes>(),
+        byTable<QelUGIDLimits>(),
         byTable<QelUserCredentials>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
@@ -77,6 +88,7 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelEIDList>("QelEIDList"),
         makeRecordType<QelEnv>("QelEnv", &qelWireLayout<QelEnv>()),
         makeRecordType<QelEnvConfig>("QelEnvConfig", &qelWireLayout<QelEnvConfig>()),
+        makeRecordType<QelFilerOptions>("QelFilerOptions"),
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
