@@ -40,6 +40,9 @@ constexpr PresenceBit attributes[] = {
 
 } // namespace
 
+// Its own table names it, since a file has files.
+template <> const QelWireLayout& qelWireLayout<QelFileType>();
+
 template <> struct Wire<QelFileType> : WireWords<QelFileType> {
     static constexpr auto mask = &File::validMask;
     static constexpr QelWireField fields[] = {
