@@ -109,9 +109,36 @@ private:
             if (field.id != 0)
                 cursor.seekUp();
             break;
+        case QelWireKind::bits:
+            if (field.id != 0)
+                cursor.newChild(field.id);
+            for (const QelWireBit& each : codec.bits)
+                if (below(2) == 0)
+                    cursor.putChild(each.id);
+            if (field.id != 0)
+                cursor.seekUp();
+            break;
+        case QelWireKind::map:
+            if (field.id != 0)
+                cursor.newChild(field.id);
+            for (unsigned left = below(4); left > 0; --left)
+                putEntry(cursor, field);
+            if (field.id != 0)
+                cursor.seekUp();
+            break;
         default:
             putChild(cursor, field.id, codec, field.form);
         }
+    }
+
+    void putEntry(QelMessageIterator& cursor, const QelWireField& field) {
+        cursor.newChild(field.item);
+        putChild(cursor, field.key, *field.codec->key, field.form);
+        if (field.value != 0)
+            putChild(cursor, field.value, *field.codec->item, field.form);
+        else
+            putValue(cursor, *field.codec->item, field.form);
+        cursor.seekUp();
     }
 
     void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
@@ -253,17 +280,6 @@ private:
          [](QelMessageIterator& cursor) {
              cursor.putValueBase64(std::string("\1\1\0\0\0\0\0\5\7\0\0\0", 12), 0); // S-1-5-7
          }},
-        {"QelFilerOptions",
-         [this](QelMessageIterator& cursor) {
-             for (const int flag : {1152, 1151, 1140, 1170, 1174})
-                 if (below(2) == 0)
-                     cursor.putChild(flag);
-             if (below(2) == 0)
-                 inChild(1138, [this](QelMessageIterator& wrapper) {
-                     if (below(2) == 0)
-                         wrapper.putChild(1139);
-                 })(cursor);
-         }},
         {"QelEIDList",
          [this](QelMessageIterator& cursor) {
              for (unsigned left = below(4); left > 0; --left)
@@ -295,6 +311,12 @@ private:
         {{"QelFileFilter", 1029}, owner(1029, 1027, 1144)},
         {{"QelFileType", 0}, [](QelMessageIterator&) {}},
         {{"QelFileType", 1161}, [this](QelMessageIterator& cursor) { putChildFiles(cursor); }},
+        {{"QelFilerOptions", 1138},
+         inChild(1138,
+                 [this](QelMessageIterator& wrapper) {
+                     if (below(2) == 0)
+                         wrapper.putChild(1139);
+                 })},
         {{"QelUserCredentials", 1030}, number(1030)},
         {{"QelUserCredentials", 1027}, inChild(1027, number(1030))},
         {{"QelEnv", 1870}, inChild(1870, identifier())},
