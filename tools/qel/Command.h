@@ -48,6 +48,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup configCommands();
 [[nodiscard]] CommandGroup fileCommands();
 [[nodiscard]] CommandGroup messageCommands();
+[[nodiscard]] CommandGroup profileCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();
 

@@ -16,6 +16,7 @@
 #include "QelFunctionalityCore/Files/QelSecurityAttributes.h"
 #include "QelFunctionalityCore/Files/QelUGIDLimits.h"
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
+#include "QelFunctionalityCore/Profile/QelProfile.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -61,16 +62,25 @@ template <class Base> QelRecordType anyOf() {
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelAuthName>(),
+        byTable<QelBrowseColumn>(),
+        byTable<QelBrowseInfo>(),
+        byTable<QelBrowseSettings>(),
         byTable<QelConnectionInfo>(),
+        byTable<QelDashboardSection>(),
+        byTable<QelDesktopAction>(),
+        byTable<QelDesktopSettings>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
         byTable<QelFileFilter>(),
         byTable<QelFileInfo>(),
         byTable<QelFileType>(),
         byTable<QelFilerOptions>(),
+        byTable<QelInterfaceSettings>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelOS>(),
+        byTable<QelPersonalSettings>(),
+        byTable<QelProfile>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
         byTable<QelScheduleTask>(),
@@ -79,6 +89,8 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelScreenInfo>(),
+        byTable<QelScreenSettings>(),
         byTable<QelSecurityAttributes>(),
         byTable<QelUGIDLimits>(),
         byTable<QelUserCredentials>(),
