@@ -53,6 +53,16 @@ struct Whole : Part {
     using writer_type = Writer;
 };
 
+/// Fields that bits of a mask tell to be set.
+struct Masked {
+    std::string name;
+    int number = 0;
+    unsigned mask = 0;
+
+    using reader_type = QelRecordReader<Masked>;
+    using writer_type = QelRecordWriter<Masked>;
+};
+
 /// Fields read in another order than they are written.
 struct Reordered {
     int first = 0;
@@ -182,6 +192,16 @@ template <> struct Wire<Choosy> : WireWords<Choosy> {
 };
 template <> const QelWireLayout& qelWireLayout<Choosy>() {
     return wireLayoutOf<Choosy>;
+}
+
+template <> struct Wire<Masked> : WireWords<Masked> {
+    static constexpr QelWireField fields[] = {
+        marked<&Masked::name, &Masked::mask>(1026, 1, required, always),
+        marked<&Masked::number, &Masked::mask>(1010, 4, ignored, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Masked>() {
+    return wireLayoutOf<Masked>;
 }
 
 template <> struct Wire<Reordered> : WireWords<Reordered> {
@@ -558,20 +578,42 @@ TEST_F(QelWireFamilyTest, AnEntryWithoutAValueFails) {
     EXPECT_EQ(message->curID(), 1006);
 }
 
+TEST_F(QelWireTableTest, AMarkedFieldIsWrittenWhenItsBitIsSet) {
+    Masked masked;
+    masked.number = 7;
+    ASSERT_EQ(message->putObj(masked, 0), 0);
+    EXPECT_EQ(message->seekPresence(1026), 0) << "the name is written always";
+    EXPECT_NE(message->seekPresence(1010), 0);
+    masked.mask = 4 | 8;
+    ASSERT_EQ(message->putObj(masked, 1007), 0);
+    ASSERT_EQ(message->seek(1007), 0);
+    EXPECT_EQ(childValue(*message, 1010), "7");
+}
+
+TEST_F(QelWireTableTest, ReadingAMarkedFieldSetsItsBitAndNoOther) {
+    message->putValue("n", 1026);
+    message->putValue(0, 1010);
+    Masked masked;
+    masked.mask = 8;
+    ASSERT_EQ(message->getObj(masked, 0), 0);
+    EXPECT_EQ(masked.mask, 1U | 4U | 8U);
+}
+
+TEST_F(QelWireTableTest, AMarkedFieldThatCanNotBeReadLeavesItsBit) {
+    message->putValue("n", 1026);
+    message->putValue("none", 1010);
+    Masked masked;
+    ASSERT_EQ(message->getObj(masked, 0), 0);
+    EXPECT_EQ(masked.mask, 1U);
+    message->deleteChild(1026);
+    masked.mask = 0;
+    EXPECT_EQ(message->getObj(masked, 0), -1);
+    EXPECT_EQ(masked.mask, 0U);
+}
+
 class QelWireMaskTest : public QelWireTableTest {
 protected:
     int write(const Masks& masks) { return Masks::writer_type()(*message, masks); }
-
-    [[nodiscard]] std::vector<int> childIDs() const {
-        std::vector<int> ids;
-        if (message->firstChild() != 0)
-            return ids;
-        do
-            ids.push_back(message->curID());
-        while (message->nextSibling() == 0);
-        message->seekUp();
-        return ids;
-    }
 };
 
 TEST_F(QelWireMaskTest, EachSetBitIsAnEmptyElementInTheOrderOfTheTable) {
@@ -579,9 +621,9 @@ TEST_F(QelWireMaskTest, EachSetBitIsAnEmptyElementInTheOrderOfTheTable) {
     masks.mask = 5;
     masks.wrapped = 3;
     EXPECT_EQ(write(masks), 0);
-    EXPECT_THAT(childIDs(), ElementsAre(1844, 1456, 1197, 1786));
+    EXPECT_THAT(childIDs(*message), ElementsAre(1844, 1456, 1197, 1786));
     EXPECT_EQ(message->seek(1197), 0);
-    EXPECT_THAT(childIDs(), ElementsAre(1628, 1627));
+    EXPECT_THAT(childIDs(*message), ElementsAre(1628, 1627));
 }
 
 TEST_F(QelWireMaskTest, AMaskOfZeroWritesItsWrapperOnlyIfAlways) {
@@ -595,7 +637,7 @@ TEST_F(QelWireMaskTest, BitsThatTheTableDoesNotKnowAreNotWritten) {
     masks.wrapped = 8;
     EXPECT_EQ(write(masks), 0);
     EXPECT_EQ(message->seek(1197), 0);
-    EXPECT_THAT(childIDs(), IsEmpty());
+    EXPECT_THAT(childIDs(*message), IsEmpty());
 }
 
 TEST_F(QelWireMaskTest, ReadingReplacesAMask) {

@@ -13,6 +13,7 @@
 #include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
+#include "QelFunctionalityCore/Files/QelFileType.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelFunctionalityCore/Security/QelDirControl.h"
 #include "QelFunctionalityCore/Security/QelDirRealm.h"
@@ -96,7 +97,7 @@ private:
 
     void putField(QelMessageIterator& cursor, const QelWireLayout& layout, const QelWireField& field) {
         const QelWireCodec& codec = *field.codec;
-        const std::pair key(std::string(layout.typeName), field.id);
+        const std::pair key(std::string(layout.typeName), field.ownID());
         if (codec.kind == QelWireKind::step || m_fields.contains(key)) {
             m_fields.at(key)(cursor);
             return;
@@ -257,6 +258,38 @@ private:
             })(cursor);
     }
 
+    /// Down to a few levels only: folders with as many folders again would go on for ever.
+    void putChildFiles(QelMessageIterator& cursor) {
+        constexpr unsigned levels = 3;
+        if (++m_fileDepth <= levels)
+            for (unsigned left = below(3); left > 0; --left)
+                inChild(1161, [this](QelMessageIterator& child) {
+                    fill(child, "QelFileType", &qelWireLayout<QelFileType>());
+                })(cursor);
+        --m_fileDepth;
+    }
+
+    /// One of the three forms; the second number of the range stands behind the first.
+    Fill owner(int name, int id, int rangeFrom) {
+        return [this, name, id, rangeFrom](QelMessageIterator& cursor) {
+            switch (below(3)) {
+            case 0:
+                cursor.putValue(text(), name);
+                break;
+            case 1:
+                number(id)(cursor);
+                break;
+            default:
+                number(rangeFrom)(cursor);
+                number(rangeFrom + 1)(cursor);
+            }
+        };
+    }
+
+    Fill number(int id) {
+        return [this, id](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(2000)), id); };
+    }
+
     Fill time(int id) {
         return [this, id](QelMessageIterator& cursor) {
             cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
@@ -264,6 +297,7 @@ private:
     }
 
     std::mt19937 m_random;
+    unsigned m_fileDepth = 0;
 
     /// Records without a table, by their class.
     std::map<std::string, Fill> m_byHand{
@@ -334,6 +368,19 @@ private:
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         // A task without a name is written but can't be read back.
         {{"QelTask", 1026}, [this](QelMessageIterator& cursor) { cursor.putValue("task-" + text(), 1026); }},
+        {{"QelFileFilter", 0}, [](QelMessageIterator&) {}}, // no element: the mask is told by what is there
+        {{"QelFileFilter", 1025}, owner(1025, 1030, 1142)},
+        {{"QelFileFilter", 1029}, owner(1029, 1027, 1144)},
+        {{"QelFileType", 0}, [](QelMessageIterator&) {}},
+        {{"QelFileType", 1161}, [this](QelMessageIterator& cursor) { putChildFiles(cursor); }},
+        {{"QelFilerOptions", 1138},
+         inChild(1138,
+                 [this](QelMessageIterator& wrapper) {
+                     if (below(2) == 0)
+                         wrapper.putChild(1139);
+                 })},
+        {{"QelUserCredentials", 1030}, number(1030)},
+        {{"QelUserCredentials", 1027}, inChild(1027, number(1030))},
         {{"QelProfile", 1630},
          inChild(1630,
                  [this](QelMessageIterator& cursor) { fill(cursor, "QelAuthName", &qelWireLayout<QelAuthName>()); })},

@@ -47,6 +47,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup envCommands();
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
+[[nodiscard]] CommandGroup fileCommands();
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup profileCommands();
 [[nodiscard]] CommandGroup recordCommands();

@@ -9,6 +9,13 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Files/QelFileFilter.h"
+#include "QelFunctionalityCore/Files/QelFileInfo.h"
+#include "QelFunctionalityCore/Files/QelFileType.h"
+#include "QelFunctionalityCore/Files/QelFilerOptions.h"
+#include "QelFunctionalityCore/Files/QelSecurityAttributes.h"
+#include "QelFunctionalityCore/Files/QelUGIDLimits.h"
+#include "QelFunctionalityCore/Files/QelUserCredentials.h"
 #include "QelFunctionalityCore/Profile/QelProfile.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
@@ -81,6 +88,10 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelEnvStatus>(),
         byTable<QelInfrastructureFolderAttributes>(),
         byTable<QelInfrastructureNode>(),
+        byTable<QelFileFilter>(),
+        byTable<QelFileInfo>(),
+        byTable<QelFileType>(),
+        byTable<QelFilerOptions>(),
         byTable<QelInterfaceSettings>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
@@ -105,6 +116,9 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelScreenInfo>(),
         byTable<QelScreenSettings>(),
         byTable<QelTask>(),
+        byTable<QelSecurityAttributes>(),
+        byTable<QelUGIDLimits>(),
+        byTable<QelUserCredentials>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
         makeRecordType<QelAce>("QelAce", &qelWireLayout<QelObjectRights>()),

@@ -79,10 +79,12 @@ struct QelWireField {
     QelWireForm form;
     const QelWireCodec* codec;
     void* (*member)(void* record);
-    bool (*test)(const void* member); ///< in place of the codec's isSet, if not null
-    bool ignoresWriteFailure = false; ///< the record is written on when this field could not be
-    bool needsItems = false;          ///< of a container: one without any items is malformed
-    bool keepsSet = false;            ///< of a flag or a bit mask: reading sets what it finds and clears nothing
+    bool (*test)(const void* member);          ///< in place of the codec's isSet, if not null
+    bool ignoresWriteFailure = false;          ///< the record is written on when this field could not be
+    bool needsItems = false;                   ///< of a container: one without any items is malformed
+    bool keepsSet = false;                     ///< of a flag or a bit mask: reading sets what it finds, clears nothing
+    unsigned bit = 0;                          ///< of `mask`: whether the field is set; reading the field sets it
+    unsigned* (*mask)(void* record) = nullptr; ///< the record's mask, if one of its bits stands for the field
 
     /// The same row, whose failure to be written is none of the record.
     [[nodiscard]] constexpr QelWireField unchecked() const {

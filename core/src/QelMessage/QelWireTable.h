@@ -177,6 +177,16 @@ template <class Record> struct WireWords {
         using Value = Internal::WireCheckedValue<Member<member>, predicate>;
         return row<member>(id, 0, read, write, form, &qelWireCodec<Member<member>, Value>);
     }
+    /// A value or record in element `id`, whose `bit` in the record's member `mask` tells whether it is set.
+    template <auto member, auto mask>
+    static constexpr QelWireField marked(int id, unsigned bit, QelWireRead read, QelWireWrite write,
+                                         QelWireForm form = plain) {
+        static_assert(std::is_same_v<Member<mask>, unsigned>, "marked<> takes its bits from an unsigned mask");
+        QelWireField made = field<member>(id, read, write, form);
+        made.bit = bit;
+        made.mask = [](void* record) { return &(static_cast<Record*>(record)->*mask); };
+        return made;
+    }
     /// A bool that the presence of the empty element `id` tells.
     template <auto member> static constexpr QelWireField flag(int id) {
         static_assert(std::is_same_v<Member<member>, bool>,
