@@ -201,6 +201,13 @@ private:
         fill(cursor, kind.name, kind.layout);
     }
 
+    /// Infos, as deep as chance will have it.
+    void putParameters(QelMessageIterator& cursor) {
+        for (unsigned left = below(3) == 0 ? 2 : 0; left > 0; --left)
+            inChild(1017,
+                    [this](QelMessageIterator& at) { fill(at, "QelInfo", findRecordType("QelInfo")->layout); })(cursor);
+    }
+
     Fill time(int id) {
         return [this, id](QelMessageIterator& cursor) {
             cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
@@ -243,6 +250,7 @@ private:
         // An empty address can't be written.
         {{"QelConnectivityInfo", 1687},
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
+        {{"QelInfo", 1017}, [this](QelMessageIterator& cursor) { putParameters(cursor); }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelEnv", 1870}, inChild(1870, identifier())},

@@ -24,6 +24,8 @@
 #include "QelFunctionalityCore/Environment/QelQoS.h"
 #include "QelFunctionalityCore/Environment/QelVEnvConfig.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Events/QelEnvInfo.h"
+#include "QelFunctionalityCore/Events/QelInfo.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerCalendar.h"

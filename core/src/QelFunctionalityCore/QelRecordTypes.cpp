@@ -9,6 +9,7 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Events/QelInfo.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -57,6 +58,7 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelConnectionInfo>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
+        byTable<QelInfo>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelOS>(),
