@@ -41,6 +41,7 @@
 #include "QelFunctionalityCore/Scheduling/QelWeeklyCalculator.h"
 #include "QelFunctionalityCore/Security/QelLocalSID.h"
 #include "QelFunctionalityCore/Security/QelSID.h"
+#include "QelFunctionalityCore/Security/QelToken.h"
 #include "QelFunctionalityCore/Values/QelAnyData.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"

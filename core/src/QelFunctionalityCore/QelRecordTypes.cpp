@@ -17,6 +17,7 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
 #include "QelFunctionalityCore/Security/QelSID.h"
+#include "QelFunctionalityCore/Security/QelToken.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
 
@@ -82,6 +83,7 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
         makeRecordType<QelSID>("QelSID"),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
+        makeRecordType<QelToken>("QelToken", &qelWireLayout<QelToken>()),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
         wholeMessage<QelConfiguration>("QelConfiguration"),
