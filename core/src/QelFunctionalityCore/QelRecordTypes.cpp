@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <vector>
 
+#include "QelFunctionalityCore/Backup/QelBackup.h"
+#include "QelFunctionalityCore/Backup/QelBackupData.h"
+#include "QelFunctionalityCore/Backup/QelBackupOptions.h"
+#include "QelFunctionalityCore/Backup/QelMigrateOptions.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
 #include "QelFunctionalityCore/Configuration/QelRealm.h"
@@ -10,6 +14,8 @@
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
 #include "QelFunctionalityCore/Events/QelInfo.h"
+#include "QelFunctionalityCore/Files/QelUserCredentials.h"
+#include "QelFunctionalityCore/Host/QelService.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -56,21 +62,47 @@ template <class Base> QelRecordType anyOf() {
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelAuthName>(),
+        byTable<QelBackup>(),
+        byTable<QelBackupData>(),
+        byTable<QelBackupGetEnvInfoOptions>(),
+        byTable<QelBackupGetInfoOptions>(),
+        byTable<QelBackupMConfig>(),
+        byTable<QelBackupOperationStuff>(),
+        byTable<QelBackupOptions>(),
+        byTable<QelCalculateHWNodeNotes>(),
         byTable<QelConnectionInfo>(),
+        byTable<QelDSConfiguration>(),
+        byTable<QelDSLocation>(),
+        byTable<QelDSObjectInfo>(),
+        byTable<QelDestroyedBackupsData>(),
+        byTable<QelEnvBackupData>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
+        byTable<QelExcludeList>(),
         byTable<QelInfo>(),
+        byTable<QelListBackupOptions>(),
         byTable<QelLogOptions>(),
+        byTable<QelMigratorCloneOptions>(),
         byTable<QelNativeConfig>(),
+        byTable<QelNewBackupData>(),
         byTable<QelOS>(),
+        byTable<QelP2VMigrateOptions>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
+        byTable<QelRemoveBackupOptions>(),
+        byTable<QelRestoreOptions>(),
         byTable<QelScheduleTask>(),
         byTable<QelSchedulerDailyTrigger>(),
         byTable<QelSchedulerMonthlyDayOfWeekTrigger>(),
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelSearchBackupOptions>(),
+        byTable<QelSelectiveRestoreOptions>(),
+        byTable<QelService>(),
+        byTable<QelUserCredentials>(),
+        byTable<QelV2PMigrateOptions>(),
+        byTable<QelV2VMigrateOptions>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
