@@ -140,7 +140,12 @@ private:
         cursor.seekUp();
     }
 
+    /// With `id` 0 in the record's own element.
     void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
+        if (id == 0) {
+            putValue(cursor, codec, form);
+            return;
+        }
         cursor.newChild(id);
         putValue(cursor, codec, form);
         cursor.seekUp();
@@ -245,12 +250,30 @@ private:
         };
     }
 
+    Fill record(std::string_view typeName) {
+        return
+            [this, typeName](QelMessageIterator& cursor) { fill(cursor, typeName, findRecordType(typeName)->layout); };
+    }
+
+    /// A run of children, at least one.
+    Fill run(const Fill& fillChild) {
+        return [this, fillChild](QelMessageIterator& cursor) {
+            for (unsigned left = below(4) + 1; left > 0; --left)
+                fillChild(cursor);
+        };
+    }
+
+    Fill textChild(int id) {
+        return [this, id](QelMessageIterator& cursor) { cursor.putValue(text(), id); };
+    }
+
     std::mt19937 m_random;
 
     /// Records without a table, by their class.
     std::map<std::string, Fill> m_byHand{
         {"QelGUID", identifier()},
         {"QelEID", identifier()},
+        {"QelEnv", record("QelEnv")},
         {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
         {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
         {"QelSID",
@@ -282,6 +305,15 @@ private:
         {{"QelConnectivityInfo", 1687},
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
         {{"QelInfo", 1017}, [this](QelMessageIterator& cursor) { putParameters(cursor); }},
+        {{"QelBackupOptions", 1014}, inChild(1014, textChild(1006))},
+        {{"QelExcludeList", 1156}, run(textChild(1156))},
+        {{"QelNewBackupData", 1006}, inChild(1006, record("QelBackup"))},
+        {{"QelP2VMigrateOptions", 1185}, inChild(1185, configuration(120))},
+        {{"QelP2VMigrateOptions", 1811}, inChild(1811, inChild(1115, textChild(1026)))},
+        {{"QelV2VMigrateOptions", 1185}, inChild(1185, configuration(120))},
+        {{"QelService", 0}, [](QelMessageIterator&) {}}, // what stands a second time is skipped
+        {{"QelService", 1422},
+         run([this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(7)), 1422); })},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelUserCredentials", 1030}, number(1030)},

@@ -13,7 +13,7 @@ struct QelBackup : QelDSObjectInfo {
     QelEID eid; ///< of the environment that was backed up; QelDSObjectInfo::eid is the storage's
     std::string description;
     int count = 0;
-    int flags = 0; ///< only bit 1 crosses the wire
+    int flags = 0;          ///< only bit 1 crosses the wire
     bool localFlag = false; ///< never crosses the wire
 
     void swap(QelBackup& other) noexcept;

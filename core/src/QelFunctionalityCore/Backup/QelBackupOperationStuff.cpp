@@ -50,8 +50,7 @@ void QelBackupOperationStuff::complement(const QelBackupOperationStuff& other) {
     complementProperty(option1007, other.option1007);
 }
 
-template <>
-struct Wire<QelBackupOperationStuff> : SettingsWire<QelBackupOperationStuff, QelWireRead::ignored> {};
+template <> struct Wire<QelBackupOperationStuff> : SettingsWire<QelBackupOperationStuff, QelWireRead::ignored> {};
 template <> const QelWireLayout& qelWireLayout<QelBackupOperationStuff>() {
     return wireLayoutOf<QelBackupOperationStuff>;
 }

@@ -137,8 +137,8 @@ template class QelDerivedParserFactory<QelBackupGetInfoOptions>;
 
 QelDerivedParserFactoryT<QelBackupOptions, QelBackupOptions> factoryQelBackupOptions(true);
 QelDerivedParserFactoryT<QelRestoreOptions, QelRestoreOptions> factoryQelRestoreOptions(true);
-QelDerivedParserFactoryT<QelSelectiveRestoreOptions, QelSelectiveRestoreOptions> factoryQelSelectiveRestoreOptions(
-    true);
+QelDerivedParserFactoryT<QelSelectiveRestoreOptions, QelSelectiveRestoreOptions>
+    factoryQelSelectiveRestoreOptions(true);
 QelDerivedParserFactoryT<QelBackupGetInfoOptions, QelBackupGetInfoOptions> factoryQelBackupGetInfoOptions(true);
 QelDerivedParserFactoryT<QelBackupGetEnvInfoOptions, QelBackupGetInfoOptions> factoryQelBackupGetEnvInfoOptions(false);
 

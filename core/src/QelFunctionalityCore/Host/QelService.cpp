@@ -73,8 +73,8 @@ template <> struct Wire<QelService> : WireWords<QelService> {
         flag<&QelService::system>(1646),
         step<&readLevels, &writeLevels>("levels", levelElement, optional, ifSet),
     };
-    static constexpr int readOrder[] = {1026, stateElement, 1426, descriptionElement, 1788, 1728,        1192,
-                                        1729, 0,            1735, 1734,               1646, levelElement};
+    static constexpr int readOrder[] = {1026, stateElement, 1426, descriptionElement, 1788, 1728, 1192, 1729, 0,
+                                        1735, 1734,         1646, levelElement};
 };
 template <> const QelWireLayout& qelWireLayout<QelService>() {
     return wireLayoutOf<QelService>;
