@@ -102,7 +102,8 @@ private:
     // agent's when it is read back, and so gets a version.  The numbers of groups in credentials aren't read where they
     // are written.
     [[nodiscard]] static bool settlesLate() {
-        static constexpr std::array<std::string_view, 5> late{"QelEnv", "QelEnvBackupData", "QelP2VMigrateOptions",
+        static constexpr std::array<std::string_view, 6> late{"QelBackupMConfig",   "QelEnv",
+                                                              "QelEnvBackupData",   "QelP2VMigrateOptions",
                                                               "QelUserCredentials", "QelV2VMigrateOptions"};
         return std::find(late.begin(), late.end(), GetParam().name) != late.end();
     }

@@ -202,6 +202,13 @@ TEST_F(QelBackupMConfigTest, EverySettingIsRequiredButTheOthersAreReadAllTheSame
     }
 }
 
+TEST_F(QelBackupMConfigTest, AConnectionWithoutAProtocolKeepsTheLocalAgents) {
+    const QelBackupMConfig back = roundTrip(QelBackupMConfig(sample()));
+    EXPECT_EQ(back.connection.get().address, "keeper.example.org");
+    EXPECT_THAT(sample().connection.get().protocol, IsEmpty());
+    EXPECT_EQ(back.connection.get().protocol, QelAgentConnectionInfo::protocolAgent);
+}
+
 TEST_F(QelBackupMConfigTest, AMissingSettingIsUnspecifiedAfterwards) {
     EXPECT_EQ(write(sample()), 0);
     remove(2089);

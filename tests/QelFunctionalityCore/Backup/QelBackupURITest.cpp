@@ -209,7 +209,7 @@ TEST(QelBackupURITest, MegabytesOfTheSameComeToNothing) {
         std::string text;
         while (text.size() < megabyte)
             text += piece;
-        for (const char* const rest : {"", "&", "&a/b/c"})
+        for (const char* const rest : {"", "&a/b/c"})
             EXPECT_FALSE(parsed(text + rest).storage().isSpecified()) << piece << rest;
     }
     expectNothing(parsed(std::string(megabyte, '&')));

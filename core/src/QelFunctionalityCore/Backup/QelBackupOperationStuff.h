@@ -36,7 +36,8 @@ struct QelBackupMConfig : QelBackupOperationStuff {
     /// The settings given, and the default ones for the rest.
     explicit QelBackupMConfig(const QelBackupOperationStuff& settings);
 
-    /// -1 unless all settings are there; then those that are have been read.
+    /// -1 unless all settings are there; then those that are have been read.  The connection is read into the one that
+    /// is there, so that one without a protocol keeps the local agent's.
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelBackupMConfig& config) const;
     };
