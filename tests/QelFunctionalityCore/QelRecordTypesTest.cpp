@@ -100,7 +100,8 @@ protected:
 private:
     // An environment or a migration without a base configuration is written with an empty one, which counts as an old
     // agent's when it is read back, and so gets a version.  The numbers of groups in credentials aren't read where they
-    // are written.
+    // are written.  The connection of a backup configuration is read into the local agent's, whose protocol it keeps if
+    // it has none.
     [[nodiscard]] static bool settlesLate() {
         static constexpr std::array<std::string_view, 6> late{"QelBackupMConfig",   "QelEnv",
                                                               "QelEnvBackupData",   "QelP2VMigrateOptions",
