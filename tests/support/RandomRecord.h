@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
@@ -318,6 +319,9 @@ private:
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelUserCredentials", 1030}, number(1030)},
         {{"QelUserCredentials", 1027}, inChild(1027, number(1030))},
+        {{"QelProfile", 1630},
+         inChild(1630,
+                 [this](QelMessageIterator& cursor) { fill(cursor, "QelAuthName", &qelWireLayout<QelAuthName>()); })},
         {{"QelEnv", 1870}, inChild(1870, identifier())},
         {{"QelEnv", 1866}, inChild(1866, identifier())},
         {{"QelEnv", 1192},

@@ -48,6 +48,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
 [[nodiscard]] CommandGroup messageCommands();
+[[nodiscard]] CommandGroup profileCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();
 

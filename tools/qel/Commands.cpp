@@ -5,8 +5,8 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{envCommands(),    cacheCommands(),    configCommands(),   messageCommands(),
-                                   recordCommands(), scheduleCommands(), backupUriCommands()};
+    static const std::array groups{envCommands(),     cacheCommands(),   backupUriCommands(), configCommands(),
+                                   messageCommands(), profileCommands(), recordCommands(),    scheduleCommands()};
     return groups;
 }
 

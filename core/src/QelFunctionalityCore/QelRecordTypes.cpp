@@ -16,6 +16,7 @@
 #include "QelFunctionalityCore/Events/QelInfo.h"
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
 #include "QelFunctionalityCore/Host/QelService.h"
+#include "QelFunctionalityCore/Profile/QelProfile.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -69,17 +70,24 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelBackupMConfig>(),
         byTable<QelBackupOperationStuff>(),
         byTable<QelBackupOptions>(),
+        byTable<QelBrowseColumn>(),
+        byTable<QelBrowseInfo>(),
+        byTable<QelBrowseSettings>(),
         byTable<QelCalculateHWNodeNotes>(),
         byTable<QelConnectionInfo>(),
         byTable<QelDSConfiguration>(),
         byTable<QelDSLocation>(),
         byTable<QelDSObjectInfo>(),
+        byTable<QelDashboardSection>(),
+        byTable<QelDesktopAction>(),
+        byTable<QelDesktopSettings>(),
         byTable<QelDestroyedBackupsData>(),
         byTable<QelEnvBackupData>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
         byTable<QelExcludeList>(),
         byTable<QelInfo>(),
+        byTable<QelInterfaceSettings>(),
         byTable<QelListBackupOptions>(),
         byTable<QelLogOptions>(),
         byTable<QelMigratorCloneOptions>(),
@@ -87,6 +95,8 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelNewBackupData>(),
         byTable<QelOS>(),
         byTable<QelP2VMigrateOptions>(),
+        byTable<QelPersonalSettings>(),
+        byTable<QelProfile>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
         byTable<QelRemoveBackupOptions>(),
@@ -97,6 +107,8 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelScreenInfo>(),
+        byTable<QelScreenSettings>(),
         byTable<QelSearchBackupOptions>(),
         byTable<QelSelectiveRestoreOptions>(),
         byTable<QelService>(),
