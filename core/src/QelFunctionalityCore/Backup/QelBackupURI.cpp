@@ -98,24 +98,24 @@ QelBackupURI::QelBackupURI(const std::string& uri) {
     if (!parsed.isValid() || parsed.getUriType() != TYPE)
         return;
     const std::string& path = parsed.getUriPath();
-    std::size_t firstSlash = path.find_first_of("&/");
-    if (firstSlash == std::string::npos)
+    std::size_t separator = path.find_first_of("&/");
+    if (separator == std::string::npos)
         return;
 
     std::size_t start = 0;
-    if (path.compare(firstSlash, 1, endOfStorage) == 0) {
+    if (path.compare(separator, 1, endOfStorage) == 0) {
         QelDSLocation location;
-        if (decode(path, firstSlash, location))
+        if (decode(path, separator, location))
             return;
-        start = firstSlash + 1;
-        firstSlash = path.find(slash, start);
-        if (firstSlash == std::string::npos)
+        start = separator + 1;
+        separator = path.find(slash, start);
+        if (separator == std::string::npos)
             return;
         m_storage = location;
     }
 
     // Only behind the first slash a backslash ends the backup too.
-    const std::size_t end = path.find_first_of("/\\", firstSlash + 1);
+    const std::size_t end = path.find_first_of("/\\", separator + 1);
     m_backup = path.substr(start, end - start);
     if (end != std::string::npos)
         m_subPath = path.substr(end + 1);

@@ -36,7 +36,7 @@ struct QelP2VMigrateOptions {
     using writer_type = Writer;
 };
 
-/// What a server tells of its hardware before it moves.
+/// Which notes on a hardware node to calculate.
 struct QelCalculateHWNodeNotes {
     virtual ~QelCalculateHWNodeNotes() = default;
 
