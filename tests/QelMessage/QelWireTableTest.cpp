@@ -113,12 +113,29 @@ struct Zoo {
     using writer_type = QelRecordWriter<Zoo>;
 };
 
+/// A bool that may be unset.
+class Maybe {
+public:
+    [[nodiscard]] bool isSpecified() const { return m_specified; }
+    [[nodiscard]] bool get() const { return m_value; }
+    Maybe& operator=(bool value) {
+        m_value = value;
+        m_specified = true;
+        return *this;
+    }
+
+private:
+    bool m_value = false;
+    bool m_specified = false;
+};
+
 /// Bit masks and flags, those that a read replaces and those that it only adds to.
 struct Masks {
     int mask = 0;
     unsigned wrapped = 0;
     int added = 0;
     bool flag = false;
+    Maybe given{};
     using reader_type = QelRecordReader<Masks>;
     using writer_type = QelRecordWriter<Masks>;
 };
@@ -225,12 +242,18 @@ template <> const QelWireLayout& qelWireLayout<Needy>() {
     return wireLayoutOf<Needy>;
 }
 
+template <> struct QelWireValue<Maybe> : QelWireValue<bool> {
+    using Specified = bool;
+    static bool isSet(const Maybe& value) { return value.isSpecified(); }
+};
+
 template <> struct Wire<Masks> : WireWords<Masks> {
     static constexpr QelWireField fields[] = {
         bits<&Masks::mask, QelWireBit{1, 1844}, QelWireBit{4, 1456}>(),
         wrappedBits<&Masks::wrapped, QelWireBit{2, 1628}, QelWireBit{1, 1627}>(1197, ifSet),
         wrappedBits<&Masks::added, QelWireBit{1, 2131}>(1786, always).kept(),
         Wire::flag<&Masks::flag>(1917).kept(),
+        Wire::flag<&Masks::given>(1152),
     };
 };
 template <> const QelWireLayout& qelWireLayout<Masks>() {
@@ -645,21 +668,43 @@ TEST_F(QelWireMaskTest, ReadingReplacesAMask) {
     message->newChild(1197);
     message->putChild(1627);
     message->seekUp();
-    Masks masks{8 | 1, 8 | 2, 0, false};
+    Masks masks{8 | 1, 8 | 2, 0, false, {}};
     EXPECT_EQ(read(masks), 0);
     EXPECT_EQ(masks.mask, 4);
     EXPECT_EQ(masks.wrapped, 1U);
 }
 
 TEST_F(QelWireMaskTest, ReadingWithoutTheWrapperClearsAMask) {
-    Masks masks{1, 2, 0, false};
+    Masks masks{1, 2, 0, false, {}};
     EXPECT_EQ(read(masks), 0);
     EXPECT_EQ(masks.mask, 0);
     EXPECT_EQ(masks.wrapped, 0U);
 }
 
+TEST_F(QelWireMaskTest, AFlagThatMayBeUnsetIsWrittenWhenItIsSpecifiedAndTrue) {
+    Masks masks;
+    EXPECT_EQ(write(masks), 0);
+    EXPECT_NE(message->seekPresence(1152), 0);
+    masks.given = false;
+    EXPECT_EQ(write(masks), 0);
+    EXPECT_NE(message->seekPresence(1152), 0);
+    masks.given = true;
+    EXPECT_EQ(write(masks), 0);
+    EXPECT_EQ(message->seekPresence(1152), 0);
+}
+
+TEST_F(QelWireMaskTest, AFlagThatMayBeUnsetIsSpecifiedByEveryRead) {
+    Masks masks;
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_TRUE(masks.given.isSpecified());
+    EXPECT_FALSE(masks.given.get());
+    message->putChild(1152);
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_TRUE(masks.given.get());
+}
+
 TEST_F(QelWireMaskTest, AKeptMaskOrFlagIsOnlyAddedTo) {
-    Masks masks{0, 0, 4, true};
+    Masks masks{0, 0, 4, true, {}};
     EXPECT_EQ(read(masks), 0);
     EXPECT_EQ(masks.added, 4);
     EXPECT_TRUE(masks.flag);

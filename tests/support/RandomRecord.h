@@ -147,7 +147,12 @@ private:
         cursor.seekUp();
     }
 
+    /// With `id` 0 in the record's own element.
     void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
+        if (id == 0) {
+            putValue(cursor, codec, form);
+            return;
+        }
         cursor.newChild(id);
         putValue(cursor, codec, form);
         cursor.seekUp();
@@ -286,6 +291,13 @@ private:
         };
     }
 
+    /// Infos, as deep as chance will have it.
+    void putParameters(QelMessageIterator& cursor) {
+        for (unsigned left = below(3) == 0 ? 2 : 0; left > 0; --left)
+            inChild(1017,
+                    [this](QelMessageIterator& at) { fill(at, "QelInfo", findRecordType("QelInfo")->layout); })(cursor);
+    }
+
     Fill number(int id) {
         return [this, id](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(2000)), id); };
     }
@@ -294,6 +306,23 @@ private:
         return [this, id](QelMessageIterator& cursor) {
             cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
         };
+    }
+
+    Fill record(std::string_view typeName) {
+        return
+            [this, typeName](QelMessageIterator& cursor) { fill(cursor, typeName, findRecordType(typeName)->layout); };
+    }
+
+    /// A run of children, at least one.
+    Fill run(const Fill& fillChild) {
+        return [this, fillChild](QelMessageIterator& cursor) {
+            for (unsigned left = below(4) + 1; left > 0; --left)
+                fillChild(cursor);
+        };
+    }
+
+    Fill textChild(int id) {
+        return [this, id](QelMessageIterator& cursor) { cursor.putValue(text(), id); };
     }
 
     std::mt19937 m_random;
@@ -309,6 +338,7 @@ private:
              for (unsigned left = below(4); left > 0; --left)
                  cursor.putValue(text(), 1018);
          }},
+        {"QelEnv", record("QelEnv")},
         {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
         {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
         {"QelSID",
@@ -379,6 +409,18 @@ private:
                      if (below(2) == 0)
                          wrapper.putChild(1139);
                  })},
+        {{"QelInfo", 1017}, [this](QelMessageIterator& cursor) { putParameters(cursor); }},
+        {{"QelBackupOptions", 1014}, inChild(1014, textChild(1006))},
+        {{"QelExcludeList", 1156}, run(textChild(1156))},
+        {{"QelNewBackupData", 1006}, inChild(1006, record("QelBackup"))},
+        {{"QelP2VMigrateOptions", 1185}, inChild(1185, configuration(120))},
+        {{"QelP2VMigrateOptions", 1811}, inChild(1811, inChild(1115, textChild(1026)))},
+        {{"QelV2VMigrateOptions", 1185}, inChild(1185, configuration(120))},
+        {{"QelService", 0}, [](QelMessageIterator&) {}}, // what stands a second time is skipped
+        {{"QelService", 1422},
+         run([this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(7)), 1422); })},
+        {{"QelSchedulerTrigger", 1063}, time(1063)},
+        {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelUserCredentials", 1030}, number(1030)},
         {{"QelUserCredentials", 1027}, inChild(1027, number(1030))},
         {{"QelProfile", 1630},

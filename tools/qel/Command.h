@@ -45,6 +45,7 @@ struct CommandGroup {
 [[nodiscard]] std::span<const CommandGroup> commandGroups();
 
 [[nodiscard]] CommandGroup envCommands();
+[[nodiscard]] CommandGroup backupUriCommands();
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
 [[nodiscard]] CommandGroup fileCommands();

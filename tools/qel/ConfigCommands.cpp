@@ -26,7 +26,6 @@ using Json = nlohmann::ordered_json;
 using Cursor = std::unique_ptr<QelMessageIterator>;
 
 constexpr int passwordElement = 1032;
-constexpr const char* hidden = "(hidden)";
 
 ExitCode readConfiguration(const std::string& file, QelMessage& message, const Console& console) {
     if (const ExitCode code = readMessage(file, message, console); code != ExitCode::success)
@@ -118,7 +117,7 @@ ExitCode runSet(const Invocation& invocation, const Console& console) {
 std::string shownValue(const QelMessageIterator& cursor) {
     std::string value;
     cursor.getValue(value, getEmptyID());
-    return cursor.curID() == passwordElement && !value.empty() ? hidden : value;
+    return cursor.curID() == passwordElement && !value.empty() ? hiddenValue : value;
 }
 
 /// Calls `visit` with the cursor at each child that a path can name.

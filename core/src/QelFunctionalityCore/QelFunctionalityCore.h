@@ -2,6 +2,15 @@
 
 // Every public header of the library.
 
+#include "QelFunctionalityCore/Backup/QelBackup.h"
+#include "QelFunctionalityCore/Backup/QelBackupData.h"
+#include "QelFunctionalityCore/Backup/QelBackupOperationStuff.h"
+#include "QelFunctionalityCore/Backup/QelBackupOptions.h"
+#include "QelFunctionalityCore/Backup/QelBackupURI.h"
+#include "QelFunctionalityCore/Backup/QelDSLocation.h"
+#include "QelFunctionalityCore/Backup/QelDSObjectInfo.h"
+#include "QelFunctionalityCore/Backup/QelExcludeList.h"
+#include "QelFunctionalityCore/Backup/QelMigrateOptions.h"
 #include "QelFunctionalityCore/Configuration/DebugConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
@@ -24,6 +33,8 @@
 #include "QelFunctionalityCore/Environment/QelQoS.h"
 #include "QelFunctionalityCore/Environment/QelVEnvConfig.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Events/QelEnvInfo.h"
+#include "QelFunctionalityCore/Events/QelInfo.h"
 #include "QelFunctionalityCore/Files/QelFile.h"
 #include "QelFunctionalityCore/Files/QelFileDownloadInfo.h"
 #include "QelFunctionalityCore/Files/QelFileFilter.h"
@@ -36,6 +47,7 @@
 #include "QelFunctionalityCore/Files/QelUGIDLimits.h"
 #include "QelFunctionalityCore/Files/QelURI.h"
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
+#include "QelFunctionalityCore/Host/QelService.h"
 #include "QelFunctionalityCore/Profile/QelBrowseSettings.h"
 #include "QelFunctionalityCore/Profile/QelDesktopSettings.h"
 #include "QelFunctionalityCore/Profile/QelInterfaceSettings.h"

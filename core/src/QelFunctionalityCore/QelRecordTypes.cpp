@@ -3,12 +3,17 @@
 #include <algorithm>
 #include <vector>
 
+#include "QelFunctionalityCore/Backup/QelBackup.h"
+#include "QelFunctionalityCore/Backup/QelBackupData.h"
+#include "QelFunctionalityCore/Backup/QelBackupOptions.h"
+#include "QelFunctionalityCore/Backup/QelMigrateOptions.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
 #include "QelFunctionalityCore/Configuration/QelRealm.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Events/QelInfo.h"
 #include "QelFunctionalityCore/Files/QelFileFilter.h"
 #include "QelFunctionalityCore/Files/QelFileInfo.h"
 #include "QelFunctionalityCore/Files/QelFileType.h"
@@ -16,6 +21,7 @@
 #include "QelFunctionalityCore/Files/QelSecurityAttributes.h"
 #include "QelFunctionalityCore/Files/QelUGIDLimits.h"
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
+#include "QelFunctionalityCore/Host/QelService.h"
 #include "QelFunctionalityCore/Profile/QelProfile.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
@@ -72,37 +78,58 @@ template <class Base> QelRecordType anyOf() {
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelAuthName>(),
+        byTable<QelBackup>(),
+        byTable<QelBackupData>(),
+        byTable<QelBackupGetEnvInfoOptions>(),
+        byTable<QelBackupGetInfoOptions>(),
+        byTable<QelBackupMConfig>(),
+        byTable<QelBackupOperationStuff>(),
+        byTable<QelBackupOptions>(),
         byTable<QelBrowseColumn>(),
         byTable<QelBrowseInfo>(),
         byTable<QelBrowseSettings>(),
+        byTable<QelCalculateHWNodeNotes>(),
         byTable<QelConnectionInfo>(),
+        byTable<QelDSConfiguration>(),
+        byTable<QelDSLocation>(),
+        byTable<QelDSObjectInfo>(),
         byTable<QelDashboardSection>(),
         byTable<QelDesktopAction>(),
         byTable<QelDesktopSettings>(),
+        byTable<QelDestroyedBackupsData>(),
         byTable<QelDirEntry>(),
         byTable<QelDirRealm::LoginType>(),
         byTable<QelDirSortControl>(),
         byTable<QelDirVlvControl>(),
         byTable<QelEffectivePolicyAssignment>(),
+        byTable<QelEnvBackupData>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
-        byTable<QelInfrastructureFolderAttributes>(),
-        byTable<QelInfrastructureNode>(),
+        byTable<QelExcludeList>(),
         byTable<QelFileFilter>(),
         byTable<QelFileInfo>(),
         byTable<QelFileType>(),
         byTable<QelFilerOptions>(),
+        byTable<QelInfo>(),
+        byTable<QelInfrastructureFolderAttributes>(),
+        byTable<QelInfrastructureNode>(),
         byTable<QelInterfaceSettings>(),
+        byTable<QelListBackupOptions>(),
         byTable<QelLogOptions>(),
+        byTable<QelMigratorCloneOptions>(),
         byTable<QelNativeConfig>(),
+        byTable<QelNewBackupData>(),
         byTable<QelOS>(),
         byTable<QelObjectToPolicyAssignment>(),
+        byTable<QelP2VMigrateOptions>(),
         byTable<QelPersonalSettings>(),
         byTable<QelPolicy>(),
         byTable<QelProfile>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
         byTable<QelRegisteredClient>(),
+        byTable<QelRemoveBackupOptions>(),
+        byTable<QelRestoreOptions>(),
         byTable<QelRole>(),
         byTable<QelRoleAssignment>(),
         byTable<QelSSOServerConfig>(),
@@ -115,10 +142,15 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerWeeklyTrigger>(),
         byTable<QelScreenInfo>(),
         byTable<QelScreenSettings>(),
-        byTable<QelTask>(),
+        byTable<QelSearchBackupOptions>(),
         byTable<QelSecurityAttributes>(),
+        byTable<QelSelectiveRestoreOptions>(),
+        byTable<QelService>(),
+        byTable<QelTask>(),
         byTable<QelUGIDLimits>(),
         byTable<QelUserCredentials>(),
+        byTable<QelV2PMigrateOptions>(),
+        byTable<QelV2VMigrateOptions>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
         makeRecordType<QelAce>("QelAce", &qelWireLayout<QelObjectRights>()),

@@ -50,20 +50,29 @@ template <class T, auto predicate> struct WireCheckedValue : QelWireValue<T> {
     }
 };
 
+/// Whether a bool is true, or a wrapper of one that may be unset holds a true one.
+template <class Flag> bool isRaised(const void* member) {
+    const Flag& flag = *static_cast<const Flag*>(member);
+    if constexpr (std::is_same_v<Flag, bool>)
+        return flag;
+    else
+        return QelWireValue<Flag>::isSet(flag) && flag.get();
+}
+
+template <class Flag>
 inline constexpr QelWireCodec presenceCodec{
     QelWireKind::presence,
     {},
-    false,
+    !std::is_same_v<Flag, bool>,
     nullptr,
     nullptr,
     nullptr,
     [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
-        bool& flag = *static_cast<bool*>(member);
-        flag = cursor.seekPresence(id) == 0 || (field.keepsSet && flag);
+        *static_cast<Flag*>(member) = cursor.seekPresence(id) == 0 || (field.keepsSet && isRaised<Flag>(member));
         return 0;
     },
     [](QelMessageIterator& cursor, const void*, int id, const QelWireField&) { return cursor.putChild(id); },
-    [](const void* member) { return *static_cast<const bool*>(member); }};
+    &isRaised<Flag>};
 
 template <QelWireBit... bits> inline constexpr QelWireBit wireBits[] = {bits...};
 
@@ -187,11 +196,11 @@ template <class Record> struct WireWords {
         made.mask = [](void* record) { return &(static_cast<Record*>(record)->*mask); };
         return made;
     }
-    /// A bool that the presence of the empty element `id` tells.
+    /// A bool that the presence of the empty element `id` tells.  One that may be unset is specified by every read.
     template <auto member> static constexpr QelWireField flag(int id) {
-        static_assert(std::is_same_v<Member<member>, bool>,
+        static_assert(std::is_same_v<typename Internal::WireContent<Member<member>>::type, bool>,
                       "flag<> is for bool members: the presence of the element is the value");
-        return row<member>(id, 0, optional, ifSet, plain, &Internal::presenceCodec);
+        return row<member>(id, 0, optional, ifSet, plain, &Internal::presenceCodec<Member<member>>);
     }
     /// A bit mask of 32 bits: each bit is told by the presence of an empty element, directly in the record's element.
     /// Neither reading nor writing fails.
