@@ -122,10 +122,7 @@ private:
     void putValue(QelMessageIterator& cursor, const QelWireCodec& codec, QelWireForm form) {
         switch (codec.kind) {
         case QelWireKind::text:
-            if (form == QelWireForm::base64)
-                cursor.putValueBase64(text(), 0);
-            else
-                cursor.putValue(text(), 0);
+            putText(cursor, form == QelWireForm::base64);
             break;
         case QelWireKind::integer:
             cursor.putValue(static_cast<int>(below(4)), 0);
@@ -201,6 +198,36 @@ private:
         fill(cursor, kind.name, kind.layout);
     }
 
+    /// A cell of a row set, with its text in element `id`.
+    void putCell(QelMessageIterator& cursor, int id) {
+        if (below(3) != 0) {
+            cursor.newChild(id);
+            putText(cursor, id == 1018);
+            cursor.seekUp();
+        }
+        for (unsigned left = below(3); left > 0; --left)
+            inChild(1082, [this, id](QelMessageIterator& child) { putCell(child, id); })(cursor);
+    }
+
+    void putText(QelMessageIterator& cursor, bool encoded) {
+        if (encoded)
+            cursor.putValueBase64(text(), 0);
+        else
+            cursor.putValue(text(), 0);
+    }
+
+    void putRows(QelMessageIterator& cursor) {
+        for (unsigned left = below(3); left > 0; --left)
+            inChild(1739, [this](QelMessageIterator& row) {
+                for (unsigned cells = below(4); cells > 0; --cells)
+                    inChild(1082, [this](QelMessageIterator& cell) { putCell(cell, 1018); })(row);
+            })(cursor);
+    }
+
+    Fill number(int id) {
+        return [this, id](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(100)), id); };
+    }
+
     Fill time(int id) {
         return [this, id](QelMessageIterator& cursor) {
             cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
@@ -215,6 +242,8 @@ private:
         {"QelEID", identifier()},
         {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
         {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
+        {"QelStringTree<1018, true>", [this](QelMessageIterator& cursor) { putCell(cursor, 1018); }},
+        {"QelStringTree<1026, false>", [this](QelMessageIterator& cursor) { putCell(cursor, 1026); }},
         {"QelSID",
          [](QelMessageIterator& cursor) {
              cursor.putValueBase64(std::string("\1\1\0\0\0\0\0\5\7\0\0\0", 12), 0); // S-1-5-7
@@ -243,6 +272,10 @@ private:
         // An empty address can't be written.
         {{"QelConnectivityInfo", 1687},
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
+        {{"QelPagerSortCondition", 1378}, [](QelMessageIterator& cursor) { cursor.putChild(1378); }},
+        {{"QelRowSet", 1739}, [this](QelMessageIterator& cursor) { putRows(cursor); }},
+        {{"QelRowSet", 1259}, number(1259)},
+        {{"QelRowSet", 1040}, number(1040)},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelEnv", 1870}, inChild(1870, identifier())},

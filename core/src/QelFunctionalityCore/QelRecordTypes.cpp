@@ -9,6 +9,8 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Network/QelPagerSortCondition.h"
+#include "QelFunctionalityCore/Network/QelRowSet.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -60,8 +62,10 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelOS>(),
+        byTable<QelPagerSortCondition>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
+        byTable<QelRowSet>(),
         byTable<QelScheduleTask>(),
         byTable<QelSchedulerDailyTrigger>(),
         byTable<QelSchedulerMonthlyDayOfWeekTrigger>(),
@@ -80,6 +84,8 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
         makeRecordType<QelSID>("QelSID"),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
+        makeRecordType<QelStringTree<1018, true>>("QelStringTree<1018, true>"),
+        makeRecordType<QelStringTree<1026, false>>("QelStringTree<1026, false>"),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
         wholeMessage<QelConfiguration>("QelConfiguration"),
