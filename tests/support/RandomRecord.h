@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <random>
@@ -10,8 +11,10 @@
 #include <string_view>
 #include <utility>
 
+#include "QelCore/QelIPConversions.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
+#include "QelFunctionalityCore/Network/QelNetDevice.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelWireLayout.h"
@@ -204,6 +207,7 @@ private:
             cursor.newChild(id);
             putText(cursor, id == 1018);
             cursor.seekUp();
+            return;
         }
         for (unsigned left = below(3); left > 0; --left)
             inChild(1082, [this, id](QelMessageIterator& child) { putCell(child, id); })(cursor);
@@ -214,6 +218,49 @@ private:
             cursor.putValueBase64(text(), 0);
         else
             cursor.putValue(text(), 0);
+    }
+
+    /// One that can be in a pool; often a neighbour of another.
+    std::string poolAddress() { return ipToStr(0x0A000001U + below(40)); }
+
+    void putPoolRanges(QelMessageIterator& cursor) {
+        for (unsigned left = below(5); left > 0; --left) {
+            if (below(2) == 0) {
+                cursor.putValue(poolAddress(), 1262);
+                continue;
+            }
+            cursor.newChild(1662);
+            const unsigned start = 0x0A000001U + below(40);
+            cursor.putValue(ipToStr(start), 1597);
+            cursor.putValue(ipToStr(start + below(4)), 1663);
+            cursor.seekUp();
+        }
+    }
+
+    void putOneOf(QelMessageIterator& cursor, std::initializer_list<const char*> kinds) {
+        const QelRecordType& kind = *findRecordType(kinds.begin()[below(kinds.size())]);
+        cursor.setComplexType(kind.nsId, kind.typeId);
+        fill(cursor, kind.name, kind.layout);
+    }
+
+    /// A prefix, a mask as a number or as an address; nothing only where the range has an end.
+    void putPrefix(QelMessageIterator& cursor) {
+        static constexpr std::array<const char*, 5> prefixes{"24", "128", "4294967040", "255.255.255.0", "1"};
+        if (cursor.seekPresence(1663) != 0 || below(2) == 0)
+            cursor.putValue(std::string(prefixes[below(prefixes.size())]), 1784);
+    }
+
+    void putNameServers(QelMessageIterator& cursor) {
+        cursor.newChild(1708);
+        for (unsigned left = below(3); left > 0; --left)
+            cursor.putValue(below(2) == 0 ? poolAddress() : "2001:db8::53", 1281);
+        cursor.seekUp();
+    }
+
+    void putKind(QelMessageIterator& cursor) {
+        cursor.newChild(1192);
+        cursor.putChild(below(2) == 0 ? 1758 : 2133);
+        cursor.seekUp();
     }
 
     void putRows(QelMessageIterator& cursor) {
@@ -242,6 +289,12 @@ private:
         {"QelEID", identifier()},
         {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
         {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
+        {"QelNetDevice",
+         [this](QelMessageIterator& cursor) { fill(cursor, "QelNetDevice", &qelWireLayout<QelNetDevice>()); }},
+        {"QelResource",
+         [this](QelMessageIterator& cursor) { putOneOf(cursor, {"QelResource", "QelRangedResource"}); }},
+        {"QelResourcePool",
+         [this](QelMessageIterator& cursor) { putOneOf(cursor, {"QelResourcePool", "QelRangedPool"}); }},
         {"QelStringTree<1018, true>", [this](QelMessageIterator& cursor) { putCell(cursor, 1018); }},
         {"QelStringTree<1026, false>", [this](QelMessageIterator& cursor) { putCell(cursor, 1026); }},
         {"QelSID",
@@ -272,6 +325,16 @@ private:
         // An empty address can't be written.
         {{"QelConnectivityInfo", 1687},
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
+        {{"QelFirewallRule", 1195}, // an empty one isn't written, and missed when the rule is read back
+         [this](QelMessageIterator& cursor) { cursor.putValue("text " + text(), 1195); }},
+        {{"QelIPPoolBaseData", 1708}, [this](QelMessageIterator& cursor) { putNameServers(cursor); }},
+        {{"QelIPRange", 1663}, [this](QelMessageIterator& cursor) { cursor.putValue(poolAddress(), 1663); }},
+        {{"QelIPRange", 1784}, [this](QelMessageIterator& cursor) { putPrefix(cursor); }},
+        {{"QelNetDevice", 1192}, [this](QelMessageIterator& cursor) { putKind(cursor); }},
+        {{"QelRangedPool", 1662}, [this](QelMessageIterator& cursor) { putPoolRanges(cursor); }},
+        {{"QelRangedResource", 1262}, [this](QelMessageIterator& cursor) { cursor.putValue(poolAddress(), 1262); }},
+        {{"QelResourcePool", 1007},
+         [this](QelMessageIterator& cursor) { cursor.putValue(below(2) == 0 ? "resource_ip" : "", 1007); }},
         {{"QelPagerSortCondition", 1378}, [](QelMessageIterator& cursor) { cursor.putChild(1378); }},
         {{"QelRowSet", 1739}, [this](QelMessageIterator& cursor) { putRows(cursor); }},
         {{"QelRowSet", 1259}, number(1259)},

@@ -9,7 +9,12 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Network/QelFirewallRule.h"
+#include "QelFunctionalityCore/Network/QelIPPool.h"
+#include "QelFunctionalityCore/Network/QelInterfaceRate.h"
+#include "QelFunctionalityCore/Network/QelNetDevice.h"
 #include "QelFunctionalityCore/Network/QelPagerSortCondition.h"
+#include "QelFunctionalityCore/Network/QelResource.h"
 #include "QelFunctionalityCore/Network/QelRowSet.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
@@ -55,16 +60,34 @@ template <class Base> QelRecordType anyOf() {
 
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
+        byTable<QelAllocateIPParams>(),
         byTable<QelAuthName>(),
         byTable<QelConnectionInfo>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
+        byTable<QelFirewallRule>(),
+        byTable<QelFirewallRule::NetAddress>(),
+        byTable<QelFirewallRule::PortRange>(),
+        byTable<QelIPPool>(),
+        byTable<QelIPPoolAllocation>(),
+        byTable<QelIPPoolAllocationItem>(),
+        byTable<QelIPPoolBaseData>(),
+        byTable<QelIPPoolUsage>(),
+        byTable<QelIPRange>(),
+        byTable<QelInterfaceRate>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
+        byTable<QelNetNIC>(),
+        byTable<QelNetVLAN>(),
         byTable<QelOS>(),
         byTable<QelPagerSortCondition>(),
+        byTable<QelPoolResourcePair>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
+        byTable<QelResource>(),
+        byTable<QelResourceIp>(),
+        byTable<QelResourceIpPool>(),
+        byTable<QelResourcePool>(),
         byTable<QelRowSet>(),
         byTable<QelScheduleTask>(),
         byTable<QelSchedulerDailyTrigger>(),
@@ -82,6 +105,8 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
+        makeRecordType<QelNetBridge>("QelNetBridge", &qelWireLayout<QelNetDevice>()),
+        makeRecordType<QelNetDevice>("QelNetDevice", &qelWireLayout<QelNetDevice>()),
         makeRecordType<QelSID>("QelSID"),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
         makeRecordType<QelStringTree<1018, true>>("QelStringTree<1018, true>"),
