@@ -141,7 +141,8 @@ TEST(QelCompressedSetTest, TheModelTellsWhatIsInNormalForm) {
     model.insert({4, 4});
     EXPECT_THAT(model.ranges(), ElementsAre(Range{1, 2}, Range{4, 4}));
     EXPECT_TRUE(model.isExactly(Ranges{{1, 2}, {4, 4}}));
-    for (const Ranges& wrong : {Ranges{}, {{1, 2}}, {{1, 4}}, {{1, 1}, {2, 2}, {4, 4}}, {{4, 4}, {1, 2}}, {{1, 2}, {4, 5}}})
+    for (const Ranges& wrong :
+         {Ranges{}, {{1, 2}}, {{1, 4}}, {{1, 1}, {2, 2}, {4, 4}}, {{4, 4}, {1, 2}}, {{1, 2}, {4, 5}}})
         EXPECT_FALSE(model.isExactly(wrong));
 }
 

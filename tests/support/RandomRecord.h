@@ -292,9 +292,13 @@ private:
         {"QelNetDevice",
          [this](QelMessageIterator& cursor) { fill(cursor, "QelNetDevice", &qelWireLayout<QelNetDevice>()); }},
         {"QelResource",
-         [this](QelMessageIterator& cursor) { putOneOf(cursor, {"QelResource", "QelRangedResource"}); }},
+         [this](QelMessageIterator& cursor) {
+             putOneOf(cursor, {"QelResource", "QelRangedResource"});
+         }},
         {"QelResourcePool",
-         [this](QelMessageIterator& cursor) { putOneOf(cursor, {"QelResourcePool", "QelRangedPool"}); }},
+         [this](QelMessageIterator& cursor) {
+             putOneOf(cursor, {"QelResourcePool", "QelRangedPool"});
+         }},
         {"QelStringTree<1018, true>", [this](QelMessageIterator& cursor) { putCell(cursor, 1018); }},
         {"QelStringTree<1026, false>", [this](QelMessageIterator& cursor) { putCell(cursor, 1026); }},
         {"QelSID",

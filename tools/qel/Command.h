@@ -47,6 +47,8 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
 [[nodiscard]] CommandGroup messageCommands();
+[[nodiscard]] CommandGroup netCommands();
+[[nodiscard]] CommandGroup poolCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();
 

@@ -60,23 +60,33 @@ public:
     /// Takes time by the logarithm of the number of ranges, and moves those behind the place of a new one.
     void insert(const range<T>& added);
 
-    /// Adds many ranges, with the effect of adding one after the other, but sorts them first: far faster than that unless
-    /// they come in ascending order.  Leaves no memory unused.
+    /// Adds many ranges, with the effect of adding one after the other, but sorts them first: far faster than that
+    /// unless they come in ascending order.  Leaves no memory unused.
     template <std::input_iterator Iterator> void insert(Iterator first, Iterator last);
 
     friend bool operator==(const compressed_set&, const compressed_set&) = default;
 
 private:
-    /// With one value more at each end: what touches the range reaches into this.  In unsigned arithmetic, which wraps at
-    /// the ends of the type.
+    /// With one value more at each end: what touches the range reaches into this.  In unsigned arithmetic, which wraps
+    /// at the ends of the type.
     static range<T> widened(const range<T>& one) {
         return {static_cast<T>(one.start - 1), static_cast<T>(one.end + 1)};
     }
     static bool isEmpty(const range<T>& one) { return one.end < one.start; }
     static bool holds(const range<T>& one, T value) { return one.start <= value && value <= one.end; }
+    /// Lets `one` reach to the end of `next`, if that starts in it or touches its end.
+    static bool extend(range<T>& one, const range<T>& next) {
+        if (next.start < one.start || one.end < next.start - 1)
+            return false;
+        one.end = std::max(one.end, next.end);
+        return true;
+    }
     struct StartsEarlier { // an object, since the sort can't inline a function
         bool operator()(const range<T>& a, const range<T>& b) const { return a.start < b.start; }
     };
+
+    /// Inserts a range that starts before the last one does.
+    void insertBeforeLast(const range<T>& added, const range<T>& wide);
 
     container_type m_ranges;
 };
@@ -87,11 +97,14 @@ void compressed_set<T, cont_t, alloc_t>::insert(const range<T>& added) {
     QEL_CHECK_AT(wide.start < wide.end, "core/src/QelCore/QelContainers", 570);
     if (isEmpty(added))
         return;
-    if (m_ranges.empty()) {
+    if (m_ranges.empty() || m_ranges.back().end < wide.start)
         m_ranges.push_back(added);
-        return;
-    }
+    else if (!extend(m_ranges.back(), added))
+        insertBeforeLast(added, wide);
+}
 
+template <class T, template <class, class> class cont_t, class alloc_t>
+void compressed_set<T, cont_t, alloc_t>::insertBeforeLast(const range<T>& added, const range<T>& wide) {
     range<T>& front = m_ranges.front();
     if (added.start < front.start) {
         if (wide.end < front.start) {
@@ -101,17 +114,7 @@ void compressed_set<T, cont_t, alloc_t>::insert(const range<T>& added) {
         front.start = added.start;
     }
     range<T>& back = m_ranges.back();
-    if (back.end < added.end) {
-        if (back.end < wide.start) {
-            m_ranges.push_back(added);
-            return;
-        }
-        back.end = added.end;
-    }
-    // The last range reaches to the end of what is added.  Where it also starts before it, the search would find it:
-    // this saves the search to who adds in ascending order.
-    if (back.start <= added.start)
-        return;
+    back.end = std::max(back.end, added.end);
 
     // From `first` on, ranges end late enough to touch what is added; from `last` on they end behind it.
     auto first = std::lower_bound(m_ranges.begin(), m_ranges.end(), wide, searchStart<T>);
@@ -119,6 +122,7 @@ void compressed_set<T, cont_t, alloc_t>::insert(const range<T>& added) {
     if (first == last && first->start <= added.start && added.end <= first->end)
         return;
 
+    // What is added joins a range at its start, one at its end, both or none; whatever lies between them goes.
     bool insertNew = true;
     bool keepFirst = false;
     if (holds(*first, wide.start)) {
@@ -150,28 +154,27 @@ template <class T, template <class, class> class cont_t, class alloc_t>
 template <std::input_iterator Iterator>
 void compressed_set<T, cont_t, alloc_t>::insert(Iterator first, Iterator last) {
     container_type all(m_ranges);
+    const auto oldSize = all.size();
     for (; first != last; ++first) {
         const range<T>& added = *first;
         const range<T> wide = widened(added);
         QEL_CHECK_AT(wide.start < wide.end, "core/src/QelCore/QelContainers", 570);
-        if (!isEmpty(added))
+        if (!isEmpty(added) && !(all.size() > oldSize && extend(all.back(), added)))
             all.push_back(added);
     }
-    if (all.size() == m_ranges.size())
+    if (all.size() == oldSize)
         return;
 
-    const auto middle = all.begin() + static_cast<typename container_type::difference_type>(m_ranges.size());
+    const auto middle = all.begin() + static_cast<typename container_type::difference_type>(oldSize);
     if (!std::is_sorted(middle, all.end(), StartsEarlier()))
         boost::sort::pdqsort_branchless(middle, all.end(), StartsEarlier());
-    std::inplace_merge(all.begin(), middle, all.end(), StartsEarlier());
+    if (oldSize > 0)
+        std::inplace_merge(all.begin(), middle, all.end(), StartsEarlier());
 
     auto kept = all.begin();
-    for (auto next = kept; ++next != all.end();) {
-        if (kept->end < next->start - 1)
+    for (auto next = kept; ++next != all.end();)
+        if (!extend(*kept, *next))
             *++kept = *next;
-        else
-            kept->end = std::max(kept->end, next->end);
-    }
     all.erase(++kept, all.end());
     all.shrink_to_fit();
     m_ranges.swap(all);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -9,6 +10,11 @@
 #include "QelFunctionalityCore/TestTree.h"
 
 namespace Qel {
+
+/// Whether the object is of just this class.
+template <class Class, class Base> bool isExactly(const Base& object) {
+    return typeid(object) == typeid(Class);
+}
 
 /// A record that is written to, and read from, an element of its own.
 class NetworkRecordTest : public testing::Test {

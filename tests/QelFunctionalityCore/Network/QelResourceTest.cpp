@@ -148,8 +148,7 @@ TEST_F(QelResourceTest, WhatTouchesIsMergedInWhateverOrderItComes) {
     putRange("10.0.0.1", "10.0.0.4");
     put(1262, "10.0.0.5");
     putRange("10.0.0.3", "10.0.0.3");
-    EXPECT_THAT(readRanges(),
-                ElementsAre(addresses("10.0.0.1", "10.0.0.5"), addresses("10.0.0.9", "10.0.0.9")));
+    EXPECT_THAT(readRanges(), ElementsAre(addresses("10.0.0.1", "10.0.0.5"), addresses("10.0.0.9", "10.0.0.9")));
 }
 
 TEST_F(QelResourceTest, UnknownChildrenArePassedOver) {
@@ -200,9 +199,9 @@ TEST_F(QelResourceDeathTest, ASingleExtremeAddressEndsTheProcess) {
     }
 }
 
-TEST_F(QelResourceTest, AMillionAddressesInDescendingOrderAreReadInOneGo) {
-    // One by one this would move 500 billion ranges.
-    constexpr unsigned count = 1'000'000;
+TEST_F(QelResourceTest, ManyAddressesInDescendingOrderAreReadInOneGo) {
+    // One by one this would move 20 billion ranges, for minutes.
+    constexpr unsigned count = 200'000;
     for (unsigned left = count; left > 0; --left) {
         message.newChild(1262);
         message.putValue(std::to_string(2 * left), 0);
@@ -285,7 +284,7 @@ TEST_F(QelPoolResourcePairTest, TheBasesTravelAsThemselves) {
     EXPECT_EQ(typeOf(1974), "resource:resource_pool");
     EXPECT_EQ(typeOf(1665), "resource:resource");
     ASSERT_THAT(back.pool, NotNull());
-    EXPECT_EQ(typeid(*back.pool), typeid(QelResourcePool));
+    EXPECT_TRUE(isExactly<QelResourcePool>(*back.pool));
     EXPECT_EQ(QelDerivedParserFactory<QelResource>::defaultFactory(), &factoryQelResource);
     EXPECT_EQ(QelDerivedParserFactory<QelResourcePool>::defaultFactory(), &factoryQelResourcePool);
 }

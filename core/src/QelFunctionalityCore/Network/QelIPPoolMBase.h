@@ -4,8 +4,8 @@
 
 namespace Qel {
 
-/// Interface of the service that allocates addresses from named pools.  The service declares its operations in a class derived
-/// from this.
+/// Interface of the service that allocates addresses from named pools.  The service declares its operations in a class
+/// derived from this.
 class QelIPPoolMBase : public QelFunctional {
 public:
     ~QelIPPoolMBase() override = 0;

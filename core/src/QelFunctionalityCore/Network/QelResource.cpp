@@ -82,8 +82,8 @@ private:
 int readRanges(const QelMessageIterator& cursor, QelResourceIpPool& pool) {
     constexpr int anyElement = getEmptyID();
     std::vector<range<unsigned>> ranges;
-    const int result = QelReaderListEx(ElementParser<unsigned, 0, QelIPReader>(), anyElement,
-                                       QelReaderOptional)(cursor, ranges);
+    const int result =
+        QelReaderListEx(ElementParser<unsigned, 0, QelIPReader>(), anyElement, QelReaderOptional)(cursor, ranges);
     // All at once: a message may hold a million of them in descending order.
     pool.ranges.insert(ranges.begin(), ranges.end());
     return result;
