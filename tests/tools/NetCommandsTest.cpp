@@ -101,7 +101,7 @@ TEST_F(NetCommandsTest, EachExampleOfOneRecordIsWhatItsWriterWrites) {
 TEST_F(NetCommandsTest, TheExampleOfFirewallRulesBeginsWithOne) {
     const ToolRun run = runTool({"record", "rewrite", "QelFirewallRule", example("firewall-rules")});
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
-    EXPECT_THAT(run.out, HasSubstr("<destination_ports><first_port>443</first_port></destination_ports>"));
+    EXPECT_THAT(run.out, HasSubstr("<first_port>443</first_port>"));
 }
 
 } // namespace

@@ -79,7 +79,7 @@ TEST_F(PoolCommandsTest, AddKeepsWhatElseTheMessageHolds) {
                                           "<data/></message>"));
     EXPECT_EQ(add({"10.0.0.2"}).code, ExitCode::success);
     const std::string content = read(file);
-    for (const char* const part : {"request-id=\"7\"", "<name>front</name>", "<data/>", ">resource_ip</type>"})
+    for (const char* const part : {"request-id=\"7\"", ">front</name>", "<data />", ">resource_ip</type>"})
         EXPECT_THAT(content, HasSubstr(part));
     EXPECT_EQ(shown(), "{\"ranges\":[[\"10.0.0.1\",\"10.0.0.2\"]],\"count\":2}\n");
 }

@@ -49,6 +49,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup netCommands();
 [[nodiscard]] CommandGroup poolCommands();
+[[nodiscard]] CommandGroup profileCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();
 

@@ -5,8 +5,9 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{envCommands(), cacheCommands(), configCommands(), messageCommands(),
-                                   netCommands(), poolCommands(),  recordCommands(), scheduleCommands()};
+    static const std::array groups{envCommands(),     cacheCommands(),  configCommands(),
+                                   messageCommands(), netCommands(),    poolCommands(),
+                                   profileCommands(), recordCommands(), scheduleCommands()};
     return groups;
 }
 

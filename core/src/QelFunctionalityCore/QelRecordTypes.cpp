@@ -16,6 +16,7 @@
 #include "QelFunctionalityCore/Network/QelPagerSortCondition.h"
 #include "QelFunctionalityCore/Network/QelResource.h"
 #include "QelFunctionalityCore/Network/QelRowSet.h"
+#include "QelFunctionalityCore/Profile/QelProfile.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -62,7 +63,13 @@ std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelAllocateIPParams>(),
         byTable<QelAuthName>(),
+        byTable<QelBrowseColumn>(),
+        byTable<QelBrowseInfo>(),
+        byTable<QelBrowseSettings>(),
         byTable<QelConnectionInfo>(),
+        byTable<QelDashboardSection>(),
+        byTable<QelDesktopAction>(),
+        byTable<QelDesktopSettings>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
         byTable<QelFirewallRule>(),
@@ -75,13 +82,16 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelIPPoolUsage>(),
         byTable<QelIPRange>(),
         byTable<QelInterfaceRate>(),
+        byTable<QelInterfaceSettings>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelNetNIC>(),
         byTable<QelNetVLAN>(),
         byTable<QelOS>(),
         byTable<QelPagerSortCondition>(),
+        byTable<QelPersonalSettings>(),
         byTable<QelPoolResourcePair>(),
+        byTable<QelProfile>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
         byTable<QelResource>(),
@@ -95,6 +105,8 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelScreenInfo>(),
+        byTable<QelScreenSettings>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
