@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <random>
@@ -10,10 +11,12 @@
 #include <string_view>
 #include <utility>
 
+#include "QelCore/QelIPConversions.h"
 #include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
 #include "QelFunctionalityCore/Files/QelFileType.h"
+#include "QelFunctionalityCore/Network/QelNetDevice.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelFunctionalityCore/Security/QelDirControl.h"
 #include "QelFunctionalityCore/Security/QelDirRealm.h"
@@ -161,10 +164,7 @@ private:
     void putValue(QelMessageIterator& cursor, const QelWireCodec& codec, QelWireForm form) {
         switch (codec.kind) {
         case QelWireKind::text:
-            if (form == QelWireForm::base64)
-                cursor.putValueBase64(text(), 0);
-            else
-                cursor.putValue(text(), 0);
+            putText(cursor, form == QelWireForm::base64);
             break;
         case QelWireKind::integer:
             cursor.putValue(static_cast<int>(below(4)), 0);
@@ -302,6 +302,76 @@ private:
         return [this, id](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(2000)), id); };
     }
 
+    /// A cell of a row set, with its text in element `id`.
+    void putCell(QelMessageIterator& cursor, int id) {
+        if (below(3) != 0) {
+            cursor.newChild(id);
+            putText(cursor, id == 1018);
+            cursor.seekUp();
+            return;
+        }
+        for (unsigned left = below(3); left > 0; --left)
+            inChild(1082, [this, id](QelMessageIterator& child) { putCell(child, id); })(cursor);
+    }
+
+    void putText(QelMessageIterator& cursor, bool encoded) {
+        if (encoded)
+            cursor.putValueBase64(text(), 0);
+        else
+            cursor.putValue(text(), 0);
+    }
+
+    /// One that can be in a pool; often a neighbour of another.
+    std::string poolAddress() { return ipToStr(0x0A000001U + below(40)); }
+
+    void putPoolRanges(QelMessageIterator& cursor) {
+        for (unsigned left = below(5); left > 0; --left) {
+            if (below(2) == 0) {
+                cursor.putValue(poolAddress(), 1262);
+                continue;
+            }
+            cursor.newChild(1662);
+            const unsigned start = 0x0A000001U + below(40);
+            cursor.putValue(ipToStr(start), 1597);
+            cursor.putValue(ipToStr(start + below(4)), 1663);
+            cursor.seekUp();
+        }
+    }
+
+    void putOneOf(QelMessageIterator& cursor, std::initializer_list<const char*> kinds) {
+        const QelRecordType& kind = *findRecordType(kinds.begin()[below(kinds.size())]);
+        cursor.setComplexType(kind.nsId, kind.typeId);
+        fill(cursor, kind.name, kind.layout);
+    }
+
+    /// A prefix, a mask as a number or as an address; nothing only where the range has an end.
+    void putPrefix(QelMessageIterator& cursor) {
+        static constexpr std::array<const char*, 5> prefixes{"24", "128", "4294967040", "255.255.255.0", "1"};
+        if (cursor.seekPresence(1663) != 0 || below(2) == 0)
+            cursor.putValue(std::string(prefixes[below(prefixes.size())]), 1784);
+    }
+
+    void putNameServers(QelMessageIterator& cursor) {
+        cursor.newChild(1708);
+        for (unsigned left = below(3); left > 0; --left)
+            cursor.putValue(below(2) == 0 ? poolAddress() : "2001:db8::53", 1281);
+        cursor.seekUp();
+    }
+
+    void putKind(QelMessageIterator& cursor) {
+        cursor.newChild(1192);
+        cursor.putChild(below(2) == 0 ? 1758 : 2133);
+        cursor.seekUp();
+    }
+
+    void putRows(QelMessageIterator& cursor) {
+        for (unsigned left = below(3); left > 0; --left)
+            inChild(1739, [this](QelMessageIterator& row) {
+                for (unsigned cells = below(4); cells > 0; --cells)
+                    inChild(1082, [this](QelMessageIterator& cell) { putCell(cell, 1018); })(row);
+            })(cursor);
+    }
+
     Fill time(int id) {
         return [this, id](QelMessageIterator& cursor) {
             cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
@@ -341,6 +411,18 @@ private:
         {"QelEnv", record("QelEnv")},
         {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
         {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
+        {"QelNetDevice",
+         [this](QelMessageIterator& cursor) { fill(cursor, "QelNetDevice", &qelWireLayout<QelNetDevice>()); }},
+        {"QelResource",
+         [this](QelMessageIterator& cursor) {
+             putOneOf(cursor, {"QelResource", "QelRangedResource"});
+         }},
+        {"QelResourcePool",
+         [this](QelMessageIterator& cursor) {
+             putOneOf(cursor, {"QelResourcePool", "QelRangedPool"});
+         }},
+        {"QelStringTree<1018, true>", [this](QelMessageIterator& cursor) { putCell(cursor, 1018); }},
+        {"QelStringTree<1026, false>", [this](QelMessageIterator& cursor) { putCell(cursor, 1026); }},
         {"QelSID",
          [](QelMessageIterator& cursor) {
              cursor.putValueBase64(std::string("\1\1\0\0\0\0\0\5\7\0\0\0", 12), 0); // S-1-5-7
@@ -394,6 +476,20 @@ private:
         {{"QelSession", 1221},
          [this](QelMessageIterator& cursor) { cursor.putValue("0." + std::to_string(below(9)), 1221); }},
         {{"QelSession", 1307}, [this](QelMessageIterator& cursor) { putSessionData(cursor); }},
+        {{"QelFirewallRule", 1195}, // an empty one isn't written, and missed when the rule is read back
+         [this](QelMessageIterator& cursor) { cursor.putValue("text " + text(), 1195); }},
+        {{"QelIPPoolBaseData", 1708}, [this](QelMessageIterator& cursor) { putNameServers(cursor); }},
+        {{"QelIPRange", 1663}, [this](QelMessageIterator& cursor) { cursor.putValue(poolAddress(), 1663); }},
+        {{"QelIPRange", 1784}, [this](QelMessageIterator& cursor) { putPrefix(cursor); }},
+        {{"QelNetDevice", 1192}, [this](QelMessageIterator& cursor) { putKind(cursor); }},
+        {{"QelRangedPool", 1662}, [this](QelMessageIterator& cursor) { putPoolRanges(cursor); }},
+        {{"QelRangedResource", 1262}, [this](QelMessageIterator& cursor) { cursor.putValue(poolAddress(), 1262); }},
+        {{"QelResourcePool", 1007},
+         [this](QelMessageIterator& cursor) { cursor.putValue(below(2) == 0 ? "resource_ip" : "", 1007); }},
+        {{"QelPagerSortCondition", 1378}, [](QelMessageIterator& cursor) { cursor.putChild(1378); }},
+        {{"QelRowSet", 1739}, [this](QelMessageIterator& cursor) { putRows(cursor); }},
+        {{"QelRowSet", 1259}, number(1259)},
+        {{"QelRowSet", 1040}, number(1040)},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         // A task without a name is written but can't be read back.

@@ -50,6 +50,8 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup configCommands();
 [[nodiscard]] CommandGroup fileCommands();
 [[nodiscard]] CommandGroup messageCommands();
+[[nodiscard]] CommandGroup netCommands();
+[[nodiscard]] CommandGroup poolCommands();
 [[nodiscard]] CommandGroup profileCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();

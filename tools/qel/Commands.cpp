@@ -5,9 +5,9 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{backupUriCommands(), cacheCommands(),   configCommands(),  envCommands(),
-                                   fileCommands(),      messageCommands(), profileCommands(), recordCommands(),
-                                   scheduleCommands(),  sidCommands()};
+    static const std::array groups{backupUriCommands(), cacheCommands(),   configCommands(),   envCommands(),
+                                   fileCommands(),      messageCommands(), netCommands(),      poolCommands(),
+                                   profileCommands(),   recordCommands(),  scheduleCommands(), sidCommands()};
     return groups;
 }
 

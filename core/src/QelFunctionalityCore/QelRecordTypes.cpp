@@ -22,6 +22,13 @@
 #include "QelFunctionalityCore/Files/QelUGIDLimits.h"
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
 #include "QelFunctionalityCore/Host/QelService.h"
+#include "QelFunctionalityCore/Network/QelFirewallRule.h"
+#include "QelFunctionalityCore/Network/QelIPPool.h"
+#include "QelFunctionalityCore/Network/QelInterfaceRate.h"
+#include "QelFunctionalityCore/Network/QelNetDevice.h"
+#include "QelFunctionalityCore/Network/QelPagerSortCondition.h"
+#include "QelFunctionalityCore/Network/QelResource.h"
+#include "QelFunctionalityCore/Network/QelRowSet.h"
 #include "QelFunctionalityCore/Profile/QelProfile.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
@@ -77,6 +84,7 @@ template <class Base> QelRecordType anyOf() {
 
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
+        byTable<QelAllocateIPParams>(),
         byTable<QelAuthName>(),
         byTable<QelBackup>(),
         byTable<QelBackupData>(),
@@ -110,28 +118,47 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelFileInfo>(),
         byTable<QelFileType>(),
         byTable<QelFilerOptions>(),
+        byTable<QelFirewallRule::NetAddress>(),
+        byTable<QelFirewallRule::PortRange>(),
+        byTable<QelFirewallRule>(),
+        byTable<QelIPPool>(),
+        byTable<QelIPPoolAllocation>(),
+        byTable<QelIPPoolAllocationItem>(),
+        byTable<QelIPPoolBaseData>(),
+        byTable<QelIPPoolUsage>(),
+        byTable<QelIPRange>(),
         byTable<QelInfo>(),
         byTable<QelInfrastructureFolderAttributes>(),
         byTable<QelInfrastructureNode>(),
+        byTable<QelInterfaceRate>(),
         byTable<QelInterfaceSettings>(),
         byTable<QelListBackupOptions>(),
         byTable<QelLogOptions>(),
         byTable<QelMigratorCloneOptions>(),
         byTable<QelNativeConfig>(),
+        byTable<QelNetNIC>(),
+        byTable<QelNetVLAN>(),
         byTable<QelNewBackupData>(),
         byTable<QelOS>(),
         byTable<QelObjectToPolicyAssignment>(),
         byTable<QelP2VMigrateOptions>(),
+        byTable<QelPagerSortCondition>(),
         byTable<QelPersonalSettings>(),
         byTable<QelPolicy>(),
+        byTable<QelPoolResourcePair>(),
         byTable<QelProfile>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
         byTable<QelRegisteredClient>(),
         byTable<QelRemoveBackupOptions>(),
+        byTable<QelResource>(),
+        byTable<QelResourceIp>(),
+        byTable<QelResourceIpPool>(),
+        byTable<QelResourcePool>(),
         byTable<QelRestoreOptions>(),
         byTable<QelRole>(),
         byTable<QelRoleAssignment>(),
+        byTable<QelRowSet>(),
         byTable<QelSSOServerConfig>(),
         byTable<QelSSOServiceProviderConfig>(),
         byTable<QelScheduleTask>(),
@@ -166,10 +193,14 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
+        makeRecordType<QelNetBridge>("QelNetBridge", &qelWireLayout<QelNetDevice>()),
+        makeRecordType<QelNetDevice>("QelNetDevice", &qelWireLayout<QelNetDevice>()),
         makeRecordType<QelSID>("QelSID"),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
         makeRecordType<QelSession>("QelSession", &qelWireLayout<QelSession>()),
         makeRecordType<QelToken>("QelToken", &qelWireLayout<QelToken>()),
+        makeRecordType<QelStringTree<1018, true>>("QelStringTree<1018, true>"),
+        makeRecordType<QelStringTree<1026, false>>("QelStringTree<1026, false>"),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
         wholeMessage<QelConfiguration>("QelConfiguration"),
