@@ -47,8 +47,10 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
 [[nodiscard]] CommandGroup messageCommands();
+[[nodiscard]] CommandGroup perfCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();
+[[nodiscard]] CommandGroup vocCommands();
 
 /// Adds `--json`, which every command has whose output programs may want.
 void addJsonOption(boost::program_options::options_description& options);

@@ -11,6 +11,8 @@
 #include <memory>
 #include <ostream>
 
+#include <unistd.h>
+
 #include "QelCommon/ErrorMessage.h"
 #include "QelMessage/QelBinaryCodec.h"
 #include "QelMessage/QelLimits.h"
@@ -97,6 +99,10 @@ ExitCode readMessage(const std::string& name, QelMessage& message, const Console
     return console.fail(ExitCode::badInput, shownName(name) + ": " + getErrorMessage());
 }
 
+bool isMissingFile(const std::string& name) {
+    return name != standardStream && access(name.c_str(), F_OK) != 0 && errno == ENOENT;
+}
+
 ExitCode writeContent(const std::string& name, std::string_view content, const Console& console) {
     if (name == standardStream) {
         // A failure is told when the stream is flushed at the end.
@@ -111,6 +117,13 @@ ExitCode writeContent(const std::string& name, std::string_view content, const C
     if (QelMessageFile::replace(resolved(name), content) != 0)
         return console.fail(ExitCode::failed, getErrorMessage());
     return ExitCode::success;
+}
+
+ExitCode writeMessage(const std::string& name, const QelMessage& message, const Console& console) {
+    std::string text;
+    if (toText(message, text) != 0)
+        return console.fail(ExitCode::failed, shownName(name) + ": " + getErrorMessage());
+    return writeContent(name, text, console);
 }
 
 } // namespace Qel::Tool
