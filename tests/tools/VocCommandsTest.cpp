@@ -223,8 +223,7 @@ TEST_F(VocCommandsTest, HasTellsByItsExitCode) {
 TEST_F(VocCommandsTest, AVocabularyIsRewrittenAsARecord) {
     const ToolRun run = runTool({"record", "rewrite", "QelVocPrototype", several});
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
-    EXPECT_THAT(run.out, HasSubstr("<id>memory_limit</id>"));
-    EXPECT_THAT(run.out, HasSubstr("urn:qel:env"));
+    EXPECT_THAT(run.out, HasSubstr("<parameter xmlns=\"urn:qel:env\">\n      <id xmlns=\"\">memory_limit</id>"));
 }
 
 } // namespace
