@@ -11,6 +11,7 @@
 #include <string_view>
 #include <utility>
 
+#include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
@@ -324,6 +325,9 @@ private:
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
+        {{"QelProfile", 1630},
+         inChild(1630,
+                 [this](QelMessageIterator& cursor) { fill(cursor, "QelAuthName", &qelWireLayout<QelAuthName>()); })},
         {{"QelEnv", 1870}, inChild(1870, identifier())},
         {{"QelEnv", 1866}, inChild(1866, identifier())},
         {{"QelEnv", 1192},

@@ -48,6 +48,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup configCommands();
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup perfCommands();
+[[nodiscard]] CommandGroup profileCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();
 [[nodiscard]] CommandGroup vocCommands();

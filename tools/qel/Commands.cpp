@@ -5,8 +5,9 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{envCommands(),    cacheCommands(),    configCommands(), messageCommands(),
-                                   recordCommands(), scheduleCommands(), vocCommands(),    perfCommands()};
+    static const std::array groups{envCommands(),     cacheCommands(),  configCommands(),
+                                   messageCommands(), recordCommands(), scheduleCommands(),
+                                   vocCommands(),     perfCommands(),   profileCommands()};
     return groups;
 }
 
