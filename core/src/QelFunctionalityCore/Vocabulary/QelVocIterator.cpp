@@ -73,14 +73,9 @@ int QelVocIterator::processParameter(const Categories& categories, bool first) c
 }
 
 int QelVocIterator::seekElement(int element, const std::string& id) const {
-    if (seekRoot() != 0 || firstChild(element) != 0)
+    if (seekRoot() != 0 || seekChildByValue(element, Element::id, id) != 0)
         return -1;
-    do {
-        if (hasValue(Element::id, id))
-            return belongsTo(m_restrictSet) ? 0 : -1;
-    } while (nextSibling(element) == 0);
-    seekUp();
-    return -1;
+    return belongsTo(m_restrictSet) ? 0 : -1;
 }
 
 int QelVocIterator::seekCategory(const std::string& id) const {
