@@ -44,18 +44,20 @@ struct CommandGroup {
 /// All groups, in the order in which the help lists them.
 [[nodiscard]] std::span<const CommandGroup> commandGroups();
 
-[[nodiscard]] CommandGroup envCommands();
 [[nodiscard]] CommandGroup backupUriCommands();
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
+[[nodiscard]] CommandGroup envCommands();
 [[nodiscard]] CommandGroup fileCommands();
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup netCommands();
+[[nodiscard]] CommandGroup perfCommands();
 [[nodiscard]] CommandGroup poolCommands();
 [[nodiscard]] CommandGroup profileCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();
 [[nodiscard]] CommandGroup sidCommands();
+[[nodiscard]] CommandGroup vocCommands();
 
 /// Adds `--json`, which every command has whose output programs may want.
 void addJsonOption(boost::program_options::options_description& options);

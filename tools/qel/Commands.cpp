@@ -5,9 +5,10 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{backupUriCommands(), cacheCommands(),   configCommands(),   envCommands(),
-                                   fileCommands(),      messageCommands(), netCommands(),      poolCommands(),
-                                   profileCommands(),   recordCommands(),  scheduleCommands(), sidCommands()};
+    static const std::array groups{backupUriCommands(), cacheCommands(),   configCommands(), envCommands(),
+                                   fileCommands(),      messageCommands(), netCommands(),    perfCommands(),
+                                   poolCommands(),      profileCommands(), recordCommands(), scheduleCommands(),
+                                   sidCommands(),       vocCommands()};
     return groups;
 }
 

@@ -4,7 +4,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Configuration/ConfigurationElements.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
@@ -75,7 +74,7 @@ const char* findPathError(const std::string& path) {
 }
 
 ExitCode readOrStart(const std::string& file, QelMessage& message, const Console& console) {
-    if (!isMissing(file))
+    if (!isMissingFile(file))
         return readConfiguration(file, message, console);
     const Cursor cursor(message.rootIterator());
     cursor->newChild(Element::data);

@@ -103,6 +103,10 @@ ExitCode readMessage(const std::string& name, QelMessage& message, const Console
     return console.fail(ExitCode::badInput, shownName(name) + ": " + getErrorMessage());
 }
 
+bool isMissingFile(const std::string& name) {
+    return name != standardStream && access(name.c_str(), F_OK) != 0 && errno == ENOENT;
+}
+
 ExitCode writeContent(const std::string& name, std::string_view content, const Console& console) {
     if (name == standardStream) {
         // A failure is told when the stream is flushed at the end.
@@ -122,7 +126,7 @@ ExitCode writeContent(const std::string& name, std::string_view content, const C
 ExitCode writeMessage(const std::string& name, const QelMessage& message, const Console& console) {
     std::string text;
     if (toText(message, text) != 0)
-        return console.fail(ExitCode::failed, name + ": " + getErrorMessage());
+        return console.fail(ExitCode::failed, shownName(name) + ": " + getErrorMessage());
     return writeContent(name, text, console);
 }
 

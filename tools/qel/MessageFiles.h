@@ -42,12 +42,14 @@ template <class Record>
         return console.fail(ExitCode::badInput, shownName(name) + ": " + getErrorMessage());
     return ExitCode::success;
 }
+/// Whether there is no such file, so that one can be started.
+[[nodiscard]] bool isMissingFile(const std::string& name);
 
 /// Writes to a file or standard output.  A regular file appears or changes all at once; pipes and devices are written
 /// as they are.  ExitCode::failed, and an error, if that can't be done; then an old file is as it was.
 [[nodiscard]] ExitCode writeContent(const std::string& name, std::string_view content, const Console& console);
 
-/// Writes a message in text form, as of writeContent().
+/// The same with a message in text form.
 [[nodiscard]] ExitCode writeMessage(const std::string& name, const QelMessage& message, const Console& console);
 
 } // namespace Qel::Tool

@@ -22,6 +22,8 @@
 #include "QelFunctionalityCore/Files/QelUGIDLimits.h"
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
 #include "QelFunctionalityCore/Host/QelService.h"
+#include "QelFunctionalityCore/Monitoring/QelMonitorData.h"
+#include "QelFunctionalityCore/Monitoring/QelPerfMonValue.h"
 #include "QelFunctionalityCore/Network/QelFirewallRule.h"
 #include "QelFunctionalityCore/Network/QelIPPool.h"
 #include "QelFunctionalityCore/Network/QelInterfaceRate.h"
@@ -49,6 +51,8 @@
 #include "QelFunctionalityCore/Security/QelToken.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
+#include "QelFunctionalityCore/Vocabulary/QelVocID.h"
+#include "QelFunctionalityCore/Vocabulary/QelVocPrototype.h"
 
 namespace Qel {
 
@@ -81,6 +85,11 @@ template <class Base> QelRecordType anyOf() {
     type.typeId = layout.typeId;
     return type;
 }
+
+// An identity in a message of its own, not that of the vocabulary around it.
+struct LoneVocIDReader : QelVocID::Reader {
+    LoneVocIDReader() : Reader(true) {}
+};
 
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
@@ -192,6 +201,7 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelEnvConfig>("QelEnvConfig", &qelWireLayout<QelEnvConfig>()),
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
+        makeRecordType<QelMonitorData>("QelMonitorData"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
         makeRecordType<QelNetBridge>("QelNetBridge", &qelWireLayout<QelNetDevice>()),
         makeRecordType<QelNetDevice>("QelNetDevice", &qelWireLayout<QelNetDevice>()),
@@ -201,8 +211,14 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelToken>("QelToken", &qelWireLayout<QelToken>()),
         makeRecordType<QelStringTree<1018, true>>("QelStringTree<1018, true>"),
         makeRecordType<QelStringTree<1026, false>>("QelStringTree<1026, false>"),
+        makeRecordType<QelPerfMonActualValue>("QelPerfMonActualValue"),
+        makeRecordType<QelPerfMonHistoricalValue>("QelPerfMonHistoricalValue"),
+        makeRecordType<QelPerfStat>("QelPerfStat"),
+        makeRecordType<QelTimeInterval>("QelTimeInterval"),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
+        makeRecordType<QelVocID, LoneVocIDReader>("QelVocID", &qelWireLayout<QelVocID>()),
+        makeRecordType<QelVocPrototype>("QelVocPrototype"),
         wholeMessage<QelConfiguration>("QelConfiguration"),
     };
     std::sort(types.begin(), types.end(),
