@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <random>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -208,6 +209,45 @@ private:
                     [this](QelMessageIterator& at) { fill(at, "QelInfo", findRecordType("QelInfo")->layout); })(cursor);
     }
 
+    void putInterval(QelMessageIterator& cursor) {
+        for (const int end : {1063, 1064})
+            cursor.putValueTimeZone(static_cast<long>(below(2'000'000'000)), static_cast<int>(below(28) * 30) - 420,
+                                    end);
+    }
+
+    void putStatistic(QelMessageIterator& cursor) {
+        for (const int value : {1060, 1061, 1062, 1065})
+            cursor.putValueLongLong(static_cast<long long>(m_random()) << 20U, value);
+    }
+
+    /// Runs of elements with a name each, one in the other, and a statistic in each of the innermost.
+    void putCounters(QelMessageIterator& cursor, std::span<const int> levels) {
+        if (levels.empty()) {
+            inChild(1018, [this](QelMessageIterator& at) { putStatistic(at); })(cursor);
+            return;
+        }
+        for (unsigned left = below(4); left > 0; --left)
+            inChild(levels.front(), [&](QelMessageIterator& at) {
+                at.putValue(text(), 1026);
+                putCounters(at, levels.subspan(1));
+            })(cursor);
+    }
+
+    void putBlock(QelMessageIterator& cursor) {
+        std::string bytes(128, '\0');
+        for (char& byte : bytes)
+            byte = static_cast<char>(below(256));
+        cursor.putValueBase64(bytes, 1010);
+    }
+
+    void putVocabulary(QelMessageIterator& cursor) {
+        for (unsigned left = below(5); left > 0; --left)
+            inChild(below(2) == 0 ? 1264 : 1017, [this](QelMessageIterator& at) {
+                at.putValue(text(), 1010);
+                at.putValue(text(), 1264);
+            })(cursor);
+    }
+
     Fill time(int id) {
         return [this, id](QelMessageIterator& cursor) {
             cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
@@ -236,6 +276,18 @@ private:
                                          for (unsigned left = below(4); left > 0; --left)
                                              inChild(static_cast<int>(1001 + below(20)), identifier())(cursor);
                                      })},
+        {"QelMonitorData",
+         [this](QelMessageIterator& cursor) {
+             inChild(1866, identifier())(cursor);
+             inChild(1086, [this](QelMessageIterator& at) { putInterval(at); })(cursor);
+             static constexpr std::array levels{1094, 1905, 1906};
+             putCounters(cursor, levels);
+         }},
+        {"QelPerfMonActualValue", [this](QelMessageIterator& cursor) { putBlock(cursor); }},
+        {"QelPerfMonHistoricalValue", [this](QelMessageIterator& cursor) { putBlock(cursor); }},
+        {"QelPerfStat", [this](QelMessageIterator& cursor) { putStatistic(cursor); }},
+        {"QelTimeInterval", [this](QelMessageIterator& cursor) { putInterval(cursor); }},
+        {"QelVocPrototype", [this](QelMessageIterator& cursor) { putVocabulary(cursor); }},
         {"QelNamedOpStrListProperty",
          [this](QelMessageIterator& cursor) {
              cursor.putValue(static_cast<int>(below(3)), 1638);

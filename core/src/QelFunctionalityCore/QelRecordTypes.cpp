@@ -10,6 +10,8 @@
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
 #include "QelFunctionalityCore/Events/QelInfo.h"
+#include "QelFunctionalityCore/Monitoring/QelMonitorData.h"
+#include "QelFunctionalityCore/Monitoring/QelPerfMonValue.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -20,6 +22,8 @@
 #include "QelFunctionalityCore/Security/QelToken.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
+#include "QelFunctionalityCore/Vocabulary/QelVocID.h"
+#include "QelFunctionalityCore/Vocabulary/QelVocPrototype.h"
 
 namespace Qel {
 
@@ -53,6 +57,11 @@ template <class Base> QelRecordType anyOf() {
     return type;
 }
 
+// An identity in a message of its own, not that of the vocabulary around it.
+struct LoneVocIDReader : QelVocID::Reader {
+    LoneVocIDReader() : Reader(true) {}
+};
+
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelAuthName>(),
@@ -80,12 +89,19 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelEnvConfig>("QelEnvConfig", &qelWireLayout<QelEnvConfig>()),
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
+        makeRecordType<QelMonitorData>("QelMonitorData"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
+        makeRecordType<QelPerfMonActualValue>("QelPerfMonActualValue"),
+        makeRecordType<QelPerfMonHistoricalValue>("QelPerfMonHistoricalValue"),
+        makeRecordType<QelPerfStat>("QelPerfStat"),
         makeRecordType<QelSID>("QelSID"),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
         makeRecordType<QelToken>("QelToken", &qelWireLayout<QelToken>()),
+        makeRecordType<QelTimeInterval>("QelTimeInterval"),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
+        makeRecordType<QelVocID, LoneVocIDReader>("QelVocID", &qelWireLayout<QelVocID>()),
+        makeRecordType<QelVocPrototype>("QelVocPrototype"),
         wholeMessage<QelConfiguration>("QelConfiguration"),
     };
     std::sort(types.begin(), types.end(),

@@ -119,6 +119,8 @@ protected:
     /// Takes the message and the position of another cursor; for walks over several messages, which are const as every
     /// navigation is.
     void takePlaceOf(const QelBinaryIterator& other) const;
+    /// Whether child `id` is there and has this value; without a copy of it, for whoever searches long lists.
+    [[nodiscard]] bool hasValue(int id, std::string_view value) const;
 
 private:
     using Index = std::uint32_t;

@@ -24,6 +24,10 @@ template <class Key, class Parse> int QelBinaryIterator::get(const Key& key, Par
     return find(key, node) && parse(tree().node(node).value.view()) ? 0 : -1;
 }
 
+bool QelBinaryIterator::hasValue(int id, std::string_view value) const {
+    return get(id, [&](std::string_view text) { return text == value; }) == 0;
+}
+
 int QelBinaryIterator::put(std::string_view value, int id) {
     if (id < 0)
         return -1;
