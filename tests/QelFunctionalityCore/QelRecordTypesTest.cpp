@@ -66,6 +66,7 @@ class EachRecordType : public testing::TestWithParam<QelRecordType> {
 protected:
     /// Puts the cursor where the record belongs: at the only element of a new message, or at its root.
     static void place(const TestMessage& message) {
+        message->setRequestId("request");
         if (!GetParam().isWholeMessage)
             message.cursor().newChild(element);
     }
@@ -97,8 +98,11 @@ protected:
 
 private:
     // An environment without a base configuration is written with an empty one, which counts as an old agent's when it
-    // is read back, and so gets a version.
-    [[nodiscard]] static bool settlesLate() { return GetParam().name == "QelEnv"; }
+    // is read back, and so gets a version.  The progress of a request without a name is written without it, and becomes
+    // that of the message's request.
+    [[nodiscard]] static bool settlesLate() {
+        return GetParam().name == "QelEnv" || GetParam().name == "QelRequestProgressData";
+    }
 
     void expectRewritten(const TestMessage& from, const TestMessage& to) {
         const auto results = rewrite(from, to);

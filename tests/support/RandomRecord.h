@@ -192,14 +192,23 @@ private:
         return [this](QelMessageIterator& cursor) { putIdentifier(cursor); };
     }
 
-    /// Any of the triggers.
+    /// One of several classes of a family, stamped.
+    template <std::size_t size>
+    void putOneOf(QelMessageIterator& cursor, const std::array<std::string_view, size>& classes) {
+        const QelRecordType& type = *findRecordType(classes[below(size)]);
+        cursor.setComplexType(type.nsId, type.typeId);
+        fill(cursor, type.name, type.layout);
+    }
     void putTrigger(QelMessageIterator& cursor) {
-        static constexpr std::array<std::string_view, 5> kinds{
+        static constexpr std::array<std::string_view, 5> triggers{
             "QelSchedulerOnceTrigger", "QelSchedulerDailyTrigger", "QelSchedulerWeeklyTrigger",
             "QelSchedulerMonthlyTrigger", "QelSchedulerMonthlyDayOfWeekTrigger"};
-        const QelRecordType& kind = *findRecordType(kinds[below(kinds.size())]);
-        cursor.setComplexType(kind.nsId, kind.typeId);
-        fill(cursor, kind.name, kind.layout);
+        putOneOf(cursor, triggers);
+    }
+    void putPayload(QelMessageIterator& cursor) {
+        static constexpr std::array<std::string_view, 3> payloads{"QelAnyEventData", "QelResourceAlertData",
+                                                                  "QelServerGroupAlertData"};
+        putOneOf(cursor, payloads);
     }
 
     /// Infos, as deep as chance will have it.
@@ -302,7 +311,21 @@ private:
         // An empty address can't be written.
         {{"QelConnectivityInfo", 1687},
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
+        {{"QelAnyEventData", 0}, inChild(1307, [this](QelMessageIterator& cursor) { cursor.putValue(text(), 1026); })},
+        {{"QelEvent", 1004}, time(1004)},
+        {{"QelEvent", 1307}, inChild(1307, inChild(1913, [this](QelMessageIterator& cursor) { putPayload(cursor); }))},
         {{"QelInfo", 1017}, [this](QelMessageIterator& cursor) { putParameters(cursor); }},
+        // An empty identifier isn't written.
+        {{"QelRequestProgressData", 1010},
+         [this](QelMessageIterator& cursor) { cursor.putValue("request-" + text(), 1010); }},
+        {{"QelRequestProgressData", 1004}, time(1004)},
+        {{"QelRequestProgressData", 1962}, [this](QelMessageIterator& cursor) { cursor.putValue(text(), 1962); }},
+        {{"QelResourceAlertData", 1065},
+         [this](QelMessageIterator& cursor) {
+             for (const int value : {1065, 1066, 1067})
+                 if (value != 1066 || below(2) == 0)
+                     cursor.putValueLongLong(static_cast<long long>(m_random()) << 20U, value);
+         }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelEnv", 1870}, inChild(1870, identifier())},

@@ -9,7 +9,11 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Events/QelEvent.h"
 #include "QelFunctionalityCore/Events/QelInfo.h"
+#include "QelFunctionalityCore/Events/QelRequestProgressData.h"
+#include "QelFunctionalityCore/Events/QelResourceAlertData.h"
+#include "QelFunctionalityCore/Events/QelServerGroupAlertData.h"
 #include "QelFunctionalityCore/Monitoring/QelMonitorData.h"
 #include "QelFunctionalityCore/Monitoring/QelPerfMonValue.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
@@ -64,10 +68,13 @@ struct LoneVocIDReader : QelVocID::Reader {
 
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
+        byTable<QelAlertData>(),
+        byTable<QelAnyEventData>(),
         byTable<QelAuthName>(),
         byTable<QelConnectionInfo>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
+        byTable<QelEvent>(),
         byTable<QelInfo>(),
         byTable<QelLogOptions>(),
         byTable<QelNativeConfig>(),
@@ -94,10 +101,13 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelPerfMonActualValue>("QelPerfMonActualValue"),
         makeRecordType<QelPerfMonHistoricalValue>("QelPerfMonHistoricalValue"),
         makeRecordType<QelPerfStat>("QelPerfStat"),
+        makeRecordType<QelRequestProgressData>("QelRequestProgressData", &qelWireLayout<QelRequestProgressData>()),
+        makeRecordType<QelResourceAlertData>("QelResourceAlertData", &qelWireLayout<QelResourceAlertData>()),
         makeRecordType<QelSID>("QelSID"),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
         makeRecordType<QelToken>("QelToken", &qelWireLayout<QelToken>()),
         makeRecordType<QelTimeInterval>("QelTimeInterval"),
+        makeRecordType<QelServerGroupAlertData>("QelServerGroupAlertData", &qelWireLayout<QelServerGroupAlertData>()),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
         makeRecordType<QelVocID, LoneVocIDReader>("QelVocID", &qelWireLayout<QelVocID>()),

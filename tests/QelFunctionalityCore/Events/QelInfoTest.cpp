@@ -7,6 +7,7 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/TestTree.h"
 #include "QelMessage/QelLimits.h"
+#include "support/AllocationCounter.h"
 
 namespace Qel {
 
@@ -237,6 +238,23 @@ TEST(QelInfoTest, OneTextThatIsNamedOverAndOverIsCutOff) {
         format += "%x%";
     const QelInfo info = formatted(format, {parameter("x", std::string(1 << 20, '-'))});
     EXPECT_EQ(info.toString().size(), std::size_t{63} << 20) << "as many as there is room for beside the format";
+}
+
+TEST(QelInfoTest, ATextCostsNoMoreAllocationsForMorePlaceholders) {
+    // Longer than a string holds within itself.
+    const std::string filler(100, '-');
+    const auto cost = [&](int count) {
+        QelInfo info("", "", true);
+        for (int i = 0; i < count; ++i) {
+            const std::string name = "a_name_too_long_to_be_held_in_place_" + std::to_string(i);
+            info.text += filler + '%' + name + '%';
+            QelInfo inner(filler + "%value%", name, true);
+            info.addParameter(inner.addParameter(parameter("value", filler)));
+        }
+        return TestSupport::allocationsOf([&] { EXPECT_EQ(info.toString().size(), 300U * unsigned(count)); });
+    };
+    constexpr std::size_t someDoublings = 10;
+    EXPECT_LE(cost(1000), cost(1) + someDoublings);
 }
 
 // --- In a message
