@@ -46,6 +46,8 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup envCommands();
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
+[[nodiscard]] CommandGroup eventCommands();
+[[nodiscard]] CommandGroup infoCommands();
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();

@@ -5,8 +5,8 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{envCommands(),     cacheCommands(),  configCommands(),
-                                   messageCommands(), recordCommands(), scheduleCommands()};
+    static const std::array groups{envCommands(),    cacheCommands(), configCommands(), messageCommands(),
+                                   recordCommands(), eventCommands(), infoCommands(),   scheduleCommands()};
     return groups;
 }
 
