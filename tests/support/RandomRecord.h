@@ -11,6 +11,7 @@
 #include <string_view>
 #include <utility>
 
+#include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
@@ -109,9 +110,36 @@ private:
             if (field.id != 0)
                 cursor.seekUp();
             break;
+        case QelWireKind::bits:
+            if (field.id != 0)
+                cursor.newChild(field.id);
+            for (const QelWireBit& each : codec.bits)
+                if (below(2) == 0)
+                    cursor.putChild(each.id);
+            if (field.id != 0)
+                cursor.seekUp();
+            break;
+        case QelWireKind::map:
+            if (field.id != 0)
+                cursor.newChild(field.id);
+            for (unsigned left = below(4); left > 0; --left)
+                putEntry(cursor, field);
+            if (field.id != 0)
+                cursor.seekUp();
+            break;
         default:
             putChild(cursor, field.id, codec, field.form);
         }
+    }
+
+    void putEntry(QelMessageIterator& cursor, const QelWireField& field) {
+        cursor.newChild(field.item);
+        putChild(cursor, field.key, *field.codec->key, field.form);
+        if (field.value != 0)
+            putChild(cursor, field.value, *field.codec->item, field.form);
+        else
+            putValue(cursor, *field.codec->item, field.form);
+        cursor.seekUp();
     }
 
     void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
@@ -328,6 +356,9 @@ private:
          }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
+        {{"QelProfile", 1630},
+         inChild(1630,
+                 [this](QelMessageIterator& cursor) { fill(cursor, "QelAuthName", &qelWireLayout<QelAuthName>()); })},
         {{"QelEnv", 1870}, inChild(1870, identifier())},
         {{"QelEnv", 1866}, inChild(1866, identifier())},
         {{"QelEnv", 1192},

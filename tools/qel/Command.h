@@ -49,6 +49,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup eventCommands();
 [[nodiscard]] CommandGroup infoCommands();
 [[nodiscard]] CommandGroup messageCommands();
+[[nodiscard]] CommandGroup profileCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();
 

@@ -5,8 +5,9 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{envCommands(),    cacheCommands(), configCommands(), messageCommands(),
-                                   recordCommands(), eventCommands(), infoCommands(),   scheduleCommands()};
+    static const std::array groups{envCommands(),     cacheCommands(),   configCommands(),
+                                   messageCommands(), profileCommands(), recordCommands(),
+                                   eventCommands(),   infoCommands(),    scheduleCommands()};
     return groups;
 }
 
