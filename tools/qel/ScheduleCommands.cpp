@@ -3,21 +3,17 @@
 #include <cstdlib>
 #include <ctime>
 #include <iostream>
-#include <memory>
 #include <optional>
 
 #include <boost/program_options/value_semantic.hpp>
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
-#include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
-#include "QelMessage/QelBinary.h"
-#include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelValueText.h"
 #include "qel/Command.h"
-#include "qel/MessageFiles.h"
 #include "qel/Output.h"
+#include "qel/RecordInMessage.h"
 #include "qel/ScheduleCalendar.h"
 
 namespace Qel::Tool {
@@ -27,17 +23,8 @@ namespace {
 namespace po = boost::program_options;
 using Json = nlohmann::ordered_json;
 
-/// Reads the task in the first child of a message's root.
 ExitCode readTask(const std::string& file, QelScheduleTask& task, const Console& console) {
-    const auto_destroy<QelMessage> message(new QelBinary);
-    if (const ExitCode code = readMessage(file, *message, console); code != ExitCode::success)
-        return code;
-    const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
-    if (cursor->firstChild() != 0)
-        return console.fail(ExitCode::badInput, file + ": an empty message");
-    if (cursor->getObj(task, getEmptyID()) != 0)
-        return console.fail(ExitCode::badInput, file + ": " + getErrorMessage());
-    return ExitCode::success;
+    return RecordInMessage().read(file, task, console);
 }
 
 /// The time that an option tells, or the present one; nothing if it is no time.

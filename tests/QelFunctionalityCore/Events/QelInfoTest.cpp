@@ -333,8 +333,9 @@ TEST(QelInfoTest, ATextThatIsNoInfoLeavesTheInfoAlone) {
 
 /// The same as an info, in the plainest form.
 struct Model {
+    std::string name;
     std::string format;
-    std::vector<std::pair<std::string, Model>> parameters;
+    std::vector<Model> parameters;
 
     [[nodiscard]] std::string text() const {
         std::vector<std::string> pieces{""};
@@ -351,12 +352,12 @@ struct Model {
                 result += i + 1 < pieces.size() ? joined(pieces[i]) : '%' + pieces[i];
         return result;
     }
-    [[nodiscard]] std::string joined(const std::string& name) const {
+    [[nodiscard]] std::string joined(const std::string& wanted) const {
         std::string result;
         bool isFirst = true;
-        for (const auto& [key, value] : parameters)
-            if (key == name) {
-                result += (isFirst ? "" : ",") + value.text();
+        for (const Model& parameter : parameters)
+            if (parameter.name == wanted) {
+                result += (isFirst ? "" : ",") + parameter.text();
                 isFirst = false;
             }
         return result;
@@ -368,15 +369,15 @@ struct Model {
         const std::size_t end = path.find('/', start);
         if (end == std::string::npos)
             return joined(path.substr(start));
-        for (const auto& [key, value] : parameters)
-            if (key == path.substr(start, end - start))
-                return value.byPath(path.substr(end));
+        for (const Model& parameter : parameters)
+            if (parameter.name == path.substr(start, end - start))
+                return parameter.byPath(path.substr(end));
         return {};
     }
-    [[nodiscard]] QelInfo info(const std::string& name) const {
+    [[nodiscard]] QelInfo info() const {
         QelInfo made(format, name, true);
-        for (const auto& [key, value] : parameters)
-            made.addParameter(value.info(key));
+        for (const Model& parameter : parameters)
+            made.addParameter(parameter.info());
         return made;
     }
 };
@@ -385,11 +386,12 @@ class RandomModel {
 public:
     explicit RandomModel(unsigned seed) : m_random(seed) {}
 
-    Model make(int levels) {
+    Model make(int levels, const std::string& name = "top") {
         Model model;
+        model.name = name;
         model.format = joined(8, {"%", "%", "%a%", "%b%", "a", "b", "ab", "text", " "});
         for (unsigned left = levels > 0 ? below(5) : 0; left > 0; --left)
-            model.parameters.emplace_back(one({"", "a", "a", "b", "ab", "text"}), make(levels - 1));
+            model.parameters.push_back(make(levels - 1, one({"", "a", "a", "b", "ab", "text"})));
         return model;
     }
     std::string path() { return joined(6, {"/", "/", "a", "b", "/a", "/a/", "text", "/b"}); }
@@ -416,7 +418,7 @@ TEST(QelInfoTest, TextsAndPathsAreThoseOfASimpleModel) {
     int found = 0;
     for (int run = 0; run < 3000 && !HasFailure(); ++run) {
         const Model model = random.make(3);
-        const QelInfo info = model.info("top");
+        const QelInfo info = model.info();
         ASSERT_EQ(info.toString(), model.text());
         for (int i = 0; i < 5; ++i) {
             const std::string path = random.path();
