@@ -72,6 +72,7 @@ protected:
     /// time, without which no session can be read.
     static void place(const TestMessage& message) {
         message->setTime(1'795'167'000);
+        message->setRequestId("request");
         if (!GetParam().isWholeMessage)
             message.cursor().newChild(element);
     }
@@ -140,10 +141,11 @@ private:
     // An environment or a migration without a base configuration is written with an empty one, which counts as an old
     // agent's when it is read back, and so gets a version.  The numbers of groups in credentials aren't read where they
     // are written.  The connection of a backup configuration is read into the local agent's, whose protocol it keeps if
-    // it has none.
+    // it has none.  The progress of a request without a name is written without it, and becomes that of the message's
+    // request.
     static bool settlesLate() {
-        return isOneOf({"QelBackupMConfig", "QelEnv", "QelEnvBackupData", "QelP2VMigrateOptions", "QelUserCredentials",
-                        "QelV2VMigrateOptions"});
+        return isOneOf({"QelBackupMConfig", "QelEnv", "QelEnvBackupData", "QelP2VMigrateOptions",
+                        "QelRequestProgressData", "QelUserCredentials", "QelV2VMigrateOptions"});
     }
 
     void expectRewritten(const TestMessage& from, const TestMessage& to) {

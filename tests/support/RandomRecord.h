@@ -231,14 +231,18 @@ private:
         return [this](QelMessageIterator& cursor) { putIdentifier(cursor); };
     }
 
-    /// Any of the triggers.
+    /// One of several classes of a family, stamped.
+    void putOneOf(QelMessageIterator& cursor, std::initializer_list<std::string_view> classes) {
+        const QelRecordType& type = *findRecordType(classes.begin()[below(classes.size())]);
+        cursor.setComplexType(type.nsId, type.typeId);
+        fill(cursor, type.name, type.layout);
+    }
     void putTrigger(QelMessageIterator& cursor) {
-        static constexpr std::array<std::string_view, 5> kinds{
-            "QelSchedulerOnceTrigger", "QelSchedulerDailyTrigger", "QelSchedulerWeeklyTrigger",
-            "QelSchedulerMonthlyTrigger", "QelSchedulerMonthlyDayOfWeekTrigger"};
-        const QelRecordType& kind = *findRecordType(kinds[below(kinds.size())]);
-        cursor.setComplexType(kind.nsId, kind.typeId);
-        fill(cursor, kind.name, kind.layout);
+        putOneOf(cursor, {"QelSchedulerOnceTrigger", "QelSchedulerDailyTrigger", "QelSchedulerWeeklyTrigger",
+                          "QelSchedulerMonthlyTrigger", "QelSchedulerMonthlyDayOfWeekTrigger"});
+    }
+    void putPayload(QelMessageIterator& cursor) {
+        putOneOf(cursor, {"QelAnyEventData", "QelResourceAlertData", "QelServerGroupAlertData"});
     }
 
     Fill control() {
@@ -337,12 +341,6 @@ private:
             cursor.putValue(ipToStr(start + below(4)), 1663);
             cursor.seekUp();
         }
-    }
-
-    void putOneOf(QelMessageIterator& cursor, std::initializer_list<const char*> kinds) {
-        const QelRecordType& kind = *findRecordType(kinds.begin()[below(kinds.size())]);
-        cursor.setComplexType(kind.nsId, kind.typeId);
-        fill(cursor, kind.name, kind.layout);
     }
 
     /// A prefix, a mask as a number or as an address; nothing only where the range has an end.
@@ -542,6 +540,21 @@ private:
         {{"QelRowSet", 1739}, [this](QelMessageIterator& cursor) { putRows(cursor); }},
         {{"QelRowSet", 1259}, number(1259)},
         {{"QelRowSet", 1040}, number(1040)},
+        {{"QelAnyEventData", 0}, inChild(1307, [this](QelMessageIterator& cursor) { cursor.putValue(text(), 1026); })},
+        {{"QelEvent", 1004}, time(1004)},
+        {{"QelEvent", 1307}, inChild(1307, inChild(1913, [this](QelMessageIterator& cursor) { putPayload(cursor); }))},
+        {{"QelInfo", 1017}, [this](QelMessageIterator& cursor) { putParameters(cursor); }},
+        // An empty identifier isn't written.
+        {{"QelRequestProgressData", 1010},
+         [this](QelMessageIterator& cursor) { cursor.putValue("request-" + text(), 1010); }},
+        {{"QelRequestProgressData", 1004}, time(1004)},
+        {{"QelRequestProgressData", 1962}, [this](QelMessageIterator& cursor) { cursor.putValue(text(), 1962); }},
+        {{"QelResourceAlertData", 1065},
+         [this](QelMessageIterator& cursor) {
+             for (const int value : {1065, 1066, 1067})
+                 if (value != 1066 || below(2) == 0)
+                     cursor.putValueLongLong(static_cast<long long>(m_random()) << 20U, value);
+         }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         // A task without a name is written but can't be read back.
@@ -557,7 +570,6 @@ private:
                      if (below(2) == 0)
                          wrapper.putChild(1139);
                  })},
-        {{"QelInfo", 1017}, [this](QelMessageIterator& cursor) { putParameters(cursor); }},
         {{"QelBackupOptions", 1014}, inChild(1014, textChild(1006))},
         {{"QelExcludeList", 1156}, run(textChild(1156))},
         {{"QelNewBackupData", 1006}, inChild(1006, record("QelBackup"))},
@@ -567,8 +579,6 @@ private:
         {{"QelService", 0}, [](QelMessageIterator&) {}}, // what stands a second time is skipped
         {{"QelService", 1422},
          run([this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(7)), 1422); })},
-        {{"QelSchedulerTrigger", 1063}, time(1063)},
-        {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelUserCredentials", 1030}, number(1030)},
         {{"QelUserCredentials", 1027}, inChild(1027, number(1030))},
         {{"QelProfile", 1630},

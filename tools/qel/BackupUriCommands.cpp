@@ -7,7 +7,7 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Backup/QelBackupURI.h"
 #include "qel/Command.h"
-#include "qel/MessageFiles.h"
+#include "qel/RecordInMessage.h"
 #include "qel/Output.h"
 
 // The URI of a backup holds the password of its storage, hidden by nothing but hexadecimal digits.  So no message here

@@ -48,7 +48,9 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
 [[nodiscard]] CommandGroup envCommands();
+[[nodiscard]] CommandGroup eventCommands();
 [[nodiscard]] CommandGroup fileCommands();
+[[nodiscard]] CommandGroup infoCommands();
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup netCommands();
 [[nodiscard]] CommandGroup perfCommands();

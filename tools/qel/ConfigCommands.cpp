@@ -74,7 +74,7 @@ const char* findPathError(const std::string& path) {
 }
 
 ExitCode readOrStart(const std::string& file, QelMessage& message, const Console& console) {
-    if (!isMissingFile(file))
+    if (!isMissing(file))
         return readConfiguration(file, message, console);
     const Cursor cursor(message.rootIterator());
     cursor->newChild(Element::data);

@@ -103,10 +103,6 @@ ExitCode readMessage(const std::string& name, QelMessage& message, const Console
     return console.fail(ExitCode::badInput, shownName(name) + ": " + getErrorMessage());
 }
 
-bool isMissingFile(const std::string& name) {
-    return name != standardStream && access(name.c_str(), F_OK) != 0 && errno == ENOENT;
-}
-
 ExitCode writeContent(const std::string& name, std::string_view content, const Console& console) {
     if (name == standardStream) {
         // A failure is told when the stream is flushed at the end.

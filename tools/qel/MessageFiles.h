@@ -1,12 +1,9 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
 
-#include "QelCommon/ErrorMessage.h"
-#include "QelMessage/QelBinary.h"
-#include "QelMessage/QelMessageIterator.h"
+#include "QelMessage/QelMessage.h"
 #include "qel/Console.h"
 
 namespace Qel::Tool {
@@ -26,24 +23,6 @@ inline constexpr std::string_view standardStream = "-";
 /// Reads a message, text or binary as its first bytes tell, from a file or standard input.  ExitCode::badInput, and an
 /// error that names the place, if it can't be read or is malformed; then `message` is as it was.
 [[nodiscard]] ExitCode readMessage(const std::string& name, QelMessage& message, const Console& console);
-
-/// Reads the record in a message's first element.  ExitCode::badInput, and an error that names the place, if there is
-/// none or it can't be read.
-template <class Record>
-[[nodiscard]] ExitCode readRecord(const std::string& name, Record& record, const Console& console) {
-    const auto_destroy<QelMessage> message(new QelBinary);
-    if (const ExitCode code = readMessage(name, *message, console); code != ExitCode::success)
-        return code;
-    const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
-    if (cursor->firstChild() != 0)
-        return console.fail(ExitCode::badInput, shownName(name) + ": an empty message");
-    clearErrorMessage();
-    if (cursor->getObj(record, getEmptyID()) != 0)
-        return console.fail(ExitCode::badInput, shownName(name) + ": " + getErrorMessage());
-    return ExitCode::success;
-}
-/// Whether there is no such file, so that one can be started.
-[[nodiscard]] bool isMissingFile(const std::string& name);
 
 /// Writes to a file or standard output.  A regular file appears or changes all at once; pipes and devices are written
 /// as they are.  ExitCode::failed, and an error, if that can't be done; then an old file is as it was.

@@ -13,7 +13,7 @@
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
 #include "QelMessage/QelValueText.h"
 #include "qel/Command.h"
-#include "qel/MessageFiles.h"
+#include "qel/RecordInMessage.h"
 #include "qel/Output.h"
 #include "qel/ScheduleCalendar.h"
 

@@ -301,7 +301,7 @@ ExitCode runMerge(const Invocation& invocation, const Console& console) {
     const std::string& out = invocation.arguments[0];
     const bool toStream = out == standardStream;
     Merge merge;
-    if (!toStream && !isMissingFile(out))
+    if (!toStream && !isMissing(out))
         if (const ExitCode code = readVocMap(out, *merge.target, console); code != ExitCode::success)
             return code;
     for (auto file = invocation.arguments.begin() + 1; file != invocation.arguments.end(); ++file)

@@ -13,7 +13,11 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Events/QelEvent.h"
 #include "QelFunctionalityCore/Events/QelInfo.h"
+#include "QelFunctionalityCore/Events/QelRequestProgressData.h"
+#include "QelFunctionalityCore/Events/QelResourceAlertData.h"
+#include "QelFunctionalityCore/Events/QelServerGroupAlertData.h"
 #include "QelFunctionalityCore/Files/QelFileFilter.h"
 #include "QelFunctionalityCore/Files/QelFileInfo.h"
 #include "QelFunctionalityCore/Files/QelFileType.h"
@@ -93,7 +97,9 @@ struct LoneVocIDReader : QelVocID::Reader {
 
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
+        byTable<QelAlertData>(),
         byTable<QelAllocateIPParams>(),
+        byTable<QelAnyEventData>(),
         byTable<QelAuthName>(),
         byTable<QelBackup>(),
         byTable<QelBackupData>(),
@@ -122,6 +128,7 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelEnvBackupData>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvStatus>(),
+        byTable<QelEvent>(),
         byTable<QelExcludeList>(),
         byTable<QelFileFilter>(),
         byTable<QelFileInfo>(),
@@ -215,6 +222,9 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelPerfMonHistoricalValue>("QelPerfMonHistoricalValue"),
         makeRecordType<QelPerfStat>("QelPerfStat"),
         makeRecordType<QelTimeInterval>("QelTimeInterval"),
+        makeRecordType<QelRequestProgressData>("QelRequestProgressData", &qelWireLayout<QelRequestProgressData>()),
+        makeRecordType<QelResourceAlertData>("QelResourceAlertData", &qelWireLayout<QelResourceAlertData>()),
+        makeRecordType<QelServerGroupAlertData>("QelServerGroupAlertData", &qelWireLayout<QelServerGroupAlertData>()),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
         makeRecordType<QelVocID, LoneVocIDReader>("QelVocID", &qelWireLayout<QelVocID>()),

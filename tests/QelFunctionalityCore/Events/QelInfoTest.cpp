@@ -7,6 +7,7 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/TestTree.h"
 #include "QelMessage/QelLimits.h"
+#include "support/AllocationCounter.h"
 
 namespace Qel {
 
@@ -239,6 +240,23 @@ TEST(QelInfoTest, OneTextThatIsNamedOverAndOverIsCutOff) {
     EXPECT_EQ(info.toString().size(), std::size_t{63} << 20) << "as many as there is room for beside the format";
 }
 
+TEST(QelInfoTest, ATextCostsNoMoreAllocationsForMorePlaceholders) {
+    // Longer than a string holds within itself.
+    const std::string filler(100, '-');
+    const auto cost = [&](int count) {
+        QelInfo info("", "", true);
+        for (int i = 0; i < count; ++i) {
+            const std::string name = "a_name_too_long_to_be_held_in_place_" + std::to_string(i);
+            info.text += filler + '%' + name + '%';
+            QelInfo inner(filler + "%value%", name, true);
+            info.addParameter(inner.addParameter(parameter("value", filler)));
+        }
+        return TestSupport::allocationsOf([&] { EXPECT_EQ(info.toString().size(), 300U * unsigned(count)); });
+    };
+    constexpr std::size_t someDoublings = 10;
+    EXPECT_LE(cost(1000), cost(1) + someDoublings);
+}
+
 // --- In a message
 
 TEST(QelInfoTest, StandsInAMessageTextFirstAndWithoutKeys) {
@@ -315,8 +333,9 @@ TEST(QelInfoTest, ATextThatIsNoInfoLeavesTheInfoAlone) {
 
 /// The same as an info, in the plainest form.
 struct Model {
+    std::string name;
     std::string format;
-    std::vector<std::pair<std::string, Model>> parameters;
+    std::vector<Model> parameters;
 
     [[nodiscard]] std::string text() const {
         std::vector<std::string> pieces{""};
@@ -333,12 +352,12 @@ struct Model {
                 result += i + 1 < pieces.size() ? joined(pieces[i]) : '%' + pieces[i];
         return result;
     }
-    [[nodiscard]] std::string joined(const std::string& name) const {
+    [[nodiscard]] std::string joined(const std::string& wanted) const {
         std::string result;
         bool isFirst = true;
-        for (const auto& [key, value] : parameters)
-            if (key == name) {
-                result += (isFirst ? "" : ",") + value.text();
+        for (const Model& parameter : parameters)
+            if (parameter.name == wanted) {
+                result += (isFirst ? "" : ",") + parameter.text();
                 isFirst = false;
             }
         return result;
@@ -350,15 +369,15 @@ struct Model {
         const std::size_t end = path.find('/', start);
         if (end == std::string::npos)
             return joined(path.substr(start));
-        for (const auto& [key, value] : parameters)
-            if (key == path.substr(start, end - start))
-                return value.byPath(path.substr(end));
+        for (const Model& parameter : parameters)
+            if (parameter.name == path.substr(start, end - start))
+                return parameter.byPath(path.substr(end));
         return {};
     }
-    [[nodiscard]] QelInfo info(const std::string& name) const {
+    [[nodiscard]] QelInfo info() const {
         QelInfo made(format, name, true);
-        for (const auto& [key, value] : parameters)
-            made.addParameter(value.info(key));
+        for (const Model& parameter : parameters)
+            made.addParameter(parameter.info());
         return made;
     }
 };
@@ -367,11 +386,12 @@ class RandomModel {
 public:
     explicit RandomModel(unsigned seed) : m_random(seed) {}
 
-    Model make(int levels) {
+    Model make(int levels, const std::string& name = "top") {
         Model model;
+        model.name = name;
         model.format = joined(8, {"%", "%", "%a%", "%b%", "a", "b", "ab", "text", " "});
         for (unsigned left = levels > 0 ? below(5) : 0; left > 0; --left)
-            model.parameters.emplace_back(one({"", "a", "a", "b", "ab", "text"}), make(levels - 1));
+            model.parameters.push_back(make(levels - 1, one({"", "a", "a", "b", "ab", "text"})));
         return model;
     }
     std::string path() { return joined(6, {"/", "/", "a", "b", "/a", "/a/", "text", "/b"}); }
@@ -398,7 +418,7 @@ TEST(QelInfoTest, TextsAndPathsAreThoseOfASimpleModel) {
     int found = 0;
     for (int run = 0; run < 3000 && !HasFailure(); ++run) {
         const Model model = random.make(3);
-        const QelInfo info = model.info("top");
+        const QelInfo info = model.info();
         ASSERT_EQ(info.toString(), model.text());
         for (int i = 0; i < 5; ++i) {
             const std::string path = random.path();

@@ -100,6 +100,12 @@ template <> const QelWireLayout& qelWireLayout<QelInfo>() {
     return wireLayoutOf<QelInfo>;
 }
 
+// Not defaulted: that would look into the parameters, and so at this class, before it is complete.
+bool QelInfo::operator==(const QelInfo& other) const {
+    return name == other.name && text == other.text && translatable == other.translatable &&
+           parameters == other.parameters;
+}
+
 void QelInfo::swap(QelInfo& other) noexcept {
     name.swap(other.name);
     text.swap(other.text);

@@ -44,7 +44,7 @@ struct QelInfo {
     QelInfo(std::string itsText, std::string itsName, bool isTranslatable)
         : name(std::move(itsName)), text(std::move(itsText)), translatable(isTranslatable) {}
 
-    [[nodiscard]] bool operator==(const QelInfo& other) const = default;
+    [[nodiscard]] bool operator==(const QelInfo& other) const;
 
     [[nodiscard]] bool empty() const { return text.empty(); }
     void swap(QelInfo& other) noexcept;
