@@ -7,8 +7,8 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Backup/QelBackupURI.h"
 #include "qel/Command.h"
-#include "qel/RecordInMessage.h"
 #include "qel/Output.h"
+#include "qel/RecordInMessage.h"
 
 // The URI of a backup holds the password of its storage, hidden by nothing but hexadecimal digits.  So no message here
 // repeats a URI.

@@ -13,8 +13,8 @@
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
 #include "QelMessage/QelValueText.h"
 #include "qel/Command.h"
-#include "qel/RecordInMessage.h"
 #include "qel/Output.h"
+#include "qel/RecordInMessage.h"
 #include "qel/ScheduleCalendar.h"
 
 namespace Qel::Tool {
