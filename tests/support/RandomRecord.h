@@ -6,9 +6,11 @@
 #include <map>
 #include <memory>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
@@ -35,6 +37,10 @@ public:
     void fill(QelMessageIterator& cursor, std::string_view typeName, const QelWireLayout* layout) {
         if (!layout) {
             m_byHand.at(std::string(typeName))(cursor);
+            return;
+        }
+        if (const auto whole = m_beyondTable.find(std::string(typeName)); whole != m_beyondTable.end()) {
+            whole->second(cursor);
             return;
         }
         for (const QelWireField& field : layout->fields)
@@ -91,20 +97,29 @@ private:
     void putField(QelMessageIterator& cursor, const QelWireLayout& layout, const QelWireField& field) {
         const QelWireCodec& codec = *field.codec;
         const std::pair key(std::string(layout.typeName), field.id);
-        if (codec.kind == QelWireKind::step || m_fields.contains(key)) {
-            m_fields.at(key)(cursor);
+        if (const auto byHand = m_fields.find(key); byHand != m_fields.end()) {
+            byHand->second(cursor);
             return;
         }
         switch (codec.kind) {
         case QelWireKind::base:
-            fill(cursor, codec.typeName, codec.layout ? codec.layout() : nullptr);
+            fillRecord(cursor, codec);
+            break;
+        case QelWireKind::group:
+            cursor.newChild(field.id);
+            fillRecord(cursor, codec);
+            cursor.seekUp();
+            break;
+        case QelWireKind::step:
+            // A type known to be enough; any other step is among those made by hand.
+            putChild(cursor, field.id, contentOf(layout, field), field.form);
             break;
         case QelWireKind::sequence:
         case QelWireKind::set:
             if (field.id != 0)
                 cursor.newChild(field.id);
             for (unsigned left = below(4) + 1; left > 0; --left)
-                putChild(cursor, field.item, *codec.item, field.form);
+                putItem(cursor, field);
             if (field.id != 0)
                 cursor.seekUp();
             break;
@@ -113,10 +128,31 @@ private:
         }
     }
 
-    void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
-        cursor.newChild(id);
-        putValue(cursor, codec, form);
+    static const QelWireCodec& contentOf(const QelWireLayout& layout, const QelWireField& field) {
+        if (const QelWireCodec* const content = field.codec->item; content && !content->item)
+            return *content;
+        throw std::out_of_range("no way to make " + std::string(layout.typeName) + ", element " +
+                                std::to_string(field.id));
+    }
+
+    void fillRecord(QelMessageIterator& cursor, const QelWireCodec& codec) {
+        const QelWireLayout* const layout = codec.layout ? codec.layout() : nullptr;
+        fill(cursor, layout ? layout->typeName : codec.typeName, layout);
+    }
+
+    void putItem(QelMessageIterator& cursor, const QelWireField& field) {
+        cursor.newChild(field.item);
+        putChild(cursor, field.value, *field.codec->item, field.form);
         cursor.seekUp();
+    }
+
+    /// With ID 0 puts the value into the current element.
+    void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
+        if (id != 0)
+            cursor.newChild(id);
+        putValue(cursor, codec, form);
+        if (id != 0)
+            cursor.seekUp();
     }
 
     void putValue(QelMessageIterator& cursor, const QelWireCodec& codec, QelWireForm form) {
@@ -146,7 +182,7 @@ private:
             m_byHand.at(std::string(codec.typeName))(cursor);
             break;
         case QelWireKind::record:
-            fill(cursor, codec.typeName, codec.layout ? codec.layout() : nullptr);
+            fillRecord(cursor, codec);
             break;
         default: // presence: no value
             break;
@@ -191,14 +227,19 @@ private:
         return [this](QelMessageIterator& cursor) { putIdentifier(cursor); };
     }
 
-    /// Any of the triggers.
-    void putTrigger(QelMessageIterator& cursor) {
-        static constexpr std::array<std::string_view, 5> kinds{
-            "QelSchedulerOnceTrigger", "QelSchedulerDailyTrigger", "QelSchedulerWeeklyTrigger",
-            "QelSchedulerMonthlyTrigger", "QelSchedulerMonthlyDayOfWeekTrigger"};
-        const QelRecordType& kind = *findRecordType(kinds[below(kinds.size())]);
-        cursor.setComplexType(kind.nsId, kind.typeId);
-        fill(cursor, kind.name, kind.layout);
+    /// Any of some record types, with its stamp.
+    Fill oneOf(std::vector<std::string_view> kinds) {
+        return [this, kinds = std::move(kinds)](QelMessageIterator& cursor) {
+            const QelRecordType& kind = *findRecordType(kinds[below(kinds.size())]);
+            cursor.setComplexType(kind.nsId, kind.typeId);
+            fill(cursor, kind.name, kind.layout);
+        };
+    }
+
+    /// An entry of a top list: its numbers are whole, so that they are of either representation.
+    void putTopSet(QelMessageIterator& cursor) {
+        inChild(1866, identifier())(cursor);
+        cursor.putValue(static_cast<int>(below(1000)), 1018);
     }
 
     Fill time(int id) {
@@ -213,7 +254,19 @@ private:
     std::map<std::string, Fill> m_byHand{
         {"QelGUID", identifier()},
         {"QelEID", identifier()},
-        {"QelSchedulerTrigger", [this](QelMessageIterator& cursor) { putTrigger(cursor); }},
+        {"QelCommonDevice", oneOf({"QelCommonDevice", "QelScsiDevice", "QelWindowsDevice"})},
+        {"QelEnvConfig", oneOf({"QelEnvConfig", "QelVEnvConfig"})},
+        {"QelVEnvConfig", configuration(121)},
+        {"QelSchedulerTrigger",
+         oneOf({"QelSchedulerOnceTrigger", "QelSchedulerDailyTrigger", "QelSchedulerWeeklyTrigger",
+                "QelSchedulerMonthlyTrigger", "QelSchedulerMonthlyDayOfWeekTrigger"})},
+        {"QelTopData",
+         [this](QelMessageIterator& cursor) {
+             for (unsigned left = below(4); left > 0; --left)
+                 inChild(1179, [this](QelMessageIterator& entry) { putTopSet(entry); })(cursor);
+             cursor.putValue(static_cast<int>(below(5000)), 1040);
+         }},
+        {"QelTopData::TopSet", [this](QelMessageIterator& cursor) { putTopSet(cursor); }},
         {"QelIPAddress", [this](QelMessageIterator& cursor) { putAddress(cursor); }},
         {"QelSID",
          [](QelMessageIterator& cursor) {
@@ -238,11 +291,25 @@ private:
          }},
     };
 
+    /// Records of whose elements more is asked than the table can tell, by their class.
+    std::map<std::string, Fill> m_beyondTable{
+        // A time, a text or both.
+        {"QelDate",
+         [this](QelMessageIterator& cursor) {
+             const unsigned parts = below(3) + 1;
+             if ((parts & 1U) != 0)
+                 cursor.putValueTime(static_cast<long>(below(2'000'000'000)) + 1, 1004);
+             if ((parts & 2U) != 0)
+                 cursor.putValue("day " + text(), 2007);
+         }},
+    };
+
     /// Steps and other fields, by the class of the table and the element.
     std::map<std::pair<std::string, int>, Fill> m_fields{
         // An empty address can't be written.
         {{"QelConnectivityInfo", 1687},
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
+        {{"QelDevMountInfo", 1117}, [this](QelMessageIterator& cursor) { cursor.putValue("at " + text(), 1117); }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelEnv", 1870}, inChild(1870, identifier())},

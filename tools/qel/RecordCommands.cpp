@@ -101,7 +101,8 @@ std::string_view nameOf(QelWireForm form) {
 
 /// What a field holds, in words: "list of record QelQoS".
 std::string describeKind(const QelWireCodec& codec) {
-    const auto named = [&](const char* word) { return word + (' ' + std::string(codec.typeName)); };
+    const std::string_view typeName = codec.layout ? codec.layout()->typeName : codec.typeName;
+    const auto named = [&](const char* word) { return word + (' ' + std::string(typeName)); };
     const auto of = [](const QelWireCodec* part) { return part ? describeKind(*part) : std::string("values"); };
     switch (codec.kind) {
     case QelWireKind::text:
@@ -122,6 +123,8 @@ std::string describeKind(const QelWireCodec& codec) {
         return named("record derived from");
     case QelWireKind::base:
         return named("base");
+    case QelWireKind::group:
+        return "group";
     case QelWireKind::sequence:
         return "list of " + of(codec.item);
     case QelWireKind::set:
@@ -129,12 +132,12 @@ std::string describeKind(const QelWireCodec& codec) {
     case QelWireKind::map:
         return "map of " + of(codec.key) + " to " + of(codec.item);
     case QelWireKind::step:
-        return "by hand";
+        return codec.item ? "by hand: " + describeKind(*codec.item) : "by hand";
     }
     return "";
 }
 
-/// A row of a record's table, and its places in the two orders, which count from 1.
+/// A row of a table, and its places in the two orders, which count from 1.
 struct DescribedField {
     const QelWireField* field;
     std::size_t writePlace;
@@ -150,6 +153,12 @@ std::vector<DescribedField> describedFields(const QelWireLayout& layout) {
     }
     return described;
 }
+
+bool isGroup(const QelWireField& field) {
+    return field.codec->kind == QelWireKind::group;
+}
+
+Json toJson(const QelWireLayout& layout);
 
 Json toJson(const DescribedField& described) {
     const QelWireField& field = *described.field;
@@ -167,17 +176,21 @@ Json toJson(const DescribedField& described) {
     json["write"] = nameOf(field.write);
     json["writeOrder"] = described.writePlace;
     json["readOrder"] = described.readPlace;
+    if (isGroup(field))
+        json["fields"] = toJson(*field.codec->layout());
     return json;
+}
+
+Json toJson(const QelWireLayout& layout) {
+    Json fields = Json::array();
+    for (const DescribedField& described : describedFields(layout))
+        fields.push_back(toJson(described));
+    return fields;
 }
 
 void printDescriptionAsJson(std::ostream& out, const QelRecordType& type) {
     Json document = toJson(type);
-    document["fields"] = Json();
-    if (type.layout) {
-        document["fields"] = Json::array();
-        for (const DescribedField& described : describedFields(*type.layout))
-            document["fields"].push_back(toJson(described));
-    }
+    document["fields"] = type.layout ? toJson(*type.layout) : Json();
     printJson(out, document);
 }
 
@@ -190,8 +203,10 @@ std::string elementsText(const QelWireField& field) {
     std::string text = elementText(field.id);
     if (field.item != 0)
         text += (text.empty() ? "" : " / ") + elementText(field.item);
-    if (field.key != 0 || field.value != 0)
+    if (field.key != 0)
         text += " (" + elementText(field.key) + ", " + elementText(field.value) + ')';
+    else if (field.value != 0)
+        text += " / " + elementText(field.value);
     return text;
 }
 
@@ -204,6 +219,24 @@ std::string kindText(const QelWireField& field) {
     return text;
 }
 
+/// What stands before the places and the elements of a group's rows: "3.", "3.", "1229 cpu / ".
+struct Prefixes {
+    std::string write, read, elements;
+};
+
+/// The rows of a table, and below a group its own.
+void addRows(Table& table, const QelWireLayout& layout, const Prefixes& prefixes) {
+    for (const auto& [field, writePlace, readPlace] : describedFields(layout)) {
+        const std::string write = prefixes.write + std::to_string(writePlace);
+        const std::string read = prefixes.read + std::to_string(readPlace);
+        const std::string elements = prefixes.elements + elementsText(*field);
+        table.addRow({write, read, std::string(field->name), elements, kindText(*field),
+                      std::string(nameOf(field->read)), std::string(nameOf(field->write))});
+        if (isGroup(*field))
+            addRows(table, *field->codec->layout(), {write + '.', read + '.', elements + " / "});
+    }
+}
+
 void printDescription(std::ostream& out, const QelRecordType& type) {
     out << type.name << ", namespace " << namespaceText(type) << ", type " << typeText(type) << '\n';
     if (!type.layout) {
@@ -213,10 +246,7 @@ void printDescription(std::ostream& out, const QelRecordType& type) {
     using Align = Table::Align;
     Table table({Align::right, Align::right});
     table.addRow({"write", "read", "field", "elements", "kind", "on read", "on write"});
-    for (const auto& [field, writePlace, readPlace] : describedFields(*type.layout))
-        table.addRow({std::to_string(writePlace), std::to_string(readPlace), std::string(field->name),
-                      elementsText(*field), kindText(*field), std::string(nameOf(field->read)),
-                      std::string(nameOf(field->write))});
+    addRows(table, *type.layout, {});
     table.print(out);
 }
 

@@ -9,6 +9,20 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Host/QelCommonDevice.h"
+#include "QelFunctionalityCore/Host/QelDate.h"
+#include "QelFunctionalityCore/Host/QelDeviceRecords.h"
+#include "QelFunctionalityCore/Host/QelDisk.h"
+#include "QelFunctionalityCore/Host/QelDiskImage.h"
+#include "QelFunctionalityCore/Host/QelEnvSample.h"
+#include "QelFunctionalityCore/Host/QelLogRecords.h"
+#include "QelFunctionalityCore/Host/QelMailerConfig.h"
+#include "QelFunctionalityCore/Host/QelNetwork.h"
+#include "QelFunctionalityCore/Host/QelSnapshot.h"
+#include "QelFunctionalityCore/Host/QelStatistics.h"
+#include "QelFunctionalityCore/Host/QelSystemInfo.h"
+#include "QelFunctionalityCore/Host/QelTopData.h"
+#include "QelFunctionalityCore/Host/QelVncRecords.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
@@ -23,7 +37,7 @@ namespace Qel {
 
 namespace {
 
-// A record that its table tells whole.
+// A record with a table.
 template <class Record> QelRecordType byTable() {
     const QelWireLayout& layout = qelWireLayout<Record>();
     return makeRecordType<Record>(layout.typeName, &layout);
@@ -54,22 +68,60 @@ template <class Base> QelRecordType anyOf() {
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
         byTable<QelAuthName>(),
+        byTable<QelCPULoad>(),
+        byTable<QelCommonDevice>(),
         byTable<QelConnectionInfo>(),
+        byTable<QelDate>(),
+        byTable<QelDevMountInfo>(),
+        byTable<QelDeviceInfo>(),
+        byTable<QelDisk>(),
+        byTable<QelDiskImage>(),
+        byTable<QelDiskPartition>(),
         byTable<QelEnvMListOptions>(),
+        byTable<QelEnvSample>(),
         byTable<QelEnvStatus>(),
+        byTable<QelFileListType>(),
+        byTable<QelFileShare>(),
+        byTable<QelForwardDevice>(),
+        byTable<QelForwardPoint>(),
+        byTable<QelHNLookupInfoType>(),
+        byTable<QelImageInfo>(),
+        byTable<QelLoadAvg>(),
+        byTable<QelLoadAvg1>(),
+        byTable<QelLogClass>(),
+        byTable<QelLogInfo>(),
         byTable<QelLogOptions>(),
+        byTable<QelLogParameters>(),
+        byTable<QelMailTemplate>(),
+        byTable<QelMailerAccount>(),
+        byTable<QelMailerConfig>(),
         byTable<QelNativeConfig>(),
+        byTable<QelNetInterface>(),
+        byTable<QelNetTransfer>(),
+        byTable<QelNetTransferStat>(),
+        byTable<QelNetwork>(),
         byTable<QelOS>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
+        byTable<QelSampleConf>(),
         byTable<QelScheduleTask>(),
         byTable<QelSchedulerDailyTrigger>(),
         byTable<QelSchedulerMonthlyDayOfWeekTrigger>(),
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelSnapshot>(),
+        byTable<QelStats>(),
+        byTable<QelSystemInfo>(),
+        byTable<QelTimeZone>(),
+        byTable<QelTopInfo>(),
+        byTable<QelUsageStats>(),
+        byTable<QelVncConnectionInfo>(),
+        byTable<QelVncConsoleInfo>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
+        byTable<QelVtVersion>(),
+        byTable<QelWindowsDevice>(),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
         makeRecordType<QelEID>("QelEID"),
         makeRecordType<QelEIDList>("QelEIDList"),
@@ -79,7 +131,10 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
         makeRecordType<QelSID>("QelSID"),
+        makeRecordType<QelScsiDevice>("QelScsiDevice", &qelWireLayout<QelWindowsDevice>()),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
+        makeRecordType<QelTopData>("QelTopData"),
+        makeRecordType<QelTopData::TopSet>("QelTopData::TopSet"),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
         wholeMessage<QelConfiguration>("QelConfiguration"),

@@ -39,6 +39,7 @@ enum class QelWireKind : unsigned char {
     record,   ///< a record in an element of its own
     derived,  ///< a record of one of several classes, which the element's complex type tells
     base,     ///< a record at the same element
+    group,    ///< further rows of the same record, in an element of their own
     sequence, ///< a run of items in order
     set,      ///< a run of items, sorted and without duplicates
     map,      ///< a run of entries
@@ -51,11 +52,11 @@ struct QelWireLayout;
 /// How the values of one type cross the wire.  `id` 0 is the current element, as everywhere.
 struct QelWireCodec {
     QelWireKind kind;
-    std::string_view typeName;        ///< of a record: its class
-    bool isOptional;                  ///< a property that may be unset
-    const QelWireCodec* key;          ///< of a map: its keys'
-    const QelWireCodec* item;         ///< of a container: its items', of a map its values'
-    const QelWireLayout* (*layout)(); ///< of a record with a table
+    std::string_view typeName; ///< of a record: its class
+    bool isOptional;           ///< a property that may be unset
+    const QelWireCodec* key;   ///< of a map: its keys'
+    const QelWireCodec* item;  ///< of a container: its items', of a map its values', of a step what it amounts to
+    const QelWireLayout* (*layout)(); ///< of a record with a table, or of a group
     int (*read)(const QelMessageIterator&, void* member, int id, const QelWireField&);
     int (*write)(QelMessageIterator&, const void* member, int id, const QelWireField&);
     bool (*isSet)(const void* member); ///< what QelWireWrite::ifSet asks
@@ -65,7 +66,7 @@ struct QelWireCodec {
 struct QelWireField {
     std::string_view name; ///< of the member
     int id;                ///< element ID; 0 for what stands directly in the record's element
-    int item, key, value;  ///< IDs of a container's item, and of a map entry's key and value; 0 if there is none
+    int item, key, value;  ///< IDs of a container's item, and of the key and the value within; 0 if there is none
     QelWireRead read;
     QelWireWrite write;
     QelWireForm form;
@@ -74,6 +75,8 @@ struct QelWireField {
     bool (*test)(const void* member); ///< in place of the codec's isSet, if not null
     bool ignoresWriteFailure = false; ///< the record is written on when this field could not be
     bool needsItems = false;          ///< of a container: one without any items is malformed
+    bool isSticky = false;            ///< of a presence or an optional: only ever set by reading
+    bool clearsFirst = false;         ///< of a sequence: what was in it goes before it is read
 
     /// The same row, whose failure to be written is none of the record.
     [[nodiscard]] constexpr QelWireField unchecked() const {
@@ -86,6 +89,27 @@ struct QelWireField {
     [[nodiscard]] constexpr QelWireField filled() const {
         QelWireField row = *this;
         row.needsItems = true;
+        return row;
+    }
+
+    /// The same row of a presence or of a property that may be unset, which is only ever set by reading.
+    [[nodiscard]] constexpr QelWireField sticky() const {
+        QelWireField row = *this;
+        row.isSticky = true;
+        return row;
+    }
+
+    /// The same row of a sequence, which reading replaces where others add to what is there.
+    [[nodiscard]] constexpr QelWireField cleared() const {
+        QelWireField row = *this;
+        row.clearsFirst = true;
+        return row;
+    }
+
+    /// The same row of a sequence or set, each of whose items holds its value in an element of its own.
+    [[nodiscard]] constexpr QelWireField holding(int valueID) const {
+        QelWireField row = *this;
+        row.value = valueID;
         return row;
     }
 

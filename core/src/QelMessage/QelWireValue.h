@@ -226,9 +226,11 @@ template <class C, class V> struct WireSequenceValue {
     using Item = typename C::value_type;
     static constexpr QelWireKind kind = QelWireKind::sequence;
     static int read(const QelMessageIterator& cursor, C& items, int id, const QelWireField& field) {
+        if (field.clearsFirst)
+            items.clear();
         return readWireItems(cursor, id, field, [&] {
             items.emplace_back();
-            if (V::read(cursor, items.back(), 0, field) == 0)
+            if (V::read(cursor, items.back(), field.value, field) == 0)
                 return 0;
             items.pop_back();
             return -1;
@@ -236,7 +238,7 @@ template <class C, class V> struct WireSequenceValue {
     }
     static int write(QelMessageIterator& cursor, const C& items, int id, const QelWireField& field) {
         return writeWireItems(cursor, items, id, field,
-                              [&](const Item& item) { return V::write(cursor, item, 0, field); });
+                              [&](const Item& item) { return V::write(cursor, item, field.value, field); });
     }
     static bool isSet(const C& items) { return !items.empty(); }
 };
@@ -266,15 +268,16 @@ template <Internal::WireSet C> struct QelWireValue<C> {
     static int read(const QelMessageIterator& cursor, C& items, int id, const QelWireField& field) {
         return Internal::readWireItems(cursor, id, field, [&] {
             Item item{};
-            if (ItemValue::read(cursor, item, 0, field) != 0)
+            if (ItemValue::read(cursor, item, field.value, field) != 0)
                 return -1;
             items.insert(std::move(item));
             return 0;
         });
     }
     static int write(QelMessageIterator& cursor, const C& items, int id, const QelWireField& field) {
-        return Internal::writeWireItems(cursor, items, id, field,
-                                        [&](const Item& item) { return ItemValue::write(cursor, item, 0, field); });
+        return Internal::writeWireItems(cursor, items, id, field, [&](const Item& item) {
+            return ItemValue::write(cursor, item, field.value, field);
+        });
     }
     static bool isSet(const C& items) { return !items.empty(); }
 };
