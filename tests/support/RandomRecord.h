@@ -242,6 +242,10 @@ private:
         cursor.putValue(static_cast<int>(below(1000)), 1018);
     }
 
+    Fill number(int id) {
+        return [this, id](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(2000)), id); };
+    }
+
     Fill time(int id) {
         return [this, id](QelMessageIterator& cursor) {
             cursor.putValueTime(static_cast<long>(below(2'000'000'000)), id);
@@ -312,6 +316,8 @@ private:
         {{"QelDevMountInfo", 1117}, [this](QelMessageIterator& cursor) { cursor.putValue("at " + text(), 1117); }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
+        {{"QelUserCredentials", 1030}, number(1030)},
+        {{"QelUserCredentials", 1027}, inChild(1027, number(1030))},
         {{"QelEnv", 1870}, inChild(1870, identifier())},
         {{"QelEnv", 1866}, inChild(1866, identifier())},
         {{"QelEnv", 1192},

@@ -24,6 +24,8 @@
 #include "QelFunctionalityCore/Environment/QelQoS.h"
 #include "QelFunctionalityCore/Environment/QelVEnvConfig.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Files/QelURI.h"
+#include "QelFunctionalityCore/Files/QelUserCredentials.h"
 #include "QelFunctionalityCore/Host/QelCommonDevice.h"
 #include "QelFunctionalityCore/Host/QelDate.h"
 #include "QelFunctionalityCore/Host/QelDeviceRecords.h"

@@ -9,6 +9,7 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Files/QelUserCredentials.h"
 #include "QelFunctionalityCore/Host/QelCommonDevice.h"
 #include "QelFunctionalityCore/Host/QelDate.h"
 #include "QelFunctionalityCore/Host/QelDeviceRecords.h"
@@ -86,8 +87,8 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelForwardPoint>(),
         byTable<QelHNLookupInfoType>(),
         byTable<QelImageInfo>(),
-        byTable<QelLoadAvg>(),
         byTable<QelLoadAvg1>(),
+        byTable<QelLoadAvg>(),
         byTable<QelLogClass>(),
         byTable<QelLogInfo>(),
         byTable<QelLogOptions>(),
@@ -116,6 +117,7 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelTimeZone>(),
         byTable<QelTopInfo>(),
         byTable<QelUsageStats>(),
+        byTable<QelUserCredentials>(),
         byTable<QelVncConnectionInfo>(),
         byTable<QelVncConsoleInfo>(),
         byTable<QelVtInfo>(),

@@ -1,0 +1,153 @@
+#include "QelFunctionalityCore/Files/QelUserCredentials.h"
+
+#include <gmock/gmock.h>
+
+#include "../TestTree.h"
+
+namespace Qel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int name = 1025;
+constexpr int uid = 1030;
+constexpr int group = 1029;
+constexpr int gid = 1027;
+constexpr int flags = 1176;
+
+void write(const TestTree& tree, const QelUserCredentials& credentials) {
+    EXPECT_EQ(tree->putObj(credentials, 0), 0);
+}
+
+QelUserCredentials readFrom(const TestTree& tree) {
+    QelUserCredentials credentials;
+    EXPECT_EQ(tree->getObj(credentials, 0), 0);
+    return credentials;
+}
+
+void putNestedGid(const TestTree& tree, const std::string& number) {
+    tree->newChild(gid);
+    tree->putValue(number, uid);
+    tree->seekUp();
+}
+
+TEST(QelUserCredentialsTest, ANameGoesBeforeANumber) {
+    QelUserCredentials credentials;
+    credentials.name = "anna";
+    credentials.uid = 1000;
+    const TestTree tree;
+    write(tree, credentials);
+    EXPECT_EQ(valueOf(*tree, name), "anna");
+    EXPECT_EQ(countOf(*tree, uid), 0);
+}
+
+TEST(QelUserCredentialsTest, WithoutANameTheNumberIsWritten) {
+    QelUserCredentials credentials;
+    credentials.uid = 0;
+    const TestTree tree;
+    write(tree, credentials);
+    EXPECT_EQ(countOf(*tree, name), 0);
+    EXPECT_EQ(valueOf(*tree, uid), "0");
+    EXPECT_EQ(readFrom(tree).uid, 0U);
+}
+
+TEST(QelUserCredentialsTest, NumbersAboveTheSignedOnesComeBack) {
+    QelUserCredentials credentials;
+    credentials.uid = 0xFFFFFFFE;
+    const TestTree tree;
+    write(tree, credentials);
+    EXPECT_EQ(valueOf(*tree, uid), "-2");
+    EXPECT_EQ(readFrom(tree).uid, 0xFFFFFFFE);
+}
+
+TEST(QelUserCredentialsTest, EmptyOnesAreNothingButTheirFlags) {
+    const TestTree tree;
+    write(tree, QelUserCredentials());
+    EXPECT_EQ(countOf(*tree), 1);
+    EXPECT_EQ(valueOf(*tree, flags), "0");
+}
+
+TEST(QelUserCredentialsTest, ANumberIsNotReadBesideAName) {
+    const TestTree tree;
+    tree->putValue(std::string("anna"), name);
+    tree->putValue(7, uid);
+    const QelUserCredentials credentials = readFrom(tree);
+    EXPECT_EQ(credentials.name, "anna");
+    EXPECT_EQ(credentials.uid, QelUserCredentials::noUid);
+}
+
+TEST(QelUserCredentialsTest, AnUnreadableNumberOrFlagLeavesWhatWasThere) {
+    const TestTree tree;
+    tree->putValue(std::string("seven"), uid);
+    tree->putValue(std::string("many"), flags);
+    QelUserCredentials credentials;
+    credentials.uid = 5;
+    credentials.flags = 6;
+    EXPECT_EQ(tree->getObj(credentials, 0), 0);
+    EXPECT_EQ(credentials.uid, 5U);
+    EXPECT_EQ(credentials.flags, 6);
+}
+
+TEST(QelUserCredentialsTest, NamesOfGroupsGoBeforeTheirNumbers) {
+    QelUserCredentials credentials;
+    credentials.groups = {"wheel", "disk"};
+    credentials.gids = {6, 10};
+    const TestTree tree;
+    write(tree, credentials);
+    EXPECT_EQ(countOf(*tree, group), 2);
+    EXPECT_EQ(countOf(*tree, gid), 0);
+    putNestedGid(tree, "6");
+    const QelUserCredentials read = readFrom(tree);
+    EXPECT_THAT(read.groups, ElementsAre("wheel", "disk"));
+    EXPECT_THAT(read.gids, IsEmpty());
+}
+
+TEST(QelUserCredentialsTest, NumbersOfGroupsAreWrittenOnTheItem) {
+    QelUserCredentials credentials;
+    credentials.gids = {6, 10};
+    const TestTree tree;
+    write(tree, credentials);
+    EXPECT_EQ(countOf(*tree, gid), 2);
+    EXPECT_EQ(valueOf(*tree, gid), "6");
+    EXPECT_THAT(readFrom(tree).gids, IsEmpty());
+}
+
+TEST(QelUserCredentialsTest, NumbersOfGroupsAreReadFromWithinTheItem) {
+    const TestTree tree;
+    putNestedGid(tree, "6");
+    putNestedGid(tree, "10");
+    EXPECT_THAT(readFrom(tree).gids, ElementsAre(6, 10));
+}
+
+TEST(QelUserCredentialsTest, TheFirstUnreadableGroupEndsTheListAndNotTheRecord) {
+    const TestTree tree;
+    putNestedGid(tree, "6");
+    putNestedGid(tree, "six");
+    putNestedGid(tree, "10");
+    tree->putValue(3, flags);
+    const QelUserCredentials read = readFrom(tree);
+    EXPECT_THAT(read.gids, ElementsAre(6));
+    EXPECT_EQ(read.flags, 3);
+}
+
+TEST(QelUserCredentialsTest, AnEmptyElementIsReadAsNobody) {
+    const TestTree tree;
+    const QelUserCredentials credentials = readFrom(tree);
+    EXPECT_EQ(credentials.name, "");
+    EXPECT_EQ(credentials.uid, QelUserCredentials::noUid);
+    EXPECT_EQ(credentials.flags, 0);
+}
+
+TEST(QelUserCredentialsTest, GetUidTellsWhetherThereIsANumber) {
+    const TestTree tree;
+    unsigned number = 12;
+    EXPECT_NE(QelUserCredentials::getUid(*tree, number), 0);
+    EXPECT_EQ(number, 12U);
+    tree->putValue(1000, uid);
+    EXPECT_EQ(QelUserCredentials::getUid(*tree, number), 0);
+    EXPECT_EQ(number, 1000U);
+}
+
+} // namespace
+} // namespace Qel
