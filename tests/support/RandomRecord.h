@@ -314,6 +314,24 @@ private:
         {{"QelConnectivityInfo", 1687},
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
         {{"QelDevMountInfo", 1117}, [this](QelMessageIterator& cursor) { cursor.putValue("at " + text(), 1117); }},
+        {{"QelPackageListModificationData", 1007},
+         [this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(3)), 1007); }},
+        // Each row has as many values as there are names, and these are in the order of a map.
+        {{"QelProcessList", 1080},
+         [this](QelMessageIterator& cursor) {
+             for (unsigned left = below(4); left > 0; --left) {
+                 cursor.newChild(1080);
+                 cursor.putValue(static_cast<int>(below(1000)), 1081);
+                 cursor.putValue(text(), 1082);
+                 cursor.putValue(text(), 1082);
+                 cursor.seekUp();
+             }
+         }},
+        {{"QelProcessList", 1083},
+         [](QelMessageIterator& cursor) {
+             cursor.putValue("command", 1083);
+             cursor.putValue("user", 1083);
+         }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
         {{"QelUserCredentials", 1030}, number(1030)},

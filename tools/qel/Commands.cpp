@@ -5,7 +5,7 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{envCommands(),     cacheCommands(),  configCommands(),
+    static const std::array groups{envCommands(),     cacheCommands(),  configCommands(),  hostCommands(),
                                    messageCommands(), recordCommands(), scheduleCommands()};
     return groups;
 }

@@ -18,11 +18,17 @@
 #include "QelFunctionalityCore/Host/QelEnvSample.h"
 #include "QelFunctionalityCore/Host/QelLogRecords.h"
 #include "QelFunctionalityCore/Host/QelMailerConfig.h"
+#include "QelFunctionalityCore/Host/QelNameID.h"
 #include "QelFunctionalityCore/Host/QelNetwork.h"
+#include "QelFunctionalityCore/Host/QelPackage.h"
+#include "QelFunctionalityCore/Host/QelPackageListModificationData.h"
+#include "QelFunctionalityCore/Host/QelProcessList.h"
+#include "QelFunctionalityCore/Host/QelProcessMExec.h"
 #include "QelFunctionalityCore/Host/QelSnapshot.h"
 #include "QelFunctionalityCore/Host/QelStatistics.h"
 #include "QelFunctionalityCore/Host/QelSystemInfo.h"
 #include "QelFunctionalityCore/Host/QelTopData.h"
+#include "QelFunctionalityCore/Host/QelUser.h"
 #include "QelFunctionalityCore/Host/QelVncRecords.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
@@ -85,8 +91,11 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelFileShare>(),
         byTable<QelForwardDevice>(),
         byTable<QelForwardPoint>(),
+        byTable<QelGroup>(),
+        byTable<QelGroupNameID>(),
         byTable<QelHNLookupInfoType>(),
         byTable<QelImageInfo>(),
+        byTable<QelInstallationPackage>(),
         byTable<QelLoadAvg1>(),
         byTable<QelLoadAvg>(),
         byTable<QelLogClass>(),
@@ -102,6 +111,13 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelNetTransferStat>(),
         byTable<QelNetwork>(),
         byTable<QelOS>(),
+        byTable<QelPackage>(),
+        byTable<QelPackageLinux>(),
+        byTable<QelPackageListModificationData>(),
+        byTable<QelProcessList>(),
+        byTable<QelProcessMExecOutput>(),
+        byTable<QelProcessMExecParams>(),
+        byTable<QelProgCredentials>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
         byTable<QelSampleConf>(),
@@ -117,7 +133,9 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelTimeZone>(),
         byTable<QelTopInfo>(),
         byTable<QelUsageStats>(),
+        byTable<QelUser>(),
         byTable<QelUserCredentials>(),
+        byTable<QelUserNameID>(),
         byTable<QelVncConnectionInfo>(),
         byTable<QelVncConsoleInfo>(),
         byTable<QelVtInfo>(),
@@ -132,6 +150,9 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
+        makeRecordType<QelPackageDeb>("QelPackageDeb", &qelWireLayout<QelPackageLinux>()),
+        makeRecordType<QelPackageRpm>("QelPackageRpm", &qelWireLayout<QelPackageLinux>()),
+        makeRecordType<QelProcessInfo>("QelProcessInfo"),
         makeRecordType<QelSID>("QelSID"),
         makeRecordType<QelScsiDevice>("QelScsiDevice", &qelWireLayout<QelWindowsDevice>()),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
