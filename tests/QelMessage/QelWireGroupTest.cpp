@@ -58,7 +58,7 @@ template <> struct Wire<House> : WireWords<House> {
         list<&House::tenants>(tenant, optional).holding(nameOf),
         list<&House::pets>(pet, optional).holding(nameOf),
         list<&House::rooms>(room, optional).cleared(),
-        flag<&House::isOld>(old).sticky(),
+        flag<&House::isOld>(old).kept(),
         step<&readOwner, &writeOwner, std::string>("owner", 1031, ignored),
     };
 };
@@ -136,7 +136,7 @@ TEST_F(QelWireGroupTest, AClearedListHasWhatWasReadLast) {
     EXPECT_THAT(read.rooms, IsEmpty());
 }
 
-TEST_F(QelWireGroupTest, AStickyFlagIsOnlyEverSet) {
+TEST_F(QelWireGroupTest, AKeptFlagIsOnlyEverSet) {
     write(house);
     House read;
     EXPECT_EQ(message->getObj(read, 0), 0);

@@ -103,6 +103,16 @@ struct Zoo {
     using writer_type = QelRecordWriter<Zoo>;
 };
 
+/// Bit masks and flags, those that a read replaces and those that it only adds to.
+struct Masks {
+    int mask = 0;
+    unsigned wrapped = 0;
+    int added = 0;
+    bool flag = false;
+    using reader_type = QelRecordReader<Masks>;
+    using writer_type = QelRecordWriter<Masks>;
+};
+
 constexpr bool isGiven(int number) {
     return number != -1;
 }
@@ -169,6 +179,18 @@ template <> struct Wire<Needy> : WireWords<Needy> {
 };
 template <> const QelWireLayout& qelWireLayout<Needy>() {
     return wireLayoutOf<Needy>;
+}
+
+template <> struct Wire<Masks> : WireWords<Masks> {
+    static constexpr QelWireField fields[] = {
+        bits<&Masks::mask, QelWireBit{1, 1844}, QelWireBit{4, 1456}>(),
+        wrappedBits<&Masks::wrapped, QelWireBit{2, 1628}, QelWireBit{1, 1627}>(1197, ifSet),
+        wrappedBits<&Masks::added, QelWireBit{1, 2131}>(1786, always).kept(),
+        Wire::flag<&Masks::flag>(1917).kept(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Masks>() {
+    return wireLayoutOf<Masks>;
 }
 
 template <> struct Wire<Greedy> : WireWords<Greedy> {
@@ -510,6 +532,77 @@ TEST_F(QelWireFamilyTest, AnEntryWithoutAValueFails) {
     EXPECT_EQ(read(zoo), -1);
     EXPECT_THAT(zoo.prices, IsEmpty());
     EXPECT_EQ(message->curID(), 1006);
+}
+
+class QelWireMaskTest : public QelWireTableTest {
+protected:
+    int write(const Masks& masks) { return Masks::writer_type()(*message, masks); }
+
+    [[nodiscard]] std::vector<int> childIDs() const {
+        std::vector<int> ids;
+        if (message->firstChild() != 0)
+            return ids;
+        do
+            ids.push_back(message->curID());
+        while (message->nextSibling() == 0);
+        message->seekUp();
+        return ids;
+    }
+};
+
+TEST_F(QelWireMaskTest, EachSetBitIsAnEmptyElementInTheOrderOfTheTable) {
+    Masks masks;
+    masks.mask = 5;
+    masks.wrapped = 3;
+    EXPECT_EQ(write(masks), 0);
+    EXPECT_THAT(childIDs(), ElementsAre(1844, 1456, 1197, 1786));
+    EXPECT_EQ(message->seek(1197), 0);
+    EXPECT_THAT(childIDs(), ElementsAre(1628, 1627));
+}
+
+TEST_F(QelWireMaskTest, AMaskOfZeroWritesItsWrapperOnlyIfAlways) {
+    EXPECT_EQ(write(Masks()), 0);
+    EXPECT_EQ(message->seekPresence(1197), -1);
+    EXPECT_EQ(message->seekPresence(1786), 0);
+}
+
+TEST_F(QelWireMaskTest, BitsThatTheTableDoesNotKnowAreNotWritten) {
+    Masks masks;
+    masks.wrapped = 8;
+    EXPECT_EQ(write(masks), 0);
+    EXPECT_EQ(message->seek(1197), 0);
+    EXPECT_THAT(childIDs(), IsEmpty());
+}
+
+TEST_F(QelWireMaskTest, ReadingReplacesAMask) {
+    message->putChild(1456);
+    message->newChild(1197);
+    message->putChild(1627);
+    message->seekUp();
+    Masks masks{8 | 1, 8 | 2, 0, false};
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_EQ(masks.mask, 4);
+    EXPECT_EQ(masks.wrapped, 1U);
+}
+
+TEST_F(QelWireMaskTest, ReadingWithoutTheWrapperClearsAMask) {
+    Masks masks{1, 2, 0, false};
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_EQ(masks.mask, 0);
+    EXPECT_EQ(masks.wrapped, 0U);
+}
+
+TEST_F(QelWireMaskTest, AKeptMaskOrFlagIsOnlyAddedTo) {
+    Masks masks{0, 0, 4, true};
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_EQ(masks.added, 4);
+    EXPECT_TRUE(masks.flag);
+
+    message->newChild(1786);
+    message->putChild(2131);
+    message->seekUp();
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_EQ(masks.added, 5);
 }
 
 TEST(QelWireLayoutTest, TellsNamesKindsAndElements) {

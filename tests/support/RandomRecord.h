@@ -123,6 +123,23 @@ private:
             if (field.id != 0)
                 cursor.seekUp();
             break;
+        case QelWireKind::bits:
+            if (field.id != 0)
+                cursor.newChild(field.id);
+            for (const QelWireBit& each : codec.bits)
+                if (below(2) == 0)
+                    cursor.putChild(each.id);
+            if (field.id != 0)
+                cursor.seekUp();
+            break;
+        case QelWireKind::map:
+            if (field.id != 0)
+                cursor.newChild(field.id);
+            for (unsigned left = below(4); left > 0; --left)
+                putEntry(cursor, field);
+            if (field.id != 0)
+                cursor.seekUp();
+            break;
         default:
             putChild(cursor, field.id, codec, field.form);
         }
@@ -144,6 +161,25 @@ private:
         cursor.newChild(field.item);
         putChild(cursor, field.value, *field.codec->item, field.form);
         cursor.seekUp();
+    }
+
+    void putEntry(QelMessageIterator& cursor, const QelWireField& field) {
+        cursor.newChild(field.item);
+        putChild(cursor, field.key, *field.codec->key, field.form);
+        if (field.value != 0)
+            putChild(cursor, field.value, *field.codec->item, field.form);
+        else
+            putValue(cursor, *field.codec->item, field.form);
+        cursor.seekUp();
+    }
+
+    /// With ID 0 puts the value into the current element.
+    void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
+        if (id != 0)
+            cursor.newChild(id);
+        putValue(cursor, codec, form);
+        if (id != 0)
+            cursor.seekUp();
     }
 
     /// With ID 0 puts the value into the current element.

@@ -99,6 +99,14 @@ std::string_view nameOf(QelWireForm form) {
     return "";
 }
 
+/// "1 flag, 2 e1628": the bits of a mask and their elements.
+std::string bitsText(std::span<const QelWireBit> bits) {
+    std::string text;
+    for (const QelWireBit& each : bits)
+        text += (text.empty() ? "" : ", ") + std::to_string(each.bit) + ' ' + QelNames::elementName(each.id);
+    return text;
+}
+
 /// What a field holds, in words: "list of record QelQoS".
 std::string describeKind(const QelWireCodec& codec) {
     const std::string_view typeName = codec.layout ? codec.layout()->typeName : codec.typeName;
@@ -117,6 +125,8 @@ std::string describeKind(const QelWireCodec& codec) {
         return "boolean";
     case QelWireKind::presence:
         return "presence";
+    case QelWireKind::bits:
+        return "bits " + bitsText(codec.bits);
     case QelWireKind::record:
         return named("record");
     case QelWireKind::derived:
@@ -201,7 +211,7 @@ std::string elementText(int id) {
 /// The elements of a field, the outer one first: "1100 list / 1101 item (1001 key, 1002 value)".
 std::string elementsText(const QelWireField& field) {
     std::string text = elementText(field.id);
-    if (field.item != 0)
+    if (field.item != 0 && field.codec->kind != QelWireKind::bits)
         text += (text.empty() ? "" : " / ") + elementText(field.item);
     if (field.key != 0)
         text += " (" + elementText(field.key) + ", " + elementText(field.value) + ')';

@@ -36,6 +36,7 @@ enum class QelWireKind : unsigned char {
     real,
     boolean,
     presence, ///< no value: the element's presence is the field
+    bits,     ///< a bit mask: the presence of an empty element for each bit
     record,   ///< a record in an element of its own
     derived,  ///< a record of one of several classes, which the element's complex type tells
     base,     ///< a record at the same element
@@ -49,6 +50,12 @@ enum class QelWireKind : unsigned char {
 struct QelWireField;
 struct QelWireLayout;
 
+/// A bit of a mask, and the empty element whose presence tells it.
+struct QelWireBit {
+    unsigned bit;
+    int id;
+};
+
 /// How the values of one type cross the wire.  `id` 0 is the current element, as everywhere.
 struct QelWireCodec {
     QelWireKind kind;
@@ -59,7 +66,8 @@ struct QelWireCodec {
     const QelWireLayout* (*layout)(); ///< of a record with a table, or of a group
     int (*read)(const QelMessageIterator&, void* member, int id, const QelWireField&);
     int (*write)(QelMessageIterator&, const void* member, int id, const QelWireField&);
-    bool (*isSet)(const void* member); ///< what QelWireWrite::ifSet asks
+    bool (*isSet)(const void* member);     ///< what QelWireWrite::ifSet asks
+    std::span<const QelWireBit> bits = {}; ///< of a bit mask: in writing order
 };
 
 /// One row of a record's table.
@@ -75,8 +83,8 @@ struct QelWireField {
     bool (*test)(const void* member); ///< in place of the codec's isSet, if not null
     bool ignoresWriteFailure = false; ///< the record is written on when this field could not be
     bool needsItems = false;          ///< of a container: one without any items is malformed
-    bool isSticky = false;            ///< of a presence or an optional: only ever set by reading
-    bool clearsFirst = false;         ///< of a sequence: what was in it goes before it is read
+    bool keepsSet = false;    ///< of a flag, a bit mask or an optional: reading sets what it finds and clears nothing
+    bool clearsFirst = false; ///< of a sequence: what was in it goes before it is read
 
     /// The same row, whose failure to be written is none of the record.
     [[nodiscard]] constexpr QelWireField unchecked() const {
@@ -92,10 +100,10 @@ struct QelWireField {
         return row;
     }
 
-    /// The same row of a presence or of a property that may be unset, which is only ever set by reading.
-    [[nodiscard]] constexpr QelWireField sticky() const {
+    /// The same row of a flag, a bit mask or an optional, whose missing elements leave what is set.
+    [[nodiscard]] constexpr QelWireField kept() const {
         QelWireField row = *this;
-        row.isSticky = true;
+        row.keepsSet = true;
         return row;
     }
 

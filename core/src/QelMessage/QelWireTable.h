@@ -47,12 +47,49 @@ inline constexpr QelWireCodec presenceCodec{
     nullptr,
     nullptr,
     [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
-        bool& isPresent = *static_cast<bool*>(member);
-        isPresent = cursor.seekPresence(id) == 0 || (field.isSticky && isPresent);
+        bool& flag = *static_cast<bool*>(member);
+        flag = cursor.seekPresence(id) == 0 || (field.keepsSet && flag);
         return 0;
     },
     [](QelMessageIterator& cursor, const void*, int id, const QelWireField&) { return cursor.putChild(id); },
     [](const void* member) { return *static_cast<const bool*>(member); }};
+
+template <QelWireBit... bits> inline constexpr QelWireBit wireBits[] = {bits...};
+
+/// A mask in an element of its own, or with `id` 0 in the current one.
+template <class Mask, QelWireBit... bits>
+inline constexpr QelWireCodec bitsCodec{
+    QelWireKind::bits,
+    {},
+    false,
+    nullptr,
+    nullptr,
+    nullptr,
+    [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
+        Mask& mask = *static_cast<Mask*>(member);
+        unsigned found = field.keepsSet ? static_cast<unsigned>(mask) : 0;
+        if (id == 0 || cursor.seek(id) == 0) {
+            for (const QelWireBit& each : wireBits<bits...>)
+                found |= cursor.seekPresence(each.id) == 0 ? each.bit : 0;
+            if (id != 0)
+                cursor.seekUp();
+        }
+        mask = static_cast<Mask>(found);
+        return 0;
+    },
+    [](QelMessageIterator& cursor, const void* member, int id, const QelWireField&) {
+        const auto mask = static_cast<unsigned>(*static_cast<const Mask*>(member));
+        if (id != 0)
+            cursor.newChild(id);
+        for (const QelWireBit& each : wireBits<bits...>)
+            if ((mask & each.bit) != 0)
+                cursor.putChild(each.id);
+        if (id != 0)
+            cursor.seekUp();
+        return 0;
+    },
+    [](const void* member) { return *static_cast<const Mask*>(member) != 0; },
+    wireBits<bits...>};
 
 /// A base's functors are called directly: they neither stamp the element again nor clear the namespace.
 template <class Base>
@@ -179,6 +216,24 @@ template <class Record> struct WireWords {
         static_assert(std::is_same_v<Member<member>, bool>,
                       "flag<> is for bool members: the presence of the element is the value");
         return row<member>(id, 0, optional, ifSet, plain, &Internal::presenceCodec);
+    }
+    /// A bit mask of 32 bits: each bit is told by the presence of an empty element, directly in the record's element.
+    /// Neither reading nor writing fails.
+    template <auto member, QelWireBit... known> static constexpr QelWireField bits() {
+        static_assert(std::is_integral_v<Member<member>> && sizeof(Member<member>) == sizeof(unsigned) &&
+                          sizeof...(known) > 0,
+                      "bits<> is for int and unsigned members, and takes the bits that it knows");
+        return row<member>(0, Internal::wireBits<known...>[0].id, optional, ifSet, plain,
+                           &Internal::bitsCodec<Member<member>, known...>);
+    }
+    /// The same in an element `wrapper` of its own.
+    template <auto member, QelWireBit... known>
+    static constexpr QelWireField wrappedBits(int wrapper, QelWireWrite write) {
+        QelWireField made = bits<member, known...>();
+        made.id = wrapper;
+        made.item = 0;
+        made.write = write;
+        return made;
     }
     /// A run of elements `item` directly in the record's element.
     template <auto member> static constexpr QelWireField list(int item, QelWireRead read, QelWireForm form = plain) {

@@ -9,7 +9,7 @@ template <> struct Wire<QelMailTemplate> : WireWords<QelMailTemplate> {
     static constexpr QelWireField fields[] = {
         field<&QelMailTemplate::name>(1026, required, always),
         field<&QelMailTemplate::text1328>(1328, required, always, base64),
-        flag<&QelMailTemplate::flag1607>(1607).sticky(),
+        flag<&QelMailTemplate::flag1607>(1607).kept(),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelMailTemplate>() {
@@ -29,8 +29,8 @@ template <> const QelWireLayout& qelWireLayout<QelMailerAccount>() {
 template <> struct Wire<QelMailerConfig> : WireWords<QelMailerConfig> {
     static constexpr int enabledElement = 2150, accountsElement = 2151;
     static constexpr QelWireField accounts[] = {
-        field<&QelMailerConfig::account2152>(2152, optional, ifSet).sticky(),
-        field<&QelMailerConfig::account1044>(1044, optional, ifSet).sticky(),
+        field<&QelMailerConfig::account2152>(2152, optional, ifSet).kept(),
+        field<&QelMailerConfig::account1044>(1044, optional, ifSet).kept(),
     };
     static constexpr QelWireField fields[] = {
         field<&QelMailerConfig::enabled2150>(enabledElement, required, always),

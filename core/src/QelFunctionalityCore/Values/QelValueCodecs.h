@@ -48,13 +48,13 @@ template <> struct QelWireValue<QelIPv6> : Internal::WireTextByFunctors<QelIPv6>
     static bool isSet(const QelIPv6& value) { return !value.isAny(); }
 };
 
-/// Specified exactly when the read succeeded; in a sticky row, left as it was when it failed.
+/// Specified exactly when the read succeeded; in a row that keeps what is set, left as it was when it failed.
 template <class T> struct QelWireValue<QelOptionalProperty<T>> : QelWireValue<T> {
     using Specified = T;
     static int read(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id,
                     const QelWireField& field) {
         const int result = QelWireValue<T>::read(cursor, property.get(), id, field);
-        if (result == 0 || !field.isSticky)
+        if (result == 0 || !field.keepsSet)
             property.specify(result == 0);
         return result;
     }
