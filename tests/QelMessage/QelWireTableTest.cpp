@@ -53,6 +53,16 @@ struct Whole : Part {
     using writer_type = Writer;
 };
 
+/// Fields that bits of a mask tell to be set.
+struct Masked {
+    std::string name;
+    int number = 0;
+    unsigned mask = 0;
+
+    using reader_type = QelRecordReader<Masked>;
+    using writer_type = QelRecordWriter<Masked>;
+};
+
 /// Fields read in another order than they are written.
 struct Reordered {
     int first = 0;
@@ -158,6 +168,16 @@ template <> struct Wire<Whole> : WireWords<Whole> {
 };
 template <> const QelWireLayout& qelWireLayout<Whole>() {
     return wireLayoutOf<Whole>;
+}
+
+template <> struct Wire<Masked> : WireWords<Masked> {
+    static constexpr QelWireField fields[] = {
+        marked<&Masked::name, &Masked::mask>(1026, 1, required, always),
+        marked<&Masked::number, &Masked::mask>(1010, 4, ignored, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Masked>() {
+    return wireLayoutOf<Masked>;
 }
 
 template <> struct Wire<Reordered> : WireWords<Reordered> {
@@ -603,6 +623,39 @@ TEST_F(QelWireMaskTest, AKeptMaskOrFlagIsOnlyAddedTo) {
     message->seekUp();
     EXPECT_EQ(read(masks), 0);
     EXPECT_EQ(masks.added, 5);
+}
+
+TEST_F(QelWireTableTest, AMarkedFieldIsWrittenWhenItsBitIsSet) {
+    Masked masked;
+    masked.number = 7;
+    ASSERT_EQ(message->putObj(masked, 0), 0);
+    EXPECT_EQ(message->seekPresence(1026), 0) << "the name is written always";
+    EXPECT_NE(message->seekPresence(1010), 0);
+    masked.mask = 4 | 8;
+    ASSERT_EQ(message->putObj(masked, 1007), 0);
+    ASSERT_EQ(message->seek(1007), 0);
+    EXPECT_EQ(childValue(*message, 1010), "7");
+}
+
+TEST_F(QelWireTableTest, ReadingAMarkedFieldSetsItsBitAndNoOther) {
+    message->putValue("n", 1026);
+    message->putValue(0, 1010);
+    Masked masked;
+    masked.mask = 8;
+    ASSERT_EQ(message->getObj(masked, 0), 0);
+    EXPECT_EQ(masked.mask, 1U | 4U | 8U);
+}
+
+TEST_F(QelWireTableTest, AMarkedFieldThatCanNotBeReadLeavesItsBit) {
+    message->putValue("n", 1026);
+    message->putValue("none", 1010);
+    Masked masked;
+    ASSERT_EQ(message->getObj(masked, 0), 0);
+    EXPECT_EQ(masked.mask, 1U);
+    message->deleteChild(1026);
+    masked.mask = 0;
+    EXPECT_EQ(message->getObj(masked, 0), -1);
+    EXPECT_EQ(masked.mask, 0U);
 }
 
 TEST(QelWireLayoutTest, TellsNamesKindsAndElements) {

@@ -14,6 +14,7 @@
 
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
+#include "QelFunctionalityCore/Files/QelFileType.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelWireLayout.h"
@@ -96,7 +97,7 @@ private:
 
     void putField(QelMessageIterator& cursor, const QelWireLayout& layout, const QelWireField& field) {
         const QelWireCodec& codec = *field.codec;
-        const std::pair key(std::string(layout.typeName), field.id);
+        const std::pair key(std::string(layout.typeName), field.ownID());
         if (const auto byHand = m_fields.find(key); byHand != m_fields.end()) {
             byHand->second(cursor);
             return;
@@ -278,6 +279,34 @@ private:
         cursor.putValue(static_cast<int>(below(1000)), 1018);
     }
 
+    /// Down to a few levels only: folders with as many folders again would go on for ever.
+    void putChildFiles(QelMessageIterator& cursor) {
+        constexpr unsigned levels = 3;
+        if (++m_fileDepth <= levels)
+            for (unsigned left = below(3); left > 0; --left)
+                inChild(1161, [this](QelMessageIterator& child) {
+                    fill(child, "QelFileType", &qelWireLayout<QelFileType>());
+                })(cursor);
+        --m_fileDepth;
+    }
+
+    /// One of the three forms; the second number of the range stands behind the first.
+    Fill owner(int name, int id, int rangeFrom) {
+        return [this, name, id, rangeFrom](QelMessageIterator& cursor) {
+            switch (below(3)) {
+            case 0:
+                cursor.putValue(text(), name);
+                break;
+            case 1:
+                number(id)(cursor);
+                break;
+            default:
+                number(rangeFrom)(cursor);
+                number(rangeFrom + 1)(cursor);
+            }
+        };
+    }
+
     Fill number(int id) {
         return [this, id](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(2000)), id); };
     }
@@ -289,6 +318,7 @@ private:
     }
 
     std::mt19937 m_random;
+    unsigned m_fileDepth = 0;
 
     /// Records without a table, by their class.
     std::map<std::string, Fill> m_byHand{
@@ -311,6 +341,17 @@ private:
         {"QelSID",
          [](QelMessageIterator& cursor) {
              cursor.putValueBase64(std::string("\1\1\0\0\0\0\0\5\7\0\0\0", 12), 0); // S-1-5-7
+         }},
+        {"QelFilerOptions",
+         [this](QelMessageIterator& cursor) {
+             for (const int flag : {1152, 1151, 1140, 1170, 1174})
+                 if (below(2) == 0)
+                     cursor.putChild(flag);
+             if (below(2) == 0)
+                 inChild(1138, [this](QelMessageIterator& wrapper) {
+                     if (below(2) == 0)
+                         wrapper.putChild(1139);
+                 })(cursor);
          }},
         {"QelEIDList",
          [this](QelMessageIterator& cursor) {
@@ -370,6 +411,11 @@ private:
          }},
         {{"QelSchedulerTrigger", 1063}, time(1063)},
         {{"QelSchedulerTrigger", 1064}, time(1064)},
+        {{"QelFileFilter", 0}, [](QelMessageIterator&) {}}, // no element: the mask is told by what is there
+        {{"QelFileFilter", 1025}, owner(1025, 1030, 1142)},
+        {{"QelFileFilter", 1029}, owner(1029, 1027, 1144)},
+        {{"QelFileType", 0}, [](QelMessageIterator&) {}},
+        {{"QelFileType", 1161}, [this](QelMessageIterator& cursor) { putChildFiles(cursor); }},
         {{"QelUserCredentials", 1030}, number(1030)},
         {{"QelUserCredentials", 1027}, inChild(1027, number(1030))},
         {{"QelEnv", 1870}, inChild(1870, identifier())},

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "QelMessage/QelMessage.h"
 #include "QelMessage/QelMessageIterator.h"
@@ -78,6 +79,18 @@ private:
     std::string value = "(none)";
     static_cast<void>(cursor.getValue(value, id));
     return value;
+}
+
+/// The IDs of the children, in their order; 0 for a child whose name has none.
+[[nodiscard]] inline std::vector<int> childIDs(const QelMessageIterator& cursor) {
+    std::vector<int> ids;
+    if (cursor.firstChild() != 0)
+        return ids;
+    do
+        ids.push_back(cursor.curID());
+    while (cursor.nextSibling() == 0);
+    cursor.seekUp();
+    return ids;
 }
 
 } // namespace Qel::TestSupport

@@ -7,6 +7,7 @@
 namespace {
 
 using Qel::Tool::EndsWhenInterrupted;
+using Qel::Tool::NotesInterruption;
 using Qel::Tool::SignalGuard;
 
 TEST(SignalGuardDeathTest, ASignalTakesEffectWhenTheGuardEnds) {
@@ -46,6 +47,25 @@ TEST(EndsWhenInterruptedDeathTest, AfterwardsSignalsAreWhatTheyWere) {
             std::raise(SIGTERM);
         },
         testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST(NotesInterruptionTest, AnInterruptionIsNotedAndForgottenByTheNext) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const NotesInterruption notes;
+        EXPECT_FALSE(NotesInterruption::isInterrupted());
+        std::raise(signal);
+        EXPECT_TRUE(NotesInterruption::isInterrupted());
+    }
+}
+
+TEST(NotesInterruptionDeathTest, ASecondInterruptionEndsTheProcess) {
+    EXPECT_EXIT(
+        {
+            const NotesInterruption notes;
+            std::raise(SIGINT);
+            std::raise(SIGINT);
+        },
+        testing::KilledBySignal(SIGINT), "");
 }
 
 } // namespace

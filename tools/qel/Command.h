@@ -46,6 +46,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup envCommands();
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
+[[nodiscard]] CommandGroup fileCommands();
 [[nodiscard]] CommandGroup hostCommands();
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup recordCommands();

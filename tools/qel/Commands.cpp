@@ -5,8 +5,8 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{envCommands(),     cacheCommands(),  configCommands(),  hostCommands(),
-                                   messageCommands(), recordCommands(), scheduleCommands()};
+    static const std::array groups{envCommands(),  cacheCommands(),   configCommands(), fileCommands(),
+                                   hostCommands(), messageCommands(), recordCommands(), scheduleCommands()};
     return groups;
 }
 

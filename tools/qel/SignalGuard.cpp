@@ -32,16 +32,33 @@ bool SignalGuard::waitFor(std::chrono::nanoseconds time) const {
     return signal > 0;
 }
 
-EndsWhenInterrupted::EndsWhenInterrupted() : m_before() {
-    struct sigaction end {};
-    end.sa_handler = [](int) { _exit(EXIT_SUCCESS); };
+InterruptionAction::InterruptionAction(void (*handler)(int), int flags) : m_before() {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    action.sa_flags = flags;
     for (std::size_t i = 0; i < signals.size(); ++i)
-        sigaction(signals[i], &end, &m_before[i]);
+        sigaction(signals[i], &action, &m_before[i]);
 }
 
-EndsWhenInterrupted::~EndsWhenInterrupted() {
+InterruptionAction::~InterruptionAction() {
     for (std::size_t i = 0; i < signals.size(); ++i)
         sigaction(signals[i], &m_before[i], nullptr);
+}
+
+EndsWhenInterrupted::EndsWhenInterrupted() : InterruptionAction([](int) { _exit(EXIT_SUCCESS); }, 0) {}
+
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+} // namespace
+
+NotesInterruption::NotesInterruption() : InterruptionAction([](int) { interrupted = 1; }, SA_RESETHAND) {
+    interrupted = 0;
+}
+
+bool NotesInterruption::isInterrupted() {
+    return interrupted != 0;
 }
 
 } // namespace Qel::Tool

@@ -27,19 +27,37 @@ private:
     sigset_t m_before;
 };
 
-/// While it lives an interruption ends the process at once, with success: for what goes on until it is interrupted, and
-/// holds nothing but under a guard.
-class EndsWhenInterrupted {
+/// While it lives a signal that asks the process to end has another effect.
+class InterruptionAction {
 public:
-    EndsWhenInterrupted();
-    EndsWhenInterrupted(const EndsWhenInterrupted&) = delete;
-    EndsWhenInterrupted& operator=(const EndsWhenInterrupted&) = delete;
-    ~EndsWhenInterrupted();
+    InterruptionAction(const InterruptionAction&) = delete;
+    InterruptionAction& operator=(const InterruptionAction&) = delete;
+
+protected:
+    /// `flags` as of sigaction(2).
+    InterruptionAction(void (*handler)(int), int flags);
+    ~InterruptionAction();
 
 private:
     static constexpr std::array signals{SIGINT, SIGTERM, SIGHUP};
 
     std::array<struct sigaction, signals.size()> m_before;
+};
+
+/// While it lives an interruption ends the process at once, with success: for what goes on until it is interrupted, and
+/// holds nothing but under a guard.
+class EndsWhenInterrupted : InterruptionAction {
+public:
+    EndsWhenInterrupted();
+};
+
+/// While it lives an interruption is noted, and ends a call that waits; a second one of its kind ends the process.  One
+/// at a time: the note is the process's.
+class NotesInterruption : InterruptionAction {
+public:
+    NotesInterruption();
+
+    [[nodiscard]] static bool isInterrupted();
 };
 
 } // namespace Qel::Tool

@@ -23,6 +23,8 @@ int main(int argc, char** argv) {
     occupyClosedStreams();
     // A reader that went away shows as a failed write, like any other, and not as a death by signal.
     std::signal(SIGPIPE, SIG_IGN);
+    // And so does a file that grew to the limit of its size.
+    std::signal(SIGXFSZ, SIG_IGN);
     std::ios::sync_with_stdio(false);
     const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
     return static_cast<int>(Qel::Tool::runCommandLine(arguments, {std::cin, std::cout, std::cerr}));

@@ -1,12 +1,60 @@
 #include "QelCommon/InstanceFolders.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include <sys/stat.h>
+
+#include "QelCommon/ErrorMessage.h"
 
 namespace Qel {
 
-std::string QelInstanceFolders::etc() {
+namespace {
+
+std::string belowRoot(const std::string& path) {
     const char* root = std::getenv("QEL_ROOT");
-    return join(root ? root : "", "etc/qel");
+    return QelInstanceFolders::join(root ? root : "", path);
+}
+
+// A client tells its name itself, so it must not lead anywhere else.
+bool isLeaf(const std::string& name) {
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
+}
+
+int failToCreate(const std::string& directory, const std::string& reason) {
+    setErrorMessage("cannot create directory '%s': %s", directory.c_str(), reason.c_str());
+    return -1;
+}
+
+} // namespace
+
+std::string QelInstanceFolders::etc() {
+    return belowRoot("etc/qel");
+}
+
+int QelInstanceFolders::client::uploads(bool create, std::string& directory) const {
+    if (!isLeaf(m_name)) {
+        setErrorMessage("no directory can have the name of the client '%s'", m_name.c_str());
+        return -1;
+    }
+    const std::string parent = join(belowRoot("var/lib/qel/clients"), m_name);
+    const std::string uploads = join(parent, "uploads");
+    if (create) {
+        std::error_code error;
+        if (std::filesystem::create_directories(parent, error); error)
+            return failToCreate(parent, error.message());
+        if (mkdir(uploads.c_str(), S_IRWXU) != 0 && errno != EEXIST)
+            return failToCreate(uploads, std::strerror(errno));
+        if (!std::filesystem::is_directory(uploads, error))
+            return failToCreate(uploads, std::strerror(ENOTDIR));
+    }
+    directory = uploads;
+    return 0;
 }
 
 std::string QelInstanceFolders::join(const std::string& directory, const std::string& leaf) {

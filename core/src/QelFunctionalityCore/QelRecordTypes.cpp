@@ -9,6 +9,12 @@
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Files/QelFileFilter.h"
+#include "QelFunctionalityCore/Files/QelFileInfo.h"
+#include "QelFunctionalityCore/Files/QelFileType.h"
+#include "QelFunctionalityCore/Files/QelFilerOptions.h"
+#include "QelFunctionalityCore/Files/QelSecurityAttributes.h"
+#include "QelFunctionalityCore/Files/QelUGIDLimits.h"
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
 #include "QelFunctionalityCore/Host/QelCommonDevice.h"
 #include "QelFunctionalityCore/Host/QelDate.h"
@@ -22,6 +28,7 @@
 #include "QelFunctionalityCore/Host/QelNetwork.h"
 #include "QelFunctionalityCore/Host/QelPackage.h"
 #include "QelFunctionalityCore/Host/QelPackageListModificationData.h"
+#include "QelFunctionalityCore/Host/QelPackageManagerOptions.h"
 #include "QelFunctionalityCore/Host/QelProcessList.h"
 #include "QelFunctionalityCore/Host/QelProcessMExec.h"
 #include "QelFunctionalityCore/Host/QelSnapshot.h"
@@ -69,6 +76,7 @@ template <class Base> QelRecordType anyOf() {
         makeRecordType<boost::shared_ptr<Base>, AnyReader<Base>, QelWriterDerived<Base>>(layout.typeName);
     type.nsId = layout.nsId;
     type.typeId = layout.typeId;
+    type.record = &typeid(Base);
     return type;
 }
 
@@ -87,8 +95,11 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvSample>(),
         byTable<QelEnvStatus>(),
+        byTable<QelFileFilter>(),
+        byTable<QelFileInfo>(),
         byTable<QelFileListType>(),
         byTable<QelFileShare>(),
+        byTable<QelFileType>(),
         byTable<QelForwardDevice>(),
         byTable<QelForwardPoint>(),
         byTable<QelGroup>(),
@@ -114,6 +125,8 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelPackage>(),
         byTable<QelPackageLinux>(),
         byTable<QelPackageListModificationData>(),
+        byTable<QelPackageManagerListOptions>(),
+        byTable<QelPackageManagerOptions>(),
         byTable<QelProcessList>(),
         byTable<QelProcessMExecOutput>(),
         byTable<QelProcessMExecParams>(),
@@ -127,11 +140,13 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelSecurityAttributes>(),
         byTable<QelSnapshot>(),
         byTable<QelStats>(),
         byTable<QelSystemInfo>(),
         byTable<QelTimeZone>(),
         byTable<QelTopInfo>(),
+        byTable<QelUGIDLimits>(),
         byTable<QelUsageStats>(),
         byTable<QelUser>(),
         byTable<QelUserCredentials>(),
@@ -147,6 +162,7 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelEIDList>("QelEIDList"),
         makeRecordType<QelEnv>("QelEnv", &qelWireLayout<QelEnv>()),
         makeRecordType<QelEnvConfig>("QelEnvConfig", &qelWireLayout<QelEnvConfig>()),
+        makeRecordType<QelFilerOptions>("QelFilerOptions"),
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),

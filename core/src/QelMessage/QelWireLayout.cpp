@@ -42,8 +42,11 @@ bool isPresent(const QelWireField& field, const QelMessageIterator& cursor) {
 
 int readField(const QelWireLayout& layout, const QelWireField& field, void* record, const QelMessageIterator& cursor) {
     const unsigned toldBefore = failuresTold;
-    if (field.codec->read(cursor, field.member(record), field.id, field) == 0)
+    if (field.codec->read(cursor, field.member(record), field.id, field) == 0) {
+        if (field.mask)
+            *field.mask(record) |= field.bit;
         return 0;
+    }
     if (field.read == QelWireRead::ignored)
         return 0;
     const bool present = isPresent(field, cursor);
@@ -54,15 +57,18 @@ int readField(const QelWireLayout& layout, const QelWireField& field, void* reco
     return -1;
 }
 
-bool isWritten(const QelWireField& field, const void* member) {
+bool isWritten(const QelWireField& field, void* record, const void* member) {
     if (field.write == QelWireWrite::always)
         return true;
+    if (field.mask)
+        return (*field.mask(record) & field.bit) != 0;
     return field.test ? field.test(member) : field.codec->isSet(member);
 }
 
 int writeField(const QelWireLayout& layout, const QelWireField& field, const void* record, QelMessageIterator& cursor) {
-    const void* const member = field.member(const_cast<void*>(record));
-    if (!isWritten(field, member))
+    void* const whole = const_cast<void*>(record);
+    const void* const member = field.member(whole);
+    if (!isWritten(field, whole, member))
         return 0;
     const unsigned toldBefore = failuresTold;
     if (field.codec->write(cursor, member, field.id, field) == 0 || field.ignoresWriteFailure)

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace Qel {
 
@@ -56,6 +58,12 @@ struct QelWireBit {
     int id;
 };
 
+/// The classes of a family that elements of a field may hold, by the complex types that tell them.
+struct QelWireClasses {
+    std::vector<std::string> types; ///< as a cursor's curType() answers, in order
+    std::string byDefault;          ///< the one that is read from an element of another type or of none; empty: none
+};
+
 /// How the values of one type cross the wire.  `id` 0 is the current element, as everywhere.
 struct QelWireCodec {
     QelWireKind kind;
@@ -68,6 +76,7 @@ struct QelWireCodec {
     int (*write)(QelMessageIterator&, const void* member, int id, const QelWireField&);
     bool (*isSet)(const void* member);     ///< what QelWireWrite::ifSet asks
     std::span<const QelWireBit> bits = {}; ///< of a bit mask: in writing order
+    QelWireClasses (*classes)() = nullptr; ///< of a derived record
 };
 
 /// One row of a record's table.
@@ -80,9 +89,11 @@ struct QelWireField {
     QelWireForm form;
     const QelWireCodec* codec;
     void* (*member)(void* record);
-    bool (*test)(const void* member); ///< in place of the codec's isSet, if not null
-    bool ignoresWriteFailure = false; ///< the record is written on when this field could not be
-    bool needsItems = false;          ///< of a container: one without any items is malformed
+    bool (*test)(const void* member);          ///< in place of the codec's isSet, if not null
+    bool ignoresWriteFailure = false;          ///< the record is written on when this field could not be
+    bool needsItems = false;                   ///< of a container: one without any items is malformed
+    unsigned bit = 0;                          ///< of `mask`: whether the field is set; reading the field sets it
+    unsigned* (*mask)(void* record) = nullptr; ///< the record's mask, if one of its bits stands for the field
     bool keepsSet = false;    ///< of a flag, a bit mask or an optional: reading sets what it finds and clears nothing
     bool clearsFirst = false; ///< of a sequence: what was in it goes before it is read
 
@@ -111,6 +122,13 @@ struct QelWireField {
     [[nodiscard]] constexpr QelWireField cleared() const {
         QelWireField row = *this;
         row.clearsFirst = true;
+        return row;
+    }
+
+    /// The same row of a step, with the form of what it writes.
+    [[nodiscard]] constexpr QelWireField as(QelWireForm stepForm) const {
+        QelWireField row = *this;
+        row.form = stepForm;
         return row;
     }
 

@@ -211,6 +211,16 @@ template <class Record> struct WireWords {
         made.test = &Internal::testMember<Member<member>, predicate>;
         return made;
     }
+    /// A value or record in element `id`, whose `bit` in the record's member `mask` tells whether it is set.
+    template <auto member, auto mask>
+    static constexpr QelWireField marked(int id, unsigned bit, QelWireRead read, QelWireWrite write,
+                                         QelWireForm form = plain) {
+        static_assert(std::is_same_v<Member<mask>, unsigned>, "marked<> takes its bits from an unsigned mask");
+        QelWireField made = field<member>(id, read, write, form);
+        made.bit = bit;
+        made.mask = [](void* record) { return &(static_cast<Record*>(record)->*mask); };
+        return made;
+    }
     /// A bool that the presence of the empty element `id` tells.
     template <auto member> static constexpr QelWireField flag(int id) {
         static_assert(std::is_same_v<Member<member>, bool>,

@@ -254,6 +254,16 @@ template <class Base, bool useDefault> struct WireDerivedValue {
         return value ? cursor.putObject(value, QelWriterDerived<Base>(), id) : -1;
     }
     static bool isSet(const boost::shared_ptr<Base>& value) { return value != nullptr; }
+    static QelWireClasses classes() {
+        using Registry = QelDerivedParserFactory<Base>;
+        QelWireClasses found;
+        for (const auto& [type, factory] : Registry::factories()) {
+            found.types.push_back(type);
+            if (useDefault && factory == Registry::defaultFactory())
+                found.byDefault = type;
+        }
+        return found;
+    }
 };
 
 } // namespace Internal
@@ -351,6 +361,8 @@ template <class T, class Value> constexpr QelWireCodec makeWireCodec() {
         codec.key = &qelWireCodec<typename Value::Key>;
     if constexpr (requires { typename Value::Item; })
         codec.item = &qelWireCodec<typename Value::Item, typename Value::ItemValue>;
+    if constexpr (requires { Value::classes(); })
+        codec.classes = &Value::classes;
     codec.isOptional = !std::is_same_v<Content, T>;
     codec.read = [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
         return Value::read(cursor, *static_cast<T*>(member), id, field);

@@ -22,18 +22,6 @@ inline QelStringOptionalProperty given(const char* value) {
     return given(std::string(value));
 }
 
-/// The IDs of the children, in their order; 0 for a child whose name has none.
-inline std::vector<int> childIDs(const QelMessageIterator& cursor) {
-    std::vector<int> ids;
-    if (cursor.firstChild() != 0)
-        return ids;
-    do
-        ids.push_back(cursor.curID());
-    while (cursor.nextSibling() == 0);
-    cursor.seekUp();
-    return ids;
-}
-
 /// What a getter of a text gives: the value, "(unspecified)", or "(fails)".
 inline std::string textBy(const QelEnvConfig& config, int (QelEnvConfig::*get)(QelStringOptionalProperty&) const) {
     QelStringOptionalProperty property;

@@ -2,11 +2,12 @@
 
 #include <gmock/gmock.h>
 
-#include "../TestTree.h"
+#include "FilesTestSupport.h"
 
 namespace Qel {
 namespace {
 
+using namespace Qel::TestSupport;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -15,16 +16,6 @@ constexpr int uid = 1030;
 constexpr int group = 1029;
 constexpr int gid = 1027;
 constexpr int flags = 1176;
-
-void write(const TestTree& tree, const QelUserCredentials& credentials) {
-    EXPECT_EQ(tree->putObj(credentials, 0), 0);
-}
-
-QelUserCredentials readFrom(const TestTree& tree) {
-    QelUserCredentials credentials;
-    EXPECT_EQ(tree->getObj(credentials, 0), 0);
-    return credentials;
-}
 
 void putNestedGid(const TestTree& tree, const std::string& number) {
     tree->newChild(gid);
@@ -37,7 +28,7 @@ TEST(QelUserCredentialsTest, ANameGoesBeforeANumber) {
     credentials.name = "anna";
     credentials.uid = 1000;
     const TestTree tree;
-    write(tree, credentials);
+    writeTo(tree, credentials);
     EXPECT_EQ(valueOf(*tree, name), "anna");
     EXPECT_EQ(countOf(*tree, uid), 0);
 }
@@ -46,24 +37,24 @@ TEST(QelUserCredentialsTest, WithoutANameTheNumberIsWritten) {
     QelUserCredentials credentials;
     credentials.uid = 0;
     const TestTree tree;
-    write(tree, credentials);
+    writeTo(tree, credentials);
     EXPECT_EQ(countOf(*tree, name), 0);
     EXPECT_EQ(valueOf(*tree, uid), "0");
-    EXPECT_EQ(readFrom(tree).uid, 0U);
+    EXPECT_EQ(readFrom<QelUserCredentials>(tree).uid, 0U);
 }
 
 TEST(QelUserCredentialsTest, NumbersAboveTheSignedOnesComeBack) {
     QelUserCredentials credentials;
     credentials.uid = 0xFFFFFFFE;
     const TestTree tree;
-    write(tree, credentials);
+    writeTo(tree, credentials);
     EXPECT_EQ(valueOf(*tree, uid), "-2");
-    EXPECT_EQ(readFrom(tree).uid, 0xFFFFFFFE);
+    EXPECT_EQ(readFrom<QelUserCredentials>(tree).uid, 0xFFFFFFFE);
 }
 
 TEST(QelUserCredentialsTest, EmptyOnesAreNothingButTheirFlags) {
     const TestTree tree;
-    write(tree, QelUserCredentials());
+    writeTo(tree, QelUserCredentials());
     EXPECT_EQ(countOf(*tree), 1);
     EXPECT_EQ(valueOf(*tree, flags), "0");
 }
@@ -72,7 +63,7 @@ TEST(QelUserCredentialsTest, ANumberIsNotReadBesideAName) {
     const TestTree tree;
     tree->putValue(std::string("anna"), name);
     tree->putValue(7, uid);
-    const QelUserCredentials credentials = readFrom(tree);
+    const QelUserCredentials credentials = readFrom<QelUserCredentials>(tree);
     EXPECT_EQ(credentials.name, "anna");
     EXPECT_EQ(credentials.uid, QelUserCredentials::noUid);
 }
@@ -94,11 +85,11 @@ TEST(QelUserCredentialsTest, NamesOfGroupsGoBeforeTheirNumbers) {
     credentials.groups = {"wheel", "disk"};
     credentials.gids = {6, 10};
     const TestTree tree;
-    write(tree, credentials);
+    writeTo(tree, credentials);
     EXPECT_EQ(countOf(*tree, group), 2);
     EXPECT_EQ(countOf(*tree, gid), 0);
     putNestedGid(tree, "6");
-    const QelUserCredentials read = readFrom(tree);
+    const QelUserCredentials read = readFrom<QelUserCredentials>(tree);
     EXPECT_THAT(read.groups, ElementsAre("wheel", "disk"));
     EXPECT_THAT(read.gids, IsEmpty());
 }
@@ -107,17 +98,17 @@ TEST(QelUserCredentialsTest, NumbersOfGroupsAreWrittenOnTheItem) {
     QelUserCredentials credentials;
     credentials.gids = {6, 10};
     const TestTree tree;
-    write(tree, credentials);
+    writeTo(tree, credentials);
     EXPECT_EQ(countOf(*tree, gid), 2);
     EXPECT_EQ(valueOf(*tree, gid), "6");
-    EXPECT_THAT(readFrom(tree).gids, IsEmpty());
+    EXPECT_THAT(readFrom<QelUserCredentials>(tree).gids, IsEmpty());
 }
 
 TEST(QelUserCredentialsTest, NumbersOfGroupsAreReadFromWithinTheItem) {
     const TestTree tree;
     putNestedGid(tree, "6");
     putNestedGid(tree, "10");
-    EXPECT_THAT(readFrom(tree).gids, ElementsAre(6, 10));
+    EXPECT_THAT(readFrom<QelUserCredentials>(tree).gids, ElementsAre(6, 10));
 }
 
 TEST(QelUserCredentialsTest, TheFirstUnreadableGroupEndsTheListAndNotTheRecord) {
@@ -126,14 +117,14 @@ TEST(QelUserCredentialsTest, TheFirstUnreadableGroupEndsTheListAndNotTheRecord) 
     putNestedGid(tree, "six");
     putNestedGid(tree, "10");
     tree->putValue(3, flags);
-    const QelUserCredentials read = readFrom(tree);
+    const QelUserCredentials read = readFrom<QelUserCredentials>(tree);
     EXPECT_THAT(read.gids, ElementsAre(6));
     EXPECT_EQ(read.flags, 3);
 }
 
 TEST(QelUserCredentialsTest, AnEmptyElementIsReadAsNobody) {
     const TestTree tree;
-    const QelUserCredentials credentials = readFrom(tree);
+    const QelUserCredentials credentials = readFrom<QelUserCredentials>(tree);
     EXPECT_EQ(credentials.name, "");
     EXPECT_EQ(credentials.uid, QelUserCredentials::noUid);
     EXPECT_EQ(credentials.flags, 0);

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "QelFunctionalityCore/Environment/EnvTestSupport.h"
+#include "support/TestMessage.h"
 
 namespace Qel {
 namespace {

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "QelCommon/ErrorMessage.h"
-#include "QelFunctionalityCore/Environment/EnvTestSupport.h"
+#include "support/TestMessage.h"
 
 namespace Qel {
 namespace {

@@ -1,5 +1,6 @@
 #include "QelFunctionalityCore/Host/QelPackage.h"
 
+#include "QelFunctionalityCore/Files/QelFilePathReader.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -11,6 +12,16 @@ QelDerivedParserFactoryT<QelPackageRpm, QelPackage> factoryQelPackageRpm(false);
 QelDerivedParserFactoryT<QelPackageDeb, QelPackage> factoryQelPackageDeb(false);
 
 namespace {
+
+constexpr int pathElement = 1156;
+
+int readFilePath(const QelMessageIterator& cursor, QelPackageLinux& package) {
+    return cursor.getObject(package.filePath, QelFilePathReader(), pathElement);
+}
+
+int writeFilePath(QelMessageIterator& cursor, const QelPackageLinux& package) {
+    return package.filePath.empty() ? 0 : cursor.putValueBase64(package.filePath, pathElement);
+}
 
 bool hasDetailOrName(const QelOS& os) {
     return os.osDetail.isSpecified() || os.osName.isSpecified();
@@ -37,7 +48,7 @@ template <> struct Wire<QelPackageLinux> : WireWords<QelPackageLinux> {
     static constexpr int nsId = 302, typeId = 272;
     static constexpr QelWireField fields[] = {
         base<QelPackage>(),
-        field<&QelPackageLinux::filePath>(1156, optional, ifSet, base64),
+        step<&readFilePath, &writeFilePath, std::string>("filePath", pathElement, optional, ifSet).as(base64),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelPackageLinux>() {
@@ -45,7 +56,7 @@ template <> const QelWireLayout& qelWireLayout<QelPackageLinux>() {
 }
 
 template <> struct Wire<QelInstallationPackage> : WireWords<QelInstallationPackage> {
-    static constexpr int packageElement = 1295, pathElement = 1156;
+    static constexpr int packageElement = 1295;
     static constexpr QelWireField fields[] = {
         derived<&QelInstallationPackage::package, true>(packageElement, ignored, ifSet),
         field<&QelInstallationPackage::path>(pathElement, required, ifSet, base64),
@@ -56,10 +67,10 @@ template <> const QelWireLayout& qelWireLayout<QelInstallationPackage>() {
 }
 
 int QelInstallationPackage::Reader::operator()(const QelMessageIterator& cursor, QelInstallationPackage& record) const {
-    using Elements = Wire<QelInstallationPackage>;
-    if (cursor.getObject(record.package, QelReaderDerived<QelPackage>(true), Elements::packageElement) == 0)
+    if (cursor.getObject(record.package, QelReaderDerived<QelPackage>(true),
+                         Wire<QelInstallationPackage>::packageElement) == 0)
         return 0;
-    return cursor.getValueBase64(record.path, Elements::pathElement);
+    return cursor.getObject(record.path, QelFilePathReader(), pathElement);
 }
 
 } // namespace Qel

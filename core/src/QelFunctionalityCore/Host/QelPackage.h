@@ -30,7 +30,7 @@ struct QelPackage {
 
 /// A package of a Linux distribution.
 struct QelPackageLinux : QelPackage {
-    std::string filePath; ///< of the package's file, on the host that receives the record
+    std::string filePath; ///< of the package's file, as QelFilePathReader takes it
 
     using Reader = QelRecordReader<QelPackageLinux>;
     using Writer = QelRecordWriter<QelPackageLinux>;
@@ -57,7 +57,7 @@ using QelPackageList = std::vector<boost::shared_ptr<QelPackage>>;
 /// A package to install, or the path of one.  Whoever tells both is taken by the package.
 struct QelInstallationPackage {
     boost::shared_ptr<QelPackage> package;
-    std::string path;
+    std::string path; ///< as QelFilePathReader takes it
 
     /// 0 with a package; the path is read only where none is, and then its result is the record's.
     struct Reader {

@@ -1,0 +1,77 @@
+#include "QelFunctionalityCore/Files/QelFileType.h"
+
+#include "QelFunctionalityCore/Files/PresenceBits.h"
+#include "QelFunctionalityCore/Files/ValidMaskStep.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+using File = QelFileType;
+
+constexpr int typeElement = 1007;
+constexpr int nameElement = 1026;
+constexpr int modeElement = 1135;
+constexpr int ownerNameElement = 1025;
+constexpr int uidElement = 1030;
+constexpr int groupNameElement = 1029;
+constexpr int gidElement = 1027;
+constexpr int sizeElement = 1024;
+constexpr int mtimeElement = 1023;
+constexpr int linksElement = 1136;
+constexpr int linkTargetElement = 1137;
+constexpr int extraElement = 1798;
+
+constexpr PresenceBit attributes[] = {
+    {File::validType, typeElement},
+    {File::validName, nameElement},
+    {File::validMode, modeElement},
+    {File::validOwnerName, ownerNameElement},
+    {File::validUid, uidElement},
+    {File::validGroupName, groupNameElement},
+    {File::validGid, gidElement},
+    {File::validSize, sizeElement},
+    {File::validTime, mtimeElement},
+    {File::validLinks, linksElement},
+    {File::validLinkTarget, linkTargetElement},
+    {File::validExtra, extraElement},
+};
+
+} // namespace
+
+template <> struct Wire<QelFileType> : WireWords<QelFileType> {
+    static constexpr auto mask = &File::validMask;
+    static constexpr QelWireField fields[] = {
+        marked<&File::name, mask>(nameElement, File::validName, required, always, base64),
+        list<&File::children>(1161, optional),
+        step<&Internal::clearValidMask<File>, &Internal::leaveValidMask<File>>("validMask", 0, required),
+        marked<&File::type, mask>(typeElement, File::validType, ignored, ifSet).unchecked(),
+        marked<&File::mode, mask>(modeElement, File::validMode, ignored, ifSet).unchecked(),
+        marked<&File::ownerName, mask>(ownerNameElement, File::validOwnerName, ignored, ifSet).unchecked(),
+        marked<&File::groupName, mask>(groupNameElement, File::validGroupName, ignored, ifSet).unchecked(),
+        marked<&File::uid, mask>(uidElement, File::validUid, ignored, ifSet).unchecked(),
+        marked<&File::gid, mask>(gidElement, File::validGid, ignored, ifSet).unchecked(),
+        marked<&File::links, mask>(linksElement, File::validLinks, ignored, ifSet).unchecked(),
+        marked<&File::linkTarget, mask>(linkTargetElement, File::validLinkTarget, ignored, ifSet, base64).unchecked(),
+        marked<&File::extra, mask>(extraElement, File::validExtra, ignored, ifSet).unchecked(),
+        marked<&File::size, mask>(sizeElement, File::validSize, ignored, ifSet).unchecked(),
+        marked<&File::mtime, mask>(mtimeElement, File::validTime, ignored, ifSet, time).unchecked(),
+        list<&File::values>(1087, ignored).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelFileType>() {
+    return wireLayoutOf<QelFileType>;
+}
+
+int QelReaderFileTypeMask(const QelMessageIterator& cursor, unsigned& mask) {
+    mask = readPresenceBits(cursor, attributes);
+    return 0;
+}
+
+int QelWriterFileTypeMask(QelMessageIterator& cursor, unsigned mask) {
+    writePresenceBits(cursor, mask, attributes);
+    return 0;
+}
+
+} // namespace Qel

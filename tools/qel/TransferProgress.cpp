@@ -1,0 +1,90 @@
+#include "qel/TransferProgress.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <ostream>
+
+namespace Qel::Tool {
+
+namespace {
+
+constexpr auto interval = std::chrono::milliseconds(100);
+
+template <class... Values> std::string format(const char* pattern, Values... values) {
+    std::array<char, 80> text{};
+    std::snprintf(text.data(), text.size(), pattern, values...);
+    return text.data();
+}
+
+/// "1:05" or "2:00:05".
+std::string describeTime(double seconds) {
+    constexpr double longest = 359'999; // 99:59:59
+    const auto all = static_cast<long>(std::min(std::ceil(seconds), longest));
+    const long hours = all / 3600;
+    const long minutes = all / 60 % 60;
+    return hours > 0 ? format("%ld:%02ld:%02ld", hours, minutes, all % 60) : format("%ld:%02ld", minutes, all % 60);
+}
+
+std::string bar(double share, std::size_t inner) {
+    const auto filled = static_cast<std::size_t>(share * static_cast<double>(inner));
+    return '[' + std::string(filled, '=') + std::string(inner - filled, ' ') + "] ";
+}
+
+} // namespace
+
+std::string describeBytes(double bytes) {
+    static constexpr std::array units{"B", "KiB", "MiB", "GiB", "TiB", "PiB", "EiB"};
+    std::size_t unit = 0;
+    // What would be printed as 1024.0 is 1.0 of the next unit.
+    for (; bytes >= 1023.95 && unit + 1 < units.size(); ++unit)
+        bytes /= 1024;
+    return format(unit == 0 ? "%.0f %s" : "%.1f %s", bytes, units[unit]);
+}
+
+std::string progressLine(long long moved, long long total, std::chrono::duration<double> elapsed, std::size_t width) {
+    const double share = total > 0 ? static_cast<double>(moved) / static_cast<double>(total) : 1;
+    const double seconds = elapsed.count();
+    const double rate = seconds > 0 ? static_cast<double>(moved) / seconds : 0;
+    std::string text = format("%3d%%  ", static_cast<int>(share * 100)) + describeBytes(static_cast<double>(moved)) +
+                       " of " + describeBytes(static_cast<double>(total));
+    if (rate > 0)
+        text += "  " + describeBytes(rate) + "/s";
+    if (moved >= total)
+        text += "  " + describeTime(seconds);
+    else if (rate > 0)
+        text += "  " + describeTime(static_cast<double>(total - moved) / rate) + " left";
+
+    constexpr std::size_t frame = 3; // brackets and a blank
+    constexpr std::size_t shortestBar = 10;
+    constexpr std::size_t longestBar = 40;
+    if (width >= text.size() + frame + shortestBar)
+        text.insert(0, bar(share, std::min(width - text.size() - frame, longestBar)));
+    return text.substr(0, width);
+}
+
+TransferProgress::TransferProgress(std::ostream& out, long long total, std::size_t width)
+    : m_out(out), m_total(total), m_width(width) {}
+
+TransferProgress::~TransferProgress() {
+    draw(Clock::now());
+    m_out << std::endl;
+}
+
+void TransferProgress::show(long long moved, Clock::time_point now) {
+    m_moved = moved;
+    if (now < m_next)
+        return;
+    m_next = now + interval;
+    draw(now);
+}
+
+void TransferProgress::draw(Clock::time_point now) {
+    static constexpr const char* clearToEnd = "\x1B[K"; // ECMA-48, EL
+    // The last column stays free: some terminals begin the next line when it is filled.
+    m_out << '\r' << progressLine(m_moved, m_total, now - m_start, m_width > 0 ? m_width - 1 : 0) << clearToEnd
+          << std::flush;
+}
+
+} // namespace Qel::Tool
