@@ -54,7 +54,7 @@ template <> struct Wire<House> : WireWords<House> {
     };
     static constexpr QelWireField fields[] = {
         field<&House::street>(nameOf, required, always),
-        group<walls, 292>("outside", outside, required),
+        grouped<walls, 292>("outside", outside, required),
         list<&House::tenants>(tenant, optional).holding(nameOf),
         list<&House::pets>(pet, optional).holding(nameOf),
         list<&House::rooms>(room, optional).cleared(),

@@ -321,7 +321,7 @@ template <class Record> struct WireWords {
     /// Further rows of the record in an element of their own, which is always written.  `rows` is another array of the
     /// table, `nsID` the namespace of that element; 0 leaves it that of its surroundings.
     template <const auto& rows, int nsID = 0>
-    static constexpr QelWireField group(std::string_view name, int id, QelWireRead read) {
+    static constexpr QelWireField grouped(std::string_view name, int id, QelWireRead read) {
         static_assert(Internal::haveDistinctIDs(rows), "two rows of this group share one element ID");
         QelWireField made = whole(name, id, read, always);
         made.codec = &Internal::groupCodec<Record, rows, nsID>;

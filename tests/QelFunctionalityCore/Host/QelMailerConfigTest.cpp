@@ -65,9 +65,9 @@ class QelMailerConfigTest : public testing::Test {
 protected:
     [[nodiscard]] QelMessageIterator& cursor() const { return message.cursor(); }
     /// Writes at an element of its own, and comes back to the root.
-    void write(const QelMailerConfig& config) const {
+    void write(const QelMailerConfig& written) const {
         cursor().newChild(record);
-        EXPECT_EQ(cursor().putObj(config, 0), 0);
+        EXPECT_EQ(cursor().putObj(written, 0), 0);
         cursor().seekRoot();
         cursor().seek(record);
     }

@@ -34,7 +34,7 @@ template <> struct Wire<QelMailerConfig> : WireWords<QelMailerConfig> {
     };
     static constexpr QelWireField fields[] = {
         field<&QelMailerConfig::enabled2150>(enabledElement, required, always),
-        group<accounts>("accounts", accountsElement, optional),
+        grouped<accounts>("accounts", accountsElement, optional),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelMailerConfig>() {

@@ -25,7 +25,7 @@ template <> struct Wire<QelProcessMExecParams> : WireWords<QelProcessMExecParams
     static constexpr QelWireField fields[] = {
         list<&QelProcessMExecParams::args>(1390, optional, base64),
         list<&QelProcessMExecParams::env>(1391, optional, base64),
-        group<streams>("streams", 1395, optional),
+        grouped<streams>("streams", 1395, optional),
         field<&QelProcessMExecParams::credentials>(1158, optional, always),
     };
 };

@@ -13,8 +13,8 @@ template <> struct Wire<QelSystemInfo> : WireWords<QelSystemInfo> {
         field<&QelSystemInfo::f1051>(1051, required, always),
     };
     static constexpr QelWireField fields[] = {
-        field<&QelSystemInfo::arch>(1276, required, always),  field<&QelSystemInfo::os>(1277, required, always),
-        group<processors, 292>("processors", 1229, required), field<&QelSystemInfo::memory>(1078, required, always),
+        field<&QelSystemInfo::arch>(1276, required, always),    field<&QelSystemInfo::os>(1277, required, always),
+        grouped<processors, 292>("processors", 1229, required), field<&QelSystemInfo::memory>(1078, required, always),
         field<&QelSystemInfo::swap>(1079, required, always),
     };
 };

@@ -1,0 +1,489 @@
+#include "qel/RecordSchema.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+#include <sstream>
+#include <vector>
+
+#include <pugixml.hpp>
+
+#include "QelFunctionalityCore/QelRecordTypes.h"
+#include "QelMessage/QelNames.h"
+#include "QelMessage/QelWireLayout.h"
+#include "qel/RecordGraph.h"
+
+namespace Qel::Tool {
+
+namespace {
+
+using Node = pugi::xml_node;
+
+constexpr int noNamespace = 0;
+constexpr const char* instanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
+
+constexpr const char* anything = "any";            // any attributes, text and elements
+constexpr const char* anythingUntyped = "untyped"; // the same without a complex type
+
+/// Whether a step doesn't tell what stands in its element.
+bool isOpaque(const QelWireField& field) {
+    return field.codec->kind == QelWireKind::step && !field.codec->item;
+}
+
+/// The records that can be reached from some, and the namespaces in which their elements can stand.
+///
+/// A writer puts its elements into its own namespace, but behind a record within that has one into none; one without a
+/// namespace writes on in that of its surroundings.
+class Reachable {
+public:
+    explicit Reachable(const std::vector<RecordNode>& roots) {
+        for (const RecordNode& record : roots)
+            add(record, {noNamespace});
+    }
+
+    [[nodiscard]] const std::map<std::string, RecordNode>& records() const { return m_records; }
+    [[nodiscard]] const std::set<int>& namespacesOf(const std::string& record) const { return m_namespaces.at(record); }
+
+private:
+    void add(const RecordNode& record, std::set<int> around) {
+        if (record.nsId != noNamespace)
+            around.insert(record.nsId);
+        RecordNode& kept = m_records.emplace(record.name, record).first->second;
+        // The base of a family may be known without its table, as any of its classes, and with it.
+        const bool isNew = !m_namespaces.contains(record.name) || (record.layout && !kept.layout);
+        if (isNew)
+            kept = record;
+        std::set<int>& known = m_namespaces[record.name];
+        const std::size_t before = known.size();
+        known.insert(around.begin(), around.end());
+        if ((!isNew && known.size() == before) || !record.layout)
+            return;
+        const std::set<int> within = known; // the set may grow on the way
+        for (const QelWireField& field : record.layout->fields)
+            for (const RecordNode& inner : recordsIn(*field.codec))
+                add(inner, within);
+    }
+
+    std::map<std::string, RecordNode> m_records;
+    std::map<std::string, std::set<int>> m_namespaces;
+};
+
+// ----------------------------------------------------------------------------------------------- pieces of a schema
+
+Node append(Node parent, const char* element) {
+    return parent.append_child(element);
+}
+
+void appendRef(Node parent, const std::string& name) {
+    append(parent, "ref").append_attribute("name") = name.c_str();
+}
+
+/// A data type, with what its values are limited to.
+void appendData(Node parent, const char* type, std::initializer_list<std::pair<const char*, const char*>> limits = {}) {
+    Node data = append(parent, "data");
+    data.append_attribute("type") = type;
+    for (const auto& [name, value] : limits) {
+        Node limit = append(data, "param");
+        limit.append_attribute("name") = name;
+        limit.text() = value;
+    }
+}
+
+Node appendAttribute(Node parent, const char* name, const char* ns = "") {
+    Node attribute = append(parent, "attribute");
+    attribute.append_attribute("name") = name;
+    attribute.append_attribute("ns") = ns;
+    return attribute;
+}
+
+void appendType(Node parent, const RecordNode& record) {
+    append(appendAttribute(parent, "type", instanceNamespace), "value").text() = record.complexType().c_str();
+}
+
+/// A name class of one local name in some namespaces.
+void appendNames(Node parent, const std::string& name, const std::set<int>& namespaces) {
+    Node names = namespaces.size() == 1 ? parent : append(parent, "choice");
+    for (const int nsID : namespaces) {
+        Node each = append(names, "name");
+        each.append_attribute("ns") = nsID == noNamespace ? "" : ("urn:qel:" + QelNames::namespaceName(nsID)).c_str();
+        each.text() = name.c_str();
+    }
+}
+
+void appendText(Node parent, QelWireForm form) {
+    if (form == QelWireForm::base64) {
+        appendData(parent, "base64Binary");
+        return;
+    }
+    // A text that XML can't hold stands in base64, and says so.
+    append(appendAttribute(append(parent, "optional"), "encoding"), "value").text() = "base64";
+    append(parent, "text");
+}
+
+void appendTime(Node parent) {
+    Node choice = append(parent, "choice");
+    appendData(choice, "dateTime");
+    appendData(choice, "long");
+}
+
+void appendReal(Node parent) {
+    Node choice = append(parent, "choice");
+    appendData(choice, "double");
+    for (const char* const special : {"inf", "-inf", "nan"})
+        append(choice, "value").text() = special;
+}
+
+// No text is true.
+void appendBoolean(Node parent) {
+    Node choice = append(parent, "choice");
+    appendData(choice, "boolean");
+    append(choice, "empty");
+}
+
+// ------------------------------------------------------------------------------------------------------- the schema
+
+/// Writes the patterns of records: one for the content of each.
+class PatternWriter {
+public:
+    PatternWriter(Node grammar, const Reachable& reachable) : m_grammar(grammar), m_reachable(reachable) {}
+
+    void writeAll() {
+        for (const auto& [name, record] : m_reachable.records())
+            write(record);
+    }
+
+    /// What stands in an element that holds a record of just this class.
+    void appendRecord(Node element, const RecordNode& record) const {
+        if (!record.layout) {
+            appendByHand(element, record);
+            return;
+        }
+        if (const RecordNode stamp = stampOf(record); stamp.isTyped())
+            appendType(append(element, "optional"), stamp);
+        appendRef(element, record.name);
+    }
+
+    /// The same where the complex type must be told.
+    void appendTyped(Node parent, const RecordNode& record) const {
+        Node group = append(parent, "group");
+        appendType(group, record);
+        appendRef(group, record.layout ? record.name : anythingUntyped);
+    }
+
+private:
+    /// Identifiers are so many that they are worth a pattern of their own.
+    static void appendByHand(Node element, const RecordNode& record) {
+        if (record.name == "QelGUID" || record.name == "QelEID")
+            appendData(element, "token", {{"pattern", "[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}"}});
+        else
+            appendRef(element, anything);
+    }
+
+    /// The record whose type the element of this one bears: its own, or that of a record that stands on the same
+    /// element.
+    static RecordNode stampOf(const RecordNode& record) {
+        if (record.isTyped())
+            return record;
+        for (const QelWireField& field : record.layout->fields)
+            if (field.codec->kind == QelWireKind::record && field.id == 0)
+                return recordOf(*field.codec);
+        return record;
+    }
+
+    void write(const RecordNode& record) {
+        if (!record.layout)
+            return;
+        Node define = append(m_grammar, "define");
+        define.append_attribute("name") = record.name.c_str();
+        m_namespaces = &m_reachable.namespacesOf(record.name);
+        appendFields(define, record.layout->fields);
+    }
+
+    void appendFields(Node parent, std::span<const QelWireField> fields) {
+        if (std::any_of(fields.begin(), fields.end(), [](const auto& field) { return holdsAnything(field); })) {
+            appendRef(parent, anythingUntyped);
+            return;
+        }
+        Node interleave = append(parent, "interleave");
+        append(interleave, "empty");
+        for (const QelWireField& field : fields)
+            appendField(interleave, field);
+        if (std::any_of(fields.begin(), fields.end(), isOpaque))
+            appendOthers(interleave, fields);
+    }
+
+    /// Whether a field puts a record without a table on the record's own element.
+    static bool holdsAnything(const QelWireField& field) {
+        return field.ownID() == 0 &&
+               (field.codec->kind == QelWireKind::base || field.codec->kind == QelWireKind::record) &&
+               !recordOf(*field.codec).layout;
+    }
+
+    /// Elements that no field is known to use.
+    void appendOthers(Node parent, std::span<const QelWireField> fields) const {
+        Node element = append(append(parent, "zeroOrMore"), "element");
+        Node any = append(element, "anyName");
+        Node except; // must not be empty
+        for (const QelWireField& field : fields) {
+            if (isOpaque(field))
+                continue;
+            for (const int id : idsOf(field)) {
+                if (!except)
+                    except = append(any, "except");
+                appendNames(except, QelNames::elementName(id), allNamespaces());
+            }
+        }
+        appendRef(element, anything);
+    }
+
+    static std::set<int> allNamespaces() {
+        std::set<int> all{noNamespace};
+        for (const QelNames::Entry& entry : QelNames::namespaces())
+            all.insert(entry.id);
+        return all;
+    }
+
+    /// The elements that a field puts into its record's own.
+    static std::vector<int> idsOf(const QelWireField& field) {
+        std::vector<int> ids;
+        if (field.ownID() == 0) {
+            for (const QelWireField& inner : recordOf(*field.codec).layout->fields)
+                for (const int id : idsOf(inner))
+                    ids.push_back(id);
+        } else if (field.codec->kind == QelWireKind::bits && field.id == 0) {
+            for (const QelWireBit& bit : field.codec->bits)
+                ids.push_back(bit.id);
+        } else {
+            ids.push_back(field.ownID());
+        }
+        return ids;
+    }
+
+    void appendField(Node parent, const QelWireField& field) {
+        const QelWireCodec& codec = *field.codec;
+        switch (codec.kind) {
+        case QelWireKind::base:
+            appendRef(parent, recordOf(codec).name);
+            break;
+        case QelWireKind::group:
+            appendGroup(occurring(parent, field), field);
+            break;
+        case QelWireKind::bits:
+            appendBits(parent, field);
+            break;
+        case QelWireKind::sequence:
+        case QelWireKind::set:
+        case QelWireKind::map:
+            appendRun(parent, field);
+            break;
+        case QelWireKind::step:
+            appendStep(parent, field);
+            break;
+        default:
+            if (field.id == 0)
+                appendRef(parent, recordOf(codec).name);
+            else
+                appendContent(appendElement(occurring(parent, field), field.id, codec), codec, field.form);
+        }
+    }
+
+    void appendGroup(Node parent, const QelWireField& field) {
+        const QelWireLayout& layout = *field.codec->layout();
+        const std::set<int>* const around = m_namespaces;
+        std::set<int> within = *around;
+        within.insert(layout.nsId);
+        m_namespaces = &within;
+        appendFields(appendElement(parent, field.id, *field.codec), layout.fields);
+        m_namespaces = around;
+    }
+
+    /// What is required and always written must be there.
+    static Node occurring(Node parent, const QelWireField& field) {
+        const bool isNeeded = field.read == QelWireRead::required && field.write == QelWireWrite::always;
+        return isNeeded ? parent : append(parent, "optional");
+    }
+
+    static Node running(Node parent, bool isNeeded) { return append(parent, isNeeded ? "oneOrMore" : "zeroOrMore"); }
+
+    /// An element, in the namespaces of its surroundings and that of what it holds.
+    Node appendElement(Node parent, int id, const QelWireCodec& codec) const {
+        std::set<int> namespaces = *m_namespaces;
+        for (const RecordNode& record : recordsIn(codec))
+            if (const RecordNode stamp = record.layout ? stampOf(record) : record; stamp.nsId != noNamespace)
+                namespaces.insert(stamp.nsId);
+        Node element = append(parent, "element");
+        appendNames(element, QelNames::elementName(id), namespaces);
+        return element;
+    }
+
+    void appendBits(Node parent, const QelWireField& field) const {
+        Node holder = field.id == 0
+                          ? parent
+                          : append(appendElement(occurring(parent, field), field.id, *field.codec), "interleave");
+        for (const QelWireBit& bit : field.codec->bits)
+            append(appendElement(append(holder, "optional"), bit.id, *field.codec), "empty");
+    }
+
+    void appendRun(Node parent, const QelWireField& field) const {
+        Node holder = field.id == 0 ? parent : appendElement(occurring(parent, field), field.id, *field.codec);
+        const bool isNeeded = field.needsItems || (field.id == 0 && field.read == QelWireRead::required);
+        Node item = appendElement(running(holder, isNeeded), field.item, *field.codec);
+        if (field.codec->kind == QelWireKind::map) {
+            Node entry = append(item, "interleave");
+            appendContent(appendElement(entry, field.key, *field.codec->key), *field.codec->key, field.form);
+            appendValue(entry, field);
+        } else {
+            appendValue(item, field);
+        }
+    }
+
+    /// An item's value, in an element of its own or directly.
+    void appendValue(Node item, const QelWireField& field) const {
+        const QelWireCodec& value = *field.codec->item;
+        if (field.value != 0)
+            appendContent(appendElement(item, field.value, value), value, field.form);
+        else if (field.codec->kind == QelWireKind::map && value.kind == QelWireKind::record)
+            appendRef(item, recordOf(value).name);
+        else
+            appendContent(item, value, field.form);
+    }
+
+    void appendStep(Node parent, const QelWireField& field) const {
+        if (isOpaque(field))
+            return; // among the others
+        const QelWireCodec& content = *field.codec->item;
+        const bool isRun = content.kind == QelWireKind::sequence || content.kind == QelWireKind::set;
+        Node holder = isRun ? running(parent, false) : occurring(parent, field);
+        const QelWireCodec& each = isRun ? *content.item : content;
+        appendContent(appendElement(holder, field.id, each), each, field.form);
+    }
+
+    void appendContent(Node element, const QelWireCodec& codec, QelWireForm form) const {
+        switch (codec.kind) {
+        case QelWireKind::text:
+            appendText(element, form);
+            break;
+        case QelWireKind::integer: // signed and unsigned ones
+            appendData(element, "long", {{"minInclusive", "-2147483648"}, {"maxInclusive", "4294967295"}});
+            break;
+        case QelWireKind::longInteger:
+            if (form == QelWireForm::time)
+                appendTime(element);
+            else
+                appendData(element, "long");
+            break;
+        case QelWireKind::real:
+            appendReal(element);
+            break;
+        case QelWireKind::boolean:
+            appendBoolean(element);
+            break;
+        case QelWireKind::presence:
+            append(element, "empty");
+            break;
+        case QelWireKind::record:
+            appendRecord(element, recordOf(codec));
+            break;
+        case QelWireKind::derived:
+            appendDerived(element, codec.classes());
+            break;
+        default:
+            appendRef(element, anything);
+        }
+    }
+
+    void appendDerived(Node element, const QelWireClasses& classes) const {
+        Node choice = append(element, "choice");
+        append(choice, "notAllowed");
+        for (const RecordNode& record : recordsOf(classes)) {
+            appendTyped(choice, record);
+            if (record.complexType() == classes.byDefault)
+                appendRef(choice, record.layout ? record.name : anythingUntyped);
+        }
+    }
+
+    Node m_grammar;
+    const Reachable& m_reachable;
+    const std::set<int>* m_namespaces = nullptr; ///< of the record that is being written
+};
+
+/// Any content.  With a type among the attributes, or without.
+void writeAnything(Node grammar, const char* name, bool maybeTyped) {
+    Node define = append(grammar, "define");
+    define.append_attribute("name") = name;
+    Node choice = append(append(define, "zeroOrMore"), "choice");
+    Node names = append(append(choice, "attribute"), "anyName");
+    if (!maybeTyped) {
+        Node type = append(append(names, "except"), "name");
+        type.append_attribute("ns") = instanceNamespace;
+        type.text() = "type";
+    }
+    append(choice, "text");
+    Node element = append(choice, "element");
+    append(element, "anyName");
+    appendRef(element, anything);
+}
+
+/// The message element with its envelope.
+Node writeMessage(Node grammar) {
+    Node message = append(append(grammar, "start"), "element");
+    message.append_attribute("name") = "message";
+    message.append_attribute("ns") = "";
+    for (const char* const name : {"time", "request-id", "sender", "session", "origin", "subscriptions"})
+        appendAttribute(append(message, "optional"), name);
+    return message;
+}
+
+} // namespace
+
+std::string recordSchema(std::span<const SchemaElement> elements) {
+    std::vector<RecordNode> roots;
+    for (const SchemaElement& element : elements)
+        roots.push_back(recordOf(*element.type));
+    if (elements.empty())
+        for (const QelRecordType& type : recordTypes())
+            if (recordOf(type).isTyped())
+                roots.push_back(recordOf(type));
+
+    pugi::xml_document document;
+    Node grammar = append(document, "grammar");
+    grammar.append_attribute("xmlns") = "http://relaxng.org/ns/structure/1.0";
+    grammar.append_attribute("datatypeLibrary") = "http://www.w3.org/2001/XMLSchema-datatypes";
+    const Reachable reachable(roots);
+    PatternWriter patterns(grammar, reachable);
+
+    Node message = writeMessage(grammar);
+    Node choice = append(append(message, "zeroOrMore"), "choice");
+    for (const SchemaElement& element : elements) {
+        if (element.type->isWholeMessage) {
+            appendRef(choice, anything);
+            continue;
+        }
+        Node node = append(choice, "element");
+        const RecordNode record = recordOf(*element.type);
+        std::set<int> namespaces = reachable.namespacesOf(record.name);
+        if (element.name.empty())
+            append(node, "anyName");
+        else
+            appendNames(node, element.name, namespaces);
+        patterns.appendRecord(node, record);
+    }
+    if (elements.empty()) {
+        Node node = append(choice, "element");
+        append(node, "anyName");
+        Node contents = append(node, "choice");
+        for (const RecordNode& record : roots)
+            patterns.appendTyped(contents, record);
+        appendRef(contents, anythingUntyped);
+    }
+    patterns.writeAll();
+    writeAnything(grammar, anything, true);
+    writeAnything(grammar, anythingUntyped, false);
+
+    std::ostringstream text;
+    document.save(text, "  ", pugi::format_default, pugi::encoding_utf8);
+    return text.str();
+}
+
+} // namespace Qel::Tool
