@@ -1,30 +1,22 @@
 #include "qel/RecordSchema.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <set>
 #include <sstream>
 #include <vector>
 
-#include <pugixml.hpp>
-
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelMessage/QelNames.h"
 #include "QelMessage/QelWireLayout.h"
 #include "qel/RecordGraph.h"
+#include "qel/SchemaPieces.h"
 
 namespace Qel::Tool {
 
 namespace {
 
-using Node = pugi::xml_node;
-
-constexpr int noNamespace = 0;
-constexpr const char* instanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
-
-constexpr const char* anything = "any";            // any attributes, text and elements
-constexpr const char* anythingUntyped = "untyped"; // the same without a complex type
+using namespace Schema;
 
 /// Whether a step doesn't tell what stands in its element.
 bool isOpaque(const QelWireField& field) {
@@ -69,79 +61,9 @@ private:
     std::map<std::string, std::set<int>> m_namespaces;
 };
 
-// ----------------------------------------------------------------------------------------------- pieces of a schema
-
-Node append(Node parent, const char* element) {
-    return parent.append_child(element);
-}
-
-void appendRef(Node parent, const std::string& name) {
-    append(parent, "ref").append_attribute("name") = name.c_str();
-}
-
-/// A data type, with what its values are limited to.
-void appendData(Node parent, const char* type, std::initializer_list<std::pair<const char*, const char*>> limits = {}) {
-    Node data = append(parent, "data");
-    data.append_attribute("type") = type;
-    for (const auto& [name, value] : limits) {
-        Node limit = append(data, "param");
-        limit.append_attribute("name") = name;
-        limit.text() = value;
-    }
-}
-
-Node appendAttribute(Node parent, const char* name, const char* ns = "") {
-    Node attribute = append(parent, "attribute");
-    attribute.append_attribute("name") = name;
-    attribute.append_attribute("ns") = ns;
-    return attribute;
-}
-
 void appendType(Node parent, const RecordNode& record) {
     append(appendAttribute(parent, "type", instanceNamespace), "value").text() = record.complexType().c_str();
 }
-
-/// A name class of one local name in some namespaces.
-void appendNames(Node parent, const std::string& name, const std::set<int>& namespaces) {
-    Node names = namespaces.size() == 1 ? parent : append(parent, "choice");
-    for (const int nsID : namespaces) {
-        Node each = append(names, "name");
-        each.append_attribute("ns") = nsID == noNamespace ? "" : ("urn:qel:" + QelNames::namespaceName(nsID)).c_str();
-        each.text() = name.c_str();
-    }
-}
-
-void appendText(Node parent, QelWireForm form) {
-    if (form == QelWireForm::base64) {
-        appendData(parent, "base64Binary");
-        return;
-    }
-    // A text that XML can't hold stands in base64, and says so.
-    append(appendAttribute(append(parent, "optional"), "encoding"), "value").text() = "base64";
-    append(parent, "text");
-}
-
-void appendTime(Node parent) {
-    Node choice = append(parent, "choice");
-    appendData(choice, "dateTime");
-    appendData(choice, "long");
-}
-
-void appendReal(Node parent) {
-    Node choice = append(parent, "choice");
-    appendData(choice, "double");
-    for (const char* const special : {"inf", "-inf", "nan"})
-        append(choice, "value").text() = special;
-}
-
-// No text is true.
-void appendBoolean(Node parent) {
-    Node choice = append(parent, "choice");
-    appendData(choice, "boolean");
-    append(choice, "empty");
-}
-
-// ------------------------------------------------------------------------------------------------------- the schema
 
 /// Writes the patterns of records: one for the content of each.
 class PatternWriter {
@@ -408,78 +330,67 @@ private:
     const std::set<int>* m_namespaces = nullptr; ///< of the record that is being written
 };
 
-/// Any content.  With a type among the attributes, or without.
-void writeAnything(Node grammar, const char* name, bool maybeTyped) {
-    Node define = append(grammar, "define");
-    define.append_attribute("name") = name;
-    Node choice = append(append(define, "zeroOrMore"), "choice");
-    Node names = append(append(choice, "attribute"), "anyName");
-    if (!maybeTyped) {
-        Node type = append(append(names, "except"), "name");
-        type.append_attribute("ns") = instanceNamespace;
-        type.text() = "type";
+/// Elements that hold the records that were asked for.
+void writeElements(Node choice, std::span<const SchemaElement> elements, const Reachable& reachable,
+                   const PatternWriter& patterns) {
+    for (const SchemaElement& element : elements) {
+        const RecordNode record = recordOf(*element.type);
+        Node node = append(choice, "element");
+        if (element.name.empty())
+            append(node, "anyName");
+        else
+            appendNames(node, element.name, reachable.namespacesOf(record.name));
+        patterns.appendRecord(node, record);
     }
-    append(choice, "text");
-    Node element = append(choice, "element");
-    append(element, "anyName");
-    appendRef(element, anything);
 }
 
-/// The message element with its envelope.
-Node writeMessage(Node grammar) {
-    Node message = append(append(grammar, "start"), "element");
-    message.append_attribute("name") = "message";
-    message.append_attribute("ns") = "";
-    for (const char* const name : {"time", "request-id", "sender", "session", "origin", "subscriptions"})
-        appendAttribute(append(message, "optional"), name);
-    return message;
+/// Elements that bear the type of a record, or none.
+void writeTypedElements(Node choice, const std::vector<RecordNode>& records, const PatternWriter& patterns) {
+    Node node = append(choice, "element");
+    append(node, "anyName");
+    Node contents = append(node, "choice");
+    for (const RecordNode& record : records)
+        patterns.appendTyped(contents, record);
+    appendRef(contents, anythingUntyped);
+}
+
+std::vector<RecordNode> recordsOf(std::span<const SchemaElement> elements) {
+    std::vector<RecordNode> records;
+    for (const SchemaElement& element : elements)
+        records.push_back(recordOf(*element.type));
+    return records;
+}
+
+std::vector<RecordNode> typedRecords() {
+    std::vector<RecordNode> records;
+    for (const QelRecordType& type : recordTypes())
+        if (const RecordNode record = recordOf(type); record.isTyped())
+            records.push_back(record);
+    return records;
 }
 
 } // namespace
 
 std::string recordSchema(std::span<const SchemaElement> elements) {
-    std::vector<RecordNode> roots;
-    for (const SchemaElement& element : elements)
-        roots.push_back(recordOf(*element.type));
-    if (elements.empty())
-        for (const QelRecordType& type : recordTypes())
-            if (recordOf(type).isTyped())
-                roots.push_back(recordOf(type));
-
     pugi::xml_document document;
     Node grammar = append(document, "grammar");
     grammar.append_attribute("xmlns") = "http://relaxng.org/ns/structure/1.0";
     grammar.append_attribute("datatypeLibrary") = "http://www.w3.org/2001/XMLSchema-datatypes";
+    Node message = writeMessage(grammar);
+    const std::vector<RecordNode> roots = elements.empty() ? typedRecords() : recordsOf(elements);
     const Reachable reachable(roots);
     PatternWriter patterns(grammar, reachable);
-
-    Node message = writeMessage(grammar);
-    Node choice = append(append(message, "zeroOrMore"), "choice");
-    for (const SchemaElement& element : elements) {
-        if (element.type->isWholeMessage) {
-            appendRef(choice, anything);
-            continue;
-        }
-        Node node = append(choice, "element");
-        const RecordNode record = recordOf(*element.type);
-        std::set<int> namespaces = reachable.namespacesOf(record.name);
-        if (element.name.empty())
-            append(node, "anyName");
+    if (std::any_of(elements.begin(), elements.end(), [](const auto& each) { return each.type->isWholeMessage; })) {
+        appendRef(message, anythingBelow);
+    } else {
+        Node choice = append(append(message, "zeroOrMore"), "choice");
+        if (elements.empty())
+            writeTypedElements(choice, roots, patterns);
         else
-            appendNames(node, element.name, namespaces);
-        patterns.appendRecord(node, record);
-    }
-    if (elements.empty()) {
-        Node node = append(choice, "element");
-        append(node, "anyName");
-        Node contents = append(node, "choice");
-        for (const RecordNode& record : roots)
-            patterns.appendTyped(contents, record);
-        appendRef(contents, anythingUntyped);
+            writeElements(choice, elements, reachable, patterns);
     }
     patterns.writeAll();
-    writeAnything(grammar, anything, true);
-    writeAnything(grammar, anythingUntyped, false);
+    writeAnything(grammar);
 
     std::ostringstream text;
     document.save(text, "  ", pugi::format_default, pugi::encoding_utf8);
