@@ -27,17 +27,17 @@ TEST(DescribeBytesTest, TheUnitIsTheLargestThatIsFilled) {
 
 TEST(ProgressLineTest, TellsBytesRateAndTimeLeft) {
     EXPECT_EQ(progressLine(25 * mebi, 100 * mebi, 2s, 80),
-              "[=======                      ]  25%  25.0 MiB of 100.0 MiB  12.5 MiB/s  0:06 left");
+              "[======                     ]  25%  25.0 MiB of 100.0 MiB  12.5 MiB/s  0:06 left");
     EXPECT_EQ(progressLine(25 * mebi, 100 * mebi, 2s, 200),
               "[==========                              ]  25%  25.0 MiB of 100.0 MiB  12.5 MiB/s  0:06 left");
 }
 
 TEST(ProgressLineTest, AtTheEndTellsTheTimeThatItTook) {
-    EXPECT_EQ(progressLine(mebi, mebi, 3725s, 50), " 100%  1.0 MiB of 1.0 MiB  281 B/s  1:02:05");
+    EXPECT_EQ(progressLine(mebi, mebi, 3725s, 50), "100%  1.0 MiB of 1.0 MiB  281 B/s  1:02:05");
 }
 
 TEST(ProgressLineTest, BeforeTheFirstBlockThereIsNoRateAndNoTime) {
-    EXPECT_EQ(progressLine(0, 1024, 5s, 40), "[               ]   0%  0 B of 1.0 KiB");
+    EXPECT_EQ(progressLine(0, 1024, 5s, 40), "[                 ]   0%  0 B of 1.0 KiB");
     EXPECT_EQ(progressLine(0, 1024, 0s, 20), "  0%  0 B of 1.0 KiB");
 }
 

@@ -29,7 +29,7 @@ namespace po = boost::program_options;
 
 // --- paths
 
-std::string quoted(const std::string& path) {
+std::string inQuotes(const std::string& path) {
     return "'" + path + "'";
 }
 
@@ -62,7 +62,7 @@ ExitCode resolve(std::string& path, const Invocation& invocation, const Console&
     if (!path.starts_with(QelFilerBase::SESSION_DIR))
         return ExitCode::success;
     if (!invocation.has("session"))
-        return console.fail(ExitCode::usage, quoted(path) + ": --session tells whose upload folder is meant");
+        return console.fail(ExitCode::usage, inQuotes(path) + ": --session tells whose upload folder is meant");
     const std::string session = invocation.options["session"].as<std::string>();
     std::string folder;
     std::string resolved;
@@ -70,7 +70,7 @@ ExitCode resolve(std::string& path, const Invocation& invocation, const Console&
         readPath(path, session, resolved) != 0)
         return console.fail(ExitCode::badInput, getErrorMessage());
     if (!isWithin(resolved, folder))
-        return console.fail(ExitCode::badInput, quoted(path) + " leads out of the upload folder");
+        return console.fail(ExitCode::badInput, inQuotes(path) + " leads out of the upload folder");
     path = resolved;
     return ExitCode::success;
 }
@@ -108,12 +108,12 @@ ExitCode checkSource(const std::string& source, const std::string& destination, 
     if (stat64(source.c_str(), &status) != 0)
         return ExitCode::success;
     if (S_ISDIR(status.st_mode))
-        return console.fail(ExitCode::badInput, quoted(source) + " is a directory");
+        return console.fail(ExitCode::badInput, inQuotes(source) + " is a directory");
     if (!S_ISREG(status.st_mode))
-        return console.fail(ExitCode::badInput, quoted(source) + " is not a regular file");
+        return console.fail(ExitCode::badInput, inQuotes(source) + " is not a regular file");
     std::error_code ignored;
     if (fs::equivalent(source, destination, ignored))
-        return console.fail(ExitCode::badInput, quoted(source) + " and " + quoted(destination) + " are one file");
+        return console.fail(ExitCode::badInput, inQuotes(source) + " and " + inQuotes(destination) + " are one file");
     return ExitCode::success;
 }
 
@@ -146,7 +146,7 @@ long long bytesBehind(long long offset, long long written, const std::string& de
 std::string reasonOfSource(const QelFileUploadFromFile& upload, const TransferResult& result) {
     struct stat64 status {};
     if (result.isBegun && stat64(upload.src.c_str(), &status) == 0 && status.st_size <= result.moved)
-        return quoted(upload.src) + " became shorter while it was read";
+        return inQuotes(upload.src) + " became shorter while it was read";
     return getErrorMessage();
 }
 
@@ -155,7 +155,7 @@ ExitCode tellResult(const TransferResult& result, const QelFileUploadFromFile& u
     using End = TransferResult::End;
     const std::string& destination = download.dst;
     if (result.end == End::complete) {
-        console.out << "copied " << bytes(result.moved) << " to " << quoted(destination);
+        console.out << "copied " << bytes(result.moved) << " to " << inQuotes(destination);
         if (const long long behind = bytesBehind(download.offset, result.moved, destination); behind > 0)
             console.out << ", which keeps " << bytes(behind) << " behind them";
         console.out << '\n';
@@ -166,7 +166,7 @@ ExitCode tellResult(const TransferResult& result, const QelFileUploadFromFile& u
                        : result.end == End::sourceFailed  ? reasonOfSource(upload, result)
                                                           : getErrorMessage();
     if (result.isBegun)
-        text += "; " + bytes(result.moved) + " of " + std::to_string(upload.size) + " are in " + quoted(destination);
+        text += "; " + bytes(result.moved) + " of " + std::to_string(upload.size) + " are in " + inQuotes(destination);
     const bool isSource = result.end == End::sourceFailed && !NotesInterruption::isInterrupted();
     return console.fail(isSource ? ExitCode::badInput : ExitCode::failed, text);
 }

@@ -53,7 +53,8 @@ volatile std::sig_atomic_t interrupted = 0;
 
 } // namespace
 
-NotesInterruption::NotesInterruption() : InterruptionAction([](int) { interrupted = 1; }, SA_RESETHAND) {
+NotesInterruption::NotesInterruption()
+    : InterruptionAction([](int) { interrupted = 1; }, static_cast<int>(SA_RESETHAND)) {
     interrupted = 0;
 }
 

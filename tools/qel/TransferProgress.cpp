@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
+#include <iomanip>
 #include <ostream>
+#include <sstream>
 
 namespace Qel::Tool {
 
@@ -12,10 +13,8 @@ namespace {
 
 constexpr auto interval = std::chrono::milliseconds(100);
 
-template <class... Values> std::string format(const char* pattern, Values... values) {
-    std::array<char, 80> text{};
-    std::snprintf(text.data(), text.size(), pattern, values...);
-    return text.data();
+std::string twoDigits(long number) {
+    return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
 /// "1:05" or "2:00:05".
@@ -24,7 +23,8 @@ std::string describeTime(double seconds) {
     const auto all = static_cast<long>(std::min(std::ceil(seconds), longest));
     const long hours = all / 3600;
     const long minutes = all / 60 % 60;
-    return hours > 0 ? format("%ld:%02ld:%02ld", hours, minutes, all % 60) : format("%ld:%02ld", minutes, all % 60);
+    return (hours > 0 ? std::to_string(hours) + ':' + twoDigits(minutes) : std::to_string(minutes)) + ':' +
+           twoDigits(all % 60);
 }
 
 std::string bar(double share, std::size_t inner) {
@@ -40,15 +40,18 @@ std::string describeBytes(double bytes) {
     // What would be printed as 1024.0 is 1.0 of the next unit.
     for (; bytes >= 1023.95 && unit + 1 < units.size(); ++unit)
         bytes /= 1024;
-    return format(unit == 0 ? "%.0f %s" : "%.1f %s", bytes, units[unit]);
+    std::ostringstream text;
+    text << std::fixed << std::setprecision(unit == 0 ? 0 : 1) << bytes << ' ' << units[unit];
+    return text.str();
 }
 
 std::string progressLine(long long moved, long long total, std::chrono::duration<double> elapsed, std::size_t width) {
     const double share = total > 0 ? static_cast<double>(moved) / static_cast<double>(total) : 1;
     const double seconds = elapsed.count();
     const double rate = seconds > 0 ? static_cast<double>(moved) / seconds : 0;
-    std::string text = format("%3d%%  ", static_cast<int>(share * 100)) + describeBytes(static_cast<double>(moved)) +
-                       " of " + describeBytes(static_cast<double>(total));
+    const std::string percent = std::to_string(static_cast<int>(share * 100));
+    std::string text = std::string(3 - percent.size(), ' ') + percent + "%  " +
+                       describeBytes(static_cast<double>(moved)) + " of " + describeBytes(static_cast<double>(total));
     if (rate > 0)
         text += "  " + describeBytes(rate) + "/s";
     if (moved >= total)
