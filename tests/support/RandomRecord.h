@@ -167,20 +167,8 @@ private:
     void putEntry(QelMessageIterator& cursor, const QelWireField& field) {
         cursor.newChild(field.item);
         putChild(cursor, field.key, *field.codec->key, field.form);
-        if (field.value != 0)
-            putChild(cursor, field.value, *field.codec->item, field.form);
-        else
-            putValue(cursor, *field.codec->item, field.form);
+        putChild(cursor, field.value, *field.codec->item, field.form);
         cursor.seekUp();
-    }
-
-    /// With ID 0 puts the value into the current element.
-    void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
-        if (id != 0)
-            cursor.newChild(id);
-        putValue(cursor, codec, form);
-        if (id != 0)
-            cursor.seekUp();
     }
 
     /// With ID 0 puts the value into the current element.
@@ -327,6 +315,10 @@ private:
         {"QelCommonDevice", oneOf({"QelCommonDevice", "QelScsiDevice", "QelWindowsDevice"})},
         {"QelEnvConfig", oneOf({"QelEnvConfig", "QelVEnvConfig"})},
         {"QelVEnvConfig", configuration(121)},
+        {"QelPackage", oneOf({"QelPackage", "QelPackageDeb", "QelPackageRpm"})},
+        // A row without columns: it has no names for more.
+        {"QelProcessInfo",
+         [this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(1000)), 1081); }},
         {"QelSchedulerTrigger",
          oneOf({"QelSchedulerOnceTrigger", "QelSchedulerDailyTrigger", "QelSchedulerWeeklyTrigger",
                 "QelSchedulerMonthlyTrigger", "QelSchedulerMonthlyDayOfWeekTrigger"})},

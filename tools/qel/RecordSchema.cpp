@@ -83,17 +83,46 @@ public:
         }
         if (const RecordNode stamp = stampOf(record); stamp.isTyped())
             appendType(append(element, "optional"), stamp);
-        appendRef(element, record.name);
+        appendFieldsOf(element, record);
     }
 
     /// The same where the complex type must be told.
     void appendTyped(Node parent, const RecordNode& record) const {
         Node group = append(parent, "group");
         appendType(group, record);
-        appendRef(group, record.layout ? record.name : anythingUntyped);
+        if (record.layout)
+            appendFieldsOf(group, record);
+        else
+            appendRef(group, anythingBelow);
     }
 
 private:
+    /// The fields of a record and, where some of them don't tell what they write, any others.
+    static void appendFieldsOf(Node parent, const RecordNode& record) {
+        const auto& fields = record.layout->fields;
+        if (std::none_of(fields.begin(), fields.end(), hidesElements)) {
+            appendRef(parent, record.name);
+            return;
+        }
+        Node interleave = append(parent, "interleave");
+        appendRef(interleave, record.name);
+        appendOthers(interleave, fields);
+    }
+
+    /// The record that stands on the same element as that of the field, if any.
+    static const QelWireLayout* layoutWithin(const QelWireField& field) {
+        const QelWireKind kind = field.codec->kind;
+        if (kind == QelWireKind::base || (kind == QelWireKind::record && field.id == 0))
+            return recordOf(*field.codec).layout;
+        return nullptr;
+    }
+
+    /// Whether a field writes elements of which it doesn't tell.
+    static bool hidesElements(const QelWireField& field) {
+        const QelWireLayout* const within = layoutWithin(field);
+        return isOpaque(field) || (within && std::any_of(within->fields.begin(), within->fields.end(), hidesElements));
+    }
+
     /// Identifiers are so many that they are worth a pattern of their own.
     static void appendByHand(Node element, const RecordNode& record) {
         if (record.name == "QelGUID" || record.name == "QelEID")
@@ -131,31 +160,24 @@ private:
         append(interleave, "empty");
         for (const QelWireField& field : fields)
             appendField(interleave, field);
-        if (std::any_of(fields.begin(), fields.end(), isOpaque))
-            appendOthers(interleave, fields);
     }
 
     /// Whether a field puts a record without a table on the record's own element.
     static bool holdsAnything(const QelWireField& field) {
-        return field.ownID() == 0 &&
-               (field.codec->kind == QelWireKind::base || field.codec->kind == QelWireKind::record) &&
-               !recordOf(*field.codec).layout;
+        return field.ownID() == 0 && field.codec->kind != QelWireKind::step && !layoutWithin(field);
     }
 
     /// Elements that no field is known to use.
-    void appendOthers(Node parent, std::span<const QelWireField> fields) const {
+    static void appendOthers(Node parent, std::span<const QelWireField> fields) {
         Node element = append(append(parent, "zeroOrMore"), "element");
         Node any = append(element, "anyName");
         Node except; // must not be empty
-        for (const QelWireField& field : fields) {
-            if (isOpaque(field))
-                continue;
+        for (const QelWireField& field : fields)
             for (const int id : idsOf(field)) {
                 if (!except)
                     except = append(any, "except");
                 appendNames(except, QelNames::elementName(id), allNamespaces());
             }
-        }
         appendRef(element, anything);
     }
 
@@ -166,11 +188,13 @@ private:
         return all;
     }
 
-    /// The elements that a field puts into its record's own.
+    /// The elements that a field is known to put into its record's own.
     static std::vector<int> idsOf(const QelWireField& field) {
         std::vector<int> ids;
-        if (field.ownID() == 0) {
-            for (const QelWireField& inner : recordOf(*field.codec).layout->fields)
+        if (isOpaque(field))
+            return ids;
+        if (const QelWireLayout* const within = layoutWithin(field)) {
+            for (const QelWireField& inner : within->fields)
                 for (const int id : idsOf(inner))
                     ids.push_back(id);
         } else if (field.codec->kind == QelWireKind::bits && field.id == 0) {
@@ -216,7 +240,10 @@ private:
         std::set<int> within = *around;
         within.insert(layout.nsId);
         m_namespaces = &within;
-        appendFields(appendElement(parent, field.id, *field.codec), layout.fields);
+        Node element = append(appendElement(parent, field.id, *field.codec), "interleave");
+        appendFields(element, layout.fields);
+        if (std::any_of(layout.fields.begin(), layout.fields.end(), hidesElements))
+            appendOthers(element, layout.fields);
         m_namespaces = around;
     }
 
@@ -266,7 +293,7 @@ private:
         if (field.value != 0)
             appendContent(appendElement(item, field.value, value), value, field.form);
         else if (field.codec->kind == QelWireKind::map && value.kind == QelWireKind::record)
-            appendRef(item, recordOf(value).name);
+            appendFieldsOf(item, recordOf(value));
         else
             appendContent(item, value, field.form);
     }
@@ -320,8 +347,12 @@ private:
         append(choice, "notAllowed");
         for (const RecordNode& record : recordsOf(classes)) {
             appendTyped(choice, record);
-            if (record.complexType() == classes.byDefault)
-                appendRef(choice, record.layout ? record.name : anythingUntyped);
+            if (record.complexType() != classes.byDefault)
+                continue;
+            if (record.layout)
+                appendFieldsOf(choice, record);
+            else
+                appendRef(choice, anythingUntyped);
         }
     }
 
@@ -344,14 +375,18 @@ void writeElements(Node choice, std::span<const SchemaElement> elements, const R
     }
 }
 
-/// Elements that bear the type of a record, or none.
+/// Elements that bear the type of a record, or none.  Anything stands in an element pattern of its own, since xmllint
+/// complains of choices between that and the fields of a record.
 void writeTypedElements(Node choice, const std::vector<RecordNode>& records, const PatternWriter& patterns) {
-    Node node = append(choice, "element");
-    append(node, "anyName");
-    Node contents = append(node, "choice");
+    const auto appendAnyElement = [&] {
+        Node element = append(choice, "element");
+        append(element, "anyName");
+        return element;
+    };
+    Node contents = append(appendAnyElement(), "choice");
     for (const RecordNode& record : records)
-        patterns.appendTyped(contents, record);
-    appendRef(contents, anythingUntyped);
+        patterns.appendTyped(record.layout ? contents : appendAnyElement(), record);
+    appendRef(appendAnyElement(), anythingUntyped);
 }
 
 std::vector<RecordNode> recordsOf(std::span<const SchemaElement> elements) {

@@ -15,9 +15,9 @@ constexpr int name = 1026;
 constexpr int groupNumber = 1027;
 constexpr int userNumber = 1030;
 
-QelGroupNameID group(const std::string& name, unsigned id) {
+QelGroupNameID group(const std::string& called, unsigned id) {
     QelGroupNameID made;
-    made.name = name;
+    made.name = called;
     made.id = id;
     return made;
 }

@@ -1,6 +1,5 @@
 #include "QelFunctionalityCore/Host/QelProcessList.h"
 
-#include "QelCommon/ErrorMessage.h"
 #include "QelMessage/QelCombinators.h"
 #include "QelMessage/QelWireTable.h"
 
@@ -41,11 +40,7 @@ public:
         std::string& name = *m_next++;
         if (name.empty())
             name = key;
-        if (name == key)
-            return 0;
-        setErrorMessage("can't write QelProcessInfo: a column %s where that of the rows before is %s", key.c_str(),
-                        name.c_str());
-        return -1;
+        return name == key ? 0 : -1;
     }
 
 private:
@@ -68,11 +63,8 @@ int QelProcessInfo::Writer::operator()(QelMessageIterator& cursor, const QelProc
     Names& names = m_names ? *m_names : own;
     if (names.empty())
         names.resize(row.params.size());
-    if (names.size() != row.params.size()) {
-        setErrorMessage("can't write QelProcessInfo: %zu columns where the rows before have %zu", row.params.size(),
-                        names.size());
+    if (names.size() != row.params.size())
         return -1;
-    }
     if (cursor.putValue(row.pid, pidElement) != 0)
         return -1;
     const auto writeParams = QelWriterMap(valueElement, WriterParamKey(names), QelWriterString());
