@@ -9,8 +9,7 @@
 #include <string_view>
 
 #include "MessageForms.h"
-#include "QelMessage/QelBinaryCodec.h"
-#include "QelMessage/QelBinaryFormat.h"
+#include "SealedMessage.h"
 
 namespace {
 
@@ -30,17 +29,6 @@ void read(const std::string& bytes) {
     demand(isRead == (cursor->firstChild() == 0));
 }
 
-std::string sealed(unsigned char content, std::string_view body) {
-    using namespace Qel::QelBinaryFormat;
-    std::string bytes(magic);
-    bytes += static_cast<char>(version);
-    bytes += static_cast<char>(content);
-    bytes.resize(headSize);
-    bytes += body;
-    storeWord(bytes.data() + checksumOffset, Qel::QelBinaryCodec::checksum(bytes));
-    return bytes;
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -48,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     read(input);
     if (size != 0) {
         using namespace Qel::QelBinaryFormat;
-        read(sealed(data[0] % 2 == 0 ? oneElement : wholeMessage, std::string_view(input).substr(1)));
+        read(sealedMessage(data[0] % 2 == 0 ? oneElement : wholeMessage, std::string_view(input).substr(1)));
     }
     return 0;
 }

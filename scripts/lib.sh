@@ -16,7 +16,7 @@ format_packages=(clang-format)
 lint_packages=(clang clang-tidy)
 i386_packages=(g++-multilib)
 # Only their libraries, unpacked beside the build: the headers are the same as on amd64.
-i386_libraries=(libpugixml-dev libpugixml1v5 libuuid1)
+i386_libraries=(libpugixml-dev libpugixml1v5 librapidcheck-dev libuuid1)
 
 jobs=${QEL_JOBS:-$(nproc)}
 
@@ -86,7 +86,7 @@ install_packages() {
 try_prepare_i386() {
     local sysroot=build/i386-sysroot apt=$PWD/build/i386-apt log
     try_install_packages "${i386_packages[@]}" || return 1
-    [[ -e $sysroot/complete ]] && return 0
+    [[ $(cat "$sysroot/complete" 2>/dev/null) == "${i386_libraries[*]}" ]] && return 0
 
     echo "Fetching ${i386_libraries[*]} for i386"
     rm -rf "$apt" "$sysroot"
@@ -118,7 +118,7 @@ CONF
         install_error="this kernel does not run 32-bit programs"
         return 1
     fi
-    touch "$sysroot/complete"
+    echo "${i386_libraries[*]}" >"$sysroot/complete"
 }
 
 # Configures and builds a preset; targets may follow.

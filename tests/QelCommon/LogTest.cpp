@@ -134,6 +134,15 @@ TEST_F(LogTest, AProviderMayLogWhileItIsAsked) {
     EXPECT_EQ(debug_level, 2);
 }
 
+TEST_F(LogTest, ATextWithoutALevelIsAnErrors) {
+    const auto complain = [] { Log2("module", "file", 1, "f", "f()").put("%d missing", 2); };
+    const TestSupport::LogCapture capture(LogLevel::error);
+    complain();
+    debug_level = 0;
+    complain();
+    EXPECT_THAT(capture.texts(), ElementsAre("1 2 missing"));
+}
+
 TEST_F(LogTest, ASinkTakesThePlaceOfTheOldOneAndGetsTheWholeRecord) {
     std::vector<std::string> first;
     setLogSink([&](const LogRecord& record) { first.push_back(record.text); });

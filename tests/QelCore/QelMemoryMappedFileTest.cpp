@@ -3,6 +3,7 @@
 #include <atomic>
 #include <csignal>
 #include <cstring>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -99,6 +100,45 @@ TEST(QelMemoryMappedFileTest, RemapMapsTheSameFileThoughItsNameIsGone) {
     EXPECT_EQ(bytesOf(larger)[7], 'y');
     bytesOf(larger)[4 * page - 1] = 'z';
     EXPECT_FALSE(name.exists());
+}
+
+TEST(QelMemoryMappedFileTest, RemapToMoreOfAnExistingFileShowsTheSamePages) {
+    const TempFile name;
+    name.write(std::string(4 * page, 'a'));
+    auto first = std::make_unique<QelMemoryMappedFile>();
+    ASSERT_EQ(first->map(name.path(), page, options, nullptr), 0);
+    QelMemoryMappedFile all;
+    ASSERT_EQ(all.remap(4 * page, nullptr, first.get()), 0);
+    EXPECT_EQ(all.getMemory(), first->getMemory());
+    EXPECT_EQ(first->getSize(), page);
+    EXPECT_EQ(all.getSize(), 4 * page);
+    first.reset();
+    bytesOf(all)[4 * page - 1] = 'z';
+    EXPECT_EQ(name.read().back(), 'z');
+}
+
+TEST(QelMemoryMappedFileTest, FileWithHolesIsMappedAsFarAsItWasAskedFor) {
+    // A write to a hole could find the disk full, which would be a signal.
+    const TempFile name;
+    name.write("");
+    ASSERT_EQ(truncate(name.path().c_str(), 16 * static_cast<off_t>(page)), 0);
+    QelMemoryMappedFile first;
+    ASSERT_EQ(first.map(name.path(), page, options, nullptr), 0);
+    QelMemoryMappedFile all;
+    ASSERT_EQ(all.remap(16 * page, nullptr, &first), 0);
+    EXPECT_NE(all.getMemory(), first.getMemory());
+}
+
+TEST(QelMemoryMappedFileTest, FileThatIsOnlySharedIsLockedButNotMapped) {
+    const TempFile name;
+    QelMemoryMappedFile file;
+    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    QelMemoryMappedFile locker;
+    locker.share(file);
+    EXPECT_EQ(locker.getMemory(), nullptr);
+    EXPECT_EQ(locker.lock(false), 0);
+    EXPECT_NE(file.lock(true), 0);
+    EXPECT_EQ(locker.unlock(), 0);
 }
 
 TEST(QelMemoryMappedFileTest, FilesOfOneNameOneAfterTheOtherAreNotTheSame) {

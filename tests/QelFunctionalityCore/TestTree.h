@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "support/TestMessage.h"
 
@@ -46,6 +47,18 @@ inline int countOf(const QelMessageIterator& cursor) {
     while (cursor.nextSibling() == 0);
     cursor.seekUp();
     return count;
+}
+
+/// The IDs of the element's children.
+inline std::vector<int> childIDsOf(const QelMessageIterator& cursor) {
+    std::vector<int> ids;
+    if (cursor.firstChild() != 0)
+        return ids;
+    do
+        ids.push_back(cursor.curID());
+    while (cursor.nextSibling() == 0);
+    cursor.seekUp();
+    return ids;
 }
 
 } // namespace Qel

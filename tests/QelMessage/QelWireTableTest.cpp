@@ -113,15 +113,46 @@ struct Zoo {
     using writer_type = QelRecordWriter<Zoo>;
 };
 
+/// A bool that may be unset.
+class Maybe {
+public:
+    [[nodiscard]] bool isSpecified() const { return m_specified; }
+    [[nodiscard]] bool get() const { return m_value; }
+    Maybe& operator=(bool value) {
+        m_value = value;
+        m_specified = true;
+        return *this;
+    }
+
+private:
+    bool m_value = false;
+    bool m_specified = false;
+};
+
 /// Bit masks and flags, those that a read replaces and those that it only adds to.
 struct Masks {
     int mask = 0;
     unsigned wrapped = 0;
     int added = 0;
     bool flag = false;
+    Maybe given{};
     using reader_type = QelRecordReader<Masks>;
     using writer_type = QelRecordWriter<Masks>;
 };
+
+/// Fields that don't take every value.
+struct Choosy {
+    int even = 4;
+    std::string text = "old";
+    using reader_type = QelRecordReader<Choosy>;
+    using writer_type = QelRecordWriter<Choosy>;
+};
+constexpr bool isEven(int number) {
+    return number % 2 == 0;
+}
+bool isNotEmpty(const std::string& text) {
+    return !text.empty();
+}
 
 constexpr bool isGiven(int number) {
     return number != -1;
@@ -170,6 +201,16 @@ template <> const QelWireLayout& qelWireLayout<Whole>() {
     return wireLayoutOf<Whole>;
 }
 
+template <> struct Wire<Choosy> : WireWords<Choosy> {
+    static constexpr QelWireField fields[] = {
+        checked<&Choosy::even, isEven>(1007, required, always),
+        checked<&Choosy::text, isNotEmpty>(1026, ignored, always, base64),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Choosy>() {
+    return wireLayoutOf<Choosy>;
+}
+
 template <> struct Wire<Masked> : WireWords<Masked> {
     static constexpr QelWireField fields[] = {
         marked<&Masked::name, &Masked::mask>(1026, 1, required, always),
@@ -201,12 +242,18 @@ template <> const QelWireLayout& qelWireLayout<Needy>() {
     return wireLayoutOf<Needy>;
 }
 
+template <> struct QelWireValue<Maybe> : QelWireValue<bool> {
+    using Specified = bool;
+    static bool isSet(const Maybe& value) { return value.isSpecified(); }
+};
+
 template <> struct Wire<Masks> : WireWords<Masks> {
     static constexpr QelWireField fields[] = {
         bits<&Masks::mask, QelWireBit{1, 1844}, QelWireBit{4, 1456}>(),
         wrappedBits<&Masks::wrapped, QelWireBit{2, 1628}, QelWireBit{1, 1627}>(1197, ifSet),
         wrappedBits<&Masks::added, QelWireBit{1, 2131}>(1786, always).kept(),
         Wire::flag<&Masks::flag>(1917).kept(),
+        Wire::flag<&Masks::given>(1152),
     };
 };
 template <> const QelWireLayout& qelWireLayout<Masks>() {
@@ -554,77 +601,6 @@ TEST_F(QelWireFamilyTest, AnEntryWithoutAValueFails) {
     EXPECT_EQ(message->curID(), 1006);
 }
 
-class QelWireMaskTest : public QelWireTableTest {
-protected:
-    int write(const Masks& masks) { return Masks::writer_type()(*message, masks); }
-
-    [[nodiscard]] std::vector<int> childIDs() const {
-        std::vector<int> ids;
-        if (message->firstChild() != 0)
-            return ids;
-        do
-            ids.push_back(message->curID());
-        while (message->nextSibling() == 0);
-        message->seekUp();
-        return ids;
-    }
-};
-
-TEST_F(QelWireMaskTest, EachSetBitIsAnEmptyElementInTheOrderOfTheTable) {
-    Masks masks;
-    masks.mask = 5;
-    masks.wrapped = 3;
-    EXPECT_EQ(write(masks), 0);
-    EXPECT_THAT(childIDs(), ElementsAre(1844, 1456, 1197, 1786));
-    EXPECT_EQ(message->seek(1197), 0);
-    EXPECT_THAT(childIDs(), ElementsAre(1628, 1627));
-}
-
-TEST_F(QelWireMaskTest, AMaskOfZeroWritesItsWrapperOnlyIfAlways) {
-    EXPECT_EQ(write(Masks()), 0);
-    EXPECT_EQ(message->seekPresence(1197), -1);
-    EXPECT_EQ(message->seekPresence(1786), 0);
-}
-
-TEST_F(QelWireMaskTest, BitsThatTheTableDoesNotKnowAreNotWritten) {
-    Masks masks;
-    masks.wrapped = 8;
-    EXPECT_EQ(write(masks), 0);
-    EXPECT_EQ(message->seek(1197), 0);
-    EXPECT_THAT(childIDs(), IsEmpty());
-}
-
-TEST_F(QelWireMaskTest, ReadingReplacesAMask) {
-    message->putChild(1456);
-    message->newChild(1197);
-    message->putChild(1627);
-    message->seekUp();
-    Masks masks{8 | 1, 8 | 2, 0, false};
-    EXPECT_EQ(read(masks), 0);
-    EXPECT_EQ(masks.mask, 4);
-    EXPECT_EQ(masks.wrapped, 1U);
-}
-
-TEST_F(QelWireMaskTest, ReadingWithoutTheWrapperClearsAMask) {
-    Masks masks{1, 2, 0, false};
-    EXPECT_EQ(read(masks), 0);
-    EXPECT_EQ(masks.mask, 0);
-    EXPECT_EQ(masks.wrapped, 0U);
-}
-
-TEST_F(QelWireMaskTest, AKeptMaskOrFlagIsOnlyAddedTo) {
-    Masks masks{0, 0, 4, true};
-    EXPECT_EQ(read(masks), 0);
-    EXPECT_EQ(masks.added, 4);
-    EXPECT_TRUE(masks.flag);
-
-    message->newChild(1786);
-    message->putChild(2131);
-    message->seekUp();
-    EXPECT_EQ(read(masks), 0);
-    EXPECT_EQ(masks.added, 5);
-}
-
 TEST_F(QelWireTableTest, AMarkedFieldIsWrittenWhenItsBitIsSet) {
     Masked masked;
     masked.number = 7;
@@ -656,6 +632,126 @@ TEST_F(QelWireTableTest, AMarkedFieldThatCanNotBeReadLeavesItsBit) {
     masked.mask = 0;
     EXPECT_EQ(message->getObj(masked, 0), -1);
     EXPECT_EQ(masked.mask, 0U);
+}
+
+class QelWireMaskTest : public QelWireTableTest {
+protected:
+    int write(const Masks& masks) { return Masks::writer_type()(*message, masks); }
+};
+
+TEST_F(QelWireMaskTest, EachSetBitIsAnEmptyElementInTheOrderOfTheTable) {
+    Masks masks;
+    masks.mask = 5;
+    masks.wrapped = 3;
+    EXPECT_EQ(write(masks), 0);
+    EXPECT_THAT(childIDs(*message), ElementsAre(1844, 1456, 1197, 1786));
+    EXPECT_EQ(message->seek(1197), 0);
+    EXPECT_THAT(childIDs(*message), ElementsAre(1628, 1627));
+}
+
+TEST_F(QelWireMaskTest, AMaskOfZeroWritesItsWrapperOnlyIfAlways) {
+    EXPECT_EQ(write(Masks()), 0);
+    EXPECT_EQ(message->seekPresence(1197), -1);
+    EXPECT_EQ(message->seekPresence(1786), 0);
+}
+
+TEST_F(QelWireMaskTest, BitsThatTheTableDoesNotKnowAreNotWritten) {
+    Masks masks;
+    masks.wrapped = 8;
+    EXPECT_EQ(write(masks), 0);
+    EXPECT_EQ(message->seek(1197), 0);
+    EXPECT_THAT(childIDs(*message), IsEmpty());
+}
+
+TEST_F(QelWireMaskTest, ReadingReplacesAMask) {
+    message->putChild(1456);
+    message->newChild(1197);
+    message->putChild(1627);
+    message->seekUp();
+    Masks masks{8 | 1, 8 | 2, 0, false, {}};
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_EQ(masks.mask, 4);
+    EXPECT_EQ(masks.wrapped, 1U);
+}
+
+TEST_F(QelWireMaskTest, ReadingWithoutTheWrapperClearsAMask) {
+    Masks masks{1, 2, 0, false, {}};
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_EQ(masks.mask, 0);
+    EXPECT_EQ(masks.wrapped, 0U);
+}
+
+TEST_F(QelWireMaskTest, AFlagThatMayBeUnsetIsWrittenWhenItIsSpecifiedAndTrue) {
+    Masks masks;
+    EXPECT_EQ(write(masks), 0);
+    EXPECT_NE(message->seekPresence(1152), 0);
+    masks.given = false;
+    EXPECT_EQ(write(masks), 0);
+    EXPECT_NE(message->seekPresence(1152), 0);
+    masks.given = true;
+    EXPECT_EQ(write(masks), 0);
+    EXPECT_EQ(message->seekPresence(1152), 0);
+}
+
+TEST_F(QelWireMaskTest, AFlagThatMayBeUnsetIsSpecifiedByEveryRead) {
+    Masks masks;
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_TRUE(masks.given.isSpecified());
+    EXPECT_FALSE(masks.given.get());
+    message->putChild(1152);
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_TRUE(masks.given.get());
+}
+
+TEST_F(QelWireMaskTest, AKeptMaskOrFlagIsOnlyAddedTo) {
+    Masks masks{0, 0, 4, true, {}};
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_EQ(masks.added, 4);
+    EXPECT_TRUE(masks.flag);
+
+    message->newChild(1786);
+    message->putChild(2131);
+    message->seekUp();
+    EXPECT_EQ(read(masks), 0);
+    EXPECT_EQ(masks.added, 5);
+}
+
+TEST(QelWireCheckedTest, AValueThatIsNotTakenIsMalformedAndLeavesTheField) {
+    const TestMessage tree;
+    QelMessageIterator& cursor = tree.cursor();
+    cursor.putValue(5, 1007);
+    Choosy record;
+    EXPECT_EQ(cursor.getObj(record, 0), -1);
+    EXPECT_EQ(record.even, 4);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("(even) is malformed"));
+    cursor.deleteChild(1007);
+    EXPECT_EQ(cursor.getObj(record, 0), -1);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("(even) is missing"));
+}
+
+TEST(QelWireCheckedTest, AValueThatIsTakenIsReadInItsForm) {
+    const TestMessage tree;
+    QelMessageIterator& cursor = tree.cursor();
+    cursor.putValue(6, 1007);
+    cursor.putValueBase64(std::string("new"), 1026);
+    Choosy record;
+    EXPECT_EQ(cursor.getObj(record, 0), 0);
+    EXPECT_EQ(record.even, 6);
+    EXPECT_EQ(record.text, "new");
+}
+
+TEST(QelWireCheckedTest, AnIgnoredFieldDropsWhatIsNotTakenAndWritingTakesAnything) {
+    const TestMessage tree;
+    QelMessageIterator& cursor = tree.cursor();
+    cursor.putValue(6, 1007);
+    cursor.putChild(1026);
+    Choosy record;
+    EXPECT_EQ(cursor.getObj(record, 0), 0);
+    EXPECT_EQ(record.text, "old");
+    record.even = 7;
+    EXPECT_EQ(cursor.putObj(record, 1115), 0);
+    ASSERT_EQ(cursor.seek(1115), 0);
+    EXPECT_EQ(childValue(cursor, 1007), "7");
 }
 
 TEST(QelWireLayoutTest, TellsNamesKindsAndElements) {

@@ -46,11 +46,20 @@ TEST(CommandLineTest, HelpOfACommandShowsArgumentsAndOptions) {
 TEST(CommandLineTest, EveryCommandHasHelp) {
     for (const auto& group : Qel::Tool::commandGroups()) {
         for (const auto& command : group.commands) {
-            const ToolRun run = runTool({std::string(group.name), std::string(command.name), "--help"});
+            std::vector<std::string> words{std::string(group.name), std::string(command.name), "--help"};
+            std::erase(words, "");
+            const ToolRun run = runTool(words);
             EXPECT_EQ(run.code, ExitCode::success) << command.name;
             EXPECT_THAT(run.out, HasSubstr(std::string(command.summary)));
         }
     }
+}
+
+TEST(CommandLineTest, ACommandWithoutANameIsCalledByItsGroups) {
+    const ToolRun run = runTool({"sid", "--help"});
+    EXPECT_THAT(run.out, StartsWith("Usage: qel sid [TEXT] [OPTION...]\n"));
+    expectUsageError({"sid", "a", "b"}, "unexpected argument 'b'; see `qel sid --help`");
+    expectUsageError({"sid", "--loud"}, "unrecognised option '--loud'; see `qel sid --help`");
 }
 
 TEST(CommandLineTest, TheVersionIsShown) {

@@ -4,6 +4,9 @@
 
 #include "QelCommon/Log.h"
 #include "QelCommon/SettingsProvider.h"
+#include "QelFunctionalityCore/Configuration/QelConfiguration.h"
+#include "QelFunctionalityCore/Security/QelDirRealm.h"
+#include "QelMessage/QelMessage.h"
 #include "ToolRun.h"
 
 namespace {
@@ -47,6 +50,22 @@ TEST_F(ConfigCommandsTest, GetDecodesBase64WhenToldTo) {
     EXPECT_EQ(config({"get", file, path, "--base64"}).out, "agent\n");
     expect(config({"get", file, "/system/log_ignore_plugins", "--base64"}), ExitCode::badInput,
            file + ": the value at /system/log_ignore_plugins can't be read");
+}
+
+TEST_F(ConfigCommandsTest, TheRealmsOfTheExampleAreOfTheClassesThatTheirTypesTell) {
+    Qel::QelConfiguration configuration;
+    ASSERT_EQ(configuration.readFromFile(file), 0);
+    const std::unique_ptr<Qel::QelMessageIterator> cursor(configuration.getMessage()->rootIterator());
+    ASSERT_EQ(cursor->seek("/data/security/configuration/realms"), 0);
+    Qel::QelRealmList realms;
+    const auto reader = Qel::QelReaderDerivedList<int, Qel::QelRealm>(1957, Qel::QelReaderRequired, false);
+    ASSERT_EQ(reader(*cursor, realms), 0);
+    ASSERT_EQ(realms.size(), 3U);
+    EXPECT_FALSE(boost::dynamic_pointer_cast<Qel::QelDirRealm>(realms[1]));
+    EXPECT_TRUE(boost::dynamic_pointer_cast<Qel::QelDirRealm>(realms[2]));
+    const auto builtin = configuration.getBuiltinRealm();
+    ASSERT_TRUE(builtin);
+    EXPECT_EQ(builtin->name, "Agent users");
 }
 
 TEST_F(ConfigCommandsTest, GetOfAMissingPathOrSectionIsNotSo) {

@@ -73,7 +73,7 @@ TEST_F(FileCopyProcessTest, ALimitOnTheSizeIsAFailureAndNoDeathBySignal) {
 }
 
 /// A copy into a pipe that is read from here.
-class InterruptedCopyTest : public FileCopyProcessTest {
+class CopyIntoAPipeTest : public FileCopyProcessTest {
 protected:
     void SetUp() override {
         const std::string from = write("a", std::string(4 * block, 'x'));
@@ -91,7 +91,7 @@ protected:
         }
         ASSERT_GT(m_process, 0);
     }
-    ~InterruptedCopyTest() override { close(m_reader); }
+    ~CopyIntoAPipeTest() override { close(m_reader); }
 
     /// Takes the whole of one block, so that the copy is in the next.
     void takeABlock() const {
@@ -108,8 +108,17 @@ protected:
         for (int filled = 0; filled < capacity; std::this_thread::yield())
             ASSERT_EQ(ioctl(m_reader, FIONREAD, &filled), 0);
     }
+    /// Takes what comes until nothing more does.
+    void takeTheRest() const {
+        std::string bytes(block, ' ');
+        while (::read(m_reader, bytes.data(), bytes.size()) > 0) {
+        }
+    }
     [[nodiscard]] int endBy(int signal) const {
         kill(m_process, signal);
+        return exitCode();
+    }
+    [[nodiscard]] int exitCode() const {
         int status = 0;
         waitpid(m_process, &status, 0);
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -119,17 +128,37 @@ protected:
     pid_t m_process = -1;
 };
 
-TEST_F(InterruptedCopyTest, TellsHowFarItCame) {
+TEST_F(CopyIntoAPipeTest, AnInterruptedOneTellsHowFarItCame) {
     takeABlock();
     waitUntilItWrites();
     EXPECT_EQ(endBy(SIGINT), 4);
     EXPECT_EQ(read(path("errors")), "qel: interrupted; 524288 bytes of 2097152 are in '" + path("fifo") + "'\n");
 }
 
-TEST_F(InterruptedCopyTest, BeforeTheFirstBlockThatIsNothing) {
+TEST_F(CopyIntoAPipeTest, OneInterruptedInTheFirstBlockCameNowhere) {
     waitUntilItWrites();
     EXPECT_EQ(endBy(SIGTERM), 4);
     EXPECT_EQ(read(path("errors")), "qel: interrupted; 0 bytes of 2097152 are in '" + path("fifo") + "'\n");
+}
+
+TEST_F(CopyIntoAPipeTest, ASourceThatBecomesShorterIsToldWithHowFarItCame) {
+    waitUntilItWrites();
+    // The first block has been read, and is all that is left.
+    ASSERT_EQ(truncate(path("a").c_str(), block), 0);
+    takeTheRest();
+    EXPECT_EQ(exitCode(), 3);
+    EXPECT_EQ(read(path("errors")), "qel: '" + path("a") +
+                                        "' became shorter while it was read; "
+                                        "524288 bytes of 2097152 are in '" +
+                                        path("fifo") + "'\n");
+}
+
+TEST_F(CopyIntoAPipeTest, AReaderThatGoesAwayIsAFailureAndNoDeathBySignal) {
+    waitUntilItWrites();
+    close(m_reader);
+    m_reader = -1;
+    EXPECT_EQ(exitCode(), 4);
+    EXPECT_THAT(read(path("errors")), HasSubstr("Cannot write to file"));
 }
 
 } // namespace

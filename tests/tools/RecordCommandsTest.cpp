@@ -109,6 +109,16 @@ TEST_F(RecordCommandsTest, RewriteReadsAndWritesTheRecordIntoAnElementOfTheSameI
                                    element + ">\n</message>\n"));
 }
 
+TEST_F(RecordCommandsTest, TheExamplesOfIdentityComeOutAsTheyWentIn) {
+    for (const auto& [type, name] : {std::pair("QelSession", "session"), std::pair("QelDirRealm", "directory-realm")}) {
+        const std::string file = std::string(QEL_EXAMPLES "/security/") + name + ".xml";
+        const ToolRun run = runTool({"record", "rewrite", type, file});
+        EXPECT_EQ(run.code, ExitCode::success) << run.err;
+        const auto elements = [](const std::string& text) { return text.substr(text.find("\n  <")); };
+        EXPECT_EQ(elements(run.out), elements(read(file)));
+    }
+}
+
 TEST_F(RecordCommandsTest, RewriteStampsTheElement) {
     const ToolRun run = rewrite("QelOS", "<os><name>Linux</name></os>");
     EXPECT_EQ(run.code, ExitCode::success);

@@ -22,6 +22,7 @@ struct Invocation {
 
 /// A command of the tool.
 struct Command {
+    /// Nothing for the only command of a group, which then has the group's name: "qel sid".
     std::string_view name;
     /// Names of the arguments as the help shows them, separated by blanks: "CACHE FILE...".  Each is mandatory unless
     /// it stands in brackets; a last one with an ellipsis takes one or more.
@@ -43,14 +44,23 @@ struct CommandGroup {
 /// All groups, in the order in which the help lists them.
 [[nodiscard]] std::span<const CommandGroup> commandGroups();
 
-[[nodiscard]] CommandGroup envCommands();
+[[nodiscard]] CommandGroup backupUriCommands();
 [[nodiscard]] CommandGroup cacheCommands();
 [[nodiscard]] CommandGroup configCommands();
+[[nodiscard]] CommandGroup envCommands();
+[[nodiscard]] CommandGroup eventCommands();
 [[nodiscard]] CommandGroup fileCommands();
 [[nodiscard]] CommandGroup hostCommands();
+[[nodiscard]] CommandGroup infoCommands();
 [[nodiscard]] CommandGroup messageCommands();
+[[nodiscard]] CommandGroup netCommands();
+[[nodiscard]] CommandGroup perfCommands();
+[[nodiscard]] CommandGroup poolCommands();
+[[nodiscard]] CommandGroup profileCommands();
 [[nodiscard]] CommandGroup recordCommands();
 [[nodiscard]] CommandGroup scheduleCommands();
+[[nodiscard]] CommandGroup sidCommands();
+[[nodiscard]] CommandGroup vocCommands();
 
 /// Adds `--json`, which every command has whose output programs may want.
 void addJsonOption(boost::program_options::options_description& options);

@@ -95,8 +95,14 @@ template <class Named> void printSummaries(std::ostream& out, std::span<const Na
     table.print(out);
 }
 
+/// What the command is called by.
+std::string wordsOf(const CommandGroup& group, const Command& command) {
+    const std::string words = "qel " + std::string(group.name);
+    return command.name.empty() ? words : words + ' ' + std::string(command.name);
+}
+
 std::string usageOf(const CommandGroup& group, const Command& command) {
-    std::string usage = "qel " + std::string(group.name) + ' ' + std::string(command.name);
+    std::string usage = wordsOf(group, command);
     if (!command.arguments.empty())
         usage += ' ' + std::string(command.arguments);
     return usage;
@@ -108,7 +114,7 @@ ExitCode failUsage(const Console& console, const std::string& reason, const std:
 }
 
 ExitCode runCommand(const CommandGroup& group, const Command& command, const Words& words, const Console& console) {
-    const std::string self = "qel " + std::string(group.name) + ' ' + std::string(command.name);
+    const std::string self = wordsOf(group, command);
     po::options_description options("Options");
     if (command.addOptions)
         command.addOptions(options);
@@ -140,6 +146,8 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
 }
 
 ExitCode runGroup(const CommandGroup& group, Words words, const Console& console) {
+    if (group.commands.front().name.empty())
+        return runCommand(group, group.commands.front(), words, console);
     const std::string self = "qel " + std::string(group.name);
     po::options_description options("Options");
     addCommonOptions(options);

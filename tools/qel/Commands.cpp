@@ -5,8 +5,10 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{envCommands(),  cacheCommands(),   configCommands(), fileCommands(),
-                                   hostCommands(), messageCommands(), recordCommands(), scheduleCommands()};
+    static const std::array groups{
+        backupUriCommands(), cacheCommands(),  configCommands(),   envCommands(), eventCommands(), fileCommands(),
+        hostCommands(),      infoCommands(),   messageCommands(),  netCommands(), perfCommands(),  poolCommands(),
+        profileCommands(),   recordCommands(), scheduleCommands(), sidCommands(), vocCommands()};
     return groups;
 }
 

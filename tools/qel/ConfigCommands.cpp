@@ -1,12 +1,9 @@
 #include <array>
-#include <cerrno>
 #include <memory>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
-#include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Configuration/ConfigurationElements.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
@@ -26,7 +23,6 @@ using Json = nlohmann::ordered_json;
 using Cursor = std::unique_ptr<QelMessageIterator>;
 
 constexpr int passwordElement = 1032;
-constexpr const char* hidden = "(hidden)";
 
 ExitCode readConfiguration(const std::string& file, QelMessage& message, const Console& console) {
     if (const ExitCode code = readMessage(file, message, console); code != ExitCode::success)
@@ -77,23 +73,12 @@ const char* findPathError(const std::string& path) {
     return nullptr;
 }
 
-bool isMissing(const std::string& file) {
-    return file != standardStream && access(file.c_str(), F_OK) != 0 && errno == ENOENT;
-}
-
 ExitCode readOrStart(const std::string& file, QelMessage& message, const Console& console) {
     if (!isMissing(file))
         return readConfiguration(file, message, console);
     const Cursor cursor(message.rootIterator());
     cursor->newChild(Element::data);
     return ExitCode::success;
-}
-
-ExitCode writeConfiguration(const std::string& file, const QelMessage& message, const Console& console) {
-    std::string text;
-    if (toText(message, text) != 0)
-        return console.fail(ExitCode::failed, file + ": " + getErrorMessage());
-    return writeContent(file, text, console);
 }
 
 ExitCode runSet(const Invocation& invocation, const Console& console) {
@@ -109,7 +94,7 @@ ExitCode runSet(const Invocation& invocation, const Console& console) {
     // Whatever stands before it, the path begins at the data element, where the iterator is.
     if ((invocation.has("base64") ? at.putValueBase64(value, path) : at.putValue(value, path)) != 0)
         return console.fail(ExitCode::failed, file + ": the value at " + path + " can't be set");
-    return writeConfiguration(file, *at.getMessage(), console);
+    return writeMessage(file, *at.getMessage(), console);
 }
 
 // --- qel config list
@@ -118,7 +103,7 @@ ExitCode runSet(const Invocation& invocation, const Console& console) {
 std::string shownValue(const QelMessageIterator& cursor) {
     std::string value;
     cursor.getValue(value, getEmptyID());
-    return cursor.curID() == passwordElement && !value.empty() ? hidden : value;
+    return cursor.curID() == passwordElement && !value.empty() ? hiddenValue : value;
 }
 
 /// Calls `visit` with the cursor at each child that a path can name.

@@ -79,7 +79,8 @@ ExitCode resolve(std::string& path, const Invocation& invocation, const Console&
 
 void addCopyOptions(po::options_description& options) {
     options.add_options()("overwrite", "write to a file that exists, from its start; what it has behind stays")(
-        "append", "write to the end of the file")("truncate", "drop what the file holds")(
+        "append", "write to a file that exists, at its end")("truncate",
+                                                             "write to a file that exists, and drop what it holds")(
         "session", po::value<std::string>()->value_name("NAME"),
         "the client whose upload folder $SESSION$ at the start of a path stands for");
 }

@@ -11,6 +11,8 @@
 #include <memory>
 #include <ostream>
 
+#include <unistd.h>
+
 #include "QelCommon/ErrorMessage.h"
 #include "QelMessage/QelBinaryCodec.h"
 #include "QelMessage/QelLimits.h"
@@ -88,6 +90,10 @@ int toText(const QelMessage& message, std::string& text) {
     return 0;
 }
 
+bool isMissing(const std::string& name) {
+    return name != standardStream && access(name.c_str(), F_OK) != 0 && errno == ENOENT;
+}
+
 ExitCode readMessage(const std::string& name, QelMessage& message, const Console& console) {
     std::string content;
     if (const ExitCode code = readContent(name, content, console); code != ExitCode::success)
@@ -111,6 +117,13 @@ ExitCode writeContent(const std::string& name, std::string_view content, const C
     if (QelMessageFile::replace(resolved(name), content) != 0)
         return console.fail(ExitCode::failed, getErrorMessage());
     return ExitCode::success;
+}
+
+ExitCode writeMessage(const std::string& name, const QelMessage& message, const Console& console) {
+    std::string text;
+    if (toText(message, text) != 0)
+        return console.fail(ExitCode::failed, shownName(name) + ": " + getErrorMessage());
+    return writeContent(name, text, console);
 }
 
 } // namespace Qel::Tool

@@ -10,6 +10,9 @@
 
 namespace Qel::Tool {
 
+/// What is shown in place of a secret.
+inline constexpr const char* hiddenValue = "(hidden)";
+
 /// Rows of cells in aligned columns, two blanks apart.
 ///
 /// Widths count characters, that is code points of UTF-8; no line ends in blanks.  Control characters are shown as \n,

@@ -10,13 +10,10 @@
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
-#include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
-#include "QelMessage/QelBinary.h"
-#include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelValueText.h"
 #include "qel/Command.h"
-#include "qel/MessageFiles.h"
+#include "qel/RecordInMessage.h"
 #include "qel/Output.h"
 #include "qel/ScheduleCalendar.h"
 
@@ -26,19 +23,6 @@ namespace {
 
 namespace po = boost::program_options;
 using Json = nlohmann::ordered_json;
-
-/// Reads the task in the first child of a message's root.
-ExitCode readTask(const std::string& file, QelScheduleTask& task, const Console& console) {
-    const auto_destroy<QelMessage> message(new QelBinary);
-    if (const ExitCode code = readMessage(file, *message, console); code != ExitCode::success)
-        return code;
-    const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
-    if (cursor->firstChild() != 0)
-        return console.fail(ExitCode::badInput, file + ": an empty message");
-    if (cursor->getObj(task, getEmptyID()) != 0)
-        return console.fail(ExitCode::badInput, file + ": " + getErrorMessage());
-    return ExitCode::success;
-}
 
 /// The time that an option tells, or the present one; nothing if it is no time.
 std::optional<long> timeOption(const Invocation& invocation, const std::string& option) {
@@ -129,7 +113,7 @@ ExitCode runNext(const Invocation& invocation, const Console& console) {
     if (count < 1 || count > mostRuns)
         return failNumber("count", mostRuns, console);
     QelScheduleTask task;
-    if (const ExitCode code = readTask(invocation.arguments[0], task, console); code != ExitCode::success)
+    if (const ExitCode code = readRecord(invocation.arguments[0], task, console); code != ExitCode::success)
         return code;
 
     AnswerPrinter printer(console.out, invocation.has("json"));
@@ -178,7 +162,7 @@ ExitCode runCalendar(const Invocation& invocation, const Console& console) {
     if (months < 1 || months > mostMonths)
         return failNumber("months", mostMonths, console);
     QelScheduleTask task;
-    if (const ExitCode code = readTask(invocation.arguments[0], task, console); code != ExitCode::success)
+    if (const ExitCode code = readRecord(invocation.arguments[0], task, console); code != ExitCode::success)
         return code;
     const std::chrono::year_month first{std::chrono::year(local.tm_year + 1900),
                                         std::chrono::month(static_cast<unsigned>(local.tm_mon + 1))};

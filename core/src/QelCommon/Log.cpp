@@ -66,17 +66,28 @@ LogSink setLogSink(LogSink sink) {
 }
 
 void Logger::put(int level, const char* format, ...) const {
+    std::va_list arguments;
+    va_start(arguments, format);
+    emit(level, format, arguments);
+    va_end(arguments);
+}
+
+void Logger::put(const char* format, ...) const {
+    std::va_list arguments;
+    va_start(arguments, format);
+    emit(LogLevel::error, format, arguments);
+    va_end(arguments);
+}
+
+void Logger::emit(int level, const char* format, std::va_list arguments) const {
     if (level > debug_level)
         return;
     LogState& state = logState();
     const std::lock_guard guard(state.mutex);
     if (!state.filter.passes(m_module))
         return;
-    std::va_list arguments;
-    va_start(arguments, format);
     const LogRecord record{
         m_module, m_file, m_line, m_function, m_prettyFunction, level, formatText(format, arguments)};
-    va_end(arguments);
     if (state.sink)
         state.sink(record);
     else

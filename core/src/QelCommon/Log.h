@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdarg>
 #include <functional>
 #include <string>
 
@@ -42,8 +43,12 @@ public:
 
     /// Emits the record with a text as of printf, or drops it when `level` is above `debug_level`.
     void put(int level, const char* format, ...) const __attribute__((format(printf, 3, 4)));
+    /// The same for a text without a level, which is an error's.
+    void put(const char* format, ...) const __attribute__((format(printf, 2, 3)));
 
 private:
+    void emit(int level, const char* format, std::va_list arguments) const __attribute__((format(printf, 3, 0)));
+
     const char* m_module;
     const char* m_file;
     int m_line;

@@ -217,22 +217,20 @@ private:
         void (*m_getBuffer)(const void*, const void**, unsigned&, const void*);
     };
 
-    /// Holds the file lock, if it could be taken, and the mapping through which it has to be given back: the cache may
-    /// move to another one meanwhile.
+    /// Holds the file lock, if it could be taken.
     class storageLockGuard_t {
     public:
-        explicit storageLockGuard_t(QelCacheLogic& cache) : m_cache(cache), m_result(cache.lock(m_storage)) {}
+        explicit storageLockGuard_t(QelCacheLogic& cache) : m_cache(cache), m_result(cache.lock()) {}
         storageLockGuard_t(const storageLockGuard_t&) = delete;
         storageLockGuard_t& operator=(const storageLockGuard_t&) = delete;
         ~storageLockGuard_t() {
             if (isLocked())
-                m_cache.unlock(m_storage);
+                m_cache.unlock();
         }
         [[nodiscard]] bool isLocked() const noexcept { return m_result == 0; }
 
     private:
         QelCacheLogic& m_cache;
-        StoragePtr m_storage;
         int m_result;
     };
 
@@ -246,11 +244,12 @@ private:
     int updateItem(const ItemID& id, const ItemSource& source);
     NewItem storeItem(const ItemSource& source, const ItemValue* old);
 
-    int lock(StoragePtr& storage);
-    void unlock(StoragePtr& storage);
+    int lock();
+    void unlock();
+    int formatOrValidate(bool invalidate);
     void replaceStorage(StoragePtr storage);
     int detach(int result);
-    int refuse(bool invalidate, int result);
+    [[nodiscard]] int refuse(bool invalidate, int result) const;
 
     // With the file lock held.
     int unsafe_checkSize();
@@ -258,18 +257,19 @@ private:
     bool unsafe_extend(unsigned bytes);
     template <class T> void unsafe_deallocate(T* data);
     [[nodiscard]] Snapshot* acquireSnapshot(StoragePtr& storage);
-    void releaseSnapshot(Snapshot* snapshot, StoragePtr& storage);
+    void releaseSnapshot(Snapshot* snapshot);
     void releaseItem(ItemValue* item);
     [[nodiscard]] Snapshot* getWritableSnapshot(eSnapshotHint hint);
     [[nodiscard]] bool isSnapshotMemoryAccessible(Snapshot* snapshot) const;
     [[nodiscard]] Snapshot* currentSnapshot() const;
     [[nodiscard]] CacheHeader* header() const noexcept { return m_header.load(std::memory_order_relaxed); }
 
-    /// `data`, an address in the mapping `made`, in the current one.
-    template <class T> [[nodiscard]] T* rebased(T* data, const StoragePtr& made) const;
+    /// `data`, an address in the mapping that began at `base`, in the current one.
+    template <class T> [[nodiscard]] T* rebased(T* data, const void* base) const;
 
     std::atomic<CacheHeader*> m_header{nullptr}; ///< in the current mapping; null: not attached
-    StoragePtr m_storage;                        ///< the current mapping
+    StoragePtr m_storage;                        ///< the current mapping; changes under the file lock
+    StoragePtr m_lockedFile; ///< the file, not mapped, for its lock: one from attaching to detaching
     std::string m_id;
     bool m_protect = true; ///< the heap is read-only outside the lock; from construction until `initialize` only
     unsigned m_maxItemSize;

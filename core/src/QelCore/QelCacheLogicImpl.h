@@ -76,9 +76,9 @@ QelCacheLogic<ItemID, ItemValue, Allocator>::~QelCacheLogic() {
     if (!isAccessible())
         return;
     // Waits for another thread of this process that may still work in the mapping.
-    const bool locked = Allocator::Lock::lock(m_storage.get()) == 0;
+    const bool locked = Allocator::Lock::lock(m_lockedFile.get()) == 0;
     QEL_CHECK(locked, CacheLogicDetail::sourcePath);
-    Allocator::Lock::unlock(m_storage.get());
+    Allocator::Lock::unlock(m_lockedFile.get());
 }
 
 template <class ItemID, class ItemValue, class Allocator>
@@ -106,16 +106,25 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::initialize(bool, bool invalidat
     m_header = static_cast<CacheHeader*>(attached->getStorage(first, nullptr));
     if (!isAccessible())
         return detach(cacheNotMapped);
+    m_lockedFile.reset(new Storage(m_id));
+    m_lockedFile->share(*attached);
+    const int result = formatOrValidate(invalidate);
+    return result == cacheSuccess ? cacheSuccess : detach(result);
+}
 
+/// Takes a file that is mapped into use, or finds out that it can't be.
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::formatOrValidate(bool invalidate) {
     const storageLockGuard_t guard(*this);
     if (!guard.isLocked())
         return refuse(true, cacheNotLocked);
     if (!header()->heap.isInitialized(0))
-        new (header()) CacheHeader(attached->getSize());
+        new (header()) CacheHeader(m_storage->getSize());
     else if (const int failed = header()->validate())
         return refuse(invalidate, failed);
     static_cast<void>(unsafe_checkSize()); // a heap beyond the mapping is met by the check of the snapshot
-    Snapshot* snapshot = acquireSnapshot(m_storage);
+    StoragePtr pinned;
+    Snapshot* snapshot = acquireSnapshot(pinned);
     if (!snapshot)
         return refuse(invalidate, cacheNoSnapshot);
     QEL_CHECK(snapshot->isAcquired(), CacheLogicDetail::sourcePath);
@@ -132,16 +141,17 @@ template <class ItemID, class ItemValue, class Allocator> int QelCacheLogic<Item
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::detach(int result) {
     m_header = nullptr;
+    m_lockedFile.reset();
     replaceStorage(nullptr);
     return result;
 }
 
-/// Detaches from a file that can't be used, and with `invalidate` marks it so for all.
+/// With `invalidate` marks a file that can't be used as such for all.
 template <class ItemID, class ItemValue, class Allocator>
-int QelCacheLogic<ItemID, ItemValue, Allocator>::refuse(bool invalidate, int result) {
+int QelCacheLogic<ItemID, ItemValue, Allocator>::refuse(bool invalidate, int result) const {
     if (invalidate)
         header()->valid = 0;
-    return detach(result);
+    return result;
 }
 
 /// Makes `storage` the current mapping.  The old one goes, if nobody else keeps it, after the mutex has been given
@@ -154,32 +164,26 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::replaceStorage(StoragePtr stor
 
 // ------------------------------------------------------------------------------------------------- locking and growing
 
-template <class ItemID, class ItemValue, class Allocator>
-int QelCacheLogic<ItemID, ItemValue, Allocator>::lock(StoragePtr& storage) {
-    storage.reset(); // not under the mutex: see replaceStorage
-    {
-        const std::lock_guard guard(forkMutex());
-        storage = m_storage;
-    }
-    if (!storage)
+template <class ItemID, class ItemValue, class Allocator> int QelCacheLogic<ItemID, ItemValue, Allocator>::lock() {
+    if (!m_lockedFile)
         return cacheNotAttached;
-    if (const int failed = Allocator::Lock::lock(storage.get()))
+    if (const int failed = Allocator::Lock::lock(m_lockedFile.get()))
         return failed;
     if (m_protect)
         m_storage->protect(false);
     const int failed = unsafe_checkSize();
-    if (failed) {
-        unlock(storage);
-        storage.reset();
-    }
+    if (failed)
+        unlock();
     return failed;
 }
 
-template <class ItemID, class ItemValue, class Allocator>
-void QelCacheLogic<ItemID, ItemValue, Allocator>::unlock(StoragePtr& storage) {
+/// The child of a fork that came while the lock was held is detached, and has nothing to give back.
+template <class ItemID, class ItemValue, class Allocator> void QelCacheLogic<ItemID, ItemValue, Allocator>::unlock() {
+    if (!m_lockedFile)
+        return;
     if (m_protect && m_storage)
         m_storage->protect(true);
-    Allocator::Lock::unlock(storage.get());
+    Allocator::Lock::unlock(m_lockedFile.get());
 }
 
 /// Maps the whole heap if another process has grown it.  A header that tells of more than the file holds is damaged or
@@ -274,12 +278,9 @@ auto QelCacheLogic<ItemID, ItemValue, Allocator>::currentSnapshot() const -> Sna
 
 template <class ItemID, class ItemValue, class Allocator>
 template <class T>
-T* QelCacheLogic<ItemID, ItemValue, Allocator>::rebased(T* data, const StoragePtr& made) const {
-    if (made == m_storage)
-        return data;
-    QEL_CHECK(made && m_storage, CacheLogicDetail::sourcePath);
-    return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(data) +
-                                static_cast<std::uintptr_t>(made->getDifference(m_storage.get())));
+T* QelCacheLogic<ItemID, ItemValue, Allocator>::rebased(T* data, const void* base) const {
+    return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(data) + reinterpret_cast<std::uintptr_t>(header()) -
+                                reinterpret_cast<std::uintptr_t>(base));
 }
 
 template <class ItemID, class ItemValue, class Allocator>
@@ -292,17 +293,15 @@ auto QelCacheLogic<ItemID, ItemValue, Allocator>::acquireSnapshot(StoragePtr& st
     return snapshot;
 }
 
-/// Gives back a reference to `snapshot`, whose address was computed in `storage`.
+/// Gives back a reference to `snapshot`.
 template <class ItemID, class ItemValue, class Allocator>
-void QelCacheLogic<ItemID, ItemValue, Allocator>::releaseSnapshot(Snapshot* snapshot, StoragePtr& storage) {
-    snapshot = rebased(snapshot, storage);
+void QelCacheLogic<ItemID, ItemValue, Allocator>::releaseSnapshot(Snapshot* snapshot) {
     snapshot->refCount.decRef();
-    if (!snapshot->refCount.isLocked()) {
-        for (record_t& record : snapshot->values)
-            releaseItem(record.data.get());
-        unsafe_deallocate(snapshot);
-    }
-    storage.reset();
+    if (snapshot->refCount.isLocked())
+        return;
+    for (record_t& record : snapshot->values)
+        releaseItem(record.data.get());
+    unsafe_deallocate(snapshot);
 }
 
 template <class ItemID, class ItemValue, class Allocator>
@@ -323,13 +322,19 @@ auto QelCacheLogic<ItemID, ItemValue, Allocator>::getWritableSnapshot(eSnapshotH
     if (!acquired && (hint != snapshotForInsert || old->values.getReservedItemCount() != 0))
         return old;
 
-    StoragePtr storage = m_storage;
     const unsigned bytes = hint == snapshotForInsert ? old->getNextMemorySize() : old->getUsedMemorySize();
+    // The array's own former block most often lies behind it, and is eaten up slot by slot.
+    if (!acquired && header()->heap.extend(old, bytes)) {
+        old->adjustSelf(bytes);
+        return old;
+    }
+    const void* base = header();
     auto* block = unsafe_allocate<Snapshot>(bytes);
     if (!block)
         return nullptr;
+    old = rebased(old, base);
     auto* copy = new (block) Snapshot;
-    *copy = *currentSnapshot();
+    *copy = *old;
     copy->adjustSelf(bytes);
     if (acquired) {
         copy->refCount.setRefCount(1);
@@ -340,9 +345,9 @@ auto QelCacheLogic<ItemID, ItemValue, Allocator>::getWritableSnapshot(eSnapshotH
     // First the header, then what it pointed at: a crash between the two costs bytes and nothing else.
     header()->snapshot = copy;
     if (acquired)
-        releaseSnapshot(old, storage);
+        releaseSnapshot(old);
     else
-        unsafe_deallocate(rebased(old, storage));
+        unsafe_deallocate(old);
     return copy;
 }
 
@@ -361,11 +366,11 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::insertItem(const ItemID& id, co
     Snapshot* writable = getWritableSnapshot(snapshotForInsert);
     if (!writable)
         return cacheOutOfSpace;
-    const StoragePtr storage = m_storage;
+    const void* base = header();
     const NewItem item = storeItem(source, nullptr);
     if (!item.record)
         return item.result;
-    rebased(writable, storage)->values.insert(id, item.record);
+    rebased(writable, base)->values.insert(id, item.record);
     return cacheSuccess;
 }
 
@@ -384,12 +389,12 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::updateItem(const ItemID& id, co
     if (!old)
         return cacheOutOfSpace;
     __builtin_prefetch(old); // its count, wanted once the new record is there
-    const StoragePtr storage = m_storage;
+    const void* base = header();
     const NewItem item = storeItem(source, old);
     if (!item.record)
         return item.result;
-    rebased(writable, storage)->values.update(index, item.record);
-    releaseItem(rebased(old, storage));
+    rebased(writable, base)->values.update(index, item.record);
+    releaseItem(rebased(old, base));
     return cacheSuccess;
 }
 
@@ -500,7 +505,7 @@ QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::~ValuesList() {
     --m_cache->m_activeLists;
     // A cache that was attached anew after its file had been replaced knows nothing of this snapshot.
     if (m_storage->isSameFile(*m_cache->m_storage))
-        m_cache->releaseSnapshot(m_snapshot, m_storage);
+        m_cache->releaseSnapshot(m_cache->rebased(m_snapshot, m_storage->getMemory()));
 }
 
 template <class ItemID, class ItemValue, class Allocator>

@@ -111,17 +111,23 @@ public:
         return new OpenFile(name, std::move(forMapping), std::move(forLocking), identity);
     }
 
-    /// Extends the file to at least `size` bytes and allocates all of them on disk.
-    int reserve(std::uint64_t size) {
+    /// Extends the file to at least `size` bytes and allocates all of them on disk.  `mappable` is then `size`, or the
+    /// length of the whole file if that may be mapped at once.
+    int reserve(unsigned size, unsigned& mappable) {
+        constexpr std::uint64_t mostAtOnce = 64U << 20U; // more would be felt in the address space of 32 bits
+        mappable = size;
         struct stat status {};
         if (fstat(m_forMapping.get(), &status))
             return fail("cannot extend", m_name.c_str(), errno);
         // The common case of an existing file without holes needs no more than that.  st_blocks counts 512 bytes each.
         constexpr std::uint64_t statBlockSize = 512;
         const auto length = static_cast<std::uint64_t>(status.st_size);
-        if (length >= size && static_cast<std::uint64_t>(status.st_blocks) * statBlockSize >= length)
+        if (length >= size && static_cast<std::uint64_t>(status.st_blocks) * statBlockSize >= length) {
+            if (length <= mostAtOnce)
+                mappable = static_cast<unsigned>(length);
             return 0;
-        if (!uninterrupted([&] { return fallocate(m_forMapping.get(), 0, 0, static_cast<off_t>(size)); }))
+        }
+        if (!uninterrupted([&] { return fallocate(m_forMapping.get(), 0, 0, off_t{size}); }))
             return 0;
         if (errno != EOPNOTSUPP)
             return fail("cannot extend", m_name.c_str(), errno);
@@ -221,12 +227,25 @@ private:
     std::shared_ptr<ThreadLock> m_threads;
 };
 
+/// Pages of a file in memory, as long as somebody shows them.
+class QelMemoryMappedFile::Pages {
+public:
+    Pages(void* memory, unsigned size) noexcept : m_memory(memory), m_size(size) {}
+    Pages(const Pages&) = delete;
+    Pages& operator=(const Pages&) = delete;
+    ~Pages() { munmap(m_memory, m_size); }
+
+    [[nodiscard]] void* memory() const noexcept { return m_memory; }
+    [[nodiscard]] unsigned size() const noexcept { return m_size; }
+
+private:
+    void* m_memory;
+    unsigned m_size;
+};
+
 QelMemoryMappedFile::QelMemoryMappedFile() noexcept = default;
 
-QelMemoryMappedFile::~QelMemoryMappedFile() {
-    if (m_memory)
-        munmap(m_memory, m_size);
-}
+QelMemoryMappedFile::~QelMemoryMappedFile() = default;
 
 int QelMemoryMappedFile::map(const std::string& name, unsigned size, const tFileMappingOptions& options, void* hint) {
     const bool known = options.share == tFileMappingOptions::shareAll && options.file == fileOpenOrCreate &&
@@ -239,22 +258,37 @@ int QelMemoryMappedFile::map(const std::string& name, unsigned size, const tFile
 int QelMemoryMappedFile::remap(unsigned size, void* hint, const QelMemoryMappedFile* other) {
     if (!other || !other->m_file)
         return fail("cannot map", "", EINVAL);
-    return mapOpenFile(other->m_file, size, hint);
+    if (m_memory || other->m_pages == nullptr || other->m_pages->size() < size)
+        return mapOpenFile(other->m_file, size, hint);
+    m_file = other->m_file;
+    show(other->m_pages, size);
+    return 0;
 }
 
-int QelMemoryMappedFile::mapOpenFile(boost::intrusive_ptr<OpenFile> file, unsigned size, void* hint) {
+void QelMemoryMappedFile::share(const QelMemoryMappedFile& other) {
+    m_file = other.m_file;
+}
+
+int QelMemoryMappedFile::mapOpenFile(const boost::intrusive_ptr<OpenFile>& file, unsigned size, void* hint) {
     if (!file)
         return -1;
     if (m_memory)
         return fail("already mapped", file->name(), EBUSY);
-    if (const int failed = file->reserve(size))
+    unsigned mapped = 0;
+    if (const int failed = file->reserve(size, mapped))
         return failed;
-    m_memory = file->map(size, hint);
-    if (!m_memory)
+    void* memory = file->map(mapped, hint);
+    if (!memory)
         return -1;
-    m_size = size;
-    m_file = std::move(file);
+    m_file = file;
+    show(std::make_shared<const Pages>(memory, mapped), size);
     return 0;
+}
+
+void QelMemoryMappedFile::show(std::shared_ptr<const Pages> pages, unsigned size) {
+    m_pages = std::move(pages);
+    m_memory = m_pages->memory();
+    m_size = size;
 }
 
 std::uint64_t QelMemoryMappedFile::getFileSize() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
@@ -31,8 +32,10 @@ struct tFileMappingOptions {
 /// One shared, writable mapping of a file, and the lock of that file.
 ///
 /// The file stays open as long as one of its mappings, and a mapping made by `remap` shares it with the one that it was
-/// made from.  The child of a fork keeps its mappings, but the descriptors that it inherited are closed at once, and
-/// locking through them fails: if they merely lived on in a child they would keep the lock of a parent that died.
+/// made from.  An existing file that isn't large is mapped whole at once, whatever part of it was asked for, so that a
+/// `remap` to more of it costs nothing: the two objects then show the same pages at the same addresses.  The child of a
+/// fork keeps its mappings, but the descriptors that it inherited are closed at once, and locking through them fails:
+/// if they merely lived on in a child they would keep the lock of a parent that died.
 ///
 /// Operations that fail return a nonzero value and leave a text with setErrorMessage.  One object belongs to one thread
 /// at a time, except for `lock` and `unlock`.
@@ -53,6 +56,9 @@ public:
     /// its name.  `other` stays as it is.
     int remap(unsigned size, void* hint, const QelMemoryMappedFile* other);
 
+    /// Opens nothing and maps nothing, but shares the file of `other`, to lock it.
+    void share(const QelMemoryMappedFile& other);
+
     /// Start of the mapping, page-aligned; null if nothing is mapped.
     [[nodiscard]] void* getMemory() const noexcept { return m_memory; }
 
@@ -69,7 +75,7 @@ public:
     /// show the same pages anyway; this only shortens the time until they are on disk.
     int syncMemory();
 
-    /// Makes the mapping read-only, or writable again.
+    /// Makes the mapping read-only, or writable again, for every object that shows the same pages.
     int protectMemory(bool readOnly);
 
     /// Takes the file's exclusive lock, against every thread of every process.  With `tryOnly` it fails instead of
@@ -84,9 +90,12 @@ public:
 
 private:
     class OpenFile;
+    class Pages;
 
-    int mapOpenFile(boost::intrusive_ptr<OpenFile> file, unsigned size, void* hint);
+    int mapOpenFile(const boost::intrusive_ptr<OpenFile>& file, unsigned size, void* hint);
+    void show(std::shared_ptr<const Pages> pages, unsigned size);
 
+    std::shared_ptr<const Pages> m_pages;
     void* m_memory = nullptr;
     unsigned m_size = 0;
     boost::intrusive_ptr<OpenFile> m_file;

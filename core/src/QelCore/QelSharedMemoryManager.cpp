@@ -192,6 +192,39 @@ void QelSharedMemoryManager::deallocateData(void* data) {
     link(block);
 }
 
+bool QelSharedMemoryManager::extendData(void* data, std::size_t bytes) {
+    block_ctrl* block = block_ctrl::parse(data);
+    QEL_CHECK(isInRange(data) && isInRange(block) && isAligned(data), sourcePath);
+    const unsigned need = getBlocks(static_cast<unsigned>(bytes)) + block_ctrl::headSize / unitSize;
+    if (block->blocks >= need)
+        return true;
+    FreeListWalk walk(end());
+    while (walk.block() > walk.previous() && walk.block() < block)
+        walk.advance();
+    block_ctrl* neighbour = walk.block();
+    if (neighbour != block->adjacent())
+        return false;
+    const unsigned missing = need - block->blocks;
+    if (neighbour->blocks < missing)
+        return false;
+
+    unsigned taken = neighbour->blocks;
+    if (taken > missing + 1) {
+        auto* rest = reinterpret_cast<block_ctrl*>(reinterpret_cast<std::uintptr_t>(neighbour) +
+                                                   std::uintptr_t{missing} * unitSize);
+        rest->blocks = taken - missing;
+        rest->next = neighbour->next;
+        walk.previous()->next = rest;
+        taken = missing;
+    } else {
+        // One unit that is left stays in the block, as when it is handed out.
+        walk.previous()->next = neighbour->next;
+    }
+    block->blocks += taken;
+    m_header.ttlAllocated += taken * unitSize;
+    return true;
+}
+
 /// Puts a block into the free list at its place by address, and merges it with the neighbours that touch it.
 void QelSharedMemoryManager::link(block_ctrl* block) {
     FreeListWalk walk(end());

@@ -72,6 +72,10 @@ public:
     /// Gives back what `allocate` gave.
     template <class T> void deallocate(T* data) { deallocateData(data); }
 
+    /// Makes room for `bytes` behind `data` where it lies, out of the free block that follows it.  Whether the block
+    /// now has that room; if not, nothing has changed.
+    template <class T> [[nodiscard]] bool extend(T* data, std::size_t bytes) { return extendData(data, bytes); }
+
     /// Grows the heap to `newSize` bytes, which exceed the present ones by a multiple of 8; does nothing if they don't
     /// exceed them.  The mapping covers them already.
     void resize(std::size_t newSize);
@@ -119,6 +123,7 @@ private:
 
     [[nodiscard]] void* allocateData(std::size_t bytes);
     void deallocateData(void* data);
+    [[nodiscard]] bool extendData(void* data, std::size_t bytes);
     FreeBlock findFreeBlock(unsigned need);
     void link(block_ctrl* block);
 

@@ -3,12 +3,21 @@
 #include <algorithm>
 #include <vector>
 
+#include "QelFunctionalityCore/Backup/QelBackup.h"
+#include "QelFunctionalityCore/Backup/QelBackupData.h"
+#include "QelFunctionalityCore/Backup/QelBackupOptions.h"
+#include "QelFunctionalityCore/Backup/QelMigrateOptions.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
 #include "QelFunctionalityCore/Configuration/QelRealm.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelFunctionalityCore/Environment/QelEnvMListOptions.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelFunctionalityCore/Events/QelEvent.h"
+#include "QelFunctionalityCore/Events/QelInfo.h"
+#include "QelFunctionalityCore/Events/QelRequestProgressData.h"
+#include "QelFunctionalityCore/Events/QelResourceAlertData.h"
+#include "QelFunctionalityCore/Events/QelServerGroupAlertData.h"
 #include "QelFunctionalityCore/Files/QelFileFilter.h"
 #include "QelFunctionalityCore/Files/QelFileInfo.h"
 #include "QelFunctionalityCore/Files/QelFileType.h"
@@ -31,21 +40,44 @@
 #include "QelFunctionalityCore/Host/QelPackageManagerOptions.h"
 #include "QelFunctionalityCore/Host/QelProcessList.h"
 #include "QelFunctionalityCore/Host/QelProcessMExec.h"
+#include "QelFunctionalityCore/Host/QelService.h"
 #include "QelFunctionalityCore/Host/QelSnapshot.h"
 #include "QelFunctionalityCore/Host/QelStatistics.h"
 #include "QelFunctionalityCore/Host/QelSystemInfo.h"
 #include "QelFunctionalityCore/Host/QelTopData.h"
 #include "QelFunctionalityCore/Host/QelUser.h"
 #include "QelFunctionalityCore/Host/QelVncRecords.h"
+#include "QelFunctionalityCore/Monitoring/QelMonitorData.h"
+#include "QelFunctionalityCore/Monitoring/QelPerfMonValue.h"
+#include "QelFunctionalityCore/Network/QelFirewallRule.h"
+#include "QelFunctionalityCore/Network/QelIPPool.h"
+#include "QelFunctionalityCore/Network/QelInterfaceRate.h"
+#include "QelFunctionalityCore/Network/QelNetDevice.h"
+#include "QelFunctionalityCore/Network/QelPagerSortCondition.h"
+#include "QelFunctionalityCore/Network/QelResource.h"
+#include "QelFunctionalityCore/Network/QelRowSet.h"
+#include "QelFunctionalityCore/Profile/QelProfile.h"
 #include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
+#include "QelFunctionalityCore/Security/QelAce.h"
+#include "QelFunctionalityCore/Security/QelDirControl.h"
+#include "QelFunctionalityCore/Security/QelDirEntry.h"
+#include "QelFunctionalityCore/Security/QelDirRealm.h"
+#include "QelFunctionalityCore/Security/QelInfrastructureNode.h"
+#include "QelFunctionalityCore/Security/QelPolicy.h"
+#include "QelFunctionalityCore/Security/QelRole.h"
 #include "QelFunctionalityCore/Security/QelSID.h"
+#include "QelFunctionalityCore/Security/QelSSOBase.h"
+#include "QelFunctionalityCore/Security/QelSession.h"
+#include "QelFunctionalityCore/Security/QelToken.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
+#include "QelFunctionalityCore/Vocabulary/QelVocID.h"
+#include "QelFunctionalityCore/Vocabulary/QelVocPrototype.h"
 
 namespace Qel {
 
@@ -80,33 +112,83 @@ template <class Base> QelRecordType anyOf() {
     return type;
 }
 
+// An identity in a message of its own, not that of the vocabulary around it.
+struct LoneVocIDReader : QelVocID::Reader {
+    LoneVocIDReader() : Reader(true) {}
+};
+
 std::vector<QelRecordType> makeTypes() {
     std::vector<QelRecordType> types{
+        byTable<QelAlertData>(),
+        byTable<QelAllocateIPParams>(),
+        byTable<QelAnyEventData>(),
         byTable<QelAuthName>(),
+        byTable<QelBackup>(),
+        byTable<QelBackupData>(),
+        byTable<QelBackupGetEnvInfoOptions>(),
+        byTable<QelBackupGetInfoOptions>(),
+        byTable<QelBackupMConfig>(),
+        byTable<QelBackupOperationStuff>(),
+        byTable<QelBackupOptions>(),
+        byTable<QelBrowseColumn>(),
+        byTable<QelBrowseInfo>(),
+        byTable<QelBrowseSettings>(),
         byTable<QelCPULoad>(),
+        byTable<QelCalculateHWNodeNotes>(),
         byTable<QelCommonDevice>(),
         byTable<QelConnectionInfo>(),
+        byTable<QelDSConfiguration>(),
+        byTable<QelDSLocation>(),
+        byTable<QelDSObjectInfo>(),
+        byTable<QelDashboardSection>(),
         byTable<QelDate>(),
+        byTable<QelDesktopAction>(),
+        byTable<QelDesktopSettings>(),
+        byTable<QelDestroyedBackupsData>(),
         byTable<QelDevMountInfo>(),
         byTable<QelDeviceInfo>(),
+        byTable<QelDirEntry>(),
+        byTable<QelDirRealm::LoginType>(),
+        byTable<QelDirSortControl>(),
+        byTable<QelDirVlvControl>(),
         byTable<QelDisk>(),
         byTable<QelDiskImage>(),
         byTable<QelDiskPartition>(),
+        byTable<QelEffectivePolicyAssignment>(),
+        byTable<QelEnvBackupData>(),
         byTable<QelEnvMListOptions>(),
         byTable<QelEnvSample>(),
         byTable<QelEnvStatus>(),
+        byTable<QelEvent>(),
+        byTable<QelExcludeList>(),
         byTable<QelFileFilter>(),
         byTable<QelFileInfo>(),
         byTable<QelFileListType>(),
         byTable<QelFileShare>(),
         byTable<QelFileType>(),
+        byTable<QelFilerOptions>(),
+        byTable<QelFirewallRule::NetAddress>(),
+        byTable<QelFirewallRule::PortRange>(),
+        byTable<QelFirewallRule>(),
         byTable<QelForwardDevice>(),
         byTable<QelForwardPoint>(),
         byTable<QelGroup>(),
         byTable<QelGroupNameID>(),
         byTable<QelHNLookupInfoType>(),
+        byTable<QelIPPool>(),
+        byTable<QelIPPoolAllocation>(),
+        byTable<QelIPPoolAllocationItem>(),
+        byTable<QelIPPoolBaseData>(),
+        byTable<QelIPPoolUsage>(),
+        byTable<QelIPRange>(),
         byTable<QelImageInfo>(),
+        byTable<QelInfo>(),
+        byTable<QelInfrastructureFolderAttributes>(),
+        byTable<QelInfrastructureNode>(),
         byTable<QelInstallationPackage>(),
+        byTable<QelInterfaceRate>(),
+        byTable<QelInterfaceSettings>(),
+        byTable<QelListBackupOptions>(),
         byTable<QelLoadAvg1>(),
         byTable<QelLoadAvg>(),
         byTable<QelLogClass>(),
@@ -116,23 +198,46 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelMailTemplate>(),
         byTable<QelMailerAccount>(),
         byTable<QelMailerConfig>(),
+        byTable<QelMigratorCloneOptions>(),
         byTable<QelNativeConfig>(),
         byTable<QelNetInterface>(),
+        byTable<QelNetNIC>(),
         byTable<QelNetTransfer>(),
         byTable<QelNetTransferStat>(),
+        byTable<QelNetVLAN>(),
         byTable<QelNetwork>(),
+        byTable<QelNewBackupData>(),
         byTable<QelOS>(),
+        byTable<QelObjectToPolicyAssignment>(),
+        byTable<QelP2VMigrateOptions>(),
         byTable<QelPackage>(),
         byTable<QelPackageLinux>(),
         byTable<QelPackageListModificationData>(),
         byTable<QelPackageManagerListOptions>(),
         byTable<QelPackageManagerOptions>(),
+        byTable<QelPagerSortCondition>(),
+        byTable<QelPersonalSettings>(),
+        byTable<QelPolicy>(),
+        byTable<QelPoolResourcePair>(),
         byTable<QelProcessList>(),
         byTable<QelProcessMExecOutput>(),
         byTable<QelProcessMExecParams>(),
+        byTable<QelProfile>(),
         byTable<QelProgCredentials>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
+        byTable<QelRegisteredClient>(),
+        byTable<QelRemoveBackupOptions>(),
+        byTable<QelResource>(),
+        byTable<QelResourceIp>(),
+        byTable<QelResourceIpPool>(),
+        byTable<QelResourcePool>(),
+        byTable<QelRestoreOptions>(),
+        byTable<QelRole>(),
+        byTable<QelRoleAssignment>(),
+        byTable<QelRowSet>(),
+        byTable<QelSSOServerConfig>(),
+        byTable<QelSSOServiceProviderConfig>(),
         byTable<QelSampleConf>(),
         byTable<QelScheduleTask>(),
         byTable<QelSchedulerDailyTrigger>(),
@@ -140,10 +245,16 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSchedulerMonthlyTrigger>(),
         byTable<QelSchedulerOnceTrigger>(),
         byTable<QelSchedulerWeeklyTrigger>(),
+        byTable<QelScreenInfo>(),
+        byTable<QelScreenSettings>(),
+        byTable<QelSearchBackupOptions>(),
         byTable<QelSecurityAttributes>(),
+        byTable<QelSelectiveRestoreOptions>(),
+        byTable<QelService>(),
         byTable<QelSnapshot>(),
         byTable<QelStats>(),
         byTable<QelSystemInfo>(),
+        byTable<QelTask>(),
         byTable<QelTimeZone>(),
         byTable<QelTopInfo>(),
         byTable<QelUGIDLimits>(),
@@ -151,31 +262,53 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelUser>(),
         byTable<QelUserCredentials>(),
         byTable<QelUserNameID>(),
+        byTable<QelV2PMigrateOptions>(),
+        byTable<QelV2VMigrateOptions>(),
         byTable<QelVncConnectionInfo>(),
         byTable<QelVncConsoleInfo>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
         byTable<QelVtVersion>(),
         byTable<QelWindowsDevice>(),
+        makeRecordType<QelAce>("QelAce", &qelWireLayout<QelObjectRights>()),
+        makeRecordType<QelCheck>("QelCheck", &qelWireLayout<QelObjectRights>()),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
+        makeRecordType<QelDirAttribute>("QelDirAttribute"),
+        makeRecordType<QelDirControl>("QelDirControl", &qelWireLayout<QelDirControl>()),
+        makeRecordType<QelDirRealm>("QelDirRealm", &qelWireLayout<QelDirRealm>()),
         makeRecordType<QelEID>("QelEID"),
         makeRecordType<QelEIDList>("QelEIDList"),
         makeRecordType<QelEnv>("QelEnv", &qelWireLayout<QelEnv>()),
         makeRecordType<QelEnvConfig>("QelEnvConfig", &qelWireLayout<QelEnvConfig>()),
-        makeRecordType<QelFilerOptions>("QelFilerOptions"),
         makeRecordType<QelGUID>("QelGUID"),
         makeRecordType<QelIPAddress>("QelIPAddress"),
+        makeRecordType<QelMonitorData>("QelMonitorData"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
         makeRecordType<QelPackageDeb>("QelPackageDeb", &qelWireLayout<QelPackageLinux>()),
         makeRecordType<QelPackageRpm>("QelPackageRpm", &qelWireLayout<QelPackageLinux>()),
         makeRecordType<QelProcessInfo>("QelProcessInfo"),
+        makeRecordType<QelNetBridge>("QelNetBridge", &qelWireLayout<QelNetDevice>()),
+        makeRecordType<QelNetDevice>("QelNetDevice", &qelWireLayout<QelNetDevice>()),
         makeRecordType<QelSID>("QelSID"),
         makeRecordType<QelScsiDevice>("QelScsiDevice", &qelWireLayout<QelWindowsDevice>()),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
         makeRecordType<QelTopData>("QelTopData"),
         makeRecordType<QelTopData::TopSet>("QelTopData::TopSet"),
+        makeRecordType<QelSession>("QelSession", &qelWireLayout<QelSession>()),
+        makeRecordType<QelToken>("QelToken", &qelWireLayout<QelToken>()),
+        makeRecordType<QelStringTree<1018, true>>("QelStringTree<1018, true>"),
+        makeRecordType<QelStringTree<1026, false>>("QelStringTree<1026, false>"),
+        makeRecordType<QelPerfMonActualValue>("QelPerfMonActualValue"),
+        makeRecordType<QelPerfMonHistoricalValue>("QelPerfMonHistoricalValue"),
+        makeRecordType<QelPerfStat>("QelPerfStat"),
+        makeRecordType<QelTimeInterval>("QelTimeInterval"),
+        makeRecordType<QelRequestProgressData>("QelRequestProgressData", &qelWireLayout<QelRequestProgressData>()),
+        makeRecordType<QelResourceAlertData>("QelResourceAlertData", &qelWireLayout<QelResourceAlertData>()),
+        makeRecordType<QelServerGroupAlertData>("QelServerGroupAlertData", &qelWireLayout<QelServerGroupAlertData>()),
         anyOf<QelSchedulerTrigger>(),
         makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
+        makeRecordType<QelVocID, LoneVocIDReader>("QelVocID", &qelWireLayout<QelVocID>()),
+        makeRecordType<QelVocPrototype>("QelVocPrototype"),
         wholeMessage<QelConfiguration>("QelConfiguration"),
     };
     std::sort(types.begin(), types.end(),

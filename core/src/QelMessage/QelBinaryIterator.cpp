@@ -159,6 +159,16 @@ int QelBinaryIterator::nextSibling(int id) const {
     return id <= 0 ? -1 : enter(tree().findNext(current(), id));
 }
 
+int QelBinaryIterator::seekChildByValue(int element, int id, std::string_view value) const {
+    const QelMessageTree& all = tree();
+    for (Index each = child(element); each != none; each = all.findNext(each, element)) {
+        const Index key = all.findChild(each, id);
+        if (key != none && all.node(key).value.view() == value)
+            return moveTo(each);
+    }
+    return -1;
+}
+
 /// The first child of this ID.
 QelBinaryIterator::Index QelBinaryIterator::child(int id) const {
     const Index parent = current();

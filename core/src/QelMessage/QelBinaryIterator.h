@@ -119,6 +119,9 @@ protected:
     /// Takes the message and the position of another cursor; for walks over several messages, which are const as every
     /// navigation is.
     void takePlaceOf(const QelBinaryIterator& other) const;
+    /// To the first child `element` whose own first child `id` has this value.  For searches of long lists: nothing is
+    /// copied, and the cursor moves once.
+    int seekChildByValue(int element, int id, std::string_view value) const;
 
 private:
     using Index = std::uint32_t;

@@ -92,10 +92,10 @@ struct QelWireField {
     bool (*test)(const void* member);          ///< in place of the codec's isSet, if not null
     bool ignoresWriteFailure = false;          ///< the record is written on when this field could not be
     bool needsItems = false;                   ///< of a container: one without any items is malformed
+    bool keepsSet = false;                     ///< of a flag, a mask, an optional: reading clears nothing
     unsigned bit = 0;                          ///< of `mask`: whether the field is set; reading the field sets it
     unsigned* (*mask)(void* record) = nullptr; ///< the record's mask, if one of its bits stands for the field
-    bool keepsSet = false;    ///< of a flag, a bit mask or an optional: reading sets what it finds and clears nothing
-    bool clearsFirst = false; ///< of a sequence: what was in it goes before it is read
+    bool clearsFirst = false;                  ///< of a sequence: what was in it goes before it is read
 
     /// The same row, whose failure to be written is none of the record.
     [[nodiscard]] constexpr QelWireField unchecked() const {

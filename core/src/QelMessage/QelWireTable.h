@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "QelMessage/QelWireValue.h"
 
@@ -39,20 +40,39 @@ template <class Member, auto predicate> bool testMember(const void* member) {
     return predicate(*static_cast<const Member*>(member));
 }
 
+template <class T, auto predicate> struct WireCheckedValue : QelWireValue<T> {
+    static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField& field) {
+        T taken{};
+        if (QelWireValue<T>::read(cursor, taken, id, field) != 0 || !predicate(taken))
+            return -1;
+        value = std::move(taken);
+        return 0;
+    }
+};
+
+/// Whether a bool is true, or a wrapper of one that may be unset holds a true one.
+template <class Flag> bool isRaised(const void* member) {
+    const Flag& flag = *static_cast<const Flag*>(member);
+    if constexpr (std::is_same_v<Flag, bool>)
+        return flag;
+    else
+        return QelWireValue<Flag>::isSet(flag) && flag.get();
+}
+
+template <class Flag>
 inline constexpr QelWireCodec presenceCodec{
     QelWireKind::presence,
     {},
-    false,
+    !std::is_same_v<Flag, bool>,
     nullptr,
     nullptr,
     nullptr,
     [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
-        bool& flag = *static_cast<bool*>(member);
-        flag = cursor.seekPresence(id) == 0 || (field.keepsSet && flag);
+        *static_cast<Flag*>(member) = cursor.seekPresence(id) == 0 || (field.keepsSet && isRaised<Flag>(member));
         return 0;
     },
     [](QelMessageIterator& cursor, const void*, int id, const QelWireField&) { return cursor.putChild(id); },
-    [](const void* member) { return *static_cast<const bool*>(member); }};
+    &isRaised<Flag>};
 
 template <QelWireBit... bits> inline constexpr QelWireBit wireBits[] = {bits...};
 
@@ -211,6 +231,13 @@ template <class Record> struct WireWords {
         made.test = &Internal::testMember<Member<member>, predicate>;
         return made;
     }
+    /// The same for a value of which not all are taken: one for which `predicate` doesn't hold is as unreadable as one
+    /// of another form.
+    template <auto member, auto predicate>
+    static constexpr QelWireField checked(int id, QelWireRead read, QelWireWrite write, QelWireForm form = plain) {
+        using Value = Internal::WireCheckedValue<Member<member>, predicate>;
+        return row<member>(id, 0, read, write, form, &qelWireCodec<Member<member>, Value>);
+    }
     /// A value or record in element `id`, whose `bit` in the record's member `mask` tells whether it is set.
     template <auto member, auto mask>
     static constexpr QelWireField marked(int id, unsigned bit, QelWireRead read, QelWireWrite write,
@@ -221,11 +248,11 @@ template <class Record> struct WireWords {
         made.mask = [](void* record) { return &(static_cast<Record*>(record)->*mask); };
         return made;
     }
-    /// A bool that the presence of the empty element `id` tells.
+    /// A bool that the presence of the empty element `id` tells.  One that may be unset is specified by every read.
     template <auto member> static constexpr QelWireField flag(int id) {
-        static_assert(std::is_same_v<Member<member>, bool>,
+        static_assert(std::is_same_v<typename Internal::WireContent<Member<member>>::type, bool>,
                       "flag<> is for bool members: the presence of the element is the value");
-        return row<member>(id, 0, optional, ifSet, plain, &Internal::presenceCodec);
+        return row<member>(id, 0, optional, ifSet, plain, &Internal::presenceCodec<Member<member>>);
     }
     /// A bit mask of 32 bits: each bit is told by the presence of an empty element, directly in the record's element.
     /// Neither reading nor writing fails.

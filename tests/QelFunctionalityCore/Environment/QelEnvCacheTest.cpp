@@ -148,6 +148,13 @@ TEST_F(QelEnvCacheTest, FileThatBecomesUsableIsAttachedAtTheNextCall) {
     EXPECT_THAT(log.entries, ElementsAre(unavailable(-14)));
 }
 
+TEST_F(QelEnvCacheTest, WithoutANameThereIsNoCacheAndNothingIsToldOfIt) {
+    initEnvCache({}, false);
+    const LogCapture log;
+    EXPECT_FALSE(envCache());
+    EXPECT_THAT(log.entries, testing::IsEmpty());
+}
+
 TEST_F(QelEnvCacheTest, FileThatCannotBeMappedIsNoCache) {
     initEnvCache(file.path() + "/below", false);
     const LogCapture log;

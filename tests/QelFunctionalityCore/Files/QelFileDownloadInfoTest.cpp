@@ -29,7 +29,7 @@ TEST(QelFileDownloadInfoTest, ThePathIsTheNameAtTheOtherEnd) {
     EXPECT_EQ(info.getDst(), "/here");
     EXPECT_EQ(info.size, 5);
     EXPECT_EQ(info.offset, 6);
-    EXPECT_EQ(info.getOptions().flags(), 1U);
+    EXPECT_EQ(info.getOptions().flags, 1U);
     EXPECT_EQ(info.getAttrs(), &attributes);
 }
 
@@ -40,7 +40,7 @@ TEST(QelFileDownloadInfoTest, WhatWasGivenCanBeReplaced) {
     info.setOptions(QelFilerOptions(4));
     info.setAttrs(&attributes);
     EXPECT_EQ(info.getDst(), "/elsewhere");
-    EXPECT_EQ(info.getOptions().flags(), 4U);
+    EXPECT_EQ(info.getOptions().flags, 4U);
     EXPECT_EQ(info.getAttrs(), &attributes);
 }
 
@@ -120,7 +120,7 @@ TEST_F(QelFileDownloadToFileTest, ADescriptorIsTakenOver) {
     {
         QelFileDownloadToFile download("/there", descriptor, 3, 2);
         EXPECT_EQ(download.getDst(), "");
-        EXPECT_EQ(download.getOptions().flags(), 1U);
+        EXPECT_EQ(download.getOptions().flags, 1U);
         EXPECT_EQ(download.getAttrs(), nullptr);
         ASSERT_EQ(download.start(), 0);
         EXPECT_EQ(download.saveBuffer("new", 3), 0);

@@ -18,7 +18,7 @@ TEST(QelFilerOptionsTest, NoFlagIsNoElement) {
     const TestTree tree;
     writeTo(tree, QelFilerOptions());
     EXPECT_THAT(childIDs(*tree), IsEmpty());
-    EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags(), 0U);
+    EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags, 0U);
 }
 
 TEST(QelFilerOptionsTest, EachPlainFlagIsAnEmptyElement) {
@@ -27,7 +27,7 @@ TEST(QelFilerOptionsTest, EachPlainFlagIsAnEmptyElement) {
         writeTo(tree, QelFilerOptions(flag));
         EXPECT_THAT(childIDs(*tree), ElementsAre(element));
         EXPECT_EQ(valueOf(*tree, element), "");
-        EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags(), flag);
+        EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags, flag);
     }
 }
 
@@ -38,7 +38,7 @@ TEST(QelFilerOptionsTest, TheOuterElementAloneIsBitSixteen) {
     ASSERT_EQ(tree->seek(outer), 0);
     EXPECT_THAT(childIDs(*tree), IsEmpty());
     tree->seekUp();
-    EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags(), 16U);
+    EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags, 16U);
 }
 
 TEST(QelFilerOptionsTest, WithTheInnerElementItIsBitThirtyTwo) {
@@ -49,7 +49,7 @@ TEST(QelFilerOptionsTest, WithTheInnerElementItIsBitThirtyTwo) {
         ASSERT_EQ(tree->seek(outer), 0);
         EXPECT_THAT(childIDs(*tree), ElementsAre(inner));
         tree->seekUp();
-        EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags(), 32U);
+        EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags, 32U);
     }
 }
 
@@ -64,7 +64,7 @@ TEST(QelFilerOptionsTest, ReadingReplacesTheFlags) {
     tree->putChild(1140);
     QelFilerOptions options(~0U);
     EXPECT_EQ(tree->getObj(options, 0), 0);
-    EXPECT_EQ(options.flags(), 4U);
+    EXPECT_EQ(options.flags, 4U);
     EXPECT_TRUE(options.has(QelFilerOptions::option1140));
     EXPECT_FALSE(options.has(QelFilerOptions::overwrite));
 }

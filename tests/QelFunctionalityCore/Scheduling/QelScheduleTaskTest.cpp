@@ -9,7 +9,7 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
-#include "support/TestMessage.h"
+#include "support/RecordTest.h"
 
 namespace Qel {
 
@@ -23,41 +23,7 @@ using testing::IsNull;
 using testing::NotNull;
 using testing::SizeIs;
 
-std::vector<int> childrenOf(const QelMessageIterator& cursor) {
-    std::vector<int> ids;
-    if (cursor.firstChild() != 0)
-        return ids;
-    do
-        ids.push_back(cursor.curID());
-    while (cursor.nextSibling() == 0);
-    cursor.seekUp();
-    return ids;
-}
-
-/// In an element of its own each.
-class SchedulingRecordTest : public testing::Test {
-protected:
-    SchedulingRecordTest() { message.newChild(1021); }
-
-    template <class Record> int write(const Record& record) { return typename Record::Writer()(message, record); }
-    template <class Record> int read(Record& record) { return typename Record::Reader()(message, record); }
-    template <class Record> Record roundTrip(const Record& record) {
-        EXPECT_EQ(write(record), 0);
-        Record back;
-        EXPECT_EQ(read(back), 0) << getErrorMessage();
-        EXPECT_EQ(message.curID(), 1021) << "the cursor comes back";
-        return back;
-    }
-    /// Replaces the children of an ID by one with this value.
-    void replace(int id, const std::string& value) {
-        while (message.deleteChild(id) == 0) {
-        }
-        message.putValue(value, id);
-    }
-
-    TestMessage tree;
-    QelMessageIterator& message = tree.cursor();
-};
+using SchedulingRecordTest = RecordTest;
 
 class QelSchedulerTriggerTest : public SchedulingRecordTest {};
 

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "QelFunctionalityCore/Configuration/QelConfiguration.h"
+#include "QelFunctionalityCore/Security/LocalConfig.h"
 #include "QelFunctionalityCore/Security/QelLocalSID.h"
 #include "support/TestMessage.h"
 
@@ -13,35 +13,6 @@ using namespace Qel::TestSupport;
 using testing::ElementsAre;
 
 constexpr int userElement = 1025;
-
-const QelEID localEID(0x0102030405060708, 0x1112131415161718);
-const QelEID masterEID(0x2122232425262728, 0x3132333435363738);
-
-/// Sets who the local agent is, for as long as it lives.
-class LocalConfig {
-public:
-    explicit LocalConfig(const QelEID& local, const QelEID& master = QelEID()) {
-        QelMessageIterator& cursor = m_tree.cursor();
-        cursor.newChild(1307);
-        cursor.newChild(1044);
-        cursor.newChild(1021);
-        cursor.putObj(local, 1010);
-        if (master.isValid()) {
-            cursor.seek("/data");
-            cursor.newChild(1875);
-            cursor.newChild(1021);
-            cursor.newChild(1680);
-            cursor.putObj(master, 1010);
-        }
-        QelConfiguration::setLocalConfig(m_tree.get());
-    }
-    LocalConfig(const LocalConfig&) = delete;
-    LocalConfig& operator=(const LocalConfig&) = delete;
-    ~LocalConfig() { QelConfiguration::setLocalConfig(nullptr); }
-
-private:
-    TestMessage m_tree;
-};
 
 std::vector<std::uint8_t> binaryForm(std::uint8_t revision, std::uint8_t count, std::size_t subAuthorities) {
     std::vector<std::uint8_t> bytes(8 + 4 * subAuthorities, 0);

@@ -1,6 +1,5 @@
 #include "QelFunctionalityCore/Files/QelFileType.h"
 
-#include "QelFunctionalityCore/Files/PresenceBits.h"
 #include "QelFunctionalityCore/Files/ValidMaskStep.h"
 #include "QelMessage/QelWireTable.h"
 
@@ -23,22 +22,15 @@ constexpr int linksElement = 1136;
 constexpr int linkTargetElement = 1137;
 constexpr int extraElement = 1798;
 
-constexpr PresenceBit attributes[] = {
-    {File::validType, typeElement},
-    {File::validName, nameElement},
-    {File::validMode, modeElement},
-    {File::validOwnerName, ownerNameElement},
-    {File::validUid, uidElement},
-    {File::validGroupName, groupNameElement},
-    {File::validGid, gidElement},
-    {File::validSize, sizeElement},
-    {File::validTime, mtimeElement},
-    {File::validLinks, linksElement},
-    {File::validLinkTarget, linkTargetElement},
-    {File::validExtra, extraElement},
+/// The mask of attributes, as a record.
+struct AttributeMask {
+    unsigned mask = 0;
 };
 
 } // namespace
+
+// Its own table names it, since a file has files.
+template <> const QelWireLayout& qelWireLayout<QelFileType>();
 
 template <> struct Wire<QelFileType> : WireWords<QelFileType> {
     static constexpr auto mask = &File::validMask;
@@ -64,14 +56,27 @@ template <> const QelWireLayout& qelWireLayout<QelFileType>() {
     return wireLayoutOf<QelFileType>;
 }
 
+template <> struct Wire<AttributeMask> : WireWords<AttributeMask> {
+    static constexpr QelWireField fields[] = {
+        bits<&AttributeMask::mask, QelWireBit{File::validType, typeElement}, QelWireBit{File::validName, nameElement},
+             QelWireBit{File::validMode, modeElement}, QelWireBit{File::validOwnerName, ownerNameElement},
+             QelWireBit{File::validUid, uidElement}, QelWireBit{File::validGroupName, groupNameElement},
+             QelWireBit{File::validGid, gidElement}, QelWireBit{File::validSize, sizeElement},
+             QelWireBit{File::validTime, mtimeElement}, QelWireBit{File::validLinks, linksElement},
+             QelWireBit{File::validLinkTarget, linkTargetElement}, QelWireBit{File::validExtra, extraElement}>(),
+    };
+};
+
 int QelReaderFileTypeMask(const QelMessageIterator& cursor, unsigned& mask) {
-    mask = readPresenceBits(cursor, attributes);
-    return 0;
+    AttributeMask read;
+    const int result = readByLayout(wireLayoutOf<AttributeMask>, &read, cursor);
+    mask = read.mask;
+    return result;
 }
 
 int QelWriterFileTypeMask(QelMessageIterator& cursor, unsigned mask) {
-    writePresenceBits(cursor, mask, attributes);
-    return 0;
+    const AttributeMask written{mask};
+    return writeByLayout(wireLayoutOf<AttributeMask>, &written, cursor);
 }
 
 } // namespace Qel

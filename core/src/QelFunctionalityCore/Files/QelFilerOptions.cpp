@@ -1,41 +1,47 @@
 #include "QelFunctionalityCore/Files/QelFilerOptions.h"
 
-#include "QelFunctionalityCore/Files/PresenceBits.h"
+#include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
 
-constexpr PresenceBit plainFlags[] = {
-    {QelFilerOptions::overwrite, 1152},  {QelFilerOptions::option1151, 1151}, {QelFilerOptions::option1140, 1140},
-    {QelFilerOptions::option1170, 1170}, {QelFilerOptions::option1174, 1174},
-};
+using Options = QelFilerOptions;
 
 // The element by itself is the one flag, and with the other element in it the other.
 constexpr int outerElement = 1138;
 constexpr int innerElement = 1139;
 
-} // namespace
-
-int QelFilerOptions::Reader::operator()(const QelMessageIterator& cursor, QelFilerOptions& options) const {
-    unsigned flags = readPresenceBits(cursor, plainFlags);
-    if (cursor.seek(outerElement) == 0) {
-        flags |= cursor.seekPresence(innerElement) == 0 ? option1139 : option1138;
-        cursor.seekUp();
-    }
-    options = QelFilerOptions(flags);
+int readNested(const QelMessageIterator& cursor, Options& options) {
+    if (cursor.seek(outerElement) != 0)
+        return 0;
+    options.flags |= cursor.seekPresence(innerElement) == 0 ? Options::option1139 : Options::option1138;
+    cursor.seekUp();
     return 0;
 }
 
-int QelFilerOptions::Writer::operator()(QelMessageIterator& cursor, const QelFilerOptions& options) const {
-    writePresenceBits(cursor, options.flags(), plainFlags);
-    if (options.has(option1138) || options.has(option1139)) {
-        cursor.newChild(outerElement);
-        if (options.has(option1139))
-            cursor.putChild(innerElement);
-        cursor.seekUp();
-    }
+int writeNested(QelMessageIterator& cursor, const Options& options) {
+    if (!options.has(Options::option1138) && !options.has(Options::option1139))
+        return 0;
+    cursor.newChild(outerElement);
+    if (options.has(Options::option1139))
+        cursor.putChild(innerElement);
+    cursor.seekUp();
     return 0;
+}
+
+} // namespace
+
+template <> struct Wire<QelFilerOptions> : WireWords<QelFilerOptions> {
+    static constexpr QelWireField fields[] = {
+        bits<&Options::flags, QelWireBit{Options::overwrite, 1152}, QelWireBit{Options::option1151, 1151},
+             QelWireBit{Options::option1140, 1140}, QelWireBit{Options::option1170, 1170},
+             QelWireBit{Options::option1174, 1174}>(),
+        step<&readNested, &writeNested>("flags", outerElement, optional, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelFilerOptions>() {
+    return wireLayoutOf<QelFilerOptions>;
 }
 
 } // namespace Qel

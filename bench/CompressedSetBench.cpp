@@ -1,0 +1,256 @@
+// Sets of ranges beside boost::icl::interval_set<unsigned>, both built from the same 100,000 ranges.  After the runs a
+// table is printed: what building a set takes on each side, the ratio, and whether it reaches what is required; then
+// the memory that the sets hold.  Exit code 1 if a required ratio isn't reached.
+//
+// "At once" is the insert of many ranges, which is how a pool is read from a message.  "One by one" inserts each range
+// by itself, as the peer does in every line, and is required to be fast only where the ranges come in ascending order:
+// a set of many ranges that lie far apart is a long vector, and an insert in its middle moves half of it.
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <boost/icl/interval_set.hpp>
+
+#include "QelCore/QelCompressedSet.h"
+
+namespace {
+
+using namespace Qel;
+using Range = range<unsigned>;
+using Ranges = std::vector<Range>;
+
+constexpr unsigned rangeCount = 100'000;
+
+std::size_t bytesHeld = 0;
+
+/// Counts the bytes that its containers have asked for.
+template <class T> struct CountingAllocator {
+    using value_type = T;
+
+    CountingAllocator() = default;
+    template <class U> CountingAllocator(const CountingAllocator<U>&) {}
+
+    T* allocate(std::size_t n) {
+        bytesHeld += n * sizeof(T);
+        return std::allocator<T>().allocate(n);
+    }
+    void deallocate(T* block, std::size_t n) {
+        bytesHeld -= n * sizeof(T);
+        std::allocator<T>().deallocate(block, n);
+    }
+    friend bool operator==(const CountingAllocator&, const CountingAllocator&) { return true; }
+};
+
+template <template <class> class Allocator> using SetOf = compressed_set<unsigned, std::vector, Allocator<Range>>;
+template <template <class> class Allocator>
+using PeerOf = boost::icl::interval_set<unsigned, std::less, boost::icl::interval<unsigned>::type, Allocator>;
+
+using Set = SetOf<std::allocator>;
+using Peer = PeerOf<std::allocator>;
+
+// ---- what is inserted
+
+/// Ranges of up to `longest` addresses, at random among `universe` addresses.
+Ranges randomRanges(unsigned universe, unsigned longest) {
+    std::mt19937 random(20261121);
+    std::uniform_int_distribution<unsigned> start(1, universe);
+    std::uniform_int_distribution<unsigned> further(0, longest - 1);
+    Ranges made;
+    for (unsigned i = 0; i < rangeCount; ++i) {
+        const unsigned first = start(random);
+        made.push_back({first, first + further(random)});
+    }
+    return made;
+}
+
+Ranges ascendingAddresses() {
+    Ranges made;
+    for (unsigned i = 1; i <= rangeCount; ++i)
+        made.push_back({i, i});
+    return made;
+}
+
+// ---- the ways to build a set
+
+template <class AnySet = Set> AnySet buildAtOnce(const Ranges& ranges) {
+    AnySet set;
+    set.insert(ranges.begin(), ranges.end());
+    return set;
+}
+
+template <class AnySet = Set> AnySet buildOneByOne(const Ranges& ranges) {
+    AnySet set;
+    for (const Range& each : ranges)
+        set.insert(each);
+    return set;
+}
+
+template <class AnyPeer = Peer> AnyPeer buildPeer(const Ranges& ranges) {
+    AnyPeer set;
+    for (const Range& each : ranges)
+        set.add(boost::icl::interval<unsigned>::closed(each.start, each.end));
+    return set;
+}
+
+template <auto build> void bench(benchmark::State& state, const Ranges& ranges) {
+    for (auto _ : state)
+        benchmark::DoNotOptimize(build(ranges));
+}
+
+// ---- the table
+
+struct Row {
+    const char* ranges;
+    const char* way;
+    Ranges made;
+    void (*ours)(benchmark::State&, const Ranges&);
+    double required; ///< times as fast as the peer; 0 for no requirement
+};
+
+const std::vector<Row>& rows() {
+    constexpr unsigned everywhere = 4'000'000'000;
+    static const std::vector<Row> all{
+        {"sparse, 64 of 4 billion", "at once", randomRanges(everywhere, 64), bench<buildAtOnce<>>, 2},
+        {"half full, 256 of 16 million", "at once", randomRanges(1U << 24, 256), bench<buildAtOnce<>>, 2},
+        {"dense, 32 of 1 million", "at once", randomRanges(1U << 20, 32), bench<buildAtOnce<>>, 2},
+        {"full, 16 of 65,536", "at once", randomRanges(1U << 16, 16), bench<buildAtOnce<>>, 2},
+        {"ascending adjacent addresses", "at once", ascendingAddresses(), bench<buildAtOnce<>>, 10},
+        {"ascending adjacent addresses", "one by one", ascendingAddresses(), bench<buildOneByOne<>>, 10},
+        {"full, 16 of 65,536", "one by one", randomRanges(1U << 16, 16), bench<buildOneByOne<>>, 0},
+        {"sparse, 64 of 4 billion", "one by one", randomRanges(everywhere, 64), bench<buildOneByOne<>>, 0},
+    };
+    return all;
+}
+
+/// Keeps the best time of each benchmark, in milliseconds of processor time; several runs of one differ by what else
+/// the machine does.
+class BestTimes : public benchmark::BenchmarkReporter {
+public:
+    bool ReportContext(const Context&) override { return true; }
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred)
+                continue;
+            const double milliseconds = run.cpu_accumulated_time / static_cast<double>(run.iterations) * 1e3;
+            const auto [known, isNew] = m_times.emplace(run.run_name.function_name, milliseconds);
+            if (!isNew)
+                known->second = std::min(known->second, milliseconds);
+        }
+    }
+
+    /// 0 if the benchmark didn't run.
+    [[nodiscard]] double of(const std::string& name) const {
+        const auto found = m_times.find(name);
+        return found == m_times.end() ? 0 : found->second;
+    }
+
+private:
+    std::map<std::string, double> m_times;
+};
+
+std::string nameOf(const Row& row, const char* side) {
+    return std::string(row.ranges) + ", " + row.way + ", " + side;
+}
+
+void registerAll() {
+    constexpr int repetitions = 3;
+    for (const Row& row : rows())
+        for (const auto& [side, run] : {std::pair{"ours", row.ours}, std::pair{"peer", &bench<buildPeer<>>}})
+            benchmark::RegisterBenchmark(nameOf(row, side).c_str(),
+                                         [run = run, &row](benchmark::State& state) { run(state, row.made); })
+                ->Repetitions(repetitions)
+                ->MinTime(0.1)
+                ->Unit(benchmark::kMillisecond);
+}
+
+void printHead(const char* unit) {
+    std::printf("%-30s %-11s %12s %12s %8s %9s\n", "100,000 ranges", "", (std::string("ours ") + unit).c_str(),
+                (std::string("peer ") + unit).c_str(), "ratio", "required");
+}
+
+/// Prints a line of a table.  Whether the ratio is as required.
+bool printLine(const char* what, const char* way, double ours, double peer, double required) {
+    const double ratio = peer / ours;
+    std::printf("%-30s %-11s %12.3f %12.3f %8.2f", what, way, ours, peer, ratio);
+    if (required == 0) {
+        std::printf("\n");
+        return true;
+    }
+    std::printf(" >= %6.2f  %s\n", required, ratio >= required ? "reached" : "MISSED");
+    return ratio >= required;
+}
+
+bool printTimes(const BestTimes& times) {
+    printHead("ms");
+    bool allReached = true;
+    for (const Row& row : rows()) {
+        const double ours = times.of(nameOf(row, "ours"));
+        const double peer = times.of(nameOf(row, "peer"));
+        if (ours > 0 && peer > 0)
+            allReached = printLine(row.ranges, row.way, ours, peer, row.required) && allReached;
+    }
+    return allReached;
+}
+
+template <class AnySet, class Build> double kilobytesOf(const Build& build, const Ranges& ranges) {
+    const std::size_t before = bytesHeld;
+    const AnySet set = build(ranges);
+    return static_cast<double>(bytesHeld - before) / 1024;
+}
+
+bool printMemory() {
+    using CountedSet = SetOf<CountingAllocator>;
+    using CountedPeer = PeerOf<CountingAllocator>;
+    std::printf("\n");
+    printHead("KiB");
+    bool allReached = true;
+    for (const Row& row : rows()) {
+        // A set that has shrunk keeps the room that it had, unless it was built at once.
+        const bool isAtOnce = std::string(row.way) == "at once";
+        const double ours =
+            kilobytesOf<CountedSet>(isAtOnce ? buildAtOnce<CountedSet> : buildOneByOne<CountedSet>, row.made);
+        const double peer = kilobytesOf<CountedPeer>(buildPeer<CountedPeer>, row.made);
+        allReached = printLine(row.ranges, row.way, ours, peer, isAtOnce ? 4 : 0) && allReached;
+    }
+    return allReached;
+}
+
+/// Both sides must have built the same sets.
+bool agree() {
+    for (const Row& row : rows()) {
+        const Set set = buildAtOnce(row.made);
+        const Peer peer = buildPeer(row.made);
+        const bool same =
+            std::equal(set.begin(), set.end(), peer.begin(), peer.end(), [](const Range& a, const auto& b) {
+                return a.start == boost::icl::first(b) && a.end == boost::icl::last(b);
+            });
+        if (!same) {
+            std::printf("%s: the sets differ\n", row.ranges);
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    registerAll();
+    BestTimes times;
+    benchmark::RunSpecifiedBenchmarks(&times);
+    benchmark::Shutdown();
+    const bool same = agree();
+    const bool fast = printTimes(times);
+    const bool small = printMemory();
+    return same && fast && small ? 0 : 1;
+}

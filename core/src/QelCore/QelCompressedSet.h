@@ -1,0 +1,183 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <type_traits>
+
+#include <boost/sort/pdqsort/pdqsort.hpp>
+
+#include "QelCommon/Debug.h"
+
+namespace Qel {
+
+/// All values from `start` to `end`, both included.
+template <class T> struct range {
+    T start;
+    T end;
+
+    friend bool operator==(const range&, const range&) = default;
+};
+
+/// True if `a` ends before `b` starts.
+template <class T> constexpr bool searchStart(const range<T>& a, const range<T>& b) {
+    return a.end < b.start;
+}
+/// True if `a` ends before `b` does.
+template <class T> constexpr bool searchEnd(const range<T>& a, const range<T>& b) {
+    return a.end < b.end;
+}
+
+/// A set of unsigned numbers, kept as the fewest ranges that hold them: ascending, and between two neighbours at least
+/// one value is missing.  The least and the greatest number of the type can't be in a set.
+///
+///     compressed_set<unsigned, std::vector, std::allocator<range<unsigned>>> set;
+///     set.insert({1, 2});
+///     set.insert({3, 4});      // {[1,4]}
+///
+/// `cont_t` is a sequence with random access.  Nothing can be taken out: who wants that builds another set.
+template <class T, template <class, class> class cont_t, class alloc_t> class compressed_set {
+public:
+    static_assert(std::is_unsigned_v<T>, "the bounds of a range are widened in unsigned arithmetic");
+
+    using value_type = range<T>;
+    using container_type = cont_t<range<T>, alloc_t>;
+    using const_iterator = typename container_type::const_iterator;
+
+    compressed_set() = default;
+    explicit compressed_set(const alloc_t& allocator) : m_ranges(allocator) {}
+
+    /// The ranges; an insert invalidates the iterators.
+    [[nodiscard]] const_iterator begin() const { return m_ranges.begin(); }
+    [[nodiscard]] const_iterator end() const { return m_ranges.end(); }
+    [[nodiscard]] bool empty() const { return m_ranges.empty(); }
+    /// Number of ranges.
+    [[nodiscard]] std::size_t size() const { return m_ranges.size(); }
+
+    /// Adds all values of a range; none if it ends right before it starts.  One that ends yet earlier, or that holds
+    /// the least or the greatest number of the type, ends the process.
+    ///
+    /// Takes time by the logarithm of the number of ranges, and moves those behind the place of a new one.
+    void insert(const range<T>& added);
+
+    /// Adds many ranges, with the effect of adding one after the other, but sorts them first: far faster than that
+    /// unless they come in ascending order.  Leaves no memory unused.
+    template <std::input_iterator Iterator> void insert(Iterator first, Iterator last);
+
+    friend bool operator==(const compressed_set&, const compressed_set&) = default;
+
+private:
+    /// With one value more at each end: what touches the range reaches into this.  In unsigned arithmetic, which wraps
+    /// at the ends of the type.
+    static range<T> widened(const range<T>& one) {
+        return {static_cast<T>(one.start - 1), static_cast<T>(one.end + 1)};
+    }
+    static bool isEmpty(const range<T>& one) { return one.end < one.start; }
+    static bool holds(const range<T>& one, T value) { return one.start <= value && value <= one.end; }
+    /// Lets `one` reach to the end of `next`, if that starts in it or touches its end.
+    static bool extend(range<T>& one, const range<T>& next) {
+        if (next.start < one.start || one.end < next.start - 1)
+            return false;
+        one.end = std::max(one.end, next.end);
+        return true;
+    }
+    struct StartsEarlier { // an object, since the sort can't inline a function
+        bool operator()(const range<T>& a, const range<T>& b) const { return a.start < b.start; }
+    };
+
+    /// Inserts a range that starts before the last one does.
+    void insertBeforeLast(const range<T>& added, const range<T>& wide);
+
+    container_type m_ranges;
+};
+
+template <class T, template <class, class> class cont_t, class alloc_t>
+void compressed_set<T, cont_t, alloc_t>::insert(const range<T>& added) {
+    const range<T> wide = widened(added);
+    QEL_CHECK_AT(wide.start < wide.end, "core/src/QelCore/QelContainers", 570);
+    if (isEmpty(added))
+        return;
+    if (m_ranges.empty() || m_ranges.back().end < wide.start)
+        m_ranges.push_back(added);
+    else if (!extend(m_ranges.back(), added))
+        insertBeforeLast(added, wide);
+}
+
+template <class T, template <class, class> class cont_t, class alloc_t>
+void compressed_set<T, cont_t, alloc_t>::insertBeforeLast(const range<T>& added, const range<T>& wide) {
+    range<T>& front = m_ranges.front();
+    if (added.start < front.start) {
+        if (wide.end < front.start) {
+            m_ranges.insert(m_ranges.begin(), added);
+            return;
+        }
+        front.start = added.start;
+    }
+    range<T>& back = m_ranges.back();
+    back.end = std::max(back.end, added.end);
+
+    // From `first` on, ranges end late enough to touch what is added; from `last` on they end behind it.
+    auto first = std::lower_bound(m_ranges.begin(), m_ranges.end(), wide, searchStart<T>);
+    auto last = std::upper_bound(first, m_ranges.end(), added, searchEnd<T>);
+    if (first == last && first->start <= added.start && added.end <= first->end)
+        return;
+
+    // What is added joins a range at its start, one at its end, both or none; whatever lies between them goes.
+    bool insertNew = true;
+    bool keepFirst = false;
+    if (holds(*first, wide.start)) {
+        first->end = added.end;
+        insertNew = false;
+        keepFirst = true;
+    }
+    if (last != m_ranges.end() && holds(*last, wide.end)) {
+        if (insertNew) {
+            last->start = added.start;
+            insertNew = false;
+        } else {
+            first->end = last->end;
+            ++last;
+        }
+    }
+    if (keepFirst)
+        ++first;
+    if (insertNew && first != last) {
+        *first++ = added;
+        insertNew = false;
+    }
+    first = m_ranges.erase(first, last);
+    if (insertNew)
+        m_ranges.insert(first, added);
+}
+
+template <class T, template <class, class> class cont_t, class alloc_t>
+template <std::input_iterator Iterator>
+void compressed_set<T, cont_t, alloc_t>::insert(Iterator first, Iterator last) {
+    container_type all(m_ranges);
+    const auto oldSize = all.size();
+    for (; first != last; ++first) {
+        const range<T>& added = *first;
+        const range<T> wide = widened(added);
+        QEL_CHECK_AT(wide.start < wide.end, "core/src/QelCore/QelContainers", 570);
+        if (!isEmpty(added) && !(all.size() > oldSize && extend(all.back(), added)))
+            all.push_back(added);
+    }
+    if (all.size() == oldSize)
+        return;
+
+    const auto middle = all.begin() + static_cast<typename container_type::difference_type>(oldSize);
+    if (!std::is_sorted(middle, all.end(), StartsEarlier()))
+        boost::sort::pdqsort_branchless(middle, all.end(), StartsEarlier());
+    if (oldSize > 0)
+        std::inplace_merge(all.begin(), middle, all.end(), StartsEarlier());
+
+    auto kept = all.begin();
+    for (auto next = kept; ++next != all.end();)
+        if (!extend(*kept, *next))
+            *++kept = *next;
+    all.erase(++kept, all.end());
+    all.shrink_to_fit();
+    m_ranges.swap(all);
+}
+
+} // namespace Qel

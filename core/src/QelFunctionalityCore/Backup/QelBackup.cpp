@@ -1,0 +1,66 @@
+#include "QelFunctionalityCore/Backup/QelBackup.h"
+
+#include <utility>
+
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int backupElement = 1006;
+
+int readBackup(const QelMessageIterator& cursor, QelNewBackupData& data) {
+    return cursor.getObj(static_cast<QelBackup&>(data), backupElement);
+}
+int writeBackup(QelMessageIterator& cursor, const QelNewBackupData& data) {
+    return cursor.putObj(static_cast<const QelBackup&>(data), backupElement);
+}
+
+} // namespace
+
+void QelBackup::swap(QelBackup& other) noexcept {
+    if (this == &other)
+        return;
+    QelDSObjectInfo::swap(other);
+    std::swap(eid, other.eid);
+    description.swap(other.description);
+    std::swap(count, other.count);
+    std::swap(flags, other.flags);
+    std::swap(localFlag, other.localFlag);
+}
+
+template <> struct Wire<QelBackup> : WireWords<QelBackup> {
+    static constexpr QelWireField fields[] = {
+        field<&QelBackup::eid>(1866, required, always),
+        field<&QelBackup::description>(1496, ignored, ifSet, base64),
+        field<&QelBackup::count>(1259, ignored, always),
+        wrappedBits<&QelBackup::flags, QelWireBit{1, 2131}>(1786, ifSet),
+        base<QelDSObjectInfo>(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelBackup>() {
+    return wireLayoutOf<QelBackup>;
+}
+
+template <> struct Wire<QelNewBackupData> : WireWords<QelNewBackupData> {
+    static constexpr QelWireField fields[] = {step<&readBackup, &writeBackup>("backup", backupElement, required)};
+};
+template <> const QelWireLayout& qelWireLayout<QelNewBackupData>() {
+    return wireLayoutOf<QelNewBackupData>;
+}
+
+template <> struct Wire<QelDestroyedBackupsData> : WireWords<QelDestroyedBackupsData> {
+    static constexpr QelWireField fields[] = {list<&QelDestroyedBackupsData::ids>(1010, required)};
+};
+template <> const QelWireLayout& qelWireLayout<QelDestroyedBackupsData>() {
+    return wireLayoutOf<QelDestroyedBackupsData>;
+}
+
+template class QelDerivedParserFactory<QelNewBackupData>;
+template class QelDerivedParserFactory<QelDestroyedBackupsData>;
+
+QelDerivedParserFactoryT<QelNewBackupData, QelNewBackupData> factoryQelNewBackupData(true);
+QelDerivedParserFactoryT<QelDestroyedBackupsData, QelDestroyedBackupsData> factoryQelDestroyedBackupsData(true);
+
+} // namespace Qel

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "QelFunctionalityCore/Backup/QelDSObjectInfo.h"
+#include "QelMessage/QelDerivedParsers.h"
+
+namespace Qel {
+
+/// A backup as its storage holds it.
+struct QelBackup : QelDSObjectInfo {
+    QelEID eid; ///< of the environment that was backed up; QelDSObjectInfo::eid is the storage's
+    std::string description;
+    int count = 0;
+    int flags = 0;          ///< only bit 1 crosses the wire
+    bool localFlag = false; ///< never crosses the wire
+
+    void swap(QelBackup& other) noexcept;
+
+    using Reader = QelRecordReader<QelBackup>;
+    using Writer = QelRecordWriter<QelBackup>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+/// Tells that a backup was made.
+struct QelNewBackupData : QelBackup {
+    using Reader = QelRecordReader<QelNewBackupData>;
+    using Writer = QelRecordWriter<QelNewBackupData>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+/// Tells that backups are gone.
+struct QelDestroyedBackupsData {
+    virtual ~QelDestroyedBackupsData() = default;
+
+    std::vector<std::string> ids; ///< without any it can be written but not read back
+
+    using Reader = QelRecordReader<QelDestroyedBackupsData>;
+    using Writer = QelRecordWriter<QelDestroyedBackupsData>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+extern template class QelDerivedParserFactory<QelNewBackupData>;
+extern template class QelDerivedParserFactory<QelDestroyedBackupsData>;
+
+extern QelDerivedParserFactoryT<QelNewBackupData, QelNewBackupData> factoryQelNewBackupData;
+extern QelDerivedParserFactoryT<QelDestroyedBackupsData, QelDestroyedBackupsData> factoryQelDestroyedBackupsData;
+
+} // namespace Qel

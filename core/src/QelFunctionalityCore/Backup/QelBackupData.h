@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "QelFunctionalityCore/Backup/QelExcludeList.h"
+#include "QelFunctionalityCore/Environment/QelEnv.h"
+#include "QelMessage/QelDerivedParsers.h"
+
+namespace Qel {
+
+/// What a backup holds.  It has no fields: each kind of backup derives its own.
+struct QelBackupData {
+    virtual ~QelBackupData() = default;
+
+    using Reader = QelRecordReader<QelBackupData>;
+    using Writer = QelRecordWriter<QelBackupData>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+/// A backup of an environment.
+struct QelEnvBackupData : QelBackupData {
+    boost::shared_ptr<QelEnv> env; ///< as it was then; null isn't sent
+    std::vector<std::string> paths;
+    QelExcludeList excludes;
+
+    /// Always 0.
+    using Reader = QelRecordReader<QelEnvBackupData>;
+    using Writer = QelRecordWriter<QelEnvBackupData>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+extern template class QelDerivedParserFactory<QelBackupData>;
+
+extern QelDerivedParserFactoryT<QelBackupData, QelBackupData> factoryQelBackupData;
+extern QelDerivedParserFactoryT<QelEnvBackupData, QelBackupData> factoryQelEnvBackupData;
+
+} // namespace Qel

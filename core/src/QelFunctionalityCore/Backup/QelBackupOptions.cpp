@@ -1,0 +1,145 @@
+#include "QelFunctionalityCore/Backup/QelBackupOptions.h"
+
+#include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int option1014Element = 1014;
+constexpr int text1006Element = 1006;
+
+// The text stands in the element whose presence is the option, so a text can't be told without the option.
+int readOption1014(const QelMessageIterator& cursor, QelBackupOptions& options) {
+    options.option1014 = cursor.seek(option1014Element) == 0;
+    if (options.option1014) {
+        (void)cursor.getValue(options.text1006, text1006Element);
+        cursor.seekUp();
+    }
+    return 0;
+}
+int writeOption1014(QelMessageIterator& cursor, const QelBackupOptions& options) {
+    if (!options.option1014 && options.text1006.empty())
+        return 0;
+    cursor.newChild(option1014Element);
+    const int result = options.text1006.empty() ? 0 : cursor.putValue(options.text1006, text1006Element);
+    cursor.seekUp();
+    return result;
+}
+
+constexpr bool isBound(long time) {
+    return time > 0;
+}
+
+} // namespace
+
+template <> struct Wire<QelBackupOptions> : WireWords<QelBackupOptions> {
+    static constexpr int nsId = 282, typeId = 107;
+    static constexpr QelWireField fields[] = {
+        field<&QelBackupOptions::operation>(0, ignored, always),
+        wrappedBits<&QelBackupOptions::kind, QelWireBit{1, 1627}, QelWireBit{2, 1628}>(1197, ifSet).kept(),
+        field<&QelBackupOptions::description>(1496, ignored, ifSet, base64),
+        step<&readOption1014, &writeOption1014>("option1014", option1014Element, ignored, ifSet),
+        wrapped<&QelBackupOptions::paths>(1980, 1156, ignored, always),
+        field<&QelBackupOptions::excludes>(1981, ignored, always),
+        field<&QelBackupOptions::storage>(1828, ignored, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelBackupOptions>() {
+    return wireLayoutOf<QelBackupOptions>;
+}
+
+template <> struct Wire<QelRestoreOptions> : WireWords<QelRestoreOptions> {
+    static constexpr int nsId = 282, typeId = 108;
+    static constexpr QelWireField fields[] = {
+        flag<&QelRestoreOptions::option1152>(1152),
+        field<&QelRestoreOptions::storage>(1828, ignored, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelRestoreOptions>() {
+    return wireLayoutOf<QelRestoreOptions>;
+}
+
+template <> struct Wire<QelSelectiveRestoreOptions> : WireWords<QelSelectiveRestoreOptions> {
+    static constexpr int nsId = 282, typeId = 109;
+    static constexpr QelWireField fields[] = {flag<&QelSelectiveRestoreOptions::option1832>(1832)};
+};
+template <> const QelWireLayout& qelWireLayout<QelSelectiveRestoreOptions>() {
+    return wireLayoutOf<QelSelectiveRestoreOptions>;
+}
+
+template <> struct Wire<QelBackupGetInfoOptions> : WireWords<QelBackupGetInfoOptions> {
+    static constexpr int nsId = 282, typeId = 282;
+};
+template <> const QelWireLayout& qelWireLayout<QelBackupGetInfoOptions>() {
+    return wireLayoutOf<QelBackupGetInfoOptions>;
+}
+
+template <> struct Wire<QelBackupGetEnvInfoOptions> : WireWords<QelBackupGetEnvInfoOptions> {
+    static constexpr int nsId = 282, typeId = 283;
+    static constexpr QelWireField fields[] = {
+        flag<&QelBackupGetEnvInfoOptions::option1624>(1624),
+        flag<&QelBackupGetEnvInfoOptions::option2064>(2064),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelBackupGetEnvInfoOptions>() {
+    return wireLayoutOf<QelBackupGetEnvInfoOptions>;
+}
+
+template <> struct Wire<QelRemoveBackupOptions> : WireWords<QelRemoveBackupOptions> {
+    static constexpr QelWireField fields[] = {
+        field<&QelRemoveBackupOptions::eid>(1866, ignored, ifSet),
+        flag<&QelRemoveBackupOptions::option1015>(1015),
+        field<&QelRemoveBackupOptions::storage>(1828, ignored, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelRemoveBackupOptions>() {
+    return wireLayoutOf<QelRemoveBackupOptions>;
+}
+
+template <> struct Wire<QelListBackupOptions> : WireWords<QelListBackupOptions> {
+    static constexpr QelWireField fields[] = {
+        field<&QelListBackupOptions::eid>(1866, ignored, ifSet),
+        flag<&QelListBackupOptions::option1626>(1626),
+        flag<&QelListBackupOptions::option1134>(1134),
+        field<&QelListBackupOptions::eid2028>(2028, ignored, ifSet),
+        field<&QelListBackupOptions::storage>(1828, ignored, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelListBackupOptions>() {
+    return wireLayoutOf<QelListBackupOptions>;
+}
+
+template <> struct Wire<QelSearchBackupOptions> : WireWords<QelSearchBackupOptions> {
+    static constexpr QelWireField fields[] = {
+        field<&QelSearchBackupOptions::hostName>(1261, ignored, ifSet),
+        field<&QelSearchBackupOptions::ip>(1262, ignored, ifSet),
+        fieldIf<&QelSearchBackupOptions::timeFrom, isBound>(1146, ignored, time),
+        fieldIf<&QelSearchBackupOptions::timeTo, isBound>(1147, ignored, time),
+        field<&QelSearchBackupOptions::storage>(1828, ignored, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelSearchBackupOptions>() {
+    return wireLayoutOf<QelSearchBackupOptions>;
+}
+
+int QelSearchBackupOptions::Reader::operator()(const QelMessageIterator& cursor,
+                                               QelSearchBackupOptions& options) const {
+    options.timeFrom = options.timeTo = 0;
+    return readByLayout(qelWireLayout<QelSearchBackupOptions>(), &options, cursor);
+}
+
+template class QelDerivedParserFactory<QelBackupOptions>;
+template class QelDerivedParserFactory<QelRestoreOptions>;
+template class QelDerivedParserFactory<QelSelectiveRestoreOptions>;
+template class QelDerivedParserFactory<QelBackupGetInfoOptions>;
+
+QelDerivedParserFactoryT<QelBackupOptions, QelBackupOptions> factoryQelBackupOptions(true);
+QelDerivedParserFactoryT<QelRestoreOptions, QelRestoreOptions> factoryQelRestoreOptions(true);
+QelDerivedParserFactoryT<QelSelectiveRestoreOptions, QelSelectiveRestoreOptions>
+    factoryQelSelectiveRestoreOptions(true);
+QelDerivedParserFactoryT<QelBackupGetInfoOptions, QelBackupGetInfoOptions> factoryQelBackupGetInfoOptions(true);
+QelDerivedParserFactoryT<QelBackupGetEnvInfoOptions, QelBackupGetInfoOptions> factoryQelBackupGetEnvInfoOptions(false);
+
+} // namespace Qel

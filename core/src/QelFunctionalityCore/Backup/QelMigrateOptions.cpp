@@ -1,0 +1,114 @@
+#include "QelFunctionalityCore/Backup/QelMigrateOptions.h"
+
+#include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int configElement = 1185;
+constexpr int diskElement = 1811;
+constexpr int partitionElement = 1115;
+constexpr int nameElement = 1026;
+
+// The configuration is read into the one that is there, so what a derived class keeps in it stays.
+template <class Options> int readConfig(const QelMessageIterator& cursor, Options& options) {
+    if (!options.config)
+        options.config.reset(new QelEnvConfig);
+    (void)cursor.getObj(*options.config, configElement);
+    return 0;
+}
+template <class Options> int writeConfig(QelMessageIterator& cursor, const Options& options) {
+    return options.config ? cursor.putObj(*options.config, configElement) : 0;
+}
+
+int readNestedName(const QelMessageIterator& cursor, QelP2VMigrateOptions& options) {
+    if (cursor.seek(diskElement) != 0)
+        return 0;
+    if (cursor.seek(partitionElement) == 0) {
+        (void)cursor.getValue(options.nestedName, nameElement);
+        cursor.seekUp();
+    }
+    cursor.seekUp();
+    return 0;
+}
+int writeNestedName(QelMessageIterator& cursor, const QelP2VMigrateOptions& options) {
+    if (options.nestedName.empty())
+        return 0;
+    cursor.newChild(diskElement);
+    cursor.newChild(partitionElement);
+    const int result = cursor.putValue(options.nestedName, nameElement);
+    cursor.seekUp();
+    cursor.seekUp();
+    return result;
+}
+
+} // namespace
+
+template <> struct Wire<QelP2VMigrateOptions> : WireWords<QelP2VMigrateOptions> {
+    using Options = QelP2VMigrateOptions;
+    static constexpr int nsId = 294, typeId = 276;
+    static constexpr QelWireField fields[] = {
+        step<&readConfig<Options>, &writeConfig<Options>>("config", configElement, ignored, ifSet),
+        wrapped<&Options::list1346>(1346, 1156, ignored, always),
+        field<&Options::option1821>(1821, ignored, ifSet),
+        list<&Options::services>(1100, ignored),
+        step<&readNestedName, &writeNestedName>("nestedName", diskElement, ignored, ifSet),
+    };
+    static constexpr int readOrder[] = {configElement, 1821, 1346, 1100, diskElement};
+};
+template <> const QelWireLayout& qelWireLayout<QelP2VMigrateOptions>() {
+    return wireLayoutOf<QelP2VMigrateOptions>;
+}
+
+template <> struct Wire<QelCalculateHWNodeNotes> : WireWords<QelCalculateHWNodeNotes> {
+    static constexpr int nsId = 294, typeId = 307;
+};
+template <> const QelWireLayout& qelWireLayout<QelCalculateHWNodeNotes>() {
+    return wireLayoutOf<QelCalculateHWNodeNotes>;
+}
+
+template <> struct Wire<QelV2PMigrateOptions> : WireWords<QelV2PMigrateOptions> {
+    static constexpr int nsId = 294, typeId = 278;
+};
+template <> const QelWireLayout& qelWireLayout<QelV2PMigrateOptions>() {
+    return wireLayoutOf<QelV2PMigrateOptions>;
+}
+
+template <> struct Wire<QelV2VMigrateOptions> : WireWords<QelV2VMigrateOptions> {
+    using Options = QelV2VMigrateOptions;
+    static constexpr int nsId = 294, typeId = 277;
+    static constexpr QelWireField fields[] = {
+        flag<&Options::option1152>(1152).unchecked(),
+        flag<&Options::option1296>(1296).unchecked(),
+        flag<&Options::option1014>(1014).unchecked(),
+        field<&Options::text2103>(2103, ignored, ifSet).unchecked(),
+        field<&Options::type>(1007, ignored, ifSet).unchecked(),
+        step<&readConfig<Options>, &writeConfig<Options>>("config", configElement, ignored, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelV2VMigrateOptions>() {
+    return wireLayoutOf<QelV2VMigrateOptions>;
+}
+
+template <> struct Wire<QelMigratorCloneOptions> : WireWords<QelMigratorCloneOptions> {
+    static constexpr int nsId = 294, typeId = 275;
+};
+template <> const QelWireLayout& qelWireLayout<QelMigratorCloneOptions>() {
+    return wireLayoutOf<QelMigratorCloneOptions>;
+}
+
+template class QelDerivedParserFactory<QelP2VMigrateOptions>;
+template class QelDerivedParserFactory<QelCalculateHWNodeNotes>;
+template class QelDerivedParserFactory<QelV2PMigrateOptions>;
+template class QelDerivedParserFactory<QelV2VMigrateOptions>;
+template class QelDerivedParserFactory<QelMigratorCloneOptions>;
+
+QelDerivedParserFactoryT<QelP2VMigrateOptions, QelP2VMigrateOptions> factoryQelP2VMigrateOptions(true);
+QelDerivedParserFactoryT<QelCalculateHWNodeNotes, QelCalculateHWNodeNotes> factoryQelCalculateHWNodeNotes(true);
+QelDerivedParserFactoryT<QelV2PMigrateOptions, QelV2PMigrateOptions> factoryQelV2PMigrateOptions(true);
+QelDerivedParserFactoryT<QelV2VMigrateOptions, QelV2VMigrateOptions> factoryQelV2VMigrateOptions(true);
+QelDerivedParserFactoryT<QelMigratorCloneOptions, QelMigratorCloneOptions> factoryQelMigratorCloneOptions(true);
+
+} // namespace Qel

@@ -1,0 +1,67 @@
+#include "QelFunctionalityCore/Events/QelEvent.h"
+
+#include <ctime>
+
+#include "QelFunctionalityCore/Configuration/QelConfiguration.h"
+#include "QelFunctionalityCore/Security/QelToken.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int timeElement = 1004;
+constexpr int dataElement = 1307;
+constexpr int payloadElement = 1913;
+
+int readTime(const QelMessageIterator& cursor, QelEvent& event) {
+    if (cursor.getValueTime(event.time, timeElement) != 0)
+        cursor.getMessage()->getTime(&event.time);
+    return 0;
+}
+int writeTime(QelMessageIterator& cursor, const QelEvent& event) {
+    return cursor.putValueTime(event.time, timeElement);
+}
+
+int readPayload(const QelMessageIterator& cursor, QelEvent& event) {
+    return cursor.getObject(
+        event.data, QelReaderID(QelReaderDerived<QelEventData>(false), payloadElement, QelReaderOptional), dataElement);
+}
+int writePayload(QelMessageIterator& cursor, const QelEvent& event) {
+    return event.data ? cursor.putObject(event.data, QelWriterID(QelWriterDerived<QelEventData>(), payloadElement),
+                                         dataElement)
+                      : 0;
+}
+
+} // namespace
+
+template class QelDerivedParserFactory<QelEvent>;
+
+QelDerivedParserFactoryT<QelEvent, QelEvent> factoryQelEvent(true);
+
+template <> struct Wire<QelEvent> : WireWords<QelEvent> {
+    static constexpr int nsId = 292, typeId = 160;
+    static constexpr QelWireField fields[] = {
+        field<&QelEvent::eid>(1866, required, always),
+        step<&readTime, &writeTime>("time", timeElement, ignored),
+        field<&QelEvent::source>(1803, required, always),
+        field<&QelEvent::category>(1264, required, always),
+        field<&QelEvent::sid>(1911, ignored, always),
+        field<&QelEvent::severity>(1259, required, always),
+        field<&QelEvent::id>(1010, required, always),
+        step<&readPayload, &writePayload>("data", dataElement, ignored, ifSet),
+        field<&QelEvent::info>(1134, required, always),
+    };
+    static constexpr int readOrder[] = {1866, timeElement, 1803, 1264, 1259, 1010, 1911, dataElement, 1134};
+};
+template <> const QelWireLayout& qelWireLayout<QelEvent>() {
+    return wireLayoutOf<QelEvent>;
+}
+
+QelEvent::QelEvent(std::string itsSource)
+    : eid(QelConfiguration::getLocalEID()), time(std::time(nullptr)), source(std::move(itsSource)),
+      sid(QelToken::getCurrent().sid) {
+    id.generate();
+}
+
+} // namespace Qel

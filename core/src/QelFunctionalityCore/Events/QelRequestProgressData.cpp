@@ -1,0 +1,119 @@
+#include "QelFunctionalityCore/Events/QelRequestProgressData.h"
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelFunctionalityCore/Configuration/QelConfiguration.h"
+#include "QelMessage/QelMessage.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int progressNamespace = 296;
+constexpr int requestElement = 1010;
+constexpr int timeElement = 1004;
+constexpr int sessionElement = 1962;
+
+int readRequest(const QelMessageIterator& cursor, QelRequestProgressData& data) {
+    if (cursor.getValue(data.requestId, requestElement) == 0)
+        return 0;
+    return cursor.getMessage()->getRequestId(data.requestId) == 0 ? 0 : -1;
+}
+int writeRequest(QelMessageIterator& cursor, const QelRequestProgressData& data) {
+    return data.requestId.empty() ? 0 : cursor.putValue(data.requestId, requestElement);
+}
+
+int readTime(const QelMessageIterator& cursor, QelRequestProgressData& data) {
+    if (cursor.getValueTime(data.time, timeElement) != 0 || data.time <= 0)
+        cursor.getMessage()->getTime(&data.time);
+    return 0;
+}
+int writeTime(QelMessageIterator& cursor, const QelRequestProgressData& data) {
+    return data.time == 0 ? 0 : cursor.putValueTime(data.time, timeElement);
+}
+
+int readSession(const QelMessageIterator& cursor, QelRequestProgressData& data) {
+    std::string& session = data.session.session;
+    if (cursor.getValue(session, sessionElement) != 0)
+        cursor.getMessage()->getSession(session);
+    return 0;
+}
+int writeSession(QelMessageIterator& cursor, const QelRequestProgressData& data) {
+    const std::string& session = data.session.session;
+    return session.empty() ? 0 : cursor.putValue(session, sessionElement);
+}
+
+constexpr bool isAboveZero(int progress) {
+    return progress > 0;
+}
+bool hasText(const QelInfo& info) {
+    return !info.empty();
+}
+bool hasItems(const QelEIDList& eids) {
+    return !eids.empty();
+}
+
+// The path of a request tells its parent, and a parent that is told must be that one.
+int settleParent(QelRequestProgressData& data) {
+    const std::size_t slash = data.requestId.rfind('/');
+    if (slash == std::string::npos)
+        return 0;
+    const std::string parent = data.requestId.substr(0, slash);
+    if (!data.parentId.empty() && data.parentId != parent) {
+        setErrorMessage("can't read QelRequestProgressData: the parent of request %s is not %s", data.requestId.c_str(),
+                        data.parentId.c_str());
+        return -1;
+    }
+    data.parentId = parent;
+    return 0;
+}
+
+} // namespace
+
+template class QelDerivedParserFactory<QelRequestProgressData>;
+
+QelDerivedParserFactoryT<QelRequestProgressData, QelRequestProgressData> factoryQelRequestProgressData(true);
+
+template <> struct Wire<QelRequestProgressData> : WireWords<QelRequestProgressData> {
+    using Data = QelRequestProgressData;
+    static constexpr QelWireField fields[] = {
+        step<&readRequest, &writeRequest>("requestId", requestElement, required, ifSet).unchecked(),
+        field<&Data::parentId>(1914, ignored, ifSet).unchecked(),
+        field<&Data::operation>(1638, ignored, ifSet).unchecked(),
+        fieldIf<&Data::info, hasText>(1224, ignored).unchecked(),
+        fieldIf<&Data::progress, isAboveZero>(1397, ignored).unchecked(),
+        field<&Data::state>(1192, ignored, ifSet).unchecked(),
+        step<&readTime, &writeTime>("time", timeElement, ignored, ifSet).unchecked(),
+        fieldIf<&Data::eids, hasItems>(1899, ignored).unchecked(),
+        step<&readSession, &writeSession>("session", sessionElement, ignored, ifSet).unchecked(),
+    };
+    static constexpr int readOrder[] = {requestElement, 1914, 1638, timeElement,   1224,
+                                        1397,           1192, 1899, sessionElement};
+};
+template <> const QelWireLayout& qelWireLayout<QelRequestProgressData>() {
+    return wireLayoutOf<QelRequestProgressData>;
+}
+
+QelRequestProgressData::QelRequestProgressData(std::string text)
+    : info(std::move(text), "", true), session{{}, QelConfiguration::getLocalEID()} {}
+
+int QelRequestProgressData::Reader::operator()(const QelMessageIterator& cursor, QelRequestProgressData& data) const {
+    data.state = 0;
+    if (readByLayout(wireLayoutOf<QelRequestProgressData>, &data, cursor) != 0 || settleParent(data) != 0)
+        return -1;
+    QelGUID sender;
+    if (sender.fromString(cursor.getMessage()->getSenderEID().c_str()) == 0)
+        data.session.eid = sender;
+    return 0;
+}
+
+// The namespace belongs to what the record writes and not to its element, which the writer of a typed record would mark
+// as well.
+int QelRequestProgressData::Writer::operator()(QelMessageIterator& cursor, const QelRequestProgressData& data) const {
+    cursor.saveNamespace(progressNamespace);
+    const int result = writeByLayout(wireLayoutOf<QelRequestProgressData>, &data, cursor);
+    cursor.saveNamespace(0);
+    return result;
+}
+
+} // namespace Qel

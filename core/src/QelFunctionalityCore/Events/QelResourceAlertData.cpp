@@ -1,0 +1,139 @@
+#include "QelFunctionalityCore/Events/QelResourceAlertData.h"
+
+#include <iterator>
+#include <span>
+
+#include "QelCommon/Strings.h"
+#include "QelFunctionalityCore/Events/QelInfo.h"
+#include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int currentElement = 1065;
+constexpr int softElement = 1066;
+constexpr int hardElement = 1067;
+
+// All values are tried, whatever becomes of the others.
+template <class Reader, class Member>
+int getPerfValues(const QelMessageIterator& cursor, QelResourceAlertData& alert, Member QelPerfValue::*member) {
+    const Reader reader;
+    const int current = cursor.getObject(alert.current.*member, reader, currentElement);
+    alert.soft.specify(cursor.getObject(alert.soft.get().*member, reader, softElement) == 0);
+    return current | cursor.getObject(alert.hard.*member, reader, hardElement);
+}
+template <class Writer, class Member>
+int putPerfValues(QelMessageIterator& cursor, const QelResourceAlertData& alert, Member QelPerfValue::*member) {
+    const Writer writer;
+    const int current = cursor.putObject(alert.current.*member, writer, currentElement);
+    const int soft = alert.soft.isSpecified() ? cursor.putObject(alert.soft.get().*member, writer, softElement) : 0;
+    return current | soft | cursor.putObject(alert.hard.*member, writer, hardElement);
+}
+
+int readValues(const QelMessageIterator& cursor, QelResourceAlertData& alert) {
+    return alert.isInteger ? getPerfValues<QelReaderLongLong>(cursor, alert, &QelPerfValue::integer)
+                           : getPerfValues<QelReaderDouble>(cursor, alert, &QelPerfValue::real);
+}
+int writeValuesAs(QelMessageIterator& cursor, const QelResourceAlertData& alert, bool areIntegers) {
+    return areIntegers ? putPerfValues<QelWriterLongLong>(cursor, alert, &QelPerfValue::integer)
+                       : putPerfValues<QelWriterDouble>(cursor, alert, &QelPerfValue::real);
+}
+int writeValues(QelMessageIterator& cursor, const QelResourceAlertData& alert) {
+    return writeValuesAs(cursor, alert, alert.isInteger);
+}
+
+bool areIntegers(const QelVocMap* vocabularies, const QelResourceAlertData& alert) {
+    int type = alert.isInteger ? 1 : 0;
+    if (vocabularies)
+        vocabularies->readValueType(alert.id, type);
+    return type != 0;
+}
+
+} // namespace
+
+QelDerivedParserFactoryT<QelResourceAlertData, QelEventData> factoryQelResourceAlertData(false);
+
+template <> struct Wire<QelResourceAlertData> : WireWords<QelResourceAlertData> {
+    static constexpr int nsId = 285, typeId = 102;
+    static constexpr QelWireField fields[] = {
+        base<QelAlertData>(),
+        field<&QelResourceAlertData::subsystem>(1094, required, always),
+        field<&QelResourceAlertData::instance>(1905, ignored, ifSet),
+        field<&QelResourceAlertData::id>(1906, required, always),
+        step<&readValues, &writeValues>("current, soft, hard", currentElement, required),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelResourceAlertData>() {
+    return wireLayoutOf<QelResourceAlertData>;
+}
+
+namespace {
+
+// The values come last, in the form that the fields before them tell.
+constexpr std::size_t fieldsBeforeValues = std::size(Wire<QelResourceAlertData>::fields) - 1;
+constexpr unsigned char theOnlyField[] = {0};
+
+constexpr QelWireLayout partOf(std::span<const QelWireField> fields, std::span<const unsigned char> order) {
+    QelWireLayout part = wireLayoutOf<QelResourceAlertData>;
+    part.fields = fields;
+    part.readingOrder = order;
+    return part;
+}
+constexpr QelWireLayout head = partOf(wireLayoutOf<QelResourceAlertData>.fields.first(fieldsBeforeValues),
+                                      wireLayoutOf<QelResourceAlertData>.readingOrder.first(fieldsBeforeValues));
+constexpr QelWireLayout values = partOf(wireLayoutOf<QelResourceAlertData>.fields.last(1), theOnlyField);
+
+} // namespace
+
+int QelResourceAlertData::Reader::operator()(const QelMessageIterator& cursor, QelResourceAlertData& alert) const {
+    if (const int result = readByLayout(head, &alert, cursor))
+        return result;
+    alert.isInteger = areIntegers(m_vocabularies.get(), alert);
+    return readByLayout(values, &alert, cursor);
+}
+
+int QelResourceAlertData::Writer::operator()(QelMessageIterator& cursor, const QelResourceAlertData& alert) const {
+    if (const int result = writeByLayout(head, &alert, cursor))
+        return result;
+    return writeValuesAs(cursor, alert, areIntegers(m_vocabularies.get(), alert));
+}
+
+void QelResourceAlertData::toInfo(QelInfo& info) const {
+    info = QelInfo("Resource %id% %type% alert on environment %env% current value: %cur% soft limit: %soft% hard "
+                   "limit: %hard%",
+                   "", true);
+    QelAlertData::toInfo(info);
+    const auto set = [&](const char* name, const std::string& text) { info.setParameter(QelInfo(text, name, false)); };
+    set("id", id);
+    set("cur", longlongToStr(current.integer));
+    set("soft", soft.isSpecified() ? longlongToStr(soft.get().integer) : std::string());
+    set("hard", longlongToStr(hard.integer));
+}
+
+int QelResourceAlertData::addSubscriptionName(QelMessage& message) {
+    if (QelAlertData::addSubscriptionName(message) != 0)
+        return -1;
+    return addSubscription(*this, message);
+}
+
+bool QelResourceAlertData::isSameInstance(const QelResourceAlertData& other) const {
+    const auto isAny = [](const QelOptionalProperty<std::string>& name) {
+        return name.isSpecified() && name.get() == anyInstance;
+    };
+    return instance == other.instance || isAny(instance) || isAny(other.instance);
+}
+
+bool QelResourceAlertData::compareID(boost::shared_ptr<QelAlertData> other) const {
+    const auto same = boost::dynamic_pointer_cast<QelResourceAlertData>(other);
+    return same && QelAlertData::compareID(other) && subsystem == same->subsystem && isSameInstance(*same) &&
+           id == same->id;
+}
+
+bool QelResourceAlertData::operator==(const QelResourceAlertData& other) const {
+    return QelAlertData::operator==(other) && subsystem == other.subsystem && isSameInstance(other) && id == other.id;
+}
+
+} // namespace Qel

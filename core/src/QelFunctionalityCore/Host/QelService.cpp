@@ -1,0 +1,83 @@
+#include "QelFunctionalityCore/Host/QelService.h"
+
+#include <cstddef>
+
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int descriptionElement = 1496;
+constexpr int stateElement = 1421;
+constexpr int levelElement = 1422;
+
+constexpr bool isKnown(int state) {
+    return state != QelService::unknownState;
+}
+
+// Description and state go out a second time, behind the scripts, because peers expect them in both places.  A reader
+// takes the first.
+int skipRepetition(const QelMessageIterator&, QelService&) {
+    return 0;
+}
+int writeRepetition(QelMessageIterator& cursor, const QelService& service) {
+    if (!service.description.empty() && cursor.putValueBase64(service.description, descriptionElement) != 0)
+        return -1;
+    return isKnown(service.state) ? cursor.putValue(service.state, stateElement) : 0;
+}
+
+int readLevel(const QelMessageIterator& cursor, QelService::ServiceLevelsListType& levels) {
+    int level = 0;
+    if (cursor.getValue(level, getEmptyID()) != 0 || level < 0 || level >= QelService::levelCount)
+        return -1;
+    levels.set(static_cast<std::size_t>(level));
+    return 0;
+}
+int readLevels(const QelMessageIterator& cursor, QelService& service) {
+    if (cursor.firstChild(levelElement) != 0)
+        return 0;
+    int result = 0;
+    do
+        result = readLevel(cursor, service.levels.get());
+    while (result == 0 && cursor.nextSibling(levelElement) == 0);
+    cursor.seekUp();
+    if (result == 0)
+        service.levels.specify(true);
+    return result;
+}
+int writeLevels(QelMessageIterator& cursor, const QelService& service) {
+    if (!service.levels.isSpecified())
+        return 0;
+    for (int level = 0; level < QelService::levelCount; ++level)
+        if (service.levels.get()[static_cast<std::size_t>(level)] && cursor.putValue(level, levelElement) != 0)
+            return -1;
+    return 0;
+}
+
+} // namespace
+
+template <> struct Wire<QelService> : WireWords<QelService> {
+    static constexpr QelWireField fields[] = {
+        field<&QelService::name>(1026, required, always),
+        field<&QelService::description>(descriptionElement, ignored, ifSet, base64),
+        fieldIf<&QelService::state, isKnown>(stateElement, ignored),
+        field<&QelService::info>(1788, ignored, ifSet, base64),
+        flag<&QelService::enabled>(1426),
+        field<&QelService::status>(1192, ignored, ifSet),
+        field<&QelService::startScript>(1728, ignored, ifSet),
+        field<&QelService::stopScript>(1729, ignored, ifSet),
+        step<&skipRepetition, &writeRepetition>("description and state, again", 0, ignored),
+        list<&QelService::provides>(1735, optional),
+        list<&QelService::requirements>(1734, optional),
+        flag<&QelService::system>(1646),
+        step<&readLevels, &writeLevels>("levels", levelElement, optional, ifSet),
+    };
+    static constexpr int readOrder[] = {1026, stateElement, 1426, descriptionElement, 1788, 1728, 1192, 1729, 0,
+                                        1735, 1734,         1646, levelElement};
+};
+template <> const QelWireLayout& qelWireLayout<QelService>() {
+    return wireLayoutOf<QelService>;
+}
+
+} // namespace Qel

@@ -1,0 +1,7 @@
+#include "QelFunctionalityCore/Network/QelIPPoolMBase.h"
+
+namespace Qel {
+
+QelIPPoolMBase::~QelIPPoolMBase() = default;
+
+} // namespace Qel

@@ -1,0 +1,143 @@
+#include "QelFunctionalityCore/Network/QelNetDevice.h"
+
+#include <algorithm>
+
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int kindElement = 1192;
+constexpr int kindFirstElement = 1758;
+constexpr int kindSecondElement = 2133;
+
+int kindOf(const QelMessageIterator& cursor) {
+    if (cursor.seekPresence(kindFirstElement) == 0)
+        return QelNetDevice::kindFirst;
+    return cursor.seekPresence(kindSecondElement) == 0 ? QelNetDevice::kindSecond : 0;
+}
+
+int readKind(const QelMessageIterator& cursor, QelNetDevice& device) {
+    device.kind = 0;
+    if (cursor.seek(kindElement) != 0)
+        return 0;
+    device.kind = kindOf(cursor);
+    cursor.seekUp();
+    return device.kind == 0 ? -1 : 0;
+}
+
+// A kind of other bits than the two leaves an element that names no kind, which no reader takes: a newer service's
+// device is not to be mistaken for one of no kind.
+int writeKind(QelMessageIterator& cursor, const QelNetDevice& device) {
+    if (device.kind == 0)
+        return 0;
+    cursor.newChild(kindElement);
+    if (device.kind & QelNetDevice::kindFirst)
+        cursor.putChild(kindFirstElement);
+    else if (device.kind & QelNetDevice::kindSecond)
+        cursor.putChild(kindSecondElement);
+    cursor.seekUp();
+    return 0;
+}
+
+} // namespace
+
+template <> struct Wire<QelNetDevice> : WireWords<QelNetDevice> {
+    static constexpr int nsId = 292, typeId = 166;
+    static constexpr QelWireField fields[] = {
+        field<&QelNetDevice::id>(1010, ignored, always).unchecked(),
+        list<&QelNetDevice::ipAddresses>(2047, ignored).unchecked(),
+        field<&QelNetDevice::text2048>(2048, ignored, ifSet, base64).unchecked(),
+        field<&QelNetDevice::text1282>(1282, ignored, ifSet).unchecked(),
+        field<&QelNetDevice::text2307>(2307, ignored, ifSet).unchecked(),
+        flag<&QelNetDevice::flag2066>(2066).unchecked(),
+        flag<&QelNetDevice::flag2305>(2305).unchecked(),
+        step<&readKind, &writeKind>("kind", kindElement, optional, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelNetDevice>() {
+    return wireLayoutOf<QelNetDevice>;
+}
+
+int QelNetDevice::Reader::operator()(const QelMessageIterator& cursor, QelNetDevice& device) const {
+    const int result = readByLayout(qelWireLayout<QelNetDevice>(), &device, cursor);
+    // Nothing but the kind can fail.  The cursor is left there for whoever wants to know what else stands in it: a
+    // message with a kind from a newer service is given up as a whole, so nobody reads on from here.
+    if (result != 0)
+        cursor.seek(kindElement);
+    return result;
+}
+
+template <> struct Wire<QelNetNIC> : WireWords<QelNetNIC> {
+    static constexpr int nsId = 292, typeId = 167;
+    static constexpr QelWireField fields[] = {
+        base<QelNetDevice>(),
+        field<&QelNetNIC::text1836>(1836, ignored, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelNetNIC>() {
+    return wireLayoutOf<QelNetNIC>;
+}
+
+template <> struct Wire<QelNetVLAN> : WireWords<QelNetVLAN> {
+    static constexpr int nsId = 299, typeId = 217;
+    static constexpr QelWireField fields[] = {
+        base<QelNetDevice>(),
+        field<&QelNetVLAN::text2051>(2051, ignored, always).unchecked(),
+        field<&QelNetVLAN::text2052>(2052, ignored, always).unchecked(),
+        field<&QelNetVLAN::text1836>(1836, ignored, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelNetVLAN>() {
+    return wireLayoutOf<QelNetVLAN>;
+}
+
+template class QelDerivedParserFactory<QelNetDevice>;
+
+QelDerivedParserFactoryT<QelNetDevice, QelNetDevice> factoryQelNetDevice(true);
+QelDerivedParserFactoryT<QelNetNIC, QelNetDevice> factoryQelNetNIC(false);
+QelDerivedParserFactoryT<QelNetVLAN, QelNetDevice> factoryQelNetVLAN(false);
+QelDerivedParserFactoryT<QelNetBridge, QelNetDevice> factoryQelNetBridge(false);
+
+namespace {
+
+bool fits(const std::string& wanted, const std::string& actual) {
+    return wanted.empty() || wanted == actual;
+}
+
+// What a class adds to the conditions of QelNetDevice.
+bool fitsOwnFields(const QelNetNIC& device, const QelNetNIC& filter) {
+    return fits(filter.text1836, device.text1836);
+}
+bool fitsOwnFields(const QelNetVLAN& device, const QelNetVLAN& filter) {
+    return fits(filter.text2051, device.text2051) && fits(filter.text2052, device.text2052);
+}
+bool fitsOwnFields(const QelNetBridge&, const QelNetBridge&) {
+    return true;
+}
+
+// Whether a filter of class `Device`, or else of a class that isn't, lets the device pass.
+template <class Device> bool fitsAs(const QelNetDevice& device, const QelNetDevice& filter) {
+    const auto* const wanted = dynamic_cast<const Device*>(&filter);
+    if (!wanted)
+        return true;
+    const auto* const actual = dynamic_cast<const Device*>(&device);
+    return actual && fitsOwnFields(*actual, *wanted);
+}
+
+bool hasAddress(const QelNetDevice& device, const QelIPAddress& wanted) {
+    return std::any_of(device.ipAddresses.begin(), device.ipAddresses.end(), ipCompare(wanted));
+}
+
+} // namespace
+
+bool checkFilter(const boost::shared_ptr<QelNetDevice>& device, const boost::shared_ptr<QelNetDevice>& filter) {
+    return fits(filter->id, device->id) && fitsAs<QelNetNIC>(*device, *filter) &&
+           fitsAs<QelNetVLAN>(*device, *filter) && fitsAs<QelNetBridge>(*device, *filter) &&
+           std::all_of(filter->ipAddresses.begin(), filter->ipAddresses.end(),
+                       [&](const QelIPAddress& wanted) { return hasAddress(*device, wanted); }) &&
+           fits(filter->text2048, device->text2048);
+}
+
+} // namespace Qel

@@ -1,0 +1,7 @@
+#include "QelFunctionalityCore/Network/QelNetworkMBase.h"
+
+namespace Qel {
+
+QelNetworkMBase::~QelNetworkMBase() = default;
+
+} // namespace Qel

@@ -1,0 +1,168 @@
+#include "QelFunctionalityCore/Network/QelResource.h"
+
+#include <iterator>
+#include <limits>
+
+#include "QelCore/QelContainers.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+using IDResourceName = std::map<QelResourceType, std::string>;
+using ResourceNameID = std::map<std::string, QelResourceType>;
+
+constexpr scalarPair<IDResourceName> namesOfIDs[] = {{QelResourceType::ip, "resource_ip"}, {QelResourceType::none, ""}};
+constexpr scalarPair<ResourceNameID> idsOfNames[] = {{"resource_ip", QelResourceType::ip}, {"", QelResourceType::none}};
+
+constexpr int typeElement = 1007;
+constexpr int valueElement = 1262;
+constexpr int rangeElement = 1662;
+constexpr int startElement = 1597;
+constexpr int endElement = 1663;
+
+int readType(const QelMessageIterator& cursor, QelResourcePool& pool) {
+    std::string name;
+    cursor.getValue(name, typeElement);
+    const auto found = ResourceNameIDMap.find(name);
+    if (found == ResourceNameIDMap.end())
+        return -1;
+    pool.type = found->second;
+    return 0;
+}
+int writeType(QelMessageIterator& cursor, const QelResourcePool& pool) {
+    const auto found = IDResourceNameMap.find(pool.type);
+    if (found == IDResourceNameMap.end())
+        return -1;
+    cursor.putValue(found->second, typeElement);
+    return 0;
+}
+
+int readAddress(const QelMessageIterator& cursor, QelResourceIp& resource) {
+    return cursor.getObject(resource.value, QelIPReader(), valueElement);
+}
+int writeAddress(QelMessageIterator& cursor, const QelResourceIp& resource) {
+    return cursor.putObject(resource.value, QelIPWriter(), valueElement);
+}
+
+/// Reads a child of a pool and adds what it holds to a list of ranges; passes over a child of no known form.
+template <class T, T emptyValue, class ValueReader> struct ElementParser {
+    int operator()(const QelMessageIterator& cursor, std::vector<range<T>>& ranges) const {
+        range<T> found{emptyValue, emptyValue};
+        switch (cursor.curID()) {
+        case valueElement:
+            // Not checked, unlike the bounds of a range: who writes a single value has it from a set, which holds no
+            // extreme one, so that one here is an error of this system's and ends the process in the set.
+            cursor.getObject(found.start, ValueReader(), getEmptyID());
+            found.end = found.start;
+            break;
+        case rangeElement:
+            if (readBounds(cursor, found) != 0)
+                return -1;
+            break;
+        default:
+            return 0;
+        }
+        ranges.push_back(found);
+        return 0;
+    }
+
+private:
+    static int readBounds(const QelMessageIterator& cursor, range<T>& found) {
+        if (cursor.getObject(found.start, ValueReader(), startElement) != 0 ||
+            cursor.getObject(found.end, ValueReader(), endElement) != 0)
+            return -1;
+        const bool isInSet = std::numeric_limits<T>::min() < found.start && found.start <= found.end &&
+                             found.end < std::numeric_limits<T>::max();
+        return isInSet ? 0 : -1;
+    }
+};
+
+int readRanges(const QelMessageIterator& cursor, QelResourceIpPool& pool) {
+    constexpr int anyElement = getEmptyID();
+    std::vector<range<unsigned>> ranges;
+    const int result =
+        QelReaderListEx(ElementParser<unsigned, 0, QelIPReader>(), anyElement, QelReaderOptional)(cursor, ranges);
+    // All at once: a message may hold a million of them in descending order.
+    pool.ranges.insert(ranges.begin(), ranges.end());
+    return result;
+}
+
+int writeRanges(QelMessageIterator& cursor, const QelResourceIpPool& pool) {
+    for (const range<unsigned>& each : pool.ranges) {
+        cursor.newChild(each.start == each.end ? valueElement : rangeElement);
+        if (each.start == each.end) {
+            QelIPWriter()(cursor, each.start);
+        } else {
+            cursor.putObject(each.start, QelIPWriter(), startElement);
+            cursor.putObject(each.end, QelIPWriter(), endElement);
+        }
+        cursor.seekUp();
+    }
+    return 0;
+}
+
+} // namespace
+
+const IDResourceName IDResourceNameMap(std::begin(namesOfIDs), std::end(namesOfIDs));
+const ResourceNameID ResourceNameIDMap(std::begin(idsOfNames), std::end(idsOfNames));
+
+template <> struct Wire<QelResource> : WireWords<QelResource> { static constexpr int nsId = 281, typeId = 129; };
+template <> const QelWireLayout& qelWireLayout<QelResource>() {
+    return wireLayoutOf<QelResource>;
+}
+
+template <> struct Wire<QelResourceIp> : WireWords<QelResourceIp> {
+    static constexpr std::string_view typeName = "QelRangedResource";
+    static constexpr int nsId = 281, typeId = 251;
+    static constexpr QelWireField fields[] = {
+        base<QelResource>(),
+        step<&readAddress, &writeAddress>("value", valueElement, required),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelResourceIp>() {
+    return wireLayoutOf<QelResourceIp>;
+}
+
+template <> struct Wire<QelResourcePool> : WireWords<QelResourcePool> {
+    static constexpr int nsId = 281, typeId = 249;
+    static constexpr QelWireField fields[] = {
+        step<&readType, &writeType>("type", typeElement, optional),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelResourcePool>() {
+    return wireLayoutOf<QelResourcePool>;
+}
+
+template <> struct Wire<QelResourceIpPool> : WireWords<QelResourceIpPool> {
+    static constexpr std::string_view typeName = "QelRangedPool";
+    static constexpr int nsId = 281, typeId = 250;
+    static constexpr QelWireField fields[] = {
+        base<QelResourcePool>(),
+        step<&readRanges, &writeRanges>("ranges", rangeElement, optional, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelResourceIpPool>() {
+    return wireLayoutOf<QelResourceIpPool>;
+}
+
+template <> struct Wire<QelPoolResourcePair> : WireWords<QelPoolResourcePair> {
+    static constexpr QelWireField fields[] = {
+        derived<&QelPoolResourcePair::pool, false>(1974, ignored, ifSet).unchecked(),
+        derived<&QelPoolResourcePair::resource, false>(1665, ignored, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelPoolResourcePair>() {
+    return wireLayoutOf<QelPoolResourcePair>;
+}
+
+template class QelDerivedParserFactory<QelResource>;
+template class QelDerivedParserFactory<QelResourcePool>;
+
+QelDerivedParserFactoryT<QelResource, QelResource> factoryQelResource(true);
+QelDerivedParserFactoryT<QelResourceIp, QelResource> factoryQelResourceIp(false);
+QelDerivedParserFactoryT<QelResourcePool, QelResourcePool> factoryQelResourcePool(true);
+QelDerivedParserFactoryT<QelResourceIpPool, QelResourcePool> factoryQelResourceIpPool(false);
+
+} // namespace Qel

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "QelFunctionalityCore/Profile/QelProfileRecord.h"
+#include "QelFunctionalityCore/Profile/QelTextBool.h"
+#include "QelMessage/QelRecord.h"
+
+namespace Qel {
+
+/// Options of the management interface.  The console gives them their meaning; they bear the numbers of their elements.
+struct QelInterfaceSettings : QelProfileRecord {
+    int option2197 = 0;
+    QelTextBool option2195;
+    QelTextBool option2299;
+    QelTextBool option2199;
+    std::string option2192;
+    std::string option2193;
+    std::string option2007;
+    std::string option2194;
+    std::string option2198;
+
+    using Reader = QelRecordReader<QelInterfaceSettings>;
+    using Writer = QelRecordWriter<QelInterfaceSettings>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+} // namespace Qel

@@ -1,0 +1,229 @@
+#include "QelFunctionalityCore/Profile/QelProfile.h"
+
+#include <type_traits>
+#include <utility>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelNames.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+// In the order in which they are written.
+constexpr int sidID = 1911;
+constexpr int authNameID = 1630;
+constexpr int personalID = 2187;
+constexpr int interfaceID = 2184;
+constexpr int browseID = 2185;
+constexpr int desktopID = 2186;
+constexpr int screenID = 2188;
+
+/// Reads and specifies a property from child `id`, if there is one.
+template <class T, class Reader = typename T::reader_type>
+int readIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id,
+                  const Reader& reader = Reader()) {
+    if (cursor.seekPresence(id) != 0)
+        return 0;
+    if (cursor.getObject(property.get(), reader, id) != 0)
+        return -1;
+    property.specify(true);
+    return 0;
+}
+
+// The name is the second choice: a SID hides it.
+int readAuthName(const QelMessageIterator& cursor, QelProfile& profile) {
+    return cursor.seekPresence(sidID) == 0 ? 0 : readIfPresent(cursor, profile.authName, authNameID);
+}
+int writeAuthName(QelMessageIterator& cursor, const QelProfile& profile) {
+    if (profile.sid.isSpecified() || !profile.authName.isSpecified())
+        return 0;
+    return cursor.putObj(profile.authName.get(), authNameID);
+}
+
+template <class T> constexpr QelWireCodec keepingCodec() {
+    QelWireCodec codec = qelWireCodec<QelOptionalProperty<T>>;
+    codec.read = [](const QelMessageIterator& cursor, void* property, int id, const QelWireField&) {
+        return readIfPresent(cursor, *static_cast<QelOptionalProperty<T>*>(property), id);
+    };
+    return codec;
+}
+template <class T> constexpr QelWireCodec keeping = keepingCodec<T>();
+
+struct ProfileWords : WireWords<QelProfile> {
+    /// A property that a message without its element leaves as it was.
+    template <auto member> static constexpr QelWireField part(int id) {
+        QelWireField row = field<member>(id, optional, ifSet);
+        row.codec = &keeping<std::remove_cvref_t<decltype((std::declval<QelProfile>().*member).get())>>;
+        return row;
+    }
+};
+
+} // namespace
+
+template <> struct Wire<QelProfile> : ProfileWords {
+    static constexpr QelWireField fields[] = {
+        part<&QelProfile::sid>(sidID),
+        step<&readAuthName, &writeAuthName>("authName", authNameID, optional, ifSet),
+        part<&QelProfile::personal>(personalID),
+        part<&QelProfile::interface>(interfaceID),
+        part<&QelProfile::browse>(browseID),
+        part<&QelProfile::desktop>(desktopID),
+        part<&QelProfile::screen>(screenID),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelProfile>() {
+    return wireLayoutOf<QelProfile>;
+}
+
+QelProfile::QelProfile() : QelProfileRecord{noLocalID} {}
+
+QelProfile::QelProfile(const QelAuthName& owner) : QelProfile() {
+    authName = owner;
+}
+
+QelProfile::QelProfile(const QelSID& owner) : QelProfile() {
+    sid = owner;
+}
+
+std::unique_ptr<QelProfile> QelProfile::getDefaultProfile(const QelAuthName& owner) {
+    return std::make_unique<QelProfile>(owner);
+}
+
+std::unique_ptr<QelProfile> QelProfile::getDefaultProfile(const QelSID& owner) {
+    return std::make_unique<QelProfile>(owner);
+}
+
+bool QelProfile::hasSettings() const {
+    return interface.isSpecified() || personal.isSpecified() || browse.isSpecified() || desktop.isSpecified() ||
+           screen.isSpecified();
+}
+
+// --- Merging
+
+namespace {
+
+template <class T> void takeIfAbsent(QelOptionalProperty<T>& property, const QelOptionalProperty<T>& other) {
+    if (!property.isSpecified() && other.isSpecified())
+        property = other;
+}
+
+template <class T> void takeIfPresent(QelOptionalProperty<T>& property, const QelOptionalProperty<T>& other) {
+    if (other.isSpecified())
+        property = other;
+}
+
+template <class Settings>
+void mergeItems(QelOptionalProperty<Settings>& section, const QelOptionalProperty<Settings>& other) {
+    if (!other.isSpecified())
+        return;
+    auto items = other->items;
+    items.merge(section->items); // takes only the names that aren't there yet
+    section->items = std::move(items);
+    section.specify(true);
+}
+
+} // namespace
+
+int QelProfile::merge(const QelProfile& other) {
+    takeIfAbsent(sid, other.sid);
+    takeIfAbsent(authName, other.authName);
+    takeIfPresent(personal, other.personal);
+    takeIfPresent(interface, other.interface);
+    mergeItems(browse, other.browse);
+    takeIfPresent(desktop, other.desktop);
+    mergeItems(screen, other.screen);
+    return 0;
+}
+
+// --- Filters
+
+namespace {
+
+template <class T> void specifyIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<T>& section, int id) {
+    if (cursor.seekPresence(id) == 0)
+        section = T();
+}
+
+// The items are looked for beside the section's element and not in it; they are checked and forgotten.
+template <class Settings>
+int specifyItemsIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<Settings>& section, int id) {
+    if (cursor.seekPresence(id) != 0)
+        return 0;
+    section = Settings();
+    Settings checked;
+    return QelReaderSet(typename Settings::Item::filterReader(), Settings::itemID, QelReaderOptional)(cursor,
+                                                                                                      checked.items);
+}
+
+int writeEmpty(QelMessageIterator& cursor, bool isSpecified, int id) {
+    return !isSpecified || cursor.putValue("", 0, id) == 0 ? 0 : -1;
+}
+
+} // namespace
+
+int QelProfile::filterReader::operator()(const QelMessageIterator& cursor, QelProfile& filter) const {
+    if (readIfPresent(cursor, filter.sid, sidID) != 0) {
+        setErrorMessage("can't read a filter: element %s is malformed", QelNames::elementName(sidID).c_str());
+        return -1;
+    }
+    if (readAuthName(cursor, filter) != 0)
+        return -1;
+    specifyIfPresent(cursor, filter.personal, personalID);
+    specifyIfPresent(cursor, filter.interface, interfaceID);
+    specifyIfPresent(cursor, filter.desktop, desktopID);
+    if (specifyItemsIfPresent(cursor, filter.browse, browseID) != 0 ||
+        specifyItemsIfPresent(cursor, filter.screen, screenID) != 0)
+        return -1;
+    return 0;
+}
+
+int QelProfile::filterWriter::operator()(QelMessageIterator& cursor, const QelProfile& filter) const {
+    if (filter.sid.isSpecified() && cursor.putObj(filter.sid.get(), sidID) != 0)
+        return -1;
+    if (writeAuthName(cursor, filter) != 0)
+        return -1;
+    if (writeEmpty(cursor, filter.personal.isSpecified(), personalID) != 0 ||
+        writeEmpty(cursor, filter.interface.isSpecified(), interfaceID) != 0)
+        return -1;
+    if (filter.browse.isSpecified()) {
+        cursor.newChild(browseID);
+        const auto names = QelWriterList(QelBrowseInfo::filterWriter(), QelBrowseSettings::itemID);
+        if (names(cursor, filter.browse->items) != 0)
+            return -1;
+    }
+    if (writeEmpty(cursor, filter.desktop.isSpecified(), desktopID) != 0 ||
+        writeEmpty(cursor, filter.screen.isSpecified(), screenID) != 0)
+        return -1;
+    return 0;
+}
+
+int readFiltered(const QelMessageIterator& cursor, QelProfile& profile, const QelProfile* filter, QelFilterMode mode) {
+    if (!filter || !filter->hasSettings())
+        return QelProfile::Reader()(cursor, profile);
+
+    const auto isWanted = [mode](const auto& section) {
+        return section.isSpecified() == (mode == QelFilterMode::intersection);
+    };
+    if (isWanted(filter->personal) && readIfPresent(cursor, profile.personal, personalID) != 0)
+        return -1;
+    if (isWanted(filter->interface) && readIfPresent(cursor, profile.interface, interfaceID) != 0)
+        return -1;
+    if (isWanted(filter->browse)) {
+        const auto readLists = [&](const QelMessageIterator& at, QelBrowseSettings& lists) {
+            return readFiltered(at, lists, &filter->browse.get(), mode);
+        };
+        if (readIfPresent(cursor, profile.browse, browseID, readLists) != 0)
+            return -1;
+    }
+    if (isWanted(filter->desktop) && readIfPresent(cursor, profile.desktop, desktopID) != 0)
+        return -1;
+    if (isWanted(filter->screen) && readIfPresent(cursor, profile.screen, screenID) != 0)
+        return -1;
+    return 0;
+}
+
+} // namespace Qel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "QelFunctionalityCore/Profile/QelTextBool.h"
+#include "QelMessage/QelWireValue.h"
+
+// How a QelTextBool stands in the tables of records.  For source files only.
+
+namespace Qel {
+
+template <> struct QelWireValue<QelTextBool> {
+    static constexpr QelWireKind kind = QelWireKind::boolean;
+    static int read(const QelMessageIterator& cursor, QelTextBool& value, int id, const QelWireField&) {
+        std::string text;
+        return cursor.getValue(text, id) == 0 ? value.fromString(text) : -1;
+    }
+    static int write(QelMessageIterator& cursor, const QelTextBool& value, int id, const QelWireField&) {
+        return cursor.putValue(value.toString(), id);
+    }
+    static bool isSet(const QelTextBool& value) { return value; }
+};
+
+} // namespace Qel

@@ -1,0 +1,79 @@
+#include "QelFunctionalityCore/Security/QelDirControl.h"
+
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+// One table for each answer to whether the OID must be there.
+template <QelWireRead oidRead> struct ControlWire : WireWords<QelDirControl> {
+    using Words = WireWords<QelDirControl>;
+    static constexpr int nsId = 270, typeId = 181;
+    static constexpr QelWireField fields[] = {
+        Words::field<&QelDirControl::oid>(1007, oidRead, Words::always).unchecked(),
+        Words::field<&QelDirControl::critical>(1921, Words::ignored, Words::always).unchecked(),
+        Words::field<&QelDirControl::value>(1018, Words::ignored, Words::always).unchecked(),
+    };
+};
+
+struct WithOptionalOid;
+
+} // namespace
+
+template <> struct Wire<QelDirControl> : ControlWire<QelWireRead::required> {};
+template <> struct Wire<WithOptionalOid> : ControlWire<QelWireRead::optional> {};
+template <> const QelWireLayout& qelWireLayout<QelDirControl>() {
+    return wireLayoutOf<QelDirControl>;
+}
+
+int QelDirControl::Reader::operator()(const QelMessageIterator& cursor, QelDirControl& control) const {
+    return readByLayout(oidRequired ? wireLayoutOf<QelDirControl> : wireLayoutOf<WithOptionalOid>, &control, cursor);
+}
+
+namespace {
+
+// A control of a known kind has an OID of its own, which stands if the message has none.
+int readControl(const QelMessageIterator& cursor, QelDirControl& control) {
+    return QelDirControl::Reader(false)(cursor, control);
+}
+
+int writeControl(QelMessageIterator& cursor, const QelDirControl& control) {
+    return QelDirControl::Writer(true)(cursor, control);
+}
+
+} // namespace
+
+template <> struct Wire<QelDirSortControl> : WireWords<QelDirSortControl> {
+    static constexpr int nsId = 270, typeId = 184;
+    static constexpr QelWireField fields[] = {
+        step<&readControl, &writeControl>("QelDirControl", 0, required),
+        field<&QelDirSortControl::attribute>(1926, required, always),
+        field<&QelDirSortControl::reverse>(1927, required, always),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelDirSortControl>() {
+    return wireLayoutOf<QelDirSortControl>;
+}
+
+template <> struct Wire<QelDirVlvControl> : WireWords<QelDirVlvControl> {
+    static constexpr int nsId = 270, typeId = 183;
+    static constexpr QelWireField fields[] = {
+        step<&readControl, &writeControl>("QelDirControl", 0, required),
+        field<&QelDirVlvControl::beforeCount>(1923, required, always),
+        field<&QelDirVlvControl::afterCount>(1924, required, always),
+        field<&QelDirVlvControl::offset>(1087, required, always),
+        field<&QelDirVlvControl::count>(1259, required, always),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelDirVlvControl>() {
+    return wireLayoutOf<QelDirVlvControl>;
+}
+
+template class QelDerivedParserFactory<QelDirControl>;
+
+QelDerivedParserFactoryT<QelDirControl, QelDirControl> factoryQelDirControl(true);
+QelDerivedParserFactoryT<QelDirVlvControl, QelDirControl> factoryQelDirVlvControl(false);
+QelDerivedParserFactoryT<QelDirSortControl, QelDirControl> factoryQelDirSortControl(false);
+
+} // namespace Qel

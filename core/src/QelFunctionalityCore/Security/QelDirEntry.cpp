@@ -1,0 +1,40 @@
+#include "QelFunctionalityCore/Security/QelDirEntry.h"
+
+#include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int valueElement = 1018;
+constexpr int nameElement = 1026;
+
+} // namespace
+
+int QelDirAttributeReader::operator()(const QelMessageIterator& cursor, QelNamedStrListProperty& attribute) const {
+    std::string name;
+    if (cursor.getValue(name, nameElement) != 0)
+        return -1;
+    attribute.setName(name);
+    return QelReaderData(attribute.get(), valueElement, QelReaderOptional)(cursor, attribute.get());
+}
+
+int QelDirAttributeWriter::operator()(QelMessageIterator& cursor, const QelNamedStrListProperty& attribute) const {
+    if (cursor.putValue(attribute.getName(), nameElement) != 0)
+        return -1;
+    return QelWriterData(attribute.get(), valueElement)(cursor, attribute.get());
+}
+
+template <> struct Wire<QelDirEntry> : WireWords<QelDirEntry> {
+    static constexpr int nsId = 270;
+    static constexpr QelWireField fields[] = {
+        field<&QelDirEntry::dn>(1928, required, always),
+        list<&QelDirEntry::attributes>(1918, optional),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelDirEntry>() {
+    return wireLayoutOf<QelDirEntry>;
+}
+
+} // namespace Qel

@@ -1,0 +1,50 @@
+#include "QelFunctionalityCore/Security/QelInfrastructureNode.h"
+
+#include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+bool isFolderType(int type) {
+    using Attributes = QelInfrastructureFolderAttributes;
+    return type >= Attributes::leastType && type <= Attributes::greatestType;
+}
+
+} // namespace
+
+template <> struct Wire<QelInfrastructureFolderAttributes> : WireWords<QelInfrastructureFolderAttributes> {
+    static constexpr QelWireField fields[] = {
+        field<&QelInfrastructureFolderAttributes::name>(1026, required, always),
+        checked<&QelInfrastructureFolderAttributes::type, isFolderType>(1007, required, always),
+        field<&QelInfrastructureFolderAttributes::description>(1496, optional, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelInfrastructureFolderAttributes>() {
+    return wireLayoutOf<QelInfrastructureFolderAttributes>;
+}
+
+template <> struct Wire<QelInfrastructureNode> : WireWords<QelInfrastructureNode> {
+    static constexpr QelWireField fields[] = {
+        field<&QelInfrastructureNode::nodeID>(1010, required, always),
+        field<&QelInfrastructureNode::parentID>(2241, required, always),
+        field<&QelInfrastructureNode::folder>(2240, optional, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelInfrastructureNode>() {
+    return wireLayoutOf<QelInfrastructureNode>;
+}
+
+// Writers of this family answer a failure with 1, readers with -1.  Callers test for nonzero.
+
+int QelInfrastructureFolderAttributes::Writer::operator()(QelMessageIterator& cursor,
+                                                          const QelInfrastructureFolderAttributes& attributes) const {
+    return writeByLayout(qelWireLayout<QelInfrastructureFolderAttributes>(), &attributes, cursor) == 0 ? 0 : 1;
+}
+
+int QelInfrastructureNode::Writer::operator()(QelMessageIterator& cursor, const QelInfrastructureNode& node) const {
+    return writeByLayout(qelWireLayout<QelInfrastructureNode>(), &node, cursor) == 0 ? 0 : 1;
+}
+
+} // namespace Qel

@@ -1,0 +1,85 @@
+#include "QelFunctionalityCore/Security/QelPolicy.h"
+
+#include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int environmentNamespace = 292;
+constexpr int ruleElement = 2273;
+constexpr int rulesElement = 2276;
+
+int readPolicyRules(const QelMessageIterator& cursor, QelPolicy& policy) {
+    if (cursor.seekPresence(rulesElement) != 0) {
+        policy.rules.specify(false);
+        return 0;
+    }
+    const int result = cursor.getObject(policy.rules.get(), QelPolicyRuleMapReader(), rulesElement);
+    policy.rules.specify(result == 0);
+    return result;
+}
+
+int readEffectiveRules(const QelMessageIterator& cursor, QelEffectivePolicyAssignment& assignment) {
+    assignment.rules.specify(cursor.seekPresence(rulesElement) == 0);
+    return assignment.rules.isSpecified()
+               ? cursor.getObject(assignment.rules.get(), QelPolicyRuleMapReader(), rulesElement)
+               : 0;
+}
+
+template <class Record> int writeRules(QelMessageIterator& cursor, const Record& record) {
+    return record.rules.isSpecified() ? cursor.putObject(record.rules.get(), QelPolicyRuleMapWriter(), rulesElement)
+                                      : 0;
+}
+
+} // namespace
+
+int QelPolicyRuleMapReader::operator()(const QelMessageIterator& cursor, QelPolicyRuleMap& rules) const {
+    return QelReaderMap(ruleElement, QelReaderOptional, QelReaderID(QelReaderString(), 1010, QelReaderRequired),
+                        QelReaderID(QelReaderString(), 1018, QelReaderRequired))(cursor, rules);
+}
+
+int QelPolicyRuleMapWriter::operator()(QelMessageIterator& cursor, const QelPolicyRuleMap& rules) const {
+    cursor.saveNamespace(environmentNamespace);
+    const int result = QelWriterMap(ruleElement, QelWriterID(QelWriterString(), 1010),
+                                    QelWriterID(QelWriterString(), 1018))(cursor, rules);
+    cursor.saveNamespace(0);
+    return result;
+}
+
+template <> struct Wire<QelPolicy> : WireWords<QelPolicy> {
+    static constexpr QelWireField fields[] = {
+        field<&QelPolicy::policyID>(1010, optional, ifSet).unchecked(),
+        field<&QelPolicy::name>(1026, optional, ifSet, base64).unchecked(),
+        field<&QelPolicy::description>(1496, optional, ifSet, base64).unchecked(),
+        wrappedMap<&QelPolicy::assignments>(2275, 2277, 2285, 2286, optional, ifSet).unchecked(),
+        step<&readPolicyRules, &writeRules<QelPolicy>>("rules", rulesElement, optional, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelPolicy>() {
+    return wireLayoutOf<QelPolicy>;
+}
+
+template <> struct Wire<QelObjectToPolicyAssignment> : WireWords<QelObjectToPolicyAssignment> {
+    static constexpr QelWireField fields[] = {
+        field<&QelObjectToPolicyAssignment::object>(1010, required, always).unchecked(),
+        field<&QelObjectToPolicyAssignment::policyLevel>(2286, ignored, always).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelObjectToPolicyAssignment>() {
+    return wireLayoutOf<QelObjectToPolicyAssignment>;
+}
+
+template <> struct Wire<QelEffectivePolicyAssignment> : WireWords<QelEffectivePolicyAssignment> {
+    static constexpr QelWireField fields[] = {
+        field<&QelEffectivePolicyAssignment::policyID>(2285, required, always),
+        step<&readEffectiveRules, &writeRules<QelEffectivePolicyAssignment>>("rules", rulesElement, optional, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelEffectivePolicyAssignment>() {
+    return wireLayoutOf<QelEffectivePolicyAssignment>;
+}
+
+} // namespace Qel

@@ -1,0 +1,134 @@
+#include "QelFunctionalityCore/Security/QelSession.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+#include <limits>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelMessage.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int valueElement = 1018;
+constexpr int revisionElement = 1221;
+constexpr int keyElement = 1240;
+constexpr int entryElement = 1307;
+constexpr int timeoutElement = 1320;
+
+int readTimeout(const QelMessageIterator& cursor, QelSession& session) {
+    int timeout = QelSession::persistent;
+    if (cursor.seekPresence(timeoutElement) == 0 && cursor.getValue(timeout, timeoutElement) != 0)
+        return -1;
+    session.timeout = timeout;
+    return 0;
+}
+
+int writeTimeout(QelMessageIterator& cursor, const QelSession& session) {
+    return session.isPersistent() ? 0 : cursor.putValue(session.timeout, timeoutElement);
+}
+
+// The number behind the first point of a version: whatever stands before it is nobody's.
+int readRevision(const QelMessageIterator& cursor, QelSession& session) {
+    std::string text;
+    if (cursor.getValue(text, revisionElement) != 0)
+        return -1;
+    const std::size_t point = text.find('.');
+    if (point == std::string::npos)
+        return -1;
+    const long long number = std::strtoll(text.c_str() + point + 1, nullptr, 10);
+    session.revision = static_cast<int>(
+        std::clamp<long long>(number, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+    return 0;
+}
+
+int writeRevision(QelMessageIterator& cursor, const QelSession& session) {
+    return cursor.putValue("0." + std::to_string(session.revision), revisionElement);
+}
+
+int readData(const QelMessageIterator& cursor, QelSession& session) {
+    return QelSessionDataReader()(cursor, session.data());
+}
+
+int writeData(QelMessageIterator& cursor, const QelSession& session) {
+    return QelSessionDataWriter()(cursor, session.data());
+}
+
+} // namespace
+
+template <> struct Wire<QelSession> : WireWords<QelSession> {
+    static constexpr QelWireField fields[] = {
+        field<&QelSession::sessionID>(1010, required, always).unchecked(),
+        field<&QelSession::authName>(1025, required, always).unchecked(),
+        field<&QelSession::time1961>(1961, required, always, time).unchecked(),
+        field<&QelSession::time1799>(1799, required, always, time).unchecked(),
+        step<&readTimeout, &writeTimeout>("timeout", timeoutElement, optional, ifSet).unchecked(),
+        step<&readRevision, &writeRevision>("revision", revisionElement, required).unchecked(),
+        field<&QelSession::token>(1944, ignored, always).unchecked(),
+        field<&QelSession::peerAddress>(1262, ignored, ifSet).unchecked(),
+        step<&readData, &writeData>("data", entryElement, ignored).unchecked(), // the last: see layoutFor
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelSession>() {
+    return wireLayoutOf<QelSession>;
+}
+
+namespace {
+
+const QelWireLayout& layoutFor(bool withoutData) {
+    static constexpr QelWireLayout whole = wireLayoutOf<QelSession>;
+    static constexpr QelWireLayout shortened{whole.typeName, whole.nsId, whole.typeId,
+                                             whole.fields.first(whole.fields.size() - 1),
+                                             whole.readingOrder.first(whole.readingOrder.size() - 1)};
+    return withoutData ? shortened : whole;
+}
+
+// Wraps around, since the time of a message may be any number.
+long difference(long a, long b) {
+    return static_cast<long>(static_cast<unsigned long>(a) - static_cast<unsigned long>(b));
+}
+
+} // namespace
+
+QelSession::ValueData::ValueData() : QelAnyData(valueElement) {}
+
+int QelSession::Reader::operator()(const QelMessageIterator& cursor, QelSession& session) const {
+    const long now = std::time(nullptr);
+    long sent = 0;
+    if (cursor.getMessage()->getTime(&sent) != 0) {
+        setErrorMessage("can't read QelSession: the message doesn't tell its time");
+        return -1;
+    }
+    session.timeSkew = difference(now, sent);
+    return readByLayout(layoutFor(withoutData), &session, cursor);
+}
+
+int QelSession::Writer::operator()(QelMessageIterator& cursor, const QelSession& session) const {
+    return writeByLayout(layoutFor(withoutData), &session, cursor);
+}
+
+int QelSessionDataReader::operator()(const QelMessageIterator& cursor, QelSession::Data& data) const {
+    return QelReaderMap(entryElement, QelReaderOptional, QelReaderID(QelReaderString(), keyElement, QelReaderRequired),
+                        QelAnyData::Reader(true))(cursor, data);
+}
+
+int QelSessionDataWriter::operator()(QelMessageIterator& cursor, const QelSession::Data& data) const {
+    return QelWriterMap(entryElement, QelWriterID(QelWriterString(), keyElement), QelAnyData::Writer())(cursor, data);
+}
+
+template <> struct Wire<QelRegisteredClient> : WireWords<QelRegisteredClient> {
+    static constexpr QelWireField fields[] = {
+        field<&QelRegisteredClient::clientID>(1010, required, always).unchecked(),
+        field<&QelRegisteredClient::clientValue>(1259, required, always).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelRegisteredClient>() {
+    return wireLayoutOf<QelRegisteredClient>;
+}
+
+} // namespace Qel

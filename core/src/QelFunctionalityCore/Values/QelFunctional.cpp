@@ -1,0 +1,7 @@
+#include "QelFunctionalityCore/Values/QelFunctional.h"
+
+namespace Qel {
+
+QelFunctional::~QelFunctional() = default;
+
+} // namespace Qel

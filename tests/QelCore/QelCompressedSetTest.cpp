@@ -1,0 +1,245 @@
+#include "QelCore/QelCompressedSet.h"
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+namespace Qel {
+
+void PrintTo(const range<unsigned>& one, std::ostream* out) {
+    *out << '[' << one.start << ',' << one.end << ']';
+}
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Range = range<unsigned>;
+using Ranges = std::vector<Range>;
+using Set = compressed_set<unsigned, std::vector, std::allocator<Range>>;
+
+constexpr unsigned greatest = std::numeric_limits<unsigned>::max();
+
+Set setOf(const Ranges& ranges) {
+    Set set;
+    for (const Range& each : ranges)
+        set.insert(each);
+    return set;
+}
+
+TEST(QelCompressedSetTest, IsEmptyAtStart) {
+    const Set set{std::allocator<Range>()};
+    EXPECT_TRUE(set.empty());
+    EXPECT_EQ(set.size(), 0U);
+    EXPECT_THAT(set, IsEmpty());
+}
+
+TEST(QelCompressedSetTest, AValueBetweenTwoRangesJoinsThem) {
+    EXPECT_THAT(setOf({{5, 6}, {8, 9}, {7, 7}}), ElementsAre(Range{5, 9}));
+}
+
+TEST(QelCompressedSetTest, ARangeBeforeAllOthersJoinsTheFirstOnlyIfItTouchesIt) {
+    EXPECT_THAT(setOf({{5, 6}, {1, 3}}), ElementsAre(Range{1, 3}, Range{5, 6}));
+    EXPECT_THAT(setOf({{5, 6}, {1, 4}}), ElementsAre(Range{1, 6}));
+}
+
+TEST(QelCompressedSetTest, ARangeBehindAllOthersJoinsTheLastOnlyIfItTouchesIt) {
+    EXPECT_THAT(setOf({{5, 6}, {8, 9}}), ElementsAre(Range{5, 6}, Range{8, 9}));
+    EXPECT_THAT(setOf({{1, 2}, {3, 4}}), ElementsAre(Range{1, 4}));
+}
+
+TEST(QelCompressedSetTest, ARangeThatIsThereChangesNothing) {
+    EXPECT_THAT(setOf({{10, 20}, {12, 15}}), ElementsAre(Range{10, 20}));
+    EXPECT_THAT(setOf({{10, 20}, {30, 40}, {10, 20}, {31, 31}}), ElementsAre(Range{10, 20}, Range{30, 40}));
+}
+
+TEST(QelCompressedSetTest, ARangeAcrossOthersSwallowsThem) {
+    EXPECT_THAT(setOf({{10, 20}, {30, 40}, {50, 60}, {15, 55}}), ElementsAre(Range{10, 60}));
+    EXPECT_THAT(setOf({{10, 20}, {30, 40}, {50, 60}, {5, 70}}), ElementsAre(Range{5, 70}));
+    EXPECT_THAT(setOf({{10, 20}, {30, 40}, {50, 60}, {25, 45}}),
+                ElementsAre(Range{10, 20}, Range{25, 45}, Range{50, 60}));
+}
+
+TEST(QelCompressedSetTest, ARangeInAGapStaysAloneUnlessItTouchesBothSides) {
+    EXPECT_THAT(setOf({{10, 20}, {30, 40}, {22, 28}}), ElementsAre(Range{10, 20}, Range{22, 28}, Range{30, 40}));
+    EXPECT_THAT(setOf({{10, 20}, {30, 40}, {21, 29}}), ElementsAre(Range{10, 40}));
+    EXPECT_THAT(setOf({{10, 20}, {30, 40}, {21, 28}}), ElementsAre(Range{10, 28}, Range{30, 40}));
+    EXPECT_THAT(setOf({{10, 20}, {30, 40}, {22, 29}}), ElementsAre(Range{10, 20}, Range{22, 40}));
+}
+
+TEST(QelCompressedSetTest, ValuesWithOneBetweenThemStayApart) {
+    EXPECT_THAT(setOf({{1, 1}, {3, 3}}), ElementsAre(Range{1, 1}, Range{3, 3}));
+}
+
+TEST(QelCompressedSetTest, AllButTheTwoExtremeValuesFit) {
+    EXPECT_THAT(setOf({{1, 1}, {greatest - 1, greatest - 1}, {2, greatest - 2}}), ElementsAre(Range{1, greatest - 1}));
+}
+
+TEST(QelCompressedSetTest, ARangeThatEndsRightBeforeItStartsAddsNothing) {
+    EXPECT_THAT(setOf({{6, 5}}), IsEmpty());
+    EXPECT_THAT(setOf({{10, 20}, {6, 5}, {22, 21}, {26, 25}, {15, 14}}), ElementsAre(Range{10, 20}));
+}
+
+using QelCompressedSetDeathTest = testing::Test;
+
+TEST(QelCompressedSetDeathTest, TheExtremeValuesEndTheProcess) {
+    constexpr const char* report = "core/src/QelCore/QelContainers.*570.*insert";
+    for (const Range& bad : Ranges{{0, 5}, {5, greatest}, {0, 0}, {greatest, greatest}, {0, greatest}, {9, 7}}) {
+        Set set = setOf({{10, 20}});
+        EXPECT_DEATH(set.insert(bad), report) << bad.start;
+        EXPECT_DEATH(set.insert(&bad, &bad + 1), report) << bad.start;
+    }
+}
+
+/// What a set must hold: one bit for each value, which is all that values below 64 need.
+class Bitmap {
+public:
+    void insert(const Range& added) {
+        for (unsigned value = added.start; value <= added.end; ++value)
+            m_bits |= std::uint64_t{1} << value;
+    }
+    /// The runs of bits.
+    [[nodiscard]] Ranges ranges() const {
+        Ranges runs;
+        for (unsigned value = 0; value < 64; ++value) {
+            if (!holds(value))
+                continue;
+            if (runs.empty() || runs.back().end + 1 != value)
+                runs.push_back({value, value});
+            runs.back().end = value;
+        }
+        return runs;
+    }
+    /// Whether the ranges are the runs of bits: each begins and ends where bits do, and they hold as many as there are.
+    /// This is ranges(), made to be asked millions of times.
+    template <class Container> [[nodiscard]] bool isExactly(const Container& compressed) const {
+        std::uint64_t found = 0;
+        unsigned behind = 0; // the first value that the next range may start at
+        for (const auto& [start, end] : compressed) {
+            if (start < behind || end < start || end >= 63)
+                return false;
+            found |= ((std::uint64_t{2} << end) - 1) & ~((std::uint64_t{1} << start) - 1);
+            behind = end + 2U;
+        }
+        return found == m_bits;
+    }
+
+private:
+    [[nodiscard]] bool holds(unsigned value) const { return value < 64 && (m_bits >> value & 1) != 0; }
+
+    std::uint64_t m_bits = 0;
+};
+
+TEST(QelCompressedSetTest, TheModelTellsWhatIsInNormalForm) {
+    Bitmap model;
+    model.insert({1, 2});
+    model.insert({4, 4});
+    EXPECT_THAT(model.ranges(), ElementsAre(Range{1, 2}, Range{4, 4}));
+    EXPECT_TRUE(model.isExactly(Ranges{{1, 2}, {4, 4}}));
+    for (const Ranges& wrong :
+         {Ranges{}, {{1, 2}}, {{1, 4}}, {{1, 1}, {2, 2}, {4, 4}}, {{4, 4}, {1, 2}}, {{1, 2}, {4, 5}}})
+        EXPECT_FALSE(model.isExactly(wrong));
+}
+
+/// The set of the bits of `bits`, its lowest as the value 1.
+Set setOfBits(unsigned bits) {
+    Set set;
+    for (unsigned value = 1; bits != 0; ++value, bits >>= 1)
+        if (bits & 1)
+            set.insert({value, value});
+    return set;
+}
+
+TEST(QelCompressedSetTest, EveryRangeInEverySetOfElevenValuesGivesTheirUnion) {
+    constexpr unsigned values = 11;
+    for (unsigned bits = 0; bits < 1U << values; ++bits) {
+        const Set before = setOfBits(bits);
+        for (unsigned start = 1; start <= values; ++start)
+            for (unsigned end = start; end <= values; ++end) {
+                Set set = before;
+                set.insert({start, end});
+                const unsigned both = bits | (((1U << (end - start + 1)) - 1) << (start - 1));
+                Bitmap model;
+                for (unsigned value = 1; value <= values; ++value)
+                    if (both >> (value - 1) & 1)
+                        model.insert({value, value});
+                ASSERT_TRUE(model.isExactly(set)) << testing::PrintToString(before) << " with " << start << ',' << end;
+            }
+    }
+}
+
+/// Fills sets at random, with ranges of up to `longest` values, and compares each step with the model.
+template <class AnySet> void fillAtRandom(unsigned steps, unsigned longest) {
+    constexpr unsigned values = 62;
+    std::mt19937 random(20261121 + longest);
+    const auto upTo = [&](unsigned most) { return 1 + static_cast<unsigned>(random()) % most; };
+    while (steps > 0) {
+        AnySet set;
+        Bitmap model;
+        for (unsigned left = upTo(24); left > 0 && steps > 0; --left, --steps) {
+            const unsigned start = upTo(values);
+            const Range added{start, std::min(values, start + upTo(longest) - 1)};
+            model.insert(added);
+            using Value = decltype(set.begin()->start);
+            set.insert({static_cast<Value>(added.start), static_cast<Value>(added.end)});
+            ASSERT_TRUE(model.isExactly(set)) << testing::PrintToString(Ranges(model.ranges()));
+        }
+    }
+}
+
+TEST(QelCompressedSetTest, AMillionValuesEndInTheUnionOfAll) {
+    fillAtRandom<Set>(1'000'000, 1);
+}
+
+TEST(QelCompressedSetTest, AMillionShortRangesEndInTheUnionOfAll) {
+    fillAtRandom<Set>(1'000'000, 3);
+}
+
+TEST(QelCompressedSetTest, AMillionLongRangesEndInTheUnionOfAll) {
+    fillAtRandom<Set>(1'000'000, 20);
+}
+
+TEST(QelCompressedSetTest, AnyContainerWithRandomAccessAndAnyUnsignedTypeWillDo) {
+    using ByteRange = range<std::uint8_t>;
+    fillAtRandom<compressed_set<std::uint8_t, std::deque, std::allocator<ByteRange>>>(50'000, 4);
+    compressed_set<std::uint8_t, std::vector, std::allocator<ByteRange>> bytes;
+    bytes.insert({1, 254});
+    EXPECT_EQ(bytes.begin()->end, 254);
+}
+
+TEST(QelCompressedSetTest, ManyRangesAtOnceGiveWhatOneAfterTheOtherDo) {
+    std::mt19937 random(20261122);
+    const auto below = [&](std::size_t limit) { return static_cast<unsigned>(random() % limit); };
+    for (int run = 0; run < 3000; ++run) {
+        Ranges ranges;
+        for (unsigned left = below(40); left > 0; --left) {
+            const unsigned start = 1 + below(200);
+            ranges.push_back({start, start + below(6) - (below(9) == 0 ? 1 : 0)});
+        }
+        const auto middle = ranges.begin() + static_cast<std::ptrdiff_t>(below(ranges.size() + 1));
+        Set set = setOf(Ranges(ranges.begin(), middle));
+        set.insert(middle, ranges.end());
+        ASSERT_EQ(set, setOf(ranges)) << testing::PrintToString(ranges);
+    }
+}
+
+TEST(QelCompressedSetTest, ASetCanBeAddedToItself) {
+    Set set = setOf({{1, 2}, {4, 5}});
+    set.insert(set.begin(), set.end());
+    EXPECT_THAT(set, ElementsAre(Range{1, 2}, Range{4, 5}));
+}
+
+TEST(QelCompressedSetTest, ComparatorsLookAtTheEndOfTheFirstRange) {
+    EXPECT_TRUE(searchStart(Range{1, 4}, Range{5, 9}));
+    EXPECT_FALSE(searchStart(Range{1, 5}, Range{5, 9}));
+    EXPECT_TRUE(searchEnd(Range{7, 8}, Range{5, 9}));
+    EXPECT_FALSE(searchEnd(Range{1, 9}, Range{5, 9}));
+}
+
+} // namespace
+} // namespace Qel

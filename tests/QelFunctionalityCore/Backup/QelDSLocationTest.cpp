@@ -1,0 +1,98 @@
+#include "QelFunctionalityCore/Backup/QelDSLocation.h"
+
+#include <gmock/gmock.h>
+
+#include "support/RecordTest.h"
+
+namespace Qel {
+
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class QelDSLocationTest : public RecordTest {
+protected:
+    static QelDSLocation sample() {
+        QelDSLocation location;
+        location.type = 2;
+        location.path = "/vault";
+        location.authName.name = std::string("keeper");
+        location.password = "secret";
+        return location;
+    }
+};
+
+TEST_F(QelDSLocationTest, EachFieldComesBack) {
+    const QelDSLocation back = roundTrip(sample());
+    EXPECT_EQ(back.type, 2);
+    EXPECT_EQ(back.path, "/vault");
+    EXPECT_EQ(back.authName.name.get(), "keeper");
+    EXPECT_EQ(back.password, "secret");
+    EXPECT_THAT(childrenOf(message), ElementsAre(1007, 1156, 1630, 1032));
+}
+
+TEST_F(QelDSLocationTest, ThePathIsEncodedAndThePasswordIsNot) {
+    EXPECT_EQ(write(sample()), 0);
+    EXPECT_EQ(childValue(message, 1156), "L3ZhdWx0");
+    EXPECT_EQ(childValue(message, 1032), "secret");
+}
+
+TEST_F(QelDSLocationTest, EverythingIsWrittenAlways) {
+    EXPECT_EQ(write(QelDSLocation()), 0);
+    EXPECT_THAT(childrenOf(message), ElementsAre(1007, 1156, 1630, 1032));
+    EXPECT_EQ(childValue(message, 1007), "0");
+}
+
+TEST_F(QelDSLocationTest, TypeAndPathAreRequired) {
+    for (const int id : {1007, 1156}) {
+        clear();
+        EXPECT_EQ(write(sample()), 0);
+        replace(id, "?");
+        QelDSLocation location;
+        EXPECT_EQ(read(location), -1) << id;
+        EXPECT_THAT(getErrorMessage(), HasSubstr("is malformed"));
+        remove(id);
+        EXPECT_EQ(read(location), -1) << id;
+        EXPECT_THAT(getErrorMessage(), HasSubstr("is missing"));
+    }
+}
+
+TEST_F(QelDSLocationTest, WithoutNameAndPasswordTheyStayAsTheyWere) {
+    EXPECT_EQ(write(sample()), 0);
+    remove(1032);
+    remove(1630);
+    message.newChild(1630); // no realm in it
+    message.seekUp();
+    QelDSLocation location;
+    location.password = "old";
+    EXPECT_EQ(read(location), 0);
+    EXPECT_EQ(location.path, "/vault");
+    EXPECT_EQ(location.password, "old");
+    EXPECT_FALSE(location.authName.name.isSpecified());
+}
+
+TEST_F(QelDSLocationTest, TheElementHasNoType) {
+    EXPECT_THAT(typeOf(sample()), IsEmpty());
+}
+
+TEST_F(QelDSLocationTest, AConfigurationHoldsOneInAnElementOfItsOwn) {
+    QelDSConfiguration configuration;
+    configuration.location = sample();
+    EXPECT_EQ(roundTrip(configuration).location.path, "/vault");
+    EXPECT_THAT(childrenOf(message), ElementsAre(1828));
+}
+
+TEST_F(QelDSLocationTest, AConfigurationNeedsItsLocation) {
+    QelDSConfiguration configuration;
+    EXPECT_EQ(read(configuration), -1);
+    message.newChild(1828);
+    message.seekUp();
+    EXPECT_EQ(read(configuration), -1) << "a location without a type";
+}
+
+} // namespace
+
+} // namespace Qel

@@ -1,0 +1,251 @@
+#include "QelFunctionalityCore/Monitoring/QelMonitorData.h"
+
+#include <gmock/gmock.h>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelFunctionalityCore/Vocabulary/VocTestSupport.h"
+#include "support/AllocationCounter.h"
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int subsystem = 1094;
+constexpr int instance = 1905;
+constexpr int counter = 1906;
+
+const QelEID eid(QelGUID(1, 2));
+
+/// An element with a name, within which `fill` stands.
+template <class Fill> void named(QelMessageIterator& at, int element, const char* name, const Fill& fill) {
+    at.newChild(element);
+    if (name)
+        at.putValue(std::string(name), 1026);
+    fill();
+    at.seekUp();
+}
+
+void putCounter(QelMessageIterator& at, const char* name, const char* value) {
+    named(at, counter, name, [&] {
+        at.newChild(1018);
+        for (const int element : {1060, 1061, 1062, 1065})
+            at.putValue(std::string(value), element);
+        at.seekUp();
+    });
+}
+
+class QelMonitorDataTest : public testing::Test {
+protected:
+    QelMonitorDataTest() {
+        at.newChild(1115);
+        interval.setStart(100);
+    }
+
+    void putHead() {
+        at.putObj(eid, 1866);
+        at.putObj(interval, 1086);
+    }
+    void putCounters(const std::vector<std::pair<const char*, const char*>>& counters) {
+        named(at, subsystem, "cpu", [&] {
+            named(at, instance, "cpu0", [&] {
+                for (const auto& [name, value] : counters)
+                    putCounter(at, name, value);
+            });
+        });
+    }
+    int read(const QelVocMapSP& vocabulary = {}) {
+        report = {};
+        const int result = at.getObject(report, QelMonitorData::Reader(vocabulary), 0);
+        EXPECT_EQ(at.curID(), 1115) << "the cursor comes back";
+        return result;
+    }
+    /// A vocabulary in which each of these counters has a value type.
+    static QelVocMapSP vocabularyOf(const std::vector<std::pair<const char*, const char*>>& types) {
+        QelMessage* const message = makeMap({{"counters", "1"}});
+        const std::unique_ptr<QelMessageIterator> to(message->rootIterator());
+        to->firstChild(1871);
+        for (const auto& [name, type] : types) {
+            to->newChild(1017);
+            to->putValue(std::string(name), 1010);
+            to->putValue(std::string(type), "value_type");
+            to->seekUp();
+        }
+        return QelVocMapSP(new QelVocMap(message));
+    }
+    [[nodiscard]] const QelPerfStat& stat(const char* name) const { return report.data.at("cpu").at("cpu0").at(name); }
+    void expectFailure(const char* reason) {
+        clearErrorMessage();
+        EXPECT_EQ(read(), -1);
+        EXPECT_EQ(getErrorMessage(), std::string("can't read QelMonitorData: ") + reason);
+    }
+
+    TestMessage message;
+    QelMessageIterator& at = message.cursor();
+    QelTimeInterval interval;
+    QelMonitorData report;
+};
+
+TEST_F(QelMonitorDataTest, CountersStandInInstancesOfSubsystems) {
+    putHead();
+    named(at, subsystem, "cpu", [&] {
+        named(at, instance, "cpu0", [&] {
+            putCounter(at, "user", "1");
+            putCounter(at, "idle", "2");
+        });
+        named(at, instance, "cpu1", [&] { putCounter(at, "user", "3"); });
+    });
+    named(at, subsystem, "net", [&] { named(at, instance, "", [&] { putCounter(at, "bytes", "4"); }); });
+    ASSERT_EQ(read(), 0) << getErrorMessage();
+    EXPECT_EQ(report.eid, eid);
+    EXPECT_EQ(report.interval.startTime, 100);
+    ASSERT_EQ(report.data.size(), 2U);
+    EXPECT_EQ(stat("user").stat1060.integer, 1);
+    EXPECT_EQ(stat("idle").current.integer, 2);
+    EXPECT_EQ(report.data["cpu"]["cpu1"]["user"].stat1061.integer, 3);
+    EXPECT_EQ(report.data["net"][""]["bytes"].stat1062.integer, 4);
+
+    const TestMessage other;
+    other.cursor().newChild(1115);
+    EXPECT_EQ(other.cursor().putObj(report, 0), 0);
+    QelMonitorData back;
+    EXPECT_EQ(other.cursor().getObj(back, 0), 0);
+    EXPECT_EQ(back.data["net"][""]["bytes"].stat1062.integer, 4);
+    EXPECT_EQ(countChildren(other.cursor(), subsystem), 2);
+    EXPECT_EQ(other.cursor().seek(subsystem), 0);
+    EXPECT_EQ(childValue(other.cursor(), 1026), "cpu");
+    EXPECT_EQ(countChildren(other.cursor(), instance), 2);
+}
+
+TEST_F(QelMonitorDataTest, TheVocabularyTellsTheFormOfACounter) {
+    putHead();
+    putCounters({{"load", "5"}, {"bytes", "6"}, {"unknown", "7"}, {"odd", "8"}});
+    const QelVocMapSP vocabulary = vocabularyOf({{"load", "0"}, {"bytes", "1"}, {"odd", "often"}});
+    ASSERT_EQ(read(vocabulary), 0) << getErrorMessage();
+    EXPECT_FALSE(stat("load").isInteger);
+    EXPECT_EQ(stat("load").current.real, 5.0);
+    EXPECT_TRUE(stat("bytes").isInteger);
+    EXPECT_EQ(stat("bytes").current.integer, 6);
+    EXPECT_TRUE(stat("unknown").isInteger) << "the vocabulary doesn't know it";
+    EXPECT_TRUE(stat("odd").isInteger) << "its value type can't be read";
+
+    ASSERT_EQ(read(), 0);
+    EXPECT_TRUE(stat("load").isInteger) << "without a vocabulary";
+    EXPECT_EQ(stat("load").current.integer, 5);
+}
+
+TEST_F(QelMonitorDataTest, ACounterKeepsItsFormFromInstanceToInstance) {
+    putHead();
+    named(at, subsystem, "cpu", [&] {
+        for (const char* const each : {"cpu0", "cpu1"})
+            named(at, instance, each, [&] { putCounter(at, "load", "0.5"); });
+    });
+    EXPECT_EQ(read(), -1) << "these are no integers";
+    ASSERT_EQ(read(vocabularyOf({{"load", "0"}})), 0);
+    EXPECT_EQ(report.data["cpu"]["cpu1"]["load"].current.real, 0.5);
+}
+
+TEST_F(QelMonitorDataTest, EachCounterIsWrittenInItsOwnForm) {
+    QelPerfStat& real = report.data["cpu"]["cpu0"]["load"];
+    real.isInteger = false;
+    real.current.real = 0.5;
+    report.data["cpu"]["cpu0"]["bytes"].current.integer = 6;
+    ASSERT_EQ(at.putObj(report, 0), 0);
+    for (const int element : {subsystem, instance, counter})
+        ASSERT_EQ(at.seek(element), 0);
+    EXPECT_EQ(childValue(at, 1026), "bytes");
+    EXPECT_EQ(at.seek(1018), 0);
+    EXPECT_EQ(childValue(at, 1065), "6");
+    at.seekUp();
+    EXPECT_EQ(at.nextSibling(counter), 0);
+    EXPECT_EQ(at.seek(1018), 0);
+    EXPECT_EQ(childValue(at, 1065), "0.5");
+}
+
+TEST_F(QelMonitorDataTest, AReportWithoutDataIsOne) {
+    putHead();
+    EXPECT_EQ(read(), 0);
+    EXPECT_THAT(report.data, IsEmpty());
+}
+
+TEST_F(QelMonitorDataTest, AnEmptyLevelIsNoFailure) {
+    putHead();
+    named(at, subsystem, "empty", [] {});
+    named(at, subsystem, "half", [&] { named(at, instance, "empty", [] {}); });
+    putCounters({{"load", "5"}});
+    EXPECT_EQ(read(), 0);
+    EXPECT_EQ(stat("load").current.integer, 5);
+    EXPECT_EQ(report.data.size(), 1U);
+}
+
+TEST_F(QelMonitorDataTest, TheEnvironmentAndTheIntervalMustBeThere) {
+    at.putObj(interval, 1086);
+    putCounters({{"load", "5"}});
+    expectFailure("no readable identifier of the environment");
+    at.putObj(eid, 1866);
+    at.deleteChild(1086);
+    expectFailure("no readable interval");
+    EXPECT_EQ(report.eid, eid);
+}
+
+TEST_F(QelMonitorDataTest, ASubsystemOrInstanceWithoutANameFails) {
+    putHead();
+    named(at, subsystem, nullptr, [&] { named(at, instance, "cpu0", [&] { putCounter(at, "load", "5"); }); });
+    putCounters({{"load", "5"}});
+    expectFailure("a subsystem has no name");
+    EXPECT_EQ(report.data[""]["cpu0"]["load"].current.integer, 5) << "the walk ends below it and not at once";
+    EXPECT_FALSE(report.data.contains("cpu"));
+
+    at.deleteChild(subsystem);
+    at.deleteChild(subsystem);
+    named(at, subsystem, "cpu", [&] { named(at, instance, nullptr, [&] { putCounter(at, "load", "5"); }); });
+    expectFailure("an instance has no name");
+}
+
+TEST_F(QelMonitorDataTest, ACounterWithoutANameEndsItsInstanceOnly) {
+    putHead();
+    named(at, subsystem, "cpu", [&] {
+        named(at, instance, "cpu0", [&] {
+            putCounter(at, "before", "1");
+            putCounter(at, nullptr, "2");
+            putCounter(at, "behind", "3");
+        });
+        named(at, instance, "cpu1", [&] { putCounter(at, "next", "4"); });
+    });
+    EXPECT_EQ(read(), 0);
+    EXPECT_EQ(report.data["cpu"]["cpu0"].size(), 1U);
+    EXPECT_EQ(stat("before").current.integer, 1);
+    EXPECT_EQ(report.data["cpu"]["cpu1"]["next"].current.integer, 4);
+}
+
+TEST_F(QelMonitorDataTest, AMalformedCounterEndsTheReport) {
+    putHead();
+    putCounters({{"good", "1"}, {"bad", "text"}, {"behind", "3"}});
+    named(at, subsystem, "net", [] {});
+    expectFailure("cpu / cpu0 / bad has no readable values");
+    EXPECT_EQ(stat("good").current.integer, 1);
+    EXPECT_FALSE(report.data["cpu"]["cpu0"].contains("behind"));
+}
+
+TEST_F(QelMonitorDataTest, ACounterWithoutValuesFails) {
+    putHead();
+    named(at, subsystem, "cpu", [&] { named(at, instance, "cpu0", [&] { named(at, counter, "load", [] {}); }); });
+    expectFailure("cpu / cpu0 / load has no readable values");
+}
+
+TEST_F(QelMonitorDataTest, TheVocabularyIsAskedOnceForACounter) {
+    putHead();
+    named(at, subsystem, "cpu", [&] {
+        for (int i = 0; i < 100; ++i)
+            named(at, instance, std::to_string(i).c_str(), [&] { putCounter(at, "load", "5"); });
+    });
+    const QelVocMapSP vocabulary = vocabularyOf({{"load", "1"}});
+    const auto cost = [&](const QelVocMapSP& used) { return allocationsOf([&] { EXPECT_EQ(read(used), 0); }); };
+    const std::size_t asking = allocationsOf([&] { EXPECT_TRUE(vocabulary->isFeatureEnabled("load")); });
+    EXPECT_LE(cost(vocabulary), cost({}) + asking);
+}
+
+} // namespace
+} // namespace Qel

@@ -1,0 +1,57 @@
+#include "QelFunctionalityCore/Profile/QelDesktopSettings.h"
+
+#include <gmock/gmock.h>
+
+#include "ProfileSamples.h"
+#include "QelFunctionalityCore/TestTree.h"
+
+namespace Qel {
+
+namespace {
+
+TEST(QelDesktopActionTest, TheNameIsWrittenFirst) {
+    TestTree tree;
+    ASSERT_EQ(tree->putObj(QelDesktopAction(), 0), 0);
+    EXPECT_THAT(childrenOf(*tree), testing::ElementsAre(2205, 2206));
+}
+
+TEST(QelDesktopActionTest, TheNameIsReadFirst) {
+    TestTree tree;
+    tree->putValue("true", 2206);
+    QelDesktopAction action;
+    EXPECT_EQ(tree->getObj(action, 0), -1);
+    EXPECT_FALSE(action.flag2206);
+}
+
+TEST(QelDesktopSettingsTest, NoActionsAreAnEmptyElement) {
+    TestTree tree;
+    ASSERT_EQ(tree->putObj(QelDesktopSettings(), 0), 0);
+    ASSERT_EQ(tree->seek(1503), 0);
+    EXPECT_EQ(countOf(*tree), 0);
+    tree->seekUp();
+    QelDesktopSettings read;
+    EXPECT_EQ(tree->getObj(read, 0), 0);
+    EXPECT_TRUE(read.actions.empty());
+}
+
+TEST(QelDesktopSettingsTest, TheElementOfTheActionsMustBeThere) {
+    TestTree tree;
+    ASSERT_EQ(tree->putObj(QelDesktopSettings(), 0), 0);
+    ASSERT_EQ(tree->deleteChild(1503), 0);
+    QelDesktopSettings read;
+    EXPECT_EQ(tree->getObj(read, 0), -1);
+}
+
+TEST(QelDesktopSettingsTest, EveryFieldMustBeThere) {
+    for (const int id : {2207, 2203, 2202, 2201, 2208}) {
+        TestTree tree;
+        ASSERT_EQ(tree->putObj(QelDesktopSettings(), 0), 0);
+        ASSERT_EQ(tree->deleteChild(id), 0);
+        QelDesktopSettings read;
+        EXPECT_EQ(tree->getObj(read, 0), -1) << id;
+    }
+}
+
+} // namespace
+
+} // namespace Qel

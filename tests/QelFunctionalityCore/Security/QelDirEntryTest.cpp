@@ -1,0 +1,71 @@
+#include "QelFunctionalityCore/Security/QelDirEntry.h"
+
+#include <gmock/gmock.h>
+
+#include "QelFunctionalityCore/TestTree.h"
+#include "support/RefusingCursor.h"
+
+namespace Qel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+QelDirAttribute attribute(const std::string& name, const std::vector<std::string>& values) {
+    QelDirAttribute made(name);
+    made = values;
+    return made;
+}
+
+TEST(QelDirEntryTest, ReadsBackWithItsAttributes) {
+    TestTree tree;
+    const QelDirEntry written{"cn=anna,dc=org", {attribute("mail", {"a@x", "b@x"}), attribute("cn", {})}};
+    ASSERT_EQ(tree->putObj(written, 0), 0);
+    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1928, 1918, 1918));
+    ASSERT_EQ(tree->seek(1918), 0);
+    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1026, 1018, 1018));
+    tree->seekUp();
+    QelDirEntry back;
+    ASSERT_EQ(tree->getObj(back, 0), 0);
+    EXPECT_EQ(back.dn, "cn=anna,dc=org");
+    ASSERT_EQ(back.attributes.size(), 2U);
+    EXPECT_EQ(back.attributes[0].getName(), "mail");
+    EXPECT_THAT(back.attributes[0].get(), ElementsAre("a@x", "b@x"));
+    EXPECT_EQ(back.attributes[1].getName(), "cn");
+    EXPECT_THAT(back.attributes[1].get(), IsEmpty());
+}
+
+TEST(QelDirEntryTest, OneWithoutAttributesReads) {
+    TestTree tree;
+    ASSERT_EQ(tree->putObj(QelDirEntry{"dc=org", {}}, 0), 0);
+    QelDirEntry back;
+    EXPECT_EQ(tree->getObj(back, 0), 0);
+    EXPECT_THAT(back.attributes, IsEmpty());
+}
+
+TEST(QelDirEntryTest, TheNameMustBeThere) {
+    TestTree tree;
+    ASSERT_EQ(tree->putObj(QelDirEntry{"dc=org", {attribute("cn", {"x"})}}, 0), 0);
+    tree->deleteChild(1928);
+    QelDirEntry back;
+    EXPECT_EQ(tree->getObj(back, 0), -1);
+    EXPECT_THAT(back.attributes, IsEmpty());
+}
+
+TEST(QelDirEntryTest, ANameThatIsNotTakenEndsTheWriting) {
+    EXPECT_EQ(TestSupport::refusedWrite(QelDirEntry{"dc=org", {}}), -1);
+}
+
+TEST(QelDirEntryTest, AnAttributeWithoutANameEndsTheRecord) {
+    TestTree tree;
+    ASSERT_EQ(tree->putObj(QelDirEntry{"dc=org", {attribute("cn", {"x"})}}, 0), 0);
+    tree->newChild(1918);
+    tree->putValue(std::string("x"), 1018);
+    tree->seekUp();
+    QelDirEntry back;
+    EXPECT_EQ(tree->getObj(back, 0), -1);
+    EXPECT_EQ(back.attributes.size(), 1U);
+}
+
+} // namespace
+} // namespace Qel

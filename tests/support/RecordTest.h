@@ -1,0 +1,74 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "QelCommon/ErrorMessage.h"
+#include "support/TestMessage.h"
+
+namespace Qel::TestSupport {
+
+/// A test with an element for a record.
+class RecordTest : public testing::Test {
+protected:
+    RecordTest() { message.newChild(recordElement); }
+
+    template <class Record> int write(const Record& record) { return typename Record::Writer()(message, record); }
+    template <class Record> int read(Record& record) { return typename Record::Reader()(message, record); }
+    template <class Record> Record roundTrip(const Record& record) {
+        EXPECT_EQ(write(record), 0);
+        Record back;
+        EXPECT_EQ(read(back), 0) << getErrorMessage();
+        EXPECT_EQ(message.curID(), recordElement) << "the cursor comes back";
+        return back;
+    }
+
+    /// The complex type that a record is written with.
+    template <class Record> std::string typeOf(const Record& record) {
+        EXPECT_EQ(message.putObj(record, 0), 0);
+        return message.curType();
+    }
+
+    /// Replaces the children of an ID by one with this value.
+    void replace(int id, const std::string& value) {
+        remove(id);
+        message.putValue(value, id);
+    }
+    void remove(int id) {
+        while (message.deleteChild(id) == 0) {
+        }
+    }
+    /// Takes everything out of the record's element.
+    void clear() {
+        while (message.firstChild() == 0)
+            message.deleteFromChild();
+    }
+
+    /// The IDs of the children of an element, in their order.
+    static std::vector<int> childrenOf(const QelMessageIterator& cursor) {
+        std::vector<int> ids;
+        if (cursor.firstChild() != 0)
+            return ids;
+        do
+            ids.push_back(cursor.curID());
+        while (cursor.nextSibling() == 0);
+        cursor.seekUp();
+        return ids;
+    }
+    /// The same of a child; nothing if there is no such child.
+    static std::vector<int> childrenOf(const QelMessageIterator& cursor, int id) {
+        if (cursor.seek(id) != 0)
+            return {};
+        std::vector<int> ids = childrenOf(cursor);
+        cursor.seekUp();
+        return ids;
+    }
+
+    static constexpr int recordElement = 1021;
+    TestMessage tree;
+    QelMessageIterator& message = tree.cursor();
+};
+
+} // namespace Qel::TestSupport

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "QelMessage/QelBinary.h"
+#include "QelMessage/QelBinaryIterator.h"
+#include "support/TestMessage.h"
+
+namespace Qel::TestSupport {
+
+/// A cursor at the root of a message that takes elements and no values.
+class RefusingCursor : public QelBinaryIterator {
+public:
+    explicit RefusingCursor(const TestMessage& message)
+        : QelBinaryIterator(dynamic_cast<const QelBinaryIterator*>(&message.cursor())) {}
+
+    using QelBinaryIterator::putValue;
+    using QelBinaryIterator::putValueBase64;
+    using QelBinaryIterator::putValueLongLong;
+    using QelBinaryIterator::putValueTime;
+
+    int putValue(const std::string&, int) override { return -1; }
+    int putValue(int, int) override { return -1; }
+    int putValueLongLong(long long, int) override { return -1; }
+    int putValueTime(long, int) override { return -1; }
+    int putValueBase64(const std::string&, int) override { return -1; }
+    int putValueBase64(const char*, int, int) override { return -1; }
+};
+
+/// What writing a record answers when no value is taken.
+template <class Record> int refusedWrite(const Record& record) {
+    const TestMessage message;
+    return RefusingCursor(message).putObj(record, 0);
+}
+
+} // namespace Qel::TestSupport

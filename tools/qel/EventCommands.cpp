@@ -1,0 +1,180 @@
+#include <array>
+#include <optional>
+#include <ostream>
+
+#include <boost/program_options/value_semantic.hpp>
+#include <nlohmann/json.hpp>
+
+#include "QelFunctionalityCore/Events/QelEvent.h"
+#include "QelMessage/QelValueText.h"
+#include "qel/CacheAccess.h"
+#include "qel/Command.h"
+#include "qel/Output.h"
+#include "qel/RecordInMessage.h"
+
+namespace Qel::Tool {
+
+namespace {
+
+namespace po = boost::program_options;
+using Json = nlohmann::ordered_json;
+
+/// What the info tells; ExitCode::failed, and an error, if that is more than a text may be.
+ExitCode render(const QelInfo& info, const std::string& path, const std::string& file, const Console& console,
+                std::string& text) {
+    clearErrorMessage();
+    text = info.getParameterByPath(path);
+    return getErrorMessage().empty() ? ExitCode::success
+                                     : console.fail(ExitCode::failed, shownName(file) + ": " + getErrorMessage());
+}
+
+// --- qel event show
+
+void addShowOptions(po::options_description& options) {
+    options.add_options()("cache", po::value<std::string>()->value_name("CACHE"),
+                          "call environments by the titles that they have in a cache file");
+    addJsonOption(options);
+}
+
+/// The process's cache for as long as this lives.
+class NamedCache {
+public:
+    explicit NamedCache(const std::string& path) { initEnvCache(path, false); }
+    NamedCache(const NamedCache&) = delete;
+    NamedCache& operator=(const NamedCache&) = delete;
+    ~NamedCache() {
+        finiEnvCache();
+        initEnvCache({}, false);
+    }
+};
+
+/// What a payload is, and what it tells.
+struct Payload {
+    std::string type;
+    bool isKnown;
+    std::string text;
+};
+
+/// The payload of the event under the cursor; nothing if it has none.
+ExitCode describePayload(const QelEvent& event, const QelMessageIterator& cursor, const std::string& file,
+                         const Console& console, std::optional<Payload>& payload) {
+    if (cursor.seek(1307) != 0)
+        return ExitCode::success;
+    if (cursor.seek(1913) == 0) {
+        payload = Payload{cursor.curType(), event.data != nullptr, {}};
+        cursor.seekUp();
+    }
+    cursor.seekUp();
+    if (!payload || !event.data)
+        return ExitCode::success;
+    QelInfo info;
+    event.data->toInfo(info);
+    return render(info, "/", file, console, payload->text);
+}
+
+std::string timeText(long time) {
+    return std::string(QelValueText::ofTime(time).view());
+}
+
+void printEventAsJson(std::ostream& out, const QelEvent& event, const std::string& text,
+                      const std::optional<Payload>& payload, const std::vector<std::string>& subscriptions) {
+    Json json{{"id", event.id.toString()},   {"time", timeText(event.time)},   {"environment", event.eid.toString()},
+              {"source", event.source},      {"category", event.category},     {"severity", event.severity},
+              {"sid", event.sid.toString()}, {"subscriptions", subscriptions}, {"text", text},
+              {"payload", nullptr}};
+    if (payload)
+        json["payload"] = {{"type", payload->type}, {"known", payload->isKnown}, {"text", payload->text}};
+    printJson(out, json);
+}
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words)
+        text += (text.empty() ? "" : " ") + word;
+    return text;
+}
+
+void printEvent(std::ostream& out, const QelEvent& event, const std::string& text,
+                const std::optional<Payload>& payload, const std::vector<std::string>& subscriptions) {
+    Table table;
+    table.addRow({"event", event.id.toString()});
+    table.addRow({"time", timeText(event.time)});
+    table.addRow({"environment", event.eid.toString()});
+    table.addRow({"source", event.source});
+    table.addRow({"category", event.category});
+    table.addRow({"severity", std::to_string(event.severity)});
+    table.addRow({"SID", event.sid.toString()});
+    table.addRow({"subscriptions", joined(subscriptions)});
+    table.addRow({"text", text});
+    if (payload) {
+        table.addRow({"payload", payload->type + (payload->isKnown ? "" : ", which can't be read")});
+        table.addRow({"payload text", payload->text});
+    }
+    table.print(out);
+}
+
+ExitCode runShow(const Invocation& invocation, const Console& console) {
+    const std::string& file = invocation.arguments[0];
+    RecordInMessage from;
+    QelEvent event;
+    if (const ExitCode code = from.read(file, event, console); code != ExitCode::success)
+        return code;
+    std::optional<NamedCache> named;
+    if (invocation.has("cache")) {
+        const std::string& path = invocation.options["cache"].as<std::string>();
+        QelEnvCacheSP checked;
+        if (const ExitCode code = openCache(path, CacheUse::existing, console, checked); code != ExitCode::success)
+            return code;
+        named.emplace(path);
+    }
+    std::string text;
+    if (const ExitCode code = render(event.info, "/", file, console, text); code != ExitCode::success)
+        return code;
+    std::optional<Payload> payload;
+    if (const ExitCode code = describePayload(event, from.cursor(), file, console, payload); code != ExitCode::success)
+        return code;
+    (invocation.has("json") ? printEventAsJson : printEvent)(console.out, event, text, payload,
+                                                             from.message().getSubscriptions());
+    return ExitCode::success;
+}
+
+// --- qel info render
+
+void addRenderOptions(po::options_description& options) {
+    options.add_options()("path", po::value<std::string>()->default_value("/")->value_name("PATH"),
+                          "the parameter to render, by the names that lead to it: env/title");
+}
+
+ExitCode runRender(const Invocation& invocation, const Console& console) {
+    const std::string& file = invocation.arguments[0];
+    RecordInMessage from;
+    QelInfo info;
+    if (const ExitCode code = from.read(file, info, console); code != ExitCode::success)
+        return code;
+    std::string text;
+    if (const ExitCode code = render(info, invocation.options["path"].as<std::string>(), file, console, text);
+        code != ExitCode::success)
+        return code;
+    console.out << text << '\n';
+    return ExitCode::success;
+}
+
+} // namespace
+
+CommandGroup eventCommands() {
+    static constexpr std::array commands{
+        Command{"show", "FILE", "Shows the event in a message: who, when, where and why, and what its payload tells.",
+                addShowOptions, runShow},
+    };
+    return {"event", "Events and alerts.", commands};
+}
+
+CommandGroup infoCommands() {
+    static constexpr std::array commands{
+        Command{"render", "FILE", "Prints the text of the info in a message, with its values in their places.",
+                addRenderOptions, runRender},
+    };
+    return {"info", "Message texts that are kept apart from their values.", commands};
+}
+
+} // namespace Qel::Tool
