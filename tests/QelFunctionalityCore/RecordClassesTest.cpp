@@ -63,8 +63,9 @@ std::optional<std::string> recordToldBy(const std::string& symbol) {
 }
 
 std::set<std::string> listedClasses() {
-    // A subtree that nobody looks into is no record: its owner gives it the element that it stands in.
-    std::set<std::string> classes{"Qel::QelAnyData"};
+    // No records: a subtree that nobody looks into, whose owner gives it the element that it stands in, and what two
+    // records have in common.
+    std::set<std::string> classes{"Qel::QelAnyData", "Qel::QelPerfMonBlock"};
     for (const QelRecordType& type : recordTypes())
         classes.insert(demangled(type.record->name()));
     return classes;

@@ -574,6 +574,8 @@ private:
         {{"QelConnectivityInfo", 1687},
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
         {{"QelDevMountInfo", 1117}, [this](QelMessageIterator& cursor) { cursor.putValue("at " + text(), 1117); }},
+        {{"QelInstallationPackage", 1156}, // an empty one isn't written
+         [this](QelMessageIterator& cursor) { cursor.putValueBase64("/" + text(), 1156); }},
         {{"QelPackageListModificationData", 1007},
          [this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(3)), 1007); }},
         // Each row has as many values as there are names, and these are in the order of a map.

@@ -24,7 +24,7 @@ TEST_F(HostCommandsTest, WhatIsReportedIsShown) {
     const ToolRun report = runTool({"host", "report"});
     EXPECT_EQ(report.code, ExitCode::success);
     for (const char* const part :
-         {"<system_info ", "<load_averages ", "<network", "<disks", "<processes", "<user>", "<group>"})
+         {"<system_info>", "<load_averages", "<network", "<disks", "<processes", "<user>", "<group>"})
         EXPECT_THAT(report.out, HasSubstr(part));
     const ToolRun show = runTool({"host", "show", "-"}, report.out);
     EXPECT_EQ(show.code, ExitCode::success);

@@ -59,8 +59,8 @@ protected:
 /// What the schema of an example is made for, by the example or its folder.  Others may hold any record with a table.
 std::vector<std::string> typesOf(const std::filesystem::path& example) {
     static const std::map<std::string, std::vector<std::string>> known{
-        {"agent.conf", {"QelConfiguration"}},
-        {"messages", {"environment=QelEnv"}},
+        {"agent.conf", {"QelConfiguration"}},    {"monitor-report.xml", {"QelMonitorData"}},
+        {"vocabularies", {"QelVocPrototype"}},   {"messages", {"environment=QelEnv"}},
         {"schedules", {"data=QelScheduleTask"}},
     };
     for (const std::filesystem::path& place : {example, example.parent_path()})
@@ -176,8 +176,9 @@ TEST_F(RecordReferenceTest, EachTypeHasAPageThatTheIndexLeadsTo) {
     std::size_t pages = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         const std::string file = entry.path().filename().string();
-        if (file != "index.md")
+        if (file != "index.md") {
             EXPECT_THAT(index, HasSubstr("](" + file + ")"));
+        }
         ++pages;
     }
     EXPECT_EQ(pages, Qel::recordTypes().size() + 1);

@@ -59,7 +59,8 @@ std::string bitsText(std::span<const QelWireBit> bits) {
 
 /// What a field holds, in words: "list of record QelQoS".
 std::string describeKind(const QelWireCodec& codec) {
-    const std::string_view typeName = codec.layout ? codec.layout()->typeName : codec.typeName;
+    const QelWireLayout* const layout = codec.layout ? codec.layout() : nullptr;
+    const std::string_view typeName = layout ? layout->typeName : codec.typeName;
     const auto named = [&](const char* word) { return word + (' ' + std::string(typeName)); };
     const auto of = [](const QelWireCodec* part) { return part ? describeKind(*part) : std::string("values"); };
     switch (codec.kind) {

@@ -1,6 +1,7 @@
 #include "qel/RecordSchema.h"
 
 #include <algorithm>
+#include <cctype>
 #include <map>
 #include <set>
 #include <sstream>
@@ -65,6 +66,14 @@ void appendType(Node parent, const RecordNode& record) {
     append(appendAttribute(parent, "type", instanceNamespace), "value").text() = record.complexType().c_str();
 }
 
+/// The name of a record's pattern; a nested class has colons in its own.
+std::string patternOf(const RecordNode& record) {
+    std::string name = record.name;
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '.');
+    return name;
+}
+
 /// Writes the patterns of records: one for the content of each.
 class PatternWriter {
 public:
@@ -83,7 +92,7 @@ public:
         }
         if (const RecordNode stamp = stampOf(record); stamp.isTyped())
             appendType(append(element, "optional"), stamp);
-        appendFieldsOf(element, record);
+        appendRef(element, patternOf(record));
     }
 
     /// The same where the complex type must be told.
@@ -91,24 +100,12 @@ public:
         Node group = append(parent, "group");
         appendType(group, record);
         if (record.layout)
-            appendFieldsOf(group, record);
+            appendRef(group, patternOf(record));
         else
             appendRef(group, anythingBelow);
     }
 
 private:
-    /// The fields of a record and, where some of them don't tell what they write, any others.
-    static void appendFieldsOf(Node parent, const RecordNode& record) {
-        const auto& fields = record.layout->fields;
-        if (std::none_of(fields.begin(), fields.end(), hidesElements)) {
-            appendRef(parent, record.name);
-            return;
-        }
-        Node interleave = append(parent, "interleave");
-        appendRef(interleave, record.name);
-        appendOthers(interleave, fields);
-    }
-
     /// The record that stands on the same element as that of the field, if any.
     static const QelWireLayout* layoutWithin(const QelWireField& field) {
         const QelWireKind kind = field.codec->kind;
@@ -146,20 +143,35 @@ private:
         if (!record.layout)
             return;
         Node define = append(m_grammar, "define");
-        define.append_attribute("name") = record.name.c_str();
+        define.append_attribute("name") = patternOf(record).c_str();
         m_namespaces = &m_reachable.namespacesOf(record.name);
         appendFields(define, record.layout->fields);
+        splitNames(define);
     }
 
+    /// The content of an element with these fields.  One pattern has them all, those of bases too: xmllint doesn't cope
+    /// with an interleave in another.
     void appendFields(Node parent, std::span<const QelWireField> fields) {
-        if (std::any_of(fields.begin(), fields.end(), [](const auto& field) { return holdsAnything(field); })) {
+        if (std::any_of(fields.begin(), fields.end(), holdsAnything)) {
             appendRef(parent, anythingUntyped);
             return;
         }
         Node interleave = append(parent, "interleave");
         append(interleave, "empty");
+        m_mayRepeat = std::any_of(fields.begin(), fields.end(),
+                                  [](const auto& field) { return isOpaque(field) && field.id == 0; });
+        appendEach(interleave, fields);
+        m_mayRepeat = false;
+        if (std::any_of(fields.begin(), fields.end(), hidesElements))
+            appendOthers(interleave, fields);
+    }
+
+    void appendEach(Node interleave, std::span<const QelWireField> fields) {
         for (const QelWireField& field : fields)
-            appendField(interleave, field);
+            if (const QelWireLayout* const within = layoutWithin(field))
+                appendEach(interleave, within->fields);
+            else
+                appendField(interleave, field);
     }
 
     /// Whether a field puts a record without a table on the record's own element.
@@ -209,9 +221,6 @@ private:
     void appendField(Node parent, const QelWireField& field) {
         const QelWireCodec& codec = *field.codec;
         switch (codec.kind) {
-        case QelWireKind::base:
-            appendRef(parent, recordOf(codec).name);
-            break;
         case QelWireKind::group:
             appendGroup(occurring(parent, field), field);
             break;
@@ -227,10 +236,7 @@ private:
             appendStep(parent, field);
             break;
         default:
-            if (field.id == 0)
-                appendRef(parent, recordOf(codec).name);
-            else
-                appendContent(appendElement(occurring(parent, field), field.id, codec), codec, field.form);
+            appendContent(appendElement(occurring(parent, field), field.id, codec), codec, field.form);
         }
     }
 
@@ -240,16 +246,15 @@ private:
         std::set<int> within = *around;
         within.insert(layout.nsId);
         m_namespaces = &within;
-        Node element = append(appendElement(parent, field.id, *field.codec), "interleave");
-        appendFields(element, layout.fields);
-        if (std::any_of(layout.fields.begin(), layout.fields.end(), hidesElements))
-            appendOthers(element, layout.fields);
+        appendFields(appendElement(parent, field.id, *field.codec), layout.fields);
         m_namespaces = around;
     }
 
     /// What is required and always written must be there.
-    static Node occurring(Node parent, const QelWireField& field) {
+    Node occurring(Node parent, const QelWireField& field) const {
         const bool isNeeded = field.read == QelWireRead::required && field.write == QelWireWrite::always;
+        if (m_mayRepeat)
+            return running(parent, isNeeded);
         return isNeeded ? parent : append(parent, "optional");
     }
 
@@ -274,17 +279,31 @@ private:
             append(appendElement(append(holder, "optional"), bit.id, *field.codec), "empty");
     }
 
-    void appendRun(Node parent, const QelWireField& field) const {
+    void appendRun(Node parent, const QelWireField& field) {
         Node holder = field.id == 0 ? parent : appendElement(occurring(parent, field), field.id, *field.codec);
         const bool isNeeded = field.needsItems || (field.id == 0 && field.read == QelWireRead::required);
         Node item = appendElement(running(holder, isNeeded), field.item, *field.codec);
-        if (field.codec->kind == QelWireKind::map) {
-            Node entry = append(item, "interleave");
-            appendContent(appendElement(entry, field.key, *field.codec->key), *field.codec->key, field.form);
-            appendValue(entry, field);
-        } else {
+        if (field.codec->kind == QelWireKind::map)
+            appendEntry(item, field);
+        else
             appendValue(item, field);
+    }
+
+    void appendEntry(Node item, const QelWireField& field) {
+        const QelWireCodec& value = *field.codec->item;
+        const QelWireLayout* const inEntry =
+            field.value == 0 && value.kind == QelWireKind::record ? recordOf(value).layout : nullptr;
+        if (field.value == 0 &&
+            (!inEntry || std::any_of(inEntry->fields.begin(), inEntry->fields.end(), hidesElements))) {
+            appendRef(item, anything);
+            return;
         }
+        Node entry = append(item, "interleave");
+        appendContent(appendElement(entry, field.key, *field.codec->key), *field.codec->key, field.form);
+        if (inEntry)
+            appendEach(entry, inEntry->fields);
+        else
+            appendValue(entry, field);
     }
 
     /// An item's value, in an element of its own or directly.
@@ -292,8 +311,6 @@ private:
         const QelWireCodec& value = *field.codec->item;
         if (field.value != 0)
             appendContent(appendElement(item, field.value, value), value, field.form);
-        else if (field.codec->kind == QelWireKind::map && value.kind == QelWireKind::record)
-            appendFieldsOf(item, recordOf(value));
         else
             appendContent(item, value, field.form);
     }
@@ -350,7 +367,7 @@ private:
             if (record.complexType() != classes.byDefault)
                 continue;
             if (record.layout)
-                appendFieldsOf(choice, record);
+                appendRef(choice, patternOf(record));
             else
                 appendRef(choice, anythingUntyped);
         }
@@ -359,6 +376,7 @@ private:
     Node m_grammar;
     const Reachable& m_reachable;
     const std::set<int>* m_namespaces = nullptr; ///< of the record that is being written
+    bool m_mayRepeat = false; ///< whether one of its parts doesn't even tell an element, and may use those of others
 };
 
 /// Elements that hold the records that were asked for.

@@ -1,6 +1,7 @@
 #include "qel/SchemaPieces.h"
 
 #include <functional>
+#include <string_view>
 
 #include "QelMessage/QelNames.h"
 
@@ -38,6 +39,25 @@ void appendNames(Node parent, const std::string& name, const std::set<int>& name
         each.append_attribute("ns") = nsID == noNamespace ? "" : ("urn:qel:" + QelNames::namespaceName(nsID)).c_str();
         each.text() = name.c_str();
     }
+}
+
+void splitNames(Node node) {
+    for (Node child = node.first_child(); child;) {
+        const Node next = child.next_sibling();
+        splitNames(child);
+        child = next;
+    }
+    Node names = node.first_child();
+    const auto isNamed = [](Node each, std::string_view name) { return each.name() == name; };
+    if (!isNamed(node, "element") || !isNamed(names, "choice") || !isNamed(names.first_child(), "name"))
+        return;
+    Node choice = node.parent().insert_child_before("choice", node);
+    for (const Node name : names.children()) {
+        Node copy = choice.append_copy(node);
+        copy.remove_child(copy.first_child());
+        copy.prepend_copy(name);
+    }
+    node.parent().remove_child(node);
 }
 
 void appendText(Node parent, QelWireForm form) {

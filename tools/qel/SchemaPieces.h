@@ -35,6 +35,10 @@ Node appendAttribute(Node parent, const char* name, const char* ns = "");
 /// A name class of one local name in some namespaces.
 void appendNames(Node parent, const std::string& name, const std::set<int>& namespaces);
 
+/// Makes a choice of elements with one name each of every element below that has several names: xmllint takes those for
+/// any.
+void splitNames(Node node);
+
 void appendText(Node parent, QelWireForm form);
 void appendTime(Node parent);
 void appendReal(Node parent);

@@ -208,6 +208,7 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelNetwork>(),
         byTable<QelNewBackupData>(),
         byTable<QelOS>(),
+        byTable<QelObjectRights>(),
         byTable<QelObjectToPolicyAssignment>(),
         byTable<QelP2VMigrateOptions>(),
         byTable<QelPackage>(),

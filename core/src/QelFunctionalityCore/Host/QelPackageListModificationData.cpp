@@ -11,26 +11,16 @@ QelDerivedParserFactoryT<QelPackageListModificationData, QelPackageListModificat
 
 namespace {
 
-constexpr int operationElement = 1007;
-constexpr int lastOperation = 2;
-
-int readOperation(const QelMessageIterator& cursor, QelPackageListModificationData& data) {
-    int operation = -1;
-    if (cursor.getValue(operation, operationElement) != 0 || operation < 0 || operation > lastOperation)
-        return -1;
-    data.operation = operation;
-    return 0;
-}
-
-int writeOperation(QelMessageIterator& cursor, const QelPackageListModificationData& data) {
-    return cursor.putValue(data.operation, operationElement);
+bool isOperation(int operation) {
+    constexpr int last = 2;
+    return operation >= 0 && operation <= last;
 }
 
 } // namespace
 
 template <> struct Wire<QelPackageListModificationData> : WireWords<QelPackageListModificationData> {
     static constexpr QelWireField fields[] = {
-        step<&readOperation, &writeOperation, int>("operation", operationElement, required),
+        checked<&QelPackageListModificationData::operation, isOperation>(1007, required, always),
         field<&QelPackageListModificationData::eid>(1866, required, always),
         wrappedDerivedList<&QelPackageListModificationData::packages, true>(1915, 1295, required, always).filled(),
     };
