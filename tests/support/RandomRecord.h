@@ -8,9 +8,11 @@
 #include <memory>
 #include <random>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "QelCore/QelIPConversions.h"
 #include "QelFunctionalityCore/Configuration/QelAuthName.h"
@@ -43,6 +45,10 @@ public:
     void fill(QelMessageIterator& cursor, std::string_view typeName, const QelWireLayout* layout) {
         if (const auto byHand = m_byHand.find(std::string(typeName)); !layout && byHand != m_byHand.end()) {
             byHand->second(cursor);
+            return;
+        }
+        if (const auto whole = m_beyondTable.find(std::string(typeName)); whole != m_beyondTable.end()) {
+            whole->second(cursor);
             return;
         }
         // A record with functors of its own doesn't tell whoever contains it that it has a table.
@@ -102,20 +108,29 @@ private:
     void putField(QelMessageIterator& cursor, const QelWireLayout& layout, const QelWireField& field) {
         const QelWireCodec& codec = *field.codec;
         const std::pair key(std::string(layout.typeName), field.ownID());
-        if (codec.kind == QelWireKind::step || m_fields.contains(key)) {
-            m_fields.at(key)(cursor);
+        if (const auto byHand = m_fields.find(key); byHand != m_fields.end()) {
+            byHand->second(cursor);
             return;
         }
         switch (codec.kind) {
         case QelWireKind::base:
-            fill(cursor, codec.typeName, codec.layout ? codec.layout() : nullptr);
+            fillRecord(cursor, codec);
+            break;
+        case QelWireKind::group:
+            cursor.newChild(field.id);
+            fillRecord(cursor, codec);
+            cursor.seekUp();
+            break;
+        case QelWireKind::step:
+            // A type known to be enough; any other step is among those made by hand.
+            putChild(cursor, field.id, contentOf(layout, field), field.form);
             break;
         case QelWireKind::sequence:
         case QelWireKind::set:
             if (field.id != 0)
                 cursor.newChild(field.id);
             for (unsigned left = below(4) + 1; left > 0; --left)
-                putChild(cursor, field.item, *codec.item, field.form);
+                putItem(cursor, field);
             if (field.id != 0)
                 cursor.seekUp();
             break;
@@ -141,13 +156,28 @@ private:
         }
     }
 
+    static const QelWireCodec& contentOf(const QelWireLayout& layout, const QelWireField& field) {
+        if (const QelWireCodec* const content = field.codec->item; content && !content->item)
+            return *content;
+        throw std::out_of_range("no way to make " + std::string(layout.typeName) + ", element " +
+                                std::to_string(field.id));
+    }
+
+    void fillRecord(QelMessageIterator& cursor, const QelWireCodec& codec) {
+        const QelWireLayout* const layout = codec.layout ? codec.layout() : nullptr;
+        fill(cursor, layout ? layout->typeName : codec.typeName, layout);
+    }
+
+    void putItem(QelMessageIterator& cursor, const QelWireField& field) {
+        cursor.newChild(field.item);
+        putChild(cursor, field.value, *field.codec->item, field.form);
+        cursor.seekUp();
+    }
+
     void putEntry(QelMessageIterator& cursor, const QelWireField& field) {
         cursor.newChild(field.item);
         putChild(cursor, field.key, *field.codec->key, field.form);
-        if (field.value != 0)
-            putChild(cursor, field.value, *field.codec->item, field.form);
-        else
-            putValue(cursor, *field.codec->item, field.form);
+        putChild(cursor, field.value, *field.codec->item, field.form);
         cursor.seekUp();
     }
 
@@ -186,7 +216,7 @@ private:
             m_byHand.at(std::string(codec.typeName))(cursor);
             break;
         case QelWireKind::record:
-            fill(cursor, codec.typeName, codec.layout ? codec.layout() : nullptr);
+            fillRecord(cursor, codec);
             break;
         default: // presence: no value
             break;
@@ -229,6 +259,12 @@ private:
 
     Fill identifier() {
         return [this](QelMessageIterator& cursor) { putIdentifier(cursor); };
+    }
+
+    /// An entry of a top list: its numbers are whole, so that they are of either representation.
+    void putTopSet(QelMessageIterator& cursor) {
+        inChild(1866, identifier())(cursor);
+        cursor.putValue(static_cast<int>(below(1000)), 1018);
     }
 
     /// One of several classes of a family, stamped.
@@ -440,6 +476,29 @@ private:
     std::map<std::string, Fill> m_byHand{
         {"QelGUID", identifier()},
         {"QelEID", identifier()},
+        {"QelCommonDevice",
+         [this](QelMessageIterator& cursor) {
+             putOneOf(cursor, {"QelCommonDevice", "QelScsiDevice", "QelWindowsDevice"});
+         }},
+        {"QelEnvConfig",
+         [this](QelMessageIterator& cursor) {
+             putOneOf(cursor, {"QelEnvConfig", "QelVEnvConfig"});
+         }},
+        {"QelVEnvConfig", configuration(121)},
+        {"QelPackage",
+         [this](QelMessageIterator& cursor) {
+             putOneOf(cursor, {"QelPackage", "QelPackageDeb", "QelPackageRpm"});
+         }},
+        // A row without columns: it has no names for more.
+        {"QelProcessInfo",
+         [this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(1000)), 1081); }},
+        {"QelTopData",
+         [this](QelMessageIterator& cursor) {
+             for (unsigned left = below(4); left > 0; --left)
+                 inChild(1179, [this](QelMessageIterator& entry) { putTopSet(entry); })(cursor);
+             cursor.putValue(static_cast<int>(below(5000)), 1040);
+         }},
+        {"QelTopData::TopSet", [this](QelMessageIterator& cursor) { putTopSet(cursor); }},
         {"QelDirAttribute",
          [this](QelMessageIterator& cursor) {
              cursor.putValue(text(), 1026);
@@ -496,11 +555,45 @@ private:
          }},
     };
 
+    /// Records of whose elements more is asked than the table can tell, by their class.
+    std::map<std::string, Fill> m_beyondTable{
+        // A time, a text or both.
+        {"QelDate",
+         [this](QelMessageIterator& cursor) {
+             const unsigned parts = below(3) + 1;
+             if ((parts & 1U) != 0)
+                 cursor.putValueTime(static_cast<long>(below(2'000'000'000)) + 1, 1004);
+             if ((parts & 2U) != 0)
+                 cursor.putValue("day " + text(), 2007);
+         }},
+    };
+
     /// Steps and other fields, by the class of the table and the element.
     std::map<std::pair<std::string, int>, Fill> m_fields{
         // An empty address can't be written.
         {{"QelConnectivityInfo", 1687},
          [this](QelMessageIterator& cursor) { cursor.putValue("host-" + text(), 1687); }},
+        {{"QelDevMountInfo", 1117}, [this](QelMessageIterator& cursor) { cursor.putValue("at " + text(), 1117); }},
+        {{"QelInstallationPackage", 1156}, // an empty one isn't written
+         [this](QelMessageIterator& cursor) { cursor.putValueBase64("/" + text(), 1156); }},
+        {{"QelPackageListModificationData", 1007},
+         [this](QelMessageIterator& cursor) { cursor.putValue(static_cast<int>(below(3)), 1007); }},
+        // Each row has as many values as there are names, and these are in the order of a map.
+        {{"QelProcessList", 1080},
+         [this](QelMessageIterator& cursor) {
+             for (unsigned left = below(4); left > 0; --left) {
+                 cursor.newChild(1080);
+                 cursor.putValue(static_cast<int>(below(1000)), 1081);
+                 cursor.putValue(text(), 1082);
+                 cursor.putValue(text(), 1082);
+                 cursor.seekUp();
+             }
+         }},
+        {{"QelProcessList", 1083},
+         [](QelMessageIterator& cursor) {
+             cursor.putValue("command", 1083);
+             cursor.putValue("user", 1083);
+         }},
         {{"QelDirRealm", 0},
          [this](QelMessageIterator& cursor) {
              fill(cursor, "QelRealm", &qelWireLayout<QelRealm>());

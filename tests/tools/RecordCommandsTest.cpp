@@ -50,10 +50,27 @@ TEST_F(RecordCommandsTest, DescribeAsJsonHasEveryColumn) {
     EXPECT_EQ(described["name"], "QelEnv");
     EXPECT_EQ(described["namespace"], 292);
     EXPECT_EQ(described["type"], 122);
-    const Json eid{{"field", "eid"},      {"id", 1866},      {"kind", "by hand"},
+    const Json eid{{"field", "eid"},      {"id", 1866},      {"kind", "by hand: record QelEID"},
                    {"mayBeUnset", false}, {"form", "plain"}, {"read", "required"},
                    {"write", "always"},   {"writeOrder", 2}, {"readOrder", 4}};
     EXPECT_EQ(described["fields"][1], eid);
+}
+
+TEST_F(RecordCommandsTest, DescribeShowsTheRowsOfAGroupBelowIt) {
+    const ToolRun run = runTool({"record", "describe", "QelProcessMExecParams"});
+    EXPECT_THAT(run.out,
+                testing::ContainsRegex("\n +3 +3 +streams +1395 stdio +group +optional +always\n"
+                                       " +3\\.1 +3\\.1 +stdinData +1395 stdio / 1054 input +text, as base64 "));
+    const Json described = Json::parse(runTool({"record", "describe", "QelProcessMExecParams", "--json"}).out);
+    const Json& group = described["fields"][2];
+    EXPECT_EQ(group["kind"], "group");
+    EXPECT_EQ(group["fields"].size(), 4U);
+    EXPECT_EQ(group["fields"][1]["field"], "wantStdout");
+}
+
+TEST_F(RecordCommandsTest, DescribeShowsWhereItemsHoldTheirValues) {
+    EXPECT_THAT(runTool({"record", "describe", "QelGroup"}).out,
+                testing::ContainsRegex("members +1025 user / 1026 name +set of text "));
 }
 
 TEST_F(RecordCommandsTest, EveryTypeCanBeDescribed) {

@@ -50,6 +50,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup envCommands();
 [[nodiscard]] CommandGroup eventCommands();
 [[nodiscard]] CommandGroup fileCommands();
+[[nodiscard]] CommandGroup hostCommands();
 [[nodiscard]] CommandGroup infoCommands();
 [[nodiscard]] CommandGroup messageCommands();
 [[nodiscard]] CommandGroup netCommands();

@@ -5,10 +5,10 @@
 namespace Qel::Tool {
 
 std::span<const CommandGroup> commandGroups() {
-    static const std::array groups{backupUriCommands(), cacheCommands(),    configCommands(), envCommands(),
-                                   eventCommands(),     fileCommands(),     infoCommands(),   messageCommands(),
-                                   netCommands(),       perfCommands(),     poolCommands(),   profileCommands(),
-                                   recordCommands(),    scheduleCommands(), sidCommands(),    vocCommands()};
+    static const std::array groups{
+        backupUriCommands(), cacheCommands(),  configCommands(),   envCommands(), eventCommands(), fileCommands(),
+        hostCommands(),      infoCommands(),   messageCommands(),  netCommands(), perfCommands(),  poolCommands(),
+        profileCommands(),   recordCommands(), scheduleCommands(), sidCommands(), vocCommands()};
     return groups;
 }
 

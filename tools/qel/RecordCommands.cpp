@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <memory>
 #include <ostream>
 
@@ -12,6 +13,9 @@
 #include "qel/Command.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
+#include "qel/RecordDescription.h"
+#include "qel/RecordReference.h"
+#include "qel/RecordSchema.h"
 
 namespace Qel::Tool {
 
@@ -27,17 +31,6 @@ ExitCode findType(const std::string& name, const Console& console, const QelReco
 }
 
 // --- qel record list
-
-/// Types up to this one aren't stamped on an element.
-constexpr int greatestPlainType = 100;
-
-std::string namespaceText(const QelRecordType& type) {
-    return type.nsId == 0 ? "-" : std::to_string(type.nsId) + ' ' + QelNames::namespaceName(type.nsId);
-}
-
-std::string typeText(const QelRecordType& type) {
-    return type.typeId <= greatestPlainType ? "-" : std::to_string(type.typeId) + ' ' + QelNames::typeName(type.typeId);
-}
 
 Json toJson(const QelRecordType& type) {
     return {{"name", type.name}, {"namespace", type.nsId}, {"type", type.typeId}};
@@ -65,153 +58,10 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
 
 // --- qel record describe
 
-std::string_view nameOf(QelWireRead read) {
-    switch (read) {
-    case QelWireRead::required:
-        return "required";
-    case QelWireRead::optional:
-        return "optional";
-    case QelWireRead::ignored:
-        return "ignored";
-    }
-    return "";
-}
-
-std::string_view nameOf(QelWireWrite write) {
-    switch (write) {
-    case QelWireWrite::always:
-        return "always";
-    case QelWireWrite::ifSet:
-        return "ifSet";
-    }
-    return "";
-}
-
-std::string_view nameOf(QelWireForm form) {
-    switch (form) {
-    case QelWireForm::plain:
-        return "plain";
-    case QelWireForm::base64:
-        return "base64";
-    case QelWireForm::time:
-        return "time";
-    }
-    return "";
-}
-
-/// "1 flag, 2 e1628": the bits of a mask and their elements.
-std::string bitsText(std::span<const QelWireBit> bits) {
-    std::string text;
-    for (const QelWireBit& each : bits)
-        text += (text.empty() ? "" : ", ") + std::to_string(each.bit) + ' ' + QelNames::elementName(each.id);
-    return text;
-}
-
-/// What a field holds, in words: "list of record QelQoS".
-std::string describeKind(const QelWireCodec& codec) {
-    const auto named = [&](const char* word) { return word + (' ' + std::string(codec.typeName)); };
-    const auto of = [](const QelWireCodec* part) { return part ? describeKind(*part) : std::string("values"); };
-    switch (codec.kind) {
-    case QelWireKind::text:
-        return "text";
-    case QelWireKind::integer:
-        return "integer";
-    case QelWireKind::longInteger:
-        return "long integer";
-    case QelWireKind::real:
-        return "real";
-    case QelWireKind::boolean:
-        return "boolean";
-    case QelWireKind::presence:
-        return "presence";
-    case QelWireKind::bits:
-        return "bits " + bitsText(codec.bits);
-    case QelWireKind::record:
-        return named("record");
-    case QelWireKind::derived:
-        return named("record derived from");
-    case QelWireKind::base:
-        return named("base");
-    case QelWireKind::sequence:
-        return "list of " + of(codec.item);
-    case QelWireKind::set:
-        return "set of " + of(codec.item);
-    case QelWireKind::map:
-        return "map of " + of(codec.key) + " to " + of(codec.item);
-    case QelWireKind::step:
-        return "by hand";
-    }
-    return "";
-}
-
-/// A row of a record's table, and its places in the two orders, which count from 1.
-struct DescribedField {
-    const QelWireField* field;
-    std::size_t writePlace;
-    std::size_t readPlace;
-};
-
-std::vector<DescribedField> describedFields(const QelWireLayout& layout) {
-    std::vector<DescribedField> described;
-    for (std::size_t i = 0; i < layout.fields.size(); ++i) {
-        const auto place = std::find(layout.readingOrder.begin(), layout.readingOrder.end(), i);
-        const auto readPlace = static_cast<std::size_t>(place - layout.readingOrder.begin());
-        described.push_back({&layout.fields[i], i + 1, readPlace + 1});
-    }
-    return described;
-}
-
-Json toJson(const DescribedField& described) {
-    const QelWireField& field = *described.field;
-    Json json{{"field", field.name}, {"id", field.id}};
-    const std::array<std::pair<const char*, int>, 3> inner{
-        {{"item", field.item}, {"key", field.key}, {"value", field.value}}};
-    for (const auto& [name, id] : inner) {
-        if (id != 0)
-            json[name] = id;
-    }
-    json["kind"] = describeKind(*field.codec);
-    json["mayBeUnset"] = field.codec->isOptional;
-    json["form"] = nameOf(field.form);
-    json["read"] = nameOf(field.read);
-    json["write"] = nameOf(field.write);
-    json["writeOrder"] = described.writePlace;
-    json["readOrder"] = described.readPlace;
-    return json;
-}
-
 void printDescriptionAsJson(std::ostream& out, const QelRecordType& type) {
     Json document = toJson(type);
-    document["fields"] = Json();
-    if (type.layout) {
-        document["fields"] = Json::array();
-        for (const DescribedField& described : describedFields(*type.layout))
-            document["fields"].push_back(toJson(described));
-    }
+    document["fields"] = type.layout ? describeAsJson(*type.layout) : Json();
     printJson(out, document);
-}
-
-std::string elementText(int id) {
-    return id == 0 ? "" : std::to_string(id) + ' ' + QelNames::elementName(id);
-}
-
-/// The elements of a field, the outer one first: "1100 list / 1101 item (1001 key, 1002 value)".
-std::string elementsText(const QelWireField& field) {
-    std::string text = elementText(field.id);
-    if (field.item != 0 && field.codec->kind != QelWireKind::bits)
-        text += (text.empty() ? "" : " / ") + elementText(field.item);
-    if (field.key != 0 || field.value != 0)
-        text += " (" + elementText(field.key) + ", " + elementText(field.value) + ')';
-    return text;
-}
-
-std::string kindText(const QelWireField& field) {
-    std::string text = describeKind(*field.codec);
-    if (field.codec->isOptional)
-        text += ", or unset";
-    if (field.form != QelWireForm::plain)
-        text += ", as " + std::string(nameOf(field.form));
-    return text;
 }
 
 void printDescription(std::ostream& out, const QelRecordType& type) {
@@ -223,10 +73,8 @@ void printDescription(std::ostream& out, const QelRecordType& type) {
     using Align = Table::Align;
     Table table({Align::right, Align::right});
     table.addRow({"write", "read", "field", "elements", "kind", "on read", "on write"});
-    for (const auto& [field, writePlace, readPlace] : describedFields(*type.layout))
-        table.addRow({std::to_string(writePlace), std::to_string(readPlace), std::string(field->name),
-                      elementsText(*field), kindText(*field), std::string(nameOf(field->read)),
-                      std::string(nameOf(field->write))});
+    for (const DescribedRow& row : describeRows(*type.layout))
+        table.addRow({row.writePlace, row.readPlace, row.name, row.elements, row.kind, row.onRead, row.onWrite});
     table.print(out);
 }
 
@@ -281,6 +129,41 @@ ExitCode runRewrite(const Invocation& invocation, const Console& console) {
     return worst;
 }
 
+// --- qel record schema
+
+ExitCode findElement(const std::string& word, const Console& console, SchemaElement& element) {
+    const auto separator = word.find('=');
+    if (separator != std::string::npos)
+        element.name = word.substr(0, separator);
+    if (separator == 0)
+        return console.fail(ExitCode::usage, "'" + word + "' names no element before the type");
+    return findType(separator == std::string::npos ? word : word.substr(separator + 1), console, element.type);
+}
+
+ExitCode runSchema(const Invocation& invocation, const Console& console) {
+    std::vector<SchemaElement> elements;
+    for (const std::string& word : invocation.arguments)
+        if (const ExitCode code = findElement(word, console, elements.emplace_back()); code != ExitCode::success)
+            return code;
+    console.out << recordSchema(elements);
+    return ExitCode::success;
+}
+
+// --- qel record reference
+
+ExitCode runReference(const Invocation& invocation, const Console& console) {
+    const std::filesystem::path folder = invocation.arguments[0];
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error)
+        return console.fail(ExitCode::failed, folder.string() + ": " + error.message());
+    for (const ReferencePage& page : referencePages())
+        if (const ExitCode code = writeContent((folder / page.file).string(), page.text, console);
+            code != ExitCode::success)
+            return code;
+    return ExitCode::success;
+}
+
 } // namespace
 
 CommandGroup recordCommands() {
@@ -290,6 +173,11 @@ CommandGroup recordCommands() {
         Command{"rewrite", "TYPE FILE...",
                 "Reads the record in a message's first element and writes it anew; - is standard input.", nullptr,
                 runRewrite},
+        Command{"schema", "[[NAME=]TYPE]...",
+                "Prints a RELAX NG schema of messages with elements that hold these types, or any.", nullptr,
+                runSchema},
+        Command{"reference", "FOLDER", "Writes a page about each record type, and one that lists them, in Markdown.",
+                nullptr, runReference},
     };
     return {"record", "Record types and records in messages.", commands};
 }

@@ -25,7 +25,28 @@
 #include "QelFunctionalityCore/Files/QelSecurityAttributes.h"
 #include "QelFunctionalityCore/Files/QelUGIDLimits.h"
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
+#include "QelFunctionalityCore/Host/QelCommonDevice.h"
+#include "QelFunctionalityCore/Host/QelDate.h"
+#include "QelFunctionalityCore/Host/QelDeviceRecords.h"
+#include "QelFunctionalityCore/Host/QelDisk.h"
+#include "QelFunctionalityCore/Host/QelDiskImage.h"
+#include "QelFunctionalityCore/Host/QelEnvSample.h"
+#include "QelFunctionalityCore/Host/QelLogRecords.h"
+#include "QelFunctionalityCore/Host/QelMailerConfig.h"
+#include "QelFunctionalityCore/Host/QelNameID.h"
+#include "QelFunctionalityCore/Host/QelNetwork.h"
+#include "QelFunctionalityCore/Host/QelPackage.h"
+#include "QelFunctionalityCore/Host/QelPackageListModificationData.h"
+#include "QelFunctionalityCore/Host/QelPackageManagerOptions.h"
+#include "QelFunctionalityCore/Host/QelProcessList.h"
+#include "QelFunctionalityCore/Host/QelProcessMExec.h"
 #include "QelFunctionalityCore/Host/QelService.h"
+#include "QelFunctionalityCore/Host/QelSnapshot.h"
+#include "QelFunctionalityCore/Host/QelStatistics.h"
+#include "QelFunctionalityCore/Host/QelSystemInfo.h"
+#include "QelFunctionalityCore/Host/QelTopData.h"
+#include "QelFunctionalityCore/Host/QelUser.h"
+#include "QelFunctionalityCore/Host/QelVncRecords.h"
 #include "QelFunctionalityCore/Monitoring/QelMonitorData.h"
 #include "QelFunctionalityCore/Monitoring/QelPerfMonValue.h"
 #include "QelFunctionalityCore/Network/QelFirewallRule.h"
@@ -62,7 +83,7 @@ namespace Qel {
 
 namespace {
 
-// A record that its table tells whole.
+// A record with a table.
 template <class Record> QelRecordType byTable() {
     const QelWireLayout& layout = qelWireLayout<Record>();
     return makeRecordType<Record>(layout.typeName, &layout);
@@ -87,6 +108,7 @@ template <class Base> QelRecordType anyOf() {
         makeRecordType<boost::shared_ptr<Base>, AnyReader<Base>, QelWriterDerived<Base>>(layout.typeName);
     type.nsId = layout.nsId;
     type.typeId = layout.typeId;
+    type.record = &typeid(Base);
     return type;
 }
 
@@ -111,58 +133,98 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelBrowseColumn>(),
         byTable<QelBrowseInfo>(),
         byTable<QelBrowseSettings>(),
+        byTable<QelCPULoad>(),
         byTable<QelCalculateHWNodeNotes>(),
+        byTable<QelCommonDevice>(),
         byTable<QelConnectionInfo>(),
         byTable<QelDSConfiguration>(),
         byTable<QelDSLocation>(),
         byTable<QelDSObjectInfo>(),
         byTable<QelDashboardSection>(),
+        byTable<QelDate>(),
         byTable<QelDesktopAction>(),
         byTable<QelDesktopSettings>(),
         byTable<QelDestroyedBackupsData>(),
+        byTable<QelDevMountInfo>(),
+        byTable<QelDeviceInfo>(),
         byTable<QelDirEntry>(),
         byTable<QelDirRealm::LoginType>(),
         byTable<QelDirSortControl>(),
         byTable<QelDirVlvControl>(),
+        byTable<QelDisk>(),
+        byTable<QelDiskImage>(),
+        byTable<QelDiskPartition>(),
         byTable<QelEffectivePolicyAssignment>(),
         byTable<QelEnvBackupData>(),
         byTable<QelEnvMListOptions>(),
+        byTable<QelEnvSample>(),
         byTable<QelEnvStatus>(),
         byTable<QelEvent>(),
         byTable<QelExcludeList>(),
         byTable<QelFileFilter>(),
         byTable<QelFileInfo>(),
+        byTable<QelFileListType>(),
+        byTable<QelFileShare>(),
         byTable<QelFileType>(),
         byTable<QelFilerOptions>(),
         byTable<QelFirewallRule::NetAddress>(),
         byTable<QelFirewallRule::PortRange>(),
         byTable<QelFirewallRule>(),
+        byTable<QelForwardDevice>(),
+        byTable<QelForwardPoint>(),
+        byTable<QelGroup>(),
+        byTable<QelGroupNameID>(),
+        byTable<QelHNLookupInfoType>(),
         byTable<QelIPPool>(),
         byTable<QelIPPoolAllocation>(),
         byTable<QelIPPoolAllocationItem>(),
         byTable<QelIPPoolBaseData>(),
         byTable<QelIPPoolUsage>(),
         byTable<QelIPRange>(),
+        byTable<QelImageInfo>(),
         byTable<QelInfo>(),
         byTable<QelInfrastructureFolderAttributes>(),
         byTable<QelInfrastructureNode>(),
+        byTable<QelInstallationPackage>(),
         byTable<QelInterfaceRate>(),
         byTable<QelInterfaceSettings>(),
         byTable<QelListBackupOptions>(),
+        byTable<QelLoadAvg1>(),
+        byTable<QelLoadAvg>(),
+        byTable<QelLogClass>(),
+        byTable<QelLogInfo>(),
         byTable<QelLogOptions>(),
+        byTable<QelLogParameters>(),
+        byTable<QelMailTemplate>(),
+        byTable<QelMailerAccount>(),
+        byTable<QelMailerConfig>(),
         byTable<QelMigratorCloneOptions>(),
         byTable<QelNativeConfig>(),
+        byTable<QelNetInterface>(),
         byTable<QelNetNIC>(),
+        byTable<QelNetTransfer>(),
+        byTable<QelNetTransferStat>(),
         byTable<QelNetVLAN>(),
+        byTable<QelNetwork>(),
         byTable<QelNewBackupData>(),
         byTable<QelOS>(),
+        byTable<QelObjectRights>(),
         byTable<QelObjectToPolicyAssignment>(),
         byTable<QelP2VMigrateOptions>(),
+        byTable<QelPackage>(),
+        byTable<QelPackageLinux>(),
+        byTable<QelPackageListModificationData>(),
+        byTable<QelPackageManagerListOptions>(),
+        byTable<QelPackageManagerOptions>(),
         byTable<QelPagerSortCondition>(),
         byTable<QelPersonalSettings>(),
         byTable<QelPolicy>(),
         byTable<QelPoolResourcePair>(),
+        byTable<QelProcessList>(),
+        byTable<QelProcessMExecOutput>(),
+        byTable<QelProcessMExecParams>(),
         byTable<QelProfile>(),
+        byTable<QelProgCredentials>(),
         byTable<QelQoS>(),
         byTable<QelRealm>(),
         byTable<QelRegisteredClient>(),
@@ -177,6 +239,7 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelRowSet>(),
         byTable<QelSSOServerConfig>(),
         byTable<QelSSOServiceProviderConfig>(),
+        byTable<QelSampleConf>(),
         byTable<QelScheduleTask>(),
         byTable<QelSchedulerDailyTrigger>(),
         byTable<QelSchedulerMonthlyDayOfWeekTrigger>(),
@@ -189,13 +252,25 @@ std::vector<QelRecordType> makeTypes() {
         byTable<QelSecurityAttributes>(),
         byTable<QelSelectiveRestoreOptions>(),
         byTable<QelService>(),
+        byTable<QelSnapshot>(),
+        byTable<QelStats>(),
+        byTable<QelSystemInfo>(),
         byTable<QelTask>(),
+        byTable<QelTimeZone>(),
+        byTable<QelTopInfo>(),
         byTable<QelUGIDLimits>(),
+        byTable<QelUsageStats>(),
+        byTable<QelUser>(),
         byTable<QelUserCredentials>(),
+        byTable<QelUserNameID>(),
         byTable<QelV2PMigrateOptions>(),
         byTable<QelV2VMigrateOptions>(),
+        byTable<QelVncConnectionInfo>(),
+        byTable<QelVncConsoleInfo>(),
         byTable<QelVtInfo>(),
         byTable<QelVtSettings>(),
+        byTable<QelVtVersion>(),
+        byTable<QelWindowsDevice>(),
         makeRecordType<QelAce>("QelAce", &qelWireLayout<QelObjectRights>()),
         makeRecordType<QelCheck>("QelCheck", &qelWireLayout<QelObjectRights>()),
         makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
@@ -210,10 +285,16 @@ std::vector<QelRecordType> makeTypes() {
         makeRecordType<QelIPAddress>("QelIPAddress"),
         makeRecordType<QelMonitorData>("QelMonitorData"),
         makeRecordType<QelNamedOpStrListProperty>("QelNamedOpStrListProperty"),
+        makeRecordType<QelPackageDeb>("QelPackageDeb", &qelWireLayout<QelPackageLinux>()),
+        makeRecordType<QelPackageRpm>("QelPackageRpm", &qelWireLayout<QelPackageLinux>()),
+        makeRecordType<QelProcessInfo>("QelProcessInfo"),
         makeRecordType<QelNetBridge>("QelNetBridge", &qelWireLayout<QelNetDevice>()),
         makeRecordType<QelNetDevice>("QelNetDevice", &qelWireLayout<QelNetDevice>()),
         makeRecordType<QelSID>("QelSID"),
+        makeRecordType<QelScsiDevice>("QelScsiDevice", &qelWireLayout<QelWindowsDevice>()),
         makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
+        makeRecordType<QelTopData>("QelTopData"),
+        makeRecordType<QelTopData::TopSet>("QelTopData::TopSet"),
         makeRecordType<QelSession>("QelSession", &qelWireLayout<QelSession>()),
         makeRecordType<QelToken>("QelToken", &qelWireLayout<QelToken>()),
         makeRecordType<QelStringTree<1018, true>>("QelStringTree<1018, true>"),

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace Qel {
 
@@ -40,6 +42,7 @@ enum class QelWireKind : unsigned char {
     record,   ///< a record in an element of its own
     derived,  ///< a record of one of several classes, which the element's complex type tells
     base,     ///< a record at the same element
+    group,    ///< further rows of the same record, in an element of their own
     sequence, ///< a run of items in order
     set,      ///< a run of items, sorted and without duplicates
     map,      ///< a run of entries
@@ -55,25 +58,32 @@ struct QelWireBit {
     int id;
 };
 
+/// The classes of a family that elements of a field may hold, by the complex types that tell them.
+struct QelWireClasses {
+    std::vector<std::string> types; ///< as a cursor's curType() answers, in order
+    std::string byDefault;          ///< the one that is read from an element of another type or of none; empty: none
+};
+
 /// How the values of one type cross the wire.  `id` 0 is the current element, as everywhere.
 struct QelWireCodec {
     QelWireKind kind;
-    std::string_view typeName;        ///< of a record: its class
-    bool isOptional;                  ///< a property that may be unset
-    const QelWireCodec* key;          ///< of a map: its keys'
-    const QelWireCodec* item;         ///< of a container: its items', of a map its values'
-    const QelWireLayout* (*layout)(); ///< of a record with a table
+    std::string_view typeName; ///< of a record: its class
+    bool isOptional;           ///< a property that may be unset
+    const QelWireCodec* key;   ///< of a map: its keys'
+    const QelWireCodec* item;  ///< of a container: its items', of a map its values', of a step what it amounts to
+    const QelWireLayout* (*layout)(); ///< of a record with a table, or of a group
     int (*read)(const QelMessageIterator&, void* member, int id, const QelWireField&);
     int (*write)(QelMessageIterator&, const void* member, int id, const QelWireField&);
     bool (*isSet)(const void* member);     ///< what QelWireWrite::ifSet asks
     std::span<const QelWireBit> bits = {}; ///< of a bit mask: in writing order
+    QelWireClasses (*classes)() = nullptr; ///< of a derived record
 };
 
 /// One row of a record's table.
 struct QelWireField {
     std::string_view name; ///< of the member
     int id;                ///< element ID; 0 for what stands directly in the record's element
-    int item, key, value;  ///< IDs of a container's item, and of a map entry's key and value; 0 if there is none
+    int item, key, value;  ///< IDs of a container's item, and of the key and the value within; 0 if there is none
     QelWireRead read;
     QelWireWrite write;
     QelWireForm form;
@@ -82,9 +92,10 @@ struct QelWireField {
     bool (*test)(const void* member);          ///< in place of the codec's isSet, if not null
     bool ignoresWriteFailure = false;          ///< the record is written on when this field could not be
     bool needsItems = false;                   ///< of a container: one without any items is malformed
-    bool keepsSet = false;                     ///< of a flag or a bit mask: reading sets what it finds, clears nothing
+    bool keepsSet = false;                     ///< of a flag, a mask, an optional: reading clears nothing
     unsigned bit = 0;                          ///< of `mask`: whether the field is set; reading the field sets it
     unsigned* (*mask)(void* record) = nullptr; ///< the record's mask, if one of its bits stands for the field
+    bool clearsFirst = false;                  ///< of a sequence: what was in it goes before it is read
 
     /// The same row, whose failure to be written is none of the record.
     [[nodiscard]] constexpr QelWireField unchecked() const {
@@ -100,10 +111,31 @@ struct QelWireField {
         return row;
     }
 
-    /// The same row of a flag or a bit mask, whose missing elements leave what is set.
+    /// The same row of a flag, a bit mask or an optional, whose missing elements leave what is set.
     [[nodiscard]] constexpr QelWireField kept() const {
         QelWireField row = *this;
         row.keepsSet = true;
+        return row;
+    }
+
+    /// The same row of a sequence, which reading replaces where others add to what is there.
+    [[nodiscard]] constexpr QelWireField cleared() const {
+        QelWireField row = *this;
+        row.clearsFirst = true;
+        return row;
+    }
+
+    /// The same row of a step, with the form of what it writes.
+    [[nodiscard]] constexpr QelWireField as(QelWireForm stepForm) const {
+        QelWireField row = *this;
+        row.form = stepForm;
+        return row;
+    }
+
+    /// The same row of a sequence or set, each of whose items holds its value in an element of its own.
+    [[nodiscard]] constexpr QelWireField holding(int valueID) const {
+        QelWireField row = *this;
+        row.value = valueID;
         return row;
     }
 

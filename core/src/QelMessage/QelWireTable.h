@@ -133,12 +133,64 @@ inline constexpr QelWireCodec baseCodec{QelWireKind::base,
                                         },
                                         [](const void*) { return true; }};
 
-template <class Record, auto readStep, auto writeStep>
+consteval bool haveDistinctIDs(std::span<const QelWireField> fields) {
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        for (std::size_t j = i + 1; j < fields.size(); ++j)
+            if (fields[i].ownID() == fields[j].ownID())
+                return false;
+    return true;
+}
+
+template <std::size_t count>
+inline constexpr auto inOrder = [] {
+    std::array<unsigned char, count> indices{};
+    for (std::size_t i = 0; i < count; ++i)
+        indices[i] = static_cast<unsigned char>(i);
+    return indices;
+}();
+
+/// The rows of a group as a table, which is read in writing order.
+template <class Record, const auto& rows, int nsID>
+inline constexpr QelWireLayout groupLayout{typeName<Record>(), nsID, 50, rows, inOrder<std::size(rows)>};
+
+template <class Record, const auto& rows, int nsID>
+inline constexpr QelWireCodec groupCodec{
+    QelWireKind::group,
+    {},
+    false,
+    nullptr,
+    nullptr,
+    [] { return &groupLayout<Record, rows, nsID>; },
+    [](const QelMessageIterator& cursor, void* record, int id, const QelWireField&) {
+        if (cursor.seek(id) != 0)
+            return -1;
+        const int result = readByLayout(groupLayout<Record, rows, nsID>, record, cursor);
+        cursor.seekUp();
+        return result;
+    },
+    [](QelMessageIterator& cursor, const void* record, int id, const QelWireField&) {
+        cursor.newChild(id);
+        if (nsID != 0)
+            cursor.setNamespace(nsID);
+        const int result = writeByLayout(groupLayout<Record, rows, nsID>, record, cursor);
+        cursor.seekUp();
+        return result;
+    },
+    [](const void*) { return true; }};
+
+template <class Value> constexpr const QelWireCodec* contentOf() {
+    if constexpr (std::is_void_v<Value>)
+        return nullptr;
+    else
+        return &qelWireCodec<Value>;
+}
+
+template <class Record, auto readStep, auto writeStep, class Value>
 inline constexpr QelWireCodec stepCodec{QelWireKind::step,
                                         {},
                                         false,
                                         nullptr,
-                                        nullptr,
+                                        contentOf<Value>(),
                                         nullptr,
                                         [](const QelMessageIterator& cursor, void* record, int, const QelWireField&) {
                                             return readStep(cursor, *static_cast<Record*>(record));
@@ -293,24 +345,32 @@ template <class Record> struct WireWords {
                 [](void* record) -> void* { return static_cast<Base*>(static_cast<Record*>(record)); },
                 nullptr};
     }
+    /// Further rows of the record in an element of their own, which is always written.  `rows` is another array of the
+    /// table, `nsID` the namespace of that element; 0 leaves it that of its surroundings.
+    template <const auto& rows, int nsID = 0>
+    static constexpr QelWireField grouped(std::string_view name, int id, QelWireRead read) {
+        static_assert(Internal::haveDistinctIDs(rows), "two rows of this group share one element ID");
+        QelWireField made = whole(name, id, read, always);
+        made.codec = &Internal::groupCodec<Record, rows, nsID>;
+        return made;
+    }
     /// A part that two functions read and write by hand: `int (const QelMessageIterator&, Record&)` and
     /// `int (QelMessageIterator&, const Record&)`, both at the record's element.  `id` is the element that they use.
-    template <auto readStep, auto writeStep>
+    /// `Value` tells those who only describe what stands there: the type of such a field, a container for a run of
+    /// elements `id`; void is for what no type tells.
+    template <auto readStep, auto writeStep, class Value = void>
     static constexpr QelWireField step(std::string_view name, int id, QelWireRead read, QelWireWrite write = always) {
-        return {name,
-                id,
-                0,
-                0,
-                0,
-                read,
-                write,
-                plain,
-                &Internal::stepCodec<Record, readStep, writeStep>,
-                [](void* record) { return record; },
-                nullptr};
+        QelWireField made = whole(name, id, read, write);
+        made.codec = &Internal::stepCodec<Record, readStep, writeStep, Value>;
+        return made;
     }
 
 private:
+    /// A row whose codec works on the whole record.
+    static constexpr QelWireField whole(std::string_view name, int id, QelWireRead read, QelWireWrite write) {
+        return {name, id, 0, 0, 0, read, write, plain, nullptr, [](void* record) { return record; }, nullptr};
+    }
+
     template <auto member> using Member = std::remove_cvref_t<decltype(std::declval<Record&>().*member)>;
 
     template <auto member>
@@ -331,14 +391,6 @@ private:
 };
 
 namespace Internal {
-
-consteval bool haveDistinctIDs(std::span<const QelWireField> fields) {
-    for (std::size_t i = 0; i < fields.size(); ++i)
-        for (std::size_t j = i + 1; j < fields.size(); ++j)
-            if (fields[i].ownID() == fields[j].ownID())
-                return false;
-    return true;
-}
 
 consteval std::size_t indexOf(int id, std::span<const QelWireField> fields) {
     std::size_t index = 0;

@@ -226,9 +226,11 @@ template <class C, class V> struct WireSequenceValue {
     using Item = typename C::value_type;
     static constexpr QelWireKind kind = QelWireKind::sequence;
     static int read(const QelMessageIterator& cursor, C& items, int id, const QelWireField& field) {
+        if (field.clearsFirst)
+            items.clear();
         return readWireItems(cursor, id, field, [&] {
             items.emplace_back();
-            if (V::read(cursor, items.back(), 0, field) == 0)
+            if (V::read(cursor, items.back(), field.value, field) == 0)
                 return 0;
             items.pop_back();
             return -1;
@@ -236,7 +238,7 @@ template <class C, class V> struct WireSequenceValue {
     }
     static int write(QelMessageIterator& cursor, const C& items, int id, const QelWireField& field) {
         return writeWireItems(cursor, items, id, field,
-                              [&](const Item& item) { return V::write(cursor, item, 0, field); });
+                              [&](const Item& item) { return V::write(cursor, item, field.value, field); });
     }
     static bool isSet(const C& items) { return !items.empty(); }
 };
@@ -252,6 +254,16 @@ template <class Base, bool useDefault> struct WireDerivedValue {
         return value ? cursor.putObject(value, QelWriterDerived<Base>(), id) : -1;
     }
     static bool isSet(const boost::shared_ptr<Base>& value) { return value != nullptr; }
+    static QelWireClasses classes() {
+        using Registry = QelDerivedParserFactory<Base>;
+        QelWireClasses found;
+        for (const auto& [type, factory] : Registry::factories()) {
+            found.types.push_back(type);
+            if (useDefault && factory == Registry::defaultFactory())
+                found.byDefault = type;
+        }
+        return found;
+    }
 };
 
 } // namespace Internal
@@ -266,15 +278,16 @@ template <Internal::WireSet C> struct QelWireValue<C> {
     static int read(const QelMessageIterator& cursor, C& items, int id, const QelWireField& field) {
         return Internal::readWireItems(cursor, id, field, [&] {
             Item item{};
-            if (ItemValue::read(cursor, item, 0, field) != 0)
+            if (ItemValue::read(cursor, item, field.value, field) != 0)
                 return -1;
             items.insert(std::move(item));
             return 0;
         });
     }
     static int write(QelMessageIterator& cursor, const C& items, int id, const QelWireField& field) {
-        return Internal::writeWireItems(cursor, items, id, field,
-                                        [&](const Item& item) { return ItemValue::write(cursor, item, 0, field); });
+        return Internal::writeWireItems(cursor, items, id, field, [&](const Item& item) {
+            return ItemValue::write(cursor, item, field.value, field);
+        });
     }
     static bool isSet(const C& items) { return !items.empty(); }
 };
@@ -348,6 +361,8 @@ template <class T, class Value> constexpr QelWireCodec makeWireCodec() {
         codec.key = &qelWireCodec<typename Value::Key>;
     if constexpr (requires { typename Value::Item; })
         codec.item = &qelWireCodec<typename Value::Item, typename Value::ItemValue>;
+    if constexpr (requires { Value::classes(); })
+        codec.classes = &Value::classes;
     codec.isOptional = !std::is_same_v<Content, T>;
     codec.read = [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
         return Value::read(cursor, *static_cast<T*>(member), id, field);

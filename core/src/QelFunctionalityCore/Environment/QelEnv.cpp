@@ -195,15 +195,15 @@ template <> struct Wire<QelEnv> : WireWords<QelEnv> {
     using Steps = QelEnv::WireSteps;
     static constexpr int nsId = QelEnv::Writer::getNSID(), typeId = QelEnv::Writer::getTypeID();
     static constexpr QelWireField fields[] = {
-        step<&Steps::readEID<&QelEnvCoreBasic::parentEID, 1870>, &Steps::writeEID<&QelEnvCoreBasic::parentEID, 1870>>(
-            "parentEID", 1870, required),
-        step<&Steps::readEID<&QelEnvCoreBasic::eid, 1866>, &Steps::writeEID<&QelEnvCoreBasic::eid, 1866>>("eid", 1866,
-                                                                                                          required),
-        step<&Steps::readStatus, &Steps::writeStatus>("status", Steps::statusElement, ignored),
-        step<&Steps::readAlerts, &Steps::writeAlerts>("alertTypes", Steps::alertElement, ignored),
-        step<&Steps::readConfig, &Steps::writeConfig>("config", Steps::configElement, ignored),
-        step<&Steps::readVirtualConfig, &Steps::writeVirtualConfig>("virtualConfig", Steps::virtualConfigElement,
-                                                                    ignored),
+        step<&Steps::readEID<&QelEnvCoreBasic::parentEID, 1870>, &Steps::writeEID<&QelEnvCoreBasic::parentEID, 1870>,
+             QelEID>("parentEID", 1870, required),
+        step<&Steps::readEID<&QelEnvCoreBasic::eid, 1866>, &Steps::writeEID<&QelEnvCoreBasic::eid, 1866>, QelEID>(
+            "eid", 1866, required),
+        step<&Steps::readStatus, &Steps::writeStatus, QelEnvStatus>("status", Steps::statusElement, ignored),
+        step<&Steps::readAlerts, &Steps::writeAlerts, std::vector<int>>("alertTypes", Steps::alertElement, ignored),
+        step<&Steps::readConfig, &Steps::writeConfig, QelEnvConfig>("config", Steps::configElement, ignored),
+        step<&Steps::readVirtualConfig, &Steps::writeVirtualConfig, QelVEnvConfig>(
+            "virtualConfig", Steps::virtualConfigElement, ignored),
     };
     // The configurations come first, since they tell the type.
     static constexpr int readOrder[] = {1185, 1872, 1870, 1866, 1192, 1003};

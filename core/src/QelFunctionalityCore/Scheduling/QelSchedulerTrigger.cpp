@@ -41,8 +41,8 @@ QelSchedulerTrigger::~QelSchedulerTrigger() = default;
 template <> struct Wire<QelSchedulerTrigger> : WireWords<QelSchedulerTrigger> {
     static constexpr int nsId = 292, typeId = 294;
     static constexpr QelWireField fields[] = {
-        step<&readStart, &writeStart>("start", startElement, required),
-        step<&readEnd, &writeEnd>("end", endElement, optional, ifSet),
+        step<&readStart, &writeStart, long>("start", startElement, required).as(time),
+        step<&readEnd, &writeEnd, long>("end", endElement, optional, ifSet).as(time),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelSchedulerTrigger>() {

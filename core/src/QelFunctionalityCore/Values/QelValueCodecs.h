@@ -4,6 +4,7 @@
 
 #include "QelFunctionalityCore/Values/QelIPFunctors.h"
 #include "QelFunctionalityCore/Values/QelLimitedLengthString.h"
+#include "QelFunctionalityCore/Values/QelOptionalFields.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelCombinators.h"
 #include "QelMessage/QelWireValue.h"
@@ -47,13 +48,14 @@ template <> struct QelWireValue<QelIPv6> : Internal::WireTextByFunctors<QelIPv6>
     static bool isSet(const QelIPv6& value) { return !value.isAny(); }
 };
 
-/// Specified exactly when the read succeeded.
+/// Specified exactly when the read succeeded; in a row that keeps what is set, left as it was when it failed.
 template <class T> struct QelWireValue<QelOptionalProperty<T>> : QelWireValue<T> {
     using Specified = T;
     static int read(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id,
                     const QelWireField& field) {
         const int result = QelWireValue<T>::read(cursor, property.get(), id, field);
-        property.specify(result == 0);
+        if (result == 0 || !field.keepsSet)
+            property.specify(result == 0);
         return result;
     }
     static int write(QelMessageIterator& cursor, const QelOptionalProperty<T>& property, int id,
@@ -61,6 +63,24 @@ template <class T> struct QelWireValue<QelOptionalProperty<T>> : QelWireValue<T>
         return QelWireValue<T>::write(cursor, property.get(), id, field);
     }
     static bool isSet(const QelOptionalProperty<T>& property) { return property.isSpecified(); }
+};
+
+/// Where a long has 32 bits, it takes the lower half of what was sent.
+template <> struct QelWireValue<QelOptionalProperty<long>> : QelWireValue<long> {
+    using Specified = long;
+    static int read(const QelMessageIterator& cursor, QelOptionalProperty<long>& property, int id,
+                    const QelWireField& field) {
+        if (field.form != QelWireForm::time)
+            readOptionalLongLong(cursor, property, id);
+        else
+            property.specify(cursor.getValueTime(property.get(), id) == 0);
+        return property.isSpecified() ? 0 : -1;
+    }
+    static int write(QelMessageIterator& cursor, const QelOptionalProperty<long>& property, int id,
+                     const QelWireField& field) {
+        return QelWireValue<long>::write(cursor, property.get(), id, field);
+    }
+    static bool isSet(const QelOptionalProperty<long>& property) { return property.isSpecified(); }
 };
 
 } // namespace Qel

@@ -1,0 +1,54 @@
+#include "QelFunctionalityCore/Host/QelDate.h"
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+template <> struct Wire<QelTimeZone> : WireWords<QelTimeZone> {
+    static constexpr int nsId = 292;
+    static constexpr QelWireField fields[] = {
+        field<&QelTimeZone::name>(1026, required, always),
+        field<&QelTimeZone::f1788>(1788, required, always),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelTimeZone>() {
+    return wireLayoutOf<QelTimeZone>;
+}
+
+int QelTimeZone::Reader::operator()(const QelMessageIterator& cursor, QelTimeZone& zone) const {
+    for (const QelWireField& field : Wire<QelTimeZone>::fields)
+        if (cursor.getValue(*static_cast<std::string*>(field.member(&zone)), field.id) == -1)
+            return -1;
+    return 0;
+}
+
+template <> struct Wire<QelDate> : WireWords<QelDate> {
+    static constexpr int nsId = 292;
+    static constexpr QelWireField fields[] = {
+        field<&QelDate::time>(1004, ignored, always, WireWords::time),
+        field<&QelDate::f2007>(2007, ignored, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelDate>() {
+    return wireLayoutOf<QelDate>;
+}
+
+int QelDate::Reader::operator()(const QelMessageIterator& cursor, QelDate& date) const {
+    const int result = readByLayout(qelWireLayout<QelDate>(), &date, cursor);
+    if (result == 0 && date.isEmpty()) {
+        setErrorMessage("can't read QelDate: neither a time nor a text");
+        return -1;
+    }
+    return result;
+}
+
+int QelDate::Writer::operator()(QelMessageIterator& cursor, const QelDate& date) const {
+    if (date.isEmpty()) {
+        setErrorMessage("can't write QelDate: neither a time nor a text");
+        return -1;
+    }
+    return writeByLayout(qelWireLayout<QelDate>(), &date, cursor);
+}
+
+} // namespace Qel

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+
+#include "QelFunctionalityCore/Values/QelGUID.h"
+#include "QelFunctionalityCore/Values/QelProperty.h"
+#include "QelMessage/QelRecord.h"
+
+namespace Qel {
+
+/// An image of a disk.  Each field may be left out; one that can't be read counts as left out.
+struct QelDiskImage {
+    QelOptionalProperty<QelGUID> id;
+    QelOptionalProperty<QelGUID> f2248;
+    QelOptionalProperty<std::string> name;
+    QelOptionalProperty<std::string> description;
+    QelOptionalProperty<std::string> f2249;
+    QelOptionalProperty<std::string> f2262;
+    QelOptionalProperty<bool> f1856;
+    QelOptionalProperty<long long> size; ///< bytes
+
+    using Reader = QelRecordReader<QelDiskImage>;
+    using Writer = QelRecordWriter<QelDiskImage>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+/// A disk image with its type.
+struct QelImageInfo {
+    int type = 0;
+    QelOptionalProperty<QelDiskImage> image;
+
+    using Reader = QelRecordReader<QelImageInfo>;
+    using Writer = QelRecordWriter<QelImageInfo>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+/// A folder that other hosts may use.  Each field may be left out; one that can't be read counts as left out.
+struct QelFileShare {
+    QelOptionalProperty<QelGUID> id;
+    QelOptionalProperty<std::string> name;
+    QelOptionalProperty<std::string> path;
+    QelOptionalProperty<std::string> description;
+    QelOptionalProperty<std::string> f2247;
+    QelOptionalProperty<std::string> password; ///< never to be logged
+    QelOptionalProperty<int> f1192;
+    QelOptionalProperty<long> f1845;
+    QelOptionalProperty<int> f1712;
+    QelOptionalProperty<long long> size; ///< bytes
+
+    using Reader = QelRecordReader<QelFileShare>;
+    using Writer = QelRecordWriter<QelFileShare>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+} // namespace Qel

@@ -1,0 +1,52 @@
+#include "QelFunctionalityCore/Host/QelNameID.h"
+
+#include <limits>
+
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+// The last to be read, so that it can tell whether there was anything.  Numbers above 2^31 cross the wire as negative
+// ones; who sends them as they are is understood.
+template <class NameID, int element> int readID(const QelMessageIterator& cursor, NameID& record) {
+    record.id = NameID().id;
+    long long number = 0;
+    if (cursor.getValueLongLong(number, element) == 0 && number >= std::numeric_limits<int>::min() &&
+        number <= std::numeric_limits<unsigned>::max())
+        record.id = static_cast<unsigned>(number);
+    return record.isEmpty() ? -1 : 0;
+}
+
+template <class NameID, int element> int writeID(QelMessageIterator& cursor, const NameID& record) {
+    return record.isID() ? cursor.putValue(static_cast<int>(record.id), element) : 0;
+}
+
+} // namespace
+
+template <> struct Wire<QelGroupNameID> : WireWords<QelGroupNameID> {
+    static constexpr std::string_view typeName = "QelGroupNameID";
+    static constexpr QelWireField fields[] = {
+        step<&readID<QelGroupNameID, 1027>, &writeID<QelGroupNameID, 1027>, int>("id", 1027, required, ifSet),
+        field<&QelGroupNameID::name>(1026, ignored, ifSet),
+    };
+    static constexpr int readOrder[] = {1026, 1027};
+};
+template <> const QelWireLayout& qelWireLayout<QelGroupNameID>() {
+    return wireLayoutOf<QelGroupNameID>;
+}
+
+template <> struct Wire<QelUserNameID> : WireWords<QelUserNameID> {
+    static constexpr std::string_view typeName = "QelUserNameID";
+    static constexpr QelWireField fields[] = {
+        step<&readID<QelUserNameID, 1030>, &writeID<QelUserNameID, 1030>, int>("id", 1030, required, ifSet),
+        field<&QelUserNameID::name>(1026, ignored, ifSet),
+    };
+    static constexpr int readOrder[] = {1026, 1030};
+};
+template <> const QelWireLayout& qelWireLayout<QelUserNameID>() {
+    return wireLayoutOf<QelUserNameID>;
+}
+
+} // namespace Qel

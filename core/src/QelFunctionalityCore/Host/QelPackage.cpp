@@ -1,0 +1,76 @@
+#include "QelFunctionalityCore/Host/QelPackage.h"
+
+#include "QelFunctionalityCore/Files/QelFilePathReader.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+template class QelDerivedParserFactory<QelPackage>;
+
+QelDerivedParserFactoryT<QelPackage, QelPackage> factoryQelPackage(true);
+QelDerivedParserFactoryT<QelPackageRpm, QelPackage> factoryQelPackageRpm(false);
+QelDerivedParserFactoryT<QelPackageDeb, QelPackage> factoryQelPackageDeb(false);
+
+namespace {
+
+constexpr int pathElement = 1156;
+
+int readFilePath(const QelMessageIterator& cursor, QelPackageLinux& package) {
+    return cursor.getObject(package.filePath, QelFilePathReader(), pathElement);
+}
+
+int writeFilePath(QelMessageIterator& cursor, const QelPackageLinux& package) {
+    return package.filePath.empty() ? 0 : cursor.putValueBase64(package.filePath, pathElement);
+}
+
+bool hasDetailOrName(const QelOS& os) {
+    return os.osDetail.isSpecified() || os.osName.isSpecified();
+}
+
+} // namespace
+
+template <> struct Wire<QelPackage> : WireWords<QelPackage> {
+    static constexpr int nsId = 292, typeId = 155;
+    static constexpr QelWireField fields[] = {
+        field<&QelPackage::name>(1026, required, always),
+        field<&QelPackage::version>(1223, optional, ifSet),
+        field<&QelPackage::release>(1853, optional, ifSet),
+        field<&QelPackage::description>(1496, optional, ifSet),
+        fieldIf<&QelPackage::os, hasDetailOrName>(1277, optional),
+        field<&QelPackage::arch>(2005, optional, ifSet),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelPackage>() {
+    return wireLayoutOf<QelPackage>;
+}
+
+template <> struct Wire<QelPackageLinux> : WireWords<QelPackageLinux> {
+    static constexpr int nsId = 302, typeId = 272;
+    static constexpr QelWireField fields[] = {
+        base<QelPackage>(),
+        step<&readFilePath, &writeFilePath, std::string>("filePath", pathElement, optional, ifSet).as(base64),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelPackageLinux>() {
+    return wireLayoutOf<QelPackageLinux>;
+}
+
+template <> struct Wire<QelInstallationPackage> : WireWords<QelInstallationPackage> {
+    static constexpr int packageElement = 1295;
+    static constexpr QelWireField fields[] = {
+        derived<&QelInstallationPackage::package, true>(packageElement, ignored, ifSet),
+        field<&QelInstallationPackage::path>(pathElement, required, ifSet, base64),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelInstallationPackage>() {
+    return wireLayoutOf<QelInstallationPackage>;
+}
+
+int QelInstallationPackage::Reader::operator()(const QelMessageIterator& cursor, QelInstallationPackage& record) const {
+    if (cursor.getObject(record.package, QelReaderDerived<QelPackage>(true),
+                         Wire<QelInstallationPackage>::packageElement) == 0)
+        return 0;
+    return cursor.getObject(record.path, QelFilePathReader(), pathElement);
+}
+
+} // namespace Qel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "QelFunctionalityCore/Host/QelPackage.h"
+#include "QelFunctionalityCore/Values/QelEID.h"
+
+namespace Qel {
+
+/// What the event of a change of an environment's packages tells.
+struct QelPackageListModificationData {
+    virtual ~QelPackageListModificationData() = default;
+
+    int operation = -1; ///< 0, 1 or 2; any other is refused by the reader
+    QelEID eid;
+    QelPackageList packages;
+
+    using Reader = QelRecordReader<QelPackageListModificationData>;
+    /// Without packages nothing has changed: nothing is written, and that is no failure.
+    struct Writer : QelWriterBaseT<Writer> {
+        int operator()(QelMessageIterator& cursor, const QelPackageListModificationData& data) const;
+    };
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+extern template class QelDerivedParserFactory<QelPackageListModificationData>;
+
+extern QelDerivedParserFactoryT<QelPackageListModificationData, QelPackageListModificationData>
+    factoryQelPackageListModificationData;
+
+} // namespace Qel

@@ -1,0 +1,137 @@
+#include "QelFunctionalityCore/Host/QelProcessList.h"
+
+#include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int rowElement = 1080;
+constexpr int pidElement = 1081;
+constexpr int valueElement = 1082;
+constexpr int nameElement = 1083;
+
+using Names = std::vector<std::string>;
+
+/// Hands out one name after the other.
+class ReaderParamKey {
+public:
+    explicit ReaderParamKey(const Names& names) : m_next(names.begin()), m_end(names.end()) {}
+
+    int operator()(const QelMessageIterator&, std::string& key) const {
+        if (m_next == m_end)
+            return -1;
+        key = *m_next++;
+        return 0;
+    }
+
+private:
+    mutable Names::const_iterator m_next;
+    Names::const_iterator m_end;
+};
+
+/// Runs along the names, as many as there are keys: fills the empty ones, and refuses a key that differs.
+class WriterParamKey : public QelWriterBase {
+public:
+    explicit WriterParamKey(Names& names) : m_next(names.begin()) {}
+
+    int operator()(QelMessageIterator&, const std::string& key) const {
+        std::string& name = *m_next++;
+        if (name.empty())
+            name = key;
+        return name == key ? 0 : -1;
+    }
+
+private:
+    mutable Names::iterator m_next;
+};
+
+} // namespace
+
+int QelProcessInfo::Reader::operator()(const QelMessageIterator& cursor, QelProcessInfo& row) const {
+    static const Names none;
+    if (cursor.getValue(row.pid, pidElement) != 0)
+        return -1;
+    const auto readParams =
+        QelReaderMap(valueElement, QelReaderOptional, ReaderParamKey(m_names ? *m_names : none), QelReaderString());
+    return readParams(cursor, row.params);
+}
+
+int QelProcessInfo::Writer::operator()(QelMessageIterator& cursor, const QelProcessInfo& row) const {
+    Names own;
+    Names& names = m_names ? *m_names : own;
+    if (names.empty())
+        names.resize(row.params.size());
+    if (names.size() != row.params.size())
+        return -1;
+    if (cursor.putValue(row.pid, pidElement) != 0)
+        return -1;
+    const auto writeParams = QelWriterMap(valueElement, WriterParamKey(names), QelWriterString());
+    return writeParams(cursor, row.params) == 0 ? 0 : -1;
+}
+
+namespace {
+
+int readRows(const QelMessageIterator& cursor, QelProcessList& list) {
+    return QelReaderList(QelProcessInfo::Reader(list.paramNames), rowElement, QelReaderOptional)(cursor, list.rows);
+}
+
+int writeRows(QelMessageIterator& cursor, const QelProcessList& list) {
+    Names names;
+    return QelWriterList(QelProcessInfo::Writer(names), rowElement)(cursor, list.rows);
+}
+
+// What rows that could be written made of the names.
+Names namesOf(const std::vector<QelProcessInfo>& rows) {
+    Names names;
+    for (const QelProcessInfo& row : rows) {
+        names.resize(row.params.size());
+        auto name = names.begin();
+        for (const auto& [key, value] : row.params) {
+            if (name->empty())
+                *name = key;
+            ++name;
+        }
+    }
+    return names;
+}
+
+// No names are one empty name: the element must be there.
+int readNames(const QelMessageIterator& cursor, QelProcessList& list) {
+    list.paramNames.clear();
+    if (QelReaderList(QelReaderString(), nameElement, QelReaderRequired)(cursor, list.paramNames) != 0)
+        return -1;
+    if (list.paramNames == Names{""})
+        list.paramNames.clear();
+    return 0;
+}
+
+int writeNames(QelMessageIterator& cursor, const QelProcessList& list) {
+    Names names = namesOf(list.rows);
+    if (names.empty())
+        names.emplace_back();
+    return QelWriterList(QelWriterString(), nameElement)(cursor, names);
+}
+
+} // namespace
+
+template <> struct Wire<QelProcessList> : WireWords<QelProcessList> {
+    static constexpr QelWireField fields[] = {
+        step<&readRows, &writeRows, std::vector<QelProcessInfo>>("rows", rowElement, required),
+        step<&readNames, &writeNames, Names>("paramNames", nameElement, required),
+        field<&QelProcessList::running>(1035, ignored, always),
+        field<&QelProcessList::sleeping>(1036, ignored, always),
+        field<&QelProcessList::stopped>(1037, ignored, always),
+        field<&QelProcessList::zombie>(1038, ignored, always),
+        field<&QelProcessList::uninterruptible>(1039, ignored, always),
+        field<&QelProcessList::idle>(1046, ignored, always),
+        field<&QelProcessList::total>(1040, ignored, always),
+    };
+    static constexpr int readOrder[] = {1083, 1035, 1036, 1037, 1038, 1039, 1046, 1040, 1080};
+};
+template <> const QelWireLayout& qelWireLayout<QelProcessList>() {
+    return wireLayoutOf<QelProcessList>;
+}
+
+} // namespace Qel

@@ -1,0 +1,47 @@
+#include "QelFunctionalityCore/Host/QelProcessMExec.h"
+
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+template <> struct Wire<QelProgCredentials> : WireWords<QelProgCredentials> {
+    static constexpr QelWireField fields[] = {
+        base<QelUserCredentials>(),
+        field<&QelProgCredentials::login>(1393, optional, always, base64),
+        field<&QelProgCredentials::secret>(1394, optional, always, base64),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelProgCredentials>() {
+    return wireLayoutOf<QelProgCredentials>;
+}
+
+template <> struct Wire<QelProcessMExecParams> : WireWords<QelProcessMExecParams> {
+    static constexpr QelWireField streams[] = {
+        field<&QelProcessMExecParams::stdinData>(1054, optional, always, base64),
+        flag<&QelProcessMExecParams::wantStdout>(1057),
+        flag<&QelProcessMExecParams::wantStderr>(1396),
+        flag<&QelProcessMExecParams::wantExtra>(2085),
+    };
+    static constexpr QelWireField fields[] = {
+        list<&QelProcessMExecParams::args>(1390, optional, base64),
+        list<&QelProcessMExecParams::env>(1391, optional, base64),
+        grouped<streams>("streams", 1395, optional),
+        field<&QelProcessMExecParams::credentials>(1158, optional, always),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelProcessMExecParams>() {
+    return wireLayoutOf<QelProcessMExecParams>;
+}
+
+template <> struct Wire<QelProcessMExecOutput> : WireWords<QelProcessMExecOutput> {
+    static constexpr QelWireField fields[] = {
+        field<&QelProcessMExecOutput::code>(1192, required, always),
+        field<&QelProcessMExecOutput::out>(1057, optional, always, base64),
+        field<&QelProcessMExecOutput::err>(1396, optional, always, base64),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelProcessMExecOutput>() {
+    return wireLayoutOf<QelProcessMExecOutput>;
+}
+
+} // namespace Qel

@@ -1,0 +1,51 @@
+#include "QelFunctionalityCore/Host/QelSnapshot.h"
+
+#include <boost/make_shared.hpp>
+
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int configElement = 1873;
+
+int readConfig(const QelMessageIterator& cursor, QelSnapshot& snapshot) {
+    if (!snapshot.config)
+        snapshot.config = boost::make_shared<QelEnvConfig>();
+    if (cursor.getObj(*snapshot.config, configElement) != 0)
+        snapshot.config.reset();
+    return 0;
+}
+
+int writeConfig(QelMessageIterator& cursor, const QelSnapshot& snapshot) {
+    return snapshot.config ? cursor.putObj(*snapshot.config, configElement) : 0;
+}
+
+} // namespace
+
+template <> struct Wire<QelSnapshot> : WireWords<QelSnapshot> {
+    static constexpr QelWireField fields[] = {
+        field<&QelSnapshot::id>(1010, required, always).unchecked(),
+        field<&QelSnapshot::name>(1007, required, always).unchecked(),
+        field<&QelSnapshot::text1026>(1026, required, always).unchecked(),
+        field<&QelSnapshot::description>(1496, ignored, ifSet, base64).unchecked(),
+        step<&readConfig, &writeConfig, QelEnvConfig>("config", configElement, ignored, ifSet).unchecked(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelSnapshot>() {
+    return wireLayoutOf<QelSnapshot>;
+}
+
+int QelSnapshot::Reader::operator()(const QelMessageIterator& cursor, QelSnapshot& snapshot) const {
+    int result = 0;
+    QelWireLayout row = qelWireLayout<QelSnapshot>();
+    for (const auto order = row.readingOrder; const unsigned char& index : order) {
+        row.readingOrder = {&index, 1};
+        if (readByLayout(row, &snapshot, cursor) != 0)
+            result = -1;
+    }
+    return result;
+}
+
+} // namespace Qel

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+#include "QelFunctionalityCore/Environment/QelOS.h"
+#include "QelFunctionalityCore/Host/QelStatistics.h"
+
+namespace Qel {
+
+/// What a host is: its architecture, operating system, processors and memory.
+struct QelSystemInfo {
+    std::string arch;
+    QelOS os;
+
+    // Of the processors, in an element of their own.
+    int f1049 = 0;
+    int f1052 = 0;
+    int f1047 = 0;
+    std::string f1050;
+    int f1048 = 0;
+    int f2122 = 0;
+    int f2123 = 0;
+    std::string name;
+    std::string f1051;
+
+    QelUsageStats memory; ///< bytes
+    QelUsageStats swap;   ///< bytes
+
+    using Reader = QelRecordReader<QelSystemInfo>;
+    using Writer = QelRecordWriter<QelSystemInfo>;
+    using reader_type = Reader;
+    using writer_type = Writer;
+};
+
+} // namespace Qel

@@ -1,0 +1,66 @@
+#include "QelFunctionalityCore/Host/QelTopData.h"
+
+#include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelWireTable.h"
+
+namespace Qel {
+
+namespace {
+
+constexpr int totalElement = 1040;
+constexpr int entryElement = 1179;
+constexpr int eidElement = 1866;
+constexpr int valueElement = 1018;
+
+int readValue(const QelMessageIterator& cursor, QelTopData::Value& value, bool isWhole, int id) {
+    return isWhole ? cursor.getValueLongLong(value.whole, id) : cursor.getValueDouble(value.real, id);
+}
+
+int writeValue(QelMessageIterator& cursor, const QelTopData::Value& value, bool isWhole, int id) {
+    return isWhole ? cursor.putValueLongLong(value.whole, id) : cursor.putValueDouble(value.real, id);
+}
+
+bool isFilled(const QelEIDList& list) {
+    return !list.empty();
+}
+
+} // namespace
+
+int QelTopData::TopSet::Reader::operator()(const QelMessageIterator& cursor, TopSet& entry) const {
+    if (cursor.getObj(entry.eid, eidElement) != 0)
+        return -1;
+    return readValue(cursor, entry.value, m_isWhole, valueElement);
+}
+
+int QelTopData::TopSet::Writer::operator()(QelMessageIterator& cursor, const TopSet& entry) const {
+    if (cursor.putObj(entry.eid, eidElement) != 0)
+        return -1;
+    return writeValue(cursor, entry.value, m_isWhole, valueElement);
+}
+
+int QelTopData::Reader::operator()(const QelMessageIterator& cursor, QelTopData& data) const {
+    data.isWhole = m_isWhole;
+    if (QelReaderList(TopSet::Reader(m_isWhole), entryElement, QelReaderOptional)(cursor, data.entries) != 0)
+        return -1;
+    return readValue(cursor, data.total, m_isWhole, totalElement);
+}
+
+int QelTopData::Writer::operator()(QelMessageIterator& cursor, const QelTopData& data) const {
+    if (QelWriterList(TopSet::Writer(data.isWhole), entryElement)(cursor, data.entries) != 0)
+        return -1;
+    return writeValue(cursor, data.total, data.isWhole, totalElement);
+}
+
+template <> struct Wire<QelTopInfo> : WireWords<QelTopInfo> {
+    static constexpr QelWireField fields[] = {
+        field<&QelTopInfo::f1017>(1017, required, always),
+        flag<&QelTopInfo::f1378>(1378),
+        flag<&QelTopInfo::f1346>(1346),
+        fieldIf<&QelTopInfo::f1899, isFilled>(1899, optional),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<QelTopInfo>() {
+    return wireLayoutOf<QelTopInfo>;
+}
+
+} // namespace Qel

@@ -1,0 +1,124 @@
+#include "QelFunctionalityCore/Host/QelEnvSample.h"
+
+#include <boost/make_shared.hpp>
+#include <gmock/gmock.h>
+
+#include "QelFunctionalityCore/Environment/EnvTestSupport.h"
+#include "support/LogCapture.h"
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(QelEnvSampleTest, AConfigurationIsWrittenWhenThereIsOne) {
+    QelEnvSample sample;
+    sample.id = QelGUID(1, 2);
+    const TestMessage without;
+    EXPECT_EQ(without.cursor().putObj(sample, 0), 0);
+    EXPECT_THAT(childIDs(without.cursor()), ElementsAre(1010));
+    QelEnvSample read;
+    EXPECT_EQ(without.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(read.config, nullptr);
+
+    sample.config = boost::make_shared<QelVEnvConfig>();
+    sample.config->setName(given("sample"));
+    sample.config->setDisabled(true);
+    const TestMessage with;
+    EXPECT_EQ(with.cursor().putObj(sample, 0), 0);
+    EXPECT_EQ(with.cursor().getObj(read, 0), 0);
+    ASSERT_NE(read.config, nullptr);
+    EXPECT_EQ(read.config->getConfigType(), EnvConfigType::virtualised);
+    EXPECT_EQ(textBy(*read.config, &QelEnvConfig::getName), "sample");
+    bool isDisabled = false;
+    EXPECT_EQ(read.config->getDisabled(isDisabled), 0);
+    EXPECT_TRUE(isDisabled);
+}
+
+TEST(QelEnvSampleTest, ABadIdentifierIsNoFailure) {
+    const TestMessage message;
+    message.cursor().putValue("no identifier", 1010);
+    message.cursor().putChild(1872);
+    QelEnvSample read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_FALSE(read.id.isValid());
+    EXPECT_NE(read.config, nullptr);
+}
+
+TEST(QelSampleConfTest, EmptyTextsAreNotWrittenAndNotMissed) {
+    QelSampleConf conf;
+    conf.config = boost::make_shared<QelEnvConfig>();
+    const TestMessage message;
+    EXPECT_EQ(message.cursor().putObj(conf, 0), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1873, 1010, 2102));
+    conf.name = "sample";
+    conf.f1034 = std::string("\0", 1);
+    const TestMessage filled;
+    EXPECT_EQ(filled.cursor().putObj(conf, 0), 0);
+    EXPECT_THAT(childIDs(filled.cursor()), ElementsAre(1873, 1010, 1026, 1034, 2102));
+    EXPECT_EQ(childValue(filled.cursor(), 1034), "AA==");
+    conf.config.reset();
+    EXPECT_EQ(filled.cursor().putObj(conf, 0), -1);
+}
+
+TEST(QelSampleConfTest, TheConfigurationComesBackAsItsClassAndMustBeThere) {
+    QelSampleConf conf;
+    conf.id = QelGUID(1, 2);
+    conf.config = boost::make_shared<QelVEnvConfig>();
+    const TestMessage message;
+    EXPECT_EQ(message.cursor().putObj(conf, 0), 0);
+    QelSampleConf read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_NE(dynamic_cast<QelVEnvConfig*>(read.config.get()), nullptr);
+    for (const int element : {1873, 1010, 2102}) {
+        const TestMessage incomplete;
+        EXPECT_EQ(incomplete.cursor().putObj(conf, 0), 0);
+        incomplete.cursor().deleteChild(element);
+        EXPECT_EQ(incomplete.cursor().getObj(read, 0), -1) << element;
+    }
+}
+
+TEST(QelFileListTypeTest, ReadingAlwaysSucceeds) {
+    const TestMessage message;
+    QelFileListType read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    message.cursor().putChild(2289);
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_THAT(read.f2289, ElementsAre(""));
+}
+
+TEST(QelVtVersionTest, AllTextsAreWrittenAndNoneIsMissed) {
+    const TestMessage message;
+    QelVtVersion read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(message.cursor().putObj(read, 0), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1846, 1276, 2103));
+}
+
+TEST(QelHNLookupInfoTypeTest, WithoutAHostNameItIsRefusedAndLogged) {
+    const TestMessage message;
+    message.cursor().putValue("one", 1072);
+    QelHNLookupInfoType read;
+    const LogCapture log;
+    EXPECT_EQ(message.cursor().getObj(read, 0), -1);
+    EXPECT_THAT(log.texts(), ElementsAre("1 Required configuration parameters are not set"));
+}
+
+TEST(QelHNLookupInfoTypeTest, TheListAndTheSystemMayBeMissing) {
+    const TestMessage message;
+    message.cursor().putValue("web", 1261);
+    QelHNLookupInfoType read;
+    const LogCapture log;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_EQ(read.hostname, "web");
+    read.f1072 = {"a", "b"};
+    const TestMessage written;
+    EXPECT_EQ(written.cursor().putObj(read, 0), 0);
+    EXPECT_THAT(childIDs(written.cursor()), ElementsAre(1261, 1072, 1072, 1277));
+}
+
+} // namespace
+} // namespace Qel

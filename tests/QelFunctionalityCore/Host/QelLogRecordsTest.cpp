@@ -1,0 +1,37 @@
+#include "QelFunctionalityCore/Host/QelLogRecords.h"
+
+#include <gmock/gmock.h>
+
+#include "QelFunctionalityCore/Environment/EnvTestSupport.h"
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+
+TEST(QelLogParametersTest, EachLogIsTheContentOfOneItem) {
+    QelLogParameters parameters;
+    parameters.eid = someEID;
+    parameters.logs = {{"disk", 3}, {"net", 4}};
+    const TestMessage message;
+    EXPECT_EQ(message.cursor().putObj(parameters, 0), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1866, 1089, 1094, 1094));
+    ASSERT_EQ(message.cursor().seek(1094), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1026, 1089));
+    message.cursor().deleteChild(1089);
+    message.cursor().seekUp();
+    QelLogParameters read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), -1) << "both parts of a log are needed";
+}
+
+TEST(QelLogClassTest, EmptyTextsAreNotWritten) {
+    const TestMessage message;
+    QelLogClass logClass;
+    logClass.f1906 = "bytes";
+    EXPECT_EQ(message.cursor().putObj(logClass, 0), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1026, 1906));
+}
+
+} // namespace
+} // namespace Qel

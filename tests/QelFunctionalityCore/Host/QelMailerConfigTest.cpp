@@ -1,0 +1,155 @@
+#include "QelFunctionalityCore/Host/QelMailerConfig.h"
+
+#include <gmock/gmock.h>
+
+#include "support/TestMessage.h"
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+
+constexpr int record = 1115;
+constexpr int enabled = 2150;
+constexpr int accounts = 2151;
+constexpr int account2152 = 2152;
+constexpr int account1044 = 1044;
+
+QelMailerAccount account(const std::string& name, const std::string& address) {
+    QelMailerAccount made;
+    made.name = name;
+    made.address1099 = address;
+    return made;
+}
+
+TEST(QelMailTemplateTest, ReadingSetsTheFlagAndNeverClearsIt) {
+    const TestMessage message;
+    QelMailTemplate mail;
+    mail.text1328 = std::string("a\0b", 3);
+    EXPECT_EQ(message.cursor().putObj(mail, 0), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1026, 1328));
+    QelMailTemplate read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_FALSE(read.flag1607);
+    EXPECT_EQ(read.text1328, mail.text1328);
+    read.flag1607 = true;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_TRUE(read.flag1607) << "an absent element leaves it";
+    EXPECT_EQ(message.cursor().putObj(read, 0), 0);
+    QelMailTemplate again;
+    EXPECT_EQ(message.cursor().getObj(again, 0), 0);
+    EXPECT_TRUE(again.flag1607);
+}
+
+TEST(QelMailTemplateTest, TheNameAndTheTextMustBeThere) {
+    for (const int element : {1026, 1328}) {
+        const TestMessage message;
+        EXPECT_EQ(message.cursor().putObj(QelMailTemplate(), 0), 0);
+        message.cursor().deleteChild(element);
+        QelMailTemplate read;
+        EXPECT_EQ(message.cursor().getObj(read, 0), -1) << element;
+    }
+}
+
+TEST(QelMailerAccountTest, BothTextsAreWrittenAndNoneIsMissed) {
+    const TestMessage message;
+    QelMailerAccount read = account("kept", "kept");
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(read.name, "kept");
+    EXPECT_EQ(message.cursor().putObj(QelMailerAccount(), 0), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1026, 1099));
+}
+
+class QelMailerConfigTest : public testing::Test {
+protected:
+    [[nodiscard]] QelMessageIterator& cursor() const { return message.cursor(); }
+    /// Writes at an element of its own, and comes back to the root.
+    void write(const QelMailerConfig& written) const {
+        cursor().newChild(record);
+        EXPECT_EQ(cursor().putObj(written, 0), 0);
+        cursor().seekRoot();
+        cursor().seek(record);
+    }
+
+    TestMessage message;
+    QelMailerConfig config;
+};
+
+TEST_F(QelMailerConfigTest, TheWriterLeavesTheCursorAtTheAccounts) {
+    cursor().newChild(record);
+    EXPECT_EQ(cursor().putObj(config, 0), 0);
+    EXPECT_EQ(cursor().curID(), accounts);
+    cursor().seekUp();
+    EXPECT_EQ(cursor().curID(), record);
+    EXPECT_THAT(childIDs(cursor()), ElementsAre(enabled, accounts));
+}
+
+TEST_F(QelMailerConfigTest, TheReaderLeavesTheCursorAtTheAccounts) {
+    config.account1044 = account("agent", "a@example.org");
+    write(config);
+    QelMailerConfig read;
+    EXPECT_EQ(cursor().getObj(read, 0), 0);
+    EXPECT_EQ(cursor().curID(), accounts);
+    cursor().seekUp();
+    EXPECT_EQ(cursor().curID(), record);
+    EXPECT_EQ(read.account1044->address1099, "a@example.org");
+    EXPECT_FALSE(read.account2152.isSpecified());
+}
+
+TEST_F(QelMailerConfigTest, WithoutTheAccountsItReadsWithNone) {
+    cursor().newChild(record);
+    cursor().putValue(1, enabled);
+    EXPECT_EQ(cursor().getObj(config, 0), 0);
+    EXPECT_TRUE(config.enabled2150);
+    EXPECT_FALSE(config.account2152.isSpecified());
+    EXPECT_FALSE(config.account1044.isSpecified());
+    EXPECT_EQ(cursor().curID(), record);
+}
+
+TEST_F(QelMailerConfigTest, WithoutTheSwitchItIsRefusedAndTheCursorStays) {
+    cursor().newChild(record);
+    cursor().putChild(accounts);
+    EXPECT_EQ(cursor().getObj(config, 0), -1);
+    EXPECT_EQ(cursor().curID(), record);
+}
+
+TEST_F(QelMailerConfigTest, AnAbsentAccountLeavesTheOneThatWasThere) {
+    write(QelMailerConfig());
+    config.account2152 = account("kept", "");
+    EXPECT_EQ(cursor().getObj(config, 0), 0);
+    EXPECT_TRUE(config.account2152.isSpecified());
+    EXPECT_EQ(config.account2152->name, "kept");
+}
+
+TEST_F(QelMailerConfigTest, OnlySpecifiedAccountsAreWritten) {
+    config.account2152 = account("", "");
+    write(config);
+    ASSERT_EQ(cursor().seek(accounts), 0);
+    EXPECT_THAT(childIDs(cursor()), ElementsAre(account2152));
+}
+
+TEST_F(QelMailerConfigTest, MergingTakesTheSwitchAndTheSpecifiedAccounts) {
+    config.enabled2150 = true;
+    config.account2152 = account("own", "own");
+    QelMailerConfig other;
+    other.account1044 = account("other", "o@example.org");
+    EXPECT_EQ(config.merge(other), 0);
+    EXPECT_FALSE(config.enabled2150);
+    EXPECT_EQ(config.account2152->name, "own");
+    EXPECT_TRUE(config.account1044.isSpecified());
+    EXPECT_EQ(config.account1044->name, "other");
+    EXPECT_EQ(config.account1044->address1099, "o@example.org");
+}
+
+TEST_F(QelMailerConfigTest, AnAccountThatIsNoLongerSpecifiedIsNotMerged) {
+    QelMailerConfig other;
+    other.account2152 = account("gone", "");
+    other.account2152.specify(false);
+    EXPECT_EQ(config.merge(other), 0);
+    EXPECT_FALSE(config.account2152.isSpecified());
+    EXPECT_EQ(config.account2152->name, "");
+}
+
+} // namespace
+} // namespace Qel

@@ -1,0 +1,107 @@
+#include "QelFunctionalityCore/Host/QelStatistics.h"
+
+#include <gmock/gmock.h>
+
+#include "OddAnswers.h"
+#include "support/TestMessage.h"
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+
+TEST(QelStatisticsTest, EachStandsInTheSameNamespaceAndOnlyTheUsageHasAType) {
+    EXPECT_EQ(QelUsageStats::Writer::getTypeID(), 144);
+    for (const int nsID :
+         {QelUsageStats::Writer::getNSID(), QelStats::Writer::getNSID(), QelNetTransferStat::Writer::getNSID(),
+          QelNetTransfer::Writer::getNSID(), QelCPULoad::Writer::getNSID(), QelLoadAvg1::Writer::getNSID(),
+          QelLoadAvg::Writer::getNSID()})
+        EXPECT_EQ(nsID, 292);
+    for (const int typeID :
+         {QelStats::Writer::getTypeID(), QelNetTransferStat::Writer::getTypeID(), QelNetTransfer::Writer::getTypeID(),
+          QelCPULoad::Writer::getTypeID(), QelLoadAvg1::Writer::getTypeID(), QelLoadAvg::Writer::getTypeID()})
+        EXPECT_EQ(typeID, 50);
+}
+
+TEST(QelStatisticsTest, EachNumberOfAUsageMustBeThere) {
+    for (const int element : {1040, 1058, 1059}) {
+        const TestMessage message;
+        EXPECT_EQ(message.cursor().putObj(QelUsageStats{1LL << 40, 2, 3}, 0), 0);
+        EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1040, 1058, 1059));
+        QelUsageStats read;
+        EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+        EXPECT_EQ(read.total, 1LL << 40);
+        EXPECT_EQ(read.free, 3);
+        message.cursor().deleteChild(element);
+        EXPECT_EQ(message.cursor().getObj(read, 0), -1) << element;
+    }
+}
+
+TEST(QelStatisticsTest, ACounterIsWrittenFromItsTotalOn) {
+    const TestMessage message;
+    EXPECT_EQ(message.cursor().putObj(QelStats(), 0), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1040, 1065, 1060, 1061, 1062));
+}
+
+TEST(QelStatisticsTest, TrafficInOneDirectionNeedsItsSecondNumberOnly) {
+    const TestMessage message;
+    EXPECT_EQ(message.cursor().putObj(QelNetTransferStat(), 0), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1056, 1055));
+    message.cursor().deleteChild(1056);
+    QelNetTransferStat read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    message.cursor().deleteChild(1055);
+    message.cursor().putValue(4, 1056);
+    EXPECT_EQ(message.cursor().getObj(read, 0), -1);
+    EXPECT_EQ(read.f1056, 4);
+}
+
+TEST(QelStatisticsTest, OfALoadAverageOnlyTheLastIsNeeded) {
+    const TestMessage message;
+    QelLoadAvg1 average;
+    average.f1065 = 0.25;
+    EXPECT_EQ(message.cursor().putObj(average, 0), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1065, 1060, 1061, 1062));
+    for (const int element : {1060, 1061, 1062})
+        message.cursor().deleteChild(element);
+    QelLoadAvg1 read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(read.f1065, 0.25);
+    message.cursor().deleteChild(1065);
+    message.cursor().putValueDouble(0.5, 1062);
+    EXPECT_EQ(message.cursor().getObj(read, 0), -1);
+    EXPECT_EQ(read.f1062, 0.5) << "the others are read before it";
+}
+
+TEST(QelStatisticsTest, LoadAveragesNeedAllThreeSpans) {
+    for (const int element : {1041, 1042, 1043}) {
+        const TestMessage message;
+        EXPECT_EQ(message.cursor().putObj(QelLoadAvg(), 0), 0);
+        message.cursor().deleteChild(element);
+        QelLoadAvg read;
+        EXPECT_EQ(message.cursor().getObj(read, 0), -1) << element;
+    }
+}
+
+TEST(QelStatisticsTest, AProcessorLoadFailsOnAMissingNumber) {
+    for (const int element : {1044, 1025, 1045, 1046}) {
+        const TestMessage message;
+        EXPECT_EQ(message.cursor().putObj(QelCPULoad(), 0), 0);
+        EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1044, 1025, 1045, 1046));
+        message.cursor().deleteChild(element);
+        QelCPULoad read;
+        EXPECT_EQ(message.cursor().getObj(read, 0), -1) << element;
+    }
+}
+
+TEST(QelStatisticsTest, AProcessorLoadTakesAnyAnswerButMinusOne) {
+    const OddAnswers odd(-2);
+    QelCPULoad read;
+    EXPECT_EQ(QelCPULoad::Reader()(odd, read), 0);
+    const OddAnswers plain(-1);
+    EXPECT_EQ(QelCPULoad::Reader()(plain, read), -1);
+}
+
+} // namespace
+} // namespace Qel

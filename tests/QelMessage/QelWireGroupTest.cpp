@@ -1,0 +1,168 @@
+// Rows whose values lie elsewhere than directly in an element of the record, and modifiers of what reading leaves.
+
+#include <gmock/gmock.h>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelWireTable.h"
+#include "support/TestMessage.h"
+
+namespace Qel {
+
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct House {
+    std::string street;
+    int floors = 0;
+    std::string colour;
+    std::vector<std::string> tenants;
+    std::set<std::string> pets;
+    std::vector<int> rooms;
+    bool isOld = false;
+    std::string owner;
+
+    using reader_type = QelRecordReader<House>;
+    using writer_type = QelRecordWriter<House>;
+};
+
+int readOwner(const QelMessageIterator& cursor, House& house) {
+    return cursor.getValue(house.owner, 1031);
+}
+int writeOwner(QelMessageIterator& cursor, const House& house) {
+    return cursor.putValue(house.owner, 1031);
+}
+
+constexpr int outside = 1300;
+constexpr int floors = 1010;
+constexpr int colour = 1011;
+constexpr int tenant = 1025;
+constexpr int pet = 1737;
+constexpr int nameOf = 1026;
+constexpr int room = 1115;
+constexpr int old = 1378;
+
+} // namespace
+
+template <> struct Wire<House> : WireWords<House> {
+    static constexpr QelWireField walls[] = {
+        field<&House::floors>(::Qel::floors, required, always),
+        field<&House::colour>(::Qel::colour, optional, ifSet),
+    };
+    static constexpr QelWireField fields[] = {
+        field<&House::street>(nameOf, required, always),
+        grouped<walls, 292>("outside", outside, required),
+        list<&House::tenants>(tenant, optional).holding(nameOf),
+        list<&House::pets>(pet, optional).holding(nameOf),
+        list<&House::rooms>(room, optional).cleared(),
+        flag<&House::isOld>(old).kept(),
+        step<&readOwner, &writeOwner, std::string>("owner", 1031, ignored),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<House>() {
+    return wireLayoutOf<House>;
+}
+
+namespace {
+
+class QelWireGroupTest : public testing::Test {
+protected:
+    void write(const House& record) { ASSERT_EQ(message->putObj(record, 0), 0); }
+
+    const TestMessage tree;
+    QelMessageIterator* const message = &tree.cursor();
+    House house;
+};
+
+TEST_F(QelWireGroupTest, TheRowsOfAGroupStandInItsElement) {
+    house.floors = 3;
+    house.colour = "red";
+    write(house);
+    EXPECT_EQ(countChildren(*message, floors), 0);
+    ASSERT_EQ(message->seek(outside), 0);
+    EXPECT_EQ(message->curNamespaceID(), 292);
+    EXPECT_EQ(childValue(*message, floors), "3");
+    EXPECT_EQ(childValue(*message, colour), "red");
+    message->seekUp();
+    House read;
+    EXPECT_EQ(message->getObj(read, 0), 0);
+    EXPECT_EQ(read.floors, 3);
+    EXPECT_EQ(read.colour, "red");
+}
+
+TEST_F(QelWireGroupTest, AMissingGroupAndAMissingRowOfItAreToldByTheirPlace) {
+    write(house);
+    ASSERT_EQ(message->seek(outside), 0);
+    message->deleteChild(floors);
+    message->seekUp();
+    House read;
+    EXPECT_EQ(message->getObj(read, 0), -1);
+    EXPECT_EQ(message->curName(), "/");
+    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read House: element id (floors) is missing"));
+    message->deleteChild(outside);
+    EXPECT_EQ(message->getObj(read, 0), -1);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read House: element"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("(outside) is missing"));
+}
+
+TEST_F(QelWireGroupTest, ItemsMayHoldTheirValuesInAnElementOfTheirOwn) {
+    house.tenants = {"b", "a"};
+    house.pets = {"dog", "cat"};
+    write(house);
+    ASSERT_EQ(message->seek(tenant), 0);
+    EXPECT_EQ(childValue(*message, nameOf), "b");
+    message->seekUp();
+    House read;
+    EXPECT_EQ(message->getObj(read, 0), 0);
+    EXPECT_THAT(read.tenants, ElementsAre("b", "a"));
+    EXPECT_THAT(read.pets, ElementsAre("cat", "dog"));
+    message->putValue("value of the item", pet);
+    EXPECT_EQ(message->getObj(read, 0), -1);
+}
+
+TEST_F(QelWireGroupTest, AClearedListHasWhatWasReadLast) {
+    house.rooms = {1, 2};
+    write(house);
+    House read;
+    read.rooms = {9};
+    EXPECT_EQ(message->getObj(read, 0), 0);
+    EXPECT_THAT(read.rooms, ElementsAre(1, 2));
+    message->deleteChild(room);
+    message->deleteChild(room);
+    EXPECT_EQ(message->getObj(read, 0), 0);
+    EXPECT_THAT(read.rooms, IsEmpty());
+}
+
+TEST_F(QelWireGroupTest, AKeptFlagIsOnlyEverSet) {
+    write(house);
+    House read;
+    EXPECT_EQ(message->getObj(read, 0), 0);
+    EXPECT_FALSE(read.isOld);
+    read.isOld = true;
+    EXPECT_EQ(message->getObj(read, 0), 0);
+    EXPECT_TRUE(read.isOld);
+    message->putChild(old);
+    House fresh;
+    EXPECT_EQ(message->getObj(fresh, 0), 0);
+    EXPECT_TRUE(fresh.isOld);
+}
+
+TEST_F(QelWireGroupTest, TellsItsRowsAndWhatAStepAmountsTo) {
+    const auto& fields = qelWireLayout<House>().fields;
+    EXPECT_EQ(fields[1].codec->kind, QelWireKind::group);
+    const QelWireLayout* const inner = fields[1].codec->layout();
+    EXPECT_EQ(inner->typeName, "House");
+    EXPECT_EQ(inner->nsId, 292);
+    ASSERT_EQ(inner->fields.size(), 2U);
+    EXPECT_EQ(inner->fields[1].name, "colour");
+    EXPECT_EQ(fields[2].value, nameOf);
+    EXPECT_EQ(fields[6].codec->kind, QelWireKind::step);
+    ASSERT_NE(fields[6].codec->item, nullptr);
+    EXPECT_EQ(fields[6].codec->item->kind, QelWireKind::text);
+}
+
+} // namespace
+} // namespace Qel
