@@ -88,7 +88,7 @@ ExitCode runParse(const Invocation& invocation, const Console& console) {
     const bool showSecrets = invocation.has("show-secrets");
     clearErrorMessage();
     const QelBackupURI name(text);
-    const std::string storageError = getErrorMessage();
+    const std::string& storageError = getErrorMessage();
     if (invocation.has("json"))
         printAsJson(console.out, name, showSecrets);
     else if (name.isValid())

@@ -165,6 +165,14 @@ std::optional<QelDisk> HostCollector::disks() {
 
 // --- processes
 
+namespace {
+
+std::string unreadable(const std::string& folder, const std::string& process) {
+    return folder + '/' + process + "/stat: can't be read";
+}
+
+} // namespace
+
 std::optional<QelProcessList> HostCollector::processes() {
     const std::string path = under("/proc");
     std::error_code error;
@@ -177,7 +185,7 @@ std::optional<QelProcessList> HostCollector::processes() {
     for (; entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const std::string name = entry->path().filename().string();
         if (isNumber(name) && !readProcess(name, list))
-            m_problems.push_back(path + '/' + name + "/stat: can't be read");
+            m_problems.push_back(unreadable(path, name));
     }
     return list;
 }

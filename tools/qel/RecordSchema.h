@@ -10,7 +10,7 @@ namespace Qel::Tool {
 /// A kind of element that may stand below the root of a message.
 struct SchemaElement {
     std::string name; ///< empty for any
-    const QelRecordType* type;
+    const QelRecordType* type = nullptr;
 };
 
 /// A schema in RELAX NG (ISO/IEC 19757-2, XML syntax) for the text form of messages that hold these elements, as often
