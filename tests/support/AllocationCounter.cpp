@@ -33,6 +33,12 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
     throw std::bad_alloc();
 }
 
+// The sanitizers' own doesn't call the throwing one.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    count.fetch_add(1, std::memory_order_relaxed);
+    return std::malloc(size != 0 ? size : 1);
+}
+
 void operator delete(void* memory, std::align_val_t) noexcept {
     std::free(memory);
 }

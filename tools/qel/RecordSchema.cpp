@@ -426,7 +426,7 @@ std::vector<RecordNode> typedRecords() {
 
 std::string recordSchema(std::span<const SchemaElement> elements) {
     pugi::xml_document document;
-    Node grammar = append(document, "grammar");
+    Node grammar = document.append_child("grammar");
     grammar.append_attribute("xmlns") = "http://relaxng.org/ns/structure/1.0";
     grammar.append_attribute("datatypeLibrary") = "http://www.w3.org/2001/XMLSchema-datatypes";
     Node message = writeMessage(grammar);

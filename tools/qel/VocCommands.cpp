@@ -276,9 +276,9 @@ ExitCode mergeSingle(Merge& merge, const std::string& file, QelMessage* message,
 
 /// What a vocabulary without a name in this file is called; empty, and an error, if it can't have that name.
 std::string nameFor(const std::string& file, const Invocation& invocation, const Console& console) {
-    const std::string name = invocation.has("name")   ? invocation.options["name"].as<std::string>()
-                             : file == standardStream ? std::string()
-                                                      : std::filesystem::path(file).filename().string();
+    std::string name = invocation.has("name")   ? invocation.options["name"].as<std::string>()
+                       : file == standardStream ? std::string()
+                                                : std::filesystem::path(file).filename().string();
     if (!name.empty() && name.size() < sizeof(QelVocID::name))
         return name;
     console.fail(ExitCode::usage,
