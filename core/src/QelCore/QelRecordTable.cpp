@@ -1,5 +1,6 @@
 #include "QelCore/QelRecordTable.h"
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -9,100 +10,182 @@ namespace Qel::QelRecordTable {
 
 namespace {
 
-// Four records are 20 words, or five vectors of four words.  Of these the first holds keys only, and each of the others
-// one pointer, in a lane of its own.
-constexpr std::size_t wordsInVector = 4;
-constexpr std::size_t recordsInGroup = 4;
-constexpr std::size_t vectorsInGroup = 5;
-constexpr std::size_t groupBytes = recordsInGroup * recordBytes;
+using Word = std::uint32_t;
+constexpr std::size_t wordsInRecord = recordBytes / sizeof(Word);
 
-using Vector = std::uint32_t __attribute__((vector_size(wordsInVector * sizeof(std::uint32_t))));
-static_assert(sizeof(Vector) * vectorsInGroup == groupBytes);
+/// As many records as a vector has words are this many vectors.
+constexpr std::size_t vectorsInGroup = wordsInRecord;
 
-constexpr std::uint32_t null = pointer_type<int>::nullDistance;
+using Vector128 = Word __attribute__((vector_size(16)));
+using Vector256 = Word __attribute__((vector_size(32)));
+using Vector512 = Word __attribute__((vector_size(64)));
+
+template <class Vector> constexpr std::size_t recordsInGroup = sizeof(Vector) / sizeof(Word);
+template <class Vector> constexpr std::size_t groupBytes = sizeof(Vector) * vectorsInGroup;
+
+constexpr Word null = pointer_type<int>::nullDistance;
+
+/// For each word of a group all bits if it is a pointer, and none if it belongs to a key.
+template <class Vector>
+constexpr auto pointerWords = [] {
+    std::array<Word, groupBytes<Vector> / sizeof(Word)> words{};
+    for (std::size_t i = 0; i < words.size(); ++i)
+        words[i] = i % wordsInRecord == wordsInRecord - 1 ? ~Word{0} : 0;
+    return words;
+}();
 
 /// Bytes that each pointer changes by.
-std::uint32_t shiftBetween(const char* source, const char* target) noexcept {
-    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(source) -
-                                      reinterpret_cast<std::uintptr_t>(target));
+Word shiftBetween(const char* source, const char* target) noexcept {
+    return static_cast<Word>(reinterpret_cast<std::uintptr_t>(source) - reinterpret_cast<std::uintptr_t>(target));
 }
 
-void moveOne(const char* source, char* target, std::uint32_t shift) noexcept {
-    std::uint32_t words[recordBytes / sizeof(std::uint32_t)];
+void moveOne(const char* source, char* target, Word shift) noexcept {
+    Word words[wordsInRecord];
     std::memcpy(words, source, recordBytes);
-    std::uint32_t& pointer = words[keyBytes / sizeof(std::uint32_t)];
+    Word& pointer = words[keyBytes / sizeof(Word)];
     pointer = pointer == null ? null : pointer + shift;
     std::memcpy(target, words, recordBytes);
 }
 
-/// What the pointers of a group change by: one lane of each vector but the first.
-struct GroupShift {
-    explicit GroupShift(std::uint32_t shift) noexcept
-        : second{shift, 0, 0, 0}, third{0, shift, 0, 0}, fourth{0, 0, shift, 0}, fifth{0, 0, 0, shift} {}
-
-    Vector second;
-    Vector third;
-    Vector fourth;
-    Vector fifth;
-};
-
-/// Adds in the lanes that aren't null.  Words of keys are shifted by nothing, whatever they look like.
-void add(Vector& words, const Vector& shift) noexcept {
-    words += reinterpret_cast<Vector>(words != null) & shift;
+/// Moves whole groups, the next of which lies `step` bytes from the one before on both sides.  Reads a group before it
+/// writes it, so the two may overlap.
+///
+/// Inlined into a function for each processor, whose instructions it takes on.  The vectors have names, and no array,
+/// so that the compiler keeps them in registers.
+template <class Vector>
+[[gnu::always_inline]] inline void moveGroups(const char* from, char* to, std::size_t groups, std::ptrdiff_t step,
+                                              Word shift) noexcept {
+    constexpr std::size_t size = sizeof(Vector);
+    Vector shift0;
+    Vector shift1;
+    Vector shift2;
+    Vector shift3;
+    Vector shift4;
+    std::memcpy(&shift0, &pointerWords<Vector>[0 * recordsInGroup<Vector>], size);
+    std::memcpy(&shift1, &pointerWords<Vector>[1 * recordsInGroup<Vector>], size);
+    std::memcpy(&shift2, &pointerWords<Vector>[2 * recordsInGroup<Vector>], size);
+    std::memcpy(&shift3, &pointerWords<Vector>[3 * recordsInGroup<Vector>], size);
+    std::memcpy(&shift4, &pointerWords<Vector>[4 * recordsInGroup<Vector>], size);
+    shift0 &= shift;
+    shift1 &= shift;
+    shift2 &= shift;
+    shift3 &= shift;
+    shift4 &= shift;
+    for (; groups > 0; --groups, from += step, to += step) {
+        Vector words0;
+        Vector words1;
+        Vector words2;
+        Vector words3;
+        Vector words4;
+        std::memcpy(&words0, from, size);
+        std::memcpy(&words1, from + size, size);
+        std::memcpy(&words2, from + 2 * size, size);
+        std::memcpy(&words3, from + 3 * size, size);
+        std::memcpy(&words4, from + 4 * size, size);
+        words0 += reinterpret_cast<Vector>(words0 != null) & shift0;
+        words1 += reinterpret_cast<Vector>(words1 != null) & shift1;
+        words2 += reinterpret_cast<Vector>(words2 != null) & shift2;
+        words3 += reinterpret_cast<Vector>(words3 != null) & shift3;
+        words4 += reinterpret_cast<Vector>(words4 != null) & shift4;
+        std::memcpy(to, &words0, size);
+        std::memcpy(to + size, &words1, size);
+        std::memcpy(to + 2 * size, &words2, size);
+        std::memcpy(to + 3 * size, &words3, size);
+        std::memcpy(to + 4 * size, &words4, size);
+    }
 }
 
-/// Reads the whole group before it writes, so the two may overlap.  The vectors have names, and no array, so that the
-/// compiler keeps them in registers.
-void moveGroup(const char* source, char* target, const GroupShift& shift) noexcept {
-    Vector first;
-    Vector second;
-    Vector third;
-    Vector fourth;
-    Vector fifth;
-    std::memcpy(&first, source, sizeof(Vector));
-    std::memcpy(&second, source + sizeof(Vector), sizeof(Vector));
-    std::memcpy(&third, source + 2 * sizeof(Vector), sizeof(Vector));
-    std::memcpy(&fourth, source + 3 * sizeof(Vector), sizeof(Vector));
-    std::memcpy(&fifth, source + 4 * sizeof(Vector), sizeof(Vector));
-    add(second, shift.second);
-    add(third, shift.third);
-    add(fourth, shift.fourth);
-    add(fifth, shift.fifth);
-    std::memcpy(target, &first, sizeof(Vector));
-    std::memcpy(target + sizeof(Vector), &second, sizeof(Vector));
-    std::memcpy(target + 2 * sizeof(Vector), &third, sizeof(Vector));
-    std::memcpy(target + 3 * sizeof(Vector), &fourth, sizeof(Vector));
-    std::memcpy(target + 4 * sizeof(Vector), &fifth, sizeof(Vector));
+/// Moves the groups that `count` records begin with.  What is left of them is told by the references.
+template <class Vector>
+[[gnu::always_inline]] inline void groupsUpwards(const char*& from, char*& to, std::size_t& count) noexcept {
+    const std::size_t groups = count / recordsInGroup<Vector>;
+    moveGroups<Vector>(from, to, groups, groupBytes<Vector>, shiftBetween(from, to));
+    from += groups * groupBytes<Vector>;
+    to += groups * groupBytes<Vector>;
+    count %= recordsInGroup<Vector>;
 }
 
-} // namespace
+/// The same for the groups that they end with; `from` and `to` are the ends.
+template <class Vector>
+[[gnu::always_inline]] inline void groupsDownwards(const char*& from, char*& to, std::size_t& count) noexcept {
+    const std::size_t groups = count / recordsInGroup<Vector>;
+    constexpr auto step = static_cast<std::ptrdiff_t>(groupBytes<Vector>);
+    moveGroups<Vector>(from - step, to - step, groups, -step, shiftBetween(from, to));
+    from -= groups * groupBytes<Vector>;
+    to -= groups * groupBytes<Vector>;
+    count %= recordsInGroup<Vector>;
+}
 
-void moveUpwards(const void* source, void* target, std::size_t count) noexcept {
+template <class Vector>
+[[gnu::always_inline]] inline void upwards(const void* source, void* target, std::size_t count) noexcept {
     const auto* from = static_cast<const char*>(source);
     auto* to = static_cast<char*>(target);
-    const std::uint32_t shift = shiftBetween(from, to);
-    const GroupShift groupShift(shift);
-    for (; count >= recordsInGroup; count -= recordsInGroup, from += groupBytes, to += groupBytes)
-        moveGroup(from, to, groupShift);
+    groupsUpwards<Vector>(from, to, count);
+    groupsUpwards<Vector128>(from, to, count);
+    const Word shift = shiftBetween(from, to);
     for (; count > 0; --count, from += recordBytes, to += recordBytes)
         moveOne(from, to, shift);
 }
 
-void moveDownwards(const void* source, void* target, std::size_t count) noexcept {
+template <class Vector>
+[[gnu::always_inline]] inline void downwards(const void* source, void* target, std::size_t count) noexcept {
     const char* from = static_cast<const char*>(source) + count * recordBytes;
     char* to = static_cast<char*>(target) + count * recordBytes;
-    const std::uint32_t shift = shiftBetween(from, to);
-    const GroupShift groupShift(shift);
-    for (; count >= recordsInGroup; count -= recordsInGroup) {
-        from -= groupBytes;
-        to -= groupBytes;
-        moveGroup(from, to, groupShift);
-    }
+    groupsDownwards<Vector>(from, to, count);
+    groupsDownwards<Vector128>(from, to, count);
+    const Word shift = shiftBetween(from, to);
     for (; count > 0; --count) {
         from -= recordBytes;
         to -= recordBytes;
         moveOne(from, to, shift);
     }
+}
+
+void upwardsBaseline(const void* source, void* target, std::size_t count) noexcept {
+    upwards<Vector128>(source, target, count);
+}
+void downwardsBaseline(const void* source, void* target, std::size_t count) noexcept {
+    downwards<Vector128>(source, target, count);
+}
+
+[[gnu::target("avx2")]] void upwardsAvx2(const void* source, void* target, std::size_t count) noexcept {
+    upwards<Vector256>(source, target, count);
+}
+[[gnu::target("avx2")]] void downwardsAvx2(const void* source, void* target, std::size_t count) noexcept {
+    downwards<Vector256>(source, target, count);
+}
+
+[[gnu::target("avx512f")]] void upwardsAvx512(const void* source, void* target, std::size_t count) noexcept {
+    upwards<Vector512>(source, target, count);
+}
+[[gnu::target("avx512f")]] void downwardsAvx512(const void* source, void* target, std::size_t count) noexcept {
+    downwards<Vector512>(source, target, count);
+}
+
+constexpr Mover allMovers[] = {{"AVX-512", upwardsAvx512, downwardsAvx512},
+                               {"AVX2", upwardsAvx2, downwardsAvx2},
+                               {"baseline", upwardsBaseline, downwardsBaseline}};
+
+/// How many of them this processor doesn't understand.
+std::size_t countUnusable() noexcept {
+    if (__builtin_cpu_supports("avx512f"))
+        return 0;
+    return __builtin_cpu_supports("avx2") ? 1 : 2;
+}
+
+} // namespace
+
+std::span<const Mover> movers() noexcept {
+    static const std::span<const Mover> usable = std::span(allMovers).subspan(countUnusable());
+    return usable;
+}
+
+void moveUpwards(const void* source, void* target, std::size_t count) noexcept {
+    movers().front().upwards(source, target, count);
+}
+
+void moveDownwards(const void* source, void* target, std::size_t count) noexcept {
+    movers().front().downwards(source, target, count);
 }
 
 } // namespace Qel::QelRecordTable

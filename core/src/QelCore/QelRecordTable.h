@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 
 namespace Qel {
 
@@ -19,6 +20,16 @@ void moveUpwards(const void* source, void* target, std::size_t count) noexcept;
 
 /// Starts with the highest record: `target` may overlap `source` from above.
 void moveDownwards(const void* source, void* target, std::size_t count) noexcept;
+
+/// The two operations, for vectors of one width.
+struct Mover {
+    const char* instructions; ///< name of what the processor has to understand
+    void (*upwards)(const void* source, void* target, std::size_t count) noexcept;
+    void (*downwards)(const void* source, void* target, std::size_t count) noexcept;
+};
+
+/// Those that this processor understands, the fastest first.  The operations above take that one.
+[[nodiscard]] std::span<const Mover> movers() noexcept;
 
 } // namespace QelRecordTable
 
