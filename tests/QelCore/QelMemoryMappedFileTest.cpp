@@ -3,6 +3,7 @@
 #include <atomic>
 #include <csignal>
 #include <cstring>
+#include <fstream>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -22,6 +23,8 @@ namespace {
 
 constexpr tFileMappingOptions options(7, fileOpenOrCreate, accessReadWrite, mapSizeAsAsked);
 const unsigned page = QelMemoryMappedFile::getMemoryPageSize();
+
+constexpr unsigned mebibyte = 1U << 20U;
 
 /// Descriptors that this process has open.
 int openDescriptors() {
@@ -127,6 +130,84 @@ TEST(QelMemoryMappedFileTest, FileWithHolesIsMappedAsFarAsItWasAskedFor) {
     QelMemoryMappedFile all;
     ASSERT_EQ(all.remap(16 * page, nullptr, &first), 0);
     EXPECT_NE(all.getMemory(), first.getMemory());
+}
+
+TEST(QelMemoryMappedFileTest, FileOfAMebibyteGrowsWhereItIsMapped) {
+    const TempFile name;
+    QelMemoryMappedFile first;
+    ASSERT_EQ(first.map(name.path(), mebibyte, options, nullptr), 0);
+    QelMemoryMappedFile larger;
+    ASSERT_EQ(larger.remap(4 * mebibyte, nullptr, &first), 0);
+    EXPECT_EQ(larger.getMemory(), first.getMemory());
+    EXPECT_EQ(first.getSize(), mebibyte);
+    EXPECT_EQ(larger.getSize(), 4 * mebibyte);
+    EXPECT_EQ(name.size(), 4 * mebibyte);
+    bytesOf(larger)[4 * mebibyte - 1] = 'z';
+    QelMemoryMappedFile beyond;
+    ASSERT_EQ(beyond.remap(4 * mebibyte + page, nullptr, &larger), 0);
+    EXPECT_NE(beyond.getMemory(), larger.getMemory());
+    EXPECT_EQ(bytesOf(beyond)[4 * mebibyte - 1], 'z');
+}
+
+TEST(QelMemoryMappedFileTest, GrowthInPlaceFailsOnAFullDisk) {
+    EXPECT_EQ(inChild([] {
+                  const TempFile name;
+                  std::signal(SIGXFSZ, SIG_IGN);
+                  const rlimit limit{2 * mebibyte, 2 * mebibyte};
+                  if (setrlimit(RLIMIT_FSIZE, &limit))
+                      return 1;
+                  QelMemoryMappedFile file;
+                  if (file.map(name.path(), 2 * mebibyte, options, nullptr))
+                      return 2;
+                  QelMemoryMappedFile larger;
+                  return larger.remap(3 * mebibyte, nullptr, &file) && !larger.getMemory() ? 0 : 3;
+              }),
+              0);
+}
+
+#ifndef __SANITIZE_ADDRESS__ // which needs more addresses than any limit leaves
+TEST(QelMemoryMappedFileTest, FileIsMappedWithoutRoomToGrowWhereAddressesAreShort) {
+    EXPECT_EQ(inChild([] {
+                  const TempFile name;
+                  std::ifstream statistics("/proc/self/statm");
+                  rlim_t pagesUsed = 0;
+                  statistics >> pagesUsed;
+                  const rlim_t most = pagesUsed * page + 20 * mebibyte;
+                  const rlimit limit{most, most};
+                  if (setrlimit(RLIMIT_AS, &limit))
+                      return 1;
+                  QelMemoryMappedFile file;
+                  if (file.map(name.path(), 10 * mebibyte, options, nullptr))
+                      return 2;
+                  QelMemoryMappedFile larger;
+                  return larger.remap(30 * mebibyte, nullptr, &file) && !larger.getMemory() ? 0 : 3;
+              }),
+              0);
+}
+#endif
+
+TEST(QelMemoryMappedFileTest, PrefaultedPagesAreWrittenWithoutFaults) {
+    const TempFile name;
+    QelMemoryMappedFile file;
+    ASSERT_EQ(file.map(name.path(), 2 * mebibyte, options, nullptr), 0);
+    file.prefault(mebibyte + 1);
+    const auto faultsOfWriting = [&](unsigned from) {
+        const auto faults = [] {
+            rusage usage{};
+            getrusage(RUSAGE_SELF, &usage);
+            return usage.ru_minflt + usage.ru_majflt;
+        };
+        const long before = faults();
+        for (unsigned at = from; at < from + mebibyte; at += page)
+            bytesOf(file)[at] = 'x';
+        return faults() - before;
+    };
+    const auto pages = static_cast<long>(mebibyte / page);
+    EXPECT_LT(faultsOfWriting(mebibyte), pages / 2);
+    EXPECT_GE(faultsOfWriting(0), pages / 2) << "in front of what was asked for";
+    file.prefault(2 * mebibyte);
+    QelMemoryMappedFile none;
+    none.prefault(0);
 }
 
 TEST(QelMemoryMappedFileTest, FileThatIsOnlySharedIsLockedButNotMapped) {

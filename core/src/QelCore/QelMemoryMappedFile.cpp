@@ -1,13 +1,16 @@
 #include "QelCore/QelMemoryMappedFile.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <map>
 #include <memory>
+#include <mutex>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
-#include <pthread.h>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -57,27 +60,41 @@ private:
     int m_number;
 };
 
-/// Excludes the threads of one process from each other; flock alone doesn't, since they share the descriptor.  A thread
-/// that locks twice gets EDEADLK.
+/// Excludes the threads of one process from each other; flock alone doesn't, since they share the descriptor.  The
+/// operations give 0 or an error number.
 class ThreadLock {
 public:
-    ThreadLock() {
-        pthread_mutexattr_t attributes;
-        pthread_mutexattr_init(&attributes);
-        pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_ERRORCHECK);
-        pthread_mutex_init(&m_mutex, &attributes);
-        pthread_mutexattr_destroy(&attributes);
+    int lock() {
+        if (isMine())
+            return EDEADLK;
+        m_mutex.lock();
+        m_owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
+        return 0;
     }
-    ThreadLock(const ThreadLock&) = delete;
-    ThreadLock& operator=(const ThreadLock&) = delete;
-    ~ThreadLock() { pthread_mutex_destroy(&m_mutex); }
-
-    int lock() { return pthread_mutex_lock(&m_mutex); }
-    int tryLock() { return pthread_mutex_trylock(&m_mutex); }
-    int unlock() { return pthread_mutex_unlock(&m_mutex); }
+    int tryLock() {
+        if (isMine())
+            return EDEADLK;
+        if (!m_mutex.try_lock())
+            return EBUSY;
+        m_owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
+        return 0;
+    }
+    int unlock() {
+        if (!isMine())
+            return EPERM;
+        m_owner.store(std::thread::id(), std::memory_order_relaxed);
+        m_mutex.unlock();
+        return 0;
+    }
 
 private:
-    pthread_mutex_t m_mutex{};
+    /// Other threads may write the owner meanwhile, but never this one's name, nor over it.
+    [[nodiscard]] bool isMine() const noexcept {
+        return m_owner.load(std::memory_order_relaxed) == std::this_thread::get_id();
+    }
+
+    std::mutex m_mutex;
+    std::atomic<std::thread::id> m_owner{};
 };
 
 } // namespace
@@ -111,11 +128,10 @@ public:
         return new OpenFile(name, std::move(forMapping), std::move(forLocking), identity);
     }
 
-    /// Extends the file to at least `size` bytes and allocates all of them on disk.  `mappable` is then `size`, or the
-    /// length of the whole file if that may be mapped at once.
-    int reserve(unsigned size, unsigned& mappable) {
-        constexpr std::uint64_t mostAtOnce = 64U << 20U; // more would be felt in the address space of 32 bits
-        mappable = size;
+    /// Extends the file to at least `size` bytes and allocates as many of them on disk.  `reserved` tells how many are
+    /// allocated then: `size`, or all of a longer file that has no holes.
+    int reserve(unsigned size, std::uint64_t& reserved) {
+        reserved = size;
         struct stat status {};
         if (fstat(m_forMapping.get(), &status))
             return fail("cannot extend", m_name.c_str(), errno);
@@ -123,8 +139,7 @@ public:
         constexpr std::uint64_t statBlockSize = 512;
         const auto length = static_cast<std::uint64_t>(status.st_size);
         if (length >= size && static_cast<std::uint64_t>(status.st_blocks) * statBlockSize >= length) {
-            if (length <= mostAtOnce)
-                mappable = static_cast<unsigned>(length);
+            reserved = length;
             return 0;
         }
         if (!uninterrupted([&] { return fallocate(m_forMapping.get(), 0, 0, off_t{size}); }))
@@ -141,8 +156,9 @@ public:
         return error ? fail("cannot extend", m_name.c_str(), error) : 0;
     }
 
-    void* map(unsigned size, void* hint) {
-        void* memory = mmap(hint, size, PROT_READ | PROT_WRITE, MAP_SHARED, m_forMapping.get(), 0);
+    void* map(std::uint64_t size, void* hint) {
+        void* memory =
+            mmap(hint, static_cast<std::size_t>(size), PROT_READ | PROT_WRITE, MAP_SHARED, m_forMapping.get(), 0);
         if (memory != MAP_FAILED)
             return memory;
         fail("cannot map", m_name.c_str(), errno);
@@ -230,17 +246,39 @@ private:
 /// Pages of a file in memory, as long as somebody shows them.
 class QelMemoryMappedFile::Pages {
 public:
-    Pages(void* memory, unsigned size) noexcept : m_memory(memory), m_size(size) {}
+    /// Maps `size` bytes at least, of a file of which `reserved` bytes are allocated; null, with the error message set,
+    /// when that isn't possible.
+    ///
+    /// A file that isn't large is mapped whole, and with that, behind the end of one that will soon be, addresses for
+    /// what it grows by: each new mapping costs a page fault for every page that is used again.
+    static std::shared_ptr<const Pages> map(OpenFile& file, unsigned size, std::uint64_t reserved, void* hint) {
+        constexpr std::uint64_t mostAtOnce = 64U << 20U; // more would be felt in the address space of 32 bits
+        constexpr std::uint64_t growsSoon = 1U << 20U;
+        constexpr std::uint64_t roomToGrow = 4;
+        std::uint64_t wanted = size;
+        if (reserved <= mostAtOnce)
+            wanted = reserved < growsSoon ? reserved : std::min(reserved * roomToGrow, mostAtOnce);
+        void* memory = file.map(wanted, hint);
+        if (!memory && wanted > size)
+            memory = file.map(wanted = size, hint);
+        return memory ? std::make_shared<const Pages>(memory, wanted, reserved) : nullptr;
+    }
+
+    Pages(void* memory, std::uint64_t size, std::uint64_t reserved) noexcept
+        : m_memory(memory), m_size(size), m_reserved(reserved) {}
     Pages(const Pages&) = delete;
     Pages& operator=(const Pages&) = delete;
     ~Pages() { munmap(m_memory, m_size); }
 
     [[nodiscard]] void* memory() const noexcept { return m_memory; }
-    [[nodiscard]] unsigned size() const noexcept { return m_size; }
+    [[nodiscard]] bool cover(unsigned size) const noexcept { return size <= m_size; }
+    /// Whether `size` bytes were allocated on disk when this was mapped.
+    [[nodiscard]] bool areReserved(unsigned size) const noexcept { return size <= m_reserved; }
 
 private:
     void* m_memory;
-    unsigned m_size;
+    std::size_t m_size;
+    std::uint64_t m_reserved;
 };
 
 QelMemoryMappedFile::QelMemoryMappedFile() noexcept = default;
@@ -258,8 +296,12 @@ int QelMemoryMappedFile::map(const std::string& name, unsigned size, const tFile
 int QelMemoryMappedFile::remap(unsigned size, void* hint, const QelMemoryMappedFile* other) {
     if (!other || !other->m_file)
         return fail("cannot map", "", EINVAL);
-    if (m_memory || other->m_pages == nullptr || other->m_pages->size() < size)
+    if (m_memory || !other->m_pages || !other->m_pages->cover(size))
         return mapOpenFile(other->m_file, size, hint);
+    std::uint64_t reserved = 0;
+    if (!other->m_pages->areReserved(size))
+        if (const int failed = other->m_file->reserve(size, reserved))
+            return failed;
     m_file = other->m_file;
     show(other->m_pages, size);
     return 0;
@@ -274,14 +316,14 @@ int QelMemoryMappedFile::mapOpenFile(const boost::intrusive_ptr<OpenFile>& file,
         return -1;
     if (m_memory)
         return fail("already mapped", file->name(), EBUSY);
-    unsigned mapped = 0;
-    if (const int failed = file->reserve(size, mapped))
+    std::uint64_t reserved = 0;
+    if (const int failed = file->reserve(size, reserved))
         return failed;
-    void* memory = file->map(mapped, hint);
-    if (!memory)
+    std::shared_ptr<const Pages> pages = Pages::map(*file, size, reserved, hint);
+    if (!pages)
         return -1;
     m_file = file;
-    show(std::make_shared<const Pages>(memory, mapped), size);
+    show(std::move(pages), size);
     return 0;
 }
 
@@ -301,6 +343,14 @@ bool QelMemoryMappedFile::isSameFile(const QelMemoryMappedFile& other) const noe
 
 int QelMemoryMappedFile::syncMemory() {
     return m_memory && msync(m_memory, m_size, MS_ASYNC) ? fail("cannot flush", m_file->name(), errno) : 0;
+}
+
+void QelMemoryMappedFile::prefault(unsigned from) {
+    constexpr unsigned most = 4U << 20U;
+    const unsigned page = getMemoryPageSize();
+    const unsigned begin = std::max(from, m_size - std::min(m_size, most)) / page * page;
+    if (begin < m_size)
+        madvise(static_cast<char*>(m_memory) + begin, m_size - begin, MADV_POPULATE_WRITE);
 }
 
 int QelMemoryMappedFile::protectMemory(bool readOnly) {
