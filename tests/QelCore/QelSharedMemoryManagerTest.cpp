@@ -230,6 +230,24 @@ struct Row {
     std::vector<char*> data;
 };
 
+TEST(QelSharedMemoryManagerTest, BlockThatWillGrowIsTheFrontOfTheFreeBlock) {
+    Heap heap(4096);
+    char* data = heap->allocateToGrow<char>(16);
+    EXPECT_EQ(heap.offsetOf(data), 64U);
+    EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{80, 502}}));
+    EXPECT_TRUE(heap->extend(data, 4000));
+    EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{4064, 4}}));
+    heap.expectSound({{64, 4000}});
+}
+
+TEST(QelSharedMemoryManagerTest, BlockThatWillGrowTakesOneUnitMoreRatherThanLeaveIt) {
+    Heap heap(4096);
+    char* data = heap->allocateToGrow<char>(4096 - 56 - 8 - 8);
+    EXPECT_EQ(heap.offsetOf(data), 64U);
+    EXPECT_EQ(heap->getBlockSize(data), 4096U - 56);
+    EXPECT_TRUE(heap.freeBlocks().empty());
+}
+
 TEST(QelSharedMemoryManagerTest, BlockIsExtendedIntoTheFreeBlockBehindIt) {
     Row row({16, 80});
     const std::size_t at = row.heap.offsetOf(row.data[0]);
@@ -342,7 +360,7 @@ TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInv
         const auto action = random() % 100;
         if (action < 50) {
             const std::size_t bytes = 1 + random() % (random() % 8 ? 200 : 3000);
-            if (const char* data = heap.allocate(bytes)) {
+            if (const char* data = random() % 4 ? heap.allocate(bytes) : heap->allocateToGrow<char>(bytes)) {
                 EXPECT_EQ(heap.offsetOf(data) % 8, 0U);
                 std::memset(heap.base() + heap.offsetOf(data), static_cast<int>(random() % 256), bytes);
                 EXPECT_TRUE(used.emplace(heap.offsetOf(data), bytes).second);

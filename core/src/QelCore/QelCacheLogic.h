@@ -256,6 +256,11 @@ private:
     template <class T> T* unsafe_allocate(unsigned bytes);
     bool unsafe_extend(unsigned bytes);
     template <class T> void unsafe_deallocate(T* data);
+    /// No other thread changes the number meanwhile, so it needn't be changed in one step, which costs more.
+    void countLists(int change) noexcept {
+        m_activeLists.store(m_activeLists.load(std::memory_order_relaxed) + static_cast<unsigned>(change),
+                            std::memory_order_relaxed);
+    }
     [[nodiscard]] Snapshot* acquireSnapshot(StoragePtr& storage);
     void releaseSnapshot(Snapshot* snapshot);
     void releaseItem(ItemValue* item);

@@ -7,6 +7,7 @@
 #include <limits>
 #include <mutex>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 #include "QelCore/QelCacheLogic.h"
@@ -211,11 +212,17 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_checkSize() {
 template <class ItemID, class ItemValue, class Allocator>
 template <class T>
 T* QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_allocate(unsigned bytes) {
-    T* block = header()->heap.template allocate<T>(bytes);
+    // A snapshot of more than a page costs more to copy, each time it grows, than a hole that it can grow into.
+    const bool grows = std::is_same_v<T, Snapshot> && bytes > Storage::getMemoryPageSize();
+    const auto allocate = [&] {
+        Allocator& heap = header()->heap;
+        return grows ? heap.template allocateToGrow<T>(bytes) : heap.template allocate<T>(bytes);
+    };
+    T* block = allocate();
     while (!block) {
         if (!unsafe_extend(bytes))
             return nullptr;
-        block = header()->heap.template allocate<T>(bytes);
+        block = allocate();
     }
     return block;
 }
@@ -224,7 +231,7 @@ T* QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_allocate(unsigned bytes) 
 template <class ItemID, class ItemValue, class Allocator>
 bool QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_extend(unsigned bytes) {
     const std::uint64_t page = Storage::getMemoryPageSize();
-    const std::uint64_t current = m_storage->getSize();
+    const unsigned current = m_storage->getSize();
     const std::uint64_t wanted = current + std::max<std::uint64_t>(current / 5, std::uint64_t{bytes} * 5);
     const std::uint64_t size = (wanted + page - 1) / page * page;
     if (m_maxStorageSize < size)
@@ -238,6 +245,7 @@ bool QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_extend(unsigned bytes) 
         m_storage->protect(true);
     replaceStorage(larger);
     m_header = static_cast<CacheHeader*>(memory);
+    larger->prefault(current);
     header()->heap.resize(m_storage->getSize());
     return true;
 }
@@ -370,7 +378,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::insertItem(const ItemID& id, co
     const NewItem item = storeItem(source, nullptr);
     if (!item.record)
         return item.result;
-    rebased(writable, base)->values.insert(id, item.record);
+    rebased(writable, base)->values.insertAt(index, id, item.record);
     return cacheSuccess;
 }
 
@@ -492,7 +500,7 @@ QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::ValuesList(boost::intru
         return;
     m_snapshot = m_cache->acquireSnapshot(m_storage);
     if (m_snapshot)
-        ++m_cache->m_activeLists;
+        m_cache->countLists(1);
 }
 
 template <class ItemID, class ItemValue, class Allocator>
@@ -502,7 +510,7 @@ QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::~ValuesList() {
     const storageLockGuard_t guard(*m_cache);
     if (!guard.isLocked())
         return;
-    --m_cache->m_activeLists;
+    m_cache->countLists(-1);
     // A cache that was attached anew after its file had been replaced knows nothing of this snapshot.
     if (m_storage->isSameFile(*m_cache->m_storage))
         m_cache->releaseSnapshot(m_cache->rebased(m_snapshot, m_storage->getMemory()));

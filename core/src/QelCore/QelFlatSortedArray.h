@@ -89,9 +89,14 @@ public:
     /// Puts a new record where it belongs and gives it back.  A slot is free and the key isn't present: the caller has
     /// seen to both.
     record_t* insert(const Key& key, mapped_type* value) {
-        QEL_CHECK(m_reserved != 0, sourcePath);
         std::size_t index;
         static_cast<void>(findIndex(key, index));
+        return insertAt(index, key, value);
+    }
+
+    /// The same at the place that `findIndex` told.
+    record_t* insertAt(std::size_t index, const Key& key, mapped_type* value) {
+        QEL_CHECK(m_reserved != 0 && index <= m_count, sourcePath);
         record_t* place = begin() + index;
         QelRecordTable::moveDownwards(place, place + 1, m_count - index);
         place->data = value;

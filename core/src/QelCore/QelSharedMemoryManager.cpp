@@ -1,11 +1,14 @@
 #include "QelCore/QelSharedMemoryManager.h"
 
 #include <algorithm>
-#include <array>
+
+#include "QelCore/QelFreeListWalk.h"
 
 namespace Qel {
 
 namespace {
+
+using block_ctrl = QelSharedMemoryManager::block_ctrl;
 
 constexpr const char* sourcePath = "core/src/QelCore/QelSharedMemoryManager";
 
@@ -13,98 +16,56 @@ bool isAligned(const void* pointer) {
     return reinterpret_cast<std::uintptr_t>(pointer) % QelSharedMemoryManager::unitSize == 0;
 }
 
-/// Where the free blocks lay at the last walk of a list, in their order: offsets from the sentinel, which ends the list
-/// as offset 0.
-class RememberedPath {
-public:
-    /// Kept out of line: the compiler holds the address of such a variable for cheap and would ask for it at every
-    /// step.
-    [[gnu::noinline]] static RememberedPath& ofThisThread() noexcept {
-        thread_local RememberedPath path;
-        return path;
-    }
+struct FreeBlock {
+    block_ctrl* previous = nullptr;
+    block_ctrl* block = nullptr;
+    QelFreeListWalk::Place place;
+};
 
-    /// Whether the block at `step` is remembered at `offset`.
-    [[nodiscard]] bool confirms(std::size_t step, std::uint32_t offset) const noexcept {
-        return step < m_count && differs(m_offsets[step], offset) == 0;
-    }
-    [[nodiscard]] std::uint32_t at(std::size_t step) const noexcept { return m_offsets[step]; }
-
-    /// Learns that the block at `step` lies at `offset`.  Most often that is a block that came between two known ones,
-    /// or one behind some that went, so what follows is kept.
-    [[gnu::noinline]] void correct(std::size_t step, std::uint32_t offset) noexcept {
-        constexpr std::size_t mostGone = 8;
-        if (step >= capacity)
-            return;
-        const auto here = m_offsets.begin() + static_cast<std::ptrdiff_t>(step);
-        const auto end = m_offsets.begin() + static_cast<std::ptrdiff_t>(m_count);
-        const auto limit = m_offsets.begin() + static_cast<std::ptrdiff_t>(std::min(m_count, step + mostGone));
-        const auto known = here < limit ? std::find(here, limit, offset) : limit;
-        if (known < limit) {
-            std::copy(known, end, here);
-            m_count -= static_cast<std::size_t>(known - here);
-            return;
+/// Best fit, cut short by the first block of which at most a quarter would be left over.
+FreeBlock findFreeBlock(QelFreeListWalk& walk, unsigned need) {
+    FreeBlock best;
+    std::uint32_t bestSize = ~std::uint32_t{0};
+    for (; !walk.atEnd(); walk.advance()) {
+        const std::uint32_t size = walk.blocks();
+        if (size < need)
+            continue;
+        const bool fits = std::uint64_t{size - need} * 4 <= size;
+        if (fits || !best.block || size < bestSize) {
+            best = {walk.previous(), walk.block(), walk.place()};
+            bestSize = size;
         }
-        if (m_count < capacity)
-            ++m_count;
-        std::copy_backward(here, m_offsets.begin() + static_cast<std::ptrdiff_t>(m_count) - 1,
-                           m_offsets.begin() + static_cast<std::ptrdiff_t>(m_count));
-        *here = offset;
+        if (fits)
+            break;
     }
+    QEL_CHECK(!walk.isBroken(), sourcePath);
+    return best;
+}
 
-private:
-    static constexpr std::size_t capacity = 1024;
-
-    /// Zero if the two are equal, by a way that the compiler can't see through.  If it could, it would take the one for
-    /// the other, and the walk would wait for the one that comes from memory.
-    static std::uint32_t differs(std::uint32_t a, std::uint32_t b) noexcept {
-        std::uint32_t difference = a ^ b;
-        asm("" : "+r"(difference));
-        return difference;
+/// Takes `units` from the front of a free block, or all of it if the rest would have no room for data.  Gives back how
+/// many were taken.
+unsigned takeFront(block_ctrl* previous, block_ctrl* block, unsigned units) {
+    if (block->blocks <= units + 1) {
+        previous->next = block->next;
+        return block->blocks;
     }
+    auto* rest = reinterpret_cast<block_ctrl*>(reinterpret_cast<std::uintptr_t>(block) +
+                                               std::uintptr_t{units} * QelSharedMemoryManager::unitSize);
+    rest->blocks = block->blocks - units;
+    rest->next = block->next;
+    previous->next = rest;
+    return units;
+}
 
-    std::array<std::uint32_t, capacity> m_offsets{};
-    std::size_t m_count = 0;
-};
-
-/// Walks the free list from the sentinel on.
-///
-/// A block lies in a page of its own, and is known only when the one before has been read: a plain walk waits for
-/// memory at every step.  This one takes the next block from the path that it remembers, while the processor still
-/// compares that with the list, and so reads many blocks at once.  The path is never believed: it doesn't matter that
-/// other processes change the list meanwhile, or that the path is one of another file.
-class FreeListWalk {
-public:
-    using block_ctrl = QelSharedMemoryManager::block_ctrl;
-
-    explicit FreeListWalk(block_ctrl* sentinel) noexcept
-        : m_base(reinterpret_cast<std::uintptr_t>(sentinel)), m_previous(sentinel), m_block(follow(sentinel)) {}
-
-    [[nodiscard]] block_ctrl* previous() const noexcept { return m_previous; }
-    [[nodiscard]] block_ctrl* block() const noexcept { return m_block; }
-
-    void advance() noexcept {
-        m_previous = m_block;
-        m_block = follow(m_block);
-    }
-
-private:
-    block_ctrl* follow(const block_ctrl* block) noexcept {
-        block_ctrl* next = block->next.get();
-        const auto offset = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(next) - m_base);
-        const std::size_t step = m_step++;
-        if (m_path.confirms(step, offset)) [[likely]]
-            return reinterpret_cast<block_ctrl*>(m_base + m_path.at(step));
-        m_path.correct(step, offset);
-        return next;
-    }
-
-    RememberedPath& m_path = RememberedPath::ofThisThread();
-    std::uintptr_t m_base;
-    std::size_t m_step = 0;
-    block_ctrl* m_previous;
-    block_ctrl* m_block;
-};
+/// Has the processor fetch free memory that is likely to be written next.  Who writes a record waits for nothing else
+/// as long, and meanwhile the lock changes hands.
+void fetchForWriting(const void* data, std::size_t bytes) {
+    constexpr std::size_t lineSize = 64;
+    constexpr std::size_t most = 2048; // more at once would wait for each other
+    const char* first = static_cast<const char*>(data);
+    for (std::size_t line = 0; line < std::min(bytes, most); line += lineSize)
+        __builtin_prefetch(first + line, 1, 2);
+}
 
 } // namespace
 
@@ -134,28 +95,7 @@ void QelSharedMemoryManager::resize(std::size_t newSize) {
     grow(added);
 }
 
-/// Best fit, cut short by the first block of which at most a quarter would be left over.
-QelSharedMemoryManager::FreeBlock QelSharedMemoryManager::findFreeBlock(unsigned need) {
-    FreeBlock best{nullptr, nullptr};
-    const block_ctrl* sentinel = end();
-    const std::uintptr_t lower = lowerBound();
-    const std::uintptr_t upper = upperBound();
-    for (FreeListWalk walk(end()); walk.block() != sentinel; walk.advance()) {
-        block_ctrl* block = walk.block();
-        const auto address = reinterpret_cast<std::uintptr_t>(block);
-        // Rising addresses keep the walk in a damaged file from going round for ever.
-        QEL_CHECK(lower <= address && address < upper && block->blocks != 0 && walk.previous() < block, sourcePath);
-        if (block->blocks < need)
-            continue;
-        if (std::uint64_t{block->blocks - need} * 4 <= block->blocks)
-            return {walk.previous(), block};
-        if (!best.block || best.block->blocks > block->blocks)
-            best = {walk.previous(), block};
-    }
-    return best;
-}
-
-void* QelSharedMemoryManager::allocateData(std::size_t bytes) {
+void* QelSharedMemoryManager::allocateData(std::size_t bytes, Side side) {
     if (bytes == 0)
         return nullptr;
     const std::int64_t largest =
@@ -163,12 +103,15 @@ void* QelSharedMemoryManager::allocateData(std::size_t bytes) {
     if (largest < 0 || static_cast<std::uint64_t>(largest) < bytes)
         return nullptr;
     const unsigned need = getBlocks(static_cast<unsigned>(bytes)) + block_ctrl::headSize / unitSize;
-    const FreeBlock best = findFreeBlock(need);
+    QelFreeListWalk walk(m_header);
+    const FreeBlock best = findFreeBlock(walk, need);
     block_ctrl* block = best.block;
     if (!block)
         return nullptr;
 
-    if (block->blocks > need + 1) {
+    if (side == Side::front) {
+        block->blocks = takeFront(best.previous, block, need);
+    } else if (block->blocks > need + 1) {
         // The tail is handed out, so that the free block keeps its place in the list.
         block->blocks -= need;
         block = block->adjacent();
@@ -178,6 +121,7 @@ void* QelSharedMemoryManager::allocateData(std::size_t bytes) {
         // One unit more than asked for stays in the block: a block of one unit would have no room for data.
         best.previous->next = block->next;
     }
+    walk.changedAt(best.place);
     m_header.ttlAllocated += static_cast<std::uint32_t>(block->getSize());
     void* data = block->getData();
     QEL_CHECK(isAligned(data), sourcePath);
@@ -188,8 +132,10 @@ void QelSharedMemoryManager::deallocateData(void* data) {
     block_ctrl* block = block_ctrl::parse(data);
     QEL_CHECK(isInRange(data) && isInRange(block) && isAligned(data), sourcePath);
     QEL_CHECK(m_header.ttlAllocated >= block->getSize(), sourcePath);
-    m_header.ttlAllocated -= static_cast<std::uint32_t>(block->getSize());
+    const auto size = static_cast<std::uint32_t>(block->getSize());
+    m_header.ttlAllocated -= size;
     link(block);
+    fetchForWriting(data, size); // it fits whoever replaces what lay there
 }
 
 bool QelSharedMemoryManager::extendData(void* data, std::size_t bytes) {
@@ -198,8 +144,8 @@ bool QelSharedMemoryManager::extendData(void* data, std::size_t bytes) {
     const unsigned need = getBlocks(static_cast<unsigned>(bytes)) + block_ctrl::headSize / unitSize;
     if (block->blocks >= need)
         return true;
-    FreeListWalk walk(end());
-    while (walk.block() > walk.previous() && walk.block() < block)
+    QelFreeListWalk walk(m_header);
+    while (!walk.atEnd() && walk.block() < block)
         walk.advance();
     block_ctrl* neighbour = walk.block();
     if (neighbour != block->adjacent())
@@ -208,18 +154,8 @@ bool QelSharedMemoryManager::extendData(void* data, std::size_t bytes) {
     if (neighbour->blocks < missing)
         return false;
 
-    unsigned taken = neighbour->blocks;
-    if (taken > missing + 1) {
-        auto* rest = reinterpret_cast<block_ctrl*>(reinterpret_cast<std::uintptr_t>(neighbour) +
-                                                   std::uintptr_t{missing} * unitSize);
-        rest->blocks = taken - missing;
-        rest->next = neighbour->next;
-        walk.previous()->next = rest;
-        taken = missing;
-    } else {
-        // One unit that is left stays in the block, as when it is handed out.
-        walk.previous()->next = neighbour->next;
-    }
+    const unsigned taken = takeFront(walk.previous(), neighbour, missing);
+    walk.changedAt(walk.place());
     block->blocks += taken;
     m_header.ttlAllocated += taken * unitSize;
     return true;
@@ -227,13 +163,14 @@ bool QelSharedMemoryManager::extendData(void* data, std::size_t bytes) {
 
 /// Puts a block into the free list at its place by address, and merges it with the neighbours that touch it.
 void QelSharedMemoryManager::link(block_ctrl* block) {
-    FreeListWalk walk(end());
-    while (walk.block() > walk.previous() && walk.block() <= block)
+    QelFreeListWalk walk(m_header);
+    while (!walk.atEnd() && walk.block() <= block)
         walk.advance();
     block_ctrl* current = walk.previous();
     block_ctrl* next = walk.block();
     // A block that overlaps its free neighbours was given back before, or never handed out.
-    QEL_CHECK(current->adjacent() <= block && (next <= block || block->adjacent() <= next), sourcePath);
+    QEL_CHECK(!walk.isBroken() && current->adjacent() <= block && (next <= block || block->adjacent() <= next),
+              sourcePath);
 
     const auto swallow = [](block_ctrl* lower, block_ctrl* upper) {
         lower->next = upper->next;
@@ -249,6 +186,7 @@ void QelSharedMemoryManager::link(block_ctrl* block) {
     }
     if (next == block->adjacent())
         swallow(block, next);
+    walk.changedAt(walk.place());
 }
 
 } // namespace Qel

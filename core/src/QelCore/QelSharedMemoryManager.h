@@ -67,7 +67,14 @@ public:
     QelSharedMemoryManager& operator=(const QelSharedMemoryManager&) = delete;
 
     /// `bytes` of 8-aligned memory, its content undefined; null for 0 bytes and when no free block is large enough.
-    template <class T> [[nodiscard]] T* allocate(std::size_t bytes) { return static_cast<T*>(allocateData(bytes)); }
+    template <class T> [[nodiscard]] T* allocate(std::size_t bytes) {
+        return static_cast<T*>(allocateData(bytes, Side::tail));
+    }
+
+    /// The same from the front of the free block, so that `extend` finds the rest of it behind the data.
+    template <class T> [[nodiscard]] T* allocateToGrow(std::size_t bytes) {
+        return static_cast<T*>(allocateData(bytes, Side::front));
+    }
 
     /// Gives back what `allocate` gave.
     template <class T> void deallocate(T* data) { deallocateData(data); }
@@ -116,15 +123,12 @@ public:
 private:
     [[nodiscard]] std::uintptr_t base() const noexcept { return reinterpret_cast<std::uintptr_t>(this); }
 
-    struct FreeBlock {
-        block_ctrl* previous;
-        block_ctrl* block;
-    };
+    /// Of a free block that is larger than needed, the part that is handed out.
+    enum class Side { front, tail };
 
-    [[nodiscard]] void* allocateData(std::size_t bytes);
+    [[nodiscard]] void* allocateData(std::size_t bytes, Side side);
     void deallocateData(void* data);
     [[nodiscard]] bool extendData(void* data, std::size_t bytes);
-    FreeBlock findFreeBlock(unsigned need);
     void link(block_ctrl* block);
 
     header_t m_header;
