@@ -92,7 +92,7 @@ TEST_F(QelCacheLogicGrowthTest, FileGrowsByAFifthOrByRoomForFiveRecords) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicGrowthTest, SnapshotOfMoreThanAPageGrowsWhereItLies) {
+TEST_F(QelCacheLogicGrowthTest, LargeSnapshotGrowsWhereItLies) {
     const TestCachePtr cache = attach(file);
     for (unsigned i = 0; i < 300; ++i)
         ASSERT_EQ(cache->insert(key(i), TestValue(key(i), 0, 500)), 0);

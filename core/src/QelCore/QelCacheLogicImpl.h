@@ -19,6 +19,8 @@ namespace CacheLogicDetail {
 inline constexpr const char* sourcePath = "core/src/QelCore/QelCacheLogic";
 /// Bytes that an attaching process maps before it knows the file's size, rounded up to pages.
 inline constexpr unsigned firstMapping = 1816;
+/// Bytes of a snapshot that isn't copied lightly each time a record is added: it is put where it can grow.
+inline constexpr unsigned largeSnapshot = 512;
 } // namespace CacheLogicDetail
 
 // ---------------------------------------------------------------------------------------------------------- the header
@@ -212,8 +214,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_checkSize() {
 template <class ItemID, class ItemValue, class Allocator>
 template <class T>
 T* QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_allocate(unsigned bytes) {
-    // A snapshot of more than a page costs more to copy, each time it grows, than a hole that it can grow into.
-    const bool grows = std::is_same_v<T, Snapshot> && bytes > Storage::getMemoryPageSize();
+    const bool grows = std::is_same_v<T, Snapshot> && bytes > CacheLogicDetail::largeSnapshot;
     const auto allocate = [&] {
         Allocator& heap = header()->heap;
         return grows ? heap.template allocateToGrow<T>(bytes) : heap.template allocate<T>(bytes);

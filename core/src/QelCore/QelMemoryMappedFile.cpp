@@ -65,22 +65,24 @@ private:
 class ThreadLock {
 public:
     int lock() {
-        if (isMine())
+        const std::thread::id self = std::this_thread::get_id();
+        if (isOwnedBy(self))
             return EDEADLK;
         m_mutex.lock();
-        m_owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
+        m_owner.store(self, std::memory_order_relaxed);
         return 0;
     }
     int tryLock() {
-        if (isMine())
+        const std::thread::id self = std::this_thread::get_id();
+        if (isOwnedBy(self))
             return EDEADLK;
         if (!m_mutex.try_lock())
             return EBUSY;
-        m_owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
+        m_owner.store(self, std::memory_order_relaxed);
         return 0;
     }
     int unlock() {
-        if (!isMine())
+        if (!isOwnedBy(std::this_thread::get_id()))
             return EPERM;
         m_owner.store(std::thread::id(), std::memory_order_relaxed);
         m_mutex.unlock();
@@ -88,9 +90,9 @@ public:
     }
 
 private:
-    /// Other threads may write the owner meanwhile, but never this one's name, nor over it.
-    [[nodiscard]] bool isMine() const noexcept {
-        return m_owner.load(std::memory_order_relaxed) == std::this_thread::get_id();
+    /// For the calling thread: others may change the owner meanwhile, but never to it nor from it.
+    [[nodiscard]] bool isOwnedBy(std::thread::id thread) const noexcept {
+        return m_owner.load(std::memory_order_relaxed) == thread;
     }
 
     std::mutex m_mutex;

@@ -15,8 +15,12 @@ public:
 
     void addRef() const noexcept { m_references.fetch_add(1, std::memory_order_relaxed); }
     void release() const noexcept {
-        if (m_references.fetch_sub(1, std::memory_order_acq_rel) == 1)
-            delete this;
+        // Nobody can copy a reference that only the caller has, and a plain store costs less than an exchange.
+        if (m_references.load(std::memory_order_acquire) == 1)
+            m_references.store(0, std::memory_order_relaxed);
+        else if (m_references.fetch_sub(1, std::memory_order_acq_rel) != 1)
+            return;
+        delete this;
     }
 
     /// Whether anybody holds a reference now: false while an object is still being made and once it is being destroyed.
