@@ -14,7 +14,8 @@ struct QelPackageListModificationData {
     QelPackageList packages;
 
     using Reader = QelRecordReader<QelPackageListModificationData>;
-    /// Without packages nothing has changed: nothing is written, and that is no failure.
+    /// Without packages nothing has changed: nothing is written, and that is no failure.  Otherwise the first step that
+    /// fails gives the result: -1, and of the packages what a list gives, 1.
     struct Writer : QelWriterBaseT<Writer> {
         int operator()(QelMessageIterator& cursor, const QelPackageListModificationData& data) const;
     };
