@@ -100,5 +100,9 @@ TEST(QelPackageListModificationDataTest, AnEnvironmentThatIsNotTakenFailsBeforeT
     EXPECT_EQ(refusedWrite(installed()), -1);
 }
 
+TEST(QelPackageListModificationDataTest, SubscribersHearOfItByName) {
+    EXPECT_EQ(QelPackageListModificationData::subscriptionName, "package_list_subscription");
+}
+
 } // namespace
 } // namespace Qel

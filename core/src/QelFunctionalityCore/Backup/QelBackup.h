@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "QelFunctionalityCore/Backup/QelDSObjectInfo.h"
@@ -26,6 +27,8 @@ struct QelBackup : QelDSObjectInfo {
 
 /// Tells that a backup was made.
 struct QelNewBackupData : QelBackup {
+    static constexpr std::string_view subscriptionName = "new_backup_subscription";
+
     using Reader = QelRecordReader<QelNewBackupData>;
     using Writer = QelRecordWriter<QelNewBackupData>;
     using reader_type = Reader;
@@ -34,6 +37,8 @@ struct QelNewBackupData : QelBackup {
 
 /// Tells that backups are gone.
 struct QelDestroyedBackupsData {
+    static constexpr std::string_view subscriptionName = "destroyed_backups_subscription";
+
     virtual ~QelDestroyedBackupsData() = default;
 
     std::vector<std::string> ids; ///< without any it can be written but not read back

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "QelFunctionalityCore/Host/QelPackage.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
 
@@ -7,6 +9,8 @@ namespace Qel {
 
 /// What the event of a change of an environment's packages tells.
 struct QelPackageListModificationData {
+    static constexpr std::string_view subscriptionName = "package_list_subscription";
+
     virtual ~QelPackageListModificationData() = default;
 
     int operation = -1; ///< 0, 1 or 2; any other is refused by the reader
