@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelFunctionalityCore/Backup/QelDSObjectInfo.h"
 #include "QelMessage/QelDerivedParsers.h"
 
@@ -11,6 +12,8 @@ namespace Qel {
 
 /// A backup as its storage holds it.
 struct QelBackup : QelDSObjectInfo {
+    using traced_in_log = void;
+
     QelEID eid; ///< of the environment that was backed up; QelDSObjectInfo::eid is the storage's
     std::string description;
     int count = 0;
@@ -37,6 +40,8 @@ struct QelNewBackupData : QelBackup {
 
 /// Tells that backups are gone.
 struct QelDestroyedBackupsData {
+    using traced_in_log = void;
+
     static constexpr std::string_view subscriptionName = "destroyed_backups_subscription";
 
     virtual ~QelDestroyedBackupsData() = default;
