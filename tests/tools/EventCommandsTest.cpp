@@ -115,6 +115,37 @@ TEST_F(EventCommandsTest, ShowTellsOfAPayloadThatCantBeRead) {
     EXPECT_THAT(output({"event", "show", file, "--json"}), HasSubstr("\"known\": false"));
 }
 
+TEST_F(EventCommandsTest, WithAVocabularyShowReadsAnAlertInDoubles) {
+    std::string text = read(example("resource-alert"));
+    const std::pair<std::string, std::string> changes[] = {
+        {"disk_used", "cpu_load"}, {"203273528320", "0.75"}, {"193273528320", "0.5"}, {"214748364800", "1"}};
+    for (const auto& [from, to] : changes)
+        text.replace(text.find(from), from.size(), to);
+    const std::string file = write("doubles", text);
+    const std::string vocabularies = QEL_EXAMPLES "/vocabularies/several.xml";
+    EXPECT_THAT(output({"event", "show", file, "--voc", vocabularies}),
+                HasSubstr("payload        alert:resource_alert\n"
+                          "payload text   Resource cpu_load red alert on environment " +
+                          database + " current value: 0.75 soft limit: 0.5 hard limit: 1\n"));
+    EXPECT_THAT(output({"event", "show", file}),
+                HasSubstr("payload        alert:resource_alert, which can't be read\n"));
+
+    const std::string soft = "<soft_limit>0.5</soft_limit>";
+    text.replace(text.find(soft), soft.size(), "");
+    EXPECT_THAT(output({"event", "show", write("no-soft-limit", text), "--voc", vocabularies}),
+                HasSubstr("current value: 0.75 soft limit:  hard limit: 1\n"));
+}
+
+TEST_F(EventCommandsTest, AVocabularyChangesNothingButAlertsInDoubles) {
+    const std::string vocabularies = QEL_EXAMPLES "/vocabularies/several.xml";
+    for (const char* const name : {"started", "resource-alert", "server-group-alert", "carried"})
+        EXPECT_EQ(show(name, {"--voc", vocabularies}), show(name)) << name;
+
+    const ToolRun run = runTool({"event", "show", example("resource-alert"), "--voc", path("none")});
+    EXPECT_EQ(run.code, ExitCode::badInput);
+    EXPECT_EQ(run.out, "");
+}
+
 TEST_F(EventCommandsTest, RenderPrintsTheTextAlone) {
     EXPECT_EQ(output({"info", "render", example("info")}), "Copying /srv/images/debian-12.img: 40% of 12 GiB done\n");
 }

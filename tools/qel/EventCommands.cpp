@@ -6,11 +6,13 @@
 #include <nlohmann/json.hpp>
 
 #include "QelFunctionalityCore/Events/QelEvent.h"
+#include "QelFunctionalityCore/Events/QelResourceAlertData.h"
 #include "QelMessage/QelValueText.h"
 #include "qel/CacheAccess.h"
 #include "qel/Command.h"
 #include "qel/Output.h"
 #include "qel/RecordInMessage.h"
+#include "qel/VocFiles.h"
 
 namespace Qel::Tool {
 
@@ -33,6 +35,7 @@ ExitCode render(const QelInfo& info, const std::string& path, const std::string&
 void addShowOptions(po::options_description& options) {
     options.add_options()("cache", po::value<std::string>()->value_name("CACHE"),
                           "call environments by the titles that they have in a cache file");
+    addVocOption(options, "vocabularies, which tell the alerts whose values are doubles");
     addJsonOption(options);
 }
 
@@ -55,21 +58,58 @@ struct Payload {
     std::string text;
 };
 
+bool isResourceAlert(const QelMessageIterator& payload) {
+    const auto& factories = QelDerivedParserFactory<QelEventData>::factories();
+    const auto found = factories.find(payload.curType());
+    return found != factories.end() && found->second == &factoryQelResourceAlertData;
+}
+
+/// What an alert tells, with doubles as such: by itself it tells their bits as an integer.
+QelInfo infoOf(const QelResourceAlertData& alert) {
+    QelInfo info;
+    alert.toInfo(info);
+    if (alert.isInteger)
+        return info;
+    const auto set = [&](const char* name, const QelPerfValue& value) {
+        info.setParameter(QelInfo(std::string(QelValueText::ofDouble(value.real).view()), name, false));
+    };
+    set("cur", alert.current);
+    set("hard", alert.hard);
+    if (alert.soft.isSpecified())
+        set("soft", alert.soft.get());
+    return info;
+}
+
+/// What the payload under the cursor tells; nothing if it can't be read.  The values of a resource alert are read in
+/// the form that the vocabularies tell, if there are any; any other payload is the event's.
+std::optional<QelInfo> infoOfPayload(const QelEvent& event, const QelMessageIterator& payload,
+                                     const QelVocMapSP& vocabularies) {
+    if (vocabularies && isResourceAlert(payload)) {
+        QelResourceAlertData alert;
+        if (payload.getObject(alert, QelResourceAlertData::Reader(vocabularies), getEmptyID()) != 0)
+            return {};
+        return infoOf(alert);
+    }
+    if (!event.data)
+        return {};
+    QelInfo info;
+    event.data->toInfo(info);
+    return info;
+}
+
 /// The payload of the event under the cursor; nothing if it has none.
-ExitCode describePayload(const QelEvent& event, const QelMessageIterator& cursor, const std::string& file,
-                         const Console& console, std::optional<Payload>& payload) {
+ExitCode describePayload(const QelEvent& event, const QelMessageIterator& cursor, const QelVocMapSP& vocabularies,
+                         const std::string& file, const Console& console, std::optional<Payload>& payload) {
     if (cursor.seek(1307) != 0)
         return ExitCode::success;
+    std::optional<QelInfo> info;
     if (cursor.seek(1913) == 0) {
-        payload = Payload{cursor.curType(), event.data != nullptr, {}};
+        info = infoOfPayload(event, cursor, vocabularies);
+        payload = Payload{cursor.curType(), info.has_value(), {}};
         cursor.seekUp();
     }
     cursor.seekUp();
-    if (!payload || !event.data)
-        return ExitCode::success;
-    QelInfo info;
-    event.data->toInfo(info);
-    return render(info, "/", file, console, payload->text);
+    return info ? render(*info, "/", file, console, payload->text) : ExitCode::success;
 }
 
 std::string timeText(long time) {
@@ -115,6 +155,9 @@ void printEvent(std::ostream& out, const QelEvent& event, const std::string& tex
 
 ExitCode runShow(const Invocation& invocation, const Console& console) {
     const std::string& file = invocation.arguments[0];
+    QelVocMapSP vocabularies;
+    if (const ExitCode code = readVocOption(invocation, console, vocabularies); code != ExitCode::success)
+        return code;
     RecordInMessage from;
     QelEvent event;
     if (const ExitCode code = from.read(file, event, console); code != ExitCode::success)
@@ -131,7 +174,8 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = render(event.info, "/", file, console, text); code != ExitCode::success)
         return code;
     std::optional<Payload> payload;
-    if (const ExitCode code = describePayload(event, from.cursor(), file, console, payload); code != ExitCode::success)
+    if (const ExitCode code = describePayload(event, from.cursor(), vocabularies, file, console, payload);
+        code != ExitCode::success)
         return code;
     (invocation.has("json") ? printEventAsJson : printEvent)(console.out, event, text, payload,
                                                              from.message().getSubscriptions());

@@ -2,7 +2,6 @@
 #include <memory>
 #include <ostream>
 
-#include <boost/program_options/value_semantic.hpp>
 #include <nlohmann/json.hpp>
 
 #include "QelCommon/ErrorMessage.h"
@@ -23,19 +22,8 @@ namespace po = boost::program_options;
 using Json = nlohmann::ordered_json;
 
 void addShowOptions(po::options_description& options) {
-    options.add_options()("voc", po::value<std::string>()->value_name("FILE"),
-                          "vocabularies, which tell the counters that are doubles");
+    addVocOption(options, "vocabularies, which tell the counters that are doubles");
     addJsonOption(options);
-}
-
-ExitCode readVocOption(const Invocation& invocation, const Console& console, QelVocMapSP& vocabulary) {
-    if (!invocation.has("voc"))
-        return ExitCode::success;
-    auto_destroy<QelMessage> message(new QelBinary);
-    const ExitCode code = readVocMap(invocation.options["voc"].as<std::string>(), *message, console);
-    if (code == ExitCode::success)
-        vocabulary.reset(new QelVocMap(message.release()));
-    return code;
 }
 
 /// Reads the report in the first child of a message's root.

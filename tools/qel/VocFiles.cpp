@@ -3,8 +3,11 @@
 #include <cstring>
 #include <memory>
 
+#include <boost/program_options/value_semantic.hpp>
+
 #include "QelFunctionalityCore/Vocabulary/QelVocID.h"
 #include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
+#include "QelMessage/QelBinary.h"
 #include "QelMessage/QelMessageIterator.h"
 #include "qel/MessageFiles.h"
 
@@ -79,6 +82,20 @@ ExitCode readVocMap(const std::string& name, QelMessage& message, const Console&
     return console.fail(ExitCode::badInput, shownName(name) +
                                                 ": one vocabulary without a name, and no map; `qel voc merge` puts it "
                                                 "into one");
+}
+
+void addVocOption(boost::program_options::options_description& options, const char* purpose) {
+    options.add_options()("voc", boost::program_options::value<std::string>()->value_name("FILE"), purpose);
+}
+
+ExitCode readVocOption(const Invocation& invocation, const Console& console, QelVocMapSP& vocabularies) {
+    if (!invocation.has("voc"))
+        return ExitCode::success;
+    auto_destroy<QelMessage> message(new QelBinary);
+    const ExitCode code = readVocMap(invocation.options["voc"].as<std::string>(), *message, console);
+    if (code == ExitCode::success)
+        vocabularies.reset(new QelVocMap(message.release()));
+    return code;
 }
 
 } // namespace Qel::Tool

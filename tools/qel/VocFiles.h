@@ -2,7 +2,9 @@
 
 #include <string>
 
+#include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
 #include "QelMessage/QelMessage.h"
+#include "qel/Command.h"
 #include "qel/Console.h"
 
 namespace Qel::Tool {
@@ -20,5 +22,11 @@ enum class VocFileKind {
 
 /// The same for a file that must be a map.
 [[nodiscard]] ExitCode readVocMap(const std::string& name, QelMessage& message, const Console& console);
+
+/// Adds `--voc`, with what the vocabularies are for.
+void addVocOption(boost::program_options::options_description& options, const char* purpose);
+
+/// Reads the map that `--voc` names; null without the option.
+[[nodiscard]] ExitCode readVocOption(const Invocation& invocation, const Console& console, QelVocMapSP& vocabularies);
 
 } // namespace Qel::Tool

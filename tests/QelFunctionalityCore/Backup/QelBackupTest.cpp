@@ -239,6 +239,11 @@ TEST_F(QelDestroyedBackupsDataTest, AnEmptyListWritesNothingAndCannotBeReadBack)
     EXPECT_EQ(read(data), -1);
 }
 
+TEST(QelBackupSubscriptionsTest, SubscribersHearOfBackupsByName) {
+    EXPECT_EQ(QelNewBackupData::subscriptionName, "new_backup_subscription");
+    EXPECT_EQ(QelDestroyedBackupsData::subscriptionName, "destroyed_backups_subscription");
+}
+
 TEST(QelBackupFactoriesTest, EachIsTheDefaultOfItsFamily) {
     EXPECT_EQ(QelDerivedParserFactory<QelNewBackupData>::defaultFactory(), &factoryQelNewBackupData);
     EXPECT_EQ(QelDerivedParserFactory<QelDestroyedBackupsData>::defaultFactory(), &factoryQelDestroyedBackupsData);

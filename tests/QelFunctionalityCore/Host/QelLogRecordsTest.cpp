@@ -25,6 +25,10 @@ TEST(QelLogParametersTest, EachLogIsTheContentOfOneItem) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1) << "both parts of a log are needed";
 }
 
+TEST(QelLogParametersTest, SubscribersHearOfThemByName) {
+    EXPECT_EQ(QelLogParameters::subscriptionName, "log_subscription");
+}
+
 TEST(QelLogClassTest, EmptyTextsAreNotWritten) {
     const TestMessage message;
     QelLogClass logClass;

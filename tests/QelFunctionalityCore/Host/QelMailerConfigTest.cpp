@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "support/RefusingCursor.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
@@ -61,6 +62,16 @@ TEST(QelMailerAccountTest, BothTextsAreWrittenAndNoneIsMissed) {
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1026, 1099));
 }
 
+/// A cursor that finds texts and can't read them.
+class UnreadableTexts : public QelBinaryIterator {
+public:
+    explicit UnreadableTexts(const TestMessage& message)
+        : QelBinaryIterator(dynamic_cast<const QelBinaryIterator*>(&message.cursor())) {}
+
+    using QelBinaryIterator::getValue;
+    int getValue(std::string&, int) const override { return -1; }
+};
+
 class QelMailerConfigTest : public testing::Test {
 protected:
     [[nodiscard]] QelMessageIterator& cursor() const { return message.cursor(); }
@@ -83,6 +94,37 @@ TEST_F(QelMailerConfigTest, TheWriterLeavesTheCursorAtTheAccounts) {
     cursor().seekUp();
     EXPECT_EQ(cursor().curID(), record);
     EXPECT_THAT(childIDs(cursor()), ElementsAre(enabled, accounts));
+}
+
+TEST_F(QelMailerConfigTest, OfSeveralAccountsTheWriterLeavesTheCursorAtItsOwn) {
+    cursor().newChild(record);
+    EXPECT_EQ(cursor().putObj(config, 0), 0);
+    cursor().seekUp();
+    config.account2152 = account("agent", "");
+    EXPECT_EQ(cursor().putObj(config, 0), 0);
+    EXPECT_THAT(childIDs(cursor()), ElementsAre(account2152));
+}
+
+TEST_F(QelMailerConfigTest, ASwitchThatIsNotTakenLeavesTheCursorWhereItWas) {
+    cursor().newChild(record);
+    cursor().putChild(accounts);
+    RefusingCursor refusing(message);
+    EXPECT_EQ(QelMailerConfig::Writer()(refusing, config), -1);
+    EXPECT_EQ(refusing.curID(), record);
+}
+
+TEST_F(QelMailerConfigTest, AnAccountThatIsNotReadableLeavesTheCursorAtTheAccounts) {
+    cursor().newChild(record);
+    cursor().putValue(1, enabled);
+    cursor().newChild(accounts);
+    cursor().newChild(account2152);
+    cursor().putValueBase64("name", 1026);
+    cursor().seekUp();
+    cursor().seekUp();
+    UnreadableTexts unreadable(message);
+    EXPECT_EQ(QelMailerConfig::Reader()(unreadable, config), -1);
+    EXPECT_EQ(unreadable.curID(), accounts);
+    EXPECT_FALSE(config.account2152.isSpecified());
 }
 
 TEST_F(QelMailerConfigTest, TheReaderLeavesTheCursorAtTheAccounts) {

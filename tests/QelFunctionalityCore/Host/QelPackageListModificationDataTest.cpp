@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "QelFunctionalityCore/Environment/EnvTestSupport.h"
+#include "support/RefusingCursor.h"
 
 namespace Qel {
 namespace {
@@ -92,7 +93,15 @@ TEST(QelPackageListModificationDataTest, ANullPackageStopsTheWriting) {
     EXPECT_EQ(message.cursor().putObj(data, 0), 0) << "the writer doesn't check the operation";
     EXPECT_EQ(childValue(message.cursor(), operationElement), "5");
     data.packages[1].reset();
-    EXPECT_EQ(message.cursor().putObj(data, 0), -1);
+    EXPECT_EQ(message.cursor().putObj(data, 0), 1) << "as any list does";
+}
+
+TEST(QelPackageListModificationDataTest, AnEnvironmentThatIsNotTakenFailsBeforeThePackages) {
+    EXPECT_EQ(refusedWrite(installed()), -1);
+}
+
+TEST(QelPackageListModificationDataTest, SubscribersHearOfItByName) {
+    EXPECT_EQ(QelPackageListModificationData::subscriptionName, "package_list_subscription");
 }
 
 } // namespace

@@ -64,9 +64,22 @@ TEST(QelPackageManagerListOptionsTest, AnElementWithoutItsFlagIsNoFlag) {
     const TestMessage message;
     message.cursor().putChild(listFlags);
     QelPackageManagerListOptions read;
-    read.listFlags = 1;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
     EXPECT_EQ(read.listFlags, 0);
+}
+
+TEST(QelPackageManagerListOptionsTest, ReadingAddsToTheSecondMaskOnly) {
+    const TestMessage message;
+    QelPackageManagerListOptions options;
+    options.listFlags = 1;
+    EXPECT_EQ(message.cursor().putObj(options, 0), 0);
+    options.options = 4;
+    options.listFlags = 2;
+    EXPECT_EQ(message.cursor().getObj(options, 0), 0);
+    EXPECT_EQ(options.options, 0);
+    EXPECT_EQ(options.listFlags, 3);
+    EXPECT_EQ(TestMessage().cursor().getObj(options, 0), 0);
+    EXPECT_EQ(options.listFlags, 3) << "without the element too";
 }
 
 } // namespace

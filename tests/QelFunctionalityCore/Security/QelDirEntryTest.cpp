@@ -56,6 +56,21 @@ TEST(QelDirEntryTest, ANameThatIsNotTakenEndsTheWriting) {
     EXPECT_EQ(TestSupport::refusedWrite(QelDirEntry{"dc=org", {}}), -1);
 }
 
+TEST(QelDirEntryTest, AnAttributeThatIsNotTakenEndsTheWritingAsAList) {
+    struct NamelessCursor : QelBinaryIterator {
+        using QelBinaryIterator::putValue;
+        using QelBinaryIterator::QelBinaryIterator;
+        int putValue(const std::string& value, int id) override {
+            return id == 1026 && value.empty() ? -1 : QelBinaryIterator::putValue(value, id);
+        }
+    };
+    const TestSupport::TestMessage message;
+    NamelessCursor cursor(dynamic_cast<const QelBinaryIterator*>(&message.cursor()));
+    const QelDirEntry entry{"dc=org", {attribute("cn", {"x"}), attribute("", {}), attribute("mail", {})}};
+    EXPECT_EQ(cursor.putObj(entry, 0), 1);
+    EXPECT_THAT(childIDsOf(cursor), ElementsAre(1928, 1918, 1918)) << "the third isn't begun";
+}
+
 TEST(QelDirEntryTest, AnAttributeWithoutANameEndsTheRecord) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDirEntry{"dc=org", {attribute("cn", {"x"})}}, 0), 0);

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelFunctionalityCore/Backup/QelDSObjectInfo.h"
 #include "QelMessage/QelDerivedParsers.h"
 
@@ -10,6 +12,8 @@ namespace Qel {
 
 /// A backup as its storage holds it.
 struct QelBackup : QelDSObjectInfo {
+    using traced_in_log = void;
+
     QelEID eid; ///< of the environment that was backed up; QelDSObjectInfo::eid is the storage's
     std::string description;
     int count = 0;
@@ -26,6 +30,8 @@ struct QelBackup : QelDSObjectInfo {
 
 /// Tells that a backup was made.
 struct QelNewBackupData : QelBackup {
+    static constexpr std::string_view subscriptionName = "new_backup_subscription";
+
     using Reader = QelRecordReader<QelNewBackupData>;
     using Writer = QelRecordWriter<QelNewBackupData>;
     using reader_type = Reader;
@@ -34,6 +40,10 @@ struct QelNewBackupData : QelBackup {
 
 /// Tells that backups are gone.
 struct QelDestroyedBackupsData {
+    using traced_in_log = void;
+
+    static constexpr std::string_view subscriptionName = "destroyed_backups_subscription";
+
     virtual ~QelDestroyedBackupsData() = default;
 
     std::vector<std::string> ids; ///< without any it can be written but not read back

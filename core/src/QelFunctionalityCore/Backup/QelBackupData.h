@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelFunctionalityCore/Backup/QelExcludeList.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
 #include "QelMessage/QelDerivedParsers.h"
@@ -13,6 +14,8 @@ namespace Qel {
 
 /// What a backup holds.  It has no fields: each kind of backup derives its own.
 struct QelBackupData {
+    using traced_in_log = void;
+
     virtual ~QelBackupData() = default;
 
     using Reader = QelRecordReader<QelBackupData>;

@@ -75,6 +75,7 @@ QelBackupMConfig::QelBackupMConfig(const QelBackupOperationStuff& settings) : Qe
 
 // The first pass takes all that is there, the second one stops at what is not.
 int QelBackupMConfig::Reader::operator()(const QelMessageIterator& cursor, QelBackupMConfig& config) const {
+    traceBackupCall(__PRETTY_FUNCTION__);
     if (const int result = QelBackupOperationStuff::Reader()(cursor, static_cast<QelBackupOperationStuff&>(config)))
         return result;
     return readByLayout(qelWireLayout<QelBackupMConfig>(), &config, cursor);

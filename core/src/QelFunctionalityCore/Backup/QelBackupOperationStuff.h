@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
@@ -8,6 +9,8 @@ namespace Qel {
 
 /// Settings of one operation of the backup service.  What isn't specified is left to the service.
 struct QelBackupOperationStuff {
+    using traced_in_log = void;
+
     QelOptionalProperty<QelConnectionInfo> connection; ///< the agent that does the work
     QelOptionalProperty<int> maxChainLength;           ///< incremental backups behind a full one; below 1 for no limit
     QelOptionalProperty<int> maxChainAge;              ///< days since the full backup; 0 for no limit

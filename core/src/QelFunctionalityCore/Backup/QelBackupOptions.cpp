@@ -126,6 +126,7 @@ template <> const QelWireLayout& qelWireLayout<QelSearchBackupOptions>() {
 
 int QelSearchBackupOptions::Reader::operator()(const QelMessageIterator& cursor,
                                                QelSearchBackupOptions& options) const {
+    traceBackupCall(__PRETTY_FUNCTION__);
     options.timeFrom = options.timeTo = 0;
     return readByLayout(qelWireLayout<QelSearchBackupOptions>(), &options, cursor);
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "QelFunctionalityCore/Backup/QelBackupOperationStuff.h"
+#include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelFunctionalityCore/Backup/QelDSLocation.h"
 #include "QelFunctionalityCore/Backup/QelExcludeList.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
@@ -17,6 +18,8 @@ namespace Qel {
 
 /// How to make a backup.
 struct QelBackupOptions {
+    using traced_in_log = void;
+
     virtual ~QelBackupOptions() = default;
 
     QelBackupOperationStuff operation;
@@ -37,6 +40,8 @@ struct QelBackupOptions {
 
 /// How to restore a backup.
 struct QelRestoreOptions {
+    using traced_in_log = void;
+
     virtual ~QelRestoreOptions() = default;
 
     bool option1152 = false;
@@ -50,6 +55,8 @@ struct QelRestoreOptions {
 
 /// How to restore some of the files in a backup.
 struct QelSelectiveRestoreOptions {
+    using traced_in_log = void;
+
     virtual ~QelSelectiveRestoreOptions() = default;
 
     bool option1832 = false;
@@ -62,6 +69,8 @@ struct QelSelectiveRestoreOptions {
 
 /// What to tell of a backup.  It has no fields: each kind of backup derives its own.
 struct QelBackupGetInfoOptions {
+    using traced_in_log = void;
+
     virtual ~QelBackupGetInfoOptions() = default;
 
     using Reader = QelRecordReader<QelBackupGetInfoOptions>;
@@ -83,6 +92,8 @@ struct QelBackupGetEnvInfoOptions : QelBackupGetInfoOptions {
 
 /// Which backups to remove.
 struct QelRemoveBackupOptions {
+    using traced_in_log = void;
+
     QelEID eid; ///< not sent unless valid
     bool option1015 = false;
     QelOptionalProperty<QelDSLocation> storage;
@@ -95,6 +106,8 @@ struct QelRemoveBackupOptions {
 
 /// Which backups to list.
 struct QelListBackupOptions {
+    using traced_in_log = void;
+
     QelEID eid; ///< of an environment; not sent unless valid
     bool option1626 = false;
     bool option1134 = true;
@@ -109,6 +122,8 @@ struct QelListBackupOptions {
 
 /// Which backups to look for.
 struct QelSearchBackupOptions {
+    using traced_in_log = void;
+
     QelOptionalProperty<std::string> hostName;
     QelOptionalProperty<std::string> ip;
     long timeFrom = 0; ///< seconds since the epoch; 0 and below for no bound

@@ -3,12 +3,15 @@
 #include <string>
 #include <vector>
 
+#include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Paths that a backup leaves out, with two options that the backup service gives their meaning.
 struct QelExcludeList : std::vector<std::string> {
+    using traced_in_log = void;
+
     bool option1982 = false;
     bool option1044 = false;
 

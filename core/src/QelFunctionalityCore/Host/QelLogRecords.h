@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "QelFunctionalityCore/Values/QelEID.h"
@@ -33,6 +34,8 @@ struct QelLogInfo {
 
 /// The settings of an environment's log.
 struct QelLogParameters {
+    static constexpr std::string_view subscriptionName = "log_subscription";
+
     QelEID eid;
     int f1089 = 0;
     std::vector<QelLogInfo> logs;

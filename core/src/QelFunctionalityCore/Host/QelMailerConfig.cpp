@@ -1,5 +1,7 @@
 #include "QelFunctionalityCore/Host/QelMailerConfig.h"
 
+#include <span>
+
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelWireTable.h"
 
@@ -49,20 +51,32 @@ int QelMailerConfig::merge(const QelMailerConfig& other) {
     return 0;
 }
 
-// The functors go by the table, and then down to where they leave the cursor.
+namespace {
+
+constexpr QelWireLayout partOf(std::span<const QelWireField> rows) {
+    QelWireLayout part = wireLayoutOf<QelMailerConfig>;
+    part.fields = rows;
+    part.readingOrder = part.readingOrder.first(rows.size());
+    return part;
+}
+constexpr QelWireLayout head = partOf(wireLayoutOf<QelMailerConfig>.fields.first(1));
+constexpr QelWireLayout accounts = partOf(Wire<QelMailerConfig>::accounts);
+
+} // namespace
+
+// The functors go down to the accounts and stay there.
 
 int QelMailerConfig::Reader::operator()(const QelMessageIterator& cursor, QelMailerConfig& config) const {
-    const int result = readByLayout(qelWireLayout<QelMailerConfig>(), &config, cursor);
-    bool isEnabled = false;
-    if (cursor.getValue(isEnabled, Wire<QelMailerConfig>::enabledElement) == 0)
-        cursor.seek(Wire<QelMailerConfig>::accountsElement);
-    return result;
+    if (readByLayout(head, &config, cursor) != 0)
+        return -1;
+    return cursor.seek(Wire<QelMailerConfig>::accountsElement) == 0 ? readByLayout(accounts, &config, cursor) : 0;
 }
 
 int QelMailerConfig::Writer::operator()(QelMessageIterator& cursor, const QelMailerConfig& config) const {
-    const int result = writeByLayout(qelWireLayout<QelMailerConfig>(), &config, cursor);
-    cursor.seek(Wire<QelMailerConfig>::accountsElement);
-    return result;
+    if (writeByLayout(head, &config, cursor) != 0)
+        return -1;
+    cursor.newChild(Wire<QelMailerConfig>::accountsElement);
+    return writeByLayout(accounts, &config, cursor);
 }
 
 } // namespace Qel

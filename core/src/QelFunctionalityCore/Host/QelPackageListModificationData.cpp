@@ -1,5 +1,6 @@
 #include "QelFunctionalityCore/Host/QelPackageListModificationData.h"
 
+#include "QelFunctionalityCore/Values/QelListLastWriter.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -33,7 +34,7 @@ int QelPackageListModificationData::Writer::operator()(QelMessageIterator& curso
                                                        const QelPackageListModificationData& data) const {
     if (data.packages.empty())
         return 0;
-    return writeByLayout(qelWireLayout<QelPackageListModificationData>(), &data, cursor);
+    return writeWithListLast(qelWireLayout<QelPackageListModificationData>(), &data, cursor);
 }
 
 } // namespace Qel

@@ -18,7 +18,7 @@ template <> struct Wire<QelPackageManagerListOptions> : WireWords<QelPackageMana
     static constexpr QelWireField fields[] = {
         base<QelPackageManagerOptions>(),
         list<&QelPackageManagerListOptions::types>(1007, optional),
-        wrappedBits<&QelPackageManagerListOptions::listFlags, QelWireBit{1, 1627}>(1197, ifSet),
+        wrappedBits<&QelPackageManagerListOptions::listFlags, QelWireBit{1, 1627}>(1197, ifSet).kept(),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelPackageManagerListOptions>() {

@@ -21,7 +21,7 @@ struct QelPackageManagerOptions {
 /// The same for a request for a list of packages.
 struct QelPackageManagerListOptions : QelPackageManagerOptions {
     std::vector<std::string> types; ///< names of the kinds of package that are wanted
-    int listFlags = 0;              ///< bit 1
+    int listFlags = 0;              ///< bit 1, which a read adds to those that are set
 
     using Reader = QelRecordReader<QelPackageManagerListOptions>;
     using Writer = QelRecordWriter<QelPackageManagerListOptions>;

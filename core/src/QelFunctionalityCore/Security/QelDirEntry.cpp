@@ -1,5 +1,6 @@
 #include "QelFunctionalityCore/Security/QelDirEntry.h"
 
+#include "QelFunctionalityCore/Values/QelListLastWriter.h"
 #include "QelMessage/QelCombinators.h"
 #include "QelMessage/QelWireTable.h"
 
@@ -35,6 +36,10 @@ template <> struct Wire<QelDirEntry> : WireWords<QelDirEntry> {
 };
 template <> const QelWireLayout& qelWireLayout<QelDirEntry>() {
     return wireLayoutOf<QelDirEntry>;
+}
+
+int QelDirEntry::Writer::operator()(QelMessageIterator& cursor, const QelDirEntry& entry) const {
+    return writeWithListLast(qelWireLayout<QelDirEntry>(), &entry, cursor);
 }
 
 } // namespace Qel

@@ -36,7 +36,10 @@ struct QelDirEntry {
     std::vector<QelDirAttribute> attributes;
 
     using Reader = QelRecordReader<QelDirEntry>;
-    using Writer = QelRecordWriter<QelDirEntry>;
+    /// -1 when the name isn't taken, and what a list gives, 1, when an attribute isn't.
+    struct Writer : QelRecordWriter<QelDirEntry> {
+        int operator()(QelMessageIterator& cursor, const QelDirEntry& entry) const;
+    };
     using reader_type = Reader;
     using writer_type = Writer;
 };
