@@ -15,8 +15,8 @@ class RecordTest : public testing::Test {
 protected:
     RecordTest() { message.newChild(recordElement); }
 
-    template <class Record> int write(const Record& record) { return typename Record::Writer()(message, record); }
-    template <class Record> int read(Record& record) { return typename Record::Reader()(message, record); }
+    template <class Record> int write(const Record& record) { return typename Record::writer_type()(message, record); }
+    template <class Record> int read(Record& record) { return typename Record::reader_type()(message, record); }
     template <class Record> Record roundTrip(const Record& record) {
         EXPECT_EQ(write(record), 0);
         Record back;
