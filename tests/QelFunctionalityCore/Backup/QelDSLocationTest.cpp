@@ -31,7 +31,7 @@ TEST_F(QelDSLocationTest, EachFieldComesBack) {
     EXPECT_EQ(back.path, "/vault");
     EXPECT_EQ(back.authName.name.get(), "keeper");
     EXPECT_EQ(back.password, "secret");
-    EXPECT_THAT(childrenOf(message), ElementsAre(1007, 1156, 1630, 1032));
+    EXPECT_THAT(childIDs(message), ElementsAre(1007, 1156, 1630, 1032));
 }
 
 TEST_F(QelDSLocationTest, ThePathIsEncodedAndThePasswordIsNot) {
@@ -42,7 +42,7 @@ TEST_F(QelDSLocationTest, ThePathIsEncodedAndThePasswordIsNot) {
 
 TEST_F(QelDSLocationTest, EverythingIsWrittenAlways) {
     EXPECT_EQ(write(QelDSLocation()), 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1007, 1156, 1630, 1032));
+    EXPECT_THAT(childIDs(message), ElementsAre(1007, 1156, 1630, 1032));
     EXPECT_EQ(childValue(message, 1007), "0");
 }
 
@@ -82,7 +82,7 @@ TEST_F(QelDSLocationTest, AConfigurationHoldsOneInAnElementOfItsOwn) {
     QelDSConfiguration configuration;
     configuration.location = sample();
     EXPECT_EQ(roundTrip(configuration).location.path, "/vault");
-    EXPECT_THAT(childrenOf(message), ElementsAre(1828));
+    EXPECT_THAT(childIDs(message), ElementsAre(1828));
 }
 
 TEST_F(QelDSLocationTest, AConfigurationNeedsItsLocation) {

@@ -271,9 +271,9 @@ TEST(QelInfoTest, StandsInAMessageTextFirstAndWithoutKeys) {
         ids.push_back(tree->curID());
     EXPECT_THAT(ids, testing::ElementsAre(1224, 1026, 1912, 1017));
     EXPECT_EQ(tree->curType(), "") << "a parameter isn't stamped";
-    EXPECT_EQ(countOf(*tree), 2) << "its text and its name";
-    EXPECT_EQ(valueOf(*tree, 1026), "x");
-    EXPECT_EQ(valueOf(*tree, 1224), "MQ==");
+    EXPECT_EQ(countChildren(*tree), 2) << "its text and its name";
+    EXPECT_EQ(childValue(*tree, 1026), "x");
+    EXPECT_EQ(childValue(*tree, 1224), "MQ==");
 }
 
 TEST(QelInfoTest, IsReadAsItWasWritten) {

@@ -26,7 +26,7 @@ TEST(QelFileInfoTest, DataComesFirst) {
     const TestTree tree;
     writeTo(tree, info);
     EXPECT_THAT(childIDs(*tree), ElementsAre(data, path, offset, size));
-    EXPECT_EQ(valueOf(*tree, path), "L2E=");
+    EXPECT_EQ(childValue(*tree, path), "L2E=");
     const auto read = readFrom<QelFileInfo>(tree);
     EXPECT_EQ(read.data, info.data);
     EXPECT_EQ(read.path, "/a");
@@ -71,7 +71,7 @@ TEST(QelSecurityAttributesTest, TheModeIsAllThereIs) {
     EXPECT_NE(tree->getObj(attributes, 0), 0);
     attributes.mode = 0640;
     writeTo(tree, attributes);
-    EXPECT_EQ(valueOf(*tree, 1135), "416");
+    EXPECT_EQ(childValue(*tree, 1135), "416");
     EXPECT_EQ(readFrom<QelSecurityAttributes>(tree).mode, 0640);
 }
 

@@ -12,7 +12,7 @@ namespace {
 TEST(QelDesktopActionTest, TheNameIsWrittenFirst) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDesktopAction(), 0), 0);
-    EXPECT_THAT(childrenOf(*tree), testing::ElementsAre(2205, 2206));
+    EXPECT_THAT(childIDs(*tree), testing::ElementsAre(2205, 2206));
 }
 
 TEST(QelDesktopActionTest, TheNameIsReadFirst) {
@@ -27,7 +27,7 @@ TEST(QelDesktopSettingsTest, NoActionsAreAnEmptyElement) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDesktopSettings(), 0), 0);
     ASSERT_EQ(tree->seek(1503), 0);
-    EXPECT_EQ(countOf(*tree), 0);
+    EXPECT_EQ(countChildren(*tree), 0);
     tree->seekUp();
     QelDesktopSettings read;
     EXPECT_EQ(tree->getObj(read, 0), 0);

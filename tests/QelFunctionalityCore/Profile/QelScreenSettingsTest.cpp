@@ -16,7 +16,7 @@ using testing::ElementsAre;
 TEST(QelScreenInfoTest, NoSectionsAreAnEmptyElementThatMustBeThere) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(screenInfo("overview"), 0), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(2217, 2218));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(2217, 2218));
     QelScreenInfo read;
     EXPECT_EQ(tree->getObj(read, 0), 0);
     EXPECT_EQ(read.name, "overview");
@@ -30,7 +30,7 @@ TEST(QelScreenInfoTest, AFilterHoldsTheNameOnly) {
     info.sections.resize(1);
     TestTree tree;
     ASSERT_EQ(tree->putObject(info, QelScreenInfo::filterWriter(), 0), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(2217));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(2217));
     QelScreenInfo read;
     EXPECT_EQ(tree->getObject(read, QelScreenInfo::filterReader(), 0), 0);
     EXPECT_EQ(read.name, "overview");
@@ -66,13 +66,13 @@ TEST(QelScreenSettingsTest, AFilterSelectsByNameAndLeavesTheCursorOnTheLastScree
     QelScreenSettings both;
     EXPECT_EQ(tree->getObject(both, QelScreenSettings::intersectionReader(filter), 0), 0);
     EXPECT_THAT(namesOf(both), ElementsAre("s"));
-    EXPECT_EQ(valueOf(*tree, 2217), "t");
+    EXPECT_EQ(childValue(*tree, 2217), "t");
     tree->seekUp();
 
     QelScreenSettings others;
     EXPECT_EQ(tree->getObject(others, QelScreenSettings::differenceReader(filter), 0), 0);
     EXPECT_THAT(namesOf(others), ElementsAre("t"));
-    EXPECT_EQ(valueOf(*tree, 2217), "t");
+    EXPECT_EQ(childValue(*tree, 2217), "t");
 }
 
 TEST(QelScreenSettingsTest, AFilterWithoutNamesReadsAllScreens) {

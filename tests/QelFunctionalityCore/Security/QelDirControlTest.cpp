@@ -28,8 +28,8 @@ TEST(QelDirControlTest, TheOidStandsBeforeTheRest) {
     ASSERT_EQ(tree->putObj(control, 1115), 0);
     ASSERT_EQ(tree->seek(1115), 0);
     EXPECT_EQ(tree->curType(), "directory:dir_control");
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1007, 1921, 1018));
-    EXPECT_EQ(valueOf(*tree, 1921), "1") << "critical unless told";
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1007, 1921, 1018));
+    EXPECT_EQ(childValue(*tree, 1921), "1") << "critical unless told";
 }
 
 TEST(QelDirControlTest, TheOidMustBeThereUnlessTheReaderIsToldOtherwise) {
@@ -60,7 +60,7 @@ TEST(QelDirControlTest, TheWritersFlagChangesNothing) {
     for (const bool flag : {false, true}) {
         TestTree tree;
         EXPECT_EQ(tree->putObject(QelDirControl(), QelDirControl::Writer(flag), 0), 0);
-        EXPECT_THAT(childIDsOf(*tree), ElementsAre(1007, 1921, 1018));
+        EXPECT_THAT(childIDs(*tree), ElementsAre(1007, 1921, 1018));
     }
 }
 
@@ -72,9 +72,9 @@ TEST(QelDirControlTest, AValueThatIsNotTakenIsNoFailure) {
 TEST(QelDirSortControlTest, HasItsOidBehindTheFieldsOfEveryControl) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(sortControl(), 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1007, 1921, 1018, 1926, 1927));
-    EXPECT_EQ(valueOf(*tree, 1007), sortOid);
-    EXPECT_EQ(valueOf(*tree, 1927), "1");
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1007, 1921, 1018, 1926, 1927));
+    EXPECT_EQ(childValue(*tree, 1007), sortOid);
+    EXPECT_EQ(childValue(*tree, 1927), "1");
 }
 
 TEST(QelDirSortControlTest, KeepsItsOidWhereTheMessageHasNone) {
@@ -106,8 +106,8 @@ TEST(QelDirVlvControlTest, StandsInThisOrderBehindTheFieldsOfEveryControl) {
     control.offset = 3;
     control.count = 4;
     ASSERT_EQ(tree->putObj(control, 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1007, 1921, 1018, 1923, 1924, 1087, 1259));
-    EXPECT_EQ(valueOf(*tree, 1007), vlvOid);
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1007, 1921, 1018, 1923, 1924, 1087, 1259));
+    EXPECT_EQ(childValue(*tree, 1007), vlvOid);
     tree->deleteChild(1007);
     QelDirVlvControl back;
     EXPECT_EQ(tree->getObj(back, 0), 0);
