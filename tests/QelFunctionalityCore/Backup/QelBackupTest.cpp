@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "support/RecordTest.h"
+#include "support/RequiredChildren.h"
 
 namespace Qel {
 
@@ -152,13 +153,7 @@ TEST_F(QelBackupTest, ReadingReplacesTheFlags) {
 }
 
 TEST_F(QelBackupTest, TheEnvironmentAndTheObjectAreRequired) {
-    for (const int id : {1866, 1010, 2028}) {
-        clear();
-        EXPECT_EQ(write(sampleBackup()), 0);
-        remove(id);
-        QelBackup back;
-        EXPECT_EQ(read(back), -1) << id;
-    }
+    expectRequired(sampleBackup(), {1866, 1010, 2028});
 }
 
 TEST_F(QelBackupTest, AnUnreadableDescriptionOrCountStaysAsItWas) {

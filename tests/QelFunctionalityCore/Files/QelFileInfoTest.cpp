@@ -5,6 +5,7 @@
 #include "FilesTestSupport.h"
 #include "QelFunctionalityCore/Files/QelSecurityAttributes.h"
 #include "QelFunctionalityCore/Files/QelUGIDLimits.h"
+#include "support/RequiredChildren.h"
 
 namespace Qel {
 namespace {
@@ -85,12 +86,7 @@ TEST(QelUGIDLimitsTest, EachLimitMustBeThere) {
     writeTo(whole, limits);
     EXPECT_THAT(childIDs(*whole), ElementsAre(1539, 1540, 1541, 1542));
     EXPECT_EQ(readFrom<QelUGIDLimits>(whole).limit4, 4);
-    for (const int missing : {1539, 1540, 1541, 1542}) {
-        const TestTree tree;
-        writeTo(tree, limits);
-        tree->deleteChild(missing);
-        EXPECT_EQ(tree->getObj(limits, 0), -1) << missing;
-    }
+    expectRequired(limits, {1539, 1540, 1541, 1542});
 }
 
 } // namespace

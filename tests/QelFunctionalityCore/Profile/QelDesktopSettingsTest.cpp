@@ -4,6 +4,7 @@
 
 #include "ProfileSamples.h"
 #include "QelFunctionalityCore/TestTree.h"
+#include "support/RequiredChildren.h"
 
 namespace Qel {
 
@@ -43,13 +44,7 @@ TEST(QelDesktopSettingsTest, TheElementOfTheActionsMustBeThere) {
 }
 
 TEST(QelDesktopSettingsTest, EveryFieldMustBeThere) {
-    for (const int id : {2207, 2203, 2202, 2201, 2208}) {
-        TestTree tree;
-        ASSERT_EQ(tree->putObj(QelDesktopSettings(), 0), 0);
-        ASSERT_EQ(tree->deleteChild(id), 0);
-        QelDesktopSettings read;
-        EXPECT_EQ(tree->getObj(read, 0), -1) << id;
-    }
+    TestSupport::expectRequired(QelDesktopSettings(), {2207, 2203, 2202, 2201, 2208});
 }
 
 } // namespace

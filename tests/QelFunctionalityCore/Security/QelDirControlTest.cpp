@@ -4,6 +4,7 @@
 
 #include "QelFunctionalityCore/TestTree.h"
 #include "support/RefusingCursor.h"
+#include "support/RequiredChildren.h"
 
 namespace Qel {
 namespace {
@@ -89,13 +90,7 @@ TEST(QelDirSortControlTest, KeepsItsOidWhereTheMessageHasNone) {
 }
 
 TEST(QelDirSortControlTest, AttributeAndDirectionMustBeThere) {
-    for (const int id : {1926, 1927}) {
-        TestTree tree;
-        ASSERT_EQ(tree->putObj(sortControl(), 0), 0);
-        tree->deleteChild(id);
-        QelDirSortControl back;
-        EXPECT_EQ(tree->getObj(back, 0), -1) << id;
-    }
+    TestSupport::expectRequired(sortControl(), {1926, 1927});
 }
 
 TEST(QelDirVlvControlTest, StandsInThisOrderBehindTheFieldsOfEveryControl) {
@@ -119,13 +114,7 @@ TEST(QelDirVlvControlTest, StandsInThisOrderBehindTheFieldsOfEveryControl) {
 }
 
 TEST(QelDirVlvControlTest, EachNumberMustBeThere) {
-    for (const int id : {1923, 1924, 1087, 1259}) {
-        TestTree tree;
-        ASSERT_EQ(tree->putObj(QelDirVlvControl(), 0), 0);
-        tree->deleteChild(id);
-        QelDirVlvControl back;
-        EXPECT_EQ(tree->getObj(back, 0), -1) << id;
-    }
+    TestSupport::expectRequired(QelDirVlvControl(), {1923, 1924, 1087, 1259});
 }
 
 TEST(QelDirControlTest, TheTypeTellsTheClass) {
