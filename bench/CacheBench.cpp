@@ -10,7 +10,6 @@
 #include <cstring>
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <memory>
 #include <numeric>
 #include <random>
@@ -27,10 +26,12 @@
 #include "QelCore/QelCacheLogicImpl.h"
 #include "QelCore/QelGUIDBase.h"
 #include "QelCore/QelMappedMemoryManager.h"
+#include "RatioTable.h"
 
 namespace {
 
 using namespace Qel;
+using namespace Qel::Bench;
 using Clock = std::chrono::steady_clock;
 
 constexpr unsigned recordBytes = 1024;
@@ -312,37 +313,9 @@ void benchFlock(benchmark::State& state, unsigned) {
 
 // ---- the table
 
-/// Keeps the best time of each benchmark; several runs of one differ by what else the machine does.
-class BestTimes : public benchmark::BenchmarkReporter {
-public:
-    bool ReportContext(const Context&) override { return true; }
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred)
-                continue;
-            const double nanoseconds = run.real_accumulated_time / static_cast<double>(run.iterations) * 1e9;
-            const std::string& name = run.run_name.function_name;
-            const auto known = m_times.find(name);
-            m_times[name] = known == m_times.end() ? nanoseconds : std::min(known->second, nanoseconds);
-            std::fprintf(stderr, "\r%-60s", name.c_str());
-        }
-    }
-    void Finalize() override { std::fprintf(stderr, "\r%60s\r", ""); }
-
-    /// 0 if the benchmark didn't run.
-    [[nodiscard]] double of(const std::string& name) const {
-        const auto found = m_times.find(name);
-        return found == m_times.end() ? 0 : found->second;
-    }
-
-private:
-    std::map<std::string, double> m_times;
-};
-
 using Body = std::function<void(benchmark::State&, unsigned)>;
 
 enum class Timing { wall, manual };
-enum class Measure { timesFaster, timesAsLong };
 
 struct Row {
     const char* operation;
@@ -384,39 +357,27 @@ void registerAll() {
             }
 }
 
-void printHead() {
-    std::printf("%-38s %7s %14s %14s %8s %10s  %s\n", "operation", "n", "ours ns", "peer ns", "ratio", "required", "");
-}
-
-/// Prints a line of the table.  Whether the ratio is as required.
-bool printLine(const char* operation, unsigned n, double ours, double peer, Measure measure, double required) {
-    const double ratio = measure == Measure::timesFaster ? peer / ours : ours / peer;
-    const bool reached = measure == Measure::timesFaster ? ratio >= required : ratio <= required;
-    std::printf("%-38s %7u %14.1f %14.1f %8.2f %s %7.2f  %s\n", operation, n, ours, peer, ratio,
-                measure == Measure::timesFaster ? ">=" : "<=", required, reached ? "reached" : "MISSED");
-    return reached;
-}
-
-bool printTimes(const BestTimes& times) {
+bool printTimes(const RatioTable& table, const BestTimes& times) {
     bool allReached = true;
     for (const unsigned n : sizes)
         for (const Row& row : rows) {
             const double ours = times.of(nameOf(row, "ours", n));
             const double peer = times.of(nameOf(row, "peer", n));
-            if (ours > 0 && peer > 0 && !printLine(row.operation, n, ours, peer, row.measure, row.required))
+            if (ours > 0 && peer > 0 &&
+                !table.printLine(row.operation, std::to_string(n), ours, peer, row.measure, row.required))
                 allReached = allReached && n != requiredSize;
         }
     return allReached;
 }
 
 /// Bytes of the file for bytes of records, in the two columns of times.
-bool printSpace() {
+bool printSpace(const RatioTable& table) {
     bool allReached = true;
     for (const unsigned n : sizes) {
         const Filled<Ours> filled(n);
         const auto bytes = static_cast<double>(std::filesystem::file_size(filled.directory.file()));
-        if (!printLine("bytes of the file / of the records", n, bytes, double{recordBytes} * n, Measure::timesAsLong,
-                       1.35))
+        if (!table.printLine("bytes of the file / of the records", std::to_string(n), bytes, double{recordBytes} * n,
+                             Measure::timesAsLong, 1.35))
             allReached = allReached && n != requiredSize;
     }
     return allReached;
@@ -425,22 +386,11 @@ bool printSpace() {
 } // namespace
 
 int main(int argc, char** argv) {
-    // The two sides take turns: the machine may be slower for seconds.
-    std::vector<char*> arguments(argv, argv + argc);
-    std::string takingTurns = "--benchmark_enable_random_interleaving=true";
-    arguments.insert(arguments.begin() + 1, takingTurns.data());
-    arguments.push_back(nullptr);
-    argc = static_cast<int>(arguments.size() - 1);
-    argv = arguments.data();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    BestTimes times(BestTimes::Clock::real, 1e9);
+    if (!runBenchmarks(argc, argv, registerAll, times))
         return 2;
-    registerAll();
-    BestTimes times;
-    benchmark::RunSpecifiedBenchmarks(&times);
-    benchmark::Shutdown();
-    printHead();
-    const bool fast = printTimes(times);
-    const bool small = printSpace();
+    const RatioTable table("operation", "n", "ns", 1);
+    const bool fast = printTimes(table, times);
+    const bool small = printSpace(table);
     return fast && small ? 0 : 1;
 }

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
-#include <map>
 #include <memory>
 #include <random>
 #include <string>
@@ -19,10 +18,12 @@
 #include <boost/icl/interval_set.hpp>
 
 #include "QelCore/QelCompressedSet.h"
+#include "RatioTable.h"
 
 namespace {
 
 using namespace Qel;
+using namespace Qel::Bench;
 using Range = range<unsigned>;
 using Ranges = std::vector<Range>;
 
@@ -129,32 +130,6 @@ const std::vector<Row>& rows() {
     return all;
 }
 
-/// Keeps the best time of each benchmark, in milliseconds of processor time; several runs of one differ by what else
-/// the machine does.
-class BestTimes : public benchmark::BenchmarkReporter {
-public:
-    bool ReportContext(const Context&) override { return true; }
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred)
-                continue;
-            const double milliseconds = run.cpu_accumulated_time / static_cast<double>(run.iterations) * 1e3;
-            const auto [known, isNew] = m_times.emplace(run.run_name.function_name, milliseconds);
-            if (!isNew)
-                known->second = std::min(known->second, milliseconds);
-        }
-    }
-
-    /// 0 if the benchmark didn't run.
-    [[nodiscard]] double of(const std::string& name) const {
-        const auto found = m_times.find(name);
-        return found == m_times.end() ? 0 : found->second;
-    }
-
-private:
-    std::map<std::string, double> m_times;
-};
-
 std::string nameOf(const Row& row, const char* side) {
     return std::string(row.ranges) + ", " + row.way + ", " + side;
 }
@@ -170,31 +145,20 @@ void registerAll() {
                 ->Unit(benchmark::kMillisecond);
 }
 
-void printHead(const char* unit) {
-    std::printf("%-30s %-11s %12s %12s %8s %9s\n", "100,000 ranges", "", (std::string("ours ") + unit).c_str(),
-                (std::string("peer ") + unit).c_str(), "ratio", "required");
-}
-
-/// Prints a line of a table.  Whether the ratio is as required.
-bool printLine(const char* what, const char* way, double ours, double peer, double required) {
-    const double ratio = peer / ours;
-    std::printf("%-30s %-11s %12.3f %12.3f %8.2f", what, way, ours, peer, ratio);
-    if (required == 0) {
-        std::printf("\n");
-        return true;
-    }
-    std::printf(" >= %6.2f  %s\n", required, ratio >= required ? "reached" : "MISSED");
-    return ratio >= required;
+/// A table of what both sides take for each row, in milliseconds of processor time or in memory.
+RatioTable startTable(const char* unit) {
+    return {"100,000 ranges", "", unit, 3};
 }
 
 bool printTimes(const BestTimes& times) {
-    printHead("ms");
+    const RatioTable table = startTable("ms");
     bool allReached = true;
     for (const Row& row : rows()) {
         const double ours = times.of(nameOf(row, "ours"));
         const double peer = times.of(nameOf(row, "peer"));
         if (ours > 0 && peer > 0)
-            allReached = printLine(row.ranges, row.way, ours, peer, row.required) && allReached;
+            allReached =
+                table.printLine(row.ranges, row.way, ours, peer, Measure::timesFaster, row.required) && allReached;
     }
     return allReached;
 }
@@ -209,7 +173,7 @@ bool printMemory() {
     using CountedSet = SetOf<CountingAllocator>;
     using CountedPeer = PeerOf<CountingAllocator>;
     std::printf("\n");
-    printHead("KiB");
+    const RatioTable table = startTable("KiB");
     bool allReached = true;
     for (const Row& row : rows()) {
         // A set that has shrunk keeps the room that it had, unless it was built at once.
@@ -217,7 +181,8 @@ bool printMemory() {
         const double ours =
             kilobytesOf<CountedSet>(isAtOnce ? buildAtOnce<CountedSet> : buildOneByOne<CountedSet>, row.made);
         const double peer = kilobytesOf<CountedPeer>(buildPeer<CountedPeer>, row.made);
-        allReached = printLine(row.ranges, row.way, ours, peer, isAtOnce ? 4 : 0) && allReached;
+        allReached =
+            table.printLine(row.ranges, row.way, ours, peer, Measure::timesFaster, isAtOnce ? 4 : 0) && allReached;
     }
     return allReached;
 }
@@ -242,13 +207,9 @@ bool agree() {
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    BestTimes times(BestTimes::Clock::processor, 1e3);
+    if (!runBenchmarks(argc, argv, registerAll, times))
         return 2;
-    registerAll();
-    BestTimes times;
-    benchmark::RunSpecifiedBenchmarks(&times);
-    benchmark::Shutdown();
     const bool same = agree();
     const bool fast = printTimes(times);
     const bool small = printMemory();

@@ -4,7 +4,9 @@
 #include <csignal>
 #include <cstring>
 #include <fstream>
+#include <initializer_list>
 #include <memory>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -34,6 +36,15 @@ int openDescriptors() {
     return count;
 }
 
+/// The first bytes of a file, mapped.
+class MappedFile : public QelMemoryMappedFile {
+public:
+    explicit MappedFile(const TempFile& name, unsigned size = page) {
+        if (map(name.path(), size, options, nullptr))
+            throw std::runtime_error(getErrorMessage());
+    }
+};
+
 char* bytesOf(const QelMemoryMappedFile& file) {
     return static_cast<char*>(file.getMemory());
 }
@@ -54,14 +65,11 @@ TEST(QelMemoryMappedFileTest, NewFileIsCreatedForItsOwnerAndReadsAsZero) {
 TEST(QelMemoryMappedFileTest, ExistingFileIsExtendedAndNeverCut) {
     const TempFile name;
     name.write("text");
-    QelMemoryMappedFile small;
-    ASSERT_EQ(small.map(name.path(), page, options, nullptr), 0);
+    MappedFile small(name);
     EXPECT_EQ(name.size(), page);
     EXPECT_EQ(std::memcmp(small.getMemory(), "text\0", 5), 0);
-    QelMemoryMappedFile large;
-    ASSERT_EQ(large.map(name.path(), 3 * page, options, nullptr), 0);
-    QelMemoryMappedFile again;
-    ASSERT_EQ(again.map(name.path(), page, options, nullptr), 0);
+    MappedFile large(name, 3 * page);
+    MappedFile again(name);
     EXPECT_EQ(name.size(), 3 * page);
     EXPECT_EQ(again.getSize(), page);
 }
@@ -70,8 +78,7 @@ TEST(QelMemoryMappedFileTest, HolesOfAnExistingFileAreFilled) {
     const TempFile name;
     name.write("");
     ASSERT_EQ(truncate(name.path().c_str(), 16 * static_cast<off_t>(page)), 0);
-    QelMemoryMappedFile file;
-    ASSERT_EQ(file.map(name.path(), 16 * page, options, nullptr), 0);
+    MappedFile file(name, 16 * page);
     struct stat status {};
     ASSERT_EQ(stat(name.path().c_str(), &status), 0);
     EXPECT_GE(status.st_blocks * 512, static_cast<long>(16 * page));
@@ -79,10 +86,8 @@ TEST(QelMemoryMappedFileTest, HolesOfAnExistingFileAreFilled) {
 
 TEST(QelMemoryMappedFileTest, MappingsOfOneFileShowTheSameBytes) {
     const TempFile name;
-    QelMemoryMappedFile one;
-    QelMemoryMappedFile other;
-    ASSERT_EQ(one.map(name.path(), page, options, nullptr), 0);
-    ASSERT_EQ(other.map(name.path(), page, options, nullptr), 0);
+    MappedFile one(name);
+    MappedFile other(name);
     bytesOf(one)[100] = 'x';
     EXPECT_EQ(bytesOf(other)[100], 'x');
     EXPECT_TRUE(one.isSameFile(other));
@@ -91,8 +96,7 @@ TEST(QelMemoryMappedFileTest, MappingsOfOneFileShowTheSameBytes) {
 
 TEST(QelMemoryMappedFileTest, RemapMapsTheSameFileThoughItsNameIsGone) {
     const TempFile name;
-    QelMemoryMappedFile one;
-    ASSERT_EQ(one.map(name.path(), page, options, nullptr), 0);
+    MappedFile one(name);
     ASSERT_EQ(unlink(name.path().c_str()), 0);
     QelMemoryMappedFile larger;
     ASSERT_EQ(larger.remap(4 * page, nullptr, &one), 0);
@@ -108,8 +112,7 @@ TEST(QelMemoryMappedFileTest, RemapMapsTheSameFileThoughItsNameIsGone) {
 TEST(QelMemoryMappedFileTest, RemapToMoreOfAnExistingFileShowsTheSamePages) {
     const TempFile name;
     name.write(std::string(4 * page, 'a'));
-    auto first = std::make_unique<QelMemoryMappedFile>();
-    ASSERT_EQ(first->map(name.path(), page, options, nullptr), 0);
+    auto first = std::make_unique<MappedFile>(name);
     QelMemoryMappedFile all;
     ASSERT_EQ(all.remap(4 * page, nullptr, first.get()), 0);
     EXPECT_EQ(all.getMemory(), first->getMemory());
@@ -125,8 +128,7 @@ TEST(QelMemoryMappedFileTest, FileWithHolesIsMappedAsFarAsItWasAskedFor) {
     const TempFile name;
     name.write("");
     ASSERT_EQ(truncate(name.path().c_str(), 16 * static_cast<off_t>(page)), 0);
-    QelMemoryMappedFile first;
-    ASSERT_EQ(first.map(name.path(), page, options, nullptr), 0);
+    MappedFile first(name);
     QelMemoryMappedFile all;
     ASSERT_EQ(all.remap(16 * page, nullptr, &first), 0);
     EXPECT_NE(all.getMemory(), first.getMemory());
@@ -212,8 +214,7 @@ TEST(QelMemoryMappedFileTest, PrefaultedPagesAreWrittenWithoutFaults) {
 
 TEST(QelMemoryMappedFileTest, FileThatIsOnlySharedIsLockedButNotMapped) {
     const TempFile name;
-    QelMemoryMappedFile file;
-    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    MappedFile file(name);
     QelMemoryMappedFile locker;
     locker.share(file);
     EXPECT_EQ(locker.getMemory(), nullptr);
@@ -224,11 +225,9 @@ TEST(QelMemoryMappedFileTest, FileThatIsOnlySharedIsLockedButNotMapped) {
 
 TEST(QelMemoryMappedFileTest, FilesOfOneNameOneAfterTheOtherAreNotTheSame) {
     const TempFile name;
-    QelMemoryMappedFile one;
-    ASSERT_EQ(one.map(name.path(), page, options, nullptr), 0);
+    MappedFile one(name);
     ASSERT_EQ(unlink(name.path().c_str()), 0);
-    QelMemoryMappedFile other;
-    ASSERT_EQ(other.map(name.path(), page, options, nullptr), 0);
+    MappedFile other(name);
     EXPECT_FALSE(one.isSameFile(other));
 }
 
@@ -254,8 +253,7 @@ TEST(QelMemoryMappedFileTest, FailureLeavesNothingMappedAndSaysWhy) {
 
 TEST(QelMemoryMappedFileTest, SecondMappingInOneObjectIsRefused) {
     const TempFile name;
-    QelMemoryMappedFile file;
-    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    MappedFile file(name);
     void* memory = file.getMemory();
     EXPECT_NE(file.map(name.path(), 2 * page, options, nullptr), 0);
     EXPECT_EQ(file.getMemory(), memory);
@@ -283,8 +281,7 @@ TEST(QelMemoryMappedFileTest, FullDiskIsAResultAndNoSignal) {
 
 TEST(QelMemoryMappedFileTest, ProtectedMemoryCanBeReadAndNotWritten) {
     const TempFile name;
-    QelMemoryMappedFile file;
-    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    MappedFile file(name);
     bytesOf(file)[0] = 'a';
     ASSERT_EQ(file.protectMemory(true), 0);
     EXPECT_EQ(bytesOf(file)[0], 'a');
@@ -298,8 +295,7 @@ TEST(QelMemoryMappedFileTest, DescriptorsAreClosedOnExecAndWithTheLastMapping) {
     const TempFile name;
     const int before = openDescriptors();
     {
-        QelMemoryMappedFile file;
-        ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+        MappedFile file(name);
         QelMemoryMappedFile larger;
         ASSERT_EQ(larger.remap(2 * page, nullptr, &file), 0);
         EXPECT_EQ(openDescriptors(), before + 2) << "one to map, one to lock; a remapped file shares them";
@@ -317,8 +313,7 @@ TEST(QelMemoryMappedFileTest, DescriptorsAreClosedOnExecAndWithTheLastMapping) {
 
 TEST(QelMemoryMappedFileTest, LockExcludesOtherProcesses) {
     const TempFile name;
-    QelMemoryMappedFile file;
-    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    MappedFile file(name);
     const auto tryToLock = [&] {
         QelMemoryMappedFile mine;
         return mine.map(name.path(), page, options, nullptr) ? 2 : mine.lock(true) ? 1 : 0;
@@ -331,14 +326,12 @@ TEST(QelMemoryMappedFileTest, LockExcludesOtherProcesses) {
 
 TEST(QelMemoryMappedFileTest, LockIsOneForAllMappingsOfAFileInAProcess) {
     const TempFile name;
-    QelMemoryMappedFile one;
-    QelMemoryMappedFile other;
-    ASSERT_EQ(one.map(name.path(), page, options, nullptr), 0);
-    ASSERT_EQ(other.map(name.path(), page, options, nullptr), 0);
+    MappedFile one(name);
+    MappedFile other(name);
     QelMemoryMappedFile larger;
     ASSERT_EQ(larger.remap(2 * page, nullptr, &one), 0);
     ASSERT_EQ(one.lock(false), 0);
-    for (QelMemoryMappedFile* file : {&other, &larger}) {
+    for (QelMemoryMappedFile* const file : std::initializer_list<QelMemoryMappedFile*>{&other, &larger}) {
         int result = 0;
         std::thread([&] { result = file->lock(true); }).join();
         EXPECT_NE(result, 0);
@@ -351,10 +344,8 @@ TEST(QelMemoryMappedFileTest, LockIsOneForAllMappingsOfAFileInAProcess) {
 
 TEST(QelMemoryMappedFileTest, ThreadsTakeTurns) {
     const TempFile name;
-    QelMemoryMappedFile one;
-    QelMemoryMappedFile other;
-    ASSERT_EQ(one.map(name.path(), page, options, nullptr), 0);
-    ASSERT_EQ(other.map(name.path(), page, options, nullptr), 0);
+    MappedFile one(name);
+    MappedFile other(name);
     int counter = 0;
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i)
@@ -374,8 +365,7 @@ TEST(QelMemoryMappedFileTest, ThreadsTakeTurns) {
 
 TEST(QelMemoryMappedFileTest, ForkedChildKeepsTheMappingAndLosesTheLock) {
     const TempFile name;
-    QelMemoryMappedFile file;
-    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    MappedFile file(name);
     bytesOf(file)[0] = 'm';
     const int descriptors = openDescriptors();
     EXPECT_EQ(inChild([&] {
@@ -395,8 +385,7 @@ TEST(QelMemoryMappedFileTest, ForkedChildKeepsTheMappingAndLosesTheLock) {
 
 TEST(QelMemoryMappedFileTest, ForkedChildFindsTheMutexFreeThatAnotherThreadHolds) {
     const TempFile name;
-    QelMemoryMappedFile file;
-    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    MappedFile file(name);
     const Signal locked;
     const Signal release;
     std::thread holder([&] {
@@ -448,8 +437,7 @@ TEST(QelMemoryMappedFileTest, LockOfADeadProcessIsFreeThoughItsForkedChildLives)
     });
     ASSERT_EQ(::read(channel[0], &grandchild, sizeof grandchild), static_cast<ssize_t>(sizeof grandchild));
     ready.wait();
-    QelMemoryMappedFile file;
-    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    MappedFile file(name);
     EXPECT_NE(file.lock(true), 0);
     parent.kill();
     EXPECT_EQ(parent.wait(), -1);
@@ -467,8 +455,7 @@ TEST(QelMemoryMappedFileTest, WaitingForTheLockSurvivesSignals) {
     const Signal interrupted;
     static const Signal* handled;
     handled = &interrupted;
-    QelMemoryMappedFile file;
-    ASSERT_EQ(file.map(name.path(), page, options, nullptr), 0);
+    MappedFile file(name);
     ASSERT_EQ(file.lock(false), 0);
     ChildProcess child([&] {
         struct sigaction action {};

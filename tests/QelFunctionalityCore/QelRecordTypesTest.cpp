@@ -1,12 +1,23 @@
 #include "QelFunctionalityCore/QelRecordTypes.h"
 
 #include <algorithm>
-#include <set>
 #include <string_view>
 
 #include <gmock/gmock.h>
 
-#include "QelCore/QelIPConversions.h"
+#include "QelFunctionalityCore/Backup/RandomBackup.h"
+#include "QelFunctionalityCore/Configuration/RandomConfiguration.h"
+#include "QelFunctionalityCore/Environment/RandomEnvironment.h"
+#include "QelFunctionalityCore/Events/RandomEvents.h"
+#include "QelFunctionalityCore/Files/RandomFiles.h"
+#include "QelFunctionalityCore/Host/RandomHost.h"
+#include "QelFunctionalityCore/Monitoring/RandomMonitoring.h"
+#include "QelFunctionalityCore/Network/RandomNetwork.h"
+#include "QelFunctionalityCore/Profile/RandomProfile.h"
+#include "QelFunctionalityCore/Scheduling/RandomScheduling.h"
+#include "QelFunctionalityCore/Security/RandomSecurity.h"
+#include "QelFunctionalityCore/Values/RandomValues.h"
+#include "QelFunctionalityCore/Vocabulary/RandomVocabulary.h"
 #include "support/LogCapture.h"
 #include "support/RandomRecord.h"
 #include "support/TestMessage.h"
@@ -66,6 +77,25 @@ TEST(QelRecordTypesTest, TellTheTableInWritingAndInReadingOrder) {
     EXPECT_THAT(read, ElementsAre(1185, 1872, 1870, 1866, 1192, 1003));
 }
 
+RandomFamily makeFamilies() {
+    RandomFamily all;
+    for (RandomFamily (*const family)() :
+         {randomBackup, randomConfiguration, randomEnvironment, randomEvents, randomFiles, randomHost, randomMonitoring,
+          randomNetwork, randomProfile, randomScheduling, randomSecurity, randomValues, randomVocabulary})
+        all.add(family());
+    return all;
+}
+
+const RandomFamily& families() {
+    static const RandomFamily all = makeFamilies();
+    return all;
+}
+
+TEST(QelRecordTypesTest, EachOddRecordIsAmongThem) {
+    for (const auto& [name, oddness] : families().odd)
+        EXPECT_NE(findRecordType(name), nullptr) << name;
+}
+
 class EachRecordType : public testing::TestWithParam<QelRecordType> {
 protected:
     /// Puts the cursor where the record belongs: at the only element of a new message, or at its root.  Messages have a
@@ -85,11 +115,11 @@ protected:
         place(to);
         const std::string position = to.cursor().curName();
         const auto results = GetParam().rewrite(from.cursor(), to.cursor());
-        if (leavesTheCursorDeeper())
+        if (odd.leavesTheCursorDeeper)
             for (const TestMessage* const message : {&from, &to})
                 if (message->cursor().curName() != position)
                     message->cursor().seekUp();
-        if (results.read == 0 || !staysWhereItFailed()) {
+        if (results.read == 0 || !odd.staysWhereItFailed) {
             EXPECT_EQ(from.cursor().curName(), position) << "the reader came back";
         }
         EXPECT_EQ(to.cursor().curName(), position) << "the writer came back";
@@ -99,7 +129,7 @@ protected:
     void expectFixedPoint(const TestMessage& written) {
         const TestMessage again;
         expectRewritten(written, again);
-        if (!settlesLate()) {
+        if (!odd.settlesLate) {
             EXPECT_EQ(textOf(*again.get()), textOf(*written.get()));
             return;
         }
@@ -108,57 +138,7 @@ protected:
         EXPECT_EQ(textOf(*settled.get()), textOf(*again.get()));
     }
 
-    /// Whether reading would end the process: a pool can't hold the least and the greatest address.
-    static bool isFatal(const TestMessage& made) {
-        return isOneOf({"QelRangedPool", "QelPoolResourcePair"}) && holdsExtremeAddress(*made.root());
-    }
-    /// Whether a record that was read from damaged elements can be read again when it is written.
-    static bool isReadable(const TestMessage& written) {
-        const auto has = [&](int id) { return written.cursor().seekPresence(id) == 0; };
-        // What is empty isn't written, yet wanted: a rule's text, the name of a task and of a role with it, the path of
-        // an installation without a package.
-        if (isOneOf({"QelInstallationPackage"}))
-            return has(1295) || has(1156);
-        if (isOneOf({"QelFirewallRule"}))
-            return has(1195);
-        return !isOneOf({"QelTask", "QelRole"}) || has(1026);
-    }
-
 private:
-    static bool isOneOf(const std::set<std::string_view>& names) { return names.contains(GetParam().name); }
-
-    // A device of no known kind leaves the cursor at its kind.
-    static bool staysWhereItFailed() { return isOneOf({"QelNetBridge", "QelNetDevice", "QelNetNIC", "QelNetVLAN"}); }
-
-    static bool holdsExtremeAddress(const QelMessageIterator& cursor) {
-        std::string text;
-        cursor.getValue(text, 0);
-        if (cursor.curID() == 1262 && (strToIp(text) == 0 || ~strToIp(text) == 0))
-            return true;
-        if (cursor.firstChild() != 0)
-            return false;
-        bool found = false;
-        do
-            found = holdsExtremeAddress(cursor);
-        while (!found && cursor.nextSibling() == 0);
-        cursor.seekUp();
-        return found;
-    }
-
-    // An environment or a migration without a base configuration is written with an empty one, which counts as an old
-    // agent's when it is read back, and so gets a version.  The numbers of groups in credentials aren't read where they
-    // are written.  The connection of a backup configuration is read into the local agent's, whose protocol it keeps if
-    // it has none.  The progress of a request without a name is written without it, and becomes that of the message's
-    // request.  A console's server without an address leaves an empty element, which isn't read as a server.
-    static bool settlesLate() {
-        return isOneOf({"QelBackupMConfig", "QelEnv", "QelEnvBackupData", "QelP2VMigrateOptions",
-                        "QelProcessMExecParams", "QelProgCredentials", "QelRequestProgressData", "QelUserCredentials",
-                        "QelV2VMigrateOptions", "QelVncConnectionInfo", "QelVncConsoleInfo"});
-    }
-
-    // The functors of a mailer's configuration stay in the element of its accounts.
-    [[nodiscard]] static bool leavesTheCursorDeeper() { return GetParam().name == "QelMailerConfig"; }
-
     void expectRewritten(const TestMessage& from, const TestMessage& to) {
         const auto results = rewrite(from, to);
         EXPECT_EQ(results.read, 0);
@@ -166,7 +146,8 @@ private:
     }
 
 protected:
-    RandomRecord random{20261120};
+    RandomRecord random{20261120, families()};
+    const OddRecord odd = families().oddnessOf(std::string(GetParam().name));
     const LogCapture log; // what readers say of damaged messages
 };
 
@@ -193,13 +174,13 @@ TEST_P(EachRecordType, IsReadOrRefusedWhenElementsAreDamaged) {
         make(made);
         for (unsigned left = random.below(4) + 1; left > 0; --left)
             random.damage(made.cursor());
-        if (isFatal(made))
+        if (odd.isFatal && odd.isFatal(*made.root()))
             continue;
         const TestMessage written;
         const auto results = rewrite(made, written);
         if (results.read != 0 || results.write != 0)
             ++refused;
-        else if (isReadable(written))
+        else if (!odd.isReadable || odd.isReadable(written.cursor()))
             expectFixedPoint(written);
     }
     RecordProperty("refused", refused);

@@ -42,6 +42,32 @@ protected:
         return value;
     }
     void putText(const std::string& value) { ASSERT_EQ(cursor().putValue(value, id), 0); }
+    /// All that converts a text fails and leaves its output.
+    void expectUnconvertible(const Argument& argument) {
+        std::string bytes = "old";
+        int integer = 7;
+        long long longLong = 7;
+        double real = 7;
+        long time = 7;
+        int zone = 7;
+        EXPECT_EQ(cursor().getValueBase64(bytes, argument), -1);
+        EXPECT_EQ(cursor().getValue(integer, argument), -1);
+        EXPECT_EQ(cursor().getValueLongLong(longLong, argument), -1);
+        EXPECT_EQ(cursor().getValueDouble(real, argument), -1);
+        EXPECT_EQ(cursor().getValueTime(time, argument), -1);
+        EXPECT_EQ(cursor().getValueTimeZone(time, zone, argument), -1);
+        EXPECT_EQ(bytes, "old");
+        EXPECT_EQ(integer, 7);
+        EXPECT_EQ(longLong, 7);
+        EXPECT_EQ(real, 7);
+        EXPECT_EQ(time, 7);
+        EXPECT_EQ(zone, 7);
+        for (const bool before : {false, true}) {
+            bool boolean = before;
+            EXPECT_EQ(cursor().getValue(boolean, argument), -1);
+            EXPECT_EQ(boolean, before);
+        }
+    }
 
     TestMessage message;
     const Argument id = key<Key>();
@@ -79,52 +105,14 @@ TYPED_TEST(QelBinaryIteratorValueTest, ASecondPutAddsASecondElement) {
 
 TYPED_TEST(QelBinaryIteratorValueTest, AMissingElementLeavesEveryOutputAsItWas) {
     std::string string = "old";
-    int integer = 7;
-    bool boolean = true;
-    long long longLong = 7;
-    double real = 7;
-    long time = 7;
-    int zone = 7;
     EXPECT_EQ(this->cursor().getValue(string, this->missing), -1);
-    EXPECT_EQ(this->cursor().getValueBase64(string, this->missing), -1);
-    EXPECT_EQ(this->cursor().getValue(integer, this->missing), -1);
-    EXPECT_EQ(this->cursor().getValue(boolean, this->missing), -1);
-    EXPECT_EQ(this->cursor().getValueLongLong(longLong, this->missing), -1);
-    EXPECT_EQ(this->cursor().getValueDouble(real, this->missing), -1);
-    EXPECT_EQ(this->cursor().getValueTime(time, this->missing), -1);
-    EXPECT_EQ(this->cursor().getValueTimeZone(time, zone, this->missing), -1);
     EXPECT_EQ(string, "old");
-    EXPECT_EQ(integer, 7);
-    EXPECT_TRUE(boolean);
-    EXPECT_EQ(longLong, 7);
-    EXPECT_EQ(real, 7);
-    EXPECT_EQ(time, 7);
-    EXPECT_EQ(zone, 7);
+    this->expectUnconvertible(this->missing);
 }
 
 TYPED_TEST(QelBinaryIteratorValueTest, AnUnconvertibleValueLeavesEveryOutputAsItWas) {
     this->putText("some text");
-    std::string string = "old";
-    int integer = 7;
-    bool boolean = false;
-    long long longLong = 7;
-    double real = 7;
-    long time = 7;
-    int zone = 7;
-    EXPECT_EQ(this->cursor().getValueBase64(string, this->id), -1);
-    EXPECT_EQ(this->cursor().getValue(integer, this->id), -1);
-    EXPECT_EQ(this->cursor().getValue(boolean, this->id), -1);
-    EXPECT_EQ(this->cursor().getValueLongLong(longLong, this->id), -1);
-    EXPECT_EQ(this->cursor().getValueDouble(real, this->id), -1);
-    EXPECT_EQ(this->cursor().getValueTime(time, this->id), -1);
-    EXPECT_EQ(this->cursor().getValueTimeZone(time, zone, this->id), -1);
-    EXPECT_EQ(string, "old");
-    EXPECT_EQ(integer, 7);
-    EXPECT_FALSE(boolean);
-    EXPECT_EQ(longLong, 7);
-    EXPECT_EQ(real, 7);
-    EXPECT_EQ(time, 7);
-    EXPECT_EQ(zone, 7);
+    this->expectUnconvertible(this->id);
 }
 
 TYPED_TEST(QelBinaryIteratorValueTest, IntegersAreDecimal) {

@@ -15,10 +15,10 @@ class RecordTest : public testing::Test {
 protected:
     RecordTest() { message.newChild(recordElement); }
 
-    template <class Record> int write(const Record& record) { return typename Record::Writer()(message, record); }
-    template <class Record> int read(Record& record) { return typename Record::Reader()(message, record); }
+    template <class Record> int write(const Record& record) { return typename Record::writer_type()(message, record); }
+    template <class Record> int read(Record& record) { return typename Record::reader_type()(message, record); }
     template <class Record> Record roundTrip(const Record& record) {
-        EXPECT_EQ(write(record), 0);
+        EXPECT_EQ(write(record), 0) << getErrorMessage();
         Record back;
         EXPECT_EQ(read(back), 0) << getErrorMessage();
         EXPECT_EQ(message.curID(), recordElement) << "the cursor comes back";
@@ -46,23 +46,14 @@ protected:
             message.deleteFromChild();
     }
 
-    /// The IDs of the children of an element, in their order.
-    static std::vector<int> childrenOf(const QelMessageIterator& cursor) {
-        std::vector<int> ids;
-        if (cursor.firstChild() != 0)
-            return ids;
-        do
-            ids.push_back(cursor.curID());
-        while (cursor.nextSibling() == 0);
-        cursor.seekUp();
-        return ids;
-    }
-    /// The same of a child; nothing if there is no such child.
-    static std::vector<int> childrenOf(const QelMessageIterator& cursor, int id) {
-        if (cursor.seek(id) != 0)
+    /// The IDs of the children of a child, which must be there.
+    [[nodiscard]] std::vector<int> childrenIn(int id) const {
+        if (message.seek(id) != 0) {
+            ADD_FAILURE() << "no element " << id;
             return {};
-        std::vector<int> ids = childrenOf(cursor);
-        cursor.seekUp();
+        }
+        std::vector<int> ids = childIDs(message);
+        message.seekUp();
         return ids;
     }
 

@@ -63,6 +63,18 @@ private:
     return taken(message.toTextEx(0, {}, 0));
 }
 
+/// The IDs of the children, in their order; 0 for a child whose name has none.
+[[nodiscard]] inline std::vector<int> childIDs(const QelMessageIterator& cursor) {
+    std::vector<int> ids;
+    if (cursor.firstChild() != 0)
+        return ids;
+    do
+        ids.push_back(cursor.curID());
+    while (cursor.nextSibling() == 0);
+    cursor.seekUp();
+    return ids;
+}
+
 /// The number of children with an ID.
 [[nodiscard]] inline int countChildren(const QelMessageIterator& cursor, int id) {
     if (cursor.firstChild(id) != 0)
@@ -74,23 +86,16 @@ private:
     return count;
 }
 
+/// The number of all children.
+[[nodiscard]] inline int countChildren(const QelMessageIterator& cursor) {
+    return static_cast<int>(childIDs(cursor).size());
+}
+
 /// The value of a child, or "(none)".
 [[nodiscard]] inline std::string childValue(const QelMessageIterator& cursor, int id) {
     std::string value = "(none)";
     static_cast<void>(cursor.getValue(value, id));
     return value;
-}
-
-/// The IDs of the children, in their order; 0 for a child whose name has none.
-[[nodiscard]] inline std::vector<int> childIDs(const QelMessageIterator& cursor) {
-    std::vector<int> ids;
-    if (cursor.firstChild() != 0)
-        return ids;
-    do
-        ids.push_back(cursor.curID());
-    while (cursor.nextSibling() == 0);
-    cursor.seekUp();
-    return ids;
 }
 
 } // namespace Qel::TestSupport

@@ -23,12 +23,12 @@ TEST_F(QelExcludeListTest, TheOptionsStandBeforeThePaths) {
     EXPECT_THAT(back, ElementsAre("/tmp", "/proc"));
     EXPECT_TRUE(back.option1982);
     EXPECT_TRUE(back.option1044);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1982, 1044, 1156, 1156));
+    EXPECT_THAT(childIDs(message), ElementsAre(1982, 1044, 1156, 1156));
 }
 
 TEST_F(QelExcludeListTest, ANewOneWritesNothing) {
     EXPECT_THAT(roundTrip(QelExcludeList()), IsEmpty());
-    EXPECT_THAT(childrenOf(message), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
 TEST_F(QelExcludeListTest, ReadingReplacesTheOptionsAndAddsToThePaths) {
@@ -60,15 +60,15 @@ TEST_F(QelEnvBackupDataTest, EachFieldComesBack) {
     EXPECT_EQ(back.env->getEID(), QelEID(1, 2));
     EXPECT_THAT(back.paths, ElementsAre("/etc", "/home"));
     EXPECT_THAT(back.excludes, ElementsAre("/home/cache"));
-    EXPECT_THAT(childrenOf(message), ElementsAre(1624, 1980, 1981));
-    EXPECT_THAT(childrenOf(message, 1980), ElementsAre(1156, 1156));
+    EXPECT_THAT(childIDs(message), ElementsAre(1624, 1980, 1981));
+    EXPECT_THAT(childrenIn(1980), ElementsAre(1156, 1156));
     message.seek(1624);
     EXPECT_EQ(message.curType(), "env:env");
 }
 
 TEST_F(QelEnvBackupDataTest, ANullEnvironmentAndAnEmptyListOfPathsAreNotWritten) {
     const QelEnvBackupData back = roundTrip(QelEnvBackupData());
-    EXPECT_THAT(childrenOf(message), ElementsAre(1981));
+    EXPECT_THAT(childIDs(message), ElementsAre(1981));
     EXPECT_THAT(back.env, IsNull());
     EXPECT_THAT(back.paths, IsEmpty());
 }
@@ -111,7 +111,7 @@ TEST_F(QelBackupDataFamilyTest, TheBaseHasNoFields) {
     EXPECT_EQ(writeAny(Data(new QelBackupData)), 0);
     message.seek(1307);
     EXPECT_EQ(message.curType(), "backup:backup_data");
-    EXPECT_THAT(childrenOf(message), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
 TEST_F(QelBackupDataFamilyTest, AnUnknownTypeIsReadAsTheBase) {

@@ -50,7 +50,7 @@ protected:
 
 TEST_F(QelBackupOperationStuffTest, EachFieldComesBack) {
     const QelBackupOperationStuff back = roundTrip(sample());
-    EXPECT_THAT(childrenOf(message), ElementsAre(1986, 2087, 2088, 2089, 1983, 1007));
+    EXPECT_THAT(childIDs(message), ElementsAre(1986, 2087, 2088, 2089, 1983, 1007));
     ASSERT_TRUE(back.connection.isSpecified());
     EXPECT_EQ(back.connection.get().address, "keeper.example.org");
     EXPECT_EQ(back.maxChainLength, sample().maxChainLength);
@@ -62,7 +62,7 @@ TEST_F(QelBackupOperationStuffTest, EachFieldComesBack) {
 
 TEST_F(QelBackupOperationStuffTest, WhatIsUnspecifiedIsNotWritten) {
     EXPECT_EQ(write(QelBackupOperationStuff()), 0);
-    EXPECT_THAT(childrenOf(message), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
 TEST_F(QelBackupOperationStuffTest, WhatIsMissingOrUnreadableIsUnspecified) {
@@ -177,7 +177,7 @@ TEST_F(QelBackupMConfigTest, SettingsAreKeptAndTheRestIsTheDefault) {
 
 TEST_F(QelBackupMConfigTest, ItIsWrittenAsTheSettingsAre) {
     const QelBackupMConfig back = roundTrip(QelBackupMConfig(sample()));
-    EXPECT_THAT(childrenOf(message), ElementsAre(1986, 2087, 2088, 2089, 1983, 1007));
+    EXPECT_THAT(childIDs(message), ElementsAre(1986, 2087, 2088, 2089, 1983, 1007));
     EXPECT_EQ(back.option1983, sample().option1983);
     QelBackupMConfig config;
     config.option2089.specify(false);

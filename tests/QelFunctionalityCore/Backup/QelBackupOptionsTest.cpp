@@ -39,9 +39,9 @@ protected:
 
 TEST_F(QelBackupOptionsTest, TheOperationsSettingsStandFirstInTheSameElement) {
     EXPECT_EQ(write(sample()), 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(2087, 1197, 1496, 1014, 1980, 1981, 1828));
+    EXPECT_THAT(childIDs(message), ElementsAre(2087, 1197, 1496, 1014, 1980, 1981, 1828));
     EXPECT_EQ(childValue(message, 1496), "bmlnaHRseQ==");
-    EXPECT_THAT(childrenOf(message, 1014), ElementsAre(1006));
+    EXPECT_THAT(childrenIn(1014), ElementsAre(1006));
 }
 
 TEST_F(QelBackupOptionsTest, EachFieldComesBack) {
@@ -59,7 +59,7 @@ TEST_F(QelBackupOptionsTest, EachFieldComesBack) {
 
 TEST_F(QelBackupOptionsTest, NewOnesWriteTheListsOnly) {
     const QelBackupOptions back = roundTrip(QelBackupOptions());
-    EXPECT_THAT(childrenOf(message), ElementsAre(1980, 1981));
+    EXPECT_THAT(childIDs(message), ElementsAre(1980, 1981));
     EXPECT_EQ(back.kind, 0);
     EXPECT_FALSE(back.option1014);
     EXPECT_FALSE(back.storage.isSpecified());
@@ -69,11 +69,11 @@ TEST_F(QelBackupOptionsTest, EachBitOfTheKindIsAnElement) {
     QelBackupOptions options;
     options.kind = 3;
     EXPECT_EQ(write(options), 0);
-    EXPECT_THAT(childrenOf(message, 1197), ElementsAre(1627, 1628));
+    EXPECT_THAT(childrenIn(1197), ElementsAre(1627, 1628));
     clear();
     options.kind = 2;
     EXPECT_EQ(roundTrip(options).kind, 2);
-    EXPECT_THAT(childrenOf(message, 1197), ElementsAre(1628));
+    EXPECT_THAT(childrenIn(1197), ElementsAre(1628));
 }
 
 TEST_F(QelBackupOptionsTest, ReadingAddsToTheKind) {
@@ -102,7 +102,7 @@ TEST_F(QelBackupOptionsTest, TheOptionStandsWithoutTheTextToo) {
     const QelBackupOptions back = roundTrip(options);
     EXPECT_TRUE(back.option1014);
     EXPECT_THAT(back.text1006, IsEmpty());
-    EXPECT_THAT(childrenOf(message, 1014), IsEmpty());
+    EXPECT_THAT(childrenIn(1014), IsEmpty());
 }
 
 TEST_F(QelBackupOptionsTest, ReadingReplacesTheOption) {
@@ -147,7 +147,7 @@ TEST_F(QelBackupRequestOptionsTest, RestoreOptionsComeBack) {
     const QelRestoreOptions back = roundTrip(options);
     EXPECT_TRUE(back.option1152);
     EXPECT_EQ(back.storage.get().path, "/vault");
-    EXPECT_THAT(childrenOf(message), ElementsAre(1152, 1828));
+    EXPECT_THAT(childIDs(message), ElementsAre(1152, 1828));
     clear();
     EXPECT_EQ(read(options), 0);
     EXPECT_FALSE(options.option1152);
@@ -159,7 +159,7 @@ TEST_F(QelBackupRequestOptionsTest, SelectiveRestoreOptionsComeBack) {
     EXPECT_FALSE(options.option1832);
     options.option1832 = true;
     EXPECT_TRUE(roundTrip(options).option1832);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1832));
+    EXPECT_THAT(childIDs(message), ElementsAre(1832));
 }
 
 TEST_F(QelBackupRequestOptionsTest, AnEnvironmentsInfoIsAskedForInFullUnlessAMessageSaysOtherwise) {
@@ -167,7 +167,7 @@ TEST_F(QelBackupRequestOptionsTest, AnEnvironmentsInfoIsAskedForInFullUnlessAMes
     EXPECT_TRUE(options.option1624);
     EXPECT_TRUE(options.option2064);
     EXPECT_TRUE(roundTrip(options).option2064);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1624, 2064));
+    EXPECT_THAT(childIDs(message), ElementsAre(1624, 2064));
     clear();
     EXPECT_EQ(read(options), 0);
     EXPECT_FALSE(options.option1624);
@@ -197,13 +197,13 @@ TEST_F(QelBackupRequestOptionsTest, RemoveOptionsComeBack) {
     EXPECT_EQ(back.eid, QelEID(1, 2));
     EXPECT_TRUE(back.option1015);
     EXPECT_TRUE(back.storage.isSpecified());
-    EXPECT_THAT(childrenOf(message), ElementsAre(1866, 1015, 1828));
+    EXPECT_THAT(childIDs(message), ElementsAre(1866, 1015, 1828));
     EXPECT_THAT(typeOf(QelRemoveBackupOptions()), IsEmpty());
 }
 
 TEST_F(QelBackupRequestOptionsTest, NewRemoveOptionsWriteNothing) {
     EXPECT_EQ(write(QelRemoveBackupOptions()), 0);
-    EXPECT_THAT(childrenOf(message), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
 TEST_F(QelBackupRequestOptionsTest, AnEidThatIsMissingOrUnreadableStaysAsItWas) {
@@ -229,7 +229,7 @@ TEST_F(QelBackupRequestOptionsTest, ListOptionsComeBack) {
     EXPECT_TRUE(back.option1134);
     EXPECT_EQ(back.eid2028, QelEID(3, 4));
     EXPECT_TRUE(back.storage.isSpecified());
-    EXPECT_THAT(childrenOf(message), ElementsAre(1866, 1626, 1134, 2028, 1828));
+    EXPECT_THAT(childIDs(message), ElementsAre(1866, 1626, 1134, 2028, 1828));
 }
 
 TEST_F(QelBackupRequestOptionsTest, AFlagThatDefaultsToTrueIsFalseAfterAMessageWithoutIt) {
@@ -237,7 +237,7 @@ TEST_F(QelBackupRequestOptionsTest, AFlagThatDefaultsToTrueIsFalseAfterAMessageW
     EXPECT_EQ(read(options), 0);
     EXPECT_FALSE(options.option1134);
     EXPECT_EQ(write(options), 0);
-    EXPECT_THAT(childrenOf(message), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
 TEST_F(QelBackupRequestOptionsTest, SearchOptionsComeBack) {
@@ -253,7 +253,7 @@ TEST_F(QelBackupRequestOptionsTest, SearchOptionsComeBack) {
     EXPECT_EQ(back.timeFrom, options.timeFrom);
     EXPECT_EQ(back.timeTo, options.timeTo);
     EXPECT_TRUE(back.storage.isSpecified());
-    EXPECT_THAT(childrenOf(message), ElementsAre(1261, 1262, 1146, 1147, 1828));
+    EXPECT_THAT(childIDs(message), ElementsAre(1261, 1262, 1146, 1147, 1828));
     EXPECT_EQ(childValue(message, 1146), "2023-11-14T22:13:20Z");
 }
 
@@ -262,10 +262,10 @@ TEST_F(QelBackupRequestOptionsTest, TimesNotAboveZeroAreNotWritten) {
     EXPECT_EQ(write(options), 0);
     options.timeFrom = options.timeTo = -1;
     EXPECT_EQ(write(options), 0);
-    EXPECT_THAT(childrenOf(message), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
     options.timeFrom = 1;
     EXPECT_EQ(write(options), 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1146));
+    EXPECT_THAT(childIDs(message), ElementsAre(1146));
 }
 
 TEST_F(QelBackupRequestOptionsTest, ATimeThatIsMissingOrUnreadableIsNone) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "QelFunctionalityCore/Backup/SampleLocation.h"
 #include "QelMessage/QelLimits.h"
 #include "support/LogCapture.h"
 #include "support/TestMessage.h"
@@ -27,15 +28,6 @@ std::string pathOf(const QelBackupURI& name) {
         return "(none)";
     EXPECT_EQ(uri.getUriType(), "backup");
     return uri.getUriPath();
-}
-
-QelDSLocation vault() {
-    QelDSLocation location;
-    location.type = 2;
-    location.path = "/vault";
-    location.authName.name = std::string("keeper");
-    location.password = "secret";
-    return location;
 }
 
 /// The vault as it stands in a URI, without the "&".

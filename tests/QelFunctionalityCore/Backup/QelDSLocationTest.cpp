@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "QelFunctionalityCore/Backup/SampleLocation.h"
 #include "support/RecordTest.h"
 
 namespace Qel {
@@ -13,43 +14,33 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-class QelDSLocationTest : public RecordTest {
-protected:
-    static QelDSLocation sample() {
-        QelDSLocation location;
-        location.type = 2;
-        location.path = "/vault";
-        location.authName.name = std::string("keeper");
-        location.password = "secret";
-        return location;
-    }
-};
+class QelDSLocationTest : public RecordTest {};
 
 TEST_F(QelDSLocationTest, EachFieldComesBack) {
-    const QelDSLocation back = roundTrip(sample());
+    const QelDSLocation back = roundTrip(vault());
     EXPECT_EQ(back.type, 2);
     EXPECT_EQ(back.path, "/vault");
     EXPECT_EQ(back.authName.name.get(), "keeper");
     EXPECT_EQ(back.password, "secret");
-    EXPECT_THAT(childrenOf(message), ElementsAre(1007, 1156, 1630, 1032));
+    EXPECT_THAT(childIDs(message), ElementsAre(1007, 1156, 1630, 1032));
 }
 
 TEST_F(QelDSLocationTest, ThePathIsEncodedAndThePasswordIsNot) {
-    EXPECT_EQ(write(sample()), 0);
+    EXPECT_EQ(write(vault()), 0);
     EXPECT_EQ(childValue(message, 1156), "L3ZhdWx0");
     EXPECT_EQ(childValue(message, 1032), "secret");
 }
 
 TEST_F(QelDSLocationTest, EverythingIsWrittenAlways) {
     EXPECT_EQ(write(QelDSLocation()), 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1007, 1156, 1630, 1032));
+    EXPECT_THAT(childIDs(message), ElementsAre(1007, 1156, 1630, 1032));
     EXPECT_EQ(childValue(message, 1007), "0");
 }
 
 TEST_F(QelDSLocationTest, TypeAndPathAreRequired) {
     for (const int id : {1007, 1156}) {
         clear();
-        EXPECT_EQ(write(sample()), 0);
+        EXPECT_EQ(write(vault()), 0);
         replace(id, "?");
         QelDSLocation location;
         EXPECT_EQ(read(location), -1) << id;
@@ -61,7 +52,7 @@ TEST_F(QelDSLocationTest, TypeAndPathAreRequired) {
 }
 
 TEST_F(QelDSLocationTest, WithoutNameAndPasswordTheyStayAsTheyWere) {
-    EXPECT_EQ(write(sample()), 0);
+    EXPECT_EQ(write(vault()), 0);
     remove(1032);
     remove(1630);
     message.newChild(1630); // no realm in it
@@ -75,14 +66,14 @@ TEST_F(QelDSLocationTest, WithoutNameAndPasswordTheyStayAsTheyWere) {
 }
 
 TEST_F(QelDSLocationTest, TheElementHasNoType) {
-    EXPECT_THAT(typeOf(sample()), IsEmpty());
+    EXPECT_THAT(typeOf(vault()), IsEmpty());
 }
 
 TEST_F(QelDSLocationTest, AConfigurationHoldsOneInAnElementOfItsOwn) {
     QelDSConfiguration configuration;
-    configuration.location = sample();
+    configuration.location = vault();
     EXPECT_EQ(roundTrip(configuration).location.path, "/vault");
-    EXPECT_THAT(childrenOf(message), ElementsAre(1828));
+    EXPECT_THAT(childIDs(message), ElementsAre(1828));
 }
 
 TEST_F(QelDSLocationTest, AConfigurationNeedsItsLocation) {

@@ -38,7 +38,7 @@ TEST_F(QelV2VMigrateOptionsTest, EachFieldComesBack) {
     options.type = 5;
     options.config = configNamed("web1");
     const QelV2VMigrateOptions back = roundTrip(options);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1152, 1296, 1014, 2103, 1007, 1185));
+    EXPECT_THAT(childIDs(message), ElementsAre(1152, 1296, 1014, 2103, 1007, 1185));
     EXPECT_EQ(childValue(message, 1152), "") << "the presence is the option";
     EXPECT_EQ(back.option1152, options.option1152);
     EXPECT_EQ(back.option1296, options.option1296);
@@ -72,7 +72,7 @@ TEST_F(QelV2VMigrateOptionsTest, AnOptionThatIsTrueButUnspecifiedIsNotWritten) {
     options.option1014 = true;
     options.option1014.specify(false);
     EXPECT_EQ(write(options), 0);
-    EXPECT_THAT(childrenOf(message), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
 TEST_F(QelV2VMigrateOptionsTest, ANullConfigurationIsNotWrittenAndComesBackEmpty) {
@@ -122,8 +122,8 @@ protected:
 
 TEST_F(QelP2VMigrateOptionsTest, EachFieldComesBack) {
     const QelP2VMigrateOptions back = roundTrip(sample());
-    EXPECT_THAT(childrenOf(message), ElementsAre(1185, 1346, 1821, 1100, 1100, 1811));
-    EXPECT_THAT(childrenOf(message, 1346), ElementsAre(1156, 1156));
+    EXPECT_THAT(childIDs(message), ElementsAre(1185, 1346, 1821, 1100, 1100, 1811));
+    EXPECT_THAT(childrenIn(1346), ElementsAre(1156, 1156));
     EXPECT_EQ(childValue(message, 1821), "1");
     ASSERT_THAT(back.config, NotNull());
     EXPECT_EQ(nameOf(*back.config), "web1");
@@ -137,15 +137,15 @@ TEST_F(QelP2VMigrateOptionsTest, EachFieldComesBack) {
 TEST_F(QelP2VMigrateOptionsTest, TheNameStandsInAPartitionOfADisk) {
     EXPECT_EQ(write(sample()), 0);
     ASSERT_EQ(message.seek(1811), 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1115));
+    EXPECT_THAT(childIDs(message), ElementsAre(1115));
     ASSERT_EQ(message.seek(1115), 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1026));
+    EXPECT_THAT(childIDs(message), ElementsAre(1026));
     EXPECT_EQ(childValue(message, 1026), "sda1");
 }
 
 TEST_F(QelP2VMigrateOptionsTest, NewOnesWriteTheListOnly) {
     EXPECT_EQ(write(QelP2VMigrateOptions()), 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1346)) << "an empty name makes no disk";
+    EXPECT_THAT(childIDs(message), ElementsAre(1346)) << "an empty name makes no disk";
     QelP2VMigrateOptions back;
     EXPECT_EQ(read(back), 0);
     ASSERT_THAT(back.config, NotNull());
@@ -217,7 +217,7 @@ protected:
     template <class Options> void expectEmpty() {
         clear();
         EXPECT_EQ(write(Options()), 0);
-        EXPECT_THAT(childrenOf(message), IsEmpty());
+        EXPECT_THAT(childIDs(message), IsEmpty());
         message.putValue("anything", 1026);
         Options options;
         EXPECT_EQ(read(options), 0);

@@ -20,9 +20,9 @@ QelAuthName authName(const std::string& name, const std::string& domain, const Q
 TEST(QelAuthNameTest, DomainAndNameTravelAsBase64BeforeTheRealm) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(authName("root", "lan"), 0), 0);
-    EXPECT_EQ(valueOf(*tree, 1374), "bGFu");
-    EXPECT_EQ(valueOf(*tree, 1026), "cm9vdA==");
-    EXPECT_EQ(valueOf(*tree, 1957), QelGUID(1, 2).toString());
+    EXPECT_EQ(childValue(*tree, 1374), "bGFu");
+    EXPECT_EQ(childValue(*tree, 1026), "cm9vdA==");
+    EXPECT_EQ(childValue(*tree, 1957), QelGUID(1, 2).toString());
     ASSERT_EQ(tree->firstChild(), 0);
     EXPECT_EQ(tree->curID(), 1374);
     ASSERT_EQ(tree->nextSibling(), 0);
@@ -32,7 +32,7 @@ TEST(QelAuthNameTest, DomainAndNameTravelAsBase64BeforeTheRealm) {
 TEST(QelAuthNameTest, WhatIsUnspecifiedIsNotWrittenAndReadsAsUnspecified) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelAuthName(), 0), 0);
-    EXPECT_EQ(countOf(*tree), 1);
+    EXPECT_EQ(countChildren(*tree), 1);
     QelAuthName read = authName("old", "old");
     ASSERT_EQ(tree->getObj(read, 0), 0);
     EXPECT_FALSE(read.name.isSpecified());
@@ -100,9 +100,9 @@ TEST(QelSecurityPrincipalTest, ComesBackAsItWasInEitherForm) {
     for (const Form form : {Form::attributes, Form::properties}) {
         TestTree tree;
         ASSERT_EQ(tree->putObject(principal(), QelSecurityPrincipal::Writer(form), 0), 0);
-        EXPECT_EQ(countOf(*tree, 1029), 2);
-        EXPECT_EQ(countOf(*tree, 1737), 1);
-        EXPECT_EQ(countOf(*tree, 2121), 1);
+        EXPECT_EQ(countChildren(*tree, 1029), 2);
+        EXPECT_EQ(countChildren(*tree, 1737), 1);
+        EXPECT_EQ(countChildren(*tree, 2121), 1);
         QelSecurityPrincipal read;
         ASSERT_EQ(tree->getObject(read, QelSecurityPrincipal::Reader(form), 0), 0);
         EXPECT_EQ(read.name.get(), "alice");
@@ -119,13 +119,13 @@ TEST(QelSecurityPrincipalTest, TheFormTellsTheElementOfTheProperties) {
     TestTree attributes;
     ASSERT_EQ(attributes->putObj(principal(), 0), 0);
     ASSERT_EQ(attributes->seek(1307), 0);
-    EXPECT_EQ(countOf(*attributes, 1918), 2);
-    EXPECT_EQ(countOf(*attributes, 1930), 0);
+    EXPECT_EQ(countChildren(*attributes, 1918), 2);
+    EXPECT_EQ(countChildren(*attributes, 1930), 0);
 
     TestTree properties;
     ASSERT_EQ(properties->putObject(principal(), QelSecurityPrincipal::Writer(Form::properties), 0), 0);
     ASSERT_EQ(properties->seek(1307), 0);
-    EXPECT_EQ(countOf(*properties, 1930), 2);
+    EXPECT_EQ(countChildren(*properties, 1930), 2);
     properties->seekUp();
 
     QelSecurityPrincipal read;
@@ -138,7 +138,7 @@ TEST(QelSecurityPrincipalTest, EmptySetsAreNotWrittenAndMayBeMissing) {
     bare.realm = QelGUID(1, 2);
     TestTree tree;
     ASSERT_EQ(tree->putObj(bare, 0), 0);
-    EXPECT_EQ(countOf(*tree), 1);
+    EXPECT_EQ(countChildren(*tree), 1);
     QelSecurityPrincipal read;
     EXPECT_EQ(tree->getObj(read, 0), 0);
     EXPECT_EQ(read.realm, QelGUID(1, 2));

@@ -156,7 +156,7 @@ TEST(QelConfigurationTest, WhatAnIteratorWritesDoesntComeBack) {
     const QelConfiguration configuration = withAgent();
     const std::unique_ptr<QelConfigurationIterator> at(configuration.getIterator());
     EXPECT_EQ(at->putValue(1, "/agent/option"), 0);
-    EXPECT_EQ(countOf(*At(configuration, {1307, 1044, 1021})), 0);
+    EXPECT_EQ(countChildren(*At(configuration, {1307, 1044, 1021})), 0);
 }
 
 TEST(QelConfigurationTest, AFileComesBackAsItWasSaved) {
@@ -187,7 +187,7 @@ TEST(QelConfigurationTest, TheIdentityIsReadAsItWasSet) {
     ASSERT_EQ(configuration.setEID(eid(2)), 0);
     ASSERT_EQ(configuration.getEID(read), 0);
     EXPECT_EQ(read, eid(2));
-    EXPECT_EQ(countOf(*At(configuration, {1307, 1044, 1021}), 1010), 1);
+    EXPECT_EQ(countChildren(*At(configuration, {1307, 1044, 1021}), 1010), 1);
 }
 
 TEST(QelConfigurationTest, SettingTheIdentityMakesNoSection) {
@@ -233,7 +233,7 @@ TEST(QelConfigurationTest, SettingTheMasterMakesTheSectionAndJoinsTheGroup) {
     QelConfiguration configuration = parsed("<data/>");
     ASSERT_EQ(configuration.setMaster(eid(1)), 0);
     EXPECT_TRUE(configuration.isInServerGroup());
-    EXPECT_EQ(valueOf(*At(configuration, {1307, 1875, 1021, 1680}), 1010), eid(1).toString());
+    EXPECT_EQ(childValue(*At(configuration, {1307, 1875, 1021, 1680}), 1010), eid(1).toString());
     EXPECT_EQ(configuration.delMaster(), 0);
     EXPECT_FALSE(configuration.isInServerGroup());
     EXPECT_EQ(configuration.delMaster(), -1);
@@ -246,9 +246,9 @@ TEST(QelConfigurationTest, AMasterTakesThePlaceOfTheOldOne) {
     QelEID read;
     ASSERT_EQ(configuration.getMaster(read), 0);
     EXPECT_EQ(read, eid(2));
-    EXPECT_EQ(countOf(*At(configuration, {1307, 1875, 1021})), 1);
-    EXPECT_EQ(countOf(*At(configuration, {1307, 1875, 1021, 1680})), 1);
-    EXPECT_EQ(countOf(*At(configuration, {1307, 1875})), 1);
+    EXPECT_EQ(countChildren(*At(configuration, {1307, 1875, 1021})), 1);
+    EXPECT_EQ(countChildren(*At(configuration, {1307, 1875, 1021, 1680})), 1);
+    EXPECT_EQ(countChildren(*At(configuration, {1307, 1875})), 1);
 }
 
 TEST(QelConfigurationTest, ALoneAgentIsItsOwnMaster) {
@@ -282,9 +282,9 @@ TEST(QelConfigurationTest, MasternessIsTheListOfSlaves) {
     QelConfiguration configuration = parsed("<data/>");
     EXPECT_EQ(configuration.setMasterness(), 0);
     EXPECT_EQ(configuration.setMasterness(), 0);
-    EXPECT_EQ(countOf(*At(configuration, {1307, 1875, 1021}), 1681), 1);
+    EXPECT_EQ(countChildren(*At(configuration, {1307, 1875, 1021}), 1681), 1);
     EXPECT_EQ(configuration.unsetMasterness(), 0);
-    EXPECT_EQ(countOf(*At(configuration, {1307, 1875, 1021}), 1681), 0);
+    EXPECT_EQ(countChildren(*At(configuration, {1307, 1875, 1021}), 1681), 0);
     EXPECT_EQ(configuration.unsetMasterness(), 0);
 }
 
@@ -300,7 +300,7 @@ TEST(QelConfigurationTest, ASlaveAddedTwiceStandsThereTwiceAndIsRemovedOnceAtATi
     for (const int number : {1, 2, 1})
         ASSERT_EQ(configuration.addClientEnv(eid(number)), 0);
     ASSERT_EQ(configuration.delClientEnv(eid(1)), 0);
-    EXPECT_EQ(valueOf(*At(configuration, {1307, 1875, 1021, 1681, 1008}), 1010), eid(2).toString());
+    EXPECT_EQ(childValue(*At(configuration, {1307, 1875, 1021, 1681, 1008}), 1010), eid(2).toString());
     EXPECT_THAT(slavesOf(configuration), ElementsAre(eid(1), eid(2)));
     ASSERT_EQ(configuration.delClientEnv(eid(1)), 0);
     EXPECT_EQ(configuration.delClientEnv(eid(1)), -1);
@@ -327,7 +327,7 @@ TEST(QelConfigurationTest, AMappingIsFoundByItsAgent) {
     EXPECT_EQ(info.password, "pw");
     EXPECT_EQ(configuration.findMapping(eid(3), info), -1);
     EXPECT_EQ(info.address, "two");
-    EXPECT_EQ(valueOf(*At(configuration, {1307, 1044, 1021, 1677, 1008}), 1068), "one");
+    EXPECT_EQ(childValue(*At(configuration, {1307, 1044, 1021, 1677, 1008}), 1068), "one");
 }
 
 TEST(QelConfigurationTest, AnExistingMappingIsKept) {
@@ -337,7 +337,7 @@ TEST(QelConfigurationTest, AnExistingMappingIsKept) {
     QelConnectionInfo info;
     ASSERT_EQ(configuration.findMapping(eid(1), info), 0);
     EXPECT_EQ(info.address, "old");
-    EXPECT_EQ(countOf(*At(configuration, {1307, 1044, 1021, 1677}), 1008), 1);
+    EXPECT_EQ(countChildren(*At(configuration, {1307, 1044, 1021, 1677}), 1008), 1);
     ASSERT_EQ(configuration.removeMapping(eid(1)), 0);
     ASSERT_EQ(configuration.setMapping(eid(1), connection("new")), 0);
     ASSERT_EQ(configuration.findMapping(eid(1), info), 0);
@@ -359,7 +359,7 @@ TEST(QelConfigurationTest, RemovingAMappingThatIsntThereIsNoFailureUnlessThereIs
     EXPECT_EQ(configuration.removeMapping(eid(2)), 0);
     EXPECT_EQ(configuration.removeMapping(eid(1)), 0);
     EXPECT_EQ(configuration.removeMapping(eid(1)), 0);
-    EXPECT_EQ(countOf(*At(configuration, {1307, 1044, 1021, 1677})), 0);
+    EXPECT_EQ(countChildren(*At(configuration, {1307, 1044, 1021, 1677})), 0);
 }
 
 TEST(QelConfigurationTest, TheMappingTableIsAddedToWhatTheMapHolds) {
@@ -402,7 +402,7 @@ TEST(QelConfigurationTest, AsARecordItIsItsDataElement) {
     TestTree target;
     EXPECT_EQ(target->putObj(QelConfiguration(), 0), -1);
     EXPECT_EQ(target->putObj(parsed(""), 0), -1);
-    EXPECT_EQ(countOf(*target), 0);
+    EXPECT_EQ(countChildren(*target), 0);
 }
 
 TEST(QelConfigurationTest, AsARecordItTakesTheWholeMessageWithItsEnvelope) {

@@ -16,17 +16,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-std::vector<int> childrenOf(const QelMessageIterator& cursor) {
-    std::vector<int> ids;
-    if (cursor.firstChild() != 0)
-        return ids;
-    do
-        ids.push_back(cursor.curID());
-    while (cursor.nextSibling() == 0);
-    cursor.seekUp();
-    return ids;
-}
-
 QelConnectivityInfo connectivity(const std::string& protocol, int port, const std::string& address) {
     QelConnectivityInfo info;
     info.protocol = protocol;
@@ -38,7 +27,7 @@ QelConnectivityInfo connectivity(const std::string& protocol, int port, const st
 TEST(QelConnectivityInfoTest, ProtocolAndPortStandBeforeTheAddress) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(connectivity("ssl", 4434, "10.0.0.1"), 0), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(1195, 1704, 1687));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1195, 1704, 1687));
     QelConnectivityInfo read;
     ASSERT_EQ(tree->getObj(read, 0), 0);
     EXPECT_EQ(read.protocol, "ssl");
@@ -50,7 +39,7 @@ TEST(QelConnectivityInfoTest, AnEmptyProtocolAndAPortNotAboveZeroAreNotWritten) 
     for (const int port : {0, -1, -4434}) {
         TestTree tree;
         ASSERT_EQ(tree->putObj(connectivity("", port, "host"), 0), 0);
-        EXPECT_THAT(childrenOf(*tree), ElementsAre(1687)) << port;
+        EXPECT_THAT(childIDs(*tree), ElementsAre(1687)) << port;
     }
 }
 
@@ -68,7 +57,7 @@ TEST(QelConnectivityInfoTest, WhatIsMissingOrNoNumberStaysAsItWas) {
 TEST(QelConnectivityInfoTest, WithoutAnAddressNothingIsWritten) {
     TestTree tree;
     EXPECT_EQ(tree->putObj(connectivity("ssl", 1, ""), 0), -1);
-    EXPECT_EQ(countOf(*tree), 0);
+    EXPECT_EQ(countChildren(*tree), 0);
 }
 
 TEST(QelConnectivityInfoTest, WithoutAnAddressTheRestIsReadAndTheReadFails) {
@@ -91,8 +80,8 @@ TEST(QelConnectionInfoTest, ThePasswordIsWrittenFirstAndTheTripleLast) {
     ASSERT_EQ(tree->putObj(info, 1876), 0);
     ASSERT_EQ(tree->seek(1876), 0);
     EXPECT_EQ(tree->curType(), "env:connection_info");
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(1032, 1630, 1195, 1687));
-    EXPECT_EQ(valueOf(*tree, 1032), "cAB3");
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1032, 1630, 1195, 1687));
+    EXPECT_EQ(childValue(*tree, 1032), "cAB3");
     ASSERT_EQ(tree->seek(1630), 0);
     EXPECT_EQ(tree->curType(), "env:auth_name");
     tree->seekUp();
@@ -110,7 +99,7 @@ TEST(QelConnectionInfoTest, AnEmptyPasswordIsNotWritten) {
     info.address = "host";
     TestTree tree;
     ASSERT_EQ(tree->putObj(info, 0), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(1630, 1687));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1630, 1687));
 }
 
 TEST(QelConnectionInfoTest, WithoutAnAddressTheWriteFailsBehindTheAuthName) {
@@ -118,7 +107,7 @@ TEST(QelConnectionInfoTest, WithoutAnAddressTheWriteFailsBehindTheAuthName) {
     info.password = "secret";
     TestTree tree;
     EXPECT_EQ(tree->putObj(info, 0), -1);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(1032, 1630));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1032, 1630));
     EXPECT_THAT(getErrorMessage(), Not(HasSubstr("secret")));
 }
 

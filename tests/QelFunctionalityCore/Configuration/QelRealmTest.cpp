@@ -31,8 +31,8 @@ TEST(QelRealmTest, AReadOnlyRealmReadsBackWithItsFlag) {
     ASSERT_EQ(tree->putObj(realm(QelGUID(1, 2), 3, "users", true), 1957), 0);
     ASSERT_EQ(tree->seek(1957), 0);
     EXPECT_EQ(tree->curType(), "env:realm");
-    EXPECT_EQ(countOf(*tree), 4);
-    EXPECT_EQ(valueOf(*tree, 2116), "");
+    EXPECT_EQ(countChildren(*tree), 4);
+    EXPECT_EQ(childValue(*tree, 2116), "");
     tree->seekUp();
 
     QelRealm read;

@@ -15,16 +15,8 @@ using Maintainer = QelEnvCoreBasicMaintainer;
 using ConfigSP = boost::shared_ptr<QelEnvConfig>;
 using VConfigSP = boost::shared_ptr<QelVEnvConfig>;
 
-ConfigSP namedConfig(const char* name, const QelEnvType& type = {}) {
-    ConfigSP config(new QelEnvConfig);
-    config->setName(given(name));
-    if (type.isSpecified())
-        config->setType(type);
-    return config;
-}
-
-VConfigSP namedVirtualConfig(const char* name, const QelEnvType& type = {}) {
-    VConfigSP config(new QelVEnvConfig);
+template <class Config> boost::shared_ptr<Config> named(const char* name, const QelEnvType& type = {}) {
+    boost::shared_ptr<Config> config(new Config);
     config->setName(given(name));
     if (type.isSpecified())
         config->setType(type);
@@ -33,7 +25,7 @@ VConfigSP namedVirtualConfig(const char* name, const QelEnvType& type = {}) {
 
 /// A record as a maintainer makes it of two configurations.
 boost::shared_ptr<QelEnvCoreBasic> namedRecord(const char* base, const char* virtualised) {
-    return Maintainer(someEID, namedConfig(base), namedVirtualConfig(virtualised)).m_core;
+    return Maintainer(someEID, named<QelEnvConfig>(base), named<QelVEnvConfig>(virtualised)).m_core;
 }
 
 std::string bytesBy(Maintainer& maintainer, int expected = 0) {
@@ -75,8 +67,8 @@ TEST(QelEnvCoreBasicMaintainerTest, IsAViewOnARecord) {
 
 TEST(QelEnvCoreBasicMaintainerDeathTest, ANullRecordOrConfigurationEndsTheProcess) {
     EXPECT_DEATH(Maintainer(boost::shared_ptr<QelEnvCoreBasic>()), "core/src/QelFunctionalityCore/QelEnv:");
-    EXPECT_DEATH(Maintainer(someEID, ConfigSP(), namedVirtualConfig("")), "core/src/QelFunctionalityCore/QelEnv:");
-    EXPECT_DEATH(Maintainer(someEID, namedConfig(""), VConfigSP()), "core/src/QelFunctionalityCore/QelEnv:");
+    EXPECT_DEATH(Maintainer(someEID, ConfigSP(), named<QelVEnvConfig>("")), "core/src/QelFunctionalityCore/QelEnv:");
+    EXPECT_DEATH(Maintainer(someEID, named<QelEnvConfig>(""), VConfigSP()), "core/src/QelFunctionalityCore/QelEnv:");
     EXPECT_DEATH(Maintainer(someEID, ConfigSP()), "core/src/QelFunctionalityCore/QelEnv:");
     EXPECT_DEATH(Maintainer(someEID, VConfigSP()), "core/src/QelFunctionalityCore/QelEnv:");
 }
@@ -85,12 +77,12 @@ TEST(QelEnvCoreBasicMaintainerDeathTest, AConfigurationOfTheOtherTypeEndsTheProc
     const ConfigSP virtualAsBase(
         new QelEnvConfig(static_cast<const QelMessageIterator*>(nullptr), EnvConfigType::virtualised));
     EXPECT_DEATH(Maintainer(someEID, virtualAsBase), "core/src/QelFunctionalityCore/QelEnv:");
-    const VConfigSP baseAsVirtual(new QelVEnvConfig(*namedConfig("")));
+    const VConfigSP baseAsVirtual(new QelVEnvConfig(*named<QelEnvConfig>("")));
     EXPECT_DEATH(Maintainer(someEID, baseAsVirtual), "core/src/QelFunctionalityCore/QelEnv:");
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTwoConfigurations) {
-    const Maintainer maintainer(someEID, namedConfig("base", "b"), namedVirtualConfig("virtual", "v"));
+    const Maintainer maintainer(someEID, named<QelEnvConfig>("base", "b"), named<QelVEnvConfig>("virtual", "v"));
     expectClean(maintainer);
     EXPECT_EQ(maintainer.m_core->eid, someEID);
     EXPECT_EQ(maintainer.m_core->parentEID, QelEID());
@@ -107,7 +99,7 @@ TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfConfigurationsWithoutTrees) {
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTheBaseConfigurationAlone) {
-    const ConfigSP config = namedConfig("base", "b");
+    const ConfigSP config = named<QelEnvConfig>("base", "b");
     const Maintainer maintainer(someEID, config);
     expectClean(maintainer);
     EXPECT_EQ(maintainer.m_core->eid, someEID);
@@ -119,7 +111,7 @@ TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTheBaseConfigurationAlone) {
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTheVirtualConfigurationAlone) {
-    const Maintainer maintainer(someEID, namedVirtualConfig("virtual", "v"));
+    const Maintainer maintainer(someEID, named<QelVEnvConfig>("virtual", "v"));
     expectClean(maintainer);
     EXPECT_EQ(maintainer.m_core->eid, someEID);
     EXPECT_EQ(maintainer.m_core->type, "v");
@@ -197,7 +189,7 @@ TEST_F(UnsavedVirtualConfigTest, IsDirtyInACopyIfTheRecordHasNoBytesOfIt) {
 }
 
 TEST_F(UnsavedVirtualConfigTest, IsDirtyInARecordOfTwoConfigurations) {
-    const Maintainer maintainer(someEID, namedConfig("base", "unsaved"), VConfigSP(new QelVEnvConfig));
+    const Maintainer maintainer(someEID, named<QelEnvConfig>("base", "unsaved"), VConfigSP(new QelVEnvConfig));
     EXPECT_FALSE(maintainer.configDirty);
     EXPECT_TRUE(maintainer.vconfigDirty);
 }
@@ -211,7 +203,7 @@ TEST_F(UnsavedVirtualConfigTest, IsCleanIfTheRecordHasBytesOfIt) {
 }
 
 TEST_F(UnsavedVirtualConfigTest, IsNobodysConcernWhereOnlyABaseConfigurationIsGiven) {
-    const Maintainer maintainer(someEID, namedConfig("base", "unsaved"));
+    const Maintainer maintainer(someEID, named<QelEnvConfig>("base", "unsaved"));
     expectClean(maintainer);
 }
 
@@ -277,8 +269,8 @@ TEST(QelEnvCoreBasicMaintainerTest, AConfigurationThatWasReplacedBringsItsOwnByt
 std::string typeBy(const char* base, bool isBaseDirty, const char* virtualised, bool isVirtualDirty) {
     Maintainer maintainer;
     maintainer.m_core->type = "old";
-    maintainer.m_config = namedConfig("base", base);
-    maintainer.m_vconfig = namedVirtualConfig("virtual", virtualised);
+    maintainer.m_config = named<QelEnvConfig>("base", base);
+    maintainer.m_vconfig = named<QelVEnvConfig>("virtual", virtualised);
     maintainer.configDirty = isBaseDirty;
     maintainer.vconfigDirty = isVirtualDirty;
     bytesBy(maintainer);

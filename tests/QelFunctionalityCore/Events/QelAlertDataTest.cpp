@@ -83,7 +83,7 @@ TEST(QelAlertDataTest, TheEnvironmentIsWrittenFirst) {
     const TestTree tree;
     ASSERT_EQ(QelAlertData::Writer()(*tree, alertOf(QelAlertType::red)), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1866, 1007));
-    EXPECT_EQ(valueOf(*tree, 1007), "2");
+    EXPECT_EQ(childValue(*tree, 1007), "2");
 }
 
 TEST(QelAlertDataTest, TheColourIsReadFirst) {

@@ -121,7 +121,7 @@ TEST_F(QelEventMessageTest, TheInfoComesLastAndThePayloadBeforeIt) {
     EXPECT_EQ(tree->curType(), "env:event");
     seekPayload();
     EXPECT_EQ(tree->curType(), "alert:server_group_alert");
-    EXPECT_EQ(valueOf(*tree, 1496), "why");
+    EXPECT_EQ(childValue(*tree, 1496), "why");
 }
 
 TEST_F(QelEventMessageTest, AnEventWithoutAPayloadHasNoElementForIt) {

@@ -8,6 +8,7 @@
 #include "QelFunctionalityCore/TestTree.h"
 #include "QelMessage/QelLimits.h"
 #include "support/AllocationCounter.h"
+#include "support/RequiredChildren.h"
 
 namespace Qel {
 
@@ -271,9 +272,9 @@ TEST(QelInfoTest, StandsInAMessageTextFirstAndWithoutKeys) {
         ids.push_back(tree->curID());
     EXPECT_THAT(ids, testing::ElementsAre(1224, 1026, 1912, 1017));
     EXPECT_EQ(tree->curType(), "") << "a parameter isn't stamped";
-    EXPECT_EQ(countOf(*tree), 2) << "its text and its name";
-    EXPECT_EQ(valueOf(*tree, 1026), "x");
-    EXPECT_EQ(valueOf(*tree, 1224), "MQ==");
+    EXPECT_EQ(countChildren(*tree), 2) << "its text and its name";
+    EXPECT_EQ(childValue(*tree, 1026), "x");
+    EXPECT_EQ(childValue(*tree, 1224), "MQ==");
 }
 
 TEST(QelInfoTest, IsReadAsItWasWritten) {
@@ -288,13 +289,7 @@ TEST(QelInfoTest, IsReadAsItWasWritten) {
 }
 
 TEST(QelInfoTest, WithoutTextOrNameItIsNotRead) {
-    for (const int missing : {1224, 1026}) {
-        const TestTree tree;
-        ASSERT_EQ(tree->putObject(QelInfo("text", "name", true), QelInfo::Writer(), 0), 0);
-        tree->deleteChild(missing);
-        QelInfo read;
-        EXPECT_EQ(tree->getObj(read, 0), -1) << missing;
-    }
+    TestSupport::expectRequired(QelInfo("text", "name", true), {1224, 1026});
 }
 
 TEST(QelInfoTest, AParameterWithoutANameFailsTheInfo) {

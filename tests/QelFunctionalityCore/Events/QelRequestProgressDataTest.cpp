@@ -78,7 +78,7 @@ TEST_F(QelRequestProgressDataTest, IsReadAsItWasWritten) {
     data.session.session = "s";
     write(data);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1010, 1914, 1638, 1224, 1397, 1192, 1004, 1899, 1962));
-    EXPECT_EQ(valueOf(*tree, 1962), "s");
+    EXPECT_EQ(childValue(*tree, 1962), "s");
     message().setSession("another");
     message().setTime(1);
     message().setRequestId("another");

@@ -209,7 +209,7 @@ TEST_F(QelResourceAlertDataMessageTest, WithoutVocabulariesTheRecordTellsTheForm
     alert.current.real = 0.5;
     alert.hard.real = 1.5;
     write(alert);
-    EXPECT_EQ(valueOf(*tree, 1065), "0.5");
+    EXPECT_EQ(childValue(*tree, 1065), "0.5");
     QelResourceAlertData back;
     EXPECT_EQ(read(back), -1) << "which is integers in a new one";
     back.isInteger = false;
@@ -226,8 +226,8 @@ TEST_F(QelResourceAlertDataMessageTest, TheVocabulariesTellTheForm) {
     soft.real = 1;
     alert.soft = soft;
     write(alert, "0");
-    EXPECT_EQ(valueOf(*tree, 1065), "0.5");
-    EXPECT_EQ(valueOf(*tree, 1066), "1");
+    EXPECT_EQ(childValue(*tree, 1065), "0.5");
+    EXPECT_EQ(childValue(*tree, 1066), "1");
     QelResourceAlertData back;
     EXPECT_EQ(read(back, "0"), 0);
     EXPECT_FALSE(back.isInteger) << "the reader keeps the form";
@@ -239,7 +239,7 @@ TEST_F(QelResourceAlertDataMessageTest, AnyValueTypeButZeroMeansIntegers) {
     QelResourceAlertData alert = someAlert();
     alert.isInteger = false;
     write(alert, "-3");
-    EXPECT_EQ(valueOf(*tree, 1065), "90");
+    EXPECT_EQ(childValue(*tree, 1065), "90");
     QelResourceAlertData back;
     back.isInteger = false;
     EXPECT_EQ(read(back, "7"), 0);
@@ -249,7 +249,7 @@ TEST_F(QelResourceAlertDataMessageTest, AnyValueTypeButZeroMeansIntegers) {
 
 TEST_F(QelResourceAlertDataMessageTest, AValueTypeThatCantBeReadLeavesTheForm) {
     write(someAlert(), "");
-    EXPECT_EQ(valueOf(*tree, 1065), "90");
+    EXPECT_EQ(childValue(*tree, 1065), "90");
     for (const char* const unreadable : {"", "real"})
         for (const bool form : {true, false}) {
             QelResourceAlertData back;
@@ -261,7 +261,7 @@ TEST_F(QelResourceAlertDataMessageTest, AValueTypeThatCantBeReadLeavesTheForm) {
 
 TEST_F(QelResourceAlertDataMessageTest, ACounterThatNoVocabularyKnowsHasTheFormOfTheRecord) {
     write(with(&QelResourceAlertData::id, std::string("free")), "0");
-    EXPECT_EQ(valueOf(*tree, 1065), "90");
+    EXPECT_EQ(childValue(*tree, 1065), "90");
     QelResourceAlertData back;
     EXPECT_EQ(read(back, "0"), 0);
     EXPECT_TRUE(back.isInteger);

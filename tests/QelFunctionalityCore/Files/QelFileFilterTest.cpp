@@ -71,7 +71,7 @@ TEST(QelFileFilterTest, NameAndPathMayHoldAnyBytes) {
     filter.setValid(Filter::validName | Filter::validPath);
     const TestTree tree;
     writeTo(tree, filter);
-    EXPECT_EQ(valueOf(*tree, 1150), "L2EgYg==");
+    EXPECT_EQ(childValue(*tree, 1150), "L2EgYg==");
     const Filter read = readFrom<Filter>(tree);
     EXPECT_EQ(read.name, filter.name);
     EXPECT_EQ(read.path, filter.path);

@@ -5,6 +5,7 @@
 #include "FilesTestSupport.h"
 #include "QelFunctionalityCore/Files/QelSecurityAttributes.h"
 #include "QelFunctionalityCore/Files/QelUGIDLimits.h"
+#include "support/RequiredChildren.h"
 
 namespace Qel {
 namespace {
@@ -26,7 +27,7 @@ TEST(QelFileInfoTest, DataComesFirst) {
     const TestTree tree;
     writeTo(tree, info);
     EXPECT_THAT(childIDs(*tree), ElementsAre(data, path, offset, size));
-    EXPECT_EQ(valueOf(*tree, path), "L2E=");
+    EXPECT_EQ(childValue(*tree, path), "L2E=");
     const auto read = readFrom<QelFileInfo>(tree);
     EXPECT_EQ(read.data, info.data);
     EXPECT_EQ(read.path, "/a");
@@ -71,7 +72,7 @@ TEST(QelSecurityAttributesTest, TheModeIsAllThereIs) {
     EXPECT_NE(tree->getObj(attributes, 0), 0);
     attributes.mode = 0640;
     writeTo(tree, attributes);
-    EXPECT_EQ(valueOf(*tree, 1135), "416");
+    EXPECT_EQ(childValue(*tree, 1135), "416");
     EXPECT_EQ(readFrom<QelSecurityAttributes>(tree).mode, 0640);
 }
 
@@ -85,12 +86,7 @@ TEST(QelUGIDLimitsTest, EachLimitMustBeThere) {
     writeTo(whole, limits);
     EXPECT_THAT(childIDs(*whole), ElementsAre(1539, 1540, 1541, 1542));
     EXPECT_EQ(readFrom<QelUGIDLimits>(whole).limit4, 4);
-    for (const int missing : {1539, 1540, 1541, 1542}) {
-        const TestTree tree;
-        writeTo(tree, limits);
-        tree->deleteChild(missing);
-        EXPECT_EQ(tree->getObj(limits, 0), -1) << missing;
-    }
+    expectRequired(limits, {1539, 1540, 1541, 1542});
 }
 
 } // namespace

@@ -61,7 +61,7 @@ TEST(QelFileTypeTest, ReadBackItHasItsNameAndNoBitOfIt) {
     file.setValid(File::validName | File::validLinkTarget);
     const TestTree tree;
     writeTo(tree, file);
-    EXPECT_EQ(valueOf(*tree, 1137), "L2V0Yw==");
+    EXPECT_EQ(childValue(*tree, 1137), "L2V0Yw==");
     const File read = readFrom<File>(tree);
     EXPECT_EQ(read.name, file.name);
     EXPECT_EQ(read.linkTarget, "/etc");
@@ -108,9 +108,9 @@ TEST(QelFileTypeTest, AChildThatCanNotBeWrittenEndsTheWriting) {
     folder.setValid(File::validType);
     const TestTree tree;
     EXPECT_EQ(tree->putObj(folder, 0), -1);
-    EXPECT_EQ(countOf(*tree, 1007), 0);
+    EXPECT_EQ(countChildren(*tree, 1007), 0);
     ASSERT_EQ(tree->firstChild(child), 0);
-    EXPECT_EQ(countOf(*tree, name), 1);
+    EXPECT_EQ(countChildren(*tree, name), 1);
 }
 
 TEST(QelFileTypeTest, ATreeOfFilesComesBack) {
@@ -152,7 +152,7 @@ TEST(QelFileTypeMaskTest, EachBitIsAnEmptyElementInItsPlace) {
     std::vector<int> expected;
     for (const auto& [bit, element] : maskBits) {
         expected.push_back(element);
-        EXPECT_EQ(valueOf(*tree, element), "");
+        EXPECT_EQ(childValue(*tree, element), "");
     }
     EXPECT_EQ(childIDs(*tree), expected);
     unsigned mask = 0;
@@ -174,8 +174,8 @@ TEST(QelFileTypeMaskTest, EachBitComesBackAlone) {
 TEST(QelFileTypeMaskTest, TheBitOfTheNameIsAFlagAndNoName) {
     const TestTree tree;
     EXPECT_EQ(QelWriterFileTypeMask(*tree, 0x400), 0);
-    ASSERT_EQ(countOf(*tree, name), 1);
-    EXPECT_EQ(valueOf(*tree, name), "");
+    ASSERT_EQ(countChildren(*tree, name), 1);
+    EXPECT_EQ(childValue(*tree, name), "");
 }
 
 TEST(QelFileTypeMaskTest, NothingIsAskedForByAnEmptyElement) {

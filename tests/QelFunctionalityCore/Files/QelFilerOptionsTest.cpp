@@ -26,7 +26,7 @@ TEST(QelFilerOptionsTest, EachPlainFlagIsAnEmptyElement) {
         const TestTree tree;
         writeTo(tree, QelFilerOptions(flag));
         EXPECT_THAT(childIDs(*tree), ElementsAre(element));
-        EXPECT_EQ(valueOf(*tree, element), "");
+        EXPECT_EQ(childValue(*tree, element), "");
         EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags, flag);
     }
 }

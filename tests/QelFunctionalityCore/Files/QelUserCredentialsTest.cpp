@@ -29,8 +29,8 @@ TEST(QelUserCredentialsTest, ANameGoesBeforeANumber) {
     credentials.uid = 1000;
     const TestTree tree;
     writeTo(tree, credentials);
-    EXPECT_EQ(valueOf(*tree, name), "anna");
-    EXPECT_EQ(countOf(*tree, uid), 0);
+    EXPECT_EQ(childValue(*tree, name), "anna");
+    EXPECT_EQ(countChildren(*tree, uid), 0);
 }
 
 TEST(QelUserCredentialsTest, WithoutANameTheNumberIsWritten) {
@@ -38,8 +38,8 @@ TEST(QelUserCredentialsTest, WithoutANameTheNumberIsWritten) {
     credentials.uid = 0;
     const TestTree tree;
     writeTo(tree, credentials);
-    EXPECT_EQ(countOf(*tree, name), 0);
-    EXPECT_EQ(valueOf(*tree, uid), "0");
+    EXPECT_EQ(countChildren(*tree, name), 0);
+    EXPECT_EQ(childValue(*tree, uid), "0");
     EXPECT_EQ(readFrom<QelUserCredentials>(tree).uid, 0U);
 }
 
@@ -48,15 +48,15 @@ TEST(QelUserCredentialsTest, NumbersAboveTheSignedOnesComeBack) {
     credentials.uid = 0xFFFFFFFE;
     const TestTree tree;
     writeTo(tree, credentials);
-    EXPECT_EQ(valueOf(*tree, uid), "-2");
+    EXPECT_EQ(childValue(*tree, uid), "-2");
     EXPECT_EQ(readFrom<QelUserCredentials>(tree).uid, 0xFFFFFFFE);
 }
 
 TEST(QelUserCredentialsTest, EmptyOnesAreNothingButTheirFlags) {
     const TestTree tree;
     writeTo(tree, QelUserCredentials());
-    EXPECT_EQ(countOf(*tree), 1);
-    EXPECT_EQ(valueOf(*tree, flags), "0");
+    EXPECT_EQ(countChildren(*tree), 1);
+    EXPECT_EQ(childValue(*tree, flags), "0");
 }
 
 TEST(QelUserCredentialsTest, ANumberIsNotReadBesideAName) {
@@ -86,8 +86,8 @@ TEST(QelUserCredentialsTest, NamesOfGroupsGoBeforeTheirNumbers) {
     credentials.gids = {6, 10};
     const TestTree tree;
     writeTo(tree, credentials);
-    EXPECT_EQ(countOf(*tree, group), 2);
-    EXPECT_EQ(countOf(*tree, gid), 0);
+    EXPECT_EQ(countChildren(*tree, group), 2);
+    EXPECT_EQ(countChildren(*tree, gid), 0);
     putNestedGid(tree, "6");
     const QelUserCredentials read = readFrom<QelUserCredentials>(tree);
     EXPECT_THAT(read.groups, ElementsAre("wheel", "disk"));
@@ -99,8 +99,8 @@ TEST(QelUserCredentialsTest, NumbersOfGroupsAreWrittenOnTheItem) {
     credentials.gids = {6, 10};
     const TestTree tree;
     writeTo(tree, credentials);
-    EXPECT_EQ(countOf(*tree, gid), 2);
-    EXPECT_EQ(valueOf(*tree, gid), "6");
+    EXPECT_EQ(countChildren(*tree, gid), 2);
+    EXPECT_EQ(childValue(*tree, gid), "6");
     EXPECT_THAT(readFrom<QelUserCredentials>(tree).gids, IsEmpty());
 }
 

@@ -5,6 +5,7 @@
 
 #include "QelFunctionalityCore/Environment/EnvTestSupport.h"
 #include "support/LogCapture.h"
+#include "support/RequiredChildren.h"
 
 namespace Qel {
 namespace {
@@ -72,12 +73,7 @@ TEST(QelSampleConfTest, TheConfigurationComesBackAsItsClassAndMustBeThere) {
     QelSampleConf read;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
     EXPECT_NE(dynamic_cast<QelVEnvConfig*>(read.config.get()), nullptr);
-    for (const int element : {1873, 1010, 2102}) {
-        const TestMessage incomplete;
-        EXPECT_EQ(incomplete.cursor().putObj(conf, 0), 0);
-        incomplete.cursor().deleteChild(element);
-        EXPECT_EQ(incomplete.cursor().getObj(read, 0), -1) << element;
-    }
+    expectRequired(conf, {1873, 1010, 2102});
 }
 
 TEST(QelFileListTypeTest, ReadingAlwaysSucceeds) {

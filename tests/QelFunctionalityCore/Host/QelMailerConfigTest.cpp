@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "support/RefusingCursor.h"
+#include "support/RequiredChildren.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
@@ -44,13 +45,7 @@ TEST(QelMailTemplateTest, ReadingSetsTheFlagAndNeverClearsIt) {
 }
 
 TEST(QelMailTemplateTest, TheNameAndTheTextMustBeThere) {
-    for (const int element : {1026, 1328}) {
-        const TestMessage message;
-        EXPECT_EQ(message.cursor().putObj(QelMailTemplate(), 0), 0);
-        message.cursor().deleteChild(element);
-        QelMailTemplate read;
-        EXPECT_EQ(message.cursor().getObj(read, 0), -1) << element;
-    }
+    expectRequired(QelMailTemplate(), {1026, 1328});
 }
 
 TEST(QelMailerAccountTest, BothTextsAreWrittenAndNoneIsMissed) {

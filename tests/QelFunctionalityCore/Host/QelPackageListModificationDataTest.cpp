@@ -5,6 +5,7 @@
 
 #include "QelFunctionalityCore/Environment/EnvTestSupport.h"
 #include "support/RefusingCursor.h"
+#include "support/RequiredChildren.h"
 
 namespace Qel {
 namespace {
@@ -70,13 +71,7 @@ TEST(QelPackageListModificationDataTest, AnOperationOtherThanTheThreeIsRefused) 
 }
 
 TEST(QelPackageListModificationDataTest, WithoutAnEnvironmentOrAnyPackageItIsRefused) {
-    for (const int element : {1866, packagesElement}) {
-        const TestMessage message;
-        EXPECT_EQ(message.cursor().putObj(installed(), 0), 0);
-        message.cursor().deleteChild(element);
-        QelPackageListModificationData read;
-        EXPECT_EQ(message.cursor().getObj(read, 0), -1) << element;
-    }
+    expectRequired(installed(), {1866, packagesElement});
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(installed(), 0), 0);
     message.cursor().deleteChild(packagesElement);

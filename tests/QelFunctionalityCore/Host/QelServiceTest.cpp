@@ -47,13 +47,13 @@ TEST_F(QelServiceTest, ARecordWithOnlyANameWritesOneElement) {
     QelService service;
     service.name = "sshd";
     EXPECT_EQ(roundTrip(service).name, "sshd");
-    EXPECT_THAT(childrenOf(message), ElementsAre(1026));
+    EXPECT_THAT(childIDs(message), ElementsAre(1026));
 }
 
 TEST_F(QelServiceTest, DescriptionAndStateAreWrittenTwice) {
     EXPECT_EQ(write(sample()), 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1026, 1496, 1421, 1788, 1426, 1192, 1728, 1729, 1496, 1421, 1735, 1735,
-                                                 1734, 1646, 1422, 1422));
+    EXPECT_THAT(childIDs(message), ElementsAre(1026, 1496, 1421, 1788, 1426, 1192, 1728, 1729, 1496, 1421, 1735, 1735,
+                                               1734, 1646, 1422, 1422));
     EXPECT_EQ(childValue(message, 1496), "c2VjdXJlAHNoZWxs");
     EXPECT_EQ(childValue(message, 1788), "bGlzdGVucw==");
     EXPECT_EQ(childValue(message, 1192), "running");
@@ -69,7 +69,7 @@ TEST_F(QelServiceTest, AStateOfZeroIsAState) {
     QelService service;
     service.state = 0;
     EXPECT_EQ(roundTrip(service).state, 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1026, 1421, 1421));
+    EXPECT_THAT(childIDs(message), ElementsAre(1026, 1421, 1421));
 }
 
 TEST_F(QelServiceTest, EachFieldComesBack) {
@@ -146,7 +146,7 @@ TEST_F(QelServiceTest, LevelZeroIsOneElement) {
     QelService service;
     service.levels = QelService::ServiceLevelsListType(1);
     const QelService back = roundTrip(service);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1026, 1422));
+    EXPECT_THAT(childIDs(message), ElementsAre(1026, 1422));
     EXPECT_EQ(childValue(message, 1422), "0");
     EXPECT_EQ(back.levels, service.levels);
 }

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "support/RequiredChildren.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
@@ -30,13 +31,7 @@ TEST(QelSystemInfoTest, TheProcessorsStandInAnElementOfTheirOwn) {
 }
 
 TEST(QelSystemInfoTest, EachElementMustBeThere) {
-    for (const int element : {1276, 1277, 1229, 1078, 1079}) {
-        const TestMessage message;
-        EXPECT_EQ(message.cursor().putObj(QelSystemInfo(), 0), 0);
-        message.cursor().deleteChild(element);
-        QelSystemInfo read;
-        EXPECT_EQ(message.cursor().getObj(read, 0), -1) << element;
-    }
+    expectRequired(QelSystemInfo(), {1276, 1277, 1229, 1078, 1079});
     for (const int element : {1049, 1052, 1047, 1050, 1048, 2122, 2123, 1026, 1051}) {
         const TestMessage message;
         EXPECT_EQ(message.cursor().putObj(QelSystemInfo(), 0), 0);

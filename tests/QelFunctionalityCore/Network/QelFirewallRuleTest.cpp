@@ -88,7 +88,7 @@ using QelFirewallRuleRecordTest = NetworkRecordTest;
 
 TEST_F(QelFirewallRuleRecordTest, EachFieldComesBackInItsPlace) {
     EXPECT_EQ(roundTrip(fullRule()), fullRule());
-    EXPECT_THAT(children(), ElementsAre(1026, 1195, 1196, 1197, 1198, 1199, 1200, 1201, 1202, 1203, 1204));
+    EXPECT_THAT(childIDs(message), ElementsAre(1026, 1195, 1196, 1197, 1198, 1199, 1200, 1201, 1202, 1203, 1204));
     EXPECT_THAT(childrenIn(1199), ElementsAre(1068, 1069));
     EXPECT_THAT(childrenIn(1200), ElementsAre(1068));
     EXPECT_THAT(childrenIn(1201), ElementsAre(1193, 1194));
@@ -102,7 +102,7 @@ TEST_F(QelFirewallRuleRecordTest, EachFieldComesBackInItsPlace) {
 
 TEST_F(QelFirewallRuleRecordTest, OfAnEmptyRuleOnlyNameAndFlagAreWritten) {
     EXPECT_EQ(write(Rule()), 0);
-    EXPECT_THAT(children(), ElementsAre(1026, 1198));
+    EXPECT_THAT(childIDs(message), ElementsAre(1026, 1198));
     EXPECT_EQ(value(1198), "0");
     Rule rule;
     EXPECT_EQ(read(rule), -1) << "without the required text it can't be read back";

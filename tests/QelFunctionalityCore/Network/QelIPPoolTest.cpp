@@ -33,7 +33,7 @@ TEST_F(QelIPRangeTest, IsGivenByTwoEnds) {
     EXPECT_EQ(back.start, first);
     EXPECT_EQ(back.end, last);
     EXPECT_EQ(back.prefix, 0U);
-    EXPECT_THAT(children(), ElementsAre(1597, 1663));
+    EXPECT_THAT(childIDs(message), ElementsAre(1597, 1663));
 }
 
 TEST_F(QelIPRangeTest, IsGivenByAStartAndAPrefix) {
@@ -42,14 +42,14 @@ TEST_F(QelIPRangeTest, IsGivenByAStartAndAPrefix) {
         const QelIPRange back = roundTrip(rangeOf(first, last, prefix));
         EXPECT_EQ(back.prefix, prefix);
         EXPECT_TRUE(back.end.isAny()) << "a prefix stands in place of the end";
-        EXPECT_THAT(children(), ElementsAre(1597, 1784));
+        EXPECT_THAT(childIDs(message), ElementsAre(1597, 1784));
         EXPECT_EQ(value(1784), std::to_string(prefix));
     }
 }
 
 TEST_F(QelIPRangeTest, APrefixBeyondTheLastBitIsAMask) {
     EXPECT_EQ(roundTrip(rangeOf(first, QelIPv6(), 4294967040)).prefix, 4294967040U);
-    EXPECT_THAT(children(), ElementsAre(1597, 1784));
+    EXPECT_THAT(childIDs(message), ElementsAre(1597, 1784));
     EXPECT_EQ(value(1784), "255.255.255.0");
     startAnew();
     EXPECT_EQ(roundTrip(rangeOf(first, QelIPv6(), 129)).prefix, 129U);
@@ -58,7 +58,7 @@ TEST_F(QelIPRangeTest, APrefixBeyondTheLastBitIsAMask) {
 
 TEST_F(QelIPRangeTest, WithNeitherEndNorPrefixItIsNeitherWrittenNorRead) {
     EXPECT_EQ(write(rangeOf(first, QelIPv6(), 0)), -1);
-    EXPECT_THAT(children(), ElementsAre(1597));
+    EXPECT_THAT(childIDs(message), ElementsAre(1597));
     QelIPRange addresses;
     EXPECT_EQ(read(addresses), -1);
     put(1663, "::");
@@ -113,7 +113,7 @@ TEST_F(QelIPPoolTest, EachFieldComesBackInItsPlace) {
     EXPECT_EQ(back.ranges.get()[1].prefix, 64U);
     EXPECT_EQ(back.members, pool.members);
     EXPECT_EQ(back.disabled, pool.disabled);
-    EXPECT_THAT(children(), ElementsAre(1784, 1708, 2050, 1010, 1026, 1496, 2160, 2161, 1705));
+    EXPECT_THAT(childIDs(message), ElementsAre(1784, 1708, 2050, 1010, 1026, 1496, 2160, 2161, 1705));
     EXPECT_THAT(childrenIn(1708), ElementsAre(1281, 1281));
     EXPECT_EQ(valueIn(1708, 1281), "192.0.2.53") << "an IPv4 address goes out as such";
     EXPECT_THAT(childrenIn(2160), ElementsAre(1662, 1662));
@@ -129,7 +129,7 @@ TEST_F(QelIPPoolTest, EachFieldComesBackInItsPlace) {
 
 TEST_F(QelIPPoolTest, OfAnEmptyPoolNothingIsWritten) {
     const QelIPPool back = roundTrip(QelIPPool());
-    EXPECT_THAT(children(), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
     EXPECT_FALSE(back.nameServers.isSpecified());
     EXPECT_FALSE(back.ranges.isSpecified());
     EXPECT_FALSE(back.members.isSpecified());
@@ -143,7 +143,7 @@ TEST_F(QelIPPoolTest, ListsThatAreSpecifiedAndEmptyComeBackSo) {
     pool.members.specify(true);
     pool.disabled = false;
     const QelIPPool back = roundTrip(pool);
-    EXPECT_THAT(children(), ElementsAre(1708, 2160, 2161, 1705));
+    EXPECT_THAT(childIDs(message), ElementsAre(1708, 2160, 2161, 1705));
     EXPECT_THAT(childrenIn(1708), IsEmpty());
     EXPECT_THAT(childrenIn(2160), IsEmpty());
     EXPECT_EQ(back.nameServers, pool.nameServers);
@@ -177,13 +177,13 @@ TEST_F(QelIPPoolTest, TheBaseIsReadFirst) {
 TEST_F(QelIPPoolTest, AnAllocationNeedsItsAddress) {
     QelIPPoolAllocation allocation;
     EXPECT_EQ(write(allocation), 0);
-    EXPECT_THAT(children(), ElementsAre(1262));
+    EXPECT_THAT(childIDs(message), ElementsAre(1262));
     startAnew();
     EXPECT_EQ(read(allocation), -1);
     allocation.netmask = "24";
     allocation.address = "10.0.0.7";
     EXPECT_EQ(roundTrip(allocation).address, "10.0.0.7");
-    EXPECT_THAT(children(), ElementsAre(1784, 1262));
+    EXPECT_THAT(childIDs(message), ElementsAre(1784, 1262));
 }
 
 TEST_F(QelIPPoolTest, AnAllocationItemDoesNot) {
@@ -192,12 +192,12 @@ TEST_F(QelIPPoolTest, AnAllocationItemDoesNot) {
     EXPECT_EQ(read(item), 0);
     EXPECT_EQ(item.address, first);
     EXPECT_EQ(write(item), 0);
-    EXPECT_THAT(children(), ElementsAre(1262)) << "neither an invalid identifier nor the time 0";
+    EXPECT_THAT(childIDs(message), ElementsAre(1262)) << "neither an invalid identifier nor the time 0";
     startAnew();
     item.id = QelGUID(1, 2);
     item.time = 1LL << 40;
     const QelIPPoolAllocationItem back = roundTrip(item);
-    EXPECT_THAT(children(), ElementsAre(1010, 1262, 1004));
+    EXPECT_THAT(childIDs(message), ElementsAre(1010, 1262, 1004));
     EXPECT_EQ(back.time, item.time);
     expectRefused<QelIPPoolAllocationItem>(1010, "no identifier");
 }
@@ -205,7 +205,7 @@ TEST_F(QelIPPoolTest, AnAllocationItemDoesNot) {
 TEST_F(QelIPPoolTest, TheNumbersOfAUsageAreAlwaysWritten) {
     QelIPPoolUsage usage;
     EXPECT_EQ(write(usage), 0);
-    EXPECT_THAT(children(), ElementsAre(1259, 1059));
+    EXPECT_THAT(childIDs(message), ElementsAre(1259, 1059));
     usage.count = 7;
     startAnew();
     put(1259, "many");
@@ -238,12 +238,12 @@ TEST_F(QelIPPoolTest, ARequestComesBack) {
     EXPECT_EQ(back.addresses, request.addresses);
     EXPECT_EQ(back.time, 5);
     EXPECT_EQ(back.count, 3);
-    EXPECT_THAT(children(), ElementsAre(1010, 2182, 2183, 2183, 1262, 1262, 1262, 1004, 1259));
+    EXPECT_THAT(childIDs(message), ElementsAre(1010, 2182, 2183, 2183, 1262, 1262, 1262, 1004, 1259));
 }
 
 TEST_F(QelIPPoolTest, OfAnEmptyRequestTheNumbersAreWritten) {
     EXPECT_EQ(write(QelAllocateIPParams()), 0);
-    EXPECT_THAT(children(), ElementsAre(1004, 1259));
+    EXPECT_THAT(childIDs(message), ElementsAre(1004, 1259));
     for (const int id : {1010, 2182, 2183})
         expectRefused<QelAllocateIPParams>(id, "no identifier");
 }

@@ -60,20 +60,20 @@ TEST_F(QelNetDeviceTest, EachFieldComesBackInItsPlace) {
     EXPECT_TRUE(back.flag2066);
     EXPECT_TRUE(back.flag2305);
     EXPECT_EQ(back.kind, QelNetDevice::kindSecond);
-    EXPECT_THAT(children(), ElementsAre(1010, 2047, 2047, 2048, 1282, 2307, 2066, 2305, 1192));
+    EXPECT_THAT(childIDs(message), ElementsAre(1010, 2047, 2047, 2048, 1282, 2307, 2066, 2305, 1192));
     EXPECT_EQ(value(2048), "YQBi");
     EXPECT_THAT(childrenIn(1192), ElementsAre(2133));
 }
 
 TEST_F(QelNetDeviceTest, OfAnEmptyDeviceOnlyTheIdentityIsWritten) {
     EXPECT_EQ(write(QelNetDevice()), 0);
-    EXPECT_THAT(children(), ElementsAre(1010));
+    EXPECT_THAT(childIDs(message), ElementsAre(1010));
     startAnew();
     EXPECT_EQ(write(QelNetNIC()), 0);
-    EXPECT_THAT(children(), ElementsAre(1010));
+    EXPECT_THAT(childIDs(message), ElementsAre(1010));
     startAnew();
     EXPECT_EQ(write(QelNetVLAN()), 0);
-    EXPECT_THAT(children(), ElementsAre(1010, 2051, 2052));
+    EXPECT_THAT(childIDs(message), ElementsAre(1010, 2051, 2052));
 }
 
 TEST_F(QelNetDeviceTest, AnEmptyElementReadsAndLeavesTheFields) {
@@ -157,7 +157,7 @@ TEST_F(QelNetDeviceTest, DerivedFieldsFollowTheBases) {
     nic.id = "eth0";
     nic.text1836 = "52:54:00:12:34:56";
     EXPECT_EQ(roundTrip(nic).text1836, nic.text1836);
-    EXPECT_THAT(children(), ElementsAre(1010, 1836));
+    EXPECT_THAT(childIDs(message), ElementsAre(1010, 1836));
 
     startAnew();
     QelNetVLAN vlan;
@@ -168,7 +168,7 @@ TEST_F(QelNetDeviceTest, DerivedFieldsFollowTheBases) {
     EXPECT_EQ(back.text2051, "eth0");
     EXPECT_EQ(back.text2052, "17");
     EXPECT_EQ(back.text1836, vlan.text1836);
-    EXPECT_THAT(children(), ElementsAre(1010, 2051, 2052, 1836));
+    EXPECT_THAT(childIDs(message), ElementsAre(1010, 2051, 2052, 1836));
 }
 
 TEST_F(QelNetDeviceTest, EveryClassComesBackAsItself) {

@@ -71,12 +71,12 @@ protected:
 
 TEST_F(QelResourceTest, AResourceHasNothingToWrite) {
     EXPECT_EQ(roundTrip(QelResource(QelResourceType::ip)).type, QelResourceType::none);
-    EXPECT_THAT(children(), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
 TEST_F(QelResourceTest, AnAddressTravelsAsText) {
     EXPECT_EQ(roundTrip(QelResourceIp(strToIp("10.0.0.7"))).value, strToIp("10.0.0.7"));
-    EXPECT_THAT(children(), ElementsAre(1262));
+    EXPECT_THAT(childIDs(message), ElementsAre(1262));
     EXPECT_EQ(value(1262), "10.0.0.7");
 }
 
@@ -91,7 +91,7 @@ TEST_F(QelResourceTest, AnAddressIsRequired) {
 
 TEST_F(QelResourceTest, APoolOfNoTypeHasAnEmptyName) {
     EXPECT_EQ(roundTrip(QelResourcePool()).type, QelResourceType::none);
-    EXPECT_THAT(children(), ElementsAre(1007));
+    EXPECT_THAT(childIDs(message), ElementsAre(1007));
     EXPECT_EQ(value(1007), "");
 }
 
@@ -120,12 +120,12 @@ TEST_F(QelResourceTest, AnUnknownTypeIsNeitherReadNorWritten) {
     derived.type = static_cast<QelResourceType>(7);
     derived.ranges.insert({5, 6});
     EXPECT_EQ(write(derived), -1);
-    EXPECT_THAT(children(), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
 TEST_F(QelResourceTest, ARangeOfOneAddressIsOneElementAndAnyOtherTwoInOne) {
     EXPECT_EQ(write(poolOf({{5, 5}, {7, 8}})), 0);
-    EXPECT_THAT(children(), ElementsAre(1007, 1262, 1662));
+    EXPECT_THAT(childIDs(message), ElementsAre(1007, 1262, 1662));
     EXPECT_EQ(value(1262), "0.0.0.5");
     EXPECT_THAT(childrenIn(1662), ElementsAre(1597, 1663));
     EXPECT_EQ(valueIn(1662, 1597), "0.0.0.7");
@@ -134,7 +134,7 @@ TEST_F(QelResourceTest, ARangeOfOneAddressIsOneElementAndAnyOtherTwoInOne) {
 
 TEST_F(QelResourceTest, TwoAddressesWithOneBetweenThemAreTwoElements) {
     EXPECT_EQ(write(poolOf({{1, 1}, {3, 3}})), 0);
-    EXPECT_THAT(children(), ElementsAre(1007, 1262, 1262));
+    EXPECT_THAT(childIDs(message), ElementsAre(1007, 1262, 1262));
 }
 
 TEST_F(QelResourceTest, APoolComesBack) {
@@ -238,14 +238,14 @@ TEST_F(QelPoolResourcePairTest, BothComeBackAsTheirClasses) {
     const auto* const resource = dynamic_cast<QelResourceIp*>(back.resource.get());
     ASSERT_THAT(resource, NotNull());
     EXPECT_EQ(resource->value, strToIp("10.0.0.3"));
-    EXPECT_THAT(children(), ElementsAre(1974, 1665));
+    EXPECT_THAT(childIDs(message), ElementsAre(1974, 1665));
     EXPECT_EQ(typeOf(1974), "resource:ip_resource_pool");
     EXPECT_EQ(typeOf(1665), "resource:ip_resource");
 }
 
 TEST_F(QelPoolResourcePairTest, NothingIsWrittenForTwoNullPointers) {
     EXPECT_EQ(write(QelPoolResourcePair()), 0);
-    EXPECT_THAT(children(), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
     QelPoolResourcePair pair = full();
     EXPECT_EQ(read(pair), 0);
     EXPECT_THAT(pair.pool, NotNull()) << "what is missing stays as it was";

@@ -43,7 +43,7 @@ TEST_F(QelRowSetTest, ColumnsRowsAndNumbersComeBack) {
     EXPECT_EQ(back.rows, set.rows);
     EXPECT_EQ(back.count, 2);
     EXPECT_EQ(back.value1040, 0);
-    EXPECT_THAT(children(), ElementsAre(1082, 1082, 1739, 1739, 1259, 1040));
+    EXPECT_THAT(childIDs(message), ElementsAre(1082, 1082, 1739, 1739, 1259, 1040));
     EXPECT_EQ(valueIn(1082, 1026), "name");
     ASSERT_EQ(message.seek(1739), 0);
     EXPECT_EQ(valueIn(1082, 1018), "YQ==");
@@ -55,7 +55,7 @@ TEST_F(QelRowSetTest, AnUnknownNumberIsNotWrittenAndReadsAsUnknown) {
     set.columns = {column("name", {})};
     EXPECT_EQ(set.count, 2147483647);
     EXPECT_EQ(write(set), 0);
-    EXPECT_THAT(children(), ElementsAre(1082));
+    EXPECT_THAT(childIDs(message), ElementsAre(1082));
     set.count = set.value1040 = 5;
     EXPECT_EQ(read(set), 0);
     EXPECT_EQ(set.count, 2147483647);
@@ -132,13 +132,13 @@ TEST_F(QelPagerSortConditionTest, ADescendingOrderIsAFlag) {
     const QelPagerSortCondition back = roundTrip(condition);
     EXPECT_EQ(back.column, "name");
     EXPECT_TRUE(back.descending);
-    EXPECT_THAT(children(), ElementsAre(1741, 1378));
+    EXPECT_THAT(childIDs(message), ElementsAre(1741, 1378));
     EXPECT_EQ(value(1378), "");
 }
 
 TEST_F(QelPagerSortConditionTest, AnAscendingOrderIsNotWritten) {
     EXPECT_EQ(write(QelPagerSortCondition()), 0);
-    EXPECT_THAT(children(), ElementsAre(1741));
+    EXPECT_THAT(childIDs(message), ElementsAre(1741));
 }
 
 TEST_F(QelPagerSortConditionTest, TheOrderIsReadAsAValue) {

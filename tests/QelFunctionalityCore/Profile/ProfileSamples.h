@@ -70,16 +70,4 @@ inline std::vector<int> sectionsOf(const QelProfile& profile) {
     return sections;
 }
 
-/// The IDs of the children of the current element.
-inline std::vector<int> childrenOf(const QelMessageIterator& cursor) {
-    std::vector<int> ids;
-    if (cursor.firstChild() != 0)
-        return ids;
-    do
-        ids.push_back(cursor.curID());
-    while (cursor.nextSibling() == 0);
-    cursor.seekUp();
-    return ids;
-}
-
 } // namespace Qel

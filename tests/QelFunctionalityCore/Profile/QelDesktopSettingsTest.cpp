@@ -4,6 +4,7 @@
 
 #include "ProfileSamples.h"
 #include "QelFunctionalityCore/TestTree.h"
+#include "support/RequiredChildren.h"
 
 namespace Qel {
 
@@ -12,7 +13,7 @@ namespace {
 TEST(QelDesktopActionTest, TheNameIsWrittenFirst) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDesktopAction(), 0), 0);
-    EXPECT_THAT(childrenOf(*tree), testing::ElementsAre(2205, 2206));
+    EXPECT_THAT(childIDs(*tree), testing::ElementsAre(2205, 2206));
 }
 
 TEST(QelDesktopActionTest, TheNameIsReadFirst) {
@@ -27,7 +28,7 @@ TEST(QelDesktopSettingsTest, NoActionsAreAnEmptyElement) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDesktopSettings(), 0), 0);
     ASSERT_EQ(tree->seek(1503), 0);
-    EXPECT_EQ(countOf(*tree), 0);
+    EXPECT_EQ(countChildren(*tree), 0);
     tree->seekUp();
     QelDesktopSettings read;
     EXPECT_EQ(tree->getObj(read, 0), 0);
@@ -43,13 +44,7 @@ TEST(QelDesktopSettingsTest, TheElementOfTheActionsMustBeThere) {
 }
 
 TEST(QelDesktopSettingsTest, EveryFieldMustBeThere) {
-    for (const int id : {2207, 2203, 2202, 2201, 2208}) {
-        TestTree tree;
-        ASSERT_EQ(tree->putObj(QelDesktopSettings(), 0), 0);
-        ASSERT_EQ(tree->deleteChild(id), 0);
-        QelDesktopSettings read;
-        EXPECT_EQ(tree->getObj(read, 0), -1) << id;
-    }
+    TestSupport::expectRequired(QelDesktopSettings(), {2207, 2203, 2202, 2201, 2208});
 }
 
 } // namespace

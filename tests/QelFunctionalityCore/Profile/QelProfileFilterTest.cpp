@@ -56,11 +56,11 @@ TEST_F(QelProfileFilterTest, SectionsAreWrittenAsEmptyElements) {
     QelProfile filter = full;
     filter.browse.specify(false);
     ASSERT_EQ(writeFilter(filter), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(1911, 2187, 2184, 2186, 2188));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1911, 2187, 2184, 2186, 2188));
     for (const int id : {2187, 2184, 2186, 2188}) {
-        EXPECT_EQ(valueOf(*tree, id), "") << id;
+        EXPECT_EQ(childValue(*tree, id), "") << id;
         ASSERT_EQ(tree->seek(id), 0);
-        EXPECT_EQ(countOf(*tree), 0) << id;
+        EXPECT_EQ(countChildren(*tree), 0) << id;
         tree->seekUp();
     }
     expectBack();
@@ -70,9 +70,9 @@ TEST_F(QelProfileFilterTest, ScreensAloneAreOneEmptyElement) {
     QelProfile filter;
     filter.screen = settingsOf<QelScreenSettings>({"s", "t"});
     ASSERT_EQ(writeFilter(filter), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(2188));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(2188));
     ASSERT_EQ(tree->seek(2188), 0);
-    EXPECT_EQ(countOf(*tree), 0);
+    EXPECT_EQ(countChildren(*tree), 0);
 }
 
 TEST_F(QelProfileFilterTest, BrowseListsAreWrittenByName) {
@@ -80,12 +80,12 @@ TEST_F(QelProfileFilterTest, BrowseListsAreWrittenByName) {
     filter.browse = settingsOf<QelBrowseSettings>({"a", "b"});
     ASSERT_EQ(writeFilter(filter), 0);
     EXPECT_EQ(tree->curID(), 2185) << "the cursor stays there";
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(2200, 2200));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(2200, 2200));
     ASSERT_EQ(tree->seek(2200), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(2209));
-    EXPECT_EQ(valueOf(*tree, 2209), "a");
+    EXPECT_THAT(childIDs(*tree), ElementsAre(2209));
+    EXPECT_EQ(childValue(*tree, 2209), "a");
     ASSERT_EQ(tree->nextSibling(), 0);
-    EXPECT_EQ(valueOf(*tree, 2209), "b");
+    EXPECT_EQ(childValue(*tree, 2209), "b");
 }
 
 TEST_F(QelProfileFilterTest, WhatIsWrittenBehindTheBrowseListsStandsInTheirElement) {
@@ -93,27 +93,27 @@ TEST_F(QelProfileFilterTest, WhatIsWrittenBehindTheBrowseListsStandsInTheirEleme
         writeFilter(filterOf(&QelProfile::screen, &QelProfile::browse, &QelProfile::desktop, &QelProfile::personal)),
         0);
     EXPECT_EQ(tree->curID(), 2185);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(2186, 2188));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(2186, 2188));
     tree->seekUp();
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(2187, 2185));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(2187, 2185));
     expectBack();
 }
 
 TEST_F(QelProfileFilterTest, ASidHidesTheName) {
     QelProfile filter{QelAuthName()};
     ASSERT_EQ(writeFilter(filter), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(1630));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1630));
     TestTree other;
     filter.sid = QelSID("S-1-5-42");
     ASSERT_EQ(other->putObject(filter, QelProfile::filterWriter(), 0), 0);
-    EXPECT_THAT(childrenOf(*other), ElementsAre(1911));
+    EXPECT_THAT(childIDs(*other), ElementsAre(1911));
 }
 
 TEST_F(QelProfileFilterTest, AnEmptySidFailsTheWritingBeforeTheSections) {
     QelProfile filter = fullProfile();
     filter.sid.get().fromBinary(nullptr, 0);
     EXPECT_EQ(writeFilter(filter), -1);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(1911));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1911));
 }
 
 /// A cursor that refuses to write one element.

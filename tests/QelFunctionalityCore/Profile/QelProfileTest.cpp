@@ -60,7 +60,7 @@ TEST(QelProfileTest, AnySectionMakesSettings) {
 TEST(QelProfileTest, IsWrittenInOrder) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(fullProfile(), 0), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(1911, 2187, 2184, 2185, 2186, 2188));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1911, 2187, 2184, 2185, 2186, 2188));
 }
 
 TEST(QelProfileTest, ASidHidesTheNameWhenWritten) {
@@ -68,13 +68,13 @@ TEST(QelProfileTest, ASidHidesTheNameWhenWritten) {
     profile.sid = QelSID("S-1-5-42");
     TestTree tree;
     ASSERT_EQ(tree->putObj(profile, 0), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(1911));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1911));
 }
 
 TEST(QelProfileTest, TheNameIsWrittenWithoutASid) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelProfile(authName("ann")), 0), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(1630));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1630));
     QelProfile read;
     ASSERT_EQ(tree->getObj(read, 0), 0);
     EXPECT_EQ(read.authName->name.get(), "ann");
@@ -162,9 +162,9 @@ TEST(QelProfileTest, SpecifiedBrowseListsThatAreEmptyAreAnEmptyElement) {
     profile.browse = QelBrowseSettings();
     TestTree tree;
     ASSERT_EQ(tree->putObj(profile, 0), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(2185));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(2185));
     ASSERT_EQ(tree->seek(2185), 0);
-    EXPECT_EQ(countOf(*tree), 0);
+    EXPECT_EQ(countChildren(*tree), 0);
     tree->seekUp();
     QelProfile read;
     ASSERT_EQ(tree->getObj(read, 0), 0);

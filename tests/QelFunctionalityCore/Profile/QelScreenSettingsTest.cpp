@@ -6,6 +6,7 @@
 #include "ProfileSamples.h"
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/TestTree.h"
+#include "support/RequiredChildren.h"
 
 namespace Qel {
 
@@ -16,7 +17,7 @@ using testing::ElementsAre;
 TEST(QelScreenInfoTest, NoSectionsAreAnEmptyElementThatMustBeThere) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(screenInfo("overview"), 0), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(2217, 2218));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(2217, 2218));
     QelScreenInfo read;
     EXPECT_EQ(tree->getObj(read, 0), 0);
     EXPECT_EQ(read.name, "overview");
@@ -30,7 +31,7 @@ TEST(QelScreenInfoTest, AFilterHoldsTheNameOnly) {
     info.sections.resize(1);
     TestTree tree;
     ASSERT_EQ(tree->putObject(info, QelScreenInfo::filterWriter(), 0), 0);
-    EXPECT_THAT(childrenOf(*tree), ElementsAre(2217));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(2217));
     QelScreenInfo read;
     EXPECT_EQ(tree->getObject(read, QelScreenInfo::filterReader(), 0), 0);
     EXPECT_EQ(read.name, "overview");
@@ -40,13 +41,7 @@ TEST(QelScreenInfoTest, AFilterHoldsTheNameOnly) {
 }
 
 TEST(QelDashboardSectionTest, EveryFieldMustBeThere) {
-    for (const int id : {2217, 2220, 1739, 2212}) {
-        TestTree tree;
-        ASSERT_EQ(tree->putObj(QelDashboardSection(), 0), 0);
-        ASSERT_EQ(tree->deleteChild(id), 0);
-        QelDashboardSection read;
-        EXPECT_EQ(tree->getObj(read, 0), -1) << id;
-    }
+    TestSupport::expectRequired(QelDashboardSection(), {2217, 2220, 1739, 2212});
 }
 
 TEST(QelScreenSettingsTest, AreOrderedByName) {
@@ -66,13 +61,13 @@ TEST(QelScreenSettingsTest, AFilterSelectsByNameAndLeavesTheCursorOnTheLastScree
     QelScreenSettings both;
     EXPECT_EQ(tree->getObject(both, QelScreenSettings::intersectionReader(filter), 0), 0);
     EXPECT_THAT(namesOf(both), ElementsAre("s"));
-    EXPECT_EQ(valueOf(*tree, 2217), "t");
+    EXPECT_EQ(childValue(*tree, 2217), "t");
     tree->seekUp();
 
     QelScreenSettings others;
     EXPECT_EQ(tree->getObject(others, QelScreenSettings::differenceReader(filter), 0), 0);
     EXPECT_THAT(namesOf(others), ElementsAre("t"));
-    EXPECT_EQ(valueOf(*tree, 2217), "t");
+    EXPECT_EQ(childValue(*tree, 2217), "t");
 }
 
 TEST(QelScreenSettingsTest, AFilterWithoutNamesReadsAllScreens) {

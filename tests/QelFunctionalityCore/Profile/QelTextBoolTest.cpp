@@ -38,7 +38,7 @@ TEST(QelTextBoolTest, IsWrittenAsAWord) {
         action.flag2206 = flag;
         TestTree tree;
         ASSERT_EQ(tree->putObj(action, 0), 0);
-        EXPECT_EQ(valueOf(*tree, 2206), flag ? "true" : "false");
+        EXPECT_EQ(childValue(*tree, 2206), flag ? "true" : "false");
     }
 }
 

@@ -31,7 +31,7 @@ TEST_F(QelSchedulerTriggerTest, StartAndEndComeBack) {
     const auto back = roundTrip(QelSchedulerOnceTrigger(1'700'000'000, 1'700'003'600));
     EXPECT_EQ(back.start, 1'700'000'000);
     EXPECT_EQ(back.end, 1'700'003'600);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1063, 1064));
+    EXPECT_THAT(childIDs(message), ElementsAre(1063, 1064));
     EXPECT_EQ(childValue(message, 1063), "2023-11-14T22:13:20Z");
 }
 
@@ -44,7 +44,7 @@ TEST_F(QelSchedulerTriggerTest, AMissingStartFails) {
 
 TEST_F(QelSchedulerTriggerTest, NoEndIsNotWrittenAndReadsAsNone) {
     ASSERT_EQ(write(QelSchedulerOnceTrigger(5, qelNoTime)), 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1063));
+    EXPECT_THAT(childIDs(message), ElementsAre(1063));
     QelSchedulerOnceTrigger trigger(1, 2);
     EXPECT_EQ(read(trigger), 0);
     EXPECT_EQ(trigger.start, 5);
@@ -62,7 +62,7 @@ TEST_F(QelSchedulerTriggerTest, AMalformedEndFails) {
 TEST_F(QelSchedulerTriggerTest, ANegativeStartIsNotWritten) {
     for (const long start : {-1L, -2L}) {
         EXPECT_EQ(write(QelSchedulerOnceTrigger(start, 7)), -1);
-        EXPECT_THAT(childrenOf(message), IsEmpty());
+        EXPECT_THAT(childIDs(message), IsEmpty());
     }
     EXPECT_EQ(write(QelSchedulerOnceTrigger()), -1) << "one that was given no start";
     EXPECT_EQ(write(QelSchedulerOnceTrigger(0, 7)), 0);
@@ -82,7 +82,7 @@ TEST_F(QelSchedulerDailyTriggerRecordTest, EachFieldComesBackBehindTheBasesField
     EXPECT_EQ(back.interval, trigger.interval);
     EXPECT_TRUE(back.weekdaysOnly);
     EXPECT_TRUE(back.weekendsOnly);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1063, 1064, 2095, 2096, 2097));
+    EXPECT_THAT(childIDs(message), ElementsAre(1063, 1064, 2095, 2096, 2097));
     EXPECT_EQ(childValue(message, 2096), "") << "the presence is the flag";
 }
 
@@ -91,7 +91,7 @@ TEST_F(QelSchedulerDailyTriggerRecordTest, OnlyWhatIsSetIsWritten) {
     EXPECT_FALSE(back.interval.isSpecified());
     EXPECT_FALSE(back.weekdaysOnly);
     EXPECT_FALSE(back.weekendsOnly);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1063));
+    EXPECT_THAT(childIDs(message), ElementsAre(1063));
 }
 
 TEST_F(QelSchedulerDailyTriggerRecordTest, AMalformedIntervalIsNone) {
@@ -106,7 +106,7 @@ TEST_F(QelSchedulerDailyTriggerRecordTest, ABaseThatFailsFails) {
     QelSchedulerDailyTrigger trigger;
     EXPECT_EQ(read(trigger), -1);
     EXPECT_EQ(write(QelSchedulerDailyTrigger(-1, 5)), -1);
-    EXPECT_THAT(childrenOf(message), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
 template <class Trigger> Trigger sample();
@@ -152,14 +152,14 @@ TEST_F(QelSchedulerSetTriggerRecordTest, AWeeklyTriggerComesBack) {
     const auto back = roundTrip(sample<QelSchedulerWeeklyTrigger>());
     EXPECT_EQ(back.weeks, 60);
     EXPECT_THAT(back.days, ElementsAre(0, 3, 7));
-    EXPECT_THAT(childrenOf(message), ElementsAre(1063, 1064, 2098, 1995, 1995, 1995));
+    EXPECT_THAT(childIDs(message), ElementsAre(1063, 1064, 2098, 1995, 1995, 1995));
 }
 
 TEST_F(QelSchedulerSetTriggerRecordTest, AMonthlyTriggerComesBack) {
     const auto back = roundTrip(sample<QelSchedulerMonthlyTrigger>());
     EXPECT_THAT(back.days, ElementsAre(1, 32));
     EXPECT_THAT(back.months, ElementsAre(2, 12));
-    EXPECT_THAT(childrenOf(message), ElementsAre(1063, 1064, 2099, 2099, 2100, 2100));
+    EXPECT_THAT(childIDs(message), ElementsAre(1063, 1064, 2099, 2099, 2100, 2100));
 }
 
 TEST_F(QelSchedulerSetTriggerRecordTest, AMonthlyDayOfWeekTriggerComesBack) {
@@ -167,7 +167,7 @@ TEST_F(QelSchedulerSetTriggerRecordTest, AMonthlyDayOfWeekTriggerComesBack) {
     EXPECT_THAT(back.weekDays, ElementsAre(1));
     EXPECT_THAT(back.weekNumbers, ElementsAre(1, 6));
     EXPECT_THAT(back.months, ElementsAre(12));
-    EXPECT_THAT(childrenOf(message), ElementsAre(1063, 1064, 1995, 2101, 2101, 2100));
+    EXPECT_THAT(childIDs(message), ElementsAre(1063, 1064, 1995, 2101, 2101, 2100));
 }
 
 TEST_F(QelSchedulerSetTriggerRecordTest, EveryPartOfThemIsRequired) {
@@ -182,7 +182,7 @@ TEST_F(QelSchedulerSetTriggerRecordTest, EveryPartOfThemIsRequired) {
 TEST_F(QelSchedulerSetTriggerRecordTest, AnEmptySetWritesNothingAndCannotBeReadBack) {
     QelSchedulerWeeklyTrigger trigger(5, qelNoTime);
     EXPECT_EQ(write(trigger), 0);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1063, 2098));
+    EXPECT_THAT(childIDs(message), ElementsAre(1063, 2098));
     EXPECT_EQ(read(trigger), -1);
 }
 
@@ -216,7 +216,7 @@ TEST_F(QelScheduleTaskTest, EachFieldComesBackInItsPlace) {
     EXPECT_EQ(back.disabled, task.disabled);
     ASSERT_THAT(back.triggers, SizeIs(1));
     EXPECT_EQ(back.triggers.front()->start, 5);
-    EXPECT_THAT(childrenOf(message), ElementsAre(1010, 2092, 1496, 1264, 2093, 2001, 1705));
+    EXPECT_THAT(childIDs(message), ElementsAre(1010, 2092, 1496, 1264, 2093, 2001, 1705));
     EXPECT_EQ(childValue(message, 2092), "bmlnaHRseQ==");
     EXPECT_EQ(childValue(message, 1264), "backup");
     EXPECT_EQ(childValue(message, 1705), "1");
@@ -225,7 +225,7 @@ TEST_F(QelScheduleTaskTest, EachFieldComesBackInItsPlace) {
 TEST_F(QelScheduleTaskTest, WhatIsUnsetIsNotWritten) {
     QelScheduleTask task;
     EXPECT_EQ(write(task), 0);
-    EXPECT_THAT(childrenOf(message), IsEmpty());
+    EXPECT_THAT(childIDs(message), IsEmpty());
     EXPECT_EQ(read(task), -1) << "a task without triggers doesn't read back";
 }
 
@@ -319,7 +319,7 @@ TEST_F(QelScheduleTaskTest, ATriggerOfAnyClassIsRewrittenByTheNameOfTheBase) {
     EXPECT_EQ(results.read, 0);
     EXPECT_EQ(results.write, 0);
     EXPECT_EQ(other.cursor().curType(), "scheduler:monthly_trigger");
-    EXPECT_EQ(childrenOf(other.cursor()), childrenOf(message));
+    EXPECT_EQ(childIDs(other.cursor()), childIDs(message));
 }
 
 } // namespace

@@ -26,6 +26,17 @@ std::int64_t lengthOf(const QelSchedulerDayDuration& day) {
     return day.end - day.begin;
 }
 
+/// These days and no others, in a month that is counted from `start` on its first day, each as long as days are.
+void expectWholeDays(const Month& month, long start, const std::vector<int>& days) {
+    ASSERT_EQ(daysOf(month), days);
+    for (const QelSchedulerDayDuration& day : month.days) {
+        EXPECT_EQ(day.begin, start + (day.day - 1) * testDay);
+        EXPECT_EQ(lengthOf(day), testDay);
+    }
+    EXPECT_EQ(month.begin, start);
+    EXPECT_EQ(month.end, start + days.back() * testDay);
+}
+
 /// In every zone.  Times are those of standard time where they are the ends of months.
 class QelSchedulerMonthDurationTest : public ZoneTest {
 protected:
@@ -139,13 +150,7 @@ TEST_P(QelSchedulerMonthDurationTest, DecemberEndsWithTheYear) {
 TEST_P(QelSchedulerMonthDurationTest, EveryOtherDayIsOneDayLongAndBeginsAtTheTimeOfDayOfTheStart) {
     const long start = local(2024, 1, 1, 3, 30);
     const Month month(start, {1, 7, 20});
-    ASSERT_THAT(daysOf(month), ElementsAre(1, 7, 20));
-    for (const QelSchedulerDayDuration& day : month.days) {
-        EXPECT_EQ(day.begin, start + (day.day - 1) * testDay);
-        EXPECT_EQ(lengthOf(day), testDay);
-    }
-    EXPECT_EQ(month.begin, start);
-    EXPECT_EQ(month.end, start + 20 * testDay);
+    expectWholeDays(month, start, {1, 7, 20});
 }
 
 TEST_P(QelSchedulerMonthDurationTest, AChangeOfClocksMovesTheRunsOfTheDaysBehindIt) {
@@ -199,13 +204,7 @@ TEST_P(QelSchedulerMonthDurationTest, ASingleDayIsASetOfOne) {
 TEST_P(QelSchedulerMonthDurationTest, NthWeekDaysAreSortedWhateverTheOrderOfNumbersAndWeekDays) {
     const long start = local(2024, 4, 1, 9);
     const Month month(start, {sunday, monday}, {1, 3});
-    ASSERT_THAT(daysOf(month), ElementsAre(1, 7, 15, 21));
-    for (const QelSchedulerDayDuration& day : month.days) {
-        EXPECT_EQ(day.begin, start + (day.day - 1) * testDay);
-        EXPECT_EQ(lengthOf(day), testDay);
-    }
-    EXPECT_EQ(month.begin, start);
-    EXPECT_EQ(month.end, start + 21 * testDay);
+    expectWholeDays(month, start, {1, 7, 15, 21});
 }
 
 TEST_P(QelSchedulerMonthDurationTest, NthWeekDaysBeforeTheStartDoNotCount) {

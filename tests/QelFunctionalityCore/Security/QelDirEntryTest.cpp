@@ -21,9 +21,9 @@ TEST(QelDirEntryTest, ReadsBackWithItsAttributes) {
     TestTree tree;
     const QelDirEntry written{"cn=anna,dc=org", {attribute("mail", {"a@x", "b@x"}), attribute("cn", {})}};
     ASSERT_EQ(tree->putObj(written, 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1928, 1918, 1918));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1928, 1918, 1918));
     ASSERT_EQ(tree->seek(1918), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1026, 1018, 1018));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1026, 1018, 1018));
     tree->seekUp();
     QelDirEntry back;
     ASSERT_EQ(tree->getObj(back, 0), 0);

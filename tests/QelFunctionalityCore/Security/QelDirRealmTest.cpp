@@ -67,7 +67,7 @@ TEST(QelDirRealmTest, TheLoginStandsFirstAndTheRealmBeforeTheServer) {
     ASSERT_EQ(tree->putObj(realm(), 1957), 0);
     ASSERT_EQ(tree->seek(1957), 0);
     EXPECT_EQ(tree->curType(), "directory:dir_realm");
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1630, 1026, 1007, 1010, 1687, 1704, 1958, 1959));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1630, 1026, 1007, 1010, 1687, 1704, 1958, 1959));
     tree->seekUp();
     QelDirRealm back;
     ASSERT_EQ(tree->getObj(back, 1957), 0);
@@ -81,7 +81,7 @@ TEST(QelDirRealmTest, OneThatIsNotValidIsNotWritten) {
     TestTree tree;
     clearErrorMessage();
     EXPECT_EQ(tree->putObj(made, 0), -1);
-    EXPECT_EQ(countOf(*tree), 0);
+    EXPECT_EQ(countChildren(*tree), 0);
     EXPECT_THAT(getErrorMessage(), HasSubstr("can't write QelDirRealm"));
 }
 
@@ -244,11 +244,11 @@ TEST(QelDirRealmLoginTypeTest, TheDomainStandsBeforeTheNameBothInBase64) {
     login.realm = realmID;
     ASSERT_EQ(tree->putObj(login, 0), 0);
     ASSERT_EQ(tree->seek(1630), 0);
-    EXPECT_THAT(childIDsOf(*tree), IsEmpty());
+    EXPECT_THAT(childIDs(*tree), IsEmpty());
     tree->deleteFromChild();
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1374, 1026, 1957));
-    EXPECT_EQ(valueOf(*tree, 1374), "ZXhhbXBsZQ==");
-    EXPECT_EQ(valueOf(*tree, 1026), "cmVhZGVy");
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1374, 1026, 1957));
+    EXPECT_EQ(childValue(*tree, 1374), "ZXhhbXBsZQ==");
+    EXPECT_EQ(childValue(*tree, 1026), "cmVhZGVy");
 }
 
 TEST(QelDirRealmLoginTypeTest, WhatIsMissingOrUnreadableIsUnspecified) {

@@ -46,7 +46,7 @@ TEST(QelInfrastructureFolderAttributesTest, NameAndTypeMustBeThereAndTheDescript
     for (const int id : {1026, 1007, 1496}) {
         TestTree tree;
         ASSERT_EQ(tree->putObj(folder(), 0), 0);
-        EXPECT_THAT(childIDsOf(*tree), ElementsAre(1026, 1007, 1496));
+        EXPECT_THAT(childIDs(*tree), ElementsAre(1026, 1007, 1496));
         tree->deleteChild(id);
         QelInfrastructureFolderAttributes back;
         EXPECT_EQ(tree->getObj(back, 0), id == 1496 ? 0 : -1);
@@ -59,7 +59,7 @@ TEST(QelInfrastructureNodeTest, OneThatIsNoFolderHasNoElementForIt) {
     QelInfrastructureNode written = node();
     written.folder.specify(false);
     ASSERT_EQ(tree->putObj(written, 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1010, 2241));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1010, 2241));
     QelInfrastructureNode back = node();
     ASSERT_EQ(tree->getObj(back, 0), 0);
     EXPECT_FALSE(back.folder.isSpecified());

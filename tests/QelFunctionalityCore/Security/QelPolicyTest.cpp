@@ -34,7 +34,7 @@ void putRule(QelMessageIterator& cursor, const char* name, const char* value) {
 TEST(QelPolicyTest, NothingSpecifiedWritesNothingAndReadsBackSo) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelPolicy(), 0), 0);
-    EXPECT_EQ(countOf(*tree), 0);
+    EXPECT_EQ(countChildren(*tree), 0);
     QelPolicy back = policy();
     ASSERT_EQ(tree->getObj(back, 0), 0);
     EXPECT_FALSE(back.policyID.isSpecified());
@@ -47,7 +47,7 @@ TEST(QelPolicyTest, NothingSpecifiedWritesNothingAndReadsBackSo) {
 TEST(QelPolicyTest, WhatIsSpecifiedReadsBackSo) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(policy(), 0), 0);
-    EXPECT_EQ(valueOf(*tree, 1026), "bGltaXRz");
+    EXPECT_EQ(childValue(*tree, 1026), "bGltaXRz");
     QelPolicy back;
     ASSERT_EQ(tree->getObj(back, 0), 0);
     EXPECT_TRUE(back.policyID == policy().policyID);
@@ -63,7 +63,7 @@ TEST(QelPolicyTest, EmptyMapsThatAreSpecifiedReadBackSo) {
     written.assignments = std::map<QelGUID, int>();
     written.rules = QelPolicyRuleMap();
     ASSERT_EQ(tree->putObj(written, 0), 0);
-    EXPECT_EQ(countOf(*tree), 2);
+    EXPECT_EQ(countChildren(*tree), 2);
     QelPolicy back;
     ASSERT_EQ(tree->getObj(back, 0), 0);
     EXPECT_TRUE(back.assignments.isSpecified());
@@ -75,8 +75,8 @@ TEST(QelPolicyTest, AnAssignmentHasTheObjectAndTheLevel) {
     ASSERT_EQ(tree->putObj(policy(), 0), 0);
     ASSERT_EQ(tree->seek(2275), 0);
     ASSERT_EQ(tree->seek(2277), 0);
-    EXPECT_EQ(valueOf(*tree, 2285), QelGUID(3, 4).toString());
-    EXPECT_EQ(valueOf(*tree, 2286), "5");
+    EXPECT_EQ(childValue(*tree, 2285), QelGUID(3, 4).toString());
+    EXPECT_EQ(childValue(*tree, 2286), "5");
 }
 
 TEST(QelPolicyTest, TheRulesBearTheEnvironmentsNamespaceAndNothingBehindThemDoes) {
@@ -160,7 +160,7 @@ TEST(QelEffectivePolicyAssignmentTest, WithoutRulesHasNoElementForThem) {
     QelEffectivePolicyAssignment written;
     written.policyID = QelGUID(1, 2);
     ASSERT_EQ(tree->putObj(written, 0), 0);
-    EXPECT_EQ(countOf(*tree), 1);
+    EXPECT_EQ(countChildren(*tree), 1);
     QelEffectivePolicyAssignment back;
     back.rules = QelPolicyRuleMap{{"memory", "64"}};
     ASSERT_EQ(tree->getObj(back, 0), 0);

@@ -19,8 +19,8 @@ TEST(QelTaskTest, OperationsStandBeforeTheDescriptionAndTheName) {
     task.description = "<all>";
     task.operations = {"stop", "start"};
     ASSERT_EQ(tree->putObj(task, 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1999, 1999, 1496, 1026));
-    EXPECT_EQ(valueOf(*tree, 1496), "PGFsbD4=");
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1999, 1999, 1496, 1026));
+    EXPECT_EQ(childValue(*tree, 1496), "PGFsbD4=");
     QelTask back;
     ASSERT_EQ(tree->getObj(back, 0), 0);
     EXPECT_EQ(back.name, "manage");
@@ -33,7 +33,7 @@ TEST(QelTaskTest, OneWithoutANameIsWrittenButCannotBeReadBack) {
     QelTask task;
     task.operations = {"start"};
     ASSERT_EQ(tree->putObj(task, 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1999));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1999));
     QelTask back;
     EXPECT_NE(tree->getObj(back, 0), 0);
     EXPECT_THAT(back.operations, ElementsAre("start")) << "the name is read last";
@@ -56,7 +56,7 @@ TEST(QelRoleTest, ItsRolesStandBeforeTheFieldsOfTheTask) {
     role.operations = {"start"};
     role.roles = {"viewer", "guest"};
     ASSERT_EQ(tree->putObj(role, 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1859, 1859, 1999, 1026));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1859, 1859, 1999, 1026));
     QelRole back;
     ASSERT_EQ(tree->getObj(back, 0), 0);
     EXPECT_THAT(back.roles, ElementsAre("guest", "viewer"));
@@ -105,7 +105,7 @@ TYPED_TEST(QelObjectRightsTest, TheObjectStandsFirst) {
     written.rights = {3, 1, 3};
     written.operations = {"stop", "start"};
     ASSERT_EQ(tree->putObj(written, 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1935, 2082, 2082, 2082, 1999, 1999));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1935, 2082, 2082, 2082, 1999, 1999));
     TypeParam back;
     ASSERT_EQ(tree->getObj(back, 0), 0);
     EXPECT_EQ(back.object, QelGUID(1, 2));

@@ -33,7 +33,7 @@ QelSSOServiceProviderConfig provider() {
 TEST(QelSSOServerConfigTest, OneThatIsNotEnabledHasNoFlagElement) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelSSOServerConfig{"sso.example.org", "2.0", false}, 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1012, 1223));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1012, 1223));
     QelSSOServerConfig back{"", "", true};
     ASSERT_EQ(tree->getObj(back, 0), 0);
     EXPECT_FALSE(back.enabled);
@@ -44,8 +44,8 @@ TEST(QelSSOServerConfigTest, OneThatIsNotEnabledHasNoFlagElement) {
 TEST(QelSSOServerConfigTest, OneThatIsEnabledHasAnEmptyOne) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelSSOServerConfig{"sso.example.org", "2.0", true}, 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1012, 1223, 1856));
-    EXPECT_EQ(valueOf(*tree, 1856), "");
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1012, 1223, 1856));
+    EXPECT_EQ(childValue(*tree, 1856), "");
     QelSSOServerConfig back;
     ASSERT_EQ(tree->getObj(back, 0), 0);
     EXPECT_TRUE(back.enabled);
@@ -68,9 +68,9 @@ TEST(QelSSOServerConfigTest, AMissingParameterIsLogged) {
 TEST(QelSSOServiceProviderConfigTest, StandsInItsElementsInOrder) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(provider(), 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1026, 1856, 2137, 2138, 2139, 2140, 2141, 2142, 2143, 2144, 1223));
-    EXPECT_EQ(valueOf(*tree, 2140), "NDA=");
-    EXPECT_EQ(valueOf(*tree, 2144), "NDQ=");
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1026, 1856, 2137, 2138, 2139, 2140, 2141, 2142, 2143, 2144, 1223));
+    EXPECT_EQ(childValue(*tree, 2140), "NDA=");
+    EXPECT_EQ(childValue(*tree, 2144), "NDQ=");
     const TestSupport::LogCapture log;
     QelSSOServiceProviderConfig back;
     ASSERT_EQ(tree->getObj(back, 0), 0);
@@ -88,7 +88,7 @@ TEST(QelSSOServiceProviderConfigTest, WhatMayBeLeftOutIsNotWrittenWhenEmpty) {
     written.field2141.clear();
     written.providerVersion.clear();
     ASSERT_EQ(tree->putObj(written, 0), 0);
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1026, 2137, 2138, 2139, 2142, 2143, 2144));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1026, 2137, 2138, 2139, 2142, 2143, 2144));
     QelSSOServiceProviderConfig back = provider();
     EXPECT_EQ(tree->getObj(back, 0), 0);
     EXPECT_FALSE(back.enabled);

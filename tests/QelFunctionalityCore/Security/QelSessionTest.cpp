@@ -54,7 +54,7 @@ protected:
     }
     static std::string kept(QelSession& in, const std::string& name) {
         const auto found = in.data().find(name);
-        return found == in.data().end() || found->second.empty() ? "(none)" : valueOf(*found->second.any(), 0);
+        return found == in.data().end() || found->second.empty() ? "(none)" : childValue(*found->second.any(), 0);
     }
 
     TestSupport::TestMessage message;
@@ -65,7 +65,7 @@ TEST_F(QelSessionTest, StandsInItsElementsInOrder) {
     QelSession written = session();
     keep(written, "plugin", "value");
     put(written);
-    EXPECT_THAT(childIDsOf(cursor), ElementsAre(1010, 1025, 1961, 1799, 1320, 1221, 1944, 1262, 1307));
+    EXPECT_THAT(childIDs(cursor), ElementsAre(1010, 1025, 1961, 1799, 1320, 1221, 1944, 1262, 1307));
 }
 
 TEST_F(QelSessionTest, ReadsBackWhole) {
@@ -111,7 +111,7 @@ TEST_F(QelSessionTest, AnUnreadableTimeoutIsRefused) {
 
 TEST_F(QelSessionTest, TheRevisionIsTheNumberBehindTheFirstPoint) {
     put(session());
-    EXPECT_EQ(valueOf(cursor, 1221), "0.5");
+    EXPECT_EQ(childValue(cursor, 1221), "0.5");
     const auto revisionOf = [this](const char* text) {
         cursor.deleteChild(1221);
         cursor.putValue(std::string(text), 1221);
@@ -213,8 +213,8 @@ TEST_F(QelSessionTest, DataTravelUnderTheirNames) {
     written.data()["without a value"];
     put(written);
     ASSERT_EQ(cursor.firstChild(1307), 0);
-    EXPECT_EQ(valueOf(cursor, 1240), "first");
-    EXPECT_EQ(valueOf(cursor, 1018), "1");
+    EXPECT_EQ(childValue(cursor, 1240), "first");
+    EXPECT_EQ(childValue(cursor, 1018), "1");
     cursor.seekUp();
     QelSession back;
     ASSERT_EQ(read(back), 0);

@@ -75,12 +75,12 @@ TEST(QelTokenTest, StandsInItsElementsInOrder) {
     ASSERT_EQ(tree->putObj(fullToken(), 1944), 0);
     ASSERT_EQ(tree->seek(1944), 0);
     EXPECT_EQ(tree->curType(), "env:token");
-    EXPECT_THAT(childIDsOf(*tree), ElementsAre(1025, 2011, 2012, 2013, 1026));
+    EXPECT_THAT(childIDs(*tree), ElementsAre(1025, 2011, 2012, 2013, 1026));
     ASSERT_EQ(tree->seek(2011), 0);
-    EXPECT_EQ(countOf(*tree, 1911), 2);
+    EXPECT_EQ(countChildren(*tree, 1911), 2);
     tree->seekUp();
     ASSERT_EQ(tree->seek(2013), 0);
-    EXPECT_EQ(valueOf(*tree, 2014), "read");
+    EXPECT_EQ(childValue(*tree, 2014), "read");
 }
 
 TEST(QelTokenTest, ReadsBackWhole) {
@@ -96,10 +96,10 @@ TEST(QelTokenTest, ReadsBackWhole) {
 TEST(QelTokenTest, EmptySetsAreWrittenAsEmptyContainersAndAnUnspecifiedNameNotAtAll) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelToken(), 0), 0);
-    EXPECT_EQ(countOf(*tree), 4);
+    EXPECT_EQ(countChildren(*tree), 4);
     for (const int id : {2011, 2012, 2013}) {
         ASSERT_EQ(tree->seek(id), 0);
-        EXPECT_EQ(countOf(*tree), 0);
+        EXPECT_EQ(countChildren(*tree), 0);
         tree->seekUp();
     }
     EXPECT_NE(tree->seekPresence(1026), 0);

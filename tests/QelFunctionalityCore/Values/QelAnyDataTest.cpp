@@ -57,12 +57,12 @@ TEST_F(QelAnyDataTest, TakesTheElementUnderTheCursor) {
 TEST_F(QelAnyDataTest, ACopyIsItsOwnerOnly) {
     EXPECT_EQ(setName(owner, "second"), 0);
     EXPECT_EQ(nameIn(owner), "second");
-    EXPECT_EQ(valueOf(*source, nameElement), "first");
+    EXPECT_EQ(childValue(*source, nameElement), "first");
 }
 
 TEST_F(QelAnyDataTest, WithoutACopyTheTreeIsShared) {
     EXPECT_EQ(setName(sharer, "second"), 0);
-    EXPECT_EQ(valueOf(*source, nameElement), "second");
+    EXPECT_EQ(childValue(*source, nameElement), "second");
 }
 
 TEST_F(QelAnyDataTest, CopyingASharerSharesOn) {
@@ -104,7 +104,7 @@ TEST_F(QelAnyDataTest, AssignmentToItselfChangesNothing) {
 TEST_F(QelAnyDataTest, AssignmentOfACursorTakesACopy) {
     none = source.get();
     EXPECT_EQ(setName(none, "second"), 0);
-    EXPECT_EQ(valueOf(*source, nameElement), "first");
+    EXPECT_EQ(childValue(*source, nameElement), "first");
     EXPECT_EQ(nameIn(none), "second");
 }
 
@@ -121,7 +121,7 @@ TEST_F(QelAnyDataTest, ResetToNullEmptiesIt) {
     EXPECT_TRUE(owner.empty());
     sharer.reset(nullptr, false);
     EXPECT_TRUE(sharer.empty());
-    EXPECT_EQ(valueOf(*source, nameElement), "first");
+    EXPECT_EQ(childValue(*source, nameElement), "first");
 }
 
 TEST_F(QelAnyDataTest, MovingLeavesTheSourceEmpty) {
@@ -151,7 +151,7 @@ TEST_F(QelAnyDataTest, SettingReplacesTheValueAndTheCache) {
     std::string cache = "old";
     EXPECT_EQ(owner.set(nameElement, "second", cache), 0);
     EXPECT_EQ(cache, "second");
-    EXPECT_EQ(countOf(*owner.any(), nameElement), 1);
+    EXPECT_EQ(countChildren(*owner.any(), nameElement), 1);
     EXPECT_EQ(nameIn(owner), "second");
 }
 
@@ -165,13 +165,13 @@ TEST_F(QelAnyDataTest, SerializingToACursorAddsTheElementAsAChild) {
     TestTree target;
     EXPECT_EQ(owner.serialize(target.get()), 0);
     EXPECT_EQ(target->seek(dataElement), 0);
-    EXPECT_EQ(valueOf(*target, nameElement), "first");
+    EXPECT_EQ(childValue(*target, nameElement), "first");
 }
 
 TEST_F(QelAnyDataTest, SerializingAnEmptyOneToACursorAddsNothing) {
     TestTree target;
     EXPECT_EQ(none.serialize(target.get()), 0);
-    EXPECT_EQ(countOf(*target), 0);
+    EXPECT_EQ(countChildren(*target), 0);
 }
 
 // The element in binary form, freed with the test.
@@ -290,7 +290,7 @@ TEST_F(QelAnyDataTest, ReadsACopyOfTheChildThatItCarries) {
     EXPECT_EQ(source->curName(), "/");
     EXPECT_EQ(setName(none, "second"), 0);
     source->seek(dataElement);
-    EXPECT_EQ(valueOf(*source, nameElement), "first");
+    EXPECT_EQ(childValue(*source, nameElement), "first");
 }
 
 TEST_F(QelAnyDataTest, AMissingChildFailsUnlessItIsOptional) {
@@ -304,7 +304,7 @@ TEST_F(QelAnyDataTest, AMissingChildFailsUnlessItIsOptional) {
 TEST_F(QelAnyDataTest, WritesItsElementAsAChild) {
     TestTree target;
     EXPECT_EQ(target->putObj(owner, 0), 0);
-    EXPECT_EQ(countOf(*target, dataElement), 1);
+    EXPECT_EQ(countChildren(*target, dataElement), 1);
     EXPECT_EQ(target->curName(), "/");
     QelAnyData read(dataElement);
     EXPECT_EQ(target->getObj(read, 0), 0);

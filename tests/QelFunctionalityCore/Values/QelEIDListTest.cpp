@@ -15,8 +15,8 @@ constexpr int eidElement = 1866;
 TEST(QelEIDListTest, ItemsStandDirectlyUnderTheCurrentElementInOrder) {
     TestTree tree;
     EXPECT_EQ(tree->putObject(QelEIDList({{2, 0}, {1, 0}}), QelEIDList::Writer(), 0), 0);
-    EXPECT_EQ(countOf(*tree, eidElement), 2);
-    EXPECT_EQ(valueOf(*tree, eidElement), QelEID(1, 0).toString());
+    EXPECT_EQ(countChildren(*tree, eidElement), 2);
+    EXPECT_EQ(childValue(*tree, eidElement), QelEID(1, 0).toString());
     EXPECT_EQ(tree->curName(), "/");
 }
 
@@ -41,7 +41,7 @@ TEST(QelEIDListTest, ComesBackAsItWas) {
 TEST(QelEIDListTest, AnEmptyListWritesNothingAndNoItemsAreNoFailure) {
     TestTree tree;
     EXPECT_EQ(tree->putObject(QelEIDList(), QelEIDList::Writer(), 0), 0);
-    EXPECT_EQ(countOf(*tree), 0);
+    EXPECT_EQ(countChildren(*tree), 0);
     QelEIDList read({{1, 0}});
     EXPECT_EQ(QelEIDList::Reader()(*tree, read), 0);
     EXPECT_THAT(read, ElementsAre(QelEID(1, 0)));

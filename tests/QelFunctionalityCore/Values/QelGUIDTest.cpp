@@ -16,7 +16,7 @@ TEST(QelGUIDTest, TravelsAsItsText) {
     ASSERT_EQ(guid.fromString(text.c_str()), 0);
     TestTree tree;
     EXPECT_EQ(tree->putObj(guid, element), 0);
-    EXPECT_EQ(valueOf(*tree, element), text);
+    EXPECT_EQ(childValue(*tree, element), text);
 
     QelGUID read;
     EXPECT_EQ(tree->getObj(read, element), 0);

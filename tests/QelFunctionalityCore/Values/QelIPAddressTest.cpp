@@ -13,7 +13,7 @@ constexpr int ipElement = 1262;
 std::string writtenNetmask(const QelIPAddress& address) {
     TestTree tree;
     EXPECT_EQ(QelIPAddress::Writer()(*tree, address), 0);
-    return valueOf(*tree, netmaskElement);
+    return childValue(*tree, netmaskElement);
 }
 
 TEST(QelIPAddressTest, IsEmptyAtStart) {
@@ -99,8 +99,8 @@ TEST(QelIPAddressTest, NoNetmaskWritesNoElement) {
     TestTree tree;
     EXPECT_EQ(QelIPAddress::Writer()(*tree, QelIPAddress("10.0.0.1")), 0);
     EXPECT_NE(tree->seekPresence(netmaskElement), 0);
-    EXPECT_EQ(valueOf(*tree, ipElement), "10.0.0.1");
-    EXPECT_EQ(countOf(*tree), 1);
+    EXPECT_EQ(childValue(*tree, ipElement), "10.0.0.1");
+    EXPECT_EQ(countChildren(*tree), 1);
 }
 
 TEST(QelIPAddressTest, TheNetmaskStandsBeforeTheAddress) {

@@ -12,7 +12,7 @@ constexpr int element = 1262;
 template <class Writer, class Value> std::string written(const Writer& writer, const Value& value) {
     TestTree tree;
     EXPECT_EQ(tree->putObject(value, writer, element), 0);
-    return valueOf(*tree, element);
+    return childValue(*tree, element);
 }
 
 TEST(QelIPFunctorsTest, AnIPv6AddressTravelsAsText) {

@@ -15,7 +15,7 @@ TEST(QelLimitedLengthStringTest, TravelsAsText) {
     TestTree tree;
     tree->newChild(element);
     EXPECT_EQ(QelWriterLimitedLengthString()(*tree, Name("abcdefghijklmno")), 0);
-    EXPECT_EQ(valueOf(*tree, 0), "abcdefghijklmno");
+    EXPECT_EQ(childValue(*tree, 0), "abcdefghijklmno");
     Name read;
     EXPECT_EQ(QelReaderLimitedLengthString()(*tree, read), 0);
     EXPECT_EQ(read, "abcdefghijklmno");
@@ -26,7 +26,7 @@ TEST(QelLimitedLengthStringTest, AnUnsetOneWritesNothing) {
     tree->newChild(element);
     tree->putValue(std::string("old"), 0);
     EXPECT_EQ(QelWriterLimitedLengthString()(*tree, Name()), 0);
-    EXPECT_EQ(valueOf(*tree, 0), "old");
+    EXPECT_EQ(childValue(*tree, 0), "old");
 }
 
 TEST(QelLimitedLengthStringTest, ASpecifiedEmptyOneWritesAnEmptyText) {

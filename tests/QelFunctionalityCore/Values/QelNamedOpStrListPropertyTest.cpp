@@ -30,9 +30,9 @@ TEST(QelNamedOpStrListPropertyTest, WithoutAnOperationItsElementIsMissing) {
     TestTree tree;
     EXPECT_EQ(QelNamedOpStrListProperty::Writer()(*tree, property("mail", {"a", "b"})), 0);
     EXPECT_NE(tree->seekPresence(operationElement), 0);
-    EXPECT_EQ(valueOf(*tree, nameElement), "mail");
-    EXPECT_EQ(countOf(*tree, valueElement), 2);
-    EXPECT_EQ(countOf(*tree), 3);
+    EXPECT_EQ(childValue(*tree, nameElement), "mail");
+    EXPECT_EQ(countChildren(*tree, valueElement), 2);
+    EXPECT_EQ(countChildren(*tree), 3);
 }
 
 TEST(QelNamedOpStrListPropertyTest, EveryOtherOperationIsWritten) {
@@ -41,7 +41,7 @@ TEST(QelNamedOpStrListPropertyTest, EveryOtherOperationIsWritten) {
         withOperation.setOperation(operation);
         TestTree tree;
         EXPECT_EQ(QelNamedOpStrListProperty::Writer()(*tree, withOperation), 0);
-        EXPECT_EQ(valueOf(*tree, operationElement), std::to_string(operation));
+        EXPECT_EQ(childValue(*tree, operationElement), std::to_string(operation));
     }
 }
 

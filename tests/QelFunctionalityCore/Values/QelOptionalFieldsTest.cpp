@@ -57,23 +57,23 @@ TEST(QelOptionalFieldsTest, AnUnspecifiedPropertyWritesNothing) {
     EXPECT_EQ(writeOptionalProperty(*tree, QelOptionalProperty<bool>(), element), 0);
     EXPECT_EQ(writeOptionalLongLong(*tree, QelOptionalProperty<long>(), element), 0);
     EXPECT_EQ(writeOptionalComplex(*tree, QelOptionalProperty<QelGUID>(), element), 0);
-    EXPECT_EQ(countOf(*tree), 0);
+    EXPECT_EQ(countChildren(*tree), 0);
 }
 
 TEST(QelOptionalFieldsTest, ASpecifiedPropertyWritesItsValue) {
     TestTree tree;
     EXPECT_EQ(writeOptionalProperty(*tree, given<std::string>(""), element), 0);
-    EXPECT_EQ(valueOf(*tree, element), "");
+    EXPECT_EQ(childValue(*tree, element), "");
     EXPECT_EQ(writeOptionalProperty(*tree, given(-3), 1026), 0);
-    EXPECT_EQ(valueOf(*tree, 1026), "-3");
+    EXPECT_EQ(childValue(*tree, 1026), "-3");
 }
 
 TEST(QelOptionalFieldsTest, ABoolGoesOutAsZeroOrOne) {
     TestTree tree;
     EXPECT_EQ(writeOptionalProperty(*tree, given(true), element), 0);
-    EXPECT_EQ(valueOf(*tree, element), "1");
+    EXPECT_EQ(childValue(*tree, element), "1");
     EXPECT_EQ(writeOptionalProperty(*tree, given(false), 1026), 0);
-    EXPECT_EQ(valueOf(*tree, 1026), "0");
+    EXPECT_EQ(childValue(*tree, 1026), "0");
     QelOptionalProperty<bool> read;
     EXPECT_EQ(readOptionalProperty(*tree, read, element), 0);
     EXPECT_EQ(read, given(true));
@@ -82,7 +82,7 @@ TEST(QelOptionalFieldsTest, ABoolGoesOutAsZeroOrOne) {
 TEST(QelOptionalFieldsTest, LongNumbersKeepTheirSign) {
     TestTree tree;
     EXPECT_EQ(writeOptionalLongLong(*tree, given(-5L), element), 0);
-    EXPECT_EQ(valueOf(*tree, element), "-5");
+    EXPECT_EQ(childValue(*tree, element), "-5");
     QelOptionalProperty<long long> read;
     EXPECT_EQ(readOptionalLongLong(*tree, read, element), 0);
     EXPECT_EQ(read, given(-5LL));

@@ -73,7 +73,7 @@ const QelWireField& row(int id) {
 TEST(QelValueCodecsTest, WhatIsUnsetIsNotWritten) {
     TestTree tree;
     EXPECT_EQ(Values::Writer()(*tree, Values()), 0);
-    EXPECT_EQ(countOf(*tree), 1);
+    EXPECT_EQ(countChildren(*tree), 1);
     EXPECT_EQ(tree->seekPresence(1899), 0);
 }
 
@@ -130,7 +130,7 @@ TEST(QelValueCodecsTest, ATextFormReachesTheContentOfAnOptional) {
     values.title = std::string("abc");
     TestTree tree;
     ASSERT_EQ(Values::Writer()(*tree, values), 0);
-    EXPECT_EQ(valueOf(*tree, 1026), "YWJj");
+    EXPECT_EQ(childValue(*tree, 1026), "YWJj");
 }
 
 TEST(QelValueCodecsTest, AnUnreadableOptionalIsUnspecifiedAndFailsAsItsRowSays) {

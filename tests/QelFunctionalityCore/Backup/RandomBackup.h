@@ -1,0 +1,31 @@
+#pragma once
+
+#include "QelFunctionalityCore/Environment/RandomEnvironment.h"
+#include "support/RandomFills.h"
+
+namespace Qel::TestSupport {
+
+inline RandomFamily randomBackup() {
+    // Without a base configuration it is written with an empty one, as an environment is.
+    constexpr OddRecord holdsEnvironment{.settlesLate = true};
+    // The connection is read into the local agent's, whose protocol it keeps if it has none.
+    constexpr OddRecord completesConnection{.settlesLate = true};
+    return {
+        .fields{
+            {{"QelBackupOptions", 1014}, inChild(1014, textIn(1006))},
+            {{"QelExcludeList", 1156}, atLeastOne(4, textIn(1156))},
+            {{"QelNewBackupData", 1006}, inChild(1006, record("QelBackup"))},
+            {{"QelP2VMigrateOptions", 1185}, inChild(1185, configuration(120))},
+            {{"QelP2VMigrateOptions", 1811}, inChild(1811, inChild(1115, textIn(1026)))},
+            {{"QelV2VMigrateOptions", 1185}, inChild(1185, configuration(120))},
+        },
+        .odd{
+            {"QelBackupMConfig", completesConnection},
+            {"QelEnvBackupData", holdsEnvironment},
+            {"QelP2VMigrateOptions", holdsEnvironment},
+            {"QelV2VMigrateOptions", holdsEnvironment},
+        },
+    };
+}
+
+} // namespace Qel::TestSupport

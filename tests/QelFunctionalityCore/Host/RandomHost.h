@@ -1,0 +1,72 @@
+#pragma once
+
+#include "QelFunctionalityCore/Values/RandomValues.h"
+#include "support/RandomFills.h"
+
+namespace Qel::TestSupport {
+
+/// An entry of a top list: its numbers are whole, so that they are of either representation.
+inline RandomFill topSet() {
+    return inTurn({inChild(1866, identifier()), numberIn(1018, 0, 999)});
+}
+
+/// A time, a text or both.
+inline void putDate(RandomRecord& random, QelMessageIterator& cursor) {
+    const unsigned parts = random.below(3) + 1;
+    if ((parts & 1U) != 0)
+        cursor.putValueTime(random.time() + 1, 1004);
+    if ((parts & 2U) != 0)
+        textIn(2007, "day ")(random, cursor);
+}
+
+/// Each row has as many values as there are names, and these are in the order of a map.
+inline RandomFill processRows() {
+    return several(3, inChild(1080, inTurn({numberIn(1081, 0, 999), textIn(1082), textIn(1082)})));
+}
+inline RandomFill processColumns() {
+    return inTurn({fixedIn(1083, "command"), fixedIn(1083, "user")});
+}
+
+inline void putPackagePath(RandomRecord& random, QelMessageIterator& cursor) {
+    cursor.putValueBase64("/" + random.text(), 1156);
+}
+
+inline bool holdsPackageOrPath(const QelMessageIterator& cursor) {
+    return cursor.seekPresence(1295) == 0 || cursor.seekPresence(1156) == 0;
+}
+
+inline RandomFamily randomHost() {
+    // The numbers of groups aren't read where they are written.
+    constexpr OddRecord holdsCredentials{.settlesLate = true};
+    // A server without an address leaves an empty element, which isn't read as a server.
+    constexpr OddRecord holdsServer{.settlesLate = true};
+    return {
+        .withoutTable{
+            {"QelCommonDevice", oneOf({"QelCommonDevice", "QelScsiDevice", "QelWindowsDevice"})},
+            {"QelPackage", oneOf({"QelPackage", "QelPackageDeb", "QelPackageRpm"})},
+            {"QelProcessInfo", numberIn(1081, 0, 999)}, // a row without columns: it has no names for more
+            {"QelTopData", inTurn({several(3, inChild(1179, topSet())), numberIn(1040, 0, 4999)})},
+            {"QelTopData::TopSet", topSet()},
+        },
+        .insteadOfTable{{"QelDate", putDate}},
+        .fields{
+            {{"QelDevMountInfo", 1117}, textIn(1117, "at ")},
+            {{"QelInstallationPackage", 1156}, putPackagePath}, // an empty one isn't written
+            {{"QelPackageListModificationData", 1007}, numberIn(1007, 0, 2)},
+            {{"QelProcessList", 1080}, processRows()},
+            {{"QelProcessList", 1083}, processColumns()},
+            {{"QelService", 0}, nothing()}, // what stands a second time is skipped
+            {{"QelService", 1422}, atLeastOne(4, numberIn(1422, 0, 6))},
+        },
+        .odd{
+            {"QelInstallationPackage", {.isReadable = holdsPackageOrPath}},
+            {"QelMailerConfig", {.leavesTheCursorDeeper = true}}, // in the element of its accounts
+            {"QelProcessMExecParams", holdsCredentials},
+            {"QelProgCredentials", holdsCredentials},
+            {"QelVncConnectionInfo", holdsServer},
+            {"QelVncConsoleInfo", holdsServer},
+        },
+    };
+}
+
+} // namespace Qel::TestSupport

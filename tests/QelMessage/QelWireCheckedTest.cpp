@@ -1,0 +1,78 @@
+// Fields that don't take every value.
+
+#include <gmock/gmock.h>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelWireTable.h"
+#include "support/RecordTest.h"
+
+namespace Qel {
+
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::HasSubstr;
+
+struct Choosy {
+    int even = 4;
+    std::string text = "old";
+    using reader_type = QelRecordReader<Choosy>;
+    using writer_type = QelRecordWriter<Choosy>;
+};
+constexpr bool isEven(int number) {
+    return number % 2 == 0;
+}
+bool isNotEmpty(const std::string& text) {
+    return !text.empty();
+}
+
+} // namespace
+
+template <> struct Wire<Choosy> : WireWords<Choosy> {
+    static constexpr QelWireField fields[] = {
+        checked<&Choosy::even, isEven>(1007, required, always),
+        checked<&Choosy::text, isNotEmpty>(1026, ignored, always, base64),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Choosy>() {
+    return wireLayoutOf<Choosy>;
+}
+
+namespace {
+
+class QelWireCheckedTest : public RecordTest {};
+
+TEST_F(QelWireCheckedTest, AValueThatIsNotTakenIsMalformedAndLeavesTheField) {
+    message.putValue(5, 1007);
+    Choosy record;
+    EXPECT_EQ(read(record), -1);
+    EXPECT_EQ(record.even, 4);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("(even) is malformed"));
+    message.deleteChild(1007);
+    EXPECT_EQ(read(record), -1);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("(even) is missing"));
+}
+
+TEST_F(QelWireCheckedTest, AValueThatIsTakenIsReadInItsForm) {
+    message.putValue(6, 1007);
+    message.putValueBase64(std::string("new"), 1026);
+    Choosy record;
+    EXPECT_EQ(read(record), 0);
+    EXPECT_EQ(record.even, 6);
+    EXPECT_EQ(record.text, "new");
+}
+
+TEST_F(QelWireCheckedTest, AnIgnoredFieldDropsWhatIsNotTakenAndWritingTakesAnything) {
+    message.putValue(6, 1007);
+    message.putChild(1026);
+    Choosy record;
+    EXPECT_EQ(read(record), 0);
+    EXPECT_EQ(record.text, "old");
+    record.even = 7;
+    EXPECT_EQ(message.putObj(record, 1115), 0);
+    ASSERT_EQ(message.seek(1115), 0);
+    EXPECT_EQ(childValue(message, 1007), "7");
+}
+
+} // namespace
+} // namespace Qel

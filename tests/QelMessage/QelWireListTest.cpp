@@ -1,0 +1,151 @@
+// Lists beyond the plain one: with items that must be there, that hold their values further down, or that replace
+// those of before.
+
+#include <gmock/gmock.h>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelWireTable.h"
+#include "support/RecordTest.h"
+
+namespace Qel {
+
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// A record that needs its items.
+struct Needy {
+    std::vector<int> items;
+    std::vector<int> wrapped;
+    using reader_type = QelRecordReader<Needy>;
+    using writer_type = QelRecordWriter<Needy>;
+};
+
+/// A record that takes no element without items, and one that then takes none at all.
+struct Greedy {
+    std::vector<int> items;
+    std::vector<int> spare;
+    using reader_type = QelRecordReader<Greedy>;
+    using writer_type = QelRecordWriter<Greedy>;
+};
+
+/// Lists whose items hold their values in an element of their own, and one that has only what was read last.
+struct House {
+    std::vector<std::string> tenants;
+    std::set<std::string> pets;
+    std::vector<int> rooms;
+
+    using reader_type = QelRecordReader<House>;
+    using writer_type = QelRecordWriter<House>;
+};
+
+constexpr int tenant = 1025;
+constexpr int pet = 1737;
+constexpr int nameOf = 1026;
+constexpr int room = 1115;
+
+} // namespace
+
+template <> struct Wire<Needy> : WireWords<Needy> {
+    static constexpr QelWireField fields[] = {
+        list<&Needy::items>(1029, required),
+        wrapped<&Needy::wrapped>(1980, 1156, required, always),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Needy>() {
+    return wireLayoutOf<Needy>;
+}
+
+template <> struct Wire<Greedy> : WireWords<Greedy> {
+    static constexpr QelWireField fields[] = {
+        wrapped<&Greedy::items>(1980, 1156, required, always).filled(),
+        wrapped<&Greedy::spare>(1029, 1010, ignored, always).filled(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<Greedy>() {
+    return wireLayoutOf<Greedy>;
+}
+
+template <> struct Wire<House> : WireWords<House> {
+    static constexpr QelWireField fields[] = {
+        list<&House::tenants>(tenant, optional).holding(nameOf),
+        list<&House::pets>(pet, optional).holding(nameOf),
+        list<&House::rooms>(room, optional).cleared(),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<House>() {
+    return wireLayoutOf<House>;
+}
+
+namespace {
+
+class QelWireListTest : public RecordTest {};
+
+TEST_F(QelWireListTest, RequiredItemsMustBeThereButARequiredWrapperMayBeEmpty) {
+    message.putChild(1980);
+    Needy record;
+    EXPECT_EQ(read(record), -1);
+    message.putValue(4, 1029);
+    EXPECT_EQ(read(record), 0);
+    EXPECT_THAT(record.items, ElementsAre(4));
+    EXPECT_THAT(record.wrapped, IsEmpty());
+    message.deleteChild(1980);
+    EXPECT_EQ(read(record), -1);
+}
+
+TEST_F(QelWireListTest, AFilledWrapperMustNotBeEmptyUnlessItsFailureIsIgnored) {
+    message.putChild(1980);
+    message.putChild(1029);
+    Greedy record;
+    EXPECT_EQ(read(record), -1);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read Greedy: element paths (items) is malformed"));
+    ASSERT_EQ(message.seek(1980), 0);
+    message.putValue(4, 1156);
+    message.seekUp();
+    EXPECT_EQ(read(record), 0);
+    EXPECT_THAT(record.items, ElementsAre(4));
+    EXPECT_THAT(record.spare, IsEmpty());
+}
+
+TEST_F(QelWireListTest, ItemsMayHoldTheirValuesInAnElementOfTheirOwn) {
+    House house;
+    house.tenants = {"b", "a"};
+    house.pets = {"dog", "cat"};
+    ASSERT_EQ(write(house), 0);
+    ASSERT_EQ(message.seek(tenant), 0);
+    EXPECT_EQ(childValue(message, nameOf), "b");
+    message.seekUp();
+    House back;
+    EXPECT_EQ(read(back), 0);
+    EXPECT_THAT(back.tenants, ElementsAre("b", "a"));
+    EXPECT_THAT(back.pets, ElementsAre("cat", "dog"));
+    message.putValue("value of the item", pet);
+    EXPECT_EQ(read(back), -1);
+}
+
+TEST_F(QelWireListTest, AClearedListHasWhatWasReadLast) {
+    House house;
+    house.rooms = {1, 2};
+    ASSERT_EQ(write(house), 0);
+    House back;
+    back.rooms = {9};
+    EXPECT_EQ(read(back), 0);
+    EXPECT_THAT(back.rooms, ElementsAre(1, 2));
+    message.deleteChild(room);
+    message.deleteChild(room);
+    EXPECT_EQ(read(back), 0);
+    EXPECT_THAT(back.rooms, IsEmpty());
+}
+
+TEST_F(QelWireListTest, TellsTheElementThatHoldsTheValueOfAnItem) {
+    const auto& fields = qelWireLayout<House>().fields;
+    EXPECT_EQ(fields[0].value, nameOf);
+    EXPECT_EQ(fields[1].value, nameOf);
+    EXPECT_EQ(fields[2].value, 0);
+}
+
+} // namespace
+} // namespace Qel

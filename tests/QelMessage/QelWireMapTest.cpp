@@ -1,0 +1,91 @@
+// Maps: each entry holds its key, and its value or the fields of its value.
+
+#include <gmock/gmock.h>
+
+#include "QelMessage/QelWireTable.h"
+#include "support/RecordTest.h"
+
+namespace Qel {
+
+namespace {
+
+using namespace Qel::TestSupport;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+/// A record with a complex type, as the value of a map.
+struct Price {
+    int amount = 0;
+    using reader_type = QelRecordReader<Price>;
+    using writer_type = QelRecordWriter<Price>;
+};
+struct PriceList {
+    std::map<std::string, int> amounts;
+    std::map<std::string, Price> prices;
+    using reader_type = QelRecordReader<PriceList>;
+    using writer_type = QelRecordWriter<PriceList>;
+};
+
+} // namespace
+
+template <> struct Wire<Price> : WireWords<Price> {
+    static constexpr int nsId = 292, typeId = 117;
+    static constexpr QelWireField fields[] = {field<&Price::amount>(1010, required, always)};
+};
+template <> const QelWireLayout& qelWireLayout<Price>() {
+    return wireLayoutOf<Price>;
+}
+
+template <> struct Wire<PriceList> : WireWords<PriceList> {
+    static constexpr QelWireField fields[] = {
+        map<&PriceList::amounts>(1307, 1240, 1018, optional),
+        wrappedMap<&PriceList::prices>(2276, 2273, 1011, 0, optional, always),
+    };
+};
+template <> const QelWireLayout& qelWireLayout<PriceList>() {
+    return wireLayoutOf<PriceList>;
+}
+
+namespace {
+
+class QelWireMapTest : public RecordTest {};
+
+TEST_F(QelWireMapTest, AMapEntryHoldsItsKeyAndItsValueOrTheFieldsOfTheValue) {
+    PriceList list;
+    list.amounts = {{"adult", 9}, {"child", 4}};
+    list.prices = {{"a", Price{1}}};
+    const PriceList back = roundTrip(list);
+    EXPECT_THAT(back.amounts, ElementsAre(Pair("adult", 9), Pair("child", 4)));
+    EXPECT_EQ(back.prices.at("a").amount, 1);
+    ASSERT_EQ(message.seek(2276), 0);
+    ASSERT_EQ(message.seek(2273), 0);
+    EXPECT_EQ(message.curType(), "") << "an entry isn't stamped as its value";
+    EXPECT_EQ(childValue(message, 1011), "a");
+    EXPECT_EQ(childValue(message, 1010), "1");
+}
+
+TEST_F(QelWireMapTest, OfEntriesWithOneKeyTheFirstStays) {
+    for (const int price : {9, 4}) {
+        message.newChild(1307);
+        message.putValue("adult", 1240);
+        message.putValue(price, 1018);
+        message.seekUp();
+    }
+    PriceList list;
+    EXPECT_EQ(read(list), 0);
+    EXPECT_THAT(list.amounts, ElementsAre(Pair("adult", 9)));
+}
+
+TEST_F(QelWireMapTest, AnEntryWithoutAValueFails) {
+    message.newChild(1307);
+    message.putValue("adult", 1240);
+    message.seekUp();
+    PriceList list;
+    EXPECT_EQ(read(list), -1);
+    EXPECT_THAT(list.amounts, IsEmpty());
+    EXPECT_EQ(message.curID(), recordElement);
+}
+
+} // namespace
+} // namespace Qel
