@@ -68,7 +68,7 @@ TEST(QelDirEntryTest, AnAttributeThatIsNotTakenEndsTheWritingAsAList) {
     NamelessCursor cursor(dynamic_cast<const QelBinaryIterator*>(&message.cursor()));
     const QelDirEntry entry{"dc=org", {attribute("cn", {"x"}), attribute("", {}), attribute("mail", {})}};
     EXPECT_EQ(cursor.putObj(entry, 0), 1);
-    EXPECT_THAT(childIDsOf(cursor), ElementsAre(1928, 1918, 1918)) << "the third isn't begun";
+    EXPECT_THAT(childIDs(cursor), ElementsAre(1928, 1918, 1918)) << "the third isn't begun";
 }
 
 TEST(QelDirEntryTest, AnAttributeWithoutANameEndsTheRecord) {
