@@ -91,7 +91,7 @@ private:
         [[nodiscard]] Step read(std::uint32_t offset) const noexcept {
             const block_ctrl* head = block(offset);
             std::uint32_t distance;
-            std::memcpy(&distance, &head->next, sizeof distance);
+            std::memcpy(&distance, static_cast<const void*>(&head->next), sizeof distance);
             return {offset, offset + distance, head->blocks};
         }
         /// Whether a block can be what its head tells.  Rising offsets keep a walk from going round for ever.

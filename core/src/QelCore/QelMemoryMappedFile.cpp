@@ -158,9 +158,8 @@ public:
         return error ? fail("cannot extend", m_name.c_str(), error) : 0;
     }
 
-    void* map(std::uint64_t size, void* hint) {
-        void* memory =
-            mmap(hint, static_cast<std::size_t>(size), PROT_READ | PROT_WRITE, MAP_SHARED, m_forMapping.get(), 0);
+    void* map(unsigned size, void* hint) {
+        void* memory = mmap(hint, size, PROT_READ | PROT_WRITE, MAP_SHARED, m_forMapping.get(), 0);
         if (memory != MAP_FAILED)
             return memory;
         fail("cannot map", m_name.c_str(), errno);
@@ -254,19 +253,21 @@ public:
     /// A file that isn't large is mapped whole, and with that, behind the end of one that will soon be, addresses for
     /// what it grows by: each new mapping costs a page fault for every page that is used again.
     static std::shared_ptr<const Pages> map(OpenFile& file, unsigned size, std::uint64_t reserved, void* hint) {
-        constexpr std::uint64_t mostAtOnce = 64U << 20U; // more would be felt in the address space of 32 bits
-        constexpr std::uint64_t growsSoon = 1U << 20U;
-        constexpr std::uint64_t roomToGrow = 4;
-        std::uint64_t wanted = size;
-        if (reserved <= mostAtOnce)
-            wanted = reserved < growsSoon ? reserved : std::min(reserved * roomToGrow, mostAtOnce);
+        constexpr unsigned mostAtOnce = 64U << 20U; // more would be felt in the address space of 32 bits
+        constexpr unsigned growsSoon = 1U << 20U;
+        constexpr unsigned roomToGrow = 4;
+        unsigned wanted = size;
+        if (reserved <= mostAtOnce) {
+            const auto length = static_cast<unsigned>(reserved);
+            wanted = length < growsSoon ? length : std::min(length * roomToGrow, mostAtOnce);
+        }
         void* memory = file.map(wanted, hint);
         if (!memory && wanted > size)
             memory = file.map(wanted = size, hint);
         return memory ? std::make_shared<const Pages>(memory, wanted, reserved) : nullptr;
     }
 
-    Pages(void* memory, std::uint64_t size, std::uint64_t reserved) noexcept
+    Pages(void* memory, unsigned size, std::uint64_t reserved) noexcept
         : m_memory(memory), m_size(size), m_reserved(reserved) {}
     Pages(const Pages&) = delete;
     Pages& operator=(const Pages&) = delete;
@@ -279,7 +280,7 @@ public:
 
 private:
     void* m_memory;
-    std::size_t m_size;
+    unsigned m_size;
     std::uint64_t m_reserved;
 };
 
