@@ -196,7 +196,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_checkSize() {
     const Allocator& heap = header()->heap;
     if (heap.isInitialized(m_storage->getSize()))
         return 0;
-    if (heap.getSize() > m_maxStorageSize || heap.getSize() > m_storage->getFileSize())
+    if (heap.getSize() > m_maxStorageSize || !m_storage->isInFile(heap.getSize()))
         return cacheOutOfSpace;
     const StoragePtr larger(new Storage(m_id));
     void* memory = larger->getStorage(heap.getSize(), m_storage.get());

@@ -109,7 +109,9 @@ class QelMemoryMappedFile::OpenFile : public QelForkableRefCounter {
 public:
     /// Opens or creates the file; null, with the error message set, when that isn't possible.
     static boost::intrusive_ptr<OpenFile> open(const std::string& name) {
-        Descriptor forMapping = openDescriptor(name, O_RDWR | O_CREAT);
+        Descriptor forMapping = openDescriptor(name, O_RDWR);
+        if (!forMapping.isOpen() && errno == ENOENT)
+            forMapping = openDescriptor(name, O_RDWR | O_CREAT); // asked for second, as it makes others wait
         Descriptor forLocking = forMapping.isOpen() ? openDescriptor(name, O_RDONLY) : Descriptor();
         if (!forLocking.isOpen()) {
             fail("cannot open", name.c_str(), errno);
@@ -336,8 +338,8 @@ void QelMemoryMappedFile::show(std::shared_ptr<const Pages> pages, unsigned size
     m_size = size;
 }
 
-std::uint64_t QelMemoryMappedFile::getFileSize() const {
-    return m_file ? m_file->size() : 0;
+bool QelMemoryMappedFile::isInFile(unsigned size) const {
+    return m_pages && (m_pages->areReserved(size) || m_file->size() >= size);
 }
 
 bool QelMemoryMappedFile::isSameFile(const QelMemoryMappedFile& other) const noexcept {

@@ -66,8 +66,8 @@ public:
     /// Bytes mapped; 0 if nothing is.
     [[nodiscard]] unsigned getSize() const noexcept { return m_size; }
 
-    /// Bytes in the file now, which other processes may have extended; 0 if nothing is mapped.
-    [[nodiscard]] std::uint64_t getFileSize() const;
+    /// Whether the file has `size` bytes, to which other processes may have extended it; false if nothing is mapped.
+    [[nodiscard]] bool isInFile(unsigned size) const;
 
     /// Whether `other` maps the same file.
     [[nodiscard]] bool isSameFile(const QelMemoryMappedFile& other) const noexcept;
