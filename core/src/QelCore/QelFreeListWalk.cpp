@@ -28,10 +28,10 @@ const QelFreeListWalk::Step* QelFreeListWalk::Path::correct(const Step* step, He
 }
 
 void QelFreeListWalk::Path::renew(const Step* step, Heap heap) noexcept {
-    const std::ptrdiff_t behind = step - begin();
-    if (behind <= 0 || behind > m_count)
-        return; // aside
-    for (Step* known = begin() + behind - 1; known < end() && known <= begin() + behind; ++known) {
+    if (step == m_aside.data() || step == m_aside.data() + 1)
+        return;
+    const std::ptrdiff_t place = step - begin();
+    for (Step* known = begin() + place - 1; known < end() && known <= begin() + place; ++known) {
         const Step seen = heap.read(known->offset);
         if (!heap.leadsOn(seen))
             return;

@@ -57,8 +57,9 @@ unsigned takeFront(block_ctrl* previous, block_ctrl* block, unsigned units) {
     return units;
 }
 
-/// Has the processor fetch free memory that is likely to be written next.  Who writes a record waits for nothing else
-/// as long, and meanwhile the lock changes hands.
+/// Has the processor fetch free memory that is likely to be written next.  Nothing in an update takes as long as
+/// waiting for the lines of the block that the record is written to.  When they are asked for as the block is freed,
+/// they come while the lock is given back and taken again.
 void fetchForWriting(const void* data, std::size_t bytes) {
     constexpr std::size_t lineSize = 64;
     constexpr std::size_t most = 2048; // more at once would wait for each other
