@@ -14,23 +14,25 @@
 // that list it, and its block is freed with the last of them.  So what a reader sees is old at worst, never torn and
 // never freed: the only words that change in what it can reach are counts, which it doesn't read.
 //
-// The file grows while readers hold it.  A mapping never changes its size or its address, so the process that grows the
-// file maps it a second time, the others do so at their next lock, when they see that the header tells of more bytes
-// than they have mapped, and a reader keeps the mapping in which its snapshot was taken.  That mapping shows the same
-// pages, and everything that the snapshot lists lay within it when it was taken.  The file holds distances and no
-// addresses, so two mappings disagree about nothing.  An address that was computed in one mapping is moved to the other
-// by the distance of their bases (`rebased` in the algorithms).
+// The file grows while readers hold it.  A Storage never changes its size or its address, so the process that grows the
+// file makes a second one, the others do so at their next lock, when they see that the header tells of more bytes than
+// they show, and a reader keeps the one in which its snapshot was taken.  That shows the same pages, and everything
+// that the snapshot lists lay within it when it was taken.  The file holds distances and no addresses, so two mappings
+// disagree about nothing.  An address that was computed in one Storage is moved to the other by the distance of their
+// bases (`rebased` in the algorithms), which is 0 where the file was mapped with room for its growth.
+//
+// A record is most often replaced by one of its own size, and a snapshot grows record by record.  So the block that was
+// freed last is the likeliest to be written next, and a large snapshot is put at the front of a free block, to grow
+// into the rest of it.
 //
 // What a crash leaves.  The kernel drops the lock of a process that dies, whatever it was doing, and what it had
 // written stays in the file.
 //  - A reader that dies never gives its snapshot back: the blocks stay allocated until the file is removed.
-//  - A writer that dies between two changes leaves the new block without anybody who refers to it, which costs its
-//  bytes.
-//    The order of the steps is such that the header never points at a freed snapshot.
-//  - A writer that dies while it shifts the array or links the free list leaves that half done: one record may be
-//  listed
-//    twice and another not at all, or free bytes may be missing from the list.  A broken list stops the next process
-//    that walks it at a check.
+//  - A writer that dies between two changes leaves a new block to which nobody refers, and its bytes are lost.  In the
+//    order of its steps the header never points at a freed snapshot.
+//  - A writer that dies while it shifts the array or links the free list leaves that half done: a record may be listed
+//    twice and another one not at all, or free bytes be missing from the list.  A broken list stops the next process
+//    that walks it, at a check.
 //  - A process that dies while it formats a file leaves it without the mark `valid`, and so unusable.
 // Nothing repairs any of this: the file is a cache, and removing it is the repair.
 //
@@ -48,8 +50,8 @@
 //                                                    mapping on  an unusable one
 //   after a fork, in the child                       no          nothing; every object is detached by reinit()
 //
-// Within a process `m_storage` is written under the file lock only, but read once before it, to find the lock: that
-// reading and the writing of the pointer run under the mutex that is free in every forked child as well.
+// Within a process `m_storage` is read and written under the file lock only.  It is written under the mutex that is
+// free in every forked child as well, so that none finds it half written.
 
 #include <atomic>
 #include <cstddef>
