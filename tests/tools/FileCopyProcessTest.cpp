@@ -1,8 +1,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <pty.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
@@ -10,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include "TerminalRun.h"
 #include "ToolRun.h"
 
 namespace {
@@ -39,27 +38,13 @@ TEST_F(FileCopyProcessTest, IntoAPipeGoesNoProgress) {
 TEST_F(FileCopyProcessTest, OnATerminalThereIsABarWithBytesRateAndTime) {
     const std::string from = write("a", std::string(3 * block, 'x'));
     const std::string to = path("b");
-    int terminal = -1;
-    winsize size{};
-    size.ws_col = 100;
-    size.ws_row = 24;
-    const pid_t process = forkpty(&terminal, nullptr, nullptr, &size);
-    ASSERT_GE(process, 0);
-    if (process == 0) {
-        execl(QEL_PROGRAM, "qel", "file", "copy", from.c_str(), to.c_str(), nullptr);
-        _exit(127);
-    }
-    std::string shown;
-    char bytes[4096];
-    for (ssize_t got = 0; (got = ::read(terminal, bytes, sizeof bytes)) > 0;)
-        shown.append(bytes, static_cast<std::size_t>(got));
-    int status = 0;
-    waitpid(process, &status, 0);
-    close(terminal);
-    EXPECT_EQ(status, 0);
-    EXPECT_THAT(shown, ContainsRegex("\\[ +\\]   0%  0 B of 1.5 MiB"));
-    EXPECT_THAT(shown, ContainsRegex("\\[=+\\] 100%  1.5 MiB of 1.5 MiB  [0-9.]+ [KMG]iB/s  0:0[0-9]"));
-    EXPECT_THAT(shown, HasSubstr("copied 1572864 bytes"));
+    const auto run = Qel::Tool::runOnTerminal("'" QEL_PROGRAM "' file copy '" + from + "' '" + to + "'");
+    if (!run)
+        GTEST_SKIP() << "no terminals here";
+    EXPECT_EQ(run->status, 0);
+    EXPECT_THAT(run->out, ContainsRegex("\\[ +\\]   0%  0 B of 1.5 MiB"));
+    EXPECT_THAT(run->out, ContainsRegex("\\[=+\\] 100%  1.5 MiB of 1.5 MiB  [0-9.]+ [KMG]iB/s  0:0[0-9]"));
+    EXPECT_THAT(run->out, HasSubstr("copied 1572864 bytes"));
 }
 
 TEST_F(FileCopyProcessTest, ALimitOnTheSizeIsAFailureAndNoDeathBySignal) {
