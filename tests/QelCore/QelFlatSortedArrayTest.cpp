@@ -1,6 +1,7 @@
 #include "QelCore/QelFlatSortedArray.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <functional>
 #include <map>
@@ -106,6 +107,58 @@ TEST(QelFlatSortedArrayTest, AbsentKeyHasAPlaceOfInsertion) {
     EXPECT_TRUE(array.findIndex(key(20), index));
     EXPECT_EQ(index, 1U);
 }
+
+/// A way to make keys at random, and where they lie among all that there can be.
+struct KeyMaker {
+    const char* where;
+    QelGUIDBase (*make)(std::mt19937_64&);
+};
+
+QelGUIDBase keyOf(std::uint64_t first, std::uint64_t second) {
+    return QelGUIDBase(static_cast<long long>(first), static_cast<long long>(second));
+}
+
+constexpr KeyMaker keyMakers[] = {
+    {"Anywhere", [](std::mt19937_64& random) { return keyOf(random(), random()); }},
+    {"AtTheStart", [](std::mt19937_64& random) { return keyOf(random() >> 40U, random()); }},
+    {"AtTheEnd", [](std::mt19937_64& random) { return keyOf(~(random() >> 40U), random()); }},
+    {"AllInTheMiddle", [](std::mt19937_64& random) { return keyOf(std::uint64_t{1} << 63U, random()); }},
+    {"HalfOfThemAtTheStart",
+     [](std::mt19937_64& random) { return keyOf(random() % 2 ? random() : random() >> 33U, random()); }},
+};
+
+class QelFlatSortedArrayKeysTest : public testing::TestWithParam<KeyMaker> {};
+
+TEST_P(QelFlatSortedArrayKeysTest, AreFoundWhereverTheirValuesLie) {
+    std::mt19937_64 random(7);
+    Memory memory;
+    Array& array = memory.make();
+    std::vector<QelGUIDBase> keys;
+    for (unsigned count = 0; count < Memory::slots; ++count) {
+        keys.push_back(GetParam().make(random));
+        array.insert(keys.back(), memory.value(count));
+    }
+    std::sort(keys.begin(), keys.end());
+    const QelGUIDBase least(0, 0);
+    const QelGUIDBase greatest(-1, -1);
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        std::size_t index;
+        ASSERT_TRUE(array.findIndex(keys[i], index));
+        ASSERT_EQ(index, i);
+        const QelGUIDBase absent = GetParam().make(random);
+        const auto bound = std::lower_bound(keys.begin(), keys.end(), absent);
+        ASSERT_EQ(array.findIndex(absent, index), bound != keys.end() && *bound == absent);
+        ASSERT_EQ(index, static_cast<std::size_t>(bound - keys.begin()));
+    }
+    std::size_t index;
+    EXPECT_FALSE(array.findIndex(least, index));
+    EXPECT_EQ(index, 0U);
+    EXPECT_FALSE(array.findIndex(greatest, index));
+    EXPECT_EQ(index, keys.size());
+}
+
+INSTANTIATE_TEST_SUITE_P(, QelFlatSortedArrayKeysTest, testing::ValuesIn(keyMakers),
+                         [](const auto& maker) { return maker.param.where; });
 
 TEST(QelFlatSortedArrayTest, UpdateReplacesTheDataAlone) {
     Memory memory;

@@ -116,6 +116,10 @@ TEST(QelGUIDBaseTest, HalvesAreOrderedAsUnsignedNumbers) {
     EXPECT_LT(QelGUIDBase(0, largestPositive), QelGUIDBase(0, highest));
 }
 
+TEST(QelGUIDBaseTest, LeadingBitsAreTheUpperOnesOfTheFirstHalf) {
+    EXPECT_EQ(QelGUIDBase(0x0123456789abcdefLL, -1).leadingBits(), 0x01234567U);
+}
+
 TEST(QelGUIDBaseTest, OrderIsThatOfTheHalvesAndNotOfTheText) {
     const QelGUIDBase largerText = parsed("01000000-0000-0000-0000-000000000000");
     const QelGUIDBase largerHalf = parsed("00010000-0000-0000-0000-000000000000");

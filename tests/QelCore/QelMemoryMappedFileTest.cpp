@@ -1,5 +1,6 @@
 #include "QelCore/QelMemoryMappedFile.h"
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstring>
@@ -13,7 +14,6 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -45,14 +45,6 @@ public:
             throw std::runtime_error(getErrorMessage());
     }
 };
-
-/// Whether this kernel brings in pages when asked to.
-bool canPopulate() {
-    void* memory = mmap(nullptr, page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    const bool populated = madvise(memory, page, MADV_POPULATE_WRITE) == 0;
-    munmap(memory, page);
-    return populated;
-}
 
 char* bytesOf(const QelMemoryMappedFile& file) {
     return static_cast<char*>(file.getMemory());
@@ -198,29 +190,61 @@ TEST(QelMemoryMappedFileTest, FileIsMappedWithoutRoomToGrowWhereAddressesAreShor
 }
 #endif
 
-TEST(QelMemoryMappedFileTest, PrefaultedPagesAreWrittenWithoutFaults) {
+TEST(QelMemoryMappedFileTest, WhatAFileIsExtendedByIsInMemoryAndReadsAsZero) {
     const TempFile name;
-    QelMemoryMappedFile file;
-    ASSERT_EQ(file.map(name.path(), 2 * mebibyte, options, nullptr), 0);
-    file.prefault(mebibyte + 1);
-    const auto faultsOfWriting = [&](unsigned from) {
-        const auto faults = [] {
-            rusage usage{};
-            getrusage(RUSAGE_SELF, &usage);
-            return usage.ru_minflt + usage.ru_majflt;
-        };
-        const long before = faults();
-        for (unsigned at = from; at < from + mebibyte; at += page)
-            bytesOf(file)[at] = 'x';
-        return faults() - before;
-    };
-    const auto pages = static_cast<long>(mebibyte / page);
-    if (!canPopulate() || faultsOfWriting(0) < pages / 2)
-        GTEST_SKIP() << "faults tell nothing here";
-    EXPECT_LT(faultsOfWriting(mebibyte), pages / 2);
-    file.prefault(2 * mebibyte);
+    const MappedFile file(name, mebibyte);
+    bytesOf(file)[mebibyte - 1] = 'x';
+    constexpr unsigned length = 2 * mebibyte + 3;
+    QelMemoryMappedFile extending;
+    extending.share(file);
+    ASSERT_EQ(extending.extend(length), 0);
+    EXPECT_EQ(name.size(), length);
+    QelMemoryMappedFile all;
+    ASSERT_EQ(all.remap(length, nullptr, &file), 0);
+    EXPECT_EQ(pagesInMemory(all, mebibyte, 2 * mebibyte + page), static_cast<long>(mebibyte / page) + 1);
+    EXPECT_EQ(bytesOf(all)[mebibyte - 1], 'x');
+    EXPECT_EQ(std::count(bytesOf(all) + mebibyte, bytesOf(all) + length, '\0'), mebibyte + 3);
+}
+
+TEST(QelMemoryMappedFileTest, OfMuchThatAFileIsExtendedByTheEndIsInMemory) {
+    constexpr unsigned length = 40 * mebibyte;
+    const TempFile name;
+    MappedFile file(name);
+    ASSERT_EQ(file.extend(length), 0);
+    QelMemoryMappedFile all;
+    ASSERT_EQ(all.remap(length, nullptr, &file), 0);
+    EXPECT_EQ(pagesInMemory(all, length - 16 * mebibyte, length), static_cast<long>(16 * mebibyte / page));
+    const TempFile other;
+    const MappedFile onlyMapped(other, length);
+    const unsigned end = length - 17 * mebibyte;
+    EXPECT_EQ(pagesInMemory(all, mebibyte, end), pagesInMemory(onlyMapped, mebibyte, end));
+}
+
+TEST(QelMemoryMappedFileTest, FileThatIsLongEnoughIsNotExtended) {
+    const TempFile name;
+    MappedFile file(name, 2 * page);
+    std::memset(file.getMemory(), 'x', 2 * page);
+    EXPECT_EQ(file.extend(page), 0);
+    EXPECT_EQ(file.extend(2 * page), 0);
+    EXPECT_EQ(name.size(), 2 * page);
+    EXPECT_EQ(std::count(bytesOf(file), bytesOf(file) + 2 * page, 'x'), 2 * page);
+}
+
+TEST(QelMemoryMappedFileTest, FileIsNotExtendedOnAFullDiskNorWhenNoneIsOpen) {
+    EXPECT_EQ(inChild([] {
+                  const TempFile name;
+                  std::signal(SIGXFSZ, SIG_IGN);
+                  const rlimit limit{2 * page, 2 * page};
+                  if (setrlimit(RLIMIT_FSIZE, &limit))
+                      return 1;
+                  MappedFile file(name, 2 * page);
+                  if (!file.extend(3 * page))
+                      return 2;
+                  return name.size() == 2 * page ? 0 : 3;
+              }),
+              0);
     QelMemoryMappedFile none;
-    none.prefault(0);
+    EXPECT_NE(none.extend(page), 0);
 }
 
 TEST(QelMemoryMappedFileTest, FileThatIsOnlySharedIsLockedButNotMapped) {

@@ -1,13 +1,16 @@
 #include "QelCore/TestSupport.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <map>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 namespace Qel {
 
@@ -133,6 +136,14 @@ private:
 
 std::vector<std::string> findingsIn(const TempFile& file, bool allReferenced) {
     return FileWalk(file.read()).run(allReferenced);
+}
+
+long pagesInMemory(const QelMemoryMappedFile& file, unsigned from, unsigned to) {
+    const unsigned page = QelMemoryMappedFile::getMemoryPageSize();
+    std::vector<unsigned char> flags((to - from) / page);
+    if (mincore(static_cast<char*>(file.getMemory()) + from, to - from, flags.data()))
+        throw std::runtime_error("mincore failed");
+    return std::count_if(flags.begin(), flags.end(), [](unsigned char inMemory) { return (inMemory & 1U) != 0; });
 }
 
 TestCachePtr makeCache(const TempFile& file, unsigned maxStorage, unsigned maxItem) {

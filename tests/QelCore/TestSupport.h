@@ -24,6 +24,9 @@ using TestSupport::TempFile;
 /// remains of readers.
 [[nodiscard]] std::vector<std::string> findingsIn(const TempFile& file, bool allReferenced = true);
 
+/// Pages between two offsets of a mapping that the kernel has in memory.
+[[nodiscard]] long pagesInMemory(const QelMemoryMappedFile& file, unsigned from, unsigned to);
+
 inline constexpr unsigned testMaxItem = 0x1000000;
 inline constexpr unsigned testMaxLists = 16;
 inline constexpr unsigned testMaxStorage = 0x40000000;

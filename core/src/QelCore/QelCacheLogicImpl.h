@@ -238,6 +238,8 @@ bool QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_extend(unsigned bytes) 
     if (m_maxStorageSize < size)
         return false;
     m_storage->syncStorage();
+    if (m_storage->extend(static_cast<unsigned>(size)))
+        return false;
     const StoragePtr larger(new Storage(m_id));
     void* memory = larger->getStorage(static_cast<unsigned>(size), m_storage.get());
     if (!memory)
@@ -246,7 +248,6 @@ bool QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_extend(unsigned bytes) 
         m_storage->protect(true);
     replaceStorage(larger);
     m_header = static_cast<CacheHeader*>(memory);
-    larger->prefault(current);
     header()->heap.resize(m_storage->getSize());
     return true;
 }

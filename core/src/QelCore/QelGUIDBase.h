@@ -48,6 +48,9 @@ public:
         second = all.second;
     }
 
+    /// The 32 bits by which identifiers are ordered before all others.
+    [[nodiscard]] constexpr std::uint32_t leadingBits() const noexcept { return m_words[1]; }
+
     friend constexpr bool operator==(const QelGUIDBase& a, const QelGUIDBase& b) noexcept {
         return a.halves() == b.halves();
     }

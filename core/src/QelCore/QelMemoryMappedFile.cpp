@@ -1,6 +1,7 @@
 #include "QelCore/QelMemoryMappedFile.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstring>
@@ -59,6 +60,25 @@ public:
 private:
     int m_number;
 };
+
+/// Writes zeros from one offset of a file to another, or to the last 16 MiB before that, for the kernel to have them in
+/// memory.  A file that can't be written to stays as it is.
+///
+/// The kernel keeps what one call writes as one piece, with one fault for several pages and one count of them, where it
+/// takes memory that is touched page by page.  Larger pieces would cost more with the first write to each, for which
+/// the file system looks at every block of them.
+void writeZeros(int descriptor, std::uint64_t from, std::uint64_t to) {
+    constexpr std::uint64_t most = std::uint64_t{16} << 20U;
+    constexpr std::uint64_t piece = std::uint64_t{64} << 10U;
+    static std::array<char, piece> zeros; // never written to
+    std::uint64_t at = std::max(from, to - std::min(to, most));
+    while (at < to) {
+        const std::uint64_t end = std::min(to, (at / piece + 1) * piece);
+        if (uninterrupted([&] { return pwrite(descriptor, zeros.data(), end - at, static_cast<off_t>(at)); }) < 0)
+            return;
+        at = end;
+    }
+}
 
 /// Excludes the threads of one process from each other; flock alone doesn't, since they share the descriptor.  The
 /// operations give 0 or an error number.
@@ -158,6 +178,16 @@ public:
         while (error == EINTR)
             error = posix_fallocate(m_forMapping.get(), status.st_size, static_cast<off_t>(size - length));
         return error ? fail("cannot extend", m_name.c_str(), error) : 0;
+    }
+
+    /// Extends the file to at least `size` bytes.  Nobody else does so meanwhile.
+    int extend(unsigned size) {
+        const std::uint64_t length = this->size();
+        std::uint64_t reserved = 0;
+        if (const int failed = reserve(size, reserved))
+            return failed;
+        writeZeros(m_forMapping.get(), length, size);
+        return 0;
     }
 
     void* map(unsigned size, void* hint) {
@@ -350,12 +380,8 @@ int QelMemoryMappedFile::syncMemory() {
     return m_memory && msync(m_memory, m_size, MS_ASYNC) ? fail("cannot flush", m_file->name(), errno) : 0;
 }
 
-void QelMemoryMappedFile::prefault(unsigned from) {
-    constexpr unsigned most = 4U << 20U;
-    const unsigned page = getMemoryPageSize();
-    const unsigned begin = std::max(from, m_size - std::min(m_size, most)) / page * page;
-    if (begin < m_size)
-        madvise(static_cast<char*>(m_memory) + begin, m_size - begin, MADV_POPULATE_WRITE);
+int QelMemoryMappedFile::extend(unsigned size) {
+    return m_file ? m_file->extend(size) : fail("cannot extend", "", EINVAL);
 }
 
 int QelMemoryMappedFile::protectMemory(bool readOnly) {

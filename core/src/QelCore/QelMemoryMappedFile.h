@@ -76,10 +76,10 @@ public:
     /// show the same pages anyway; this only shortens the time until they are on disk.
     int syncMemory();
 
-    /// Has the kernel bring in the pages from the offset `from` to the end, or the last 4 MiB of them, to be written
-    /// to: one call costs much less than the faults of so many pages.  A kernel before 5.14 doesn't, which is no
-    /// failure.
-    void prefault(unsigned from);
+    /// Extends the file to at least `size` bytes, as `map` does, for a caller that holds its lock, so that nobody else
+    /// does meanwhile.  What is new, or its last 16 MiB, is in memory then: the first use of a page costs a fraction
+    /// of what it does in a file that `map` or `remap` extended.
+    int extend(unsigned size);
 
     /// Makes the mapping read-only, or writable again, for every object that shows the same pages.
     int protectMemory(bool readOnly);
