@@ -343,7 +343,7 @@ std::string nameOf(const Row& row, const char* side, unsigned n) {
 }
 
 void registerAll() {
-    constexpr int repetitions = 9;
+    constexpr int repetitions = 21;
     for (const unsigned n : sizes)
         for (const Row& row : rows)
             for (const auto& [side, body] : {std::pair{"ours", &row.ours}, std::pair{"peer", &row.peer}}) {
