@@ -159,8 +159,9 @@ private:
     /// a branch: the outcome of a comparison is random, and each branch mispredicted costs as much as several
     /// comparisons.  Memory is what takes time, and three keys come as fast as one, so each step leaves a quarter.
     [[nodiscard]] std::size_t lowerBound(const Key& key) const {
-        auto [first, last] = placesNear(key);
-        std::size_t count = last - first;
+        const Places near = placesNear(key);
+        std::size_t first = near.first;
+        std::size_t count = near.last - first;
         while (count >= 4) {
             const std::size_t quarter = count / 4;
             const auto below = [&](std::size_t i) { return std::size_t{isBelow(first + i * quarter - 1, key)}; };

@@ -73,10 +73,10 @@ void writeZeros(int descriptor, std::uint64_t from, std::uint64_t to) {
     static std::array<char, piece> zeros; // never written to
     std::uint64_t at = std::max(from, to - std::min(to, most));
     while (at < to) {
-        const std::uint64_t end = std::min(to, (at / piece + 1) * piece);
-        if (uninterrupted([&] { return pwrite(descriptor, zeros.data(), end - at, static_cast<off_t>(at)); }) < 0)
+        const auto count = static_cast<std::size_t>(std::min(to - at, piece - at % piece));
+        if (uninterrupted([&] { return pwrite(descriptor, zeros.data(), count, static_cast<off_t>(at)); }) < 0)
             return;
-        at = end;
+        at += count;
     }
 }
 
