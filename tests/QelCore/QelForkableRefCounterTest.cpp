@@ -1,6 +1,7 @@
 #include "QelCore/QelForkableRefCounter.h"
 
 #include <atomic>
+#include <cstddef>
 #include <thread>
 #include <vector>
 
@@ -70,14 +71,22 @@ TEST(QelForkableRefCounterTest, ObjectThatNobodyOwnsIsPassedOver) {
     EXPECT_EQ(inChild([&] { return witness.calls; }), 0);
 }
 
+/// A witness whose storage is the caller's.  Where a thread allocates while another one forks, the allocator that a
+/// sanitizer puts in place may stay locked in the child.
+struct StoredWitness : Witness {
+    static void* operator new(std::size_t, void* place) { return place; }
+    static void operator delete(void*) {}
+};
+
 TEST(QelForkableRefCounterTest, ForksWhileOtherThreadsMakeAndDestroyObjects) {
     std::atomic<bool> stop{false};
     std::vector<std::thread> threads;
     for (int i = 0; i < 3; ++i)
         threads.emplace_back([&] {
+            alignas(StoredWitness) std::byte places[2][sizeof(StoredWitness)];
             while (!stop) {
-                const WitnessPtr witness(new Witness);
-                witness->other = new Witness;
+                const WitnessPtr witness(new (places[0]) StoredWitness);
+                witness->other = new (places[1]) StoredWitness;
             }
         });
     const WitnessPtr kept(new Witness);

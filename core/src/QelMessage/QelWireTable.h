@@ -32,8 +32,9 @@ namespace Internal {
 template <auto member> consteval std::string_view memberName() {
     std::string_view name = __PRETTY_FUNCTION__;
     name = name.substr(name.find("member = ") + 9);
-    name = name.substr(0, name.find_first_of(";])"));
-    return name.substr(name.rfind(':') + 1);
+    name = name.substr(0, name.find_first_of(";]"));
+    name = name.substr(name.rfind(':') + 1);
+    return name.substr(0, name.find(')'));
 }
 
 template <class Member, auto predicate> bool testMember(const void* member) {

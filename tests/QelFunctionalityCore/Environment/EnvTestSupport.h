@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
@@ -93,6 +94,11 @@ struct TestChildFactory : QelEnvChildFactory {
     boost::shared_ptr<QelVEnvConfig> (*vconfig)(const boost::shared_ptr<QelEnvCoreBasic>&) = nullptr;
     int made = 0;
 };
+
+/// The class that an object was made as.
+template <class Object> const std::type_info& typeOf(const Object& object) {
+    return typeid(object);
+}
 
 /// An environment class of a virtualisation technology.
 struct TestEnv : QelEnv {

@@ -34,10 +34,10 @@ TEST(QelEnvFactoryTest, AnUnknownTypeGivesNoEnvironmentButAPlainOneOverARecord) 
 
     const auto record = recordOfType("unknown");
     const auto env = factories().createEnv(record);
-    EXPECT_EQ(typeid(*env), typeid(QelEnv));
+    EXPECT_EQ(typeOf(*env), typeid(QelEnv));
     EXPECT_EQ(env->getCoreBasic(), record);
     const auto vconfig = factories().createVEnvConfig(record);
-    EXPECT_EQ(typeid(*vconfig), typeid(QelVEnvConfig));
+    EXPECT_EQ(typeOf(*vconfig), typeid(QelVEnvConfig));
     EXPECT_EQ(&vconfig->getType(), &record->type);
 }
 
@@ -54,13 +54,13 @@ TEST(QelEnvFactoryTest, AKnownTypeGivesWhatItsChildFactoryMakes) {
     factory->vconfig = [](const boost::shared_ptr<QelEnvCoreBasic>& core) {
         return boost::shared_ptr<QelVEnvConfig>(new TestVEnvConfig(core));
     };
-    EXPECT_EQ(typeid(*factories().createEnv(QelEnvType("known"))), typeid(TestEnv));
+    EXPECT_EQ(typeOf(*factories().createEnv(QelEnvType("known"))), typeid(TestEnv));
     const auto record = recordOfType("known");
     const auto env = factories().createEnv(record);
-    EXPECT_EQ(typeid(*env), typeid(TestEnv));
+    EXPECT_EQ(typeOf(*env), typeid(TestEnv));
     EXPECT_EQ(env->getCoreBasic(), record);
-    EXPECT_EQ(typeid(*factories().createVEnvConfig(record)), typeid(TestVEnvConfig));
-    EXPECT_EQ(typeid(*QelEnv(record).getVirtualConfig()), typeid(TestVEnvConfig));
+    EXPECT_EQ(typeOf(*factories().createVEnvConfig(record)), typeid(TestVEnvConfig));
+    EXPECT_EQ(typeOf(*QelEnv(record).getVirtualConfig()), typeid(TestVEnvConfig));
 
     EXPECT_EQ(factories().createEnv(QelEnvType("known2")), nullptr) << "another type isn't concerned";
 }

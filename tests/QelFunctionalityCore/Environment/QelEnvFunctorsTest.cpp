@@ -273,7 +273,7 @@ TEST(QelEnvSPReaderTest, AnUnknownTypeGivesAPlainEnvironment) {
     element.putConfig<QelVEnvConfig>(vconfig, "virtual", "unknown");
     boost::shared_ptr<QelEnv> env;
     ASSERT_EQ(QelEnv::EnvSPReader()(element.cursor(), env), 0);
-    EXPECT_EQ(typeid(*env), typeid(QelEnv));
+    EXPECT_EQ(typeOf(*env), typeid(QelEnv));
     EXPECT_EQ(env->getType(), "unknown");
     EXPECT_EQ(element->curID(), environment);
 }
@@ -293,7 +293,7 @@ TEST(QelEnvSPReaderTest, AKnownTypeGivesTheClassOfItsFactory) {
     boost::shared_ptr<QelEnv> env;
     ASSERT_EQ(QelEnv::EnvSPReader()(element.cursor(), env), 0);
     EXPECT_EQ(factory->made, 1);
-    EXPECT_EQ(typeid(*env), typeid(TestEnv));
+    EXPECT_EQ(typeOf(*env), typeid(TestEnv));
     EXPECT_EQ(env->getSortKey(), 7U);
     EXPECT_EQ(env->getEID(), someEID);
     EXPECT_EQ(env->getType(), "known");
@@ -309,7 +309,7 @@ TEST(QelEnvSPReaderTest, AFactoryThatMakesSomethingElseGivesAPlainEnvironment) {
     boost::shared_ptr<QelEnv> env;
     ASSERT_EQ(QelEnv::EnvSPReader()(element.cursor(), env), 0);
     EXPECT_EQ(factory->made, 1);
-    EXPECT_EQ(typeid(*env), typeid(QelEnv));
+    EXPECT_EQ(typeOf(*env), typeid(QelEnv));
     EXPECT_EQ(env->getTitle(), "base");
 }
 

@@ -16,7 +16,6 @@ constexpr int record = 1115;
 constexpr int enabled = 2150;
 constexpr int accounts = 2151;
 constexpr int account2152 = 2152;
-constexpr int account1044 = 1044;
 
 QelMailerAccount account(const std::string& name, const std::string& address) {
     QelMailerAccount made;

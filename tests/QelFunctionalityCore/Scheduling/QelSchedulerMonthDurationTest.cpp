@@ -137,7 +137,7 @@ TEST_P(QelSchedulerMonthDurationTest, TheLastDayReachesToTheEndOfTheMonth) {
 }
 
 TEST_P(QelSchedulerMonthDurationTest, ALastDayThatIsTheStartHasWhatIsLeftOfIt) {
-    const Month month(midnight(2024, 1, 31) + 3600, {Month::lastDay});
+    const Month month(midnight(2024, 1, 31) + 3600, Month::lastDay);
     ASSERT_THAT(daysOf(month), ElementsAre(31));
     EXPECT_EQ(lengthOf(month.days[0]), 23 * 3600);
     EXPECT_EQ(month.begin, midnight(2024, 1, 31) + 3600);

@@ -71,8 +71,8 @@ protected:
                 byIdentity[{voc.name, voc.version}] = &voc;
         std::vector<const Voc*> all;
         for (const auto& [identity, voc] : byIdentity) {
-            const bool isLoaded = std::any_of(loadSet.begin(), loadSet.end(), [&](const QelVocID& id) {
-                return id.name == identity.first && id.version == identity.second;
+            const bool isLoaded = std::any_of(loadSet.begin(), loadSet.end(), [&wanted = identity](const QelVocID& id) {
+                return id.name == wanted.first && id.version == wanted.second;
             });
             if (loadSet.empty() || isLoaded)
                 all.push_back(voc);
