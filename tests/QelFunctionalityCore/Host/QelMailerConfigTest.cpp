@@ -16,6 +16,7 @@ constexpr int record = 1115;
 constexpr int enabled = 2150;
 constexpr int accounts = 2151;
 constexpr int account2152 = 2152;
+constexpr int account1044 = 1044;
 
 QelMailerAccount account(const std::string& name, const std::string& address) {
     QelMailerAccount made;
@@ -163,6 +164,18 @@ TEST_F(QelMailerConfigTest, OnlySpecifiedAccountsAreWritten) {
     write(config);
     ASSERT_EQ(cursor().seek(accounts), 0);
     EXPECT_THAT(childIDs(cursor()), ElementsAre(account2152));
+}
+
+TEST_F(QelMailerConfigTest, EachAccountStandsInAnElementOfItsOwn) {
+    config.account2152 = account("first", "");
+    config.account1044 = account("second", "");
+    write(config);
+    ASSERT_EQ(cursor().seek(accounts), 0);
+    EXPECT_THAT(childIDs(cursor()), ElementsAre(account2152, account1044));
+    EXPECT_EQ(cursor().seek(account1044), 0);
+    std::string name;
+    EXPECT_EQ(cursor().getValue(name, 1026), 0);
+    EXPECT_EQ(name, "second");
 }
 
 TEST_F(QelMailerConfigTest, MergingTakesTheSwitchAndTheSpecifiedAccounts) {
