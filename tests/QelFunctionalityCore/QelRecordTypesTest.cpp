@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/QelRecordTypes.h"
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 #include <gmock/gmock.h>
@@ -75,6 +76,53 @@ TEST(QelRecordTypesTest, TellTheTableInWritingAndInReadingOrder) {
     for (const unsigned char index : env->layout->readingOrder)
         read.push_back(env->layout->fields[index].ownID());
     EXPECT_THAT(read, ElementsAre(1185, 1872, 1870, 1866, 1192, 1003));
+}
+
+/// The element that the end of a field's name names, "address2050"; 0 if none does.
+int elementNamedBy(std::string_view field) {
+    const std::size_t digits = field.size() - std::min(field.size(), field.find_last_not_of("0123456789") + 1);
+    return digits == 4 ? std::stoi(std::string(field.substr(field.size() - digits))) : 0;
+}
+
+void expectEachUnderItsNumber(const QelWireLayout& layout) {
+    for (const QelWireField& field : layout.fields) {
+        const int named = elementNamedBy(field.name);
+        EXPECT_TRUE(named == 0 || named == field.ownID()) << layout.typeName << "::" << field.name;
+        if (field.codec->kind == QelWireKind::group)
+            expectEachUnderItsNumber(*field.codec->layout());
+    }
+}
+
+TEST(QelRecordTypesTest, AFieldThatIsNamedByANumberStandsInTheElementOfThatNumber) {
+    for (const QelRecordType& type : recordTypes())
+        if (type.layout)
+            expectEachUnderItsNumber(*type.layout);
+}
+
+/// The element of a field; 0 if the record has none of that name.
+int elementOf(std::string_view record, std::string_view name) {
+    const QelRecordType* const type = findRecordType(record);
+    if (type && type->layout)
+        for (const QelWireField& field : type->layout->fields)
+            if (field.name == name)
+                return field.ownID();
+    return 0;
+}
+
+// What a record writes, it reads: where its own tests only do both, a wrong element would not show.
+TEST(QelRecordTypesTest, FieldsStandInTheElementsOfTheProtocol) {
+    EXPECT_EQ(elementOf("QelForwardPoint", "eid"), 1866);
+    EXPECT_EQ(elementOf("QelInfrastructureNode", "folder"), 2240);
+    EXPECT_EQ(elementOf("QelLogInfo", "name"), 1026);
+    EXPECT_EQ(elementOf("QelNetInterface", "flags"), 1712);
+    EXPECT_EQ(elementOf("QelNetTransfer", "in"), 1054);
+    EXPECT_EQ(elementOf("QelNetTransfer", "out"), 1057);
+    EXPECT_EQ(elementOf("QelPackage", "description"), 1496);
+    EXPECT_EQ(elementOf("QelPackage", "arch"), 2005);
+    EXPECT_EQ(elementOf("QelPersonalSettings", "personalName"), 2191);
+    EXPECT_EQ(elementOf("QelPersonalSettings", "personalText"), 1788);
+    EXPECT_EQ(elementOf("QelProgCredentials", "login"), 1393);
+    EXPECT_EQ(elementOf("QelProgCredentials", "secret"), 1394);
 }
 
 RandomFamily makeFamilies() {
