@@ -71,6 +71,8 @@ TEST(QelProcessMExecOutputTest, OutputThatHoldsNulComesBackWhole) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(output, 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1192, 1057, 1396));
+    EXPECT_EQ(childValue(message.cursor(), 1057), "AGH/");
+    EXPECT_EQ(childValue(message.cursor(), 1396), "AGUA");
     QelProcessMExecOutput read;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
     EXPECT_EQ(read.code, 3);
