@@ -1,7 +1,7 @@
 // What a missing, an unreadable and a refused element does to each record that has a table.  The expectations are
 // listed here and not taken from the tables, so that a table that changes fails.
 
-#include <functional>
+#include <array>
 #include <map>
 #include <set>
 #include <string>
