@@ -114,7 +114,7 @@ protected:
 };
 
 /// The simple values that may be missing, and fail the record when they are there and can't be read.
-const ElementsByRecord toldApart{
+const ElementsByRecord mustBeReadable{
     {"QelBrowseColumn", {2206, 2214}},   {"QelIPPool", {1496, 1705}},
     {"QelIPPoolBaseData", {1784, 2050}}, {"QelInfrastructureFolderAttributes", {1496}},
     {"QelMailerAccount", {1026, 1099}},  {"QelPolicy", {1026, 1496}},
@@ -131,7 +131,7 @@ TEST_F(RecordFieldsTest, AnUnreadableOptionalValueLeavesTheFieldAndReadingGoesOn
             require(message, row);
             const UnreadableElement unreadable(message.cursor(), row.path);
             const RecordMessage written;
-            const int expected = contains(toldApart, type.name, row.element()) ? -1 : 0;
+            const int expected = contains(mustBeReadable, type.name, row.element()) ? -1 : 0;
             EXPECT_EQ(type.rewrite(unreadable, written.cursor()).read, expected) << nameOf(type, row);
         }
 }
