@@ -68,6 +68,13 @@ TEST_F(RecordCommandsTest, DescribeShowsTheRowsOfAGroupBelowIt) {
     EXPECT_EQ(group["fields"][1]["field"], "wantStdout");
 }
 
+TEST_F(RecordCommandsTest, DescribeReportsThatAnUnreadableElementOfAConfigurationIsIgnored) {
+    const Json described = Json::parse(runTool({"record", "describe", "QelEnvConfig", "--json"}).out);
+    EXPECT_FALSE(described["fields"].empty());
+    for (const Json& field : described["fields"])
+        EXPECT_EQ(field["read"], "ignored") << field;
+}
+
 TEST_F(RecordCommandsTest, DescribeShowsWhereItemsHoldTheirValues) {
     EXPECT_THAT(runTool({"record", "describe", "QelGroup"}).out,
                 testing::ContainsRegex("members +1025 user / 1026 name +set of text "));

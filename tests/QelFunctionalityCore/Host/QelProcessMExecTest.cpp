@@ -67,14 +67,31 @@ TEST(QelProcessMExecOutputTest, OutputThatHoldsNulComesBackWhole) {
     QelProcessMExecOutput output;
     output.code = 3;
     output.out = bytes;
+    output.err = std::string("\0e\0", 3);
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(output, 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1192, 1057, 1396));
+    EXPECT_EQ(childValue(message.cursor(), 1057), "AGH/");
+    EXPECT_EQ(childValue(message.cursor(), 1396), "AGUA");
     QelProcessMExecOutput read;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
     EXPECT_EQ(read.code, 3);
     EXPECT_EQ(read.out, bytes);
-    EXPECT_EQ(read.err, "");
+    EXPECT_EQ(read.err, output.err);
+}
+
+TEST(QelProcessMExecOutputTest, UnreadableOutputLeavesTheFormerOne) {
+    const TestMessage message;
+    message.cursor().putValue(3, 1192);
+    message.cursor().putValue("?", 1057);
+    message.cursor().putValue("?", 1396);
+    QelProcessMExecOutput read;
+    read.out = "kept";
+    read.err = "kept too";
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(read.code, 3);
+    EXPECT_EQ(read.out, "kept");
+    EXPECT_EQ(read.err, "kept too");
 }
 
 TEST(QelProcessMExecOutputTest, WithoutACodeItIsRefused) {

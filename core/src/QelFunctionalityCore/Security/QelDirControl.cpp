@@ -22,7 +22,7 @@ struct WithOptionalOid;
 } // namespace
 
 template <> struct Wire<QelDirControl> : ControlWire<QelWireRead::required> {};
-template <> struct Wire<WithOptionalOid> : ControlWire<QelWireRead::optional> {};
+template <> struct Wire<WithOptionalOid> : ControlWire<QelWireRead::ignored> {};
 template <> const QelWireLayout& qelWireLayout<QelDirControl>() {
     return wireLayoutOf<QelDirControl>;
 }
