@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -70,13 +69,12 @@ public:
     bool readSubAuthority(std::uint32_t& value) {
         constexpr std::uint32_t largest = std::numeric_limits<std::uint32_t>::max();
         char* end = nullptr;
-        errno = 0;
         const unsigned long long parsed = std::strtoull(m_at, &end, 0);
         const bool isNegative = *(m_at + std::strspn(m_at, blanks)) == '-';
         const unsigned long long magnitude = isNegative ? 0 - parsed : parsed;
-        const bool isTooLarge = errno == ERANGE || magnitude > largest;
         const auto wrapped = static_cast<std::uint32_t>(parsed);
-        if (end == m_at || isTooLarge || wrapped == largest)
+        // The value of an overflow of 64 bits wraps to the largest one, too.
+        if (end == m_at || magnitude > largest || wrapped == largest)
             return false;
         m_at = end;
         value = wrapped;
