@@ -97,6 +97,7 @@ TEST_F(LogSinkTest, SinkGetsRecordsOfSeveralThreadsOneAtATime) {
         running.fetch_sub(1);
     });
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int i = 0; i < threadCount; ++i)
         threads.emplace_back([] {
             for (int record = 0; record < recordCount; ++record)
