@@ -2,6 +2,8 @@
 #include <chrono>
 #include <csignal>
 #include <future>
+#include <map>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -107,6 +109,31 @@ TEST_F(LogSinkTest, SinkGetsRecordsOfSeveralThreadsOneAtATime) {
         thread.join();
     EXPECT_EQ(overlaps, 0);
     EXPECT_EQ(calls, threadCount * recordCount);
+}
+
+TEST_F(LogSinkTest, LinesOfSeveralThreadsOnStandardErrorStayWhole) {
+    const std::string letters = "abcd";
+    constexpr int recordCount = 400;
+    constexpr std::size_t textSize = 10'000; // more than stdio writes at once
+    std::map<std::string, int> expected;
+    std::vector<std::thread> threads;
+    threads.reserve(letters.size());
+    CaptureStderr();
+    for (const char letter : letters) {
+        const std::string text(textSize, letter);
+        expected["module[1]: " + text] = recordCount;
+        threads.emplace_back([text] {
+            for (int record = 0; record < recordCount; ++record)
+                log(text);
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    std::istringstream lines(GetCapturedStderr());
+    std::map<std::string, int> found;
+    for (std::string line; std::getline(lines, line);)
+        ++found[line];
+    EXPECT_TRUE(found == expected);
 }
 
 TEST_F(LogSinkTest, ReplacingTheSinkWaitsForItsCallInAnotherThread) {
