@@ -241,6 +241,17 @@ TEST(QelInfoTest, OneTextThatIsNamedOverAndOverIsCutOff) {
     EXPECT_EQ(info.toString().size(), std::size_t{63} << 20) << "as many as there is room for beside the format";
 }
 
+TEST(QelInfoTest, WorkUpToTheLimitIsDoneAndNoMore) {
+    // Each text costs one more than its characters.
+    constexpr std::size_t costOfFormat = 4;
+    constexpr std::size_t longest = QelInfo::mostWork - costOfFormat - 1;
+    clearErrorMessage();
+    EXPECT_EQ(formatted("%x%", {parameter("x", std::string(longest, '-'))}).toString().size(), longest);
+    EXPECT_EQ(getErrorMessage(), "");
+    EXPECT_EQ(formatted("%x%", {parameter("x", std::string(longest + 1, '-'))}).toString().size(), 0U);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("is cut off"));
+}
+
 TEST(QelInfoTest, ATextCostsNoMoreAllocationsForMorePlaceholders) {
     // Longer than a string holds within itself.
     const std::string filler(100, '-');
