@@ -87,7 +87,7 @@ private:
         const std::size_t end = m_rest.find('/');
         if (end == std::string::npos)
             return std::exchange(m_rest, {});
-        const std::string name = m_rest.substr(0, end);
+        std::string name = m_rest.substr(0, end);
         m_rest = relative(m_rest.substr(end));
         return name;
     }
