@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
+#include <ostream>
 #include <system_error>
 #include <thread>
 
@@ -23,6 +24,10 @@ struct Way {
     const char* name;
     int (*open)(int directory, const std::string& path, int flags, mode_t mode);
 };
+
+void PrintTo(const Way& way, std::ostream* out) {
+    *out << way.name;
+}
 
 /// A directory "in", and beside it what must not be reached from there.
 class OpenBeneathTest : public testing::TestWithParam<Way> {
@@ -195,13 +200,14 @@ TEST_P(OpenBeneathTest, NoDescriptorIsLeftOpen) {
 
 TEST_P(OpenBeneathTest, NothingOutsideIsReachedWhileAnotherProcessReplacesComponents) {
     link("sub", "link");
-    std::atomic<bool> hasEnded = false;
+    constexpr unsigned enough = 2000;
+    std::atomic<unsigned> round = 0;
     std::thread replacer([&] {
         // The same name is a link that leads inside, one that leads outside, and a directory.
         const fs::path name = folder.path("in/link");
         const fs::path next = folder.path("in/next");
         std::error_code ignored;
-        for (unsigned round = 0; !hasEnded; ++round) {
+        for (; round < enough; ++round) {
             fs::create_directory_symlink(round % 2 == 0 ? ".." : "sub", next, ignored);
             fs::rename(next, name, ignored);
             if (round % 8 == 7) {
@@ -211,11 +217,10 @@ TEST_P(OpenBeneathTest, NothingOutsideIsReachedWhileAnotherProcessReplacesCompon
             }
         }
     });
-    for (int i = 0; i < 3000; ++i) {
+    while (round < enough) {
         EXPECT_NE(open("link/secret", O_RDONLY), 0);
         (void)create("link/new");
     }
-    hasEnded = true;
     replacer.join();
     expectOutsideUnchanged();
 }
