@@ -210,38 +210,38 @@ protected:
 };
 
 TEST_F(SparseTransferTest, HolesStayHoles) {
-    EXPECT_EQ(copied(Start::newFile), content());
+    EXPECT_TRUE(copied(Start::newFile) == content());
     EXPECT_LE(allocated("b"), allocated("a"));
 }
 
 TEST_F(SparseTransferTest, AFileOfNothingButAHoleIsCopied) {
     ASSERT_EQ(truncate64(folder.path("a").c_str(), 0), 0);
     ASSERT_EQ(truncate64(folder.path("a").c_str(), size), 0);
-    EXPECT_EQ(copied(Start::newFile), content());
+    EXPECT_TRUE(copied(Start::newFile) == content());
     EXPECT_EQ(allocated("b"), 0);
 }
 
 TEST_F(SparseTransferTest, HolesReplaceTheOldContent) {
     folder.write("b", std::string(4 * mebi, 'x'));
-    EXPECT_EQ(copied(Start::beginning), content());
+    EXPECT_TRUE(copied(Start::beginning) == content());
     EXPECT_LE(allocated("b"), mebi);
 }
 
 TEST_F(SparseTransferTest, TheOldContentAfterThemIsKept) {
     const std::string tail = "and more";
     folder.write("b", std::string(size, 'x') + tail);
-    EXPECT_EQ(copied(Start::beginning), content() + tail);
+    EXPECT_TRUE(copied(Start::beginning) == content() + tail);
 }
 
 TEST_F(SparseTransferTest, TruncatedFilesGetHolesToo) {
     folder.write("b", std::string(4 * mebi, 'x'));
-    EXPECT_EQ(copied(Start::truncated), content());
+    EXPECT_TRUE(copied(Start::truncated) == content());
     EXPECT_LE(allocated("b"), allocated("a"));
 }
 
 TEST_F(SparseTransferTest, AppendedHolesAreZeros) {
     folder.write("b", "old");
-    EXPECT_EQ(copied(Start::end), "old" + content());
+    EXPECT_TRUE(copied(Start::end) == "old" + content());
 }
 
 TEST_F(SparseTransferTest, APipeGetsZeros) {
@@ -252,7 +252,7 @@ TEST_F(SparseTransferTest, APipeGetsZeros) {
     });
     copyTo(Start::beginning);
     reader.wait();
-    EXPECT_EQ(folder.read("c"), content());
+    EXPECT_TRUE(folder.read("c") == content());
 }
 
 TEST_F(SparseTransferTest, AHoleBeyondTheLimitOfTheSizeDoesNotCount) {
