@@ -1,7 +1,9 @@
 #include "qel/OpenBeneath.h"
 
+#include <array>
 #include <atomic>
 #include <cerrno>
+#include <cstddef>
 #include <filesystem>
 #include <ostream>
 #include <system_error>
@@ -9,9 +11,15 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "QelFunctionalityCore/Files/QelFile.h"
+#include "support/ChildProcess.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -200,7 +208,7 @@ TEST_P(OpenBeneathTest, NoDescriptorIsLeftOpen) {
 
 TEST_P(OpenBeneathTest, NothingOutsideIsReachedWhileAnotherProcessReplacesComponents) {
     link("sub", "link");
-    constexpr unsigned enough = 2000;
+    constexpr unsigned enough = 500;
     std::atomic<unsigned> round = 0;
     std::thread replacer([&] {
         // The same name is a link that leads inside, one that leads outside, and a directory.
@@ -229,5 +237,39 @@ INSTANTIATE_TEST_SUITE_P(BothWays, OpenBeneathTest,
                          testing::Values(Way{"InKernel", openBeneathInKernel},
                                          Way{"ByComponents", openBeneathByComponents}, Way{"Either", openBeneath}),
                          [](const auto& tested) { return tested.param.name; });
+
+/// Lets openat2(2) fail with this error in the calling process, as a filter of a container does.  False if filters are
+/// not possible.
+bool refuseOpenat2(unsigned error) {
+    std::array<sock_filter, 4> rules{{
+        {BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},
+        {BPF_JMP | BPF_JEQ | BPF_K, 0, 1, SYS_openat2},
+        {BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ERRNO | error},
+        {BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ALLOW},
+    }};
+    const sock_fprog filter{static_cast<unsigned short>(rules.size()), rules.data()};
+    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
+}
+
+TEST(OpenBeneathFallbackTest, AKernelThatDoesNotResolveIsReplacedByTheWalkOverTheComponents) {
+    const Qel::TestSupport::TempFolder folder;
+    folder.write("in/file", "inside");
+    folder.write("secret", "secret");
+    for (const int error : {ENOSYS, EPERM, EAGAIN}) {
+        const int result = Qel::TestSupport::inChild([&] {
+            if (!refuseOpenat2(static_cast<unsigned>(error)))
+                return 1;
+            const QelFile in(::open(folder.path("in").c_str(), O_PATH | O_CLOEXEC));
+            if (openBeneathInKernel(in.descriptor(), "file", O_RDONLY, 0) != -1 || errno != error)
+                return 2;
+            if (openBeneath(in.descriptor(), "../secret", O_RDONLY, 0) != -1 || errno != EXDEV)
+                return 3;
+            return QelFile(openBeneath(in.descriptor(), "file", O_RDONLY, 0)).isOpened() ? 0 : 4;
+        });
+        if (result == 1)
+            GTEST_SKIP() << "no filters of system calls here";
+        EXPECT_EQ(result, 0) << error;
+    }
+}
 
 } // namespace
