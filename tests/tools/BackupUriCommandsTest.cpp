@@ -97,6 +97,7 @@ TEST_F(BackupUriCommandsTest, WhatNamesNoBackupIsNotSo) {
     };
     expect("file://a/b/c", "it doesn't begin with backup://");
     expect("a/b/c", "it doesn't begin with backup://");
+    expect("backups://a/b/c", "it doesn't begin with backup://");
     expect("backup://abc", "no slash behind the first part of the backup's name");
     expect(uriWithStorage().substr(0, uriWithStorage().find('&')) + "&a",
            "no slash behind the first part of the backup's name");

@@ -110,7 +110,8 @@ TEST(QelBackupURITest, AnAmpersandBehindTheFirstSlashIsNothingSpecial) {
 }
 
 TEST(QelBackupURITest, OtherTextsNameNothing) {
-    for (const char* const text : {"file://a/b/c", "Backup://a/b/c", "a/b/c", "", "backup:/a/b/c", "://a/b/c"})
+    for (const char* const text : {"file://a/b/c", "Backup://a/b/c", "backups://a/b/c", "backu://a/b/c", "a/b/c", "",
+                                   "backup:/a/b/c", "://a/b/c"})
         expectNothing(QelBackupURI(text));
 }
 
