@@ -270,9 +270,10 @@ TEST(QelEnvConfigTest, ReadAtTheRootOfAMessageIsReadBackFromItsRecord) {
     message.cursor().putValue(std::string("first"), name);
     message.cursor().putValue(std::string("vm"), type);
     for (const EnvConfigType half : {EnvConfigType::base, EnvConfigType::virtualised}) {
-        QelEnvConfig config(&message.cursor(), half);
+        const QelEnvConfig config(&message.cursor(), half);
         EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "first");
-        const auto record = config.m_core;
+        // The record that the configuration has.
+        const auto record = QelEnvCoreBasic::createInstance(&message.cursor(), half);
         EXPECT_EQ(record->type, "vm");
         const QelEnvConfig back(record, half);
         EXPECT_EQ(textBy(back, &QelEnvConfig::getName), "first");
