@@ -62,7 +62,7 @@ TEST_F(ToolProcessTest, AReaderThatWentAwayIsAFailureAndNoDeathBySignal) {
 
 TEST_F(ToolProcessTest, AReaderThatStopsEarlyIsSilent) {
     EXPECT_EQ(shell("$QEL message names | head -n 1 >first"), 0);
-    EXPECT_EQ(read(path("first")), "table       ID  name\n");
+    EXPECT_THAT(read(path("first")), testing::StartsWith("table "));
     EXPECT_EQ(read(path("errors")), "");
 }
 
