@@ -1,9 +1,13 @@
 #include "qel/CommandLine.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <ostream>
 #include <sstream>
+
+#include <poll.h>
+#include <unistd.h>
 
 #include <boost/program_options/errors.hpp>
 #include <boost/program_options/parsers.hpp>
@@ -197,14 +201,29 @@ ExitCode runTool(Words words, const Console& console) {
     return runGroup(*group, Words(words.begin() + 1, words.end()), console);
 }
 
+/// Whether standard output is a pipe or a socket that no process reads any more.
+bool hasLostReader() {
+    pollfd output{STDOUT_FILENO, POLLOUT, 0};
+    return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
+}
+
+ExitCode runWithinMemory(const std::vector<std::string>& arguments, const Console& console) {
+    try {
+        return runTool(arguments, console);
+    } catch (const std::bad_alloc&) {
+        return console.fail(ExitCode::failed, "out of memory");
+    }
+}
+
 } // namespace
 
 ExitCode runCommandLine(const std::vector<std::string>& arguments, const Console& console) {
-    const ExitCode code = runTool(arguments, console);
+    const ExitCode code = runWithinMemory(arguments, console);
     console.out.flush();
-    if (!console.out)
-        return console.fail(ExitCode::failed, "standard output can't be written");
-    return code;
+    if (console.out)
+        return code;
+    // A reader that has seen enough, such as head, is no error to report.
+    return hasLostReader() ? ExitCode::failed : console.fail(ExitCode::failed, "standard output can't be written");
 }
 
 } // namespace Qel::Tool

@@ -98,9 +98,11 @@ ExitCode readMessage(const std::string& name, QelMessage& message, const Console
     std::string content;
     if (const ExitCode code = readContent(name, content, console); code != ExitCode::success)
         return code;
-    if (parse(content, message) == 0)
+    const int result = parse(content, message);
+    if (result == 0)
         return ExitCode::success;
-    return console.fail(ExitCode::badInput, shownName(name) + ": " + getErrorMessage());
+    const ExitCode code = result == QelMessage::outOfMemory ? ExitCode::failed : ExitCode::badInput;
+    return console.fail(code, shownName(name) + ": " + getErrorMessage());
 }
 
 ExitCode writeContent(const std::string& name, std::string_view content, const Console& console) {

@@ -16,6 +16,9 @@ class QelMsgFactory;
 /// `delete`; see auto_destroy.  It belongs to one thread at a time.
 class QelMessage {
 public:
+    /// Result of a parse for which the memory doesn't suffice.  Nothing has changed.
+    static constexpr int outOfMemory = -3;
+
     QelMessage(const QelMessage&) = delete;
     QelMessage& operator=(const QelMessage&) = delete;
 

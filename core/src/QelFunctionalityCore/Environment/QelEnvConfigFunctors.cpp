@@ -10,6 +10,7 @@
 #include "QelFunctionalityCore/Environment/QelVEnvConfig.h"
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelDefaultMap.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

@@ -2,6 +2,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

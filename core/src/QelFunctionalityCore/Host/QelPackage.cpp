@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/Host/QelPackage.h"
 
 #include "QelFunctionalityCore/Files/QelFilePathReader.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "QelCore/QelContainers.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

@@ -6,6 +6,7 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

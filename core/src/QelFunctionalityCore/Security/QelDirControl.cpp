@@ -1,5 +1,6 @@
 #include "QelFunctionalityCore/Security/QelDirControl.h"
 
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
