@@ -92,24 +92,6 @@ TEST_F(QelCacheLogicGrowthTest, FileGrowsByAFifthOrByRoomForFiveRecords) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicGrowthTest, LargeSnapshotGrowsWhereItLies) {
-    const TestCachePtr cache = attach(file);
-    for (unsigned i = 0; i < 300; ++i)
-        ASSERT_EQ(cache->insert(key(i), TestValue(key(i), 0, 500)), 0);
-    unsigned moves = 0;
-    unsigned growths = 0;
-    for (unsigned i = 300; i < 1000; ++i) {
-        const std::uint32_t place = 20 + file.word(20);
-        const std::uint64_t size = file.size();
-        ASSERT_EQ(cache->insert(key(i), TestValue(key(i), 0, 500)), 0);
-        moves += 20 + file.word(20) != place;
-        growths += file.size() != size;
-    }
-    EXPECT_GT(growths, 0U);
-    EXPECT_LE(moves, 2 * growths) << "to where the file grew, and sometimes to a hole before";
-    expectClean();
-}
-
 /// What a change does, whether a reader holds the snapshot, and where the file grew meanwhile.
 struct GrowthCase {
     const char* name;

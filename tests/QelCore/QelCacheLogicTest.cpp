@@ -40,22 +40,6 @@ TEST_F(QelCacheLogicTest, FirstInsertTakesTheDeclaredSlotAndTheSecondMakesABlock
     expectClean();
 }
 
-TEST_F(QelCacheLogicTest, ArrayGrowsWhereItLiesWhileItsFormerBlockIsBehindIt) {
-    const TestCachePtr cache = attach(file);
-    unsigned moves = 0;
-    unsigned place = 0;
-    constexpr unsigned count = 1000;
-    for (unsigned i = 0; i < count; ++i) {
-        ASSERT_EQ(cache->insert(key(i), TestValue(key(i))), 0);
-        const unsigned now = 20 + file.word(20);
-        moves += static_cast<unsigned>(now != place);
-        place = now;
-        EXPECT_EQ(file.word(place + 8), 0U) << "one slot more at a time";
-    }
-    EXPECT_LT(moves, count / 5);
-    expectClean();
-}
-
 TEST_F(QelCacheLogicTest, RecordComesBackAsItWasPutIn) {
     const TestCachePtr cache = attach(file);
     const TestValue value(key(7), 3, 123);

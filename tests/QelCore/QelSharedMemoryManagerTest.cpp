@@ -220,79 +220,6 @@ TEST(QelSharedMemoryManagerTest, RowOfThreeFreedInAnyOrderLeavesOneBlock) {
     } while (std::next_permutation(order.begin(), order.end()));
 }
 
-/// A heap with blocks of data of these sizes, the first at the lowest address; none is free between them.
-struct Row {
-    explicit Row(const std::vector<unsigned>& bytes) {
-        for (auto size = bytes.rbegin(); size != bytes.rend(); ++size)
-            data.insert(data.begin(), heap.allocate(*size));
-    }
-    Heap heap{4096};
-    std::vector<char*> data;
-};
-
-TEST(QelSharedMemoryManagerTest, BlockThatWillGrowIsTheFrontOfTheFreeBlock) {
-    Heap heap(4096);
-    char* data = heap->allocateToGrow<char>(16);
-    EXPECT_EQ(heap.offsetOf(data), 64U);
-    EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{80, 502}}));
-    EXPECT_TRUE(heap->extend(data, 4000));
-    EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{4064, 4}}));
-    heap.expectSound({{64, 4000}});
-}
-
-TEST(QelSharedMemoryManagerTest, BlockThatWillGrowTakesOneUnitMoreRatherThanLeaveIt) {
-    Heap heap(4096);
-    char* data = heap->allocateToGrow<char>(4096 - 56 - 8 - 8);
-    EXPECT_EQ(heap.offsetOf(data), 64U);
-    EXPECT_EQ(heap->getBlockSize(data), 4096U - 56);
-    EXPECT_TRUE(heap.freeBlocks().empty());
-}
-
-TEST(QelSharedMemoryManagerTest, BlockIsExtendedIntoTheFreeBlockBehindIt) {
-    Row row({16, 80});
-    const std::size_t at = row.heap.offsetOf(row.data[0]);
-    row.heap->deallocate(row.data[1]);
-    EXPECT_TRUE(row.heap->extend(row.data[0], 40));
-    EXPECT_EQ(row.heap->getBlockSize(row.data[0]), 48U);
-    EXPECT_EQ(row.heap.freeBlocks().back(), (std::pair<std::size_t, unsigned>(at + 40, 8)));
-    row.heap.expectSound({{at, 40}});
-}
-
-TEST(QelSharedMemoryManagerTest, OneUnitThatAnExtensionWouldLeaveIsTakenToo) {
-    Row row({16, 16});
-    row.heap->deallocate(row.data[1]);
-    EXPECT_TRUE(row.heap->extend(row.data[0], 32));
-    EXPECT_EQ(row.heap->getBlockSize(row.data[0]), 48U);
-    EXPECT_EQ(row.heap.freeBlocks().size(), 1U);
-    row.heap.expectSound({{row.heap.offsetOf(row.data[0]), 32}});
-}
-
-TEST(QelSharedMemoryManagerTest, BlockBeforeAUsedOneIsNotExtended) {
-    Row row({16, 16, 16});
-    row.heap->deallocate(row.data[2]);
-    EXPECT_FALSE(row.heap->extend(row.data[0], 24));
-    row.heap.expectSound({{row.heap.offsetOf(row.data[0]), 16}, {row.heap.offsetOf(row.data[1]), 16}});
-}
-
-TEST(QelSharedMemoryManagerTest, BlockAtTheEndIsNotExtended) {
-    Row row({16});
-    EXPECT_FALSE(row.heap->extend(row.data[0], 24));
-    row.heap.expectSound({{row.heap.offsetOf(row.data[0]), 16}});
-}
-
-TEST(QelSharedMemoryManagerTest, BlockIsNotExtendedBeyondTheFreeBlockBehindIt) {
-    Row row({16, 16});
-    row.heap->deallocate(row.data[1]);
-    EXPECT_FALSE(row.heap->extend(row.data[0], 48));
-    row.heap.expectSound({{row.heap.offsetOf(row.data[0]), 16}});
-}
-
-TEST(QelSharedMemoryManagerTest, BlockThatHasTheRoomStaysAsItIs) {
-    Row row({16, 16});
-    EXPECT_TRUE(row.heap->extend(row.data[0], 16));
-    EXPECT_EQ(row.heap->getBlockSize(row.data[0]), 24U);
-}
-
 TEST(QelSharedMemoryManagerTest, GrowthMergesWithAFreeBlockAtTheEnd) {
     Heap heap(4096);
     heap->resize(8192);
@@ -360,7 +287,7 @@ TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInv
         const auto action = random() % 100;
         if (action < 50) {
             const std::size_t bytes = 1 + random() % (random() % 8 ? 200 : 3000);
-            if (const char* data = random() % 4 ? heap.allocate(bytes) : heap->allocateToGrow<char>(bytes)) {
+            if (const char* data = heap.allocate(bytes)) {
                 EXPECT_EQ(heap.offsetOf(data) % 8, 0U);
                 std::memset(heap.base() + heap.offsetOf(data), static_cast<int>(random() % 256), bytes);
                 EXPECT_TRUE(used.emplace(heap.offsetOf(data), bytes).second);
@@ -370,13 +297,6 @@ TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInv
                     return block.second >= (bytes + 7) / 8 + 1;
                 })) << "null although a block is large enough";
             }
-        } else if (action < 60 && !used.empty()) {
-            auto grown = used.lower_bound(random() % heap->getSize());
-            if (grown == used.end())
-                grown = used.begin();
-            const std::size_t bytes = grown->second + 1 + random() % 40;
-            if (heap->extend(heap.base() + grown->first, bytes))
-                grown->second = bytes;
         } else if (action < 99 && !used.empty()) {
             auto victim = used.lower_bound(random() % heap->getSize());
             if (victim == used.end())
