@@ -48,9 +48,9 @@ TEST_F(QelCacheLogicGrowthTest, FullFileIsMinusTenAndRemovalStillWorks) {
     EXPECT_EQ(cache->insert(key(1), TestValue(key(1))), 0);
 }
 
-TEST_F(QelCacheLogicGrowthTest, FullDiskIsMinusTenAndLosesNothing) {
+TEST_F(QelCacheLogicGrowthTest, FileSizeLimitIsMinusTenAndLosesNothing) {
     EXPECT_EQ(inChild([&] {
-                  std::signal(SIGXFSZ, SIG_IGN);
+                  std::signal(SIGXFSZ, SIG_DFL);
                   const rlimit limit{3 * page, 3 * page};
                   if (setrlimit(RLIMIT_FSIZE, &limit))
                       return 1;
@@ -70,9 +70,9 @@ TEST_F(QelCacheLogicGrowthTest, FullDiskIsMinusTenAndLosesNothing) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicGrowthTest, FullDiskAtTheStartIsMinusTwo) {
+TEST_F(QelCacheLogicGrowthTest, FileSizeLimitAtTheStartIsMinusTwo) {
     EXPECT_EQ(inChild([&] {
-                  std::signal(SIGXFSZ, SIG_IGN);
+                  std::signal(SIGXFSZ, SIG_DFL);
                   const rlimit limit{1, 1};
                   return setrlimit(RLIMIT_FSIZE, &limit) ? 1 : makeCache(file)->initialize(true, true) == -2 ? 0 : 2;
               }),
@@ -90,6 +90,24 @@ TEST_F(QelCacheLogicGrowthTest, FileGrowsByAFifthOrByRoomForFiveRecords) {
     EXPECT_EQ(file.size(), (32768U + 32768 / 5 + 4095) / 4096 * 4096);
     EXPECT_EQ(file.word(12), file.size());
     expectClean();
+}
+
+TEST_F(QelCacheLogicGrowthTest, FileGrowsByAFifthOfItsSize) {
+    const TestCachePtr cache = attach(file);
+    ASSERT_EQ(cache->insert(key(0), TestValue(key(0), 0, 80000 - 92)), 0);
+    constexpr unsigned before = 99 * page;
+    ASSERT_EQ(file.size(), before) << "4096 and five times 80000, in whole pages";
+    for (unsigned i = 1; file.size() == before; ++i)
+        ASSERT_EQ(cache->insert(key(i), TestValue(key(i), 0, 10000)), 0);
+    EXPECT_EQ(file.size(), 119 * page) << "a fourth would be 124 pages, a sixth 116";
+}
+
+TEST_F(QelCacheLogicGrowthTest, FileGrowsUpToItsLimitAndNotBeyond) {
+    constexpr unsigned grown = 32768; // room for five records of 5000 bytes
+    EXPECT_EQ(attach(file, grown - 1)->insert(key(1), TestValue(key(1), 0, 5000 - 92)), -10);
+    EXPECT_EQ(file.size(), page);
+    EXPECT_EQ(attach(file, grown)->insert(key(1), TestValue(key(1), 0, 5000 - 92)), 0);
+    EXPECT_EQ(file.size(), grown);
 }
 
 /// What a change does, whether a reader holds the snapshot, and where the file grew meanwhile.

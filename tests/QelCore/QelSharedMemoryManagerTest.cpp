@@ -397,6 +397,45 @@ TEST(QelSharedMemoryManagerDeathTest, DamagedFreeListIsFatal) {
     EXPECT_DEATH(static_cast<void>(circle.allocate(40)), "core/src/QelCore/QelSharedMemoryManager");
 }
 
+TEST(QelSharedMemoryManagerDeathTest, FreeListThatLeadsToNoPlaceForABlockIsFatal) {
+    const auto lead = [](std::uint32_t from, std::uint32_t to) {
+        Heap heap(4096);
+        heap.setWord(from, to - from);
+        static_cast<void>(heap.allocate(8)); // of which at most a quarter is never left over
+    };
+    for (const std::uint32_t from : {0U, 56U}) {
+        EXPECT_DEATH(lead(from, 48), "core/src/QelCore/QelSharedMemoryManager") << "into the header";
+        EXPECT_DEATH(lead(from, 4096), "core/src/QelCore/QelSharedMemoryManager") << "over the end";
+        EXPECT_DEATH(lead(from, 100), "core/src/QelCore/QelSharedMemoryManager") << "unaligned";
+    }
+}
+
+TEST(QelSharedMemoryManagerDeathTest, FreeBlockThatEndsBeyondTheHeapIsFatal) {
+    for (const unsigned spare : {1U, 10U, 100U}) {
+        Heap heap(4096);
+        heap.setWord(60, 505 + spare);
+        EXPECT_DEATH(static_cast<void>(heap.allocate(152)), "core/src/QelCore/QelSharedMemoryManager")
+            << "a tail of 20 units that begins " << 20 - static_cast<int>(spare) << " before the end";
+    }
+}
+
+TEST(QelSharedMemoryManagerDeathTest, FreeBlockThatOverlapsTheNextIsFatal) {
+    Heap heap = heapWithFreeBlocks({10, 30});
+    heap.setWord(60, 13);
+    EXPECT_DEATH(static_cast<void>(heap.allocate(72)), "core/src/QelCore/QelSharedMemoryManager");
+}
+
+TEST(QelSharedMemoryManagerDeathTest, BlockThatOverlapsTheNextFreeOneIsFatal) {
+    Heap heap(4096);
+    char* high = heap.allocate(56);
+    char* middle = heap.allocate(8);
+    char* low = heap.allocate(8);
+    heap->deallocate(high);
+    heap.setWord(heap.offsetOf(low) - 4, 5); // over the used block of two units, into the free one
+    EXPECT_DEATH(heap->deallocate(low), "core/src/QelCore/QelSharedMemoryManager");
+    heap->deallocate(middle);
+}
+
 TEST(QelSharedMemoryManagerDeathTest, GrowthByAPartOfAUnitIsFatal) {
     Heap heap(4096);
     EXPECT_DEATH(heap->resize(4100), "core/src/QelCore/QelSharedMemoryManager");

@@ -187,13 +187,12 @@ bool QelSharedMemoryManager::liesWithin(block_ctrl* block, const block_ctrl* nex
 /// Takes `need` units from the tail of a free block, or all of it if one unit would be left: that has no room for data.
 void* QelSharedMemoryManager::take(QelFreeListWalk& walk, const FreeBlock& from, unsigned need) {
     block_ctrl* block = from.block;
-    QEL_CHECK(liesWithin(block, block->next.get()), sourcePath);
+    QEL_CHECK(liesWithin(block, block->next.get()), sourcePath); // and so does its tail
     if (block->blocks > need + from.mostSpare) {
         // The tail is handed out, so that the free block keeps its place in the list.  Until that is shrunk it covers
         // the tail, whose head is written first.
         auto* tail = reinterpret_cast<block_ctrl*>(reinterpret_cast<std::uintptr_t>(block) +
                                                    std::uintptr_t{block->blocks - need} * unitSize);
-        QEL_CHECK(isInRange(tail), sourcePath);
         tail->blocks = need;
         keepStoreOrder();
         block->blocks -= need;
