@@ -316,6 +316,73 @@ TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInv
     EXPECT_EQ(heap->getTtlAllocated(), headerBytes);
 }
 
+/// Allocates ahead of a deallocation in one heap, and after it in another.
+void expectAheadAgrees(Heap& heap, std::size_t doomed, std::size_t bytes) {
+    Heap later = heap;
+    const std::size_t end = doomed + later.word(doomed - 4) * 8 - 8;
+    later->deallocate(later.base() + doomed);
+    const char* expected = later.allocate(bytes);
+    const auto ahead = heap->allocateAhead<char>(bytes, heap.base() + doomed);
+    if (ahead.overlaps) {
+        ASSERT_NE(expected, nullptr);
+        const std::size_t offset = later.offsetOf(expected);
+        EXPECT_LT(offset - 8, end);
+        EXPECT_GT(offset - 8 + later.word(offset - 4) * 8, doomed - 8);
+        EXPECT_EQ(ahead.data, nullptr);
+        heap->deallocate(heap.base() + doomed);
+        EXPECT_EQ(heap.offsetOf(heap.allocate(bytes)), offset) << "nothing was changed";
+        return;
+    }
+    heap->deallocate(heap.base() + doomed);
+    ASSERT_EQ(ahead.data != nullptr, expected != nullptr);
+    if (expected) {
+        EXPECT_EQ(heap.offsetOf(ahead.data), later.offsetOf(expected));
+        EXPECT_EQ(heap->getBlockSize(ahead.data), later->getBlockSize(expected));
+    }
+    EXPECT_EQ(heap.freeBlocks(), later.freeBlocks());
+    EXPECT_EQ(heap->getTtlAllocated(), later->getTtlAllocated());
+}
+
+TEST(QelSharedMemoryManagerTest, AllocationAheadIsTheOneAfterTheDeallocation) {
+    std::mt19937 random(4);
+    unsigned overlapping = 0;
+    unsigned full = 0;
+    for (int round = 0; round < 3000; ++round) {
+        Heap heap(1024, 1024);
+        std::vector<std::size_t> used;
+        while (const char* data = heap.allocate(1 + random() % 60))
+            used.push_back(heap.offsetOf(data));
+        std::shuffle(used.begin(), used.end(), random);
+        for (auto freed = random() % (used.size() - 1); freed > 0; --freed) {
+            heap->deallocate(heap.base() + used.back());
+            used.pop_back();
+        }
+        const std::size_t bytes = random() % 150;
+        Heap copy = heap;
+        const auto ahead = copy->allocateAhead<char>(bytes, copy.base() + used[0]);
+        overlapping += ahead.overlaps;
+        full += !ahead.overlaps && !ahead.data;
+        expectAheadAgrees(heap, used[0], bytes);
+        if (HasFailure())
+            FAIL() << "in round " << round;
+    }
+    EXPECT_GT(overlapping, 100U);
+    EXPECT_GT(full, 100U);
+    EXPECT_LT(overlapping + full, 2500U);
+}
+
+TEST(QelSharedMemoryManagerTest, AllocationAheadMayLeaveAUnitThatMergesWithTheDoomedBlock) {
+    Heap heap(56 + 80 + 24);
+    const std::size_t high = heap.offsetOf(heap.allocate(72));
+    const std::size_t doomed = heap.offsetOf(heap.allocate(16));
+    heap->deallocate(heap.base() + high);
+    const auto ahead = heap->allocateAhead<char>(64, heap.base() + doomed);
+    ASSERT_NE(ahead.data, nullptr);
+    EXPECT_EQ(heap->getBlockSize(ahead.data), 72U) << "one unit of the free block of 80 bytes is left";
+    heap->deallocate(heap.base() + doomed);
+    EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{56, 4}}));
+}
+
 TEST(QelSharedMemoryManagerTest, HeapsUsedInTurnKeepTheirListsApart) {
     // What a thread remembers of one list is wrong for the other at almost every step.
     std::mt19937 random(9);
@@ -399,9 +466,13 @@ TEST(QelSharedMemoryManagerDeathTest, DamagedFreeListIsFatal) {
 
 TEST(QelSharedMemoryManagerDeathTest, FreeListThatLeadsToNoPlaceForABlockIsFatal) {
     const auto lead = [](std::uint32_t from, std::uint32_t to) {
+        // Everything else is in order: a list of blocks of two units, which are too small to end the search.
         Heap heap(4096);
+        heap.setWord(60, 2);
         heap.setWord(from, to - from);
-        static_cast<void>(heap.allocate(8)); // of which at most a quarter is never left over
+        heap.setWord(to, 0 - to);
+        heap.setWord(to + 4, 2);
+        static_cast<void>(heap.allocate(100));
     };
     for (const std::uint32_t from : {0U, 56U}) {
         EXPECT_DEATH(lead(from, 48), "core/src/QelCore/QelSharedMemoryManager") << "into the header";

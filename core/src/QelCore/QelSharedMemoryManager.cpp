@@ -135,7 +135,7 @@ auto QelSharedMemoryManager::findFreeBlockAhead(QelFreeListWalk& walk, unsigned 
             best = {};
             // The tail of a merged block that is split may lie in the free block after `doomed`.  What is left of that
             // merges with `doomed`, so that it needs no room for data.
-            best.overlaps = merged <= need + 1 || !isFollowed || walk.blocks() < need;
+            best.overlaps = !isFollowed || walk.blocks() < need;
             if (!best.overlaps) {
                 best = FreeBlock::at(walk);
                 best.mostSpare = 0;
