@@ -309,4 +309,27 @@ TEST_F(EnvCommandsTest, AFileWithABlockThatNobodyRefersToIsUsed) {
     EXPECT_EQ(runTool({"env", "put", leaky, "-"}, message(env(eid(1), noEid, "one"))).code, ExitCode::success);
 }
 
+TEST_F(EnvCommandsTest, AFileWithCountsThatAreTooHighIsUsed) {
+    SampleCacheFile file;
+    file.set(file.secondRecord, 3);
+    EXPECT_EQ(runTool({"env", "list", write("record", file.bytes())}).code, ExitCode::success);
+    SampleCacheFile counter;
+    counter.set(8, counter.word(8) + 8);
+    EXPECT_EQ(runTool({"env", "list", write("high", counter.bytes())}).code, ExitCode::success);
+    counter.set(8, counter.word(8) - 16);
+    EXPECT_EQ(runTool({"env", "list", write("low", counter.bytes())}).code, ExitCode::success);
+}
+
+TEST_F(EnvCommandsTest, AFileWithACountThatIsTooLowOrThatNoProcessesCanReachIsNotUsed) {
+    for (const std::int32_t count : {1, 0, -1, 0x7FFFFFFF}) {
+        SampleCacheFile file;
+        file.set(file.secondRecord, count);
+        expectRefused(write("record", file.bytes()),
+                      "the file is damaged; see `qel cache check`: offset " + std::to_string(file.secondRecord) + ": ");
+    }
+    SampleCacheFile unformatted;
+    unformatted.set(8, 0);
+    expectRefused(write("unformatted", unformatted.bytes()), "the file is damaged; see `qel cache check`: offset 8: ");
+}
+
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "SampleEnvs.h"
 #include "ToolRun.h"
+#include "support/LogCapture.h"
 
 namespace {
 
@@ -76,6 +77,13 @@ TEST_F(EventCommandsTest, ShowCallsEnvironmentsAsACacheDoes) {
     const ToolRun run = runTool({"event", "show", example("started"), "--cache", path("none")});
     EXPECT_EQ(run.code, ExitCode::badInput);
     EXPECT_FALSE(std::filesystem::exists(path("none")));
+}
+
+TEST_F(EventCommandsTest, ShowWithoutACacheLogsNothing) {
+    const Qel::TestSupport::LogCapture log;
+    EXPECT_THAT(show("resource-alert"), HasSubstr("red alert on environment " + database));
+    EXPECT_THAT(log.texts(), testing::IsEmpty());
+    EXPECT_EQ(Qel::debug_level, Qel::LogLevel::trace) << "the level is restored";
 }
 
 TEST_F(EventCommandsTest, ShowPrintsJson) {

@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <array>
 #include <ostream>
+#include <set>
 #include <span>
+#include <string_view>
 
 #include <nlohmann/json.hpp>
 
@@ -28,7 +31,11 @@ struct CacheFileImage {
 // --- qel cache check
 
 Json toJson(const Finding& finding) {
-    return {{"offset", finding.offset}, {"kind", nameOf(finding.kind)}, {"text", finding.text}};
+    return {{"offset", finding.offset},
+            {"kind", nameOf(finding.kind)},
+            {"class", nameOf(classOf(finding))},
+            {"text", finding.text},
+            {"advice", adviceOn(finding)}};
 }
 
 Json toJson(const HeldSnapshot& held) {
@@ -58,10 +65,19 @@ void printCheckAsJson(std::ostream& out, const CacheFileImage& file) {
                     {"freeBlocks", report.freeBlocks}});
 }
 
+/// What to do, once for all findings that it is the same for.
+void printAdvice(std::ostream& out, const Findings& findings) {
+    std::set<std::string_view> printed;
+    for (const Finding& finding : findings)
+        if (const std::string_view advice = adviceOn(finding); printed.insert(advice).second)
+            out << titleOf(classOf(finding)) << ": " << advice << '\n';
+}
+
 void printCheck(std::ostream& out, const CacheFileImage& file) {
     const CacheFileReport& report = file.report;
     for (const Finding& finding : report.findings)
-        out << finding.offset << ": " << finding.text << '\n';
+        out << finding.offset << ": " << titleOf(classOf(finding)) << ": " << finding.text << '\n';
+    printAdvice(out, report.findings);
     for (const HeldSnapshot& held : report.heldSnapshots)
         out << "held snapshot at " << held.offset << ", records " << held.records << ", readers " << held.readers
             << '\n';
@@ -142,7 +158,8 @@ void printInfo(std::ostream& out, const CacheFileImage& file) {
 
 ExitCode answerInfo(const Invocation& invocation, const Console& console, const CacheFileImage& file) {
     (invocation.has("json") ? printInfoAsJson : printInfo)(console.out, file);
-    if (file.report.findings.empty())
+    const auto isHarmless = [](const Finding& finding) { return classOf(finding) == FindingClass::harmlessLeak; };
+    if (std::ranges::all_of(file.report.findings, isHarmless))
         return ExitCode::success;
     return console.fail(ExitCode::badInput,
                         file.path + ": the file is damaged, so the numbers may be wrong; see `qel cache check`");
@@ -165,9 +182,11 @@ CommandGroup cacheCommands() {
     static constexpr std::array commands{
         Command{"info", "CACHE", "Shows a cache file's header and how full the file is.", addJsonOption,
                 runOnFile<answerInfo>},
-        Command{"check", "CACHE",
-                "Looks for damage in a cache file: one line for each finding, exit code 1 if there is one.",
-                addJsonOption, runOnFile<answerCheck>},
+        Command{
+            "check", "CACHE",
+            "Looks for damage in a cache file: one line for each finding, with its class, then what to do; exit code 1 "
+            "if there is a finding.",
+            addJsonOption, runOnFile<answerCheck>},
     };
     return {"cache", "The shared cache file.", commands};
 }

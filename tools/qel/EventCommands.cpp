@@ -1,10 +1,12 @@
 #include <array>
 #include <optional>
 #include <ostream>
+#include <utility>
 
 #include <boost/program_options/value_semantic.hpp>
 #include <nlohmann/json.hpp>
 
+#include "QelCommon/Log.h"
 #include "QelFunctionalityCore/Events/QelEvent.h"
 #include "QelFunctionalityCore/Events/QelResourceAlertData.h"
 #include "QelMessage/QelValueText.h"
@@ -49,6 +51,19 @@ public:
         finiEnvCache();
         initEnvCache({}, false);
     }
+};
+
+/// Silences the log for as long as this lives.  A text that names an environment asks the process's cache for a title,
+/// and without one each attempt is logged as a failure.
+class QuietLog {
+public:
+    QuietLog() : m_level(std::exchange(debug_level, 0)) {}
+    QuietLog(const QuietLog&) = delete;
+    QuietLog& operator=(const QuietLog&) = delete;
+    ~QuietLog() { debug_level = m_level; }
+
+private:
+    int m_level;
 };
 
 /// What a payload is, and what it tells.
@@ -163,7 +178,10 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = from.read(file, event, console); code != ExitCode::success)
         return code;
     std::optional<NamedCache> named;
-    if (invocation.has("cache")) {
+    std::optional<QuietLog> quiet;
+    if (!invocation.has("cache")) {
+        quiet.emplace();
+    } else {
         const std::string& path = invocation.options["cache"].as<std::string>();
         QelEnvCacheSP checked;
         if (const ExitCode code = openCache(path, CacheUse::existing, console, checked); code != ExitCode::success)
