@@ -156,6 +156,44 @@ TEST_F(ConfigCommandsTest, SetReplacesTheFileWithANewOneAndKeepsItsPermissions) 
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path("")), {}), 2);
 }
 
+TEST_F(ConfigCommandsTest, NewConfigurationIsForItsOwnerOnly) {
+    const mode_t mask = umask(0);
+    const std::string fresh = path("fresh.conf");
+    EXPECT_EQ(config({"set", fresh, "/system/password", "secret"}).code, ExitCode::success);
+    Qel::QelConfiguration saved(Qel::QelMessage::getFactory()->createNew());
+    ASSERT_EQ(saved.readFromFile(file), 0);
+    ASSERT_EQ(saved.saveToFile(path("saved.conf")), 0);
+    umask(mask);
+    for (const std::string& name : {fresh, path("saved.conf")}) {
+        struct stat status {};
+        ASSERT_EQ(stat(name.c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777U, 0600U) << name;
+    }
+}
+
+TEST_F(ConfigCommandsTest, SetFollowsALinkToAMissingFile) {
+    std::filesystem::create_symlink("fresh.conf", path("link"));
+    EXPECT_EQ(config({"set", path("link"), "/system/log_level", "5"}).code, ExitCode::success);
+    EXPECT_TRUE(std::filesystem::is_symlink(path("link")));
+    EXPECT_EQ(config({"get", path("fresh.conf"), "/system/log_level"}).out, "5\n");
+}
+
+TEST_F(ConfigCommandsTest, SetRefusesAReadOnlyFile) {
+    const std::string before = read(file);
+    ASSERT_EQ(chmod(file.c_str(), 0444), 0);
+    expect(config({"set", file, "/system/log_level", "6"}), ExitCode::failed, file + ": Permission denied");
+    EXPECT_EQ(read(file), before);
+}
+
+TEST_F(ConfigCommandsTest, SetTakesTheLongestFileNames) {
+    for (const std::size_t length : {245U, 255U}) {
+        const std::string name = path(std::string(length, 'c'));
+        for (const char* const value : {"1", "2"})
+            EXPECT_EQ(config({"set", name, "/system/log_level", value}).err, "");
+        EXPECT_EQ(config({"get", name, "/system/log_level"}).out, "2\n");
+    }
+}
+
 TEST_F(ConfigCommandsTest, SetThatCannotWriteIsAFailure) {
     const ToolRun run = config({"set", path("none/agent.conf"), "/system/log_level", "1"});
     EXPECT_EQ(run.code, ExitCode::failed);

@@ -87,6 +87,9 @@ ExitCode runSet(const Invocation& invocation, const Console& console) {
     const std::string& value = invocation.arguments[2];
     if (const char* const error = findPathError(path))
         return console.fail(ExitCode::usage, "'" + path + "' " + error);
+    QelFileLock lock;
+    if (const ExitCode code = lockFile(file, lock, console); code != ExitCode::success)
+        return code;
     auto_destroy<QelMessage> message(new QelBinary);
     if (const ExitCode code = readOrStart(file, *message, console); code != ExitCode::success)
         return code;

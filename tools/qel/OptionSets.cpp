@@ -6,6 +6,7 @@
 
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Configuration/QelOptionsFileSerializer.h"
+#include "qel/MessageFiles.h"
 
 namespace po = boost::program_options;
 
@@ -42,6 +43,14 @@ void addOptionSetOptions(po::options_description& options) {
                           "take what the command line lacks from this file");
     options.add_options()(saveOption, po::value<std::string>()->value_name("FILE"),
                           "keep the arguments and options in this file");
+}
+
+ExitCode lockOptions(const OptionSet& given, QelFileLock& lock, const Console& console) {
+    const std::string* const loaded = valueOf(given, loadOption);
+    const std::string* const saved = valueOf(given, saveOption);
+    if (!loaded || !saved || !areOneFile(*loaded, *saved))
+        return ExitCode::success;
+    return lockFile(*saved, lock, console);
 }
 
 ExitCode loadOptions(OptionSet& given, const po::options_description& known, const Console& console) {
