@@ -64,6 +64,10 @@ ExitCode loadOptions(OptionSet& given, const po::options_description& known, con
 
     const OptionSet before = given;
     for (po::option& option : loaded) {
+        if (option.string_key == loadOption || option.string_key == saveOption)
+            return console.fail(ExitCode::badInput,
+                                *path + ": '--" + option.string_key +
+                                    "' is accepted on the command line only, remove it from the file");
         if (!option.string_key.empty()) {
             const po::option_description* const description = known.find_nothrow(option.string_key, false);
             if (!description)
