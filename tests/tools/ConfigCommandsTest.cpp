@@ -232,6 +232,53 @@ TEST_F(ConfigCommandsTest, NeitherListNorIdentityShowsAPassword) {
     EXPECT_THAT(config({"list", file}).out, HasSubstr("password = (hidden)"));
 }
 
+TEST_F(ConfigCommandsTest, ListShowsNothingBelowAPassword) {
+    const std::string secrets = write("secrets.conf", std::string("<message><data><system><configuration>"
+                                                                  "<password><value>hidden1</value></password>"
+                                                                  "<password>hidden2<value><id>hidden3</id></value>"
+                                                                  "</password><password/>"
+                                                                  "</configuration></system>"
+                                                                  "<password><configuration><id>hidden4</id>"
+                                                                  "</configuration></password></data></message>"));
+    const std::string shown = "password = (hidden)\n";
+    EXPECT_EQ(config({"list", secrets}).out, "system\n  " + shown + "  " + shown + "  password\n" + shown);
+    EXPECT_EQ(config({"list", secrets, "/system"}).out, shown + shown + "password\n");
+    const Json json = Json::parse(config({"list", secrets, "/system", "--json"}).out);
+    EXPECT_EQ(json[0], Json::parse(R"json({"name":"password","value":"(hidden)","children":[]})json"));
+    // Whether such an element exists is not shown either.
+    for (const char* const path : {"/system/password", "/system/password/value", "/system/password/value/id",
+                                   "/system/password/none", "/password", "/password/id"}) {
+        const ToolRun run = config({"list", secrets, path});
+        EXPECT_EQ(run.code, ExitCode::success) << path;
+        EXPECT_EQ(run.out + run.err, "") << path;
+    }
+}
+
+TEST_F(ConfigCommandsTest, IdentityReportsEveryMalformedEid) {
+    const std::string bad = write(
+        "bad.conf", std::string("<message><data>"
+                                "<agent><configuration><id>own</id><mapping_table><entry><id>mapped\n</id></entry>"
+                                "</mapping_table></configuration></agent>"
+                                "<server_group><configuration><master><id>chief</id></master>"
+                                "<slaves><entry><id>00000000-0000-0000-0000-000000000001</id></entry>"
+                                "<entry><id>slave</id></entry></slaves></configuration></server_group>"
+                                "</data></message>"));
+    const auto malformed = [&](const std::string& where) {
+        return "qel: " + bad + ": " + where + "' is malformed, it is no EID\n";
+    };
+    const std::string errors = malformed("/agent/id: 'own") + malformed("/server_group/master/id: 'chief") +
+                               malformed("/server_group/slaves/entry/id: 'slave") +
+                               malformed("/agent/mapping_table/entry/id: 'mapped\\n");
+    const ToolRun run = config({"identity", bad});
+    EXPECT_EQ(run.code, ExitCode::badInput);
+    EXPECT_EQ(run.err, errors);
+    EXPECT_THAT(run.out, StartsWith("eid     malformed\nrole    unknown\nmaster  malformed\nslave   00000000-"));
+    const ToolRun json = config({"identity", bad, "--json"});
+    EXPECT_EQ(json.code, ExitCode::badInput);
+    EXPECT_EQ(json.err, errors);
+    EXPECT_TRUE(Json::parse(json.out)["eid"].is_null());
+}
+
 TEST_F(ConfigCommandsTest, IdentityTellsTheAgentItsGroupAndItsMappings) {
     const ToolRun run = config({"identity", file});
     EXPECT_EQ(run.code, ExitCode::success);
