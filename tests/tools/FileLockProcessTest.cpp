@@ -177,9 +177,22 @@ TEST_F(FileLockProcessTest, CommandsThatOnlyReadOrOnlyWriteDoNotWait) {
     const std::string configuration = write("configuration", read(QEL_EXAMPLES "/agent.conf"));
     Qel::QelFileLock lock;
     ASSERT_EQ(lock.acquire(configuration), 0) << Qel::getErrorMessage();
-    EXPECT_EQ(ToolProcess({"config", "list", configuration}).wait(), 0);
-    EXPECT_EQ(ToolProcess({"message", "convert", configuration, file, "--to", "binary"}).wait(), 0);
-    EXPECT_EQ(ToolProcess({"message", "convert", file, configuration, "--to", "text"}).wait(), 0);
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"config", "list", configuration},
+                                                  {"message", "convert", configuration, file, "--to", "binary"},
+                                                  {"message", "convert", file, configuration, "--to", "text"}}) {
+        ToolProcess process(words);
+        ASSERT_FALSE(process.waitsForLock()) << testing::PrintToString(words);
+        EXPECT_EQ(process.wait(), 0) << testing::PrintToString(words);
+    }
+}
+
+TEST_F(FileLockProcessTest, LockOfTheOptionsIsReleasedBeforeTheCommandRuns) {
+    const std::string options = path("options");
+    ASSERT_EQ(runTool({"message", "convert", options, options, "--to", "text", "--save-options", options}).code,
+              ExitCode::success);
+    ToolProcess process({"message", "convert", "--options", options, "--save-options", options});
+    ASSERT_FALSE(process.waitsForLock());
+    EXPECT_EQ(process.wait(), 0);
 }
 
 } // namespace
