@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelMessage/QelNames.h"
@@ -141,6 +142,15 @@ TEST_F(RecordCommandsTest, ARecordThatCannotBeReadIsBadInput) {
     EXPECT_EQ(run.code, ExitCode::badInput);
     EXPECT_THAT(run.err, StartsWith("qel: QelQoS: reader gave -1 for standard input: "));
     EXPECT_THAT(run.out, IsEmpty());
+}
+
+TEST_F(RecordCommandsTest, ReferencePagesHaveTheModeThatTheUmaskAllows) {
+    const mode_t mask = umask(022);
+    EXPECT_EQ(runTool({"record", "reference", path("pages")}).code, ExitCode::success);
+    umask(mask);
+    struct stat status {};
+    ASSERT_EQ(stat(path("pages/index.md").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }
 
 TEST_F(RecordCommandsTest, ABadFileDoesNotStopTheRewritingOfOthers) {

@@ -13,6 +13,7 @@
 #include <boost/program_options/parsers.hpp>
 #include <boost/program_options/value_semantic.hpp>
 
+#include "QelMessage/QelFileLock.h"
 #include "qel/Command.h"
 #include "qel/LogSettings.h"
 #include "qel/OptionSets.h"
@@ -128,8 +129,11 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
 
     OptionSet given;
     Invocation invocation;
+    QelFileLock optionsLock;
     try {
         given = parseWords(words, options);
+        if (const ExitCode code = lockOptions(given, optionsLock, console); code != ExitCode::success)
+            return code;
         if (const ExitCode code = loadOptions(given, options, console); code != ExitCode::success)
             return code;
         invocation = makeInvocation(given, options);
@@ -144,6 +148,7 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
         return failUsage(console, *error, self);
     if (const ExitCode code = saveOptions(given, console); code != ExitCode::success)
         return code;
+    optionsLock.release(); // the command may take long, or lock the same file
     if (const ExitCode code = applyLogSettings(invocation, console); code != ExitCode::success)
         return code;
     return command.run(invocation, console);

@@ -6,6 +6,7 @@
 
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Configuration/QelOptionsFileSerializer.h"
+#include "qel/MessageFiles.h"
 
 namespace po = boost::program_options;
 
@@ -44,6 +45,14 @@ void addOptionSetOptions(po::options_description& options) {
                           "keep the arguments and options in this file");
 }
 
+ExitCode lockOptions(const OptionSet& given, QelFileLock& lock, const Console& console) {
+    const std::string* const loaded = valueOf(given, loadOption);
+    const std::string* const saved = valueOf(given, saveOption);
+    if (!loaded || !saved || !areOneFile(*loaded, *saved))
+        return ExitCode::success;
+    return lockFile(*saved, lock, console);
+}
+
 ExitCode loadOptions(OptionSet& given, const po::options_description& known, const Console& console) {
     const std::string* const path = valueOf(given, loadOption);
     if (!path)
@@ -55,6 +64,10 @@ ExitCode loadOptions(OptionSet& given, const po::options_description& known, con
 
     const OptionSet before = given;
     for (po::option& option : loaded) {
+        if (option.string_key == loadOption || option.string_key == saveOption)
+            return console.fail(ExitCode::badInput,
+                                *path + ": '--" + option.string_key +
+                                    "' is accepted on the command line only, remove it from the file");
         if (!option.string_key.empty()) {
             const po::option_description* const description = known.find_nothrow(option.string_key, false);
             if (!description)

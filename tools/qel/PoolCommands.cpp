@@ -154,6 +154,9 @@ ExitCode runAdd(const Invocation& invocation, const Console& console) {
         if (const auto error = parseRange(*text, added.emplace_back()))
             return console.fail(ExitCode::usage, *error);
 
+    QelFileLock lock;
+    if (const ExitCode code = lockFile(file, lock, console); code != ExitCode::success)
+        return code;
     const auto_destroy<QelMessage> message(new QelBinary);
     const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
     QelResourceIpPool pool;

@@ -158,7 +158,8 @@ ExitCode runReference(const Invocation& invocation, const Console& console) {
     if (error)
         return console.fail(ExitCode::failed, folder.string() + ": " + error.message());
     for (const ReferencePage& page : referencePages())
-        if (const ExitCode code = writeContent((folder / page.file).string(), page.text, console);
+        if (const ExitCode code =
+                writeContent((folder / page.file).string(), page.text, console, QelMessageFile::NewFile::umaskAllows);
             code != ExitCode::success)
             return code;
     return ExitCode::success;
