@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "QelCommon/ControlCharacters.h"
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Files/QelFilePathReader.h"
 #include "QelMessage/QelBinary.h"
@@ -156,7 +157,7 @@ ExitCode tellResult(const TransferResult& result, const QelFileUploadFromFile& u
     using End = TransferResult::End;
     const std::string& destination = download.dst;
     if (result.end == End::complete) {
-        console.out << "copied " << bytes(result.moved) << " to " << inQuotes(destination);
+        console.out << "copied " << bytes(result.moved) << " to " << showControls(inQuotes(destination));
         if (const long long behind = bytesBehind(download.offset, result.moved, destination); behind > 0)
             console.out << ", which keeps " << bytes(behind) << " behind them";
         console.out << '\n';

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <utility>
 
+#include "QelCommon/ControlCharacters.h"
 #include "QelCommon/SettingsProvider.h"
 #include "QelCommon/Strings.h"
 
@@ -48,7 +49,7 @@ std::string prefixOf(const LogRecord& record, const LineStyle& style) {
 }
 
 void writeToStandardError(const LogRecord& record, const LineStyle& style) {
-    std::fprintf(stderr, "%s: %s\n", prefixOf(record, style).c_str(), record.text.c_str());
+    std::fprintf(stderr, "%s: %s\n", prefixOf(record, style).c_str(), showControls(record.text).c_str());
 }
 
 constexpr int highestLevel = 6;
