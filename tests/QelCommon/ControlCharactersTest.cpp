@@ -62,5 +62,12 @@ TEST(Utf8Test, DecodesCharactersOfEachLength) {
     }
 }
 
+TEST(Utf8Test, MalformedBytesHaveNoLength) {
+    for (const std::string_view bytes :
+         {"\x80", "\xC0\xAF", "\xC1\xBF", "\xC3", "\xC3(", "\xE0\x80\xAF", "\xE2\x82", "\xE2\x28\xA1", "\xED\xA0\x80",
+          "\xED\xBF\xBF", "\xF0\x80\x80\xAF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF"})
+        EXPECT_EQ(firstUtf8Character(bytes).length, 0U) << showControls(bytes);
+}
+
 } // namespace
 } // namespace Qel

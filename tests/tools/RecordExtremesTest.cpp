@@ -75,7 +75,7 @@ std::string makeExtremeRecord(RandomRecord& random, const QelRecordType& type) {
 }
 
 TEST(RecordExtremesTest, EachRecordTypeIsRewrittenOrRefused) {
-    constexpr int runs = 40;
+    constexpr int runs = 100;
     const LogCapture log(LogLevel::error);
     RandomRecord random{20261122, families()};
     std::map<ExitCode, int> counts;
