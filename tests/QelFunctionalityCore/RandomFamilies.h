@@ -25,7 +25,7 @@ inline RandomFamily makeFamilies() {
     return all;
 }
 
-/// All families together.
+/// How the records of the library are filled.
 inline const RandomFamily& families() {
     static const RandomFamily all = makeFamilies();
     return all;

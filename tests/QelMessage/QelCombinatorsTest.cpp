@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "QelMessage/QelReaderListAll.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
@@ -400,6 +401,29 @@ TEST(AutoDestroyTest, DestroysOnceThroughTheObjectsOwnOperationUnlessReleased) {
     }
     EXPECT_EQ(destroyed, 1);
     { const auto_destroy<Destroyed> empty; }
+}
+
+TEST_F(QelCombinatorsTest, AListOfAllReadsEachChildWhateverItsId) {
+    const QelReaderListAllT reader(QelReaderListData(QelReaderString()), QelReaderOptional);
+    Strings read{"kept"};
+    EXPECT_EQ(reader(*message, read), 0) << "no child";
+    EXPECT_EQ(QelReaderListAllT(QelReaderListData(QelReaderString()), QelReaderRequired)(*message, read), -1);
+    EXPECT_THAT(read, ElementsAre("kept"));
+    putItems(*message, {"a", "b"});
+    message->putValue("c", other);
+    EXPECT_EQ(reader(*message, read), 0);
+    EXPECT_THAT(read, ElementsAre("kept", "a", "b", "c"));
+    expectAtHome();
+}
+
+TEST_F(QelCombinatorsTest, AListOfAllStopsAtAChildThatFails) {
+    message->putValue(2, item);
+    message->putValue(3, other);
+    message->putValue(4, item);
+    std::vector<Even> read;
+    EXPECT_EQ(QelReaderListAllT(QelReaderListData(Even::Reader()), QelReaderOptional)(*message, read), -1);
+    EXPECT_EQ(read.size(), 1U);
+    expectAtHome();
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 
 #include "ToolRun.h"
+#include "support/LogCapture.h"
 
 namespace {
 
@@ -31,6 +32,9 @@ protected:
         return run.out.substr(0, run.out.size() - 1);
     }
     static std::string uriWithStorage() { return build({"a/b", "c", "--storage", storage}); }
+
+private:
+    const Qel::TestSupport::LogCapture m_log{Qel::LogLevel::error}; ///< each URI that can't be read is logged
 };
 
 TEST_F(BackupUriCommandsTest, ParseShowsTheParts) {

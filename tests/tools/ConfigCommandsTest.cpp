@@ -7,6 +7,7 @@
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Security/QelDirRealm.h"
 #include "QelMessage/QelMessage.h"
+#include "TerminalRun.h"
 #include "ToolRun.h"
 
 namespace {
@@ -42,6 +43,17 @@ TEST_F(ConfigCommandsTest, GetPrintsTheValueAtAPath) {
     EXPECT_EQ(run.out, "2\n");
     EXPECT_EQ(config({"get", file, "system/log_ignore_plugins"}).out, "statistics, mailer\n");
     EXPECT_EQ(config({"get", file, "/agent/id"}).out, "3f6c1a2e-0b57-4c1d-9a3e-5d2f7b8c9e01\n");
+}
+
+TEST_F(ConfigCommandsTest, GetWritesBytesUnlessToATerminal) {
+    const std::string value = "a\x1B[2J\nb";
+    ASSERT_EQ(config({"set", file, "/system/title", value, "--base64"}).code, ExitCode::success);
+    EXPECT_EQ(config({"get", file, "/system/title", "--base64"}).out, value + '\n');
+    const auto run = Qel::Tool::runOnTerminal("'" QEL_PROGRAM "' config get '" + file + "' /system/title --base64");
+    if (!run)
+        GTEST_SKIP() << "no terminals here";
+    EXPECT_EQ(run->status, 0);
+    EXPECT_EQ(run->out, "a\\x1b[2J\r\nb\r\n");
 }
 
 TEST_F(ConfigCommandsTest, GetDecodesBase64WhenToldTo) {

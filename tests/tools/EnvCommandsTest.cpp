@@ -80,6 +80,22 @@ protected:
 
 // --- put
 
+TEST_F(EnvCommandsTest, ATypeThatIsTooLongIsCutBetweenCharacters) {
+    const std::pair<std::string, std::string> types[] = {
+        {"123456789012345", "123456789012345"}, {"1234567890123456", "123456789012345"},
+        {"1234567890123ö", "1234567890123ö"},   {"12345678901234ö", "12345678901234"},
+        {"1234567890123€", "1234567890123"},    {"123456789012\U0001F600", "123456789012"},
+    };
+    unsigned number = 0;
+    for (const auto& [type, shown] : types) {
+        std::string text = env(eid(++number), noEid, "typed");
+        text.replace(text.find("<type>vm"), 8, "<type>" + type);
+        ASSERT_EQ(put(text).code, ExitCode::success);
+        EXPECT_EQ(Json::parse(runTool({"env", "list", cache, "--json"}).out)[number - 1]["type"], shown);
+        EXPECT_THAT(runTool({"env", "list", cache}).out, HasSubstr("  " + shown + " "));
+    }
+}
+
 TEST_F(EnvCommandsTest, PutInsertsWhatIsNewAndUpdatesWhatIsThere) {
     EXPECT_EQ(put(env(eid(1), noEid, "old")).out, "inserted " + eid(1) + "  old\n");
     const ToolRun run = put(env(eid(1), noEid, "new") + env(eid(2), eid(1), "other"));

@@ -162,8 +162,30 @@ TEST_F(EventCommandsTest, RenderPrintsAParameter) {
     EXPECT_EQ(render("/file/name"), "debian-12.img\n");
     EXPECT_EQ(render("env/title"), "database\n");
     EXPECT_EQ(render("size"), "12 GiB\n");
-    EXPECT_EQ(render("none"), "\n");
     EXPECT_EQ(render("///"), output({"info", "render", example("info")}));
+    EXPECT_EQ(render("size/"), "12 GiB\n");
+}
+
+TEST_F(EventCommandsTest, RenderOfAMissingParameterIsNotSo) {
+    for (const char* const missing : {"none", "file/none", "none/name", "/size/none"}) {
+        const ToolRun run = runTool({"info", "render", example("info"), "--path", missing});
+        EXPECT_EQ(run.code, ExitCode::notSo);
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err, "qel: " + example("info") + ": no parameter at '" + missing + "'\n");
+    }
+}
+
+TEST_F(EventCommandsTest, RenderOfAnEmptyParameterSucceeds) {
+    const std::string file = write("empty", std::string("<message><info><text/><name/><parameter><text/><name>x</name>"
+                                                        "</parameter></info></message>"));
+    EXPECT_EQ(output({"info", "render", file, "--path", "x"}), "\n");
+}
+
+TEST_F(EventCommandsTest, RenderShowsControlCharactersAndKeepsLines) {
+    // "one\n\ttwo\x1B[2J"
+    const std::string file =
+        write("controls", std::string("<message><info><text>b25lCgl0d28bWzJK</text><name/></info></message>"));
+    EXPECT_EQ(output({"info", "render", file}), "one\n\ttwo\\x1b[2J\n");
 }
 
 TEST_F(EventCommandsTest, RenderReadsStandardInput) {

@@ -49,6 +49,12 @@ TEST_F(FileCopyTest, ANewFileIsAsTheOld) {
     EXPECT_EQ(read(path("b")), content);
 }
 
+TEST_F(FileCopyTest, ControlCharactersInTheNameAreShown) {
+    (void)write("a", "x");
+    const ToolRun run = copy(path("a"), path("b\n\x1B[2J\u202E"));
+    EXPECT_EQ(run.out, "copied 1 byte to '" + path("b\\n\\x1b[2J\\xe2\\x80\\xae") + "'\n");
+}
+
 TEST_F(FileCopyTest, AnEmptyFileIsCopied) {
     (void)write("a", "");
     EXPECT_EQ(copied({}), "");

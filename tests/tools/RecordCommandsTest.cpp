@@ -153,6 +153,59 @@ TEST_F(RecordCommandsTest, ReferencePagesHaveTheModeThatTheUmaskAllows) {
     EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }
 
+/// Rewrites a record whose reader would end the process.
+void expectRefused(const std::string& type, const std::string& record, const std::string& reason) {
+    const ToolRun run = runTool({"record", "rewrite", type, "-"},
+                                "<message xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
+                                "xmlns:res=\"urn:qel:" +
+                                    Qel::QelNames::namespaceName(281) + "\">" + record + "</message>");
+    EXPECT_EQ(run.code, ExitCode::badInput) << record;
+    EXPECT_EQ(run.err, "qel: standard input: " + reason + '\n') << record;
+    EXPECT_THAT(run.out, IsEmpty()) << record;
+}
+
+TEST_F(RecordCommandsTest, ALongVocabularyNameIsRefused) {
+    const std::string name = "<" + Qel::QelNames::elementName(1026) + ">";
+    const std::string nameEnd = "</" + Qel::QelNames::elementName(1026) + ">";
+    const std::string version = "<" + Qel::QelNames::elementName(1223) + ">";
+    const std::string versionEnd = "</" + Qel::QelNames::elementName(1223) + ">";
+    const auto id = [&](std::size_t nameLength, std::size_t versionLength) {
+        return "<v>" + name + std::string(nameLength, 'n') + nameEnd + version + std::string(versionLength, 'v') +
+               versionEnd + "</v>";
+    };
+    EXPECT_EQ(rewrite("QelVocID", id(255, 255)).code, ExitCode::success);
+    expectRefused("QelVocID", id(256, 1), "the name is too long");
+    expectRefused("QelVocID", id(1, 256), "the version is too long");
+}
+
+TEST_F(RecordCommandsTest, AnAddressThatNoPoolCanHoldIsRefused) {
+    const std::string pool = Qel::QelNames::elementName(1974);
+    const std::string address = Qel::QelNames::elementName(1262);
+    const std::string typed = pool + " xmlns=\"urn:qel:" + Qel::QelNames::namespaceName(281) +
+                              "\" xsi:type=\"res:" + Qel::QelNames::typeName(250) + "\"";
+    for (const char* const value : {"0.0.0.0", "255.255.255.255", "", "0", "4294967295", "none"}) {
+        const std::string content = "<" + address + ">10.0.0.1</" + address + "><" + address + ">" + value + "</" +
+                                    address + "></" + pool + ">";
+        const std::string reason = std::string("no pool can hold the address '") + value + "'";
+        for (const char* const type : {"QelResourceIpPool", "QelRangedPool"})
+            expectRefused(type, "<" + pool + ">" + content, reason);
+        expectRefused("QelPoolResourcePair", "<pair><" + typed + ">" + content + "</pair>", reason);
+    }
+}
+
+TEST_F(RecordCommandsTest, AnInstanceOfATemplateIsKnownByItsAliasAndByTheTemplate) {
+    for (const auto& [alias, name] :
+         {std::pair("QelResourceIp", "QelRangedResource"), std::pair("QelResourceIpPool", "QelRangedPool")}) {
+        const ToolRun described = runTool({"record", "describe", alias});
+        EXPECT_EQ(described.code, ExitCode::success);
+        EXPECT_THAT(described.out, StartsWith(std::string(alias) + ", namespace 281 "));
+        EXPECT_EQ(runTool({"record", "describe", name}).out, described.out);
+        const std::string list = runTool({"record", "list"}).out;
+        EXPECT_THAT(list, HasSubstr(std::string("\n") + alias + ' '));
+        EXPECT_EQ(list.find(name), std::string::npos);
+    }
+}
+
 TEST_F(RecordCommandsTest, ABadFileDoesNotStopTheRewritingOfOthers) {
     const std::string good = write("good", std::string("<message><s><state>4</state></s></message>"));
     const std::string bad = write("bad", std::string("<message/>"));

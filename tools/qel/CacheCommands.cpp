@@ -82,8 +82,8 @@ void printCheck(std::ostream& out, const CacheFileImage& file) {
         out << "held snapshot at " << held.offset << ", records " << held.records << ", readers " << held.readers
             << '\n';
     if (report.findings.empty())
-        out << file.path << ": sound; records " << report.records << ", snapshots " << countSnapshots(report)
-            << ", blocks " << report.blocks << ", free blocks " << report.freeBlocks << '\n';
+        out << showControls(file.path) << ": sound; records " << report.records << ", snapshots "
+            << countSnapshots(report) << ", blocks " << report.blocks << ", free blocks " << report.freeBlocks << '\n';
 }
 
 ExitCode answerCheck(const Invocation& invocation, const Console& console, const CacheFileImage& file) {

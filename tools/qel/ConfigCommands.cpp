@@ -59,7 +59,7 @@ ExitCode runGet(const Invocation& invocation, const Console& console) {
     std::string value;
     if ((invocation.has("base64") ? at.getValueBase64(value, path) : at.getValue(value, path)) != 0)
         return console.fail(ExitCode::badInput, file + ": the value at " + path + " can't be read");
-    console.out << value << '\n';
+    printValue(console, value);
     return ExitCode::success;
 }
 

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <ostream>
+#include <string_view>
 #include <utility>
 
 #include <boost/program_options/value_semantic.hpp>
@@ -207,17 +209,33 @@ void addRenderOptions(po::options_description& options) {
                           "the parameter to render, by the names that lead to it: env/title");
 }
 
+/// Whether a path, as QelInfo::getParameterByPath() takes it, leads to a parameter or to the info itself.
+bool hasParameter(const QelInfo& info, std::string_view path) {
+    const QelInfo* at = &info;
+    while (at) {
+        path.remove_prefix(std::min(path.find_first_not_of('/'), path.size()));
+        if (path.empty())
+            return true;
+        const std::string_view name = path.substr(0, path.find('/'));
+        at = at->getParameter(name);
+        path.remove_prefix(name.size());
+    }
+    return false;
+}
+
 ExitCode runRender(const Invocation& invocation, const Console& console) {
     const std::string& file = invocation.arguments[0];
     RecordInMessage from;
     QelInfo info;
     if (const ExitCode code = from.read(file, info, console); code != ExitCode::success)
         return code;
+    const std::string& path = invocation.options["path"].as<std::string>();
+    if (!hasParameter(info, path))
+        return console.fail(ExitCode::notSo, shownName(file) + ": no parameter at '" + path + "'");
     std::string text;
-    if (const ExitCode code = render(info, invocation.options["path"].as<std::string>(), file, console, text);
-        code != ExitCode::success)
+    if (const ExitCode code = render(info, path, file, console, text); code != ExitCode::success)
         return code;
-    console.out << text << '\n';
+    console.out << showControls(text, "\n\t") << '\n';
     return ExitCode::success;
 }
 

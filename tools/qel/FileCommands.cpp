@@ -8,6 +8,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include "QelCommon/ControlCharacters.h"
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Files/QelFilePathReader.h"
 #include "QelMessage/QelBinary.h"
@@ -109,7 +110,7 @@ ExitCode reportResult(const TransferResult& result, const FileSource& source, co
                       const Console& console) {
     using End = TransferResult::End;
     if (result.end == End::complete) {
-        console.out << "copied " << bytes(result.moved) << " to " << inQuotes(destination.name());
+        console.out << "copied " << bytes(result.moved) << " to " << showControls(inQuotes(destination.name()));
         if (destination.kept() > 0)
             console.out << ", which keeps " << bytes(destination.kept()) << " behind them";
         console.out << '\n';

@@ -17,7 +17,8 @@ namespace {
 namespace po = boost::program_options;
 
 void addReportOptions(po::options_description& options) {
-    options.add_options()("binary", "write the binary form");
+    options.add_options()("arguments", "include the arguments of processes; they are left out by default, since "
+                                       "command lines may hold passwords")("binary", "write the binary form");
 }
 
 void tellProblems(const Problems& problems, const Console& console) {
@@ -28,7 +29,8 @@ void tellProblems(const Problems& problems, const Console& console) {
 // --- qel host report
 
 ExitCode runReport(const Invocation& invocation, const Console& console) {
-    HostCollector collector;
+    HostCollector collector(invocation.has("arguments") ? HostCollector::Arguments::included
+                                                        : HostCollector::Arguments::leftOut);
     const HostReport report = collector.collect();
     Problems problems = collector.problems();
     const auto_destroy<QelMessage> message(new QelBinary);

@@ -13,6 +13,7 @@
 #include "qel/Command.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
+#include "qel/RecordLimits.h"
 
 namespace Qel::Tool {
 
@@ -26,28 +27,6 @@ constexpr int addressElement = 1262;
 constexpr int rangeElement = 1662;
 constexpr int poolElement = 1974;
 
-constexpr unsigned leastAddress = 0;
-constexpr unsigned greatestAddress = 0xFFFFFFFF;
-
-/// Whether a pool can hold the address.  One that it can't ends the process when it gets as far as the pool's set.
-bool canBeInPool(unsigned address) {
-    return address != leastAddress && address != greatestAddress;
-}
-
-/// The first single address below the pool's element that a pool can't hold; nothing if there is none.
-std::optional<std::string> findBadAddress(const QelMessageIterator& cursor) {
-    const std::unique_ptr<QelMessageIterator> at(cursor.newIterator(false));
-    if (at->firstChild(addressElement) != 0)
-        return std::nullopt;
-    do {
-        std::string text;
-        at->getValue(text, getEmptyID());
-        if (!canBeInPool(strToIp(text)))
-            return text;
-    } while (at->nextSibling(addressElement) == 0);
-    return std::nullopt;
-}
-
 /// Reads the pool in the element under the cursor.
 ExitCode readPool(const std::string& file, const QelMessageIterator& cursor, QelResourceIpPool& pool,
                   const Console& console) {
@@ -55,8 +34,8 @@ ExitCode readPool(const std::string& file, const QelMessageIterator& cursor, Qel
     if (!type.empty() && type != QelDerivedKey<QelResourceIpPool::Writer>())
         return console.fail(ExitCode::badInput, shownName(file) + ": " + cursor.curName() + " is of type " + type +
                                                     ", which is no pool of addresses");
-    if (const auto bad = findBadAddress(cursor))
-        return console.fail(ExitCode::badInput, shownName(file) + ": no pool can hold the address '" + *bad + "'");
+    if (const auto reason = findFatalAddress(cursor))
+        return console.fail(ExitCode::badInput, shownName(file) + ": " + *reason);
     if (cursor.getObj(pool, getEmptyID()) != 0)
         return console.fail(ExitCode::badInput, shownName(file) + ": " + getErrorMessage());
     return ExitCode::success;

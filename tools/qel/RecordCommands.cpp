@@ -14,6 +14,7 @@
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
 #include "qel/RecordDescription.h"
+#include "qel/RecordLimits.h"
 #include "qel/RecordReference.h"
 #include "qel/RecordSchema.h"
 
@@ -101,6 +102,8 @@ ExitCode rewriteFile(const QelRecordType& type, const std::string& name, const C
         const int id = from->curID();
         (void)(id != 0 ? to->newChild(id) : to->newChild(from->curName()));
     }
+    if (const auto reason = findFatalValue(type, *from))
+        return console.fail(ExitCode::badInput, shownName(name) + ": " + *reason);
     clearErrorMessage();
     const QelRecordType::Results results = type.rewrite(*from, *to);
     const auto fail = [&](const char* functor, int result) {

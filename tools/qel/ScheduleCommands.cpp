@@ -2,13 +2,11 @@
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
-#include <iostream>
 #include <memory>
 #include <optional>
 
 #include <boost/program_options/value_semantic.hpp>
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
 #include "QelMessage/QelValueText.h"
@@ -148,8 +146,7 @@ void addCalendarOptions(po::options_description& options) {
 bool isColourful(const Console& console) {
     const char* const terminal = std::getenv("TERM");
     const char* const noColour = std::getenv("NO_COLOR"); // https://no-color.org
-    return &console.out == &std::cout && isatty(STDOUT_FILENO) == 1 && terminal &&
-           std::string_view(terminal) != "dumb" && !(noColour && *noColour != '\0');
+    return isTerminal(console) && terminal && std::string_view(terminal) != "dumb" && !(noColour && *noColour != '\0');
 }
 
 ExitCode runCalendar(const Invocation& invocation, const Console& console) {

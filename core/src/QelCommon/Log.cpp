@@ -7,6 +7,7 @@
 #include <mutex>
 #include <utility>
 
+#include "QelCommon/ControlCharacters.h"
 #include "QelCommon/SettingsProvider.h"
 #include "QelCommon/Strings.h"
 
@@ -52,7 +53,7 @@ std::string prefixOf(const LogRecord& record, const LineStyle& style) {
 
 // stdio locks the stream for the whole line, so that lines of several threads do not mix.
 void writeToStandardError(const LogRecord& record, const LineStyle& style) {
-    std::fprintf(stderr, "%s: %s\n", prefixOf(record, style).c_str(), record.text.c_str());
+    std::fprintf(stderr, "%s: %s\n", prefixOf(record, style).c_str(), showControls(record.text).c_str());
 }
 
 // True while this thread runs the sink, and so holds the delivery lock.

@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/QelRecordTypes.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "QelFunctionalityCore/Backup/QelBackup.h"
@@ -317,6 +318,10 @@ std::vector<QelRecordType> makeTypes() {
     return types;
 }
 
+// Templates with one instance, which has an alias.
+constexpr std::pair<std::string_view, std::string_view> soleInstances[] = {{"QelRangedPool", "QelResourceIpPool"},
+                                                                           {"QelRangedResource", "QelResourceIp"}};
+
 } // namespace
 
 std::span<const QelRecordType> recordTypes() {
@@ -325,6 +330,9 @@ std::span<const QelRecordType> recordTypes() {
 }
 
 const QelRecordType* findRecordType(std::string_view name) {
+    for (const auto& [templateName, alias] : soleInstances)
+        if (name == templateName)
+            name = alias;
     const auto types = recordTypes();
     const auto found =
         std::lower_bound(types.begin(), types.end(), name,

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "QelCommon/Utf8.h"
+
 namespace Qel::QelXmlText {
 
 namespace {
@@ -56,26 +58,13 @@ bool looksEscaped(std::string_view name, std::size_t at) noexcept {
     return isUpperHex(next) || next == '_' || !continuesName(next);
 }
 
-/// Decodes the character that begins `text`.  Its length; 0 if it is malformed or one that XML has no place for.
+/// Decodes the character that begins `text`.  Its length; 0 if it is malformed or not allowed in XML.
 std::size_t decodeCharacter(std::string_view text, std::uint32_t& code) noexcept {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned lead = byte(0);
-    code = lead;
-    if (lead < 0x80)
-        return lead >= 0x20 || lead == '\t' || lead == '\n' || lead == '\r' ? 1 : 0;
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < length)
-        return 0;
-    code = lead & (0x7Fu >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0) != 0x80)
-            return 0;
-        code = code << 6 | (byte(i) & 0x3Fu);
-    }
-    constexpr std::array<std::uint32_t, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
-    const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
-    const bool isNoCharacter = code == 0xFFFE || code == 0xFFFF || code > 0x10FFFF;
-    return code < smallest[length] || isSurrogate || isNoCharacter ? 0 : length;
+    const Utf8Character character = firstUtf8Character(text);
+    code = character.code;
+    const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
+    const bool isNoCharacter = code == 0xFFFE || code == 0xFFFF;
+    return isControl || isNoCharacter ? 0 : character.length;
 }
 
 std::size_t characterLength(std::string_view text) noexcept {

@@ -233,6 +233,27 @@ TEST(QelInfoTest, ATextThatDoublesAtEveryLevelIsCutOff) {
     EXPECT_EQ(getErrorMessage(), "");
 }
 
+TEST(QelInfoTest, ATextOfAllTheWorkThatIsAllowedIsMade) {
+    clearErrorMessage();
+    // The limit counts the characters of each format, and one for the format itself.
+    EXPECT_EQ(QelInfo(std::string(QelInfo::mostWork - 1, '-'), "", false).toString().size(), QelInfo::mostWork - 1);
+    EXPECT_EQ(getErrorMessage(), "");
+    EXPECT_EQ(QelInfo(std::string(QelInfo::mostWork, '-'), "", false).toString(), "");
+    EXPECT_NE(getErrorMessage(), "");
+    clearErrorMessage();
+}
+
+TEST(QelInfoTest, AParameterMayTakeTheWorkThatIsLeft) {
+    const std::string format = "%x%";
+    const std::size_t left = QelInfo::mostWork - (format.size() + 1);
+    clearErrorMessage();
+    EXPECT_EQ(formatted(format, {parameter("x", std::string(left - 1, '-'))}).toString().size(), left - 1);
+    EXPECT_EQ(getErrorMessage(), "");
+    EXPECT_EQ(formatted(format, {parameter("x", std::string(left, '-'))}).toString(), "");
+    EXPECT_NE(getErrorMessage(), "");
+    clearErrorMessage();
+}
+
 TEST(QelInfoTest, OneTextThatIsNamedOverAndOverIsCutOff) {
     std::string format;
     for (int i = 0; i < 1000; ++i)

@@ -30,6 +30,27 @@ TEST(QelProcessMExecTest, StreamsAndCredentialsAreAlwaysWritten) {
     EXPECT_FALSE(read.wantStdout);
 }
 
+TEST(QelProcessMExecTest, TheStreamsCanBeReadAndWrittenAlone) {
+    QelProcessMExecParams params;
+    params.args = {"ls"};
+    params.stdinData = bytes;
+    params.wantStderr = true;
+    const TestMessage message;
+    EXPECT_EQ(message.cursor().putObject(params, QelProcessMExecParams::WriterStdio(), streams), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(streams));
+    ASSERT_EQ(message.cursor().seek(streams), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1054, 1396));
+    message.cursor().seekUp();
+    QelProcessMExecParams read;
+    read.args = {"kept"};
+    read.wantStdout = true;
+    EXPECT_EQ(message.cursor().getObject(read, QelProcessMExecParams::ReaderStdio(), streams), 0);
+    EXPECT_EQ(read.stdinData, bytes);
+    EXPECT_TRUE(read.wantStderr);
+    EXPECT_FALSE(read.wantStdout);
+    EXPECT_THAT(read.args, ElementsAre("kept"));
+}
+
 TEST(QelProcessMExecTest, ArgumentsAndStreamsComeBackByteForByte) {
     QelProcessMExecParams params;
     params.args = {"ls", bytes};

@@ -33,6 +33,22 @@ template <> const QelWireLayout& qelWireLayout<QelProcessMExecParams>() {
     return wireLayoutOf<QelProcessMExecParams>;
 }
 
+namespace {
+
+constexpr const QelWireLayout& streamsLayout =
+    Internal::groupLayout<QelProcessMExecParams, Wire<QelProcessMExecParams>::streams, 0>;
+
+} // namespace
+
+int QelProcessMExecParams::ReaderStdio::operator()(const QelMessageIterator& cursor,
+                                                   QelProcessMExecParams& params) const {
+    return readByLayout(streamsLayout, &params, cursor);
+}
+int QelProcessMExecParams::WriterStdio::operator()(QelMessageIterator& cursor,
+                                                   const QelProcessMExecParams& params) const {
+    return writeByLayout(streamsLayout, &params, cursor);
+}
+
 template <> struct Wire<QelProcessMExecOutput> : WireWords<QelProcessMExecOutput> {
     static constexpr QelWireField fields[] = {
         field<&QelProcessMExecOutput::code>(1192, required, always),
