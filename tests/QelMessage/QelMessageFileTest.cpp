@@ -27,7 +27,6 @@ namespace {
 
 using QelMessageFile::NewFile;
 using testing::ElementsAre;
-using testing::Not;
 using testing::StartsWith;
 using TestSupport::inChild;
 using TestSupport::TempFolder;

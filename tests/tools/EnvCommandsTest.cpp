@@ -150,16 +150,7 @@ TEST_F(EnvCommandsTest, TheWorstExitCodeOfSeveralFilesIsThatOfTheCommand) {
     const std::string good = write("good.xml", message(env(eid(1), noEid, "one")));
     const std::string bad = write("bad.xml", std::string("<message>"));
     const std::string large = write("large.xml", message(env(eid(2), noEid, std::string(0x1000000, 'x'))));
-    const auto code = [&](const std::vector<std::string>& files) {
-        std::vector<std::string> words{"env", "put", cache};
-        words.insert(words.end(), files.begin(), files.end());
-        return runTool(words).code;
-    };
-    EXPECT_EQ(code({good, good}), ExitCode::success);
-    EXPECT_EQ(code({bad, good}), ExitCode::badInput);
-    EXPECT_EQ(code({good, bad}), ExitCode::badInput);
-    EXPECT_EQ(code({large, bad, good}), ExitCode::failed);
-    EXPECT_EQ(code({bad, large, good}), ExitCode::failed);
+    expectWorstExitCode({"env", "put", cache}, good, bad, large);
     const std::string empty = env(noEid, noEid, "empty");
     const std::string tooLarge = env(eid(2), noEid, std::string(0x1000000, 'x'));
     EXPECT_EQ(put(tooLarge + empty).code, ExitCode::failed);

@@ -3,6 +3,9 @@
 #include <sys/stat.h>
 
 #include "QelFunctionalityCore/QelRecordTypes.h"
+#include "QelMessage/QelBinary.h"
+#include "QelMessage/QelLimits.h"
+#include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelNames.h"
 #include "ToolRun.h"
 
@@ -213,6 +216,21 @@ TEST_F(RecordCommandsTest, ABadFileDoesNotStopTheRewritingOfOthers) {
     EXPECT_EQ(run.code, ExitCode::badInput);
     EXPECT_EQ(run.err, "qel: " + path("none") + ": No such file or directory\nqel: " + bad + ": no record in it\n");
     EXPECT_EQ(run.out.find("<state>4</state>") == run.out.rfind("<state>4</state>"), false);
+}
+
+TEST_F(RecordCommandsTest, TheWorstExitCodeOfSeveralFilesIsThatOfRewrite) {
+    const std::string good =
+        write("good", std::string("<message><qos><id>a</id><hard_limit>1</hard_limit></qos></message>"));
+    const std::string bad = write("bad", std::string("<message/>"));
+    // In text form each of these characters takes five bytes: more than a message may have.
+    const Qel::auto_destroy<Qel::QelMessage> message(new Qel::QelBinary);
+    const std::unique_ptr<Qel::QelMessageIterator> cursor(message->rootIterator());
+    cursor->newChild("qos");
+    cursor->putValue(std::string(Qel::QelLimits::messageBytes / 5, '&'), "id");
+    cursor->putValue(1, "hard_limit");
+    std::string bytes;
+    ASSERT_EQ(message->toBinary(bytes), 0);
+    expectWorstExitCode({"record", "rewrite", "QelQoS"}, good, bad, write("large", bytes));
 }
 
 } // namespace

@@ -27,6 +27,23 @@ inline ToolRun runTool(const std::vector<std::string>& arguments, const std::str
     return {code, out.str(), err.str()};
 }
 
+/// Checks that a command over several files ends with the worst of their exit codes.  `bad` is
+/// a file that can't be read, `failing` one for which the operation fails.
+inline void expectWorstExitCode(const std::vector<std::string>& words, const std::string& good, const std::string& bad,
+                                const std::string& failing) {
+    using Qel::Tool::ExitCode;
+    const auto code = [&](const std::vector<std::string>& files) {
+        std::vector<std::string> all = words;
+        all.insert(all.end(), files.begin(), files.end());
+        return runTool(all).code;
+    };
+    EXPECT_EQ(code({good, good}), ExitCode::success);
+    EXPECT_EQ(code({bad, good}), ExitCode::badInput);
+    EXPECT_EQ(code({good, bad}), ExitCode::badInput);
+    EXPECT_EQ(code({failing, bad, good}), ExitCode::failed);
+    EXPECT_EQ(code({bad, failing, good}), ExitCode::failed);
+}
+
 /// A test with a folder of its own.
 class ToolTest : public testing::Test {
 protected:
