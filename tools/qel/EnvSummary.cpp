@@ -4,15 +4,12 @@
 #include <map>
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
+#include "qel/Json.h"
 #include "qel/Output.h"
 
 namespace Qel::Tool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 const char* nameOfAlert(int level) {
     switch (static_cast<QelAlertType>(level)) {

@@ -7,7 +7,6 @@
 #include <string>
 #include <system_error>
 
-#include <boost/program_options/value_semantic.hpp>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,7 +24,6 @@ namespace Qel::Tool {
 namespace {
 
 namespace fs = std::filesystem;
-namespace po = boost::program_options;
 
 // --- paths
 
@@ -63,7 +61,7 @@ ExitCode resolve(std::string& path, const Invocation& invocation, const Console&
         return ExitCode::success;
     if (!invocation.has("session"))
         return console.fail(ExitCode::usage, inQuotes(path) + ": --session tells whose upload folder is meant");
-    const std::string session = invocation.options["session"].as<std::string>();
+    const std::string session = invocation.text("session");
     std::string folder;
     std::string resolved;
     if (readPath(std::string(QelFilerBase::SESSION_DIR), session, folder) != 0 ||
@@ -77,12 +75,13 @@ ExitCode resolve(std::string& path, const Invocation& invocation, const Console&
 
 // --- qel file copy
 
-void addCopyOptions(po::options_description& options) {
-    options.add_options()("overwrite", "write to a file that exists, from its start; what it has behind stays")(
-        "append", "write to a file that exists, at its end")("truncate",
-                                                             "write to a file that exists, and drop what it holds")(
-        "session", po::value<std::string>()->value_name("NAME"),
-        "the client whose upload folder $SESSION$ at the start of a path stands for");
+void addCopyOptions(Options& options) {
+    options.add({.name = "overwrite", .help = "write to a file that exists, from its start; what it has behind stays"});
+    options.add({.name = "append", .help = "write to a file that exists, at its end"});
+    options.add({.name = "truncate", .help = "write to a file that exists, and drop what it holds"});
+    options.add({.name = "session",
+                 .value = "NAME",
+                 .help = "the client whose upload folder $SESSION$ at the start of a path stands for"});
 }
 
 /// A terminal on the error stream: the number of its columns.

@@ -14,10 +14,8 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace po = boost::program_options;
-
-void addReportOptions(po::options_description& options) {
-    options.add_options()("binary", "write the binary form");
+void addReportOptions(Options& options) {
+    options.add({.name = "binary", .help = "write the binary form"});
 }
 
 void tellProblems(const Problems& problems, const Console& console) {

@@ -3,14 +3,11 @@
 #include <algorithm>
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
 namespace Qel::Tool {
 
 namespace {
 
 constexpr std::string_view columnGap = "  ";
-constexpr int jsonIndent = 2;
 
 constexpr bool isContinuationByte(char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
@@ -94,10 +91,6 @@ std::string showControls(std::string_view text) {
         text.remove_prefix(length);
     }
     return shown;
-}
-
-void printJson(std::ostream& out, const nlohmann::ordered_json& document) {
-    out << document.dump(jsonIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
 } // namespace Qel::Tool

@@ -6,8 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
-
 namespace Qel::Tool {
 
 /// What is shown in place of a secret.
@@ -40,8 +38,5 @@ private:
 
 /// `text` with its control characters made visible.
 [[nodiscard]] std::string showControls(std::string_view text);
-
-/// Prints the document, indented, with a line end.  Bytes that aren't UTF-8 become the replacement character.
-void printJson(std::ostream& out, const nlohmann::ordered_json& document);
 
 } // namespace Qel::Tool
