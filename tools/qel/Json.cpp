@@ -40,19 +40,19 @@ void Json::push_back(Json item) {
     std::get<Array>(m_value).push_back(std::move(item));
 }
 
-Json Json::ofBool(bool value) noexcept {
+Json Json::ofBool(bool value) {
     Json json;
     json.m_value = value;
     return json;
 }
 
-Json Json::ofInteger(std::int64_t value) noexcept {
+Json Json::ofInteger(std::int64_t value) {
     Json json;
     json.m_value = value;
     return json;
 }
 
-Json Json::ofUnsigned(std::uint64_t value) noexcept {
+Json Json::ofUnsigned(std::uint64_t value) {
     Json json;
     json.m_value = value;
     return json;

@@ -39,10 +39,10 @@ public:
     /// An object: {{"name", "eth0"}, {"mtu", 1500}}.
     Json(std::initializer_list<Member> members);
 
-    Json(std::same_as<bool> auto value) noexcept : Json(ofBool(value)) {}
+    Json(std::same_as<bool> auto value) : Json(ofBool(value)) {}
     template <class Number>
     requires((std::integral<Number> && !std::same_as<Number, bool>) || std::is_enum_v<Number>) Json(Number value)
-    noexcept : Json(ofNumber(value)) {}
+        : Json(ofNumber(value)) {}
     /// An array of a container's elements.
     template <class Container>
     requires(!std::convertible_to<const Container&, std::string_view> &&
@@ -66,10 +66,10 @@ public:
     friend std::ostream& operator<<(std::ostream& out, const Json& document);
 
 private:
-    static Json ofBool(bool value) noexcept;
-    static Json ofInteger(std::int64_t value) noexcept;
-    static Json ofUnsigned(std::uint64_t value) noexcept;
-    template <class Number> static Json ofNumber(Number value) noexcept {
+    static Json ofBool(bool value);
+    static Json ofInteger(std::int64_t value);
+    static Json ofUnsigned(std::uint64_t value);
+    template <class Number> static Json ofNumber(Number value) {
         if constexpr (std::is_unsigned_v<Number>)
             return ofUnsigned(value);
         else
