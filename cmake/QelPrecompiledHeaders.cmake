@@ -7,10 +7,10 @@ function(qel_precompile_headers target)
         "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
 endfunction()
 
-# The same for what is shipped, with clang only: g++ 12 takes code that comes out of a precompiled header for the project's own
-# and warns of what it can't know there.  So a source that lacks an include is noticed, too.
+# As above for what is shipped.  In a developer's build with g++ each source is compiled with its own includes only: that
+# shows a missing include, and g++ 12 reports warnings inside code that comes from a precompiled header.
 function(qel_precompile_library_headers target)
-    if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL Clang OR NOT QEL_DEVELOPER)
         qel_precompile_headers(${target} ${ARGN})
     endif()
 endfunction()

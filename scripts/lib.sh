@@ -3,6 +3,7 @@
 # shellcheck shell=bash
 
 set -euo pipefail
+this_script=$(realpath "$0")
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 export LC_ALL=C.UTF-8
 
@@ -30,13 +31,93 @@ heading() {
     echo "== $*"
 }
 
-# Runs a command as root.
-as_root() {
-    if ((EUID == 0)); then
-        "$@"
-    else
-        sudo -- "$@"
+# The help of a script is the comment at its top.
+print_help() {
+    sed -n '1d; /^#/!q; s/^# \{0,1\}//p' "$this_script"
+}
+
+for argument in "$@"; do
+    if [[ $argument == --help || $argument == -h ]]; then
+        print_help
+        exit 0
     fi
+done
+unset argument
+
+# "1:05" for 65 seconds.
+elapsed() {
+    printf '%d:%02d' $(($1 / 60)) $(($1 % 60))
+}
+
+# The lines of a log that say what went wrong; its last ones if no line looks like an error.
+lines_that_matter() {
+    local lines
+    lines=$(sed 's/\x1b\[[0-9;]*m//g' "$1" |
+        grep -E '(^|[^[:alnum:]])([Ee]rror|ERROR|fatal|Failure|FAILED|undefined reference|No such file)([^[:alnum:]]|$)|^E:|differs' |
+        grep -vE '^ninja: |FAILED: .*\.o *$|0 failed|-fno-sanitize|FAILED TESTS?$' | head -n 10) || true
+    [[ -n $lines ]] || lines=$(tail -n 10 "$1")
+    printf '%s\n' "$lines"
+}
+
+# Shows how far a step is: on a terminal in one line that is overwritten, elsewhere in a line every 30 seconds.
+report_interval=30
+show_progress() {
+    local title=$1 count=$2 start=$3
+    local line="   $title${count:+ $count} $(elapsed $((SECONDS - start)))"
+    if [[ -t 1 ]]; then
+        printf '\r\e[K%.*s' "$((${COLUMNS:-80} - 1))" "$line"
+    elif ((SECONDS - reported_at >= report_interval)); then
+        reported_at=$SECONDS
+        echo "$line"
+    fi
+}
+
+# "[12/483]" from a line of ninja, "12" from the steps of apt-get; fails for any other line.
+count_in_line() {
+    if [[ $1 =~ ^\[([0-9]+/[0-9]+)\] ]]; then
+        count=${BASH_REMATCH[1]}
+    elif [[ $1 =~ ^(Unpacking|Setting\ up)\  ]]; then
+        count=$((${count:-0} + 1))
+        [[ -z ${step_total-} ]] || count="${count%%/*}/$step_total"
+    elif [[ $1 =~ ([0-9]+)\ newly\ installed ]]; then
+        step_total=$((BASH_REMATCH[1] * 2))
+        return 1
+    else
+        return 1
+    fi
+}
+
+# Runs a command with its output in a log and shows how far it is: run_logged TITLE LOG COMMAND...  Returns its status.
+run_logged() {
+    local title=$1 log=$2 start=$SECONDS status=0 line='' count='' step_total='' reported_at=$SECONDS output pid
+    shift 2
+    exec {output}< <("$@" 2>&1 </dev/null | tee "$log"; exit "${PIPESTATUS[0]}")
+    pid=$!
+    while true; do
+        if IFS= read -r -t 1 -u "$output" line; then
+            count_in_line "$line" || continue
+        elif (($? <= 128)); then
+            break
+        fi
+        show_progress "$title" "$count" "$start"
+    done
+    exec {output}<&-
+    wait "$pid" || status=$?
+    [[ ! -t 1 ]] || printf '\r\e[K'
+    if ((status)); then
+        echo "   $title: failed after $(elapsed $((SECONDS - start))); the whole output is in $log"
+    else
+        echo "   $title: $(elapsed $((SECONDS - start)))"
+    fi
+    return "$status"
+}
+
+# As run_logged, but prints the lines of the log that matter if the command fails.
+step() {
+    local status=0
+    run_logged "$@" || status=$?
+    ((!status)) || lines_that_matter "$2" | sed 's/^/   | /'
+    return "$status"
 }
 
 apt_is_updated=false
@@ -60,13 +141,12 @@ try_install_packages() {
     command -v apt-get >/dev/null || { install_error+=", and there is no apt-get here" && return 1; }
     ((EUID == 0)) || command -v sudo >/dev/null || { install_error+=": run this as root, or install sudo" && return 1; }
 
-    echo "Installing ${missing[*]}"
     log=$(mktemp)
-    # An index that can't be had is not yet a reason to stop: the packages may stand in the others.
-    $apt_is_updated || as_root apt-get -q update >"$log" 2>&1 || true
+    # A failed update of the index is not yet a reason to stop: what is known may suffice.
+    $apt_is_updated || step "package index" "$log" as_root apt-get -q update || true
     apt_is_updated=true
-    if ! as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -y --no-install-recommends install "${missing[@]}" \
-        >>"$log" 2>&1 </dev/null; then
+    if ! step "installing ${#missing[@]} packages" "$log" as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get -q -y --no-install-recommends install "${missing[@]}"; then
         install_error="apt-get cannot install ${missing[*]}: $(apt_error "$log")"
         rm -f "$log"
         return 1
@@ -74,7 +154,7 @@ try_install_packages() {
     rm -f "$log"
 }
 
-# The same, and ends the script when it fails.
+# As try_install_packages, but ends the script on failure.
 install_packages() {
     try_install_packages "$@" || fail "$install_error"
 }
@@ -123,12 +203,26 @@ CONF
 
 # Configures and builds a preset; targets may follow.
 build_preset() {
-    local preset=$1 log=build/$1/configure.log target targets=()
+    local preset=$1 target targets=()
     shift
     for target in "$@"; do
         targets+=(--target "$target")
     done
     mkdir -p "build/$preset"
-    cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" && return 1; }
-    cmake --build "build/$preset" -j "$jobs" "${targets[@]}" -- --quiet -k 0
+    step "configure $preset" "build/$preset/configure.log" cmake --preset "$preset" || return
+    step "build $preset" "build/$preset/build.log" cmake --build "build/$preset" -j "$jobs" "${targets[@]}" -- -k 0
+}
+
+# Builds the libraries and the tool as a user does, and installs them: build_and_install BUILD PREFIX LOGS.
+build_and_install() {
+    step "configure" "$3/configure.log" cmake -S . -B "$1" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQEL_BUILD_TESTS=OFF \
+        -DCMAKE_INSTALL_PREFIX="$2"
+    step "build" "$3/build.log" cmake --build "$1" -j "$jobs"
+    step "install" "$3/install.log" cmake --install "$1"
+}
+
+# Builds the example programs against installed libraries: build_examples BUILD PREFIX LOGS.
+build_examples() {
+    step "configure examples" "$3/configure-examples.log" cmake -S examples/embed -B "$1" -G Ninja -DCMAKE_PREFIX_PATH="$2"
+    step "build examples" "$3/build-examples.log" cmake --build "$1" -j "$jobs"
 }

@@ -49,6 +49,10 @@ TEST_F(LogTest, AtStartErrorsAloneAreLoggedWithModuleAndLevel) {
     EXPECT_EQ(printed(2, "text"), "");
 }
 
+TEST_F(LogTest, ARecordOnStandardErrorTakesOneLineWithoutControlCharacters) {
+    EXPECT_EQ(printed(1, "a\n\x1B[2Jb"), "Module[1]: a\\n\\x1b[2Jb\n");
+}
+
 TEST_F(LogTest, TheLevelIsTheHighestThatIsLogged) {
     for (int level = 0; level <= 6; ++level) {
         settings->levelAnswer = level;

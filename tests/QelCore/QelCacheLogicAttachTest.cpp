@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "QelCommon/ErrorMessage.h"
 #include "QelCore/QelFiles.h"
 #include "QelCore/TestSupport.h"
 
@@ -137,6 +138,31 @@ TEST_F(QelCacheLogicAttachTest, HeaderThatTellsOfMoreThanTheLimitIsNotMapped) {
         EXPECT_EQ(cache->insert(key(1), TestValue(key(1), 0, 10000)), 0);
     }
     EXPECT_EQ(makeCache(file, 8192)->initialize(true, false), -9);
+}
+
+TEST_F(QelCacheLogicAttachTest, FailedLockSetsTheErrorMessage) {
+    attach(file);
+    file.setWord(12, 4096 + 8);
+    clearErrorMessage();
+    EXPECT_EQ(makeCache(file)->initialize(true, false), -9);
+    EXPECT_EQ(getErrorMessage(), "cannot use '" + file.path() +
+                                     "': its header gives a size of 4104 bytes, more than the file has or the cache "
+                                     "maps");
+    file.setWord(12, 4096);
+    file.setWord(validOffset, 1);
+    QelMappedMemoryManager::Storage storage(file.path());
+    ASSERT_NE(storage.getStorage(page, nullptr), nullptr);
+    ASSERT_EQ(storage.lock(), 0);
+    clearErrorMessage();
+    EXPECT_EQ(makeCache(file)->initialize(true, false), -9) << "this thread holds the lock already";
+    EXPECT_THAT(getErrorMessage(), testing::HasSubstr("cannot lock '" + file.path() + "': "));
+    EXPECT_EQ(storage.unlock(), 0);
+}
+
+TEST_F(QelCacheLogicAttachTest, SnapshotThatNobodyCountsIsFatal) {
+    attach(file);
+    file.setWord(4064, 0);
+    EXPECT_DEATH(static_cast<void>(makeCache(file)->initialize(true, true)), "core/src/QelCore/QelCacheLogic");
 }
 
 TEST_F(QelCacheLogicAttachTest, SizeThatIsDamagedWhileAttachedFailsTheLock) {

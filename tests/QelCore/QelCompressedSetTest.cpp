@@ -228,6 +228,36 @@ TEST(QelCompressedSetTest, ManyRangesAtOnceGiveWhatOneAfterTheOtherDo) {
     }
 }
 
+/// Counts the items that its containers have room for.
+template <class T> struct CountingAllocator {
+    using value_type = T;
+
+    explicit CountingAllocator(std::size_t& itemCount) : count(&itemCount) {}
+    T* allocate(std::size_t items) {
+        *count += items;
+        return std::allocator<T>().allocate(items);
+    }
+    void deallocate(T* memory, std::size_t items) {
+        *count -= items;
+        std::allocator<T>().deallocate(memory, items);
+    }
+    friend bool operator==(const CountingAllocator&, const CountingAllocator&) = default;
+
+    std::size_t* count;
+};
+
+TEST(QelCompressedSetTest, ManyRangesAtOnceLeaveNoMemoryUnused) {
+    std::size_t allocated = 0;
+    compressed_set<unsigned, std::vector, CountingAllocator<Range>> set{CountingAllocator<Range>(allocated)};
+    Ranges ranges;
+    for (unsigned start = 2000; start > 0; start -= 2)
+        ranges.push_back({start, start + (start % 10 == 0 ? 0 : 1)});
+    set.insert(ranges.begin(), ranges.end());
+    EXPECT_EQ(set.size(), 200U);
+    EXPECT_EQ(allocated, set.size());
+    EXPECT_LT(set.size(), ranges.size());
+}
+
 TEST(QelCompressedSetTest, ASetCanBeAddedToItself) {
     Set set = setOf({{1, 2}, {4, 5}});
     set.insert(set.begin(), set.end());

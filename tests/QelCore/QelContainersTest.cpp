@@ -74,6 +74,17 @@ TEST(LimitedLengthStringTest, AssignmentLeavesNoRestOfTheOldText) {
     EXPECT_EQ(bytesOf(name), padded(std::string("\0\1", 2)));
 }
 
+TEST(LimitedLengthStringTest, MayBeAssignedFromItsOwnCharacters) {
+    limited_length_string<16> text("abcdef");
+    text = text.c_str();
+    EXPECT_EQ(text, "abcdef");
+    text = text.c_str() + 2;
+    EXPECT_EQ(text, "cdef");
+    text = text.c_str() + text.length();
+    EXPECT_TRUE(text.isSpecified());
+    EXPECT_EQ(text, "");
+}
+
 TEST(LimitedLengthStringTest, TakesTheCharactersBeforeAnEmbeddedZero) {
     const Name name(std::string("ab\0\1and more than fits", 22));
     EXPECT_EQ(bytesOf(name), padded("ab"));

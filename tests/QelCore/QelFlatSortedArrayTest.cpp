@@ -204,6 +204,27 @@ TEST(QelFlatSortedArrayTest, CopyPointsAtTheSameValuesFromItsNewPlace) {
     }
 }
 
+TEST(QelFlatSortedArrayTest, CopyWithARecordMoreHasItInItsPlace) {
+    Memory memory;
+    Array& array = memory.make(1);
+    for (const unsigned number : {10U, 20U, 30U})
+        array.insert(key(number), memory.value(number));
+    for (const unsigned place : {0U, 2U})
+        for (unsigned index = 0; index <= 3; ++index) {
+            const unsigned added = 10 * index + 5;
+            Array& copy = memory.make(place);
+            copy.assignInserting(array, index, key(added), memory.value(added));
+            EXPECT_EQ(copy.getReservedItemCount(), 0U);
+            ASSERT_EQ(copy.size(), 4U);
+            for (unsigned i = 0; i < 4; ++i) {
+                const unsigned expected = i < index ? 10 * i + 10 : i == index ? added : 10 * i;
+                EXPECT_EQ(copy.at(i).key, key(expected));
+                EXPECT_EQ(copy.at(i).data.get(), memory.value(expected));
+            }
+        }
+    EXPECT_EQ(array.size(), 3U);
+}
+
 TEST(QelFlatSortedArrayTest, ReserveIsCountedFromTheBytesOfTheBlock) {
     Memory memory;
     Array& array = memory.make();
@@ -291,6 +312,8 @@ TEST(QelFlatSortedArrayDeathTest, IndexBehindTheLastRecordIsFatal) {
     EXPECT_DEATH(static_cast<void>(array.at(1)), "core/src/QelCore/QelFlatSortedArray");
     EXPECT_DEATH(array.update(1, nullptr), "core/src/QelCore/QelFlatSortedArray");
     EXPECT_DEATH(array.remove(1), "core/src/QelCore/QelFlatSortedArray");
+    Array& copy = memory.make(1);
+    EXPECT_DEATH(copy.assignInserting(array, 2, key(2), nullptr), "core/src/QelCore/QelFlatSortedArray");
 }
 
 } // namespace

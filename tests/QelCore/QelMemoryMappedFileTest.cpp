@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <initializer_list>
@@ -156,7 +158,7 @@ TEST(QelMemoryMappedFileTest, FileOfAMebibyteGrowsWhereItIsMapped) {
 TEST(QelMemoryMappedFileTest, GrowthInPlaceFailsOnAFullDisk) {
     EXPECT_EQ(inChild([] {
                   const TempFile name;
-                  std::signal(SIGXFSZ, SIG_IGN);
+                  std::signal(SIGXFSZ, SIG_DFL);
                   const rlimit limit{2 * mebibyte, 2 * mebibyte};
                   if (setrlimit(RLIMIT_FSIZE, &limit))
                       return 1;
@@ -233,7 +235,7 @@ TEST(QelMemoryMappedFileTest, FileThatIsLongEnoughIsNotExtended) {
 TEST(QelMemoryMappedFileTest, FileIsNotExtendedOnAFullDiskNorWhenNoneIsOpen) {
     EXPECT_EQ(inChild([] {
                   const TempFile name;
-                  std::signal(SIGXFSZ, SIG_IGN);
+                  std::signal(SIGXFSZ, SIG_DFL);
                   const rlimit limit{2 * page, 2 * page};
                   if (setrlimit(RLIMIT_FSIZE, &limit))
                       return 1;
@@ -286,6 +288,53 @@ TEST(QelMemoryMappedFileTest, FailureLeavesNothingMappedAndSaysWhy) {
     EXPECT_NE(file.unlock(), 0);
 }
 
+TEST(QelMemoryMappedFileTest, PipeIsRefusedAsNoRegularFile) {
+    const TempFile name;
+    ASSERT_EQ(mkfifo(name.path().c_str(), 0600), 0);
+    QelMemoryMappedFile file;
+    EXPECT_NE(file.map(name.path(), page, options, nullptr), 0);
+    EXPECT_EQ(getErrorMessage(), "cannot use '" + name.path() + "': Invalid argument");
+}
+
+TEST(QelMemoryMappedFileTest, FileThatIsReplacedWhileItIsOpenedIsRefused) {
+    const TempFile name;
+    const TempFile other;
+    name.write("first");
+    other.write("second");
+    const Signal leased;
+    const Signal refused;
+    // A lease delays the first open of another process until the holder has put another file in place.
+    ChildProcess holder([&] {
+        sigset_t breaking;
+        sigemptyset(&breaking);
+        sigaddset(&breaking, SIGIO);
+        sigprocmask(SIG_BLOCK, &breaking, nullptr);
+        const int descriptor = open(name.path().c_str(), O_RDWR | O_CLOEXEC);
+        const bool isLeased = fcntl(descriptor, F_SETLEASE, F_WRLCK) == 0;
+        leased.give();
+        if (!isLeased)
+            return 2;
+        int number = 0;
+        sigwait(&breaking, &number);
+        if (rename(other.path().c_str(), name.path().c_str()))
+            return 1;
+        fcntl(descriptor, F_SETLEASE, F_UNLCK);
+        refused.wait();
+        return 0;
+    });
+    leased.wait();
+    QelMemoryMappedFile file;
+    const int result = file.map(name.path(), page, options, nullptr);
+    refused.give();
+    const int held = holder.wait();
+    if (held == 2)
+        GTEST_SKIP() << "the file system grants no leases";
+    ASSERT_EQ(held, 0);
+    EXPECT_NE(result, 0);
+    EXPECT_EQ(getErrorMessage(), "cannot use '" + name.path() + "': " + std::strerror(ESTALE));
+    EXPECT_EQ(name.read(), "second") << "the file isn't touched";
+}
+
 TEST(QelMemoryMappedFileTest, SecondMappingInOneObjectIsRefused) {
     const TempFile name;
     MappedFile file(name);
@@ -295,10 +344,10 @@ TEST(QelMemoryMappedFileTest, SecondMappingInOneObjectIsRefused) {
     EXPECT_EQ(file.getSize(), page);
 }
 
-TEST(QelMemoryMappedFileTest, FullDiskIsAResultAndNoSignal) {
+TEST(QelMemoryMappedFileTest, FileSizeLimitIsAResultAndNoSignal) {
     EXPECT_EQ(inChild([] {
                   const TempFile name;
-                  std::signal(SIGXFSZ, SIG_IGN);
+                  std::signal(SIGXFSZ, SIG_DFL);
                   const rlimit limit{2 * page, 2 * page};
                   if (setrlimit(RLIMIT_FSIZE, &limit))
                       return 1;

@@ -220,79 +220,6 @@ TEST(QelSharedMemoryManagerTest, RowOfThreeFreedInAnyOrderLeavesOneBlock) {
     } while (std::next_permutation(order.begin(), order.end()));
 }
 
-/// A heap with blocks of data of these sizes, the first at the lowest address; none is free between them.
-struct Row {
-    explicit Row(const std::vector<unsigned>& bytes) {
-        for (auto size = bytes.rbegin(); size != bytes.rend(); ++size)
-            data.insert(data.begin(), heap.allocate(*size));
-    }
-    Heap heap{4096};
-    std::vector<char*> data;
-};
-
-TEST(QelSharedMemoryManagerTest, BlockThatWillGrowIsTheFrontOfTheFreeBlock) {
-    Heap heap(4096);
-    char* data = heap->allocateToGrow<char>(16);
-    EXPECT_EQ(heap.offsetOf(data), 64U);
-    EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{80, 502}}));
-    EXPECT_TRUE(heap->extend(data, 4000));
-    EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{4064, 4}}));
-    heap.expectSound({{64, 4000}});
-}
-
-TEST(QelSharedMemoryManagerTest, BlockThatWillGrowTakesOneUnitMoreRatherThanLeaveIt) {
-    Heap heap(4096);
-    char* data = heap->allocateToGrow<char>(4096 - 56 - 8 - 8);
-    EXPECT_EQ(heap.offsetOf(data), 64U);
-    EXPECT_EQ(heap->getBlockSize(data), 4096U - 56);
-    EXPECT_TRUE(heap.freeBlocks().empty());
-}
-
-TEST(QelSharedMemoryManagerTest, BlockIsExtendedIntoTheFreeBlockBehindIt) {
-    Row row({16, 80});
-    const std::size_t at = row.heap.offsetOf(row.data[0]);
-    row.heap->deallocate(row.data[1]);
-    EXPECT_TRUE(row.heap->extend(row.data[0], 40));
-    EXPECT_EQ(row.heap->getBlockSize(row.data[0]), 48U);
-    EXPECT_EQ(row.heap.freeBlocks().back(), (std::pair<std::size_t, unsigned>(at + 40, 8)));
-    row.heap.expectSound({{at, 40}});
-}
-
-TEST(QelSharedMemoryManagerTest, OneUnitThatAnExtensionWouldLeaveIsTakenToo) {
-    Row row({16, 16});
-    row.heap->deallocate(row.data[1]);
-    EXPECT_TRUE(row.heap->extend(row.data[0], 32));
-    EXPECT_EQ(row.heap->getBlockSize(row.data[0]), 48U);
-    EXPECT_EQ(row.heap.freeBlocks().size(), 1U);
-    row.heap.expectSound({{row.heap.offsetOf(row.data[0]), 32}});
-}
-
-TEST(QelSharedMemoryManagerTest, BlockBeforeAUsedOneIsNotExtended) {
-    Row row({16, 16, 16});
-    row.heap->deallocate(row.data[2]);
-    EXPECT_FALSE(row.heap->extend(row.data[0], 24));
-    row.heap.expectSound({{row.heap.offsetOf(row.data[0]), 16}, {row.heap.offsetOf(row.data[1]), 16}});
-}
-
-TEST(QelSharedMemoryManagerTest, BlockAtTheEndIsNotExtended) {
-    Row row({16});
-    EXPECT_FALSE(row.heap->extend(row.data[0], 24));
-    row.heap.expectSound({{row.heap.offsetOf(row.data[0]), 16}});
-}
-
-TEST(QelSharedMemoryManagerTest, BlockIsNotExtendedBeyondTheFreeBlockBehindIt) {
-    Row row({16, 16});
-    row.heap->deallocate(row.data[1]);
-    EXPECT_FALSE(row.heap->extend(row.data[0], 48));
-    row.heap.expectSound({{row.heap.offsetOf(row.data[0]), 16}});
-}
-
-TEST(QelSharedMemoryManagerTest, BlockThatHasTheRoomStaysAsItIs) {
-    Row row({16, 16});
-    EXPECT_TRUE(row.heap->extend(row.data[0], 16));
-    EXPECT_EQ(row.heap->getBlockSize(row.data[0]), 24U);
-}
-
 TEST(QelSharedMemoryManagerTest, GrowthMergesWithAFreeBlockAtTheEnd) {
     Heap heap(4096);
     heap->resize(8192);
@@ -360,7 +287,7 @@ TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInv
         const auto action = random() % 100;
         if (action < 50) {
             const std::size_t bytes = 1 + random() % (random() % 8 ? 200 : 3000);
-            if (const char* data = random() % 4 ? heap.allocate(bytes) : heap->allocateToGrow<char>(bytes)) {
+            if (const char* data = heap.allocate(bytes)) {
                 EXPECT_EQ(heap.offsetOf(data) % 8, 0U);
                 std::memset(heap.base() + heap.offsetOf(data), static_cast<int>(random() % 256), bytes);
                 EXPECT_TRUE(used.emplace(heap.offsetOf(data), bytes).second);
@@ -370,13 +297,6 @@ TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInv
                     return block.second >= (bytes + 7) / 8 + 1;
                 })) << "null although a block is large enough";
             }
-        } else if (action < 60 && !used.empty()) {
-            auto grown = used.lower_bound(random() % heap->getSize());
-            if (grown == used.end())
-                grown = used.begin();
-            const std::size_t bytes = grown->second + 1 + random() % 40;
-            if (heap->extend(heap.base() + grown->first, bytes))
-                grown->second = bytes;
         } else if (action < 99 && !used.empty()) {
             auto victim = used.lower_bound(random() % heap->getSize());
             if (victim == used.end())
@@ -394,6 +314,73 @@ TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInv
         heap->deallocate(heap.base() + data);
     EXPECT_EQ(heap.freeBlocks().size(), 1U);
     EXPECT_EQ(heap->getTtlAllocated(), headerBytes);
+}
+
+/// Allocates ahead of a deallocation in one heap, and after it in another.
+void expectAheadAgrees(Heap& heap, std::size_t doomed, std::size_t bytes) {
+    Heap later = heap;
+    const std::size_t end = doomed + later.word(doomed - 4) * 8 - 8;
+    later->deallocate(later.base() + doomed);
+    const char* expected = later.allocate(bytes);
+    const auto ahead = heap->allocateAhead<char>(bytes, heap.base() + doomed);
+    if (ahead.overlaps) {
+        ASSERT_NE(expected, nullptr);
+        const std::size_t offset = later.offsetOf(expected);
+        EXPECT_LT(offset - 8, end);
+        EXPECT_GT(offset - 8 + later.word(offset - 4) * 8, doomed - 8);
+        EXPECT_EQ(ahead.data, nullptr);
+        heap->deallocate(heap.base() + doomed);
+        EXPECT_EQ(heap.offsetOf(heap.allocate(bytes)), offset) << "nothing was changed";
+        return;
+    }
+    heap->deallocate(heap.base() + doomed);
+    ASSERT_EQ(ahead.data != nullptr, expected != nullptr);
+    if (expected) {
+        EXPECT_EQ(heap.offsetOf(ahead.data), later.offsetOf(expected));
+        EXPECT_EQ(heap->getBlockSize(ahead.data), later->getBlockSize(expected));
+    }
+    EXPECT_EQ(heap.freeBlocks(), later.freeBlocks());
+    EXPECT_EQ(heap->getTtlAllocated(), later->getTtlAllocated());
+}
+
+TEST(QelSharedMemoryManagerTest, AllocationAheadIsTheOneAfterTheDeallocation) {
+    std::mt19937 random(4);
+    unsigned overlapping = 0;
+    unsigned full = 0;
+    for (int round = 0; round < 3000; ++round) {
+        Heap heap(1024, 1024);
+        std::vector<std::size_t> used;
+        while (const char* data = heap.allocate(1 + random() % 60))
+            used.push_back(heap.offsetOf(data));
+        std::shuffle(used.begin(), used.end(), random);
+        for (auto freed = random() % (used.size() - 1); freed > 0; --freed) {
+            heap->deallocate(heap.base() + used.back());
+            used.pop_back();
+        }
+        const std::size_t bytes = random() % 150;
+        Heap copy = heap;
+        const auto ahead = copy->allocateAhead<char>(bytes, copy.base() + used[0]);
+        overlapping += ahead.overlaps;
+        full += !ahead.overlaps && !ahead.data;
+        expectAheadAgrees(heap, used[0], bytes);
+        if (HasFailure())
+            FAIL() << "in round " << round;
+    }
+    EXPECT_GT(overlapping, 100U);
+    EXPECT_GT(full, 100U);
+    EXPECT_LT(overlapping + full, 2500U);
+}
+
+TEST(QelSharedMemoryManagerTest, AllocationAheadMayLeaveAUnitThatMergesWithTheDoomedBlock) {
+    Heap heap(56 + 80 + 24);
+    const std::size_t high = heap.offsetOf(heap.allocate(72));
+    const std::size_t doomed = heap.offsetOf(heap.allocate(16));
+    heap->deallocate(heap.base() + high);
+    const auto ahead = heap->allocateAhead<char>(64, heap.base() + doomed);
+    ASSERT_NE(ahead.data, nullptr);
+    EXPECT_EQ(heap->getBlockSize(ahead.data), 72U) << "one unit of the free block of 80 bytes is left";
+    heap->deallocate(heap.base() + doomed);
+    EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{56, 4}}));
 }
 
 TEST(QelSharedMemoryManagerTest, HeapsUsedInTurnKeepTheirListsApart) {
@@ -475,6 +462,49 @@ TEST(QelSharedMemoryManagerDeathTest, DamagedFreeListIsFatal) {
     Heap circle = heapWithFreeBlocks({4, 4});
     circle.setWord(56 + 48, static_cast<std::uint32_t>(-48));
     EXPECT_DEATH(static_cast<void>(circle.allocate(40)), "core/src/QelCore/QelSharedMemoryManager");
+}
+
+TEST(QelSharedMemoryManagerDeathTest, FreeListThatLeadsToNoPlaceForABlockIsFatal) {
+    const auto lead = [](std::uint32_t from, std::uint32_t to) {
+        // Everything else is in order: a list of blocks of two units, which are too small to end the search.
+        Heap heap(4096);
+        heap.setWord(60, 2);
+        heap.setWord(from, to - from);
+        heap.setWord(to, 0 - to);
+        heap.setWord(to + 4, 2);
+        static_cast<void>(heap.allocate(100));
+    };
+    for (const std::uint32_t from : {0U, 56U}) {
+        EXPECT_DEATH(lead(from, 48), "core/src/QelCore/QelSharedMemoryManager") << "into the header";
+        EXPECT_DEATH(lead(from, 4096), "core/src/QelCore/QelSharedMemoryManager") << "over the end";
+        EXPECT_DEATH(lead(from, 100), "core/src/QelCore/QelSharedMemoryManager") << "unaligned";
+    }
+}
+
+TEST(QelSharedMemoryManagerDeathTest, FreeBlockThatEndsBeyondTheHeapIsFatal) {
+    for (const unsigned spare : {1U, 10U, 100U}) {
+        Heap heap(4096);
+        heap.setWord(60, 505 + spare);
+        EXPECT_DEATH(static_cast<void>(heap.allocate(152)), "core/src/QelCore/QelSharedMemoryManager")
+            << "a tail of 20 units that begins " << 20 - static_cast<int>(spare) << " before the end";
+    }
+}
+
+TEST(QelSharedMemoryManagerDeathTest, FreeBlockThatOverlapsTheNextIsFatal) {
+    Heap heap = heapWithFreeBlocks({10, 30});
+    heap.setWord(60, 13);
+    EXPECT_DEATH(static_cast<void>(heap.allocate(72)), "core/src/QelCore/QelSharedMemoryManager");
+}
+
+TEST(QelSharedMemoryManagerDeathTest, BlockThatOverlapsTheNextFreeOneIsFatal) {
+    Heap heap(4096);
+    char* high = heap.allocate(56);
+    char* middle = heap.allocate(8);
+    char* low = heap.allocate(8);
+    heap->deallocate(high);
+    heap.setWord(heap.offsetOf(low) - 4, 5); // over the used block of two units, into the free one
+    EXPECT_DEATH(heap->deallocate(low), "core/src/QelCore/QelSharedMemoryManager");
+    heap->deallocate(middle);
 }
 
 TEST(QelSharedMemoryManagerDeathTest, GrowthByAPartOfAUnitIsFatal) {

@@ -6,19 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include "QelFunctionalityCore/Backup/RandomBackup.h"
-#include "QelFunctionalityCore/Configuration/RandomConfiguration.h"
-#include "QelFunctionalityCore/Environment/RandomEnvironment.h"
-#include "QelFunctionalityCore/Events/RandomEvents.h"
-#include "QelFunctionalityCore/Files/RandomFiles.h"
-#include "QelFunctionalityCore/Host/RandomHost.h"
-#include "QelFunctionalityCore/Monitoring/RandomMonitoring.h"
-#include "QelFunctionalityCore/Network/RandomNetwork.h"
-#include "QelFunctionalityCore/Profile/RandomProfile.h"
-#include "QelFunctionalityCore/Scheduling/RandomScheduling.h"
-#include "QelFunctionalityCore/Security/RandomSecurity.h"
-#include "QelFunctionalityCore/Values/RandomValues.h"
-#include "QelFunctionalityCore/Vocabulary/RandomVocabulary.h"
+#include "QelFunctionalityCore/RandomFamilies.h"
 #include "support/LogCapture.h"
 #include "support/RandomRecord.h"
 #include "support/TestMessage.h"
@@ -123,20 +111,6 @@ TEST(QelRecordTypesTest, FieldsStandInTheElementsOfTheProtocol) {
     EXPECT_EQ(elementOf("QelPersonalSettings", "personalText"), 1788);
     EXPECT_EQ(elementOf("QelProgCredentials", "login"), 1393);
     EXPECT_EQ(elementOf("QelProgCredentials", "secret"), 1394);
-}
-
-RandomFamily makeFamilies() {
-    RandomFamily all;
-    for (RandomFamily (*const family)() :
-         {randomBackup, randomConfiguration, randomEnvironment, randomEvents, randomFiles, randomHost, randomMonitoring,
-          randomNetwork, randomProfile, randomScheduling, randomSecurity, randomValues, randomVocabulary})
-        all.add(family());
-    return all;
-}
-
-const RandomFamily& families() {
-    static const RandomFamily all = makeFamilies();
-    return all;
 }
 
 TEST(QelRecordTypesTest, EachOddRecordIsAmongThem) {

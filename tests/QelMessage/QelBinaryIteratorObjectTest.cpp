@@ -73,6 +73,13 @@ struct Plain : QelWriterBaseT<Plain> {
     }
 };
 
+/// A writer that has this type ID.
+template <int type> struct Typed : QelWriterBaseT<Typed<type>> {
+    static constexpr int getNSID() { return envNamespace; }
+    static constexpr int getTypeID() { return type; }
+    int operator()(QelMessageIterator&, int) const { return 0; }
+};
+
 struct NullNamespace : QelWriterBaseT<NullNamespace> {
     static constexpr const char* getStrNSID() { return nullptr; }
     int operator()(QelMessageIterator&, int) const { return 0; }
@@ -101,6 +108,14 @@ TEST_F(QelBinaryIteratorObjectTest, AnObjectIsReadBackAsItWasWritten) {
     EXPECT_EQ(cursor.getObj(inner, osId), 0);
     EXPECT_EQ(inner.name, "linux");
     EXPECT_EQ(cursor.curName(), "/");
+}
+
+TEST_F(QelBinaryIteratorObjectTest, OnlyTypesAbove100AreComplexTypes) {
+    EXPECT_EQ(cursor.putObject(0, Typed<100>(), 0), 0);
+    EXPECT_EQ(cursor.curType(), "");
+    EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
+    EXPECT_EQ(cursor.putObject(0, Typed<101>(), 0), 0);
+    EXPECT_EQ(cursor.curType(), typeKey(envNamespace, 101));
 }
 
 TEST_F(QelBinaryIteratorObjectTest, AMissingObjectIsAFailure) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "QelMessage/QelReaderListAll.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
@@ -114,6 +115,13 @@ TEST_F(QelWriterIDTest, TheNamespaceOfTheThirdArgumentIsSetOnTheElement) {
     ASSERT_EQ(message->seek(item), 0);
     EXPECT_EQ(message->curNamespaceID(), 281);
     EXPECT_EQ(message->curType(), "");
+}
+
+TEST_F(QelWriterIDTest, TheNamespaceOfTheThirdArgumentReplacesThatOfTheWriter) {
+    EXPECT_EQ(QelWriterID(Even::Writer(), item, 281)(*message, Even{4}), 0);
+    ASSERT_EQ(message->seek(item), 0);
+    EXPECT_EQ(message->curNamespaceID(), 281) << "it is set after the writer's own";
+    EXPECT_EQ(message->curType(), "env:env_status");
 }
 
 TEST_F(QelWriterIDTest, AFailureLeavesThePartialElementAndComesBack) {
@@ -257,6 +265,44 @@ TEST_F(QelReaderMapTest, AnEntryWithoutAKeyOrValueFails) {
     EXPECT_EQ(mapReader()(*message, map), -1);
 }
 
+TEST_F(QelReaderMapTest, ABadEntryInTheMiddleStopsTheReading) {
+    for (const char* const number : {"1", "x", "3"}) {
+        message->newChild(item);
+        message->putValue(number, key);
+        message->putValue(number, value);
+        message->seekUp();
+    }
+    std::map<std::string, int> map;
+    EXPECT_EQ(mapReader()(*message, map), -1);
+    EXPECT_THAT(map, ElementsAre(Pair("1", 1)));
+    expectAtHome();
+}
+
+TEST_F(QelReaderMapTest, TheKeyIsReadBeforeTheValue) {
+    message->putValue("x", key);
+    std::pair<std::string, int> pair{"before", 1};
+    EXPECT_EQ(QelReaderPairItem(QelReaderID(QelReaderString(), key, QelReaderRequired),
+                                QelReaderID(QelReaderInt(), value, QelReaderRequired))(*message, pair),
+              -1);
+    EXPECT_THAT(pair, Pair("x", 1));
+
+    message->deleteChild(key);
+    message->putValue(2, value);
+    pair = {"before", 1};
+    EXPECT_EQ(QelReaderPairItem(QelReaderID(QelReaderString(), key, QelReaderRequired),
+                                QelReaderID(QelReaderInt(), value, QelReaderRequired))(*message, pair),
+              -1);
+    EXPECT_THAT(pair, Pair("before", 1)) << "the value isn't read without its key";
+}
+
+TEST_F(QelReaderMapTest, TheKeyIsWrittenBeforeTheValue) {
+    const std::pair<Even, std::string> oddKey{Even{3}, "v"};
+    EXPECT_EQ(
+        QelWriterPairItem(QelWriterID(Even::Writer(), key), QelWriterID(QelWriterString(), value))(*message, oddKey),
+        -1);
+    EXPECT_THAT(childIDs(*message), ElementsAre(key)) << "the value isn't written without its key";
+}
+
 TEST_F(QelReaderMapTest, WithAnEmptyKeyWriterTheValueHoldsTheKey) {
     const std::map<std::string, int> map{{"a", 1}};
     EXPECT_EQ(QelWriterMap(item, QelWriterEmpty(), QelWriterID(QelWriterInt(), value))(*message, map), 0);
@@ -277,6 +323,10 @@ TEST_F(QelPointerTest, ARawPointerStaysAsItWasOnFailure) {
     Even* pointer = nullptr;
     EXPECT_EQ((QelReaderPointerData<Even>(Even::Reader())(*message, pointer)), -1);
     EXPECT_EQ(pointer, nullptr);
+    Even before;
+    pointer = &before;
+    EXPECT_EQ((QelReaderPointerData<Even>(Even::Reader())(*message, pointer)), -1);
+    EXPECT_EQ(pointer, &before);
     message->putValue(4, 0);
     ASSERT_EQ((QelReaderPointerData<Even>(Even::Reader())(*message, pointer)), 0);
     EXPECT_EQ(pointer->number, 4);
@@ -351,6 +401,29 @@ TEST(AutoDestroyTest, DestroysOnceThroughTheObjectsOwnOperationUnlessReleased) {
     }
     EXPECT_EQ(destroyed, 1);
     { const auto_destroy<Destroyed> empty; }
+}
+
+TEST_F(QelCombinatorsTest, AListOfAllReadsEachChildWhateverItsId) {
+    const QelReaderListAllT reader(QelReaderListData(QelReaderString()), QelReaderOptional);
+    Strings read{"kept"};
+    EXPECT_EQ(reader(*message, read), 0) << "no child";
+    EXPECT_EQ(QelReaderListAllT(QelReaderListData(QelReaderString()), QelReaderRequired)(*message, read), -1);
+    EXPECT_THAT(read, ElementsAre("kept"));
+    putItems(*message, {"a", "b"});
+    message->putValue("c", other);
+    EXPECT_EQ(reader(*message, read), 0);
+    EXPECT_THAT(read, ElementsAre("kept", "a", "b", "c"));
+    expectAtHome();
+}
+
+TEST_F(QelCombinatorsTest, AListOfAllStopsAtAChildThatFails) {
+    message->putValue(2, item);
+    message->putValue(3, other);
+    message->putValue(4, item);
+    std::vector<Even> read;
+    EXPECT_EQ(QelReaderListAllT(QelReaderListData(Even::Reader()), QelReaderOptional)(*message, read), -1);
+    EXPECT_EQ(read.size(), 1U);
+    expectAtHome();
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "QelMessage/QelDerivedParsers.h"
+#include "QelMessage/QelDerivedRegistry.h"
 
 #include <gmock/gmock.h>
 
@@ -116,6 +116,8 @@ TEST_F(QelDerivedParsersTest, ANullPointerRaisesBadTypeid) {
 TEST_F(QelDerivedParsersTest, AListStopsAtAnUnknownTypeAndKeepsWhatItHas) {
     ASSERT_EQ(write(make(new Square, "one")), 0);
     putUntyped();
+    const ShapeSP last = make(new Square, "two");
+    ASSERT_EQ((QelWriterIDT<int, QelWriterDerived<Shape>>(element)(*message, last)), 0);
     std::vector<ShapeSP> shapes;
     EXPECT_EQ((QelReaderDerivedList<int, Shape>(element, QelReaderRequired, false)(*message, shapes)), -1);
     ASSERT_EQ(shapes.size(), 1U);

@@ -368,9 +368,76 @@ TEST(QelTextCodecTest, AMalformedTextIsRejectedWithItsPlace) {
     EXPECT_THAT(failure("<message><a:b:c xmlns:a='urn:qel:env'/></message>"), HasSubstr("not a name: a:b:c"));
 }
 
+TEST(QelTextCodecTest, RejectsTwoHyphensInAComment) {
+    EXPECT_EQ(failure("<message>\n<!-- a -- b --></message>"), "line 2, column 8: '--' in a comment");
+    EXPECT_EQ(failure("<!-- a --->\n<message/>"), "line 1, column 8: '--' in a comment");
+    EXPECT_EQ(failure("<!----><message><!-- a - b --><![CDATA[<!-- a -- b -->]]></message><!--->-->"), "");
+}
+
+TEST(QelTextCodecTest, RejectsAProcessingInstructionWithoutATarget) {
+    for (const char* const target : {"XML", "xMl", "p:q", "1", "\xC3\x97", "p?q"})
+        EXPECT_THAT(failure("<message><?" + std::string(target) + " a?></message>"), HasSubstr("line 1, column "))
+            << target;
+    EXPECT_THAT(failure("<message><?Xml a?></message>"), HasSubstr("not the target of a processing instruction: Xml"));
+    EXPECT_EQ(failure("<message><?p?><?xmlp a?b?><?p\t-- ?></message>"), "");
+}
+
+TEST(QelTextCodecTest, RejectsNamesThatXmlForbids) {
+    EXPECT_THAT(failure("<message><\xC3\x97/></message>"), HasSubstr("line 1, column 11: not a name: \xC3\x97"));
+    EXPECT_THAT(failure("<message><a\xC3\xB7/></message>"), HasSubstr("not a name: a\xC3\xB7"));
+    EXPECT_THAT(failure("<message><\xC2\xB7/></message>"), HasSubstr("not a name: \xC2\xB7"));
+    EXPECT_THAT(failure("<message \xC2\xB7='1'/>"), HasSubstr("not a name: \xC2\xB7"));
+    EXPECT_THAT(failure("<message><p:1 xmlns:p='urn:qel:env'/></message>"), HasSubstr("not a name: p:1"));
+    EXPECT_THAT(failure("<message xmlns:1='urn:qel:env'/>"), HasSubstr("not a name: xmlns:1"));
+    EXPECT_EQ(failure("<message><\xC3\xA9\xC2\xB7\xCC\x80 \xE2\x81\xB0='1'/></message>"), "");
+}
+
+TEST(QelTextCodecTest, PassesOverTheAttributesOfXmlItself) {
+    const std::string text = "<message xml:lang='en'><name xml:space='preserve' xml:id='a'>x</name></message>";
+    EXPECT_EQ(failure(text), "");
+    EXPECT_EQ(linesOf(text), linesOf("<message><name>x</name></message>"));
+    EXPECT_EQ(failure("<message xmlns:xml='http://www.w3.org/XML/1998/namespace' xml:lang='en'/>"), "");
+}
+
+TEST(QelTextCodecTest, RejectsOtherMeaningsOfTheNamesOfXmlItself) {
+    for (const char* const declaration :
+         {"xmlns:xml='urn:qel:env'", "xmlns:p='http://www.w3.org/XML/1998/namespace'",
+          "xmlns='http://www.w3.org/XML/1998/namespace'", "xmlns:p='http://www.w3.org/2000/xmlns/'",
+          "xmlns='http://www.w3.org/2000/xmlns/'"})
+        EXPECT_THAT(failure("<message " + std::string(declaration) + "/>"), HasSubstr("can't be declared so"))
+            << declaration;
+    EXPECT_THAT(failure("<message><xml:a/></message>"), HasSubstr("a namespace that isn't known"));
+}
+
+TEST(QelTextCodecTest, RejectsAWrongDeclaration) {
+    const auto declared = [](const std::string& attributes) { return failure("<?xml " + attributes + "?><message/>"); };
+    EXPECT_EQ(declared("version='1.0' encoding='UTF-8' standalone='yes'"), "");
+    EXPECT_EQ(declared("version='1.0' standalone='no'"), "");
+    EXPECT_THAT(declared("encoding='UTF-8' version='1.0'"),
+                HasSubstr("not in its place in an XML declaration: version"));
+    EXPECT_THAT(declared("version='1.0' standalone='yes' encoding='UTF-8'"), HasSubstr("not in its place"));
+    EXPECT_THAT(declared("version='1.0' version='1.0'"), HasSubstr("not in its place"));
+    EXPECT_THAT(declared("version='1.0' charset='UTF-8'"), HasSubstr("not in its place"));
+    EXPECT_THAT(declared("encoding='UTF-8'"), HasSubstr("a version of XML that isn't 1.0"));
+    EXPECT_THAT(declared("version='1.0' standalone='maybe'"), HasSubstr("standalone is neither yes nor no"));
+    EXPECT_THAT(failure("<?XML version='1.0'?><message/>"), HasSubstr("line 1, column 3"));
+}
+
+TEST(QelTextCodecTest, RejectsSurrogatesUpToTheLast) {
+    EXPECT_THAT(failure("<message>\xED\xBF\xBF</message>"), HasSubstr("line 1, column 10"));
+    EXPECT_EQ(failure("<message>\xEE\x80\x80&#xE000;&#xD7FF;</message>"), "");
+}
+
+TEST(QelTextCodecTest, RejectsATypeUnderTwoPrefixes) {
+    const std::string both = "xmlns:p='http://www.w3.org/2001/XMLSchema-instance' "
+                             "xmlns:q='http://www.w3.org/2001/XMLSchema-instance' ";
+    EXPECT_EQ(failure("<message " + both + "p:type='a'/>"), "");
+    EXPECT_THAT(failure("<message " + both + "p:type='a' q:type='b'/>"), HasSubstr("a second attribute type"));
+}
+
 TEST(QelTextCodecTest, ReferencesToNoCharacterAreRejected) {
-    for (const char* const reference : {"&#0;", "&#1;", "&#xD800;", "&#xFFFE;", "&#x110000;", "&#99999999999;", "&#;",
-                                        "&#x;", "&#xg;", "&;", "&nbsp;"})
+    for (const char* const reference : {"&#0;", "&#1;", "&#xD800;", "&#xDFFF;", "&#xFFFE;", "&#x110000;",
+                                        "&#99999999999;", "&#;", "&#x;", "&#xg;", "&;", "&nbsp;"})
         EXPECT_THAT(failure(std::string("<message>") + reference + "</message>"), HasSubstr("reference")) << reference;
 }
 

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 #include "support/RecordTest.h"
 

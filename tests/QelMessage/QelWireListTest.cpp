@@ -96,6 +96,15 @@ TEST_F(QelWireListTest, RequiredItemsMustBeThereButARequiredWrapperMayBeEmpty) {
     EXPECT_EQ(read(record), -1);
 }
 
+TEST_F(QelWireListTest, ABadItemInTheMiddleStopsTheList) {
+    for (const char* const number : {"1", "x", "3"})
+        message.putValue(std::string(number), 1029);
+    Needy record;
+    EXPECT_EQ(read(record), -1);
+    EXPECT_THAT(record.items, ElementsAre(1));
+    EXPECT_EQ(message.curID(), recordElement);
+}
+
 TEST_F(QelWireListTest, AFilledWrapperMustNotBeEmptyUnlessItsFailureIsIgnored) {
     message.putChild(1980);
     message.putChild(1029);

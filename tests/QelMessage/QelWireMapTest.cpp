@@ -77,6 +77,19 @@ TEST_F(QelWireMapTest, OfEntriesWithOneKeyTheFirstStays) {
     EXPECT_THAT(list.amounts, ElementsAre(Pair("adult", 9)));
 }
 
+TEST_F(QelWireMapTest, ABadEntryInTheMiddleStopsTheMap) {
+    for (const char* const price : {"1", "x", "3"}) {
+        message.newChild(1307);
+        message.putValue(std::string(price), 1240);
+        message.putValue(std::string(price), 1018);
+        message.seekUp();
+    }
+    PriceList list;
+    EXPECT_EQ(read(list), -1);
+    EXPECT_THAT(list.amounts, ElementsAre(Pair("1", 1)));
+    EXPECT_EQ(message.curID(), recordElement);
+}
+
 TEST_F(QelWireMapTest, AnEntryWithoutAValueFails) {
     message.newChild(1307);
     message.putValue("adult", 1240);

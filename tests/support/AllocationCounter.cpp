@@ -2,11 +2,30 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <limits>
 #include <new>
 
 namespace {
 
+constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
+
 std::atomic<std::size_t> count{0};
+std::atomic<std::size_t> left{unlimited}; // calls that succeed before all fail
+
+/// Counts a call.  False if it has to fail.
+bool take() noexcept {
+    count.fetch_add(1, std::memory_order_relaxed);
+    std::size_t before = left.load(std::memory_order_relaxed);
+    if (before == unlimited)
+        return true;
+    while (before != 0 && !left.compare_exchange_weak(before, before - 1, std::memory_order_relaxed)) {
+    }
+    return before != 0;
+}
+
+void* allocate(std::size_t size) noexcept {
+    return take() ? std::malloc(size != 0 ? size : 1) : nullptr;
+}
 
 } // namespace
 
@@ -16,27 +35,32 @@ std::size_t allocations() noexcept {
     return count.load(std::memory_order_relaxed);
 }
 
+FailingAllocations::FailingAllocations(std::size_t after) noexcept {
+    left.store(after, std::memory_order_relaxed);
+}
+
+FailingAllocations::~FailingAllocations() {
+    left.store(unlimited, std::memory_order_relaxed);
+}
+
 } // namespace Qel::TestSupport
 
 void* operator new(std::size_t size) {
-    count.fetch_add(1, std::memory_order_relaxed);
-    if (void* const memory = std::malloc(size != 0 ? size : 1))
+    if (void* const memory = allocate(size))
         return memory;
     throw std::bad_alloc();
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment) {
-    count.fetch_add(1, std::memory_order_relaxed);
     const auto granule = static_cast<std::size_t>(alignment);
-    if (void* const memory = std::aligned_alloc(granule, (size + granule - 1) / granule * granule))
+    if (void* const memory = take() ? std::aligned_alloc(granule, (size + granule - 1) / granule * granule) : nullptr)
         return memory;
     throw std::bad_alloc();
 }
 
 // The sanitizers' own doesn't call the throwing one.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    count.fetch_add(1, std::memory_order_relaxed);
-    return std::malloc(size != 0 ? size : 1);
+    return allocate(size);
 }
 
 void operator delete(void* memory, std::align_val_t) noexcept {

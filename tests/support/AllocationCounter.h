@@ -14,4 +14,13 @@ template <class Work> [[nodiscard]] std::size_t allocationsOf(Work&& work) {
     return allocations() - before;
 }
 
+/// While it lives, operator new fails after this many more calls.  At most one at a time.
+class FailingAllocations {
+public:
+    explicit FailingAllocations(std::size_t after) noexcept;
+    FailingAllocations(const FailingAllocations&) = delete;
+    FailingAllocations& operator=(const FailingAllocations&) = delete;
+    ~FailingAllocations();
+};
+
 } // namespace Qel::TestSupport

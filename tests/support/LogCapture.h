@@ -13,6 +13,7 @@ public:
     struct Line {
         std::string module;
         std::string file;
+        int line;
         std::string function;
         int level;
         std::string text;
@@ -21,7 +22,7 @@ public:
     explicit LogCapture(int level = LogLevel::trace) : m_oldLevel(debug_level) {
         debug_level = level;
         m_oldSink = setLogSink([this](const LogRecord& record) {
-            m_lines.push_back({record.module, record.file, record.function, record.level, record.text});
+            m_lines.push_back({record.module, record.file, record.line, record.function, record.level, record.text});
         });
     }
     LogCapture(const LogCapture&) = delete;

@@ -25,6 +25,32 @@ public:
     int putValueBase64(const char*, int, int) override { return -1; }
 };
 
+/// A cursor at the root of a message that takes no values of one element, on whatever level.
+class ElementRefusingCursor : public QelBinaryIterator {
+public:
+    ElementRefusingCursor(const TestMessage& message, int element)
+        : QelBinaryIterator(dynamic_cast<const QelBinaryIterator*>(&message.cursor())), m_element(element) {}
+
+    using QelBinaryIterator::putValue;
+    using QelBinaryIterator::putValueDouble;
+    using QelBinaryIterator::putValueLongLong;
+
+    int putValue(const std::string& value, int id) override {
+        return isRefused(id) ? -1 : QelBinaryIterator::putValue(value, id);
+    }
+    int putValueLongLong(long long value, int id) override {
+        return isRefused(id) ? -1 : QelBinaryIterator::putValueLongLong(value, id);
+    }
+    int putValueDouble(double value, int id) override {
+        return isRefused(id) ? -1 : QelBinaryIterator::putValueDouble(value, id);
+    }
+
+private:
+    [[nodiscard]] bool isRefused(int id) const { return (id != 0 ? id : curID()) == m_element; }
+
+    int m_element;
+};
+
 /// What writing a record answers when no value is taken.
 template <class Record> int refusedWrite(const Record& record) {
     const TestMessage message;

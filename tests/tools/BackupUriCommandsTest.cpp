@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 
 #include "ToolRun.h"
+#include "support/LogCapture.h"
 
 namespace {
 
@@ -31,6 +32,9 @@ protected:
         return run.out.substr(0, run.out.size() - 1);
     }
     static std::string uriWithStorage() { return build({"a/b", "c", "--storage", storage}); }
+
+private:
+    const Qel::TestSupport::LogCapture m_log{Qel::LogLevel::error}; ///< each URI that can't be read is logged
 };
 
 TEST_F(BackupUriCommandsTest, ParseShowsTheParts) {
@@ -97,6 +101,7 @@ TEST_F(BackupUriCommandsTest, WhatNamesNoBackupIsNotSo) {
     };
     expect("file://a/b/c", "it doesn't begin with backup://");
     expect("a/b/c", "it doesn't begin with backup://");
+    expect("backups://a/b/c", "it doesn't begin with backup://");
     expect("backup://abc", "no slash behind the first part of the backup's name");
     expect(uriWithStorage().substr(0, uriWithStorage().find('&')) + "&a",
            "no slash behind the first part of the backup's name");

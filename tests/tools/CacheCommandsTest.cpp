@@ -47,9 +47,34 @@ TEST_F(CacheCommandsTest, CheckOfADamagedFilePrintsOneLineForEachFinding) {
     file.set(file.oldRecord, 7U);
     const ToolRun run = runTool({"cache", "check", write("cache", file.bytes())});
     EXPECT_EQ(run.code, ExitCode::notSo);
-    EXPECT_THAT(run.out, testing::StartsWith("52: valid is 0: the file is marked as unusable\n" +
-                                             std::to_string(file.oldRecord) + ": the record's reference count is 7"));
+    EXPECT_THAT(run.out, testing::StartsWith("52: damage: valid is 0: the file is marked as unusable\n" +
+                                             std::to_string(file.oldRecord) +
+                                             ": wrong count: the record's reference count is 7"));
     EXPECT_THAT(run.err, IsEmpty());
+}
+
+TEST_F(CacheCommandsTest, CheckSaysWhatToDoOnceForEachClass) {
+    CacheFileBuilder file;
+    const std::uint32_t lost = file.addUsed(100);
+    const std::uint32_t alsoLost = file.addUsed(100);
+    const std::uint32_t record = file.addRecord({1, 1}, 5);
+    const std::uint32_t low = file.addRecord({2, 2}, 0);
+    file.finish(file.addSnapshot(1, {{{1, 1}, record}, {{2, 2}, low}}));
+    const ToolRun run = runTool({"cache", "check", write("cache", file.bytes())});
+    EXPECT_EQ(run.code, ExitCode::notSo);
+    const auto at = [](std::uint32_t offset) { return std::to_string(offset) + ": "; };
+    EXPECT_THAT(
+        run.out,
+        testing::StartsWith(
+            at(lost - 8) + "harmless leak: unreferenced block at " + std::to_string(lost - 8) + ", 112 bytes\n" +
+            at(alsoLost - 8) + "harmless leak: unreferenced block at " + std::to_string(alsoLost - 8) +
+            ", 112 bytes\n" + at(record) +
+            "wrong count: the record's reference count is 5, but the snapshots that list it are 1\n" + at(low) +
+            "wrong count: the record's reference count is 0, but the snapshots that list it are 1\n"
+            "harmless leak: nothing has to be done; the bytes stay in use until the file is removed\n"
+            "wrong count: nothing has to be done; bytes may stay in use until the file is removed\n"
+            "wrong count: stop the processes that use the file and remove it; a change may free what is still in "
+            "use, or end the process\n"));
 }
 
 TEST_F(CacheCommandsTest, CheckAsJsonListsTheFindings) {
@@ -59,7 +84,9 @@ TEST_F(CacheCommandsTest, CheckAsJsonListsTheFindings) {
     const ToolRun run = runTool({"cache", "check", path, "--json"});
     EXPECT_EQ(run.code, ExitCode::notSo);
     const Json expected = Json::parse(R"({"file": ")" + path + R"(", "findings": [
-        {"offset": 52, "kind": "header-constant", "text": "valid is 0: the file is marked as unusable"}],
+        {"offset": 52, "kind": "header-constant", "class": "damage",
+         "text": "valid is 0: the file is marked as unusable",
+         "advice": "stop the processes that use the file and remove it; the next one makes a new file"}],
         "records": 2, "snapshots": 2, "heldSnapshots": [{"offset": )" +
                                       std::to_string(file.heldSnapshot - 8) + R"(, "readers": 3, "records": 2}],
         "blocks": 7, "freeBlocks": 2})");
@@ -116,6 +143,15 @@ TEST_F(CacheCommandsTest, InfoShowsANullPointerAsNull) {
     const std::string path = write("cache", file.bytes());
     EXPECT_TRUE(Json::parse(runTool({"cache", "info", path, "--json"}).out)["header"]["snapshot"].is_null());
     EXPECT_THAT(runTool({"cache", "info", path}).out, HasSubstr("snapshot      null\n"));
+}
+
+TEST_F(CacheCommandsTest, InfoOfALeakIsNoWarning) {
+    CacheFileBuilder file;
+    file.addUsed(100);
+    file.finish(file.addSnapshot(1, {}, 1));
+    const ToolRun run = runTool({"cache", "info", write("cache", file.bytes())});
+    EXPECT_EQ(run.code, ExitCode::success);
+    EXPECT_THAT(run.err, IsEmpty());
 }
 
 TEST_F(CacheCommandsTest, InfoOfADamagedFileWarns) {

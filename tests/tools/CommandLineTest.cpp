@@ -1,9 +1,11 @@
 #include "qel/CommandLine.h"
 
+#include <algorithm>
 #include <streambuf>
 
 #include <gmock/gmock.h>
 
+#include "QelCommon/ControlCharacters.h"
 #include "ToolRun.h"
 #include "qel/Command.h"
 
@@ -14,6 +16,8 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
+
+class HostileArgumentTest : public ToolTest {};
 
 void expectUsageError(const std::vector<std::string>& arguments, const std::string& message) {
     const ToolRun run = runTool(arguments);
@@ -53,6 +57,45 @@ TEST(CommandLineTest, EveryCommandHasHelp) {
             EXPECT_THAT(run.out, HasSubstr(std::string(command.summary)));
         }
     }
+}
+
+const std::string hostile = "\x1B]0;x\x07\n\u009B2J\u202E\x9B";
+
+bool isShownSafely(const std::string& output) {
+    return Qel::showControls(output, "\n") == output;
+}
+
+TEST_F(HostileArgumentTest, NoCommandPrintsTheControlCharactersOfItsArguments) {
+    for (const auto& group : Qel::Tool::commandGroups()) {
+        for (const auto& command : group.commands) {
+            for (std::size_t count = 0; count < 5; ++count) {
+                std::vector<std::string> words{std::string(group.name), std::string(command.name)};
+                std::erase(words, "");
+                words.insert(words.end(), count, path(hostile));
+                const ToolRun run = runTool(words);
+                // A report of the host is a message of its own, not an answer to the arguments.
+                EXPECT_TRUE(group.name == "host" || isShownSafely(run.out)) << command.name << ": " << run.out;
+                EXPECT_TRUE(isShownSafely(run.err)) << command.name << ": " << run.err;
+                EXPECT_LE(std::count(run.err.begin(), run.err.end(), '\n'), count + 1) << command.name;
+            }
+        }
+    }
+}
+
+TEST_F(HostileArgumentTest, ErrorsShowControlCharacters) {
+    const ToolRun run = runTool({"event", "show", "\x1B[2J\nqel: all is well\u202E"});
+    EXPECT_EQ(run.code, ExitCode::badInput);
+    EXPECT_EQ(run.err, "qel: \\x1b[2J\\nqel: all is well\\xe2\\x80\\xae: No such file or directory\n");
+    expectUsageError({"\x1B"}, "no group '\\x1b'; see `qel --help`");
+    expectUsageError({"--\x1B"}, "unrecognised option '--\\x1b'; see `qel --help`");
+}
+
+TEST_F(HostileArgumentTest, ErrorsShowTheControlCharactersOfAFile) {
+    const ToolRun run =
+        runTool({"record", "rewrite", "QelQoS", "-"}, "<message><qos\u009B><id>cpu</id></qos\u009B></message>");
+    EXPECT_EQ(run.code, ExitCode::badInput);
+    EXPECT_THAT(run.err, HasSubstr("\\xc2\\x9b"));
+    EXPECT_TRUE(isShownSafely(run.err)) << run.err;
 }
 
 TEST(CommandLineTest, ACommandWithoutANameIsCalledByItsGroups) {

@@ -7,6 +7,7 @@
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Security/QelDirRealm.h"
 #include "QelMessage/QelMessage.h"
+#include "TerminalRun.h"
 #include "ToolRun.h"
 
 namespace {
@@ -42,6 +43,17 @@ TEST_F(ConfigCommandsTest, GetPrintsTheValueAtAPath) {
     EXPECT_EQ(run.out, "2\n");
     EXPECT_EQ(config({"get", file, "system/log_ignore_plugins"}).out, "statistics, mailer\n");
     EXPECT_EQ(config({"get", file, "/agent/id"}).out, "3f6c1a2e-0b57-4c1d-9a3e-5d2f7b8c9e01\n");
+}
+
+TEST_F(ConfigCommandsTest, GetWritesBytesUnlessToATerminal) {
+    const std::string value = "a\x1B[2J\nb";
+    ASSERT_EQ(config({"set", file, "/system/title", value, "--base64"}).code, ExitCode::success);
+    EXPECT_EQ(config({"get", file, "/system/title", "--base64"}).out, value + '\n');
+    const auto run = Qel::Tool::runOnTerminal("'" QEL_PROGRAM "' config get '" + file + "' /system/title --base64");
+    if (!run)
+        GTEST_SKIP() << "no terminals here";
+    EXPECT_EQ(run->status, 0);
+    EXPECT_EQ(run->out, "a\\x1b[2J\r\nb\r\n");
 }
 
 TEST_F(ConfigCommandsTest, GetDecodesBase64WhenToldTo) {
@@ -156,6 +168,44 @@ TEST_F(ConfigCommandsTest, SetReplacesTheFileWithANewOneAndKeepsItsPermissions) 
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path("")), {}), 2);
 }
 
+TEST_F(ConfigCommandsTest, NewConfigurationIsForItsOwnerOnly) {
+    const mode_t mask = umask(0);
+    const std::string fresh = path("fresh.conf");
+    EXPECT_EQ(config({"set", fresh, "/system/password", "secret"}).code, ExitCode::success);
+    Qel::QelConfiguration saved(Qel::QelMessage::getFactory()->createNew());
+    ASSERT_EQ(saved.readFromFile(file), 0);
+    ASSERT_EQ(saved.saveToFile(path("saved.conf")), 0);
+    umask(mask);
+    for (const std::string& name : {fresh, path("saved.conf")}) {
+        struct stat status {};
+        ASSERT_EQ(stat(name.c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777U, 0600U) << name;
+    }
+}
+
+TEST_F(ConfigCommandsTest, SetFollowsALinkToAMissingFile) {
+    std::filesystem::create_symlink("fresh.conf", path("link"));
+    EXPECT_EQ(config({"set", path("link"), "/system/log_level", "5"}).code, ExitCode::success);
+    EXPECT_TRUE(std::filesystem::is_symlink(path("link")));
+    EXPECT_EQ(config({"get", path("fresh.conf"), "/system/log_level"}).out, "5\n");
+}
+
+TEST_F(ConfigCommandsTest, SetRefusesAReadOnlyFile) {
+    const std::string before = read(file);
+    ASSERT_EQ(chmod(file.c_str(), 0444), 0);
+    expect(config({"set", file, "/system/log_level", "6"}), ExitCode::failed, file + ": Permission denied");
+    EXPECT_EQ(read(file), before);
+}
+
+TEST_F(ConfigCommandsTest, SetTakesTheLongestFileNames) {
+    for (const std::size_t length : {245U, 255U}) {
+        const std::string name = path(std::string(length, 'c'));
+        for (const char* const value : {"1", "2"})
+            EXPECT_EQ(config({"set", name, "/system/log_level", value}).err, "");
+        EXPECT_EQ(config({"get", name, "/system/log_level"}).out, "2\n");
+    }
+}
+
 TEST_F(ConfigCommandsTest, SetThatCannotWriteIsAFailure) {
     const ToolRun run = config({"set", path("none/agent.conf"), "/system/log_level", "1"});
     EXPECT_EQ(run.code, ExitCode::failed);
@@ -192,6 +242,53 @@ TEST_F(ConfigCommandsTest, NeitherListNorIdentityShowsAPassword) {
         EXPECT_THAT(run.out, Not(HasSubstr("not-a-real-secret")));
     }
     EXPECT_THAT(config({"list", file}).out, HasSubstr("password = (hidden)"));
+}
+
+TEST_F(ConfigCommandsTest, ListShowsNothingBelowAPassword) {
+    const std::string secrets = write("secrets.conf", std::string("<message><data><system><configuration>"
+                                                                  "<password><value>hidden1</value></password>"
+                                                                  "<password>hidden2<value><id>hidden3</id></value>"
+                                                                  "</password><password/>"
+                                                                  "</configuration></system>"
+                                                                  "<password><configuration><id>hidden4</id>"
+                                                                  "</configuration></password></data></message>"));
+    const std::string shown = "password = (hidden)\n";
+    EXPECT_EQ(config({"list", secrets}).out, "system\n  " + shown + "  " + shown + "  password\n" + shown);
+    EXPECT_EQ(config({"list", secrets, "/system"}).out, shown + shown + "password\n");
+    const Json json = Json::parse(config({"list", secrets, "/system", "--json"}).out);
+    EXPECT_EQ(json[0], Json::parse(R"json({"name":"password","value":"(hidden)","children":[]})json"));
+    // Whether such an element exists is not shown either.
+    for (const char* const path : {"/system/password", "/system/password/value", "/system/password/value/id",
+                                   "/system/password/none", "/password", "/password/id"}) {
+        const ToolRun run = config({"list", secrets, path});
+        EXPECT_EQ(run.code, ExitCode::success) << path;
+        EXPECT_EQ(run.out + run.err, "") << path;
+    }
+}
+
+TEST_F(ConfigCommandsTest, IdentityReportsEveryMalformedEid) {
+    const std::string bad = write(
+        "bad.conf", std::string("<message><data>"
+                                "<agent><configuration><id>own</id><mapping_table><entry><id>mapped\n</id></entry>"
+                                "</mapping_table></configuration></agent>"
+                                "<server_group><configuration><master><id>chief</id></master>"
+                                "<slaves><entry><id>00000000-0000-0000-0000-000000000001</id></entry>"
+                                "<entry><id>slave</id></entry></slaves></configuration></server_group>"
+                                "</data></message>"));
+    const auto malformed = [&](const std::string& where) {
+        return "qel: " + bad + ": " + where + "' is malformed, it is no EID\n";
+    };
+    const std::string errors = malformed("/agent/id: 'own") + malformed("/server_group/master/id: 'chief") +
+                               malformed("/server_group/slaves/entry/id: 'slave") +
+                               malformed("/agent/mapping_table/entry/id: 'mapped\\n");
+    const ToolRun run = config({"identity", bad});
+    EXPECT_EQ(run.code, ExitCode::badInput);
+    EXPECT_EQ(run.err, errors);
+    EXPECT_THAT(run.out, StartsWith("eid     malformed\nrole    unknown\nmaster  malformed\nslave   00000000-"));
+    const ToolRun json = config({"identity", bad, "--json"});
+    EXPECT_EQ(json.code, ExitCode::badInput);
+    EXPECT_EQ(json.err, errors);
+    EXPECT_TRUE(Json::parse(json.out)["eid"].is_null());
 }
 
 TEST_F(ConfigCommandsTest, IdentityTellsTheAgentItsGroupAndItsMappings) {

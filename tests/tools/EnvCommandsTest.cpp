@@ -80,6 +80,22 @@ protected:
 
 // --- put
 
+TEST_F(EnvCommandsTest, ATypeThatIsTooLongIsCutBetweenCharacters) {
+    const std::pair<std::string, std::string> types[] = {
+        {"123456789012345", "123456789012345"}, {"1234567890123456", "123456789012345"},
+        {"1234567890123ö", "1234567890123ö"},   {"12345678901234ö", "12345678901234"},
+        {"1234567890123€", "1234567890123"},    {"123456789012\U0001F600", "123456789012"},
+    };
+    unsigned number = 0;
+    for (const auto& [type, shown] : types) {
+        std::string text = env(eid(++number), noEid, "typed");
+        text.replace(text.find("<type>vm"), 8, "<type>" + type);
+        ASSERT_EQ(put(text).code, ExitCode::success);
+        EXPECT_EQ(Json::parse(runTool({"env", "list", cache, "--json"}).out)[number - 1]["type"], shown);
+        EXPECT_THAT(runTool({"env", "list", cache}).out, HasSubstr("  " + shown + " "));
+    }
+}
+
 TEST_F(EnvCommandsTest, PutInsertsWhatIsNewAndUpdatesWhatIsThere) {
     EXPECT_EQ(put(env(eid(1), noEid, "old")).out, "inserted " + eid(1) + "  old\n");
     const ToolRun run = put(env(eid(1), noEid, "new") + env(eid(2), eid(1), "other"));
@@ -128,6 +144,26 @@ TEST_F(EnvCommandsTest, ABadFileDoesNotStopTheOthers) {
     EXPECT_THAT(run.err, HasSubstr("qel: " + bad + ": line 1"));
     EXPECT_THAT(run.err, HasSubstr("qel: " + path("none") + ": No such file or directory\n"));
     EXPECT_THAT(run.err, HasSubstr("qel: " + bare + ": no environment in it\n"));
+}
+
+TEST_F(EnvCommandsTest, TheWorstExitCodeOfSeveralFilesIsThatOfTheCommand) {
+    const std::string good = write("good.xml", message(env(eid(1), noEid, "one")));
+    const std::string bad = write("bad.xml", std::string("<message>"));
+    const std::string large = write("large.xml", message(env(eid(2), noEid, std::string(0x1000000, 'x'))));
+    const auto code = [&](const std::vector<std::string>& files) {
+        std::vector<std::string> words{"env", "put", cache};
+        words.insert(words.end(), files.begin(), files.end());
+        return runTool(words).code;
+    };
+    EXPECT_EQ(code({good, good}), ExitCode::success);
+    EXPECT_EQ(code({bad, good}), ExitCode::badInput);
+    EXPECT_EQ(code({good, bad}), ExitCode::badInput);
+    EXPECT_EQ(code({large, bad, good}), ExitCode::failed);
+    EXPECT_EQ(code({bad, large, good}), ExitCode::failed);
+    const std::string empty = env(noEid, noEid, "empty");
+    const std::string tooLarge = env(eid(2), noEid, std::string(0x1000000, 'x'));
+    EXPECT_EQ(put(tooLarge + empty).code, ExitCode::failed);
+    EXPECT_EQ(put(empty + tooLarge).code, ExitCode::failed);
 }
 
 TEST_F(EnvCommandsTest, AnEnvironmentTooLargeForTheCacheIsAFailureOfThatOneOnly) {
@@ -307,6 +343,29 @@ TEST_F(EnvCommandsTest, AFileWithABlockThatNobodyRefersToIsUsed) {
     file.finish(file.addSnapshot(1, {}, 1));
     const std::string leaky = write("leaky", file.bytes());
     EXPECT_EQ(runTool({"env", "put", leaky, "-"}, message(env(eid(1), noEid, "one"))).code, ExitCode::success);
+}
+
+TEST_F(EnvCommandsTest, AFileWithCountsThatAreTooHighIsUsed) {
+    SampleCacheFile file;
+    file.set(file.secondRecord, 3);
+    EXPECT_EQ(runTool({"env", "list", write("record", file.bytes())}).code, ExitCode::success);
+    SampleCacheFile counter;
+    counter.set(8, counter.word(8) + 8);
+    EXPECT_EQ(runTool({"env", "list", write("high", counter.bytes())}).code, ExitCode::success);
+    counter.set(8, counter.word(8) - 16);
+    EXPECT_EQ(runTool({"env", "list", write("low", counter.bytes())}).code, ExitCode::success);
+}
+
+TEST_F(EnvCommandsTest, AFileWithACountThatIsTooLowOrThatNoProcessesCanReachIsNotUsed) {
+    for (const std::int32_t count : {1, 0, -1, 0x7FFFFFFF}) {
+        SampleCacheFile file;
+        file.set(file.secondRecord, count);
+        expectRefused(write("record", file.bytes()),
+                      "the file is damaged; see `qel cache check`: offset " + std::to_string(file.secondRecord) + ": ");
+    }
+    SampleCacheFile unformatted;
+    unformatted.set(8, 0);
+    expectRefused(write("unformatted", unformatted.bytes()), "the file is damaged; see `qel cache check`: offset 8: ");
 }
 
 } // namespace

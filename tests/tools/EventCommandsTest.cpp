@@ -2,6 +2,7 @@
 
 #include "SampleEnvs.h"
 #include "ToolRun.h"
+#include "support/LogCapture.h"
 
 namespace {
 
@@ -76,6 +77,13 @@ TEST_F(EventCommandsTest, ShowCallsEnvironmentsAsACacheDoes) {
     const ToolRun run = runTool({"event", "show", example("started"), "--cache", path("none")});
     EXPECT_EQ(run.code, ExitCode::badInput);
     EXPECT_FALSE(std::filesystem::exists(path("none")));
+}
+
+TEST_F(EventCommandsTest, ShowWithoutACacheLogsNothing) {
+    const Qel::TestSupport::LogCapture log;
+    EXPECT_THAT(show("resource-alert"), HasSubstr("red alert on environment " + database));
+    EXPECT_THAT(log.texts(), testing::IsEmpty());
+    EXPECT_EQ(Qel::debug_level, Qel::LogLevel::trace) << "the level is restored";
 }
 
 TEST_F(EventCommandsTest, ShowPrintsJson) {
@@ -154,8 +162,30 @@ TEST_F(EventCommandsTest, RenderPrintsAParameter) {
     EXPECT_EQ(render("/file/name"), "debian-12.img\n");
     EXPECT_EQ(render("env/title"), "database\n");
     EXPECT_EQ(render("size"), "12 GiB\n");
-    EXPECT_EQ(render("none"), "\n");
     EXPECT_EQ(render("///"), output({"info", "render", example("info")}));
+    EXPECT_EQ(render("size/"), "12 GiB\n");
+}
+
+TEST_F(EventCommandsTest, RenderOfAMissingParameterIsNotSo) {
+    for (const char* const missing : {"none", "file/none", "none/name", "/size/none"}) {
+        const ToolRun run = runTool({"info", "render", example("info"), "--path", missing});
+        EXPECT_EQ(run.code, ExitCode::notSo);
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err, "qel: " + example("info") + ": no parameter at '" + missing + "'\n");
+    }
+}
+
+TEST_F(EventCommandsTest, RenderOfAnEmptyParameterSucceeds) {
+    const std::string file = write("empty", std::string("<message><info><text/><name/><parameter><text/><name>x</name>"
+                                                        "</parameter></info></message>"));
+    EXPECT_EQ(output({"info", "render", file, "--path", "x"}), "\n");
+}
+
+TEST_F(EventCommandsTest, RenderShowsControlCharactersAndKeepsLines) {
+    // "one\n\ttwo\x1B[2J"
+    const std::string file =
+        write("controls", std::string("<message><info><text>b25lCgl0d28bWzJK</text><name/></info></message>"));
+    EXPECT_EQ(output({"info", "render", file}), "one\n\ttwo\\x1b[2J\n");
 }
 
 TEST_F(EventCommandsTest, RenderReadsStandardInput) {

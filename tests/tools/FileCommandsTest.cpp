@@ -49,15 +49,21 @@ TEST_F(FileCopyTest, ANewFileIsAsTheOld) {
     EXPECT_EQ(read(path("b")), content);
 }
 
+TEST_F(FileCopyTest, ControlCharactersInTheNameAreShown) {
+    (void)write("a", "x");
+    const ToolRun run = copy(path("a"), path("b\n\x1B[2J\u202E"));
+    EXPECT_EQ(run.out, "copied 1 byte to '" + path("b\\n\\x1b[2J\\xe2\\x80\\xae") + "'\n");
+}
+
 TEST_F(FileCopyTest, AnEmptyFileIsCopied) {
     (void)write("a", "");
     EXPECT_EQ(copied({}), "");
     EXPECT_TRUE(exists("b"));
 }
 
-TEST_F(FileCopyTest, TheModeIsThatOfTheSourceWithinTheUmask) {
+TEST_F(FileCopyTest, TheModeIsThatOfTheSourceWithinTheUmaskAndWithoutSetUserID) {
     (void)write("a", "x");
-    ASSERT_EQ(chmod(path("a").c_str(), 0757), 0);
+    ASSERT_EQ(chmod(path("a").c_str(), 06757), 0);
     const mode_t before = umask(022);
     (void)copied({});
     EXPECT_EQ(umask(before), 022U);
@@ -96,6 +102,48 @@ TEST_F(FileCopyTest, AppendingAndTruncatingTakeAnExistingFile) {
         EXPECT_EQ(copied(append), "old contentnew");
         EXPECT_EQ(copied(truncate), "new");
     }
+}
+
+TEST_F(FileCopyTest, OnlyOverwritingReportsKeptBytes) {
+    (void)write("a", "new");
+    for (const char* const option : {"--append", "--truncate"}) {
+        (void)write("b", "old content");
+        EXPECT_EQ(copy(path("a"), path("b"), {option}).out, "copied 3 bytes to '" + path("b") + "'\n");
+    }
+}
+
+TEST_F(FileCopyTest, FilesThatReportNoSizeAreCopiedToTheirEnd) {
+    const std::string source = "/proc/version";
+    const std::string content = read(source);
+    if (content.empty())
+        GTEST_SKIP() << source << " has no content here";
+    EXPECT_EQ(std::filesystem::file_size(source), 0U);
+    const ToolRun run = copy(source, path("b"));
+    EXPECT_EQ(run.code, ExitCode::success) << run.err;
+    EXPECT_EQ(run.out, "copied " + std::to_string(content.size()) + " bytes to '" + path("b") + "'\n");
+    EXPECT_EQ(read(path("b")), content);
+}
+
+TEST_F(FileCopyTest, FilesThatReportAWrongSizeAreCopiedToTheirEnd) {
+    const std::string source = "/sys/devices/system/cpu/online";
+    const std::string content = read(source);
+    if (content.empty())
+        GTEST_SKIP() << source << " has no content here";
+    EXPECT_GT(std::filesystem::file_size(source), content.size());
+    EXPECT_EQ(copy(source, path("b")).code, ExitCode::success);
+    EXPECT_EQ(read(path("b")), content);
+}
+
+TEST_F(FileCopyTest, ASourceThatCanNotBeReadLeavesTheDestinationUnchanged) {
+    // Nothing is mapped at the address 0.
+    (void)write("b", "old");
+    for (const char* const option : {"--truncate", "--append", "--overwrite"}) {
+        expectFailure(copy("/proc/self/mem", path("b"), {option}), ExitCode::badInput,
+                      "Cannot read from file \"/proc/self/mem\": Input/output error [5]");
+        EXPECT_EQ(read(path("b")), "old");
+    }
+    EXPECT_EQ(copy("/proc/self/mem", path("c")).code, ExitCode::badInput);
+    EXPECT_FALSE(exists("c"));
 }
 
 TEST_F(FileCopyTest, AppendingAndTruncatingExcludeEachOther) {
@@ -186,7 +234,7 @@ TEST_F(FileCopyTest, WithoutASessionThereIsNoUploadFolder) {
 TEST_F(FileCopyTest, APathOutOfTheUploadFolderIsRefused) {
     (void)write("a", "new");
     const std::string uploads = path("root/var/lib/qel/clients/anna/uploads");
-    std::filesystem::create_directories(uploads);
+    std::filesystem::create_directories(uploads + "/x");
     std::filesystem::create_directory_symlink(path(""), uploads + "/link");
     for (const std::string out :
          {"$SESSION$/../b", "$SESSION$/..", "$SESSION$..", "$SESSION$/x/../../b", "$SESSION$/x/../../../../b",
@@ -197,6 +245,31 @@ TEST_F(FileCopyTest, APathOutOfTheUploadFolderIsRefused) {
                       "'" + out + "' leads out of the upload folder");
     }
     EXPECT_FALSE(exists("b"));
+}
+
+TEST_F(FileCopyTest, ADanglingLinkOutOfTheUploadFolderIsRefused) {
+    (void)write("a", "new");
+    const std::string uploads = path("root/var/lib/qel/clients/anna/uploads");
+    std::filesystem::create_directories(uploads);
+    std::filesystem::create_symlink(path("b"), uploads + "/absolute");
+    std::filesystem::create_symlink("../b", uploads + "/relative");
+    for (const std::string out : {"$SESSION$/absolute", "$SESSION$/relative"})
+        for (const char* const option : {"--overwrite", "--append", "--truncate"})
+            expectFailure(copy(path("a"), out, {option, "--session", "anna"}), ExitCode::badInput,
+                          "'" + out + "' leads out of the upload folder");
+    EXPECT_FALSE(exists("b"));
+    EXPECT_FALSE(std::filesystem::exists(uploads + "/../b"));
+}
+
+TEST_F(FileCopyTest, ALinkThatStaysInTheUploadFolderIsFollowed) {
+    (void)write("a", "new");
+    const std::string uploads = path("root/var/lib/qel/clients/anna/uploads");
+    std::filesystem::create_directories(uploads);
+    std::filesystem::create_symlink("b", uploads + "/link");
+    EXPECT_EQ(copy(path("a"), "$SESSION$/link", {"--append", "--session", "anna"}).code, ExitCode::success);
+    EXPECT_EQ(read(uploads + "/b"), "new");
+    EXPECT_EQ(copy("$SESSION$/link", path("c"), {"--session", "anna"}).code, ExitCode::success);
+    EXPECT_EQ(read(path("c")), "new");
 }
 
 TEST_F(FileCopyTest, APathThatComesBackIntoTheUploadFolderIsTaken) {

@@ -5,6 +5,7 @@
 
 #include "ToolRun.h"
 #include "qel/HostCollector.h"
+#include "qel/HostTables.h"
 
 namespace {
 
@@ -43,6 +44,17 @@ TEST_F(HostCommandsTest, TheBinaryFormShowsTheSame) {
     const ToolRun show = runTool({"host", "show", write("report", report.out)});
     EXPECT_EQ(show.code, ExitCode::success);
     EXPECT_THAT(show.out, StartsWith("System\n"));
+}
+
+TEST_F(HostCommandsTest, ArgumentsOfProcessesAreReportedOnRequestOnly) {
+    for (const auto& [options, isIncluded] :
+         {std::pair(std::vector<std::string>{"host", "report"}, false),
+          std::pair(std::vector<std::string>{"host", "report", "--arguments"}, true)}) {
+        const ToolRun report = runTool(options);
+        EXPECT_EQ(report.code, ExitCode::success);
+        EXPECT_EQ(report.out.find(">arguments<") != std::string::npos, isIncluded);
+    }
+    EXPECT_THAT(runTool({"host", "report", "--help"}).out, HasSubstr("may hold passwords"));
 }
 
 TEST_F(HostCommandsTest, APartThatCannotBeReadIsToldAndTheOthersAreShown) {
@@ -96,7 +108,7 @@ protected:
 
     HostReport collect() { return collector.collect(); }
 
-    HostCollector collector{path("")};
+    HostCollector collector{HostCollector::Arguments::included, path("")};
 };
 
 TEST_F(HostCollectorTest, ReadsTheSystem) {
@@ -166,6 +178,52 @@ TEST_F(HostCollectorTest, ReadsProcessesWhateverTheirNames) {
     }
 }
 
+TEST_F(HostCollectorTest, ArgumentsAreLeftOutUnlessAskedFor) {
+    HostCollector reserved(HostCollector::Arguments::leftOut, path(""));
+    std::filesystem::remove(path("proc/1/cmdline"));
+    const auto processes = reserved.collect().processes;
+    ASSERT_TRUE(processes.has_value());
+    ASSERT_EQ(processes->rows.size(), 2U);
+    for (const Qel::QelProcessInfo& row : processes->rows)
+        EXPECT_FALSE(row.params.contains("arguments"));
+}
+
+TEST_F(HostCollectorTest, AProcessThatEndsBetweenTwoReadsIsLeftOutAndReported) {
+    const std::string stat = " (short-lived) S 0 1 1 0 -1 0 0 0 0 0 0 0 0 0 20 0 1 0 7 0 0 0";
+    putProcess("302", ("302" + stat).c_str(), "arguments\0");
+    putProcess("303", ("303" + stat).c_str(), "arguments\0");
+    std::filesystem::remove(path("proc/302/status"));
+    std::filesystem::remove(path("proc/303/cmdline"));
+    const auto processes = collect().processes;
+    ASSERT_TRUE(processes.has_value());
+    EXPECT_EQ(processes->total, 2);
+    EXPECT_THAT(processes->rows, testing::SizeIs(2));
+    const std::string ended = ": the process ended while it was read, and is left out";
+    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/302/status" + ended));
+    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/303/cmdline" + ended));
+}
+
+TEST_F(HostCollectorTest, AProcessWithoutAUidIsLeftOutAndReported) {
+    put("proc/22/status", "Name:\tx\n");
+    const auto processes = collect().processes;
+    ASSERT_TRUE(processes.has_value());
+    EXPECT_EQ(processes->total, 1);
+    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/22/status: no uid in it"));
+}
+
+TEST_F(HostCollectorTest, OfFileSystemsOnOneFolderTheLastIsListed) {
+    put("proc/mounts", "rootfs / rootfs rw 0 0\n/dev/sda1 / ext4 ro 0 0\n/dev/sda2 /etc xfs rw 0 0\n"
+                       "/dev/sda3 / btrfs rw,noatime 0 0\n");
+    const auto disks = collect().disks;
+    ASSERT_TRUE(disks.has_value());
+    ASSERT_EQ(disks->partitions.size(), 2U);
+    EXPECT_EQ(disks->partitions[0].name, "/dev/sda3");
+    EXPECT_EQ(disks->partitions[0].f1297, "/");
+    EXPECT_EQ(disks->partitions[0].f1298, "btrfs");
+    EXPECT_THAT(disks->partitions[0].f1804, ElementsAre("rw", "noatime"));
+    EXPECT_EQ(disks->partitions[1].name, "/dev/sda2");
+}
+
 TEST_F(HostCollectorTest, AProcessThatEndsMeanwhileIsPassedOverAndAMalformedOneIsTold) {
     std::filesystem::create_directories(path("proc/300"));
     put("proc/301/stat", "301 (short) S 1\n");
@@ -214,6 +272,60 @@ TEST_F(HostCollectorTest, UsersAreThoseOfTheDatabaseWithoutTheirPasswords) {
     ASSERT_NE(ownGroup, nullptr);
     EXPECT_EQ(user->groupId.name, ownGroup->gr_name);
     EXPECT_THAT(report.groups, testing::SizeIs(testing::Ge(1U)));
+}
+
+std::string shown(const HostReport& report) {
+    std::ostringstream out;
+    Qel::Tool::printReport(out, report);
+    return out.str();
+}
+
+/// The column "full" of a partition that has these bytes.
+std::string shareOf(const Qel::QelUsageStats& blocks) {
+    HostReport report;
+    Qel::QelDiskPartition& partition = report.disks.emplace().partitions.emplace_back();
+    partition.name = "vda";
+    partition.blocks = blocks;
+    std::istringstream lines(shown(report));
+    std::string line;
+    while (std::getline(lines, line) && !line.starts_with("vda")) {
+    }
+    // The share of inodes, of which there are none, follows.
+    const std::string last = line.substr(line.rfind(' ') + 1);
+    EXPECT_EQ(last, "-");
+    line.erase(line.find_last_not_of(' ', line.rfind(' ')) + 1);
+    return line.substr(line.rfind(' ') + 1);
+}
+
+TEST(HostTablesTest, SharesAreThoseOfDf) {
+    EXPECT_EQ(shareOf({100, 50, 50}), "50%");
+    EXPECT_EQ(shareOf({100, 50, 30}), "63%") << "what is reserved for root counts for neither side";
+    EXPECT_EQ(shareOf({1000, 1, 999}), "1%") << "rounded up";
+    EXPECT_EQ(shareOf({1000, 991, 9}), "100%");
+    EXPECT_EQ(shareOf({100, 0, 100}), "0%");
+    EXPECT_EQ(shareOf({100, 100, 0}), "100%");
+    EXPECT_EQ(shareOf({0, 0, 0}), "-");
+    EXPECT_EQ(shareOf({100, 0, 0}), "-");
+    EXPECT_EQ(shareOf({-1, -1, 5}), "-");
+    constexpr long long most = std::numeric_limits<long long>::max();
+    EXPECT_EQ(shareOf({most, most, most}), "50%");
+    EXPECT_EQ(shareOf({most, most, 0}), "100%");
+    EXPECT_EQ(shareOf({most, 1, most}), "1%");
+}
+
+TEST(HostTablesTest, ArgumentsAreTheLastColumnAndNotPadded) {
+    HostReport report;
+    Qel::QelProcessList& list = report.processes.emplace();
+    list.paramNames = {"arguments", "command", "uid"};
+    for (const int pid : {1, 2})
+        list.rows.emplace_back().pid = pid;
+    list.rows[0].params = {{"arguments", std::string(200, 'x')}, {"command", "init"}, {"uid", "0"}};
+    list.rows[1].params = {{"arguments", "y"}, {"command", "sh"}, {"uid", "1000"}};
+    EXPECT_THAT(shown(report), testing::EndsWith("pid  command  uid   arguments\n"
+                                                 "  1  init     0     " +
+                                                 std::string(200, 'x') +
+                                                 "\n"
+                                                 "  2  sh       1000  y\n"));
 }
 
 } // namespace

@@ -88,7 +88,7 @@ TEST_F(NetCommandsTest, AFilterIsOneDevice) {
 TEST_F(NetCommandsTest, EachExampleOfOneRecordIsWhatItsWriterWrites) {
     const std::pair<const char*, const char*> records[] = {
         {"filter-adapters", "QelNetNIC"}, {"filter-slash-24", "QelNetDevice"},
-        {"pool", "QelRangedPool"},        {"named-pool", "QelIPPool"},
+        {"pool", "QelResourceIpPool"},    {"named-pool", "QelIPPool"},
         {"row-set", "QelRowSet"},
     };
     for (const auto& [name, type] : records) {

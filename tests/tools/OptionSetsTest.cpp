@@ -1,4 +1,6 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include "ToolRun.h"
 
@@ -87,6 +89,55 @@ TEST_F(OptionSetsTest, AnOptionOfAnotherCommandIsBadInput) {
     EXPECT_EQ(run.code, ExitCode::badInput);
     EXPECT_EQ(run.err, "qel: " + set + ": this command has no option '--json'\n");
     EXPECT_THAT(run.out, IsEmpty());
+}
+
+TEST_F(OptionSetsTest, AFileThatNamesAFileOfOptionsIsRefusedAndWritesNothing) {
+    const std::string target = write("target", std::string("old"));
+    for (const std::string name : {"save-options", "options"}) {
+        const std::string hostile = write("hostile", "<message><option><name>" + name + "</name><value>" + target +
+                                                         "</value></option></message>");
+        const ToolRun run = runTool({"message", "names", "--options", hostile});
+        EXPECT_EQ(run.code, ExitCode::badInput);
+        EXPECT_EQ(run.err, "qel: " + hostile + ": '--" + name +
+                               "' is accepted on the command line only, remove it from the file\n");
+        EXPECT_THAT(run.out, IsEmpty());
+    }
+    EXPECT_EQ(read(target), "old");
+}
+
+TEST_F(OptionSetsTest, ASavedFileIsForItsOwnerOnly) {
+    const mode_t mask = umask(0);
+    EXPECT_EQ(runTool({"message", "names", "--json", "--save-options", set}).code, ExitCode::success);
+    umask(mask);
+    struct stat status {};
+    ASSERT_EQ(stat(set.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST_F(OptionSetsTest, APipeIsWrittenAndALinkIsFollowed) {
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    const int reader = open(path("pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    EXPECT_EQ(runTool({"message", "names", "--json", "--save-options", path("pipe")}).code, ExitCode::success);
+    std::string start(5, '\0');
+    EXPECT_EQ(::read(reader, start.data(), start.size()), 5);
+    EXPECT_EQ(start, "<?xml");
+    close(reader);
+    EXPECT_TRUE(std::filesystem::is_fifo(path("pipe")));
+
+    std::filesystem::create_symlink("options", path("link"));
+    EXPECT_EQ(runTool({"message", "names", "--json", "--save-options", path("link")}).code, ExitCode::success);
+    EXPECT_TRUE(std::filesystem::is_symlink(path("link")));
+    EXPECT_THAT(read(set), StartsWith("<?xml"));
+}
+
+TEST_F(OptionSetsTest, AReadOnlyFileIsNotReplaced) {
+    (void)write("options", std::string("old"));
+    ASSERT_EQ(chmod(set.c_str(), 0444), 0);
+    const ToolRun run = runTool({"message", "names", "--save-options", set});
+    EXPECT_EQ(run.code, ExitCode::failed);
+    EXPECT_EQ(run.err, "qel: " + set + ": Permission denied\n");
+    EXPECT_THAT(run.out, IsEmpty());
+    EXPECT_EQ(read(set), "old");
 }
 
 TEST_F(OptionSetsTest, AFileThatCannotBeWrittenIsAFailureBeforeTheCommandRuns) {

@@ -71,7 +71,7 @@ TEST_F(PoolCommandsTest, AddStartsAMissingFile) {
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
     EXPECT_THAT(run.out, IsEmpty());
     EXPECT_EQ(shown(), "{\"ranges\":[[\"10.0.0.1\",\"10.0.0.9\"]],\"count\":9}\n");
-    EXPECT_EQ(runTool({"record", "rewrite", "QelRangedPool", file}).out, read(file)) << "a whole record";
+    EXPECT_EQ(runTool({"record", "rewrite", "QelResourceIpPool", file}).out, read(file)) << "a whole record";
 }
 
 TEST_F(PoolCommandsTest, AddKeepsWhatElseTheMessageHolds) {
@@ -109,7 +109,7 @@ TEST_F(PoolCommandsTest, APoolThatWouldEndTheProcessIsBadInput) {
 
 TEST_F(PoolCommandsTest, WhatIsNoPoolIsBadInput) {
     expect(runTool({"pool", "show", writePool("<range><start>10.0.0.1</start></range>")}), ExitCode::badInput,
-           path("other.xml") + ": /pool: can't read QelRangedPool: element range (ranges) is malformed");
+           path("other.xml") + ": /pool: can't read QelResourceIpPool: element range (ranges) is malformed");
     expect(runTool({"pool", "show", write("empty", std::string("<message/>"))}), ExitCode::badInput,
            path("empty") + ": an empty message");
     const std::string devices = QEL_EXAMPLES "/network/devices.xml";

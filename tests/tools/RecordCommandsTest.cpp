@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelMessage/QelNames.h"
@@ -68,6 +69,13 @@ TEST_F(RecordCommandsTest, DescribeShowsTheRowsOfAGroupBelowIt) {
     EXPECT_EQ(group["fields"][1]["field"], "wantStdout");
 }
 
+TEST_F(RecordCommandsTest, DescribeReportsThatAnUnreadableElementOfAConfigurationIsIgnored) {
+    const Json described = Json::parse(runTool({"record", "describe", "QelEnvConfig", "--json"}).out);
+    EXPECT_FALSE(described["fields"].empty());
+    for (const Json& field : described["fields"])
+        EXPECT_EQ(field["read"], "ignored") << field;
+}
+
 TEST_F(RecordCommandsTest, DescribeShowsWhereItemsHoldTheirValues) {
     EXPECT_THAT(runTool({"record", "describe", "QelGroup"}).out,
                 testing::ContainsRegex("members +1025 user / 1026 name +set of text "));
@@ -134,6 +142,68 @@ TEST_F(RecordCommandsTest, ARecordThatCannotBeReadIsBadInput) {
     EXPECT_EQ(run.code, ExitCode::badInput);
     EXPECT_THAT(run.err, StartsWith("qel: QelQoS: reader gave -1 for standard input: "));
     EXPECT_THAT(run.out, IsEmpty());
+}
+
+TEST_F(RecordCommandsTest, ReferencePagesHaveTheModeThatTheUmaskAllows) {
+    const mode_t mask = umask(022);
+    EXPECT_EQ(runTool({"record", "reference", path("pages")}).code, ExitCode::success);
+    umask(mask);
+    struct stat status {};
+    ASSERT_EQ(stat(path("pages/index.md").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0644U);
+}
+
+/// Rewrites a record whose reader would end the process.
+void expectRefused(const std::string& type, const std::string& record, const std::string& reason) {
+    const ToolRun run = runTool({"record", "rewrite", type, "-"},
+                                "<message xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
+                                "xmlns:res=\"urn:qel:" +
+                                    Qel::QelNames::namespaceName(281) + "\">" + record + "</message>");
+    EXPECT_EQ(run.code, ExitCode::badInput) << record;
+    EXPECT_EQ(run.err, "qel: standard input: " + reason + '\n') << record;
+    EXPECT_THAT(run.out, IsEmpty()) << record;
+}
+
+TEST_F(RecordCommandsTest, ALongVocabularyNameIsRefused) {
+    const std::string name = "<" + Qel::QelNames::elementName(1026) + ">";
+    const std::string nameEnd = "</" + Qel::QelNames::elementName(1026) + ">";
+    const std::string version = "<" + Qel::QelNames::elementName(1223) + ">";
+    const std::string versionEnd = "</" + Qel::QelNames::elementName(1223) + ">";
+    const auto id = [&](std::size_t nameLength, std::size_t versionLength) {
+        return "<v>" + name + std::string(nameLength, 'n') + nameEnd + version + std::string(versionLength, 'v') +
+               versionEnd + "</v>";
+    };
+    EXPECT_EQ(rewrite("QelVocID", id(255, 255)).code, ExitCode::success);
+    expectRefused("QelVocID", id(256, 1), "the name is too long");
+    expectRefused("QelVocID", id(1, 256), "the version is too long");
+}
+
+TEST_F(RecordCommandsTest, AnAddressThatNoPoolCanHoldIsRefused) {
+    const std::string pool = Qel::QelNames::elementName(1974);
+    const std::string address = Qel::QelNames::elementName(1262);
+    const std::string typed = pool + " xmlns=\"urn:qel:" + Qel::QelNames::namespaceName(281) +
+                              "\" xsi:type=\"res:" + Qel::QelNames::typeName(250) + "\"";
+    for (const char* const value : {"0.0.0.0", "255.255.255.255", "", "0", "4294967295", "none"}) {
+        const std::string content = "<" + address + ">10.0.0.1</" + address + "><" + address + ">" + value + "</" +
+                                    address + "></" + pool + ">";
+        const std::string reason = std::string("no pool can hold the address '") + value + "'";
+        for (const char* const type : {"QelResourceIpPool", "QelRangedPool"})
+            expectRefused(type, "<" + pool + ">" + content, reason);
+        expectRefused("QelPoolResourcePair", "<pair><" + typed + ">" + content + "</pair>", reason);
+    }
+}
+
+TEST_F(RecordCommandsTest, AnInstanceOfATemplateIsKnownByItsAliasAndByTheTemplate) {
+    for (const auto& [alias, name] :
+         {std::pair("QelResourceIp", "QelRangedResource"), std::pair("QelResourceIpPool", "QelRangedPool")}) {
+        const ToolRun described = runTool({"record", "describe", alias});
+        EXPECT_EQ(described.code, ExitCode::success);
+        EXPECT_THAT(described.out, StartsWith(std::string(alias) + ", namespace 281 "));
+        EXPECT_EQ(runTool({"record", "describe", name}).out, described.out);
+        const std::string list = runTool({"record", "list"}).out;
+        EXPECT_THAT(list, HasSubstr(std::string("\n") + alias + ' '));
+        EXPECT_EQ(list.find(name), std::string::npos);
+    }
 }
 
 TEST_F(RecordCommandsTest, ABadFileDoesNotStopTheRewritingOfOthers) {

@@ -178,6 +178,42 @@ TEST_F(ScheduleCommandsTest, TheCalendarGoesOnBehindAnAnswerThatHasPassed) {
     EXPECT_EQ(run.out.rfind('['), marked + 4);
 }
 
+/// A message with a task that runs daily from a time on.
+std::string dailyTask(const std::string& start) {
+    return R"(<message xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xmlns:scheduler="urn:qel:scheduler">
+  <data><triggers><trigger xmlns="urn:qel:scheduler" xsi:type="scheduler:daily_trigger"><start_time>)" +
+           start + "</start_time><day_interval>1</day_interval></trigger></triggers></data></message>";
+}
+
+TEST_F(ScheduleCommandsTest, TheCalendarBeginsWithTheFirstMomentOfTheMonth) {
+    const std::string file = write("midnight", dailyTask("2026-06-30T22:00:00Z")); // midnight in Berlin
+    const ToolRun july = runTool({"schedule", "calendar", file, "--from=2026-07-15T00:00:00Z", "--months=1"});
+    EXPECT_THAT(july.out, HasSubstr("\n        [ 1][ 2]"));
+    const ToolRun june = runTool({"schedule", "calendar", file, "--from=2026-06-15T00:00:00Z", "--months=1"});
+    EXPECT_THAT(june.out, Not(HasSubstr("[")));
+}
+
+TEST_F(ScheduleCommandsTest, TheCalendarShowsTheFirstDayOf1970) {
+    for (const char* const start : {"1970-01-01T00:00:00Z", "1970-01-01T09:30:00Z"}) {
+        const std::string file = write("epoch", dailyTask(start));
+        const ToolRun run = runTool({"schedule", "calendar", file, "--from=0", "--months=1"});
+        EXPECT_EQ(run.code, ExitCode::success) << run.err;
+        EXPECT_THAT(run.out, StartsWith("        January 1970\n Mo  Tu  We  Th  Fr  Sa  Su\n            [ 1][ 2]"))
+            << start;
+    }
+}
+
+TEST_F(ScheduleCommandsTest, WestOfGreenwichTheCalendarOfTheEpochIsThatOf1969) {
+    setenv("TZ", "America/New_York", 1);
+    const std::string file = write("epoch", dailyTask("1970-01-01T00:00:00Z"));
+    const ToolRun run = runTool({"schedule", "calendar", file, "--from=0", "--months=2"});
+    EXPECT_THAT(run.out, StartsWith("       December 1969\n"));
+    EXPECT_THAT(run.out, HasSubstr(" 29  30 [31]\n")) << "seven in the evening";
+    EXPECT_THAT(run.out, HasSubstr("[ 1][ 2]"));
+    const ToolRun january = runTool({"schedule", "calendar", file, "--from=86400", "--months=1"});
+    EXPECT_THAT(january.out, StartsWith("        January 1970\n Mo  Tu  We  Th  Fr  Sa  Su\n            [ 1][ 2]"));
+}
+
 TEST_F(ScheduleCommandsTest, RunDaysAreInColourIfAsked) {
     std::ostringstream out;
     const std::set days{std::chrono::sys_days(std::chrono::year(2026) / 11 / 2)};

@@ -4,13 +4,25 @@
 
 #include <gtest/gtest.h>
 
+#include "support/DefaultSignals.h"
+
 namespace {
 
 using Qel::Tool::EndsWhenInterrupted;
 using Qel::Tool::NotesInterruption;
 using Qel::Tool::SignalGuard;
 
-TEST(SignalGuardDeathTest, ASignalTakesEffectWhenTheGuardEnds) {
+/// Whatever the parent of the tests ignores.
+class SignalTest : public testing::Test {
+    Qel::TestSupport::DefaultSignals m_signals;
+};
+using SignalGuardTest = SignalTest;
+using SignalGuardDeathTest = SignalTest;
+using EndsWhenInterruptedDeathTest = SignalTest;
+using NotesInterruptionTest = SignalTest;
+using NotesInterruptionDeathTest = SignalTest;
+
+TEST_F(SignalGuardDeathTest, ASignalTakesEffectWhenTheGuardEnds) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         EXPECT_EXIT(
             {
@@ -22,14 +34,14 @@ TEST(SignalGuardDeathTest, ASignalTakesEffectWhenTheGuardEnds) {
     }
 }
 
-TEST(SignalGuardTest, ASignalThatIsWaitedForIsTaken) {
+TEST_F(SignalGuardTest, ASignalThatIsWaitedForIsTaken) {
     const SignalGuard guard;
     std::raise(SIGTERM);
     EXPECT_TRUE(guard.waitFor(std::chrono::hours(1)));
     EXPECT_FALSE(guard.waitFor(std::chrono::nanoseconds(1)));
 }
 
-TEST(EndsWhenInterruptedDeathTest, AnInterruptionIsASuccessfulEnd) {
+TEST_F(EndsWhenInterruptedDeathTest, AnInterruptionIsASuccessfulEnd) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         EXPECT_EXIT(
             {
@@ -40,7 +52,7 @@ TEST(EndsWhenInterruptedDeathTest, AnInterruptionIsASuccessfulEnd) {
     }
 }
 
-TEST(EndsWhenInterruptedDeathTest, AfterwardsSignalsAreWhatTheyWere) {
+TEST_F(EndsWhenInterruptedDeathTest, AfterwardsSignalsAreWhatTheyWere) {
     EXPECT_EXIT(
         {
             { const EndsWhenInterrupted ending; }
@@ -49,7 +61,7 @@ TEST(EndsWhenInterruptedDeathTest, AfterwardsSignalsAreWhatTheyWere) {
         testing::KilledBySignal(SIGTERM), "");
 }
 
-TEST(NotesInterruptionTest, AnInterruptionIsNotedAndForgottenByTheNext) {
+TEST_F(NotesInterruptionTest, AnInterruptionIsNotedAndForgottenByTheNext) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const NotesInterruption notes;
         EXPECT_FALSE(NotesInterruption::isInterrupted());
@@ -58,7 +70,7 @@ TEST(NotesInterruptionTest, AnInterruptionIsNotedAndForgottenByTheNext) {
     }
 }
 
-TEST(NotesInterruptionDeathTest, ASecondInterruptionEndsTheProcess) {
+TEST_F(NotesInterruptionDeathTest, ASecondInterruptionEndsTheProcess) {
     EXPECT_EXIT(
         {
             const NotesInterruption notes;

@@ -57,6 +57,41 @@ TEST_F(ToolProcessTest, AReaderThatWentAwayIsAFailureAndNoDeathBySignal) {
     (void)write("sound", SampleCacheFile().bytes());
     // The pipe's reader has ended for sure when the program is started.
     EXPECT_EQ(shell("mkfifo gone; { exec 3<>gone 4>gone; exec 3<&-; $QEL cache check sound >&4; }"), 4);
+    EXPECT_EQ(read(path("errors")), "") << "a reader that has seen enough is no news";
+}
+
+TEST_F(ToolProcessTest, AReaderThatStopsEarlyIsSilent) {
+    EXPECT_EQ(shell("$QEL message names | head -n 1 >first"), 0);
+    EXPECT_THAT(read(path("first")), testing::StartsWith("table "));
+    EXPECT_EQ(read(path("errors")), "");
+}
+
+TEST_F(ToolProcessTest, ExhaustedMemoryIsAFailedOperation) {
+    constexpr int step = 8 * 1024; // KiB
+    std::string text = "<message>";
+    for (int i = 0; i < 100'000; ++i)
+        text += "<name><a/></name>";
+    (void)write("large.xml", text + "</message>");
+    const auto limited = [&](int limit, const std::string& command) {
+        return shell("ulimit -v " + std::to_string(limit) + "; " + command);
+    };
+    int limit = step;
+    while (limit < 1024 * 1024 && limited(limit, "$QEL --version >version") != 0)
+        limit += step;
+    if (limit >= 1024 * 1024)
+        GTEST_SKIP() << "the program itself needs more addresses than the limit leaves";
+
+    int failures = 0;
+    int code = 0;
+    for (; (code = limited(limit, "$QEL message convert large.xml out.xml --to text")) != 0; limit += step) {
+        ASSERT_EQ(code, 4) << limit;
+        ASSERT_THAT(read(path("errors")), testing::HasSubstr("out of memory")) << limit;
+        ASSERT_FALSE(std::filesystem::exists(path("out.xml"))) << limit;
+        ++failures;
+    }
+    EXPECT_GT(failures, 3);
+    EXPECT_EQ(shell("$QEL message convert large.xml whole.xml --to text"), 0);
+    EXPECT_EQ(read(path("out.xml")), read(path("whole.xml")));
 }
 
 TEST_F(ToolProcessTest, OutputDoesNotGoIntoACacheThatTookTheClosedStreamsPlace) {

@@ -46,8 +46,15 @@ TEST(ProgressLineTest, AnEmptyFileIsWholeAtOnce) {
 }
 
 TEST(ProgressLineTest, NeverGoesBeyondTheWidth) {
-    for (std::size_t width = 0; width < 120; ++width)
+    for (std::size_t width = 0; width < 120; ++width) {
         EXPECT_LE(progressLine(25 * mebi, 100 * mebi, 2s, width).size(), width);
+        EXPECT_LE(progressLine(100 * mebi, 25 * mebi, 2s, width).size(), width);
+    }
+}
+
+TEST(ProgressLineTest, ATotalThatWasExceededCountsAsReached) {
+    EXPECT_EQ(progressLine(100 * mebi, 3, 2s, 80), progressLine(100 * mebi, 100 * mebi, 2s, 80));
+    EXPECT_EQ(progressLine(100 * mebi, 0, 2s, 80), progressLine(100 * mebi, 100 * mebi, 2s, 80));
 }
 
 TEST(ProgressLineTest, AVeryLongTimeIsCutShort) {
@@ -79,6 +86,17 @@ TEST(TransferProgressTest, TheLastStateStays) {
     }
     EXPECT_THAT(out.str(), HasSubstr("100%"));
     EXPECT_THAT(out.str(), EndsWith("\n"));
+}
+
+TEST(TransferProgressTest, ACompleteTransferIsWholeThoughMoreWasExpected) {
+    std::ostringstream out;
+    {
+        TransferProgress progress(out, 4096, 80);
+        progress.show(0);
+        progress.show(23);
+        progress.complete();
+    }
+    EXPECT_THAT(out.str(), HasSubstr("100%  23 B of 23 B"));
 }
 
 } // namespace

@@ -122,6 +122,16 @@ TEST_F(VocCommandsTest, WhatIsNoFileOfVocabulariesIsBadInput) {
     EXPECT_FALSE(std::filesystem::exists(path("out")));
 }
 
+TEST_F(VocCommandsTest, TheWorstExitCodeOfSeveralFilesIsThatOfList) {
+    EXPECT_EQ(voc({"list", single, several}).code, ExitCode::success);
+    EXPECT_EQ(voc({"list", path("none"), several}).code, ExitCode::badInput);
+    EXPECT_EQ(voc({"list", several, path("none")}).code, ExitCode::badInput);
+    // A name that is not found is less than a file that can't be read.
+    EXPECT_EQ(voc({"list", several, "--restrict", "none"}).code, ExitCode::notSo);
+    EXPECT_EQ(voc({"list", path("none"), several, "--restrict", "none"}).code, ExitCode::badInput);
+    EXPECT_EQ(voc({"list", several, path("none"), "--restrict", "none"}).code, ExitCode::badInput);
+}
+
 TEST_F(VocCommandsTest, ANameOrVersionBeyondItsLengthIsBadInput) {
     const std::string tooLong(256, 'x');
     const std::string name = write("name", vocabulary(tooLong, "1"));

@@ -122,7 +122,7 @@ ExitCode runBuild(const Invocation& invocation, const Console& console) {
     if (!name.isValid() || !areEqual(QelBackupURI(uri.getUri()), name))
         return console.fail(ExitCode::usage, "this backup can't be told in a URI: its name is two parts with a slash "
                                              "between them, and without other slashes, backslashes and '&'");
-    console.out << uri.getUri() << '\n';
+    printValue(console, uri.getUri());
     return ExitCode::success;
 }
 

@@ -16,7 +16,7 @@ enum class CacheUse : std::uint8_t {
 /// Attaches to a cache file.
 ///
 /// The file is checked first: the library trusts what is in the file, and a damaged or foreign one would end the
-/// process or be written into.  Blocks that nobody refers to do no harm and are let pass.
+/// process or be written into.  Findings that leave every listing right, such as leaked blocks, are let pass.
 ///
 /// ExitCode::badInput for such a file, ExitCode::failed if it can't be attached to; each with an error.
 [[nodiscard]] ExitCode openCache(const std::string& path, CacheUse use, const Console& console, QelEnvCacheSP& cache);

@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <array>
 #include <ostream>
+#include <set>
 #include <span>
+#include <string_view>
 
 #include "qel/CacheBytes.h"
 #include "qel/CacheFile.h"
@@ -26,7 +29,11 @@ struct CacheFileImage {
 // --- qel cache check
 
 Json toJson(const Finding& finding) {
-    return {{"offset", finding.offset}, {"kind", nameOf(finding.kind)}, {"text", finding.text}};
+    return {{"offset", finding.offset},
+            {"kind", nameOf(finding.kind)},
+            {"class", nameOf(classOf(finding))},
+            {"text", finding.text},
+            {"advice", adviceOn(finding)}};
 }
 
 Json toJson(const HeldSnapshot& held) {
@@ -56,16 +63,25 @@ void printCheckAsJson(std::ostream& out, const CacheFileImage& file) {
                     {"freeBlocks", report.freeBlocks}});
 }
 
+/// What to do, once for all findings that it is the same for.
+void printAdvice(std::ostream& out, const Findings& findings) {
+    std::set<std::string_view> printed;
+    for (const Finding& finding : findings)
+        if (const std::string_view advice = adviceOn(finding); printed.insert(advice).second)
+            out << titleOf(classOf(finding)) << ": " << advice << '\n';
+}
+
 void printCheck(std::ostream& out, const CacheFileImage& file) {
     const CacheFileReport& report = file.report;
     for (const Finding& finding : report.findings)
-        out << finding.offset << ": " << finding.text << '\n';
+        out << finding.offset << ": " << titleOf(classOf(finding)) << ": " << finding.text << '\n';
+    printAdvice(out, report.findings);
     for (const HeldSnapshot& held : report.heldSnapshots)
         out << "held snapshot at " << held.offset << ", records " << held.records << ", readers " << held.readers
             << '\n';
     if (report.findings.empty())
-        out << file.path << ": sound; records " << report.records << ", snapshots " << countSnapshots(report)
-            << ", blocks " << report.blocks << ", free blocks " << report.freeBlocks << '\n';
+        out << showControls(file.path) << ": sound; records " << report.records << ", snapshots "
+            << countSnapshots(report) << ", blocks " << report.blocks << ", free blocks " << report.freeBlocks << '\n';
 }
 
 ExitCode answerCheck(const Invocation& invocation, const Console& console, const CacheFileImage& file) {
@@ -140,7 +156,8 @@ void printInfo(std::ostream& out, const CacheFileImage& file) {
 
 ExitCode answerInfo(const Invocation& invocation, const Console& console, const CacheFileImage& file) {
     (invocation.has("json") ? printInfoAsJson : printInfo)(console.out, file);
-    if (file.report.findings.empty())
+    const auto isHarmless = [](const Finding& finding) { return classOf(finding) == FindingClass::harmlessLeak; };
+    if (std::ranges::all_of(file.report.findings, isHarmless))
         return ExitCode::success;
     return console.fail(ExitCode::badInput,
                         file.path + ": the file is damaged, so the numbers may be wrong; see `qel cache check`");
@@ -163,9 +180,11 @@ CommandGroup cacheCommands() {
     static constexpr std::array commands{
         Command{"info", "CACHE", "Shows a cache file's header and how full the file is.", addJsonOption,
                 runOnFile<answerInfo>},
-        Command{"check", "CACHE",
-                "Looks for damage in a cache file: one line for each finding, exit code 1 if there is one.",
-                addJsonOption, runOnFile<answerCheck>},
+        Command{
+            "check", "CACHE",
+            "Looks for damage in a cache file: one line for each finding, with its class, then what to do; exit code 1 "
+            "if there is a finding.",
+            addJsonOption, runOnFile<answerCheck>},
     };
     return {"cache", "The shared cache file.", commands};
 }

@@ -75,8 +75,8 @@ private:
     void checkRecordType(const CacheBlock& block);
     [[nodiscard]] std::string keyText(std::uint64_t offset) const;
 
-    void report(std::uint64_t offset, FindingKind kind, const std::string& text) {
-        m_report.findings.push_back({offset, kind, text});
+    void report(std::uint64_t offset, FindingKind kind, const std::string& text, bool isExcess = false) {
+        m_report.findings.push_back({offset, kind, text, isExcess});
     }
 
     CacheBytes m_bytes;
@@ -298,7 +298,8 @@ void Checker::checkRecordRefCounts() {
         if (m_heap.isCertain() ? refCount != std::int64_t{block.listings} : refCount < std::int64_t{block.listings})
             report(block.data() + Record::refCount, FindingKind::recordRefCount,
                    "the record's reference count is " + std::to_string(refCount) +
-                       ", but the snapshots that list it are " + std::to_string(block.listings));
+                       ", but the snapshots that list it are " + std::to_string(block.listings),
+                   refCount > std::int64_t{block.listings} && refCount <= greatestRefCount);
     }
 }
 
@@ -310,11 +311,12 @@ void Checker::checkCounter() {
         used += block.use == BlockUse::free ? 0 : block.length;
     const std::uint32_t counted = m_bytes.word(Header::ttlAllocated);
     if (counted == 0)
-        report(Header::ttlAllocated, FindingKind::counter,
+        report(Header::ttlAllocated, FindingKind::unformatted,
                "ttlAllocated is 0: the next process to attach would format the file anew");
     else if (counted != used)
         report(Header::ttlAllocated, FindingKind::counter,
-               "ttlAllocated is " + std::to_string(counted) + ", but " + std::to_string(used) + " bytes are in use");
+               "ttlAllocated is " + std::to_string(counted) + ", but " + std::to_string(used) + " bytes are in use",
+               counted > used);
 }
 
 void Checker::findUnreferenced() {

@@ -16,6 +16,7 @@ enum class FindingKind : std::uint8_t {
     freeListOrder,    ///< the free list goes back
     freeListUnmerged, ///< two free blocks follow each other
     counter,          ///< the header's count of bytes in use is wrong
+    unformatted,      ///< that count is 0, as in a file that was never formatted
     snapshotPointer,  ///< the header's snapshot isn't a block in use
     snapshotSize,     ///< the snapshot's entries and free slots don't go with its block
     snapshotRefCount, ///< the snapshot's reference count can't be right
@@ -36,7 +37,27 @@ struct Finding {
     std::uint64_t offset; ///< of the field or block, in bytes from the file's start
     FindingKind kind;
     std::string text;
+    bool isExcess = false; ///< of a count: it is higher than what it counts, so that nothing is freed too early
 };
+
+/// How bad a finding is.
+enum class FindingClass : std::uint8_t {
+    harmlessLeak, ///< bytes are in use that nothing refers to
+    wrongCount,   ///< a count differs from what it counts; what is listed is right
+    damage,       ///< what is listed, or the heap, can't be trusted
+};
+
+[[nodiscard]] FindingClass classOf(const Finding& finding);
+
+/// The class as text output names it, and as JSON output does.
+[[nodiscard]] std::string_view titleOf(FindingClass findingClass);
+[[nodiscard]] std::string_view nameOf(FindingClass findingClass);
+
+/// What to do about a finding.
+[[nodiscard]] std::string_view adviceOn(const Finding& finding);
+
+/// Whether environments may be listed wrongly: now, or once a record is freed that a count is too low for.
+[[nodiscard]] bool makesListingWrong(const Finding& finding);
 
 using Findings = std::vector<Finding>;
 

@@ -1,10 +1,15 @@
 #include "qel/CommandLine.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <ostream>
 #include <sstream>
 
+#include <poll.h>
+#include <unistd.h>
+
+#include "QelMessage/QelFileLock.h"
 #include "qel/Command.h"
 #include "qel/LogSettings.h"
 #include "qel/OptionParser.h"
@@ -98,8 +103,11 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
 
     OptionSet given;
     Invocation invocation;
+    QelFileLock optionsLock;
     if (const auto error = parseWords(words, options, given))
         return failUsage(console, *error, self);
+    if (const ExitCode code = lockOptions(given, optionsLock, console); code != ExitCode::success)
+        return code;
     if (const ExitCode code = loadOptions(given, options, console); code != ExitCode::success)
         return code;
     if (const auto error = makeInvocation(given, options, invocation))
@@ -113,6 +121,7 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
         return failUsage(console, *error, self);
     if (const ExitCode code = saveOptions(given, console); code != ExitCode::success)
         return code;
+    optionsLock.release(); // the command may take long, or lock the same file
     if (const ExitCode code = applyLogSettings(invocation, console); code != ExitCode::success)
         return code;
     return command.run(invocation, console);
@@ -167,14 +176,29 @@ ExitCode runTool(Words words, const Console& console) {
     return runGroup(*group, Words(words.begin() + 1, words.end()), console);
 }
 
+/// Whether standard output is a pipe or a socket that no process reads any more.
+bool hasLostReader() {
+    pollfd output{STDOUT_FILENO, POLLOUT, 0};
+    return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
+}
+
+ExitCode runWithinMemory(const std::vector<std::string>& arguments, const Console& console) {
+    try {
+        return runTool(arguments, console);
+    } catch (const std::bad_alloc&) {
+        return console.fail(ExitCode::failed, "out of memory");
+    }
+}
+
 } // namespace
 
 ExitCode runCommandLine(const std::vector<std::string>& arguments, const Console& console) {
-    const ExitCode code = runTool(arguments, console);
+    const ExitCode code = runWithinMemory(arguments, console);
     console.out.flush();
-    if (!console.out)
-        return console.fail(ExitCode::failed, "standard output can't be written");
-    return code;
+    if (console.out)
+        return code;
+    // A reader that has seen enough, such as head, is no error to report.
+    return hasLostReader() ? ExitCode::failed : console.fail(ExitCode::failed, "standard output can't be written");
 }
 
 } // namespace Qel::Tool

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <ostream>
@@ -55,7 +56,7 @@ ExitCode runGet(const Invocation& invocation, const Console& console) {
     std::string value;
     if ((invocation.has("base64") ? at.getValueBase64(value, path) : at.getValue(value, path)) != 0)
         return console.fail(ExitCode::badInput, file + ": the value at " + path + " can't be read");
-    console.out << value << '\n';
+    printValue(console, value);
     return ExitCode::success;
 }
 
@@ -84,6 +85,9 @@ ExitCode runSet(const Invocation& invocation, const Console& console) {
     const std::string& value = invocation.arguments[2];
     if (const char* const error = findPathError(path))
         return console.fail(ExitCode::usage, "'" + path + "' " + error);
+    QelFileLock lock;
+    if (const ExitCode code = lockFile(file, lock, console); code != ExitCode::success)
+        return code;
     auto_destroy<QelMessage> message(new QelBinary);
     if (const ExitCode code = readOrStart(file, *message, console); code != ExitCode::success)
         return code;
@@ -96,17 +100,25 @@ ExitCode runSet(const Invocation& invocation, const Console& console) {
 
 // --- qel config list
 
-/// An element's own value; nothing that is secret.
+/// Whether the element is a password, of which neither the value nor the elements in it are shown.
+bool isSecret(const QelMessageIterator& cursor) {
+    return cursor.curID() == passwordElement;
+}
+
+/// An element's own value, if it is not secret.
 std::string shownValue(const QelMessageIterator& cursor) {
     std::string value;
     cursor.getValue(value, getEmptyID());
-    return cursor.curID() == passwordElement && !value.empty() ? hiddenValue : value;
+    if (!isSecret(cursor))
+        return value;
+    const Cursor child(cursor.newIterator(false));
+    return value.empty() && child->firstChild() != 0 ? "" : hiddenValue;
 }
 
-/// Calls `visit` with the cursor at each child that a path can name.
+/// Calls `visit` with the cursor at each child that a path can name and that may be shown.
 template <class Visit> void forEachChild(const QelMessageIterator& cursor, int depth, const Visit& visit) {
     const Cursor child(cursor.newIterator(false));
-    if (!enterOptions(*child, depth) || child->firstChild() != 0)
+    if (isSecret(*child) || !enterOptions(*child, depth) || child->firstChild() != 0)
         return;
     do
         visit(*child);
@@ -134,12 +146,13 @@ Json treeAsJson(const QelMessageIterator& cursor, int depth) {
     return children;
 }
 
-/// Moves down a path from the data element; the depth reached, or -1.
+/// Moves down a path from the data element; the depth reached, or -1.  The way ends at a password: whether a path into
+/// it exists is not shown either.
 int seekPath(const QelMessageIterator& cursor, std::string_view path) {
     int depth = 0;
     if (path.starts_with('/'))
         path.remove_prefix(1);
-    while (!path.empty()) {
+    while (!path.empty() && !isSecret(cursor)) {
         const std::string_view name = path.substr(0, path.find('/'));
         if (!enterOptions(cursor, depth) || cursor.seek(std::string(name)) != 0)
             return -1;
@@ -169,13 +182,56 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
 
 // --- qel config identity
 
+constexpr std::string_view ownEIDPath = "/agent/id";
+constexpr std::string_view masterEIDPath = "/server_group/master/id";
+
+/// The EIDs that can't be read: path and value.
+using MalformedEIDs = std::vector<std::pair<std::string, std::string>>;
+
 struct Identity {
     std::string eid;
     std::string role;
     std::string master;
     std::vector<std::string> slaves;
     std::map<QelEID, QelConnectionInfo> mappings;
+    MalformedEIDs malformed;
+
+    [[nodiscard]] bool isMalformed(std::string_view path) const {
+        return std::any_of(malformed.begin(), malformed.end(), [&](const auto& each) { return each.first == path; });
+    }
 };
+
+/// Adds the EID of the element under the cursor, if there is one that can't be read.
+void addMalformed(const QelMessageIterator& cursor, const std::string& path, MalformedEIDs& malformed) {
+    QelEID eid;
+    std::string value;
+    if (cursor.getValue(value, Element::id) == 0 && cursor.getObj(eid, Element::id) != 0)
+        malformed.emplace_back(path, value);
+}
+
+/// Moves to the element at a path, and on to its options if it is a section.
+bool seekOptions(const QelMessageIterator& cursor, std::string_view path) {
+    cursor.seekRoot();
+    cursor.seek(Element::data);
+    const int depth = seekPath(cursor, path);
+    return depth >= 0 && enterOptions(cursor, depth);
+}
+
+MalformedEIDs findMalformedEIDs(QelMessage& message) {
+    MalformedEIDs malformed;
+    const Cursor cursor(message.rootIterator());
+    constexpr std::string_view idName = "/id";
+    for (const std::string_view path : {ownEIDPath, masterEIDPath})
+        if (seekOptions(*cursor, path.substr(0, path.size() - idName.size())))
+            addMalformed(*cursor, std::string(path), malformed);
+    for (const char* const path : {"/server_group/slaves", "/agent/mapping_table"}) {
+        if (!seekOptions(*cursor, path))
+            continue;
+        for (int found = cursor->firstChild(Element::entry); found == 0; found = cursor->nextSibling(Element::entry))
+            addMalformed(*cursor, path + std::string("/entry/id"), malformed);
+    }
+    return malformed;
+}
 
 std::string textOf(const QelEID& eid) {
     return eid.isValid() ? eid.toString() : "";
@@ -191,6 +247,7 @@ std::string roleOf(const QelConfiguration& configuration) {
 
 Identity identityOf(const QelConfiguration& configuration) {
     Identity identity;
+    identity.malformed = findMalformedEIDs(*configuration.getMessage());
     QelEID own;
     configuration.getEID(own);
     identity.eid = textOf(own);
@@ -227,11 +284,15 @@ void printIdentityAsJson(std::ostream& out, const Identity& identity) {
 }
 
 void printIdentity(std::ostream& out, const Identity& identity) {
-    const auto orNone = [](const std::string& text) { return text.empty() ? "none" : text; };
+    const auto shown = [&](const std::string& eid, std::string_view path) {
+        if (!eid.empty())
+            return eid;
+        return std::string(identity.isMalformed(path) ? "malformed" : "none");
+    };
     Table table;
-    table.addRow({"eid", orNone(identity.eid)});
+    table.addRow({"eid", shown(identity.eid, ownEIDPath)});
     table.addRow({"role", identity.role});
-    table.addRow({"master", orNone(identity.master)});
+    table.addRow({"master", shown(identity.master, masterEIDPath)});
     for (const std::string& slave : identity.slaves)
         table.addRow({"slave", slave});
     table.print(out);
@@ -253,7 +314,11 @@ ExitCode runIdentity(const Invocation& invocation, const Console& console) {
         return code;
     const Identity identity = identityOf(QelConfiguration(message.get()));
     (invocation.has("json") ? printIdentityAsJson : printIdentity)(console.out, identity);
-    return ExitCode::success;
+    ExitCode worst = ExitCode::success;
+    for (const auto& [path, value] : identity.malformed)
+        worst = console.fail(ExitCode::badInput, shownName(invocation.arguments[0]) + ": " + path + ": '" +
+                                                     showControls(value) + "' is malformed, it is no EID");
+    return worst;
 }
 
 } // namespace

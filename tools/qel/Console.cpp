@@ -2,10 +2,12 @@
 
 #include <ostream>
 
+#include "QelCommon/ControlCharacters.h"
+
 namespace Qel::Tool {
 
 ExitCode Console::fail(ExitCode code, std::string_view text) const {
-    err << "qel: " << text << '\n';
+    err << "qel: " << showControls(text) << '\n';
     return code;
 }
 

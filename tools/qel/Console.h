@@ -14,7 +14,7 @@ struct Console {
     std::ostream& out;
     std::ostream& err;
 
-    /// Writes "qel: TEXT" to the error stream and gives back `code`.
+    /// Writes "qel: TEXT" to the error stream, on one line and with its control characters escaped.  Returns `code`.
     ExitCode fail(ExitCode code, std::string_view text) const;
 };
 

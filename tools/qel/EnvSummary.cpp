@@ -4,6 +4,7 @@
 #include <map>
 #include <ostream>
 
+#include "QelCommon/Utf8.h"
 #include "qel/Json.h"
 #include "qel/Output.h"
 
@@ -120,6 +121,19 @@ private:
     std::vector<Line> m_lines;
 };
 
+/// An environment keeps the first 15 bytes of its type.  Drops the character that they end in the middle of, if any.
+std::string wholeCharacters(const QelEnvType& type) {
+    std::string text = type.c_str();
+    if (text.size() + 1 < sizeof(QelEnvType))
+        return text;
+    std::size_t last = text.size() - 1;
+    while (last > 0 && isUtf8Continuation(text[last]))
+        --last;
+    if (firstUtf8Character(std::string_view(text).substr(last)).length == 0)
+        text.resize(last);
+    return text;
+}
+
 } // namespace
 
 EnvSummary summarise(const QelEnv& env) {
@@ -128,7 +142,7 @@ EnvSummary summarise(const QelEnv& env) {
     summary.eid = env.getEID();
     summary.parent = env.getParentEID();
     if (env.getType().isSpecified())
-        summary.type = env.getType().c_str();
+        summary.type = wholeCharacters(env.getType());
     summary.status = env.getStatus();
     summary.title = env.getTitle();
     std::transform(std::begin(core->alertType), std::end(core->alertType), summary.alerts.begin(),

@@ -1,7 +1,11 @@
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <ostream>
+#include <string_view>
+#include <utility>
 
+#include "QelCommon/Log.h"
 #include "QelFunctionalityCore/Events/QelEvent.h"
 #include "QelFunctionalityCore/Events/QelResourceAlertData.h"
 #include "QelMessage/QelValueText.h"
@@ -44,6 +48,19 @@ public:
         finiEnvCache();
         initEnvCache({}, false);
     }
+};
+
+/// Silences the log for as long as this lives.  A text that names an environment asks the process's cache for a title,
+/// and without one each attempt is logged as a failure.
+class QuietLog {
+public:
+    QuietLog() : m_level(std::exchange(debug_level, 0)) {}
+    QuietLog(const QuietLog&) = delete;
+    QuietLog& operator=(const QuietLog&) = delete;
+    ~QuietLog() { debug_level = m_level; }
+
+private:
+    int m_level;
 };
 
 /// What a payload is, and what it tells.
@@ -158,7 +175,10 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = from.read(file, event, console); code != ExitCode::success)
         return code;
     std::optional<NamedCache> named;
-    if (invocation.has("cache")) {
+    std::optional<QuietLog> quiet;
+    if (!invocation.has("cache")) {
+        quiet.emplace();
+    } else {
         const std::string& path = invocation.text("cache");
         QelEnvCacheSP checked;
         if (const ExitCode code = openCache(path, CacheUse::existing, console, checked); code != ExitCode::success)
@@ -186,16 +206,33 @@ void addRenderOptions(Options& options) {
                  .help = "the parameter to render, by the names that lead to it: env/title"});
 }
 
+/// Whether a path, as QelInfo::getParameterByPath() takes it, leads to a parameter or to the info itself.
+bool hasParameter(const QelInfo& info, std::string_view path) {
+    const QelInfo* at = &info;
+    while (at) {
+        path.remove_prefix(std::min(path.find_first_not_of('/'), path.size()));
+        if (path.empty())
+            return true;
+        const std::string_view name = path.substr(0, path.find('/'));
+        at = at->getParameter(name);
+        path.remove_prefix(name.size());
+    }
+    return false;
+}
+
 ExitCode runRender(const Invocation& invocation, const Console& console) {
     const std::string& file = invocation.arguments[0];
     RecordInMessage from;
     QelInfo info;
     if (const ExitCode code = from.read(file, info, console); code != ExitCode::success)
         return code;
+    const std::string& path = invocation.text("path");
+    if (!hasParameter(info, path))
+        return console.fail(ExitCode::notSo, shownName(file) + ": no parameter at '" + path + "'");
     std::string text;
-    if (const ExitCode code = render(info, invocation.text("path"), file, console, text); code != ExitCode::success)
+    if (const ExitCode code = render(info, path, file, console, text); code != ExitCode::success)
         return code;
-    console.out << text << '\n';
+    console.out << showControls(text, "\n\t") << '\n';
     return ExitCode::success;
 }
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <functional>
 
-#include "QelFunctionalityCore/Files/QelFileDownloadInfo.h"
-#include "QelFunctionalityCore/Files/QelFileUploadInfo.h"
+#include "qel/FileDestination.h"
+#include "qel/FileSource.h"
 
 namespace Qel::Tool {
 
@@ -12,21 +12,20 @@ namespace Qel::Tool {
 struct TransferResult {
     enum class End : std::uint8_t {
         complete,
-        stopped,           ///< by who watched it
-        sourceFailed,      ///< the error message tells why, as for the next
-        destinationFailed, ///< what came so far stays there
+        stopped,           ///< by `watch`
+        sourceFailed,      ///< the error message contains the reason, as for the next
+        destinationFailed, ///< what was written so far stays there
     };
 
     End end;
-    bool isBegun;    ///< both ends were opened
-    long long moved; ///< bytes that reached the destination in whole blocks
+    long long moved; ///< bytes of the source that are in the destination
 };
 
-/// Moves the bytes of one end to the other in blocks, as two agents do.  Both ends are finished afterwards; the
-/// destination isn't started if the source fails to.
+/// Copies the source up to its end, piece by piece, and finishes the destination.  Both are open.
 ///
-/// `watch` is told how many bytes have been moved, before the first block and behind each; false stops the transfer.
-[[nodiscard]] TransferResult transfer(QelFileUploadInfo& source, QelFileDownloadInfo& destination,
+/// `watch` is called with the number of bytes that were moved, before the first piece and after each; false stops the
+/// transfer.
+[[nodiscard]] TransferResult transfer(FileSource& source, FileDestination& destination,
                                       const std::function<bool(long long moved)>& watch);
 
 } // namespace Qel::Tool

@@ -253,12 +253,22 @@ int& counterOf(QelProcessList& list, char processState) {
 
 } // namespace
 
-bool HostCollector::readProcess(const std::string& pid, QelProcessList& list) {
+/// Reads a file of a process whose first file could be read.
+bool HostCollector::readOfProcess(const std::string& path, std::string& content) {
+    const int error = File(path).readAll(content);
+    if (error == ENOENT || error == ESRCH)
+        m_problems.push_back(path + ": the process ended while it was read, and is left out");
+    else if (error != 0)
+        tell(path, error);
+    return error == 0;
+}
+
+void HostCollector::readProcess(const std::string& pid, QelProcessList& list) {
     const std::string folder = under("/proc/" + pid);
     std::string stat;
     const int error = File(folder + "/stat").readAll(stat);
     if (error == ENOENT || error == ESRCH)
-        return true; // it has ended
+        return; // it ended after the folder was listed
     // The name may hold anything, blanks and brackets too.
     const auto open = stat.find('(');
     const auto close = stat.rfind(')');
@@ -268,13 +278,22 @@ bool HostCollector::readProcess(const std::string& pid, QelProcessList& list) {
         for (std::string field; in >> field;)
             fields.push_back(field);
     }
-    if (fields.size() < statFields)
-        return false;
-
-    std::string arguments;
+    if (fields.size() < statFields) {
+        m_problems.push_back(folder + "/stat: can't be read");
+        return;
+    }
     std::string status;
-    static_cast<void>(File(folder + "/cmdline").readAll(arguments));
-    static_cast<void>(File(folder + "/status").readAll(status));
+    if (!readOfProcess(folder + "/status", status))
+        return;
+    const auto statusValues = valuesIn(status, ':');
+    const auto uid = statusValues.find("Uid");
+    if (uid == statusValues.end()) {
+        m_problems.push_back(folder + "/status: no uid in it");
+        return;
+    }
+    std::string arguments;
+    if (m_arguments == Arguments::included && !readOfProcess(folder + "/cmdline", arguments))
+        return;
     std::replace(arguments.begin(), arguments.end(), '\0', ' ');
 
     QelProcessInfo& row = list.rows.emplace_back();
@@ -282,18 +301,18 @@ bool HostCollector::readProcess(const std::string& pid, QelProcessList& list) {
     const auto resident = numberIn<long long>(fields[residentPages]) * sysconf(_SC_PAGESIZE);
     row.params = {
         {"command", stat.substr(open + 1, close - open - 1)},
-        {"arguments", trimmed(arguments)},
         {"state", fields[state]},
         {"parent", fields[parent]},
-        {"uid", std::to_string(numberIn<unsigned>(trimmed(valuesIn(status, ':')["Uid"])))},
+        {"uid", std::to_string(numberIn<unsigned>(uid->second))},
         {"nice", fields[nice]},
         {"threads", fields[threads]},
         {"virtual", fields[virtualSize]},
         {"resident", std::to_string(resident)},
     };
+    if (m_arguments == Arguments::included)
+        row.params.emplace(HostReport::argumentsColumn, trimmed(arguments));
     ++counterOf(list, fields[state].front());
     ++list.total;
-    return true;
 }
 
 } // namespace Qel::Tool

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "qel/HostReport.h"
@@ -17,10 +18,16 @@ namespace Qel::Tool {
 ///     it QelNetwork         f1282 the domain to search first QelNetInterface    f1072 hardware addresses
 ///     QelDiskPartition   name the device, f1297 the mount point, f1298 the kind of file system, f1299 the flags that
 ///                        statvfs() tells, f1804 the mount options
+///
+/// A process that ends while its files are read is a problem, too, and is left out.
 class HostCollector {
 public:
+    /// Whether the arguments of processes are collected.  They may hold passwords.
+    enum class Arguments : std::uint8_t { leftOut, included };
+
     /// Files are looked for below `root`.
-    explicit HostCollector(std::string root = {}) : m_root(std::move(root)) {}
+    explicit HostCollector(Arguments arguments, std::string root = {})
+        : m_arguments(arguments), m_root(std::move(root)) {}
 
     [[nodiscard]] HostReport collect();
     /// What `collect` met with.
@@ -41,10 +48,12 @@ private:
     void readInterfaces(QelNetwork& network);
     [[nodiscard]] std::optional<QelDisk> disks();
     [[nodiscard]] std::optional<QelProcessList> processes();
-    bool readProcess(const std::string& pid, QelProcessList& list);
+    void readProcess(const std::string& pid, QelProcessList& list);
+    [[nodiscard]] bool readOfProcess(const std::string& path, std::string& content);
     [[nodiscard]] std::vector<QelGroup> groups();
     [[nodiscard]] std::vector<QelUser> users(const std::vector<QelGroup>& groups);
 
+    Arguments m_arguments;
     std::string m_root;
     Problems m_problems;
 };

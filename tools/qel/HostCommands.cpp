@@ -15,6 +15,9 @@ namespace Qel::Tool {
 namespace {
 
 void addReportOptions(Options& options) {
+    options.add({.name = "arguments",
+                 .help = "include the arguments of processes; they are left out by default, since command lines may "
+                         "hold passwords"});
     options.add({.name = "binary", .help = "write the binary form"});
 }
 
@@ -26,7 +29,8 @@ void tellProblems(const Problems& problems, const Console& console) {
 // --- qel host report
 
 ExitCode runReport(const Invocation& invocation, const Console& console) {
-    HostCollector collector;
+    HostCollector collector(invocation.has("arguments") ? HostCollector::Arguments::included
+                                                        : HostCollector::Arguments::leftOut);
     const HostReport report = collector.collect();
     Problems problems = collector.problems();
     const auto_destroy<QelMessage> message(new QelBinary);

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <sstream>
 
@@ -133,6 +134,30 @@ void HostCollector::readInterfaces(QelNetwork& network) {
 
 // --- disks
 
+namespace {
+
+/// A line of /proc/mounts.
+struct Mount {
+    std::string device;
+    std::string folder;
+    std::string type;
+    std::string options;
+};
+
+/// The mounts that can be reached.  Of those on one folder this is the last: it hides the others.
+std::vector<Mount> visibleMounts(FILE* mounts) {
+    std::vector<Mount> visible;
+    std::map<std::string, std::size_t> places; // in `visible`
+    while (const mntent* const entry = getmntent(mounts)) {
+        const auto [place, isNew] = places.emplace(entry->mnt_dir, visible.size());
+        Mount& mount = isNew ? visible.emplace_back() : visible[place->second];
+        mount = {entry->mnt_fsname, entry->mnt_dir, entry->mnt_type, entry->mnt_opts};
+    }
+    return visible;
+}
+
+} // namespace
+
 std::optional<QelDisk> HostCollector::disks() {
     const std::string path = under("/proc/mounts");
     const std::unique_ptr<FILE, int (*)(FILE*)> mounts(setmntent(path.c_str(), "re"), &endmntent);
@@ -141,20 +166,20 @@ std::optional<QelDisk> HostCollector::disks() {
         return std::nullopt;
     }
     QelDisk disk;
-    while (const mntent* const entry = getmntent(mounts.get())) {
+    for (const Mount& mount : visibleMounts(mounts.get())) {
         struct statvfs state {};
-        if (statvfs(under(entry->mnt_dir).c_str(), &state) != 0) {
-            tell(entry->mnt_dir, errno);
+        if (statvfs(under(mount.folder).c_str(), &state) != 0) {
+            tell(mount.folder, errno);
             continue;
         }
         if (state.f_blocks == 0) // it has no room of its own
             continue;
         QelDiskPartition& partition = disk.partitions.emplace_back();
-        partition.name = entry->mnt_fsname;
-        partition.f1297 = entry->mnt_dir;
-        partition.f1298 = entry->mnt_type;
+        partition.name = mount.device;
+        partition.f1297 = mount.folder;
+        partition.f1298 = mount.type;
         partition.f1299 = static_cast<int>(state.f_flag);
-        std::istringstream options(entry->mnt_opts);
+        std::istringstream options(mount.options);
         for (std::string option; std::getline(options, option, ',');)
             partition.f1804.push_back(option);
         partition.blocks = usageOf(state.f_blocks, state.f_bfree, state.f_bavail, state.f_frsize);
@@ -164,14 +189,6 @@ std::optional<QelDisk> HostCollector::disks() {
 }
 
 // --- processes
-
-namespace {
-
-std::string unreadable(const std::string& folder, const std::string& process) {
-    return folder + '/' + process + "/stat: can't be read";
-}
-
-} // namespace
 
 std::optional<QelProcessList> HostCollector::processes() {
     const std::string path = under("/proc");
@@ -184,8 +201,8 @@ std::optional<QelProcessList> HostCollector::processes() {
     QelProcessList list;
     for (; entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const std::string name = entry->path().filename().string();
-        if (isNumber(name) && !readProcess(name, list))
-            m_problems.push_back(unreadable(path, name));
+        if (isNumber(name))
+            readProcess(name, list);
     }
     return list;
 }

@@ -24,6 +24,9 @@ struct HostReport {
     std::vector<QelUser> users;
     std::vector<QelGroup> groups;
 
+    /// The column of the processes with their arguments, if they are included.
+    static constexpr const char* argumentsColumn = "arguments";
+
     [[nodiscard]] bool isEmpty() const;
 };
 

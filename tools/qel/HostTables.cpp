@@ -1,7 +1,9 @@
 #include "qel/HostTables.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <limits>
 #include <ostream>
 
 #include <net/if.h>
@@ -27,14 +29,20 @@ std::string shownBytes(long long bytes) {
     return text.data();
 }
 
+/// How full a file system is, rounded up, as df(1) computes it: what is reserved for root is neither used nor free.
 std::string shownShare(const QelUsageStats& usage) {
-    if (usage.total <= 0)
-        return "";
-    constexpr double whole = 100;
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.0f %%",
-                  whole * static_cast<double>(usage.used) / static_cast<double>(usage.total));
-    return text.data();
+    if (usage.used < 0 || usage.free < 0 || (usage.used == 0 && usage.free == 0))
+        return "-";
+    constexpr unsigned long long whole = 100;
+    auto used = static_cast<unsigned long long>(usage.used);
+    auto available = static_cast<unsigned long long>(usage.free);
+    while (used > std::numeric_limits<unsigned long long>::max() / whole) {
+        used /= 2;
+        available /= 2;
+    }
+    const unsigned long long share = used * whole;
+    const unsigned long long sum = used + available;
+    return std::to_string(share / sum + (share % sum != 0 ? 1 : 0)) + '%';
 }
 
 std::string shownReal(double value) {
@@ -141,12 +149,16 @@ void print(std::ostream& out, const QelProcessList& list) {
         << list.uninterruptible << " uninterruptible, " << list.stopped << " stopped, " << list.zombie << " zombie, "
         << list.idle << " idle\n\n";
     Table table({Align::right});
+    std::vector<std::string> names(list.paramNames.begin(), list.paramNames.end());
+    // A column that isn't the last one is padded to its longest value.
+    std::stable_partition(names.begin(), names.end(),
+                          [](const std::string& name) { return name != HostReport::argumentsColumn; });
     std::vector<std::string> titles{"pid"};
-    titles.insert(titles.end(), list.paramNames.begin(), list.paramNames.end());
+    titles.insert(titles.end(), names.begin(), names.end());
     table.addRow(titles);
     for (const QelProcessInfo& row : list.rows) {
         std::vector<std::string> cells{std::to_string(row.pid)};
-        for (const std::string& name : list.paramNames) {
+        for (const std::string& name : names) {
             const auto value = row.params.find(name);
             cells.push_back(value != row.params.end() ? value->second : "");
         }

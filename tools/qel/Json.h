@@ -84,7 +84,8 @@ struct Json::Member {
     Json value;
 };
 
-/// Prints the document, indented, with a line end.  Bytes that aren't UTF-8 become the replacement character.
+/// Prints the document, indented, with a line end.  Bytes that aren't UTF-8 become the replacement character; control
+/// characters are escaped.
 void printJson(std::ostream& out, const Json& document);
 
 } // namespace Qel::Tool

@@ -1,7 +1,11 @@
+#include <array>
+#include <cstdio>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
 
+#include "QelCommon/ControlCharacters.h"
+#include "QelCommon/Utf8.h"
 #include "qel/Json.h"
 
 namespace Qel::Tool {
@@ -30,8 +34,28 @@ struct Converter {
     }
 };
 
+/// The document with the control characters in its strings as \u escapes: JSON requires that for those of C0 only.
+std::string escapeControls(std::string_view document) {
+    std::string escaped;
+    escaped.reserve(document.size());
+    while (!document.empty()) {
+        const auto [length, code] = firstUtf8Character(document);
+        const std::size_t taken = length == 0 ? 1 : length;
+        if (length != 0 && code != '\n' && isControlCharacter(code)) {
+            std::array<char, 16> text{};
+            std::snprintf(text.data(), text.size(), "\\u%04x", static_cast<unsigned>(code));
+            escaped += text.data();
+        } else {
+            escaped += document.substr(0, taken);
+        }
+        document.remove_prefix(taken);
+    }
+    return escaped;
+}
+
 std::string printed(const Json& document, int width) {
-    return std::visit(Converter(), document.value()).dump(width, ' ', false, Document::error_handler_t::replace);
+    return escapeControls(
+        std::visit(Converter(), document.value()).dump(width, ' ', false, Document::error_handler_t::replace));
 }
 
 } // namespace

@@ -30,6 +30,10 @@ ExitCode runConvert(const Invocation& invocation, const Console& console) {
     if (form != textForm && form != binaryForm)
         return console.fail(ExitCode::usage, "--to takes text or binary, not '" + form + "'");
 
+    QelFileLock lock;
+    if (areOneFile(in, out))
+        if (const ExitCode code = lockFile(out, lock, console); code != ExitCode::success)
+            return code;
     const auto_destroy<QelMessage> message(new QelBinary);
     if (const ExitCode code = readMessage(in, *message, console); code != ExitCode::success)
         return code;

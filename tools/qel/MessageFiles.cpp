@@ -3,9 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <istream>
 #include <limits>
 #include <memory>
@@ -16,13 +14,10 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelMessage/QelBinaryCodec.h"
 #include "QelMessage/QelLimits.h"
-#include "QelMessage/QelMessageFile.h"
 
 namespace Qel::Tool {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// Reads a stream to its end, or one byte more than a message may have.
 std::string readAll(std::istream& in) {
@@ -62,20 +57,6 @@ int parse(const std::string& content, QelMessage& message) {
     return message.fromTextEx(content.c_str(), anyVersion);
 }
 
-/// Whether something is there that can't be replaced by a file: a device or a pipe.
-bool isStreamLike(const fs::path& path) {
-    std::error_code error;
-    const fs::file_status status = fs::status(path, error);
-    return fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
-}
-
-/// What a symbolic link leads to, so that the file is replaced and not the link.
-std::string resolved(const std::string& name) {
-    std::error_code error;
-    const fs::path path = fs::canonical(name, error);
-    return error ? name : path.string();
-}
-
 } // namespace
 
 std::string shownName(const std::string& name) {
@@ -98,23 +79,32 @@ ExitCode readMessage(const std::string& name, QelMessage& message, const Console
     std::string content;
     if (const ExitCode code = readContent(name, content, console); code != ExitCode::success)
         return code;
-    if (parse(content, message) == 0)
+    const int result = parse(content, message);
+    if (result == 0)
         return ExitCode::success;
-    return console.fail(ExitCode::badInput, shownName(name) + ": " + getErrorMessage());
+    const ExitCode code = result == QelMessage::outOfMemory ? ExitCode::failed : ExitCode::badInput;
+    return console.fail(code, shownName(name) + ": " + getErrorMessage());
 }
 
-ExitCode writeContent(const std::string& name, std::string_view content, const Console& console) {
+bool areOneFile(const std::string& one, const std::string& other) {
+    std::error_code error;
+    return one != standardStream && other != standardStream && std::filesystem::equivalent(one, other, error);
+}
+
+ExitCode lockFile(const std::string& name, QelFileLock& lock, const Console& console) {
+    if (name == standardStream || lock.acquire(name) == 0)
+        return ExitCode::success;
+    return console.fail(ExitCode::failed, getErrorMessage());
+}
+
+ExitCode writeContent(const std::string& name, std::string_view content, const Console& console,
+                      QelMessageFile::NewFile created) {
     if (name == standardStream) {
         // A failure is told when the stream is flushed at the end.
         console.out << content;
         return ExitCode::success;
     }
-    if (isStreamLike(name)) {
-        std::ofstream stream(name, std::ios::binary);
-        stream << content << std::flush;
-        return stream ? ExitCode::success : console.fail(ExitCode::failed, name + ": " + std::strerror(errno));
-    }
-    if (QelMessageFile::replace(resolved(name), content) != 0)
+    if (QelMessageFile::replace(name, content, created) != 0)
         return console.fail(ExitCode::failed, getErrorMessage());
     return ExitCode::success;
 }

@@ -3,7 +3,9 @@
 #include <string>
 #include <string_view>
 
+#include "QelMessage/QelFileLock.h"
 #include "QelMessage/QelMessage.h"
+#include "QelMessage/QelMessageFile.h"
 #include "qel/Console.h"
 
 namespace Qel::Tool {
@@ -24,9 +26,17 @@ inline constexpr std::string_view standardStream = "-";
 /// error that names the place, if it can't be read or is malformed; then `message` is as it was.
 [[nodiscard]] ExitCode readMessage(const std::string& name, QelMessage& message, const Console& console);
 
-/// Writes to a file or standard output.  A regular file appears or changes all at once; pipes and devices are written
-/// as they are.  ExitCode::failed, and an error, if that can't be done; then an old file is as it was.
-[[nodiscard]] ExitCode writeContent(const std::string& name, std::string_view content, const Console& console);
+/// Whether both names lead to one existing file.
+[[nodiscard]] bool areOneFile(const std::string& one, const std::string& other);
+
+/// Waits for the lock of a file that a command reads, changes and replaces, unless it is a standard stream.
+/// ExitCode::failed, and an error, if the file can't be locked.
+[[nodiscard]] ExitCode lockFile(const std::string& name, QelFileLock& lock, const Console& console);
+
+/// Writes to a file, as QelMessageFile::replace() does, or to standard output.  ExitCode::failed, and an error, if that
+/// can't be done.
+[[nodiscard]] ExitCode writeContent(const std::string& name, std::string_view content, const Console& console,
+                                    QelMessageFile::NewFile created = QelMessageFile::NewFile::ownerOnly);
 
 /// The same with a message in text form.
 [[nodiscard]] ExitCode writeMessage(const std::string& name, const QelMessage& message, const Console& console);

@@ -4,6 +4,7 @@
 
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Configuration/QelOptionsFileSerializer.h"
+#include "qel/MessageFiles.h"
 
 namespace po = boost::program_options;
 
@@ -40,6 +41,14 @@ void addOptionSetOptions(Options& options) {
     options.add({.name = saveOption, .value = "FILE", .help = "keep the arguments and options in this file"});
 }
 
+ExitCode lockOptions(const OptionSet& given, QelFileLock& lock, const Console& console) {
+    const std::string* const loaded = valueOf(given, loadOption);
+    const std::string* const saved = valueOf(given, saveOption);
+    if (!loaded || !saved || !areOneFile(*loaded, *saved))
+        return ExitCode::success;
+    return lockFile(*saved, lock, console);
+}
+
 ExitCode loadOptions(OptionSet& given, const Options& known, const Console& console) {
     const std::string* const path = valueOf(given, loadOption);
     if (!path)
@@ -51,6 +60,10 @@ ExitCode loadOptions(OptionSet& given, const Options& known, const Console& cons
 
     const OptionSet before = given;
     for (po::option& option : loaded) {
+        if (option.string_key == loadOption || option.string_key == saveOption)
+            return console.fail(ExitCode::badInput,
+                                *path + ": '--" + option.string_key +
+                                    "' is accepted on the command line only, remove it from the file");
         if (!option.string_key.empty()) {
             const Option* const description = known.find(option.string_key);
             if (!description)

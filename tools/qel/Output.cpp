@@ -1,40 +1,17 @@
 #include "qel/Output.h"
 
 #include <algorithm>
-#include <ostream>
+#include <iostream>
+
+#include <unistd.h>
+
+#include "QelCommon/Utf8.h"
 
 namespace Qel::Tool {
 
 namespace {
 
 constexpr std::string_view columnGap = "  ";
-
-constexpr bool isContinuationByte(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-}
-
-constexpr bool isControl(char c) {
-    constexpr unsigned char firstPrintable = 0x20;
-    constexpr unsigned char del = 0x7F;
-    const auto byte = static_cast<unsigned char>(c);
-    return byte < firstPrintable || byte == del;
-}
-
-/// Whether a code point from U+0080 to U+009F comes first; terminals obey those like escape sequences.
-constexpr bool startsHighControl(std::string_view text) {
-    return text.size() >= 2 && text[0] == '\xC2' && static_cast<unsigned char>(text[1]) < 0xA0U &&
-           isContinuationByte(text[1]);
-}
-
-std::string escapeOf(char c) {
-    if (c == '\n')
-        return "\\n";
-    if (c == '\t')
-        return "\\t";
-    constexpr std::string_view digits = "0123456789abcdef";
-    const auto byte = static_cast<unsigned char>(c);
-    return {'\\', 'x', digits[byte >> 4U], digits[byte & 0xFU]};
-}
 
 std::string padded(const std::string& cell, std::size_t width, Table::Align alignment) {
     const std::string blanks(width - countCharacters(cell), ' ');
@@ -78,19 +55,15 @@ Table::Align Table::alignmentOf(std::size_t column) const {
 }
 
 std::size_t countCharacters(std::string_view text) noexcept {
-    return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isContinuationByte));
+    return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isUtf8Continuation));
 }
 
-std::string showControls(std::string_view text) {
-    std::string shown;
-    shown.reserve(text.size());
-    while (!text.empty()) {
-        const std::size_t length = startsHighControl(text) ? 2 : 1;
-        for (const char c : text.substr(0, length))
-            shown += length == 2 || isControl(c) ? escapeOf(c) : std::string(1, c);
-        text.remove_prefix(length);
-    }
-    return shown;
+bool isTerminal(const Console& console) {
+    return &console.out == &std::cout && isatty(STDOUT_FILENO) == 1;
+}
+
+void printValue(const Console& console, std::string_view value) {
+    console.out << (isTerminal(console) ? showControls(value, "\n\t") : std::string(value)) << '\n';
 }
 
 } // namespace Qel::Tool

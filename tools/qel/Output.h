@@ -6,6 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "QelCommon/ControlCharacters.h"
+#include "qel/Console.h"
+
 namespace Qel::Tool {
 
 /// What is shown in place of a secret.
@@ -13,8 +16,8 @@ inline constexpr const char* hiddenValue = "(hidden)";
 
 /// Rows of cells in aligned columns, two blanks apart.
 ///
-/// Widths count characters, that is code points of UTF-8; no line ends in blanks.  Control characters are shown as \n,
-/// \t or \xHH, so that a row is one line whatever its cells hold, and no cell can speak to the terminal.
+/// Widths count characters, that is code points of UTF-8; no line ends in blanks.  Cells are printed by
+/// showControls(), so that each row is one line.
 class Table {
 public:
     enum class Align : std::uint8_t { left, right };
@@ -36,7 +39,11 @@ private:
 /// Code points in a text of UTF-8.
 [[nodiscard]] std::size_t countCharacters(std::string_view text) noexcept;
 
-/// `text` with its control characters made visible.
-[[nodiscard]] std::string showControls(std::string_view text);
+/// Whether the standard output of the process is meant, and is a terminal.
+[[nodiscard]] bool isTerminal(const Console& console);
+
+/// Prints a value that programs read, and a line end: as bytes, but on a terminal with its control characters escaped,
+/// except line feeds and tabs.
+void printValue(const Console& console, std::string_view value);
 
 } // namespace Qel::Tool

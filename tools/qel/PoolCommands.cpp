@@ -12,6 +12,7 @@
 #include "qel/Json.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
+#include "qel/RecordLimits.h"
 
 namespace Qel::Tool {
 
@@ -24,28 +25,6 @@ constexpr int addressElement = 1262;
 constexpr int rangeElement = 1662;
 constexpr int poolElement = 1974;
 
-constexpr unsigned leastAddress = 0;
-constexpr unsigned greatestAddress = 0xFFFFFFFF;
-
-/// Whether a pool can hold the address.  One that it can't ends the process when it gets as far as the pool's set.
-bool canBeInPool(unsigned address) {
-    return address != leastAddress && address != greatestAddress;
-}
-
-/// The first single address below the pool's element that a pool can't hold; nothing if there is none.
-std::optional<std::string> findBadAddress(const QelMessageIterator& cursor) {
-    const std::unique_ptr<QelMessageIterator> at(cursor.newIterator(false));
-    if (at->firstChild(addressElement) != 0)
-        return std::nullopt;
-    do {
-        std::string text;
-        at->getValue(text, getEmptyID());
-        if (!canBeInPool(strToIp(text)))
-            return text;
-    } while (at->nextSibling(addressElement) == 0);
-    return std::nullopt;
-}
-
 /// Reads the pool in the element under the cursor.
 ExitCode readPool(const std::string& file, const QelMessageIterator& cursor, QelResourceIpPool& pool,
                   const Console& console) {
@@ -53,8 +32,8 @@ ExitCode readPool(const std::string& file, const QelMessageIterator& cursor, Qel
     if (!type.empty() && type != QelDerivedKey<QelResourceIpPool::Writer>())
         return console.fail(ExitCode::badInput, shownName(file) + ": " + cursor.curName() + " is of type " + type +
                                                     ", which is no pool of addresses");
-    if (const auto bad = findBadAddress(cursor))
-        return console.fail(ExitCode::badInput, shownName(file) + ": no pool can hold the address '" + *bad + "'");
+    if (const auto reason = findFatalAddress(cursor))
+        return console.fail(ExitCode::badInput, shownName(file) + ": " + *reason);
     if (cursor.getObj(pool, getEmptyID()) != 0)
         return console.fail(ExitCode::badInput, shownName(file) + ": " + getErrorMessage());
     return ExitCode::success;
@@ -152,6 +131,9 @@ ExitCode runAdd(const Invocation& invocation, const Console& console) {
         if (const auto error = parseRange(*text, added.emplace_back()))
             return console.fail(ExitCode::usage, *error);
 
+    QelFileLock lock;
+    if (const ExitCode code = lockFile(file, lock, console); code != ExitCode::success)
+        return code;
     const auto_destroy<QelMessage> message(new QelBinary);
     const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
     QelResourceIpPool pool;

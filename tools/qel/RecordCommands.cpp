@@ -13,6 +13,7 @@
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
 #include "qel/RecordDescription.h"
+#include "qel/RecordLimits.h"
 #include "qel/RecordReference.h"
 #include "qel/RecordSchema.h"
 
@@ -98,6 +99,8 @@ ExitCode rewriteFile(const QelRecordType& type, const std::string& name, const C
         const int id = from->curID();
         (void)(id != 0 ? to->newChild(id) : to->newChild(from->curName()));
     }
+    if (const auto reason = findFatalValue(type, *from))
+        return console.fail(ExitCode::badInput, shownName(name) + ": " + *reason);
     clearErrorMessage();
     const QelRecordType::Results results = type.rewrite(*from, *to);
     const auto fail = [&](const char* functor, int result) {
@@ -155,7 +158,8 @@ ExitCode runReference(const Invocation& invocation, const Console& console) {
     if (error)
         return console.fail(ExitCode::failed, folder.string() + ": " + error.message());
     for (const ReferencePage& page : referencePages())
-        if (const ExitCode code = writeContent((folder / page.file).string(), page.text, console);
+        if (const ExitCode code =
+                writeContent((folder / page.file).string(), page.text, console, QelMessageFile::NewFile::umaskAllows);
             code != ExitCode::success)
             return code;
     return ExitCode::success;

@@ -1,5 +1,6 @@
 #include "qel/ScheduleCalendar.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <ostream>
@@ -7,6 +8,8 @@
 #include <string_view>
 
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
 
 namespace Qel::Tool {
 
@@ -40,21 +43,34 @@ int localDateOf(long time, chrono::sys_days& date) {
     std::tm local{};
     if (localTimeCopy(time, local) != 0)
         return -1;
-    date = chrono::sys_days{chrono::days{(time + local.tm_gmtoff) / secondsPerDay}};
+    date = chrono::floor<chrono::days>(chrono::sys_seconds{chrono::seconds{time + local.tm_gmtoff}});
     return 0;
 }
 
+/// Whether the trigger runs at the epoch.  It can't be asked: runs follow the time that a trigger is asked about, and
+/// most give no answer before the epoch.  Those whose first run is their start run there if they start there.
+bool runsAtEpoch(const QelSchedulerTrigger& trigger) {
+    return trigger.start == 0 && (dynamic_cast<const QelSchedulerOnceTrigger*>(&trigger) ||
+                                  dynamic_cast<const QelSchedulerDailyTrigger*>(&trigger));
+}
+
 void addRunDays(const QelSchedulerTrigger& trigger, long from, long until, std::set<chrono::sys_days>& runDays) {
+    const auto add = [&](long run) {
+        chrono::sys_days date;
+        if (from <= run && run < until && localDateOf(run, date) == 0)
+            runDays.insert(date);
+    };
+    if (runsAtEpoch(trigger))
+        add(0);
     long now = from - 1;
     while (now < until) {
         long next = qelNoTime;
         if (trigger.getNextRunTime(now, next) != 0 || next <= now) {
-            now += secondsPerDay;
+            const long nextDay = now + static_cast<long>(secondsPerDay);
+            now = now < 0 ? std::min(nextDay, 0L) : nextDay;
             continue;
         }
-        chrono::sys_days date;
-        if (next < until && localDateOf(next, date) == 0)
-            runDays.insert(date);
+        add(next);
         now = next;
     }
 }

@@ -2,7 +2,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
-#include <iostream>
 #include <memory>
 #include <optional>
 
@@ -154,8 +153,7 @@ void addCalendarOptions(Options& options) {
 bool isColourful(const Console& console) {
     const char* const terminal = std::getenv("TERM");
     const char* const noColour = std::getenv("NO_COLOR"); // https://no-color.org
-    return &console.out == &std::cout && isatty(STDOUT_FILENO) == 1 && terminal &&
-           std::string_view(terminal) != "dumb" && !(noColour && *noColour != '\0');
+    return isTerminal(console) && terminal && std::string_view(terminal) != "dumb" && !(noColour && *noColour != '\0');
 }
 
 ExitCode runCalendar(const Invocation& invocation, const Console& console) {

@@ -36,7 +36,7 @@ void addSidOptions(Options& options) {
 ExitCode fromText(const std::string& text, QelSID& sid, const Console& console) {
     if (sid.fromString(text) == 0)
         return ExitCode::success;
-    return console.fail(ExitCode::badInput, "'" + showControls(text) + "' is no security identifier");
+    return console.fail(ExitCode::badInput, "'" + text + "' is no security identifier");
 }
 
 ExitCode fromHexadecimal(const std::string& digits, QelSID& sid, const Console& console) {
@@ -44,7 +44,7 @@ ExitCode fromHexadecimal(const std::string& digits, QelSID& sid, const Console& 
     try {
         bytes = boost::algorithm::unhex(digits);
     } catch (const boost::algorithm::hex_decode_error&) {
-        return console.fail(ExitCode::badInput, "'" + showControls(digits) + "' isn't hexadecimal");
+        return console.fail(ExitCode::badInput, "'" + digits + "' isn't hexadecimal");
     }
     // To the operation itself a size of 0 is one that the data tell.
     if (!bytes.empty() && sid.fromBinary(bytes.data(), static_cast<unsigned>(bytes.size())) == 0)

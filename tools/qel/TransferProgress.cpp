@@ -46,6 +46,7 @@ std::string describeBytes(double bytes) {
 }
 
 std::string progressLine(long long moved, long long total, std::chrono::duration<double> elapsed, std::size_t width) {
+    total = std::max(total, moved);
     const double share = total > 0 ? static_cast<double>(moved) / static_cast<double>(total) : 1;
     const double seconds = elapsed.count();
     const double rate = seconds > 0 ? static_cast<double>(moved) / seconds : 0;

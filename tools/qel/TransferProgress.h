@@ -11,7 +11,8 @@ namespace Qel::Tool {
 [[nodiscard]] std::string describeBytes(double bytes);
 
 /// How far a transfer is, in one line of at most `width` characters: a bar if there is room for one, the share, the
-/// bytes, their rate, and the time left; once all is there, the time that it took.
+/// bytes, their rate, and the time left; once all is there, the time that it took.  A total that was exceeded counts as
+/// reached.
 [[nodiscard]] std::string progressLine(long long moved, long long total, std::chrono::duration<double> elapsed,
                                        std::size_t width);
 
@@ -28,6 +29,8 @@ public:
     ~TransferProgress();
 
     void show(long long moved, Clock::time_point now = Clock::now());
+    /// The bytes that were moved last are all that there are, whatever the total was expected to be.
+    void complete() { m_total = m_moved; }
 
 private:
     void draw(Clock::time_point now);

@@ -301,6 +301,9 @@ ExitCode mergeFile(Merge& merge, const std::string& file, const Invocation& invo
 ExitCode runMerge(const Invocation& invocation, const Console& console) {
     const std::string& out = invocation.arguments[0];
     const bool toStream = out == standardStream;
+    QelFileLock lock;
+    if (const ExitCode code = lockFile(out, lock, console); code != ExitCode::success)
+        return code;
     Merge merge;
     if (!toStream && !isMissing(out))
         if (const ExitCode code = readVocMap(out, *merge.target, console); code != ExitCode::success)
@@ -322,6 +325,9 @@ ExitCode runErase(const Invocation& invocation, const Console& console) {
     const std::string& file = invocation.arguments[0];
     const std::string& name = invocation.arguments[1];
     const std::string& version = invocation.arguments[2];
+    QelFileLock lock;
+    if (const ExitCode code = lockFile(file, lock, console); code != ExitCode::success)
+        return code;
     auto_destroy<QelMessage> message(new QelBinary);
     if (const ExitCode code = readVocMap(file, *message, console); code != ExitCode::success)
         return code;

@@ -1,6 +1,5 @@
 #include "qel/VocFiles.h"
 
-#include <cstring>
 #include <memory>
 
 #include "QelFunctionalityCore/Vocabulary/QelVocID.h"
@@ -8,19 +7,13 @@
 #include "QelMessage/QelBinary.h"
 #include "QelMessage/QelMessageIterator.h"
 #include "qel/MessageFiles.h"
+#include "qel/RecordLimits.h"
 
 namespace Qel::Tool {
 
 namespace {
 
 namespace Element = VocabularyElement;
-
-/// Whether child `element` is too long for a name or a version, which would end the process that reads it.
-bool isTooLong(const QelMessageIterator& cursor, int element) {
-    constexpr std::size_t most = sizeof(QelVocID::name) - 1;
-    std::string text;
-    return cursor.getValue(text, element) == 0 && std::strlen(text.c_str()) > most;
-}
 
 bool hasLongVersion(const QelMessageIterator& vocabulary) {
     if (vocabulary.firstChild(Element::parameter) != 0)
@@ -29,14 +22,14 @@ bool hasLongVersion(const QelMessageIterator& vocabulary) {
     do {
         std::string id;
         vocabulary.getValue(id, Element::id);
-        found = id == QelVocID::versionParameter && isTooLong(vocabulary, Element::data);
+        found = id == QelVocID::versionParameter && isTooLongForVocID(vocabulary, Element::data);
     } while (!found && vocabulary.nextSibling(Element::parameter) == 0);
     vocabulary.seekUp();
     return found;
 }
 
 ExitCode checkLengths(const std::string& place, const QelMessageIterator& vocabulary, const Console& console) {
-    if (isTooLong(vocabulary, Element::name))
+    if (isTooLongForVocID(vocabulary, Element::name))
         return console.fail(ExitCode::badInput, place + ": the name is too long");
     if (hasLongVersion(vocabulary))
         return console.fail(ExitCode::badInput, place + ": the version is too long");

@@ -10,7 +10,7 @@ namespace Qel {
 void abort(const char* module, const char* file, int line, const char* function, const char* prettyFunction) {
     std::fprintf(stderr, "%s: fatal: check failed at %s:%d, %s\n", module, file, line, prettyFunction);
     std::fflush(stderr);
-    Log2(module, file, line, function, prettyFunction).put(LogLevel::error, "fatal: check failed");
+    Log2(module, file, line, function, prettyFunction).putLast("fatal: check failed");
     std::abort();
 }
 

@@ -1,10 +1,13 @@
 #include "QelCommon/Log.h"
 
+#include <chrono>
 #include <cstdarg>
 #include <cstdio>
+#include <memory>
 #include <mutex>
 #include <utility>
 
+#include "QelCommon/ControlCharacters.h"
 #include "QelCommon/SettingsProvider.h"
 #include "QelCommon/Strings.h"
 
@@ -21,8 +24,9 @@ struct LineStyle {
 };
 
 struct LogState {
-    std::mutex mutex; ///< guards what follows
-    LogSink sink;
+    std::timed_mutex delivery;           ///< held while the sink runs; locked before `mutex`
+    std::mutex mutex;                    ///< guards the members below; never held while foreign code runs
+    std::shared_ptr<const LogSink> sink; ///< null for standard error
     LineStyle style;
     Debug::ModuleFilter filter;
     std::shared_ptr<const Debug::SettingsProvider> provider;
@@ -47,8 +51,60 @@ std::string prefixOf(const LogRecord& record, const LineStyle& style) {
     return prefix;
 }
 
+// stdio locks the stream for the whole line, so that lines of several threads do not mix.
 void writeToStandardError(const LogRecord& record, const LineStyle& style) {
-    std::fprintf(stderr, "%s: %s\n", prefixOf(record, style).c_str(), record.text.c_str());
+    std::fprintf(stderr, "%s: %s\n", prefixOf(record, style).c_str(), showControls(record.text).c_str());
+}
+
+// True while this thread runs the sink, and so holds the delivery lock.
+thread_local bool isInSink = false;
+
+class SinkScope {
+public:
+    SinkScope() { isInSink = true; }
+    SinkScope(const SinkScope&) = delete;
+    SinkScope& operator=(const SinkScope&) = delete;
+    ~SinkScope() { isInSink = false; }
+};
+
+// Requires the delivery lock.
+bool deliverToSink(LogState& state, const LogRecord& record) {
+    const SinkScope scope;
+    // A copy, since the sink may replace itself.
+    std::shared_ptr<const LogSink> sink;
+    {
+        const std::lock_guard guard(state.mutex);
+        sink = state.sink;
+    }
+    if (!sink)
+        return false;
+    (*sink)(record);
+    return true;
+}
+
+using DeliveryLock = std::unique_lock<std::timed_mutex>;
+
+bool waitForDelivery(DeliveryLock& lock, bool isLastRecord) {
+    constexpr std::chrono::seconds longestWait(1);
+    if (isLastRecord)
+        return lock.try_lock_for(longestWait);
+    lock.lock();
+    return true;
+}
+
+void deliver(const LogRecord& record, bool isLastRecord) {
+    LogState& state = logState();
+    LineStyle style;
+    {
+        const std::lock_guard guard(state.mutex);
+        if (!state.filter.passes(record.module))
+            return;
+        style = state.style;
+    }
+    DeliveryLock lock(state.delivery, std::defer_lock);
+    if (!isInSink && waitForDelivery(lock, isLastRecord) && deliverToSink(state, record))
+        return;
+    writeToStandardError(record, style);
 }
 
 constexpr int highestLevel = 6;
@@ -61,8 +117,15 @@ bool isLevel(int level) {
 
 LogSink setLogSink(LogSink sink) {
     LogState& state = logState();
-    const std::lock_guard guard(state.mutex);
-    return std::exchange(state.sink, std::move(sink));
+    auto replaced = sink ? std::make_shared<const LogSink>(std::move(sink)) : nullptr;
+    {
+        DeliveryLock lock(state.delivery, std::defer_lock);
+        if (!isInSink)
+            lock.lock();
+        const std::lock_guard guard(state.mutex);
+        state.sink.swap(replaced);
+    }
+    return replaced ? *replaced : LogSink();
 }
 
 void Logger::put(int level, const char* format, ...) const {
@@ -79,19 +142,18 @@ void Logger::put(const char* format, ...) const {
     va_end(arguments);
 }
 
+void Logger::putLast(const std::string& text) const {
+    if (LogLevel::error <= debug_level)
+        deliver(recordOf(LogLevel::error, text), true);
+}
+
 void Logger::emit(int level, const char* format, std::va_list arguments) const {
-    if (level > debug_level)
-        return;
-    LogState& state = logState();
-    const std::lock_guard guard(state.mutex);
-    if (!state.filter.passes(m_module))
-        return;
-    const LogRecord record{
-        m_module, m_file, m_line, m_function, m_prettyFunction, level, formatText(format, arguments)};
-    if (state.sink)
-        state.sink(record);
-    else
-        writeToStandardError(record, state.style);
+    if (level <= debug_level)
+        deliver(recordOf(level, formatText(format, arguments)), false);
+}
+
+LogRecord Logger::recordOf(int level, std::string text) const {
+    return {m_module, m_file, m_line, m_function, m_prettyFunction, level, std::move(text)};
 }
 
 void Debug::setSettingsProvider(std::shared_ptr<const SettingsProvider> provider) {

@@ -31,8 +31,14 @@ struct LogRecord {
 /// Where records go.
 using LogSink = std::function<void(const LogRecord&)>;
 
-/// Replaces the process's sink and gives back the old one.  An empty sink stands for standard error.  The sink may be
-/// called from any thread, one call at a time; it must not log itself.
+/// Replaces the process's sink and returns the old one.  An empty sink selects standard error.
+///
+/// The sink may be called from any thread, one call at a time.  A record that is logged from within the sink goes to
+/// standard error, so that a sink may use code that logs.
+///
+/// When setLogSink() returns, no call of the old sink is running and none follows.  It therefore waits for a call that
+/// runs in another thread, and its caller must not hold a lock that the sink takes.  Called from within the sink it
+/// does not wait: that one call runs to its end after the sink has been replaced.
 LogSink setLogSink(LogSink sink);
 
 /// An open log record: knows where it comes from and waits for its text.
@@ -45,9 +51,13 @@ public:
     void put(int level, const char* format, ...) const __attribute__((format(printf, 3, 4)));
     /// The same for a text without a level, which is an error's.
     void put(const char* format, ...) const __attribute__((format(printf, 2, 3)));
+    /// Emits an error that is the last record of the process.  If another thread's call of the sink does not end within
+    /// a second, the record goes to standard error.
+    void putLast(const std::string& text) const;
 
 private:
     void emit(int level, const char* format, std::va_list arguments) const __attribute__((format(printf, 3, 0)));
+    [[nodiscard]] LogRecord recordOf(int level, std::string text) const;
 
     const char* m_module;
     const char* m_file;

@@ -21,18 +21,25 @@
 // disagree about nothing.  An address that was computed in one Storage is moved to the other by the distance of their
 // bases (`rebased` in the algorithms), which is 0 where the file was mapped with room for its growth.
 //
-// A record is most often replaced by one of its own size, and a snapshot grows record by record.  So the block that was
-// freed last is the likeliest to be written next, and a large snapshot is put at the front of a free block, to grow
-// into the rest of it.
+// How a record is inserted.  An array without a free slot is replaced by one in a new block, which a single pass builds
+// with the new record in its place, and then one store makes it current: the pointer in the header.  The record has to
+// be complete by then, but its block is the one that is free once the old array is, and may share memory with that.
+// Such a record is written to another block first, and moved when the old array has been freed.  An array with a free
+// slot, which a removal or a refused record leaves, is changed where it is.
+//
+// A record is most often replaced by one of its own size, so that the block freed last is the likeliest to be written
+// next.
 //
 // What a crash leaves.  The kernel drops the lock of a process that dies, whatever it was doing, and what it had
 // written stays in the file.
 //  - A reader that dies never gives its snapshot back: the blocks stay allocated until the file is removed.
 //  - A writer that dies between two changes leaves a new block to which nobody refers, and its bytes are lost.  In the
 //    order of its steps the header never points at a freed snapshot.
-//  - A writer that dies while it shifts the array or links the free list leaves that half done: a record may be listed
-//    twice and another one not at all, or free bytes be missing from the list.  A broken list stops the next process
-//    that walks it, at a check.
+//  - A writer that dies while it shifts an array in place (a removal, or an insertion into a free slot) or links the
+//    free list leaves that half done: a record may be listed twice and another one not at all, or free bytes be missing
+//    from the list.  The next process that walks a broken list ends at a check.
+//  - An insertion that needs a new block for the array shifts nothing and leaves all records or one more, unless the
+//    heap is so full that there is no room to put the record aside.
 //  - A process that dies while it formats a file leaves it without the mark `valid`, and so unusable.
 // Nothing repairs any of this: the file is a cache, and removing it is the repair.
 //
@@ -103,6 +110,12 @@ public:
 
         /// Whether somebody besides the header holds it.
         [[nodiscard]] bool isAcquired() const noexcept { return refCount.getRefCount() > 1; }
+
+        /// As assignment, with one more record.
+        void assignInserting(const Snapshot& other, std::size_t index, const ItemID& id, ItemValue* item) {
+            values.assignInserting(other.values, index, id, item);
+            refCount = other.refCount;
+        }
 
         [[nodiscard]] unsigned getUsedMemorySize() const noexcept { return values.getUsedMemorySize() + countSize; }
         [[nodiscard]] unsigned getNextMemorySize() const noexcept { return values.getNextMemorySize() + countSize; }
@@ -236,15 +249,35 @@ private:
         int m_result;
     };
 
+    /// What a source returned.
+    struct ItemBytes {
+        const void* data = nullptr;
+        unsigned length = 0;
+    };
+
     /// A record that a change is about to put into the array.
     struct NewItem {
         int result;
         ItemValue* record;
     };
 
+    /// A block for the record of an insertion into a copy of the array.
+    struct Placement {
+        ItemValue* record;  ///< null if there is no room
+        bool isProvisional; ///< the record's own block shares memory with the old array
+    };
+
     int insertItem(const ItemID& id, const ItemSource& source);
+    int insertIntoSlot(const ItemID& id, std::size_t index, const ItemBytes& item);
+    int insertIntoCopy(const ItemID& id, std::size_t index, const ItemSource& source);
     int updateItem(const ItemID& id, const ItemSource& source);
-    NewItem storeItem(const ItemSource& source, const ItemValue* old);
+    ItemBytes readItem(const ItemSource& source, const ItemValue* old);
+    [[nodiscard]] bool isAcceptable(const ItemBytes& item) const noexcept;
+    [[nodiscard]] int checkItem(const ItemBytes& item) const;
+    NewItem storeItem(const ItemBytes& item);
+    static void writeItem(ItemValue* record, const ItemBytes& item);
+    Placement placeBesideArray(unsigned length);
+    void settle(record_t& entry, const ItemBytes& item);
 
     int lock();
     void unlock();
@@ -267,6 +300,9 @@ private:
     void releaseSnapshot(Snapshot* snapshot);
     void releaseItem(ItemValue* item);
     [[nodiscard]] Snapshot* getWritableSnapshot(eSnapshotHint hint);
+    [[nodiscard]] static bool isWritable(const Snapshot& snapshot, eSnapshotHint hint);
+    [[nodiscard]] static unsigned bytesOfCopy(const Snapshot& snapshot, eSnapshotHint hint);
+    void makeCurrent(Snapshot* copy);
     [[nodiscard]] bool isSnapshotMemoryAccessible(Snapshot* snapshot) const;
     [[nodiscard]] Snapshot* currentSnapshot() const;
     [[nodiscard]] CacheHeader* header() const noexcept { return m_header.load(std::memory_order_relaxed); }

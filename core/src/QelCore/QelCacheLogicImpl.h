@@ -7,20 +7,19 @@
 #include <limits>
 #include <mutex>
 #include <new>
-#include <type_traits>
 #include <utility>
 
+#include "QelCommon/ErrorMessage.h"
+#include "QelCore/QelCacheChangesImpl.h"
 #include "QelCore/QelCacheLogic.h"
 #include "QelCore/QelFiles.h"
+#include "QelCore/QelStoreOrder.h"
 
 namespace Qel {
 
 namespace CacheLogicDetail {
-inline constexpr const char* sourcePath = "core/src/QelCore/QelCacheLogic";
 /// Bytes that an attaching process maps before it knows the file's size, rounded up to pages.
 inline constexpr unsigned firstMapping = 1816;
-/// Bytes of a snapshot that isn't copied lightly each time a record is added: it is put where it can grow.
-inline constexpr unsigned largeSnapshot = 512;
 } // namespace CacheLogicDetail
 
 // ---------------------------------------------------------------------------------------------------------- the header
@@ -196,8 +195,12 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_checkSize() {
     const Allocator& heap = header()->heap;
     if (heap.isInitialized(m_storage->getSize()))
         return 0;
-    if (heap.getSize() > m_maxStorageSize || !m_storage->isInFile(heap.getSize()))
+    if (heap.getSize() > m_maxStorageSize || !m_storage->isInFile(heap.getSize())) {
+        setErrorMessage(
+            "cannot use '%s': its header gives a size of %u bytes, more than the file has or the cache maps",
+            m_id.c_str(), heap.getSize());
         return cacheOutOfSpace;
+    }
     const StoragePtr larger(new Storage(m_id));
     void* memory = larger->getStorage(heap.getSize(), m_storage.get());
     if (!memory)
@@ -214,17 +217,9 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_checkSize() {
 template <class ItemID, class ItemValue, class Allocator>
 template <class T>
 T* QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_allocate(unsigned bytes) {
-    const bool grows = std::is_same_v<T, Snapshot> && bytes > CacheLogicDetail::largeSnapshot;
-    const auto allocate = [&] {
-        Allocator& heap = header()->heap;
-        return grows ? heap.template allocateToGrow<T>(bytes) : heap.template allocate<T>(bytes);
-    };
-    T* block = allocate();
-    while (!block) {
-        if (!unsafe_extend(bytes))
-            return nullptr;
-        block = allocate();
-    }
+    T* block = header()->heap.template allocate<T>(bytes);
+    while (!block && unsafe_extend(bytes))
+        block = header()->heap.template allocate<T>(bytes);
     return block;
 }
 
@@ -323,135 +318,58 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::releaseItem(ItemValue* item) {
         unsafe_deallocate(item);
 }
 
-/// The current snapshot, made one that a writer may change: with nobody else holding it, and for an insertion with a
-/// free slot.  Null when there is no room for a copy; nothing has changed then.
+/// Whether a snapshot may be changed where it is.
+template <class ItemID, class ItemValue, class Allocator>
+bool QelCacheLogic<ItemID, ItemValue, Allocator>::isWritable(const Snapshot& snapshot, eSnapshotHint hint) {
+    return !snapshot.isAcquired() && (hint != snapshotForInsert || snapshot.values.getReservedItemCount() != 0);
+}
+
+/// Bytes of a copy for the change that `hint` names: only an insertion needs a slot more.
+template <class ItemID, class ItemValue, class Allocator>
+unsigned QelCacheLogic<ItemID, ItemValue, Allocator>::bytesOfCopy(const Snapshot& snapshot, eSnapshotHint hint) {
+    return hint == snapshotForInsert ? snapshot.getNextMemorySize() : snapshot.getUsedMemorySize();
+}
+
+/// The current snapshot, replaced by a copy if a writer may not change it.  Null when there is no room for a copy;
+/// nothing has changed then.
 template <class ItemID, class ItemValue, class Allocator>
 auto QelCacheLogic<ItemID, ItemValue, Allocator>::getWritableSnapshot(eSnapshotHint hint) -> Snapshot* {
-    Snapshot* old = currentSnapshot();
-    const bool acquired = old->isAcquired();
-    if (!acquired && (hint != snapshotForInsert || old->values.getReservedItemCount() != 0))
-        return old;
-
-    const unsigned bytes = hint == snapshotForInsert ? old->getNextMemorySize() : old->getUsedMemorySize();
-    // The array's own former block most often lies behind it, and is eaten up slot by slot.
-    if (!acquired && header()->heap.extend(old, bytes)) {
-        old->adjustSelf(bytes);
-        return old;
-    }
-    const void* base = header();
+    const Snapshot* current = currentSnapshot();
+    if (isWritable(*current, hint))
+        return currentSnapshot();
+    const unsigned bytes = bytesOfCopy(*current, hint);
     auto* block = unsafe_allocate<Snapshot>(bytes);
     if (!block)
         return nullptr;
-    old = rebased(old, base);
     auto* copy = new (block) Snapshot;
-    *copy = *old;
+    *copy = *currentSnapshot();
     copy->adjustSelf(bytes);
+    makeCurrent(copy);
+    return copy;
+}
+
+/// Points the header at `copy`, which was made from the current snapshot, and gives up the reference to that.
+template <class ItemID, class ItemValue, class Allocator>
+void QelCacheLogic<ItemID, ItemValue, Allocator>::makeCurrent(Snapshot* copy) {
+    Snapshot* old = currentSnapshot();
+    const bool acquired = old->isAcquired();
     if (acquired) {
         copy->refCount.setRefCount(1);
-        for (record_t& record : copy->values)
+        for (record_t& record : old->values)
             if (ItemValue* item = record.data.get())
                 item->refCount.incRef();
     }
     // First the header, then what it pointed at: a crash between the two costs bytes and nothing else.
+    keepStoreOrder();
     header()->snapshot = copy;
+    keepStoreOrder();
     if (acquired)
         releaseSnapshot(old);
     else
         unsafe_deallocate(old);
-    return copy;
 }
 
 // ----------------------------------------------------------------------------------------------------- records, by key
-
-template <class ItemID, class ItemValue, class Allocator>
-int QelCacheLogic<ItemID, ItemValue, Allocator>::insertItem(const ItemID& id, const ItemSource& source) {
-    if (!isAccessible())
-        return cacheNotAttached;
-    const storageLockGuard_t guard(*this);
-    if (!guard.isLocked())
-        return cacheNotLocked;
-    std::size_t index;
-    if (currentSnapshot()->values.findIndex(id, index))
-        return cacheKeyExists;
-    Snapshot* writable = getWritableSnapshot(snapshotForInsert);
-    if (!writable)
-        return cacheOutOfSpace;
-    const void* base = header();
-    const NewItem item = storeItem(source, nullptr);
-    if (!item.record)
-        return item.result;
-    rebased(writable, base)->values.insertAt(index, id, item.record);
-    return cacheSuccess;
-}
-
-template <class ItemID, class ItemValue, class Allocator>
-int QelCacheLogic<ItemID, ItemValue, Allocator>::updateItem(const ItemID& id, const ItemSource& source) {
-    if (!isAccessible())
-        return cacheNotAttached;
-    const storageLockGuard_t guard(*this);
-    if (!guard.isLocked())
-        return cacheNotLocked;
-    std::size_t index;
-    if (!currentSnapshot()->values.findIndex(id, index))
-        return cacheKeyMissing;
-    Snapshot* writable = getWritableSnapshot(snapshotForUpdate);
-    ItemValue* old = writable && index < writable->values.size() ? writable->values.at(index).data.get() : nullptr;
-    if (!old)
-        return cacheOutOfSpace;
-    __builtin_prefetch(old); // its count, wanted once the new record is there
-    const void* base = header();
-    const NewItem item = storeItem(source, old);
-    if (!item.record)
-        return item.result;
-    rebased(writable, base)->values.update(index, item.record);
-    releaseItem(rebased(old, base));
-    return cacheSuccess;
-}
-
-/// Asks `source` for its bytes and puts them into a block of the file, with one reference.  The file may grow
-/// meanwhile.
-template <class ItemID, class ItemValue, class Allocator>
-auto QelCacheLogic<ItemID, ItemValue, Allocator>::storeItem(const ItemSource& source, const ItemValue* old) -> NewItem {
-    const void* buffer = nullptr;
-    unsigned length = 0;
-    // The source may run any serialisation, which must not scribble on the heap.
-    if (m_protect)
-        m_storage->protect(true);
-    source.getBuffer(&buffer, length, old);
-    if (!isAccessible()) // the source forked, and this is the child
-        return {cacheNotAttached, nullptr};
-    QEL_CHECK(length >= sizeof(ItemValue), CacheLogicDetail::sourcePath);
-    if (m_protect)
-        m_storage->protect(false);
-    if (length > m_maxItemSize)
-        return {cacheItemTooLarge, nullptr};
-    QEL_CHECK(buffer, CacheLogicDetail::sourcePath);
-    auto* record = unsafe_allocate<ItemValue>(length);
-    if (!record)
-        return {cacheOutOfSpace, nullptr};
-    std::memcpy(static_cast<void*>(record), buffer, length);
-    record->refCount.setRefCount(1);
-    return {cacheSuccess, record};
-}
-
-template <class ItemID, class ItemValue, class Allocator>
-int QelCacheLogic<ItemID, ItemValue, Allocator>::remove(const ItemID& id) {
-    if (!isAccessible())
-        return cacheNotAttached;
-    const storageLockGuard_t guard(*this);
-    if (!guard.isLocked())
-        return cacheNotLocked;
-    std::size_t index;
-    if (!currentSnapshot()->values.findIndex(id, index))
-        return cacheKeyMissing;
-    Snapshot* writable = getWritableSnapshot(snapshotForRemove);
-    ItemValue* old = writable ? writable->values.at(index).data.get() : nullptr;
-    if (!old)
-        return cacheOutOfSpace;
-    writable->values.remove(index);
-    releaseItem(old);
-    return cacheSuccess;
-}
 
 template <class ItemID, class ItemValue, class Allocator>
 boost::shared_ptr<ItemValue> QelCacheLogic<ItemID, ItemValue, Allocator>::getCopy(const ItemID& id) {

@@ -90,10 +90,12 @@ public:
 private:
     static constexpr charType specifiedEmpty = 1;
 
+    /// The characters may be this string's own, or a part of them.
     void assign(std::basic_string_view<charType> characters) {
-        *this = limited_length_string();
-        characters.copy(m_characters, size - 1);
-        specify(true);
+        limited_length_string assigned;
+        characters.copy(assigned.m_characters, size - 1);
+        assigned.specify(true);
+        *this = assigned;
     }
 
     /// Bounded by the array, since the record around it may come from a damaged file.

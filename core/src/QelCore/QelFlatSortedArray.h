@@ -9,6 +9,7 @@
 
 #include "QelCommon/Debug.h"
 #include "QelCore/QelRecordTable.h"
+#include "QelCore/QelStoreOrder.h"
 
 namespace Qel {
 
@@ -52,6 +53,19 @@ public:
         m_reserved = other.m_reserved;
         QelRecordTable::moveUpwards(other.begin(), begin(), m_count);
         return *this;
+    }
+
+    /// As assignment, with a new record at `index`, the place that `findIndex` of `other` returned.  The block has room
+    /// for one record more than `other` uses; its free slots are not counted yet.
+    void assignInserting(const QelFlatSortedArray& other, std::size_t index, const Key& key, mapped_type* value) {
+        QEL_CHECK(index <= other.m_count, sourcePath);
+        record_t* place = begin() + index;
+        QelRecordTable::moveUpwards(other.begin(), begin(), index);
+        place->key = key;
+        place->data = value;
+        QelRecordTable::moveUpwards(other.begin() + index, place + 1, other.m_count - index);
+        m_count = other.m_count + 1;
+        m_reserved = 0;
     }
 
     [[nodiscard]] record_t* begin() noexcept { return &m_first; }
@@ -104,7 +118,9 @@ public:
         place->data = value;
         place->key = key;
         // In this order, so that a crash between the two leaves no slot beyond the block.
+        keepStoreOrder();
         --m_reserved;
+        keepStoreOrder();
         ++m_count;
         return place;
     }

@@ -14,6 +14,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -78,6 +79,13 @@ void writeZeros(int descriptor, std::uint64_t from, std::uint64_t to) {
             return;
         at += count;
     }
+}
+
+/// Whether a file of `size` bytes is longer than the process may make one.  The kernel ends a process that does so
+/// beyond the limit with SIGXFSZ, unless that is ignored, so this is asked first.
+bool isBeyondLimit(std::uint64_t size) {
+    struct rlimit limit {};
+    return getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY && size > limit.rlim_cur;
 }
 
 /// Excludes the threads of one process from each other; flock alone doesn't, since they share the descriptor.  The
@@ -166,6 +174,8 @@ public:
             reserved = length;
             return 0;
         }
+        if (length < size && isBeyondLimit(size))
+            return fail("cannot extend", m_name.c_str(), EFBIG);
         if (!uninterrupted([&] { return fallocate(m_forMapping.get(), 0, 0, off_t{size}); }))
             return 0;
         if (errno != EOPNOTSUPP)

@@ -7,6 +7,8 @@
 
 namespace Qel {
 
+class QelFreeListWalk;
+
 /// A heap in the mapping of a file, from the file's first byte on.
 ///
 /// The object is the head of the file itself: it is never made anywhere else, and attaching to a heap that exists means
@@ -67,21 +69,23 @@ public:
     QelSharedMemoryManager& operator=(const QelSharedMemoryManager&) = delete;
 
     /// `bytes` of 8-aligned memory, its content undefined; null for 0 bytes and when no free block is large enough.
-    template <class T> [[nodiscard]] T* allocate(std::size_t bytes) {
-        return static_cast<T*>(allocateData(bytes, Side::tail));
-    }
+    template <class T> [[nodiscard]] T* allocate(std::size_t bytes) { return static_cast<T*>(allocateData(bytes)); }
 
-    /// The same from the front of the free block, so that `extend` finds the rest of it behind the data.
-    template <class T> [[nodiscard]] T* allocateToGrow(std::size_t bytes) {
-        return static_cast<T*>(allocateData(bytes, Side::front));
+    /// What `allocateAhead` returns.
+    template <class T> struct Ahead {
+        T* data;       ///< null if nothing was allocated
+        bool overlaps; ///< nothing was allocated, as the block shares memory with that of `doomed`
+    };
+
+    /// Allocates the block that `allocate` would return after `deallocate(doomed)`, while `doomed` is still in use. The
+    /// caller deallocates `doomed` next; until then one unit that has room for a head only may be a free block.
+    template <class T, class U> [[nodiscard]] Ahead<T> allocateAhead(std::size_t bytes, U* doomed) {
+        const Ahead<void> found = allocateDataAhead(bytes, doomed);
+        return {static_cast<T*>(found.data), found.overlaps};
     }
 
     /// Gives back what `allocate` gave.
     template <class T> void deallocate(T* data) { deallocateData(data); }
-
-    /// Makes room for `bytes` behind `data` where it lies, out of the free block that follows it.  Whether the block
-    /// now has that room; if not, nothing has changed.
-    template <class T> [[nodiscard]] bool extend(T* data, std::size_t bytes) { return extendData(data, bytes); }
 
     /// Grows the heap to `newSize` bytes, which exceed the present ones by a multiple of 8; does nothing if they don't
     /// exceed them.  The mapping covers them already.
@@ -123,13 +127,18 @@ public:
 private:
     [[nodiscard]] std::uintptr_t base() const noexcept { return reinterpret_cast<std::uintptr_t>(this); }
 
-    /// Of a free block that is larger than needed, the part that is handed out.
-    enum class Side { front, tail };
+    /// A free block that an allocation takes, wholly or in part.
+    struct FreeBlock;
 
-    [[nodiscard]] void* allocateData(std::size_t bytes, Side side);
+    static FreeBlock findFreeBlock(QelFreeListWalk& walk, unsigned need);
+    static FreeBlock findFreeBlockAhead(QelFreeListWalk& walk, unsigned need, const block_ctrl* doomed);
+
+    [[nodiscard]] void* allocateData(std::size_t bytes);
+    [[nodiscard]] Ahead<void> allocateDataAhead(std::size_t bytes, void* doomed);
+    [[nodiscard]] void* take(QelFreeListWalk& walk, const FreeBlock& from, unsigned need);
     void deallocateData(void* data);
-    [[nodiscard]] bool extendData(void* data, std::size_t bytes);
-    void link(block_ctrl* block);
+    void link(QelFreeListWalk& walk, block_ctrl* block);
+    [[nodiscard]] bool liesWithin(block_ctrl* block, const block_ctrl* next);
 
     header_t m_header;
 

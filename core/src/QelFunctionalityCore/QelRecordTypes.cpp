@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 #include "QelFunctionalityCore/QelFamilyRecordTypes.h"
@@ -25,6 +26,10 @@ std::vector<QelRecordType> joinFamilies() {
     return all;
 }
 
+// Templates with one instance, which has an alias.
+constexpr std::pair<std::string_view, std::string_view> soleInstances[] = {{"QelRangedPool", "QelResourceIpPool"},
+                                                                           {"QelRangedResource", "QelResourceIp"}};
+
 } // namespace
 
 std::span<const QelRecordType> recordTypes() {
@@ -33,6 +38,9 @@ std::span<const QelRecordType> recordTypes() {
 }
 
 const QelRecordType* findRecordType(std::string_view name) {
+    for (const auto& [templateName, alias] : soleInstances)
+        if (name == templateName)
+            name = alias;
     const auto types = recordTypes();
     const auto found =
         std::lower_bound(types.begin(), types.end(), name,

@@ -9,6 +9,7 @@
 #include "QelMessage/QelMallocText.h"
 #include "QelMessage/QelMessageFile.h"
 #include "QelMessage/QelMessageTree.h"
+#include "QelMessage/QelParseGuard.h"
 #include "QelMessage/QelTextCodec.h"
 
 namespace Qel {
@@ -73,17 +74,19 @@ int QelBinary::fromText(std::string_view text) {
 }
 
 int QelBinary::fromTextEx(const char* text, int) {
-    return text ? fromText(text) : -1;
+    return text ? guardParse([&] { return fromText(text); }) : -1;
 }
 
 int QelBinary::loadFromFile(const std::string& path) {
-    std::string text;
-    if (QelMessageFile::read(path, text) != 0)
+    return guardParse([&] {
+        std::string text;
+        if (QelMessageFile::read(path, text) != 0)
+            return -1;
+        if (fromText(text) == 0)
+            return 0;
+        setErrorMessage("%s: %s", path.c_str(), getErrorMessage().c_str());
         return -1;
-    if (fromText(text) == 0)
-        return 0;
-    setErrorMessage("%s: %s", path.c_str(), getErrorMessage().c_str());
-    return -1;
+    });
 }
 
 QelMessageIterator* QelBinary::rootIterator() {
@@ -163,12 +166,14 @@ int QelBinary::toBinary(std::string& bytes) const {
 int QelBinary::fromBinary(const char* buf, int len) {
     if (!buf || len < 0)
         return -1;
-    QelMessageTree tree = m_tree->successor();
-    QelEnvelope envelope;
-    if (QelBinaryCodec::readMessage({buf, static_cast<std::size_t>(len)}, tree, envelope) != 0)
-        return -1;
-    replace(std::move(tree), std::move(envelope));
-    return 0;
+    return guardParse([&] {
+        QelMessageTree tree = m_tree->successor();
+        QelEnvelope envelope;
+        if (QelBinaryCodec::readMessage({buf, static_cast<std::size_t>(len)}, tree, envelope) != 0)
+            return -1;
+        replace(std::move(tree), std::move(envelope));
+        return 0;
+    });
 }
 
 } // namespace Qel

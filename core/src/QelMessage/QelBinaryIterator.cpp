@@ -8,6 +8,7 @@
 #include "QelMessage/QelDefaultMap.h"
 #include "QelMessage/QelMallocText.h"
 #include "QelMessage/QelMessageTree.h"
+#include "QelMessage/QelParseGuard.h"
 #include "QelMessage/QelTextCodec.h"
 
 namespace Qel {
@@ -353,7 +354,9 @@ int QelBinaryIterator::serialize(char** buf, int* len, int format) const {
 
 int QelBinaryIterator::deserializeToChild(const char* buf, int len) {
     const Index parent = current();
-    return buf && len >= 0 ? QelBinaryCodec::readChild({buf, static_cast<std::size_t>(len)}, tree(), parent) : -1;
+    if (!buf || len < 0)
+        return -1;
+    return guardParse([&] { return QelBinaryCodec::readChild({buf, static_cast<std::size_t>(len)}, tree(), parent); });
 }
 
 char* QelBinaryIterator::toTextFromChild() const {
@@ -363,7 +366,7 @@ char* QelBinaryIterator::toTextFromChild() const {
 
 int QelBinaryIterator::fromTextToChild(const char* text) {
     const Index parent = current();
-    return text ? QelTextCodec::readChild(text, tree(), parent) : -1;
+    return text ? guardParse([&] { return QelTextCodec::readChild(text, tree(), parent); }) : -1;
 }
 
 char* QelBinaryIterator::toText() const {
@@ -380,10 +383,13 @@ int QelBinaryIterator::putValueXML(const std::string& markup, int id) {
     const Index parent = current();
     if (id < 0)
         return -1;
+    const auto replaceContent = [&](Index node) {
+        return guardParse([&] { return QelTextCodec::replaceContent(markup, tree(), node); });
+    };
     if (isIdEmpty(id))
-        return QelTextCodec::replaceContent(markup, tree(), parent);
+        return replaceContent(parent);
     const Index node = append(id);
-    const int result = QelTextCodec::replaceContent(markup, tree(), node);
+    const int result = replaceContent(node);
     if (result != 0)
         tree().remove(node);
     return result;

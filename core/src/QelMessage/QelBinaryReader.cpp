@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <optional>
@@ -6,7 +7,9 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelMessage/QelBinaryCodec.h"
 #include "QelMessage/QelBinaryFormat.h"
+#include "QelMessage/QelDetachedElement.h"
 #include "QelMessage/QelLimits.h"
+#include "QelMessage/QelNames.h"
 
 namespace Qel::QelBinaryCodec {
 
@@ -21,8 +24,7 @@ using Symbol = QelMessageTree::Symbol;
 struct WireName {
     std::uint32_t value = 0; ///< an ID, or the number of a name
     bool isNumber = false;
-    bool isNew = false;
-    std::string_view text; ///< of a new name
+    std::string_view text; ///< of a name with a number
 
     [[nodiscard]] bool isNone() const noexcept { return !isNumber && value == 0; }
 };
@@ -83,23 +85,26 @@ public:
         std::uint32_t coded = 0;
         if (!varint(coded))
             return false;
-        name = WireName{coded >> 1, (coded & QelBinaryFormat::isNumber) != 0, false, {}};
+        name = WireName{coded >> 1, (coded & QelBinaryFormat::isNumber) != 0, {}};
         if (!name.isNumber)
             return true;
-        if (name.value > m_numbered)
+        if (name.value > m_names.size())
             return fail("a name that wasn't told before");
-        name.isNew = name.value == m_numbered;
-        if (!name.isNew)
-            return true;
-        ++m_numbered;
-        return text(name.text);
+        if (name.value == m_names.size()) {
+            std::string_view added;
+            if (!text(added))
+                return false;
+            m_names.push_back(added);
+        }
+        name.text = m_names[name.value];
+        return true;
     }
 
 private:
     std::string_view m_bytes;
     std::size_t m_offset;
-    std::size_t m_item; // where the part taken last begins
-    std::uint32_t m_numbered = 0;
+    std::size_t m_item;                    // where the part taken last begins
+    std::vector<std::string_view> m_names; // those with a number
 };
 
 /// Walks over what a buffer tells and hands it to a handler.
@@ -197,6 +202,8 @@ private:
     [[nodiscard]] bool element(Byte head, bool isNamed) {
         if (!(head & Element::isElement) || (head & ~Element::known))
             return m_input.fail("not the head of an element");
+        if (++m_elements > QelLimits::elements)
+            return m_input.fail("more elements than a message may have");
         WireName elementName;
         if (isNamed && !name(elementName, "an element without a name"))
             return false;
@@ -234,9 +241,13 @@ private:
         for (; count != 0; --count) {
             WireName attributeName;
             std::string_view value;
-            if (!name(attributeName, "an attribute without a name") || !m_input.text(value))
+            if (!name(attributeName, "an attribute without a name"))
                 return false;
-            m_handler.attribute(attributeName, value);
+            if (!m_handler.attribute(attributeName))
+                return m_input.fail("a second attribute of one name");
+            if (!m_input.text(value))
+                return false;
+            m_handler.attributeValue(value);
         }
         return true;
     }
@@ -247,35 +258,60 @@ private:
 
     Input& m_input;
     Handler& m_handler;
+    std::size_t m_elements = 0;
 };
 
-/// Counts what there is to build.
+/// Counts what there is to build, and finds attributes of one name.
 class Counter {
 public:
-    void open(const WireName&) noexcept { ++elements; }
+    void open(const WireName&) noexcept {
+        ++elements;
+        m_attributes.clear();
+    }
     void nameSpace(const WireName&) noexcept {}
     void type(const WireName&, const WireName&) noexcept {}
-    void attribute(const WireName&, std::string_view) noexcept { ++attributes; }
+    /// False if the element has an attribute of this name.
+    [[nodiscard]] bool attribute(const WireName& name) {
+        ++attributes;
+        // A name that has an ID is the same attribute as the ID.
+        const int id = name.isNumber ? QelNames::attributeID(name.text) : static_cast<int>(name.value);
+        const AttributeName added{id, id == 0 ? name.text : std::string_view()};
+        if (std::ranges::find(m_attributes, added) != m_attributes.end())
+            return false;
+        m_attributes.push_back(added);
+        return true;
+    }
+    void attributeValue(std::string_view) noexcept {}
     void value(std::string_view) noexcept {}
     void close() noexcept {}
 
     std::size_t elements = 0;
     std::size_t attributes = 0;
+
+private:
+    struct AttributeName {
+        int id;
+        std::string_view text; // of a name without an ID
+
+        bool operator==(const AttributeName&) const = default;
+    };
+
+    std::vector<AttributeName> m_attributes; // of the element opened last
 };
 
-/// Builds the elements of a buffer that has been checked.  With `AsViews` their texts aren't copied.
+/// Builds the elements of a buffer that has been checked.  If memory runs out half way, nothing is left of them.  With
+/// `AsViews` their texts aren't copied.
 template <bool AsViews> class Builder {
 public:
     /// The first element is `top`, if that is the root, else a new child of `parent`, which it joins in the end.
-    Builder(QelMessageTree& tree, Index parent) : m_tree(tree), m_current(parent) {}
+    Builder(QelMessageTree& tree, Index parent) : m_tree(tree), m_current(parent), m_top(tree) {}
 
     /// The next element opened is this one, which exists and keeps its name.
     void reuse(Index element) noexcept { m_reused = element; }
 
     void open(const WireName& name) {
         if (m_depth++ == 0) {
-            m_top = m_reused ? *m_reused : m_tree.createDetached(m_current, topName(name), 0);
-            m_current = m_top;
+            m_current = m_reused ? *m_reused : m_top.create(m_current, topName(name), 0);
             return;
         }
         m_current = m_tree.appendChild(m_current, symbol(QelNameKind::element, name),
@@ -286,10 +322,13 @@ public:
         const Symbol first = symbol(QelNameKind::nameSpace, nameSpace);
         m_tree.setType(m_current, first, symbol(QelNameKind::type, type));
     }
-    void attribute(const WireName& name, std::string_view value) {
-        const Symbol attributeName = symbol(QelNameKind::attribute, name);
-        static_cast<void>(AsViews ? m_tree.viewAttribute(m_current, attributeName, value)
-                                  : m_tree.setAttribute(m_current, attributeName, value));
+    [[nodiscard]] bool attribute(const WireName& name) {
+        m_attribute = symbol(QelNameKind::attribute, name);
+        return true;
+    }
+    void attributeValue(std::string_view value) {
+        static_cast<void>(AsViews ? m_tree.viewAttribute(m_current, m_attribute, value)
+                                  : m_tree.setAttribute(m_current, m_attribute, value));
     }
     void value(std::string_view value) {
         if constexpr (AsViews)
@@ -300,8 +339,8 @@ public:
     void close() {
         if (--m_depth != 0)
             m_current = m_tree.node(m_current).parent;
-        else if (m_top != QelMessageTree::root)
-            m_tree.attach(m_top);
+        else if (!m_reused)
+            m_top.attach();
     }
 
 private:
@@ -311,19 +350,15 @@ private:
                              : symbol(QelNameKind::element, name);
     }
     Symbol symbol(QelNameKind kind, const WireName& name) {
-        if (!name.isNumber)
-            return static_cast<Symbol>(name.value);
-        if (name.isNew)
-            m_names.push_back(name.text);
-        return m_tree.intern(kind, m_names[name.value]);
+        return name.isNumber ? m_tree.intern(kind, name.text) : static_cast<Symbol>(name.value);
     }
 
     QelMessageTree& m_tree;
     Index m_current;
-    Index m_top = QelMessageTree::none;
+    QelDetachedElement m_top;
     std::optional<Index> m_reused;
+    Symbol m_attribute = 0; // name of the one whose value comes next
     unsigned m_depth = 0;
-    std::vector<std::string_view> m_names;
 };
 
 /// Checks the head of a buffer and tells what is in it.

@@ -52,20 +52,23 @@ private:
     char* m_next;
 };
 
+/// How a pass ended.
+enum class Outcome : Byte { complete, tooDeep, tooManyElements };
+
 /// One pass over a subtree.  The same code measures and writes, so that the two can't disagree.
 template <class Sink> class Encoder {
 public:
     Encoder(const QelMessageTree& tree, Sink& sink) : m_tree(tree), m_sink(sink) { tree.names().startNumbering(); }
 
-    /// False if the subtree is too deep.
-    bool subtree(Index top, bool isRoot) {
+    Outcome subtree(Index top, bool isRoot) {
         Index node = top;
         unsigned depth = isRoot ? 0 : 1;
+        std::size_t elements = 1;
         element(node, 0, !isRoot);
         for (;;) {
             if (const Index child = m_tree.node(node).firstChild; child != QelMessageTree::none) {
                 if (++depth > QelLimits::depth)
-                    return false;
+                    return Outcome::tooDeep;
                 node = child;
             } else {
                 while (node != top && m_tree.node(node).next == QelMessageTree::none) {
@@ -74,9 +77,11 @@ public:
                     --depth;
                 }
                 if (node == top)
-                    return true;
+                    return Outcome::complete;
                 node = m_tree.node(node).next;
             }
+            if (++elements > QelLimits::elements)
+                return Outcome::tooManyElements;
             element(node, m_tree.node(m_tree.node(node).parent).nameSpace, true);
         }
     }
@@ -156,17 +161,22 @@ private:
     Sink& m_sink;
 };
 
-template <class Sink> bool encode(const QelMessageTree& tree, Index element, const QelEnvelope* envelope, Sink& sink) {
+template <class Sink>
+Outcome encode(const QelMessageTree& tree, Index element, const QelEnvelope* envelope, Sink& sink) {
     Encoder<Sink> encoder(tree, sink);
     if (envelope)
         encoder.envelope(*envelope);
     return encoder.subtree(element, envelope != nullptr);
 }
 
-/// The result of a pass that went to `isComplete` and counted `bodySize` bytes behind the head.
-int finish(bool isComplete, std::uint64_t bodySize, std::size_t& size) {
-    if (!isComplete) {
+/// The result of a pass that ended so and counted `bodySize` bytes after the head.
+int finish(Outcome outcome, std::uint64_t bodySize, std::size_t& size) {
+    if (outcome == Outcome::tooDeep) {
         setErrorMessage("the tree is deeper than %u elements", QelLimits::depth);
+        return -1;
+    }
+    if (outcome == Outcome::tooManyElements) {
+        setErrorMessage("the tree has more than %zu elements", QelLimits::elements);
         return -1;
     }
     if (bodySize > QelLimits::messageBytes - headSize) {
@@ -181,8 +191,8 @@ int finish(bool isComplete, std::uint64_t bodySize, std::size_t& size) {
 
 int measure(const QelMessageTree& tree, Index element, const QelEnvelope* envelope, std::size_t& size) {
     CountingSink sink;
-    const bool isComplete = encode(tree, element, envelope, sink);
-    return finish(isComplete, sink.size(), size);
+    const Outcome outcome = encode(tree, element, envelope, sink);
+    return finish(outcome, sink.size(), size);
 }
 
 int write(const QelMessageTree& tree, Index element, const QelEnvelope* envelope, char* buffer, std::size_t& size) {
@@ -192,8 +202,8 @@ int write(const QelMessageTree& tree, Index element, const QelEnvelope* envelope
     buffer[contentOffset + 1] = buffer[contentOffset + 2] = 0;
     char* const body = buffer + headSize;
     BufferSink sink(body);
-    const bool isComplete = encode(tree, element, envelope, sink);
-    if (finish(isComplete, static_cast<std::uint64_t>(sink.end() - body), size) != 0)
+    const Outcome outcome = encode(tree, element, envelope, sink);
+    if (finish(outcome, static_cast<std::uint64_t>(sink.end() - body), size) != 0)
         return -1;
     storeWord(buffer + checksumOffset, checksum({buffer, size}));
     return 0;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <map>
 #include <string>
 #include <typeinfo>
@@ -16,6 +15,12 @@
 //     QelDerivedParserFactoryT<QelNetNIC, QelNetDevice> factoryQelNetNIC(false);
 //
 // They register while the library loads, when one thread runs; afterwards the registries are only read.
+//
+// The header of a base class declares its registry, and one source file, which includes QelDerivedRegistry.h, defines
+// it:
+//
+//     extern template class QelDerivedParserFactory<QelNetDevice>;
+//     template class QelDerivedParserFactory<QelNetDevice>;
 
 namespace Qel {
 
@@ -42,11 +47,10 @@ public:
     static std::map<std::string, QelDerivedParserFactory*>& factoriesByType() { return factoryData().factoriesByType; }
     static QelDerivedParserFactory*& defaultFactory() { return factoryData().defaultFactory; }
     static FactoryData& factoryData() { return *factoryInternalData(); }
-    /// The registry, made by whoever asks first: a factory's constructor may run before any other of the library.
-    static const boost::shared_ptr<FactoryData>& factoryInternalData() {
-        static const boost::shared_ptr<FactoryData> registry(new FactoryData);
-        return registry;
-    }
+    /// The registry, created by the first call: a factory's constructor may run before any other of the library.
+    /// Defined in QelDerivedRegistry.h, out of sight of the callers.  A caller that could inline it would have a
+    /// registry of its own, which is empty.
+    static const boost::shared_ptr<FactoryData>& factoryInternalData();
 
 protected:
     QelDerivedParserFactory() = default;
@@ -68,30 +72,6 @@ public:
 private:
     const Factory* m_factory;
 };
-
-template <class Base, class Key> QelDerivedParserFactory<Base, Key>::~QelDerivedParserFactory() {
-    if (!m_data)
-        return;
-    if (m_data->defaultFactory == this)
-        m_data->defaultFactory = nullptr;
-    const QelIsFactoryEqual<QelDerivedParserFactory> isThis(this);
-    for (auto* registry : {&m_data->factories, &m_data->factoriesByType})
-        if (const auto entry = std::find_if(registry->begin(), registry->end(), isThis); entry != registry->end())
-            registry->erase(entry);
-}
-
-template <class Base, class Key>
-void QelDerivedParserFactory<Base, Key>::registerAs(bool isDefault, const std::string& key, const char* typeName) {
-    m_data = factoryInternalData();
-    const bool isNewKey = m_data->factories.emplace(key, this).second;
-    QEL_CHECK_AT(isNewKey, "core/src/QelMessage/QelDerivedParsers", 269);
-    const bool isNewType = m_data->factoriesByType.emplace(typeName, this).second;
-    QEL_CHECK_AT(isNewType, "core/src/QelMessage/QelDerivedParsers", 271);
-    if (isDefault) {
-        QEL_CHECK_AT(m_data->defaultFactory == nullptr, "core/src/QelMessage/QelDerivedParsers", 274);
-        m_data->defaultFactory = this;
-    }
-}
 
 /// The complex-type key of a writer: what curType() answers for an element that it stamped.
 template <class Writer> std::string QelDerivedKey() {

@@ -16,6 +16,9 @@ class QelMsgFactory;
 /// `delete`; see auto_destroy.  It belongs to one thread at a time.
 class QelMessage {
 public:
+    /// Result of a parse for which the memory doesn't suffice.  Nothing has changed.
+    static constexpr int outOfMemory = -3;
+
     QelMessage(const QelMessage&) = delete;
     QelMessage& operator=(const QelMessage&) = delete;
 
@@ -29,7 +32,7 @@ public:
     /// The whole message as text in malloc memory that the caller frees; null on failure.  The arguments are for
     /// format, encoding and protocol version; there is one text form, so they have no effect.
     [[nodiscard]] virtual char* toTextEx(int format, const std::string& encoding, int version) const = 0;
-    /// Writes the whole message as text, through a new file beside `path` that replaces it when it is complete.
+    /// Writes the whole message as text, as QelMessageFile::replace() does; QelFileLock guards a read-modify-write.
     virtual int saveToFile(const std::string& path) const = 0;
     /// Replaces tree and envelope by what the text holds; on failure nothing changes and setErrorMessage tells what is
     /// wrong and where.

@@ -7,43 +7,17 @@
 #include <unistd.h>
 
 #include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelDescriptor.h"
+#include "QelMessage/QelFileTarget.h"
 #include "QelMessage/QelLimits.h"
 
 namespace Qel::QelMessageFile {
 
 namespace {
 
-/// An open file, closed at the end.
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) noexcept : m_descriptor(descriptor) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { static_cast<void>(close()); }
-
-    [[nodiscard]] bool isOpen() const noexcept { return m_descriptor >= 0; }
-    [[nodiscard]] int get() const noexcept { return m_descriptor; }
-    [[nodiscard]] bool close() noexcept {
-        const int descriptor = m_descriptor;
-        m_descriptor = -1;
-        return descriptor < 0 || ::close(descriptor) == 0;
-    }
-
-private:
-    int m_descriptor;
-};
-
 int failed(const std::string& path) {
     setErrorMessage("%s: %s", path.c_str(), std::strerror(errno));
     return -1;
-}
-
-/// The result of a system call, repeated while signals interrupt it.
-template <class Call> auto retried(Call call) {
-    auto result = call();
-    while (result == -1 && errno == EINTR)
-        result = call();
-    return result;
 }
 
 bool writeAll(int descriptor, std::string_view content) {
@@ -56,27 +30,112 @@ bool writeAll(int descriptor, std::string_view content) {
     return true;
 }
 
-/// Writes a file that doesn't exist yet, down to the disk.
-bool writeNew(Descriptor& file, const std::string& replaced, std::string_view content) {
-    struct stat old {};
-    if (::stat(replaced.c_str(), &old) == 0 && ::fchmod(file.get(), old.st_mode & 07777) != 0)
+constexpr mode_t permissions = 07777;
+
+/// Whether the file may be replaced.  The right to write to its directory would be enough for a rename, but a file that
+/// has no write permission at all is not to be changed, not even by root.
+bool isWritable(const QelFileTarget& target) {
+    if ((target.status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+        errno = EACCES;
+        return false;
+    }
+    return ::faccessat(AT_FDCWD, target.path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+/// Gives a new file the owner and the permissions of the one that it replaces.
+bool copyAttributes(int file, const struct stat& replaced) {
+    struct stat status {};
+    if (::fstat(file, &status) != 0)
+        return false;
+    if (status.st_uid != replaced.st_uid || status.st_gid != replaced.st_gid) {
+        static_cast<void>(takeOwner(file, replaced)); // permitted to root, the group to its members
+        if (::fstat(file, &status) != 0)
+            return false;
+    }
+    mode_t mode = replaced.st_mode & permissions;
+    if (status.st_gid != replaced.st_gid)
+        mode &= ~static_cast<mode_t>(S_IRWXG | S_ISGID); // these permissions were another group's
+    if (status.st_uid != replaced.st_uid)
+        mode &= ~static_cast<mode_t>(S_ISUID);
+    return (status.st_mode & permissions) == mode || ::fchmod(file, mode) == 0;
+}
+
+/// Writes a file that was just created, to the disk.
+bool writeNew(QelDescriptor& file, const QelFileTarget& target, std::string_view content) {
+    if (target.kind == QelFileTarget::Kind::regular && !copyAttributes(file.get(), target.status))
         return false;
     return writeAll(file.get(), content) && retried([&] { return ::fsync(file.get()); }) == 0 && file.close();
 }
 
+/// Creates a file in a folder; its name, which does not depend on that of the file to be replaced and so is never too
+/// long, is stored in `path`.
+QelDescriptor createIn(const std::string& folder, mode_t mode, std::string& path) {
+    constexpr int attempts = 100;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        path = folder + ".qel-new-" + std::to_string(::getpid()) + '-' + std::to_string(attempt);
+        QelDescriptor file(
+            retried([&] { return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); }));
+        if (file.isOpen() || errno != EEXIST)
+            return file;
+    }
+    return QelDescriptor();
+}
+
 /// So that the new name survives a power failure, too.
-void syncDirectory(const std::string& path) {
-    const auto slash = path.rfind('/');
-    const std::string directory = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    const Descriptor opened(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+void syncFolder(const std::string& folder) {
+    const QelDescriptor opened(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened.isOpen())
         static_cast<void>(::fsync(opened.get()));
+}
+
+/// False, with errno; then the old file is unchanged.
+bool replaceFile(const QelFileTarget& target, std::string_view content, NewFile created) {
+    constexpr mode_t ownerOnly = 0600;
+    constexpr mode_t everyone = 0666;
+    const bool isNew = target.kind == QelFileTarget::Kind::missing;
+    if (!isNew && !isWritable(target))
+        return false;
+    std::string beside;
+    const mode_t mode = isNew && created == NewFile::umaskAllows ? everyone : ownerOnly;
+    QelDescriptor file = createIn(target.folder(), mode, beside);
+    if (!file.isOpen())
+        return false;
+    if (!writeNew(file, target, content) || ::rename(beside.c_str(), target.path.c_str()) != 0) {
+        const int reason = errno;
+        ::unlink(beside.c_str());
+        errno = reason;
+        return false;
+    }
+    syncFolder(target.folder());
+    return true;
+}
+
+bool writeThrough(QelDescriptor stream, std::string_view content) {
+    return stream.isOpen() && writeAll(stream.get(), content) && stream.close();
+}
+
+bool write(const QelFileTarget& target, std::string_view content, NewFile created) {
+    switch (target.kind) {
+    case QelFileTarget::Kind::directory:
+        errno = EISDIR;
+        return false;
+    case QelFileTarget::Kind::stream:
+        return writeThrough(
+            QelDescriptor(retried([&] { return ::open(target.path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY); })),
+            content);
+    case QelFileTarget::Kind::descriptor:
+        return writeThrough(QelDescriptor(::fcntl(target.descriptor, F_DUPFD_CLOEXEC, 0)), content);
+    case QelFileTarget::Kind::missing:
+    case QelFileTarget::Kind::regular:
+        break;
+    }
+    return replaceFile(target, content, created);
 }
 
 } // namespace
 
 int read(const std::string& path, std::string& content) {
-    const Descriptor file(retried([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC); }));
+    const QelDescriptor file(retried([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC); }));
     if (!file.isOpen())
         return failed(path);
     constexpr std::size_t step = 64 * 1024;
@@ -99,27 +158,9 @@ int read(const std::string& path, std::string& content) {
     }
 }
 
-int replace(const std::string& path, std::string_view content) {
-    std::string beside;
-    constexpr mode_t everyone = 0666;
-
-    int descriptor = -1;
-    for (unsigned attempt = 0; attempt < 100; ++attempt) {
-        beside = path + ".new-" + std::to_string(::getpid()) + '-' + std::to_string(attempt);
-        descriptor = retried([&] { return ::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, everyone); });
-        if (descriptor >= 0 || errno != EEXIST)
-            break;
-    }
-    Descriptor file(descriptor);
-    if (!file.isOpen())
-        return failed(path);
-    if (!writeNew(file, path, content) || ::rename(beside.c_str(), path.c_str()) != 0) {
-        const int failure = failed(path);
-        ::unlink(beside.c_str());
-        return failure;
-    }
-    syncDirectory(path);
-    return 0;
+int replace(const std::string& path, std::string_view content, NewFile created) {
+    QelFileTarget target;
+    return target.find(path) && write(target, content, created) ? 0 : failed(path);
 }
 
 } // namespace Qel::QelMessageFile

@@ -362,10 +362,9 @@ char* QelMessageTree::createBuffer(std::size_t size) {
 void QelMessageTree::store(Text& text, std::string_view value) {
     if (value.size() > text.capacity) {
         if (!m_pool)
-            m_pool = std::make_unique<std::pmr::unsynchronized_pool_resource>();
-        constexpr std::size_t granule = 16;
-        const std::size_t capacity = (value.size() + granule - 1) / granule * granule;
-        char* const memory = static_cast<char*>(m_pool->allocate(capacity));
+            m_pool = std::make_unique<QelTextPool>();
+        const std::size_t capacity = QelTextPool::capacityFor(value.size());
+        char* const memory = m_pool->allocate(capacity);
         discard(text);
         text.data = memory;
         text.capacity = static_cast<std::uint32_t>(capacity);
@@ -377,7 +376,7 @@ void QelMessageTree::store(Text& text, std::string_view value) {
 
 void QelMessageTree::discard(Text& text) {
     if (text.capacity != 0)
-        m_pool->deallocate(const_cast<char*>(text.data), text.capacity);
+        m_pool->release(const_cast<char*>(text.data), text.capacity);
     text = Text{};
 }
 

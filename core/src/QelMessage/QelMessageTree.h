@@ -2,12 +2,12 @@
 
 #include <cstdint>
 #include <memory>
-#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "QelMessage/QelNameTable.h"
+#include "QelMessage/QelTextPool.h"
 
 namespace Qel {
 
@@ -154,7 +154,7 @@ private:
     QelNameTable m_names;
     std::unique_ptr<char[]> m_buffer;
     // Made when the first value is stored: a message that is only parsed and read needs none.
-    std::unique_ptr<std::pmr::unsynchronized_pool_resource> m_pool;
+    std::unique_ptr<QelTextPool> m_pool;
 };
 
 } // namespace Qel

@@ -1,4 +1,5 @@
 #include "QelMessage/QelBinary.h"
+#include "QelMessage/QelParseGuard.h"
 
 namespace Qel {
 
@@ -8,8 +9,15 @@ class BinaryFactory : public QelMsgFactory {
 public:
     [[nodiscard]] QelMessage* createNew() override { return new QelBinary; }
     [[nodiscard]] QelMessage* createNew(const char* buf, int len) override {
-        auto_destroy<QelBinary> message(new QelBinary);
-        return message->fromBinary(buf, len) == 0 ? message.release() : nullptr;
+        QelMessage* parsed = nullptr;
+        const int result = guardParse([&] {
+            auto_destroy<QelBinary> message(new QelBinary);
+            const int read = message->fromBinary(buf, len);
+            if (read == 0)
+                parsed = message.release();
+            return read;
+        });
+        return result == 0 ? parsed : nullptr;
     }
 };
 

@@ -9,6 +9,8 @@ int QelNameTable::acquire(std::string_view name) {
     }
     if (m_free.empty()) {
         m_entries.emplace_back();
+        // Room for every handle, so that release() allocates nothing.
+        m_free.reserve(m_entries.capacity());
         m_free.push_back(-static_cast<int>(m_entries.size()));
     }
     const int handle = m_free.back();

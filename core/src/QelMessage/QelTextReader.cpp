@@ -1,9 +1,9 @@
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "QelMessage/QelBase64.h"
+#include "QelMessage/QelDetachedElement.h"
 #include "QelMessage/QelLimits.h"
 #include "QelMessage/QelTextCodec.h"
 #include "QelMessage/QelValueText.h"
@@ -26,9 +26,9 @@ struct QualifiedName {
         prefix = hasPrefix ? text.substr(0, colon) : std::string_view();
         local = hasPrefix ? text.substr(colon + 1) : text;
     }
-    /// False for "a:b:c", ":a" and "a:".
+    /// False for "a:b:c", ":a" and "a:", and where a part isn't a name.
     [[nodiscard]] bool isValid() const {
-        return !local.empty() && local.find(':') == std::string_view::npos && hasPrefix == !prefix.empty();
+        return QelXmlText::isName(local) && (!hasPrefix || QelXmlText::isName(prefix));
     }
 
     bool hasPrefix;
@@ -50,7 +50,10 @@ std::vector<std::string_view> words(std::string_view text) {
 /// Builds elements out of a parsed document.
 class Reader {
 public:
-    Reader(const QelXmlDocument& document, QelMessageTree& tree) : m_document(document), m_tree(tree) {}
+    Reader(const QelXmlDocument& document, QelMessageTree& tree) : m_document(document), m_tree(tree) {
+        m_scope.enter();
+        m_scope.declare(QelXmlNames::reserved, QelXmlNames::reservedNamespace);
+    }
 
     /// Reads `xml` into the root, with the envelope.
     bool message(pugi::xml_node xml, QelEnvelope& envelope) {
@@ -73,10 +76,11 @@ public:
 
     /// Reads `xml` as a new child of `parent`.  On failure nothing is left of it.
     bool child(pugi::xml_node xml, Index parent) {
-        std::optional<Index> top;
-        const bool isRead = open(xml, parent, top) && children(xml, *top, 1);
-        finish(top, isRead);
-        return isRead;
+        QelDetachedElement top(m_tree);
+        if (!open(xml, parent, top) || !children(xml, top.get(), 1))
+            return false;
+        top.attach();
+        return true;
     }
 
     /// Reads what stands in `xml` in place of the value and the children of `element`.
@@ -85,23 +89,16 @@ public:
         if (const Symbol nameSpace = m_tree.node(element).nameSpace; nameSpace != 0)
             m_scope.declare({}, QelXmlText::encodeNamespace(m_tree.name(QelNameKind::nameSpace, nameSpace)));
         // Into a twin first, since the text may turn out to be malformed half way.
-        const Index twin = m_tree.createDetached(element, 0, m_tree.share(m_tree.node(element).nameSpace));
-        const bool isRead = value(xml, twin, false) && children(xml, twin, 0);
-        if (isRead)
-            m_tree.takeContent(element, twin);
-        m_tree.remove(twin);
-        return isRead;
+        QelDetachedElement twin(m_tree);
+        twin.create(element, 0, m_tree.share(m_tree.node(element).nameSpace));
+        if (!value(xml, twin.get(), false) || !children(xml, twin.get(), 0))
+            return false;
+        m_tree.takeContent(element, twin.get());
+        return true;
     }
 
 private:
     bool fail(pugi::xml_node place, const std::string& what) const { return m_document.fail(place, what); }
-
-    void finish(std::optional<Index> top, bool isRead) {
-        if (top && isRead)
-            m_tree.attach(*top);
-        else if (top)
-            m_tree.remove(*top);
-    }
 
     /// Reads the elements below `xml`, which stands at `depth`, and all below them.
     bool children(pugi::xml_node xml, Index node, unsigned depth) {
@@ -123,14 +120,11 @@ private:
                 node = m_tree.node(node).parent;
                 m_scope.leave();
             }
-            std::optional<Index> opened;
-            const bool isOpen = open(next, node, opened);
-            if (opened)
-                m_tree.attach(*opened);
-            if (!isOpen)
+            QelDetachedElement opened(m_tree);
+            if (!open(next, node, opened))
                 return false;
             xml = next;
-            node = *opened;
+            node = opened.attach();
         }
     }
 
@@ -142,15 +136,14 @@ private:
     }
 
     /// Makes a detached element of `xml`, without its children.  Goes into its scope.
-    bool open(pugi::xml_node xml, Index parent, std::optional<Index>& opened) {
+    bool open(pugi::xml_node xml, Index parent, QelDetachedElement& opened) {
         m_scope.enter();
         std::string nameSpace;
         if (!declareNamespaces(xml) || !elementNameSpace(xml, nameSpace))
             return false;
         const std::string name = QelXmlText::decodeName(QualifiedName(xml.name()).local);
         const Symbol nameSymbol = m_tree.intern(QelNameKind::element, name);
-        opened = m_tree.createDetached(parent, nameSymbol, m_tree.intern(QelNameKind::nameSpace, nameSpace));
-        return fill(xml, *opened);
+        return fill(xml, opened.create(parent, nameSymbol, m_tree.intern(QelNameKind::nameSpace, nameSpace)));
     }
 
     bool declareNamespaces(pugi::xml_node xml) {
@@ -163,11 +156,20 @@ private:
             std::string uri;
             if (!text(xml, attribute.value(), uri))
                 return false;
-            if (name.hasPrefix && (uri.empty() || name.local == QelXmlNames::declaration || name.local == "xml"))
-                return fail(xml, "a prefix that can't be declared so: " + std::string(name.local));
-            m_scope.declare(name.hasPrefix ? name.local : std::string_view(), std::move(uri));
+            const std::string_view prefix = name.hasPrefix ? name.local : std::string_view();
+            if (!mayDeclare(prefix, uri))
+                return fail(xml, "a prefix that can't be declared so: " + std::string(prefix));
+            m_scope.declare(prefix, std::move(uri));
         }
         return true;
+    }
+
+    /// The names of XML itself can't be given another meaning, nor their namespaces another prefix.
+    static bool mayDeclare(std::string_view prefix, const std::string& uri) {
+        if (prefix == QelXmlNames::declaration || uri == QelXmlNames::declarationNamespace)
+            return false;
+        return (prefix == QelXmlNames::reserved) == (uri == QelXmlNames::reservedNamespace) &&
+               (prefix.empty() || !uri.empty());
     }
 
     /// No name twice, none that isn't a name, no bare "<" in a value: the parser lets them pass.
@@ -246,14 +248,17 @@ private:
                fail(xml, "more than " + std::to_string(QelLimits::attributes) + " attributes");
     }
 
-    /// The complex type, and hints for other programs where to find a schema, which say nothing about the message.
+    /// The complex type.  Passed over: hints where to find a schema, and what XML itself defines, such as the language.
     bool prefixedAttribute(pugi::xml_node xml, Index node, const QualifiedName& name, const std::string& content) {
         const std::string* const uri = m_scope.find(name.prefix);
         if (!uri)
             return fail(xml, "a prefix that isn't declared: " + std::string(name.prefix));
+        if (*uri == QelXmlNames::reservedNamespace)
+            return true;
         if (*uri == QelXmlNames::schemaInstance) {
             if (name.local == QelXmlNames::type)
-                return type(xml, node, content);
+                return m_tree.node(node).type == 0 ? type(xml, node, content)
+                                                   : fail(xml, "a second attribute " + std::string(name.local));
             if (name.local == "schemaLocation" || name.local == "noNamespaceSchemaLocation")
                 return true;
         }

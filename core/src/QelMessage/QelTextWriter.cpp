@@ -1,3 +1,4 @@
+#include <new>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -30,8 +31,25 @@ std::string prefixOf(const std::string& nameSpace) {
     return isReserved ? QelXmlText::encodeReservedName(nameSpace) : QelXmlText::encodeName(nameSpace);
 }
 
+/// Throws if `isDone` is false: where memory runs out, pugixml leaves a part of the document out and reports it so.
+void expect(bool isDone) {
+    if (!isDone)
+        throw std::bad_alloc();
+}
+
+pugi::xml_node append(pugi::xml_node parent, const std::string& name) {
+    pugi::xml_node child = parent.append_child(pugi::node_element);
+    expect(child.set_name(name.c_str()));
+    return child;
+}
+
+void appendText(pugi::xml_node parent, pugi::xml_node_type type, const std::string& text) {
+    expect(parent.append_child(type).set_value(text.c_str()));
+}
+
 void set(pugi::xml_node xml, const std::string& name, const std::string& value) {
-    xml.append_attribute(name.c_str()).set_value(value.c_str());
+    pugi::xml_attribute attribute = xml.append_attribute("");
+    expect(attribute.set_name(name.c_str()) && attribute.set_value(value.c_str()));
 }
 
 /// Adds attributes to an element, in base64 where their values can't stand in XML.
@@ -78,16 +96,14 @@ public:
 
     bool message(const QelEnvelope& envelope) {
         declaration();
-        pugi::xml_node xml = m_document.append_child(QelXmlNames::message);
-        declarePrefixes(xml, QelMessageTree::root, true);
-        return subtree(xml, QelMessageTree::root, 0, &envelope);
+        const pugi::xml_node xml = append(m_document, QelXmlNames::message);
+        return declarePrefixes(xml, QelMessageTree::root, true) && subtree(xml, QelMessageTree::root, 0, &envelope);
     }
 
     bool document(Index top) {
         declaration();
-        pugi::xml_node xml = m_document.append_child(elementName(top).c_str());
-        declarePrefixes(xml, top, true);
-        return subtree(xml, top, 0, nullptr);
+        const pugi::xml_node xml = append(m_document, elementName(top));
+        return declarePrefixes(xml, top, true) && subtree(xml, top, 0, nullptr);
     }
 
     bool content(Index parent) {
@@ -100,8 +116,9 @@ public:
         value(m_document.root(), text, hasChildren);
         for (Index child = m_tree.node(parent).firstChild; child != QelMessageTree::none;
              child = m_tree.node(child).next) {
-            pugi::xml_node xml = m_document.append_child(elementName(child).c_str());
-            declarePrefixes(xml, child, false);
+            const pugi::xml_node xml = append(m_document, elementName(child));
+            if (!declarePrefixes(xml, child, false))
+                return false;
             // Told in any case, so that the markup means the same wherever it is put.
             if (m_tree.node(child).nameSpace == 0)
                 set(xml, QelXmlNames::declaration, "");
@@ -138,12 +155,16 @@ private:
 
     [[nodiscard]] std::string nameSpaceName(Symbol symbol) const { return m_tree.name(QelNameKind::nameSpace, symbol); }
 
-    /// Declares the prefixes that the types of a subtree need.
-    void declarePrefixes(pugi::xml_node xml, Index top, bool isDocument) const {
+    /// Declares the prefixes that the types of a subtree need.  False if the document gets too many elements by it.
+    bool declarePrefixes(pugi::xml_node xml, Index top, bool isDocument) {
         bool hasTypes = isDocument;
         std::unordered_set<Symbol> seen;
         std::vector<Symbol> prefixes; // in the order of their first use, so that equal trees give equal texts
         for (Index node = top;;) {
+            if (++m_elements > QelLimits::elements) {
+                setErrorMessage("the tree has more than %zu elements", QelLimits::elements);
+                return false;
+            }
             const QelMessageTree::Node& each = m_tree.node(node);
             hasTypes = hasTypes || each.type != 0;
             if (each.typeNameSpace != 0 && seen.insert(each.typeNameSpace).second)
@@ -156,6 +177,7 @@ private:
             set(xml, colon + QelXmlNames::schemaInstancePrefix, QelXmlNames::schemaInstance);
         for (const Symbol prefix : prefixes)
             set(xml, colon + prefixOf(nameSpaceName(prefix)), QelXmlText::encodeNamespace(nameSpaceName(prefix)));
+        return true;
     }
 
     /// Fills `xml` with all of `top`.  False if the subtree is too deep.
@@ -181,7 +203,7 @@ private:
                 setErrorMessage("the tree is deeper than %u elements", QelLimits::depth);
                 return false;
             }
-            xml = xml.append_child(elementName(node).c_str());
+            xml = append(xml, elementName(node));
             element(xml, node, m_tree.node(m_tree.node(node).parent).nameSpace, nullptr);
         }
     }
@@ -239,11 +261,12 @@ private:
         if (text.empty())
             return;
         const bool looksLikeLayout = hasChildren && QelXmlText::isBlank(text);
-        xml.append_child(looksLikeLayout ? pugi::node_cdata : pugi::node_pcdata).set_value(std::string(text).c_str());
+        appendText(xml, looksLikeLayout ? pugi::node_cdata : pugi::node_pcdata, std::string(text));
     }
 
     const QelMessageTree& m_tree;
     pugi::xml_document m_document;
+    std::size_t m_elements = 0;
 };
 
 } // namespace

@@ -1,10 +1,13 @@
 #include "QelMessage/QelXmlDocument.h"
 
 #include <algorithm>
+#include <array>
+#include <new>
 
 #include "QelCommon/ErrorMessage.h"
 #include "QelCommon/Strings.h"
 #include "QelMessage/QelLimits.h"
+#include "QelMessage/QelXmlMarkup.h"
 #include "QelMessage/QelXmlText.h"
 
 namespace Qel {
@@ -40,8 +43,12 @@ bool QelXmlDocument::parse() {
         return fail(0, "the text is longer than " + std::to_string(QelLimits::messageBytes) + " bytes");
     if (const std::size_t forbidden = QelXmlText::findForbidden(m_text); forbidden != m_text.size())
         return fail(forbidden, "a character that XML doesn't allow, or malformed UTF-8");
+    if (const auto fault = QelXmlMarkup::findFault(m_text))
+        return fail(fault->offset, fault->what);
     const pugi::xml_parse_result result =
         m_document.load_buffer(m_text.data(), m_text.size(), parseFlags, pugi::encoding_utf8);
+    if (result.status == pugi::status_out_of_memory)
+        throw std::bad_alloc();
     if (!result)
         return fail(static_cast<std::size_t>(result.offset), result.description());
     return true;
@@ -87,8 +94,19 @@ bool QelXmlDocument::checkDeclaration(pugi::xml_node declaration) const {
     const std::size_t start = m_text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
     if (static_cast<std::size_t>(declaration.offset_debug()) != start + opening)
         return fail(declaration, "an XML declaration that isn't at the beginning");
+    constexpr std::array<std::string_view, 3> order{"version", "encoding", "standalone"};
+    const auto* next = order.begin();
+    for (const pugi::xml_attribute attribute : declaration.attributes()) {
+        const auto* const found = std::find(next, order.end(), attribute.name());
+        if (found == order.end())
+            return fail(declaration, "not in its place in an XML declaration: " + std::string(attribute.name()));
+        next = found + 1;
+    }
     if (std::string_view(declaration.attribute("version").value()) != "1.0")
         return fail(declaration, "a version of XML that isn't 1.0");
+    const std::string_view standalone = declaration.attribute("standalone").as_string("no");
+    if (standalone != "yes" && standalone != "no")
+        return fail(declaration, "standalone is neither yes nor no");
     const std::string_view encoding = declaration.attribute("encoding").as_string("UTF-8");
     if (compareNoCase(encoding, "UTF-8") != 0 && compareNoCase(encoding, "US-ASCII") != 0)
         return fail(declaration, "an encoding that isn't UTF-8");

@@ -13,6 +13,10 @@ inline constexpr const char* schemaInstance = "http://www.w3.org/2001/XMLSchema-
 inline constexpr const char* schemaInstancePrefix = "xsi";
 inline constexpr const char* type = "type"; ///< in schemaInstance
 inline constexpr const char* declaration = "xmlns";
+inline constexpr const char* declarationNamespace = "http://www.w3.org/2000/xmlns/";
+/// The prefix that is declared in every document, and no name of anything else.
+inline constexpr const char* reserved = "xml";
+inline constexpr const char* reservedNamespace = "http://www.w3.org/XML/1998/namespace";
 
 /// Attribute of an element whose value isn't plain text.
 inline constexpr const char* encoding = "encoding";

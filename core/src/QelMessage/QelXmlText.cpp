@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "QelCommon/Utf8.h"
+
 namespace Qel::QelXmlText {
 
 namespace {
@@ -56,25 +58,47 @@ bool looksEscaped(std::string_view name, std::size_t at) noexcept {
     return isUpperHex(next) || next == '_' || !continuesName(next);
 }
 
-/// Length of the character that begins `text`; 0 if it is malformed or one that XML has no place for.
+/// Decodes the character that begins `text`.  Its length; 0 if it is malformed or not allowed in XML.
+std::size_t decodeCharacter(std::string_view text, std::uint32_t& code) noexcept {
+    const Utf8Character character = firstUtf8Character(text);
+    code = character.code;
+    const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
+    const bool isNoCharacter = code == 0xFFFE || code == 0xFFFF;
+    return isControl || isNoCharacter ? 0 : character.length;
+}
+
 std::size_t characterLength(std::string_view text) noexcept {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned lead = byte(0);
-    if (lead < 0x80)
-        return lead >= 0x20 || lead == '\t' || lead == '\n' || lead == '\r' ? 1 : 0;
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < length)
-        return 0;
-    std::uint32_t code = lead & (0x7Fu >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0) != 0x80)
-            return 0;
-        code = code << 6 | (byte(i) & 0x3Fu);
-    }
-    constexpr std::array<std::uint32_t, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
-    const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
-    const bool isNoCharacter = code == 0xFFFE || code == 0xFFFF || code > 0x10FFFF;
-    return code < smallest[length] || isSurrogate || isNoCharacter ? 0 : length;
+    std::uint32_t code = 0;
+    return decodeCharacter(text, code);
+}
+
+struct CodeRange {
+    std::uint32_t first;
+    std::uint32_t last;
+};
+
+template <std::size_t count> bool isIn(const std::array<CodeRange, count>& ranges, std::uint32_t code) noexcept {
+    return std::ranges::any_of(ranges, [&](const CodeRange& each) { return each.first <= code && code <= each.last; });
+}
+
+/// Whether a character may stand in an XML name, at its beginning or further on; XML 1.0, fifth edition, section 2.3.
+bool isNameCharacter(std::uint32_t code, bool isFirst) noexcept {
+    constexpr std::array<CodeRange, 12> starting{{{0xC0, 0xD6},
+                                                  {0xD8, 0xF6},
+                                                  {0xF8, 0x2FF},
+                                                  {0x370, 0x37D},
+                                                  {0x37F, 0x1FFF},
+                                                  {0x200C, 0x200D},
+                                                  {0x2070, 0x218F},
+                                                  {0x2C00, 0x2FEF},
+                                                  {0x3001, 0xD7FF},
+                                                  {0xF900, 0xFDCF},
+                                                  {0xFDF0, 0xFFFD},
+                                                  {0x10000, 0xEFFFF}}};
+    constexpr std::array<CodeRange, 3> continuing{{{0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040}}};
+    if (code < 0x80)
+        return isFirst ? startsName(static_cast<char>(code)) : continuesName(static_cast<char>(code));
+    return isIn(starting, code) || (!isFirst && isIn(continuing, code));
 }
 
 void appendUtf8(std::string& text, std::uint32_t code) {
@@ -136,6 +160,17 @@ std::size_t findForbidden(std::string_view text) noexcept {
 
 bool isPlain(std::string_view text) noexcept {
     return text.find('\r') == std::string_view::npos && findForbidden(text) == text.size();
+}
+
+bool isName(std::string_view text) noexcept {
+    for (std::size_t offset = 0; offset < text.size();) {
+        std::uint32_t code = 0;
+        const std::size_t length = decodeCharacter(text.substr(offset), code);
+        if (length == 0 || !isNameCharacter(code, offset == 0))
+            return false;
+        offset += length;
+    }
+    return !text.empty();
 }
 
 bool isBlank(std::string_view text) noexcept {

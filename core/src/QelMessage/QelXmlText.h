@@ -15,6 +15,9 @@ namespace Qel::QelXmlText {
 /// A carriage return can't, since every reader makes a line feed of it.
 [[nodiscard]] bool isPlain(std::string_view text) noexcept;
 
+/// True for a name without a colon (NCName in "Namespaces in XML 1.0").  The text is valid UTF-8.
+[[nodiscard]] bool isName(std::string_view text) noexcept;
+
 /// True if the text consists of blanks, tabs and line ends only, or is empty.
 [[nodiscard]] bool isBlank(std::string_view text) noexcept;
 

@@ -416,6 +416,23 @@ TEST(QelConfigurationTest, AsARecordItTakesTheWholeMessageWithItsEnvelope) {
     EXPECT_EQ(textOf(*read.getMessage()), textOf(*message.get()));
 }
 
+TEST(QelConfigurationTest, RecordThatWasReadOwnsItsTree) {
+    QelConfiguration sent = withAgent();
+    ASSERT_EQ(sent.setEID(eid(1)), 0);
+    QelConfiguration received;
+    {
+        const TestSupport::TestMessage message(sent.getMessage()->copy(true));
+        ASSERT_EQ(message.cursor().getObj(received, 0), 0);
+        ASSERT_EQ(received.setEID(eid(2)), 0);
+        QelEID unchanged;
+        ASSERT_EQ(QelConfiguration(message.get()).getEID(unchanged), 0);
+        EXPECT_EQ(unchanged, eid(1));
+    }
+    QelEID own;
+    EXPECT_EQ(received.getEID(own), 0);
+    EXPECT_EQ(own, eid(2));
+}
+
 TEST(QelConfigurationTest, ItsFactoryIsTheDefaultOne) {
     EXPECT_EQ(QelDerivedParserFactory<QelConfiguration>::defaultFactory(), &factoryQelConfiguration);
     TestTree tree;

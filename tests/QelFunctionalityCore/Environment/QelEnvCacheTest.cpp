@@ -148,11 +148,21 @@ TEST_F(QelEnvCacheTest, FileThatBecomesUsableIsAttachedAtTheNextCall) {
     EXPECT_THAT(log.entries, ElementsAre(unavailable(-14)));
 }
 
-TEST_F(QelEnvCacheTest, WithoutANameThereIsNoCacheAndNothingIsToldOfIt) {
+TEST_F(QelEnvCacheTest, EmptyPathIsTriedAndLoggedAtEachCall) {
     initEnvCache({}, false);
     const LogCapture log;
     EXPECT_FALSE(envCache());
-    EXPECT_THAT(log.entries, testing::IsEmpty());
+    EXPECT_FALSE(envCache());
+    EXPECT_THAT(log.entries, ElementsAre(unavailable(-2), unavailable(-2)));
+}
+
+TEST_F(QelEnvCacheTest, InstanceIsAttachedByTheSecondAttemptWhenTheCauseHasPassed) {
+    const std::string folder = file.path();
+    const LogSink oldSink = setLogSink([&](const LogRecord&) { std::filesystem::create_directory(folder); });
+    const QelEnvCacheSP cache = QelEnvCache::createInstance(folder + "/below", nullptr);
+    setLogSink(oldSink);
+    ASSERT_TRUE(cache);
+    EXPECT_TRUE(cache->isAccessible());
 }
 
 TEST_F(QelEnvCacheTest, FileThatCannotBeMappedIsNoCache) {

@@ -4,6 +4,7 @@
 
 #include "EnvTestSupport.h"
 #include "QelCommon/Log.h"
+#include "QelFunctionalityCore/Environment/QelEnvCoreBasicMaintainer.h"
 
 namespace Qel {
 namespace {
@@ -261,6 +262,40 @@ TEST(QelEnvConfigTest, IsAViewOnItsHalfOfARecord) {
     EXPECT_EQ(textBy(virtualised, &QelEnvConfig::getName), "virtual");
     EXPECT_EQ(base.getConfigType(), EnvConfigType::base);
     EXPECT_EQ(virtualised.getConfigType(), EnvConfigType::virtualised);
+}
+
+TEST(QelEnvConfigTest, ReadAtTheRootOfAMessageIsReadBackFromItsRecord) {
+    const TestMessage message;
+    message->setSession("secret");
+    message.cursor().putValue(std::string("first"), name);
+    message.cursor().putValue(std::string("vm"), type);
+    for (const EnvConfigType half : {EnvConfigType::base, EnvConfigType::virtualised}) {
+        const QelEnvConfig config(&message.cursor(), half);
+        EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "first");
+        // The record that the configuration has.
+        const auto record = QelEnvCoreBasic::createInstance(&message.cursor(), half);
+        EXPECT_EQ(record->type, "vm");
+        const QelEnvConfig back(record, half);
+        EXPECT_EQ(textBy(back, &QelEnvConfig::getName), "first");
+        EXPECT_EQ(writtenIDs(back), writtenIDs(config));
+        EXPECT_EQ((configBytesOf(*record) + virtualConfigBytesOf(*record)).find("secret"), std::string::npos)
+            << "the envelope is no part of a configuration";
+
+        const auto replaced = QelEnvCoreBasic::createInstance(&message.cursor(), *record, half);
+        EXPECT_EQ(textBy(QelEnvConfig(replaced, half), &QelEnvConfig::getName), "first");
+    }
+    EXPECT_EQ(message.cursor().curName(), "/");
+}
+
+TEST(QelEnvConfigTest, ANewTreeHasItsRootInNamespace292) {
+    const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
+    config->setName(given("a"));
+    const QelEnvCoreBasicMaintainer maintainer(someEID, config);
+    const TestMessage tree(maintainer.m_core->getConfig());
+    ASSERT_EQ(tree.cursor().firstChild(1185), 0);
+    EXPECT_EQ(tree.cursor().curNamespaceID(), 292);
+    ASSERT_EQ(tree.cursor().firstChild(name), 0);
+    EXPECT_EQ(tree.cursor().curNamespaceID(), 292);
 }
 
 TEST(QelEnvConfigTest, ANullRecordIsReplacedByABlankOne) {

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 
 #include "EnvTestSupport.h"
@@ -192,6 +193,25 @@ TEST_F(UnsavedVirtualConfigTest, IsDirtyInARecordOfTwoConfigurations) {
     const Maintainer maintainer(someEID, named<QelEnvConfig>("base", "unsaved"), VConfigSP(new QelVEnvConfig));
     EXPECT_FALSE(maintainer.configDirty);
     EXPECT_TRUE(maintainer.vconfigDirty);
+}
+
+TEST_F(UnsavedVirtualConfigTest, IsDirtyInARecordOfAVirtualConfigurationWithoutATree) {
+    const auto type = [](const QelEnvType& name) {
+        const auto config = boost::make_shared<QelVEnvConfig>();
+        config->setType(name);
+        config->reset(false);
+        return config;
+    };
+    const Maintainer maintainer(someEID, type("unsaved"));
+    EXPECT_EQ(maintainer.m_core->vconfigSize, 0U);
+    EXPECT_FALSE(maintainer.configDirty);
+    EXPECT_TRUE(maintainer.vconfigDirty);
+}
+
+TEST_F(UnsavedVirtualConfigTest, IsCleanInARecordOfAVirtualConfiguration) {
+    const Maintainer maintainer(someEID, named<QelVEnvConfig>("virtual", "unsaved"));
+    EXPECT_GT(maintainer.m_core->vconfigSize, 0U);
+    expectClean(maintainer);
 }
 
 TEST_F(UnsavedVirtualConfigTest, IsCleanIfTheRecordHasBytesOfIt) {

@@ -162,6 +162,8 @@ std::vector<int> alertsBy(const std::vector<std::string>& texts) {
         env.setAlertType(static_cast<QelAlertReason>(i), QelAlertType::red);
     EXPECT_EQ(element.read(env), 0);
     EXPECT_EQ(element->curID(), environment) << "the cursor came back";
+    // The sizes of the configurations follow the levels in the record.
+    EXPECT_EQ(env.getCoreBasic()->length(), 92U);
     std::vector<int> levels;
     for (int i = 0; i < qelAlertReasonCount; ++i)
         levels.push_back(static_cast<int>(env.getAlertType(static_cast<QelAlertReason>(i))));

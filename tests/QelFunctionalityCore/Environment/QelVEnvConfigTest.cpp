@@ -122,9 +122,12 @@ TEST(QelVEnvConfigTest, ALimitThatCannotBeReadFailsAndEndsTheList) {
     element->newChild(qos);
     element->putValue(std::string("cpu"), resource);
     element->seekUp();
+    element->newChild(qos);
+    element->putObj(limit("disk", 1), 0);
+    element->seekUp();
     EXPECT_THAT(limitsBy(element.config(), -1), ElementsAre("ram=1"));
     // The tree can still be read, so the cursor came back.
-    EXPECT_THAT(writtenIDs(element.config()), ElementsAre(qos, qos));
+    EXPECT_THAT(writtenIDs(element.config()), ElementsAre(qos, qos, qos));
 }
 
 TEST(QelVEnvConfigTest, ReadingTwiceGivesTheSameAfterAFailureToo) {

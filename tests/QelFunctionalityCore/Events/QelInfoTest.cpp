@@ -233,12 +233,44 @@ TEST(QelInfoTest, ATextThatDoublesAtEveryLevelIsCutOff) {
     EXPECT_EQ(getErrorMessage(), "");
 }
 
+TEST(QelInfoTest, ATextOfAllTheWorkThatIsAllowedIsMade) {
+    clearErrorMessage();
+    // The limit counts the characters of each format, and one for the format itself.
+    EXPECT_EQ(QelInfo(std::string(QelInfo::mostWork - 1, '-'), "", false).toString().size(), QelInfo::mostWork - 1);
+    EXPECT_EQ(getErrorMessage(), "");
+    EXPECT_EQ(QelInfo(std::string(QelInfo::mostWork, '-'), "", false).toString(), "");
+    EXPECT_NE(getErrorMessage(), "");
+    clearErrorMessage();
+}
+
+TEST(QelInfoTest, AParameterMayTakeTheWorkThatIsLeft) {
+    const std::string format = "%x%";
+    const std::size_t left = QelInfo::mostWork - (format.size() + 1);
+    clearErrorMessage();
+    EXPECT_EQ(formatted(format, {parameter("x", std::string(left - 1, '-'))}).toString().size(), left - 1);
+    EXPECT_EQ(getErrorMessage(), "");
+    EXPECT_EQ(formatted(format, {parameter("x", std::string(left, '-'))}).toString(), "");
+    EXPECT_NE(getErrorMessage(), "");
+    clearErrorMessage();
+}
+
 TEST(QelInfoTest, OneTextThatIsNamedOverAndOverIsCutOff) {
     std::string format;
     for (int i = 0; i < 1000; ++i)
         format += "%x%";
     const QelInfo info = formatted(format, {parameter("x", std::string(1 << 20, '-'))});
     EXPECT_EQ(info.toString().size(), std::size_t{63} << 20) << "as many as there is room for beside the format";
+}
+
+TEST(QelInfoTest, WorkUpToTheLimitIsDoneAndNoMore) {
+    // Each text costs one more than its characters.
+    constexpr std::size_t costOfFormat = 4;
+    constexpr std::size_t longest = QelInfo::mostWork - costOfFormat - 1;
+    clearErrorMessage();
+    EXPECT_EQ(formatted("%x%", {parameter("x", std::string(longest, '-'))}).toString().size(), longest);
+    EXPECT_EQ(getErrorMessage(), "");
+    EXPECT_EQ(formatted("%x%", {parameter("x", std::string(longest + 1, '-'))}).toString().size(), 0U);
+    EXPECT_THAT(getErrorMessage(), HasSubstr("is cut off"));
 }
 
 TEST(QelInfoTest, ATextCostsNoMoreAllocationsForMorePlaceholders) {

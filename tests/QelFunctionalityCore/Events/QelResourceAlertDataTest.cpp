@@ -10,6 +10,7 @@
 #include "QelFunctionalityCore/Events/QelServerGroupAlertData.h"
 #include "QelFunctionalityCore/TestTree.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
+#include "support/RefusingCursor.h"
 
 namespace Qel {
 
@@ -34,6 +35,12 @@ QelResourceAlertData someAlert() {
 QelPerfValue integer(long long value) {
     QelPerfValue perf;
     perf.integer = value;
+    return perf;
+}
+
+QelPerfValue real(double value) {
+    QelPerfValue perf;
+    perf.real = value;
     return perf;
 }
 
@@ -190,6 +197,25 @@ TEST_F(QelResourceAlertDataMessageTest, TheFieldsStandBehindThoseOfEveryAlert) {
     alert.soft = integer(80);
     write(alert);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1866, 1007, 1094, 1905, 1906, 1065, 1066, 1067));
+}
+
+TEST_F(QelResourceAlertDataMessageTest, EachValueThatIsRefusedFailsTheWriteAndNotTheOtherValues) {
+    for (const bool isInteger : {true, false})
+        for (const int refused : {1065, 1066, 1067}) {
+            QelResourceAlertData alert = someAlert();
+            alert.isInteger = isInteger;
+            if (isInteger)
+                alert.soft = integer(80);
+            else
+                alert.soft = alert.current = alert.hard = real(80);
+            const TestSupport::TestMessage message;
+            TestSupport::ElementRefusingCursor cursor(message, refused);
+            EXPECT_NE(cursor.putObj(alert, 0), 0) << refused;
+            for (const int element : {1065, 1066, 1067}) {
+                const std::string value = childValue(message.cursor(), element);
+                EXPECT_EQ(value.empty() || value == "(none)", element == refused) << element;
+            }
+        }
 }
 
 TEST_F(QelResourceAlertDataMessageTest, WhatIsUnsetIsNotWritten) {

@@ -129,6 +129,16 @@ TEST_F(QelFileDownloadToFileTest, ADescriptorIsTakenOver) {
     EXPECT_EQ(folder.read("a"), "01new56789");
 }
 
+TEST_F(QelFileDownloadToFileTest, TheEndClosesTheDescriptor) {
+    folder.write("a", "");
+    const int descriptor = open(destination().c_str(), O_WRONLY);
+    QelFileDownloadToFile download("/there", descriptor, 3, 0);
+    ASSERT_EQ(download.start(), 0);
+    EXPECT_NE(fcntl(descriptor, F_GETFD), -1);
+    download.finish();
+    EXPECT_EQ(fcntl(descriptor, F_GETFD), -1);
+}
+
 TEST_F(QelFileDownloadToFileTest, AFullDiskIsAFailure) {
     QelFileDownloadToFile download("/there", "/dev/full", 3, 0, overwrite, nullptr);
     ASSERT_EQ(download.start(), 0);

@@ -64,6 +64,16 @@ TEST_F(QelFileTest, ClosingClosesTheDescriptor) {
     EXPECT_EQ(fcntl(descriptor, F_GETFD), -1);
 }
 
+TEST_F(QelFileTest, ClosingReportsWhatTheSystemReports) {
+    EXPECT_EQ(file.close(), 0) << "there is nothing to close";
+    ASSERT_EQ(file.openRead(folder.write("a", "x"), 0, nullptr), 0);
+    EXPECT_EQ(file.close(), 0);
+    QelFile noFile(-2);
+    EXPECT_EQ(noFile.close(), -1);
+    EXPECT_EQ(errno, EBADF);
+    EXPECT_FALSE(noFile.isOpened());
+}
+
 TEST_F(QelFileTest, TheSizeIsThatOfTheFile) {
     long long size = 0;
     ASSERT_EQ(file.openRead(folder.write("a", "hello"), 0, &size), 0);
@@ -164,6 +174,15 @@ TEST_F(QelFileTest, TruncatingDropsWhatWasThere) {
     ASSERT_EQ(file.openWrite(folder.write("a", "old content"), QelFile::truncateOffset, overwrite, nullptr), 0);
     expectWrites(file, "new");
     EXPECT_EQ(folder.read("a"), "new");
+}
+
+TEST_F(QelFileTest, OtherOffsetsBelowZeroNeitherAppendNorTruncate) {
+    for (const long long offset : {-3LL, -4LL, -(1LL << 40U)}) {
+        QelFile opened;
+        ASSERT_EQ(opened.openWrite(folder.write("a", "old content"), offset, overwrite, nullptr), 0);
+        expectWrites(opened, "new");
+        EXPECT_EQ(folder.read("a"), "new content") << offset;
+    }
 }
 
 TEST_F(QelFileTest, ANewFileHasTheModeThatIsAskedForWhateverTheUmask) {

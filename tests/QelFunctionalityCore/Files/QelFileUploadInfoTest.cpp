@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/Files/QelFileUploadInfo.h"
 
 #include <cerrno>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -91,6 +92,13 @@ protected:
             return "failed: " + getErrorMessage();
         return {buffer, static_cast<std::size_t>(length)};
     }
+    /// A file that was left open would be read in place of the one that has its name now.
+    void expectReadsReplacement(QelFileUploadFromFile& upload) const {
+        folder.write("new", "other");
+        std::filesystem::rename(folder.path("new"), source());
+        ASSERT_EQ(upload.start(), 0);
+        EXPECT_EQ(nextBlock(upload, 5), "other");
+    }
     [[nodiscard]] std::string source() const { return folder.path("a"); }
 
     TempFolder folder;
@@ -148,6 +156,18 @@ TEST_F(QelFileUploadFromFileTest, AFileThatShrankFailsToStart) {
     EXPECT_EQ(getErrorMessage(), "Src file size was changed \"" + source() + "\"");
     folder.write("a", "hello again");
     EXPECT_EQ(upload.start(), 0) << "it was closed, and may be tried again";
+}
+
+TEST_F(QelFileUploadFromFileTest, ReadingTheSizeLeavesNoFileOpen) {
+    QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", unknown, 0);
+    expectReadsReplacement(upload);
+}
+
+TEST_F(QelFileUploadFromFileTest, AFileThatShrankIsNotLeftOpen) {
+    QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", unknown, 0);
+    folder.write("a", "hell");
+    EXPECT_EQ(upload.start(), -1);
+    expectReadsReplacement(upload);
 }
 
 TEST_F(QelFileUploadFromFileTest, AFileThatGrewIsReadUpToItsSize) {

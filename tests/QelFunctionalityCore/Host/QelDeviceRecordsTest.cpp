@@ -107,6 +107,19 @@ TEST(QelForwardPointTest, AnInvalidEnvironmentIsLeftOutAndNotMissed) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
+TEST(QelForwardPointTest, AnUntypedDeviceIsAPlainOne) {
+    const TestMessage message;
+    message.cursor().newChild(deviceElement);
+    message.cursor().putValue("sda", 1026);
+    message.cursor().seekUp();
+    QelForwardPoint read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    ASSERT_NE(read.device, nullptr);
+    const QelCommonDevice& device = *read.device;
+    EXPECT_EQ(typeid(device), typeid(QelCommonDevice));
+    EXPECT_EQ(device.name, "sda");
+}
+
 TEST(QelForwardDeviceTest, BothEndsMustBeThere) {
     QelForwardDevice forwarded;
     forwarded.source.device = boost::make_shared<QelCommonDevice>();

@@ -1,5 +1,7 @@
 #include "QelFunctionalityCore/Host/QelEnvSample.h"
 
+#include <typeinfo>
+
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 
@@ -74,6 +76,33 @@ TEST(QelSampleConfTest, TheConfigurationComesBackAsItsClassAndMustBeThere) {
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
     EXPECT_NE(dynamic_cast<QelVEnvConfig*>(read.config.get()), nullptr);
     expectRequired(conf, {1873, 1010, 2102});
+}
+
+TEST(QelSampleConfTest, AnUntypedConfigurationIsABaseOne) {
+    const TestMessage message;
+    message.cursor().newChild(1873);
+    message.cursor().putValue("web", 1026);
+    message.cursor().seekUp();
+    EXPECT_EQ(message.cursor().putObj(QelGUID(1, 2), 1010), 0);
+    message.cursor().putChild(2102);
+    QelSampleConf read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    ASSERT_NE(read.config, nullptr);
+    const QelEnvConfig& config = *read.config;
+    EXPECT_EQ(typeid(config), typeid(QelEnvConfig));
+    EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "web");
+}
+
+TEST(QelSampleConfTest, AnUnreadableEncodedTextLeavesTheFormerOne) {
+    QelSampleConf conf;
+    conf.config = boost::make_shared<QelEnvConfig>();
+    const TestMessage message;
+    EXPECT_EQ(message.cursor().putObj(conf, 0), 0);
+    message.cursor().putValue("?", 1034);
+    QelSampleConf read;
+    read.f1034 = "kept";
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(read.f1034, "kept");
 }
 
 TEST(QelFileListTypeTest, ReadingAlwaysSucceeds) {

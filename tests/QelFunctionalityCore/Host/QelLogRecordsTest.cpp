@@ -25,6 +25,16 @@ TEST(QelLogParametersTest, EachLogIsTheContentOfOneItem) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1) << "both parts of a log are needed";
 }
 
+TEST(QelLogParametersTest, AnUnreadableNumberLeavesTheFormerOne) {
+    const TestMessage message;
+    EXPECT_EQ(message.cursor().putObj(someEID, 1866), 0);
+    message.cursor().putValue("many", 1089);
+    QelLogParameters read;
+    read.f1089 = 7;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(read.f1089, 7);
+}
+
 TEST(QelLogParametersTest, SubscribersHearOfThemByName) {
     EXPECT_EQ(QelLogParameters::subscriptionName, "log_subscription");
 }

@@ -191,6 +191,41 @@ TEST_F(QelMailerConfigTest, MergingTakesTheSwitchAndTheSpecifiedAccounts) {
     EXPECT_EQ(config.account1044->address1099, "o@example.org");
 }
 
+TEST_F(QelMailerConfigTest, MergingReplacesBothStringsOfEachSpecifiedAccount) {
+    for (auto QelMailerConfig::*const merged : {&QelMailerConfig::account2152, &QelMailerConfig::account1044})
+        for (const bool hasOwn : {false, true}) {
+            QelMailerConfig own;
+            if (hasOwn)
+                own.*merged = account("own", "own@example.org");
+            QelMailerConfig other;
+            other.*merged = account("other", "other@example.org");
+            EXPECT_EQ(own.merge(other), 0);
+            EXPECT_EQ(own.account2152.isSpecified(), merged == &QelMailerConfig::account2152);
+            EXPECT_EQ(own.account1044.isSpecified(), merged == &QelMailerConfig::account1044);
+            EXPECT_EQ((own.*merged)->name, "other");
+            EXPECT_EQ((own.*merged)->address1099, "other@example.org");
+        }
+}
+
+TEST_F(QelMailerConfigTest, MergingLeavesAnOwnAccountThatTheOtherDoesNotSpecify) {
+    config.account2152 = account("first", "1@example.org");
+    config.account1044 = account("second", "2@example.org");
+    EXPECT_EQ(config.merge(QelMailerConfig()), 0);
+    ASSERT_TRUE(config.account2152.isSpecified());
+    EXPECT_EQ(config.account2152->name, "first");
+    ASSERT_TRUE(config.account1044.isSpecified());
+    EXPECT_EQ(config.account1044->address1099, "2@example.org");
+}
+
+TEST_F(QelMailerConfigTest, MergingTakesTheSwitchInBothDirections) {
+    QelMailerConfig other;
+    for (const bool enabled2150 : {true, false}) {
+        other.enabled2150 = enabled2150;
+        EXPECT_EQ(config.merge(other), 0);
+        EXPECT_EQ(config.enabled2150, enabled2150);
+    }
+}
+
 TEST_F(QelMailerConfigTest, AnAccountThatIsNoLongerSpecifiedIsNotMerged) {
     QelMailerConfig other;
     other.account2152 = account("gone", "");

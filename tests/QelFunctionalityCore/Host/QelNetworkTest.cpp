@@ -34,6 +34,16 @@ TEST(QelNetInterfaceTest, ANameIsAllThatMustBeThere) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1) << "an address without an address";
 }
 
+TEST(QelNetInterfaceTest, UnreadableFlagsLeaveTheFormerOnes) {
+    const TestMessage message;
+    message.cursor().putValue("lo", 1026);
+    message.cursor().putValue("up", 1712);
+    QelNetInterface read;
+    read.flags = IFF_LOOPBACK;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_TRUE(read.isLoopback());
+}
+
 TEST(QelNetworkTest, TheHostNameAndTheTextMustBeThere) {
     QelNetwork network;
     network.hostname = "web";

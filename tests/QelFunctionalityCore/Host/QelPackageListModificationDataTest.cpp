@@ -1,5 +1,7 @@
 #include "QelFunctionalityCore/Host/QelPackageListModificationData.h"
 
+#include <typeinfo>
+
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 
@@ -39,6 +41,22 @@ TEST(QelPackageListModificationDataTest, PackagesComeBackAsTheirClasses) {
     ASSERT_EQ(read.packages.size(), 2U);
     EXPECT_NE(dynamic_cast<QelPackageDeb*>(read.packages[0].get()), nullptr);
     EXPECT_EQ(read.packages[1]->name, "dash");
+}
+
+TEST(QelPackageListModificationDataTest, AnUntypedPackageIsAPlainOne) {
+    const TestMessage message;
+    message.cursor().putValue(0, operationElement);
+    EXPECT_EQ(message.cursor().putObj(someEID, 1866), 0);
+    message.cursor().newChild(packagesElement);
+    message.cursor().newChild(1295);
+    message.cursor().putValue("bash", 1026);
+    message.cursor().seekRoot();
+    QelPackageListModificationData read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    ASSERT_EQ(read.packages.size(), 1U);
+    const QelPackage& package = *read.packages[0];
+    EXPECT_EQ(typeid(package), typeid(QelPackage));
+    EXPECT_EQ(package.name, "bash");
 }
 
 TEST(QelPackageListModificationDataTest, WithoutPackagesNothingIsWrittenAndTheReaderRefusesThat) {

@@ -1,5 +1,7 @@
 #include "QelFunctionalityCore/Host/QelPackage.h"
 
+#include <typeinfo>
+
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 
@@ -75,6 +77,24 @@ TEST(QelPackageTest, ALinuxPackageWithoutANameIsRefused) {
     EXPECT_EQ(read.filePath, "");
 }
 
+TEST(QelPackageTest, AnUnreadableFilePathLeavesTheFormerOne) {
+    const TestMessage message;
+    message.cursor().putValue("bash", nameElement);
+    message.cursor().putValue("?", pathElement);
+    QelPackageLinux read;
+    read.filePath = "/kept";
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(read.filePath, "/kept");
+}
+
+TEST(QelPackageTest, AnUnreadableSystemFailsThePackage) {
+    const TestMessage message;
+    message.cursor().putValue("bash", nameElement);
+    message.cursor().putChild(osElement); // without a name
+    QelPackage read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), -1);
+}
+
 TEST(QelPackageTest, EachComesBackAsItsClass) {
     const TestMessage message;
     const boost::shared_ptr<QelPackage> package = boost::make_shared<QelPackageRpm>(rpm("bash", "/x"));
@@ -93,6 +113,19 @@ TEST(QelInstallationPackageTest, WithNeitherMemberItIsAnEmptyElementThatIsRefuse
     EXPECT_THAT(childIDs(message.cursor()), IsEmpty());
     QelInstallationPackage read;
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
+}
+
+TEST(QelInstallationPackageTest, AnUntypedPackageIsAPlainOne) {
+    const TestMessage message;
+    message.cursor().newChild(packageElement);
+    message.cursor().putValue("bash", nameElement);
+    message.cursor().seekUp();
+    QelInstallationPackage read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    ASSERT_NE(read.package, nullptr);
+    const QelPackage& package = *read.package;
+    EXPECT_EQ(typeid(package), typeid(QelPackage));
+    EXPECT_EQ(package.name, "bash");
 }
 
 TEST(QelInstallationPackageTest, ThePathIsReadOnlyWhereNoPackageIs) {

@@ -30,6 +30,27 @@ TEST(QelProcessMExecTest, StreamsAndCredentialsAreAlwaysWritten) {
     EXPECT_FALSE(read.wantStdout);
 }
 
+TEST(QelProcessMExecTest, TheStreamsCanBeReadAndWrittenAlone) {
+    QelProcessMExecParams params;
+    params.args = {"ls"};
+    params.stdinData = bytes;
+    params.wantStderr = true;
+    const TestMessage message;
+    EXPECT_EQ(message.cursor().putObject(params, QelProcessMExecParams::WriterStdio(), streams), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(streams));
+    ASSERT_EQ(message.cursor().seek(streams), 0);
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1054, 1396));
+    message.cursor().seekUp();
+    QelProcessMExecParams read;
+    read.args = {"kept"};
+    read.wantStdout = true;
+    EXPECT_EQ(message.cursor().getObject(read, QelProcessMExecParams::ReaderStdio(), streams), 0);
+    EXPECT_EQ(read.stdinData, bytes);
+    EXPECT_TRUE(read.wantStderr);
+    EXPECT_FALSE(read.wantStdout);
+    EXPECT_THAT(read.args, ElementsAre("kept"));
+}
+
 TEST(QelProcessMExecTest, ArgumentsAndStreamsComeBackByteForByte) {
     QelProcessMExecParams params;
     params.args = {"ls", bytes};
@@ -67,14 +88,31 @@ TEST(QelProcessMExecOutputTest, OutputThatHoldsNulComesBackWhole) {
     QelProcessMExecOutput output;
     output.code = 3;
     output.out = bytes;
+    output.err = std::string("\0e\0", 3);
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(output, 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1192, 1057, 1396));
+    EXPECT_EQ(childValue(message.cursor(), 1057), "AGH/");
+    EXPECT_EQ(childValue(message.cursor(), 1396), "AGUA");
     QelProcessMExecOutput read;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
     EXPECT_EQ(read.code, 3);
     EXPECT_EQ(read.out, bytes);
-    EXPECT_EQ(read.err, "");
+    EXPECT_EQ(read.err, output.err);
+}
+
+TEST(QelProcessMExecOutputTest, UnreadableOutputLeavesTheFormerOne) {
+    const TestMessage message;
+    message.cursor().putValue(3, 1192);
+    message.cursor().putValue("?", 1057);
+    message.cursor().putValue("?", 1396);
+    QelProcessMExecOutput read;
+    read.out = "kept";
+    read.err = "kept too";
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(read.code, 3);
+    EXPECT_EQ(read.out, "kept");
+    EXPECT_EQ(read.err, "kept too");
 }
 
 TEST(QelProcessMExecOutputTest, WithoutACodeItIsRefused) {

@@ -132,6 +132,7 @@ TEST_F(QelServiceTest, ALevelThatIsNoneFailsAfterTheEarlierFieldsWereTaken) {
         EXPECT_EQ(write(service), 0);
         putLevel("3");
         putLevel(level);
+        putLevel("4");
         QelService back;
         EXPECT_EQ(read(back), -1) << level;
         EXPECT_EQ(message.curID(), recordElement) << "the cursor comes back";

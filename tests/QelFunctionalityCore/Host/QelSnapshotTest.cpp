@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "QelFunctionalityCore/Environment/EnvTestSupport.h"
+#include "support/ForeignCursor.h"
 
 namespace Qel {
 namespace {
@@ -64,6 +65,22 @@ TEST(QelSnapshotTest, WithoutAReadableConfigurationThereIsNone) {
     read.config = boost::make_shared<QelEnvConfig>();
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
     EXPECT_EQ(read.config, nullptr);
+}
+
+TEST(QelSnapshotTest, AConfigurationThatCannotBeReadLeavesNone) {
+    QelSnapshot snapshot = sample();
+    snapshot.config = boost::make_shared<QelEnvConfig>();
+    snapshot.config->setName(given("web"));
+    const TestMessage message;
+    EXPECT_EQ(message.cursor().putObj(snapshot, 0), 0);
+    const ForeignCursor foreign(message.cursor()); // a configuration is read by copying its elements
+    for (const auto& former : {boost::shared_ptr<QelEnvConfig>(), boost::make_shared<QelEnvConfig>()}) {
+        QelSnapshot read;
+        read.config = former;
+        EXPECT_EQ(foreign.getObj(read, 0), 0);
+        EXPECT_EQ(read.config, nullptr);
+        EXPECT_EQ(read.name, "before");
+    }
 }
 
 TEST(QelSnapshotTest, AConfigurationIsReadIntoTheObjectThatIsThere) {

@@ -105,6 +105,18 @@ TEST(QelTopInfoTest, AnEmptySetIsNotWritten) {
     EXPECT_THAT(read.f1899, ElementsAre(someEID, otherEID));
 }
 
+TEST(QelTopInfoTest, AnUnreadableSetIsNoFailure) {
+    const TestMessage message;
+    message.cursor().putValue("cpu", 1017);
+    message.cursor().newChild(1899);
+    message.cursor().putValue("no identifier", 1866);
+    message.cursor().seekUp();
+    QelTopInfo read;
+    read.f1899 = {someEID};
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_THAT(read.f1899, ElementsAre(someEID));
+}
+
 TEST(QelTopInfoTest, TheParameterMustBeThere) {
     const TestMessage message;
     message.cursor().putChild(1378);

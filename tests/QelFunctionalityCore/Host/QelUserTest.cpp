@@ -76,6 +76,42 @@ TEST(QelUserTest, AnEmptyFurtherGroupFailsTheUser) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
+TEST(QelUserTest, AMissingOrEmptyPrimaryGroupLeavesTheFormerOne) {
+    const TestMessage message;
+    message.cursor().putValue("root", 1026);
+    QelUser read;
+    read.groupId.name = "kept";
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    message.cursor().putChild(primaryGroup);
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(read.groupId.name, "kept");
+}
+
+TEST(QelUserTest, AnUnreadablePrimaryGroupFailsTheUser) {
+    const TestMessage message;
+    message.cursor().putValue("root", 1026);
+    message.cursor().newChild(primaryGroup);
+    message.cursor().putValue("no number", groupNumber);
+    message.cursor().seekUp();
+    message.cursor().putValue("/root", 1034);
+    QelUser read;
+    EXPECT_EQ(message.cursor().getObj(read, 0), -1);
+    EXPECT_EQ(read.home, "");
+    EXPECT_EQ(message.cursor().curName(), "/");
+}
+
+TEST(QelUserTest, AnUnreadablePasswordLeavesTheFormerOneAndReadingGoesOn) {
+    const TestMessage message;
+    message.cursor().putValue("root", 1026);
+    message.cursor().putValue("?", 1032);
+    message.cursor().putValue("/root", 1034);
+    QelUser read;
+    read.password = "kept";
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0);
+    EXPECT_EQ(read.password, "kept");
+    EXPECT_EQ(read.home, "/root");
+}
+
 TEST(QelGroupTest, MembersHoldTheirNamesInAnElementOfTheirOwn) {
     QelGroup group;
     group.group.name = "wheel";

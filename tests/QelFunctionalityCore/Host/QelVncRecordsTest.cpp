@@ -77,6 +77,25 @@ TEST(QelVncConsoleInfoTest, TheConnectionLiesOnItsOwnElementAndStampsIt) {
     EXPECT_EQ(read.value2312, 2);
 }
 
+TEST(QelVncConsoleInfoTest, AFailedReadOfANumberLeavesZero) {
+    const TestMessage missing;
+    missing.cursor().putValueBase64("pw", password);
+    const TestMessage unreadable;
+    unreadable.cursor().putValueBase64("pw", password);
+    unreadable.cursor().putValue("no number", 2311);
+    unreadable.cursor().putValue("no number", 2312);
+    for (const TestMessage* const message : {&missing, &unreadable}) {
+        QelVncConsoleInfo read;
+        read.value2310 = 1;
+        read.value2311 = 2;
+        read.value2312 = 3;
+        EXPECT_EQ(message->cursor().getObj(read, 0), 0);
+        EXPECT_EQ(read.value2311, 0);
+        EXPECT_EQ(read.value2312, 0);
+        EXPECT_TRUE(read.value2310.isSpecified()) << "only a good read changes it";
+    }
+}
+
 TEST(QelVncConsoleInfoTest, OnlyTheConnectionDecidesTheReading) {
     const TestMessage message;
     message.cursor().putValue("no number", 2310);

@@ -5,6 +5,7 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Vocabulary/VocTestSupport.h"
 #include "support/AllocationCounter.h"
+#include "support/RefusingCursor.h"
 
 namespace Qel {
 namespace {
@@ -162,6 +163,19 @@ TEST_F(QelMonitorDataTest, EachCounterIsWrittenInItsOwnForm) {
     EXPECT_EQ(at.nextSibling(counter), 0);
     EXPECT_EQ(at.seek(1018), 0);
     EXPECT_EQ(childValue(at, 1065), "0.5");
+}
+
+TEST_F(QelMonitorDataTest, EachPartThatIsRefusedFailsTheWriteAndNotTheOtherParts) {
+    report.eid = eid;
+    report.data["cpu"]["cpu0"]["load"].current.integer = 5;
+    constexpr int name = 1026;
+    for (const int refused : {1866, name}) {
+        const TestMessage written;
+        ElementRefusingCursor cursor(written, refused);
+        EXPECT_NE(cursor.putObj(report, 0), 0) << refused;
+        EXPECT_THAT(childIDs(written.cursor()), ElementsAre(1866, 1086, subsystem)) << refused;
+        EXPECT_EQ(childValue(written.cursor(), 1866).empty(), refused == 1866);
+    }
 }
 
 TEST_F(QelMonitorDataTest, AReportWithoutDataIsOne) {

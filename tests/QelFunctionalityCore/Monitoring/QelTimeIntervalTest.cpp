@@ -71,6 +71,7 @@ TEST_F(QelTimeIntervalTest, OnlyWhatWasReadIsLogged) {
     EXPECT_EQ(at.getObj(read, 0), 0);
     EXPECT_THAT(log.texts(), ElementsAre("4 [operator()] data.startTime: 100, data.endTime: 200, data.zone: 60"));
     EXPECT_EQ(log.lines()[0].file, "core/src/QelFunctionalityCore/QelPerfData");
+    EXPECT_EQ(log.lines()[0].line, 25);
 }
 
 TEST_F(QelTimeIntervalTest, AMaskTellsTheEndsToWrite) {

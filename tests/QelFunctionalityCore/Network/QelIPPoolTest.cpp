@@ -167,6 +167,23 @@ TEST_F(QelIPPoolTest, WhatIsThereMustBeReadable) {
     EXPECT_EQ(read(pool), -1) << "a range without a start";
 }
 
+TEST_F(QelIPPoolTest, MissingElementsLeaveWhatIsSpecified) {
+    QelIPPool pool;
+    pool.nameServers = {first};
+    pool.ranges = {rangeOf(first, last, 0)};
+    pool.members = {QelGUID(3, 4)};
+    pool.disabled = true;
+    EXPECT_EQ(read(pool), 0);
+    ASSERT_TRUE(pool.nameServers.isSpecified());
+    EXPECT_THAT(pool.nameServers.get(), ElementsAre(first));
+    ASSERT_TRUE(pool.ranges.isSpecified());
+    EXPECT_THAT(pool.ranges.get(), SizeIs(1));
+    ASSERT_TRUE(pool.members.isSpecified());
+    EXPECT_THAT(pool.members.get(), ElementsAre(QelGUID(3, 4)));
+    ASSERT_TRUE(pool.disabled.isSpecified());
+    EXPECT_TRUE(pool.disabled.get());
+}
+
 TEST_F(QelIPPoolTest, TheBaseIsReadFirst) {
     QelIPPoolAllocation allocation;
     put(1784, "24");

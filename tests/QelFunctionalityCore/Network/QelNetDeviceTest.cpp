@@ -89,6 +89,15 @@ TEST_F(QelNetDeviceTest, AnEmptyElementReadsAndLeavesTheFields) {
     EXPECT_EQ(device.kind, 0) << "the kind is told by what is there";
 }
 
+TEST_F(QelNetDeviceTest, AnAbsentFlagReadsAsFalse) {
+    for (bool QelNetDevice::*const flag : {&QelNetDevice::flag2066, &QelNetDevice::flag2305}) {
+        QelNetDevice device;
+        device.*flag = true;
+        EXPECT_EQ(read(device), 0);
+        EXPECT_FALSE(device.*flag);
+    }
+}
+
 TEST_F(QelNetDeviceTest, AnAddressThatCannotBeReadEndsTheListOnly) {
     putIn(2047, 1262, "10.0.0.1");
     message.putChild(2047);

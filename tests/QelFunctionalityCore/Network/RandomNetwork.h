@@ -90,8 +90,8 @@ inline RandomFamily randomNetwork() {
     return {
         .withoutTable{
             {"QelNetDevice", record("QelNetDevice")},
-            {"QelResource", oneOf({"QelResource", "QelRangedResource"})},
-            {"QelResourcePool", oneOf({"QelResourcePool", "QelRangedPool"})},
+            {"QelResource", oneOf({"QelResource", "QelResourceIp"})},
+            {"QelResourcePool", oneOf({"QelResourcePool", "QelResourceIpPool"})},
             {"QelStringTree<1018, true>", cell(1018)},
             {"QelStringTree<1026, false>", cell(1026)},
         },
@@ -102,8 +102,8 @@ inline RandomFamily randomNetwork() {
             {{"QelIPRange", 1784}, putPrefix},
             {{"QelNetDevice", 1192}, inChild(1192, putKind)},
             {{"QelPagerSortCondition", 1378}, inChild(1378, nothing())},
-            {{"QelRangedPool", 1662}, several(4, putPoolRange)},
-            {{"QelRangedResource", 1262}, poolAddressIn(1262)},
+            {{"QelResourceIpPool", 1662}, several(4, putPoolRange)},
+            {{"QelResourceIp", 1262}, poolAddressIn(1262)},
             {{"QelResourcePool", 1007}, putPoolType},
             {{"QelRowSet", 1739}, several(2, inChild(1739, several(3, inChild(1082, cell(1018)))))},
             {{"QelRowSet", 1259}, numberIn(1259)},
@@ -116,7 +116,7 @@ inline RandomFamily randomNetwork() {
             {"QelNetNIC", isDevice},
             {"QelNetVLAN", isDevice},
             {"QelPoolResourcePair", holdsPool},
-            {"QelRangedPool", holdsPool},
+            {"QelResourceIpPool", holdsPool},
         },
     };
 }

@@ -24,6 +24,18 @@ TEST_P(QelSchedulerRunTimeTest, IsWhatTheClocksShowInSeconds) {
     }
 }
 
+TEST(QelSchedulerCalendarTest, ChangedTimeZoneIsSeenAtTheNextCall) {
+    const ScopedTimeZone utcZone("UTC0");
+    const long noon = utc(2024, 1, 15, 12);
+    long seconds = 0;
+    ASSERT_EQ(getRunTime(noon, seconds), 0);
+    EXPECT_EQ(seconds, 12 * 3600);
+    // Without tzset(), which localtime() includes and localtime_r() does not.
+    setenv("TZ", "EAST-5", 1);
+    ASSERT_EQ(getRunTime(noon, seconds), 0);
+    EXPECT_EQ(seconds, 17 * 3600);
+}
+
 TEST(QelSchedulerCalendarTest, WhereTheCalendarDoesNotReachThereIsNoTimeOfDay) {
     if (sizeof(long) == 4)
         GTEST_SKIP() << "the calendar reaches every time that a long holds";

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "QelFunctionalityCore/TestTree.h"
+#include "support/FaultyCursor.h"
 #include "support/RefusingCursor.h"
 #include "support/RequiredChildren.h"
 
@@ -55,6 +56,17 @@ TEST(QelDirControlTest, TheRestMayBeMissingOrUnreadable) {
     EXPECT_EQ(tree->getObj(control, 0), 0);
     EXPECT_TRUE(control.critical);
     EXPECT_EQ(control.value, "old");
+}
+
+TEST(QelDirControlTest, AnUnreadableOidFailsOnlyWhereItIsRequired) {
+    const TestTree tree;
+    ASSERT_EQ(tree->putObj(QelDirControl(), 0), 0);
+    const TestSupport::UnreadableElement unreadable(*tree, {1007});
+    QelDirControl control;
+    control.oid = "1.2.3";
+    EXPECT_EQ(unreadable.getObject(control, QelDirControl::Reader(true), 0), -1);
+    EXPECT_EQ(unreadable.getObject(control, QelDirControl::Reader(false), 0), 0);
+    EXPECT_EQ(control.oid, "1.2.3");
 }
 
 TEST(QelDirControlTest, TheWritersFlagChangesNothing) {

@@ -59,6 +59,40 @@ TEST(QelSIDTest, ASubAuthorityIsANumberBelowTheGreatestOf32Bits) {
         EXPECT_EQ(sid.fromString(text), -1) << text;
 }
 
+/// A SID with one sub-authority of this text.
+std::string parsed(const std::string& subAuthority) {
+    QelSID sid;
+    return sid.fromString("S-1-5-" + subAuthority) == 0 ? sid.toString() : "refused";
+}
+
+TEST(QelSIDTest, SubAuthorityMayHaveBlanksSignAndPrefix) {
+    for (const char* seven : {"7", "+7", " 7", "\t\n\v\f\r 7", " +7", "0x7", "0X7", "+0x7", "07", "7x", "7 ", "7+1"})
+        EXPECT_EQ(parsed(seven), "S-1-5-7") << seven;
+    EXPECT_EQ(parsed("010"), "S-1-5-8");
+    EXPECT_EQ(parsed("08"), "S-1-5-0") << "8 is not an octal digit";
+    EXPECT_EQ(parsed("0x"), "S-1-5-0") << "the prefix needs a digit";
+    EXPECT_EQ(parsed("0xfffffffe"), "S-1-5-4294967294");
+    EXPECT_EQ(parsed("037777777776"), "S-1-5-4294967294");
+    for (const char* bad : {"", " ", "+", "-", "- 7", "--7", "+-7", "-+7", "x7", "\b7", "0xffffffff", "037777777777"})
+        EXPECT_EQ(parsed(bad), "refused") << bad;
+}
+
+TEST(QelSIDTest, NegativeSubAuthorityWrapsModulo32Bits) {
+    EXPECT_EQ(parsed("-7"), "S-1-5-4294967289");
+    EXPECT_EQ(parsed(" -7"), "S-1-5-4294967289");
+    EXPECT_EQ(parsed("-0x10"), "S-1-5-4294967280");
+    EXPECT_EQ(parsed("-010-7"), "S-1-5-4294967288-7");
+    EXPECT_EQ(parsed("-0"), "S-1-5-0");
+    EXPECT_EQ(parsed("-2"), "S-1-5-4294967294");
+    EXPECT_EQ(parsed("-1"), "refused") << "4294967295";
+    EXPECT_EQ(parsed("-4294967295"), "S-1-5-1");
+    EXPECT_EQ(parsed("-4294967294"), "S-1-5-2");
+    // Magnitudes above 32 bits saturate at 4294967295, whatever their sign.
+    for (const char* large : {"-4294967296", "-4294967303", "-18446744073709551615", "-18446744073709551616",
+                              "-99999999999999999999", "4294967303", "18446744073709551616"})
+        EXPECT_EQ(parsed(large), "refused") << large;
+}
+
 TEST(QelSIDTest, ATextMayHoldNoSubAuthorityWhichTheBinaryFormMayNot) {
     QelSID sid;
     ASSERT_EQ(sid.fromString("S-1-5"), 0);
@@ -88,6 +122,12 @@ TEST(QelSIDTest, ALargeAuthorityIsPrintedInHexadecimalAndComesBackAsZero) {
     ASSERT_EQ(back.fromString(sid.toString()), 0);
     EXPECT_EQ(back.toString(), "S-1-0-0");
     EXPECT_EQ(QelSID("S-1-4294967295-1").toString(), "S-1-4294967295-1");
+}
+
+TEST(QelSIDTest, EitherOfTheTwoHighAuthorityBytesSelectsHexadecimal) {
+    EXPECT_EQ(QelSID("S-1-4294967296-1").toString(), "S-1-0x000100000000-1");
+    EXPECT_EQ(QelSID("S-1-1099511627776-1").toString(), "S-1-0x010000000000-1");
+    EXPECT_EQ(QelSID("S-1-281474976710656-1").toString(), "S-1-0-1") << "48 bits are kept";
 }
 
 TEST(QelSIDTest, ABinaryFormOfAWrongRevisionCountOrLengthIsRefusedAndLeavesTheSid) {

@@ -271,5 +271,16 @@ TEST(QelTokenTest, TheLocalAdministratorsAreThoseOfTheLocalEnvironment) {
     EXPECT_FALSE(tokenOf(QelSID()).isLocalAdministrators());
 }
 
+// A denial concerns what a group may do, which others check; membership is a matter of the groups alone.
+TEST(QelTokenTest, AdministratorsThatAreDeniedTooAreAdministrators) {
+    const LocalConfig config(localEID);
+    const QelSID administrators = QelLocalSID(0, QelLocalSID::type2, localEID).getSID();
+    for (const QelToken& token :
+         {tokenOf(administrators, {}, {administrators}), tokenOf(sidA, {administrators}, {administrators, sidA})}) {
+        EXPECT_TRUE(token.isEnvAdministrators(localEID));
+        EXPECT_TRUE(token.isLocalAdministrators());
+    }
+}
+
 } // namespace
 } // namespace Qel

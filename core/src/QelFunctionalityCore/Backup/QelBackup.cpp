@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

@@ -1,5 +1,6 @@
 #include "QelFunctionalityCore/Backup/QelBackupData.h"
 
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

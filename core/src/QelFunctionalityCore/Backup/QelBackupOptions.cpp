@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/Backup/QelBackupOptions.h"
 
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/Backup/QelMigrateOptions.h"
 
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

@@ -4,6 +4,7 @@
 
 #include "QelFunctionalityCore/Configuration/ConfigurationElements.h"
 #include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
+#include "QelMessage/QelDerivedRegistry.h"
 
 namespace Qel {
 

@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/Configuration/QelRealm.h"
 
 #include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

@@ -9,6 +9,7 @@
 
 #include "QelCore/QelIPv6.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

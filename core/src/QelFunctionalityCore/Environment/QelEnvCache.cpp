@@ -189,9 +189,6 @@ int initEnvCache(const std::string& path, bool removeOld) {
 }
 
 QelEnvCacheSP envCache() {
-    // A client that has no cache isn't to hear of that at every environment that it shows.
-    if (!processCache && cachePath.empty())
-        return nullptr;
     if (!processCache || !processCache->isAccessible())
         processCache = QelEnvCache::createInstance(
             cachePath, boost::shared_ptr<QelEnvCache::PreProcess>(new QelEnvCache::PreProcess));

@@ -116,9 +116,8 @@ public:
 /// before threads start.  Always 0.
 int initEnvCache(const std::string& path, bool removeOld);
 
-/// The process's cache, attached at the first call and anew at the first call after a fork.  Null when no file was
-/// named, and with a log record when it can't be used, which is tried again at each call.  The attaching calls come
-/// while one thread runs.
+/// The process's cache, attached at the first call and again at the first call after a fork.  Null, with a log record,
+/// if the file can't be used or none was named; each call tries again.  The attaching calls come while one thread runs.
 [[nodiscard]] QelEnvCacheSP envCache();
 
 /// Drops the process's cache.

@@ -10,6 +10,7 @@
 #include "QelFunctionalityCore/Environment/QelVEnvConfig.h"
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelDefaultMap.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -25,7 +26,8 @@ QelDerivedParserFactoryT<QelEnvConfig, QelEnvConfig> factoryQelEnvConfig(true);
 
 namespace {
 
-// The elements of a configuration as a record's table would state them.
+// The elements of a configuration as a record's table would state them.  A configuration is read by copying its
+// elements, so an unreadable one fails no read: the getters report it.
 struct Elements {
     QelStringOptionalProperty name, description, domain, hostname, architecture, type;
     std::vector<QelIPAddress> addresses;
@@ -47,23 +49,23 @@ template <> struct Wire<Elements> : WireWords<Elements> {
     static constexpr std::string_view typeName = "QelEnvConfig";
     static constexpr int nsId = 292, typeId = 120;
     static constexpr QelWireField fields[] = {
-        field<&Elements::name>(EnvConfigElement::name, optional, ifSet),
-        field<&Elements::description>(EnvConfigElement::description, optional, ifSet, base64),
-        field<&Elements::domain>(EnvConfigElement::domain, optional, ifSet),
-        field<&Elements::hostname>(EnvConfigElement::hostname, optional, ifSet),
-        list<&Elements::addresses>(EnvConfigElement::addresses, optional),
-        field<&Elements::architecture>(EnvConfigElement::architecture, optional, ifSet),
-        field<&Elements::os>(EnvConfigElement::operatingSystem, optional, ifSet),
-        field<&Elements::type>(EnvConfigElement::type, optional, ifSet),
-        list<&Elements::nameservers>(EnvConfigElement::nameservers, optional),
-        list<&Elements::searchDomains>(EnvConfigElement::searchDomains, optional),
-        field<&Elements::baseSample>(EnvConfigElement::baseSample, optional, ifSet),
-        field<&Elements::baseSnapshot>(EnvConfigElement::baseSnapshot, optional, ifSet),
-        list<&Elements::childTypes>(EnvConfigElement::childTypes, optional),
-        list<&Elements::qos>(EnvConfigElement::qos, optional),
-        field<&Elements::agentVersion>(EnvConfigElement::agentVersion, optional, ifSet),
-        field<&Elements::configCustomized>(EnvConfigElement::configCustomized, optional, ifSet),
-        field<&Elements::disabled>(EnvConfigElement::disabled, optional, ifSet),
+        field<&Elements::name>(EnvConfigElement::name, ignored, ifSet),
+        field<&Elements::description>(EnvConfigElement::description, ignored, ifSet, base64),
+        field<&Elements::domain>(EnvConfigElement::domain, ignored, ifSet),
+        field<&Elements::hostname>(EnvConfigElement::hostname, ignored, ifSet),
+        list<&Elements::addresses>(EnvConfigElement::addresses, ignored),
+        field<&Elements::architecture>(EnvConfigElement::architecture, ignored, ifSet),
+        field<&Elements::os>(EnvConfigElement::operatingSystem, ignored, ifSet),
+        field<&Elements::type>(EnvConfigElement::type, ignored, ifSet),
+        list<&Elements::nameservers>(EnvConfigElement::nameservers, ignored),
+        list<&Elements::searchDomains>(EnvConfigElement::searchDomains, ignored),
+        field<&Elements::baseSample>(EnvConfigElement::baseSample, ignored, ifSet),
+        field<&Elements::baseSnapshot>(EnvConfigElement::baseSnapshot, ignored, ifSet),
+        list<&Elements::childTypes>(EnvConfigElement::childTypes, ignored),
+        list<&Elements::qos>(EnvConfigElement::qos, ignored),
+        field<&Elements::agentVersion>(EnvConfigElement::agentVersion, ignored, ifSet),
+        field<&Elements::configCustomized>(EnvConfigElement::configCustomized, ignored, ifSet),
+        field<&Elements::disabled>(EnvConfigElement::disabled, ignored, ifSet),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelEnvConfig>() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <memory>
 #include <new>
 #include <string>
 
@@ -42,10 +43,40 @@ template <class... Head> Record allocate(std::size_t dataSize, const Head&... he
     return {new (block) QelEnvCoreBasic(head...), &QelCachedItem::deleter_free};
 }
 
-bool measure(const QelMessageIterator& it, int& size) {
-    size = 0;
-    return it.getMessage()->measureOrFlatten(nullptr, &size, &it) == bufferTooSmall;
-}
+/// The bytes of a configuration.
+///
+/// They are always those of one element.  The root of a message would be flattened as a whole message, with the
+/// envelope; the configuration's fields would then be children of the root that is parsed from it, where the
+/// configuration itself is expected.  So a root is copied to an element first.
+class FlatConfig {
+public:
+    explicit FlatConfig(const QelMessageIterator& it) : m_element(&it) {
+        constexpr const char* rootName = "/";
+        if (it.curName() != rootName)
+            return;
+        m_message.reset(QelMessage::getFactory()->createNew());
+        m_message->create(0);
+        m_copy.reset(m_message->rootIterator());
+        m_element = m_copy->copyToChild(&it) == 0 && m_copy->firstChild() == 0 ? m_copy.get() : nullptr;
+    }
+
+    [[nodiscard]] bool measure(int& size) const {
+        size = 0;
+        return m_element && m_element->getMessage()->measureOrFlatten(nullptr, &size, m_element) == bufferTooSmall;
+    }
+    [[nodiscard]] bool write(char* buffer, int& size) const {
+        return m_element->getMessage()->measureOrFlatten(buffer, &size, m_element) == 0;
+    }
+
+private:
+    struct Destroy {
+        void operator()(QelMessage* message) const { message->destroy(); }
+    };
+
+    std::unique_ptr<QelMessage, Destroy> m_message;
+    std::unique_ptr<QelMessageIterator> m_copy; // in m_message
+    const QelMessageIterator* m_element;
+};
 
 QelMessage* parse(const char* data, std::uint32_t size) {
     return size == 0 ? nullptr : QelMessage::getFactory()->createNew(data, static_cast<int>(size));
@@ -132,13 +163,14 @@ Record QelEnvCoreBasic::createInstance(const QelMessageIterator* it, EnvConfigTy
 }
 
 Record QelEnvCoreBasic::createInstance(const QelMessageIterator& it, EnvConfigType configType) {
+    const FlatConfig config(it);
     int size = 0;
-    if (!measure(it, size))
+    if (!config.measure(size))
         return allocate(0);
     Record record = allocate(static_cast<std::size_t>(size));
     if (!record)
         return record;
-    if (it.getMessage()->measureOrFlatten(dataOf(*record), &size, &it) != 0)
+    if (!config.write(dataOf(*record), size))
         return allocate(0);
     auto& ownSize = configType == EnvConfigType::virtualised ? record->vconfigSize : record->configSize;
     ownSize = static_cast<std::uint32_t>(size);
@@ -150,8 +182,9 @@ Record QelEnvCoreBasic::createInstance(const QelMessageIterator* it, const QelEn
                                        EnvConfigType configType) {
     if (!it)
         return createInstance(old);
+    const FlatConfig config(*it);
     int size = 0;
-    if (!measure(*it, size))
+    if (!config.measure(size))
         return allocate(0);
     const bool isVirtual = configType == EnvConfigType::virtualised;
     const std::size_t kept = isVirtual ? old.configSize : old.vconfigSize;
@@ -159,7 +192,7 @@ Record QelEnvCoreBasic::createInstance(const QelMessageIterator* it, const QelEn
     if (!record)
         return record;
     char* const fresh = dataOf(*record) + (isVirtual ? old.configSize : 0);
-    if (it->getMessage()->measureOrFlatten(fresh, &size, it) != 0)
+    if (!config.write(fresh, size))
         return allocate(0);
     if (isVirtual) {
         record->vconfigSize = static_cast<std::uint32_t>(size);

@@ -16,7 +16,7 @@ template <> struct Wire<QelEnvMListOptions> : WireWords<QelEnvMListOptions> {
     static constexpr QelWireField fields[] = {
         fieldIf<&QelEnvMListOptions::count, isLimited>(1259, ignored),
         field<&QelEnvMListOptions::type>(1007, ignored, ifSet),
-        list<&QelEnvMListOptions::states>(1192, ignored),
+        list<&QelEnvMListOptions::states>(1192, optional),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelEnvMListOptions>() {

@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
 
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

@@ -4,6 +4,7 @@
 
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Security/QelToken.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/Events/QelEventData.h"
 
 #include "QelFunctionalityCore/Events/QelInfo.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

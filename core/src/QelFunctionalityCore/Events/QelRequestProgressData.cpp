@@ -2,6 +2,7 @@
 
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelMessage.h"
 #include "QelMessage/QelWireTable.h"
 

@@ -1,17 +1,16 @@
 #include "QelFunctionalityCore/Files/QelFile.h"
 
 #include <cerrno>
+#include <utility>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace Qel {
 
-void QelFile::close() {
-    if (!isOpened())
-        return;
-    ::close(m_descriptor);
-    m_descriptor = -1;
+int QelFile::close() {
+    return isOpened() ? ::close(std::exchange(m_descriptor, -1)) : 0;
 }
 
 int QelFile::closeAfterFailure() {

@@ -21,7 +21,8 @@ public:
 
     [[nodiscard]] bool isOpened() const { return m_descriptor != -1; }
     [[nodiscard]] int descriptor() const { return m_descriptor; }
-    void close();
+    /// 0, or -1 if the file system could not store what was written.  This is closed in either case.
+    int close();
 
     /// Both open the file unless this is open already, and go to an offset above 0.  When either fails this is closed.
     ///

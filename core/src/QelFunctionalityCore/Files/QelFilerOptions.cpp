@@ -37,7 +37,7 @@ template <> struct Wire<QelFilerOptions> : WireWords<QelFilerOptions> {
         bits<&Options::flags, QelWireBit{Options::overwrite, 1152}, QelWireBit{Options::option1151, 1151},
              QelWireBit{Options::option1140, 1140}, QelWireBit{Options::option1170, 1170},
              QelWireBit{Options::option1174, 1174}>(),
-        step<&readNested, &writeNested>("flags", outerElement, optional, ifSet),
+        step<&readNested, &writeNested>("flags", outerElement, ignored, ifSet),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelFilerOptions>() {

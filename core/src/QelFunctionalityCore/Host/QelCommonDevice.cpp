@@ -2,6 +2,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -27,8 +28,8 @@ boost::shared_ptr<QelCommonDevice> QelScsiDevice::clone() const {
 template <> struct Wire<QelCommonDevice> : WireWords<QelCommonDevice> {
     static constexpr int nsId = 278, typeId = 301;
     static constexpr QelWireField fields[] = {
-        field<&QelCommonDevice::name>(1026, optional, always),
-        field<&QelCommonDevice::description>(1496, optional, always),
+        field<&QelCommonDevice::name>(1026, ignored, always),
+        field<&QelCommonDevice::description>(1496, ignored, always),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelCommonDevice>() {
@@ -39,7 +40,7 @@ template <> struct Wire<QelWindowsDevice> : WireWords<QelWindowsDevice> {
     static constexpr int nsId = 278, typeId = 302;
     static constexpr QelWireField fields[] = {
         base<QelCommonDevice>(),
-        field<&QelWindowsDevice::f2112>(2112, optional, always),
+        field<&QelWindowsDevice::f2112>(2112, ignored, always),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelWindowsDevice>() {

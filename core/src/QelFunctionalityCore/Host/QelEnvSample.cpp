@@ -8,9 +8,9 @@ namespace Qel {
 
 template <> struct Wire<QelVtVersion> : WireWords<QelVtVersion> {
     static constexpr QelWireField fields[] = {
-        field<&QelVtVersion::f1846>(1846, optional, always),
-        field<&QelVtVersion::f1276>(1276, optional, always),
-        field<&QelVtVersion::f2103>(2103, optional, always),
+        field<&QelVtVersion::f1846>(1846, ignored, always),
+        field<&QelVtVersion::f1276>(1276, ignored, always),
+        field<&QelVtVersion::f2103>(2103, ignored, always),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelVtVersion>() {
@@ -38,8 +38,8 @@ template <> struct Wire<QelSampleConf> : WireWords<QelSampleConf> {
     static constexpr QelWireField fields[] = {
         derived<&QelSampleConf::config, true>(1873, required, always),
         field<&QelSampleConf::id>(1010, required, always),
-        field<&QelSampleConf::name>(1026, optional, ifSet),
-        field<&QelSampleConf::f1034>(1034, optional, ifSet, base64),
+        field<&QelSampleConf::name>(1026, ignored, ifSet),
+        field<&QelSampleConf::f1034>(1034, ignored, ifSet, base64),
         field<&QelSampleConf::vtVersion>(2102, required, always),
     };
 };

@@ -7,8 +7,8 @@ namespace Qel {
 template <> struct Wire<QelLogClass> : WireWords<QelLogClass> {
     static constexpr QelWireField fields[] = {
         field<&QelLogClass::name>(1026, required, always),
-        field<&QelLogClass::f1905>(1905, optional, ifSet),
-        field<&QelLogClass::f1906>(1906, optional, ifSet),
+        field<&QelLogClass::f1905>(1905, ignored, ifSet),
+        field<&QelLogClass::f1906>(1906, ignored, ifSet),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelLogClass>() {
@@ -28,7 +28,7 @@ template <> const QelWireLayout& qelWireLayout<QelLogInfo>() {
 template <> struct Wire<QelLogParameters> : WireWords<QelLogParameters> {
     static constexpr QelWireField fields[] = {
         field<&QelLogParameters::eid>(1866, required, always),
-        field<&QelLogParameters::f1089>(1089, optional, always),
+        field<&QelLogParameters::f1089>(1089, ignored, always),
         list<&QelLogParameters::logs>(1094, optional),
     };
 };

@@ -20,7 +20,7 @@ template <> struct Wire<QelNetInterface> : WireWords<QelNetInterface> {
         field<&QelNetInterface::name>(1026, required, always),
         list<&QelNetInterface::addresses>(1071, optional),
         list<&QelNetInterface::f1072>(1072, optional),
-        field<&QelNetInterface::flags>(1712, optional, always),
+        field<&QelNetInterface::flags>(1712, ignored, always),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelNetInterface>() {

@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/Host/QelPackage.h"
 
 #include "QelFunctionalityCore/Files/QelFilePathReader.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -33,11 +34,11 @@ template <> struct Wire<QelPackage> : WireWords<QelPackage> {
     static constexpr int nsId = 292, typeId = 155;
     static constexpr QelWireField fields[] = {
         field<&QelPackage::name>(1026, required, always),
-        field<&QelPackage::version>(1223, optional, ifSet),
-        field<&QelPackage::release>(1853, optional, ifSet),
-        field<&QelPackage::description>(1496, optional, ifSet),
+        field<&QelPackage::version>(1223, ignored, ifSet),
+        field<&QelPackage::release>(1853, ignored, ifSet),
+        field<&QelPackage::description>(1496, ignored, ifSet),
         fieldIf<&QelPackage::os, hasDetailOrName>(1277, optional),
-        field<&QelPackage::arch>(2005, optional, ifSet),
+        field<&QelPackage::arch>(2005, ignored, ifSet),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelPackage>() {
@@ -48,7 +49,7 @@ template <> struct Wire<QelPackageLinux> : WireWords<QelPackageLinux> {
     static constexpr int nsId = 302, typeId = 272;
     static constexpr QelWireField fields[] = {
         base<QelPackage>(),
-        step<&readFilePath, &writeFilePath, std::string>("filePath", pathElement, optional, ifSet).as(base64),
+        step<&readFilePath, &writeFilePath, std::string>("filePath", pathElement, ignored, ifSet).as(base64),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelPackageLinux>() {

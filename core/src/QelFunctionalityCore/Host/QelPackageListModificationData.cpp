@@ -1,6 +1,7 @@
 #include "QelFunctionalityCore/Host/QelPackageListModificationData.h"
 
 #include "QelFunctionalityCore/Values/QelListLastWriter.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

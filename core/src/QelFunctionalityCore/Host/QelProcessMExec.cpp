@@ -7,8 +7,8 @@ namespace Qel {
 template <> struct Wire<QelProgCredentials> : WireWords<QelProgCredentials> {
     static constexpr QelWireField fields[] = {
         base<QelUserCredentials>(),
-        field<&QelProgCredentials::login>(1393, optional, always, base64),
-        field<&QelProgCredentials::secret>(1394, optional, always, base64),
+        field<&QelProgCredentials::login>(1393, ignored, always, base64),
+        field<&QelProgCredentials::secret>(1394, ignored, always, base64),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelProgCredentials>() {
@@ -17,7 +17,7 @@ template <> const QelWireLayout& qelWireLayout<QelProgCredentials>() {
 
 template <> struct Wire<QelProcessMExecParams> : WireWords<QelProcessMExecParams> {
     static constexpr QelWireField streams[] = {
-        field<&QelProcessMExecParams::stdinData>(1054, optional, always, base64),
+        field<&QelProcessMExecParams::stdinData>(1054, ignored, always, base64),
         flag<&QelProcessMExecParams::wantStdout>(1057),
         flag<&QelProcessMExecParams::wantStderr>(1396),
         flag<&QelProcessMExecParams::wantExtra>(2085),
@@ -33,11 +33,27 @@ template <> const QelWireLayout& qelWireLayout<QelProcessMExecParams>() {
     return wireLayoutOf<QelProcessMExecParams>;
 }
 
+namespace {
+
+constexpr const QelWireLayout& streamsLayout =
+    Internal::groupLayout<QelProcessMExecParams, Wire<QelProcessMExecParams>::streams, 0>;
+
+} // namespace
+
+int QelProcessMExecParams::ReaderStdio::operator()(const QelMessageIterator& cursor,
+                                                   QelProcessMExecParams& params) const {
+    return readByLayout(streamsLayout, &params, cursor);
+}
+int QelProcessMExecParams::WriterStdio::operator()(QelMessageIterator& cursor,
+                                                   const QelProcessMExecParams& params) const {
+    return writeByLayout(streamsLayout, &params, cursor);
+}
+
 template <> struct Wire<QelProcessMExecOutput> : WireWords<QelProcessMExecOutput> {
     static constexpr QelWireField fields[] = {
         field<&QelProcessMExecOutput::code>(1192, required, always),
-        field<&QelProcessMExecOutput::out>(1057, optional, always, base64),
-        field<&QelProcessMExecOutput::err>(1396, optional, always, base64),
+        field<&QelProcessMExecOutput::out>(1057, ignored, always, base64),
+        field<&QelProcessMExecOutput::err>(1396, ignored, always, base64),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelProcessMExecOutput>() {

@@ -20,6 +20,9 @@ struct QelProgCredentials : QelUserCredentials {
 
 /// How a program is run on another host.
 struct QelProcessMExecParams {
+    struct ReaderStdio;
+    struct WriterStdio;
+
     std::vector<std::string> args;
     std::vector<std::string> env;
 
@@ -34,6 +37,15 @@ struct QelProcessMExecParams {
     using Writer = QelRecordWriter<QelProcessMExecParams>;
     using reader_type = Reader;
     using writer_type = Writer;
+};
+
+/// Reads the streams of a program: what it reads and which of its output is sent back.
+struct QelProcessMExecParams::ReaderStdio {
+    int operator()(const QelMessageIterator& cursor, QelProcessMExecParams& params) const;
+};
+
+struct QelProcessMExecParams::WriterStdio : QelWriterBase {
+    int operator()(QelMessageIterator& cursor, const QelProcessMExecParams& params) const;
 };
 
 /// What a program that ran on another host left.

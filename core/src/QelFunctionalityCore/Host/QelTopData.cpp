@@ -56,7 +56,7 @@ template <> struct Wire<QelTopInfo> : WireWords<QelTopInfo> {
         field<&QelTopInfo::f1017>(1017, required, always),
         flag<&QelTopInfo::f1378>(1378),
         flag<&QelTopInfo::f1346>(1346),
-        fieldIf<&QelTopInfo::f1899, isFilled>(1899, optional),
+        fieldIf<&QelTopInfo::f1899, isFilled>(1899, ignored),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelTopInfo>() {

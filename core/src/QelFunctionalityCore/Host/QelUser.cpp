@@ -4,15 +4,38 @@
 
 namespace Qel {
 
+namespace {
+
+constexpr int primaryGroupElement = 1028;
+
+// The writer puts no group as an empty element, which counts as a missing one: a user without a group reads back.
+int readPrimaryGroup(const QelMessageIterator& cursor, QelUser& user) {
+    if (cursor.seek(primaryGroupElement) != 0)
+        return 0;
+    int result = 0;
+    if (cursor.firstChild() == 0) {
+        cursor.seekUp();
+        result = cursor.getObj(user.groupId, getEmptyID());
+    }
+    cursor.seekUp();
+    return result;
+}
+
+int writePrimaryGroup(QelMessageIterator& cursor, const QelUser& user) {
+    return cursor.putObj(user.groupId, primaryGroupElement);
+}
+
+} // namespace
+
 template <> struct Wire<QelUser> : WireWords<QelUser> {
     static constexpr QelWireField fields[] = {
         base<QelUserNameID>(),
-        field<&QelUser::groupId>(1028, ignored, always),
+        step<&readPrimaryGroup, &writePrimaryGroup, QelGroupNameID>("groupId", primaryGroupElement, optional),
         list<&QelUser::groups>(1029, optional),
-        field<&QelUser::comment>(1031, optional, ifSet),
-        field<&QelUser::password>(1032, optional, ifSet, base64),
-        field<&QelUser::shell>(1033, optional, ifSet),
-        field<&QelUser::home>(1034, optional, ifSet),
+        field<&QelUser::comment>(1031, ignored, ifSet),
+        field<&QelUser::password>(1032, ignored, ifSet, base64),
+        field<&QelUser::shell>(1033, ignored, ifSet),
+        field<&QelUser::home>(1034, ignored, ifSet),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelUser>() {

@@ -10,7 +10,8 @@ namespace Qel {
 
 /// A user of a host.
 struct QelUser : QelUserNameID {
-    QelGroupNameID groupId; ///< the primary group; an empty one is written as an empty element, and read as none
+    QelGroupNameID
+        groupId; ///< the primary group; an empty one is written as an empty element, which reads as a missing one
     std::vector<QelGroupNameID> groups;
     std::string comment;
     std::string password; ///< any bytes; never to be logged

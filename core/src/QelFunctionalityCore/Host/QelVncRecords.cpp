@@ -17,12 +17,33 @@ template <> const QelWireLayout& qelWireLayout<QelVncConnectionInfo>() {
     return wireLayoutOf<QelVncConnectionInfo>;
 }
 
+namespace {
+
+// A failed read leaves 0, unlike that of a field, which leaves the former value.
+template <int QelVncConsoleInfo::*number, int id>
+int readNumber(const QelMessageIterator& cursor, QelVncConsoleInfo& console) {
+    if (cursor.getValue(console.*number, id) != 0)
+        console.*number = 0;
+    return 0;
+}
+template <int QelVncConsoleInfo::*number, int id>
+int writeNumber(QelMessageIterator& cursor, const QelVncConsoleInfo& console) {
+    return cursor.putValue(console.*number, id);
+}
+
+} // namespace
+
 template <> struct Wire<QelVncConsoleInfo> : WireWords<QelVncConsoleInfo> {
+    using Console = QelVncConsoleInfo;
     static constexpr QelWireField fields[] = {
-        field<&QelVncConsoleInfo::value2310>(2310, ignored, ifSet).kept().unchecked(),
-        field<&QelVncConsoleInfo::value2312>(2312, ignored, always).unchecked(),
-        field<&QelVncConsoleInfo::value2311>(2311, ignored, always).unchecked(),
-        field<&QelVncConsoleInfo::connection>(0, required, always),
+        field<&Console::value2310>(2310, ignored, ifSet).kept().unchecked(),
+        step<&readNumber<&Console::value2312, 2312>, &writeNumber<&Console::value2312, 2312>, int>("value2312", 2312,
+                                                                                                   ignored)
+            .unchecked(),
+        step<&readNumber<&Console::value2311, 2311>, &writeNumber<&Console::value2311, 2311>, int>("value2311", 2311,
+                                                                                                   ignored)
+            .unchecked(),
+        field<&Console::connection>(0, required, always),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelVncConsoleInfo>() {

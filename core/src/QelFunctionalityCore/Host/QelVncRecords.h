@@ -23,8 +23,8 @@ struct QelVncConnectionInfo {
 /// A graphical console.  It stands at the same element as its connection, and bears that one's type.
 struct QelVncConsoleInfo {
     QelOptionalProperty<int> value2310;
-    int value2311 = 0;
-    int value2312 = 0;
+    int value2311 = 0; ///< 0 after a failed read
+    int value2312 = 0; ///< the same
     QelVncConnectionInfo connection;
 
     using Reader = QelRecordReader<QelVncConsoleInfo>;

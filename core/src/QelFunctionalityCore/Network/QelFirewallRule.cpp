@@ -32,7 +32,7 @@ template <> const QelWireLayout& qelWireLayout<Rule::NetAddress>() {
 template <> struct Wire<Rule::PortRange> : WireWords<Rule::PortRange> {
     static constexpr QelWireField fields[] = {
         field<&Rule::PortRange::first>(1193, required, always),
-        fieldIf<&Rule::PortRange::second, Rule::ValidPort{}>(1194, optional),
+        fieldIf<&Rule::PortRange::second, Rule::ValidPort{}>(1194, ignored),
     };
 };
 template <> const QelWireLayout& qelWireLayout<Rule::PortRange>() {

@@ -83,9 +83,9 @@ template <> struct Wire<QelIPPool> : WireWords<QelIPPool> {
         field<&QelIPPool::id>(1010, optional, ifSet),
         field<&QelIPPool::name>(1026, ignored, ifSet),
         field<&QelIPPool::description>(1496, optional, ifSet, base64),
-        wrapped<&QelIPPool::ranges>(2160, 1662, optional, ifSet),
-        wrapped<&QelIPPool::members>(2161, 1010, optional, ifSet),
-        field<&QelIPPool::disabled>(1705, optional, ifSet),
+        wrapped<&QelIPPool::ranges>(2160, 1662, optional, ifSet).kept(),
+        wrapped<&QelIPPool::members>(2161, 1010, optional, ifSet).kept(),
+        field<&QelIPPool::disabled>(1705, optional, ifSet).kept(),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelIPPool>() {

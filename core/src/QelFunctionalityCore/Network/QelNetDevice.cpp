@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {

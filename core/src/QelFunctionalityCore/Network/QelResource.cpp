@@ -4,6 +4,8 @@
 #include <limits>
 
 #include "QelCore/QelContainers.h"
+#include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelReaderListAll.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -80,10 +82,8 @@ private:
 };
 
 int readRanges(const QelMessageIterator& cursor, QelResourceIpPool& pool) {
-    constexpr int anyElement = getEmptyID();
     std::vector<range<unsigned>> ranges;
-    const int result =
-        QelReaderListEx(ElementParser<unsigned, 0, QelIPReader>(), anyElement, QelReaderOptional)(cursor, ranges);
+    const int result = QelReaderListAllT(ElementParser<unsigned, 0, QelIPReader>(), QelReaderOptional)(cursor, ranges);
     // All at once: a message may hold a million of them in descending order.
     pool.ranges.insert(ranges.begin(), ranges.end());
     return result;
@@ -114,7 +114,7 @@ template <> const QelWireLayout& qelWireLayout<QelResource>() {
 }
 
 template <> struct Wire<QelResourceIp> : WireWords<QelResourceIp> {
-    static constexpr std::string_view typeName = "QelRangedResource";
+    static constexpr std::string_view typeName = "QelResourceIp";
     static constexpr int nsId = 281, typeId = 251;
     static constexpr QelWireField fields[] = {
         base<QelResource>(),
@@ -136,7 +136,7 @@ template <> const QelWireLayout& qelWireLayout<QelResourcePool>() {
 }
 
 template <> struct Wire<QelResourceIpPool> : WireWords<QelResourceIpPool> {
-    static constexpr std::string_view typeName = "QelRangedPool";
+    static constexpr std::string_view typeName = "QelResourceIpPool";
     static constexpr int nsId = 281, typeId = 250;
     static constexpr QelWireField fields[] = {
         base<QelResourcePool>(),

@@ -16,8 +16,8 @@ constexpr int totalElement = 1040;
 
 template <int id, bool encoded>
 int QelStringTree<id, encoded>::Reader::operator()(const QelMessageIterator& cursor, QelStringTree& cell) const {
-    if (cursor.seekPresence(id) == 0)
-        return encoded ? cursor.getValueBase64(cell.value, id) : cursor.getValue(cell.value, id);
+    if ((encoded ? cursor.getValueBase64(cell.value, id) : cursor.getValue(cell.value, id)) == 0)
+        return 0;
     cell.value.clear();
     return QelReaderList(Reader(), cellElement, QelReaderOptional)(cursor, cell.children);
 }

@@ -25,7 +25,7 @@ template <int id, bool encoded> struct QelStringTree {
     }
 };
 
-/// -1 if the text, or a child, is unreadable.
+/// A missing or unreadable value leads to the children.  -1 if one of them is unreadable.
 template <int id, bool encoded> struct QelStringTree<id, encoded>::Reader {
     int operator()(const QelMessageIterator& cursor, QelStringTree& cell) const;
 };

@@ -22,14 +22,34 @@ int localTimeCopy(std::int64_t time, std::tm& out) {
     return 0;
 }
 
+namespace {
+
+// mktime() and timegm() set the week day exactly when they succeed; -1, which they return on failure, may be a time.
+constexpr int untouched = -1;
+
+std::tm midnightOf(int year, int month, int day, int isDst) {
+    std::tm midnight{};
+    midnight.tm_year = year;
+    midnight.tm_mon = month;
+    midnight.tm_mday = day;
+    midnight.tm_isdst = isDst;
+    midnight.tm_wday = untouched;
+    return midnight;
+}
+
+} // namespace
+
+int makeDate(int year, int month, int day, std::tm& out) {
+    std::tm date = midnightOf(year, month, day, standardTime);
+    static_cast<void>(timegm(&date));
+    if (date.tm_wday == untouched)
+        return -1;
+    out = date;
+    return 0;
+}
+
 int makeLocalMidnight(int year, int month, int day, int isDst, std::int64_t& time) {
-    constexpr int untouched = -1;
-    std::tm local{};
-    local.tm_year = year;
-    local.tm_mon = month;
-    local.tm_mday = day;
-    local.tm_isdst = isDst;
-    local.tm_wday = untouched; // -1 may be a time, so this tells whether mktime() gave one
+    std::tm local = midnightOf(year, month, day, isDst);
     const std::int64_t made = std::mktime(&local);
     if (local.tm_wday == untouched)
         return -1;

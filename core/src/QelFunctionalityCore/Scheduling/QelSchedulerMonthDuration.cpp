@@ -23,11 +23,10 @@ struct QelSchedulerMonthDuration::Month {
     int firstWeekDay; ///< week day of its first day
 
     static int findFirstWeekDay(int month, int year, int& weekDay) {
-        std::int64_t first = 0;
-        std::tm local{};
-        if (makeLocalMidnight(year, month, 1, standardTime, first) != 0 || localTimeCopy(first, local) != 0)
+        std::tm first{};
+        if (makeDate(year, month, 1, first) != 0)
             return -1;
-        weekDay = local.tm_wday;
+        weekDay = first.tm_wday;
         return 0;
     }
 
@@ -129,9 +128,8 @@ int QelSchedulerMonthDuration::addLastDay(const Month& month) {
 int QelSchedulerMonthDuration::getLastDayOfMonth(int month, int year, int& last) {
     // No month has 32 days: by as many as it lacks does its 32nd lie in the next.
     constexpr int beyondAnyMonth = 32;
-    std::int64_t time = 0;
     std::tm rolled{};
-    if (makeLocalMidnight(year, month, beyondAnyMonth, standardTime, time) != 0 || localTimeCopy(time, rolled) != 0)
+    if (makeDate(year, month, beyondAnyMonth, rolled) != 0)
         return -1;
     last = beyondAnyMonth - rolled.tm_mday;
     return 0;

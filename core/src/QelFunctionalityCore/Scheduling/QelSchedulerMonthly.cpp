@@ -5,6 +5,29 @@
 
 namespace Qel {
 
+namespace {
+
+// The first of `month` at `timeOfDay`, counted from the midnight in standard time that begins the month.
+//
+// Where that midnight is early on the clocks, as in an Irish winter, the clocks show the month before until its time of
+// day is reached, and a span that began then would have the days of that month.  Such a time counts from the clocks'
+// own midnight.
+int findFirstOfMonth(std::int64_t midnight, int month, long timeOfDay, std::int64_t& monthStart) {
+    std::int64_t first = midnight + timeOfDay;
+    std::tm local{};
+    if (localTimeCopy(first, local) != 0)
+        return -1;
+    if (local.tm_mon != month) {
+        if (makeLocalMidnight(local.tm_year, local.tm_mon + 1, 1, clockTime, first) != 0)
+            return -1;
+        first += timeOfDay;
+    }
+    monthStart = first;
+    return 0;
+}
+
+} // namespace
+
 int findMonthStart(std::int64_t from, const std::tm& month, long timeOfDay, std::int64_t& monthStart) {
     int last = 0;
     if (QelSchedulerMonthDuration::getLastDayOfMonth(month.tm_mon, month.tm_year, last) != 0)
@@ -12,8 +35,7 @@ int findMonthStart(std::int64_t from, const std::tm& month, long timeOfDay, std:
     const QelSchedulerMonthDuration rest(from, last);
     if (!rest.isValid())
         return -1;
-    monthStart = rest.end - last * secondsPerDay + timeOfDay;
-    return 0;
+    return findFirstOfMonth(rest.end - last * secondsPerDay, month.tm_mon, timeOfDay, monthStart);
 }
 
 int findNextMonthStart(const std::tm& month, const std::set<int>& months, long timeOfDay, std::int64_t& monthStart) {
@@ -23,8 +45,7 @@ int findNextMonthStart(const std::tm& month, const std::set<int>& months, long t
     if (getNextMonth(nextMonth, year, months) != 0 ||
         makeLocalMidnight(year, nextMonth - 1, 1, standardTime, midnight) != 0)
         return -1;
-    monthStart = midnight + timeOfDay;
-    return 0;
+    return findFirstOfMonth(midnight, nextMonth - 1, timeOfDay, monthStart);
 }
 
 } // namespace Qel

@@ -6,6 +6,7 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -22,13 +23,11 @@ int writeStart(QelMessageIterator& cursor, const QelSchedulerTrigger& trigger) {
     return trigger.start < 0 ? -1 : cursor.putValueTime(trigger.start, startElement);
 }
 
-// Without the element there is no end, whatever the trigger held before.
+// Without a readable element there is no end, whatever the trigger held before.
 int readEnd(const QelMessageIterator& cursor, QelSchedulerTrigger& trigger) {
-    if (cursor.seekPresence(endElement) != 0) {
+    if (cursor.getValueTime(trigger.end, endElement) != 0)
         trigger.end = qelNoTime;
-        return 0;
-    }
-    return cursor.getValueTime(trigger.end, endElement);
+    return 0;
 }
 int writeEnd(QelMessageIterator& cursor, const QelSchedulerTrigger& trigger) {
     return trigger.end == qelNoTime ? 0 : cursor.putValueTime(trigger.end, endElement);
@@ -42,7 +41,7 @@ template <> struct Wire<QelSchedulerTrigger> : WireWords<QelSchedulerTrigger> {
     static constexpr int nsId = 292, typeId = 294;
     static constexpr QelWireField fields[] = {
         step<&readStart, &writeStart, long>("start", startElement, required).as(time),
-        step<&readEnd, &writeEnd, long>("end", endElement, optional, ifSet).as(time),
+        step<&readEnd, &writeEnd, long>("end", endElement, ignored, ifSet).as(time),
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelSchedulerTrigger>() {

@@ -1,5 +1,6 @@
 #include "QelFunctionalityCore/Security/QelDirControl.h"
 
+#include "QelMessage/QelDerivedRegistry.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -22,7 +23,7 @@ struct WithOptionalOid;
 } // namespace
 
 template <> struct Wire<QelDirControl> : ControlWire<QelWireRead::required> {};
-template <> struct Wire<WithOptionalOid> : ControlWire<QelWireRead::optional> {};
+template <> struct Wire<WithOptionalOid> : ControlWire<QelWireRead::ignored> {};
 template <> const QelWireLayout& qelWireLayout<QelDirControl>() {
     return wireLayoutOf<QelDirControl>;
 }

@@ -23,6 +23,7 @@ constexpr std::size_t authoritySize = 6;
 constexpr std::size_t headSize = authorityOffset + authoritySize;
 constexpr std::size_t subAuthoritySize = 4;
 constexpr unsigned currentRevision = 1;
+constexpr const char* blanks = " \t\n\v\f\r"; ///< those that strtoul() skips
 
 std::uint32_t subAuthority(const std::vector<std::uint8_t>& binary, std::size_t index) {
     std::uint32_t value = 0;
@@ -63,13 +64,20 @@ public:
         authority = static_cast<std::uint64_t>(value);
         return true;
     }
+    // As strtoul() with base 0 where `unsigned long` has 32 bits, on every machine: a minus sign negates modulo 2^32
+    // ("-7" is 4294967289), and a number whose magnitude exceeds 32 bits is the largest value, which is refused.
     bool readSubAuthority(std::uint32_t& value) {
+        constexpr std::uint32_t largest = std::numeric_limits<std::uint32_t>::max();
         char* end = nullptr;
         const unsigned long long parsed = std::strtoull(m_at, &end, 0);
-        if (end == m_at || parsed >= std::numeric_limits<std::uint32_t>::max())
+        const bool isNegative = *(m_at + std::strspn(m_at, blanks)) == '-';
+        const unsigned long long magnitude = isNegative ? 0 - parsed : parsed;
+        const auto wrapped = static_cast<std::uint32_t>(parsed);
+        // The value of an overflow of 64 bits wraps to the largest one, too.
+        if (end == m_at || magnitude > largest || wrapped == largest)
             return false;
         m_at = end;
-        value = static_cast<std::uint32_t>(parsed);
+        value = wrapped;
         return true;
     }
 

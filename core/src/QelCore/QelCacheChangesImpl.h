@@ -1,0 +1,218 @@
+#pragma once
+
+// The changes of QelCacheLogic to single records: a part of QelCacheLogicImpl.h, which includes it.
+
+#include <cstring>
+#include <new>
+
+#include "QelCore/QelCacheLogic.h"
+#include "QelCore/QelStoreOrder.h"
+
+namespace Qel {
+
+namespace CacheLogicDetail {
+inline constexpr const char* sourcePath = "core/src/QelCore/QelCacheLogic";
+} // namespace CacheLogicDetail
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::insertItem(const ItemID& id, const ItemSource& source) {
+    if (!isAccessible())
+        return cacheNotAttached;
+    const storageLockGuard_t guard(*this);
+    if (!guard.isLocked())
+        return cacheNotLocked;
+    const Snapshot* current = currentSnapshot();
+    std::size_t index;
+    if (current->values.findIndex(id, index))
+        return cacheKeyExists;
+    if (!isWritable(*current, snapshotForInsert))
+        return insertIntoCopy(id, index, source);
+    const ItemBytes item = readItem(source, nullptr);
+    const int refused = checkItem(item);
+    return refused ? refused : insertIntoSlot(id, index, item);
+}
+
+/// Inserts where the array is, which has a free slot.
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoSlot(const ItemID& id, std::size_t index,
+                                                                const ItemBytes& item) {
+    const NewItem stored = storeItem(item);
+    if (stored.record)
+        currentSnapshot()->values.insertAt(index, id, stored.record);
+    return stored.result;
+}
+
+/// Inserts while the array is copied to a block with room for one record more.  What remains when the record can't be
+/// stored is the copy, with a free slot.
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoCopy(const ItemID& id, std::size_t index,
+                                                                const ItemSource& source) {
+    const unsigned bytes = bytesOfCopy(*currentSnapshot(), snapshotForInsert);
+    auto* block = unsafe_allocate<Snapshot>(bytes);
+    if (!block)
+        return cacheOutOfSpace;
+    const void* base = header();
+    const ItemBytes item = readItem(source, nullptr);
+    if (!isAccessible())
+        return cacheNotAttached;
+    const bool acceptable = isAcceptable(item);
+    const Placement place = acceptable ? placeBesideArray(item.length) : Placement{};
+    auto* copy = new (rebased(block, base)) Snapshot;
+    if (!place.record) {
+        *copy = *currentSnapshot();
+        copy->adjustSelf(bytes);
+        makeCurrent(copy);
+        if (!acceptable)
+            return checkItem(item);
+        // The old array's block may be what a provisional record left no room beside.
+        return place.isProvisional ? insertIntoSlot(id, index, item) : cacheOutOfSpace;
+    }
+    writeItem(place.record, item);
+    copy->assignInserting(*currentSnapshot(), index, id, place.record);
+    copy->adjustSelf(bytes);
+    makeCurrent(copy);
+    if (place.isProvisional)
+        settle(copy->values.at(index), item);
+    return cacheSuccess;
+}
+
+/// A block of `length` bytes: the one that is free once the current array's is, unless readers hold that.  The file may
+/// grow.
+template <class ItemID, class ItemValue, class Allocator>
+auto QelCacheLogic<ItemID, ItemValue, Allocator>::placeBesideArray(unsigned length) -> Placement {
+    if (currentSnapshot()->isAcquired())
+        return {unsafe_allocate<ItemValue>(length), false};
+    while (true) {
+        Allocator& heap = header()->heap;
+        const auto ahead = heap.template allocateAhead<ItemValue>(length, currentSnapshot());
+        if (ahead.overlaps)
+            return {heap.template allocate<ItemValue>(length), true};
+        if (ahead.data || !unsafe_extend(length))
+            return {ahead.data, false};
+    }
+}
+
+/// Moves a provisional record to the block that it would be in if it had not been stored before.  The entry points at a
+/// complete record throughout.
+template <class ItemID, class ItemValue, class Allocator>
+void QelCacheLogic<ItemID, ItemValue, Allocator>::settle(record_t& entry, const ItemBytes& item) {
+    Allocator& heap = header()->heap;
+    while (true) {
+        ItemValue* old = entry.data.get();
+        const auto ahead = heap.template allocateAhead<ItemValue>(item.length, old);
+        ItemValue* record = ahead.overlaps ? heap.template allocate<ItemValue>(item.length) : ahead.data;
+        if (!record) {
+            // The heap has no room for both, which is the one case in which a crash leaves a record in a free block.
+            heap.deallocate(old);
+            old = nullptr;
+            record = heap.template allocate<ItemValue>(item.length);
+            QEL_CHECK(record, CacheLogicDetail::sourcePath);
+        }
+        writeItem(record, item);
+        keepStoreOrder();
+        entry.data = record;
+        keepStoreOrder();
+        if (old)
+            heap.deallocate(old);
+        if (!ahead.overlaps || !old)
+            return;
+    }
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::updateItem(const ItemID& id, const ItemSource& source) {
+    if (!isAccessible())
+        return cacheNotAttached;
+    const storageLockGuard_t guard(*this);
+    if (!guard.isLocked())
+        return cacheNotLocked;
+    std::size_t index;
+    if (!currentSnapshot()->values.findIndex(id, index))
+        return cacheKeyMissing;
+    Snapshot* writable = getWritableSnapshot(snapshotForUpdate);
+    ItemValue* old = writable && index < writable->values.size() ? writable->values.at(index).data.get() : nullptr;
+    if (!old)
+        return cacheOutOfSpace;
+    __builtin_prefetch(old); // its count, wanted once the new record is there
+    const void* base = header();
+    const ItemBytes bytes = readItem(source, old);
+    if (const int refused = checkItem(bytes))
+        return refused;
+    const NewItem item = storeItem(bytes);
+    if (!item.record)
+        return item.result;
+    rebased(writable, base)->values.update(index, item.record);
+    keepStoreOrder();
+    releaseItem(rebased(old, base));
+    return cacheSuccess;
+}
+
+/// Asks `source` for its bytes.
+template <class ItemID, class ItemValue, class Allocator>
+auto QelCacheLogic<ItemID, ItemValue, Allocator>::readItem(const ItemSource& source, const ItemValue* old)
+    -> ItemBytes {
+    ItemBytes item;
+    // The source may run any serialisation, which must not scribble on the heap.
+    if (m_protect)
+        m_storage->protect(true);
+    source.getBuffer(&item.data, item.length, old);
+    if (m_protect && isAccessible())
+        m_storage->protect(false);
+    return item;
+}
+
+/// Whether `checkItem` lets the bytes pass.
+template <class ItemID, class ItemValue, class Allocator>
+bool QelCacheLogic<ItemID, ItemValue, Allocator>::isAcceptable(const ItemBytes& item) const noexcept {
+    return item.length >= sizeof(ItemValue) && item.length <= m_maxItemSize && item.data;
+}
+
+/// 0, or why the bytes are no record of this cache.
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::checkItem(const ItemBytes& item) const {
+    if (!isAccessible()) // the source forked, and this is the child
+        return cacheNotAttached;
+    QEL_CHECK(item.length >= sizeof(ItemValue), CacheLogicDetail::sourcePath);
+    if (item.length > m_maxItemSize)
+        return cacheItemTooLarge;
+    QEL_CHECK(item.data, CacheLogicDetail::sourcePath);
+    return cacheSuccess;
+}
+
+/// Puts a record into a block of the file, with one reference.  The file may grow.
+template <class ItemID, class ItemValue, class Allocator>
+auto QelCacheLogic<ItemID, ItemValue, Allocator>::storeItem(const ItemBytes& item) -> NewItem {
+    auto* record = unsafe_allocate<ItemValue>(item.length);
+    if (!record)
+        return {cacheOutOfSpace, nullptr};
+    writeItem(record, item);
+    return {cacheSuccess, record};
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+void QelCacheLogic<ItemID, ItemValue, Allocator>::writeItem(ItemValue* record, const ItemBytes& item) {
+    std::memcpy(static_cast<void*>(record), item.data, item.length);
+    record->refCount.setRefCount(1);
+    keepStoreOrder();
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::remove(const ItemID& id) {
+    if (!isAccessible())
+        return cacheNotAttached;
+    const storageLockGuard_t guard(*this);
+    if (!guard.isLocked())
+        return cacheNotLocked;
+    std::size_t index;
+    if (!currentSnapshot()->values.findIndex(id, index))
+        return cacheKeyMissing;
+    Snapshot* writable = getWritableSnapshot(snapshotForRemove);
+    ItemValue* old = writable ? writable->values.at(index).data.get() : nullptr;
+    if (!old)
+        return cacheOutOfSpace;
+    writable->values.remove(index);
+    releaseItem(old);
+    return cacheSuccess;
+}
+
+} // namespace Qel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <new>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelMessage.h"
+
+namespace Qel {
+
+/// The result of `parse`, or QelMessage::outOfMemory with an error message if an allocation fails.
+template <class Parse> [[nodiscard]] int guardParse(Parse parse) {
+    try {
+        return parse();
+    } catch (const std::bad_alloc&) {
+        // Short enough for a std::string that allocates nothing.
+        setErrorMessage("out of memory");
+        return QelMessage::outOfMemory;
+    }
+}
+
+} // namespace Qel

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "QelMessage/QelCombinators.h"
+
+namespace Qel {
+
+/// Runs a data reader on each child of the current element, whatever its ID.  With QelReaderOptional an element without
+/// children is not a failure.
+template <class DataReader> struct QelReaderListAllT : QelReaderListT<int, DataReader> {
+    QelReaderListAllT(const DataReader& reader, QelReaderFlags flags)
+        : QelReaderListT<int, DataReader>(reader, getEmptyID(), flags) {}
+};
+
+} // namespace Qel

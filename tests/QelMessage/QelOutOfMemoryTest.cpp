@@ -1,0 +1,139 @@
+#include <functional>
+
+#include <gmock/gmock.h>
+
+#include "QelCommon/ErrorMessage.h"
+#include "support/AllocationCounter.h"
+#include "support/TempFile.h"
+#include "support/TestMessage.h"
+
+namespace Qel {
+namespace {
+
+using namespace Qel::TestSupport;
+
+constexpr int element = 1115;
+constexpr const char* markup = "<name a='1'>a value that no short string could hold in place</name><log_level/>";
+const std::string elementText = "<environment xmlns='urn:qel:env' foreign-attribute='v'>" + std::string(markup) +
+                                "<x:unknown xmlns:x='urn:qel:a-namespace-without-an-id'/></environment>";
+const std::string messageText = "<message session='s' subscriptions='a b'>" + elementText + "</message>";
+
+std::string elementBytes() {
+    const TestMessage message;
+    return message.cursor().fromTextToChild(elementText.c_str()) == 0 && message.cursor().firstChild() == 0
+               ? flattened(message.cursor())
+               : std::string();
+}
+
+std::string messageBytes() {
+    const TestMessage message;
+    return message->fromTextEx(messageText.c_str(), 0) == 0 ? binaryOf(*message.get()) : std::string();
+}
+
+int lengthOf(const std::string& bytes) {
+    return static_cast<int>(bytes.size());
+}
+
+/// A message with an envelope and an element, on which its cursor is.
+class QelOutOfMemoryTest : public testing::Test {
+protected:
+    using Parse = std::function<int(QelMessage&, QelMessageIterator&)>;
+
+    /// Runs the parse with room for 0, 1, 2 ... allocations until it succeeds.
+    static void expectUnchangedWhenMemoryRunsOut(const Parse& parse) {
+        std::size_t failures = 0;
+        for (;; ++failures) {
+            const TestMessage message;
+            message->setSession("before");
+            message.cursor().newChild(element);
+            message.cursor().putValue("before", 0);
+            const std::string before = binaryOf(*message.get());
+
+            int result = 0;
+            {
+                const FailingAllocations failing(failures);
+                result = parse(*message.get(), message.cursor());
+            }
+            if (result == 0) {
+                EXPECT_NE(binaryOf(*message.get()), before);
+                break;
+            }
+            ASSERT_EQ(result, QelMessage::outOfMemory) << failures << ": " << getErrorMessage();
+            ASSERT_EQ(getErrorMessage(), "out of memory") << failures;
+            ASSERT_EQ(binaryOf(*message.get()), before) << failures;
+            ASSERT_EQ(message.cursor().curID(), element) << failures;
+            ASSERT_EQ(parse(*message.get(), message.cursor()), 0) << failures << ": a later parse succeeds";
+        }
+        EXPECT_GT(failures, 3U);
+    }
+};
+
+TEST_F(QelOutOfMemoryTest, MessageTextLeavesTheMessageUnchanged) {
+    expectUnchangedWhenMemoryRunsOut(
+        [](QelMessage& message, QelMessageIterator&) { return message.fromTextEx(messageText.c_str(), 0); });
+}
+
+TEST_F(QelOutOfMemoryTest, MessageFileLeavesTheMessageUnchanged) {
+    const TempFile file;
+    file.write(messageText);
+    expectUnchangedWhenMemoryRunsOut(
+        [&](QelMessage& message, QelMessageIterator&) { return message.loadFromFile(file.path()); });
+}
+
+TEST_F(QelOutOfMemoryTest, MessageBytesLeaveTheMessageUnchanged) {
+    const std::string bytes = messageBytes();
+    expectUnchangedWhenMemoryRunsOut(
+        [&](QelMessage& message, QelMessageIterator&) { return message.fromBinary(bytes.data(), lengthOf(bytes)); });
+}
+
+TEST_F(QelOutOfMemoryTest, ElementTextLeavesTheMessageUnchanged) {
+    expectUnchangedWhenMemoryRunsOut(
+        [](QelMessage&, QelMessageIterator& cursor) { return cursor.fromTextToChild(elementText.c_str()); });
+}
+
+TEST_F(QelOutOfMemoryTest, ElementBytesLeaveTheMessageUnchanged) {
+    const std::string bytes = elementBytes();
+    expectUnchangedWhenMemoryRunsOut([&](QelMessage&, QelMessageIterator& cursor) {
+        return cursor.deserializeToChild(bytes.data(), lengthOf(bytes));
+    });
+}
+
+TEST_F(QelOutOfMemoryTest, MarkupOfAnElementLeavesTheMessageUnchanged) {
+    const std::string content = markup;
+    expectUnchangedWhenMemoryRunsOut(
+        [&](QelMessage&, QelMessageIterator& cursor) { return cursor.putValueXML(content, 0); });
+}
+
+TEST_F(QelOutOfMemoryTest, MarkupOfANewChildLeavesTheMessageUnchanged) {
+    const std::string content = markup;
+    // Appending the child is no parse: its failure is an exception, as with every put.
+    expectUnchangedWhenMemoryRunsOut([&](QelMessage&, QelMessageIterator& cursor) {
+        try {
+            return cursor.putValueXML(content, 1026);
+        } catch (const std::bad_alloc&) {
+            setErrorMessage("out of memory");
+            return QelMessage::outOfMemory;
+        }
+    });
+}
+
+TEST_F(QelOutOfMemoryTest, TheFactoryReturnsNoMessage) {
+    const std::string bytes = elementBytes();
+    const boost::intrusive_ptr<QelMsgFactory> factory = QelMessage::getFactory();
+    QelMessage* message = nullptr;
+    std::size_t failures = 0;
+    for (;; ++failures) {
+        {
+            const FailingAllocations failing(failures);
+            message = factory->createNew(bytes.data(), lengthOf(bytes));
+        }
+        if (message)
+            break;
+        ASSERT_EQ(getErrorMessage(), "out of memory") << failures;
+    }
+    EXPECT_GT(failures, 3U);
+    ifDestroy(message);
+}
+
+} // namespace
+} // namespace Qel
