@@ -1,12 +1,10 @@
 #include <array>
 #include <ostream>
 
-#include <boost/program_options/value_semantic.hpp>
-#include <nlohmann/json.hpp>
-
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Backup/QelBackupURI.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/Output.h"
 #include "qel/RecordInMessage.h"
 
@@ -17,14 +15,11 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace po = boost::program_options;
-using Json = nlohmann::ordered_json;
-
 // --- qel backup-uri parse
 
-void addParseOptions(po::options_description& options) {
+void addParseOptions(Options& options) {
     addJsonOption(options);
-    options.add_options()("show-secrets", "show the storage's password too");
+    options.add({.name = "show-secrets", .help = "show the storage's password too"});
 }
 
 Json toJson(const QelDSLocation& location, bool showSecrets) {
@@ -99,9 +94,10 @@ ExitCode runParse(const Invocation& invocation, const Console& console) {
 
 // --- qel backup-uri build
 
-void addBuildOptions(po::options_description& options) {
-    options.add_options()("storage", po::value<std::string>()->value_name("FILE"),
-                          "put the storage in this message into the URI, its password included");
+void addBuildOptions(Options& options) {
+    options.add({.name = "storage",
+                 .value = "FILE",
+                 .help = "put the storage in this message into the URI, its password included"});
 }
 
 bool areEqual(const QelBackupURI& a, const QelBackupURI& b) {
@@ -114,7 +110,7 @@ ExitCode runBuild(const Invocation& invocation, const Console& console) {
     QelBackupURI name(invocation.arguments[0], subPath);
     if (invocation.has("storage")) {
         QelDSLocation location;
-        const std::string& file = invocation.options["storage"].as<std::string>();
+        const std::string& file = invocation.text("storage");
         if (const ExitCode code = readRecord(file, location, console); code != ExitCode::success)
             return code;
         name.storage(location);

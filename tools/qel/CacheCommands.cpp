@@ -5,20 +5,18 @@
 #include <span>
 #include <string_view>
 
-#include <nlohmann/json.hpp>
-
 #include "qel/CacheBytes.h"
 #include "qel/CacheFile.h"
 #include "qel/CacheFileChecker.h"
 #include "qel/Command.h"
 #include "qel/Hexadecimal.h"
+#include "qel/Json.h"
 #include "qel/Output.h"
 
 namespace Qel::Tool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 namespace Format = CacheFormat;
 
 /// A cache file that was read, and what the checker tells of it.

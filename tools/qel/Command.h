@@ -1,23 +1,31 @@
 #pragma once
 
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
-#include <boost/program_options/options_description.hpp>
-#include <boost/program_options/variables_map.hpp>
-
 #include "qel/Console.h"
+#include "qel/Options.h"
 
 namespace Qel::Tool {
+
+/// The value of an option that is given or has a default; nothing for a flag.
+using OptionValue = std::variant<std::monostate, std::string, std::vector<std::string>, int, double>;
 
 /// One command line, parsed: as many arguments as the command takes, and its options.
 struct Invocation {
     std::vector<std::string> arguments;
-    boost::program_options::variables_map options;
+    std::map<std::string, OptionValue> options;
 
     [[nodiscard]] bool has(const std::string& option) const { return options.count(option) != 0; }
+    // The option must have a value of this kind.
+    [[nodiscard]] const std::string& text(const std::string& option) const;
+    [[nodiscard]] const std::vector<std::string>& texts(const std::string& option) const;
+    [[nodiscard]] int integer(const std::string& option) const;
+    [[nodiscard]] double real(const std::string& option) const;
 };
 
 /// A command of the tool.
@@ -30,7 +38,7 @@ struct Command {
     /// One sentence for the list of commands.
     std::string_view summary;
     /// Adds the command's options; null if it has none.
-    void (*addOptions)(boost::program_options::options_description& options);
+    void (*addOptions)(Options& options);
     ExitCode (*run)(const Invocation& invocation, const Console& console);
 };
 
@@ -63,6 +71,6 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup vocCommands();
 
 /// Adds `--json`, which every command has whose output programs may want.
-void addJsonOption(boost::program_options::options_description& options);
+void addJsonOption(Options& options);
 
 } // namespace Qel::Tool

@@ -9,17 +9,12 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <boost/program_options/errors.hpp>
-#include <boost/program_options/parsers.hpp>
-#include <boost/program_options/value_semantic.hpp>
-
 #include "QelMessage/QelFileLock.h"
 #include "qel/Command.h"
 #include "qel/LogSettings.h"
+#include "qel/OptionParser.h"
 #include "qel/OptionSets.h"
 #include "qel/Output.h"
-
-namespace po = boost::program_options;
 
 namespace Qel::Tool {
 
@@ -29,36 +24,15 @@ using Words = std::vector<std::string>;
 
 constexpr std::string_view ellipsis = "...";
 
-void addCommonOptions(po::options_description& options) {
-    options.add_options()("help,h", "show this help");
+void addCommonOptions(Options& options) {
+    options.add({.name = "help", .letter = 'h', .help = "show this help"});
 }
 
-// Long options are taken in full only: an abbreviation that works today would become ambiguous with the next option.
-constexpr int parsingStyle = po::command_line_style::default_style & ~po::command_line_style::allow_guessing;
-
-// These two throw po::error, like the library that they call.
-OptionSet parseWords(const Words& words, const po::options_description& options) {
-    return po::command_line_parser(words).options(options).style(parsingStyle).run().options;
-}
-
-Invocation makeInvocation(const OptionSet& given, const po::options_description& options) {
-    po::parsed_options named(&options);
-    Invocation invocation;
-    for (const po::option& option : given) {
-        if (option.string_key.empty())
-            invocation.arguments.push_back(option.value.front());
-        else
-            named.options.push_back(option);
-    }
-    po::store(named, invocation.options);
-    // Help is given even to a command line that lacks something.
-    if (!invocation.has("help"))
-        po::notify(invocation.options);
-    return invocation;
-}
-
-Invocation parse(const Words& words, const po::options_description& options) {
-    return makeInvocation(parseWords(words, options), options);
+/// Parses a command line that has no file of options.  Returns what is wrong with it, or nothing.
+std::optional<std::string> parse(const Words& words, const Options& options, Invocation& invocation) {
+    OptionSet given;
+    const auto error = parseWords(words, options, given);
+    return error ? error : makeInvocation(given, options, invocation);
 }
 
 /// Splits the options that lead `words` from what follows them.
@@ -120,7 +94,7 @@ ExitCode failUsage(const Console& console, const std::string& reason, const std:
 
 ExitCode runCommand(const CommandGroup& group, const Command& command, const Words& words, const Console& console) {
     const std::string self = wordsOf(group, command);
-    po::options_description options("Options");
+    Options options;
     if (command.addOptions)
         command.addOptions(options);
     addOptionSetOptions(options);
@@ -130,18 +104,17 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
     OptionSet given;
     Invocation invocation;
     QelFileLock optionsLock;
-    try {
-        given = parseWords(words, options);
-        if (const ExitCode code = lockOptions(given, optionsLock, console); code != ExitCode::success)
-            return code;
-        if (const ExitCode code = loadOptions(given, options, console); code != ExitCode::success)
-            return code;
-        invocation = makeInvocation(given, options);
-    } catch (const po::error& error) {
-        return failUsage(console, error.what(), self);
-    }
+    if (const auto error = parseWords(words, options, given))
+        return failUsage(console, *error, self);
+    if (const ExitCode code = lockOptions(given, optionsLock, console); code != ExitCode::success)
+        return code;
+    if (const ExitCode code = loadOptions(given, options, console); code != ExitCode::success)
+        return code;
+    if (const auto error = makeInvocation(given, options, invocation))
+        return failUsage(console, *error, self);
     if (invocation.has("help")) {
-        console.out << "Usage: " << usageOf(group, command) << " [OPTION...]\n" << command.summary << "\n\n" << options;
+        console.out << "Usage: " << usageOf(group, command) << " [OPTION...]\n" << command.summary << "\n\n";
+        printOptions(console.out, options);
         return ExitCode::success;
     }
     if (const auto error = findArgumentError(command, invocation.arguments))
@@ -158,16 +131,15 @@ ExitCode runGroup(const CommandGroup& group, Words words, const Console& console
     if (group.commands.front().name.empty())
         return runCommand(group, group.commands.front(), words, console);
     const std::string self = "qel " + std::string(group.name);
-    po::options_description options("Options");
+    Options options;
     addCommonOptions(options);
-    try {
-        if (parse(takeLeadingOptions(words), options).has("help")) {
-            console.out << "Usage: " << self << " COMMAND ...\n" << group.summary << "\n\nCommands\n";
-            printSummaries(console.out, group.commands);
-            return ExitCode::success;
-        }
-    } catch (const po::error& error) {
-        return failUsage(console, error.what(), self);
+    Invocation leading;
+    if (const auto error = parse(takeLeadingOptions(words), options, leading))
+        return failUsage(console, *error, self);
+    if (leading.has("help")) {
+        console.out << "Usage: " << self << " COMMAND ...\n" << group.summary << "\n\nCommands\n";
+        printSummaries(console.out, group.commands);
+        return ExitCode::success;
     }
     if (words.empty())
         return failUsage(console, "COMMAND is missing", self);
@@ -178,25 +150,23 @@ ExitCode runGroup(const CommandGroup& group, Words words, const Console& console
 }
 
 ExitCode runTool(Words words, const Console& console) {
-    po::options_description options("Options");
+    Options options;
     addCommonOptions(options);
-    options.add_options()("version", "show the version");
-    try {
-        const Invocation leading = parse(takeLeadingOptions(words), options);
-        if (leading.has("help")) {
-            console.out
-                << "Usage: qel GROUP COMMAND ...\n"
-                << "Looks into and works on message files, environment records and the shared cache.\n\nGroups\n";
-            printSummaries(console.out, commandGroups());
-            console.out << '\n' << options;
-            return ExitCode::success;
-        }
-        if (leading.has("version")) {
-            console.out << "qel " << QEL_VERSION << '\n';
-            return ExitCode::success;
-        }
-    } catch (const po::error& error) {
-        return failUsage(console, error.what(), "qel");
+    options.add({.name = "version", .help = "show the version"});
+    Invocation leading;
+    if (const auto error = parse(takeLeadingOptions(words), options, leading))
+        return failUsage(console, *error, "qel");
+    if (leading.has("help")) {
+        console.out << "Usage: qel GROUP COMMAND ...\n"
+                    << "Looks into and works on message files, environment records and the shared cache.\n\nGroups\n";
+        printSummaries(console.out, commandGroups());
+        console.out << '\n';
+        printOptions(console.out, options);
+        return ExitCode::success;
+    }
+    if (leading.has("version")) {
+        console.out << "qel " << QEL_VERSION << '\n';
+        return ExitCode::success;
     }
     if (words.empty())
         return failUsage(console, "GROUP is missing", "qel");

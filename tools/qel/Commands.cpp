@@ -4,6 +4,22 @@
 
 namespace Qel::Tool {
 
+const std::string& Invocation::text(const std::string& option) const {
+    return std::get<std::string>(options.at(option));
+}
+
+const std::vector<std::string>& Invocation::texts(const std::string& option) const {
+    return std::get<std::vector<std::string>>(options.at(option));
+}
+
+int Invocation::integer(const std::string& option) const {
+    return std::get<int>(options.at(option));
+}
+
+double Invocation::real(const std::string& option) const {
+    return std::get<double>(options.at(option));
+}
+
 std::span<const CommandGroup> commandGroups() {
     static const std::array groups{
         backupUriCommands(), cacheCommands(),  configCommands(),   envCommands(), eventCommands(), fileCommands(),
@@ -12,8 +28,8 @@ std::span<const CommandGroup> commandGroups() {
     return groups;
 }
 
-void addJsonOption(boost::program_options::options_description& options) {
-    options.add_options()("json", "print JSON, for programs");
+void addJsonOption(Options& options) {
+    options.add({.name = "json", .help = "print JSON, for programs"});
 }
 
 } // namespace Qel::Tool

@@ -3,14 +3,13 @@
 #include <memory>
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
 #include "QelFunctionalityCore/Configuration/ConfigurationElements.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelMessage/QelBinary.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
 
@@ -18,9 +17,7 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace po = boost::program_options;
 namespace Element = ConfigurationElement;
-using Json = nlohmann::ordered_json;
 using Cursor = std::unique_ptr<QelMessageIterator>;
 
 constexpr int passwordElement = 1032;
@@ -40,8 +37,8 @@ bool enterOptions(const QelMessageIterator& cursor, int depth) {
     return depth != sectionDepth || cursor.seek(Element::configuration) == 0;
 }
 
-void addBase64Option(po::options_description& options) {
-    options.add_options()("base64", "the element holds the value in base64");
+void addBase64Option(Options& options) {
+    options.add({.name = "base64", .help = "the element holds the value in base64"});
 }
 
 // --- qel config get

@@ -7,8 +7,6 @@
 #include <ostream>
 #include <set>
 
-#include <boost/program_options/value_semantic.hpp>
-
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Environment/QelEnvCacheIterators.h"
 #include "QelMessage/QelBinary.h"
@@ -23,8 +21,6 @@
 namespace Qel::Tool {
 
 namespace {
-
-namespace po = boost::program_options;
 
 /// The element of an environment in a message.
 constexpr int environmentElement = 1624;
@@ -107,9 +103,9 @@ ExitCode runPut(const Invocation& invocation, const Console& console) {
 
 // --- qel env list
 
-void addListOptions(po::options_description& options) {
-    options.add_options()("parent", po::value<std::string>()->value_name("EID"),
-                          "only the children of this environment")("tree", "draw the hierarchy");
+void addListOptions(Options& options) {
+    options.add({.name = "parent", .value = "EID", .help = "only the children of this environment"});
+    options.add({.name = "tree", .help = "draw the hierarchy"});
     addJsonOption(options);
 }
 
@@ -159,7 +155,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
     const bool hasParent = invocation.has("parent");
     const bool isTree = invocation.has("tree");
     if (hasParent) {
-        const std::string text = invocation.options["parent"].as<std::string>();
+        const std::string text = invocation.text("parent");
         if (const ExitCode code = parseEID(text, console, parent); code != ExitCode::success)
             return code;
     }
@@ -179,8 +175,8 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
 
 // --- qel env get
 
-void addGetOptions(po::options_description& options) {
-    options.add_options()("binary", "in binary form");
+void addGetOptions(Options& options) {
+    options.add({.name = "binary", .help = "in binary form"});
 }
 
 /// Writes an environment into a message that reads back as the same environment.
@@ -258,9 +254,12 @@ ExitCode runRemove(const Invocation& invocation, const Console& console) {
 
 // --- qel env watch
 
-void addWatchOptions(po::options_description& options) {
-    options.add_options()("interval", po::value<double>()->default_value(1, "1")->value_name("SECONDS"),
-                          "how often to look");
+void addWatchOptions(Options& options) {
+    options.add({.name = "interval",
+                 .value = "SECONDS",
+                 .kind = OptionKind::real,
+                 .byDefault = "1",
+                 .help = "how often to look"});
 }
 
 const char* wordFor(EnvChange::Kind kind) {
@@ -310,7 +309,7 @@ ExitCode watch(QelEnvCache& cache, std::chrono::nanoseconds interval, const Cons
 }
 
 ExitCode runWatch(const Invocation& invocation, const Console& console) {
-    const double seconds = invocation.options["interval"].as<double>();
+    const double seconds = invocation.real("interval");
     constexpr double longest = 86400;
     if (!(seconds > 0 && seconds <= longest))
         return console.fail(ExitCode::usage, "--interval takes more than 0 and at most 86400 seconds");

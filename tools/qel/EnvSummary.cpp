@@ -4,16 +4,13 @@
 #include <map>
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
 #include "QelCommon/Utf8.h"
+#include "qel/Json.h"
 #include "qel/Output.h"
 
 namespace Qel::Tool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 const char* nameOfAlert(int level) {
     switch (static_cast<QelAlertType>(level)) {

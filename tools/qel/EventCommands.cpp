@@ -5,15 +5,13 @@
 #include <string_view>
 #include <utility>
 
-#include <boost/program_options/value_semantic.hpp>
-#include <nlohmann/json.hpp>
-
 #include "QelCommon/Log.h"
 #include "QelFunctionalityCore/Events/QelEvent.h"
 #include "QelFunctionalityCore/Events/QelResourceAlertData.h"
 #include "QelMessage/QelValueText.h"
 #include "qel/CacheAccess.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/Output.h"
 #include "qel/RecordInMessage.h"
 #include "qel/VocFiles.h"
@@ -21,9 +19,6 @@
 namespace Qel::Tool {
 
 namespace {
-
-namespace po = boost::program_options;
-using Json = nlohmann::ordered_json;
 
 /// What the info tells; ExitCode::failed, and an error, if that is more than a text may be.
 ExitCode render(const QelInfo& info, const std::string& path, const std::string& file, const Console& console,
@@ -36,9 +31,9 @@ ExitCode render(const QelInfo& info, const std::string& path, const std::string&
 
 // --- qel event show
 
-void addShowOptions(po::options_description& options) {
-    options.add_options()("cache", po::value<std::string>()->value_name("CACHE"),
-                          "call environments by the titles that they have in a cache file");
+void addShowOptions(Options& options) {
+    options.add(
+        {.name = "cache", .value = "CACHE", .help = "call environments by the titles that they have in a cache file"});
     addVocOption(options, "vocabularies, which tell the alerts whose values are doubles");
     addJsonOption(options);
 }
@@ -184,7 +179,7 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
     if (!invocation.has("cache")) {
         quiet.emplace();
     } else {
-        const std::string& path = invocation.options["cache"].as<std::string>();
+        const std::string& path = invocation.text("cache");
         QelEnvCacheSP checked;
         if (const ExitCode code = openCache(path, CacheUse::existing, console, checked); code != ExitCode::success)
             return code;
@@ -204,9 +199,11 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
 
 // --- qel info render
 
-void addRenderOptions(po::options_description& options) {
-    options.add_options()("path", po::value<std::string>()->default_value("/")->value_name("PATH"),
-                          "the parameter to render, by the names that lead to it: env/title");
+void addRenderOptions(Options& options) {
+    options.add({.name = "path",
+                 .value = "PATH",
+                 .byDefault = "/",
+                 .help = "the parameter to render, by the names that lead to it: env/title"});
 }
 
 /// Whether a path, as QelInfo::getParameterByPath() takes it, leads to a parameter or to the info itself.
@@ -229,7 +226,7 @@ ExitCode runRender(const Invocation& invocation, const Console& console) {
     QelInfo info;
     if (const ExitCode code = from.read(file, info, console); code != ExitCode::success)
         return code;
-    const std::string& path = invocation.options["path"].as<std::string>();
+    const std::string& path = invocation.text("path");
     if (!hasParameter(info, path))
         return console.fail(ExitCode::notSo, shownName(file) + ": no parameter at '" + path + "'");
     std::string text;

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 
-#include <boost/program_options/value_semantic.hpp>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -21,8 +20,6 @@
 namespace Qel::Tool {
 
 namespace {
-
-namespace po = boost::program_options;
 
 // --- paths
 
@@ -49,8 +46,7 @@ ExitCode resolve(const std::string& given, const Invocation& invocation, const C
         return ExitCode::success;
     if (!invocation.has("session"))
         return console.fail(ExitCode::usage, inQuotes(given) + ": --session tells whose upload folder is meant");
-    if (readPath(std::string(QelFilerBase::SESSION_DIR), invocation.options["session"].as<std::string>(),
-                 path.directory) != 0)
+    if (readPath(std::string(QelFilerBase::SESSION_DIR), invocation.text("session"), path.directory) != 0)
         return console.fail(ExitCode::badInput, getErrorMessage());
     path.beneath = given.substr(QelFilerBase::SESSION_DIR.size());
     path.name = path.directory + path.beneath;
@@ -62,12 +58,13 @@ ExitCode resolve(const std::string& given, const Invocation& invocation, const C
 
 // --- qel file copy
 
-void addCopyOptions(po::options_description& options) {
-    options.add_options()("overwrite", "write to a file that exists, from its start; what it has behind stays")(
-        "append", "write to a file that exists, at its end")("truncate",
-                                                             "write to a file that exists, and drop what it holds")(
-        "session", po::value<std::string>()->value_name("NAME"),
-        "the client whose upload folder $SESSION$ at the start of a path stands for");
+void addCopyOptions(Options& options) {
+    options.add({.name = "overwrite", .help = "write to a file that exists, from its start; what it has behind stays"});
+    options.add({.name = "append", .help = "write to a file that exists, at its end"});
+    options.add({.name = "truncate", .help = "write to a file that exists, and drop what it holds"});
+    options.add({.name = "session",
+                 .value = "NAME",
+                 .help = "the client whose upload folder $SESSION$ at the start of a path stands for"});
 }
 
 /// A terminal on the error stream: the number of its columns.

@@ -14,11 +14,11 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace po = boost::program_options;
-
-void addReportOptions(po::options_description& options) {
-    options.add_options()("arguments", "include the arguments of processes; they are left out by default, since "
-                                       "command lines may hold passwords")("binary", "write the binary form");
+void addReportOptions(Options& options) {
+    options.add({.name = "arguments",
+                 .help = "include the arguments of processes; they are left out by default, since command lines may "
+                         "hold passwords"});
+    options.add({.name = "binary", .help = "write the binary form"});
 }
 
 void tellProblems(const Problems& problems, const Console& console) {

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <boost/program_options/options_description.hpp>
-
 #include "qel/Command.h"
 
 namespace Qel::Tool {
 
 /// Adds `--log-settings`, which every command has.
-void addLogOption(boost::program_options::options_description& options);
+void addLogOption(Options& options);
 
 /// Makes the process log as the configuration after `--log-settings` says, if the option is there.
 /// ExitCode::badInput, and an error, if it can't be read.

@@ -2,13 +2,11 @@
 #include <ostream>
 #include <span>
 
-#include <boost/program_options/value_semantic.hpp>
-#include <nlohmann/json.hpp>
-
 #include "QelCommon/ErrorMessage.h"
 #include "QelMessage/QelBinary.h"
 #include "QelMessage/QelNames.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
 
@@ -16,23 +14,19 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace po = boost::program_options;
-using Json = nlohmann::ordered_json;
-
 // --- qel message convert
 
 constexpr std::string_view textForm = "text";
 constexpr std::string_view binaryForm = "binary";
 
-void addConvertOptions(po::options_description& options) {
-    options.add_options()("to", po::value<std::string>()->required()->value_name("FORM"),
-                          "the form to write: text or binary");
+void addConvertOptions(Options& options) {
+    options.add({.name = "to", .value = "FORM", .isRequired = true, .help = "the form to write: text or binary"});
 }
 
 ExitCode runConvert(const Invocation& invocation, const Console& console) {
     const std::string& in = invocation.arguments[0];
     const std::string& out = invocation.arguments[1];
-    const std::string form = invocation.options["to"].as<std::string>();
+    const std::string form = invocation.text("to");
     if (form != textForm && form != binaryForm)
         return console.fail(ExitCode::usage, "--to takes text or binary, not '" + form + "'");
 

@@ -2,20 +2,17 @@
 #include <memory>
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Network/QelNetDevice.h"
 #include "QelMessage/QelBinary.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
 
 namespace Qel::Tool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 /// A device, and what its element says of its class.
 struct FoundDevice {

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <boost/program_options/value_semantic.hpp>
-
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Configuration/QelOptionsFileSerializer.h"
 #include "qel/MessageFiles.h"
@@ -38,11 +36,9 @@ ExitCode failFile(const Console& console, ExitCode code, const std::string& path
 
 } // namespace
 
-void addOptionSetOptions(po::options_description& options) {
-    options.add_options()(loadOption, po::value<std::string>()->value_name("FILE"),
-                          "take what the command line lacks from this file");
-    options.add_options()(saveOption, po::value<std::string>()->value_name("FILE"),
-                          "keep the arguments and options in this file");
+void addOptionSetOptions(Options& options) {
+    options.add({.name = loadOption, .value = "FILE", .help = "take what the command line lacks from this file"});
+    options.add({.name = saveOption, .value = "FILE", .help = "keep the arguments and options in this file"});
 }
 
 ExitCode lockOptions(const OptionSet& given, QelFileLock& lock, const Console& console) {
@@ -53,7 +49,7 @@ ExitCode lockOptions(const OptionSet& given, QelFileLock& lock, const Console& c
     return lockFile(*saved, lock, console);
 }
 
-ExitCode loadOptions(OptionSet& given, const po::options_description& known, const Console& console) {
+ExitCode loadOptions(OptionSet& given, const Options& known, const Console& console) {
     const std::string* const path = valueOf(given, loadOption);
     if (!path)
         return ExitCode::success;
@@ -69,11 +65,11 @@ ExitCode loadOptions(OptionSet& given, const po::options_description& known, con
                                 *path + ": '--" + option.string_key +
                                     "' is accepted on the command line only, remove it from the file");
         if (!option.string_key.empty()) {
-            const po::option_description* const description = known.find_nothrow(option.string_key, false);
+            const Option* const description = known.find(option.string_key);
             if (!description)
                 return console.fail(ExitCode::badInput,
                                     *path + ": this command has no option '--" + option.string_key + "'");
-            if (description->semantic()->max_tokens() == 0)
+            if (description->value.empty())
                 option.value.clear();
         }
         if (!hasName(before, option.string_key))

@@ -1,11 +1,8 @@
 #include "qel/Output.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <iostream>
 
-#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 #include "QelCommon/Utf8.h"
@@ -15,7 +12,6 @@ namespace Qel::Tool {
 namespace {
 
 constexpr std::string_view columnGap = "  ";
-constexpr int jsonIndent = 2;
 
 std::string padded(const std::string& cell, std::size_t width, Table::Align alignment) {
     const std::string blanks(width - countCharacters(cell), ' ');
@@ -68,35 +64,6 @@ bool isTerminal(const Console& console) {
 
 void printValue(const Console& console, std::string_view value) {
     console.out << (isTerminal(console) ? showControls(value, "\n\t") : std::string(value)) << '\n';
-}
-
-namespace {
-
-/// The document with the control characters in its strings as \u escapes.  JSON leaves all but those of C0 to the
-/// writer.
-std::string escapeControls(std::string_view document) {
-    std::string escaped;
-    escaped.reserve(document.size());
-    while (!document.empty()) {
-        const auto [length, code] = firstUtf8Character(document);
-        const std::size_t taken = length == 0 ? 1 : length;
-        if (length != 0 && code != '\n' && isControlCharacter(code)) {
-            std::array<char, 16> text{};
-            std::snprintf(text.data(), text.size(), "\\u%04x", static_cast<unsigned>(code));
-            escaped += text.data();
-        } else {
-            escaped += document.substr(0, taken);
-        }
-        document.remove_prefix(taken);
-    }
-    return escaped;
-}
-
-} // namespace
-
-void printJson(std::ostream& out, const nlohmann::ordered_json& document) {
-    using Json = nlohmann::ordered_json;
-    out << escapeControls(document.dump(jsonIndent, ' ', false, Json::error_handler_t::replace)) << '\n';
 }
 
 } // namespace Qel::Tool

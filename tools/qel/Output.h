@@ -6,8 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
-
 #include "QelCommon/ControlCharacters.h"
 #include "qel/Console.h"
 
@@ -47,9 +45,5 @@ private:
 /// Prints a value that programs read, and a line end: as bytes, but on a terminal with its control characters escaped,
 /// except line feeds and tabs.
 void printValue(const Console& console, std::string_view value);
-
-/// Prints the document, indented, with a line end.  Bytes that aren't UTF-8 become the replacement character; control
-/// characters are escaped.
-void printJson(std::ostream& out, const nlohmann::ordered_json& document);
 
 } // namespace Qel::Tool

@@ -2,14 +2,13 @@
 #include <memory>
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Monitoring/QelMonitorData.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
 #include "QelMessage/QelBinary.h"
 #include "QelMessage/QelValueText.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
 #include "qel/VocFiles.h"
@@ -18,10 +17,7 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace po = boost::program_options;
-using Json = nlohmann::ordered_json;
-
-void addShowOptions(po::options_description& options) {
+void addShowOptions(Options& options) {
     addVocOption(options, "vocabularies, which tell the counters that are doubles");
     addJsonOption(options);
 }

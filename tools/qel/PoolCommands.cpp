@@ -3,14 +3,13 @@
 #include <optional>
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
 #include "QelCommon/ErrorMessage.h"
 #include "QelCore/QelIPConversions.h"
 #include "QelCore/QelIPv4.h"
 #include "QelFunctionalityCore/Network/QelResource.h"
 #include "QelMessage/QelBinary.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
 #include "qel/RecordLimits.h"
@@ -19,7 +18,6 @@ namespace Qel::Tool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using AddressRange = range<unsigned>;
 
 constexpr int typeElement = 1007;
@@ -68,7 +66,7 @@ unsigned long long countAddresses(const QelResourceIpPool& pool) {
 void printAsJson(std::ostream& out, const QelResourceIpPool& pool) {
     Json ranges = Json::array();
     for (const AddressRange& each : pool.ranges)
-        ranges.push_back({ipToStr(each.start), ipToStr(each.end)});
+        ranges.push_back(Json::array({ipToStr(each.start), ipToStr(each.end)}));
     out << Json{{"ranges", ranges}, {"count", countAddresses(pool)}} << '\n';
 }
 

@@ -13,8 +13,6 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace po = boost::program_options;
-
 /// A message with a profile in its first element.
 class ProfileFile {
 public:
@@ -73,8 +71,9 @@ ExitCode runMerge(const Invocation& invocation, const Console& console) {
 
 // --- qel profile difference, qel profile intersection
 
-void addFilterOptions(po::options_description& options) {
-    options.add_options()("sections", "go by the sections of B only, whatever they hold, as when a filter was sent");
+void addFilterOptions(Options& options) {
+    options.add(
+        {.name = "sections", .help = "go by the sections of B only, whatever they hold, as when a filter was sent"});
 }
 
 template <class FilteredReader> ExitCode runFiltered(const Invocation& invocation, const Console& console) {

@@ -4,13 +4,12 @@
 #include <memory>
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelMessage/QelBinary.h"
 #include "QelMessage/QelNames.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
 #include "qel/RecordDescription.h"
@@ -21,8 +20,6 @@
 namespace Qel::Tool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 ExitCode findType(const std::string& name, const Console& console, const QelRecordType*& type) {
     type = findRecordType(name);

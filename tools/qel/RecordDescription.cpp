@@ -4,14 +4,11 @@
 #include <array>
 #include <span>
 
-#include <nlohmann/json.hpp>
-
 #include "QelMessage/QelNames.h"
 #include "QelMessage/QelWireLayout.h"
+#include "qel/Json.h"
 
 namespace Qel::Tool {
-
-using Json = nlohmann::ordered_json;
 
 namespace {
 

@@ -3,9 +3,8 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
-
 #include "QelMessage/QelRecordType.h"
+#include "qel/Json.h"
 
 namespace Qel::Tool {
 
@@ -28,6 +27,6 @@ struct DescribedRow {
 /// The rows of a table in writing order, and behind a group its own.
 [[nodiscard]] std::vector<DescribedRow> describeRows(const QelWireLayout& layout);
 
-[[nodiscard]] nlohmann::ordered_json describeAsJson(const QelWireLayout& layout);
+[[nodiscard]] Json describeAsJson(const QelWireLayout& layout);
 
 } // namespace Qel::Tool

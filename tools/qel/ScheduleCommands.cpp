@@ -5,12 +5,12 @@
 #include <memory>
 #include <optional>
 
-#include <boost/program_options/value_semantic.hpp>
-#include <nlohmann/json.hpp>
+#include <unistd.h>
 
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
 #include "QelMessage/QelValueText.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/Output.h"
 #include "qel/RecordInMessage.h"
 #include "qel/ScheduleCalendar.h"
@@ -19,22 +19,19 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace po = boost::program_options;
-using Json = nlohmann::ordered_json;
-
 /// The time that an option tells, or the present one; nothing if it is no time.
 std::optional<long> timeOption(const Invocation& invocation, const std::string& option) {
     if (!invocation.has(option))
         return std::time(nullptr);
     long time = 0;
-    if (!QelValueText::toTime(invocation.options[option].as<std::string>(), time))
+    if (!QelValueText::toTime(invocation.text(option), time))
         return std::nullopt;
     return time;
 }
 
 ExitCode failTime(const Invocation& invocation, const std::string& option, const Console& console) {
     return console.fail(ExitCode::usage, "--" + option + " takes seconds or a time like 2026-11-20T09:30:00Z, not '" +
-                                             invocation.options[option].as<std::string>() + "'");
+                                             invocation.text(option) + "'");
 }
 
 ExitCode failNumber(const std::string& option, int most, const Console& console) {
@@ -45,10 +42,15 @@ ExitCode failNumber(const std::string& option, int most, const Console& console)
 
 constexpr int mostRuns = 1'000'000;
 
-void addNextOptions(po::options_description& options) {
-    options.add_options()("now", po::value<std::string>()->value_name("TIME"),
-                          "the time to ask for, in seconds or as a text; the present by default")(
-        "count", po::value<int>()->default_value(1)->value_name("N"), "runs in a row, each found from the one before");
+void addNextOptions(Options& options) {
+    options.add({.name = "now",
+                 .value = "TIME",
+                 .help = "the time to ask for, in seconds or as a text; the present by default"});
+    options.add({.name = "count",
+                 .value = "N",
+                 .kind = OptionKind::integer,
+                 .byDefault = "1",
+                 .help = "runs in a row, each found from the one before"});
     addJsonOption(options);
 }
 
@@ -107,7 +109,7 @@ ExitCode runNext(const Invocation& invocation, const Console& console) {
     const std::optional<long> from = timeOption(invocation, "now");
     if (!from)
         return failTime(invocation, "now", console);
-    const int count = invocation.options["count"].as<int>();
+    const int count = invocation.integer("count");
     if (count < 1 || count > mostRuns)
         return failNumber("count", mostRuns, console);
     QelScheduleTask task;
@@ -136,10 +138,15 @@ ExitCode runNext(const Invocation& invocation, const Console& console) {
 
 constexpr int mostMonths = 1200;
 
-void addCalendarOptions(po::options_description& options) {
-    options.add_options()("from", po::value<std::string>()->value_name("TIME"),
-                          "a time in the first month, in seconds or as a text; the present by default")(
-        "months", po::value<int>()->default_value(3)->value_name("N"), "how many months to show");
+void addCalendarOptions(Options& options) {
+    options.add({.name = "from",
+                 .value = "TIME",
+                 .help = "a time in the first month, in seconds or as a text; the present by default"});
+    options.add({.name = "months",
+                 .value = "N",
+                 .kind = OptionKind::integer,
+                 .byDefault = "3",
+                 .help = "how many months to show"});
 }
 
 /// Whether the output goes to a terminal that has colours, and the user has nothing against them.
@@ -155,7 +162,7 @@ ExitCode runCalendar(const Invocation& invocation, const Console& console) {
     std::tm local{};
     if (!from || *from < 0 || *from > latest || localTimeCopy(*from, local) != 0)
         return failTime(invocation, "from", console);
-    const int months = invocation.options["months"].as<int>();
+    const int months = invocation.integer("months");
     if (months < 1 || months > mostMonths)
         return failNumber("months", mostMonths, console);
     QelScheduleTask task;

@@ -3,14 +3,13 @@
 #include <vector>
 
 #include <boost/algorithm/hex.hpp>
-#include <boost/program_options/value_semantic.hpp>
-#include <nlohmann/json.hpp>
 
 #include "QelCommon/Strings.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Security/QelLocalSID.h"
 #include "QelMessage/QelBinary.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
 
@@ -18,16 +17,17 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace po = boost::program_options;
-using Json = nlohmann::ordered_json;
-
-void addSidOptions(po::options_description& options) {
-    options.add_options()("binary", po::value<std::string>()->value_name("HEX"),
-                          "take its binary form instead of TEXT")(
-        "local", po::value<std::vector<std::string>>()->multitoken()->value_name("ID TYPE EID"),
-        "take the one of a principal of an environment: its number, its type from 1 to 4, the environment's EID")(
-        "config", po::value<std::string>()->value_name("FILE"),
-        "the configuration of the agent whose own identifiers are recognised as such");
+void addSidOptions(Options& options) {
+    options.add({.name = "binary", .value = "HEX", .help = "take its binary form instead of TEXT"});
+    options.add(
+        {.name = "local",
+         .value = "ID TYPE EID",
+         .kind = OptionKind::words,
+         .help =
+             "take the one of a principal of an environment: its number, its type from 1 to 4, the environment's EID"});
+    options.add({.name = "config",
+                 .value = "FILE",
+                 .help = "the configuration of the agent whose own identifiers are recognised as such"});
     addJsonOption(options);
 }
 
@@ -70,9 +70,9 @@ ExitCode takeSid(const Invocation& invocation, QelSID& sid, const Console& conso
     if (ways != 1)
         return console.fail(ExitCode::usage, "a security identifier is told by TEXT, by --binary or by --local");
     if (invocation.has("binary"))
-        return fromHexadecimal(invocation.options["binary"].as<std::string>(), sid, console);
+        return fromHexadecimal(invocation.text("binary"), sid, console);
     if (invocation.has("local"))
-        return fromLocal(invocation.options["local"].as<std::vector<std::string>>(), sid, console);
+        return fromLocal(invocation.texts("local"), sid, console);
     return fromText(invocation.arguments[0], sid, console);
 }
 
@@ -169,7 +169,7 @@ ExitCode runSid(const Invocation& invocation, const Console& console) {
         return code;
     const LocalConfiguration configuration;
     if (invocation.has("config"))
-        if (const ExitCode code = LocalConfiguration::load(invocation.options["config"].as<std::string>(), console);
+        if (const ExitCode code = LocalConfiguration::load(invocation.text("config"), console);
             code != ExitCode::success)
             return code;
     (invocation.has("json") ? printSidAsJson : printSid)(console.out, sid);

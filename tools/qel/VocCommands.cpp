@@ -6,13 +6,11 @@
 #include <ostream>
 #include <set>
 
-#include <boost/program_options/value_semantic.hpp>
-#include <nlohmann/json.hpp>
-
 #include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
 #include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
 #include "QelMessage/QelBinary.h"
 #include "qel/Command.h"
+#include "qel/Json.h"
 #include "qel/MessageFiles.h"
 #include "qel/Output.h"
 #include "qel/VocFiles.h"
@@ -21,25 +19,27 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace po = boost::program_options;
 namespace Element = VocabularyElement;
-using Json = nlohmann::ordered_json;
 using Names = std::set<std::string>;
 
 Names namesOf(const Invocation& invocation, const std::string& option) {
     if (!invocation.has(option))
         return {};
-    const auto& given = invocation.options[option].as<std::vector<std::string>>();
+    const auto& given = invocation.texts(option);
     return {given.begin(), given.end()};
 }
 
 // --- qel voc list
 
-void addListOptions(po::options_description& options) {
-    options.add_options()("category", po::value<std::vector<std::string>>()->value_name("ID"),
-                          "only what belongs to this category; may be given again, for each of several")(
-        "restrict", po::value<std::vector<std::string>>()->value_name("NAME"),
-        "only the vocabularies of this name; may be given again");
+void addListOptions(Options& options) {
+    options.add({.name = "category",
+                 .value = "ID",
+                 .kind = OptionKind::texts,
+                 .help = "only what belongs to this category; may be given again, for each of several"});
+    options.add({.name = "restrict",
+                 .value = "NAME",
+                 .kind = OptionKind::texts,
+                 .help = "only the vocabularies of this name; may be given again"});
     addJsonOption(options);
 }
 
@@ -216,9 +216,10 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
 
 // --- qel voc merge
 
-void addMergeOptions(po::options_description& options) {
-    options.add_options()("name", po::value<std::string>()->value_name("NAME"),
-                          "what a vocabulary without a name is called; its file's name by default");
+void addMergeOptions(Options& options) {
+    options.add({.name = "name",
+                 .value = "NAME",
+                 .help = "what a vocabulary without a name is called; its file's name by default"});
 }
 
 /// Into what is merged, and what to tell of it.
@@ -276,7 +277,7 @@ ExitCode mergeSingle(Merge& merge, const std::string& file, QelMessage* message,
 
 /// What a vocabulary without a name in this file is called; empty, and an error, if it can't have that name.
 std::string nameFor(const std::string& file, const Invocation& invocation, const Console& console) {
-    std::string name = invocation.has("name")   ? invocation.options["name"].as<std::string>()
+    std::string name = invocation.has("name")   ? invocation.text("name")
                        : file == standardStream ? std::string()
                                                 : std::filesystem::path(file).filename().string();
     if (!name.empty() && name.size() < sizeof(QelVocID::name))

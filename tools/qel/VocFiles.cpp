@@ -2,8 +2,6 @@
 
 #include <memory>
 
-#include <boost/program_options/value_semantic.hpp>
-
 #include "QelFunctionalityCore/Vocabulary/QelVocID.h"
 #include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
 #include "QelMessage/QelBinary.h"
@@ -77,15 +75,15 @@ ExitCode readVocMap(const std::string& name, QelMessage& message, const Console&
                                                 "into one");
 }
 
-void addVocOption(boost::program_options::options_description& options, const char* purpose) {
-    options.add_options()("voc", boost::program_options::value<std::string>()->value_name("FILE"), purpose);
+void addVocOption(Options& options, const char* purpose) {
+    options.add({.name = "voc", .value = "FILE", .help = purpose});
 }
 
 ExitCode readVocOption(const Invocation& invocation, const Console& console, QelVocMapSP& vocabularies) {
     if (!invocation.has("voc"))
         return ExitCode::success;
     auto_destroy<QelMessage> message(new QelBinary);
-    const ExitCode code = readVocMap(invocation.options["voc"].as<std::string>(), *message, console);
+    const ExitCode code = readVocMap(invocation.text("voc"), *message, console);
     if (code == ExitCode::success)
         vocabularies.reset(new QelVocMap(message.release()));
     return code;

@@ -24,7 +24,7 @@ enum class VocFileKind {
 [[nodiscard]] ExitCode readVocMap(const std::string& name, QelMessage& message, const Console& console);
 
 /// Adds `--voc`, with what the vocabularies are for.
-void addVocOption(boost::program_options::options_description& options, const char* purpose);
+void addVocOption(Options& options, const char* purpose);
 
 /// Reads the map that `--voc` names; null without the option.
 [[nodiscard]] ExitCode readVocOption(const Invocation& invocation, const Console& console, QelVocMapSP& vocabularies);

@@ -1,0 +1,24 @@
+#include "QelFunctionalityCore/Events/QelAlertData.h"
+#include "QelFunctionalityCore/Events/QelEvent.h"
+#include "QelFunctionalityCore/Events/QelEventData.h"
+#include "QelFunctionalityCore/Events/QelInfo.h"
+#include "QelFunctionalityCore/Events/QelRequestProgressData.h"
+#include "QelFunctionalityCore/Events/QelResourceAlertData.h"
+#include "QelFunctionalityCore/Events/QelServerGroupAlertData.h"
+#include "QelFunctionalityCore/QelFamilyRecordTypes.h"
+
+namespace Qel {
+
+std::vector<QelRecordType> eventsRecordTypes() {
+    return {
+        tableRecordType<QelAlertData>(),
+        tableRecordType<QelAnyEventData>(),
+        tableRecordType<QelEvent>(),
+        tableRecordType<QelInfo>(),
+        makeRecordType<QelRequestProgressData>("QelRequestProgressData", &qelWireLayout<QelRequestProgressData>()),
+        makeRecordType<QelResourceAlertData>("QelResourceAlertData", &qelWireLayout<QelResourceAlertData>()),
+        makeRecordType<QelServerGroupAlertData>("QelServerGroupAlertData", &qelWireLayout<QelServerGroupAlertData>()),
+    };
+}
+
+} // namespace Qel

@@ -1,0 +1,44 @@
+#include "QelFunctionalityCore/QelFamilyRecordTypes.h"
+#include "QelFunctionalityCore/Scheduling/QelScheduleTask.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerDailyTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
+
+namespace Qel {
+
+namespace {
+
+// A base without objects of its own: the element's complex type tells the class, and that has its own table.
+template <class Base> struct AnyReader {
+    int operator()(const QelMessageIterator& cursor, boost::shared_ptr<Base>& record) const {
+        return QelReaderDerived<Base>(false)(cursor, record);
+    }
+};
+template <class Base> QelRecordType anyOf() {
+    const QelWireLayout& layout = qelWireLayout<Base>();
+    QelRecordType type =
+        makeRecordType<boost::shared_ptr<Base>, AnyReader<Base>, QelWriterDerived<Base>>(layout.typeName);
+    type.nsId = layout.nsId;
+    type.typeId = layout.typeId;
+    type.record = &typeid(Base);
+    return type;
+}
+
+} // namespace
+
+std::vector<QelRecordType> schedulingRecordTypes() {
+    return {
+        tableRecordType<QelScheduleTask>(),
+        tableRecordType<QelSchedulerDailyTrigger>(),
+        tableRecordType<QelSchedulerMonthlyDayOfWeekTrigger>(),
+        tableRecordType<QelSchedulerMonthlyTrigger>(),
+        tableRecordType<QelSchedulerOnceTrigger>(),
+        tableRecordType<QelSchedulerWeeklyTrigger>(),
+        anyOf<QelSchedulerTrigger>(),
+    };
+}
+
+} // namespace Qel
