@@ -67,7 +67,8 @@ int show(const Qel::QelMessageIterator& cursor) {
     boost::shared_ptr<Qel::QelVtInfo> info;
     if (cursor.seek("info") != 0 || Qel::QelReaderDerived<Qel::QelVtInfo>(false)(cursor, info) != 0)
         return -1;
-    std::cout << "info: " << (typeid(*info) == typeid(Qel::QelVtInfo) ? "QelVtInfo" : "of another class") << '\n';
+    const Qel::QelVtInfo& found = *info;
+    std::cout << "info: " << (typeid(found) == typeid(Qel::QelVtInfo) ? "QelVtInfo" : "of another class") << '\n';
     cursor.seekUp();
 
     boost::shared_ptr<Sensor> sensor;

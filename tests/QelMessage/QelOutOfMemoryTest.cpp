@@ -1,8 +1,11 @@
 #include <functional>
+#include <new>
 
 #include <gmock/gmock.h>
 
 #include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelBinaryCodec.h"
+#include "QelMessage/QelTextCodec.h"
 #include "support/AllocationCounter.h"
 #include "support/TempFile.h"
 #include "support/TestMessage.h"
@@ -115,6 +118,34 @@ TEST_F(QelOutOfMemoryTest, MarkupOfANewChildLeavesTheMessageUnchanged) {
             return QelMessage::outOfMemory;
         }
     });
+}
+
+/// The elements of a tree for which `parse` has failed for want of memory again and again, and then succeeded.
+template <class Parse> std::size_t elementsAfterFailures(std::size_t firstTry, const Parse& parse) {
+    QelMessageTree tree;
+    for (std::size_t allocations = firstTry;; ++allocations) {
+        try {
+            const FailingAllocations failing(allocations);
+            if (parse(tree) == 0)
+                return tree.capacity();
+        } catch (const std::bad_alloc&) {
+        }
+    }
+}
+
+template <class Parse> void expectNoElementsLeft(const Parse& parse) {
+    constexpr std::size_t enough = 10000;
+    EXPECT_EQ(elementsAfterFailures(0, parse), elementsAfterFailures(enough, parse));
+}
+
+TEST_F(QelOutOfMemoryTest, FailedParsesLeaveNoElementsInTheTree) {
+    const std::string bytes = elementBytes();
+    expectNoElementsLeft(
+        [](QelMessageTree& tree) { return QelTextCodec::readChild(elementText, tree, QelMessageTree::root); });
+    expectNoElementsLeft(
+        [](QelMessageTree& tree) { return QelTextCodec::replaceContent(markup, tree, QelMessageTree::root); });
+    expectNoElementsLeft(
+        [&](QelMessageTree& tree) { return QelBinaryCodec::readChild(bytes, tree, QelMessageTree::root); });
 }
 
 TEST_F(QelOutOfMemoryTest, TheFactoryReturnsNoMessage) {

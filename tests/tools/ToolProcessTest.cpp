@@ -81,6 +81,9 @@ TEST_F(ToolProcessTest, ExhaustedMemoryIsAFailedOperation) {
     if (limit >= 1024 * 1024)
         GTEST_SKIP() << "the program itself needs more addresses than the limit leaves";
 
+    EXPECT_EQ(limited(limit + step, "head -c 60000000 /dev/zero | $QEL message convert - out.xml --to text"), 4);
+    EXPECT_EQ(read(path("errors")), "qel: out of memory\n");
+
     int failures = 0;
     int code = 0;
     for (; (code = limited(limit, "$QEL message convert large.xml out.xml --to text")) != 0; limit += step) {

@@ -32,7 +32,7 @@ public:
         first = block->next;
         return reinterpret_cast<char*>(block);
     }
-    void release(char* block, std::size_t capacity) noexcept {
+    void release(void* block, std::size_t capacity) noexcept {
         Free*& first = m_free[classOf(capacity)];
         first = new (block) Free{first};
     }

@@ -96,13 +96,13 @@ public:
 
     bool message(const QelEnvelope& envelope) {
         declaration();
-        const pugi::xml_node xml = append(m_document, QelXmlNames::message);
+        const pugi::xml_node xml = append(m_document.root(), QelXmlNames::message);
         return declarePrefixes(xml, QelMessageTree::root, true) && subtree(xml, QelMessageTree::root, 0, &envelope);
     }
 
     bool document(Index top) {
         declaration();
-        const pugi::xml_node xml = append(m_document, elementName(top));
+        const pugi::xml_node xml = append(m_document.root(), elementName(top));
         return declarePrefixes(xml, top, true) && subtree(xml, top, 0, nullptr);
     }
 
@@ -116,7 +116,7 @@ public:
         value(m_document.root(), text, hasChildren);
         for (Index child = m_tree.node(parent).firstChild; child != QelMessageTree::none;
              child = m_tree.node(child).next) {
-            const pugi::xml_node xml = append(m_document, elementName(child));
+            const pugi::xml_node xml = append(m_document.root(), elementName(child));
             if (!declarePrefixes(xml, child, false))
                 return false;
             // Told in any case, so that the markup means the same wherever it is put.
