@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -24,6 +25,13 @@ std::string indented(const Json& document) {
 
 TEST(JsonTest, KeysKeepTheirOrderAndBadBytesBecomeTheReplacementCharacter) {
     EXPECT_EQ(indented({{"z", "\xFF"}, {"a", "ü"}}), "{\n  \"z\": \"\xEF\xBF\xBD\",\n  \"a\": \"ü\"\n}\n");
+}
+
+TEST(JsonTest, ControlCharactersAreEscaped) {
+    const std::string value = "\x1B \x7F \u009B \u202E \u2066 \n ü";
+    const std::string document = indented({{"key\u0085", value}});
+    EXPECT_EQ(document, "{\n  \"key\\u0085\": \"\\u001b \\u007f \\u009b \\u202e \\u2066 \\n ü\"\n}\n");
+    EXPECT_EQ(nlohmann::json::parse(document)["key\u0085"], value);
 }
 
 TEST(JsonTest, NestedValuesAreIndentedByTwo) {

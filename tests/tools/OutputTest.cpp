@@ -64,14 +64,6 @@ TEST(TableTest, ControlCharactersAreShown) {
     EXPECT_EQ(printed(table), "a\\nb\\tc\\x1b[31m\\x7f  \\xc2\\x9b  \xC2\xA0é\n");
 }
 
-TEST(JsonTest, ControlCharactersAreEscaped) {
-    const std::string value = "\x1B \x7F \u009B \u202E \u2066 \n ü";
-    std::ostringstream out;
-    printJson(out, {{"key\u0085", value}});
-    EXPECT_EQ(out.str(), "{\n  \"key\\u0085\": \"\\u001b \\u007f \\u009b \\u202e \\u2066 \\n ü\"\n}\n");
-    EXPECT_EQ(nlohmann::json::parse(out.str())["key\u0085"], value);
-}
-
 TEST(HexadecimalTest, ANumberHasEightDigits) {
     EXPECT_EQ(hexadecimal(0xCACEFE03), "0xCACEFE03");
     EXPECT_EQ(hexadecimal(0x4D), "0x0000004D");
