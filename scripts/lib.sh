@@ -221,8 +221,12 @@ build_and_install() {
     step "install" "$3/install.log" cmake --install "$1"
 }
 
-# Builds the example programs against installed libraries: build_examples BUILD PREFIX LOGS.
+# Builds the example programs, or some of them, against installed libraries: build_examples BUILD PREFIX LOGS [TARGET...].
 build_examples() {
+    local target targets=()
+    for target in "${@:4}"; do
+        targets+=(--target "$target")
+    done
     step "configure examples" "$3/configure-examples.log" cmake -S examples/embed -B "$1" -G Ninja -DCMAKE_PREFIX_PATH="$2"
-    step "build examples" "$3/build-examples.log" cmake --build "$1" -j "$jobs"
+    step "build examples" "$3/build-examples.log" cmake --build "$1" -j "$jobs" "${targets[@]}"
 }

@@ -1,6 +1,7 @@
 // The bytes of a cache file after each change, compared with a model of the file that shares no code with the library.
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <iterator>
 #include <map>
@@ -355,7 +356,7 @@ TEST_P(QelCacheLayoutTest, FileAgreesWithTheModelAfterEachRandomChange) {
     std::map<int, unsigned> results;
     for (unsigned step = 0; step < mix.steps; ++step) {
         TestCache& cache = *caches[below(random, 8) == 0];
-        const QelGUIDBase id(static_cast<long long>(below(random, mix.keys)) * 0x0123456789ABCDEFLL, 1);
+        const QelGUIDBase id(static_cast<long long>(below(random, mix.keys) * 0x0123456789ABCDEFULL), 1);
         const unsigned extra = below(random, 200) == 0 ? largestRecord : below(random, mix.extra + 1);
         const TestValue value(id, step, extra);
         const unsigned kind = below(random, 100);
@@ -378,7 +379,7 @@ TEST_P(QelCacheLayoutTest, FileAgreesWithTheModelAfterEachRandomChange) {
         } else if (!lists.empty() && below(random, 5) == 0) {
             const unsigned which = below(random, static_cast<unsigned>(lists.size()));
             model.drop(lists[which].second);
-            lists.erase(lists.begin() + which);
+            lists.erase(lists.begin() + static_cast<std::ptrdiff_t>(which));
         }
         ASSERT_EQ(model.differenceTo(view.bytes()), "") << "step " << step << ", result " << result;
     }

@@ -169,7 +169,7 @@ TEST(CacheFileCheckerTest, AWrongCounterIsFound) {
 TEST(CacheFileCheckerTest, ACounterOfZeroIsToldAsTheDangerThatItIs) {
     SampleCacheFile file;
     file.set(8, 0);
-    expectOnly(file, isFinding(FindingKind::unformatted, 8, "would format the file anew"));
+    expectOnly(file, isFinding(FindingKind::unformatted, 8, "would format the file again"));
 }
 
 TEST(CacheFileCheckerTest, AFileTooShortForAHeaderIsOneFinding) {

@@ -172,7 +172,7 @@ TEST_F(ConfigCommandsTest, NewConfigurationIsForItsOwnerOnly) {
     const mode_t mask = umask(0);
     const std::string fresh = path("fresh.conf");
     EXPECT_EQ(config({"set", fresh, "/system/password", "secret"}).code, ExitCode::success);
-    Qel::QelConfiguration saved(Qel::QelMessage::getFactory()->createNew());
+    Qel::QelConfiguration saved;
     ASSERT_EQ(saved.readFromFile(file), 0);
     ASSERT_EQ(saved.saveToFile(path("saved.conf")), 0);
     umask(mask);

@@ -85,7 +85,7 @@ TEST_F(FileCopyTest, OverwritingBeginsAtTheStartAndTellsWhatIsKept) {
     (void)write("b", "old content");
     const ToolRun run = copy(path("a"), path("b"), {"--overwrite"});
     EXPECT_EQ(run.code, ExitCode::success);
-    EXPECT_EQ(run.out, "copied 3 bytes to '" + path("b") + "', which keeps 8 bytes behind them\n");
+    EXPECT_EQ(run.out, "copied 3 bytes to '" + path("b") + "', which keeps 8 bytes after them\n");
     EXPECT_EQ(read(path("b")), "new content");
 }
 
@@ -228,7 +228,7 @@ TEST_F(FileCopyTest, APathMayBeginInTheUploadFolderOfAClient) {
 TEST_F(FileCopyTest, WithoutASessionThereIsNoUploadFolder) {
     (void)write("a", "new");
     expectFailure(copy(path("a"), "$SESSION$/b"), ExitCode::usage,
-                  "'$SESSION$/b': --session tells whose upload folder is meant");
+                  "'$SESSION$/b': --session must name the client of the upload folder");
 }
 
 TEST_F(FileCopyTest, APathOutOfTheUploadFolderIsRefused) {

@@ -312,7 +312,7 @@ void Checker::checkCounter() {
     const std::uint32_t counted = m_bytes.word(Header::ttlAllocated);
     if (counted == 0)
         report(Header::ttlAllocated, FindingKind::unformatted,
-               "ttlAllocated is 0: the next process to attach would format the file anew");
+               "ttlAllocated is 0: the next process to attach would format the file again");
     else if (counted != used)
         report(Header::ttlAllocated, FindingKind::counter,
                "ttlAllocated is " + std::to_string(counted) + ", but " + std::to_string(used) + " bytes are in use",

@@ -45,7 +45,7 @@ ExitCode resolve(const std::string& given, const Invocation& invocation, const C
     if (!given.starts_with(QelFilerBase::SESSION_DIR))
         return ExitCode::success;
     if (!invocation.has("session"))
-        return console.fail(ExitCode::usage, inQuotes(given) + ": --session tells whose upload folder is meant");
+        return console.fail(ExitCode::usage, inQuotes(given) + ": --session must name the client of the upload folder");
     if (readPath(std::string(QelFilerBase::SESSION_DIR), invocation.text("session"), path.directory) != 0)
         return console.fail(ExitCode::badInput, getErrorMessage());
     path.beneath = given.substr(QelFilerBase::SESSION_DIR.size());
@@ -59,12 +59,12 @@ ExitCode resolve(const std::string& given, const Invocation& invocation, const C
 // --- qel file copy
 
 void addCopyOptions(Options& options) {
-    options.add({.name = "overwrite", .help = "write to a file that exists, from its start; what it has behind stays"});
+    options.add({.name = "overwrite", .help = "write to a file that exists, from its start; the rest of it stays"});
     options.add({.name = "append", .help = "write to a file that exists, at its end"});
     options.add({.name = "truncate", .help = "write to a file that exists, and drop what it holds"});
     options.add({.name = "session",
                  .value = "NAME",
-                 .help = "the client whose upload folder $SESSION$ at the start of a path stands for"});
+                 .help = "the client whose upload folder $SESSION$ at the start of a path means"});
 }
 
 /// A terminal on the error stream: the number of its columns.
@@ -109,7 +109,7 @@ ExitCode reportResult(const TransferResult& result, const FileSource& source, co
     if (result.end == End::complete) {
         console.out << "copied " << bytes(result.moved) << " to " << showControls(inQuotes(destination.name()));
         if (destination.kept() > 0)
-            console.out << ", which keeps " << bytes(destination.kept()) << " behind them";
+            console.out << ", which keeps " << bytes(destination.kept()) << " after them";
         console.out << '\n';
         return ExitCode::success;
     }

@@ -31,7 +31,7 @@ public:
     [[nodiscard]] int next(Piece& piece);
 
     [[nodiscard]] const std::string& name() const { return m_path.name; }
-    /// Of the file as it was when it was opened.
+    /// Of the file at the time when it was opened.
     [[nodiscard]] const struct stat64& status() const { return m_status; }
     [[nodiscard]] long long size() const { return m_status.st_size; }
 

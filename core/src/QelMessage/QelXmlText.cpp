@@ -81,7 +81,7 @@ template <std::size_t count> bool isIn(const std::array<CodeRange, count>& range
     return std::ranges::any_of(ranges, [&](const CodeRange& each) { return each.first <= code && code <= each.last; });
 }
 
-/// Whether a character may stand in an XML name, at its beginning or further on; XML 1.0, fifth edition, section 2.3.
+/// Whether XML allows a character in a name, at its beginning or further on; XML 1.0, fifth edition, section 2.3.
 bool isNameCharacter(std::uint32_t code, bool isFirst) noexcept {
     constexpr std::array<CodeRange, 12> starting{{{0xC0, 0xD6},
                                                   {0xD8, 0xF6},
