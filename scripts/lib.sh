@@ -120,6 +120,15 @@ step() {
     return "$status"
 }
 
+# Runs a command as root.
+as_root() {
+    if ((EUID == 0)); then
+        "$@"
+    else
+        sudo -- "$@"
+    fi
+}
+
 apt_is_updated=false
 
 # What apt-get said went wrong, from its log.
