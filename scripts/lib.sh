@@ -222,10 +222,11 @@ build_preset() {
     step "build $preset" "build/$preset/build.log" cmake --build "build/$preset" -j "$jobs" "${targets[@]}" -- -k 0
 }
 
-# Builds the libraries and the tool as a user does, and installs them: build_and_install BUILD PREFIX LOGS.
+# Builds the libraries and the tool as a user does, and installs them: build_and_install BUILD PREFIX LOGS.  Less optimised
+# than a release, which takes a quarter less time to compile: these programs are shown and not measured.
 build_and_install() {
     step "configure" "$3/configure.log" cmake -S . -B "$1" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQEL_BUILD_TESTS=OFF \
-        -DCMAKE_INSTALL_PREFIX="$2"
+        -DCMAKE_CXX_FLAGS_RELEASE="-O1 -DNDEBUG" -DCMAKE_INSTALL_PREFIX="$2"
     step "build" "$3/build.log" cmake --build "$1" -j "$jobs"
     step "install" "$3/install.log" cmake --install "$1"
 }
