@@ -8,7 +8,7 @@
 #include <cstring>
 #include <span>
 
-#include "qel/CacheFileChecker.h"
+#include "qel/cachefile/CacheFileChecker.h"
 #include "tools/CacheFileBuilder.h"
 
 namespace {

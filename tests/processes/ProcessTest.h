@@ -11,7 +11,7 @@
 
 #include "StressEnv.h"
 #include "WorkerProcess.h"
-#include "qel/CacheFileChecker.h"
+#include "qel/cachefile/CacheFileChecker.h"
 #include "support/TempFile.h"
 
 namespace Qel::Tool {

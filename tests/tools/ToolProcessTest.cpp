@@ -10,9 +10,9 @@
 
 #include <gmock/gmock.h>
 
-#include "CacheFileBuilder.h"
-#include "SampleEnvs.h"
-#include "ToolRun.h"
+#include "tools/SampleEnvs.h"
+#include "tools/ToolRun.h"
+#include "tools/cachefile/CacheFileBuilder.h"
 
 namespace {
 

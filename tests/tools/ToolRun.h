@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "qel/CommandLine.h"
+#include "qel/cli/CommandLine.h"
 
 /// What one run of the tool in this process answered and printed.
 struct ToolRun {

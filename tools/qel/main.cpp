@@ -3,7 +3,7 @@
 #include <iostream>
 #include <unistd.h>
 
-#include "qel/CommandLine.h"
+#include "qel/cli/CommandLine.h"
 
 namespace {
 

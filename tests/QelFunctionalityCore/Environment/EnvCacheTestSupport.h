@@ -13,7 +13,7 @@
 #include "QelCommon/Log.h"
 #include "QelFunctionalityCore/Environment/QelEnvCache.h"
 #include "QelFunctionalityCore/Environment/QelEnvFactory.h"
-#include "qel/CacheFileChecker.h"
+#include "qel/cachefile/CacheFileChecker.h"
 #include "support/TempFile.h"
 
 namespace Qel {

@@ -1,0 +1,341 @@
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <ostream>
+
+#include "QelFunctionalityCore/Configuration/ConfigurationElements.h"
+#include "QelFunctionalityCore/Configuration/QelConfiguration.h"
+#include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
+#include "QelFunctionalityCore/Values/QelEIDList.h"
+#include "QelMessage/QelBinary.h"
+#include "qel/cli/Command.h"
+#include "qel/cli/Json.h"
+#include "qel/cli/Output.h"
+#include "qel/records/MessageFiles.h"
+
+namespace Qel::Tool {
+
+namespace {
+
+namespace Element = ConfigurationElement;
+using Cursor = std::unique_ptr<QelMessageIterator>;
+
+constexpr int passwordElement = 1032;
+
+ExitCode readConfiguration(const std::string& file, QelMessage& message, const Console& console) {
+    if (const ExitCode code = readMessage(file, message, console); code != ExitCode::success)
+        return code;
+    const Cursor cursor(message.rootIterator());
+    if (cursor->seekPresence(Element::data) != 0)
+        return console.fail(ExitCode::badInput, file + ": no configuration: the data element is missing");
+    return ExitCode::success;
+}
+
+/// A cursor's way through a configuration as its paths name it, without the `configuration` elements.
+bool enterOptions(const QelMessageIterator& cursor, int depth) {
+    constexpr int sectionDepth = 1;
+    return depth != sectionDepth || cursor.seek(Element::configuration) == 0;
+}
+
+void addBase64Option(Options& options) {
+    options.add({.name = "base64", .help = "the element holds the value in base64"});
+}
+
+// --- qel config get
+
+ExitCode runGet(const Invocation& invocation, const Console& console) {
+    const std::string& file = invocation.arguments[0];
+    const std::string& path = invocation.arguments[1];
+    auto_destroy<QelMessage> message(new QelBinary);
+    if (const ExitCode code = readConfiguration(file, *message, console); code != ExitCode::success)
+        return code;
+    QelConfigurationIterator at(message.release());
+    if (at.seek(path) != 0)
+        return console.fail(ExitCode::notSo, file + ": no element at " + path);
+    at.seekRoot();
+    std::string value;
+    if ((invocation.has("base64") ? at.getValueBase64(value, path) : at.getValue(value, path)) != 0)
+        return console.fail(ExitCode::badInput, file + ": the value at " + path + " can't be read");
+    printValue(console, value);
+    return ExitCode::success;
+}
+
+// --- qel config set
+
+/// What is wrong with a path that is to be set; null if nothing is.
+const char* findPathError(const std::string& path) {
+    if (path.find('/', path.starts_with('/') ? 1 : 0) == std::string::npos)
+        return "names no option: it begins with a section, as in /system/log_level";
+    if (path.ends_with('/') || path.find("//") != std::string::npos)
+        return "has an empty name in it";
+    return nullptr;
+}
+
+ExitCode readOrStart(const std::string& file, QelMessage& message, const Console& console) {
+    if (!isMissing(file))
+        return readConfiguration(file, message, console);
+    const Cursor cursor(message.rootIterator());
+    cursor->newChild(Element::data);
+    return ExitCode::success;
+}
+
+ExitCode runSet(const Invocation& invocation, const Console& console) {
+    const std::string& file = invocation.arguments[0];
+    const std::string& path = invocation.arguments[1];
+    const std::string& value = invocation.arguments[2];
+    if (const char* const error = findPathError(path))
+        return console.fail(ExitCode::usage, "'" + path + "' " + error);
+    QelFileLock lock;
+    if (const ExitCode code = lockFile(file, lock, console); code != ExitCode::success)
+        return code;
+    auto_destroy<QelMessage> message(new QelBinary);
+    if (const ExitCode code = readOrStart(file, *message, console); code != ExitCode::success)
+        return code;
+    QelConfigurationIterator at(message.release());
+    // Whatever stands before it, the path begins at the data element, where the iterator is.
+    if ((invocation.has("base64") ? at.putValueBase64(value, path) : at.putValue(value, path)) != 0)
+        return console.fail(ExitCode::failed, file + ": the value at " + path + " can't be set");
+    return writeMessage(file, *at.getMessage(), console);
+}
+
+// --- qel config list
+
+/// Whether the element is a password, of which neither the value nor the elements in it are shown.
+bool isSecret(const QelMessageIterator& cursor) {
+    return cursor.curID() == passwordElement;
+}
+
+/// An element's own value, if it is not secret.
+std::string shownValue(const QelMessageIterator& cursor) {
+    std::string value;
+    cursor.getValue(value, getEmptyID());
+    if (!isSecret(cursor))
+        return value;
+    const Cursor child(cursor.newIterator(false));
+    return value.empty() && child->firstChild() != 0 ? "" : hiddenValue;
+}
+
+/// Calls `visit` with the cursor at each child that a path can name and that may be shown.
+template <class Visit> void forEachChild(const QelMessageIterator& cursor, int depth, const Visit& visit) {
+    const Cursor child(cursor.newIterator(false));
+    if (isSecret(*child) || !enterOptions(*child, depth) || child->firstChild() != 0)
+        return;
+    do
+        visit(*child);
+    while (child->nextSibling() == 0);
+}
+
+void printTree(std::ostream& out, const QelMessageIterator& cursor, int depth, int indent) {
+    forEachChild(cursor, depth, [&](const QelMessageIterator& child) {
+        const std::string value = shownValue(child);
+        out << std::string(static_cast<std::size_t>(2 * indent), ' ') << showControls(child.curName())
+            << (value.empty() ? "" : " = " + showControls(value)) << '\n';
+        printTree(out, child, depth + 1, indent + 1);
+    });
+}
+
+Json treeAsJson(const QelMessageIterator& cursor, int depth) {
+    Json children = Json::array();
+    forEachChild(cursor, depth, [&](const QelMessageIterator& child) {
+        Json node;
+        node["name"] = child.curName();
+        node["value"] = shownValue(child);
+        node["children"] = treeAsJson(child, depth + 1);
+        children.push_back(std::move(node));
+    });
+    return children;
+}
+
+/// Moves down a path from the data element; the depth reached, or -1.  The way ends at a password: whether a path into
+/// it exists is not shown either.
+int seekPath(const QelMessageIterator& cursor, std::string_view path) {
+    int depth = 0;
+    if (path.starts_with('/'))
+        path.remove_prefix(1);
+    while (!path.empty() && !isSecret(cursor)) {
+        const std::string_view name = path.substr(0, path.find('/'));
+        if (!enterOptions(cursor, depth) || cursor.seek(std::string(name)) != 0)
+            return -1;
+        ++depth;
+        path.remove_prefix(std::min(name.size() + 1, path.size()));
+    }
+    return depth;
+}
+
+ExitCode runList(const Invocation& invocation, const Console& console) {
+    const std::string& file = invocation.arguments[0];
+    const std::string path = invocation.arguments.size() > 1 ? invocation.arguments[1] : "/";
+    const auto_destroy<QelMessage> message(new QelBinary);
+    if (const ExitCode code = readConfiguration(file, *message, console); code != ExitCode::success)
+        return code;
+    const Cursor cursor(message->rootIterator());
+    cursor->seek(Element::data);
+    const int depth = seekPath(*cursor, path);
+    if (depth < 0)
+        return console.fail(ExitCode::notSo, file + ": no element at " + path);
+    if (invocation.has("json"))
+        printJson(console.out, treeAsJson(*cursor, depth));
+    else
+        printTree(console.out, *cursor, depth, 0);
+    return ExitCode::success;
+}
+
+// --- qel config identity
+
+constexpr std::string_view ownEIDPath = "/agent/id";
+constexpr std::string_view masterEIDPath = "/server_group/master/id";
+
+/// The EIDs that can't be read: path and value.
+using MalformedEIDs = std::vector<std::pair<std::string, std::string>>;
+
+struct Identity {
+    std::string eid;
+    std::string role;
+    std::string master;
+    std::vector<std::string> slaves;
+    std::map<QelEID, QelConnectionInfo> mappings;
+    MalformedEIDs malformed;
+
+    [[nodiscard]] bool isMalformed(std::string_view path) const {
+        return std::any_of(malformed.begin(), malformed.end(), [&](const auto& each) { return each.first == path; });
+    }
+};
+
+/// Adds the EID of the element under the cursor, if there is one that can't be read.
+void addMalformed(const QelMessageIterator& cursor, const std::string& path, MalformedEIDs& malformed) {
+    QelEID eid;
+    std::string value;
+    if (cursor.getValue(value, Element::id) == 0 && cursor.getObj(eid, Element::id) != 0)
+        malformed.emplace_back(path, value);
+}
+
+/// Moves to the element at a path, and on to its options if it is a section.
+bool seekOptions(const QelMessageIterator& cursor, std::string_view path) {
+    cursor.seekRoot();
+    cursor.seek(Element::data);
+    const int depth = seekPath(cursor, path);
+    return depth >= 0 && enterOptions(cursor, depth);
+}
+
+MalformedEIDs findMalformedEIDs(QelMessage& message) {
+    MalformedEIDs malformed;
+    const Cursor cursor(message.rootIterator());
+    constexpr std::string_view idName = "/id";
+    for (const std::string_view path : {ownEIDPath, masterEIDPath})
+        if (seekOptions(*cursor, path.substr(0, path.size() - idName.size())))
+            addMalformed(*cursor, std::string(path), malformed);
+    for (const char* const path : {"/server_group/slaves", "/agent/mapping_table"}) {
+        if (!seekOptions(*cursor, path))
+            continue;
+        for (int found = cursor->firstChild(Element::entry); found == 0; found = cursor->nextSibling(Element::entry))
+            addMalformed(*cursor, path + std::string("/entry/id"), malformed);
+    }
+    return malformed;
+}
+
+std::string textOf(const QelEID& eid) {
+    return eid.isValid() ? eid.toString() : "";
+}
+
+std::string roleOf(const QelConfiguration& configuration) {
+    if (!configuration.isInServerGroup())
+        return "alone";
+    if (configuration.isMaster())
+        return "master";
+    return configuration.isSlave() ? "slave" : "unknown";
+}
+
+Identity identityOf(const QelConfiguration& configuration) {
+    Identity identity;
+    identity.malformed = findMalformedEIDs(*configuration.getMessage());
+    QelEID own;
+    configuration.getEID(own);
+    identity.eid = textOf(own);
+    identity.role = roleOf(configuration);
+    QelEID master;
+    configuration.getMaster(master);
+    identity.master = textOf(master);
+    QelEIDList slaves;
+    configuration.getGroupSlaves(slaves);
+    for (const QelEID& slave : slaves)
+        identity.slaves.push_back(slave.toString());
+    configuration.getMappingTable(identity.mappings);
+    return identity;
+}
+
+Json orNull(const std::string& text) {
+    return text.empty() ? Json() : Json(text);
+}
+
+void printIdentityAsJson(std::ostream& out, const Identity& identity) {
+    Json document;
+    document["eid"] = orNull(identity.eid);
+    document["role"] = identity.role;
+    document["master"] = orNull(identity.master);
+    document["slaves"] = identity.slaves;
+    Json& mappings = document["mappings"] = Json::array();
+    for (const auto& [eid, info] : identity.mappings)
+        mappings.push_back({{"eid", eid.toString()},
+                            {"protocol", info.protocol},
+                            {"address", info.address},
+                            {"port", info.port},
+                            {"user", info.authName.name.get()}});
+    printJson(out, document);
+}
+
+void printIdentity(std::ostream& out, const Identity& identity) {
+    const auto shown = [&](const std::string& eid, std::string_view path) {
+        if (!eid.empty())
+            return eid;
+        return std::string(identity.isMalformed(path) ? "malformed" : "none");
+    };
+    Table table;
+    table.addRow({"eid", shown(identity.eid, ownEIDPath)});
+    table.addRow({"role", identity.role});
+    table.addRow({"master", shown(identity.master, masterEIDPath)});
+    for (const std::string& slave : identity.slaves)
+        table.addRow({"slave", slave});
+    table.print(out);
+    if (identity.mappings.empty())
+        return;
+    out << '\n';
+    using Align = Table::Align;
+    Table mappings({Align::left, Align::left, Align::left, Align::right});
+    mappings.addRow({"agent", "protocol", "address", "port", "user"});
+    for (const auto& [eid, info] : identity.mappings)
+        mappings.addRow({eid.toString(), info.protocol, info.address, info.port > 0 ? std::to_string(info.port) : "",
+                         info.authName.name.get()});
+    mappings.print(out);
+}
+
+ExitCode runIdentity(const Invocation& invocation, const Console& console) {
+    const auto_destroy<QelMessage> message(new QelBinary);
+    if (const ExitCode code = readConfiguration(invocation.arguments[0], *message, console); code != ExitCode::success)
+        return code;
+    const Identity identity = identityOf(QelConfiguration(message.get()));
+    (invocation.has("json") ? printIdentityAsJson : printIdentity)(console.out, identity);
+    ExitCode worst = ExitCode::success;
+    for (const auto& [path, value] : identity.malformed)
+        worst = console.fail(ExitCode::badInput, shownName(invocation.arguments[0]) + ": " + path + ": '" +
+                                                     showControls(value) + "' is malformed, it is no EID");
+    return worst;
+}
+
+} // namespace
+
+CommandGroup configCommands() {
+    static constexpr std::array commands{
+        Command{"get", "FILE PATH", "Prints the value at a path, as in /system/log_level.", addBase64Option, runGet},
+        Command{"set", "FILE PATH VALUE",
+                "Sets the value at a path and makes what is missing of it; a missing file is started.", addBase64Option,
+                runSet},
+        Command{"list", "FILE [PATH]", "Shows what stands below a path, or everything, as a tree without passwords.",
+                addJsonOption, runList},
+        Command{"identity", "FILE",
+                "Shows who the agent is, its place in the server group and the agents that it reaches.", addJsonOption,
+                runIdentity},
+    };
+    return {"config", "Configurations of agents.", commands};
+}
+
+} // namespace Qel::Tool

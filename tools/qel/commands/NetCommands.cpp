@@ -1,0 +1,113 @@
+#include <array>
+#include <memory>
+#include <ostream>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelFunctionalityCore/Network/QelNetDevice.h"
+#include "QelMessage/QelBinary.h"
+#include "qel/cli/Command.h"
+#include "qel/cli/Json.h"
+#include "qel/cli/Output.h"
+#include "qel/records/MessageFiles.h"
+
+namespace Qel::Tool {
+
+namespace {
+
+/// A device, and what its element says of its class.
+struct FoundDevice {
+    std::string type;
+    boost::shared_ptr<QelNetDevice> device;
+};
+
+using DeviceFactory = QelDerivedParserFactory<QelNetDevice>;
+
+/// Reads the device in the element under the cursor; one without a type is a plain device.
+ExitCode readDevice(const std::string& file, const QelMessageIterator& cursor, FoundDevice& found,
+                    const Console& console) {
+    const std::string type = cursor.curType();
+    if (!type.empty() && !DeviceFactory::factories().contains(type))
+        return console.fail(ExitCode::badInput, shownName(file) + ": " + cursor.curName() + " is of type " + type +
+                                                    ", which is no network device");
+    found.type = type.empty() ? QelDerivedKey<QelNetDevice::Writer>() : type;
+    // A device that can't be read leaves the cursor somewhere in it, so this one is of its own.
+    const std::unique_ptr<QelMessageIterator> at(cursor.newIterator(false));
+    if (at->getObject(found.device, QelReaderDerived<QelNetDevice>(true), getEmptyID()) != 0)
+        return console.fail(ExitCode::badInput, shownName(file) + ": " + getErrorMessage());
+    return ExitCode::success;
+}
+
+/// Reads the devices in a message's elements.
+ExitCode readDevices(const std::string& file, std::vector<FoundDevice>& devices, const Console& console) {
+    const auto_destroy<QelMessage> message(new QelBinary);
+    ExitCode code = readMessage(file, *message, console);
+    const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
+    if (code != ExitCode::success || cursor->firstChild() != 0)
+        return code;
+    do
+        code = readDevice(file, *cursor, devices.emplace_back(), console);
+    while (code == ExitCode::success && cursor->nextSibling() == 0);
+    return code;
+}
+
+Json addressesAsJson(const QelNetDevice& device) {
+    Json addresses = Json::array();
+    for (const QelIPAddress& address : device.ipAddresses)
+        addresses.push_back(address.toStringWithNetwork());
+    return addresses;
+}
+
+void printAsJson(std::ostream& out, const std::vector<FoundDevice>& devices) {
+    Json array = Json::array();
+    for (const auto& [type, device] : devices)
+        array.push_back({{"id", device->id}, {"type", type}, {"addresses", addressesAsJson(*device)}});
+    printJson(out, array);
+}
+
+std::string addressesAsText(const QelNetDevice& device) {
+    std::string text;
+    for (const QelIPAddress& address : device.ipAddresses)
+        text += (text.empty() ? "" : ", ") + address.toStringWithNetwork();
+    return text;
+}
+
+void print(std::ostream& out, const std::vector<FoundDevice>& devices) {
+    Table table;
+    table.addRow({"id", "type", "addresses"});
+    for (const auto& [type, device] : devices)
+        table.addRow({device->id, type, addressesAsText(*device)});
+    table.print(out);
+}
+
+// --- qel net match
+
+ExitCode runMatch(const Invocation& invocation, const Console& console) {
+    std::vector<FoundDevice> devices;
+    std::vector<FoundDevice> filters;
+    const std::string& filterFile = invocation.arguments[1];
+    if (const ExitCode code = readDevices(invocation.arguments[0], devices, console); code != ExitCode::success)
+        return code;
+    if (const ExitCode code = readDevices(filterFile, filters, console); code != ExitCode::success)
+        return code;
+    if (filters.size() != 1)
+        return console.fail(ExitCode::badInput, shownName(filterFile) + ": " + std::to_string(filters.size()) +
+                                                    " devices, and a filter is one");
+    std::erase_if(devices,
+                  [&](const FoundDevice& found) { return !checkFilter(found.device, filters.front().device); });
+    (invocation.has("json") ? printAsJson : print)(console.out, devices);
+    return ExitCode::success;
+}
+
+} // namespace
+
+CommandGroup netCommands() {
+    static constexpr std::array commands{
+        Command{"match", "DEVICES FILTER",
+                "Lists the network devices of a message that satisfy a filter: the device in another message, of which "
+                "each field that isn't empty is a condition.",
+                addJsonOption, runMatch},
+    };
+    return {"net", "Network devices.", commands};
+}
+
+} // namespace Qel::Tool

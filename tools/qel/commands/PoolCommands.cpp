@@ -1,0 +1,163 @@
+#include <array>
+#include <memory>
+#include <optional>
+#include <ostream>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelCore/QelIPConversions.h"
+#include "QelCore/QelIPv4.h"
+#include "QelFunctionalityCore/Network/QelResource.h"
+#include "QelMessage/QelBinary.h"
+#include "qel/cli/Command.h"
+#include "qel/cli/Json.h"
+#include "qel/cli/Output.h"
+#include "qel/records/MessageFiles.h"
+#include "qel/records/RecordLimits.h"
+
+namespace Qel::Tool {
+
+namespace {
+
+using AddressRange = range<unsigned>;
+
+constexpr int typeElement = 1007;
+constexpr int addressElement = 1262;
+constexpr int rangeElement = 1662;
+constexpr int poolElement = 1974;
+
+/// Reads the pool in the element under the cursor.
+ExitCode readPool(const std::string& file, const QelMessageIterator& cursor, QelResourceIpPool& pool,
+                  const Console& console) {
+    const std::string type = cursor.curType();
+    if (!type.empty() && type != QelDerivedKey<QelResourceIpPool::Writer>())
+        return console.fail(ExitCode::badInput, shownName(file) + ": " + cursor.curName() + " is of type " + type +
+                                                    ", which is no pool of addresses");
+    if (const auto reason = findFatalAddress(cursor))
+        return console.fail(ExitCode::badInput, shownName(file) + ": " + *reason);
+    if (cursor.getObj(pool, getEmptyID()) != 0)
+        return console.fail(ExitCode::badInput, shownName(file) + ": " + getErrorMessage());
+    return ExitCode::success;
+}
+
+/// Reads a message and its first element, where `cursor` then stands, as a pool.
+ExitCode readPool(const std::string& file, QelMessage& message, QelMessageIterator& cursor, QelResourceIpPool& pool,
+                  const Console& console) {
+    if (const ExitCode code = readMessage(file, message, console); code != ExitCode::success)
+        return code;
+    cursor.seekRoot();
+    if (cursor.firstChild() != 0)
+        return console.fail(ExitCode::badInput, shownName(file) + ": an empty message");
+    return readPool(file, cursor, pool, console);
+}
+
+unsigned long long countAddresses(const AddressRange& one) {
+    return one.end - one.start + 1ULL;
+}
+
+unsigned long long countAddresses(const QelResourceIpPool& pool) {
+    unsigned long long count = 0;
+    for (const AddressRange& each : pool.ranges)
+        count += countAddresses(each);
+    return count;
+}
+
+// --- qel pool show
+
+void printAsJson(std::ostream& out, const QelResourceIpPool& pool) {
+    Json ranges = Json::array();
+    for (const AddressRange& each : pool.ranges)
+        ranges.push_back(Json::array({ipToStr(each.start), ipToStr(each.end)}));
+    out << Json{{"ranges", ranges}, {"count", countAddresses(pool)}} << '\n';
+}
+
+std::string counted(unsigned long long count, const std::string& one, const std::string& many) {
+    return std::to_string(count) + ' ' + (count == 1 ? one : many);
+}
+
+void print(std::ostream& out, const QelResourceIpPool& pool) {
+    using Align = Table::Align;
+    Table table({Align::left, Align::left, Align::right});
+    table.addRow({"first", "last", "addresses"});
+    for (const AddressRange& each : pool.ranges)
+        table.addRow({ipToStr(each.start), ipToStr(each.end), std::to_string(countAddresses(each))});
+    table.print(out);
+    out << counted(countAddresses(pool), "address", "addresses") << " in "
+        << counted(pool.ranges.size(), "range", "ranges") << '\n';
+}
+
+ExitCode runShow(const Invocation& invocation, const Console& console) {
+    const auto_destroy<QelMessage> message(new QelBinary);
+    const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
+    QelResourceIpPool pool;
+    if (const ExitCode code = readPool(invocation.arguments[0], *message, *cursor, pool, console);
+        code != ExitCode::success)
+        return code;
+    (invocation.has("json") ? printAsJson : print)(console.out, pool);
+    return ExitCode::success;
+}
+
+// --- qel pool add
+
+/// Parses "ADDRESS" or "FIRST-LAST"; tells what is wrong with it, or nothing.
+std::optional<std::string> parseRange(const std::string& text, AddressRange& parsed) {
+    const std::size_t dash = text.find('-');
+    const std::string firstText = text.substr(0, dash);
+    const std::string lastText = dash == std::string::npos ? firstText : text.substr(dash + 1);
+    QelIPv4 first;
+    QelIPv4 last;
+    if (first.fromString(firstText) != 0 || last.fromString(lastText) != 0)
+        return "'" + text + "' is neither an IPv4 address nor two with a dash between them";
+    for (const QelIPv4& each : {first, last})
+        if (!canBeInPool(each.numeric()))
+            return "no pool can hold the address " + each.toString();
+    if (last < first)
+        return "'" + text + "' ends before it starts";
+    parsed = {first.numeric(), last.numeric()};
+    return std::nullopt;
+}
+
+/// Puts the pool in the place of what its element told before.  What else stands in the element stays.
+int replacePool(QelMessageIterator& cursor, const QelResourceIpPool& pool) {
+    for (const int id : {typeElement, addressElement, rangeElement})
+        while (cursor.deleteChild(id) == 0) {
+        }
+    return cursor.putObj(pool, getEmptyID());
+}
+
+ExitCode runAdd(const Invocation& invocation, const Console& console) {
+    const std::string& file = invocation.arguments[0];
+    std::vector<AddressRange> added;
+    for (auto text = invocation.arguments.begin() + 1; text != invocation.arguments.end(); ++text)
+        if (const auto error = parseRange(*text, added.emplace_back()))
+            return console.fail(ExitCode::usage, *error);
+
+    QelFileLock lock;
+    if (const ExitCode code = lockFile(file, lock, console); code != ExitCode::success)
+        return code;
+    const auto_destroy<QelMessage> message(new QelBinary);
+    const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
+    QelResourceIpPool pool;
+    if (isMissing(file))
+        cursor->newChild(poolElement);
+    else if (const ExitCode code = readPool(file, *message, *cursor, pool, console); code != ExitCode::success)
+        return code;
+    pool.ranges.insert(added.begin(), added.end());
+    pool.type = QelResourceType::ip; // also where the message didn't tell it
+    if (replacePool(*cursor, pool) != 0)
+        return console.fail(ExitCode::failed, shownName(file) + ": " + getErrorMessage());
+    return writeMessage(file, *message, console);
+}
+
+} // namespace
+
+CommandGroup poolCommands() {
+    static constexpr std::array commands{
+        Command{"show", "FILE", "Shows the ranges of the pool of addresses in a message's first element.",
+                addJsonOption, runShow},
+        Command{"add", "FILE ADDRESS|FIRST-LAST...", "Adds addresses to such a pool; a missing file is started.",
+                nullptr, runAdd},
+    };
+    return {"pool", "Pools of IPv4 addresses.", commands};
+}
+
+} // namespace Qel::Tool

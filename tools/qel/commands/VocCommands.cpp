@@ -1,0 +1,372 @@
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <ostream>
+#include <set>
+
+#include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
+#include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
+#include "QelMessage/QelBinary.h"
+#include "qel/cli/Command.h"
+#include "qel/cli/Json.h"
+#include "qel/cli/Output.h"
+#include "qel/records/MessageFiles.h"
+#include "qel/vocabulary/VocFiles.h"
+
+namespace Qel::Tool {
+
+namespace {
+
+namespace Element = VocabularyElement;
+using Names = std::set<std::string>;
+
+Names namesOf(const Invocation& invocation, const std::string& option) {
+    if (!invocation.has(option))
+        return {};
+    const auto& given = invocation.texts(option);
+    return {given.begin(), given.end()};
+}
+
+// --- qel voc list
+
+void addListOptions(Options& options) {
+    options.add({.name = "category",
+                 .value = "ID",
+                 .kind = OptionKind::texts,
+                 .help = "only what belongs to this category; may be given again, for each of several"});
+    options.add({.name = "restrict",
+                 .value = "NAME",
+                 .kind = OptionKind::texts,
+                 .help = "only the vocabularies of this name; may be given again"});
+    addJsonOption(options);
+}
+
+/// A category or a parameter.
+struct Item {
+    std::string id;
+    std::vector<std::string> categories;
+    std::string type;  ///< of a counter's values
+    std::string value; ///< of a parameter
+};
+
+struct Contents {
+    std::vector<Item> categories;
+    std::vector<Item> parameters;
+};
+
+/// A vocabulary of a file, and what of it is to be listed.
+struct Listed {
+    std::string file;
+    std::string name;
+    std::string version;
+    Contents contents;
+};
+
+std::string typeAt(const QelVocIterator& at) {
+    int type = 0;
+    if (at.getValue(type, Element::valueType) != 0)
+        return {};
+    return type == 0 ? "double" : "integer";
+}
+
+Item itemAt(const QelVocIterator& at) {
+    Item item;
+    at.getID(item.id);
+    at.getValue(item.value, Element::data);
+    item.type = typeAt(at);
+    if (at.firstChild(Element::category) != 0)
+        return item;
+    do
+        at.getValue(item.categories.emplace_back(), getEmptyID());
+    while (at.nextSibling(Element::category) == 0);
+    at.seekUp();
+    return item;
+}
+
+/// Walks one vocabulary, or all that an iterator shows.  `contents` tells where what is under the cursor belongs.
+template <class Find> void collect(const QelVocIterator& at, const Names& categories, const Find& contents) {
+    for (int result = at.firstCategory(categories); result == 0; result = at.nextCategory(categories))
+        contents().categories.push_back(itemAt(at));
+    for (int result = at.firstParameter(categories); result == 0; result = at.nextParameter(categories))
+        contents().parameters.push_back(itemAt(at));
+}
+
+/// What was asked for, and what of it was found.
+struct Listing {
+    Names categories;
+    Names restriction;
+    Names found; ///< names of `restriction`
+    std::vector<Listed> vocabularies;
+};
+
+/// Vocabularies in a map that no iterator shows.
+ExitCode tellUnidentified(const std::string& file, QelMessage& message, const Console& console) {
+    ExitCode worst = ExitCode::success;
+    const std::unique_ptr<QelMessageIterator> cursor(message.rootIterator());
+    int number = 0;
+    for (int result = cursor->firstChild(Element::vocabulary); result == 0;
+         result = cursor->nextSibling(Element::vocabulary)) {
+        QelVocID id;
+        ++number;
+        if (cursor->getObj(id, getEmptyID()) != 0)
+            worst = console.fail(ExitCode::badInput, shownName(file) + ": vocabulary " + std::to_string(number) +
+                                                         " has no name or no parameter vocversion");
+    }
+    return worst;
+}
+
+ExitCode listMap(const std::string& file, QelMessage* message, const Console& console, Listing& listing) {
+    const ExitCode code = tellUnidentified(file, *message, console);
+    QelVocMap map(message);
+    if (map.setRestrictVocSet(listing.restriction) != 0)
+        return code;
+    const std::unique_ptr<QelVocMapIterator> at(map.read());
+    std::map<QelVocID, Contents> all;
+    for (int result = at->firstVocabulary(); result == 0; result = at->nextVocabulary())
+        all[at->getVocID()];
+    collect(*at, listing.categories, [&]() -> Contents& { return all[at->getVocID()]; });
+    for (auto& [id, contents] : all) {
+        const std::string name = id.name.c_str();
+        // A map that has none of the names shows everything.
+        if (!listing.restriction.empty() && !listing.restriction.contains(name))
+            continue;
+        listing.found.insert(name);
+        listing.vocabularies.push_back({file, name, id.version.c_str(), std::move(contents)});
+    }
+    return code;
+}
+
+void listSingle(const std::string& file, QelMessage* message, Listing& listing) {
+    QelVocPrototype voc(message);
+    if (!listing.restriction.empty())
+        return; // it has no name
+    Listed listed{file, {}, voc.readVersion(), {}};
+    const std::unique_ptr<QelVocIterator> at(voc.read());
+    collect(*at, listing.categories, [&]() -> Contents& { return listed.contents; });
+    listing.vocabularies.push_back(std::move(listed));
+}
+
+Json toJson(const std::vector<Item>& items, bool areParameters) {
+    Json array = Json::array();
+    for (const Item& item : items) {
+        Json json{{"id", item.id}, {"categories", item.categories}};
+        if (areParameters) {
+            json["type"] = item.type.empty() ? Json() : Json(item.type);
+            json["value"] = item.value;
+        }
+        array.push_back(std::move(json));
+    }
+    return array;
+}
+
+void printAsJson(std::ostream& out, const std::vector<Listed>& vocabularies) {
+    Json document = Json::array();
+    for (const Listed& each : vocabularies)
+        document.push_back({{"file", each.file},
+                            {"name", each.name},
+                            {"version", each.version},
+                            {"categories", toJson(each.contents.categories, false)},
+                            {"parameters", toJson(each.contents.parameters, true)}});
+    printJson(out, document);
+}
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words)
+        text += (text.empty() ? "" : ", ") + word;
+    return text;
+}
+
+void printAsTable(std::ostream& out, const std::vector<Listed>& vocabularies) {
+    Table table;
+    table.addRow({"vocabulary", "version", "kind", "id", "categories", "type", "value"});
+    for (const Listed& each : vocabularies) {
+        const auto addRows = [&](const char* kind, const std::vector<Item>& items) {
+            for (const Item& item : items)
+                table.addRow({each.name.empty() ? "-" : each.name, each.version.empty() ? "-" : each.version, kind,
+                              item.id, joined(item.categories), item.type, item.value});
+        };
+        addRows("category", each.contents.categories);
+        addRows("parameter", each.contents.parameters);
+    }
+    table.print(out);
+}
+
+ExitCode runList(const Invocation& invocation, const Console& console) {
+    Listing listing{namesOf(invocation, "category"), namesOf(invocation, "restrict"), {}, {}};
+    ExitCode worst = ExitCode::success;
+    for (const std::string& file : invocation.arguments) {
+        auto_destroy<QelMessage> message(new QelBinary);
+        VocFileKind kind{};
+        ExitCode code = readVocabularies(file, *message, kind, console);
+        if (code == ExitCode::success && kind == VocFileKind::map)
+            code = listMap(file, message.release(), console, listing);
+        else if (code == ExitCode::success)
+            listSingle(file, message.release(), listing);
+        worst = std::max(worst, code);
+    }
+    (invocation.has("json") ? printAsJson : printAsTable)(console.out, listing.vocabularies);
+    for (const std::string& name : listing.restriction)
+        if (!listing.found.contains(name))
+            worst = std::max(worst, console.fail(ExitCode::notSo, "no vocabulary '" + name + "'"));
+    return worst;
+}
+
+// --- qel voc merge
+
+void addMergeOptions(Options& options) {
+    options.add({.name = "name",
+                 .value = "NAME",
+                 .help = "what a vocabulary without a name is called; its file's name by default"});
+}
+
+/// Into what is merged, and what to tell of it.
+struct Merge {
+    auto_destroy<QelMessage> target{new QelBinary};
+    std::vector<std::string> lines{};
+};
+
+int countVocabularies(QelMessage& message) {
+    const std::unique_ptr<QelMessageIterator> cursor(message.rootIterator());
+    int count = 0;
+    for (int result = cursor->firstChild(Element::vocabulary); result == 0;
+         result = cursor->nextSibling(Element::vocabulary))
+        ++count;
+    return count;
+}
+
+/// Inserts one vocabulary, by `insert`, and notes what came of it.
+template <class Insert>
+ExitCode mergeOne(Merge& merge, const std::string& place, const QelVocID& id, const Console& console,
+                  const Insert& insert) {
+    const int before = countVocabularies(*merge.target);
+    if (insert() != 0)
+        return console.fail(ExitCode::failed, place + ": can't be copied");
+    const char* const done = countVocabularies(*merge.target) == before ? "there already " : "added ";
+    merge.lines.push_back(done + std::string(id.name.c_str()) + ' ' + id.version.c_str());
+    return ExitCode::success;
+}
+
+ExitCode mergeMap(Merge& merge, const std::string& file, QelMessage& message, const Console& console) {
+    if (const ExitCode code = tellUnidentified(file, message, console); code != ExitCode::success)
+        return code;
+    const std::unique_ptr<QelMessageIterator> cursor(message.rootIterator());
+    for (int result = cursor->firstChild(Element::vocabulary); result == 0;
+         result = cursor->nextSibling(Element::vocabulary)) {
+        QelVocID id;
+        cursor->getObj(id, getEmptyID());
+        const ExitCode code = mergeOne(merge, shownName(file), id, console,
+                                       [&] { return QelVocMap::insert(merge.target.get(), cursor.get()); });
+        if (code != ExitCode::success)
+            return code;
+    }
+    return ExitCode::success;
+}
+
+ExitCode mergeSingle(Merge& merge, const std::string& file, QelMessage* message, const std::string& name,
+                     const Console& console) {
+    const boost::intrusive_ptr<QelVocPrototype> voc(new QelVocPrototype(message));
+    if (voc->readVersion().empty())
+        return console.fail(ExitCode::badInput, shownName(file) + ": the vocabulary has no parameter vocversion");
+    const QelVocID id{name, voc->readVersion()};
+    return mergeOne(merge, shownName(file), id, console,
+                    [&] { return QelVocMap::insert(merge.target.get(), id, voc); });
+}
+
+/// What a vocabulary without a name in this file is called; empty, and an error, if it can't have that name.
+std::string nameFor(const std::string& file, const Invocation& invocation, const Console& console) {
+    std::string name = invocation.has("name")   ? invocation.text("name")
+                       : file == standardStream ? std::string()
+                                                : std::filesystem::path(file).filename().string();
+    if (!name.empty() && name.size() < sizeof(QelVocID::name))
+        return name;
+    console.fail(ExitCode::usage,
+                 shownName(file) + ": a vocabulary without a name; --name gives it one of 1 to 255 characters");
+    return {};
+}
+
+ExitCode mergeFile(Merge& merge, const std::string& file, const Invocation& invocation, const Console& console) {
+    auto_destroy<QelMessage> message(new QelBinary);
+    VocFileKind kind{};
+    if (const ExitCode code = readVocabularies(file, *message, kind, console); code != ExitCode::success)
+        return code;
+    if (kind == VocFileKind::map)
+        return mergeMap(merge, file, *message, console);
+    const std::string name = nameFor(file, invocation, console);
+    return name.empty() ? ExitCode::usage : mergeSingle(merge, file, message.release(), name, console);
+}
+
+ExitCode runMerge(const Invocation& invocation, const Console& console) {
+    const std::string& out = invocation.arguments[0];
+    const bool toStream = out == standardStream;
+    QelFileLock lock;
+    if (const ExitCode code = lockFile(out, lock, console); code != ExitCode::success)
+        return code;
+    Merge merge;
+    if (!toStream && !isMissing(out))
+        if (const ExitCode code = readVocMap(out, *merge.target, console); code != ExitCode::success)
+            return code;
+    for (auto file = invocation.arguments.begin() + 1; file != invocation.arguments.end(); ++file)
+        if (const ExitCode code = mergeFile(merge, *file, invocation, console); code != ExitCode::success)
+            return code;
+    if (const ExitCode code = writeMessage(out, *merge.target, console); code != ExitCode::success)
+        return code;
+    for (const std::string& line : merge.lines)
+        if (!toStream)
+            console.out << showControls(line) << '\n';
+    return ExitCode::success;
+}
+
+// --- qel voc erase
+
+ExitCode runErase(const Invocation& invocation, const Console& console) {
+    const std::string& file = invocation.arguments[0];
+    const std::string& name = invocation.arguments[1];
+    const std::string& version = invocation.arguments[2];
+    QelFileLock lock;
+    if (const ExitCode code = lockFile(file, lock, console); code != ExitCode::success)
+        return code;
+    auto_destroy<QelMessage> message(new QelBinary);
+    if (const ExitCode code = readVocMap(file, *message, console); code != ExitCode::success)
+        return code;
+    QelVocMap map(message.release());
+    constexpr std::size_t tooLong = sizeof(QelVocID::name);
+    if (name.size() >= tooLong || version.size() >= tooLong || map.erase({name, version}) != 0)
+        return console.fail(ExitCode::notSo, shownName(file) + ": no vocabulary " + name + ' ' + version);
+    return writeMessage(file, *map.getMessage(), console);
+}
+
+// --- qel voc has
+
+ExitCode runHas(const Invocation& invocation, const Console& console) {
+    const std::string& file = invocation.arguments[0];
+    const std::string& parameter = invocation.arguments[1];
+    auto_destroy<QelMessage> message(new QelBinary);
+    VocFileKind kind{};
+    if (const ExitCode code = readVocabularies(file, *message, kind, console); code != ExitCode::success)
+        return code;
+    const bool hasIt = kind == VocFileKind::map ? QelVocMap(message.release()).isFeatureEnabled(parameter)
+                                                : QelVocPrototype(message.release()).isFeatureEnabled(parameter);
+    if (hasIt)
+        return ExitCode::success;
+    return console.fail(ExitCode::notSo, shownName(file) + ": no parameter '" + parameter + "'");
+}
+
+} // namespace
+
+CommandGroup vocCommands() {
+    static constexpr std::array commands{
+        Command{"list", "FILE...", "Lists the categories and parameters of vocabularies.", addListOptions, runList},
+        Command{"merge", "OUT IN...",
+                "Adds vocabularies to those in a file, unless it has them; a missing file is started.", addMergeOptions,
+                runMerge},
+        Command{"erase", "FILE NAME VERSION", "Removes a vocabulary from a file.", nullptr, runErase},
+        Command{"has", "FILE PARAMETER", "Tells by its exit code whether a vocabulary has a parameter.", nullptr,
+                runHas},
+    };
+    return {"voc", "Vocabularies.", commands};
+}
+
+} // namespace Qel::Tool

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelBinary.h"
+#include "QelMessage/QelMessageIterator.h"
+#include "qel/cli/Console.h"
+#include "qel/records/MessageFiles.h"
+
+namespace Qel::Tool {
+
+/// A message whose first element is a record, from a file or standard input.
+class RecordInMessage {
+public:
+    RecordInMessage() : m_message(new QelBinary) {}
+
+    /// Reads the message and its record; ExitCode::badInput, and an error that names the place, if there is none.
+    template <class Record>
+    [[nodiscard]] ExitCode read(const std::string& file, Record& record, const Console& console) {
+        if (const ExitCode code = readMessage(file, *m_message, console); code != ExitCode::success)
+            return code;
+        m_cursor.reset(m_message->rootIterator());
+        if (m_cursor->firstChild() != 0)
+            return console.fail(ExitCode::badInput, shownName(file) + ": an empty message");
+        clearErrorMessage();
+        if (m_cursor->getObj(record, getEmptyID()) != 0)
+            return console.fail(ExitCode::badInput, shownName(file) + ": " + getErrorMessage());
+        return ExitCode::success;
+    }
+
+    [[nodiscard]] const QelMessage& message() const { return *m_message; }
+    /// At the record, once it was read.
+    [[nodiscard]] const QelMessageIterator& cursor() const { return *m_cursor; }
+
+private:
+    auto_destroy<QelMessage> m_message;
+    std::unique_ptr<QelMessageIterator> m_cursor;
+};
+
+/// The same for those who want nothing but the record.
+template <class Record>
+[[nodiscard]] ExitCode readRecord(const std::string& file, Record& record, const Console& console) {
+    return RecordInMessage().read(file, record, console);
+}
+
+} // namespace Qel::Tool
