@@ -6,13 +6,12 @@
 
 namespace Qel {
 
-/// Whether a terminal or an editor acts on the character instead of showing it: the C0 and C1 controls (ECMA-48) and
-/// DEL, the line and paragraph separators, and the marks that change the direction of the characters around them
-/// (UAX #9).
+/// Whether a terminal or an editor interprets the character instead of displaying it: the C0 and C1 controls (ECMA-48)
+/// and DEL, the line and paragraph separators, and the bidirectional formatting characters (UAX #9).
 [[nodiscard]] bool isControlCharacter(std::uint32_t code) noexcept;
 
-/// A copy that is safe to print on a terminal and takes one line: \n, \t, and each byte of another control character or
-/// of malformed UTF-8 as \xHH.  The ASCII characters in `kept` are copied.
+/// Returns a copy that is safe to print on one line of a terminal.  Newline and tab become \n and \t; every byte of
+/// another control character or of malformed UTF-8 becomes \xHH.  The ASCII characters in `kept` are copied unchanged.
 [[nodiscard]] std::string showControls(std::string_view text, std::string_view kept = {});
 
 } // namespace Qel

@@ -4,13 +4,13 @@
 
 namespace Qel {
 
-/// Stores a text for the user, as of printf, as the calling thread's last error message.
+/// Formats a message for the user, as printf does, and stores it as the last error message of the calling thread.
 void setErrorMessage(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-/// The calling thread's last error message; empty if there was none since it was cleared.
+/// The last error message of the calling thread; empty if none was set since the last clearErrorMessage().
 [[nodiscard]] const std::string& getErrorMessage();
 
-/// Forgets the calling thread's last error message.
+/// Clears the last error message of the calling thread.
 void clearErrorMessage();
 
 } // namespace Qel

@@ -15,12 +15,12 @@ namespace Qel {
 
 namespace {
 
-std::string belowRoot(const std::string& path) {
+std::string underRoot(const std::string& path) {
     const char* root = std::getenv("QEL_ROOT");
     return QelInstanceFolders::join(root ? root : "", path);
 }
 
-// A client tells its name itself, so it must not lead anywhere else.
+// The client chooses its name, so reject names that would lead out of the clients directory.
 bool isLeaf(const std::string& name) {
     return !name.empty() && name != "." && name != ".." &&
            name.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
@@ -34,7 +34,7 @@ int failToCreate(const std::string& directory, const std::string& reason) {
 } // namespace
 
 std::string QelInstanceFolders::etc() {
-    return belowRoot("etc/qel");
+    return underRoot("etc/qel");
 }
 
 int QelInstanceFolders::client::uploads(bool create, std::string& directory) const {
@@ -42,7 +42,7 @@ int QelInstanceFolders::client::uploads(bool create, std::string& directory) con
         setErrorMessage("no directory can have the name of the client '%s'", m_name.c_str());
         return -1;
     }
-    const std::string parent = join(belowRoot("var/lib/qel/clients"), m_name);
+    const std::string parent = join(underRoot("var/lib/qel/clients"), m_name);
     const std::string uploads = join(parent, "uploads");
     if (create) {
         std::error_code error;

@@ -4,16 +4,16 @@
 
 namespace Qel {
 
-/// The directories of one agent instance.  All lie below one root: the environment variable QEL_ROOT, or "/" when that
-/// is unset or empty.
+/// The directories of one agent instance.  All of them are below one root: the value of the environment variable
+/// QEL_ROOT, or "/" if it is unset or empty.
 class QelInstanceFolders {
 public:
     /// The directories of one client of the agent: ROOT/var/lib/qel/clients/NAME.
     class client {
     public:
-        /// The directory that takes what the client uploads, created if `create` and readable for nobody else.  0, or
-        /// -1, with the error message set and `directory` as it was: it can't be created, or the name is none that a
-        /// directory can have, such as "..".
+        /// Directory for uploads of this client.  With `create` it is created if missing, accessible by its owner only.
+        /// Returns 0, or -1 with the error message set and `directory` unchanged if it cannot be created or if the
+        /// client name is not a valid directory name, for example "..".
         [[nodiscard]] int uploads(bool create, std::string& directory) const;
 
     private:
@@ -27,10 +27,10 @@ public:
     /// Directory of settings: ROOT/etc/qel.
     [[nodiscard]] static std::string etc();
 
-    /// The client of this session name.
+    /// The client with this session name.
     [[nodiscard]] static client getClient(const std::string& name) { return client(name); }
 
-    /// `directory` and `leaf` joined with one slash.
+    /// Joins `directory` and `leaf` with exactly one slash.
     [[nodiscard]] static std::string join(const std::string& directory, const std::string& leaf);
 };
 

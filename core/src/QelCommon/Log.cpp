@@ -17,22 +17,22 @@ int debug_level = LogLevel::error;
 
 namespace {
 
-/// What a line on standard error looks like.
+/// Layout of a line on standard error.
 struct LineStyle {
     int order = 0;
     int format = 0;
 };
 
 struct LogState {
-    std::timed_mutex delivery;           ///< held while the sink runs; locked before `mutex`
-    std::mutex mutex;                    ///< guards the members below; never held while foreign code runs
+    std::timed_mutex delivery;           ///< held while the sink runs; acquired before `mutex`
+    std::mutex mutex;                    ///< guards the members below; never held while a sink or provider runs
     std::shared_ptr<const LogSink> sink; ///< null for standard error
     LineStyle style;
     Debug::ModuleFilter filter;
     std::shared_ptr<const Debug::SettingsProvider> provider;
 };
 
-// Leaked on purpose: records may still come while other static objects are being destroyed.
+// Leaked on purpose: records may still be logged while other static objects are destroyed.
 LogState& logState() {
     static auto* state = new LogState;
     return *state;
@@ -51,12 +51,12 @@ std::string prefixOf(const LogRecord& record, const LineStyle& style) {
     return prefix;
 }
 
-// stdio locks the stream for the whole line, so that lines of several threads do not mix.
+// stdio locks the stream for the whole call, so lines of different threads do not interleave.
 void writeToStandardError(const LogRecord& record, const LineStyle& style) {
     std::fprintf(stderr, "%s: %s\n", prefixOf(record, style).c_str(), showControls(record.text).c_str());
 }
 
-// True while this thread runs the sink, and so holds the delivery lock.
+// True while this thread runs the sink and therefore holds the delivery lock.
 thread_local bool isInSink = false;
 
 class SinkScope {
@@ -70,7 +70,7 @@ public:
 // Requires the delivery lock.
 bool deliverToSink(LogState& state, const LogRecord& record) {
     const SinkScope scope;
-    // A copy, since the sink may replace itself.
+    // Copied because the sink may replace itself.
     std::shared_ptr<const LogSink> sink;
     {
         const std::lock_guard guard(state.mutex);
@@ -180,7 +180,8 @@ void Debug::reconfigure() {
     }
     if (!provider)
         return;
-    // Asked without the lock, and before anything is changed: a provider logs what it can't read.
+    // Queried without the lock, because a provider may log a setting that it cannot read, and before any setting
+    // changes.
     const int level = provider->level();
     const LineStyle style{provider->order(), provider->format()};
     ModuleFilter filter = provider->filter();

@@ -5,23 +5,24 @@
 #include "QelCommon/Debug.h"
 #include "QelCommon/Log.h"
 
-// Single options out of the global configuration file (see getConfigurationFile).  The file is read anew at each call.
+// Access to single options of the global configuration file (see getConfigurationFile).  The file is read again on
+// every call.
 
 namespace Qel {
 
-/// Reads an option by its path as a plain cursor takes it: "/data/system/configuration/sorting_order".  0 when `value`
-/// was set; otherwise nonzero, with the reason in the log.
+/// Reads an option by its path, in the syntax of a plain cursor: "/data/system/configuration/sorting_order".  Returns 0
+/// and sets `value`; on failure returns nonzero and logs the reason.
 ///
-/// Only int is instantiated, by the library that reads configurations.
+/// Instantiated for int only, in the library that reads configurations.
 template <class T> [[nodiscard]] int oh_read_global_config_option(const char* option, T& value);
 template <> [[nodiscard]] int oh_read_global_config_option<int>(const char* option, int& value);
 
-/// True if the value lies above the border, or with `inclusive` on it.
+/// True if `value` is greater than `min`, or equal to it if `inclusive`.
 template <class T> [[nodiscard]] bool oh_check_min_border(const T& value, const T& min, bool inclusive) {
     return inclusive ? !(value < min) : min < value;
 }
 
-/// True if the value lies below the border, or with `inclusive` on it.
+/// True if `value` is less than `max`, or equal to it if `inclusive`.
 template <class T> [[nodiscard]] bool oh_check_max_border(const T& value, const T& max, bool inclusive) {
     return inclusive ? !(max < value) : value < max;
 }
@@ -31,8 +32,8 @@ template <class T>
     return oh_check_min_border(value, min, inclusive) && oh_check_max_border(value, max, inclusive);
 }
 
-/// Reads an option that has to lie within bounds.  The result is that of the read: an option out of its bounds is
-/// logged and 0 all the same, and `value` stays at the default that the caller had put there.
+/// Reads an option that must be within bounds.  Returns the result of the read.  An out-of-range option is logged but
+/// still yields 0, and `value` keeps the default that the caller stored in it.
 template <class T>
 int oh_get_global_config_option(const char* option, T& value, const T& min, const T& max, bool inclusive) {
     T read{};

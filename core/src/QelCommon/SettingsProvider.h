@@ -7,13 +7,13 @@
 
 namespace Qel::Debug {
 
-/// Tells which modules' records are logged.
+/// Selects the modules whose records are logged.
 class ModuleFilter {
 public:
-    /// Lets everything pass.
+    /// Accepts every module.
     ModuleFilter() = default;
-    /// From two lists of module names, separated by commas or blanks.  An empty first list stands for all modules.  A
-    /// module in both is ignored.
+    /// From two lists of module names, separated by commas or white space.  If `processed` is empty, every module is
+    /// processed.  A module in both lists is ignored.
     ModuleFilter(const std::string& processed, const std::string& ignored);
 
     [[nodiscard]] bool passes(std::string_view module) const;
@@ -23,27 +23,27 @@ private:
     std::vector<std::string> m_ignored;
 };
 
-/// Where the log's settings come from.
+/// Source of the log settings.
 class SettingsProvider {
 public:
     virtual ~SettingsProvider() = default;
 
-    /// The highest level that is logged, 0 to 6.  Any other number leaves the level as it is.
+    /// The highest level that is logged, 0 to 6.  Any other value leaves the level unchanged.
     [[nodiscard]] virtual int level() const = 0;
-    /// What a line on standard error begins with, and so is sorted by: 0 the module, 1 the level.
+    /// First field of a line on standard error, and hence its sort key: 0 the module, 1 the level.
     [[nodiscard]] virtual int order() const = 0;
-    /// How a line on standard error tells where the record comes from: 0 and below not at all, 1 by the function's
-    /// name, 2 and above by source file, line and the function's whole signature.
+    /// Origin of the record in a line on standard error: <= 0 none, 1 the function name, >= 2 source file, line and
+    /// full function signature.
     [[nodiscard]] virtual int format() const = 0;
-    /// Which modules are logged.  Like the level it holds for every sink.
+    /// The modules that are logged.  Like the level, the filter applies to every sink.
     [[nodiscard]] virtual ModuleFilter filter() const = 0;
 };
 
-/// Takes a provider and the settings that it has at present.  Null stands for the settings at the process's start:
-/// level 1, order 0, format 0, every module.  Setting and reconfiguring is one thread's work, which may log meanwhile.
+/// Sets the provider and applies its current settings.  Null restores the initial settings: level 1, order 0, format 0,
+/// every module.  Must not run concurrently with itself or reconfigure(); the provider may log during the call.
 void setSettingsProvider(std::shared_ptr<const SettingsProvider> provider);
 
-/// Takes the settings that the provider has at present.
+/// Applies the current settings of the provider.
 void reconfigure();
 
 } // namespace Qel::Debug

@@ -7,7 +7,7 @@
 
 namespace Qel {
 
-/// Whether the byte is one after the first of a character.
+/// Whether the byte is a continuation byte, 10xxxxxx.
 constexpr bool isUtf8Continuation(char byte) noexcept {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
@@ -18,7 +18,7 @@ struct Utf8Character {
     std::uint32_t code;
 };
 
-/// Decodes the character at the start of `text`, which isn't empty.  Overlong forms, surrogates and truncated sequences
+/// Decodes the first character of `text`, which must not be empty.  Overlong forms, surrogates and truncated sequences
 /// are malformed (RFC 3629).
 constexpr Utf8Character firstUtf8Character(std::string_view text) noexcept {
     const auto byte = [&](std::size_t i) -> std::uint32_t { return static_cast<unsigned char>(text[i]); };

@@ -1,6 +1,6 @@
 #pragma once
 
-// The changes of QelCacheLogic to single records: a part of QelCacheLogicImpl.h, which includes it.
+// Changes of single records in QelCacheLogic: a part of QelCacheLogicImpl.h, which includes it.
 
 #include <cstring>
 #include <new>
@@ -32,7 +32,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::insertItem(const ItemID& id, co
     return refused ? refused : insertIntoSlot(id, index, item);
 }
 
-/// Inserts where the array is, which has a free slot.
+/// Inserts into a free slot of the current array.
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoSlot(const ItemID& id, std::size_t index,
                                                                 const ItemBytes& item) {
@@ -42,8 +42,8 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoSlot(const ItemID& id
     return stored.result;
 }
 
-/// Inserts while the array is copied to a block with room for one record more.  What remains when the record can't be
-/// stored is the copy, with a free slot.
+/// Inserts while copying the array to a block with room for one more record.  If the record cannot be stored, the copy
+/// remains, with a free slot.
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoCopy(const ItemID& id, std::size_t index,
                                                                 const ItemSource& source) {
@@ -64,7 +64,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoCopy(const ItemID& id
         makeCurrent(copy);
         if (!acceptable)
             return checkItem(item);
-        // The old array's block may be what a provisional record left no room beside.
+        // The block of the old array may be what left no room for a provisional record.
         return place.isProvisional ? insertIntoSlot(id, index, item) : cacheOutOfSpace;
     }
     writeItem(place.record, item);
@@ -76,8 +76,8 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoCopy(const ItemID& id
     return cacheSuccess;
 }
 
-/// A block of `length` bytes: the one that is free once the current array's is, unless readers hold that.  The file may
-/// grow.
+/// Allocates a block of `length` bytes: the one that would be selected after freeing the current array, unless readers
+/// hold that.  The file may grow.
 template <class ItemID, class ItemValue, class Allocator>
 auto QelCacheLogic<ItemID, ItemValue, Allocator>::placeBesideArray(unsigned length) -> Placement {
     if (currentSnapshot()->isAcquired())
@@ -92,8 +92,8 @@ auto QelCacheLogic<ItemID, ItemValue, Allocator>::placeBesideArray(unsigned leng
     }
 }
 
-/// Moves a provisional record to the block that it would be in if it had not been stored before.  The entry points at a
-/// complete record throughout.
+/// Moves a provisional record to the block that it would have had if it had never been provisional.  The entry points
+/// to a complete record throughout.
 template <class ItemID, class ItemValue, class Allocator>
 void QelCacheLogic<ItemID, ItemValue, Allocator>::settle(record_t& entry, const ItemBytes& item) {
     Allocator& heap = header()->heap;
@@ -102,7 +102,7 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::settle(record_t& entry, const 
         const auto ahead = heap.template allocateAhead<ItemValue>(item.length, old);
         ItemValue* record = ahead.overlaps ? heap.template allocate<ItemValue>(item.length) : ahead.data;
         if (!record) {
-            // The heap has no room for both, which is the one case in which a crash leaves a record in a free block.
+            // No room for both copies: the only case in which a crash leaves an entry that points to a free block.
             heap.deallocate(old);
             old = nullptr;
             record = heap.template allocate<ItemValue>(item.length);
@@ -133,7 +133,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::updateItem(const ItemID& id, co
     ItemValue* old = writable && index < writable->values.size() ? writable->values.at(index).data.get() : nullptr;
     if (!old)
         return cacheOutOfSpace;
-    __builtin_prefetch(old); // its count, wanted once the new record is there
+    __builtin_prefetch(old); // the count is needed after the new record is stored
     const void* base = header();
     const ItemBytes bytes = readItem(source, old);
     if (const int refused = checkItem(bytes))
@@ -147,12 +147,12 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::updateItem(const ItemID& id, co
     return cacheSuccess;
 }
 
-/// Asks `source` for its bytes.
+/// Calls `source` for its bytes.
 template <class ItemID, class ItemValue, class Allocator>
 auto QelCacheLogic<ItemID, ItemValue, Allocator>::readItem(const ItemSource& source, const ItemValue* old)
     -> ItemBytes {
     ItemBytes item;
-    // The source may run any serialisation, which must not scribble on the heap.
+    // The source may run arbitrary serialisation code, which must not overwrite the heap.
     if (m_protect)
         m_storage->protect(true);
     source.getBuffer(&item.data, item.length, old);
@@ -161,13 +161,13 @@ auto QelCacheLogic<ItemID, ItemValue, Allocator>::readItem(const ItemSource& sou
     return item;
 }
 
-/// Whether `checkItem` lets the bytes pass.
+/// Whether `checkItem` would accept the bytes.
 template <class ItemID, class ItemValue, class Allocator>
 bool QelCacheLogic<ItemID, ItemValue, Allocator>::isAcceptable(const ItemBytes& item) const noexcept {
     return item.length >= sizeof(ItemValue) && item.length <= m_maxItemSize && item.data;
 }
 
-/// 0, or why the bytes are no record of this cache.
+/// Returns 0, or the reason why the bytes are not a record of this cache.
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::checkItem(const ItemBytes& item) const {
     if (!isAccessible()) // the source forked, and this is the child
@@ -179,7 +179,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::checkItem(const ItemBytes& item
     return cacheSuccess;
 }
 
-/// Puts a record into a block of the file, with one reference.  The file may grow.
+/// Stores a record in a block of the file, with one reference.  The file may grow.
 template <class ItemID, class ItemValue, class Allocator>
 auto QelCacheLogic<ItemID, ItemValue, Allocator>::storeItem(const ItemBytes& item) -> NewItem {
     auto* record = unsafe_allocate<ItemValue>(item.length);

@@ -4,7 +4,7 @@
 
 namespace Qel {
 
-/// What operations of the cache answer.
+/// Result codes of cache operations.
 enum QelCacheResult : int {
     cacheSuccess = 0,
     cacheNotMapped = -2,      ///< the file could not be mapped
@@ -13,8 +13,8 @@ enum QelCacheResult : int {
     cacheKeyMissing = -6,     ///< update, remove: the key doesn't exist
     cacheNotAttached = -7,    ///< not attached to a file
     cacheNoSnapshot = -8,     ///< no snapshot could be acquired at start
-    cacheNotLocked = -9,      ///< the file's lock could not be taken
-    cacheOutOfSpace = -10,    ///< the file can't grow, or a new mapping failed
+    cacheNotLocked = -9,      ///< the file's lock could not be acquired
+    cacheOutOfSpace = -10,    ///< the file cannot grow, or a new mapping failed
     cacheBadHeaderSize = -11, ///< the file's header has another size
     cacheBadMagic = -12,      ///< the file isn't a cache
     cacheBadKeySize = -13,    ///< the file's keys have another size
@@ -23,7 +23,7 @@ enum QelCacheResult : int {
     cacheBadValueSize = -16,  ///< the file's records have another declared size
 };
 
-/// The constants of the file's header.
+/// Constants of the file header.
 namespace CacheFormat {
 
 inline constexpr std::uint32_t headerBytes = 56;
@@ -31,7 +31,7 @@ inline constexpr std::uint32_t magic = 0xCACEFE03;
 inline constexpr std::uint32_t revision = 225;
 inline constexpr std::uint32_t firstGeneration = 1;
 
-/// Where a file is marked as usable (1) or not (0).
+/// Offset of the flag that marks a file as usable (1) or not (0).
 inline constexpr unsigned validOffset = 52;
 
 } // namespace CacheFormat

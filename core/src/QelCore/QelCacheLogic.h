@@ -2,63 +2,64 @@
 
 // How the cache file is shared
 //
-// One file holds all records of all processes.  Writers change it under one lock, the file's.  A reader takes that lock
-// twice, to acquire a snapshot and to give it back, and reads without any lock between the two, for as long as it
-// likes.
+// One file holds all records of all processes.  Writers are serialised by one lock, the file lock.  A reader acquires
+// it twice, once to acquire a snapshot and once to release it.  Between the two it reads without a lock, for any length
+// of time.
 //
-// Why reading without a lock is harmless.  A snapshot is a block that holds a reference count and the sorted array of
-// keys and record pointers.  The header points at the current one and counts as one reference; each reader is one more.
-// A writer that finds the count above 1 leaves the block alone: it copies the array to a new block, points the header
-// there and gives up the header's reference to the old one.  A record is never changed once it is listed: an update
-// writes a new record and swaps the pointer, in an array that nobody else can see.  Each record counts the snapshots
-// that list it, and its block is freed with the last of them.  So what a reader sees is old at worst, never torn and
-// never freed: the only words that change in what it can reach are counts, which it doesn't read.
+// Why lock-free reading is safe.  A snapshot is a block that contains a reference count and the sorted array of keys
+// and record pointers.  The header points to the current snapshot and counts as one reference; each reader adds one.  A
+// writer that finds a count above 1 copies on write: it copies the array to a new block, makes the header point to the
+// copy and drops the header's reference to the old one.  A listed record never changes: an update writes a new record
+// and swaps the pointer in an array that no reader can see.  Each record counts the snapshots that list it; its block
+// is freed with the last of them.  A reader therefore sees old data at worst, never torn or freed data.  The only words
+// that change in the blocks it can reach are reference counts, which it does not read.
 //
-// The file grows while readers hold it.  A Storage never changes its size or its address, so the process that grows the
-// file makes a second one, the others do so at their next lock, when they see that the header tells of more bytes than
-// they show, and a reader keeps the one in which its snapshot was taken.  That shows the same pages, and everything
-// that the snapshot lists lay within it when it was taken.  The file holds distances and no addresses, so two mappings
-// disagree about nothing.  An address that was computed in one Storage is moved to the other by the distance of their
-// bases (`rebased` in the algorithms), which is 0 where the file was mapped with room for its growth.
+// How the file grows under readers.  A Storage never changes its size or address.  The process that grows the file
+// creates a second Storage.  Other processes do so when they next acquire the lock and find that the size in the header
+// exceeds their mapping.  A reader keeps the Storage in which it acquired its snapshot.  Both map the same pages, and
+// everything that the snapshot lists was within the older mapping when the snapshot was acquired.  The file contains
+// relative pointers only, so it is valid at any address.  An address computed in one Storage is converted to the other
+// by adding the distance between their bases (`rebased` in the algorithms); it is 0 if the file was mapped with room
+// for its growth.
 //
-// How a record is inserted.  An array without a free slot is replaced by one in a new block, which a single pass builds
-// with the new record in its place, and then one store makes it current: the pointer in the header.  The record has to
-// be complete by then, but its block is the one that is free once the old array is, and may share memory with that.
-// Such a record is written to another block first, and moved when the old array has been freed.  An array with a free
-// slot, which a removal or a refused record leaves, is changed where it is.
+// How a record is inserted.  An array without a free slot is replaced by one in a new block.  A single pass copies it
+// with the new record in position, then one store publishes it: the pointer in the header.  The record must be complete
+// by then.  However, best fit selects its block as if the old array had been freed already, and the selected block may
+// overlap the old array.  Such a record is written to a provisional block first and moved after the old array has been
+// freed.  An array with a free slot, left by a removal or a rejected record, is modified in place.
 //
-// A record is most often replaced by one of its own size, so that the block freed last is the likeliest to be written
+// Most records are replaced by one of the same size, so the most recently freed block is the most likely to be written
 // next.
 //
-// What a crash leaves.  The kernel drops the lock of a process that dies, whatever it was doing, and what it had
-// written stays in the file.
-//  - A reader that dies never gives its snapshot back: the blocks stay allocated until the file is removed.
-//  - A writer that dies between two changes leaves a new block to which nobody refers, and its bytes are lost.  In the
-//    order of its steps the header never points at a freed snapshot.
-//  - A writer that dies while it shifts an array in place (a removal, or an insertion into a free slot) or links the
-//    free list leaves that half done: a record may be listed twice and another one not at all, or free bytes be missing
-//    from the list.  The next process that walks a broken list ends at a check.
-//  - An insertion that needs a new block for the array shifts nothing and leaves all records or one more, unless the
-//    heap is so full that there is no room to put the record aside.
-//  - A process that dies while it formats a file leaves it without the mark `valid`, and so unusable.
-// Nothing repairs any of this: the file is a cache, and removing it is the repair.
+// State after a crash.  The kernel releases the file lock of a process that dies at any point.  Everything it
+// had written remains in the file.
+//  - A reader that dies never releases its snapshot: the blocks stay allocated until the file is removed.
+//  - A writer that dies between two changes may leave an unreferenced new block, which is leaked.  The order of stores
+//    ensures that the header never points to a freed snapshot.
+//  - A writer that dies while it shifts an array in place (removal, or insertion into a free slot) or links the free
+//    list leaves that step half done: one record may be listed twice and another not at all, or free bytes may be
+//    missing from the free list.  The next process that walks a broken list fails a check.
+//  - An insertion that allocates a new block for the array shifts nothing: the file contains either the old records or
+//    the old records and the new one, unless the heap is too full for a provisional block.
+//  - A process that dies while formatting a file leaves it without the `valid` mark, and hence unusable.  None of this
+//    is repaired: the file is a cache, so the repair is to remove it.
 //
-// What is held when (file lock: flock and the mutex of the process; both are one lock here)
+// Locking (file lock: flock plus the process mutex; treated as one lock here)
 //
-//   state                                            file lock   changes
+//   state                                            file lock   modifies
 //   -----------------------------------------------  ----------  ---------------------------------------------------
-//   ValuesList: constructed, destroyed               yes         counts; the last release frees blocks
+//   ValuesList: construction, destruction            yes         counts; the last release frees blocks
 //   ValuesList: begin, end, get, size                no          nothing
 //   insert, update, remove                           yes         anything
-//   getBuffer of a value being inserted or updated   yes         nothing, but the lock stays taken: it must not use
-//                                                                the cache, which refuses it (-9)
+//   getBuffer of a value being inserted or updated   yes         nothing, but the lock is held: it must not use the
+//                                                                cache, which returns -9
 //   getCopy, sizes                                   yes         nothing
 //   initialize                                       from the    header and first snapshot of a new file; `valid` of
 //                                                    mapping on  an unusable one
-//   after a fork, in the child                       no          nothing; every object is detached by reinit()
+//   after a fork, in the child                       no          nothing; reinit() detaches every object
 //
-// Within a process `m_storage` is read and written under the file lock only.  It is written under the mutex that is
-// free in every forked child as well, so that none finds it half written.
+// Within a process, `m_storage` is accessed under the file lock only.  Writes also hold the fork mutex, so a forked
+// child never finds it half written.
 
 #include <atomic>
 #include <cstddef>
@@ -76,17 +77,17 @@
 
 namespace Qel {
 
-/// A store of records of varying length by key, which several processes share through one mapped file.
+/// A store of variable-length records by key, shared by several processes through one mapped file.
 ///
 /// `ItemID` is the key: trivially copyable, ordered by std::less.  `ItemValue` is the fixed head of a record: it
-/// derives from QelCachedItem, is copied as bytes, and `length()` tells the bytes of the whole record.  `Allocator` is
-/// the heap at the file's start.  The algorithms stand in QelCacheLogicImpl.h, for whoever instantiates the template.
+/// derives from QelCachedItem, is copied bytewise, and its `length()` returns the size of the whole record in bytes.
+/// `Allocator` is the heap at the start of the file.  The algorithms are in QelCacheLogicImpl.h, which the source file
+/// that instantiates the template includes.
 ///
-/// Objects are owned through boost::intrusive_ptr.  All operations may be called from several threads at once, except
-/// for `initialize` and `reinit`.
+/// Objects are owned through boost::intrusive_ptr.  All operations are thread-safe, except `initialize` and `reinit`.
 template <class ItemID, class ItemValue, class Allocator> class QelCacheLogic : public virtual QelForkableRefCounter {
 public:
-    /// A mapping of the file that is shared by whoever reads in it.
+    /// A mapping of the file, shared by the cache and its readers.
     class Storage : public QelRefCounter, public Allocator::Storage {
     public:
         using Allocator::Storage::Storage;
@@ -98,7 +99,7 @@ public:
     using ValueSet = QelFlatSortedArray<ItemID, pointer<ItemValue>, std::less<ItemID>, traits_type>;
     using record_t = typename ValueSet::record_t;
 
-    /// A state of the cache, in a block of its own.
+    /// A state of the cache, in its own block; immutable while a reader holds it.
     struct Snapshot {
         Snapshot() = default;
         Snapshot(const Snapshot&) = delete;
@@ -108,10 +109,10 @@ public:
             return *this;
         }
 
-        /// Whether somebody besides the header holds it.
+        /// Whether a reader holds a reference.
         [[nodiscard]] bool isAcquired() const noexcept { return refCount.getRefCount() > 1; }
 
-        /// As assignment, with one more record.
+        /// Like assignment, with one record inserted at `index`.
         void assignInserting(const Snapshot& other, std::size_t index, const ItemID& id, ItemValue* item) {
             values.assignInserting(other.values, index, id, item);
             refCount = other.refCount;
@@ -121,8 +122,8 @@ public:
         [[nodiscard]] unsigned getNextMemorySize() const noexcept { return values.getNextMemorySize() + countSize; }
         void adjustSelf(unsigned blockBytes) noexcept { values.adjustSelf(blockBytes - countSize); }
 
-        /// offset 0: one for the header if this is the current snapshot, and one for each reader; guarded by the file
-        /// lock
+        /// offset 0: one reference for the header if this is the current snapshot, plus one per reader; guarded by the
+        /// file lock
         QelCachedItemRefCounterBase<int> refCount;
         /// offset 4: keys and records; changed under the file lock, and only while `refCount` is 1
         ValueSet values;
@@ -131,19 +132,19 @@ public:
         static constexpr unsigned countSize = sizeof(refCount);
     };
 
-    /// The file from offset 0 on.  Everything behind it is blocks of the heap.  `heap`, `snapshot` and `valid` change
-    /// under the file lock; the other fields are written once, when the file is formatted.
+    /// The file from offset 0 on.  The heap blocks follow.  `heap`, `snapshot` and `valid` change under the file lock;
+    /// the other fields are written once, when the file is formatted.
     struct CacheHeader {
-        /// Formats a file of `size` bytes: an empty heap with one snapshot of no records.
+        /// Formats a file of `size` bytes: an empty heap and one snapshot without records.
         explicit CacheHeader(unsigned size);
 
-        /// 0, or the code of the first of these that is wrong: `valid`, `headerBytes`, `keyBytes`, `magic`, `revision`,
-        /// `valueBytes`.
+        /// Returns 0, or the code of the first field that does not match, checked in the order `valid`, `headerBytes`,
+        /// `keyBytes`, `magic`, `revision`, `valueBytes`.
         [[nodiscard]] int validate() const noexcept;
 
-        Allocator heap;                ///< offset 0: the heap's own header
+        Allocator heap;                ///< offset 0: header of the heap
         pointer<Snapshot> snapshot;    ///< offset 20: the current snapshot
-        typename Allocator::Lock lock; ///< offset 24: place of the lock, which keeps nothing here
+        typename Allocator::Lock lock; ///< offset 24: placeholder for the lock, always 0
         std::uint32_t magic;           ///< offset 28: CacheFormat::magic
         std::uint32_t headerBytes;     ///< offset 32: size of this header
         std::uint32_t keyBytes;        ///< offset 36: size of a key
@@ -156,40 +157,41 @@ public:
     class ValuesList;
     using ValuesListPtr = boost::intrusive_ptr<ValuesList>;
 
-    /// Keeps the arguments; nothing is opened.  `id` is the name of the file, `maxItemSize` the bytes of the largest
-    /// record accepted, `maxLists` the number of lists that may live at once, `maxStorageSize` the bytes that the file
-    /// may reach; more than 2 GiB - 1 is of no use, as pointers in the file tell no larger distances.
+    /// Stores the arguments and opens nothing.  `id` is the path of the file, `maxItemSize` the maximum record size in
+    /// bytes, `maxLists` the maximum number of live lists, `maxStorageSize` the maximum file size in bytes.  Sizes
+    /// above 2 GiB - 1 are clamped, because relative pointers in the file cannot span more.
     QelCacheLogic(const std::string& id, unsigned maxItemSize, unsigned maxLists, unsigned maxStorageSize);
     ~QelCacheLogic() override;
 
-    /// A cache attached to the file `id`, or null.  With `isFirst` the file has to be usable.  Without, an unusable
-    /// file is marked as such, removed, and made anew.  `flag` goes to `initialize`.
+    /// Returns a cache attached to the file `id`, or null.  With `isFirst` the file must be usable.  Otherwise an
+    /// unusable file is marked as unusable, removed and created again.  `flag` is passed to `initialize`.
     [[nodiscard]] static boost::intrusive_ptr<QelCacheLogic> createInstance(const std::string& id, bool isFirst,
                                                                             bool flag, unsigned maxItemSize,
                                                                             unsigned maxLists, unsigned maxStorageSize);
 
-    /// Attaches to the file, which is created and formatted if it never was.  The first argument has no effect.  With
-    /// `invalidate` a file that can't be used is marked so for all.  A QelCacheResult.
+    /// Attaches to the file, which is created and formatted if necessary.  The first argument is ignored.  With
+    /// `invalidate` an unusable file is marked as such for all processes.  Returns a QelCacheResult.
     [[nodiscard]] int initialize(bool, bool invalidate);
 
-    /// Adds a record, or replaces one, by the bytes that `value.getBuffer(const void** bytes, unsigned& length, const
-    /// void* old)` tells; `old` is the record to be replaced, or null.  It has to tell at least the declared size of a
-    /// record, and must not use this cache.  A QelCacheResult.
+    /// Inserts or replaces a record.  The bytes are those that `value.getBuffer(const void** bytes, unsigned& length,
+    /// const void* old)` returns; `old` is the record to be replaced, or null.  The length must be at least the
+    /// declared size of a record, and getBuffer must not use this cache.  Returns a QelCacheResult.
     template <class Real> [[nodiscard]] int insert(const ItemID& id, const Real& value) {
         return insertItem(id, ItemSource(value));
     }
     template <class Real> [[nodiscard]] int update(const ItemID& id, const Real& value) {
         return updateItem(id, ItemSource(value));
     }
-    /// Removes a record.  A QelCacheResult.
+    /// Removes a record.  Returns a QelCacheResult.
     [[nodiscard]] int remove(const ItemID& id);
 
-    /// A private copy of a record, or null.
+    /// Returns a private copy of a record, or null.
     [[nodiscard]] boost::shared_ptr<ItemValue> getCopy(const ItemID& id);
 
-    /// A new list of the current state; null when too many are alive or no snapshot can be had.
+    /// Returns a new list of the current state; null if too many lists are alive or no snapshot can be acquired.
     [[nodiscard]] ValuesListPtr getList() { return getList<ValuesListPtr>(); }
-    /// The same, of a class derived from ValuesList; `T` is an intrusive_ptr to it.
+    /// Returns a list of a class derived from ValuesList, under the same conditions; `T` is an intrusive_ptr to the
+    /// class.
     template <class T> [[nodiscard]] T getList() {
         if (!isAccessible() || m_activeLists >= m_maxLists)
             return nullptr;
@@ -199,21 +201,22 @@ public:
         return list;
     }
 
-    /// Detaches without a trace in the file.
+    /// Detaches from the file without modifying it.  For the child of a fork.  Returns 0.
     int reinit() override;
 
     [[nodiscard]] bool isAccessible() const noexcept { return m_header != nullptr; }
-    /// The name of the file.
+    /// Path of the file.
     [[nodiscard]] const std::string& getID() const noexcept { return m_id; }
-    /// Bytes in use in the file, with header and heads of blocks; 0 when the cache isn't attached or can't be locked.
+    /// Allocated bytes of the file, including the file header and block headers; 0 if not attached or if the lock
+    /// fails.
     [[nodiscard]] unsigned getTotalAllocatedSize();
-    /// Bytes that a compact file would need for the current state; 0 as above.
+    /// Size in bytes of a compact file with the current state; 0 if not attached or if the lock fails.
     [[nodiscard]] unsigned getAchiveableSize();
 
 private:
     enum eSnapshotHint { snapshotForInsert = 0, snapshotForUpdate = 1, snapshotForRemove = 2 };
 
-    /// A value of any class that has `getBuffer`.
+    /// Type-erased reference to a value that has `getBuffer`.
     class ItemSource {
     public:
         template <class Real>
@@ -232,7 +235,7 @@ private:
         void (*m_getBuffer)(const void*, const void**, unsigned&, const void*);
     };
 
-    /// Holds the file lock, if it could be taken.
+    /// Acquires the file lock, if possible, and releases it.
     class storageLockGuard_t {
     public:
         explicit storageLockGuard_t(QelCacheLogic& cache) : m_cache(cache), m_result(cache.lock()) {}
@@ -249,22 +252,22 @@ private:
         int m_result;
     };
 
-    /// What a source returned.
+    /// The bytes that a source returned.
     struct ItemBytes {
         const void* data = nullptr;
         unsigned length = 0;
     };
 
-    /// A record that a change is about to put into the array.
+    /// A record that is about to be stored in the array.
     struct NewItem {
         int result;
         ItemValue* record;
     };
 
-    /// A block for the record of an insertion into a copy of the array.
+    /// A block for the record of an insertion that copies the array.
     struct Placement {
         ItemValue* record;  ///< null if there is no room
-        bool isProvisional; ///< the record's own block shares memory with the old array
+        bool isProvisional; ///< the final block of the record overlaps the old array
     };
 
     int insertItem(const ItemID& id, const ItemSource& source);
@@ -286,12 +289,12 @@ private:
     int detach(int result);
     [[nodiscard]] int refuse(bool invalidate, int result) const;
 
-    // With the file lock held.
+    // Require the file lock.
     int unsafe_checkSize();
     template <class T> T* unsafe_allocate(unsigned bytes);
     bool unsafe_extend(unsigned bytes);
     template <class T> void unsafe_deallocate(T* data);
-    /// No other thread changes the number meanwhile, so it needn't be changed in one step, which costs more.
+    /// Written under the file lock only, so a relaxed load and store replace an atomic read-modify-write.
     void countLists(int change) noexcept {
         m_activeLists.store(m_activeLists.load(std::memory_order_relaxed) + static_cast<unsigned>(change),
                             std::memory_order_relaxed);
@@ -307,44 +310,44 @@ private:
     [[nodiscard]] Snapshot* currentSnapshot() const;
     [[nodiscard]] CacheHeader* header() const noexcept { return m_header.load(std::memory_order_relaxed); }
 
-    /// `data`, an address in the mapping that began at `base`, in the current one.
+    /// Converts `data`, an address in the mapping based at `base`, to the current mapping.
     template <class T> [[nodiscard]] T* rebased(T* data, const void* base) const;
 
     std::atomic<CacheHeader*> m_header{nullptr}; ///< in the current mapping; null: not attached
     StoragePtr m_storage;                        ///< the current mapping; changes under the file lock
-    StoragePtr m_lockedFile; ///< the file, not mapped, for its lock: one from attaching to detaching
+    StoragePtr m_lockedFile;                     ///< locks the file without mapping it; one object while attached
     std::string m_id;
-    bool m_protect = true; ///< the heap is read-only outside the lock; from construction until `initialize` only
+    bool m_protect = true; ///< map the heap read-only while unlocked; reset by `initialize`
     unsigned m_maxItemSize;
     unsigned m_maxLists;
     std::atomic<unsigned> m_activeLists{0}; ///< changes under the file lock
     unsigned m_maxStorageSize;
 };
 
-/// A reader's snapshot: the state of the cache when the list was made.  Reading it takes no lock and sees no change
-/// that came later.  A list that isn't accessible is empty.
+/// A reader's snapshot: the state of the cache when the list was created.  Reading it acquires no lock and sees no
+/// later change.  A list that is not accessible is empty.
 ///
-/// Records lie in the mapping, which the list keeps: they are valid as long as it lives, and are not written to.  One
-/// list may be read by several threads.
+/// The records are in the mapping, which the list keeps alive: they are valid for the lifetime of the list and
+/// read-only.  Several threads may read one list.
 template <class ItemID, class ItemValue, class Allocator>
 class QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList : public virtual QelForkableRefCounter {
 public:
     /// Acquires the current snapshot of `cache`, which may be null.
     explicit ValuesList(boost::intrusive_ptr<QelCacheLogic> cache);
-    /// Gives the snapshot back.  If the lock can't be taken for that, its reference stays in the file.
+    /// Releases the snapshot.  If the lock fails, the reference remains in the file.
     ~ValuesList() override;
 
     [[nodiscard]] bool isAccessible() const noexcept { return m_snapshot && m_cache && m_storage; }
 
-    /// The records in the order of their keys; null when not accessible.
+    /// The records in key order; null if not accessible.
     [[nodiscard]] const record_t* begin() const noexcept { return isAccessible() ? values().begin() : nullptr; }
     [[nodiscard]] const record_t* end() const noexcept { return isAccessible() ? values().end() : nullptr; }
     [[nodiscard]] std::size_t size() const noexcept { return isAccessible() ? values().size() : 0; }
 
-    /// The record of a key, or null.
+    /// Returns the record of a key, or null.
     [[nodiscard]] const ItemValue* get(const ItemID& id) const { return isAccessible() ? values().find(id) : nullptr; }
 
-    /// Forgets the snapshot, so that nothing is given back: the reference belongs to the parent process.
+    /// Drops the snapshot without releasing it, because the reference belongs to the parent process.  Returns 0.
     int reinit() override;
 
 private:
@@ -352,7 +355,7 @@ private:
 
     boost::intrusive_ptr<QelCacheLogic> m_cache;
     Snapshot* m_snapshot = nullptr;
-    StoragePtr m_storage; ///< pins the mapping in which `m_snapshot` points
+    StoragePtr m_storage; ///< keeps the mapping that contains `m_snapshot`
 };
 
 } // namespace Qel

@@ -18,7 +18,7 @@
 namespace Qel {
 
 namespace CacheLogicDetail {
-/// Bytes that an attaching process maps before it knows the file's size, rounded up to pages.
+/// Bytes to map before the file size is known, rounded up to pages.
 inline constexpr unsigned firstMapping = 1816;
 } // namespace CacheLogicDetail
 
@@ -77,7 +77,7 @@ template <class ItemID, class ItemValue, class Allocator>
 QelCacheLogic<ItemID, ItemValue, Allocator>::~QelCacheLogic() {
     if (!isAccessible())
         return;
-    // Waits for another thread of this process that may still work in the mapping.
+    // Waits for another thread of this process that may still access the mapping.
     const bool locked = Allocator::Lock::lock(m_lockedFile.get()) == 0;
     QEL_CHECK(locked, CacheLogicDetail::sourcePath);
     Allocator::Lock::unlock(m_lockedFile.get());
@@ -114,7 +114,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::initialize(bool, bool invalidat
     return result == cacheSuccess ? cacheSuccess : detach(result);
 }
 
-/// Takes a file that is mapped into use, or finds out that it can't be.
+/// Formats a new file, or validates an existing one.
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::formatOrValidate(bool invalidate) {
     const storageLockGuard_t guard(*this);
@@ -124,7 +124,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::formatOrValidate(bool invalidat
         new (header()) CacheHeader(m_storage->getSize());
     else if (const int failed = header()->validate())
         return refuse(invalidate, failed);
-    static_cast<void>(unsafe_checkSize()); // a heap beyond the mapping is met by the check of the snapshot
+    static_cast<void>(unsafe_checkSize()); // if the heap exceeds the mapping, acquireSnapshot fails
     StoragePtr pinned;
     Snapshot* snapshot = acquireSnapshot(pinned);
     if (!snapshot)
@@ -139,7 +139,7 @@ template <class ItemID, class ItemValue, class Allocator> int QelCacheLogic<Item
     return detach(cacheSuccess);
 }
 
-/// Forgets header and mapping.
+/// Drops header and mapping and returns `result`.
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::detach(int result) {
     m_header = nullptr;
@@ -148,7 +148,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::detach(int result) {
     return result;
 }
 
-/// With `invalidate` marks a file that can't be used as such for all.
+/// Returns `result`; with `invalidate` also marks the file as unusable for all processes.
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::refuse(bool invalidate, int result) const {
     if (invalidate)
@@ -156,8 +156,8 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::refuse(bool invalidate, int res
     return result;
 }
 
-/// Makes `storage` the current mapping.  The old one goes, if nobody else keeps it, after the mutex has been given
-/// back: closing a file needs that itself.
+/// Makes `storage` the current mapping.  The old one is destroyed, unless still referenced, after the mutex is
+/// released, because closing a file acquires the same mutex.
 template <class ItemID, class ItemValue, class Allocator>
 void QelCacheLogic<ItemID, ItemValue, Allocator>::replaceStorage(StoragePtr storage) {
     const std::lock_guard guard(forkMutex());
@@ -179,7 +179,7 @@ template <class ItemID, class ItemValue, class Allocator> int QelCacheLogic<Item
     return failed;
 }
 
-/// The child of a fork that came while the lock was held is detached, and has nothing to give back.
+/// No-op in the child of a fork that happened while the lock was held: the child is detached.
 template <class ItemID, class ItemValue, class Allocator> void QelCacheLogic<ItemID, ItemValue, Allocator>::unlock() {
     if (!m_lockedFile)
         return;
@@ -188,17 +188,17 @@ template <class ItemID, class ItemValue, class Allocator> void QelCacheLogic<Ite
     Allocator::Lock::unlock(m_lockedFile.get());
 }
 
-/// Maps the whole heap if another process has grown it.  A header that tells of more than the file holds is damaged or
-/// foreign, and is not followed.
+/// Maps the whole heap if another process has grown it.  A size in the header that exceeds the file means a damaged or
+/// foreign file, which is not mapped.
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_checkSize() {
     const Allocator& heap = header()->heap;
     if (heap.isInitialized(m_storage->getSize()))
         return 0;
     if (heap.getSize() > m_maxStorageSize || !m_storage->isInFile(heap.getSize())) {
-        setErrorMessage(
-            "cannot use '%s': its header gives a size of %u bytes, more than the file has or the cache maps",
-            m_id.c_str(), heap.getSize());
+        setErrorMessage("cannot use '%s': its header specifies a size of %u bytes, which exceeds the file or the limit "
+                        "of the cache",
+                        m_id.c_str(), heap.getSize());
         return cacheOutOfSpace;
     }
     const StoragePtr larger(new Storage(m_id));
@@ -212,8 +212,8 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_checkSize() {
     return 0;
 }
 
-/// Memory in the file, which grows if need be, or null.  Growing moves the cache to a new mapping: every address that
-/// was computed before has to be rebased.
+/// Allocates in the file, growing it if necessary; returns null on failure.  Growth moves the cache to a new mapping,
+/// so every address computed earlier must be rebased.
 template <class ItemID, class ItemValue, class Allocator>
 template <class T>
 T* QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_allocate(unsigned bytes) {
@@ -223,7 +223,7 @@ T* QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_allocate(unsigned bytes) 
     return block;
 }
 
-/// Grows the file by a fifth, or by room for five blocks of `bytes`, whichever is more.
+/// Grows the file by a fifth or by room for five blocks of `bytes`, whichever is more.
 template <class ItemID, class ItemValue, class Allocator>
 bool QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_extend(unsigned bytes) {
     const std::uint64_t page = Storage::getMemoryPageSize();
@@ -255,8 +255,8 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_deallocate(T* data) {
 
 // ----------------------------------------------------------------------------------------------------------- snapshots
 
-/// Whether the snapshot that the header points at lies where this process can read it, as far as its own head tells.
-/// True unless the file is damaged.
+/// Whether the snapshot that the header points to is within the readable mapping, according to its own block header and
+/// counters.  Always true unless the file is damaged.
 template <class ItemID, class ItemValue, class Allocator>
 bool QelCacheLogic<ItemID, ItemValue, Allocator>::isSnapshotMemoryAccessible(Snapshot* snapshot) const {
     using block_ctrl = typename Allocator::block_ctrl;
@@ -298,7 +298,7 @@ auto QelCacheLogic<ItemID, ItemValue, Allocator>::acquireSnapshot(StoragePtr& st
     return snapshot;
 }
 
-/// Gives back a reference to `snapshot`.
+/// Drops a reference to `snapshot`; the last one frees it and its records.
 template <class ItemID, class ItemValue, class Allocator>
 void QelCacheLogic<ItemID, ItemValue, Allocator>::releaseSnapshot(Snapshot* snapshot) {
     snapshot->refCount.decRef();
@@ -318,20 +318,20 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::releaseItem(ItemValue* item) {
         unsafe_deallocate(item);
 }
 
-/// Whether a snapshot may be changed where it is.
+/// Whether a snapshot may be modified in place for the change `hint`.
 template <class ItemID, class ItemValue, class Allocator>
 bool QelCacheLogic<ItemID, ItemValue, Allocator>::isWritable(const Snapshot& snapshot, eSnapshotHint hint) {
     return !snapshot.isAcquired() && (hint != snapshotForInsert || snapshot.values.getReservedItemCount() != 0);
 }
 
-/// Bytes of a copy for the change that `hint` names: only an insertion needs a slot more.
+/// Size in bytes of a copy for the change `hint`: only an insertion needs an additional slot.
 template <class ItemID, class ItemValue, class Allocator>
 unsigned QelCacheLogic<ItemID, ItemValue, Allocator>::bytesOfCopy(const Snapshot& snapshot, eSnapshotHint hint) {
     return hint == snapshotForInsert ? snapshot.getNextMemorySize() : snapshot.getUsedMemorySize();
 }
 
-/// The current snapshot, replaced by a copy if a writer may not change it.  Null when there is no room for a copy;
-/// nothing has changed then.
+/// Returns the current snapshot, after replacing it by a copy if it must not be modified.  Returns null and changes
+/// nothing if there is no room for a copy.
 template <class ItemID, class ItemValue, class Allocator>
 auto QelCacheLogic<ItemID, ItemValue, Allocator>::getWritableSnapshot(eSnapshotHint hint) -> Snapshot* {
     const Snapshot* current = currentSnapshot();
@@ -348,7 +348,7 @@ auto QelCacheLogic<ItemID, ItemValue, Allocator>::getWritableSnapshot(eSnapshotH
     return copy;
 }
 
-/// Points the header at `copy`, which was made from the current snapshot, and gives up the reference to that.
+/// Makes the header point to `copy`, a copy of the current snapshot, and drops its reference to the old one.
 template <class ItemID, class ItemValue, class Allocator>
 void QelCacheLogic<ItemID, ItemValue, Allocator>::makeCurrent(Snapshot* copy) {
     Snapshot* old = currentSnapshot();
@@ -359,7 +359,7 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::makeCurrent(Snapshot* copy) {
             if (ItemValue* item = record.data.get())
                 item->refCount.incRef();
     }
-    // First the header, then what it pointed at: a crash between the two costs bytes and nothing else.
+    // Header first: a crash before the release leaks bytes and has no other effect.
     keepStoreOrder();
     header()->snapshot = copy;
     keepStoreOrder();
@@ -431,7 +431,7 @@ QelCacheLogic<ItemID, ItemValue, Allocator>::ValuesList::~ValuesList() {
     if (!guard.isLocked())
         return;
     m_cache->countLists(-1);
-    // A cache that was attached anew after its file had been replaced knows nothing of this snapshot.
+    // If the cache has re-attached to a replacement of the file, the snapshot is not in the new file.
     if (m_storage->isSameFile(*m_cache->m_storage))
         m_cache->releaseSnapshot(m_cache->rebased(m_snapshot, m_storage->getMemory()));
 }

@@ -7,7 +7,7 @@
 
 namespace Qel {
 
-/// A reference count in the cache file: a plain number, since it only changes under the file's lock.
+/// A reference count in the cache file.  Not atomic: it only changes under the file lock.
 template <class T> class QelCachedItemRefCounterBase {
 public:
     void incRef() noexcept { ++m_value; }
@@ -15,7 +15,7 @@ public:
         QEL_CHECK(m_value >= 0, "core/src/QelCore/QelCacheLogic");
         --m_value;
     }
-    /// Whether anybody holds a reference.
+    /// Whether the count is positive.
     [[nodiscard]] bool isLocked() const noexcept { return m_value > 0; }
     void setRefCount(T value) noexcept { m_value = value; }
     [[nodiscard]] T getRefCount() const noexcept { return m_value; }
@@ -24,25 +24,24 @@ private:
     T m_value = 0;
 };
 
-/// Base of every item that lies in the cache file: a plain structure, copied as bytes, without virtual operations.
+/// Base of every item in the cache file: a plain structure that is copied bytewise and has no virtual functions.
 struct QelCachedItem {
     QelCachedItem() = default;
-    /// A count belongs to the place where an item lies, so a copy starts with its own.
+    /// The count belongs to the location of an item, so copying does not transfer it.
     QelCachedItem(const QelCachedItem&) noexcept {}
-    QelCachedItem& operator=(const QelCachedItem&) noexcept { return *this; } // NOLINT: nothing is copied on purpose
+    QelCachedItem& operator=(const QelCachedItem&) noexcept { return *this; } // NOLINT: intentionally copies nothing
 
-    /// Memory of zeros for a private item of `size` bytes, or null.  Goes back through `deleter_free`.
+    /// Allocates `size` zeroed bytes for a private item; null on failure.  Release with `deleter_free`.
     [[nodiscard]] static void* allocator_free(std::size_t size) noexcept { return std::calloc(1, size); }
     static void deleter_free(void* item) noexcept { std::free(item); }
 
-    /// offset 0: the number of snapshots that list the item; guarded by the file's lock.  Means nothing outside the
-    /// file.
+    /// offset 0: number of snapshots that list the item; guarded by the file lock.  Unused outside the file.
     QelCachedItemRefCounterBase<int> refCount;
 };
 
 static_assert(sizeof(QelCachedItem) == 4);
 
-/// Deleter of a shared pointer to an item inside the file, which the pointer doesn't own.
+/// No-op deleter for a shared pointer to an item inside the file, which the pointer does not own.
 inline void deleter_fake(const void*) noexcept {}
 
 } // namespace Qel

@@ -11,7 +11,7 @@
 
 namespace Qel {
 
-/// All values from `start` to `end`, both included.
+/// The closed interval [start, end].
 template <class T> struct range {
     T start;
     T end;
@@ -28,14 +28,14 @@ template <class T> constexpr bool searchEnd(const range<T>& a, const range<T>& b
     return a.end < b.end;
 }
 
-/// A set of unsigned numbers, kept as the fewest ranges that hold them: ascending, and between two neighbours at least
-/// one value is missing.  The least and the greatest number of the type can't be in a set.
+/// A set of unsigned numbers, stored as the minimal sequence of ranges: ascending, with at least one missing value
+/// between neighbours.  The set cannot contain the smallest and the largest number of the type.
 ///
 ///     compressed_set<unsigned, std::vector, std::allocator<range<unsigned>>> set;
 ///     set.insert({1, 2});
 ///     set.insert({3, 4});      // {[1,4]}
 ///
-/// `cont_t` is a sequence with random access.  Nothing can be taken out: who wants that builds another set.
+/// `cont_t` is a sequence with random access.  There is no removal; build another set instead.
 template <class T, template <class, class> class cont_t, class alloc_t> class compressed_set {
 public:
     static_assert(std::is_unsigned_v<T>, "the bounds of a range are widened in unsigned arithmetic");
@@ -47,45 +47,45 @@ public:
     compressed_set() = default;
     explicit compressed_set(const alloc_t& allocator) : m_ranges(allocator) {}
 
-    /// The ranges; an insert invalidates the iterators.
+    /// The ranges. insert() invalidates the iterators.
     [[nodiscard]] const_iterator begin() const { return m_ranges.begin(); }
     [[nodiscard]] const_iterator end() const { return m_ranges.end(); }
     [[nodiscard]] bool empty() const { return m_ranges.empty(); }
     /// Number of ranges.
     [[nodiscard]] std::size_t size() const { return m_ranges.size(); }
 
-    /// Adds all values of a range; none if it ends right before it starts.  One that ends yet earlier, or that holds
-    /// the least or the greatest number of the type, ends the process.
+    /// Adds all values of a range; none if `end` is `start - 1`.  The process is terminated if the range ends earlier
+    /// or contains the smallest or the largest number of the type.
     ///
-    /// Takes time by the logarithm of the number of ranges, and moves those behind the place of a new one.
+    /// Logarithmic search, plus moving the ranges after a new one.
     void insert(const range<T>& added);
 
-    /// Adds many ranges, with the effect of adding one after the other, but sorts them first: far faster than that
-    /// unless they come in ascending order.  Leaves no memory unused.
+    /// Adds many ranges, equivalent to inserting them one by one.  Sorts them first, which is much faster unless they
+    /// are already in ascending order.  Shrinks the container to its size.
     template <std::input_iterator Iterator> void insert(Iterator first, Iterator last);
 
     friend bool operator==(const compressed_set&, const compressed_set&) = default;
 
 private:
-    /// With one value more at each end: what touches the range reaches into this.  In unsigned arithmetic, which wraps
-    /// at the ends of the type.
+    /// The range extended by one value at each end: a range that touches `one` overlaps the result.  Wraps at the
+    /// limits of the type.
     static range<T> widened(const range<T>& one) {
         return {static_cast<T>(one.start - 1), static_cast<T>(one.end + 1)};
     }
     static bool isEmpty(const range<T>& one) { return one.end < one.start; }
     static bool holds(const range<T>& one, T value) { return one.start <= value && value <= one.end; }
-    /// Lets `one` reach to the end of `next`, if that starts in it or touches its end.
+    /// If `next` starts in `one` or directly after it, extends `one` to the end of `next` and returns true.
     static bool extend(range<T>& one, const range<T>& next) {
         if (next.start < one.start || one.end < next.start - 1)
             return false;
         one.end = std::max(one.end, next.end);
         return true;
     }
-    struct StartsEarlier { // an object, since the sort can't inline a function
+    struct StartsEarlier { // a function object, because the sort cannot inline a function pointer
         bool operator()(const range<T>& a, const range<T>& b) const { return a.start < b.start; }
     };
 
-    /// Inserts a range that starts before the last one does.
+    /// Inserts a range that starts before the last one.
     void insertBeforeLast(const range<T>& added, const range<T>& wide);
 
     container_type m_ranges;
@@ -116,13 +116,13 @@ void compressed_set<T, cont_t, alloc_t>::insertBeforeLast(const range<T>& added,
     range<T>& back = m_ranges.back();
     back.end = std::max(back.end, added.end);
 
-    // From `first` on, ranges end late enough to touch what is added; from `last` on they end behind it.
+    // From `first` on, ranges end late enough to touch `added`; from `last` on, they end after it.
     auto first = std::lower_bound(m_ranges.begin(), m_ranges.end(), wide, searchStart<T>);
     auto last = std::upper_bound(first, m_ranges.end(), added, searchEnd<T>);
     if (first == last && first->start <= added.start && added.end <= first->end)
         return;
 
-    // What is added joins a range at its start, one at its end, both or none; whatever lies between them goes.
+    // `added` joins a range at its start, one at its end, both or neither; the ranges between them are erased.
     bool insertNew = true;
     bool keepFirst = false;
     if (holds(*first, wide.start)) {

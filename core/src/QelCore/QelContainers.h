@@ -11,16 +11,16 @@
 
 namespace Qel {
 
-/// A string of at most `size - 1` characters in a fixed array, which can lie in a flat record in shared memory.
+/// A string of at most `size - 1` characters in a fixed array, usable in a flat record in shared memory.
 ///
-/// The array is a format: the characters, and zeros behind them up to its end, so that equal strings are equal bytes.
-/// The empty string and the unset one both begin with a zero; the specified one has a 1 behind it.
+/// The array is a format: the characters, padded with zeros to its end, so that equal strings are bytewise equal.  The
+/// empty string and the unset one both start with a zero; in the specified empty string a 1 follows it.
 ///
-/// A longer string ends the process wherever it is assigned or converted.  Order: unset before every specified string,
-/// then by characters as unsigned numbers.
+/// Assigning or converting a longer string terminates the process.  Order: unset before every specified string, then by
+/// characters as unsigned numbers.
 template <std::size_t size, class charType = char> class limited_length_string {
 public:
-    static_assert(size >= 2, "the mark of a specified empty string takes the second character");
+    static_assert(size >= 2, "the second character marks a specified empty string");
 
     /// Unset.
     constexpr limited_length_string() = default;
@@ -38,7 +38,7 @@ public:
         assign(characters);
         return *this;
     }
-    /// Takes the characters before the first zero.
+    /// Copies the characters up to the first zero.
     limited_length_string& operator=(const std::basic_string<charType>& text) {
         const std::basic_string_view<charType> characters(text.c_str());
         QEL_CHECK_AT(characters.size() + 1 <= size, "core/src/QelCore/QelContainers", 108);
@@ -47,23 +47,23 @@ public:
     }
 
     [[nodiscard]] const charType* c_str() const noexcept { return m_characters; }
-    /// Number of characters, at most `size - 1` in a string that was assigned here.
+    /// Number of characters, at most `size - 1` if assigned through this class.
     [[nodiscard]] std::size_t length() const noexcept { return view().size(); }
 
     [[nodiscard]] bool isSpecified() const noexcept {
         return m_characters[0] != charType() || m_characters[1] == specifiedEmpty;
     }
-    /// Turns an unset string into an empty one or the reverse.  A string with characters stays as it is.
+    /// Converts an unset string to an empty one or vice versa.  A string with characters is unchanged.
     void specify(bool specified) noexcept {
         if (m_characters[0] == charType())
             m_characters[1] = specified ? specifiedEmpty : charType();
     }
 
-    /// -1, 0 or 1.
+    /// Three-way comparison: -1, 0 or 1.
     [[nodiscard]] int compare(const limited_length_string& other) const noexcept {
         return compare(other.isSpecified(), other.view());
     }
-    /// -1, 0 or 1; a null pointer stands for an unset string.
+    /// Three-way comparison: -1, 0 or 1.  A null pointer compares as an unset string.
     [[nodiscard]] int compare(const charType* text) const noexcept {
         using View = std::basic_string_view<charType>;
         return compare(text != nullptr, text != nullptr ? View(text) : View());
@@ -90,7 +90,7 @@ public:
 private:
     static constexpr charType specifiedEmpty = 1;
 
-    /// The characters may be this string's own, or a part of them.
+    /// `characters` may be part of this string.
     void assign(std::basic_string_view<charType> characters) {
         limited_length_string assigned;
         characters.copy(assigned.m_characters, size - 1);
@@ -98,7 +98,7 @@ private:
         *this = assigned;
     }
 
-    /// Bounded by the array, since the record around it may come from a damaged file.
+    /// Bounded by the array, because the enclosing record may come from a damaged file.
     [[nodiscard]] std::basic_string_view<charType> view() const noexcept {
         const std::basic_string_view<charType> all(m_characters, size);
         return all.substr(0, all.find(charType()));
@@ -117,7 +117,7 @@ private:
 static_assert(sizeof(limited_length_string<16>) == 16 && std::is_standard_layout_v<limited_length_string<16>> &&
               std::is_trivially_copyable_v<limited_length_string<16>>);
 
-/// A row of a constant table with which a `Map` is filled at start; a text stands in it as a literal.
+/// An element of a constant table from which a `Map` is initialised; strings are stored as literals.
 ///
 ///     constexpr scalarPair<std::map<int, std::string>> rows[] = {{1, "one"}, {2, "two"}};
 ///     const std::map<int, std::string> names(std::begin(rows), std::end(rows));

@@ -18,7 +18,7 @@ namespace Qel {
 
 namespace {
 
-/// A file opened for reading only; gives up its lock, if it has one, when it closes.
+/// A file opened read-only.  Closing it releases its lock, if held.
 class ReadOnlyFile {
 public:
     explicit ReadOnlyFile(const char* path)
@@ -40,7 +40,7 @@ public:
         return !failed;
     }
 
-    /// Bytes read from `offset` on; what lies behind the end of the file counts as zero and isn't an error.
+    /// Reads `size` bytes at `offset`.  Bytes past the end of the file read as zero, which is not an error.
     [[nodiscard]] bool read(void* target, std::size_t size, off_t offset) const noexcept {
         auto* bytes = static_cast<char*>(target);
         std::memset(bytes, 0, size);
@@ -85,7 +85,7 @@ eCacheFileKind inspectCacheFile(const std::string& path) {
     if (!file.status(status) || !S_ISREG(status.st_mode))
         return unreadable(path, EINVAL);
 
-    // The header in words of 4 bytes; which words these are is told by QelCacheLogic::CacheHeader.
+    // The header as 4-byte words; QelCacheLogic::CacheHeader documents the layout.
     constexpr unsigned wordSize = 4;
     enum Word { allocated = 2, size = 3, magic = 7, headerBytes = 8, revision = 10, valid = 13, wordCount = 14 };
     static_assert(wordCount * wordSize == CacheFormat::headerBytes && valid * wordSize == CacheFormat::validOffset);
@@ -118,7 +118,7 @@ int removeLockedCacheFile(const char* path, int code) {
     if (!sameFile)
         return 0;
     if (valid != 0)
-        return failure("won't remove a usable cache", path, EBUSY);
+        return failure("refusing to remove usable cache", path, EBUSY);
     return removeFile(path);
 }
 

@@ -4,25 +4,25 @@
 
 namespace Qel {
 
-/// Removes the file `path`.  0 also when there is none; otherwise -1, with the reason as the error message.
+/// Removes the file `path`.  Returns 0 if it is removed or does not exist; otherwise -1 with the error message set.
 int removeFile(const std::string& path);
 
-/// What stands in the place of a cache file.
+/// Classification of a path as a cache file.
 enum class eCacheFileKind {
     missing,     ///< no such file
-    unformatted, ///< empty, or zeros where the header belongs: attaching would format it
-    cache,       ///< a cache of the present format
-    foreign,     ///< anything else: attaching would fail, or damage it
-    unreadable,  ///< the file is there and can't be read, or isn't a regular file; the error message says why
+    unformatted, ///< empty or with an all-zero header: attaching would format it
+    cache,       ///< a cache of the current format
+    foreign,     ///< anything else: attaching would fail or damage it
+    unreadable,  ///< exists but cannot be read or is not a regular file; the error message is set
 };
 
-/// Looks at the header of the file `path` without taking its lock and without changing anything: for those who must not
-/// create a file, format it or mark it as unusable.
+/// Classifies the file `path` by its header without locking or modifying it, for callers that must not create a file,
+/// format it or mark it as unusable.
 [[nodiscard]] eCacheFileKind inspectCacheFile(const std::string& path);
 
-/// Removes a cache file that a process could not attach to, `code` being the result it got.  That happens under the
-/// file's lock, and only while the file is still unusable: another process may have put a new one in its place
-/// meanwhile. 0 when the unusable file is gone; otherwise -1, with the reason as the error message.
+/// Removes a cache file after attaching to it failed with `code`.  Does nothing if `code` is success.  Checks under the
+/// file lock that the file is still unusable, because another process may have replaced it concurrently.  Returns 0 if
+/// the unusable file is gone or has been replaced; otherwise -1 with the error message set.
 int removeLockedCacheFile(const char* path, int code);
 
 } // namespace Qel

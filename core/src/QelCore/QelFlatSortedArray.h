@@ -13,16 +13,15 @@
 
 namespace Qel {
 
-/// A sorted map in one contiguous piece of a mapped file: two counters, then the records in ascending order of their
-/// keys.
+/// A sorted map in one contiguous block of a mapped file: two counters, followed by the records in ascending key order.
 ///
-/// The array doesn't own its memory and doesn't grow.  It knows how many free slots lie behind its last record; the
-/// owner of the memory block makes a larger block when there are none left, and assigns the array to one that it
-/// constructed there.  That assignment computes every pointer anew, so the bytes alone are no copy.
+/// The array neither owns its memory nor grows.  It counts the free slots after its last record.  When none is left,
+/// the owner of the block allocates a larger one, constructs an array there and assigns this one to it.  Assignment
+/// recomputes every self-relative pointer; a bytewise copy would not be valid.
 ///
-/// `Key` tells its 32 most significant bits in the order of `Compare`, as `leadingBits()`.  `Data` is
-/// `Traits::pointer<...>`, the pointer type of the block's owner.  A pointer to a value is handed in and out
-/// as a raw pointer, null for null.
+/// `Key` provides `leadingBits()`: its 32 most significant bits in the order of `Compare`.  `Data` is
+/// `Traits::pointer<...>`, the pointer type of the block's owner.  Pointers to values are passed and returned as raw
+/// pointers; null is preserved.
 template <class Key, class Data, class Compare, class Traits> class QelFlatSortedArray {
 public:
     using mapped_type = typename Data::element_type;
@@ -31,21 +30,21 @@ public:
 
     struct record_t {
         Key key;   ///< offset 0; never changed while the record is in use
-        Data data; ///< offset 16: the value, relative to this field's own address
+        Data data; ///< offset 16: the value, relative to the address of this field
     };
 
-    /// Orders records by their keys alone.
+    /// Compares records by key only.
     struct Cmp1St {
         bool operator()(const record_t& a, const record_t& b) const { return Compare()(a.key, b.key); }
         bool operator()(const record_t& a, const Key& b) const { return Compare()(a.key, b); }
         bool operator()(const Key& a, const record_t& b) const { return Compare()(a, b.key); }
     };
 
-    /// Empty, with the one declared slot free.
+    /// Empty, with one free slot: the declared one.
     QelFlatSortedArray() = default;
     QelFlatSortedArray(const QelFlatSortedArray&) = delete;
 
-    /// Takes over the counters and the used records of `other`.  The block has room for them.
+    /// Copies the counters and used records of `other`.  The block must have room for them.
     QelFlatSortedArray& operator=(const QelFlatSortedArray& other) {
         if (this == &other)
             return *this;
@@ -55,8 +54,8 @@ public:
         return *this;
     }
 
-    /// As assignment, with a new record at `index`, the place that `findIndex` of `other` returned.  The block has room
-    /// for one record more than `other` uses; its free slots are not counted yet.
+    /// Like assignment, but inserts a new record at `index`, as returned by `other.findIndex`.  The block must have
+    /// room for one record more than `other` uses; its free slots are not counted until adjustSelf().
     void assignInserting(const QelFlatSortedArray& other, std::size_t index, const Key& key, mapped_type* value) {
         QEL_CHECK(index <= other.m_count, sourcePath);
         record_t* place = begin() + index;
@@ -76,11 +75,12 @@ public:
     [[nodiscard]] std::size_t size() const noexcept { return m_count; }
     [[nodiscard]] unsigned getReservedItemCount() const noexcept { return m_reserved; }
 
-    /// Bytes of the array without its free slots, and with one free slot.
+    /// Size in bytes without free slots, and with one free slot.
     [[nodiscard]] unsigned getUsedMemorySize() const noexcept { return fixedSize + recordSize * m_count; }
     [[nodiscard]] unsigned getNextMemorySize() const noexcept { return getUsedMemorySize() + recordSize; }
 
-    /// Whether `key` is present; `index` is then its place, and otherwise the place where it would be inserted.
+    /// Returns whether `key` is present and sets `index` to its position, or to the position where it would be
+    /// inserted.
     [[nodiscard]] bool findIndex(const Key& key, std::size_t& index) const {
         index = lowerBound(key);
         if (index == m_count || Cmp1St()(key, begin()[index]))
@@ -102,22 +102,21 @@ public:
 
     void update(std::size_t index, mapped_type* value) { at(index).data = value; }
 
-    /// Puts a new record where it belongs and gives it back.  A slot is free and the key isn't present: the caller has
-    /// seen to both.
+    /// Inserts a record in key order and returns it.  Requires a free slot and that the key is not present.
     record_t* insert(const Key& key, mapped_type* value) {
         std::size_t index;
         static_cast<void>(findIndex(key, index));
         return insertAt(index, key, value);
     }
 
-    /// The same at the place that `findIndex` told.
+    /// Inserts a record at `index`, as returned by `findIndex`, and returns it.  Requires a free slot.
     record_t* insertAt(std::size_t index, const Key& key, mapped_type* value) {
         QEL_CHECK(m_reserved != 0 && index <= m_count, sourcePath);
         record_t* place = begin() + index;
         QelRecordTable::moveDownwards(place, place + 1, m_count - index);
         place->data = value;
         place->key = key;
-        // In this order, so that a crash between the two leaves no slot beyond the block.
+        // A crash between the two stores must not count a slot beyond the block.
         keepStoreOrder();
         --m_reserved;
         keepStoreOrder();
@@ -125,7 +124,7 @@ public:
         return place;
     }
 
-    /// Removes a record and gives back the one that took its place, or the end.  The slot is free afterwards.
+    /// Removes a record and returns the record that took its position, or end().  Its slot becomes free.
     record_t* remove(std::size_t index) {
         QEL_CHECK(index < m_count, sourcePath);
         record_t* place = begin() + index;
@@ -135,7 +134,7 @@ public:
         return place;
     }
 
-    /// Counts the free slots anew, once the array lies in a block of `blockBytes`.
+    /// Recomputes the number of free slots for a block of `blockBytes`.
     void adjustSelf(unsigned blockBytes) noexcept { m_reserved = (blockBytes - getUsedMemorySize()) / recordSize; }
 
 private:
@@ -143,41 +142,41 @@ private:
     static constexpr unsigned recordSize = sizeof(record_t);
     static constexpr unsigned fixedSize = 8;
 
-    /// Places in the array, the first and the last of several.
-    struct Places {
+    /// Bounds for a search: the result is in [first, last].
+    struct Bounds {
         std::size_t first;
         std::size_t last;
     };
 
-    /// Where the first record that isn't below `key` is to be looked for.
-    ///
-    /// Keys are identifiers made at random.  Where one stands is told by its leading bits, but for about the square
-    /// root of the number of records, and so a search seldom reads from more than one page of a large array.  Keys that
-    /// are anything but random are found as well, in twice the steps.
-    [[nodiscard]] Places placesNear(const Key& key) const {
+    /// Interpolation search: keys are random identifiers, so their leading 32 bits predict the index to within O(sqrt
+    /// n), and a search of a large array rarely touches more than one page.  Returns bounds for lowerBound(), widened
+    /// exponentially when the guess misses; keys that are not random at most double the number of steps.
+    [[nodiscard]] Bounds interpolate(const Key& key) const {
         const auto guess = static_cast<std::size_t>(std::uint64_t{key.leadingBits()} * m_count >> 32U);
         std::size_t reach = std::size_t{1} << static_cast<unsigned>(std::bit_width(m_count)) / 2;
-        Places places{guess - std::min(guess, reach), std::min<std::size_t>(guess + reach, m_count)};
-        while (places.first > 0 && !isBelow(places.first - 1, key)) {
-            places.last = places.first - 1;
+        Bounds bounds{guess - std::min(guess, reach), std::min<std::size_t>(guess + reach, m_count)};
+        while (bounds.first > 0 && !isBelow(bounds.first - 1, key)) {
+            bounds.last = bounds.first - 1;
             reach *= 2;
-            places.first = places.last - std::min(places.last, reach);
+            bounds.first = bounds.last - std::min(bounds.last, reach);
         }
-        while (places.last < m_count && isBelow(places.last, key)) {
-            places.first = places.last + 1;
+        while (bounds.last < m_count && isBelow(bounds.last, key)) {
+            bounds.first = bounds.last + 1;
             reach *= 2;
-            places.last = std::min<std::size_t>(places.first + reach, m_count);
+            bounds.last = std::min<std::size_t>(bounds.first + reach, m_count);
         }
-        return places;
+        return bounds;
     }
 
-    /// The place of the first record whose key isn't below `key`.  Which part is left is a matter of arithmetic, not of
-    /// a branch: the outcome of a comparison is random, and each branch mispredicted costs as much as several
-    /// comparisons.  Memory is what takes time, and three keys come as fast as one, so each step leaves a quarter.
+    /// Index of the first record whose key is not less than `key`.
+    ///
+    /// Branchless 4-ary search: the outcome of a comparison is random, so a mispredicted branch costs as much as
+    /// several comparisons.  Three independent probes per step overlap their cache misses, and each step leaves a
+    /// quarter of the range.
     [[nodiscard]] std::size_t lowerBound(const Key& key) const {
-        const Places near = placesNear(key);
-        std::size_t first = near.first;
-        std::size_t count = near.last - first;
+        const Bounds bounds = interpolate(key);
+        std::size_t first = bounds.first;
+        std::size_t count = bounds.last - first;
         while (count >= 4) {
             const std::size_t quarter = count / 4;
             const auto below = [&](std::size_t i) { return std::size_t{isBelow(first + i * quarter - 1, key)}; };
@@ -192,8 +191,8 @@ private:
     [[nodiscard]] bool isBelow(std::size_t index, const Key& key) const { return Cmp1St()(begin()[index], key); }
 
     std::uint32_t m_count = 0;    ///< offset 0: records in use
-    std::uint32_t m_reserved = 1; ///< offset 4: free slots behind the last record
-    record_t m_first;             ///< offset 8: the first of all slots; the others follow it
+    std::uint32_t m_reserved = 1; ///< offset 4: free slots after the last record
+    record_t m_first;             ///< offset 8: the first slot; the others follow contiguously
 
     static_assert(offsetof(record_t, key) == 0);
     static_assert(offsetof(record_t, data) == QelRecordTable::keyBytes);

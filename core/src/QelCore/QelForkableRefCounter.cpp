@@ -7,14 +7,14 @@
 
 namespace Qel {
 
-/// The live objects of the process, a doubly linked list in no particular order.
+/// Registry of all live objects of the process: a doubly linked list in no particular order.
 struct ForkRegistry {
     std::mutex mutex;
     QelForkableRefCounter* first = nullptr;
-    /// In the child of a fork, the object to visit next; follows the list when a `reinit()` destroys that object.
+    /// Next object to visit in the child of a fork; advanced if a `reinit()` destroys that object.
     QelForkableRefCounter* cursor = nullptr;
 
-    /// Leaked on purpose: objects may still go while other static objects are being destroyed.
+    /// Leaked on purpose: objects may still be destroyed while other static objects are.
     static ForkRegistry& instance() {
         static ForkRegistry* registry = create();
         return *registry;

@@ -6,23 +6,23 @@
 
 namespace Qel {
 
-/// Base of reference-counted objects that must learn of a fork.
+/// Base of reference-counted objects that are notified of a fork.
 ///
-/// Every live object is known to one registry of the process.  In the child of a fork `reinit()` is called once on each
-/// of them, before fork() returns there; the parent notices nothing.  An object that nobody owns at that moment is
-/// passed over: another thread of the parent was making or destroying it, and in the child nobody will ever finish
-/// that.
+/// Every live object is in one process-wide registry.  In the child of a fork, `reinit()` is called once on each of
+/// them before fork() returns; the parent is not affected.  Objects without an owner at that moment are skipped:
+/// another thread of the parent was constructing or destroying them, which will never complete in the child.
 class QelForkableRefCounter : public QelRefCounter {
 public:
     QelForkableRefCounter();
     ~QelForkableRefCounter() override;
 
-    /// Gives up whatever belongs to the parent of a fork.  Runs in the child, on its only thread.  0 for success.
+    /// Releases everything that belongs to the parent of a fork.  Runs in the child, on its only thread.  Returns 0 on
+    /// success.
     virtual int reinit();
 
 protected:
-    /// A mutex that no thread holds across a fork: for state of the process that a child must find whole.  Nothing else
-    /// may be locked and no object of this class made or destroyed while it is held.
+    /// A mutex that is not held by any thread across a fork, for process-wide state that must be consistent in the
+    /// child.  While holding it, no other lock may be acquired and no object of this class constructed or destroyed.
     [[nodiscard]] static std::mutex& forkMutex();
 
 private:

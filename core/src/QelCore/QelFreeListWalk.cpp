@@ -11,50 +11,50 @@ const QelFreeListWalk::Step* QelFreeListWalk::Path::correct(const Step* step, He
     const bool remembered = step->offset <= heap.last;
     const std::uint32_t offset = remembered ? step->offset : step[-1].next;
     if (!remembered && offset == 0)
-        return standAside({}, 0);
+        return setDetour({}, 0);
     if (offset > heap.last) {
         isBroken = true;
-        return standAside({}, 0);
+        return setDetour({}, 0);
     }
     const Step seen = heap.read(offset);
-    if (!heap.leadsOn(seen)) {
+    if (!heap.isPlausible(seen)) {
         isBroken = true;
-        return standAside(seen, 0);
+        return setDetour(seen, 0);
     }
     if (!remembered)
-        return standAside(seen, unknown);
+        return setDetour(seen, unknown);
     learn(begin() + (step - begin()), seen);
     return step;
 }
 
-void QelFreeListWalk::Path::renew(const Step* step, Heap heap) noexcept {
-    if (step == m_aside.data() || step == m_aside.data() + 1)
+void QelFreeListWalk::Path::refresh(const Step* step, Heap heap) noexcept {
+    if (step == m_detour.data() || step == m_detour.data() + 1)
         return;
     const std::ptrdiff_t place = step - begin();
     for (Step* known = begin() + place - 1; known < end() && known <= begin() + place; ++known) {
         const Step seen = heap.read(known->offset);
-        if (!heap.leadsOn(seen))
+        if (!heap.isPlausible(seen))
             return;
         if (*known != seen)
             learn(known, seen);
     }
 }
 
-/// Where a walk stands that left the list, with the offset of what follows.
-const QelFreeListWalk::Step* QelFreeListWalk::Path::standAside(const Step& step, std::uint32_t nextOffset) noexcept {
-    m_aside = {step, Step{nextOffset}};
-    return m_aside.data();
+/// Makes `step`, which is not part of the remembered list, the current one, followed by the step at `nextOffset`.
+const QelFreeListWalk::Step* QelFreeListWalk::Path::setDetour(const Step& step, std::uint32_t nextOffset) noexcept {
+    m_detour = {step, Step{nextOffset}};
+    return m_detour.data();
 }
 
-/// Takes `seen` for `step`.  If that is followed by another block now, then most often one came between two known ones,
-/// or some went, so what comes behind them is kept.
+/// Replaces `step` by `seen`.  If its successor changed, most often one block was inserted between two known ones or a
+/// few were removed, so the remembered steps after them are kept.
 void QelFreeListWalk::Path::learn(Step* step, const Step& seen) noexcept {
-    constexpr std::ptrdiff_t mostGone = 8;
+    constexpr std::ptrdiff_t mostRemoved = 8;
     *step = seen;
     Step* const place = step + 1;
     if (place->offset == seen.next)
         return;
-    Step* const limit = place + std::min(mostGone, end() - place);
+    Step* const limit = place + std::min(mostRemoved, end() - place);
     Step* const known = std::find_if(place, limit, [&](const Step& other) { return other.offset == seen.next; });
     if (seen.next == 0)
         cut(place, 0);
@@ -66,7 +66,7 @@ void QelFreeListWalk::Path::learn(Step* step, const Step& seen) noexcept {
         insert(place, seen.next);
 }
 
-/// Forgets the steps from `place` on; `offset` tells what comes instead of them.
+/// Discards the steps from `place` on and ends the list with `offset`.
 void QelFreeListWalk::Path::cut(Step* place, std::uint32_t offset) noexcept {
     m_count = place - begin();
     *place = Step{offset};

@@ -10,27 +10,28 @@
 
 namespace Qel {
 
-/// A walk over the free blocks of a heap, in their order, by the thread that holds the file's lock.
+/// Traverses the free list of a heap in address order, on a thread that holds the file lock.
 ///
-/// Free blocks lie in a page each, and where one lies is known only when the one before has been read: a plain walk
-/// waits for memory at every step.  This one takes each block from the list as the thread saw it last, in whatever heap
-/// that was, and compares its head with the one in the file.  The processor so reads many at once, and nothing is
-/// believed that the file doesn't confirm: other processes may have changed the list meanwhile.
+/// Free blocks are usually in different pages, and the address of each is stored in the one before: a plain traversal
+/// stalls on a cache miss, often a TLB miss too, at every step.  This one predicts each block from the list that the
+/// thread saw last, in whichever heap, and compares the prediction with the block header in the file.  The loads are
+/// independent, so the processor overlaps them.  A prediction is never trusted without the comparison, since other
+/// processes may have changed the list.
 ///
-/// A step that leads out of the heap, or not upwards, is damage.  The walk ends there.  A thread has one walk at a
-/// time.
+/// A link that leads outside the heap or not to a higher address is damage and ends the traversal.  A thread has at
+/// most one traversal at a time.
 class QelFreeListWalk {
-    /// A block of the list, and its head as it was read.
+    /// A block of the list and its header as last read.
     struct Step {
-        std::uint32_t offset = 0; ///< from the sentinel, which is the step behind the last block, too
+        std::uint32_t offset = 0; ///< from the sentinel, which also terminates the list
         std::uint32_t next = 0;   ///< offset of the next block
-        std::uint32_t blocks = 0; ///< size in units; 0, which no block has, if the head isn't known
+        std::uint32_t blocks = 0; ///< size in units, never 0 in a block; 0 if the header is not known
 
         [[nodiscard]] bool operator==(const Step&) const = default;
     };
 
 public:
-    /// Where a walk stood.
+    /// A position in the list.
     class Place {
         friend class QelFreeListWalk;
         const Step* m_step = nullptr;
@@ -38,7 +39,7 @@ public:
 
     using block_ctrl = QelSharedMemoryManager::block_ctrl;
 
-    /// Stands at the first free block of the heap with that header.
+    /// Starts at the first free block of the heap with this header.
     explicit QelFreeListWalk(const QelSharedMemoryManager::header_t& header) noexcept
         : m_heap{reinterpret_cast<std::uintptr_t>(&header),
                  std::max<std::uintptr_t>(header.size, block_ctrl::headSize) - block_ctrl::headSize},
@@ -53,17 +54,17 @@ public:
     QelFreeListWalk& operator=(const QelFreeListWalk&) = delete;
 
     [[nodiscard]] bool atEnd() const noexcept { return m_step->offset == 0; }
-    /// Whether damage was met so far.
+    /// Whether damage has been found.
     [[nodiscard]] bool isBroken() const noexcept { return m_path.isBroken; }
 
-    /// The block where the walk stands; the sentinel at the end.
+    /// The current block; the sentinel at the end.
     [[nodiscard]] block_ctrl* block() const noexcept { return m_heap.block(m_step->offset); }
-    /// Its size in units.
+    /// Size of the current block in units.
     [[nodiscard]] std::uint32_t blocks() const noexcept { return m_step->blocks; }
-    /// The block before it in the list, or the sentinel.
+    /// The preceding block in the list, or the sentinel.
     [[nodiscard]] block_ctrl* previous() const noexcept { return m_heap.block(m_previous); }
 
-    /// Not at the end.
+    /// Requires !atEnd().
     void advance() noexcept {
         m_previous = m_step->offset;
         ++m_step;
@@ -77,13 +78,14 @@ public:
         return here;
     }
 
-    /// Tells that the caller changed the list right before, at, or right behind `place`, and that the walk is over.
-    void changedAt(Place place) noexcept { m_path.renew(place.m_step, m_heap); }
+    /// Updates the remembered list after the caller changed the free list immediately before, at or after `place`.  The
+    /// traversal must not be continued.
+    void changedAt(Place place) noexcept { m_path.refresh(place.m_step, m_heap); }
 
 private:
     struct Heap {
         std::uintptr_t base;
-        std::uintptr_t last; ///< offset where a block may begin at the latest
+        std::uintptr_t last; ///< highest offset at which a block may start
 
         [[nodiscard]] block_ctrl* block(std::uint32_t offset) const noexcept {
             return reinterpret_cast<block_ctrl*>(base + offset);
@@ -94,8 +96,8 @@ private:
             std::memcpy(&distance, static_cast<const void*>(&head->next), sizeof distance);
             return {offset, offset + distance, head->blocks};
         }
-        /// Whether a block can be what its head tells.  Rising offsets keep a walk from going round for ever.
-        [[nodiscard]] bool leadsOn(const Step& step) const noexcept {
+        /// Whether the block header is valid in itself.  Strictly ascending offsets rule out cycles.
+        [[nodiscard]] bool isPlausible(const Step& step) const noexcept {
             const bool rises = step.next > step.offset && step.next <= last;
             return step.blocks != 0 && (step.next == 0 || (rises && step.next % QelSharedMemoryManager::unitSize == 0));
         }
@@ -104,10 +106,10 @@ private:
         }
     };
 
-    /// A free list as a thread saw it last, from the sentinel on, as far as there is room.
+    /// The free list as a thread saw it last, starting with the sentinel, up to `capacity` steps.
     ///
-    /// It is apart from the walk, and takes a Heap by value, so that no pointer to the walk exists: the compiler keeps
-    /// that in registers.
+    /// Separate from the traversal, and takes Heap by value, so that no pointer to the traversal escapes and the
+    /// compiler keeps it in registers.
     class Path {
     public:
         static Path& ofThisThread() noexcept;
@@ -116,17 +118,18 @@ private:
             isBroken = false;
             return m_steps.data();
         }
-        /// `step`, where a walk in `heap` stands, as it is in the file.  It isn't known, or differs.
+        /// Returns the step that the file contains in place of `step`, whose prediction failed or is missing.  Sets
+        /// isBroken if the file is damaged.
         const Step* correct(const Step* step, Heap heap) noexcept;
 
-        /// Reads anew what stands around `step`.
-        void renew(const Step* step, Heap heap) noexcept;
+        /// Re-reads the steps around `step`.
+        void refresh(const Step* step, Heap heap) noexcept;
 
         bool isBroken = false;
 
     private:
         static constexpr std::ptrdiff_t capacity = 1024;
-        /// An offset that isn't remembered.  No heap is that large.
+        /// Offset of a step that is not remembered.  No heap is that large.
         static constexpr std::uint32_t unknown = ~std::uint32_t{0};
 
         [[nodiscard]] Step* begin() noexcept { return m_steps.data(); }
@@ -135,13 +138,13 @@ private:
         void learn(Step* step, const Step& seen) noexcept;
         void cut(Step* place, std::uint32_t offset) noexcept;
         void insert(Step* place, std::uint32_t offset) noexcept;
-        [[nodiscard]] const Step* standAside(const Step& step, std::uint32_t nextOffset) noexcept;
+        [[nodiscard]] const Step* setDetour(const Step& step, std::uint32_t nextOffset) noexcept;
 
-        /// The sentinel and the blocks behind it; at `m_count` the end of the list, or a step that isn't known.
+        /// The sentinel and the blocks after it; the element at `m_count` is the end of the list or an unknown step.
         std::array<Step, capacity + 1> m_steps{};
         std::ptrdiff_t m_count = 1;
-        /// A step that isn't one of the list above, and what follows it.
-        std::array<Step, 2> m_aside{};
+        /// A step that is not in m_steps, and its successor.
+        std::array<Step, 2> m_detour{};
     };
 
     Heap m_heap;

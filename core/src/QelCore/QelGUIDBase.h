@@ -9,12 +9,12 @@
 
 namespace Qel {
 
-/// A 128-bit identifier: 16 bytes, whose canonical text is the lower-case 8-4-4-4-12 form of the bytes in order.
+/// A 128-bit identifier: 16 bytes.  Its string form is the bytes in order, in lower-case 8-4-4-4-12 notation.
 ///
-/// It lies in files that processes of 32 and 64 bits map at once, so its form in memory is a format: the 16 bytes in
-/// order, aligned to 4.  Its first half is bytes 0 to 7 and its second half bytes 8 to 15, each a little-endian 64-bit
-/// number; identifiers are ordered by the first half and then by the second, both unsigned.  Sorted tables in those
-/// files depend on that order.
+/// It is stored in files that 32-bit and 64-bit processes map at the same time, so its memory layout is a format: the
+/// 16 bytes in order, aligned to 4.  The first half is bytes 0 to 7 and the second half bytes 8 to 15, each a
+/// little-endian 64-bit number.  Identifiers are ordered by the first half, then by the second, both unsigned.  Sorted
+/// tables in those files depend on this order.
 class QelGUIDBase {
 public:
     static constexpr std::size_t byteCount = 16;
@@ -28,27 +28,27 @@ public:
         : QelGUIDBase(std::bit_cast<QelGUIDBase>(
               Halves{static_cast<std::uint64_t>(first), static_cast<std::uint64_t>(second)})) {}
 
-    /// Becomes a new identifier that no other one equals, from libuuid; never null.
+    /// Assigns a new unique identifier from libuuid; never null.
     void generate() noexcept;
 
-    /// The canonical text: 36 characters.
+    /// Returns the canonical 36-character string.
     [[nodiscard]] std::string toString() const;
 
-    /// Becomes what `text` says: the canonical form and nothing else, in either case of letters.  -1, and unchanged,
-    /// for any other text and for a null pointer.
+    /// Parses the canonical form, upper or lower case, and nothing else.  Returns -1 and leaves the identifier
+    /// unchanged for any other string or a null pointer.
     [[nodiscard]] int fromString(const char* text) noexcept;
 
     /// True unless this is the null identifier.
     [[nodiscard]] constexpr bool isValid() const noexcept { return *this != QelGUIDBase(); }
 
-    /// The two halves.
+    /// Returns the two halves.
     constexpr void getData(unsigned long long& first, unsigned long long& second) const noexcept {
         const Halves all = halves();
         first = all.first;
         second = all.second;
     }
 
-    /// The 32 bits by which identifiers are ordered before all others.
+    /// The 32 most significant bits in the order of identifiers.
     [[nodiscard]] constexpr std::uint32_t leadingBits() const noexcept { return m_words[1]; }
 
     friend constexpr bool operator==(const QelGUIDBase& a, const QelGUIDBase& b) noexcept {
@@ -59,7 +59,7 @@ public:
         const Halves y = b.halves();
         return x.first != y.first ? x.first <=> y.first : x.second <=> y.second;
     }
-    /// Told apart from the three-way form because it is the inner step of every search of a sorted table.
+    /// Separate from the three-way comparison because it is the inner loop of every search in a sorted table.
     friend constexpr bool operator<(const QelGUIDBase& a, const QelGUIDBase& b) noexcept {
         const Halves x = a.halves();
         const Halves y = b.halves();

@@ -7,7 +7,7 @@ namespace Qel {
 
 namespace {
 
-/// False for a text with a sign, too.
+/// Rejects signs.
 bool parseDigits(const std::string& text, unsigned int& number) noexcept {
     return !text.starts_with('+') && parseNumber(text, number);
 }

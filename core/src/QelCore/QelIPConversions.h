@@ -4,15 +4,15 @@
 
 namespace Qel {
 
-/// The number of an IPv4 address (see QelIPv4::numeric) from a dotted quad, or any number from its decimal digits,
-/// since a prefix length may stand where a mask does; 0 for every other text.
+/// Parses a dotted quad to the number of the address (see QelIPv4::numeric), or decimal digits to that number, since a
+/// prefix length may be given instead of a mask.  Returns 0 for any other string.
 [[nodiscard]] unsigned int strToIp(const std::string& text) noexcept;
 
-/// Dotted quad of such a number.
+/// Returns the dotted quad of a number as returned by strToIp.
 [[nodiscard]] std::string ipToStr(const unsigned int& ip);
 
-/// Stores in `*dotted` the IPv4 mask of `netmask` as a dotted quad, if `netmask` is a prefix length of 0 to 32.  Every
-/// other text, a dotted mask and the empty one among them, is stored as it is.
+/// Converts a prefix length of 0 to 32 in `netmask` to the IPv4 mask as a dotted quad, stored in `*dotted`.  Any other
+/// string, including a dotted mask or an empty one, is copied unchanged.
 void convertNetmaskToIPFormat(const std::string& netmask, std::string* dotted);
 
 } // namespace Qel

@@ -26,7 +26,7 @@ int QelIPv4::compare(const QelIPv4& other) const noexcept {
 
 QelIPv4 QelIPv4::getNetworkMask(unsigned long prefix) noexcept {
     constexpr std::uint32_t allOnes = ~std::uint32_t{0};
-    // A shift by the full width isn't defined.
+    // A shift by the full width is undefined.
     if (prefix == 0)
         return QelIPv4();
     return QelIPv4(prefix < bits ? allOnes << (bits - prefix) : allOnes);

@@ -14,21 +14,21 @@ public:
 
     /// 0.0.0.0.
     constexpr QelIPv4() noexcept = default;
-    /// From a number whose highest byte is the first of the dotted quad.
+    /// From a number whose most significant byte is the first of the dotted quad.
     explicit constexpr QelIPv4(std::uint32_t numeric) noexcept : m_numeric(numeric) {}
-    /// From a dotted quad of decimal numbers; 0.0.0.0 for any other text.
+    /// From a dotted quad of decimal numbers; 0.0.0.0 for any other string.
     explicit QelIPv4(const std::string& text) noexcept { static_cast<void>(fromString(text)); }
 
-    /// Becomes what the dotted quad `text` says.  -1, and unchanged, for any other text.
+    /// Parses a dotted quad.  Returns -1 and leaves the address unchanged for any other string.
     [[nodiscard]] int fromString(const std::string& text) noexcept;
 
-    /// Dotted quad.
+    /// Returns the dotted quad.
     [[nodiscard]] std::string toString() const;
 
-    /// The number whose highest byte is the first of the dotted quad.
+    /// The number whose most significant byte is the first of the dotted quad.
     [[nodiscard]] constexpr std::uint32_t numeric() const noexcept { return m_numeric; }
 
-    /// -1, 0 or 1, by number.
+    /// Three-way comparison by number: -1, 0 or 1.
     [[nodiscard]] int compare(const QelIPv4& other) const noexcept;
 
     friend constexpr bool operator==(const QelIPv4&, const QelIPv4&) = default;
@@ -36,10 +36,10 @@ public:
         return a.m_numeric <=> b.m_numeric;
     }
 
-    /// The mask of this many leading ones; 255.255.255.255 for a prefix above 32.
+    /// The mask with `prefix` leading ones; 255.255.255.255 for a prefix above 32.
     [[nodiscard]] static QelIPv4 getNetworkMask(unsigned long prefix) noexcept;
 
-    /// How many ones a dotted mask begins with, 0 to 32; 0 for a text that is no dotted quad.
+    /// Number of leading ones of a dotted mask, 0 to 32; 0 if `mask` is not a dotted quad.
     [[nodiscard]] static unsigned getPerfixLength(const std::string& mask) noexcept;
 
 private:

@@ -16,7 +16,7 @@ public:
     /// Number of bits; the longest prefix.
     static constexpr unsigned bits = 128;
 
-    /// The address in four numbers, the highest first.
+    /// The address as four numbers, most significant first.
     using Words = std::array<std::uint32_t, 4>;
 
     /// The any address, "::".
@@ -24,15 +24,15 @@ public:
     explicit constexpr QelIPv6(const Words& words) noexcept : m_words(words) {}
     /// The IPv4-compatible address (RFC 4291, 2.5.5.1): 96 zeros and the 32 bits of `address`.
     explicit constexpr QelIPv6(const QelIPv4& address) noexcept : m_words{0, 0, 0, address.numeric()} {}
-    /// From the text of an IPv6 address, or of an IPv4 address, which gives the IPv4-compatible one; the any address
-    /// for any other text, and so for one with a zone or a prefix.
+    /// From the string form of an IPv6 address, or of an IPv4 address, which yields the IPv4-compatible one.  The any
+    /// address for any other string, including one with a zone or a prefix length.
     explicit QelIPv6(const std::string& text) noexcept;
 
-    /// Canonical text (RFC 5952): lower case, the longest run of zeros as "::", an IPv4-compatible address with a
-    /// dotted quad at its end.
+    /// Returns the canonical form (RFC 5952): lower case, the longest run of zeros as "::", an IPv4-compatible address
+    /// with a trailing dotted quad.
     [[nodiscard]] std::string toString() const;
 
-    /// -1, 0 or 1, by number.
+    /// Three-way comparison by number: -1, 0 or 1.
     [[nodiscard]] int compare(const QelIPv6& other) const noexcept;
 
     [[nodiscard]] constexpr bool isAny() const noexcept { return *this == QelIPv6(); }
@@ -43,21 +43,21 @@ public:
         return a.m_words <=> b.m_words;
     }
 
-    /// True if the text can only be meant as an IPv6 address, whether or not it is a correct one: it holds a colon.
+    /// Whether the string contains a colon, so that it can only be meant as an IPv6 address, valid or not.
     [[nodiscard]] static bool isResembling(const std::string& text) noexcept;
 
 private:
     Words m_words{};
 };
 
-/// Kinds of IPv6 addresses that carry another address in them.
+/// IPv6 address formats that embed another address.
 namespace IPv6Format {
 
 /// An address of the form ::a.b.c.d.
 class IPv4Compatible {
 public:
-    /// Null unless `address` is one.  The any address and the loopback address ::1 aren't, though they begin with 96
-    /// zeros (RFC 4291, 2.5.2 and 2.5.3).
+    /// Returns null unless `address` is IPv4-compatible.  The any address and the loopback address ::1 are not,
+    /// although they start with 96 zeros (RFC 4291, 2.5.2 and 2.5.3).
     [[nodiscard]] static std::unique_ptr<IPv4Compatible> test(const QelIPv6& address);
 
     [[nodiscard]] QelIPv4 v4() const noexcept { return m_v4; }

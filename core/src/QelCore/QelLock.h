@@ -4,8 +4,8 @@
 
 namespace Qel {
 
-/// A lock among the threads of one process, which the thread that holds it may take again; it is free when it has been
-/// given back as often.  A static one is usable before and while static objects are initialised.
+/// A recursive mutex for the threads of one process.  With static storage duration it is usable before and during
+/// static initialisation.
 class QelLock {
 public:
     constexpr QelLock() = default;
@@ -19,7 +19,7 @@ private:
     std::recursive_mutex m_mutex;
 };
 
-/// Holds a lock of any kind with `lock()` and `unlock()` for its own lifetime.
+/// Scoped guard for any type with `lock()` and `unlock()`.
 template <class Lock> using QelGuardT = std::lock_guard<Lock>;
 
 } // namespace Qel

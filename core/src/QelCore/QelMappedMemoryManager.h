@@ -9,23 +9,24 @@
 
 namespace Qel {
 
-/// The heap of QelSharedMemoryManager over a mapped file, together with what holds the mapping and what locks the file.
+/// The heap of QelSharedMemoryManager in a mapped file, with the types that own the mapping and lock the file.
 class QelMappedMemoryManager : public QelSharedMemoryManager {
 public:
     using QelSharedMemoryManager::QelSharedMemoryManager;
 
-    /// One mapping of a file.  Its size never changes: whoever wants more of the file makes another Storage from it.
+    /// One mapping of a file.  Its size never changes; to map more of the file, create another Storage from it.
     class Storage : public QelMemoryMappedFile {
     public:
-        /// Nothing is mapped yet.
+        /// Maps nothing.
         explicit Storage(const std::string& name);
 
-        /// Maps the first `size` bytes of the file, which is opened or created by name, or is that of `other`.  Gives
-        /// back the base address, or null when the file can't be mapped after 100 attempts.  If something is mapped
-        /// already it is flushed, and null given back.
+        /// Maps the first `size` bytes of the file of `other`, or of the file opened or created by name if `other` is
+        /// null.  Returns the base address, or null if mapping fails 100 times.  If this object has a mapping already,
+        /// flushes it and returns null.
         [[nodiscard]] void* getStorage(unsigned size, const Storage* other);
 
-        /// Base of `other` minus own base: what turns an address in this mapping into one in that.
+        /// Base of `other` minus the own base: add it to an address in this mapping to get the address in the other
+        /// one.
         [[nodiscard]] std::ptrdiff_t getDifference(const Storage* other) const noexcept {
             return static_cast<std::ptrdiff_t>(reinterpret_cast<std::uintptr_t>(other->getMemory()) -
                                                reinterpret_cast<std::uintptr_t>(getMemory()));
@@ -34,7 +35,7 @@ public:
         int syncStorage() { return syncMemory(); }
         int protect(bool readOnly) { return protectMemory(readOnly); }
 
-        /// The file's lock.
+        /// Acquires or releases the file lock.
         int lock() { return QelMemoryMappedFile::lock(false); }
         int unlock() { return QelMemoryMappedFile::unlock(); }
 
@@ -42,7 +43,7 @@ public:
         std::string m_name;
     };
 
-    /// The place of the lock in a file's header.  It keeps no state there: the lock is that of the file itself.
+    /// Placeholder for the lock in the file header.  It has no state there: the lock is the lock of the file itself.
     class Lock {
     public:
         static int lock(Storage* storage) { return storage->lock(); }
@@ -53,7 +54,7 @@ public:
     };
 };
 
-static_assert(sizeof(QelMappedMemoryManager) == sizeof(QelSharedMemoryManager), "adds nothing to the file");
+static_assert(sizeof(QelMappedMemoryManager) == sizeof(QelSharedMemoryManager), "adds nothing to the file format");
 static_assert(sizeof(QelMappedMemoryManager::Lock) == 4);
 
 } // namespace Qel

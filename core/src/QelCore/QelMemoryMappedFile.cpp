@@ -25,7 +25,7 @@ namespace Qel {
 
 namespace {
 
-/// Device and inode: what makes two descriptors the same file.
+/// Device and inode: identifies the file of a descriptor.
 using FileIdentity = std::pair<dev_t, ino_t>;
 
 int fail(const char* operation, const char* name, int error) {
@@ -33,7 +33,7 @@ int fail(const char* operation, const char* name, int error) {
     return -1;
 }
 
-/// Runs a call that gives a negative result and EINTR when a signal handler came between, until it isn't interrupted.
+/// Repeats a system call while it fails with EINTR.
 template <class Call> auto uninterrupted(Call call) {
     auto result = call();
     while (result < 0 && errno == EINTR)
@@ -41,7 +41,7 @@ template <class Call> auto uninterrupted(Call call) {
     return result;
 }
 
-/// A descriptor, closed with its object; -1 when there is none.
+/// An owned file descriptor; -1 if none.
 class Descriptor {
 public:
     explicit Descriptor(int number = -1) noexcept : m_number(number) {}
@@ -62,17 +62,17 @@ private:
     int m_number;
 };
 
-/// Writes zeros from one offset of a file to another, or to the last 16 MiB before that, for the kernel to have them in
-/// memory.  A file that can't be written to stays as it is.
+/// Prefaults the range [from, to) of a file, at most its last 16 MiB, by writing zeros.  Write errors are ignored: the
+/// file stays as it is.
 ///
-/// The kernel keeps what one call writes as one piece, with one fault for several pages and one count of them, where it
-/// takes memory that is touched page by page.  Larger pieces would cost more with the first write to each, for which
-/// the file system looks at every block of them.
+/// The page cache keeps the data of one write() as one folio, with one page fault and one reference count for several
+/// pages, whereas touching the mapping allocates page by page.  Larger pieces would make the first write to each more
+/// expensive, because the file system examines every block of the folio.
 void writeZeros(int descriptor, std::uint64_t from, std::uint64_t to) {
-    constexpr std::uint64_t most = std::uint64_t{16} << 20U;
+    constexpr std::uint64_t maxBytes = std::uint64_t{16} << 20U;
     constexpr std::uint64_t piece = std::uint64_t{64} << 10U;
     static std::array<char, piece> zeros; // never written to
-    std::uint64_t at = std::max(from, to - std::min(to, most));
+    std::uint64_t at = std::max(from, to - std::min(to, maxBytes));
     while (at < to) {
         const auto count = static_cast<std::size_t>(std::min(to - at, piece - at % piece));
         if (uninterrupted([&] { return pwrite(descriptor, zeros.data(), count, static_cast<off_t>(at)); }) < 0)
@@ -81,15 +81,15 @@ void writeZeros(int descriptor, std::uint64_t from, std::uint64_t to) {
     }
 }
 
-/// Whether a file of `size` bytes is longer than the process may make one.  The kernel ends a process that does so
-/// beyond the limit with SIGXFSZ, unless that is ignored, so this is asked first.
+/// Whether `size` exceeds the file size limit of the process.  Extending a file beyond it raises SIGXFSZ, so the limit
+/// is checked first.
 bool isBeyondLimit(std::uint64_t size) {
     struct rlimit limit {};
     return getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY && size > limit.rlim_cur;
 }
 
-/// Excludes the threads of one process from each other; flock alone doesn't, since they share the descriptor.  The
-/// operations give 0 or an error number.
+/// Mutual exclusion of the threads of one process, which flock does not provide because they share the descriptor.
+/// Operations return 0 or an error number.
 class ThreadLock {
 public:
     int lock() {
@@ -118,7 +118,7 @@ public:
     }
 
 private:
-    /// For the calling thread: others may change the owner meanwhile, but never to it nor from it.
+    /// Only for the calling thread: other threads may change the owner concurrently, but not to or from this thread.
     [[nodiscard]] bool isOwnedBy(std::thread::id thread) const noexcept {
         return m_owner.load(std::memory_order_relaxed) == thread;
     }
@@ -129,17 +129,17 @@ private:
 
 } // namespace
 
-/// A file that this process has open: once for mapping it, once for locking it.
+/// A file opened twice by this process: once for mapping it, once for locking it.
 ///
-/// flock belongs to what one call of open() made, not to the descriptor, and a mapping keeps that alive just as a
-/// descriptor does.  A child keeps its mappings, so what they were made through must never carry the lock.
+/// flock belongs to the open file description, not to the descriptor, and a mapping keeps the description alive as a
+/// descriptor does.  A forked child keeps its mappings, so the description used for mapping must never hold the lock.
 class QelMemoryMappedFile::OpenFile : public QelForkableRefCounter {
 public:
-    /// Opens or creates the file; null, with the error message set, when that isn't possible.
+    /// Opens or creates the file.  Returns null with the error message set on failure.
     static boost::intrusive_ptr<OpenFile> open(const std::string& name) {
         Descriptor forMapping = openDescriptor(name, O_RDWR);
         if (!forMapping.isOpen() && errno == ENOENT)
-            forMapping = openDescriptor(name, O_RDWR | O_CREAT); // asked for second, as it makes others wait
+            forMapping = openDescriptor(name, O_RDWR | O_CREAT); // not tried first: O_CREAT locks the directory
         Descriptor forLocking = forMapping.isOpen() ? openDescriptor(name, O_RDONLY) : Descriptor();
         if (!forLocking.isOpen()) {
             fail("cannot open", name.c_str(), errno);
@@ -152,7 +152,7 @@ public:
             error = EINVAL;
         const FileIdentity identity(mapped.st_dev, mapped.st_ino);
         if (!error && identity != FileIdentity(locked.st_dev, locked.st_ino))
-            error = ESTALE; // somebody put another file in its place meanwhile
+            error = ESTALE; // replaced between the two opens
         if (error) {
             fail("cannot use", name.c_str(), error);
             return nullptr;
@@ -160,14 +160,14 @@ public:
         return new OpenFile(name, std::move(forMapping), std::move(forLocking), identity);
     }
 
-    /// Extends the file to at least `size` bytes and allocates as many of them on disk.  `reserved` tells how many are
-    /// allocated then: `size`, or all of a longer file that has no holes.
+    /// Extends the file to at least `size` bytes and allocates disk blocks for them.  Sets `reserved` to the number of
+    /// allocated bytes: `size`, or the length of a longer file without holes.
     int reserve(unsigned size, std::uint64_t& reserved) {
         reserved = size;
         struct stat status {};
         if (fstat(m_forMapping.get(), &status))
             return fail("cannot extend", m_name.c_str(), errno);
-        // The common case of an existing file without holes needs no more than that.  st_blocks counts 512 bytes each.
+        // Fast path: an existing file without holes. st_blocks counts units of 512 bytes.
         constexpr std::uint64_t statBlockSize = 512;
         const auto length = static_cast<std::uint64_t>(status.st_size);
         if (length >= size && static_cast<std::uint64_t>(status.st_blocks) * statBlockSize >= length) {
@@ -182,15 +182,15 @@ public:
             return fail("cannot extend", m_name.c_str(), errno);
         if (length >= size)
             return 0;
-        // A file system that can't allocate: the C library writes to each new block instead, so only beyond the end,
-        // where no other process has anything yet.
+        // The file system has no fallocate. posix_fallocate emulates it by writing to each block, so call it only
+        // beyond the end, where no other process has data.
         int error = EINTR;
         while (error == EINTR)
             error = posix_fallocate(m_forMapping.get(), status.st_size, static_cast<off_t>(size - length));
         return error ? fail("cannot extend", m_name.c_str(), error) : 0;
     }
 
-    /// Extends the file to at least `size` bytes.  Nobody else does so meanwhile.
+    /// Extends the file to at least `size` bytes.  Must not run concurrently in another process.
     int extend(unsigned size) {
         const std::uint64_t length = this->size();
         std::uint64_t reserved = 0;
@@ -247,11 +247,11 @@ public:
     }
 
 private:
-    /// One ThreadLock for each file that is open here, whatever the number of its descriptors.  A child starts with
-    /// none, as those of its parent may be held by threads that it doesn't have.
+    /// One ThreadLock per file that is open in this process, shared by all its descriptors.  A forked child starts with
+    /// an empty map, because threads that the child does not have may hold the locks of its parent.
     using ThreadLocks = std::map<FileIdentity, std::weak_ptr<ThreadLock>>;
 
-    /// Guarded by forkMutex().  Leaked on purpose, like the registry behind that.
+    /// Guarded by forkMutex().  Leaked on purpose, like the fork registry.
     static ThreadLocks& threadLocks() {
         static auto* locks = new ThreadLocks;
         return *locks;
@@ -276,7 +276,7 @@ private:
         return Descriptor(uninterrupted([&] { return ::open(name.c_str(), flags | O_CLOEXEC | O_NOCTTY, ownerOnly); }));
     }
 
-    /// In the child of a fork, whose parent this file belongs to.
+    /// Whether this is the child of a fork and the file belongs to its parent.
     [[nodiscard]] bool isOrphan() const noexcept { return !m_forLocking.isOpen(); }
 
     std::string m_name;
@@ -286,22 +286,22 @@ private:
     std::shared_ptr<ThreadLock> m_threads;
 };
 
-/// Pages of a file in memory, as long as somebody shows them.
+/// A mapped range of a file, shared by the objects that use it.
 class QelMemoryMappedFile::Pages {
 public:
-    /// Maps `size` bytes at least, of a file of which `reserved` bytes are allocated; null, with the error message set,
-    /// when that isn't possible.
+    /// Maps at least `size` bytes of a file of which `reserved` bytes are allocated.  Returns null with the error
+    /// message set on failure.
     ///
-    /// A file that isn't large is mapped whole, and with that, behind the end of one that will soon be, addresses for
-    /// what it grows by: each new mapping costs a page fault for every page that is used again.
+    /// A file up to 64 MiB is mapped completely; from 1 MiB on, the mapping extends past the end of the file so that
+    /// growth needs no new mapping.  Each new mapping costs a minor page fault per page that is touched again.
     static std::shared_ptr<const Pages> map(OpenFile& file, unsigned size, std::uint64_t reserved, void* hint) {
-        constexpr unsigned mostAtOnce = 64U << 20U; // more would be felt in the address space of 32 bits
-        constexpr unsigned growsSoon = 1U << 20U;
-        constexpr unsigned roomToGrow = 4;
+        constexpr unsigned maxMapping = 64U << 20U; // keeps a 32-bit address space usable
+        constexpr unsigned minToGrow = 1U << 20U;
+        constexpr unsigned growthFactor = 4;
         unsigned wanted = size;
-        if (reserved <= mostAtOnce) {
+        if (reserved <= maxMapping) {
             const auto length = static_cast<unsigned>(reserved);
-            wanted = length < growsSoon ? length : std::min(length * roomToGrow, mostAtOnce);
+            wanted = length < minToGrow ? length : std::min(length * growthFactor, maxMapping);
         }
         void* memory = file.map(wanted, hint);
         if (!memory && wanted > size)
@@ -317,7 +317,7 @@ public:
 
     [[nodiscard]] void* memory() const noexcept { return m_memory; }
     [[nodiscard]] bool cover(unsigned size) const noexcept { return size <= m_size; }
-    /// Whether `size` bytes were allocated on disk when this was mapped.
+    /// Whether `size` bytes were allocated on disk at the time of mapping.
     [[nodiscard]] bool areReserved(unsigned size) const noexcept { return size <= m_reserved; }
 
 private:
@@ -348,7 +348,7 @@ int QelMemoryMappedFile::remap(unsigned size, void* hint, const QelMemoryMappedF
         if (const int failed = other->m_file->reserve(size, reserved))
             return failed;
     m_file = other->m_file;
-    show(other->m_pages, size);
+    adopt(other->m_pages, size);
     return 0;
 }
 
@@ -368,11 +368,11 @@ int QelMemoryMappedFile::mapOpenFile(const boost::intrusive_ptr<OpenFile>& file,
     if (!pages)
         return -1;
     m_file = file;
-    show(std::move(pages), size);
+    adopt(std::move(pages), size);
     return 0;
 }
 
-void QelMemoryMappedFile::show(std::shared_ptr<const Pages> pages, unsigned size) {
+void QelMemoryMappedFile::adopt(std::shared_ptr<const Pages> pages, unsigned size) {
     m_pages = std::move(pages);
     m_memory = m_pages->memory();
     m_size = size;

@@ -8,16 +8,16 @@
 
 namespace Qel {
 
-/// How a file is opened when it isn't there yet.
+/// Whether a file is created.
 enum eFileOptions { fileOpenOrCreate = 2 };
-/// What the mapping permits.
+/// Access rights of the mapping.
 enum eAccessOptions { accessReadWrite = 1 };
-/// How the length of the mapping is found.
+/// How the length of the mapping is determined.
 enum eMapSize { mapSizeAsAsked = 1 };
 
-/// How QelMemoryMappedFile::map opens and maps.  Only the enumerators above exist; anything else is refused.
+/// Options of QelMemoryMappedFile::map.  Only the enumerators above are supported; other values are rejected.
 struct tFileMappingOptions {
-    /// Everybody else may read, write and remove the file meanwhile: bits 1, 2 and 4.
+    /// Other processes may read, write and remove the file concurrently: bits 1, 2 and 4.
     static constexpr int shareAll = 7;
 
     constexpr tFileMappingOptions(int sharing, eFileOptions fileOptions, eAccessOptions accessOptions, eMapSize sizing)
@@ -31,15 +31,14 @@ struct tFileMappingOptions {
 
 /// One shared, writable mapping of a file, and the lock of that file.
 ///
-/// The file stays open as long as one of its mappings, and a mapping made by `remap` shares it with the one that it was
-/// made from.  A file that isn't large is mapped whole at once, and with room behind its end, whatever part of it was
-/// asked for, so that a `remap` to more of it often costs next to nothing: the two objects then show the same pages at
-/// the same addresses.  The child of a fork keeps its mappings, but the descriptors that it inherited are closed at
-/// once, and locking through them fails: if they merely lived on in a child they would keep the lock of a parent that
-/// died.
+/// The file stays open as long as any of its mappings; a mapping made by `remap` shares the open file with its origin.
+/// A file of moderate size is mapped completely, with room past its end, regardless of the size requested, so a `remap`
+/// to a larger size often costs almost nothing: both objects then share one range of pages at the same address.  The
+/// child of a fork keeps its mappings, but the inherited descriptors are closed immediately and locking through them
+/// fails: if they stayed open in a child, they would keep the lock of a parent that died.
 ///
-/// Operations that fail return a nonzero value and leave a text with setErrorMessage.  One object belongs to one thread
-/// at a time, except for `lock` and `unlock`.
+/// Operations return nonzero on failure and call setErrorMessage.  An object may be used by one thread at a time,
+/// except for `lock` and `unlock`.
 class QelMemoryMappedFile {
 public:
     QelMemoryMappedFile() noexcept;
@@ -47,51 +46,50 @@ public:
     QelMemoryMappedFile& operator=(const QelMemoryMappedFile&) = delete;
     ~QelMemoryMappedFile();
 
-    /// Opens the regular file `name`, or creates it for its owner alone, extends it to at least `size` bytes and maps
-    /// the first `size` bytes, near `hint` if that isn't null.  What is added to the file reads as zero.  Disk space
-    /// for every mapped byte is allocated first, so that a full disk is a failure here and not a signal at some later
-    /// write.
+    /// Opens the regular file `name`, or creates it with access for its owner only, extends it to at least `size` bytes
+    /// and maps the first `size` bytes, near `hint` if not null.  Added bytes read as zero.  Disk space for every
+    /// mapped byte is allocated first, so a full disk is a failure of this call, not a SIGBUS on a later write.
     int map(const std::string& name, unsigned size, const tFileMappingOptions& options, void* hint);
 
-    /// Maps the first `size` bytes of the file that `other` maps, extending it as `map` does, whatever has become of
-    /// its name.  `other` stays as it is.
+    /// Maps the first `size` bytes of the file that `other` maps, even if its name has been removed, extending it as
+    /// `map` does.  `other` is unchanged.
     int remap(unsigned size, void* hint, const QelMemoryMappedFile* other);
 
-    /// Opens nothing and maps nothing, but shares the file of `other`, to lock it.
+    /// Shares the open file of `other` for locking, without mapping it.
     void share(const QelMemoryMappedFile& other);
 
-    /// Start of the mapping, page-aligned; null if nothing is mapped.
+    /// Start address of the mapping, page-aligned; null if nothing is mapped.
     [[nodiscard]] void* getMemory() const noexcept { return m_memory; }
 
-    /// Bytes mapped; 0 if nothing is.
+    /// Size of the mapping in bytes; 0 if nothing is mapped.
     [[nodiscard]] unsigned getSize() const noexcept { return m_size; }
 
-    /// Whether the file has `size` bytes, to which other processes may have extended it; false if nothing is mapped.
+    /// Whether the file is at least `size` bytes long, including growth by other processes; false if nothing is mapped.
     [[nodiscard]] bool isInFile(unsigned size) const;
 
     /// Whether `other` maps the same file.
     [[nodiscard]] bool isSameFile(const QelMemoryMappedFile& other) const noexcept;
 
-    /// Hands what was written to the kernel for writing back, without waiting for the disk.  All mappings of a file
-    /// show the same pages anyway; this only shortens the time until they are on disk.
+    /// Starts writeback of modified pages without waiting for the disk (MS_ASYNC).  Not needed for visibility: all
+    /// mappings of a file share the same pages.
     int syncMemory();
 
-    /// Extends the file to at least `size` bytes, as `map` does, for a caller that holds its lock, so that nobody else
-    /// does meanwhile.  What is new, or its last 16 MiB, is in memory then: the first use of a page costs a fraction
-    /// of what it does in a file that `map` or `remap` extended.
+    /// Extends the file to at least `size` bytes, as `map` does.  The caller must hold the file lock, so that no other
+    /// process extends it concurrently.  The added range, or its last 16 MiB, is prefaulted into the page cache: the
+    /// first access to a page costs a fraction of that in a file extended by `map` or `remap`.
     int extend(unsigned size);
 
-    /// Makes the mapping read-only, or writable again, for every object that shows the same pages.
+    /// Makes the mapping read-only, or writable again, for every object that shares its pages.
     int protectMemory(bool readOnly);
 
-    /// Takes the file's exclusive lock, against every thread of every process.  With `tryOnly` it fails instead of
-    /// waiting.  A thread that holds the lock and asks again is refused.
+    /// Acquires the exclusive lock of the file against all threads of all processes.  With `tryOnly` it fails instead
+    /// of waiting.  Fails if the calling thread already holds the lock.
     int lock(bool tryOnly);
 
-    /// Gives the lock back, on the thread that took it.  The kernel does so for a process that dies.
+    /// Releases the lock, on the thread that acquired it.  If the process dies, the kernel releases it.
     int unlock();
 
-    /// Bytes of a page of memory.
+    /// Memory page size in bytes.
     [[nodiscard]] static unsigned getMemoryPageSize() noexcept;
 
 private:
@@ -99,7 +97,7 @@ private:
     class Pages;
 
     int mapOpenFile(const boost::intrusive_ptr<OpenFile>& file, unsigned size, void* hint);
-    void show(std::shared_ptr<const Pages> pages, unsigned size);
+    void adopt(std::shared_ptr<const Pages> pages, unsigned size);
 
     std::shared_ptr<const Pages> m_pages;
     void* m_memory = nullptr;

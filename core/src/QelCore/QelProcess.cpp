@@ -19,7 +19,7 @@ std::string getproctitle() {
     std::string title = text.str();
     title.erase(title.find_last_not_of('\0') + 1);
     std::replace(title.begin(), title.end(), '\0', ' ');
-    // Without /proc, and in a process that wiped its arguments, the name it was started under remains.
+    // Fall back to the program name if /proc is not mounted or the process has cleared its arguments.
     return title.empty() ? program_invocation_short_name : title;
 }
 

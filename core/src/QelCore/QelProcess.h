@@ -4,10 +4,10 @@
 
 namespace Qel {
 
-/// Lets other threads and processes run before the caller goes on.
+/// Yields the processor to other threads and processes.
 void schedYield() noexcept;
 
-/// The title of this process: its command line as the kernel shows it, words separated by blanks.
+/// The title of this process: its command line as in /proc/self/cmdline, arguments separated by blanks.
 [[nodiscard]] std::string getproctitle();
 
 } // namespace Qel

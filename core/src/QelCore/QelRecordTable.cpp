@@ -13,7 +13,7 @@ namespace {
 using Word = std::uint32_t;
 constexpr std::size_t wordsInRecord = recordBytes / sizeof(Word);
 
-/// As many records as a vector has words are this many vectors.
+/// A group is this many vectors: it contains as many records as a vector has words.
 constexpr std::size_t vectorsInGroup = wordsInRecord;
 
 using Vector128 = Word __attribute__((vector_size(16)));
@@ -25,7 +25,7 @@ template <class Vector> constexpr std::size_t groupBytes = sizeof(Vector) * vect
 
 constexpr Word null = pointer_type<int>::nullDistance;
 
-/// For each word of a group all bits if it is a pointer, and none if it belongs to a key.
+/// Mask for a group: all ones for words that are pointers, zero for words of keys.
 template <class Vector>
 constexpr auto pointerWords = [] {
     std::array<Word, groupBytes<Vector> / sizeof(Word)> words{};
@@ -34,7 +34,7 @@ constexpr auto pointerWords = [] {
     return words;
 }();
 
-/// Bytes that each pointer changes by.
+/// The change of each pointer in bytes.
 Word shiftBetween(const char* source, const char* target) noexcept {
     return static_cast<Word>(reinterpret_cast<std::uintptr_t>(source) - reinterpret_cast<std::uintptr_t>(target));
 }
@@ -47,11 +47,11 @@ void moveOne(const char* source, char* target, Word shift) noexcept {
     std::memcpy(target, words, recordBytes);
 }
 
-/// Moves whole groups, the next of which lies `step` bytes from the one before on both sides.  Reads a group before it
-/// writes it, so the two may overlap.
+/// Moves whole groups; consecutive groups are `step` bytes apart in source and target.  Each group is read completely
+/// before it is written, so source and target may overlap.
 ///
-/// Inlined into a function for each processor, whose instructions it takes on.  The vectors have names, and no array,
-/// so that the compiler keeps them in registers.
+/// Inlined into one function per instruction set.  Named vectors instead of an array, so that the compiler keeps them
+/// in registers.
 template <class Vector>
 [[gnu::always_inline]] inline void moveGroups(const char* from, char* to, std::size_t groups, std::ptrdiff_t step,
                                               Word shift) noexcept {
@@ -95,7 +95,7 @@ template <class Vector>
     }
 }
 
-/// Moves the groups that `count` records begin with.  What is left of them is told by the references.
+/// Moves the leading whole groups of `count` records and advances the arguments past them.
 template <class Vector>
 [[gnu::always_inline]] inline void groupsUpwards(const char*& from, char*& to, std::size_t& count) noexcept {
     const std::size_t groups = count / recordsInGroup<Vector>;
@@ -105,7 +105,7 @@ template <class Vector>
     count %= recordsInGroup<Vector>;
 }
 
-/// The same for the groups that they end with; `from` and `to` are the ends.
+/// Moves the trailing whole groups of `count` records; `from` and `to` are end pointers and move back.
 template <class Vector>
 [[gnu::always_inline]] inline void groupsDownwards(const char*& from, char*& to, std::size_t& count) noexcept {
     const std::size_t groups = count / recordsInGroup<Vector>;
@@ -166,7 +166,7 @@ constexpr Mover allMovers[] = {{"AVX-512", upwardsAvx512, downwardsAvx512},
                                {"AVX2", upwardsAvx2, downwardsAvx2},
                                {"baseline", upwardsBaseline, downwardsBaseline}};
 
-/// How many of them this processor doesn't understand.
+/// Number of leading elements of allMovers that this processor does not support.
 std::size_t countUnusable() noexcept {
     if (__builtin_cpu_supports("avx512f"))
         return 0;

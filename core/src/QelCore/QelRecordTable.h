@@ -5,30 +5,30 @@
 
 namespace Qel {
 
-/// Moves within a table of records of 20 bytes: a key of 16, then a self-relative pointer of 4.
+/// Moves within an array of 20-byte records: a 16-byte key followed by a 4-byte self-relative pointer.
 ///
-/// Each operation does to `count` records what assigning them one by one would do: keys are copied, and each pointer
-/// goes on pointing where it did, from its new place.  All of them move by the same distance, so each changes by the
-/// same constant, and several records go at once.
+/// Each operation is equivalent to assigning `count` records one by one: keys are copied, and pointers are adjusted so
+/// that they keep their target.  All records move by the same distance, so every pointer changes by the same constant,
+/// and SIMD code moves several records at once.
 namespace QelRecordTable {
 
 inline constexpr std::size_t keyBytes = 16;
 inline constexpr std::size_t recordBytes = 20;
 
-/// Starts with the lowest record: `target` may overlap `source` from below.
+/// Moves the lowest record first: `target` may overlap `source` if it is at a lower address.
 void moveUpwards(const void* source, void* target, std::size_t count) noexcept;
 
-/// Starts with the highest record: `target` may overlap `source` from above.
+/// Moves the highest record first: `target` may overlap `source` if it is at a higher address.
 void moveDownwards(const void* source, void* target, std::size_t count) noexcept;
 
-/// The two operations, for vectors of one width.
+/// The two operations, implemented for one instruction set.
 struct Mover {
-    const char* instructions; ///< name of what the processor has to understand
+    const char* instructions; ///< name of the required instruction set
     void (*upwards)(const void* source, void* target, std::size_t count) noexcept;
     void (*downwards)(const void* source, void* target, std::size_t count) noexcept;
 };
 
-/// Those that this processor understands, the fastest first.  The operations above take that one.
+/// The implementations that this processor supports, fastest first.  The operations above use the first one.
 [[nodiscard]] std::span<const Mover> movers() noexcept;
 
 } // namespace QelRecordTable

@@ -5,7 +5,7 @@
 namespace Qel {
 
 /// Base of objects in process memory that are shared through boost::intrusive_ptr.  The counter is atomic and starts at
-/// 0; the release that takes it back to 0 deletes the object.
+/// 0; the release that returns it to 0 deletes the object.
 class QelRefCounter {
 public:
     QelRefCounter() = default;
@@ -15,7 +15,8 @@ public:
 
     void addRef() const noexcept { m_references.fetch_add(1, std::memory_order_relaxed); }
     void release() const noexcept {
-        // Nobody can copy a reference that only the caller has, and a plain store costs less than an exchange.
+        // The last reference cannot be copied concurrently, and a plain store is cheaper than an atomic
+        // read-modify-write.
         if (m_references.load(std::memory_order_acquire) == 1)
             m_references.store(0, std::memory_order_relaxed);
         else if (m_references.fetch_sub(1, std::memory_order_acq_rel) != 1)
@@ -23,7 +24,7 @@ public:
         delete this;
     }
 
-    /// Whether anybody holds a reference now: false while an object is still being made and once it is being destroyed.
+    /// Whether a reference exists: false during construction and destruction.
     [[nodiscard]] bool isOwned() const noexcept { return m_references.load(std::memory_order_relaxed) > 0; }
 
 private:

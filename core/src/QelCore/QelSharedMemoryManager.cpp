@@ -17,23 +17,23 @@ bool isAligned(const void* pointer) {
     return reinterpret_cast<std::uintptr_t>(pointer) % QelSharedMemoryManager::unitSize == 0;
 }
 
-/// Bytes of the largest allocation that may succeed when `free` bytes are free; negative if none may.
-std::int64_t mostData(std::int64_t free) {
+/// Upper bound for the size of an allocation when `free` bytes are free; negative if none can succeed.
+std::int64_t maxDataBytes(std::int64_t free) {
     return free - std::int64_t{block_ctrl::headSize};
 }
 
-/// Units of a block for `bytes` of data.
+/// Size in units of a block with `bytes` of data.
 unsigned unitsFor(std::size_t bytes) {
     return QelSharedMemoryManager::getBlocks(static_cast<unsigned>(bytes)) +
            block_ctrl::headSize / QelSharedMemoryManager::unitSize;
 }
 
-/// Best fit, cut short by the first block of which at most a quarter would be left over.
+/// Best fit that stops early at the first block that would leave at most a quarter of its size unused.
 class BestFit {
 public:
     explicit BestFit(unsigned need) : m_need(need) {}
 
-    /// Whether a block of `units` is the best so far; the earlier one of two equal blocks is.
+    /// Returns whether a block of `units` is the best so far; of two equal blocks the earlier one wins.
     bool improvesWith(std::uint32_t units) {
         if (units < m_need)
             return false;
@@ -43,7 +43,7 @@ public:
         m_best = units;
         return true;
     }
-    /// Whether no block that follows is looked at.
+    /// Whether the search can stop.
     [[nodiscard]] bool isFinal() const { return m_final; }
 
 private:
@@ -52,14 +52,14 @@ private:
     bool m_final = false;
 };
 
-/// Has the processor fetch free memory that is likely to be written next.  Nothing in an update takes as long as
-/// waiting for the lines of the block that the record is written to.  When they are asked for as the block is freed,
-/// they come while the lock is given back and taken again.
+/// Prefetches free memory that is likely to be written next.  The dominant cost of an update is the cache misses on the
+/// block of the new record.  Prefetching when the block is freed overlaps them with the release and acquisition of the
+/// lock.
 void fetchForWriting(const void* data, std::size_t bytes) {
     constexpr std::size_t lineSize = 64;
-    constexpr std::size_t most = 2048; // more at once would wait for each other
+    constexpr std::size_t maxBytes = 2048; // more prefetches would queue up
     const char* first = static_cast<const char*>(data);
-    for (std::size_t line = 0; line < std::min(bytes, most); line += lineSize)
+    for (std::size_t line = 0; line < std::min(bytes, maxBytes); line += lineSize)
         __builtin_prefetch(first + line, 1, 2);
 }
 
@@ -67,10 +67,10 @@ void fetchForWriting(const void* data, std::size_t bytes) {
 
 struct QelSharedMemoryManager::FreeBlock {
     block_ctrl* previous = nullptr;
-    block_ctrl* block = nullptr; ///< null: there is none
+    block_ctrl* block = nullptr; ///< null if none fits
     QelFreeListWalk::Place place;
-    unsigned mostSpare = 1; ///< units that are handed out too, rather than left free
-    bool overlaps = false;  ///< there is one, but it shares memory with a block that is still in use
+    unsigned maxSpare = 1; ///< a remainder of up to this many units is not split off
+    bool overlaps = false; ///< a block fits, but overlaps one that is still in use
 
     static FreeBlock at(const QelFreeListWalk& walk) { return {walk.previous(), walk.block(), walk.place()}; }
 };
@@ -86,8 +86,7 @@ QelSharedMemoryManager::QelSharedMemoryManager(unsigned total, unsigned headerBy
 void QelSharedMemoryManager::grow(unsigned bytes) {
     auto* block = reinterpret_cast<block_ctrl*>(upperBound());
     block->blocks = bytes / unitSize;
-    // The new block counts as used for an instant, and then is freed like any other, so that it merges with a free
-    // block at the old end.
+    // Count the new block as used, then free it like any other, so that it merges with a free block at the old end.
     m_header.size += bytes;
     m_header.ttlAllocated += bytes;
     deallocateData(block->getData());
@@ -114,7 +113,7 @@ auto QelSharedMemoryManager::findFreeBlock(QelFreeListWalk& walk, unsigned need)
     return best;
 }
 
-/// The same in the list that `doomed` is part of, merged with its free neighbours.
+/// Finds the block that findFreeBlock() would find if `doomed` had been freed and merged with its free neighbours.
 auto QelSharedMemoryManager::findFreeBlockAhead(QelFreeListWalk& walk, unsigned need, const block_ctrl* doomed)
     -> FreeBlock {
     BestFit fit(need);
@@ -133,12 +132,12 @@ auto QelSharedMemoryManager::findFreeBlockAhead(QelFreeListWalk& walk, unsigned 
         merged += isFollowed ? walk.blocks() : 0;
         if (fit.improvesWith(merged)) {
             best = {};
-            // The tail of a merged block that is split may lie in the free block after `doomed`.  What is left of that
-            // merges with `doomed`, so that it needs no room for data.
+            // If the merged block is split, its tail may be entirely in the free block after `doomed`.  The remainder
+            // of that merges with `doomed`, so it may be too small for data.
             best.overlaps = !isFollowed || walk.blocks() < need;
             if (!best.overlaps) {
                 best = FreeBlock::at(walk);
-                best.mostSpare = 0;
+                best.maxSpare = 0;
             }
         }
         if (isFollowed)
@@ -154,7 +153,7 @@ auto QelSharedMemoryManager::findFreeBlockAhead(QelFreeListWalk& walk, unsigned 
 void* QelSharedMemoryManager::allocateData(std::size_t bytes) {
     if (bytes == 0)
         return nullptr;
-    const std::int64_t most = mostData(std::int64_t{m_header.size} - std::int64_t{m_header.ttlAllocated});
+    const std::int64_t most = maxDataBytes(std::int64_t{m_header.size} - std::int64_t{m_header.ttlAllocated});
     if (most < 0 || static_cast<std::uint64_t>(most) < bytes)
         return nullptr;
     const unsigned need = unitsFor(bytes);
@@ -167,8 +166,8 @@ auto QelSharedMemoryManager::allocateDataAhead(std::size_t bytes, void* doomed) 
     const block_ctrl* freed = block_ctrl::parse(doomed);
     if (bytes == 0)
         return {};
-    const std::int64_t most = mostData(std::int64_t{m_header.size} - std::int64_t{m_header.ttlAllocated} +
-                                       static_cast<std::int64_t>(freed->getSize()));
+    const std::int64_t most = maxDataBytes(std::int64_t{m_header.size} - std::int64_t{m_header.ttlAllocated} +
+                                           static_cast<std::int64_t>(freed->getSize()));
     if (most < 0 || static_cast<std::uint64_t>(most) < bytes)
         return {};
     const unsigned need = unitsFor(bytes);
@@ -177,20 +176,21 @@ auto QelSharedMemoryManager::allocateDataAhead(std::size_t bytes, void* doomed) 
     return {best.block ? take(walk, best, need) : nullptr, best.overlaps};
 }
 
-/// Whether all of a block lies in the heap, and before `next`, the free block that follows it or the sentinel.
+/// Whether a block is entirely within the heap and before `next`, which is the next free block or the sentinel.
 bool QelSharedMemoryManager::liesWithin(block_ctrl* block, const block_ctrl* next) {
     const std::uintptr_t limit = next == end() ? upperBound() : reinterpret_cast<std::uintptr_t>(next);
     return isInRange(block) && block->blocks != 0 &&
            block->getSize() <= std::uint64_t{limit - reinterpret_cast<std::uintptr_t>(block)};
 }
 
-/// Takes `need` units from the tail of a free block, or all of it if one unit would be left: that has no room for data.
+/// Allocates `need` units from the tail of a free block, or the whole block if one unit would remain, which has no room
+/// for data.
 void* QelSharedMemoryManager::take(QelFreeListWalk& walk, const FreeBlock& from, unsigned need) {
     block_ctrl* block = from.block;
-    QEL_CHECK(liesWithin(block, block->next.get()), sourcePath); // and so does its tail
-    if (block->blocks > need + from.mostSpare) {
-        // The tail is handed out, so that the free block keeps its place in the list.  Until that is shrunk it covers
-        // the tail, whose head is written first.
+    QEL_CHECK(liesWithin(block, block->next.get()), sourcePath); // hence its tail, too
+    if (block->blocks > need + from.maxSpare) {
+        // Allocate the tail, so that the free block keeps its position in the list.  Write the header of the tail
+        // first: until the free block is shrunk, it covers the tail.
         auto* tail = reinterpret_cast<block_ctrl*>(reinterpret_cast<std::uintptr_t>(block) +
                                                    std::uintptr_t{block->blocks - need} * unitSize);
         tail->blocks = need;
@@ -214,23 +214,23 @@ void QelSharedMemoryManager::deallocateData(void* data) {
     QelFreeListWalk walk(m_header);
     while (!walk.atEnd() && walk.block() <= block)
         walk.advance();
-    // A block that overlaps its free neighbours was deallocated before, or never allocated.
+    // A block that overlaps its free neighbours is a double free or was never allocated.
     QEL_CHECK(!walk.isBroken() && walk.previous()->adjacent() <= block && liesWithin(block, walk.block()), sourcePath);
     const auto size = static_cast<std::uint32_t>(block->getSize());
     m_header.ttlAllocated -= size;
     link(walk, block);
-    fetchForWriting(data, size); // it fits whoever replaces what lay there
+    fetchForWriting(data, size); // a replacement of the record most often has its size
 }
 
-/// Puts a block into the free list where the walk is, and merges it with the neighbours that touch it.
+/// Inserts a block into the free list at the current position and merges it with adjacent free neighbours.
 void QelSharedMemoryManager::link(QelFreeListWalk& walk, block_ctrl* block) {
     block_ctrl* current = walk.previous();
     block_ctrl* next = walk.block();
-    const auto swallow = [](block_ctrl* lower, block_ctrl* upper) {
+    const auto absorb = [](block_ctrl* lower, block_ctrl* upper) {
         lower->next = upper->next;
         lower->blocks += upper->blocks;
     };
-    // The sentinel merges with nothing: its one unit ends inside the header.
+    // The sentinel never merges: its one unit ends inside the header.
     if (block == current->adjacent()) {
         current->blocks += block->blocks;
         block = current;
@@ -240,7 +240,7 @@ void QelSharedMemoryManager::link(QelFreeListWalk& walk, block_ctrl* block) {
         current->next = block;
     }
     if (next == block->adjacent())
-        swallow(block, next);
+        absorb(block, next);
     walk.changedAt(walk.place());
 }
 

@@ -9,22 +9,21 @@
 
 namespace Qel {
 
-/// A pointer in a mapped file: the distance in bytes from the pointer's own address to its target, as a signed 32-bit
-/// integer.  It is right in every process, wherever the file is mapped there.
+/// A self-relative pointer in a mapped file: the distance in bytes from its own address to its target, as a signed
+/// 32-bit integer.  It is valid in every process, at any mapping address.
 ///
-/// Distance 1 is null, which no target can have, as both ends are aligned to 4 at least.  Distance 0, which is what
-/// zero bytes mean, is a pointer to itself.
+/// Distance 1 is null.  No target can have it, because pointers and targets are aligned to at least 4.  Distance 0, the
+/// value of zeroed memory, points to the pointer itself.
 ///
-/// Since the value depends on the place where it lies, assignment computes it anew, and there is neither a copy nor a
-/// move constructor: outside the mapping, where the target may be farther away than 32 bits tell, a raw pointer is
-/// used.
+/// The value depends on the address of the pointer, so assignment recomputes it, and there is neither a copy nor a move
+/// constructor.  Use a raw pointer outside the mapping, where the target may be out of range of 32 bits.
 template <class T> class pointer_type {
 public:
     using element_type = T;
 
     static constexpr std::int32_t nullDistance = 1;
 
-    /// Points at itself.
+    /// Points to itself.
     constexpr pointer_type() noexcept = default;
     explicit pointer_type(T* place) { *this = place; }
     pointer_type(const pointer_type&) = delete;
@@ -36,9 +35,9 @@ public:
         return *this;
     }
 
-    /// The target's address in this mapping, or null.
+    /// Address of the target in this mapping, or null.
     [[nodiscard]] T* get() const noexcept { return m_distance == nullDistance ? nullptr : target(); }
-    /// Not for null.
+    /// Requires a non-null pointer.
     [[nodiscard]] T& operator*() const noexcept { return *target(); }
     [[nodiscard]] T* operator->() const noexcept { return target(); }
     [[nodiscard]] explicit operator bool() const noexcept { return m_distance != nullDistance; }
@@ -58,7 +57,7 @@ private:
         return static_cast<std::int32_t>(distance);
     }
 
-    std::int32_t m_distance = 0; ///< bytes from here to the target; format
+    std::int32_t m_distance = 0; ///< bytes from this object to the target; format
 };
 
 static_assert(sizeof(pointer_type<int>) == 4 && alignof(pointer_type<int>) == 4);

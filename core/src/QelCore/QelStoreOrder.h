@@ -4,11 +4,11 @@
 
 namespace Qel {
 
-/// Keeps the compiler from moving stores to a mapped file across this place.
+/// Compiler barrier for stores to a mapped file.
 ///
-/// The kernel ends a process between two instructions and keeps every store of the instructions before, so that the
-/// order in which the compiler leaves them is the order in which other processes find them.  The processor needs no
-/// fence for that.
+/// The kernel kills a process between two instructions, and all stores of the preceding instructions persist.  The
+/// order in which the compiler emits stores is therefore the order in which other processes find them after a crash.
+/// No processor fence is needed.
 inline void keepStoreOrder() noexcept {
     std::atomic_signal_fence(std::memory_order_seq_cst);
 }
