@@ -32,7 +32,7 @@ void log(const std::string& text) {
     Qel::abort("module", "file", 7, "f", "f()");
 }
 
-/// Restores standard error as the log's destination.
+/// Restores standard error as the log destination.
 class LogSinkTest : public ::testing::Test {
 protected:
     ~LogSinkTest() override { setLogSink({}); }
@@ -75,7 +75,7 @@ TEST_F(LogSinkTest, SinkMayReconfigureTheLog) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(LogSinkTest, RecordAfterThrowingSinkReachesTheSink) {
+TEST_F(LogSinkTest, SinkIsCalledAgainAfterThrowing) {
     int calls = 0;
     setLogSink([&](const LogRecord&) {
         if (++calls == 1)
@@ -86,7 +86,7 @@ TEST_F(LogSinkTest, RecordAfterThrowingSinkReachesTheSink) {
     EXPECT_EQ(calls, 2);
 }
 
-TEST_F(LogSinkTest, SinkGetsRecordsOfSeveralThreadsOneAtATime) {
+TEST_F(LogSinkTest, CallsOfSinkFromSeveralThreadsDoNotOverlap) {
     constexpr int threadCount = 4;
     constexpr int recordCount = 200;
     std::atomic<int> running{0};
@@ -111,7 +111,7 @@ TEST_F(LogSinkTest, SinkGetsRecordsOfSeveralThreadsOneAtATime) {
     EXPECT_EQ(calls, threadCount * recordCount);
 }
 
-TEST_F(LogSinkTest, LinesOfSeveralThreadsOnStandardErrorStayWhole) {
+TEST_F(LogSinkTest, LinesOfSeveralThreadsDoNotInterleaveOnStandardError) {
     const std::string letters = "abcd";
     constexpr int recordCount = 400;
     constexpr std::size_t textSize = 10'000; // more than stdio writes at once
@@ -136,14 +136,14 @@ TEST_F(LogSinkTest, LinesOfSeveralThreadsOnStandardErrorStayWhole) {
     EXPECT_TRUE(found == expected);
 }
 
-TEST_F(LogSinkTest, ReplacingTheSinkWaitsForItsCallInAnotherThread) {
+TEST_F(LogSinkTest, SetLogSinkWaitsForCallInAnotherThread) {
     std::promise<void> entered;
     std::promise<void> replaced;
     std::future<void> isReplaced = replaced.get_future();
     std::atomic<bool> hasEnded{false};
     setLogSink([&](const LogRecord&) {
         entered.set_value();
-        // Bounded, since the sink is not replaced before this call ends.
+        // Bounded, because setLogSink() does not return before this call ends.
         isReplaced.wait_for(std::chrono::milliseconds(100));
         hasEnded = true;
     });
@@ -155,10 +155,10 @@ TEST_F(LogSinkTest, ReplacingTheSinkWaitsForItsCallInAnotherThread) {
     logging.join();
 }
 
-// In the death tests an alarm ends a process that hangs, and the test fails for the wrong signal.
+// In the death tests an alarm terminates a process that hangs; the test then fails with an unexpected signal.
 constexpr unsigned longestRun = 60;
 
-TEST_F(LogSinkDeathTest, FailedCheckInSinkEndsTheProcess) {
+TEST_F(LogSinkDeathTest, FailedCheckInSinkTerminatesTheProcess) {
     EXPECT_EXIT(
         {
             alarm(longestRun);
@@ -191,7 +191,7 @@ TEST_F(LogSinkDeathTest, FailedCheckIsNotLoggedAtLevel0) {
         ::testing::KilledBySignal(SIGABRT), "fatal: check failed");
 }
 
-TEST_F(LogSinkDeathTest, FailedCheckWhileAnotherThreadIsInTheSinkEndsTheProcess) {
+TEST_F(LogSinkDeathTest, FailedCheckWhileAnotherThreadIsInTheSinkTerminatesTheProcess) {
     EXPECT_EXIT(
         {
             alarm(longestRun);

@@ -15,17 +15,17 @@ using ::testing::IsEmpty;
 using ::testing::internal::CaptureStderr;
 using ::testing::internal::GetCapturedStderr;
 
-/// Answers what it is told to.
+/// Returns the values of its members.
 struct Settings : Debug::SettingsProvider {
-    int levelAnswer = LogLevel::error;
-    int orderAnswer = 0;
-    int formatAnswer = 0;
-    Debug::ModuleFilter filterAnswer;
+    int levelValue = LogLevel::error;
+    int orderValue = 0;
+    int formatValue = 0;
+    Debug::ModuleFilter filterValue;
 
-    int level() const override { return levelAnswer; }
-    int order() const override { return orderAnswer; }
-    int format() const override { return formatAnswer; }
-    Debug::ModuleFilter filter() const override { return filterAnswer; }
+    int level() const override { return levelValue; }
+    int order() const override { return orderValue; }
+    int format() const override { return formatValue; }
+    Debug::ModuleFilter filter() const override { return filterValue; }
 };
 
 class LogTest : public ::testing::Test {
@@ -44,18 +44,18 @@ protected:
     std::shared_ptr<Settings> settings = std::make_shared<Settings>();
 };
 
-TEST_F(LogTest, AtStartErrorsAloneAreLoggedWithModuleAndLevel) {
+TEST_F(LogTest, InitiallyLogsErrorsOnlyWithModuleAndLevel) {
     EXPECT_EQ(printed(1, "text"), "Module[1]: text\n");
     EXPECT_EQ(printed(2, "text"), "");
 }
 
-TEST_F(LogTest, ARecordOnStandardErrorTakesOneLineWithoutControlCharacters) {
+TEST_F(LogTest, WritesOneLineWithoutControlCharactersToStandardError) {
     EXPECT_EQ(printed(1, "a\n\x1B[2Jb"), "Module[1]: a\\n\\x1b[2Jb\n");
 }
 
-TEST_F(LogTest, TheLevelIsTheHighestThatIsLogged) {
+TEST_F(LogTest, LogsUpToTheConfiguredLevel) {
     for (int level = 0; level <= 6; ++level) {
-        settings->levelAnswer = level;
+        settings->levelValue = level;
         Debug::setSettingsProvider(settings);
         EXPECT_EQ(debug_level, level);
         EXPECT_EQ(printed(level + 1, "text"), "");
@@ -65,48 +65,48 @@ TEST_F(LogTest, TheLevelIsTheHighestThatIsLogged) {
     }
 }
 
-TEST_F(LogTest, ALevelOutOfRangeLeavesTheLevelAsItIs) {
-    settings->levelAnswer = 3;
+TEST_F(LogTest, IgnoresLevelOutOfRange) {
+    settings->levelValue = 3;
     Debug::setSettingsProvider(settings);
     for (const int level : {-1, 7}) {
-        settings->levelAnswer = level;
+        settings->levelValue = level;
         Debug::reconfigure();
         EXPECT_EQ(debug_level, 3);
     }
 }
 
-TEST_F(LogTest, WithOrder1TheLevelComesFirst) {
-    settings->orderAnswer = 1;
+TEST_F(LogTest, Order1WritesTheLevelFirst) {
+    settings->orderValue = 1;
     Debug::setSettingsProvider(settings);
     EXPECT_EQ(printed(1, "text"), "[1] Module: text\n");
 }
 
-TEST_F(LogTest, TheFormatTellsHowMuchOfTheFunctionIsShown) {
-    settings->formatAnswer = 1;
+TEST_F(LogTest, FormatSelectsTheDetailOfTheOrigin) {
+    settings->formatValue = 1;
     Debug::setSettingsProvider(settings);
     EXPECT_EQ(printed(1, "text"), "Module[1] work: text\n");
-    settings->formatAnswer = 2;
+    settings->formatValue = 2;
     Debug::reconfigure();
     EXPECT_EQ(printed(1, "text"), "Module[1] folder/file.cpp:7, int Class::work() const: text\n");
-    settings->formatAnswer = -1;
+    settings->formatValue = -1;
     Debug::reconfigure();
     EXPECT_EQ(printed(1, "text"), "Module[1]: text\n");
 }
 
-TEST_F(LogTest, NothingChangesBeforeTheLogIsReconfigured) {
+TEST_F(LogTest, SettingsTakeEffectOnReconfigure) {
     Debug::setSettingsProvider(settings);
-    settings->levelAnswer = 4;
-    settings->orderAnswer = 1;
+    settings->levelValue = 4;
+    settings->orderValue = 1;
     EXPECT_EQ(printed(1, "text"), "Module[1]: text\n");
     Debug::reconfigure();
     EXPECT_EQ(printed(4, "text"), "[4] Module: text\n");
 }
 
-TEST_F(LogTest, WithoutAProviderTheSettingsAreThoseOfTheStart) {
-    settings->levelAnswer = 6;
-    settings->orderAnswer = 1;
-    settings->formatAnswer = 2;
-    settings->filterAnswer = Debug::ModuleFilter("nobody", "");
+TEST_F(LogTest, NullProviderRestoresInitialSettings) {
+    settings->levelValue = 6;
+    settings->orderValue = 1;
+    settings->formatValue = 2;
+    settings->filterValue = Debug::ModuleFilter("unused", "");
     Debug::setSettingsProvider(settings);
     Debug::setSettingsProvider(nullptr);
     EXPECT_EQ(debug_level, LogLevel::error);
@@ -115,8 +115,8 @@ TEST_F(LogTest, WithoutAProviderTheSettingsAreThoseOfTheStart) {
     EXPECT_EQ(debug_level, LogLevel::error);
 }
 
-TEST_F(LogTest, TheFilterHoldsForEverySink) {
-    settings->filterAnswer = Debug::ModuleFilter("a b", "b");
+TEST_F(LogTest, FilterAppliesToEverySink) {
+    settings->filterValue = Debug::ModuleFilter("a b", "b");
     Debug::setSettingsProvider(settings);
     const TestSupport::LogCapture capture;
     for (const char* module : {"a", "b", "c"})
@@ -125,7 +125,7 @@ TEST_F(LogTest, TheFilterHoldsForEverySink) {
     EXPECT_EQ(printed(1, "text", "b"), "");
 }
 
-TEST_F(LogTest, AProviderMayLogWhileItIsAsked) {
+TEST_F(LogTest, ProviderMayLogDuringReconfigure) {
     struct Complaining : Settings {
         int level() const override {
             log("complaint");
@@ -138,7 +138,7 @@ TEST_F(LogTest, AProviderMayLogWhileItIsAsked) {
     EXPECT_EQ(debug_level, 2);
 }
 
-TEST_F(LogTest, ATextWithoutALevelIsAnErrors) {
+TEST_F(LogTest, MessageWithoutLevelIsAnError) {
     const auto complain = [] { Log2("module", "file", 1, "f", "f()").put("%d missing", 2); };
     const TestSupport::LogCapture capture(LogLevel::error);
     complain();
@@ -147,7 +147,7 @@ TEST_F(LogTest, ATextWithoutALevelIsAnErrors) {
     EXPECT_THAT(capture.texts(), ElementsAre("1 2 missing"));
 }
 
-TEST_F(LogTest, ASinkTakesThePlaceOfTheOldOneAndGetsTheWholeRecord) {
+TEST_F(LogTest, NewSinkReplacesOldOneAndReceivesAllFields) {
     std::vector<std::string> first;
     setLogSink([&](const LogRecord& record) { first.push_back(record.text); });
     log("one");
@@ -170,12 +170,12 @@ TEST_F(LogTest, ASinkTakesThePlaceOfTheOldOneAndGetsTheWholeRecord) {
 
 using Debug::ModuleFilter;
 
-TEST(ModuleFilterTest, WithoutListsEverythingPasses) {
+TEST(ModuleFilterTest, EmptyListsAcceptEveryModule) {
     EXPECT_TRUE(ModuleFilter().passes("any"));
     EXPECT_TRUE(ModuleFilter("", " , ").passes("any"));
 }
 
-TEST(ModuleFilterTest, OnlyWhatIsProcessedPasses) {
+TEST(ModuleFilterTest, AcceptsOnlyProcessedModules) {
     const ModuleFilter filter("network, backup\tfiles", "");
     for (const char* module : {"network", "backup", "files"})
         EXPECT_TRUE(filter.passes(module)) << module;
@@ -183,7 +183,7 @@ TEST(ModuleFilterTest, OnlyWhatIsProcessedPasses) {
         EXPECT_FALSE(filter.passes(module)) << module;
 }
 
-TEST(ModuleFilterTest, WhatIsIgnoredDoesntPassEvenIfItIsProcessed) {
+TEST(ModuleFilterTest, IgnoredModuleIsRejectedEvenIfProcessed) {
     EXPECT_FALSE(ModuleFilter("", "backup").passes("backup"));
     EXPECT_TRUE(ModuleFilter("", "backup").passes("network"));
     EXPECT_FALSE(ModuleFilter("backup", "backup").passes("backup"));

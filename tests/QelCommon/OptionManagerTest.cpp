@@ -6,14 +6,14 @@ namespace Qel {
 
 namespace {
 
-TEST(OptionManagerTest, AValueOnTheBorderPassesIfTheBorderIsIncluded) {
+TEST(OptionManagerTest, AcceptsValueOnInclusiveBoundOnly) {
     EXPECT_TRUE(oh_check_min_border(3, 3, true));
     EXPECT_FALSE(oh_check_min_border(3, 3, false));
     EXPECT_TRUE(oh_check_max_border(3, 3, true));
     EXPECT_FALSE(oh_check_max_border(3, 3, false));
 }
 
-TEST(OptionManagerTest, AValueWithinPassesAndOneBeyondDoesnt) {
+TEST(OptionManagerTest, AcceptsValueInsideAndRejectsValueOutside) {
     for (const bool inclusive : {true, false}) {
         EXPECT_TRUE(oh_check_min_border(4, 3, inclusive));
         EXPECT_FALSE(oh_check_min_border(2, 3, inclusive));
@@ -22,7 +22,7 @@ TEST(OptionManagerTest, AValueWithinPassesAndOneBeyondDoesnt) {
     }
 }
 
-TEST(OptionManagerTest, BothBordersHaveToHold) {
+TEST(OptionManagerTest, ChecksBothBounds) {
     EXPECT_TRUE(oh_check_min_max_border(1, 0, 1, true));
     EXPECT_FALSE(oh_check_min_max_border(2, 0, 1, true));
     EXPECT_FALSE(oh_check_min_max_border(-1, 0, 1, true));

@@ -1,4 +1,4 @@
-// Changes that are cut off between any two instructions, as by a kill, and what the file contains then.
+// Changes interrupted between any two instructions, as by SIGKILL, and the state of the file afterwards.
 
 #include <csignal>
 #include <cstring>
@@ -21,17 +21,18 @@
 namespace Qel {
 namespace {
 
-/// The bytes of a cache file that another process writes, read as often as wanted.
+/// A copy of the bytes of a cache file that another process is writing.
 class CacheImage {
 public:
     explicit CacheImage(std::string bytes) : m_bytes(std::move(bytes)) {}
 
-    /// The records by their keys, each as its bytes; empty with `problem` set if one isn't a block of its own in use.
+    /// Returns the bytes of each record by its key.  Returns an empty map and sets `problem` if a record is not in a
+    /// used block of its own.
     std::map<std::string, std::string> records(std::string& problem) const {
         std::map<std::string, std::string> found;
         std::set<std::uint32_t> blocks;
         if (!isTiled()) {
-            problem = "blocks don't tile the heap";
+            problem = "blocks do not tile the heap";
             return {};
         }
         const std::uint32_t snapshot = target(20);
@@ -42,11 +43,11 @@ public:
         const std::uint32_t count = word(snapshot + 4);
         const std::uint32_t slots = count + word(snapshot + 8);
         if (12 + 20 * slots > 8 * word(snapshot - 4) - 8)
-            problem = "more slots than the block has";
+            problem = "the slots exceed the block";
         for (std::uint32_t entry = snapshot + 12; entry < snapshot + 12 + 20 * count; entry += 20) {
             const std::uint32_t record = target(entry + 16);
             if (isFree(record) || !blocks.insert(record).second || word(record) < 1)
-                problem = "a record's block is free, listed twice or not counted";
+                problem = "the block of a record is free, listed twice or has no reference";
             found[m_bytes.substr(entry, 16)] = m_bytes.substr(record + 4, 92 - 4 + word(record + 4));
         }
         return problem.empty() ? found : std::map<std::string, std::string>();
@@ -75,7 +76,7 @@ private:
     std::string m_bytes;
 };
 
-/// A process that runs a function one instruction at a time.
+/// A process that executes a function one instruction at a time (PTRACE_SINGLESTEP).
 class SteppedProcess {
 public:
     explicit SteppedProcess(const std::function<void()>& main) : m_process(fork()) {
@@ -95,13 +96,13 @@ public:
         }
     }
 
-    /// Waits until the process stops or ends.  Whether it stopped.
+    /// Waits until the process stops or exits.  Returns whether it stopped.
     bool wait() { return waitpid(m_process, &m_status, 0) == m_process && isStopped(); }
-    /// Runs one instruction.  False if the process stopped itself or ended.
+    /// Executes one instruction.  Returns false if the process stopped itself or exited.
     bool step() {
         return ptrace(PTRACE_SINGLESTEP, m_process, nullptr, nullptr) == 0 && wait() && WSTOPSIG(m_status) == SIGTRAP;
     }
-    /// Runs the process until it stops itself.
+    /// Continues the process until it stops itself.
     bool run() { return ptrace(PTRACE_CONT, m_process, nullptr, nullptr) == 0 && wait(); }
     [[nodiscard]] bool isStopped() const { return WIFSTOPPED(m_status); }
 
@@ -116,7 +117,7 @@ class QelCacheInterruptionTest : public CacheFileTest {
 protected:
     static constexpr unsigned firstRecords = 20;
 
-    /// A file with some records and room for more.
+    /// Creates a file with some records and free space.
     void SetUp() override {
         CacheFileTest::SetUp();
         if (IsSkipped())
@@ -126,7 +127,7 @@ protected:
         for (unsigned i = 0; i < firstRecords; ++i)
             ASSERT_EQ(cache->insert(key(10 * i), valueOf(10 * i)), 0);
         ASSERT_EQ(cache->remove(key(1000)), 0);
-        // An array without a free slot.
+        // Fills the free slot of the array.
         ASSERT_EQ(cache->insert(key(1), valueOf(1)), 0);
         m_expected.push_back(recordsNow());
     }
@@ -135,8 +136,8 @@ protected:
         return TestValue(key(number), version, number * 37 % 300);
     }
 
-    /// Makes changes in another process, one instruction after the other, and reads the file whenever its bytes have
-    /// changed.  The records of all states, each once in a row.
+    /// Makes changes in another process one instruction at a time and reads the file whenever its bytes change.
+    /// Returns the records of all states, without consecutive duplicates.
     States statesDuring(const std::function<void(TestCache&)>& change) {
         States states;
         QelMemoryMappedFile mapped;
@@ -164,20 +165,21 @@ protected:
             if (states.empty() || states.back() != records)
                 states.push_back(std::move(records));
         } while (!HasFailure() && process.step());
-        EXPECT_EQ(file.size(), mapped.getSize()) << "the test sees all of the file";
+        EXPECT_EQ(file.size(), mapped.getSize()) << "the test maps the whole file";
         return states;
     }
 
-    /// Runs the changes, each of which adds `key` and `value` to the expected states, or replaces a record.
-    void expectWholeSteps(const std::vector<std::pair<QelGUIDBase, TestValue>>& changed,
-                          const std::function<int(TestCache&, const QelGUIDBase&, const TestValue&)>& change) {
+    /// Applies `change` to each pair of key and value.  Expects one state per change, which adds or replaces exactly
+    /// that record.
+    void expectAtomicChanges(const std::vector<std::pair<QelGUIDBase, TestValue>>& changed,
+                             const std::function<int(TestCache&, const QelGUIDBase&, const TestValue&)>& change) {
         const States states = statesDuring([&](TestCache& cache) {
             for (const auto& [id, value] : changed)
                 if (change(cache, id, value) != 0)
                     _exit(1);
         });
         if (!m_isTraceable)
-            GTEST_SKIP() << "processes may not be traced here";
+            GTEST_SKIP() << "ptrace is not permitted";
         for (const auto& [id, value] : changed) {
             m_expected.push_back(m_expected.back());
             m_expected.back()[bytesOfKey(id)] = bytesOf(value);
@@ -195,7 +197,7 @@ protected:
 
 private:
     static std::string bytesOfKey(const QelGUIDBase& id) { return {reinterpret_cast<const char*>(&id), sizeof id}; }
-    /// A record without its count.
+    /// The bytes of a record without its reference count.
     static std::string bytesOf(const TestValue& value) {
         const void* buffer = nullptr;
         unsigned length = 0;
@@ -213,36 +215,36 @@ private:
     bool m_isTraceable = true;
 };
 
-TEST_F(QelCacheInterruptionTest, InsertionsThatCopyTheArrayAddWholeRecordsAndLoseNone) {
+TEST_F(QelCacheInterruptionTest, InsertionsThatCopyTheArrayAreAtomic) {
     std::vector<std::pair<QelGUIDBase, TestValue>> added;
     for (unsigned i = 0; i < 8; ++i)
         added.emplace_back(key(23 * i + 3), valueOf(23 * i + 3));
-    expectWholeSteps(added, insertInto);
+    expectAtomicChanges(added, insertInto);
 }
 
-TEST_F(QelCacheInterruptionTest, InsertionsBesideAReaderAddWholeRecordsAndLoseNone) {
+TEST_F(QelCacheInterruptionTest, InsertionsWithReaderAreAtomic) {
     const TestCachePtr cache = attach(file);
     const TestListPtr list = cache->getList();
-    expectWholeSteps({{key(3), valueOf(3)}, {key(26), valueOf(26)}}, insertInto);
+    expectAtomicChanges({{key(3), valueOf(3)}, {key(26), valueOf(26)}}, insertInto);
 }
 
-TEST_F(QelCacheInterruptionTest, InsertionIntoTheLastFreeSlotNeverCountsMoreSlotsThanThereAre) {
+TEST_F(QelCacheInterruptionTest, InsertionIntoTheLastFreeSlotNeverCountsTooManySlots) {
     {
         const TestCachePtr cache = attach(file);
         ASSERT_EQ(cache->insert(key(2000), valueOf(0)), 0);
         ASSERT_EQ(cache->remove(key(2000)), 0);
     }
-    expectWholeSteps({{key(3000), valueOf(3000)}}, insertInto);
+    expectAtomicChanges({{key(3000), valueOf(3000)}}, insertInto);
 }
 
-TEST_F(QelCacheInterruptionTest, UpdatesReplaceWholeRecords) {
-    expectWholeSteps({{key(10), valueOf(10, 1)}, {key(50), valueOf(50, 1)}}, updateIn);
+TEST_F(QelCacheInterruptionTest, UpdatesAreAtomic) {
+    expectAtomicChanges({{key(10), valueOf(10, 1)}, {key(50), valueOf(50, 1)}}, updateIn);
 }
 
-TEST_F(QelCacheInterruptionTest, UpdatesBesideAReaderReplaceWholeRecords) {
+TEST_F(QelCacheInterruptionTest, UpdatesWithReaderAreAtomic) {
     const TestCachePtr cache = attach(file);
     const TestListPtr list = cache->getList();
-    expectWholeSteps({{key(10), valueOf(10, 1)}, {key(50), valueOf(50, 1)}}, updateIn);
+    expectAtomicChanges({{key(10), valueOf(10, 1)}, {key(50), valueOf(50, 1)}}, updateIn);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// The bytes of a cache file after each change, compared with a model of the file that shares no code with the library.
+// Compares the bytes of a cache file after each change with a model that shares no code with the library.
 
 #include <algorithm>
 #include <cstddef>
@@ -24,12 +24,12 @@ namespace {
 constexpr unsigned pageBytes = 4096;
 constexpr unsigned headerBytes = 56;
 
-/// The blocks of a file: where an allocation lies, and what is free.
+/// Model of the heap: position of each allocation and free block.
 class HeapModel {
 public:
     explicit HeapModel(unsigned largest) : m_largest(largest) { release(headerBytes, (pageBytes - headerBytes) / 8); }
 
-    /// Offset of the data, or 0.
+    /// Returns the offset of the data, or 0.
     unsigned allocate(unsigned bytes) {
         unsigned data = find(bytes);
         while (data == 0 && grow(bytes))
@@ -103,11 +103,11 @@ private:
 
     unsigned m_largest;
     unsigned m_size = pageBytes;
-    std::map<unsigned, unsigned> m_used; ///< units of each block by its offset
+    std::map<unsigned, unsigned> m_used; ///< size in units by offset
     std::map<unsigned, unsigned> m_free;
 };
 
-/// A cache file, by the steps that a change consists of.
+/// Model of a cache file that repeats the steps of each change.
 class FileModel {
 public:
     FileModel(unsigned largestFile, unsigned largestRecord) : m_heap(largestFile), m_largestRecord(largestRecord) {
@@ -155,7 +155,7 @@ public:
         return 0;
     }
 
-    /// The snapshot that a new list holds.
+    /// Acquires the current snapshot for a new list and returns its offset.
     unsigned hold() {
         ++current().references;
         return m_current;
@@ -170,7 +170,7 @@ public:
         m_snapshots.erase(place);
     }
 
-    /// What is different in the file's bytes, or an empty string.
+    /// Returns a description of the first difference to the bytes of the file, or an empty string.
     [[nodiscard]] std::string differenceTo(const char* file) const {
         Comparison compare(file);
         compareHeader(compare);
@@ -205,7 +205,7 @@ private:
     struct Snapshot {
         unsigned references = 0;
         unsigned reserved = 0;
-        std::map<QelGUIDBase, unsigned> entries; ///< offset of each record
+        std::map<QelGUIDBase, unsigned> entries; ///< record offsets by key
     };
     struct Record {
         unsigned references = 0;
@@ -288,11 +288,11 @@ private:
     HeapModel m_heap;
     unsigned m_largestRecord;
     unsigned m_current = 0;
-    std::map<unsigned, Snapshot> m_snapshots; ///< by the offset of their data
+    std::map<unsigned, Snapshot> m_snapshots; ///< by data offset
     std::map<unsigned, Record> m_records;
 };
 
-/// A file's bytes as a reader's mapping shows them.
+/// A read-only mapping of a file.
 class FileView {
 public:
     FileView(const std::string& path, std::size_t length) : m_length(length) {
@@ -320,18 +320,18 @@ std::string bytesOf(const TestValue& value) {
     return {static_cast<const char*>(buffer), length};
 }
 
-/// A limit of the file's size that no test reaches.
-constexpr unsigned roomy = 16U << 20U;
+/// A file size limit that no test reaches.
+constexpr unsigned unlimited = 16U << 20U;
 
-/// A mix of changes.
+/// Parameters of a random sequence of changes.
 struct Mix {
     const char* name;
-    unsigned keys;  ///< as many different ones
-    unsigned extra; ///< bytes of a record beyond the declared ones, at most
-    unsigned lists; ///< held at once, at most
+    unsigned keys;  ///< number of distinct keys
+    unsigned extra; ///< maximum record size beyond the declared size, in bytes
+    unsigned lists; ///< maximum number of live lists
     unsigned steps;
     unsigned largestFile; ///< bytes
-    unsigned removals;    ///< in a hundred changes
+    unsigned removals;    ///< percentage of removals
 };
 
 void PrintTo(const Mix& mix, std::ostream* out) {
@@ -340,13 +340,13 @@ void PrintTo(const Mix& mix, std::ostream* out) {
 
 class QelCacheLayoutTest : public testing::TestWithParam<Mix> {};
 
-TEST_P(QelCacheLayoutTest, FileAgreesWithTheModelAfterEachRandomChange) {
+TEST_P(QelCacheLayoutTest, FileEqualsModelAfterEachRandomChange) {
     if (QelMemoryMappedFile::getMemoryPageSize() != pageBytes)
-        GTEST_SKIP() << "pages of another size";
+        GTEST_SKIP() << "page size is not 4096";
     constexpr unsigned largestRecord = 3000;
     const Mix& mix = GetParam();
     const TempFile file;
-    // Two attachments, as of two processes: what one knows of the file the other changes.
+    // Two attached caches, as in two processes: each changes what the other has cached about the file.
     const TestCachePtr caches[] = {attach(file, mix.largestFile, largestRecord),
                                    attach(file, mix.largestFile, largestRecord)};
     const FileView view(file.path(), mix.largestFile);
@@ -384,16 +384,16 @@ TEST_P(QelCacheLayoutTest, FileAgreesWithTheModelAfterEachRandomChange) {
         ASSERT_EQ(model.differenceTo(view.bytes()), "") << "step " << step << ", result " << result;
     }
     for (const int each : {0, -3, -5, -6})
-        EXPECT_GT(results[each], 0U) << "result " << each << " came up";
-    EXPECT_EQ(results[-10] > 0, mix.largestFile < roomy);
+        EXPECT_GT(results[each], 0U) << "result " << each << " did not occur";
+    EXPECT_EQ(results[-10] > 0, mix.largestFile < unlimited);
 }
 
 INSTANTIATE_TEST_SUITE_P(Mixes, QelCacheLayoutTest,
-                         testing::Values(Mix{"FewSmallRecords", 12, 60, 0, 3000, roomy, 30},
+                         testing::Values(Mix{"FewSmallRecords", 12, 60, 0, 3000, unlimited, 30},
                                          Mix{"FewRecordsOfAllSizes", 40, 2800, 0, 3000, 45056, 25},
-                                         Mix{"ManyRecords", 1500, 300, 0, 4000, roomy, 10},
+                                         Mix{"ManyRecords", 1500, 300, 0, 4000, unlimited, 10},
                                          Mix{"ManyRecordsInAFullFile", 1500, 900, 0, 3000, 400 * 1024, 10},
-                                         Mix{"RecordsThatReadersHold", 200, 600, 6, 3000, 128 * 1024, 20}),
+                                         Mix{"RecordsHeldByReaders", 200, 600, 6, 3000, 128 * 1024, 20}),
                          [](const auto& mix) { return mix.param.name; });
 
 } // namespace

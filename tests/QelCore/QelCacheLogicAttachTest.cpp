@@ -14,7 +14,7 @@ namespace {
 
 using QelCacheLogicAttachTest = CacheFileTest;
 
-TEST_F(QelCacheLogicAttachTest, FreshFileHasEveryByteInItsPlace) {
+TEST_F(QelCacheLogicAttachTest, NewFileHasExpectedBytes) {
     const TestCachePtr cache = attach(file);
     EXPECT_EQ(file.size(), 4096U);
     const std::uint32_t expected[14] = {
@@ -35,7 +35,7 @@ TEST_F(QelCacheLogicAttachTest, FreshFileHasEveryByteInItsPlace) {
     };
     for (unsigned i = 0; i < 14; ++i)
         EXPECT_EQ(file.word(4 * i), expected[i]) << "offset " << 4 * i;
-    EXPECT_EQ(file.word(56), static_cast<std::uint32_t>(-56)) << "the free block is the last of the list";
+    EXPECT_EQ(file.word(56), static_cast<std::uint32_t>(-56)) << "the free block ends the list";
     EXPECT_EQ(file.word(60), 500U) << "units of the free block";
     EXPECT_EQ(file.word(4060), 5U) << "units of the snapshot's block at 4056";
     EXPECT_EQ(file.word(4064), 1U) << "references of the snapshot";
@@ -51,7 +51,7 @@ TEST_F(QelCacheLogicAttachTest, FreshFileHasEveryByteInItsPlace) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicAttachTest, SecondAttachingChangesNothing) {
+TEST_F(QelCacheLogicAttachTest, SecondAttachChangesNothing) {
     attach(file);
     const std::string before = file.read();
     const TestCachePtr cache = attach(file);
@@ -73,13 +73,13 @@ TEST_F(QelCacheLogicAttachTest, NothingIsOpenedBeforeInitialize) {
     EXPECT_EQ(cacheNotAttached, -7);
 }
 
-TEST_F(QelCacheLogicAttachTest, FileThatCannotBeMappedIsMinusTwo) {
+TEST_F(QelCacheLogicAttachTest, UnmappableFileReturnsMinus2) {
     const TestCachePtr cache(new TestCache(file.path() + "/below", testMaxItem, testMaxLists, testMaxStorage));
     EXPECT_EQ(cache->initialize(true, true), -2);
     EXPECT_FALSE(cache->isAccessible());
 }
 
-/// One constant of the header, what a wrong value of it gives.
+/// A constant of the header and the result code for a wrong value.
 struct WrongConstant {
     unsigned offset;
     int code;
@@ -87,25 +87,25 @@ struct WrongConstant {
 
 class QelCacheHeaderTest : public QelCacheLogicAttachTest, public testing::WithParamInterface<WrongConstant> {};
 
-TEST_P(QelCacheHeaderTest, WrongConstantHasItsCodeAndMarksTheFile) {
+TEST_P(QelCacheHeaderTest, WrongConstantReturnsItsCodeAndMarksTheFile) {
     attach(file);
     file.setWord(GetParam().offset, file.word(GetParam().offset) + 1);
     const std::string before = file.read();
     EXPECT_EQ(makeCache(file)->initialize(true, false), GetParam().code);
-    EXPECT_EQ(file.read(), before) << "not marked unless asked for";
+    EXPECT_EQ(file.read(), before) << "not marked without invalidate";
     const TestCachePtr cache = makeCache(file);
     EXPECT_EQ(cache->initialize(true, true), GetParam().code);
     EXPECT_FALSE(cache->isAccessible());
     EXPECT_EQ(file.word(validOffset), 0U);
-    EXPECT_EQ(makeCache(file)->initialize(true, true), -14) << "the mark is seen first";
-    EXPECT_EQ(makeCache(file)->initialize(true, false), -14) << "and stays";
+    EXPECT_EQ(makeCache(file)->initialize(true, true), -14) << "the mark is checked first";
+    EXPECT_EQ(makeCache(file)->initialize(true, false), -14) << "the mark is permanent";
 }
 
 INSTANTIATE_TEST_SUITE_P(Constants, QelCacheHeaderTest,
                          testing::Values(WrongConstant{32, -11}, WrongConstant{28, -12}, WrongConstant{36, -13},
                                          WrongConstant{40, -15}, WrongConstant{44, -16}));
 
-TEST_F(QelCacheLogicAttachTest, FirstWrongConstantInTheOrderOfTheTestsIsTold) {
+TEST_F(QelCacheLogicAttachTest, ReturnsCodeOfFirstWrongConstant) {
     attach(file);
     const auto attempt = [&] { return makeCache(file)->initialize(true, false); };
     file.setWord(44, 0);
@@ -122,17 +122,17 @@ TEST_F(QelCacheLogicAttachTest, FirstWrongConstantInTheOrderOfTheTestsIsTold) {
     EXPECT_EQ(attempt(), -14);
 }
 
-TEST_F(QelCacheLogicAttachTest, HeaderThatTellsOfMoreThanTheFileHoldsIsNotMapped) {
+TEST_F(QelCacheLogicAttachTest, SizeAboveFileSizeIsNotMapped) {
     attach(file);
     file.setWord(12, 4096 + 8);
     const TestCachePtr cache = makeCache(file);
     EXPECT_EQ(cache->initialize(true, false), -9);
     EXPECT_FALSE(cache->isAccessible());
-    EXPECT_EQ(file.size(), 4096U) << "the file isn't extended for it";
-    EXPECT_EQ(file.word(validOffset), 0U) << "marked, though nobody asked for it";
+    EXPECT_EQ(file.size(), 4096U) << "the file is not extended";
+    EXPECT_EQ(file.word(validOffset), 0U) << "marked even without invalidate";
 }
 
-TEST_F(QelCacheLogicAttachTest, HeaderThatTellsOfMoreThanTheLimitIsNotMapped) {
+TEST_F(QelCacheLogicAttachTest, SizeAboveTheLimitIsNotMapped) {
     {
         const TestCachePtr cache = attach(file);
         EXPECT_EQ(cache->insert(key(1), TestValue(key(1), 0, 10000)), 0);
@@ -146,26 +146,26 @@ TEST_F(QelCacheLogicAttachTest, FailedLockSetsTheErrorMessage) {
     clearErrorMessage();
     EXPECT_EQ(makeCache(file)->initialize(true, false), -9);
     EXPECT_EQ(getErrorMessage(), "cannot use '" + file.path() +
-                                     "': its header gives a size of 4104 bytes, more than the file has or the cache "
-                                     "maps");
+                                     "': its header specifies a size of 4104 bytes, which exceeds the file or the "
+                                     "limit of the cache");
     file.setWord(12, 4096);
     file.setWord(validOffset, 1);
     QelMappedMemoryManager::Storage storage(file.path());
     ASSERT_NE(storage.getStorage(page, nullptr), nullptr);
     ASSERT_EQ(storage.lock(), 0);
     clearErrorMessage();
-    EXPECT_EQ(makeCache(file)->initialize(true, false), -9) << "this thread holds the lock already";
+    EXPECT_EQ(makeCache(file)->initialize(true, false), -9) << "this thread already holds the lock";
     EXPECT_THAT(getErrorMessage(), testing::HasSubstr("cannot lock '" + file.path() + "': "));
     EXPECT_EQ(storage.unlock(), 0);
 }
 
-TEST_F(QelCacheLogicAttachTest, SnapshotThatNobodyCountsIsFatal) {
+TEST_F(QelCacheLogicAttachTest, SnapshotWithoutReferenceIsFatal) {
     attach(file);
     file.setWord(4064, 0);
     EXPECT_DEATH(static_cast<void>(makeCache(file)->initialize(true, true)), "core/src/QelCore/QelCacheLogic");
 }
 
-TEST_F(QelCacheLogicAttachTest, SizeThatIsDamagedWhileAttachedFailsTheLock) {
+TEST_F(QelCacheLogicAttachTest, SizeDamagedWhileAttachedFailsTheLock) {
     const TestCachePtr cache = attach(file);
     const std::uint32_t good = file.word(12);
     file.setWord(12, 0x7FFFF000);
@@ -175,13 +175,13 @@ TEST_F(QelCacheLogicAttachTest, SizeThatIsDamagedWhileAttachedFailsTheLock) {
     EXPECT_EQ(cache->getCopy(key(1)), nullptr);
     EXPECT_EQ(cache->getList(), nullptr);
     file.setWord(12, good);
-    EXPECT_EQ(cache->insert(key(1), TestValue(key(1))), 0) << "the lock was given back each time";
+    EXPECT_EQ(cache->insert(key(1), TestValue(key(1))), 0) << "the lock was released each time";
 }
 
-TEST_F(QelCacheLogicAttachTest, SnapshotOutsideTheMappingIsMinusEight) {
+TEST_F(QelCacheLogicAttachTest, SnapshotOutsideTheMappingReturnsMinus8) {
     attach(file);
     const std::uint32_t good = file.word(20);
-    // null, itself, the header, behind the end, far behind, before the start, not aligned, up to the last bytes
+    // null, self, header, end of file, far past the end, before the start, unaligned, extending to the last bytes
     for (const std::uint32_t distance : {1U, 0U, 20U, 4096U - 20, 0x40000000U, 0xFFFFF000U, good - 4, good + 24}) {
         file.setWord(20, distance);
         EXPECT_EQ(makeCache(file)->initialize(true, false), -8) << distance;
@@ -191,7 +191,7 @@ TEST_F(QelCacheLogicAttachTest, SnapshotOutsideTheMappingIsMinusEight) {
     EXPECT_EQ(file.word(validOffset), 0U);
 }
 
-TEST_F(QelCacheLogicAttachTest, SnapshotWithMoreSlotsThanItsBlockIsMinusEight) {
+TEST_F(QelCacheLogicAttachTest, SnapshotWithMoreSlotsThanItsBlockReturnsMinus8) {
     attach(file);
     for (const std::uint32_t count : {1U, 1000U, 0xFFFFFFFFU, 0x0CCCCCCDU}) {
         file.setWord(4068, count);
@@ -199,7 +199,7 @@ TEST_F(QelCacheLogicAttachTest, SnapshotWithMoreSlotsThanItsBlockIsMinusEight) {
     }
     file.setWord(4068, 0);
     file.setWord(4060, 6);
-    EXPECT_EQ(makeCache(file)->initialize(true, false), -8) << "a block beyond the end";
+    EXPECT_EQ(makeCache(file)->initialize(true, false), -8) << "the block extends past the end";
 }
 
 TEST_F(QelCacheLogicAttachTest, HalfFormattedFileIsUnusable) {
@@ -208,7 +208,7 @@ TEST_F(QelCacheLogicAttachTest, HalfFormattedFileIsUnusable) {
     EXPECT_EQ(makeCache(file)->initialize(true, false), -14);
 }
 
-TEST_F(QelCacheLogicAttachTest, ForeignFileIsRefusedWithoutACrash) {
+TEST_F(QelCacheLogicAttachTest, ForeignFileIsRejectedWithoutCrash) {
     std::mt19937 random(1);
     for (int round = 0; round < 200; ++round) {
         std::string bytes(below(random, 5000), '\0');
@@ -223,16 +223,16 @@ TEST_F(QelCacheLogicAttachTest, ForeignFileIsRefusedWithoutACrash) {
     }
 }
 
-TEST_F(QelCacheLogicAttachTest, CreateInstanceOfTheFirstKindFailsOnAnUnusableFile) {
+TEST_F(QelCacheLogicAttachTest, CreateInstanceAsFirstFailsOnUnusableFile) {
     attach(file);
     file.setWord(28, 0);
     EXPECT_EQ(TestCache::createInstance(file.path(), true, true, testMaxItem, testMaxLists, testMaxStorage), nullptr);
-    EXPECT_EQ(file.word(validOffset), 1U) << "and leaves it";
+    EXPECT_EQ(file.word(validOffset), 1U) << "the file is unchanged";
     file.setWord(28, 0xCACEFE03);
     EXPECT_NE(TestCache::createInstance(file.path(), true, true, testMaxItem, testMaxLists, testMaxStorage), nullptr);
 }
 
-TEST_F(QelCacheLogicAttachTest, CreateInstanceOfTheOtherKindMakesAnUnusableFileAnew) {
+TEST_F(QelCacheLogicAttachTest, CreateInstanceNotAsFirstRecreatesUnusableFile) {
     EXPECT_EQ(attach(file)->insert(key(1), TestValue(key(1))), 0);
     for (const unsigned damage : {12U, 20U, 28U}) {
         file.setWord(damage, 0x7FFFFFFF);

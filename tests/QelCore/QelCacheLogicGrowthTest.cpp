@@ -22,7 +22,7 @@ using QelCacheLogicGrowthTest = CacheFileTest;
 
 // ---- limits
 
-TEST_F(QelCacheLogicGrowthTest, FullFileIsMinusTenAndRemovalStillWorks) {
+TEST_F(QelCacheLogicGrowthTest, FullFileReturnsMinus10AndRemovalStillWorks) {
     const TestCachePtr cache = attach(file, page);
     unsigned count = 0;
     int result = 0;
@@ -36,7 +36,7 @@ TEST_F(QelCacheLogicGrowthTest, FullFileIsMinusTenAndRemovalStillWorks) {
     EXPECT_TRUE(TestValue(key(0)).equals(cache->getCopy(key(0))));
     {
         const TestListPtr list = cache->getList();
-        EXPECT_EQ(cache->remove(key(0)), -10) << "a copy of the array has no room";
+        EXPECT_EQ(cache->remove(key(0)), -10) << "no room for a copy of the array";
         EXPECT_EQ(cache->update(key(0), TestValue(key(0), 1)), -10);
         EXPECT_NE(cache->getCopy(key(0)), nullptr);
         EXPECT_EQ(list->size(), count);
@@ -48,7 +48,7 @@ TEST_F(QelCacheLogicGrowthTest, FullFileIsMinusTenAndRemovalStillWorks) {
     EXPECT_EQ(cache->insert(key(1), TestValue(key(1))), 0);
 }
 
-TEST_F(QelCacheLogicGrowthTest, FileSizeLimitIsMinusTenAndLosesNothing) {
+TEST_F(QelCacheLogicGrowthTest, FileSizeLimitReturnsMinus10AndLosesNothing) {
     EXPECT_EQ(inChild([&] {
                   std::signal(SIGXFSZ, SIG_DFL);
                   const rlimit limit{3 * page, 3 * page};
@@ -70,7 +70,7 @@ TEST_F(QelCacheLogicGrowthTest, FileSizeLimitIsMinusTenAndLosesNothing) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicGrowthTest, FileSizeLimitAtTheStartIsMinusTwo) {
+TEST_F(QelCacheLogicGrowthTest, FileSizeLimitOnAttachReturnsMinus2) {
     EXPECT_EQ(inChild([&] {
                   std::signal(SIGXFSZ, SIG_DFL);
                   const rlimit limit{1, 1};
@@ -81,7 +81,7 @@ TEST_F(QelCacheLogicGrowthTest, FileSizeLimitAtTheStartIsMinusTwo) {
 
 // ---- growth
 
-TEST_F(QelCacheLogicGrowthTest, FileGrowsByAFifthOrByRoomForFiveRecords) {
+TEST_F(QelCacheLogicGrowthTest, FileGrowsByOneFifthOrByFiveRecords) {
     const TestCachePtr cache = attach(file);
     ASSERT_EQ(cache->insert(key(1), TestValue(key(1), 0, 5000 - 92)), 0);
     EXPECT_EQ(file.size(), (4096U + 5 * 5000 + 4095) / 4096 * 4096);
@@ -92,17 +92,17 @@ TEST_F(QelCacheLogicGrowthTest, FileGrowsByAFifthOrByRoomForFiveRecords) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicGrowthTest, FileGrowsByAFifthOfItsSize) {
+TEST_F(QelCacheLogicGrowthTest, FileGrowsByOneFifthOfItsSize) {
     const TestCachePtr cache = attach(file);
     ASSERT_EQ(cache->insert(key(0), TestValue(key(0), 0, 80000 - 92)), 0);
     constexpr unsigned before = 99 * page;
-    ASSERT_EQ(file.size(), before) << "4096 and five times 80000, in whole pages";
+    ASSERT_EQ(file.size(), before) << "4096 + 5 * 80000, rounded up to pages";
     for (unsigned i = 1; file.size() == before; ++i)
         ASSERT_EQ(cache->insert(key(i), TestValue(key(i), 0, 10000)), 0);
-    EXPECT_EQ(file.size(), 119 * page) << "a fourth would be 124 pages, a sixth 116";
+    EXPECT_EQ(file.size(), 119 * page) << "a quarter would yield 124 pages, a sixth 116";
 }
 
-TEST_F(QelCacheLogicGrowthTest, FileGrowsUpToItsLimitAndNotBeyond) {
+TEST_F(QelCacheLogicGrowthTest, FileDoesNotGrowBeyondItsLimit) {
     constexpr unsigned grown = 32768; // room for five records of 5000 bytes
     EXPECT_EQ(attach(file, grown - 1)->insert(key(1), TestValue(key(1), 0, 5000 - 92)), -10);
     EXPECT_EQ(file.size(), page);
@@ -110,7 +110,7 @@ TEST_F(QelCacheLogicGrowthTest, FileGrowsUpToItsLimitAndNotBeyond) {
     EXPECT_EQ(file.size(), grown);
 }
 
-/// What a change does, whether a reader holds the snapshot, and where the file grew meanwhile.
+/// A change, whether a reader holds the snapshot, and the allocations that are expected to grow the file.
 struct GrowthCase {
     const char* name;
     bool held;
@@ -127,11 +127,11 @@ void PrintTo(const GrowthCase& growth, std::ostream* out) {
 
 class QelCacheGrowthTest : public testing::TestWithParam<GrowthCase> {};
 
-TEST_P(QelCacheGrowthTest, EveryAddressIsRebasedWhereverTheFileGrows) {
+TEST_P(QelCacheGrowthTest, RebasesEveryAddressWhereverTheFileGrows) {
     const GrowthCase& growth = GetParam();
     bool grewForSnapshot = false;
     bool grewForRecord = false;
-    // Key 2 fills the first page to every degree, so that each allocation is the one that doesn't fit at some degree.
+    // Vary the size of key 2, so that each allocation in turn is the first one that does not fit into the first page.
     for (unsigned filler = 3000; filler < 3960; filler += 8) {
         const TempFile file;
         const TestCachePtr cache = attach(file);
@@ -188,7 +188,7 @@ INSTANTIATE_TEST_SUITE_P(Changes, QelCacheGrowthTest,
                                          GrowthCase{"remove", false, removeFirst, false, false, 0, {2}},
                                          GrowthCase{"remove with a reader", true, removeFirst, true, false, 0, {2}}));
 
-TEST_F(QelCacheLogicGrowthTest, ListsOfManyMappingsReadOnWhileTheFileGrows) {
+TEST_F(QelCacheLogicGrowthTest, ListsInOldMappingsStayReadableWhileTheFileGrows) {
     const TestCachePtr cache = attach(file);
     std::vector<TestListPtr> lists;
     for (unsigned i = 0; i < 600; ++i) {
@@ -206,9 +206,9 @@ TEST_F(QelCacheLogicGrowthTest, ListsOfManyMappingsReadOnWhileTheFileGrows) {
     expectClean();
 }
 
-// ---- two objects, as in two processes
+// ---- two caches, as in two processes
 
-TEST_F(QelCacheLogicGrowthTest, LateCacheMapsAllOfAGrownFile) {
+TEST_F(QelCacheLogicGrowthTest, LaterAttachMapsTheWholeGrownFile) {
     const TestCachePtr cache = attach(file);
     for (unsigned i = 0; i < 300; ++i)
         ASSERT_EQ(cache->insert(key(i), TestValue(key(i), i, 100)), 0);
@@ -219,7 +219,7 @@ TEST_F(QelCacheLogicGrowthTest, LateCacheMapsAllOfAGrownFile) {
         ASSERT_TRUE(TestValue(key(i), i, 100).equals(list->get(key(i))));
 }
 
-TEST_F(QelCacheLogicGrowthTest, OtherCacheFollowsAGrowthAtItsNextLockAndItsListsReadOn) {
+TEST_F(QelCacheLogicGrowthTest, OtherCacheRemapsOnNextLockAndItsListsStayReadable) {
     const TestCachePtr grower = attach(file);
     const TestCachePtr other = attach(file);
     ASSERT_EQ(grower->insert(key(1), TestValue(key(1))), 0);
@@ -228,7 +228,7 @@ TEST_F(QelCacheLogicGrowthTest, OtherCacheFollowsAGrowthAtItsNextLockAndItsLists
     ASSERT_EQ(grower->update(key(1), TestValue(key(1), 1)), 0);
     EXPECT_TRUE(TestValue(key(1)).equals(list->get(key(1))));
     EXPECT_TRUE(TestValue(key(2), 0, 20000).equals(other->getCopy(key(2))));
-    EXPECT_TRUE(TestValue(key(1)).equals(list->get(key(1)))) << "still in the old mapping";
+    EXPECT_TRUE(TestValue(key(1)).equals(list->get(key(1)))) << "still valid in the old mapping";
     EXPECT_EQ(list->size(), 1U);
     list.reset();
     EXPECT_EQ(other->insert(key(3), TestValue(key(3))), 0);
@@ -263,7 +263,7 @@ TEST_F(QelCacheLogicGrowthTest, ThreadsShareOneCacheWhileItGrows) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicGrowthTest, RandomChangesAgreeWithAModel) {
+TEST_F(QelCacheLogicGrowthTest, RandomChangesAgreeWithModel) {
     std::mt19937 random(3);
     TestCachePtr cache = attach(file);
     std::map<QelGUIDBase, TestValue> model;

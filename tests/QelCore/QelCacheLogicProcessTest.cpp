@@ -18,7 +18,7 @@ using testing::IsEmpty;
 
 using QelCacheLogicProcessTest = CacheFileTest;
 
-/// A value whose serialisation signals that the lock is held and then never ends.
+/// A value whose serialisation signals that the lock is held and then blocks forever.
 struct StuckSource {
     const Signal& holding;
     const Signal& never;
@@ -31,7 +31,7 @@ struct StuckSource {
 
 // ---- fork
 
-TEST_F(QelCacheLogicProcessTest, ForkedChildIsDetachedAndGivesNothingBack) {
+TEST_F(QelCacheLogicProcessTest, ForkedChildIsDetachedAndReleasesNothing) {
     const TestCachePtr cache = attach(file);
     ASSERT_EQ(cache->insert(key(1), TestValue(key(1))), 0);
     TestListPtr list = cache->getList();
@@ -48,13 +48,13 @@ TEST_F(QelCacheLogicProcessTest, ForkedChildIsDetachedAndGivesNothingBack) {
                   return file.word(20 + file.word(20)) == references ? 0 : 4;
               }),
               0);
-    EXPECT_TRUE(TestValue(key(1)).equals(list->get(key(1)))) << "the parent notices nothing";
+    EXPECT_TRUE(TestValue(key(1)).equals(list->get(key(1)))) << "the parent is not affected";
     ASSERT_EQ(cache->insert(key(2), TestValue(key(2))), 0);
     list.reset();
     expectClean();
 }
 
-TEST_F(QelCacheLogicProcessTest, ForkedChildAttachesAnewAndWorksBesideItsParent) {
+TEST_F(QelCacheLogicProcessTest, ForkedChildReattachesAndWorksConcurrentlyWithItsParent) {
     const TestCachePtr cache = attach(file);
     const TestListPtr list = cache->getList();
     const Signal parentDone;
@@ -80,7 +80,7 @@ TEST_F(QelCacheLogicProcessTest, ForkedChildAttachesAnewAndWorksBesideItsParent)
     EXPECT_EQ(cache->getList()->size(), 400U);
 }
 
-TEST_F(QelCacheLogicProcessTest, ForkWithListsOfSeveralMappingsLeavesTheParentsCountsAlone) {
+TEST_F(QelCacheLogicProcessTest, ForkWithListsInSeveralMappingsLeavesCountsUnchanged) {
     const TestCachePtr cache = attach(file);
     std::vector<TestListPtr> lists;
     for (unsigned i = 0; i < 100; ++i) {
@@ -101,7 +101,7 @@ TEST_F(QelCacheLogicProcessTest, ForkWithListsOfSeveralMappingsLeavesTheParentsC
 
 // ---- death
 
-TEST_F(QelCacheLogicProcessTest, SnapshotOfAKilledReaderStaysAndTheCacheWorksOn) {
+TEST_F(QelCacheLogicProcessTest, SnapshotOfKilledReaderStaysAllocatedAndTheCacheStillWorks) {
     const TestCachePtr cache = attach(file);
     for (unsigned i = 0; i < 10; ++i)
         ASSERT_EQ(cache->insert(key(i), TestValue(key(i))), 0);
@@ -119,7 +119,7 @@ TEST_F(QelCacheLogicProcessTest, SnapshotOfAKilledReaderStaysAndTheCacheWorksOn)
         reader.kill();
         EXPECT_EQ(reader.wait(), -1);
     }
-    EXPECT_EQ(file.word(20 + file.word(20)), 2U) << "nobody gives it back";
+    EXPECT_EQ(file.word(20 + file.word(20)), 2U) << "the reference is never released";
     for (unsigned i = 0; i < 10; ++i)
         ASSERT_EQ(cache->update(key(i), TestValue(key(i), 1)), 0);
     EXPECT_THAT(findingsIn(file, false), IsEmpty());
@@ -128,7 +128,7 @@ TEST_F(QelCacheLogicProcessTest, SnapshotOfAKilledReaderStaysAndTheCacheWorksOn)
         EXPECT_TRUE(TestValue(key(i), 1).equals(cache->getCopy(key(i))));
 }
 
-TEST_F(QelCacheLogicProcessTest, LockOfAKilledWriterIsFreeAgain) {
+TEST_F(QelCacheLogicProcessTest, LockOfKilledWriterIsReleased) {
     const TestCachePtr cache = attach(file);
     ASSERT_EQ(cache->insert(key(1), TestValue(key(1))), 0);
     const Signal holding;
@@ -137,16 +137,15 @@ TEST_F(QelCacheLogicProcessTest, LockOfAKilledWriterIsFreeAgain) {
     holding.wait();
     QelMappedMemoryManager::Storage storage(file.path());
     ASSERT_NE(storage.getStorage(4096, nullptr), nullptr);
-    EXPECT_NE(storage.QelMemoryMappedFile::lock(true), 0) << "it is held";
+    EXPECT_NE(storage.QelMemoryMappedFile::lock(true), 0) << "the lock is held";
     writer.kill();
     EXPECT_EQ(writer.wait(), -1);
     EXPECT_EQ(cache->update(key(1), TestValue(key(1), 2)), 0);
     expectClean();
 }
 
-TEST_F(QelCacheLogicProcessTest, WritersKilledAnywhereLeaveAFileThatCanBeReadOrIsRefused) {
-    // Kills at random moments.  Whatever was under way, the lock is free afterwards, and every record that is listed is
-    // one that was written.
+TEST_F(QelCacheLogicProcessTest, FileIsReadableAfterWriterIsKilledAnywhere) {
+    // Kill at random moments.  Afterwards the lock is free and every listed record is one that was written.
     std::mt19937 random(11);
     for (int round = 0; round < 20; ++round) {
         const TempFile own;
@@ -178,12 +177,12 @@ TEST_F(QelCacheLogicProcessTest, WritersKilledAnywhereLeaveAFileThatCanBeReadOrI
 
 // ---- several processes at once
 
-TEST_F(QelCacheLogicProcessTest, TwoProcessesTakeTurnsAndEachSeesWhatTheOtherDid) {
+TEST_F(QelCacheLogicProcessTest, AlternatingProcessesSeeEachOthersChanges) {
     constexpr unsigned turns = 3000;
     const Signal toChild;
     const Signal toParent;
-    // Both replay the same random changes; the one whose turn it is makes the change, the other one looks at its
-    // effect.
+    // Both processes replay the same random changes.  The one whose turn it is makes the change, the other one checks
+    // its effect.
     const auto game = [&](bool parent) {
         const TestCachePtr cache = attach(file);
         std::mt19937 random(5);
@@ -208,7 +207,7 @@ TEST_F(QelCacheLogicProcessTest, TwoProcessesTakeTurnsAndEachSeesWhatTheOtherDid
                 model.erase(id);
             else
                 model.insert_or_assign(id, value);
-            // The next turn is one's own, so nothing changes while one looks.
+            // The next turn is our own, so nothing changes during the check.
             if (!mine) {
                 const auto copy = cache->getCopy(id);
                 const auto expected = model.find(id);
@@ -231,7 +230,7 @@ TEST_F(QelCacheLogicProcessTest, TwoProcessesTakeTurnsAndEachSeesWhatTheOtherDid
     };
     const auto play = [&](bool parent) {
         const int result = game(parent);
-        for (unsigned turn = 0; turn < turns; ++turn) // one that lost doesn't let the other wait
+        for (unsigned turn = 0; turn < turns; ++turn) // unblock the other process after a failure
             (parent ? toChild : toParent).give();
         return result;
     };
@@ -241,12 +240,13 @@ TEST_F(QelCacheLogicProcessTest, TwoProcessesTakeTurnsAndEachSeesWhatTheOtherDid
     expectClean();
 }
 
-/// Changes that a writer makes to keys of its own, the same for each seed.
+/// A reproducible sequence of changes to the keys of one writer.
 class Script {
 public:
     explicit Script(unsigned seed) : m_base(seed * 1000), m_random(seed) {}
 
-    /// Makes the next change in the cache, if there is one, and in the model.  False if the cache gave a wrong result.
+    /// Applies the next change to the cache, if not null, and to the model.  Returns false if the cache returned a
+    /// wrong result.
     bool step(TestCache* cache) {
         const QelGUIDBase id = key(m_base + below(m_random, 40));
         const TestValue value(id, ++m_version, below(m_random, 600));
@@ -262,7 +262,7 @@ public:
         return result == 0;
     }
 
-    /// Whether what `list` has of this writer's keys is the model.
+    /// Whether the keys of this writer in `list` equal the model.
     [[nodiscard]] bool agreesWith(const TestList& list) const {
         std::size_t own = 0;
         for (const auto& record : list)
@@ -281,7 +281,7 @@ private:
     std::uint32_t m_version = 0;
 };
 
-TEST_F(QelCacheLogicProcessTest, WritersAndReadersWorkAtOnceForThousandsOfOperations) {
+TEST_F(QelCacheLogicProcessTest, ConcurrentWritersAndReadersAgreeOverThousandsOfOperations) {
     constexpr unsigned steps = 3000;
     const Signal start;
     const auto writer = [&](unsigned seed) {

@@ -21,26 +21,26 @@ using QelCacheLogicTest = CacheFileTest;
 
 // ---- records
 
-TEST_F(QelCacheLogicTest, FirstInsertTakesTheDeclaredSlotAndTheSecondMakesABlockOf52Bytes) {
+TEST_F(QelCacheLogicTest, FirstInsertUsesTheDeclaredSlotAndTheSecondAllocates52Bytes) {
     const TestCachePtr cache = attach(file);
     ASSERT_EQ(cache->insert(key(1), TestValue(key(1))), 0);
-    EXPECT_EQ(20 + file.word(20), 4064U) << "the snapshot didn't move";
+    EXPECT_EQ(20 + file.word(20), 4064U) << "the snapshot has not moved";
     EXPECT_EQ(file.word(4068), 1U);
     EXPECT_EQ(file.word(4072), 0U);
-    EXPECT_EQ(file.word(8), 96U + 104) << "a head and 92 bytes, rounded up";
+    EXPECT_EQ(file.word(8), 96U + 104) << "a block header and 92 bytes, rounded up";
     ASSERT_EQ(cache->insert(key(2), TestValue(key(2))), 0);
     const unsigned snapshot = 20 + file.word(20);
     EXPECT_NE(snapshot, 4064U);
-    EXPECT_EQ(file.word(snapshot - 4), 8U) << "52 bytes and a head, rounded up";
+    EXPECT_EQ(file.word(snapshot - 4), 8U) << "52 bytes and a block header, rounded up";
     EXPECT_EQ(file.word(snapshot + 4), 2U);
     EXPECT_EQ(file.word(snapshot + 8), 0U);
-    EXPECT_EQ(file.word(8), 56U + 64 + 2 * 104) << "the old block was given back";
+    EXPECT_EQ(file.word(8), 56U + 64 + 2 * 104) << "the old block was freed";
     EXPECT_EQ(cache->getTotalAllocatedSize(), 56U + 64 + 2 * 104);
     EXPECT_EQ(cache->getAchiveableSize(), 56U + 64 + 2 * 104);
     expectClean();
 }
 
-TEST_F(QelCacheLogicTest, RecordComesBackAsItWasPutIn) {
+TEST_F(QelCacheLogicTest, InsertedRecordIsReturnedUnchanged) {
     const TestCachePtr cache = attach(file);
     const TestValue value(key(7), 3, 123);
     ASSERT_EQ(cache->insert(key(7), value), 0);
@@ -56,7 +56,7 @@ TEST_F(QelCacheLogicTest, RecordComesBackAsItWasPutIn) {
     EXPECT_EQ(list->size(), 1U);
 }
 
-TEST_F(QelCacheLogicTest, InsertOfAKeyThatExistsIsMinusFiveAndAllocatesNothing) {
+TEST_F(QelCacheLogicTest, InsertOfExistingKeyReturnsMinus5AndAllocatesNothing) {
     const TestCachePtr cache = attach(file);
     ASSERT_EQ(cache->insert(key(1), TestValue(key(1), 1)), 0);
     const std::string before = file.read();
@@ -64,7 +64,7 @@ TEST_F(QelCacheLogicTest, InsertOfAKeyThatExistsIsMinusFiveAndAllocatesNothing) 
     EXPECT_EQ(file.read(), before);
 }
 
-TEST_F(QelCacheLogicTest, UpdateAndRemoveOfAnAbsentKeyAreMinusSix) {
+TEST_F(QelCacheLogicTest, UpdateAndRemoveOfMissingKeyReturnMinus6) {
     const TestCachePtr cache = attach(file);
     const std::string before = file.read();
     EXPECT_EQ(cache->update(key(1), TestValue(key(1))), -6);
@@ -72,7 +72,7 @@ TEST_F(QelCacheLogicTest, UpdateAndRemoveOfAnAbsentKeyAreMinusSix) {
     EXPECT_EQ(file.read(), before);
 }
 
-TEST_F(QelCacheLogicTest, UpdateReplacesARecordByOneOfAnyLength) {
+TEST_F(QelCacheLogicTest, UpdateReplacesRecordByOneOfAnyLength) {
     const TestCachePtr cache = attach(file);
     ASSERT_EQ(cache->insert(key(1), TestValue(key(1), 1, 500)), 0);
     ASSERT_EQ(cache->insert(key(2), TestValue(key(2))), 0);
@@ -85,7 +85,7 @@ TEST_F(QelCacheLogicTest, UpdateReplacesARecordByOneOfAnyLength) {
     EXPECT_TRUE(TestValue(key(2)).equals(cache->getCopy(key(2))));
 }
 
-TEST_F(QelCacheLogicTest, RemovedSlotIsUsedAgain) {
+TEST_F(QelCacheLogicTest, RemovedSlotIsReused) {
     const TestCachePtr cache = attach(file);
     for (unsigned i = 1; i <= 3; ++i)
         ASSERT_EQ(cache->insert(key(i), TestValue(key(i))), 0);
@@ -104,7 +104,7 @@ TEST_F(QelCacheLogicTest, RemovedSlotIsUsedAgain) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicTest, RecordAboveTheLimitIsMinusThreeAndTheCacheWorksOn) {
+TEST_F(QelCacheLogicTest, RecordAboveTheLimitReturnsMinus3AndTheCacheStillWorks) {
     const TestCachePtr cache = attach(file, testMaxStorage, 0x1000000);
     const unsigned largest = 0x1000000 - TestRecord::declaredSize;
     EXPECT_EQ(cache->insert(key(1), TestValue(key(1), 0, largest + 1)), -3);
@@ -113,24 +113,24 @@ TEST_F(QelCacheLogicTest, RecordAboveTheLimitIsMinusThreeAndTheCacheWorksOn) {
     EXPECT_EQ(cache->update(key(1), TestValue(key(1), 0, largest + 1)), -3);
     EXPECT_TRUE(TestValue(key(1)).equals(cache->getCopy(key(1))));
     const TestValue value(key(1), 0, largest);
-    EXPECT_EQ(cache->update(key(1), value), 0) << "the limit itself is accepted";
+    EXPECT_EQ(cache->update(key(1), value), 0) << "a record of exactly the limit is accepted";
     EXPECT_TRUE(value.equals(cache->getCopy(key(1))));
     expectClean();
 }
 
-TEST_F(QelCacheLogicTest, SnapshotMadeForARefusedRecordStays) {
+TEST_F(QelCacheLogicTest, CopyMadeForRejectedRecordRemains) {
     const TestCachePtr cache = attach(file, testMaxStorage, 100);
     ASSERT_EQ(cache->insert(key(1), TestValue(key(1))), 0);
     EXPECT_EQ(cache->insert(key(2), TestValue(key(2), 0, 9)), -3);
     const unsigned snapshot = 20 + file.word(20);
     EXPECT_EQ(file.word(snapshot + 4), 1U);
-    EXPECT_EQ(file.word(snapshot + 8), 1U) << "room for the next one";
+    EXPECT_EQ(file.word(snapshot + 8), 1U) << "the slot is free";
     EXPECT_EQ(cache->insert(key(2), TestValue(key(2), 0, 8)), 0);
     EXPECT_EQ(20 + file.word(20), snapshot);
     expectClean();
 }
 
-TEST_F(QelCacheLogicTest, SourceIsShownTheOldRecordOnUpdateOnly) {
+TEST_F(QelCacheLogicTest, SourceReceivesTheOldRecordOnUpdateOnly) {
     const TestCachePtr cache = attach(file);
     const TestValue value(key(1), 5, 40);
     const void* seen = &value;
@@ -148,7 +148,7 @@ TEST_F(QelCacheLogicTest, SourceIsShownTheOldRecordOnUpdateOnly) {
     EXPECT_NE(seen, nullptr);
 }
 
-TEST_F(QelCacheLogicTest, SourceThatUsesTheCacheIsRefusedInsteadOfWaitingForItself) {
+TEST_F(QelCacheLogicTest, SourceThatUsesTheCacheFailsInsteadOfDeadlocking) {
     const TestCachePtr cache = attach(file);
     const TestCachePtr second = attach(file);
     const TestValue value(key(1));
@@ -162,7 +162,7 @@ TEST_F(QelCacheLogicTest, SourceThatUsesTheCacheIsRefusedInsteadOfWaitingForItse
     EXPECT_EQ(cache->insert(key(2), TestValue(key(2))), 0);
 }
 
-TEST_F(QelCacheLogicTest, SourceThatForksFindsTheChildDetached) {
+TEST_F(QelCacheLogicTest, ChildForkedByASourceIsDetached) {
     const TestCachePtr cache = attach(file);
     const TestValue value(key(1));
     pid_t child = -1;
@@ -182,14 +182,14 @@ TEST_F(QelCacheLogicTest, SourceThatForksFindsTheChildDetached) {
 
 TEST_F(QelCacheLogicTest, ShortestRecordHasTheDeclaredSize) {
     const TestValue value(key(1));
-    const auto ofLength = [&](unsigned told) {
-        return TestSource{[&value, told](const void** buffer, unsigned& length, const void*) {
+    const auto ofLength = [&](unsigned returned) {
+        return TestSource{[&value, returned](const void** buffer, unsigned& length, const void*) {
             static_cast<void>(value.getBuffer(buffer, length, nullptr));
-            length = told;
+            length = returned;
             return 0;
         }};
     };
-    // A death test forks, so each statement attaches for itself.
+    // A death test forks, so each statement attaches its own cache.
     EXPECT_DEATH(static_cast<void>(attach(file)->insert(key(1), ofLength(91))), "core/src/QelCore/QelCacheLogic");
     EXPECT_EQ(attach(file)->insert(key(1), ofLength(92)), 0);
     const TestSource failing{[](const void**, unsigned&, const void*) { return -1; }};
@@ -198,7 +198,7 @@ TEST_F(QelCacheLogicTest, ShortestRecordHasTheDeclaredSize) {
     EXPECT_DEATH(static_cast<void>(attach(file)->update(key(1), withoutBytes)), "core/src/QelCore/QelCacheLogic");
 }
 
-TEST_F(QelCacheLogicTest, CopyOfARecordThatTellsLessThanTheDeclaredSizeIsFatal) {
+TEST_F(QelCacheLogicTest, CopyOfRecordShorterThanTheDeclaredSizeIsFatal) {
     ASSERT_EQ(attach(file)->insert(key(1), TestValue(key(1))), 0);
     const unsigned record = 4076 + 16 + file.word(4076 + 16);
     file.setWord(record + 4, static_cast<std::uint32_t>(-1));
@@ -218,7 +218,7 @@ TEST_F(QelCacheLogicTest, CopyIsPrivate) {
 
 // ---- lists
 
-TEST_F(QelCacheLogicTest, ListHoldsAReferenceToTheSnapshotAsLongAsItLives) {
+TEST_F(QelCacheLogicTest, ListHoldsReferenceToSnapshotForItsLifetime) {
     const TestCachePtr cache = attach(file);
     TestListPtr list = cache->getList();
     EXPECT_EQ(file.word(4064), 2U);
@@ -230,7 +230,7 @@ TEST_F(QelCacheLogicTest, ListHoldsAReferenceToTheSnapshotAsLongAsItLives) {
     EXPECT_EQ(file.word(4064), 1U);
 }
 
-TEST_F(QelCacheLogicTest, ReaderKeepsTheOldValueThatAnUpdateReplaced) {
+TEST_F(QelCacheLogicTest, ReaderKeepsTheValueReplacedByAnUpdate) {
     const TestCachePtr cache = attach(file);
     const TestValue before(key(1), 1, 30);
     const TestValue after(key(1), 2, 60);
@@ -256,13 +256,13 @@ TEST_F(QelCacheLogicTest, ReaderSeesNeitherInsertsNorRemovals) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicTest, CopyForAnUpdateOrARemovalHasNoSpareSlot) {
+TEST_F(QelCacheLogicTest, CopyForUpdateOrRemovalHasNoFreeSlot) {
     const TestCachePtr cache = attach(file);
     for (const unsigned i : {1U, 2U, 3U})
         ASSERT_EQ(cache->insert(key(i), TestValue(key(i))), 0);
     const auto units = [&] { return file.word(20 + file.word(20) - 4); };
     const auto reserved = [&] { return file.word(20 + file.word(20) + 8); };
-    constexpr unsigned unitsForThree = 10; // a head, 12 bytes and three entries of 20
+    constexpr unsigned unitsForThree = 10; // a block header, 12 bytes and three entries of 20
     {
         const TestListPtr list = cache->getList();
         ASSERT_EQ(cache->update(key(1), TestValue(key(1), 1)), 0);
@@ -275,7 +275,7 @@ TEST_F(QelCacheLogicTest, CopyForAnUpdateOrARemovalHasNoSpareSlot) {
     EXPECT_EQ(reserved(), 1U) << "the slot of the removed record";
 }
 
-TEST_F(QelCacheLogicTest, DamagedBlockIsFatalBeforeTheCountOfBytesChanges) {
+TEST_F(QelCacheLogicTest, DamagedBlockIsFatalBeforeAllocatedBytesChange) {
     {
         const TestCachePtr cache = attach(file);
         for (const unsigned i : {1U, 2U})
@@ -283,19 +283,19 @@ TEST_F(QelCacheLogicTest, DamagedBlockIsFatalBeforeTheCountOfBytesChanges) {
     }
     const unsigned entry = 20 + file.word(20) + 12;
     const unsigned record = entry + 16 + file.word(entry + 16);
-    // A block that reaches over the end of the heap, though not over the bytes that are counted.
+    // A block that extends past the end of the heap but not beyond the allocated bytes.
     file.setWord(record - 4, (page - record) / 8 + 2);
     file.setWord(8, page);
     EXPECT_DEATH(static_cast<void>(attach(file)->remove(key(1))), "core/src/QelCore/QelSharedMemoryManager");
     EXPECT_EQ(file.word(8), page);
 }
 
-TEST_F(QelCacheLogicTest, CacheIsNotDestroyedWhileItsFileCannotBeLocked) {
+TEST_F(QelCacheLogicTest, DestroyingCacheWhoseFileCannotBeLockedIsFatal) {
     QelMappedMemoryManager::Storage storage(file.path());
     EXPECT_DEATH(
         {
             TestCachePtr cache = attach(file);
-            // This thread holds the lock, so that the destructor isn't granted it.
+            // This thread already holds the lock, so the destructor cannot acquire it.
             static_cast<void>(storage.getStorage(page, nullptr));
             static_cast<void>(storage.lock());
             cache.reset();
@@ -303,7 +303,7 @@ TEST_F(QelCacheLogicTest, CacheIsNotDestroyedWhileItsFileCannotBeLocked) {
         "core/src/QelCore/QelCacheLogic");
 }
 
-TEST_F(QelCacheLogicTest, LastListOfAnOldSnapshotFreesTheRecordsThatOnlyItListed) {
+TEST_F(QelCacheLogicTest, LastListOfOldSnapshotFreesItsRecords) {
     const TestCachePtr cache = attach(file);
     for (const unsigned i : {1U, 2U, 3U})
         ASSERT_EQ(cache->insert(key(i), TestValue(key(i))), 0);
@@ -316,14 +316,14 @@ TEST_F(QelCacheLogicTest, LastListOfAnOldSnapshotFreesTheRecordsThatOnlyItListed
     EXPECT_EQ(cache->getTotalAllocatedSize(), held) << "the other list still holds it";
     EXPECT_TRUE(TestValue(key(2)).equals(two->get(key(2))));
     two.reset();
-    // The snapshot's block of 72 bytes with its head, and two records of 104.
+    // The block of the snapshot, 72 bytes and a header, and two records of 104.
     EXPECT_EQ(cache->getTotalAllocatedSize(), held - 80 - 2 * 104);
     EXPECT_TRUE(TestValue(key(1), 2).equals(cache->getCopy(key(1))));
     EXPECT_TRUE(TestValue(key(3)).equals(cache->getCopy(key(3))));
     expectClean();
 }
 
-TEST_F(QelCacheLogicTest, ChainOfSnapshotsMayBeGivenBackInAnyOrder) {
+TEST_F(QelCacheLogicTest, SnapshotsCanBeReleasedInAnyOrder) {
     std::mt19937 random(7);
     const TestCachePtr cache = attach(file);
     std::vector<std::pair<TestListPtr, unsigned>> lists;
@@ -347,7 +347,7 @@ TEST_F(QelCacheLogicTest, ChainOfSnapshotsMayBeGivenBackInAnyOrder) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicTest, SeventeenthListIsNullAndADroppedOneMakesRoom) {
+TEST_F(QelCacheLogicTest, SeventeenthListIsNullUntilOneIsReleased) {
     const TestCachePtr cache = attach(file);
     std::vector<TestListPtr> lists;
     for (int i = 0; i < 16; ++i) {
@@ -355,12 +355,12 @@ TEST_F(QelCacheLogicTest, SeventeenthListIsNullAndADroppedOneMakesRoom) {
         ASSERT_NE(lists.back(), nullptr);
     }
     EXPECT_EQ(cache->getList(), nullptr);
-    EXPECT_NE(attach(file)->getList(), nullptr) << "each object counts for itself";
+    EXPECT_NE(attach(file)->getList(), nullptr) << "the limit applies per cache object";
     lists.pop_back();
     EXPECT_NE(cache->getList(), nullptr);
 }
 
-TEST_F(QelCacheLogicTest, ListWithoutACacheIsEmpty) {
+TEST_F(QelCacheLogicTest, ListWithoutCacheIsEmpty) {
     const TestListPtr list(new TestList(nullptr));
     EXPECT_FALSE(list->isAccessible());
     EXPECT_EQ(list->begin(), nullptr);
@@ -369,7 +369,7 @@ TEST_F(QelCacheLogicTest, ListWithoutACacheIsEmpty) {
     EXPECT_EQ(list->get(key(1)), nullptr);
 }
 
-TEST_F(QelCacheLogicTest, ListOfADerivedClassIsMadeAsAsked) {
+TEST_F(QelCacheLogicTest, CreatesListOfDerivedClass) {
     struct Derived : TestList {
         using TestList::TestList;
         int mark = 5;
@@ -392,7 +392,7 @@ TEST_F(QelCacheLogicTest, ListKeepsTheCacheAlive) {
     expectClean();
 }
 
-TEST_F(QelCacheLogicTest, DetachedCacheLeavesTheReferenceOfItsListInTheFile) {
+TEST_F(QelCacheLogicTest, DetachedCacheLeavesReferenceOfItsListInTheFile) {
     const TestCachePtr cache = attach(file);
     TestListPtr list = cache->getList();
     EXPECT_EQ(cache->reinit(), 0);
@@ -401,7 +401,7 @@ TEST_F(QelCacheLogicTest, DetachedCacheLeavesTheReferenceOfItsListInTheFile) {
     EXPECT_EQ(file.word(4064), 2U);
 }
 
-TEST_F(QelCacheLogicTest, ListOfAReplacedFileIsNotGivenBackToTheNewOne) {
+TEST_F(QelCacheLogicTest, ListOfReplacedFileIsNotReleasedInTheNewFile) {
     const TestCachePtr cache = attach(file);
     TestListPtr list = cache->getList();
     ASSERT_EQ(removeFile(file.path()), 0);

@@ -8,7 +8,7 @@
 namespace Qel {
 namespace {
 
-TEST(QelCachedItemTest, CountStartsAtZeroAndIsLockedAboveIt) {
+TEST(QelCachedItemTest, CountStartsAtZeroAndIsLockedIfPositive) {
     QelCachedItemRefCounterBase<int> count;
     EXPECT_EQ(count.getRefCount(), 0);
     EXPECT_FALSE(count.isLocked());
@@ -21,14 +21,14 @@ TEST(QelCachedItemTest, CountStartsAtZeroAndIsLockedAboveIt) {
     EXPECT_FALSE(count.isLocked());
 }
 
-TEST(QelCachedItemDeathTest, TakingFromANegativeCountIsFatal) {
+TEST(QelCachedItemDeathTest, DecrementOfNegativeCountIsFatal) {
     QelCachedItemRefCounterBase<int> count;
     count.decRef();
-    EXPECT_EQ(count.getRefCount(), -1) << "from zero it may still go";
+    EXPECT_EQ(count.getRefCount(), -1) << "a decrement of zero is accepted";
     EXPECT_DEATH(count.decRef(), "core/src/QelCore/QelCacheLogic");
 }
 
-TEST(QelCachedItemTest, CopyCountsForItself) {
+TEST(QelCachedItemTest, CopyHasItsOwnCount) {
     QelCachedItem item;
     item.refCount.setRefCount(5);
     QelCachedItem copy(item);
@@ -38,7 +38,7 @@ TEST(QelCachedItemTest, CopyCountsForItself) {
     EXPECT_EQ(copy.refCount.getRefCount(), 3);
 }
 
-TEST(QelCachedItemTest, PrivateMemoryIsZero) {
+TEST(QelCachedItemTest, PrivateMemoryIsZeroed) {
     auto* bytes = static_cast<unsigned char*>(QelCachedItem::allocator_free(300));
     ASSERT_NE(bytes, nullptr);
     EXPECT_TRUE(std::all_of(bytes, bytes + 300, [](unsigned char byte) { return byte == 0; }));

@@ -32,62 +32,62 @@ Set setOf(const Ranges& ranges) {
     return set;
 }
 
-TEST(QelCompressedSetTest, IsEmptyAtStart) {
+TEST(QelCompressedSetTest, IsInitiallyEmpty) {
     const Set set{std::allocator<Range>()};
     EXPECT_TRUE(set.empty());
     EXPECT_EQ(set.size(), 0U);
     EXPECT_THAT(set, IsEmpty());
 }
 
-TEST(QelCompressedSetTest, AValueBetweenTwoRangesJoinsThem) {
+TEST(QelCompressedSetTest, ValueBetweenTwoRangesMergesThem) {
     EXPECT_THAT(setOf({{5, 6}, {8, 9}, {7, 7}}), ElementsAre(Range{5, 9}));
 }
 
-TEST(QelCompressedSetTest, ARangeBeforeAllOthersJoinsTheFirstOnlyIfItTouchesIt) {
+TEST(QelCompressedSetTest, RangeBeforeFirstMergesOnlyIfAdjacent) {
     EXPECT_THAT(setOf({{5, 6}, {1, 3}}), ElementsAre(Range{1, 3}, Range{5, 6}));
     EXPECT_THAT(setOf({{5, 6}, {1, 4}}), ElementsAre(Range{1, 6}));
 }
 
-TEST(QelCompressedSetTest, ARangeBehindAllOthersJoinsTheLastOnlyIfItTouchesIt) {
+TEST(QelCompressedSetTest, RangeAfterLastMergesOnlyIfAdjacent) {
     EXPECT_THAT(setOf({{5, 6}, {8, 9}}), ElementsAre(Range{5, 6}, Range{8, 9}));
     EXPECT_THAT(setOf({{1, 2}, {3, 4}}), ElementsAre(Range{1, 4}));
 }
 
-TEST(QelCompressedSetTest, ARangeThatIsThereChangesNothing) {
+TEST(QelCompressedSetTest, ContainedRangeChangesNothing) {
     EXPECT_THAT(setOf({{10, 20}, {12, 15}}), ElementsAre(Range{10, 20}));
     EXPECT_THAT(setOf({{10, 20}, {30, 40}, {10, 20}, {31, 31}}), ElementsAre(Range{10, 20}, Range{30, 40}));
 }
 
-TEST(QelCompressedSetTest, ARangeAcrossOthersSwallowsThem) {
+TEST(QelCompressedSetTest, RangeAcrossOthersAbsorbsThem) {
     EXPECT_THAT(setOf({{10, 20}, {30, 40}, {50, 60}, {15, 55}}), ElementsAre(Range{10, 60}));
     EXPECT_THAT(setOf({{10, 20}, {30, 40}, {50, 60}, {5, 70}}), ElementsAre(Range{5, 70}));
     EXPECT_THAT(setOf({{10, 20}, {30, 40}, {50, 60}, {25, 45}}),
                 ElementsAre(Range{10, 20}, Range{25, 45}, Range{50, 60}));
 }
 
-TEST(QelCompressedSetTest, ARangeInAGapStaysAloneUnlessItTouchesBothSides) {
+TEST(QelCompressedSetTest, RangeInGapMergesOnlyWithAdjacentNeighbours) {
     EXPECT_THAT(setOf({{10, 20}, {30, 40}, {22, 28}}), ElementsAre(Range{10, 20}, Range{22, 28}, Range{30, 40}));
     EXPECT_THAT(setOf({{10, 20}, {30, 40}, {21, 29}}), ElementsAre(Range{10, 40}));
     EXPECT_THAT(setOf({{10, 20}, {30, 40}, {21, 28}}), ElementsAre(Range{10, 28}, Range{30, 40}));
     EXPECT_THAT(setOf({{10, 20}, {30, 40}, {22, 29}}), ElementsAre(Range{10, 20}, Range{22, 40}));
 }
 
-TEST(QelCompressedSetTest, ValuesWithOneBetweenThemStayApart) {
+TEST(QelCompressedSetTest, ValuesWithOneBetweenThemAreNotMerged) {
     EXPECT_THAT(setOf({{1, 1}, {3, 3}}), ElementsAre(Range{1, 1}, Range{3, 3}));
 }
 
-TEST(QelCompressedSetTest, AllButTheTwoExtremeValuesFit) {
+TEST(QelCompressedSetTest, AcceptsAllButTheTwoExtremeValues) {
     EXPECT_THAT(setOf({{1, 1}, {greatest - 1, greatest - 1}, {2, greatest - 2}}), ElementsAre(Range{1, greatest - 1}));
 }
 
-TEST(QelCompressedSetTest, ARangeThatEndsRightBeforeItStartsAddsNothing) {
+TEST(QelCompressedSetTest, EmptyRangeAddsNothing) {
     EXPECT_THAT(setOf({{6, 5}}), IsEmpty());
     EXPECT_THAT(setOf({{10, 20}, {6, 5}, {22, 21}, {26, 25}, {15, 14}}), ElementsAre(Range{10, 20}));
 }
 
 using QelCompressedSetDeathTest = testing::Test;
 
-TEST(QelCompressedSetDeathTest, TheExtremeValuesEndTheProcess) {
+TEST(QelCompressedSetDeathTest, ExtremeValuesTerminateTheProcess) {
     constexpr const char* report = "core/src/QelCore/QelContainers.*570.*insert";
     for (const Range& bad : Ranges{{0, 5}, {5, greatest}, {0, 0}, {greatest, greatest}, {0, greatest}, {9, 7}}) {
         Set set = setOf({{10, 20}});
@@ -96,14 +96,14 @@ TEST(QelCompressedSetDeathTest, TheExtremeValuesEndTheProcess) {
     }
 }
 
-/// What a set must hold: one bit for each value, which is all that values below 64 need.
+/// Reference model: one bit per value, for values below 64.
 class Bitmap {
 public:
     void insert(const Range& added) {
         for (unsigned value = added.start; value <= added.end; ++value)
             m_bits |= std::uint64_t{1} << value;
     }
-    /// The runs of bits.
+    /// The runs of set bits as ranges.
     [[nodiscard]] Ranges ranges() const {
         Ranges runs;
         for (unsigned value = 0; value < 64; ++value) {
@@ -115,16 +115,15 @@ public:
         }
         return runs;
     }
-    /// Whether the ranges are the runs of bits: each begins and ends where bits do, and they hold as many as there are.
-    /// This is ranges(), made to be asked millions of times.
+    /// Whether `compressed` equals ranges(), checked with bit operations because it is called millions of times.
     template <class Container> [[nodiscard]] bool isExactly(const Container& compressed) const {
         std::uint64_t found = 0;
-        unsigned behind = 0; // the first value that the next range may start at
+        unsigned nextStart = 0; // smallest valid start of the next range
         for (const auto& [start, end] : compressed) {
-            if (start < behind || end < start || end >= 63)
+            if (start < nextStart || end < start || end >= 63)
                 return false;
             found |= ((std::uint64_t{2} << end) - 1) & ~((std::uint64_t{1} << start) - 1);
-            behind = end + 2U;
+            nextStart = end + 2U;
         }
         return found == m_bits;
     }
@@ -135,7 +134,7 @@ private:
     std::uint64_t m_bits = 0;
 };
 
-TEST(QelCompressedSetTest, TheModelTellsWhatIsInNormalForm) {
+TEST(QelCompressedSetTest, ModelRecognisesNormalForm) {
     Bitmap model;
     model.insert({1, 2});
     model.insert({4, 4});
@@ -146,7 +145,7 @@ TEST(QelCompressedSetTest, TheModelTellsWhatIsInNormalForm) {
         EXPECT_FALSE(model.isExactly(wrong));
 }
 
-/// The set of the bits of `bits`, its lowest as the value 1.
+/// Returns the set of values whose bits are set in `bits`; bit 0 is the value 1.
 Set setOfBits(unsigned bits) {
     Set set;
     for (unsigned value = 1; bits != 0; ++value, bits >>= 1)
@@ -155,7 +154,7 @@ Set setOfBits(unsigned bits) {
     return set;
 }
 
-TEST(QelCompressedSetTest, EveryRangeInEverySetOfElevenValuesGivesTheirUnion) {
+TEST(QelCompressedSetTest, InsertingEveryRangeIntoEverySetOfElevenValuesYieldsTheUnion) {
     constexpr unsigned values = 11;
     for (unsigned bits = 0; bits < 1U << values; ++bits) {
         const Set before = setOfBits(bits);
@@ -173,7 +172,7 @@ TEST(QelCompressedSetTest, EveryRangeInEverySetOfElevenValuesGivesTheirUnion) {
     }
 }
 
-/// Fills sets at random, with ranges of up to `longest` values, and compares each step with the model.
+/// Inserts random ranges of up to `longest` values and compares the set with the model after each step.
 template <class AnySet> void fillAtRandom(unsigned steps, unsigned longest) {
     constexpr unsigned values = 62;
     std::mt19937 random(20261121 + longest);
@@ -192,19 +191,19 @@ template <class AnySet> void fillAtRandom(unsigned steps, unsigned longest) {
     }
 }
 
-TEST(QelCompressedSetTest, AMillionValuesEndInTheUnionOfAll) {
+TEST(QelCompressedSetTest, MillionValuesYieldTheirUnion) {
     fillAtRandom<Set>(1'000'000, 1);
 }
 
-TEST(QelCompressedSetTest, AMillionShortRangesEndInTheUnionOfAll) {
+TEST(QelCompressedSetTest, MillionShortRangesYieldTheirUnion) {
     fillAtRandom<Set>(1'000'000, 3);
 }
 
-TEST(QelCompressedSetTest, AMillionLongRangesEndInTheUnionOfAll) {
+TEST(QelCompressedSetTest, MillionLongRangesYieldTheirUnion) {
     fillAtRandom<Set>(1'000'000, 20);
 }
 
-TEST(QelCompressedSetTest, AnyContainerWithRandomAccessAndAnyUnsignedTypeWillDo) {
+TEST(QelCompressedSetTest, WorksWithAnyRandomAccessContainerAndUnsignedType) {
     using ByteRange = range<std::uint8_t>;
     fillAtRandom<compressed_set<std::uint8_t, std::deque, std::allocator<ByteRange>>>(50'000, 4);
     compressed_set<std::uint8_t, std::vector, std::allocator<ByteRange>> bytes;
@@ -212,7 +211,7 @@ TEST(QelCompressedSetTest, AnyContainerWithRandomAccessAndAnyUnsignedTypeWillDo)
     EXPECT_EQ(bytes.begin()->end, 254);
 }
 
-TEST(QelCompressedSetTest, ManyRangesAtOnceGiveWhatOneAfterTheOtherDo) {
+TEST(QelCompressedSetTest, BulkInsertionEqualsInsertingOneByOne) {
     std::mt19937 random(20261122);
     const auto below = [&](std::size_t limit) { return static_cast<unsigned>(random() % limit); };
     for (int run = 0; run < 3000; ++run) {
@@ -228,7 +227,7 @@ TEST(QelCompressedSetTest, ManyRangesAtOnceGiveWhatOneAfterTheOtherDo) {
     }
 }
 
-/// Counts the items that its containers have room for.
+/// Counts the elements for which memory is allocated.
 template <class T> struct CountingAllocator {
     using value_type = T;
 
@@ -246,7 +245,7 @@ template <class T> struct CountingAllocator {
     std::size_t* count;
 };
 
-TEST(QelCompressedSetTest, ManyRangesAtOnceLeaveNoMemoryUnused) {
+TEST(QelCompressedSetTest, BulkInsertionLeavesNoSpareCapacity) {
     std::size_t allocated = 0;
     compressed_set<unsigned, std::vector, CountingAllocator<Range>> set{CountingAllocator<Range>(allocated)};
     Ranges ranges;
@@ -258,13 +257,13 @@ TEST(QelCompressedSetTest, ManyRangesAtOnceLeaveNoMemoryUnused) {
     EXPECT_LT(set.size(), ranges.size());
 }
 
-TEST(QelCompressedSetTest, ASetCanBeAddedToItself) {
+TEST(QelCompressedSetTest, SetCanBeInsertedIntoItself) {
     Set set = setOf({{1, 2}, {4, 5}});
     set.insert(set.begin(), set.end());
     EXPECT_THAT(set, ElementsAre(Range{1, 2}, Range{4, 5}));
 }
 
-TEST(QelCompressedSetTest, ComparatorsLookAtTheEndOfTheFirstRange) {
+TEST(QelCompressedSetTest, ComparatorsUseTheEndOfTheFirstRange) {
     EXPECT_TRUE(searchStart(Range{1, 4}, Range{5, 9}));
     EXPECT_FALSE(searchStart(Range{1, 5}, Range{5, 9}));
     EXPECT_TRUE(searchEnd(Range{7, 8}, Range{5, 9}));

@@ -23,7 +23,7 @@ std::string padded(std::string bytes) {
     return bytes;
 }
 
-TEST(LimitedLengthStringTest, IsUnsetAndZeroAtStart) {
+TEST(LimitedLengthStringTest, IsInitiallyUnsetAndZero) {
     const Name name;
     EXPECT_FALSE(name.isSpecified());
     EXPECT_EQ(name.length(), 0U);
@@ -31,7 +31,7 @@ TEST(LimitedLengthStringTest, IsUnsetAndZeroAtStart) {
     EXPECT_EQ(bytesOf(name), padded(""));
 }
 
-TEST(LimitedLengthStringTest, HoldsOneCharacterLessThanItsSize) {
+TEST(LimitedLengthStringTest, HoldsUpToSizeMinusOneCharacters) {
     Name name;
     name = fifteen.c_str();
     EXPECT_EQ(name.c_str(), fifteen);
@@ -40,7 +40,7 @@ TEST(LimitedLengthStringTest, HoldsOneCharacterLessThanItsSize) {
     EXPECT_EQ(bytesOf(name), padded(fifteen));
 }
 
-TEST(LimitedLengthStringDeathTest, ALongerTextEndsTheProcess) {
+TEST(LimitedLengthStringDeathTest, LongerStringTerminatesTheProcess) {
     Name name;
     EXPECT_DEATH(name = sixteen.c_str(), "core/src/QelCore/QelContainers:93");
     EXPECT_DEATH(name = sixteen, "core/src/QelCore/QelContainers:108");
@@ -48,21 +48,21 @@ TEST(LimitedLengthStringDeathTest, ALongerTextEndsTheProcess) {
     EXPECT_DEATH(static_cast<void>(Name(sixteen)), "QelContainers:108");
 }
 
-TEST(LimitedLengthStringTest, AnEmptyTextIsSpecifiedByAOneInTheSecondByte) {
+TEST(LimitedLengthStringTest, SecondByteMarksSpecifiedEmptyString) {
     EXPECT_TRUE(Name("").isSpecified());
     EXPECT_EQ(bytesOf(Name("")), padded(std::string("\0\1", 2)));
     EXPECT_EQ(bytesOf(Name(std::string())), padded(std::string("\0\1", 2)));
     EXPECT_EQ(Name("").length(), 0U);
 }
 
-TEST(LimitedLengthStringTest, ANullPointerUnsetsAndZeroesIt) {
+TEST(LimitedLengthStringTest, NullPointerUnsetsAndClearsIt) {
     Name name("abc");
     name = nullptr;
     EXPECT_FALSE(name.isSpecified());
     EXPECT_EQ(bytesOf(name), padded(""));
 }
 
-TEST(LimitedLengthStringTest, AssignmentLeavesNoRestOfTheOldText) {
+TEST(LimitedLengthStringTest, AssignmentClearsTheOldCharacters) {
     Name name(fifteen);
     name = "x";
     EXPECT_EQ(bytesOf(name), padded("x"));
@@ -74,7 +74,7 @@ TEST(LimitedLengthStringTest, AssignmentLeavesNoRestOfTheOldText) {
     EXPECT_EQ(bytesOf(name), padded(std::string("\0\1", 2)));
 }
 
-TEST(LimitedLengthStringTest, MayBeAssignedFromItsOwnCharacters) {
+TEST(LimitedLengthStringTest, CanBeAssignedFromItsOwnCharacters) {
     limited_length_string<16> text("abcdef");
     text = text.c_str();
     EXPECT_EQ(text, "abcdef");
@@ -85,12 +85,12 @@ TEST(LimitedLengthStringTest, MayBeAssignedFromItsOwnCharacters) {
     EXPECT_EQ(text, "");
 }
 
-TEST(LimitedLengthStringTest, TakesTheCharactersBeforeAnEmbeddedZero) {
+TEST(LimitedLengthStringTest, CopiesCharactersUpToEmbeddedZero) {
     const Name name(std::string("ab\0\1and more than fits", 22));
     EXPECT_EQ(bytesOf(name), padded("ab"));
 }
 
-TEST(LimitedLengthStringTest, SpecifyTurnsUnsetIntoEmptyAndBack) {
+TEST(LimitedLengthStringTest, SpecifyConvertsBetweenUnsetAndEmpty) {
     Name name;
     name.specify(true);
     EXPECT_TRUE(name.isSpecified());
@@ -100,7 +100,7 @@ TEST(LimitedLengthStringTest, SpecifyTurnsUnsetIntoEmptyAndBack) {
     EXPECT_EQ(bytesOf(name), padded(""));
 }
 
-TEST(LimitedLengthStringTest, SpecifyDoesNothingToATextWithCharacters) {
+TEST(LimitedLengthStringTest, SpecifyLeavesNonEmptyStringUnchanged) {
     Name name("a");
     name.specify(false);
     EXPECT_TRUE(name.isSpecified());
@@ -109,7 +109,7 @@ TEST(LimitedLengthStringTest, SpecifyDoesNothingToATextWithCharacters) {
     EXPECT_EQ(bytesOf(name), padded("a"));
 }
 
-TEST(LimitedLengthStringTest, UnsetComparesBeforeEverySpecifiedText) {
+TEST(LimitedLengthStringTest, UnsetComparesBeforeEverySpecifiedString) {
     EXPECT_EQ(Name().compare(Name()), 0);
     EXPECT_EQ(Name().compare(Name("")), -1);
     EXPECT_EQ(Name("").compare(Name()), 1);
@@ -118,7 +118,7 @@ TEST(LimitedLengthStringTest, UnsetComparesBeforeEverySpecifiedText) {
     EXPECT_EQ(Name("").compare(Name("")), 0);
 }
 
-TEST(LimitedLengthStringTest, ANullPointerComparesAsUnset) {
+TEST(LimitedLengthStringTest, NullPointerComparesAsUnset) {
     const char* const null = nullptr;
     EXPECT_EQ(Name().compare(null), 0);
     EXPECT_EQ(Name("").compare(null), 1);
@@ -128,7 +128,7 @@ TEST(LimitedLengthStringTest, ANullPointerComparesAsUnset) {
     EXPECT_FALSE(Name("") == null);
 }
 
-TEST(LimitedLengthStringTest, TextsCompareAsUnsignedCharacters) {
+TEST(LimitedLengthStringTest, ComparesUnsignedCharacters) {
     EXPECT_EQ(Name("a").compare(Name("b")), -1);
     EXPECT_EQ(Name("z").compare(Name("b")), 1);
     EXPECT_EQ(Name("ab").compare(Name("a")), 1);
@@ -138,7 +138,7 @@ TEST(LimitedLengthStringTest, TextsCompareAsUnsignedCharacters) {
     EXPECT_EQ(Name("z").compare("a"), 1);
 }
 
-TEST(LimitedLengthStringTest, OperatorsFollowCompare) {
+TEST(LimitedLengthStringTest, OperatorsAgreeWithCompare) {
     EXPECT_TRUE(Name() < Name(""));
     EXPECT_TRUE(Name("") < Name("a"));
     EXPECT_FALSE(Name("a") < Name("a"));
@@ -147,7 +147,7 @@ TEST(LimitedLengthStringTest, OperatorsFollowCompare) {
     EXPECT_FALSE(Name() == Name(""));
 }
 
-TEST(LimitedLengthStringTest, ComparesWithAString) {
+TEST(LimitedLengthStringTest, ComparesWithStdString) {
     EXPECT_TRUE(Name("a") == std::string("a"));
     EXPECT_TRUE(std::string("a") == Name("a"));
     EXPECT_TRUE(Name("a") == "a");
@@ -160,21 +160,21 @@ TEST(LimitedLengthStringTest, ComparesWithAString) {
     EXPECT_FALSE(Name("b") < sixteen);
 }
 
-TEST(LimitedLengthStringTest, LengthStaysWithinAnArrayWithoutAZero) {
+TEST(LimitedLengthStringTest, LengthIsBoundedByArrayWithoutZero) {
     Name name;
     std::memset(static_cast<void*>(&name), 'x', sizeof name);
     EXPECT_EQ(name.length(), sizeof name);
     EXPECT_EQ(name.compare(Name("x")), 1);
 }
 
-TEST(LimitedLengthStringTest, KeysAMap) {
+TEST(LimitedLengthStringTest, WorksAsMapKey) {
     const std::map<Name, int> values = {{"vm", 1}, {"", 2}, {Name(), 3}};
     EXPECT_EQ(values.at("vm"), 1);
     EXPECT_EQ(values.at(""), 2);
     EXPECT_EQ(values.at(Name()), 3);
 }
 
-TEST(ScalarPairTest, RowsOfAConstantTableFillAMap) {
+TEST(ScalarPairTest, RowsOfConstantTableInitialiseMap) {
     using ByNumber = std::map<int, std::string>;
     constexpr scalarPair<ByNumber> rows[] = {{1, "one"}, {2, "two"}};
     const ByNumber names(std::begin(rows), std::end(rows));
@@ -185,7 +185,7 @@ TEST(ScalarPairTest, RowsOfAConstantTableFillAMap) {
     EXPECT_EQ(ByName(std::begin(inverse), std::end(inverse)).at("two"), 2);
 }
 
-TEST(ScalarPairTest, ConvertsToTheValueOfItsMap) {
+TEST(ScalarPairTest, ConvertsToMapValueType) {
     using Map = std::map<int, long>;
     const Map::value_type value = scalarPair<Map>{1, 2};
     EXPECT_EQ(value, Map::value_type(1, 2));

@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned validOffset = 52;
 
-TEST(QelFilesTest, RemovingAFileThatIsNotThereIsSuccess) {
+TEST(QelFilesTest, RemovingMissingFileSucceeds) {
     const TempFile file;
     EXPECT_EQ(removeFile(file.path()), 0);
     file.write("x");
@@ -20,14 +20,14 @@ TEST(QelFilesTest, RemovingAFileThatIsNotThereIsSuccess) {
     EXPECT_FALSE(file.exists());
 }
 
-TEST(QelFilesTest, RemovingADirectoryFailsAndSaysWhy) {
+TEST(QelFilesTest, RemovingDirectoryFailsWithErrorMessage) {
     const TempFile file;
     ASSERT_EQ(mkdir(file.path().c_str(), 0700), 0);
     EXPECT_EQ(removeFile(file.path()), -1);
     EXPECT_THAT(getErrorMessage(), testing::HasSubstr(file.path()));
 }
 
-TEST(QelFilesTest, InspectionTellsWhatStandsInThePlaceOfACache) {
+TEST(QelFilesTest, InspectionClassifiesFiles) {
     const TempFile file;
     EXPECT_EQ(inspectCacheFile(file.path()), eCacheFileKind::missing);
     EXPECT_FALSE(file.exists());
@@ -40,13 +40,13 @@ TEST(QelFilesTest, InspectionTellsWhatStandsInThePlaceOfACache) {
     file.write("# a text file, longer than the header of a cache would be\n");
     EXPECT_EQ(inspectCacheFile(file.path()), eCacheFileKind::foreign);
     file.write("x");
-    EXPECT_EQ(inspectCacheFile(file.path()), eCacheFileKind::foreign) << "no bytes in use, but not zero either";
+    EXPECT_EQ(inspectCacheFile(file.path()), eCacheFileKind::foreign) << "shorter than the header but not zero";
     EXPECT_EQ(inspectCacheFile("/dev/null"), eCacheFileKind::unreadable);
     EXPECT_EQ(inspectCacheFile("/tmp"), eCacheFileKind::unreadable);
     EXPECT_THAT(getErrorMessage(), testing::HasSubstr("/tmp"));
 }
 
-TEST(QelFilesTest, InspectionKnowsACacheByEachConstantOfItsHeader) {
+TEST(QelFilesTest, InspectionChecksEachConstantOfTheHeader) {
     const TempFile file;
     attach(file);
     EXPECT_EQ(inspectCacheFile(file.path()), eCacheFileKind::cache);
@@ -66,18 +66,18 @@ TEST(QelFilesTest, UnusableCacheIsRemoved) {
     file.setWord(validOffset, 0);
     EXPECT_EQ(removeLockedCacheFile(file.path().c_str(), cacheInvalid), 0);
     EXPECT_FALSE(file.exists());
-    EXPECT_EQ(removeLockedCacheFile(file.path().c_str(), cacheInvalid), 0) << "gone already";
+    EXPECT_EQ(removeLockedCacheFile(file.path().c_str(), cacheInvalid), 0) << "already removed";
 }
 
-TEST(QelFilesTest, CacheThatIsUsableByNowIsKept) {
+TEST(QelFilesTest, UsableCacheIsNotRemoved) {
     const TempFile file;
     attach(file);
     EXPECT_EQ(removeLockedCacheFile(file.path().c_str(), cacheInvalid), -1);
-    EXPECT_EQ(removeLockedCacheFile(file.path().c_str(), cacheSuccess), 0) << "nothing failed, nothing to remove";
+    EXPECT_EQ(removeLockedCacheFile(file.path().c_str(), cacheSuccess), 0) << "attaching succeeded";
     EXPECT_EQ(inspectCacheFile(file.path()), eCacheFileKind::cache);
 }
 
-TEST(QelFilesTest, RemovalWaitsForTheLock) {
+TEST(QelFilesTest, RemovalAcquiresTheLockBeforeChecking) {
     const TempFile file;
     file.write("foreign");
     QelMappedMemoryManager::Storage storage(file.path());
@@ -89,7 +89,7 @@ TEST(QelFilesTest, RemovalWaitsForTheLock) {
         return removeLockedCacheFile(file.path().c_str(), cacheBadMagic);
     });
     begun.wait();
-    // While the lock is held the file becomes a usable one, which the removal then has to see.
+    // The file becomes usable while the lock is held, which the removal must detect.
     static_cast<char*>(storage.getMemory())[validOffset] = 1;
     ASSERT_EQ(storage.unlock(), 0);
     EXPECT_NE(child.wait(), 0);

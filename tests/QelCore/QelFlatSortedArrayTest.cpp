@@ -24,7 +24,7 @@ QelGUIDBase key(unsigned number) {
     return QelGUIDBase(static_cast<long long>(number), 1);
 }
 
-/// Arrays and the values that they point at, in one piece of memory as in a file.
+/// Arrays and the values that they point to, in one block of memory, as in a file.
 class Memory {
 public:
     static constexpr unsigned slots = 600;
@@ -32,7 +32,7 @@ public:
 
     Memory() : m_words(3 * blockBytes / 4 + 2 * slots) {}
 
-    /// The n-th of three places for an array, a new array in it with all slots free.
+    /// Constructs an array with all slots free in one of three locations.
     Array& make(unsigned place = 0) {
         auto* array = new (at(place)) Array;
         array->adjustSelf(blockBytes);
@@ -47,7 +47,7 @@ private:
     std::vector<std::uint32_t> m_words;
 };
 
-TEST(QelFlatSortedArrayTest, FreshArrayIsEmptyWithItsDeclaredSlotFree) {
+TEST(QelFlatSortedArrayTest, NewArrayIsEmptyWithItsDeclaredSlotFree) {
     Memory memory;
     memory.make();
     auto* array = new (&memory.make()) Array;
@@ -66,7 +66,7 @@ TEST(QelFlatSortedArrayTest, FreshArrayIsEmptyWithItsDeclaredSlotFree) {
         EXPECT_EQ(memory.word(0, offset), 0U) << "the spare slot is zero at " << offset;
 }
 
-TEST(QelFlatSortedArrayTest, RecordsLieAtTheirOffsets) {
+TEST(QelFlatSortedArrayTest, RecordsAreStoredAtTheirOffsets) {
     Memory memory;
     Array& array = memory.make();
     array.insert(key(0x0102), memory.value(3));
@@ -77,7 +77,7 @@ TEST(QelFlatSortedArrayTest, RecordsLieAtTheirOffsets) {
     EXPECT_EQ(place + memory.word(0, 24), reinterpret_cast<std::uintptr_t>(memory.value(3))) << "data";
 }
 
-TEST(QelFlatSortedArrayTest, InsertsInOrderWhateverComesFirst) {
+TEST(QelFlatSortedArrayTest, KeepsKeyOrderForAnyInsertionOrder) {
     Memory memory;
     Array& array = memory.make();
     for (const unsigned number : {50U, 10U, 30U, 20U, 40U}) {
@@ -92,7 +92,7 @@ TEST(QelFlatSortedArrayTest, InsertsInOrderWhateverComesFirst) {
     }
 }
 
-TEST(QelFlatSortedArrayTest, AbsentKeyHasAPlaceOfInsertion) {
+TEST(QelFlatSortedArrayTest, FindIndexReturnsInsertionPositionOfMissingKey) {
     Memory memory;
     Array& array = memory.make();
     for (const unsigned number : {10U, 20U, 30U})
@@ -108,7 +108,7 @@ TEST(QelFlatSortedArrayTest, AbsentKeyHasAPlaceOfInsertion) {
     EXPECT_EQ(index, 1U);
 }
 
-/// A way to make keys at random, and where they lie among all that there can be.
+/// A generator of random keys and their distribution over the key space.
 struct KeyMaker {
     const char* where;
     QelGUIDBase (*make)(std::mt19937_64&);
@@ -119,7 +119,7 @@ QelGUIDBase keyOf(std::uint64_t first, std::uint64_t second) {
 }
 
 constexpr KeyMaker keyMakers[] = {
-    {"Anywhere", [](std::mt19937_64& random) { return keyOf(random(), random()); }},
+    {"Uniform", [](std::mt19937_64& random) { return keyOf(random(), random()); }},
     {"AtTheStart", [](std::mt19937_64& random) { return keyOf(random() >> 40U, random()); }},
     {"AtTheEnd", [](std::mt19937_64& random) { return keyOf(~(random() >> 40U), random()); }},
     {"AllInTheMiddle", [](std::mt19937_64& random) { return keyOf(std::uint64_t{1} << 63U, random()); }},
@@ -129,7 +129,7 @@ constexpr KeyMaker keyMakers[] = {
 
 class QelFlatSortedArrayKeysTest : public testing::TestWithParam<KeyMaker> {};
 
-TEST_P(QelFlatSortedArrayKeysTest, AreFoundWhereverTheirValuesLie) {
+TEST_P(QelFlatSortedArrayKeysTest, AreFoundForEveryDistribution) {
     std::mt19937_64 random(7);
     Memory memory;
     Array& array = memory.make();
@@ -160,7 +160,7 @@ TEST_P(QelFlatSortedArrayKeysTest, AreFoundWhereverTheirValuesLie) {
 INSTANTIATE_TEST_SUITE_P(, QelFlatSortedArrayKeysTest, testing::ValuesIn(keyMakers),
                          [](const auto& maker) { return maker.param.where; });
 
-TEST(QelFlatSortedArrayTest, UpdateReplacesTheDataAlone) {
+TEST(QelFlatSortedArrayTest, UpdateReplacesDataOnly) {
     Memory memory;
     Array& array = memory.make();
     array.insert(key(1), memory.value(1));
@@ -171,23 +171,23 @@ TEST(QelFlatSortedArrayTest, UpdateReplacesTheDataAlone) {
     EXPECT_EQ(array.size(), 1U);
 }
 
-TEST(QelFlatSortedArrayTest, RemovedSlotGoesBackToTheReserve) {
+TEST(QelFlatSortedArrayTest, RemovedSlotBecomesFree) {
     Memory memory;
     Array& array = memory.make();
     for (const unsigned number : {1U, 2U, 3U})
         array.insert(key(number), memory.value(number));
     const unsigned reserved = array.getReservedItemCount();
-    EXPECT_EQ(array.remove(1)->key, key(3)) << "what took its place";
+    EXPECT_EQ(array.remove(1)->key, key(3)) << "the record that took its position";
     EXPECT_EQ(array.getReservedItemCount(), reserved + 1);
     EXPECT_EQ(array.find(key(1)), memory.value(1));
     EXPECT_EQ(array.find(key(3)), memory.value(3));
     const auto* next = array.remove(1);
-    EXPECT_EQ(next, array.end()) << "behind the last there is nothing";
+    EXPECT_EQ(next, array.end()) << "end after removing the last record";
     array.insert(key(7), memory.value(7));
     EXPECT_EQ(array.getReservedItemCount(), reserved + 1);
 }
 
-TEST(QelFlatSortedArrayTest, CopyPointsAtTheSameValuesFromItsNewPlace) {
+TEST(QelFlatSortedArrayTest, CopyPointsToTheSameValues) {
     Memory memory;
     Array& array = memory.make(1);
     for (unsigned number = 0; number < Memory::slots; ++number)
@@ -204,7 +204,7 @@ TEST(QelFlatSortedArrayTest, CopyPointsAtTheSameValuesFromItsNewPlace) {
     }
 }
 
-TEST(QelFlatSortedArrayTest, CopyWithARecordMoreHasItInItsPlace) {
+TEST(QelFlatSortedArrayTest, AssignInsertingInsertsAtIndex) {
     Memory memory;
     Array& array = memory.make(1);
     for (const unsigned number : {10U, 20U, 30U})
@@ -225,7 +225,7 @@ TEST(QelFlatSortedArrayTest, CopyWithARecordMoreHasItInItsPlace) {
     EXPECT_EQ(array.size(), 3U);
 }
 
-TEST(QelFlatSortedArrayTest, ReserveIsCountedFromTheBytesOfTheBlock) {
+TEST(QelFlatSortedArrayTest, AdjustSelfCountsFreeSlotsFromBlockSize) {
     Memory memory;
     Array& array = memory.make();
     array.insert(key(1), memory.value(1));
@@ -234,10 +234,10 @@ TEST(QelFlatSortedArrayTest, ReserveIsCountedFromTheBytesOfTheBlock) {
     array.adjustSelf(48);
     EXPECT_EQ(array.getReservedItemCount(), 1U);
     array.adjustSelf(67);
-    EXPECT_EQ(array.getReservedItemCount(), 1U) << "a part of a slot is none";
+    EXPECT_EQ(array.getReservedItemCount(), 1U) << "a partial slot is not counted";
 }
 
-TEST(QelFlatSortedArrayTest, KeysThatLookLikeNullPointersAreKeptInEveryMove) {
+TEST(QelFlatSortedArrayTest, KeysThatLookLikeNullPointersAreMovedUnchanged) {
     Memory memory;
     Array& array = memory.make();
     const QelGUIDBase ones(0x0000000100000001LL, 0x0000000100000001LL);
@@ -250,7 +250,7 @@ TEST(QelFlatSortedArrayTest, KeysThatLookLikeNullPointersAreKeptInEveryMove) {
     EXPECT_EQ(copy.find(ones), memory.value(1));
 }
 
-TEST(QelFlatSortedArrayTest, RandomChangesAgreeWithAMap) {
+TEST(QelFlatSortedArrayTest, RandomChangesAgreeWithMap) {
     std::mt19937 random(42);
     Memory memory;
     Array* array = &memory.make();
@@ -297,7 +297,7 @@ TEST(QelFlatSortedArrayTest, RandomChangesAgreeWithAMap) {
     }
 }
 
-TEST(QelFlatSortedArrayDeathTest, InsertingWithoutAFreeSlotIsFatalAndNoGrowth) {
+TEST(QelFlatSortedArrayDeathTest, InsertionWithoutFreeSlotIsFatal) {
     Memory memory;
     auto* array = new (&memory.make()) Array;
     array->insert(key(1), memory.value(1));
@@ -305,7 +305,7 @@ TEST(QelFlatSortedArrayDeathTest, InsertingWithoutAFreeSlotIsFatalAndNoGrowth) {
     EXPECT_DEATH(array->insert(key(2), memory.value(2)), "core/src/QelCore/QelFlatSortedArray");
 }
 
-TEST(QelFlatSortedArrayDeathTest, IndexBehindTheLastRecordIsFatal) {
+TEST(QelFlatSortedArrayDeathTest, IndexPastTheLastRecordIsFatal) {
     Memory memory;
     Array& array = memory.make();
     array.insert(key(1), memory.value(1));

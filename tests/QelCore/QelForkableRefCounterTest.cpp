@@ -24,7 +24,7 @@ struct Witness : QelForkableRefCounter {
 };
 using WitnessPtr = boost::intrusive_ptr<Witness>;
 
-TEST(QelForkableRefCounterTest, EveryLiveObjectHearsOfAForkOnceAndInTheChildOnly) {
+TEST(QelForkableRefCounterTest, ReinitRunsOncePerLiveObjectAndInTheChildOnly) {
     std::vector<WitnessPtr> live(10);
     for (WitnessPtr& witness : live)
         witness = new Witness;
@@ -40,14 +40,14 @@ TEST(QelForkableRefCounterTest, EveryLiveObjectHearsOfAForkOnceAndInTheChildOnly
         EXPECT_EQ(witness ? witness->calls : 0, 0);
 }
 
-TEST(QelForkableRefCounterTest, ChildOfAChildHearsOfItsOwnFork) {
+TEST(QelForkableRefCounterTest, ReinitRunsInGrandchild) {
     const WitnessPtr witness(new Witness);
     EXPECT_EQ(inChild([&] { return inChild([&] { return witness->calls; }); }), 2);
 }
 
 TEST(QelForkableRefCounterTest, ReinitMayDestroyOtherObjects) {
-    // Each owner holds an object made before it and one made after it, so that whatever the order of the visits, the
-    // one to be visited next goes.
+    // Each owner holds one object created before it and one created after it, so in either order of visits the next
+    // object to visit is destroyed.
     std::vector<WitnessPtr> chain;
     for (int i = 0; i < 6; ++i) {
         const WitnessPtr earlier(new Witness);
@@ -60,25 +60,25 @@ TEST(QelForkableRefCounterTest, ReinitMayDestroyOtherObjects) {
                   for (const WitnessPtr& witness : chain)
                       if (witness->calls != 1 || witness->other)
                           return 1;
-                  const WitnessPtr later(new Witness); // the registry is whole
+                  const WitnessPtr later(new Witness); // the registry is still consistent
                   return inChild([&] { return later->calls == 1 && chain[0]->calls == 2 ? 0 : 1; });
               }),
               0);
 }
 
-TEST(QelForkableRefCounterTest, ObjectThatNobodyOwnsIsPassedOver) {
+TEST(QelForkableRefCounterTest, ObjectWithoutOwnerIsSkipped) {
     Witness witness;
     EXPECT_EQ(inChild([&] { return witness.calls; }), 0);
 }
 
-/// A witness whose storage is the caller's.  Where a thread allocates while another one forks, the allocator that a
-/// sanitizer puts in place may stay locked in the child.
+/// A witness in storage supplied by the caller.  If a thread allocates while another one forks, the allocator of a
+/// sanitizer may remain locked in the child.
 struct StoredWitness : Witness {
     static void* operator new(std::size_t, void* place) { return place; }
     static void operator delete(void*) {}
 };
 
-TEST(QelForkableRefCounterTest, ForksWhileOtherThreadsMakeAndDestroyObjects) {
+TEST(QelForkableRefCounterTest, ForkIsSafeWhileOtherThreadsCreateAndDestroyObjects) {
     std::atomic<bool> stop{false};
     std::vector<std::thread> threads;
     for (int i = 0; i < 3; ++i)

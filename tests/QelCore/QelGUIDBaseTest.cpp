@@ -20,14 +20,14 @@ QelGUIDBase parsed(const char* text) {
     return guid;
 }
 
-TEST(QelGUIDBaseTest, ANewOneIsNullAndNotValid) {
+TEST(QelGUIDBaseTest, DefaultConstructedIsNullAndInvalid) {
     const QelGUIDBase guid;
     EXPECT_FALSE(guid.isValid());
     EXPECT_EQ(guid.toString(), "00000000-0000-0000-0000-000000000000");
     EXPECT_EQ(guid, QelGUIDBase(0, 0));
 }
 
-TEST(QelGUIDBaseTest, ASingleBitAnywhereMakesItValid) {
+TEST(QelGUIDBaseTest, AnySetBitMakesItValid) {
     for (std::size_t byte = 0; byte < QelGUIDBase::byteCount; ++byte) {
         unsigned char bytes[16] = {};
         bytes[byte] = 1;
@@ -35,16 +35,16 @@ TEST(QelGUIDBaseTest, ASingleBitAnywhereMakesItValid) {
     }
 }
 
-TEST(QelGUIDBaseTest, TextShowsTheBytesInOrderInLowerCase) {
+TEST(QelGUIDBaseTest, StringIsBytesInOrderInLowerCase) {
     EXPECT_EQ(QelGUIDBase(countingBytes).toString(), countingText);
 }
 
-TEST(QelGUIDBaseTest, LiesInMemoryAsItsBytesInOrder) {
+TEST(QelGUIDBaseTest, MemoryLayoutIsBytesInOrder) {
     const QelGUIDBase guid = parsed(countingText);
     EXPECT_EQ(std::memcmp(&guid, countingBytes, sizeof guid), 0);
 }
 
-TEST(QelGUIDBaseTest, TakesBytesOfAnyAlignment) {
+TEST(QelGUIDBaseTest, AcceptsUnalignedBytes) {
     unsigned char shifted[17];
     std::memcpy(shifted + 1, countingBytes, sizeof countingBytes);
     EXPECT_EQ(QelGUIDBase(shifted + 1).toString(), countingText);
@@ -58,7 +58,7 @@ TEST(QelGUIDBaseTest, HalvesAreLittleEndianNumbers) {
     EXPECT_EQ(second, 0xffeeddccbbaa9988U);
 }
 
-TEST(QelGUIDBaseTest, IsBuiltFromTheHalvesThatItGives) {
+TEST(QelGUIDBaseTest, RoundTripsThroughHalves) {
     unsigned long long first = 0;
     unsigned long long second = 0;
     const QelGUIDBase guid(countingBytes);
@@ -66,11 +66,11 @@ TEST(QelGUIDBaseTest, IsBuiltFromTheHalvesThatItGives) {
     EXPECT_EQ(QelGUIDBase(static_cast<long long>(first), static_cast<long long>(second)), guid);
 }
 
-TEST(QelGUIDBaseTest, TextOfEitherCaseIsRead) {
+TEST(QelGUIDBaseTest, ParsesUpperAndLowerCase) {
     EXPECT_EQ(parsed("00112233-4455-6677-8899-AABBCCDDEEFF"), QelGUIDBase(countingBytes));
 }
 
-TEST(QelGUIDBaseTest, AnyOtherTextIsAFailureAndLeavesTheValueAlone) {
+TEST(QelGUIDBaseTest, RejectsMalformedStringAndLeavesValueUnchanged) {
     for (const char* bad : {"", "0", "00112233-4455-6677-8899-aabbccddeef", "00112233-4455-6677-8899-aabbccddeeff0",
                             " 00112233-4455-6677-8899-aabbccddeeff", "00112233-4455-6677-8899-aabbccddeeff ",
                             "{00112233-4455-6677-8899-aabbccddeeff}", "00112233445566778899aabbccddeeff",
@@ -83,13 +83,13 @@ TEST(QelGUIDBaseTest, AnyOtherTextIsAFailureAndLeavesTheValueAlone) {
     }
 }
 
-TEST(QelGUIDBaseTest, ANullPointerIsAFailureAndLeavesTheValueAlone) {
+TEST(QelGUIDBaseTest, RejectsNullPointerAndLeavesValueUnchanged) {
     QelGUIDBase guid(countingBytes);
     EXPECT_EQ(guid.fromString(nullptr), -1);
     EXPECT_EQ(guid, QelGUIDBase(countingBytes));
 }
 
-TEST(QelGUIDBaseTest, GeneratedOnesAreValidDistinctAndSurviveTheirText) {
+TEST(QelGUIDBaseTest, GeneratedIdentifiersAreValidDistinctAndRoundTrip) {
     std::set<QelGUIDBase> seen;
     for (int i = 0; i < 1000; ++i) {
         QelGUIDBase guid;
@@ -101,7 +101,7 @@ TEST(QelGUIDBaseTest, GeneratedOnesAreValidDistinctAndSurviveTheirText) {
     EXPECT_THAT(seen, testing::SizeIs(1000));
 }
 
-TEST(QelGUIDBaseTest, OrderIsByTheFirstHalfAndThenByTheSecond) {
+TEST(QelGUIDBaseTest, OrdersByFirstThenSecondHalf) {
     EXPECT_LT(QelGUIDBase(1, 9), QelGUIDBase(2, 0));
     EXPECT_LT(QelGUIDBase(1, 0), QelGUIDBase(1, 1));
     EXPECT_FALSE(QelGUIDBase(2, 0) < QelGUIDBase(1, 9));
@@ -109,18 +109,18 @@ TEST(QelGUIDBaseTest, OrderIsByTheFirstHalfAndThenByTheSecond) {
     EXPECT_NE(QelGUIDBase(1, 0), QelGUIDBase(0, 1));
 }
 
-TEST(QelGUIDBaseTest, HalvesAreOrderedAsUnsignedNumbers) {
+TEST(QelGUIDBaseTest, OrdersHalvesAsUnsignedNumbers) {
     constexpr long long highest = -1;
     constexpr long long largestPositive = std::numeric_limits<long long>::max();
     EXPECT_LT(QelGUIDBase(largestPositive, 0), QelGUIDBase(highest, 0));
     EXPECT_LT(QelGUIDBase(0, largestPositive), QelGUIDBase(0, highest));
 }
 
-TEST(QelGUIDBaseTest, LeadingBitsAreTheUpperOnesOfTheFirstHalf) {
+TEST(QelGUIDBaseTest, LeadingBitsAreUpperBitsOfFirstHalf) {
     EXPECT_EQ(QelGUIDBase(0x0123456789abcdefLL, -1).leadingBits(), 0x01234567U);
 }
 
-TEST(QelGUIDBaseTest, OrderIsThatOfTheHalvesAndNotOfTheText) {
+TEST(QelGUIDBaseTest, OrderDiffersFromStringOrder) {
     const QelGUIDBase largerText = parsed("01000000-0000-0000-0000-000000000000");
     const QelGUIDBase largerHalf = parsed("00010000-0000-0000-0000-000000000000");
     EXPECT_LT(largerText, largerHalf);

@@ -7,13 +7,13 @@
 namespace Qel {
 namespace {
 
-TEST(QelLockTest, OneThreadMayTakeItAgain) {
+TEST(QelLockTest, IsRecursive) {
     QelLock lock;
     const QelGuardT<QelLock> outer(lock);
     const QelGuardT<QelLock> inner(lock);
 }
 
-TEST(QelLockTest, IsFreeAfterItsLastGuard) {
+TEST(QelLockTest, IsReleasedByTheOutermostGuard) {
     QelLock lock;
     {
         const QelGuardT<QelLock> outer(lock);
@@ -22,7 +22,7 @@ TEST(QelLockTest, IsFreeAfterItsLastGuard) {
     std::thread([&lock] { const QelGuardT<QelLock> guard(lock); }).join();
 }
 
-TEST(QelLockTest, KeepsOtherThreadsOut) {
+TEST(QelLockTest, ExcludesOtherThreads) {
     constexpr int rounds = 2000;
     QelLock lock;
     int counter = 0;

@@ -11,7 +11,7 @@ using Storage = QelMappedMemoryManager::Storage;
 using Lock = QelMappedMemoryManager::Lock;
 const unsigned page = Storage::getMemoryPageSize();
 
-TEST(QelMappedMemoryManagerTest, StorageMapsNothingUntilAsked) {
+TEST(QelMappedMemoryManagerTest, ConstructedStorageMapsNothing) {
     const TempFile file;
     const Storage storage(file.path());
     EXPECT_EQ(storage.getMemory(), nullptr);
@@ -19,7 +19,7 @@ TEST(QelMappedMemoryManagerTest, StorageMapsNothingUntilAsked) {
     EXPECT_FALSE(file.exists());
 }
 
-TEST(QelMappedMemoryManagerTest, StorageNeverChangesItsMapping) {
+TEST(QelMappedMemoryManagerTest, SecondGetStorageLeavesMappingUnchanged) {
     const TempFile file;
     Storage storage(file.path());
     void* memory = storage.getStorage(page, nullptr);
@@ -31,7 +31,7 @@ TEST(QelMappedMemoryManagerTest, StorageNeverChangesItsMapping) {
     EXPECT_EQ(storage.syncStorage(), 0);
 }
 
-TEST(QelMappedMemoryManagerTest, DifferenceLeadsFromOneMappingToTheOther) {
+TEST(QelMappedMemoryManagerTest, DifferenceConvertsAddressesBetweenMappings) {
     const TempFile file;
     Storage one(file.path());
     ASSERT_NE(one.getStorage(page, nullptr), nullptr);
@@ -41,14 +41,14 @@ TEST(QelMappedMemoryManagerTest, DifferenceLeadsFromOneMappingToTheOther) {
     EXPECT_EQ(one.getDifference(&other), -other.getDifference(&one));
 }
 
-TEST(QelMappedMemoryManagerTest, StorageThatCannotBeMappedIsNull) {
+TEST(QelMappedMemoryManagerTest, FailedMappingReturnsNull) {
     const TempFile file;
     Storage storage(file.path() + "/below");
     EXPECT_EQ(storage.getStorage(page, nullptr), nullptr);
     EXPECT_EQ(storage.getSize(), 0U);
 }
 
-TEST(QelMappedMemoryManagerTest, ProtectionGoesBothWays) {
+TEST(QelMappedMemoryManagerTest, ProtectionCanBeSetAndReset) {
     const TempFile file;
     Storage storage(file.path());
     auto* memory = static_cast<char*>(storage.getStorage(page, nullptr));
@@ -59,14 +59,14 @@ TEST(QelMappedMemoryManagerTest, ProtectionGoesBothWays) {
     memory[0] = 'x';
 }
 
-TEST(QelMappedMemoryManagerTest, LockIsTheStorages) {
+TEST(QelMappedMemoryManagerTest, LockDelegatesToStorage) {
     const TempFile file;
     Storage storage(file.path());
     ASSERT_NE(storage.getStorage(page, nullptr), nullptr);
     Storage other(file.path());
     ASSERT_NE(other.getStorage(page, &storage), nullptr);
     EXPECT_EQ(Lock::lock(&storage), 0);
-    EXPECT_NE(other.lock(), 0) << "held by this thread already";
+    EXPECT_NE(other.lock(), 0) << "already held by this thread";
     EXPECT_EQ(Lock::unlock(&storage), 0);
     EXPECT_EQ(other.lock(), 0);
     EXPECT_EQ(other.unlock(), 0);

@@ -31,7 +31,7 @@ const unsigned page = QelMemoryMappedFile::getMemoryPageSize();
 
 constexpr unsigned mebibyte = 1U << 20U;
 
-/// Descriptors that this process has open.
+/// Number of open descriptors of this process.
 int openDescriptors() {
     int count = 0;
     for (int descriptor = 0; descriptor < 1024; ++descriptor)
@@ -39,7 +39,7 @@ int openDescriptors() {
     return count;
 }
 
-/// The first bytes of a file, mapped.
+/// A mapping of the first bytes of a file.
 class MappedFile : public QelMemoryMappedFile {
 public:
     explicit MappedFile(const TempFile& name, unsigned size = page) {
@@ -52,7 +52,7 @@ char* bytesOf(const QelMemoryMappedFile& file) {
     return static_cast<char*>(file.getMemory());
 }
 
-TEST(QelMemoryMappedFileTest, NewFileIsCreatedForItsOwnerAndReadsAsZero) {
+TEST(QelMemoryMappedFileTest, NewFileIsAccessibleByOwnerOnlyAndReadsAsZero) {
     const TempFile name;
     QelMemoryMappedFile file;
     EXPECT_EQ(file.map(name.path(), page, options, nullptr), 0);
@@ -66,7 +66,7 @@ TEST(QelMemoryMappedFileTest, NewFileIsCreatedForItsOwnerAndReadsAsZero) {
     EXPECT_EQ(status.st_mode & 077U, 0U);
 }
 
-TEST(QelMemoryMappedFileTest, ExistingFileIsExtendedAndNeverCut) {
+TEST(QelMemoryMappedFileTest, ExistingFileIsExtendedAndNeverTruncated) {
     const TempFile name;
     name.write("text");
     MappedFile small(name);
@@ -78,7 +78,7 @@ TEST(QelMemoryMappedFileTest, ExistingFileIsExtendedAndNeverCut) {
     EXPECT_EQ(again.getSize(), page);
 }
 
-TEST(QelMemoryMappedFileTest, HolesOfAnExistingFileAreFilled) {
+TEST(QelMemoryMappedFileTest, HolesOfExistingFileAreAllocated) {
     const TempFile name;
     name.write("");
     ASSERT_EQ(truncate(name.path().c_str(), 16 * static_cast<off_t>(page)), 0);
@@ -88,7 +88,7 @@ TEST(QelMemoryMappedFileTest, HolesOfAnExistingFileAreFilled) {
     EXPECT_GE(status.st_blocks * 512, static_cast<long>(16 * page));
 }
 
-TEST(QelMemoryMappedFileTest, MappingsOfOneFileShowTheSameBytes) {
+TEST(QelMemoryMappedFileTest, MappingsOfOneFileShareItsBytes) {
     const TempFile name;
     MappedFile one(name);
     MappedFile other(name);
@@ -98,7 +98,7 @@ TEST(QelMemoryMappedFileTest, MappingsOfOneFileShowTheSameBytes) {
     EXPECT_EQ(one.syncMemory(), 0);
 }
 
-TEST(QelMemoryMappedFileTest, RemapMapsTheSameFileThoughItsNameIsGone) {
+TEST(QelMemoryMappedFileTest, RemapMapsTheSameFileAfterUnlink) {
     const TempFile name;
     MappedFile one(name);
     ASSERT_EQ(unlink(name.path().c_str()), 0);
@@ -113,7 +113,7 @@ TEST(QelMemoryMappedFileTest, RemapMapsTheSameFileThoughItsNameIsGone) {
     EXPECT_FALSE(name.exists());
 }
 
-TEST(QelMemoryMappedFileTest, RemapToMoreOfAnExistingFileShowsTheSamePages) {
+TEST(QelMemoryMappedFileTest, RemapToMoreOfExistingFileSharesItsPages) {
     const TempFile name;
     name.write(std::string(4 * page, 'a'));
     auto first = std::make_unique<MappedFile>(name);
@@ -127,8 +127,8 @@ TEST(QelMemoryMappedFileTest, RemapToMoreOfAnExistingFileShowsTheSamePages) {
     EXPECT_EQ(name.read().back(), 'z');
 }
 
-TEST(QelMemoryMappedFileTest, FileWithHolesIsMappedAsFarAsItWasAskedFor) {
-    // A write to a hole could find the disk full, which would be a signal.
+TEST(QelMemoryMappedFileTest, FileWithHolesIsMappedOnlyUpToTheRequestedSize) {
+    // A write to a hole might find the disk full, which raises a signal.
     const TempFile name;
     name.write("");
     ASSERT_EQ(truncate(name.path().c_str(), 16 * static_cast<off_t>(page)), 0);
@@ -138,7 +138,7 @@ TEST(QelMemoryMappedFileTest, FileWithHolesIsMappedAsFarAsItWasAskedFor) {
     EXPECT_NE(all.getMemory(), first.getMemory());
 }
 
-TEST(QelMemoryMappedFileTest, FileOfAMebibyteGrowsWhereItIsMapped) {
+TEST(QelMemoryMappedFileTest, FileOfOneMebibyteGrowsInPlace) {
     const TempFile name;
     QelMemoryMappedFile first;
     ASSERT_EQ(first.map(name.path(), mebibyte, options, nullptr), 0);
@@ -155,7 +155,7 @@ TEST(QelMemoryMappedFileTest, FileOfAMebibyteGrowsWhereItIsMapped) {
     EXPECT_EQ(bytesOf(beyond)[4 * mebibyte - 1], 'z');
 }
 
-TEST(QelMemoryMappedFileTest, GrowthInPlaceFailsOnAFullDisk) {
+TEST(QelMemoryMappedFileTest, GrowthInPlaceFailsAtFileSizeLimit) {
     EXPECT_EQ(inChild([] {
                   const TempFile name;
                   std::signal(SIGXFSZ, SIG_DFL);
@@ -171,8 +171,8 @@ TEST(QelMemoryMappedFileTest, GrowthInPlaceFailsOnAFullDisk) {
               0);
 }
 
-#ifndef __SANITIZE_ADDRESS__ // which needs more addresses than any limit leaves
-TEST(QelMemoryMappedFileTest, FileIsMappedWithoutRoomToGrowWhereAddressesAreShort) {
+#ifndef __SANITIZE_ADDRESS__ // the sanitizer needs more address space than the limit permits
+TEST(QelMemoryMappedFileTest, FileIsMappedWithoutRoomToGrowIfAddressSpaceIsScarce) {
     EXPECT_EQ(inChild([] {
                   const TempFile name;
                   std::ifstream statistics("/proc/self/statm");
@@ -192,7 +192,7 @@ TEST(QelMemoryMappedFileTest, FileIsMappedWithoutRoomToGrowWhereAddressesAreShor
 }
 #endif
 
-TEST(QelMemoryMappedFileTest, WhatAFileIsExtendedByIsInMemoryAndReadsAsZero) {
+TEST(QelMemoryMappedFileTest, ExtendPrefaultsZeros) {
     const TempFile name;
     const MappedFile file(name, mebibyte);
     bytesOf(file)[mebibyte - 1] = 'x';
@@ -208,7 +208,7 @@ TEST(QelMemoryMappedFileTest, WhatAFileIsExtendedByIsInMemoryAndReadsAsZero) {
     EXPECT_EQ(std::count(bytesOf(all) + mebibyte, bytesOf(all) + length, '\0'), std::ptrdiff_t{mebibyte + 3});
 }
 
-TEST(QelMemoryMappedFileTest, OfMuchThatAFileIsExtendedByTheEndIsInMemory) {
+TEST(QelMemoryMappedFileTest, LargeExtendPrefaultsTheLast16MiB) {
     constexpr unsigned length = 40 * mebibyte;
     const TempFile name;
     MappedFile file(name);
@@ -222,7 +222,7 @@ TEST(QelMemoryMappedFileTest, OfMuchThatAFileIsExtendedByTheEndIsInMemory) {
     EXPECT_EQ(pagesInMemory(all, mebibyte, end), pagesInMemory(onlyMapped, mebibyte, end));
 }
 
-TEST(QelMemoryMappedFileTest, FileThatIsLongEnoughIsNotExtended) {
+TEST(QelMemoryMappedFileTest, ExtendLeavesLongEnoughFileUnchanged) {
     const TempFile name;
     MappedFile file(name, 2 * page);
     std::memset(file.getMemory(), 'x', 2 * page);
@@ -232,7 +232,7 @@ TEST(QelMemoryMappedFileTest, FileThatIsLongEnoughIsNotExtended) {
     EXPECT_TRUE(std::all_of(bytesOf(file), bytesOf(file) + 2 * page, [](char byte) { return byte == 'x'; }));
 }
 
-TEST(QelMemoryMappedFileTest, FileIsNotExtendedOnAFullDiskNorWhenNoneIsOpen) {
+TEST(QelMemoryMappedFileTest, ExtendFailsAtFileSizeLimitAndWithoutOpenFile) {
     EXPECT_EQ(inChild([] {
                   const TempFile name;
                   std::signal(SIGXFSZ, SIG_DFL);
@@ -249,7 +249,7 @@ TEST(QelMemoryMappedFileTest, FileIsNotExtendedOnAFullDiskNorWhenNoneIsOpen) {
     EXPECT_NE(none.extend(page), 0);
 }
 
-TEST(QelMemoryMappedFileTest, FileThatIsOnlySharedIsLockedButNotMapped) {
+TEST(QelMemoryMappedFileTest, SharedFileIsLockableButNotMapped) {
     const TempFile name;
     MappedFile file(name);
     QelMemoryMappedFile locker;
@@ -260,7 +260,7 @@ TEST(QelMemoryMappedFileTest, FileThatIsOnlySharedIsLockedButNotMapped) {
     EXPECT_EQ(locker.unlock(), 0);
 }
 
-TEST(QelMemoryMappedFileTest, FilesOfOneNameOneAfterTheOtherAreNotTheSame) {
+TEST(QelMemoryMappedFileTest, ReplacedFileIsNotTheSameFile) {
     const TempFile name;
     MappedFile one(name);
     ASSERT_EQ(unlink(name.path().c_str()), 0);
@@ -268,14 +268,14 @@ TEST(QelMemoryMappedFileTest, FilesOfOneNameOneAfterTheOtherAreNotTheSame) {
     EXPECT_FALSE(one.isSameFile(other));
 }
 
-TEST(QelMemoryMappedFileTest, FailureLeavesNothingMappedAndSaysWhy) {
+TEST(QelMemoryMappedFileTest, FailureMapsNothingAndSetsErrorMessage) {
     const TempFile name;
     QelMemoryMappedFile file;
     EXPECT_NE(file.map(name.path() + "/below", page, options, nullptr), 0);
     EXPECT_THAT(getErrorMessage(), testing::HasSubstr("No such file or directory"));
     EXPECT_NE(file.map("/dev/zero", page, options, nullptr), 0);
     EXPECT_NE(file.map("/tmp", page, options, nullptr), 0);
-    EXPECT_NE(file.map(name.path(), 0, options, nullptr), 0) << "no bytes can't be mapped";
+    EXPECT_NE(file.map(name.path(), 0, options, nullptr), 0) << "an empty range cannot be mapped";
     const tFileMappingOptions unknown(0, fileOpenOrCreate, accessReadWrite, mapSizeAsAsked);
     EXPECT_NE(file.map(name.path(), page, unknown, nullptr), 0);
     EXPECT_NE(file.remap(page, nullptr, nullptr), 0);
@@ -288,7 +288,7 @@ TEST(QelMemoryMappedFileTest, FailureLeavesNothingMappedAndSaysWhy) {
     EXPECT_NE(file.unlock(), 0);
 }
 
-TEST(QelMemoryMappedFileTest, PipeIsRefusedAsNoRegularFile) {
+TEST(QelMemoryMappedFileTest, PipeIsRejected) {
     const TempFile name;
     ASSERT_EQ(mkfifo(name.path().c_str(), 0600), 0);
     QelMemoryMappedFile file;
@@ -296,14 +296,14 @@ TEST(QelMemoryMappedFileTest, PipeIsRefusedAsNoRegularFile) {
     EXPECT_EQ(getErrorMessage(), "cannot use '" + name.path() + "': Invalid argument");
 }
 
-TEST(QelMemoryMappedFileTest, FileThatIsReplacedWhileItIsOpenedIsRefused) {
+TEST(QelMemoryMappedFileTest, FileReplacedDuringOpenIsRejected) {
     const TempFile name;
     const TempFile other;
     name.write("first");
     other.write("second");
     const Signal leased;
     const Signal refused;
-    // A lease delays the first open of another process until the holder has put another file in place.
+    // A lease delays the first open() of another process until the holder has replaced the file.
     ChildProcess holder([&] {
         sigset_t breaking;
         sigemptyset(&breaking);
@@ -332,10 +332,10 @@ TEST(QelMemoryMappedFileTest, FileThatIsReplacedWhileItIsOpenedIsRefused) {
     ASSERT_EQ(held, 0);
     EXPECT_NE(result, 0);
     EXPECT_EQ(getErrorMessage(), "cannot use '" + name.path() + "': " + std::strerror(ESTALE));
-    EXPECT_EQ(name.read(), "second") << "the file isn't touched";
+    EXPECT_EQ(name.read(), "second") << "the new file is not modified";
 }
 
-TEST(QelMemoryMappedFileTest, SecondMappingInOneObjectIsRefused) {
+TEST(QelMemoryMappedFileTest, SecondMappingInOneObjectIsRejected) {
     const TempFile name;
     MappedFile file(name);
     void* memory = file.getMemory();
@@ -344,7 +344,7 @@ TEST(QelMemoryMappedFileTest, SecondMappingInOneObjectIsRefused) {
     EXPECT_EQ(file.getSize(), page);
 }
 
-TEST(QelMemoryMappedFileTest, FileSizeLimitIsAResultAndNoSignal) {
+TEST(QelMemoryMappedFileTest, FileSizeLimitIsReportedWithoutSignal) {
     EXPECT_EQ(inChild([] {
                   const TempFile name;
                   std::signal(SIGXFSZ, SIG_DFL);
@@ -363,7 +363,7 @@ TEST(QelMemoryMappedFileTest, FileSizeLimitIsAResultAndNoSignal) {
               0);
 }
 
-TEST(QelMemoryMappedFileTest, ProtectedMemoryCanBeReadAndNotWritten) {
+TEST(QelMemoryMappedFileTest, ProtectedMemoryIsReadOnly) {
     const TempFile name;
     MappedFile file(name);
     bytesOf(file)[0] = 'a';
@@ -375,14 +375,14 @@ TEST(QelMemoryMappedFileTest, ProtectedMemoryCanBeReadAndNotWritten) {
     EXPECT_EQ(bytesOf(file)[0], 'c');
 }
 
-TEST(QelMemoryMappedFileTest, DescriptorsAreClosedOnExecAndWithTheLastMapping) {
+TEST(QelMemoryMappedFileTest, DescriptorsAreClosedOnExecAndWithLastMapping) {
     const TempFile name;
     const int before = openDescriptors();
     {
         MappedFile file(name);
         QelMemoryMappedFile larger;
         ASSERT_EQ(larger.remap(2 * page, nullptr, &file), 0);
-        EXPECT_EQ(openDescriptors(), before + 2) << "one to map, one to lock; a remapped file shares them";
+        EXPECT_EQ(openDescriptors(), before + 2) << "one for mapping, one for locking; remap shares them";
         for (int descriptor = 0; descriptor < 1024; ++descriptor) {
             struct stat status {};
             struct stat named {};
@@ -408,7 +408,7 @@ TEST(QelMemoryMappedFileTest, LockExcludesOtherProcesses) {
     EXPECT_EQ(inChild(tryToLock), 0);
 }
 
-TEST(QelMemoryMappedFileTest, LockIsOneForAllMappingsOfAFileInAProcess) {
+TEST(QelMemoryMappedFileTest, MappingsOfOneFileShareOneLockInAProcess) {
     const TempFile name;
     MappedFile one(name);
     MappedFile other(name);
@@ -419,14 +419,14 @@ TEST(QelMemoryMappedFileTest, LockIsOneForAllMappingsOfAFileInAProcess) {
         int result = 0;
         std::thread([&] { result = file->lock(true); }).join();
         EXPECT_NE(result, 0);
-        EXPECT_NE(file->lock(false), 0) << "a thread that has the lock must not wait for itself";
+        EXPECT_NE(file->lock(false), 0) << "must not deadlock on its own lock";
     }
     ASSERT_EQ(one.unlock(), 0);
     ASSERT_EQ(larger.lock(true), 0);
     ASSERT_EQ(larger.unlock(), 0);
 }
 
-TEST(QelMemoryMappedFileTest, ThreadsTakeTurns) {
+TEST(QelMemoryMappedFileTest, LockExcludesOtherThreads) {
     const TempFile name;
     MappedFile one(name);
     MappedFile other(name);
@@ -447,7 +447,7 @@ TEST(QelMemoryMappedFileTest, ThreadsTakeTurns) {
     EXPECT_EQ(counter, 8000);
 }
 
-TEST(QelMemoryMappedFileTest, ForkedChildKeepsTheMappingAndLosesTheLock) {
+TEST(QelMemoryMappedFileTest, ForkedChildKeepsMappingAndLosesLock) {
     const TempFile name;
     MappedFile file(name);
     bytesOf(file)[0] = 'm';
@@ -467,7 +467,7 @@ TEST(QelMemoryMappedFileTest, ForkedChildKeepsTheMappingAndLosesTheLock) {
     EXPECT_EQ(file.unlock(), 0);
 }
 
-TEST(QelMemoryMappedFileTest, ForkedChildFindsTheMutexFreeThatAnotherThreadHolds) {
+TEST(QelMemoryMappedFileTest, MutexHeldByAnotherThreadIsFreeInForkedChild) {
     const TempFile name;
     MappedFile file(name);
     const Signal locked;
@@ -486,7 +486,7 @@ TEST(QelMemoryMappedFileTest, ForkedChildFindsTheMutexFreeThatAnotherThreadHolds
             if (own.map(name.path(), page, options, nullptr))
                 return 1;
             if (!own.lock(true))
-                return 2; // the parent still has the file's lock
+                return 2; // the parent still holds the file lock
             mapped.give();
             return own.lock(false) ? 3 : own.unlock();
         });
@@ -497,7 +497,7 @@ TEST(QelMemoryMappedFileTest, ForkedChildFindsTheMutexFreeThatAnotherThreadHolds
     holder.join();
 }
 
-TEST(QelMemoryMappedFileTest, LockOfADeadProcessIsFreeThoughItsForkedChildLives) {
+TEST(QelMemoryMappedFileTest, LockOfDeadProcessIsReleasedWhileItsForkedChildLives) {
     const TempFile name;
     const Signal ready;
     const Signal never;
@@ -527,13 +527,13 @@ TEST(QelMemoryMappedFileTest, LockOfADeadProcessIsFreeThoughItsForkedChildLives)
     EXPECT_EQ(parent.wait(), -1);
     EXPECT_EQ(file.lock(true), 0);
     EXPECT_EQ(file.unlock(), 0);
-    EXPECT_EQ(kill(grandchild, 0), 0) << "it lived all the time";
+    EXPECT_EQ(kill(grandchild, 0), 0) << "the grandchild is still alive";
     kill(grandchild, SIGKILL);
     close(channel[0]);
     close(channel[1]);
 }
 
-TEST(QelMemoryMappedFileTest, WaitingForTheLockSurvivesSignals) {
+TEST(QelMemoryMappedFileTest, WaitingForLockIsRestartedAfterSignals) {
     const TempFile name;
     const Signal waiting;
     const Signal interrupted;
@@ -548,8 +548,8 @@ TEST(QelMemoryMappedFileTest, WaitingForTheLockSurvivesSignals) {
         QelMemoryMappedFile own;
         if (own.map(name.path(), page, options, nullptr))
             return 1;
-        // A signal that is pending when the wait begins interrupts it for certain only while waiting, so a second
-        // thread sends signals until the lock is there.
+        // A signal interrupts the wait for certain only if it arrives during the wait, so a second thread sends signals
+        // until the lock is acquired.
         std::atomic<bool> done{false};
         const pthread_t waiter = pthread_self();
         std::thread sender([&] {

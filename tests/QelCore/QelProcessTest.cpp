@@ -11,7 +11,7 @@ TEST(QelProcessTest, TitleIsTheCommandLine) {
     EXPECT_THAT(getproctitle(), testing::Not(testing::Contains('\0')));
 }
 
-TEST(QelProcessTest, YieldingComesBack) {
+TEST(QelProcessTest, YieldReturns) {
     schedYield();
 }
 

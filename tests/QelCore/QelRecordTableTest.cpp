@@ -19,7 +19,7 @@ struct Record {
 };
 static_assert(sizeof(Record) == QelRecordTable::recordBytes);
 
-/// Two equal tables side by side with their targets: one is moved as a whole, the other one record by record.
+/// Two equal arrays with their targets: one is moved as a whole, the other record by record.
 class Tables {
 public:
     static constexpr std::size_t records = 140;
@@ -27,8 +27,8 @@ public:
     explicit Tables(unsigned seed) {
         for (auto* table : {m_whole, m_single})
             for (std::size_t i = 0; i < records; ++i) {
-                // Words of keys that look like null, and now and then a null.
-                std::minstd_rand same(seed + static_cast<unsigned>(i) + 1); // cheap to make
+                // Key words that look like null, and occasional null pointers.
+                std::minstd_rand same(seed + static_cast<unsigned>(i) + 1); // cheap to construct
                 for (std::uint32_t& word : table[i].key)
                     word = static_cast<std::uint32_t>(same() % 3);
                 table[i].data = same() % 4 ? &table[same() % records].key[0] : nullptr;
@@ -58,13 +58,13 @@ void assign(const Record& from, Record& to) {
     to.data = from.data;
 }
 
-/// Counts that end in every place of the widest group, distances that overlap, and one that doesn't.
-constexpr std::size_t mostMoved = 70;
-constexpr std::size_t distances[] = {1, 2, 3, 4, 5, mostMoved};
+/// Counts that end at every position of the widest group; overlapping distances and one that does not overlap.
+constexpr std::size_t maxCount = 70;
+constexpr std::size_t distances[] = {1, 2, 3, 4, 5, maxCount};
 
-TEST(QelRecordTableTest, MovingUpwardsEqualsAssigningOneByOneFromTheLowest) {
+TEST(QelRecordTableTest, MoveUpwardsEqualsAssignmentFromLowestRecord) {
     for (const QelRecordTable::Mover& mover : QelRecordTable::movers())
-        for (std::size_t count = 0; count <= mostMoved; ++count)
+        for (std::size_t count = 0; count <= maxCount; ++count)
             for (const std::size_t from : distances) {
                 Tables tables(static_cast<unsigned>(count));
                 mover.upwards(tables.m_whole + from, tables.m_whole, count);
@@ -74,9 +74,9 @@ TEST(QelRecordTableTest, MovingUpwardsEqualsAssigningOneByOneFromTheLowest) {
             }
 }
 
-TEST(QelRecordTableTest, MovingDownwardsEqualsAssigningOneByOneFromTheHighest) {
+TEST(QelRecordTableTest, MoveDownwardsEqualsAssignmentFromHighestRecord) {
     for (const QelRecordTable::Mover& mover : QelRecordTable::movers())
-        for (std::size_t count = 0; count <= mostMoved; ++count)
+        for (std::size_t count = 0; count <= maxCount; ++count)
             for (const std::size_t to : distances) {
                 Tables tables(static_cast<unsigned>(count));
                 mover.downwards(tables.m_whole, tables.m_whole + to, count);
@@ -86,7 +86,7 @@ TEST(QelRecordTableTest, MovingDownwardsEqualsAssigningOneByOneFromTheHighest) {
             }
 }
 
-TEST(QelRecordTableTest, EveryProcessorHasAMover) {
+TEST(QelRecordTableTest, BaselineMoverIsAlwaysAvailable) {
     ASSERT_FALSE(QelRecordTable::movers().empty());
     EXPECT_STREQ(QelRecordTable::movers().back().instructions, "baseline");
 }

@@ -16,7 +16,7 @@ using block_ctrl = QelSharedMemoryManager::block_ctrl;
 
 constexpr unsigned headerBytes = 56;
 
-/// A heap in ordinary memory, with everything read back by offsets.
+/// A heap in ordinary memory, inspected by offsets.
 class Heap {
 public:
     explicit Heap(unsigned total, unsigned capacity = 1 << 20) : m_memory(capacity / 8) {
@@ -37,7 +37,7 @@ public:
     char* allocate(std::size_t bytes) { return manager()->allocate<char>(bytes); }
     std::size_t offsetOf(const char* data) { return static_cast<std::size_t>(data - base()); }
 
-    /// Offset and units of each free block, as the list tells them.
+    /// Offset and size in units of each block in the free list.
     std::vector<std::pair<std::size_t, unsigned>> freeBlocks() {
         std::vector<std::pair<std::size_t, unsigned>> blocks;
         for (std::size_t at = word(0); at != 0; at = static_cast<std::uint32_t>(at + word(at)))
@@ -45,7 +45,7 @@ public:
         return blocks;
     }
 
-    /// What has to hold between any two operations.  `used` maps offsets of data to bytes asked for.
+    /// Checks all invariants between operations.  `used` maps data offsets to requested sizes.
     void expectSound(const std::map<std::size_t, std::size_t>& used) {
         const auto free = freeBlocks();
         EXPECT_TRUE(std::is_sorted(free.begin(), free.end()));
@@ -78,13 +78,13 @@ private:
     std::vector<std::uint64_t> m_memory;
 };
 
-TEST(QelSharedMemoryManagerTest, FormattingMakesOneFreeBlockBehindTheHeader) {
+TEST(QelSharedMemoryManagerTest, FormattingCreatesOneFreeBlockAfterTheHeader) {
     Heap heap(4096);
     EXPECT_EQ(heap.word(0), 56U) << "first free block";
     EXPECT_EQ(heap.word(4), 1U) << "units of the sentinel";
-    EXPECT_EQ(heap.word(8), 56U) << "bytes in use";
-    EXPECT_EQ(heap.word(12), 4096U) << "bytes managed";
-    EXPECT_EQ(heap.word(16), 56U) << "bytes of the header";
+    EXPECT_EQ(heap.word(8), 56U) << "allocated bytes";
+    EXPECT_EQ(heap.word(12), 4096U) << "size of the heap";
+    EXPECT_EQ(heap.word(16), 56U) << "size of the header";
     EXPECT_EQ(heap.word(56), static_cast<std::uint32_t>(-56)) << "the list ends at the sentinel";
     EXPECT_EQ(heap.word(60), 505U);
 }
@@ -95,7 +95,7 @@ TEST(QelSharedMemoryManagerTest, HeaderIsRoundedUpToUnits) {
     EXPECT_EQ(manager->lowerBound() - reinterpret_cast<std::uintptr_t>(manager), 24U);
 }
 
-TEST(QelSharedMemoryManagerTest, OneByteTakesTwoUnitsAtTheTailOfTheFreeBlock) {
+TEST(QelSharedMemoryManagerTest, OneByteUsesTwoUnitsAtTheTailOfTheFreeBlock) {
     Heap heap(4096);
     char* data = heap.allocate(1);
     EXPECT_EQ(heap.offsetOf(data), 4088U);
@@ -105,31 +105,31 @@ TEST(QelSharedMemoryManagerTest, OneByteTakesTwoUnitsAtTheTailOfTheFreeBlock) {
     heap.expectSound({{4088, 1}});
 }
 
-TEST(QelSharedMemoryManagerTest, AllocatesNothingForZeroBytes) {
+TEST(QelSharedMemoryManagerTest, AllocationOfZeroBytesReturnsNull) {
     Heap heap(4096);
     EXPECT_EQ(heap.allocate(0), nullptr);
     EXPECT_EQ(heap->getTtlAllocated(), 56U);
 }
 
-TEST(QelSharedMemoryManagerTest, ExactlyAllThatIsFreeCanBeAllocated) {
+TEST(QelSharedMemoryManagerTest, AllFreeBytesCanBeAllocated) {
     Heap heap(4096);
     char* data = heap.allocate(4096 - 56 - 8);
     EXPECT_EQ(heap.offsetOf(data), 64U);
     EXPECT_EQ(heap->getTtlAllocated(), 4096U);
     EXPECT_EQ(heap.word(0), 0U) << "an empty list is a pointer to itself";
-    EXPECT_EQ(heap.allocate(1), nullptr) << "nothing is left";
+    EXPECT_EQ(heap.allocate(1), nullptr) << "no free bytes";
     heap->deallocate(data);
     heap.expectSound({});
 }
 
-TEST(QelSharedMemoryManagerTest, OneByteMoreThanIsFreeGivesNull) {
+TEST(QelSharedMemoryManagerTest, AllocationAboveFreeBytesReturnsNull) {
     Heap heap(4096);
     EXPECT_EQ(heap.allocate(4096 - 56 - 8 + 1), nullptr);
     EXPECT_EQ(heap.allocate(0xFFFFFFFF), nullptr);
     heap.expectSound({});
 }
 
-TEST(QelSharedMemoryManagerTest, EnoughBytesInPiecesGiveNull) {
+TEST(QelSharedMemoryManagerTest, AllocationFromFragmentedHeapReturnsNull) {
     Heap heap(56 + 64);
     char* low = heap.allocate(8);
     char* middle = heap.allocate(8);
@@ -140,7 +140,7 @@ TEST(QelSharedMemoryManagerTest, EnoughBytesInPiecesGiveNull) {
     heap.expectSound({{heap.offsetOf(middle), 8}});
 }
 
-TEST(QelSharedMemoryManagerTest, BlockOfOneUnitMoreThanNeededIsNotSplit) {
+TEST(QelSharedMemoryManagerTest, BlockWithOneSpareUnitIsNotSplit) {
     Heap heap(56 + 32);
     char* data = heap.allocate(16);
     EXPECT_EQ(heap.offsetOf(data), 64U);
@@ -148,14 +148,14 @@ TEST(QelSharedMemoryManagerTest, BlockOfOneUnitMoreThanNeededIsNotSplit) {
     heap.expectSound({{64, 16}});
 }
 
-TEST(QelSharedMemoryManagerTest, BlockOfTwoUnitsMoreThanNeededIsSplit) {
+TEST(QelSharedMemoryManagerTest, BlockWithTwoSpareUnitsIsSplit) {
     Heap heap(56 + 32);
     char* data = heap.allocate(8);
     EXPECT_EQ(heap.offsetOf(data), 56U + 16 + 8);
     EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{56, 2}}));
 }
 
-/// A heap whose free blocks are of the given units, from low addresses to high, each between two used blocks.
+/// A heap with free blocks of the given sizes in units, in address order, separated by used blocks.
 Heap heapWithFreeBlocks(const std::vector<unsigned>& units) {
     unsigned total = headerBytes;
     for (const unsigned count : units)
@@ -177,7 +177,7 @@ unsigned unitsTakenFrom(Heap& heap, std::size_t block, std::size_t bytes) {
     return offset >= block ? heap.word(offset + 4) : 0;
 }
 
-TEST(QelSharedMemoryManagerTest, SmallestBlockIsChosen) {
+TEST(QelSharedMemoryManagerTest, SmallestFittingBlockIsChosen) {
     Heap heap = heapWithFreeBlocks({40, 20, 30});
     EXPECT_EQ(heap.offsetOf(heap.allocate(24)), 56U + 40 * 8 + 16 + 16 * 8 + 8) << "the tail of the block of 20";
 }
@@ -188,26 +188,26 @@ TEST(QelSharedMemoryManagerTest, EarlierOfTwoEqualBlocksIsChosen) {
 }
 
 TEST(QelSharedMemoryManagerTest, FirstBlockThatLeavesAtMostAQuarterEndsTheSearch) {
-    // 8 units are needed: of 10 a fifth would be left, of 8 nothing, but 10 comes first.
+    // 8 units are needed: the block of 10 leaves a fifth and the block of 8 nothing, but the block of 10 comes first.
     Heap heap = heapWithFreeBlocks({30, 10, 8});
-    EXPECT_EQ(heap.offsetOf(heap.allocate(56)), 56U + 30 * 8 + 16 + 2 * 8 + 8) << "split like any other";
+    EXPECT_EQ(heap.offsetOf(heap.allocate(56)), 56U + 30 * 8 + 16 + 2 * 8 + 8) << "the block is split";
 }
 
-TEST(QelSharedMemoryManagerTest, AQuarterIsMeasuredExactly) {
-    // 3 of 12 units left over are a quarter; 3 of 11 are more, so that the search goes on to the exact fit.
+TEST(QelSharedMemoryManagerTest, QuarterIsComparedExactly) {
+    // A remainder of 3 of 12 units is exactly a quarter; 3 of 11 is more, so the search continues to the exact fit.
     Heap quarter = heapWithFreeBlocks({12, 9});
     EXPECT_EQ(quarter.offsetOf(quarter.allocate(64)), 56U + 3 * 8 + 8);
     Heap more = heapWithFreeBlocks({11, 8});
     EXPECT_EQ(more.offsetOf(more.allocate(56)), 56U + 11 * 8 + 16 + 8);
 }
 
-TEST(QelSharedMemoryManagerTest, SplittingKeepsThePlaceInTheList) {
+TEST(QelSharedMemoryManagerTest, SplittingKeepsThePositionInTheFreeList) {
     Heap heap = heapWithFreeBlocks({10, 30});
     EXPECT_EQ(unitsTakenFrom(heap, 56 + 10 * 8, 100), 14U);
     EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{56, 10}, {56 + 96, 16}}));
 }
 
-TEST(QelSharedMemoryManagerTest, RowOfThreeFreedInAnyOrderLeavesOneBlock) {
+TEST(QelSharedMemoryManagerTest, ThreeAdjacentBlocksFreedInAnyOrderMerge) {
     std::vector<unsigned> order{0, 1, 2};
     do {
         Heap heap(56 + 3 * 24);
@@ -220,7 +220,7 @@ TEST(QelSharedMemoryManagerTest, RowOfThreeFreedInAnyOrderLeavesOneBlock) {
     } while (std::next_permutation(order.begin(), order.end()));
 }
 
-TEST(QelSharedMemoryManagerTest, GrowthMergesWithAFreeBlockAtTheEnd) {
+TEST(QelSharedMemoryManagerTest, GrowthMergesWithFreeBlockAtTheEnd) {
     Heap heap(4096);
     heap->resize(8192);
     EXPECT_EQ(heap->getSize(), 8192U);
@@ -228,7 +228,7 @@ TEST(QelSharedMemoryManagerTest, GrowthMergesWithAFreeBlockAtTheEnd) {
     EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{56, 505 + 512}}));
 }
 
-TEST(QelSharedMemoryManagerTest, GrowthBehindAUsedBlockMakesABlockOfItsOwn) {
+TEST(QelSharedMemoryManagerTest, GrowthAfterUsedBlockAddsFreeBlock) {
     Heap heap(4096);
     const std::size_t data = heap.offsetOf(heap.allocate(8));
     heap->resize(4096 + 512);
@@ -244,7 +244,7 @@ TEST(QelSharedMemoryManagerTest, SmallerSizeChangesNothing) {
     EXPECT_TRUE(std::equal(before.begin(), before.end(), heap.base()));
 }
 
-TEST(QelSharedMemoryManagerTest, TellsWhetherItIsFormattedAndWhetherAMappingCoversIt) {
+TEST(QelSharedMemoryManagerTest, IsInitializedChecksFormatAndMappedSize) {
     Heap heap(4096);
     EXPECT_TRUE(heap->isInitialized(0));
     EXPECT_TRUE(heap->isInitialized(4096));
@@ -254,7 +254,7 @@ TEST(QelSharedMemoryManagerTest, TellsWhetherItIsFormattedAndWhetherAMappingCove
     EXPECT_FALSE(heap->isInitialized(0));
 }
 
-TEST(QelSharedMemoryManagerTest, RangeStartsBehindTheHeaderAndEndsBeforeTheSize) {
+TEST(QelSharedMemoryManagerTest, RangeStartsAfterTheHeaderAndEndsAtTheSize) {
     Heap heap(4096);
     EXPECT_FALSE(heap->isInRange(heap.base() + 55));
     EXPECT_TRUE(heap->isInRange(heap.base() + 56));
@@ -270,7 +270,7 @@ TEST(QelSharedMemoryManagerTest, RoundsBytesUpToUnits) {
     EXPECT_EQ(QelSharedMemoryManager::getBlocks(0xFFFFFFFF), 0x20000000U);
 }
 
-TEST(QelSharedMemoryManagerTest, DataOfABlockLeadsBackToTheBlock) {
+TEST(QelSharedMemoryManagerTest, ParseInvertsGetData) {
     Heap heap(4096);
     char* data = heap.allocate(20);
     block_ctrl* block = block_ctrl::parse(data);
@@ -279,7 +279,7 @@ TEST(QelSharedMemoryManagerTest, DataOfABlockLeadsBackToTheBlock) {
     EXPECT_EQ(reinterpret_cast<char*>(block->adjacent()), heap.base() + 4096);
 }
 
-TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInvariant) {
+TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithModelAndKeepInvariants) {
     std::mt19937 random(20261120);
     Heap heap(4096);
     std::map<std::size_t, std::size_t> used;
@@ -295,7 +295,7 @@ TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInv
                 const auto free = heap.freeBlocks();
                 EXPECT_TRUE(std::none_of(free.begin(), free.end(), [&](const auto& block) {
                     return block.second >= (bytes + 7) / 8 + 1;
-                })) << "null although a block is large enough";
+                })) << "allocation failed although a block is large enough";
             }
         } else if (action < 99 && !used.empty()) {
             auto victim = used.lower_bound(random() % heap->getSize());
@@ -316,7 +316,7 @@ TEST(QelSharedMemoryManagerTest, RandomAllocationsAgreeWithAModelAndKeepEveryInv
     EXPECT_EQ(heap->getTtlAllocated(), headerBytes);
 }
 
-/// Allocates ahead of a deallocation in one heap, and after it in another.
+/// Compares an allocation ahead of a deallocation in one heap with one after it in a copy.
 void expectAheadAgrees(Heap& heap, std::size_t doomed, std::size_t bytes) {
     Heap later = heap;
     const std::size_t end = doomed + later.word(doomed - 4) * 8 - 8;
@@ -330,7 +330,7 @@ void expectAheadAgrees(Heap& heap, std::size_t doomed, std::size_t bytes) {
         EXPECT_GT(offset - 8 + later.word(offset - 4) * 8, doomed - 8);
         EXPECT_EQ(ahead.data, nullptr);
         heap->deallocate(heap.base() + doomed);
-        EXPECT_EQ(heap.offsetOf(heap.allocate(bytes)), offset) << "nothing was changed";
+        EXPECT_EQ(heap.offsetOf(heap.allocate(bytes)), offset) << "the heap is unchanged";
         return;
     }
     heap->deallocate(heap.base() + doomed);
@@ -343,7 +343,7 @@ void expectAheadAgrees(Heap& heap, std::size_t doomed, std::size_t bytes) {
     EXPECT_EQ(heap->getTtlAllocated(), later->getTtlAllocated());
 }
 
-TEST(QelSharedMemoryManagerTest, AllocationAheadIsTheOneAfterTheDeallocation) {
+TEST(QelSharedMemoryManagerTest, AllocationAheadEqualsAllocationAfterDeallocation) {
     std::mt19937 random(4);
     unsigned overlapping = 0;
     unsigned full = 0;
@@ -371,20 +371,20 @@ TEST(QelSharedMemoryManagerTest, AllocationAheadIsTheOneAfterTheDeallocation) {
     EXPECT_LT(overlapping + full, 2500U);
 }
 
-TEST(QelSharedMemoryManagerTest, AllocationAheadMayLeaveAUnitThatMergesWithTheDoomedBlock) {
+TEST(QelSharedMemoryManagerTest, AllocationAheadMayLeaveOneUnitThatMergesWithTheDoomedBlock) {
     Heap heap(56 + 80 + 24);
     const std::size_t high = heap.offsetOf(heap.allocate(72));
     const std::size_t doomed = heap.offsetOf(heap.allocate(16));
     heap->deallocate(heap.base() + high);
     const auto ahead = heap->allocateAhead<char>(64, heap.base() + doomed);
     ASSERT_NE(ahead.data, nullptr);
-    EXPECT_EQ(heap->getBlockSize(ahead.data), 72U) << "one unit of the free block of 80 bytes is left";
+    EXPECT_EQ(heap->getBlockSize(ahead.data), 72U) << "one unit of the free block of 80 bytes remains";
     heap->deallocate(heap.base() + doomed);
     EXPECT_EQ(heap.freeBlocks(), (std::vector<std::pair<std::size_t, unsigned>>{{56, 4}}));
 }
 
-TEST(QelSharedMemoryManagerTest, HeapsUsedInTurnKeepTheirListsApart) {
-    // What a thread remembers of one list is wrong for the other at almost every step.
+TEST(QelSharedMemoryManagerTest, AlternatingHeapsDoNotMixTheirFreeLists) {
+    // The free list that a thread remembers from one heap mismatches the other at almost every step.
     std::mt19937 random(9);
     Heap heaps[] = {Heap(1 << 16), Heap(1 << 17)};
     std::map<std::size_t, std::size_t> used[2];
@@ -409,7 +409,7 @@ TEST(QelSharedMemoryManagerTest, HeapsUsedInTurnKeepTheirListsApart) {
     }
 }
 
-TEST(QelSharedMemoryManagerTest, ListOfThousandsOfBlocksIsWalkedToItsEnd) {
+TEST(QelSharedMemoryManagerTest, FreeListOfThousandsOfBlocksIsTraversedCompletely) {
     constexpr unsigned count = 3000;
     Heap heap(56 + count * 64);
     std::vector<char*> data;
@@ -418,9 +418,9 @@ TEST(QelSharedMemoryManagerTest, ListOfThousandsOfBlocksIsWalkedToItsEnd) {
     for (unsigned i = 0; i < count; i += 2)
         heap->deallocate(data[i]);
     EXPECT_EQ(heap.freeBlocks().size(), count / 2);
-    EXPECT_EQ(heap.allocate(60), nullptr) << "no two neighbours are free";
+    EXPECT_EQ(heap.allocate(60), nullptr) << "no adjacent blocks are free";
     heap->deallocate(data[1]);
-    EXPECT_EQ(heap.allocate(180), data[2]) << "the last of the list, which three blocks made";
+    EXPECT_EQ(heap.allocate(180), data[2]) << "the last block of the list, merged from three";
     for (unsigned i = 3; i < count; i += 2)
         heap->deallocate(data[i]);
     heap->deallocate(data[2]);
@@ -428,14 +428,14 @@ TEST(QelSharedMemoryManagerTest, ListOfThousandsOfBlocksIsWalkedToItsEnd) {
     EXPECT_EQ(heap->getTtlAllocated(), 56U);
 }
 
-TEST(QelSharedMemoryManagerDeathTest, BlockGivenBackTwiceIsFatal) {
+TEST(QelSharedMemoryManagerDeathTest, DoubleFreeIsFatal) {
     Heap heap(4096);
     char* data = heap.allocate(8);
     char* other = heap.allocate(100);
     heap->deallocate(data);
     EXPECT_DEATH(heap->deallocate(data), "core/src/QelCore/QelSharedMemoryManager");
     heap->deallocate(other);
-    EXPECT_DEATH(heap->deallocate(data), "core/src/QelCore/QelSharedMemoryManager") << "now inside a free block";
+    EXPECT_DEATH(heap->deallocate(data), "core/src/QelCore/QelSharedMemoryManager") << "inside a free block";
 }
 
 TEST(QelSharedMemoryManagerDeathTest, PointerOutsideTheHeapIsFatal) {
@@ -445,7 +445,7 @@ TEST(QelSharedMemoryManagerDeathTest, PointerOutsideTheHeapIsFatal) {
     EXPECT_DEATH(heap->deallocate(heap.allocate(32) + 4), "core/src/QelCore/QelSharedMemoryManager");
 }
 
-TEST(QelSharedMemoryManagerDeathTest, BlockLargerThanAllThatIsUsedIsFatal) {
+TEST(QelSharedMemoryManagerDeathTest, BlockLargerThanAllocatedBytesIsFatal) {
     Heap heap(4096);
     char* data = heap.allocate(8);
     heap.setWord(heap.offsetOf(data) - 4, 400);
@@ -464,9 +464,9 @@ TEST(QelSharedMemoryManagerDeathTest, DamagedFreeListIsFatal) {
     EXPECT_DEATH(static_cast<void>(circle.allocate(40)), "core/src/QelCore/QelSharedMemoryManager");
 }
 
-TEST(QelSharedMemoryManagerDeathTest, FreeListThatLeadsToNoPlaceForABlockIsFatal) {
+TEST(QelSharedMemoryManagerDeathTest, FreeListLinkToInvalidOffsetIsFatal) {
     const auto lead = [](std::uint32_t from, std::uint32_t to) {
-        // Everything else is in order: a list of blocks of two units, which are too small to end the search.
+        // Otherwise valid: a list of blocks of two units, which are too small to end the search.
         Heap heap(4096);
         heap.setWord(60, 2);
         heap.setWord(from, to - from);
@@ -476,38 +476,38 @@ TEST(QelSharedMemoryManagerDeathTest, FreeListThatLeadsToNoPlaceForABlockIsFatal
     };
     for (const std::uint32_t from : {0U, 56U}) {
         EXPECT_DEATH(lead(from, 48), "core/src/QelCore/QelSharedMemoryManager") << "into the header";
-        EXPECT_DEATH(lead(from, 4096), "core/src/QelCore/QelSharedMemoryManager") << "over the end";
+        EXPECT_DEATH(lead(from, 4096), "core/src/QelCore/QelSharedMemoryManager") << "past the end";
         EXPECT_DEATH(lead(from, 100), "core/src/QelCore/QelSharedMemoryManager") << "unaligned";
     }
 }
 
-TEST(QelSharedMemoryManagerDeathTest, FreeBlockThatEndsBeyondTheHeapIsFatal) {
+TEST(QelSharedMemoryManagerDeathTest, FreeBlockThatExtendsPastTheHeapIsFatal) {
     for (const unsigned spare : {1U, 10U, 100U}) {
         Heap heap(4096);
         heap.setWord(60, 505 + spare);
         EXPECT_DEATH(static_cast<void>(heap.allocate(152)), "core/src/QelCore/QelSharedMemoryManager")
-            << "a tail of 20 units that begins " << 20 - static_cast<int>(spare) << " before the end";
+            << "a tail of 20 units that begins " << 20 - static_cast<int>(spare) << " units before the end";
     }
 }
 
-TEST(QelSharedMemoryManagerDeathTest, FreeBlockThatOverlapsTheNextIsFatal) {
+TEST(QelSharedMemoryManagerDeathTest, FreeBlockThatOverlapsTheNextOneIsFatal) {
     Heap heap = heapWithFreeBlocks({10, 30});
     heap.setWord(60, 13);
     EXPECT_DEATH(static_cast<void>(heap.allocate(72)), "core/src/QelCore/QelSharedMemoryManager");
 }
 
-TEST(QelSharedMemoryManagerDeathTest, BlockThatOverlapsTheNextFreeOneIsFatal) {
+TEST(QelSharedMemoryManagerDeathTest, UsedBlockThatOverlapsTheNextFreeOneIsFatal) {
     Heap heap(4096);
     char* high = heap.allocate(56);
     char* middle = heap.allocate(8);
     char* low = heap.allocate(8);
     heap->deallocate(high);
-    heap.setWord(heap.offsetOf(low) - 4, 5); // over the used block of two units, into the free one
+    heap.setWord(heap.offsetOf(low) - 4, 5); // past the used block of two units, into the free one
     EXPECT_DEATH(heap->deallocate(low), "core/src/QelCore/QelSharedMemoryManager");
     heap->deallocate(middle);
 }
 
-TEST(QelSharedMemoryManagerDeathTest, GrowthByAPartOfAUnitIsFatal) {
+TEST(QelSharedMemoryManagerDeathTest, GrowthByPartialUnitIsFatal) {
     Heap heap(4096);
     EXPECT_DEATH(heap->resize(4100), "core/src/QelCore/QelSharedMemoryManager");
 }

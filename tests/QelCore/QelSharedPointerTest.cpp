@@ -21,7 +21,7 @@ std::int32_t bytesOf(const pointer_type<int>& pointer) {
     return distance;
 }
 
-TEST(QelSharedPointerTest, ZeroBytesPointAtThemselves) {
+TEST(QelSharedPointerTest, ZeroBytesPointToThemselves) {
     Room room;
     EXPECT_EQ(bytesOf(room.first), 0);
     EXPECT_EQ(static_cast<void*>(room.first.get()), static_cast<void*>(&room.first));
@@ -35,21 +35,21 @@ TEST(QelSharedPointerTest, NullIsDistanceOne) {
     EXPECT_FALSE(pointer);
 }
 
-TEST(QelSharedPointerTest, HoldsTheDistanceFromItself) {
+TEST(QelSharedPointerTest, StoresDistanceFromItself) {
     Room room;
     room.first = &room.above;
     EXPECT_EQ(bytesOf(room.first), 12);
     EXPECT_EQ(*room.first, 8);
 }
 
-TEST(QelSharedPointerTest, ReachesBackwards) {
+TEST(QelSharedPointerTest, StoresNegativeDistance) {
     std::array<Room, 2> rooms;
     rooms[1].first = &rooms[0].below;
     EXPECT_EQ(bytesOf(rooms[1].first), -8);
     EXPECT_EQ(rooms[1].first.get(), &rooms[0].below);
 }
 
-TEST(QelSharedPointerTest, AssignmentComputesTheDistanceForTheNewPlace) {
+TEST(QelSharedPointerTest, AssignmentRecomputesDistance) {
     Room room;
     room.first = &room.below;
     room.second = room.first;
@@ -61,7 +61,7 @@ TEST(QelSharedPointerTest, AssignmentComputesTheDistanceForTheNewPlace) {
 }
 
 #if UINTPTR_MAX > UINT32_MAX
-TEST(QelSharedPointerDeathTest, RefusesATargetFartherThanItsBitsTell) {
+TEST(QelSharedPointerDeathTest, RejectsTargetOutOfRange) {
     Room room;
     auto* far = reinterpret_cast<int*>(reinterpret_cast<std::uintptr_t>(&room) + (std::uintptr_t{1} << 33));
     EXPECT_DEATH(room.first = far, "QelSharedMemoryManager");

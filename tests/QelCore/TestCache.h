@@ -12,7 +12,7 @@
 
 namespace Qel {
 
-/// A record with the declared size of the system's own: 92 bytes, and `extra` more behind it.
+/// A record with the declared size of real records, 92 bytes, followed by `extra` more.
 struct TestRecord : QelCachedItem {
     static constexpr unsigned declaredSize = 92;
 
@@ -25,7 +25,7 @@ struct TestRecord : QelCachedItem {
 };
 static_assert(sizeof(TestRecord) == TestRecord::declaredSize);
 
-/// A record of the caller's own that can be put into a cache.
+/// A value that can be stored in a cache.
 class TestValue {
 public:
     explicit TestValue(const QelGUIDBase& id, std::uint32_t version = 0, unsigned extra = 0)
@@ -45,7 +45,7 @@ public:
         return 0;
     }
 
-    /// Whether a record in a cache or a copy of one equals this value, but for its count.  Null equals nothing.
+    /// Whether a record in a cache or a copy equals this value, ignoring the reference count.  Null is never equal.
     [[nodiscard]] bool equals(const TestRecord* record) const {
         const auto* bytes = reinterpret_cast<const unsigned char*>(record);
         return record && record->length() == m_bytes.size() &&
@@ -64,10 +64,10 @@ private:
     std::vector<unsigned char> m_bytes;
 };
 
-/// A value whose bytes are told by a function.
+/// A value whose bytes are supplied by a function.
 struct TestSource {
-    std::function<int(const void**, unsigned&, const void*)> tell;
-    int getBuffer(const void** buffer, unsigned& length, const void* old) const { return tell(buffer, length, old); }
+    std::function<int(const void**, unsigned&, const void*)> source;
+    int getBuffer(const void** buffer, unsigned& length, const void* old) const { return source(buffer, length, old); }
 };
 
 using TestCache = QelCacheLogic<QelGUIDBase, TestRecord, QelMappedMemoryManager>;

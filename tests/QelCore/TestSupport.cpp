@@ -16,7 +16,7 @@ namespace Qel {
 
 namespace {
 
-/// Reads the bytes of a cache file by their offsets; shares no code with the allocator.
+/// Checks the bytes of a cache file; shares no code with the allocator.
 class FileWalk {
 public:
     explicit FileWalk(std::string bytes) : m_bytes(std::move(bytes)) {}
@@ -40,7 +40,7 @@ private:
         std::memcpy(&value, m_bytes.data() + offset, sizeof value);
         return value;
     }
-    /// Offset of the target of the pointer that lies at `offset`.
+    /// Offset of the target of the pointer at `offset`.
     std::uint32_t target(std::uint32_t offset) const { return offset + word(offset); }
 
     template <class... Parts> void find(const Parts&... parts) {
@@ -50,7 +50,7 @@ private:
     }
     void expect(const char* what, std::uint32_t offset, std::uint32_t value) {
         if (word(offset) != value)
-            find(what, " is ", word(offset), " and not ", value);
+            find(what, " is ", word(offset), ", expected ", value);
     }
 
     void walkHeader() {
@@ -84,17 +84,17 @@ private:
         std::uint32_t previousEnd = 0;
         for (std::uint32_t offset = target(0); offset != 0; offset = target(offset)) {
             if (!m_blocks.contains(offset))
-                return find("the free list leads to ", offset, ", where no block starts");
+                return find("the free list contains ", offset, ", which is not the start of a block");
             if (offset < previousEnd)
-                return find("the free list goes back to ", offset);
+                return find("the free list is not ascending at ", offset);
             if (offset == previousEnd)
-                find("two free blocks meet at ", offset);
+                find("adjacent free blocks at ", offset);
             freeBytes += m_blocks[offset];
             previousEnd = offset + m_blocks[offset];
             m_free.insert(offset);
         }
         if (word(12) - freeBytes != word(8))
-            find(word(8), " bytes in use are counted, ", word(12) - freeBytes, " are");
+            find(word(8), " allocated bytes are recorded, actual: ", word(12) - freeBytes);
     }
 
     bool isUsed(std::uint32_t data) const { return m_blocks.contains(data - 8) && !m_free.contains(data - 8); }
@@ -102,7 +102,7 @@ private:
     void walkSnapshot(bool allReferenced) {
         const std::uint32_t snapshot = target(20);
         if (!isUsed(snapshot))
-            return find("the snapshot at ", snapshot, " isn't a used block");
+            return find("the snapshot at ", snapshot, " is not a used block");
         const std::uint32_t count = word(snapshot + 4);
         const std::uint32_t slots = count + word(snapshot + 8);
         if (4 + 8 + 20 * slots > m_blocks[snapshot - 8] - 8)
@@ -113,17 +113,17 @@ private:
         for (std::uint32_t i = 0; i < count; ++i) {
             const std::uint32_t at = snapshot + 12 + 20 * i;
             if (i > 0 && !(QelGUIDBase(m_bytes.data() + at - 20) < QelGUIDBase(m_bytes.data() + at)))
-                find("key ", i, " isn't above the one before");
+                find("key ", i, " is not above the previous one");
             const std::uint32_t record = target(at + 16);
             if (!isUsed(record) || !referenced.insert(record - 8).second)
-                return find("record ", i, " at ", record, " isn't a used block of its own");
+                return find("record ", i, " at ", record, " is not in a used block of its own");
             if (allReferenced ? word(record) != 1 : word(record) < 1)
                 find("record ", i, " counts ", word(record), " references");
             if (word(record + 4) + 92 > m_blocks[record - 8] - 8)
                 find("record ", i, " exceeds its block");
         }
         if (allReferenced && referenced.size() + m_free.size() != m_blocks.size())
-            find(m_blocks.size() - m_free.size() - referenced.size(), " blocks are used and not referenced");
+            find(m_blocks.size() - m_free.size() - referenced.size(), " used blocks are not referenced");
     }
 
     std::string m_bytes;

@@ -18,13 +18,13 @@ using TestSupport::inChild;
 using TestSupport::Signal;
 using TestSupport::TempFile;
 
-/// What is wrong with a cache file by its format alone, one line for each finding: header, blocks that tile the heap,
-/// free list ordered and merged, counters, the current snapshot with its keys, records and counts.  With
-/// `allReferenced` also blocks that neither the header nor the current snapshot refers to, and counts above 1: what
-/// remains of readers.
+/// Checks a cache file by its format alone and returns one line per finding.  Checks the header, tiling of blocks,
+/// order and merging of the free list, counters, and the current snapshot with its keys, records and counts.  With
+/// `allReferenced` also reports leftovers of readers: blocks that neither the header nor the current snapshot
+/// references, and counts above 1.
 [[nodiscard]] std::vector<std::string> findingsIn(const TempFile& file, bool allReferenced = true);
 
-/// Pages between two offsets of a mapping that the kernel has in memory.
+/// Number of pages between two offsets of a mapping that are in the page cache.
 [[nodiscard]] long pagesInMemory(const QelMemoryMappedFile& file, unsigned from, unsigned to);
 
 inline constexpr unsigned testMaxItem = 0x1000000;
@@ -33,10 +33,10 @@ inline constexpr unsigned testMaxStorage = 0x40000000;
 
 [[nodiscard]] TestCachePtr makeCache(const TempFile& file, unsigned maxStorage = testMaxStorage,
                                      unsigned maxItem = testMaxItem);
-/// A cache attached to the file; the test ends if that fails.
+/// A cache attached to the file; aborts the test on failure.
 TestCachePtr attach(const TempFile& file, unsigned maxStorage = testMaxStorage, unsigned maxItem = testMaxItem);
 
-/// The n-th key, in the order of the numbers.
+/// A key; keys are ordered by number.
 [[nodiscard]] inline QelGUIDBase key(unsigned number) {
     return QelGUIDBase(static_cast<long long>(number), 1);
 }
@@ -46,7 +46,7 @@ TestCachePtr attach(const TempFile& file, unsigned maxStorage = testMaxStorage, 
     return static_cast<unsigned>(random() % limit);
 }
 
-/// The keys of a list in its order.
+/// The keys of a list, in order.
 [[nodiscard]] inline std::vector<QelGUIDBase> keysOf(const TestListPtr& list) {
     std::vector<QelGUIDBase> keys;
     for (const auto& record : *list)
@@ -54,7 +54,7 @@ TestCachePtr attach(const TempFile& file, unsigned maxStorage = testMaxStorage, 
     return keys;
 }
 
-/// A test of one cache file.  Numbers of bytes are those of a machine with pages of 4096 bytes.
+/// A test of one cache file.  Sizes assume pages of 4096 bytes.
 class CacheFileTest : public testing::Test {
 protected:
     static constexpr unsigned page = 4096;
@@ -62,10 +62,10 @@ protected:
 
     void SetUp() override {
         if (QelMemoryMappedFile::getMemoryPageSize() != page)
-            GTEST_SKIP() << "pages of another size";
+            GTEST_SKIP() << "page size is not 4096";
     }
 
-    /// Blocks and counters of the file agree, and nothing is left of readers.
+    /// Expects a valid file without leftovers of readers.
     void expectClean() const { EXPECT_THAT(findingsIn(file), testing::IsEmpty()); }
 
     const TempFile file;

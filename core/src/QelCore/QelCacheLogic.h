@@ -31,8 +31,8 @@
 // Most records are replaced by one of the same size, so the most recently freed block is the most likely to be written
 // next.
 //
-// State after a crash.  The kernel releases the file lock of a process that dies at any point.  Everything it
-// had written remains in the file.
+// State after a crash.  The kernel releases the file lock of a process that dies at any point.  Everything it had
+// written remains in the file.
 //  - A reader that dies never releases its snapshot: the blocks stay allocated until the file is removed.
 //  - A writer that dies between two changes may leave an unreferenced new block, which is leaked.  The order of stores
 //    ensures that the header never points to a freed snapshot.
@@ -41,8 +41,9 @@
 //    missing from the free list.  The next process that walks a broken list fails a check.
 //  - An insertion that allocates a new block for the array shifts nothing: the file contains either the old records or
 //    the old records and the new one, unless the heap is too full for a provisional block.
-//  - A process that dies while formatting a file leaves it without the `valid` mark, and hence unusable.  None of this
-//    is repaired: the file is a cache, so the repair is to remove it.
+//  - A process that dies while formatting a file leaves it without the `valid` mark, and hence unusable.
+//
+// None of this is repaired: the file is a cache, so the repair is to remove it.
 //
 // Locking (file lock: flock plus the process mutex; treated as one lock here)
 //
