@@ -73,7 +73,6 @@ private:
         return {static_cast<T>(one.start - 1), static_cast<T>(one.end + 1)};
     }
     static bool isEmpty(const range<T>& one) { return one.end < one.start; }
-    static bool holds(const range<T>& one, T value) { return one.start <= value && value <= one.end; }
     /// If `next` starts in `one` or directly after it, extends `one` to the end of `next` and returns true.
     static bool extend(range<T>& one, const range<T>& next) {
         if (next.start < one.start || one.end < next.start - 1)
@@ -105,49 +104,15 @@ void compressed_set<T, cont_t, alloc_t>::insert(const range<T>& added) {
 
 template <class T, template <class, class> class cont_t, class alloc_t>
 void compressed_set<T, cont_t, alloc_t>::insertBeforeLast(const range<T>& added, const range<T>& wide) {
-    range<T>& front = m_ranges.front();
-    if (added.start < front.start) {
-        if (wide.end < front.start) {
-            m_ranges.insert(m_ranges.begin(), added);
-            return;
-        }
-        front.start = added.start;
-    }
-    range<T>& back = m_ranges.back();
-    back.end = std::max(back.end, added.end);
-
-    // From `first` on, ranges end late enough to touch `added`; from `last` on, they end after it.
-    auto first = std::lower_bound(m_ranges.begin(), m_ranges.end(), wide, searchStart<T>);
-    auto last = std::upper_bound(first, m_ranges.end(), added, searchEnd<T>);
-    if (first == last && first->start <= added.start && added.end <= first->end)
-        return;
-
-    // `added` joins a range at its start, one at its end, both or neither; the ranges between them are erased.
-    bool insertNew = true;
-    bool keepFirst = false;
-    if (holds(*first, wide.start)) {
-        first->end = added.end;
-        insertNew = false;
-        keepFirst = true;
-    }
-    if (last != m_ranges.end() && holds(*last, wide.end)) {
-        if (insertNew) {
-            last->start = added.start;
-            insertNew = false;
-        } else {
-            first->end = last->end;
-            ++last;
-        }
-    }
-    if (keepFirst)
-        ++first;
-    if (insertNew && first != last) {
-        *first++ = added;
-        insertNew = false;
-    }
-    first = m_ranges.erase(first, last);
-    if (insertNew)
+    // The ranges that overlap or touch `added`.
+    const auto [first, last] = std::equal_range(m_ranges.begin(), m_ranges.end(), wide, searchStart<T>);
+    if (first == last) {
         m_ranges.insert(first, added);
+        return;
+    }
+    first->start = std::min(first->start, added.start);
+    first->end = std::max(std::prev(last)->end, added.end);
+    m_ranges.erase(std::next(first), last);
 }
 
 template <class T, template <class, class> class cont_t, class alloc_t>
