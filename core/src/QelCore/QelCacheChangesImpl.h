@@ -14,22 +14,36 @@ namespace CacheLogicDetail {
 inline constexpr const char* sourcePath = "core/src/QelCore/QelCacheLogic";
 } // namespace CacheLogicDetail
 
+/// Calls `change(index)` under the file lock and returns its result.  For an insertion, `id` must be missing and
+/// `index` is where to insert it; for other changes it must be present and `index` is its position.  Otherwise, or if
+/// the cache is not attached or cannot be locked, returns the code for that and calls nothing.
 template <class ItemID, class ItemValue, class Allocator>
-int QelCacheLogic<ItemID, ItemValue, Allocator>::insertItem(const ItemID& id, const ItemSource& source) {
+template <class Change>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::changeItem(const ItemID& id, eSnapshotHint hint,
+                                                            const Change& change) {
     if (!isAccessible())
         return cacheNotAttached;
     const storageLockGuard_t guard(*this);
     if (!guard.isLocked())
         return cacheNotLocked;
-    const Snapshot* current = currentSnapshot();
     std::size_t index;
-    if (current->values.findIndex(id, index))
+    const bool exists = currentSnapshot()->values.findIndex(id, index);
+    if (hint == snapshotForInsert && exists)
         return cacheKeyExists;
-    if (!isWritable(*current, snapshotForInsert))
-        return insertIntoCopy(id, index, source);
-    const ItemBytes item = readItem(source, nullptr);
-    const int refused = checkItem(item);
-    return refused ? refused : insertIntoSlot(id, index, item);
+    if (hint != snapshotForInsert && !exists)
+        return cacheKeyMissing;
+    return change(index);
+}
+
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::insertItem(const ItemID& id, const ItemSource& source) {
+    return changeItem(id, snapshotForInsert, [&](std::size_t index) {
+        if (!isWritable(*currentSnapshot(), snapshotForInsert))
+            return insertIntoCopy(id, index, source);
+        const ItemBytes item = readItem(source, nullptr);
+        const int refused = checkItem(item);
+        return refused ? refused : insertIntoSlot(id, index, item);
+    });
 }
 
 /// Inserts into a free slot of the current array.
@@ -121,14 +135,12 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::settle(record_t& entry, const 
 
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::updateItem(const ItemID& id, const ItemSource& source) {
-    if (!isAccessible())
-        return cacheNotAttached;
-    const storageLockGuard_t guard(*this);
-    if (!guard.isLocked())
-        return cacheNotLocked;
-    std::size_t index;
-    if (!currentSnapshot()->values.findIndex(id, index))
-        return cacheKeyMissing;
+    return changeItem(id, snapshotForUpdate, [&](std::size_t index) { return replaceItem(index, source); });
+}
+
+/// Replaces the record at `index`.
+template <class ItemID, class ItemValue, class Allocator>
+int QelCacheLogic<ItemID, ItemValue, Allocator>::replaceItem(std::size_t index, const ItemSource& source) {
     Snapshot* writable = getWritableSnapshot(snapshotForUpdate);
     ItemValue* old = writable && index < writable->values.size() ? writable->values.at(index).data.get() : nullptr;
     if (!old)
@@ -198,21 +210,15 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::writeItem(ItemValue* record, c
 
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::remove(const ItemID& id) {
-    if (!isAccessible())
-        return cacheNotAttached;
-    const storageLockGuard_t guard(*this);
-    if (!guard.isLocked())
-        return cacheNotLocked;
-    std::size_t index;
-    if (!currentSnapshot()->values.findIndex(id, index))
-        return cacheKeyMissing;
-    Snapshot* writable = getWritableSnapshot(snapshotForRemove);
-    ItemValue* old = writable ? writable->values.at(index).data.get() : nullptr;
-    if (!old)
-        return cacheOutOfSpace;
-    writable->values.remove(index);
-    releaseItem(old);
-    return cacheSuccess;
+    return changeItem(id, snapshotForRemove, [&](std::size_t index) {
+        Snapshot* writable = getWritableSnapshot(snapshotForRemove);
+        ItemValue* old = writable ? writable->values.at(index).data.get() : nullptr;
+        if (!old)
+            return cacheOutOfSpace;
+        writable->values.remove(index);
+        releaseItem(old);
+        return cacheSuccess;
+    });
 }
 
 } // namespace Qel

@@ -271,10 +271,12 @@ private:
         bool isProvisional; ///< the final block of the record overlaps the old array
     };
 
+    template <class Change> int changeItem(const ItemID& id, eSnapshotHint hint, const Change& change);
     int insertItem(const ItemID& id, const ItemSource& source);
     int insertIntoSlot(const ItemID& id, std::size_t index, const ItemBytes& item);
     int insertIntoCopy(const ItemID& id, std::size_t index, const ItemSource& source);
     int updateItem(const ItemID& id, const ItemSource& source);
+    int replaceItem(std::size_t index, const ItemSource& source);
     ItemBytes readItem(const ItemSource& source, const ItemValue* old);
     [[nodiscard]] bool isAcceptable(const ItemBytes& item) const noexcept;
     [[nodiscard]] int checkItem(const ItemBytes& item) const;

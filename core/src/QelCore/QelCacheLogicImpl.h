@@ -373,8 +373,6 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::makeCurrent(Snapshot* copy) {
 
 template <class ItemID, class ItemValue, class Allocator>
 boost::shared_ptr<ItemValue> QelCacheLogic<ItemID, ItemValue, Allocator>::getCopy(const ItemID& id) {
-    if (!isAccessible())
-        return nullptr;
     const storageLockGuard_t guard(*this);
     const ItemValue* record = guard.isLocked() ? currentSnapshot()->values.find(id) : nullptr;
     if (!record)
