@@ -62,24 +62,24 @@ void assign(const Record& from, Record& to) {
 constexpr std::size_t maxCount = 70;
 constexpr std::size_t distances[] = {1, 2, 3, 4, 5, maxCount};
 
-TEST(QelRecordTableTest, MoveUpwardsEqualsAssignmentFromLowestRecord) {
+TEST(QelRecordTableTest, MoveForwardEqualsAssignmentFromLowestRecord) {
     for (const QelRecordTable::Mover& mover : QelRecordTable::movers())
         for (std::size_t count = 0; count <= maxCount; ++count)
             for (const std::size_t from : distances) {
                 Tables tables(static_cast<unsigned>(count));
-                mover.upwards(tables.m_whole + from, tables.m_whole, count);
+                mover.forward(tables.m_whole + from, tables.m_whole, count);
                 for (std::size_t i = 0; i < count; ++i)
                     assign(tables.m_single[from + i], tables.m_single[i]);
                 tables.expectEqual(mover.instructions, count);
             }
 }
 
-TEST(QelRecordTableTest, MoveDownwardsEqualsAssignmentFromHighestRecord) {
+TEST(QelRecordTableTest, MoveBackwardEqualsAssignmentFromHighestRecord) {
     for (const QelRecordTable::Mover& mover : QelRecordTable::movers())
         for (std::size_t count = 0; count <= maxCount; ++count)
             for (const std::size_t to : distances) {
                 Tables tables(static_cast<unsigned>(count));
-                mover.downwards(tables.m_whole, tables.m_whole + to, count);
+                mover.backward(tables.m_whole, tables.m_whole + to, count);
                 for (std::size_t i = count; i-- > 0;)
                     assign(tables.m_single[i], tables.m_single[to + i]);
                 tables.expectEqual(mover.instructions, count);

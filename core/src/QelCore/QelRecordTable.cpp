@@ -97,7 +97,7 @@ template <class Vector>
 
 /// Moves the leading whole groups of `count` records and advances the arguments past them.
 template <class Vector>
-[[gnu::always_inline]] inline void groupsUpwards(const char*& from, char*& to, std::size_t& count) noexcept {
+[[gnu::always_inline]] inline void moveGroupsForward(const char*& from, char*& to, std::size_t& count) noexcept {
     const std::size_t groups = count / recordsInGroup<Vector>;
     moveGroups<Vector>(from, to, groups, groupBytes<Vector>, shiftBetween(from, to));
     from += groups * groupBytes<Vector>;
@@ -107,7 +107,7 @@ template <class Vector>
 
 /// Moves the trailing whole groups of `count` records; `from` and `to` are end pointers and move back.
 template <class Vector>
-[[gnu::always_inline]] inline void groupsDownwards(const char*& from, char*& to, std::size_t& count) noexcept {
+[[gnu::always_inline]] inline void moveGroupsBackward(const char*& from, char*& to, std::size_t& count) noexcept {
     const std::size_t groups = count / recordsInGroup<Vector>;
     constexpr auto step = static_cast<std::ptrdiff_t>(groupBytes<Vector>);
     moveGroups<Vector>(from - step, to - step, groups, -step, shiftBetween(from, to));
@@ -117,22 +117,22 @@ template <class Vector>
 }
 
 template <class Vector>
-[[gnu::always_inline]] inline void upwards(const void* source, void* target, std::size_t count) noexcept {
+[[gnu::always_inline]] inline void moveRecordsForward(const void* source, void* target, std::size_t count) noexcept {
     const auto* from = static_cast<const char*>(source);
     auto* to = static_cast<char*>(target);
-    groupsUpwards<Vector>(from, to, count);
-    groupsUpwards<Vector128>(from, to, count);
+    moveGroupsForward<Vector>(from, to, count);
+    moveGroupsForward<Vector128>(from, to, count);
     const Word shift = shiftBetween(from, to);
     for (; count > 0; --count, from += recordBytes, to += recordBytes)
         moveOne(from, to, shift);
 }
 
 template <class Vector>
-[[gnu::always_inline]] inline void downwards(const void* source, void* target, std::size_t count) noexcept {
+[[gnu::always_inline]] inline void moveRecordsBackward(const void* source, void* target, std::size_t count) noexcept {
     const char* from = static_cast<const char*>(source) + count * recordBytes;
     char* to = static_cast<char*>(target) + count * recordBytes;
-    groupsDownwards<Vector>(from, to, count);
-    groupsDownwards<Vector128>(from, to, count);
+    moveGroupsBackward<Vector>(from, to, count);
+    moveGroupsBackward<Vector128>(from, to, count);
     const Word shift = shiftBetween(from, to);
     for (; count > 0; --count) {
         from -= recordBytes;
@@ -141,30 +141,30 @@ template <class Vector>
     }
 }
 
-void upwardsBaseline(const void* source, void* target, std::size_t count) noexcept {
-    upwards<Vector128>(source, target, count);
+void forwardBaseline(const void* source, void* target, std::size_t count) noexcept {
+    moveRecordsForward<Vector128>(source, target, count);
 }
-void downwardsBaseline(const void* source, void* target, std::size_t count) noexcept {
-    downwards<Vector128>(source, target, count);
-}
-
-[[gnu::target("avx2")]] void upwardsAvx2(const void* source, void* target, std::size_t count) noexcept {
-    upwards<Vector256>(source, target, count);
-}
-[[gnu::target("avx2")]] void downwardsAvx2(const void* source, void* target, std::size_t count) noexcept {
-    downwards<Vector256>(source, target, count);
+void backwardBaseline(const void* source, void* target, std::size_t count) noexcept {
+    moveRecordsBackward<Vector128>(source, target, count);
 }
 
-[[gnu::target("avx512f")]] void upwardsAvx512(const void* source, void* target, std::size_t count) noexcept {
-    upwards<Vector512>(source, target, count);
+[[gnu::target("avx2")]] void forwardAvx2(const void* source, void* target, std::size_t count) noexcept {
+    moveRecordsForward<Vector256>(source, target, count);
 }
-[[gnu::target("avx512f")]] void downwardsAvx512(const void* source, void* target, std::size_t count) noexcept {
-    downwards<Vector512>(source, target, count);
+[[gnu::target("avx2")]] void backwardAvx2(const void* source, void* target, std::size_t count) noexcept {
+    moveRecordsBackward<Vector256>(source, target, count);
 }
 
-constexpr Mover allMovers[] = {{"AVX-512", upwardsAvx512, downwardsAvx512},
-                               {"AVX2", upwardsAvx2, downwardsAvx2},
-                               {"baseline", upwardsBaseline, downwardsBaseline}};
+[[gnu::target("avx512f")]] void forwardAvx512(const void* source, void* target, std::size_t count) noexcept {
+    moveRecordsForward<Vector512>(source, target, count);
+}
+[[gnu::target("avx512f")]] void backwardAvx512(const void* source, void* target, std::size_t count) noexcept {
+    moveRecordsBackward<Vector512>(source, target, count);
+}
+
+constexpr Mover allMovers[] = {{"AVX-512", forwardAvx512, backwardAvx512},
+                               {"AVX2", forwardAvx2, backwardAvx2},
+                               {"baseline", forwardBaseline, backwardBaseline}};
 
 /// Number of leading elements of allMovers that this processor does not support.
 std::size_t countUnusable() noexcept {
@@ -180,12 +180,12 @@ std::span<const Mover> movers() noexcept {
     return usable;
 }
 
-void moveUpwards(const void* source, void* target, std::size_t count) noexcept {
-    movers().front().upwards(source, target, count);
+void moveForward(const void* source, void* target, std::size_t count) noexcept {
+    movers().front().forward(source, target, count);
 }
 
-void moveDownwards(const void* source, void* target, std::size_t count) noexcept {
-    movers().front().downwards(source, target, count);
+void moveBackward(const void* source, void* target, std::size_t count) noexcept {
+    movers().front().backward(source, target, count);
 }
 
 } // namespace Qel::QelRecordTable

@@ -15,17 +15,18 @@ namespace QelRecordTable {
 inline constexpr std::size_t keyBytes = 16;
 inline constexpr std::size_t recordBytes = 20;
 
-/// Moves the lowest record first: `target` may overlap `source` if it is at a lower address.
-void moveUpwards(const void* source, void* target, std::size_t count) noexcept;
+/// Moves records in ascending order, as std::move does: `target` may overlap `source` if it is at a lower address.
+void moveForward(const void* source, void* target, std::size_t count) noexcept;
 
-/// Moves the highest record first: `target` may overlap `source` if it is at a higher address.
-void moveDownwards(const void* source, void* target, std::size_t count) noexcept;
+/// Moves records in descending order, as std::move_backward does: `target` may overlap `source` if it is at a higher
+/// address.  Unlike with std::move_backward, `source` and `target` are the starts of the ranges.
+void moveBackward(const void* source, void* target, std::size_t count) noexcept;
 
 /// The two operations, implemented for one instruction set.
 struct Mover {
     const char* instructions; ///< name of the required instruction set
-    void (*upwards)(const void* source, void* target, std::size_t count) noexcept;
-    void (*downwards)(const void* source, void* target, std::size_t count) noexcept;
+    void (*forward)(const void* source, void* target, std::size_t count) noexcept;
+    void (*backward)(const void* source, void* target, std::size_t count) noexcept;
 };
 
 /// The implementations that this processor supports, fastest first.  The operations above use the first one.
