@@ -8,7 +8,7 @@
 #include <type_traits>
 
 #include "QelCommon/Debug.h"
-#include "QelCore/QelRecordTable.h"
+#include "QelCore/QelFlatRecords.h"
 #include "QelCore/QelStoreOrder.h"
 
 namespace Qel {
@@ -50,7 +50,7 @@ public:
             return *this;
         m_count = other.m_count;
         m_reserved = other.m_reserved;
-        QelRecordTable::moveForward(other.begin(), begin(), m_count);
+        QelFlatRecords::moveForward(other.begin(), begin(), m_count);
         return *this;
     }
 
@@ -59,10 +59,10 @@ public:
     void assignInserting(const QelFlatSortedArray& other, std::size_t index, const Key& key, mapped_type* value) {
         QEL_CHECK(index <= other.m_count, sourcePath);
         record_t* place = begin() + index;
-        QelRecordTable::moveForward(other.begin(), begin(), index);
+        QelFlatRecords::moveForward(other.begin(), begin(), index);
         place->key = key;
         place->data = value;
-        QelRecordTable::moveForward(other.begin() + index, place + 1, other.m_count - index);
+        QelFlatRecords::moveForward(other.begin() + index, place + 1, other.m_count - index);
         m_count = other.m_count + 1;
         m_reserved = 0;
     }
@@ -113,7 +113,7 @@ public:
     record_t* insertAt(std::size_t index, const Key& key, mapped_type* value) {
         QEL_CHECK(m_reserved != 0 && index <= m_count, sourcePath);
         record_t* place = begin() + index;
-        QelRecordTable::moveBackward(place, place + 1, m_count - index);
+        QelFlatRecords::moveBackward(place, place + 1, m_count - index);
         place->data = value;
         place->key = key;
         // A crash between the two stores must not count a slot beyond the block.
@@ -128,7 +128,7 @@ public:
     record_t* remove(std::size_t index) {
         QEL_CHECK(index < m_count, sourcePath);
         record_t* place = begin() + index;
-        QelRecordTable::moveForward(place + 1, place, m_count - index - 1);
+        QelFlatRecords::moveForward(place + 1, place, m_count - index - 1);
         --m_count;
         ++m_reserved;
         return place;
@@ -195,8 +195,8 @@ private:
     record_t m_first;             ///< offset 8: the first slot; the others follow contiguously
 
     static_assert(offsetof(record_t, key) == 0);
-    static_assert(offsetof(record_t, data) == QelRecordTable::keyBytes);
-    static_assert(sizeof(record_t) == QelRecordTable::recordBytes);
+    static_assert(offsetof(record_t, data) == QelFlatRecords::keyBytes);
+    static_assert(sizeof(record_t) == QelFlatRecords::recordBytes);
 };
 
 } // namespace Qel

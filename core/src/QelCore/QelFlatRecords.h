@@ -5,12 +5,12 @@
 
 namespace Qel {
 
-/// Moves within an array of 20-byte records: a 16-byte key followed by a 4-byte self-relative pointer.
+/// Moves the records of a QelFlatSortedArray: 20 bytes each, a 16-byte key followed by a 4-byte self-relative pointer.
 ///
 /// Each operation is equivalent to assigning `count` records one by one: keys are copied, and pointers are adjusted so
 /// that they keep their target.  All records move by the same distance, so every pointer changes by the same constant,
 /// and SIMD code moves several records at once.
-namespace QelRecordTable {
+namespace QelFlatRecords {
 
 inline constexpr std::size_t keyBytes = 16;
 inline constexpr std::size_t recordBytes = 20;
@@ -32,6 +32,6 @@ struct Mover {
 /// The implementations that this processor supports, fastest first.  The operations above use the first one.
 [[nodiscard]] std::span<const Mover> movers() noexcept;
 
-} // namespace QelRecordTable
+} // namespace QelFlatRecords
 
 } // namespace Qel

@@ -1,4 +1,4 @@
-#include "QelCore/QelRecordTable.h"
+#include "QelCore/QelFlatRecords.h"
 
 #include <array>
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 #include "QelCore/QelSharedPointer.h"
 
-namespace Qel::QelRecordTable {
+namespace Qel::QelFlatRecords {
 
 namespace {
 
@@ -188,4 +188,4 @@ void moveBackward(const void* source, void* target, std::size_t count) noexcept 
     movers().front().backward(source, target, count);
 }
 
-} // namespace Qel::QelRecordTable
+} // namespace Qel::QelFlatRecords

@@ -1,4 +1,4 @@
-#include "QelCore/QelRecordTable.h"
+#include "QelCore/QelFlatRecords.h"
 
 #include <cstdint>
 #include <cstring>
@@ -17,21 +17,21 @@ struct Record {
     std::uint32_t key[4];
     pointer_type<std::uint32_t> data;
 };
-static_assert(sizeof(Record) == QelRecordTable::recordBytes);
+static_assert(sizeof(Record) == QelFlatRecords::recordBytes);
 
 /// Two equal arrays with their targets: one is moved as a whole, the other record by record.
-class Tables {
+class Arrays {
 public:
     static constexpr std::size_t records = 140;
 
-    explicit Tables(unsigned seed) {
-        for (auto* table : {m_whole, m_single})
+    explicit Arrays(unsigned seed) {
+        for (auto* array : {m_whole, m_single})
             for (std::size_t i = 0; i < records; ++i) {
                 // Key words that look like null, and occasional null pointers.
-                std::minstd_rand same(seed + static_cast<unsigned>(i) + 1); // cheap to construct
-                for (std::uint32_t& word : table[i].key)
-                    word = static_cast<std::uint32_t>(same() % 3);
-                table[i].data = same() % 4 ? &table[same() % records].key[0] : nullptr;
+                std::minstd_rand random(seed + static_cast<unsigned>(i) + 1); // cheap to construct
+                for (std::uint32_t& word : array[i].key)
+                    word = static_cast<std::uint32_t>(random() % 3);
+                array[i].data = random() % 4 ? &array[random() % records].key[0] : nullptr;
             }
     }
 
@@ -47,9 +47,9 @@ public:
     Record m_single[records];
 
 private:
-    static std::ptrdiff_t target(const Record* table, std::size_t i) {
-        const std::uint32_t* data = table[i].data.get();
-        return data ? data - &table[0].key[0] : -1;
+    static std::ptrdiff_t target(const Record* array, std::size_t i) {
+        const std::uint32_t* data = array[i].data.get();
+        return data ? data - &array[0].key[0] : -1;
     }
 };
 
@@ -62,33 +62,33 @@ void assign(const Record& from, Record& to) {
 constexpr std::size_t maxCount = 70;
 constexpr std::size_t distances[] = {1, 2, 3, 4, 5, maxCount};
 
-TEST(QelRecordTableTest, MoveForwardEqualsAssignmentFromLowestRecord) {
-    for (const QelRecordTable::Mover& mover : QelRecordTable::movers())
+TEST(QelFlatRecordsTest, MoveForwardEqualsAssignmentFromLowestRecord) {
+    for (const QelFlatRecords::Mover& mover : QelFlatRecords::movers())
         for (std::size_t count = 0; count <= maxCount; ++count)
             for (const std::size_t from : distances) {
-                Tables tables(static_cast<unsigned>(count));
-                mover.forward(tables.m_whole + from, tables.m_whole, count);
+                Arrays arrays(static_cast<unsigned>(count));
+                mover.forward(arrays.m_whole + from, arrays.m_whole, count);
                 for (std::size_t i = 0; i < count; ++i)
-                    assign(tables.m_single[from + i], tables.m_single[i]);
-                tables.expectEqual(mover.instructions, count);
+                    assign(arrays.m_single[from + i], arrays.m_single[i]);
+                arrays.expectEqual(mover.instructions, count);
             }
 }
 
-TEST(QelRecordTableTest, MoveBackwardEqualsAssignmentFromHighestRecord) {
-    for (const QelRecordTable::Mover& mover : QelRecordTable::movers())
+TEST(QelFlatRecordsTest, MoveBackwardEqualsAssignmentFromHighestRecord) {
+    for (const QelFlatRecords::Mover& mover : QelFlatRecords::movers())
         for (std::size_t count = 0; count <= maxCount; ++count)
             for (const std::size_t to : distances) {
-                Tables tables(static_cast<unsigned>(count));
-                mover.backward(tables.m_whole, tables.m_whole + to, count);
+                Arrays arrays(static_cast<unsigned>(count));
+                mover.backward(arrays.m_whole, arrays.m_whole + to, count);
                 for (std::size_t i = count; i-- > 0;)
-                    assign(tables.m_single[i], tables.m_single[to + i]);
-                tables.expectEqual(mover.instructions, count);
+                    assign(arrays.m_single[i], arrays.m_single[to + i]);
+                arrays.expectEqual(mover.instructions, count);
             }
 }
 
-TEST(QelRecordTableTest, BaselineMoverIsAlwaysAvailable) {
-    ASSERT_FALSE(QelRecordTable::movers().empty());
-    EXPECT_STREQ(QelRecordTable::movers().back().instructions, "baseline");
+TEST(QelFlatRecordsTest, BaselineMoverIsAlwaysAvailable) {
+    ASSERT_FALSE(QelFlatRecords::movers().empty());
+    EXPECT_STREQ(QelFlatRecords::movers().back().instructions, "baseline");
 }
 
 } // namespace
