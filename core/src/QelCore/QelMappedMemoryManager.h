@@ -25,7 +25,7 @@ public:
         /// flushes it and returns null.
         [[nodiscard]] void* getStorage(unsigned size, const Storage* other);
 
-        /// Base of `other` minus the own base: add it to an address in this mapping to get the address in the other
+        /// Base of `other` minus the base of this mapping: add it to an address here to get the address in the other
         /// one.
         [[nodiscard]] std::ptrdiff_t getDifference(const Storage* other) const noexcept {
             return static_cast<std::ptrdiff_t>(reinterpret_cast<std::uintptr_t>(other->getMemory()) -
