@@ -98,6 +98,8 @@ void compressed_set<T, cont_t, alloc_t>::insert(const range<T>& added) {
         return;
     if (m_ranges.empty() || m_ranges.back().end < wide.start)
         m_ranges.push_back(added);
+    else if (wide.end < m_ranges.front().start)
+        m_ranges.insert(m_ranges.begin(), added);
     else if (!extend(m_ranges.back(), added))
         insertBeforeLast(added, wide);
 }
