@@ -14,7 +14,7 @@ using testing::IsEmpty;
 constexpr int memberName = 1026;
 constexpr int groupNumber = 1027;
 constexpr int primaryGroup = 1028;
-constexpr int furtherGroup = 1029;
+constexpr int supplementaryGroup = 1029;
 
 QelUser root() {
     QelUser user;
@@ -48,7 +48,7 @@ TEST(QelUserTest, AllFieldsRoundTripInOrder) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(user, 0), 0);
     EXPECT_THAT(childIDs(message.cursor()),
-                ElementsAre(1030, 1026, primaryGroup, furtherGroup, furtherGroup, 1031, 1032, 1033, 1034));
+                ElementsAre(1030, 1026, primaryGroup, supplementaryGroup, supplementaryGroup, 1031, 1032, 1033, 1034));
     EXPECT_EQ(childValue(message.cursor(), 1032), "AP8=");
     QelUser read;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
@@ -71,7 +71,7 @@ TEST(QelUserTest, RequiresNameOrNumber) {
 TEST(QelUserTest, RejectsEmptySupplementaryGroup) {
     const TestMessage message;
     message.cursor().putValue("root", 1026);
-    message.cursor().putChild(furtherGroup);
+    message.cursor().putChild(supplementaryGroup);
     QelUser read;
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }

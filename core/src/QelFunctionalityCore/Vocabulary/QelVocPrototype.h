@@ -59,7 +59,8 @@ public:
     [[nodiscard]] QelVocIterator* readParameter(const std::string& id);
     [[nodiscard]] QelVocIterator* readParameter(const std::string& id) const;
 
-    /// Implement readCategory() and readParameter() for a given iterator, and take ownership of it.  Null for null.
+    /// Implement readCategory() and readParameter() for a given iterator, and take ownership of it.  Null if `iterator`
+    /// is null.
     [[nodiscard]] QelVocIterator* processCategory(QelVocIterator* iterator, const Categories& categories) const;
     [[nodiscard]] QelVocIterator* processParameter(QelVocIterator* iterator, const std::string& id) const;
 
