@@ -1,5 +1,6 @@
-# What the scripts in this folder share; they source it.  It changes to the root of the source tree.  Each script runs
-# on a bare Debian 12: the packages that it needs are installed when they are missing, as root or through sudo.
+# Common functions of the scripts in this folder, which source this file.  It changes to the root of the source tree.
+# Each script runs on a minimal Debian 12 and installs the packages it needs if they are missing, as root or through
+# sudo.
 # shellcheck shell=bash
 
 set -euo pipefail
@@ -7,7 +8,7 @@ this_script=$(realpath "$0")
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 export LC_ALL=C.UTF-8
 
-# The packages of Debian 12, by what needs them.
+# Packages of Debian 12, by purpose.
 build_packages=(g++ cmake ninja-build libboost-dev libpugixml-dev uuid-dev)
 tool_packages=(libboost-program-options-dev nlohmann-json3-dev)
 test_packages=(googletest librapidcheck-dev libxml2-utils tzdata)
@@ -15,13 +16,14 @@ bench_packages=(libbenchmark-dev liblmdb-dev)
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 format_packages=(clang-format)
 lint_packages=(clang clang-tidy)
+picture_packages=(graphviz fonts-dejavu-core)
 i386_packages=(g++-multilib)
-# Only their libraries, unpacked beside the build: the headers are the same as on amd64.
+# Only the libraries in these packages are used; the headers are the same as on amd64.
 i386_libraries=(libpugixml-dev libpugixml1v5 librapidcheck-dev libuuid1)
 
 jobs=${QEL_JOBS:-$(nproc)}
 
-# Ends the script with one line that says why.
+# Exits with status 1 and a one-line reason.
 fail() {
     echo "${0##*/}: $*" >&2
     exit 1
@@ -31,7 +33,7 @@ heading() {
     echo "== $*"
 }
 
-# The help of a script is the comment at its top.
+# Prints the comment at the top of the script, which is its help text.
 print_help() {
     sed -n '1d; /^#/!q; s/^# \{0,1\}//p' "$this_script"
 }
@@ -44,12 +46,12 @@ for argument in "$@"; do
 done
 unset argument
 
-# "1:05" for 65 seconds.
+# Formats a number of seconds: "1:05" for 65.
 elapsed() {
     printf '%d:%02d' $(($1 / 60)) $(($1 % 60))
 }
 
-# The lines of a log that say what went wrong; its last ones if no line looks like an error.
+# Prints the lines of a log that look like errors; its last lines if there are none.
 lines_that_matter() {
     local lines
     lines=$(sed 's/\x1b\[[0-9;]*m//g' "$1" |
@@ -59,7 +61,7 @@ lines_that_matter() {
     printf '%s\n' "$lines"
 }
 
-# Shows how far a step is: on a terminal in one line that is overwritten, elsewhere in a line every 30 seconds.
+# Reports the progress of a step: on a terminal in one line that is overwritten, otherwise in one line every 30 seconds.
 report_interval=30
 show_progress() {
     local title=$1 count=$2 start=$3
@@ -72,7 +74,8 @@ show_progress() {
     fi
 }
 
-# "[12/483]" from a line of ninja, "12" from the steps of apt-get; fails for any other line.
+# Updates `count` from a line of output: "12/483" from ninja, the number of steps from apt-get.  Fails for any other
+# line.
 count_in_line() {
     if [[ $1 =~ ^\[([0-9]+/[0-9]+)\] ]]; then
         count=${BASH_REMATCH[1]}
@@ -87,7 +90,7 @@ count_in_line() {
     fi
 }
 
-# Runs a command with its output in a log and shows how far it is: run_logged TITLE LOG COMMAND...  Returns its status.
+# Runs a command, writes its output to a log, and reports progress: run_logged TITLE LOG COMMAND...  Returns its status.
 run_logged() {
     local title=$1 log=$2 start=$SECONDS status=0 line='' count='' step_total='' reported_at=$SECONDS output pid
     shift 2
@@ -105,14 +108,14 @@ run_logged() {
     wait "$pid" || status=$?
     [[ ! -t 1 ]] || printf '\r\e[K'
     if ((status)); then
-        echo "   $title: failed after $(elapsed $((SECONDS - start))); the whole output is in $log"
+        echo "   $title: failed after $(elapsed $((SECONDS - start))); its output is in $log"
     else
         echo "   $title: $(elapsed $((SECONDS - start)))"
     fi
     return "$status"
 }
 
-# As run_logged, but prints the lines of the log that matter if the command fails.
+# Like run_logged, but if the command fails, also prints the relevant lines of the log.
 step() {
     local status=0
     run_logged "$@" || status=$?
@@ -131,14 +134,14 @@ as_root() {
 
 apt_is_updated=false
 
-# What apt-get said went wrong, from its log.
+# Prints the error message in a log of apt-get.
 apt_error() {
     local line
     line=$(grep '^E:' "$1" | tail -n 1) || line=$(tail -n 1 "$1")
     echo "${line#E: }"
 }
 
-# Installs those of the packages named that are missing.  On failure `install_error` tells the reason.
+# Installs the missing ones of the given packages.  On failure `install_error` contains the reason.
 try_install_packages() {
     local package missing=() log
     for package in "$@"; do
@@ -147,11 +150,11 @@ try_install_packages() {
     ((${#missing[@]})) || return 0
 
     install_error="${missing[*]} must be installed"
-    command -v apt-get >/dev/null || { install_error+=", and there is no apt-get here" && return 1; }
+    command -v apt-get >/dev/null || { install_error+=", but apt-get was not found" && return 1; }
     ((EUID == 0)) || command -v sudo >/dev/null || { install_error+=": run this as root, or install sudo" && return 1; }
 
     log=$(mktemp)
-    # A failed update of the index is not yet a reason to stop: what is known may suffice.
+    # Continue if the index cannot be updated: the existing one may suffice.
     $apt_is_updated || step "package index" "$log" as_root apt-get -q update || true
     apt_is_updated=true
     if ! step "installing ${#missing[@]} packages" "$log" as_root env DEBIAN_FRONTEND=noninteractive \
@@ -163,15 +166,15 @@ try_install_packages() {
     rm -f "$log"
 }
 
-# As try_install_packages, but ends the script on failure.
+# Like try_install_packages, but exits on failure.
 install_packages() {
     try_install_packages "$@" || fail "$install_error"
 }
 
-# Makes the 32-bit build possible: the compiler's 32-bit half from its package, and the libraries below
-# build/i386-sysroot.  These are fetched with a package index of their own and unpacked, not installed, since the system's
-# own packages may be at other versions than the i386 ones that are offered, and apt-get then refuses to have both.  On
-# failure `install_error` tells the reason.
+# Prepares the 32-bit build: installs the 32-bit support of the compiler, and unpacks the libraries in
+# build/i386-sysroot.  The libraries are downloaded with a separate package index and not installed: apt-get refuses to
+# install i386 and amd64 packages of different versions side by side, and the amd64 packages of the system may have
+# other versions than the i386 packages on offer.  On failure `install_error` contains the reason.
 try_prepare_i386() {
     local sysroot=build/i386-sysroot apt=$PWD/build/i386-apt log
     try_install_packages "${i386_packages[@]}" || return 1
@@ -210,7 +213,7 @@ CONF
     echo "${i386_libraries[*]}" >"$sysroot/complete"
 }
 
-# Configures and builds a preset; targets may follow.
+# Configures and builds a preset: build_preset PRESET [TARGET...].
 build_preset() {
     local preset=$1 target targets=()
     shift
@@ -222,8 +225,8 @@ build_preset() {
     step "build $preset" "build/$preset/build.log" cmake --build "build/$preset" -j "$jobs" "${targets[@]}" -- -k 0
 }
 
-# Builds the libraries and the tool as a user does, and installs them: build_and_install BUILD PREFIX LOGS.  Less optimised
-# than a release, which takes a quarter less time to compile: these programs are shown and not measured.
+# Builds the libraries and the tool like a user and installs them: build_and_install BUILD PREFIX LOGS.  -O1 reduces the
+# compile time by a quarter; these programs are demonstrated, not measured.
 build_and_install() {
     step "configure" "$3/configure.log" cmake -S . -B "$1" -G Ninja -DCMAKE_BUILD_TYPE=Release -DQEL_BUILD_TESTS=OFF \
         -DCMAKE_CXX_FLAGS_RELEASE="-O1 -DNDEBUG" -DCMAKE_INSTALL_PREFIX="$2"
@@ -231,7 +234,8 @@ build_and_install() {
     step "install" "$3/install.log" cmake --install "$1"
 }
 
-# Builds the example programs, or some of them, against installed libraries: build_examples BUILD PREFIX LOGS [TARGET...].
+# Builds all example programs, or the given ones, against the installed libraries: build_examples BUILD PREFIX LOGS
+# [TARGET...].
 build_examples() {
     local target targets=()
     for target in "${@:4}"; do

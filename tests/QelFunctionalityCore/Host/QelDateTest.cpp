@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "OddAnswers.h"
+#include "FixedResultCursor.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
@@ -12,7 +12,7 @@ using namespace Qel::TestSupport;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(QelDateTest, NoTimeAndNoTextIsRefusedInBothDirections) {
+TEST(QelDateTest, ReaderAndWriterRejectEmptyDate) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(QelDate(), 0), -1);
     EXPECT_THAT(childIDs(message.cursor()), IsEmpty());
@@ -23,7 +23,7 @@ TEST(QelDateTest, NoTimeAndNoTextIsRefusedInBothDirections) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelDateTest, TheTimeIsAlwaysWrittenAndTheTextWhenThereIsOne) {
+TEST(QelDateTest, AlwaysWritesTimeAndOmitsEmptyString) {
     const TestMessage message;
     QelDate date;
     date.time = 1'800'000'000;
@@ -38,7 +38,7 @@ TEST(QelDateTest, TheTimeIsAlwaysWrittenAndTheTextWhenThereIsOne) {
     EXPECT_THAT(childIDs(other.cursor()), ElementsAre(1004, 2007));
 }
 
-TEST(QelDateTest, ATextMakesUpForAnUnreadableTime) {
+TEST(QelDateTest, UnreadableTimeIsIgnoredIfStringIsPresent) {
     const TestMessage message;
     message.cursor().putValue("never", 1004);
     message.cursor().putValue("some day", 2007);
@@ -48,7 +48,7 @@ TEST(QelDateTest, ATextMakesUpForAnUnreadableTime) {
     EXPECT_EQ(read.f2007, "some day");
 }
 
-TEST(QelTimeZoneTest, BothTextsMustBeThere) {
+TEST(QelTimeZoneTest, RequiresBothStrings) {
     const TestMessage message;
     QelTimeZone zone;
     zone.name = "CET";
@@ -61,12 +61,12 @@ TEST(QelTimeZoneTest, BothTextsMustBeThere) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelTimeZoneTest, AnyAnswerButMinusOneIsTaken) {
-    const OddAnswers odd(-2);
+TEST(QelTimeZoneTest, ReaderFailsOnMinusOneOnly) {
+    const FixedResultCursor otherFailure(-2);
     QelTimeZone read;
-    EXPECT_EQ(QelTimeZone::Reader()(odd, read), 0);
-    const OddAnswers plain(-1);
-    EXPECT_EQ(QelTimeZone::Reader()(plain, read), -1);
+    EXPECT_EQ(QelTimeZone::Reader()(otherFailure, read), 0);
+    const FixedResultCursor failure(-1);
+    EXPECT_EQ(QelTimeZone::Reader()(failure, read), -1);
 }
 
 } // namespace

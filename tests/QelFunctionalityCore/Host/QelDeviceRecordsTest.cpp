@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 constexpr int deviceElement = 1114;
 
-template <class Device> void expectCloneOfItsClass() {
+template <class Device> void expectCloneKeepsClass() {
     Device device;
     device.name = "sda";
     const boost::shared_ptr<QelCommonDevice> copy = static_cast<const QelCommonDevice&>(device).clone();
@@ -26,13 +26,13 @@ template <class Device> void expectCloneOfItsClass() {
     EXPECT_EQ(copy->name, "sda");
 }
 
-TEST(QelCommonDeviceTest, ACloneIsOfItsOwnClass) {
-    expectCloneOfItsClass<QelCommonDevice>();
-    expectCloneOfItsClass<QelWindowsDevice>();
-    expectCloneOfItsClass<QelScsiDevice>();
+TEST(QelCommonDeviceTest, CloneKeepsDynamicType) {
+    expectCloneKeepsClass<QelCommonDevice>();
+    expectCloneKeepsClass<QelWindowsDevice>();
+    expectCloneKeepsClass<QelScsiDevice>();
 }
 
-TEST(QelCommonDeviceTest, EachBearsItsOwnType) {
+TEST(QelCommonDeviceTest, DerivedDeviceIsStampedWithItsOwnType) {
     const TestMessage message;
     QelScsiDevice device;
     device.description = "plain <text>";
@@ -50,7 +50,7 @@ TEST(QelCommonDeviceTest, EachBearsItsOwnType) {
     EXPECT_EQ(scsi->f2112, "id");
 }
 
-TEST(QelDevMountInfoTest, WithoutItsTextTheOthersAreWrittenAndTheWriterFails) {
+TEST(QelDevMountInfoTest, WriterFailsWithoutRequiredStringButWritesOtherFields) {
     QelDevMountInfo info;
     info.f1114 = "/dev/sda";
     info.f1250 = "eth0";
@@ -59,7 +59,7 @@ TEST(QelDevMountInfoTest, WithoutItsTextTheOthersAreWrittenAndTheWriterFails) {
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1114, 1116, 1118, 1024, 1250));
 }
 
-TEST(QelDevMountInfoTest, TheTextStandsBeforeTheLastElementAndIsReadBehindAll) {
+TEST(QelDevMountInfoTest, RequiredStringIsWrittenSecondToLastAndReadLast) {
     QelDevMountInfo info;
     info.f1117 = "/mnt";
     info.f1250 = "eth0";
@@ -76,7 +76,7 @@ TEST(QelDevMountInfoTest, TheTextStandsBeforeTheLastElementAndIsReadBehindAll) {
     EXPECT_EQ(read.f1250, "eth0");
 }
 
-TEST(QelDevMountInfoTest, OnlyTheTextDecidesTheReading) {
+TEST(QelDevMountInfoTest, ReaderIgnoresUnreadableOptionalFields) {
     const TestMessage message;
     message.cursor().putValue("many", 1024);
     message.cursor().putValue("perhaps", 1116);
@@ -87,14 +87,14 @@ TEST(QelDevMountInfoTest, OnlyTheTextDecidesTheReading) {
     EXPECT_EQ(read.size, 0);
 }
 
-TEST(QelForwardPointTest, WithoutADeviceItCannotBeWritten) {
+TEST(QelForwardPointTest, WriterRequiresDevice) {
     QelForwardPoint point;
     point.eid = someEID;
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(point, 0), -1);
 }
 
-TEST(QelForwardPointTest, AnInvalidEnvironmentIsLeftOutAndNotMissed) {
+TEST(QelForwardPointTest, InvalidEnvironmentIsOmittedAndOptional) {
     QelForwardPoint point;
     point.device = boost::make_shared<QelWindowsDevice>();
     const TestMessage message;
@@ -107,7 +107,7 @@ TEST(QelForwardPointTest, AnInvalidEnvironmentIsLeftOutAndNotMissed) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelForwardPointTest, AnUntypedDeviceIsAPlainOne) {
+TEST(QelForwardPointTest, UntypedDeviceIsReadAsBaseClass) {
     const TestMessage message;
     message.cursor().newChild(deviceElement);
     message.cursor().putValue("sda", 1026);
@@ -120,7 +120,7 @@ TEST(QelForwardPointTest, AnUntypedDeviceIsAPlainOne) {
     EXPECT_EQ(device.name, "sda");
 }
 
-TEST(QelForwardDeviceTest, BothEndsMustBeThere) {
+TEST(QelForwardDeviceTest, RequiresBothEnds) {
     QelForwardDevice forwarded;
     forwarded.source.device = boost::make_shared<QelCommonDevice>();
     const TestMessage incomplete;
@@ -136,7 +136,7 @@ TEST(QelForwardDeviceTest, BothEndsMustBeThere) {
     }
 }
 
-TEST(QelDeviceInfoTest, EmptyListsAreNeitherWrittenNorMissed) {
+TEST(QelDeviceInfoTest, EmptyListsAreOmittedAndOptional) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(QelDeviceInfo(), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), IsEmpty());

@@ -11,7 +11,7 @@ using namespace Qel::TestSupport;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(QelDiskImageTest, OnlyWhatIsSpecifiedIsWritten) {
+TEST(QelDiskImageTest, WritesSpecifiedFieldsOnly) {
     const TestMessage message;
     QelDiskImage image;
     EXPECT_EQ(message.cursor().putObj(image, 0), 0);
@@ -32,7 +32,7 @@ TEST(QelDiskImageTest, OnlyWhatIsSpecifiedIsWritten) {
     EXPECT_FALSE(read.size.isSpecified());
 }
 
-TEST(QelDiskImageTest, WhatCannotBeReadIsUnspecified) {
+TEST(QelDiskImageTest, UnreadableFieldBecomesUnspecified) {
     const TestMessage message;
     message.cursor().putValue("no identifier", 1010);
     message.cursor().putValue("%%%", 1496);
@@ -46,7 +46,7 @@ TEST(QelDiskImageTest, WhatCannotBeReadIsUnspecified) {
     EXPECT_EQ(read.size.get(), 5);
 }
 
-TEST(QelImageInfoTest, TheTypeMustBeThereAndTheImageMayBe) {
+TEST(QelImageInfoTest, RequiresTypeButNotImage) {
     const TestMessage message;
     QelImageInfo read;
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
@@ -58,7 +58,7 @@ TEST(QelImageInfoTest, TheTypeMustBeThereAndTheImageMayBe) {
     EXPECT_TRUE(read.image.isSpecified());
 }
 
-TEST(QelFileShareTest, EachFieldHasItsPlace) {
+TEST(QelFileShareTest, WritesFieldsInOrder) {
     QelFileShare share;
     share.id = QelGUID(1, 2);
     share.name = std::string("iso");
@@ -80,7 +80,7 @@ TEST(QelFileShareTest, EachFieldHasItsPlace) {
     EXPECT_EQ(read.size.get(), 1LL << 40);
 }
 
-TEST(QelFileShareTest, ALongTakesTheLowerHalfWhereItHasNoRoomForMore) {
+TEST(QelFileShareTest, LongOf32BitsReceivesLowHalf) {
     const TestMessage message;
     message.cursor().putValue("4294967301", 1845);
     QelFileShare read;

@@ -11,7 +11,7 @@ using namespace Qel::TestSupport;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(QelDiskPartitionTest, TheNumberIsWrittenThirdAndReadFourth) {
+TEST(QelDiskPartitionTest, NumberIsWrittenThirdAndReadFourth) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(QelDiskPartition(), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1026, 1297, 1299, 1298, 1300, 1301));
@@ -23,7 +23,7 @@ TEST(QelDiskPartitionTest, TheNumberIsWrittenThirdAndReadFourth) {
     EXPECT_EQ(read.f1298, "ext4");
 }
 
-TEST(QelDiskPartitionTest, ReadingReplacesTheList) {
+TEST(QelDiskPartitionTest, ReadReplacesList) {
     QelDiskPartition partition;
     partition.f1804 = {"b", "a"};
     const TestMessage message;
@@ -38,7 +38,7 @@ TEST(QelDiskPartitionTest, ReadingReplacesTheList) {
     EXPECT_THAT(read.f1804, IsEmpty());
 }
 
-TEST(QelDiskTest, NoPartitionIsNoFailureAndAMalformedOneIs) {
+TEST(QelDiskTest, AcceptsNoPartitionsAndRejectsMalformedOne) {
     const TestMessage message;
     QelDisk read;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);

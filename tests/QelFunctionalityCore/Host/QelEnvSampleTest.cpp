@@ -16,7 +16,7 @@ using namespace Qel::TestSupport;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(QelEnvSampleTest, AConfigurationIsWrittenWhenThereIsOne) {
+TEST(QelEnvSampleTest, ConfigurationIsOptional) {
     QelEnvSample sample;
     sample.id = QelGUID(1, 2);
     const TestMessage without;
@@ -40,7 +40,7 @@ TEST(QelEnvSampleTest, AConfigurationIsWrittenWhenThereIsOne) {
     EXPECT_TRUE(isDisabled);
 }
 
-TEST(QelEnvSampleTest, ABadIdentifierIsNoFailure) {
+TEST(QelEnvSampleTest, IgnoresMalformedIdentifier) {
     const TestMessage message;
     message.cursor().putValue("no identifier", 1010);
     message.cursor().putChild(1872);
@@ -50,7 +50,7 @@ TEST(QelEnvSampleTest, ABadIdentifierIsNoFailure) {
     EXPECT_NE(read.config, nullptr);
 }
 
-TEST(QelSampleConfTest, EmptyTextsAreNotWrittenAndNotMissed) {
+TEST(QelSampleConfTest, EmptyStringsAreOmittedAndOptional) {
     QelSampleConf conf;
     conf.config = boost::make_shared<QelEnvConfig>();
     const TestMessage message;
@@ -66,7 +66,7 @@ TEST(QelSampleConfTest, EmptyTextsAreNotWrittenAndNotMissed) {
     EXPECT_EQ(filled.cursor().putObj(conf, 0), -1);
 }
 
-TEST(QelSampleConfTest, TheConfigurationComesBackAsItsClassAndMustBeThere) {
+TEST(QelSampleConfTest, ConfigurationIsRequiredAndKeepsItsClass) {
     QelSampleConf conf;
     conf.id = QelGUID(1, 2);
     conf.config = boost::make_shared<QelVEnvConfig>();
@@ -78,7 +78,7 @@ TEST(QelSampleConfTest, TheConfigurationComesBackAsItsClassAndMustBeThere) {
     expectRequired(conf, {1873, 1010, 2102});
 }
 
-TEST(QelSampleConfTest, AnUntypedConfigurationIsABaseOne) {
+TEST(QelSampleConfTest, UntypedConfigurationIsReadAsBaseClass) {
     const TestMessage message;
     message.cursor().newChild(1873);
     message.cursor().putValue("web", 1026);
@@ -93,7 +93,7 @@ TEST(QelSampleConfTest, AnUntypedConfigurationIsABaseOne) {
     EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "web");
 }
 
-TEST(QelSampleConfTest, AnUnreadableEncodedTextLeavesTheFormerOne) {
+TEST(QelSampleConfTest, UnreadableBase64StringKeepsPreviousValue) {
     QelSampleConf conf;
     conf.config = boost::make_shared<QelEnvConfig>();
     const TestMessage message;
@@ -105,7 +105,7 @@ TEST(QelSampleConfTest, AnUnreadableEncodedTextLeavesTheFormerOne) {
     EXPECT_EQ(read.f1034, "kept");
 }
 
-TEST(QelFileListTypeTest, ReadingAlwaysSucceeds) {
+TEST(QelFileListTypeTest, ReadAlwaysSucceeds) {
     const TestMessage message;
     QelFileListType read;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
@@ -114,7 +114,7 @@ TEST(QelFileListTypeTest, ReadingAlwaysSucceeds) {
     EXPECT_THAT(read.f2289, ElementsAre(""));
 }
 
-TEST(QelVtVersionTest, AllTextsAreWrittenAndNoneIsMissed) {
+TEST(QelVtVersionTest, WritesAllStringsAndRequiresNone) {
     const TestMessage message;
     QelVtVersion read;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
@@ -122,7 +122,7 @@ TEST(QelVtVersionTest, AllTextsAreWrittenAndNoneIsMissed) {
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1846, 1276, 2103));
 }
 
-TEST(QelHNLookupInfoTypeTest, WithoutAHostNameItIsRefusedAndLogged) {
+TEST(QelHNLookupInfoTypeTest, MissingHostNameIsRejectedAndLogged) {
     const TestMessage message;
     message.cursor().putValue("one", 1072);
     QelHNLookupInfoType read;
@@ -131,7 +131,7 @@ TEST(QelHNLookupInfoTypeTest, WithoutAHostNameItIsRefusedAndLogged) {
     EXPECT_THAT(log.texts(), ElementsAre("1 Required configuration parameters are not set"));
 }
 
-TEST(QelHNLookupInfoTypeTest, TheListAndTheSystemMayBeMissing) {
+TEST(QelHNLookupInfoTypeTest, ListAndOperatingSystemAreOptional) {
     const TestMessage message;
     message.cursor().putValue("web", 1261);
     QelHNLookupInfoType read;

@@ -10,7 +10,7 @@ namespace {
 using namespace Qel::TestSupport;
 using testing::ElementsAre;
 
-TEST(QelLogParametersTest, EachLogIsTheContentOfOneItem) {
+TEST(QelLogParametersTest, EachLogIsWrittenAsOneListItem) {
     QelLogParameters parameters;
     parameters.eid = someEID;
     parameters.logs = {{"disk", 3}, {"net", 4}};
@@ -22,10 +22,10 @@ TEST(QelLogParametersTest, EachLogIsTheContentOfOneItem) {
     message.cursor().deleteChild(1089);
     message.cursor().seekUp();
     QelLogParameters read;
-    EXPECT_EQ(message.cursor().getObj(read, 0), -1) << "both parts of a log are needed";
+    EXPECT_EQ(message.cursor().getObj(read, 0), -1) << "a log requires both fields";
 }
 
-TEST(QelLogParametersTest, AnUnreadableNumberLeavesTheFormerOne) {
+TEST(QelLogParametersTest, UnreadableNumberKeepsPreviousValue) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(someEID, 1866), 0);
     message.cursor().putValue("many", 1089);
@@ -35,11 +35,11 @@ TEST(QelLogParametersTest, AnUnreadableNumberLeavesTheFormerOne) {
     EXPECT_EQ(read.f1089, 7);
 }
 
-TEST(QelLogParametersTest, SubscribersHearOfThemByName) {
+TEST(QelLogParametersTest, SubscriptionNameIsFixed) {
     EXPECT_EQ(QelLogParameters::subscriptionName, "log_subscription");
 }
 
-TEST(QelLogClassTest, EmptyTextsAreNotWritten) {
+TEST(QelLogClassTest, OmitsEmptyOptionalStrings) {
     const TestMessage message;
     QelLogClass logClass;
     logClass.f1906 = "bytes";

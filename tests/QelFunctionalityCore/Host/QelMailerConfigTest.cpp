@@ -25,7 +25,7 @@ QelMailerAccount account(const std::string& name, const std::string& address) {
     return made;
 }
 
-TEST(QelMailTemplateTest, ReadingSetsTheFlagAndNeverClearsIt) {
+TEST(QelMailTemplateTest, ReadSetsFlagButNeverClearsIt) {
     const TestMessage message;
     QelMailTemplate mail;
     mail.text1328 = std::string("a\0b", 3);
@@ -37,18 +37,18 @@ TEST(QelMailTemplateTest, ReadingSetsTheFlagAndNeverClearsIt) {
     EXPECT_EQ(read.text1328, mail.text1328);
     read.flag1607 = true;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
-    EXPECT_TRUE(read.flag1607) << "an absent element leaves it";
+    EXPECT_TRUE(read.flag1607) << "a missing element leaves it unchanged";
     EXPECT_EQ(message.cursor().putObj(read, 0), 0);
     QelMailTemplate again;
     EXPECT_EQ(message.cursor().getObj(again, 0), 0);
     EXPECT_TRUE(again.flag1607);
 }
 
-TEST(QelMailTemplateTest, TheNameAndTheTextMustBeThere) {
+TEST(QelMailTemplateTest, RequiresNameAndString) {
     expectRequired(QelMailTemplate(), {1026, 1328});
 }
 
-TEST(QelMailerAccountTest, BothTextsAreWrittenAndNoneIsMissed) {
+TEST(QelMailerAccountTest, WritesBothStringsAndRequiresNeither) {
     const TestMessage message;
     QelMailerAccount read = account("kept", "kept");
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
@@ -57,10 +57,10 @@ TEST(QelMailerAccountTest, BothTextsAreWrittenAndNoneIsMissed) {
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1026, 1099));
 }
 
-/// A cursor that finds texts and can't read them.
-class UnreadableTexts : public QelBinaryIterator {
+/// A cursor whose string reads by ID fail.
+class UnreadableStringCursor : public QelBinaryIterator {
 public:
-    explicit UnreadableTexts(const TestMessage& message)
+    explicit UnreadableStringCursor(const TestMessage& message)
         : QelBinaryIterator(dynamic_cast<const QelBinaryIterator*>(&message.cursor())) {}
 
     using QelBinaryIterator::getValue;
@@ -70,7 +70,7 @@ public:
 class QelMailerConfigTest : public testing::Test {
 protected:
     [[nodiscard]] QelMessageIterator& cursor() const { return message.cursor(); }
-    /// Writes at an element of its own, and comes back to the root.
+    /// Writes the record to a new element and moves the cursor there.
     void write(const QelMailerConfig& written) const {
         cursor().newChild(record);
         EXPECT_EQ(cursor().putObj(written, 0), 0);
@@ -82,7 +82,7 @@ protected:
     QelMailerConfig config;
 };
 
-TEST_F(QelMailerConfigTest, TheWriterLeavesTheCursorAtTheAccounts) {
+TEST_F(QelMailerConfigTest, WriterLeavesCursorAtAccounts) {
     cursor().newChild(record);
     EXPECT_EQ(cursor().putObj(config, 0), 0);
     EXPECT_EQ(cursor().curID(), accounts);
@@ -91,7 +91,7 @@ TEST_F(QelMailerConfigTest, TheWriterLeavesTheCursorAtTheAccounts) {
     EXPECT_THAT(childIDs(cursor()), ElementsAre(enabled, accounts));
 }
 
-TEST_F(QelMailerConfigTest, OfSeveralAccountsTheWriterLeavesTheCursorAtItsOwn) {
+TEST_F(QelMailerConfigTest, SecondWriteLeavesCursorAtItsOwnAccounts) {
     cursor().newChild(record);
     EXPECT_EQ(cursor().putObj(config, 0), 0);
     cursor().seekUp();
@@ -100,7 +100,7 @@ TEST_F(QelMailerConfigTest, OfSeveralAccountsTheWriterLeavesTheCursorAtItsOwn) {
     EXPECT_THAT(childIDs(cursor()), ElementsAre(account2152));
 }
 
-TEST_F(QelMailerConfigTest, ASwitchThatIsNotTakenLeavesTheCursorWhereItWas) {
+TEST_F(QelMailerConfigTest, FailedWriteOfEnabledDoesNotMoveCursor) {
     cursor().newChild(record);
     cursor().putChild(accounts);
     RefusingCursor refusing(message);
@@ -108,7 +108,7 @@ TEST_F(QelMailerConfigTest, ASwitchThatIsNotTakenLeavesTheCursorWhereItWas) {
     EXPECT_EQ(refusing.curID(), record);
 }
 
-TEST_F(QelMailerConfigTest, AnAccountThatIsNotReadableLeavesTheCursorAtTheAccounts) {
+TEST_F(QelMailerConfigTest, UnreadableAccountLeavesCursorAtAccounts) {
     cursor().newChild(record);
     cursor().putValue(1, enabled);
     cursor().newChild(accounts);
@@ -116,13 +116,13 @@ TEST_F(QelMailerConfigTest, AnAccountThatIsNotReadableLeavesTheCursorAtTheAccoun
     cursor().putValueBase64("name", 1026);
     cursor().seekUp();
     cursor().seekUp();
-    UnreadableTexts unreadable(message);
+    UnreadableStringCursor unreadable(message);
     EXPECT_EQ(QelMailerConfig::Reader()(unreadable, config), -1);
     EXPECT_EQ(unreadable.curID(), accounts);
     EXPECT_FALSE(config.account2152.isSpecified());
 }
 
-TEST_F(QelMailerConfigTest, TheReaderLeavesTheCursorAtTheAccounts) {
+TEST_F(QelMailerConfigTest, ReaderLeavesCursorAtAccounts) {
     config.account1044 = account("agent", "a@example.org");
     write(config);
     QelMailerConfig read;
@@ -134,7 +134,7 @@ TEST_F(QelMailerConfigTest, TheReaderLeavesTheCursorAtTheAccounts) {
     EXPECT_FALSE(read.account2152.isSpecified());
 }
 
-TEST_F(QelMailerConfigTest, WithoutTheAccountsItReadsWithNone) {
+TEST_F(QelMailerConfigTest, AccountsElementIsOptional) {
     cursor().newChild(record);
     cursor().putValue(1, enabled);
     EXPECT_EQ(cursor().getObj(config, 0), 0);
@@ -144,14 +144,14 @@ TEST_F(QelMailerConfigTest, WithoutTheAccountsItReadsWithNone) {
     EXPECT_EQ(cursor().curID(), record);
 }
 
-TEST_F(QelMailerConfigTest, WithoutTheSwitchItIsRefusedAndTheCursorStays) {
+TEST_F(QelMailerConfigTest, MissingEnabledIsRejectedWithoutMovingCursor) {
     cursor().newChild(record);
     cursor().putChild(accounts);
     EXPECT_EQ(cursor().getObj(config, 0), -1);
     EXPECT_EQ(cursor().curID(), record);
 }
 
-TEST_F(QelMailerConfigTest, AnAbsentAccountLeavesTheOneThatWasThere) {
+TEST_F(QelMailerConfigTest, MissingAccountKeepsPreviousValue) {
     write(QelMailerConfig());
     config.account2152 = account("kept", "");
     EXPECT_EQ(cursor().getObj(config, 0), 0);
@@ -159,14 +159,14 @@ TEST_F(QelMailerConfigTest, AnAbsentAccountLeavesTheOneThatWasThere) {
     EXPECT_EQ(config.account2152->name, "kept");
 }
 
-TEST_F(QelMailerConfigTest, OnlySpecifiedAccountsAreWritten) {
+TEST_F(QelMailerConfigTest, WritesSpecifiedAccountsOnly) {
     config.account2152 = account("", "");
     write(config);
     ASSERT_EQ(cursor().seek(accounts), 0);
     EXPECT_THAT(childIDs(cursor()), ElementsAre(account2152));
 }
 
-TEST_F(QelMailerConfigTest, EachAccountStandsInAnElementOfItsOwn) {
+TEST_F(QelMailerConfigTest, EachAccountHasItsOwnElement) {
     config.account2152 = account("first", "");
     config.account1044 = account("second", "");
     write(config);
@@ -178,7 +178,7 @@ TEST_F(QelMailerConfigTest, EachAccountStandsInAnElementOfItsOwn) {
     EXPECT_EQ(name, "second");
 }
 
-TEST_F(QelMailerConfigTest, MergingTakesTheSwitchAndTheSpecifiedAccounts) {
+TEST_F(QelMailerConfigTest, MergeCopiesEnabledAndSpecifiedAccounts) {
     config.enabled2150 = true;
     config.account2152 = account("own", "own");
     QelMailerConfig other;
@@ -191,7 +191,7 @@ TEST_F(QelMailerConfigTest, MergingTakesTheSwitchAndTheSpecifiedAccounts) {
     EXPECT_EQ(config.account1044->address1099, "o@example.org");
 }
 
-TEST_F(QelMailerConfigTest, MergingReplacesBothStringsOfEachSpecifiedAccount) {
+TEST_F(QelMailerConfigTest, MergeReplacesBothStringsOfEachSpecifiedAccount) {
     for (auto QelMailerConfig::*const merged : {&QelMailerConfig::account2152, &QelMailerConfig::account1044})
         for (const bool hasOwn : {false, true}) {
             QelMailerConfig own;
@@ -207,7 +207,7 @@ TEST_F(QelMailerConfigTest, MergingReplacesBothStringsOfEachSpecifiedAccount) {
         }
 }
 
-TEST_F(QelMailerConfigTest, MergingLeavesAnOwnAccountThatTheOtherDoesNotSpecify) {
+TEST_F(QelMailerConfigTest, MergeKeepsAccountsUnspecifiedInOther) {
     config.account2152 = account("first", "1@example.org");
     config.account1044 = account("second", "2@example.org");
     EXPECT_EQ(config.merge(QelMailerConfig()), 0);
@@ -217,7 +217,7 @@ TEST_F(QelMailerConfigTest, MergingLeavesAnOwnAccountThatTheOtherDoesNotSpecify)
     EXPECT_EQ(config.account1044->address1099, "2@example.org");
 }
 
-TEST_F(QelMailerConfigTest, MergingTakesTheSwitchInBothDirections) {
+TEST_F(QelMailerConfigTest, MergeSetsAndClearsEnabled) {
     QelMailerConfig other;
     for (const bool enabled2150 : {true, false}) {
         other.enabled2150 = enabled2150;
@@ -226,7 +226,7 @@ TEST_F(QelMailerConfigTest, MergingTakesTheSwitchInBothDirections) {
     }
 }
 
-TEST_F(QelMailerConfigTest, AnAccountThatIsNoLongerSpecifiedIsNotMerged) {
+TEST_F(QelMailerConfigTest, MergeIgnoresValueOfUnspecifiedAccount) {
     QelMailerConfig other;
     other.account2152 = account("gone", "");
     other.account2152.specify(false);

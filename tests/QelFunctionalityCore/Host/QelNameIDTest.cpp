@@ -22,26 +22,26 @@ QelGroupNameID group(const std::string& called, unsigned id) {
     return made;
 }
 
-TEST(QelNameIDTest, IsEmptyWithNeitherANameNorANumber) {
-    QelGroupNameID nobody;
-    EXPECT_TRUE(nobody.isEmpty());
-    EXPECT_FALSE(nobody.isID());
-    EXPECT_FALSE(nobody.isName());
-    nobody.id = 0;
-    EXPECT_TRUE(nobody.isID());
-    EXPECT_FALSE(nobody.isEmpty());
+TEST(QelNameIDTest, IsEmptyWithoutNameAndNumber) {
+    QelGroupNameID unset;
+    EXPECT_TRUE(unset.isEmpty());
+    EXPECT_FALSE(unset.isID());
+    EXPECT_FALSE(unset.isName());
+    unset.id = 0;
+    EXPECT_TRUE(unset.isID());
+    EXPECT_FALSE(unset.isEmpty());
     EXPECT_FALSE(group("wheel", 4294967295U).isID());
     EXPECT_FALSE(group("wheel", 4294967295U).isEmpty());
 }
 
-TEST(QelNameIDTest, NumberZeroWithoutANameIsWritten) {
+TEST(QelNameIDTest, WritesNumberZeroWithoutName) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(group("", 0), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(groupNumber));
     EXPECT_EQ(childValue(message.cursor(), groupNumber), "0");
 }
 
-TEST(QelNameIDTest, TheNumberStandsBeforeTheNameInTheElementOfItsKind) {
+TEST(QelNameIDTest, WritesNumberBeforeNameInElementOfItsKind) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(group("wheel", 10), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(groupNumber, name));
@@ -52,7 +52,7 @@ TEST(QelNameIDTest, TheNumberStandsBeforeTheNameInTheElementOfItsKind) {
     EXPECT_THAT(childIDs(ofUser.cursor()), ElementsAre(userNumber));
 }
 
-TEST(QelNameIDTest, OneWithNeitherIsWrittenEmptyAndRefusedByTheReader) {
+TEST(QelNameIDTest, EmptyRecordIsWrittenButRejectedByReader) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(QelGroupNameID(), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), IsEmpty());
@@ -60,7 +60,7 @@ TEST(QelNameIDTest, OneWithNeitherIsWrittenEmptyAndRefusedByTheReader) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelNameIDTest, ANameAloneClearsTheNumber) {
+TEST(QelNameIDTest, MissingNumberClearsPreviousOne) {
     const TestMessage message;
     message.cursor().putValue("wheel", name);
     QelGroupNameID read = group("old", 5);
@@ -69,7 +69,7 @@ TEST(QelNameIDTest, ANameAloneClearsTheNumber) {
     EXPECT_FALSE(read.isID());
 }
 
-TEST(QelNameIDTest, AnUnreadableNumberCountsAsNone) {
+TEST(QelNameIDTest, UnreadableNumberCountsAsUnset) {
     for (const char* const number : {"many", "", "4294967296", "-2147483649"}) {
         const TestMessage message;
         message.cursor().putValue(std::string(number), groupNumber);
@@ -81,7 +81,7 @@ TEST(QelNameIDTest, AnUnreadableNumberCountsAsNone) {
     }
 }
 
-TEST(QelNameIDTest, HighNumbersCrossAsNegativeOnesAndAreReadEitherWay) {
+TEST(QelNameIDTest, LargeNumbersAreWrittenNegativeAndReadInBothForms) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(group("", 4294967294U), 0), 0);
     EXPECT_EQ(childValue(message.cursor(), groupNumber), "-2");

@@ -12,7 +12,7 @@ namespace {
 using namespace Qel::TestSupport;
 using testing::ElementsAre;
 
-TEST(QelNetInterfaceTest, TheFlagsAreThoseOfTheKernel) {
+TEST(QelNetInterfaceTest, UsesKernelInterfaceFlags) {
     QelNetInterface interface;
     EXPECT_TRUE(interface.isArpable());
     EXPECT_FALSE(interface.isLoopback());
@@ -24,17 +24,17 @@ TEST(QelNetInterfaceTest, TheFlagsAreThoseOfTheKernel) {
     EXPECT_FALSE(interface.isLoopback());
 }
 
-TEST(QelNetInterfaceTest, ANameIsAllThatMustBeThere) {
+TEST(QelNetInterfaceTest, RequiresNameOnly) {
     const TestMessage message;
     QelNetInterface read;
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
     message.cursor().putValue("eth0", 1026);
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
     message.cursor().putChild(1071);
-    EXPECT_EQ(message.cursor().getObj(read, 0), -1) << "an address without an address";
+    EXPECT_EQ(message.cursor().getObj(read, 0), -1) << "an address record without an IP address";
 }
 
-TEST(QelNetInterfaceTest, UnreadableFlagsLeaveTheFormerOnes) {
+TEST(QelNetInterfaceTest, UnreadableFlagsKeepPreviousValue) {
     const TestMessage message;
     message.cursor().putValue("lo", 1026);
     message.cursor().putValue("up", 1712);
@@ -44,7 +44,7 @@ TEST(QelNetInterfaceTest, UnreadableFlagsLeaveTheFormerOnes) {
     EXPECT_TRUE(read.isLoopback());
 }
 
-TEST(QelNetworkTest, TheHostNameAndTheTextMustBeThere) {
+TEST(QelNetworkTest, RequiresHostNameAndString) {
     QelNetwork network;
     network.hostname = "web";
     network.nameservers = {"10.0.0.1"};

@@ -30,7 +30,7 @@ QelPackageListModificationData installed() {
     return data;
 }
 
-TEST(QelPackageListModificationDataTest, PackagesComeBackAsTheirClasses) {
+TEST(QelPackageListModificationDataTest, PackagesKeepTheirClasses) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(installed(), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(operationElement, 1866, packagesElement));
@@ -43,7 +43,7 @@ TEST(QelPackageListModificationDataTest, PackagesComeBackAsTheirClasses) {
     EXPECT_EQ(read.packages[1]->name, "dash");
 }
 
-TEST(QelPackageListModificationDataTest, AnUntypedPackageIsAPlainOne) {
+TEST(QelPackageListModificationDataTest, UntypedPackageIsReadAsBaseClass) {
     const TestMessage message;
     message.cursor().putValue(0, operationElement);
     EXPECT_EQ(message.cursor().putObj(someEID, 1866), 0);
@@ -59,7 +59,7 @@ TEST(QelPackageListModificationDataTest, AnUntypedPackageIsAPlainOne) {
     EXPECT_EQ(package.name, "bash");
 }
 
-TEST(QelPackageListModificationDataTest, WithoutPackagesNothingIsWrittenAndTheReaderRefusesThat) {
+TEST(QelPackageListModificationDataTest, WritesNothingWithoutPackagesAndReaderRejectsThat) {
     QelPackageListModificationData data = installed();
     data.packages.clear();
     const TestMessage message;
@@ -69,7 +69,7 @@ TEST(QelPackageListModificationDataTest, WithoutPackagesNothingIsWrittenAndTheRe
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelPackageListModificationDataTest, AnOperationOtherThanTheThreeIsRefused) {
+TEST(QelPackageListModificationDataTest, RejectsUnknownOperation) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(installed(), 0), 0);
     for (const char* const operation : {"-1", "3", "install", ""}) {
@@ -78,7 +78,7 @@ TEST(QelPackageListModificationDataTest, AnOperationOtherThanTheThreeIsRefused) 
         QelPackageListModificationData read;
         EXPECT_EQ(message.cursor().getObj(read, 0), -1) << operation;
         EXPECT_EQ(read.operation, -1) << operation;
-        EXPECT_FALSE(read.eid.isValid()) << "the first failing step ends the reading";
+        EXPECT_FALSE(read.eid.isValid()) << "reading stops at the first failure";
     }
     for (const char* const operation : {"0", "1"}) {
         message.cursor().deleteChild(operationElement);
@@ -88,7 +88,7 @@ TEST(QelPackageListModificationDataTest, AnOperationOtherThanTheThreeIsRefused) 
     }
 }
 
-TEST(QelPackageListModificationDataTest, WithoutAnEnvironmentOrAnyPackageItIsRefused) {
+TEST(QelPackageListModificationDataTest, RequiresEnvironmentAndPackages) {
     expectRequired(installed(), {1866, packagesElement});
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(installed(), 0), 0);
@@ -98,22 +98,22 @@ TEST(QelPackageListModificationDataTest, WithoutAnEnvironmentOrAnyPackageItIsRef
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelPackageListModificationDataTest, ANullPackageStopsTheWriting) {
+TEST(QelPackageListModificationDataTest, NullPackageStopsWriter) {
     QelPackageListModificationData data = installed();
     data.operation = 5;
     data.packages[0]->name.clear();
     const TestMessage message;
-    EXPECT_EQ(message.cursor().putObj(data, 0), 0) << "the writer doesn't check the operation";
+    EXPECT_EQ(message.cursor().putObj(data, 0), 0) << "the writer does not check the operation";
     EXPECT_EQ(childValue(message.cursor(), operationElement), "5");
     data.packages[1].reset();
-    EXPECT_EQ(message.cursor().putObj(data, 0), 1) << "as any list does";
+    EXPECT_EQ(message.cursor().putObj(data, 0), 1) << "failure code of list writers";
 }
 
-TEST(QelPackageListModificationDataTest, AnEnvironmentThatIsNotTakenFailsBeforeThePackages) {
+TEST(QelPackageListModificationDataTest, FailedWriteOfEnvironmentStopsBeforePackages) {
     EXPECT_EQ(refusedWrite(installed()), -1);
 }
 
-TEST(QelPackageListModificationDataTest, SubscribersHearOfItByName) {
+TEST(QelPackageListModificationDataTest, SubscriptionNameIsFixed) {
     EXPECT_EQ(QelPackageListModificationData::subscriptionName, "package_list_subscription");
 }
 

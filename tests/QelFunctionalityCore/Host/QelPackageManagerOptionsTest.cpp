@@ -19,7 +19,7 @@ QelPackageManagerOptions optionsOf(int mask) {
     return made;
 }
 
-TEST(QelPackageManagerOptionsTest, EachSetBitIsAnEmptyElementTheLowestFirst) {
+TEST(QelPackageManagerOptionsTest, WritesSetBitsAsEmptyElementsLowestFirst) {
     const TestMessage some;
     EXPECT_EQ(some.cursor().putObj(optionsOf(33), 0), 0);
     EXPECT_THAT(childIDs(some.cursor()), ElementsAre(1844, 1917));
@@ -31,7 +31,7 @@ TEST(QelPackageManagerOptionsTest, EachSetBitIsAnEmptyElementTheLowestFirst) {
     EXPECT_EQ(read.options, 63);
 }
 
-TEST(QelPackageManagerOptionsTest, ReadingStartsFromNone) {
+TEST(QelPackageManagerOptionsTest, ReadClearsPreviousBits) {
     const TestMessage message;
     message.cursor().putChild(1736);
     QelPackageManagerOptions read = optionsOf(1);
@@ -39,7 +39,7 @@ TEST(QelPackageManagerOptionsTest, ReadingStartsFromNone) {
     EXPECT_EQ(read.options, 4);
 }
 
-TEST(QelPackageManagerListOptionsTest, TheSecondMaskIsWrittenOnlyIfItIsNotZero) {
+TEST(QelPackageManagerListOptionsTest, OmitsListFlagsIfZero) {
     QelPackageManagerListOptions options;
     const TestMessage bare;
     EXPECT_EQ(bare.cursor().putObj(options, 0), 0);
@@ -60,7 +60,7 @@ TEST(QelPackageManagerListOptionsTest, TheSecondMaskIsWrittenOnlyIfItIsNotZero) 
     EXPECT_EQ(read.listFlags, 1);
 }
 
-TEST(QelPackageManagerListOptionsTest, AnElementWithoutItsFlagIsNoFlag) {
+TEST(QelPackageManagerListOptionsTest, EmptyListFlagsElementSetsNoFlag) {
     const TestMessage message;
     message.cursor().putChild(listFlags);
     QelPackageManagerListOptions read;
@@ -68,7 +68,7 @@ TEST(QelPackageManagerListOptionsTest, AnElementWithoutItsFlagIsNoFlag) {
     EXPECT_EQ(read.listFlags, 0);
 }
 
-TEST(QelPackageManagerListOptionsTest, ReadingAddsToTheSecondMaskOnly) {
+TEST(QelPackageManagerListOptionsTest, ReadAddsToListFlagsOnly) {
     const TestMessage message;
     QelPackageManagerListOptions options;
     options.listFlags = 1;
@@ -79,7 +79,7 @@ TEST(QelPackageManagerListOptionsTest, ReadingAddsToTheSecondMaskOnly) {
     EXPECT_EQ(options.options, 0);
     EXPECT_EQ(options.listFlags, 3);
     EXPECT_EQ(TestMessage().cursor().getObj(options, 0), 0);
-    EXPECT_EQ(options.listFlags, 3) << "without the element too";
+    EXPECT_EQ(options.listFlags, 3) << "a missing element leaves it unchanged";
 }
 
 } // namespace

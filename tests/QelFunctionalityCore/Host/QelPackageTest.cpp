@@ -26,7 +26,7 @@ QelPackageRpm rpm(const std::string& name, const std::string& filePath) {
     return made;
 }
 
-TEST(QelPackageTest, ANameAloneIsOneElement) {
+TEST(QelPackageTest, NameAloneIsOneElement) {
     const TestMessage message;
     QelPackage package;
     package.name = "bash";
@@ -35,14 +35,14 @@ TEST(QelPackageTest, ANameAloneIsOneElement) {
     expectStampOf<QelPackage::Writer>(message.cursor());
 }
 
-TEST(QelPackageTest, WithoutANameAPackageIsRefused) {
+TEST(QelPackageTest, RequiresName) {
     const TestMessage message;
     message.cursor().putValue("5.2", 1223);
     QelPackage read;
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelPackageTest, TheSystemIsWrittenWithADetailOrANameOnly) {
+TEST(QelPackageTest, OmitsOperatingSystemWithoutDetailAndName) {
     const auto childrenWith = [](const QelOS& os) {
         const TestMessage message;
         QelPackage package;
@@ -55,7 +55,7 @@ TEST(QelPackageTest, TheSystemIsWrittenWithADetailOrANameOnly) {
     EXPECT_THAT(childrenWith(QelOS(nullptr, nullptr, nullptr, "6.1")), ElementsAre(nameElement, osElement));
 }
 
-TEST(QelPackageTest, AnRpmHasTheElementsOfALinuxPackageUnderATypeOfItsOwn) {
+TEST(QelPackageTest, RpmHasElementsOfLinuxPackageAndItsOwnType) {
     const TestMessage asLinux;
     const QelPackageRpm package = rpm("bash", "/tmp/bash.rpm");
     EXPECT_EQ(asLinux.cursor().putObj(static_cast<const QelPackageLinux&>(package), 0), 0);
@@ -69,7 +69,7 @@ TEST(QelPackageTest, AnRpmHasTheElementsOfALinuxPackageUnderATypeOfItsOwn) {
     expectStampOf<QelPackageRpm::Writer>(asRpm.cursor());
 }
 
-TEST(QelPackageTest, ALinuxPackageWithoutANameIsRefused) {
+TEST(QelPackageTest, LinuxPackageRequiresName) {
     const TestMessage message;
     message.cursor().putValueBase64("/tmp/bash.rpm", pathElement);
     QelPackageLinux read;
@@ -77,7 +77,7 @@ TEST(QelPackageTest, ALinuxPackageWithoutANameIsRefused) {
     EXPECT_EQ(read.filePath, "");
 }
 
-TEST(QelPackageTest, AnUnreadableFilePathLeavesTheFormerOne) {
+TEST(QelPackageTest, UnreadableFilePathKeepsPreviousValue) {
     const TestMessage message;
     message.cursor().putValue("bash", nameElement);
     message.cursor().putValue("?", pathElement);
@@ -87,7 +87,7 @@ TEST(QelPackageTest, AnUnreadableFilePathLeavesTheFormerOne) {
     EXPECT_EQ(read.filePath, "/kept");
 }
 
-TEST(QelPackageTest, AnUnreadableSystemFailsThePackage) {
+TEST(QelPackageTest, UnreadableOperatingSystemFailsRead) {
     const TestMessage message;
     message.cursor().putValue("bash", nameElement);
     message.cursor().putChild(osElement); // without a name
@@ -95,7 +95,7 @@ TEST(QelPackageTest, AnUnreadableSystemFailsThePackage) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelPackageTest, EachComesBackAsItsClass) {
+TEST(QelPackageTest, PackagesKeepTheirClasses) {
     const TestMessage message;
     const boost::shared_ptr<QelPackage> package = boost::make_shared<QelPackageRpm>(rpm("bash", "/x"));
     EXPECT_EQ(message.cursor().putObject(package, QelWriterDerived<QelPackage>(), packageElement), 0);
@@ -106,7 +106,7 @@ TEST(QelPackageTest, EachComesBackAsItsClass) {
     EXPECT_EQ(readRpm->filePath, "/x");
 }
 
-TEST(QelInstallationPackageTest, WithNeitherMemberItIsAnEmptyElementThatIsRefused) {
+TEST(QelInstallationPackageTest, EmptyRecordIsWrittenButRejectedByReader) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(QelInstallationPackage(), 1115), 0);
     ASSERT_EQ(message.cursor().seek(1115), 0);
@@ -115,7 +115,7 @@ TEST(QelInstallationPackageTest, WithNeitherMemberItIsAnEmptyElementThatIsRefuse
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelInstallationPackageTest, AnUntypedPackageIsAPlainOne) {
+TEST(QelInstallationPackageTest, UntypedPackageIsReadAsBaseClass) {
     const TestMessage message;
     message.cursor().newChild(packageElement);
     message.cursor().putValue("bash", nameElement);
@@ -128,7 +128,7 @@ TEST(QelInstallationPackageTest, AnUntypedPackageIsAPlainOne) {
     EXPECT_EQ(package.name, "bash");
 }
 
-TEST(QelInstallationPackageTest, ThePathIsReadOnlyWhereNoPackageIs) {
+TEST(QelInstallationPackageTest, ReadsPathOnlyIfThereIsNoPackage) {
     QelInstallationPackage both;
     both.package = boost::make_shared<QelPackageDeb>();
     both.package->name = "bash";

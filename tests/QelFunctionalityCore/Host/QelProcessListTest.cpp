@@ -46,7 +46,7 @@ std::vector<std::string> namesIn(const QelMessageIterator& cursor) {
     return names;
 }
 
-TEST(QelProcessListTest, AnEmptyListWritesOneEmptyNameAndTheCounters) {
+TEST(QelProcessListTest, EmptyListWritesOneEmptyNameAndCounters) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(QelProcessList(), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(nameElement, 1035, 1036, 1037, 1038, 1039, 1046, 1040));
@@ -58,7 +58,7 @@ TEST(QelProcessListTest, AnEmptyListWritesOneEmptyNameAndTheCounters) {
     EXPECT_THAT(read.rows, IsEmpty());
 }
 
-TEST(QelProcessListTest, TheNamesTravelOnceAndTheValuesWithEachRow) {
+TEST(QelProcessListTest, WritesNamesOnceAndValuesPerRow) {
     QelProcessList list =
         listOf({row(1, {{"user", "root"}, {"command", "init"}}), row(7, {{"user", ""}, {"command", "sh"}})});
     list.running = 1;
@@ -84,7 +84,7 @@ TEST(QelProcessListTest, TheNamesTravelOnceAndTheValuesWithEachRow) {
     EXPECT_EQ(read.total, 2);
 }
 
-TEST(QelProcessListTest, ARowWithMoreOrFewerColumnsThanTheFirstCannotBeWritten) {
+TEST(QelProcessListTest, WriterRejectsRowWithOtherColumnCount) {
     for (const Params& other : {Params{{"a", "1"}, {"b", "2"}}, Params{}}) {
         const TestMessage message;
         EXPECT_EQ(message.cursor().putObj(listOf({row(1, {{"a", "0"}}), row(2, other)}), 0), -1);
@@ -94,18 +94,18 @@ TEST(QelProcessListTest, ARowWithMoreOrFewerColumnsThanTheFirstCannotBeWritten) 
     }
 }
 
-TEST(QelProcessListTest, ARowWithAnotherColumnThanTheFirstCannotBeWritten) {
+TEST(QelProcessListTest, WriterRejectsRowWithOtherColumnName) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(listOf({row(1, {{"a", "0"}}), row(2, {{"b", "0"}})}), 0), -1);
 }
 
-TEST(QelProcessListTest, TheFirstRowWithColumnsFixesThem) {
+TEST(QelProcessListTest, FirstRowWithColumnsDeterminesColumns) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(listOf({row(1, {}), row(2, {{"a", "0"}}), row(3, {{"a", "1"}})}), 0), 0);
     EXPECT_THAT(namesIn(message.cursor()), ElementsAre("a"));
 }
 
-TEST(QelProcessListTest, AnEmptyNameIsASlotThatALaterRowFills) {
+TEST(QelProcessListTest, EmptyNameIsReplacedByLaterRow) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(listOf({row(1, {{"", "x"}}), row(2, {{"a", "y"}})}), 0), 0);
     EXPECT_THAT(namesIn(message.cursor()), ElementsAre("a"));
@@ -128,20 +128,20 @@ protected:
     QelProcessList read;
 };
 
-TEST_F(QelProcessListReaderTest, WithoutNamesAListIsRefusedBeforeItsCounters) {
+TEST_F(QelProcessListReaderTest, MissingNamesAreRejectedBeforeCountersAreRead) {
     cursor().putValue(5, 1035);
     EXPECT_EQ(cursor().getObj(read, 0), -1);
     EXPECT_EQ(read.running, 0);
 }
 
-TEST_F(QelProcessListReaderTest, CountersThatAreMissingOrMalformedAreNoFailure) {
+TEST_F(QelProcessListReaderTest, IgnoresMissingOrMalformedCounters) {
     cursor().putValue("a", nameElement);
     cursor().putValue("many", 1035);
     EXPECT_EQ(cursor().getObj(read, 0), 0);
     EXPECT_EQ(read.running, 0);
 }
 
-TEST_F(QelProcessListReaderTest, ARowWithMoreValuesThanNamesFails) {
+TEST_F(QelProcessListReaderTest, RejectsRowWithMoreValuesThanNames) {
     cursor().putValue("a", nameElement);
     cursor().putValue(3, 1040);
     addRow(1, 1);
@@ -149,10 +149,10 @@ TEST_F(QelProcessListReaderTest, ARowWithMoreValuesThanNamesFails) {
     addRow(3, 1);
     EXPECT_EQ(cursor().getObj(read, 0), -1);
     EXPECT_EQ(read.rows.size(), 1U);
-    EXPECT_EQ(read.total, 3) << "the rows are read last";
+    EXPECT_EQ(read.total, 3) << "rows are read last";
 }
 
-TEST_F(QelProcessListReaderTest, ARowWithFewerValuesHasTheFirstColumnsOnly) {
+TEST_F(QelProcessListReaderTest, RowWithFewerValuesFillsFirstColumns) {
     cursor().putValue("b", nameElement);
     cursor().putValue("a", nameElement);
     addRow(1, 1);
@@ -161,7 +161,7 @@ TEST_F(QelProcessListReaderTest, ARowWithFewerValuesHasTheFirstColumnsOnly) {
     EXPECT_THAT(read.rows[0].params, ElementsAre(Pair("b", "0")));
 }
 
-TEST_F(QelProcessListReaderTest, ARowWithoutAPidFails) {
+TEST_F(QelProcessListReaderTest, RowRequiresPid) {
     cursor().putValue("a", nameElement);
     cursor().putChild(rowElement);
     EXPECT_EQ(cursor().getObj(read, 0), -1);

@@ -15,7 +15,7 @@ constexpr int credentials = 1158;
 
 const std::string bytes("\0a\xFF", 3);
 
-TEST(QelProcessMExecTest, StreamsAndCredentialsAreAlwaysWritten) {
+TEST(QelProcessMExecTest, AlwaysWritesStreamsAndCredentials) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(QelProcessMExecParams(), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(streams, credentials));
@@ -30,7 +30,7 @@ TEST(QelProcessMExecTest, StreamsAndCredentialsAreAlwaysWritten) {
     EXPECT_FALSE(read.wantStdout);
 }
 
-TEST(QelProcessMExecTest, TheStreamsCanBeReadAndWrittenAlone) {
+TEST(QelProcessMExecTest, StreamsHaveTheirOwnFunctors) {
     QelProcessMExecParams params;
     params.args = {"ls"};
     params.stdinData = bytes;
@@ -51,7 +51,7 @@ TEST(QelProcessMExecTest, TheStreamsCanBeReadAndWrittenAlone) {
     EXPECT_THAT(read.args, ElementsAre("kept"));
 }
 
-TEST(QelProcessMExecTest, ArgumentsAndStreamsComeBackByteForByte) {
+TEST(QelProcessMExecTest, ArgumentsAndStreamsRoundTripByteForByte) {
     QelProcessMExecParams params;
     params.args = {"ls", bytes};
     params.env = {"A=b"};
@@ -78,13 +78,13 @@ TEST(QelProcessMExecTest, ArgumentsAndStreamsComeBackByteForByte) {
     EXPECT_EQ(read.credentials.secret, bytes);
 }
 
-TEST(QelProcessMExecTest, EverythingMayBeMissing) {
+TEST(QelProcessMExecTest, AllFieldsAreOptional) {
     const TestMessage message;
     QelProcessMExecParams read;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
 }
 
-TEST(QelProcessMExecOutputTest, OutputThatHoldsNulComesBackWhole) {
+TEST(QelProcessMExecOutputTest, OutputWithNulBytesRoundTrips) {
     QelProcessMExecOutput output;
     output.code = 3;
     output.out = bytes;
@@ -101,7 +101,7 @@ TEST(QelProcessMExecOutputTest, OutputThatHoldsNulComesBackWhole) {
     EXPECT_EQ(read.err, output.err);
 }
 
-TEST(QelProcessMExecOutputTest, UnreadableOutputLeavesTheFormerOne) {
+TEST(QelProcessMExecOutputTest, UnreadableOutputKeepsPreviousValue) {
     const TestMessage message;
     message.cursor().putValue(3, 1192);
     message.cursor().putValue("?", 1057);
@@ -115,7 +115,7 @@ TEST(QelProcessMExecOutputTest, UnreadableOutputLeavesTheFormerOne) {
     EXPECT_EQ(read.err, "kept too");
 }
 
-TEST(QelProcessMExecOutputTest, WithoutACodeItIsRefused) {
+TEST(QelProcessMExecOutputTest, RequiresExitCode) {
     const TestMessage message;
     message.cursor().putValueBase64("out", 1057);
     QelProcessMExecOutput read;

@@ -34,7 +34,7 @@ protected:
     void putLevel(const std::string& level) { message.putValue(level, 1422); }
 };
 
-TEST_F(QelServiceTest, ANewRecordHasNoStateNoFlagAndNoLevels) {
+TEST_F(QelServiceTest, NewRecordHasNoStateFlagsOrLevels) {
     const QelService service;
     EXPECT_EQ(service.state, -1);
     EXPECT_FALSE(service.enabled);
@@ -43,21 +43,21 @@ TEST_F(QelServiceTest, ANewRecordHasNoStateNoFlagAndNoLevels) {
     EXPECT_TRUE(service.levels.get().none());
 }
 
-TEST_F(QelServiceTest, ARecordWithOnlyANameWritesOneElement) {
+TEST_F(QelServiceTest, NameAloneIsOneElement) {
     QelService service;
     service.name = "sshd";
     EXPECT_EQ(roundTrip(service).name, "sshd");
     EXPECT_THAT(childIDs(message), ElementsAre(1026));
 }
 
-TEST_F(QelServiceTest, DescriptionAndStateAreWrittenTwice) {
+TEST_F(QelServiceTest, WritesDescriptionAndStateTwice) {
     EXPECT_EQ(write(sample()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1026, 1496, 1421, 1788, 1426, 1192, 1728, 1729, 1496, 1421, 1735, 1735,
                                                1734, 1646, 1422, 1422));
     EXPECT_EQ(childValue(message, 1496), "c2VjdXJlAHNoZWxs");
     EXPECT_EQ(childValue(message, 1788), "bGlzdGVucw==");
     EXPECT_EQ(childValue(message, 1192), "running");
-    EXPECT_EQ(childValue(message, 1426), "") << "the presence is the flag";
+    EXPECT_EQ(childValue(message, 1426), "") << "a flag is an empty element";
     for (const int id : {1496, 1421}) {
         const std::string first = childValue(message, id);
         EXPECT_EQ(message.deleteChild(id), 0);
@@ -65,14 +65,14 @@ TEST_F(QelServiceTest, DescriptionAndStateAreWrittenTwice) {
     }
 }
 
-TEST_F(QelServiceTest, AStateOfZeroIsAState) {
+TEST_F(QelServiceTest, StateZeroIsWritten) {
     QelService service;
     service.state = 0;
     EXPECT_EQ(roundTrip(service).state, 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1026, 1421, 1421));
 }
 
-TEST_F(QelServiceTest, EachFieldComesBack) {
+TEST_F(QelServiceTest, AllFieldsRoundTrip) {
     const QelService service = sample();
     const QelService back = roundTrip(service);
     EXPECT_EQ(back.name, service.name);
@@ -89,7 +89,7 @@ TEST_F(QelServiceTest, EachFieldComesBack) {
     EXPECT_EQ(back.levels, service.levels);
 }
 
-TEST_F(QelServiceTest, TheFirstDescriptionAndStateCount) {
+TEST_F(QelServiceTest, ReaderUsesFirstDescriptionAndState) {
     message.putValue("sshd", 1026);
     message.putValueBase64("first", 1496);
     message.putValue(1, 1421);
@@ -101,7 +101,7 @@ TEST_F(QelServiceTest, TheFirstDescriptionAndStateCount) {
     EXPECT_EQ(service.state, 1);
 }
 
-TEST_F(QelServiceTest, AMissingNameFailsBeforeAnythingElseIsRead) {
+TEST_F(QelServiceTest, MissingNameFailsBeforeOtherFieldsAreRead) {
     EXPECT_EQ(write(sample()), 0);
     EXPECT_EQ(message.deleteChild(1026), 0);
     QelService service;
@@ -110,7 +110,7 @@ TEST_F(QelServiceTest, AMissingNameFailsBeforeAnythingElseIsRead) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("element name (name) is missing"));
 }
 
-TEST_F(QelServiceTest, WhatIsMissingOrUnreadableStaysAsItWas) {
+TEST_F(QelServiceTest, MissingOrUnreadableFieldsAreUnchanged) {
     message.putValue("sshd", 1026);
     message.putValue("stopped", 1421);
     message.putValue("?", 1496);
@@ -119,12 +119,12 @@ TEST_F(QelServiceTest, WhatIsMissingOrUnreadableStaysAsItWas) {
     EXPECT_EQ(service.state, 4);
     EXPECT_EQ(service.description, sample().description);
     EXPECT_EQ(service.stopScript, "K25sshd");
-    EXPECT_FALSE(service.enabled) << "a flag is its element's presence";
+    EXPECT_FALSE(service.enabled) << "a flag is false if its element is missing";
     EXPECT_FALSE(service.system);
     EXPECT_TRUE(service.levels.isSpecified());
 }
 
-TEST_F(QelServiceTest, ALevelThatIsNoneFailsAfterTheEarlierFieldsWereTaken) {
+TEST_F(QelServiceTest, InvalidLevelFailsAfterPrecedingFieldsAreRead) {
     for (const std::string level : {"7", "-1", "x", ""}) {
         clear();
         QelService service = sample();
@@ -135,7 +135,7 @@ TEST_F(QelServiceTest, ALevelThatIsNoneFailsAfterTheEarlierFieldsWereTaken) {
         putLevel("4");
         QelService back;
         EXPECT_EQ(read(back), -1) << level;
-        EXPECT_EQ(message.curID(), recordElement) << "the cursor comes back";
+        EXPECT_EQ(message.curID(), recordElement) << "the cursor returns to the record";
         EXPECT_EQ(back.state, 4);
         EXPECT_TRUE(back.system);
         EXPECT_FALSE(back.levels.isSpecified());
@@ -159,7 +159,7 @@ TEST_F(QelServiceTest, EveryLevelIsOneElement) {
     EXPECT_EQ(countChildren(message, 1422), 7);
 }
 
-TEST_F(QelServiceTest, LevelsThatAreUnspecifiedOrNoneAreNotWritten) {
+TEST_F(QelServiceTest, OmitsUnspecifiedOrEmptyLevels) {
     QelService service;
     service.levels = QelService::ServiceLevelsListType();
     EXPECT_FALSE(roundTrip(service).levels.isSpecified());
@@ -169,7 +169,7 @@ TEST_F(QelServiceTest, LevelsThatAreUnspecifiedOrNoneAreNotWritten) {
     EXPECT_EQ(message.seekPresence(1422), -1);
 }
 
-TEST_F(QelServiceTest, TheElementHasNoType) {
+TEST_F(QelServiceTest, ElementHasNoType) {
     EXPECT_THAT(typeOf(sample()), IsEmpty());
 }
 

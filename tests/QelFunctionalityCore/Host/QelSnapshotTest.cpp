@@ -22,7 +22,7 @@ QelSnapshot sample() {
     return snapshot;
 }
 
-TEST(QelSnapshotTest, ADescriptionAndAConfigurationAreWrittenWhenThereAreSome) {
+TEST(QelSnapshotTest, DescriptionAndConfigurationAreOptional) {
     QelSnapshot snapshot = sample();
     const TestMessage bare;
     EXPECT_EQ(bare.cursor().putObj(snapshot, 0), 0);
@@ -40,7 +40,7 @@ TEST(QelSnapshotTest, ADescriptionAndAConfigurationAreWrittenWhenThereAreSome) {
     EXPECT_EQ(textBy(*read.config, &QelEnvConfig::getName), "web");
 }
 
-TEST(QelSnapshotTest, AFailureDoesNotKeepTheRestFromBeingRead) {
+TEST(QelSnapshotTest, FailedFieldDoesNotStopReader) {
     for (const int element : {1010, 1007, 1026}) {
         QelSnapshot snapshot = sample();
         snapshot.description = "d";
@@ -58,7 +58,7 @@ TEST(QelSnapshotTest, AFailureDoesNotKeepTheRestFromBeingRead) {
     }
 }
 
-TEST(QelSnapshotTest, WithoutAReadableConfigurationThereIsNone) {
+TEST(QelSnapshotTest, MissingConfigurationResetsPointer) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(sample(), 0), 0);
     QelSnapshot read;
@@ -67,7 +67,7 @@ TEST(QelSnapshotTest, WithoutAReadableConfigurationThereIsNone) {
     EXPECT_EQ(read.config, nullptr);
 }
 
-TEST(QelSnapshotTest, AConfigurationThatCannotBeReadLeavesNone) {
+TEST(QelSnapshotTest, UnreadableConfigurationResetsPointer) {
     QelSnapshot snapshot = sample();
     snapshot.config = boost::make_shared<QelEnvConfig>();
     snapshot.config->setName(given("web"));
@@ -83,7 +83,7 @@ TEST(QelSnapshotTest, AConfigurationThatCannotBeReadLeavesNone) {
     }
 }
 
-TEST(QelSnapshotTest, AConfigurationIsReadIntoTheObjectThatIsThere) {
+TEST(QelSnapshotTest, ReadReusesConfigurationObject) {
     QelSnapshot snapshot = sample();
     snapshot.config = boost::make_shared<QelEnvConfig>();
     snapshot.config->setName(given("web"));
@@ -97,7 +97,7 @@ TEST(QelSnapshotTest, AConfigurationIsReadIntoTheObjectThatIsThere) {
     EXPECT_EQ(textBy(*shared, &QelEnvConfig::getName), "web");
 }
 
-TEST(QelSnapshotTest, ABadDescriptionIsNoFailure) {
+TEST(QelSnapshotTest, IgnoresMalformedDescription) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(sample(), 0), 0);
     message.cursor().putValue("%%%", 1496);

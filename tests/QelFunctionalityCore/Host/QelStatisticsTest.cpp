@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "OddAnswers.h"
+#include "FixedResultCursor.h"
 #include "support/RequiredChildren.h"
 #include "support/TestMessage.h"
 
@@ -12,7 +12,7 @@ namespace {
 using namespace Qel::TestSupport;
 using testing::ElementsAre;
 
-TEST(QelStatisticsTest, EachStandsInTheSameNamespaceAndOnlyTheUsageHasAType) {
+TEST(QelStatisticsTest, AllUseNamespace292AndOnlyUsageHasType) {
     EXPECT_EQ(QelUsageStats::Writer::getTypeID(), 144);
     for (const int nsID :
          {QelUsageStats::Writer::getNSID(), QelStats::Writer::getNSID(), QelNetTransferStat::Writer::getNSID(),
@@ -25,7 +25,7 @@ TEST(QelStatisticsTest, EachStandsInTheSameNamespaceAndOnlyTheUsageHasAType) {
         EXPECT_EQ(typeID, 50);
 }
 
-TEST(QelStatisticsTest, EachNumberOfAUsageMustBeThere) {
+TEST(QelStatisticsTest, UsageRequiresAllNumbers) {
     for (const int element : {1040, 1058, 1059}) {
         const TestMessage message;
         EXPECT_EQ(message.cursor().putObj(QelUsageStats{1LL << 40, 2, 3}, 0), 0);
@@ -39,13 +39,13 @@ TEST(QelStatisticsTest, EachNumberOfAUsageMustBeThere) {
     }
 }
 
-TEST(QelStatisticsTest, ACounterIsWrittenFromItsTotalOn) {
+TEST(QelStatisticsTest, CounterIsWrittenStartingWithTotal) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(QelStats(), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1040, 1065, 1060, 1061, 1062));
 }
 
-TEST(QelStatisticsTest, TrafficInOneDirectionNeedsItsSecondNumberOnly) {
+TEST(QelStatisticsTest, TrafficRequiresSecondNumberOnly) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(QelNetTransferStat(), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1056, 1055));
@@ -58,7 +58,7 @@ TEST(QelStatisticsTest, TrafficInOneDirectionNeedsItsSecondNumberOnly) {
     EXPECT_EQ(read.f1056, 4);
 }
 
-TEST(QelStatisticsTest, OfALoadAverageOnlyTheLastIsNeeded) {
+TEST(QelStatisticsTest, LoadAverageRequiresLastNumberOnly) {
     const TestMessage message;
     QelLoadAvg1 average;
     average.f1065 = 0.25;
@@ -72,26 +72,26 @@ TEST(QelStatisticsTest, OfALoadAverageOnlyTheLastIsNeeded) {
     message.cursor().deleteChild(1065);
     message.cursor().putValueDouble(0.5, 1062);
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
-    EXPECT_EQ(read.f1062, 0.5) << "the others are read before it";
+    EXPECT_EQ(read.f1062, 0.5) << "the others are read first";
 }
 
-TEST(QelStatisticsTest, LoadAveragesNeedAllThreeSpans) {
+TEST(QelStatisticsTest, LoadAveragesRequireAllThreePeriods) {
     expectRequired(QelLoadAvg(), {1041, 1042, 1043});
 }
 
-TEST(QelStatisticsTest, AProcessorLoadFailsOnAMissingNumber) {
+TEST(QelStatisticsTest, CpuLoadRequiresAllNumbers) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(QelCPULoad(), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1044, 1025, 1045, 1046));
     expectRequired(QelCPULoad(), {1044, 1025, 1045, 1046});
 }
 
-TEST(QelStatisticsTest, AProcessorLoadTakesAnyAnswerButMinusOne) {
-    const OddAnswers odd(-2);
+TEST(QelStatisticsTest, CpuLoadReaderFailsOnMinusOneOnly) {
+    const FixedResultCursor otherFailure(-2);
     QelCPULoad read;
-    EXPECT_EQ(QelCPULoad::Reader()(odd, read), 0);
-    const OddAnswers plain(-1);
-    EXPECT_EQ(QelCPULoad::Reader()(plain, read), -1);
+    EXPECT_EQ(QelCPULoad::Reader()(otherFailure, read), 0);
+    const FixedResultCursor failure(-1);
+    EXPECT_EQ(QelCPULoad::Reader()(failure, read), -1);
 }
 
 } // namespace

@@ -11,7 +11,7 @@ namespace {
 using namespace Qel::TestSupport;
 using testing::ElementsAre;
 
-TEST(QelSystemInfoTest, TheProcessorsStandInAnElementOfTheirOwn) {
+TEST(QelSystemInfoTest, ProcessorsHaveTheirOwnElement) {
     QelSystemInfo info;
     info.arch = "x86_64";
     info.name = "Some processor";
@@ -30,7 +30,7 @@ TEST(QelSystemInfoTest, TheProcessorsStandInAnElementOfTheirOwn) {
     EXPECT_EQ(read.f2123, 8);
 }
 
-TEST(QelSystemInfoTest, EachElementMustBeThere) {
+TEST(QelSystemInfoTest, RequiresAllElements) {
     expectRequired(QelSystemInfo(), {1276, 1277, 1229, 1078, 1079});
     for (const int element : {1049, 1052, 1047, 1050, 1048, 2122, 2123, 1026, 1051}) {
         const TestMessage message;

@@ -23,7 +23,7 @@ QelTopData sample(bool isWhole) {
     return data;
 }
 
-TEST(QelTopDataTest, TheRepresentationOfTheRecordIsWritten) {
+TEST(QelTopDataTest, WritesValuesInRepresentationOfRecord) {
     const TestMessage whole;
     EXPECT_EQ(whole.cursor().putObj(sample(true), 0), 0);
     EXPECT_THAT(childIDs(whole.cursor()), ElementsAre(entryElement, entryElement, 1040));
@@ -36,7 +36,7 @@ TEST(QelTopDataTest, TheRepresentationOfTheRecordIsWritten) {
     EXPECT_EQ(childValue(real.cursor(), valueElement), "6.5");
 }
 
-TEST(QelTopDataTest, TheReaderStoresItsRepresentationInTheRecord) {
+TEST(QelTopDataTest, ReaderStoresItsRepresentationInRecord) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(sample(true), 0), 0);
     QelTopData read;
@@ -49,19 +49,19 @@ TEST(QelTopDataTest, TheReaderStoresItsRepresentationInTheRecord) {
     EXPECT_EQ(read.entries[1].value.whole, 3);
 }
 
-TEST(QelTopDataTest, WholeNumbersReadAsRealsAreTheSameNumbersInTheOtherForm) {
+TEST(QelTopDataTest, IntegersCanBeReadAsDoubles) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(sample(true), 0), 0);
     QelTopData read;
     EXPECT_EQ(message.cursor().getObject(read, QelTopData::Reader(false), 0), 0);
     EXPECT_FALSE(read.isWhole);
     EXPECT_EQ(read.total.real, 9);
-    EXPECT_EQ(read.total.whole, 0) << "the values don't come back where they were";
+    EXPECT_EQ(read.total.whole, 0) << "stored in the other member";
     EXPECT_EQ(read.entries[0].value.whole, 0);
     EXPECT_EQ(read.entries[0].value.real, 6);
 }
 
-TEST(QelTopDataTest, RealsReadAsWholeNumbersFail) {
+TEST(QelTopDataTest, DoublesCannotBeReadAsIntegers) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(sample(false), 0), 0);
     QelTopData read;
@@ -70,7 +70,7 @@ TEST(QelTopDataTest, RealsReadAsWholeNumbersFail) {
     EXPECT_EQ(message.cursor().curName(), "/");
 }
 
-TEST(QelTopDataTest, AnEntryNeedsItsEnvironmentAndItsValueAndTheListItsTotal) {
+TEST(QelTopDataTest, EntryRequiresEnvironmentAndValueAndListRequiresTotal) {
     for (const int element : {1866, valueElement}) {
         const TestMessage message;
         EXPECT_EQ(message.cursor().putObj(sample(false), 0), 0);
@@ -84,10 +84,10 @@ TEST(QelTopDataTest, AnEntryNeedsItsEnvironmentAndItsValueAndTheListItsTotal) {
     QelTopData read;
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
     message.cursor().putValue(0, 1040);
-    EXPECT_EQ(message.cursor().getObj(read, 0), 0) << "no entries are no failure";
+    EXPECT_EQ(message.cursor().getObj(read, 0), 0) << "entries are optional";
 }
 
-TEST(QelTopInfoTest, AnEmptySetIsNotWritten) {
+TEST(QelTopInfoTest, OmitsEmptySet) {
     const TestMessage message;
     QelTopInfo info;
     info.f1017 = "cpu";
@@ -105,7 +105,7 @@ TEST(QelTopInfoTest, AnEmptySetIsNotWritten) {
     EXPECT_THAT(read.f1899, ElementsAre(someEID, otherEID));
 }
 
-TEST(QelTopInfoTest, AnUnreadableSetIsNoFailure) {
+TEST(QelTopInfoTest, IgnoresUnreadableSet) {
     const TestMessage message;
     message.cursor().putValue("cpu", 1017);
     message.cursor().newChild(1899);
@@ -117,7 +117,7 @@ TEST(QelTopInfoTest, AnUnreadableSetIsNoFailure) {
     EXPECT_THAT(read.f1899, ElementsAre(someEID));
 }
 
-TEST(QelTopInfoTest, TheParameterMustBeThere) {
+TEST(QelTopInfoTest, RequiresParameter) {
     const TestMessage message;
     message.cursor().putChild(1378);
     QelTopInfo read;

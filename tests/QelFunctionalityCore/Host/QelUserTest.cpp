@@ -14,7 +14,7 @@ using testing::IsEmpty;
 constexpr int memberName = 1026;
 constexpr int groupNumber = 1027;
 constexpr int primaryGroup = 1028;
-constexpr int furtherGroup = 1029;
+constexpr int supplementaryGroup = 1029;
 
 QelUser root() {
     QelUser user;
@@ -23,7 +23,7 @@ QelUser root() {
     return user;
 }
 
-TEST(QelUserTest, ANameAndAnEmptyPrimaryGroupAreAllThatIsWrittenOfABareUser) {
+TEST(QelUserTest, MinimalUserIsWrittenAsNameAndEmptyPrimaryGroup) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(root(), 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1030, 1026, primaryGroup));
@@ -35,7 +35,7 @@ TEST(QelUserTest, ANameAndAnEmptyPrimaryGroupAreAllThatIsWrittenOfABareUser) {
     EXPECT_THAT(read.groups, IsEmpty());
 }
 
-TEST(QelUserTest, EverythingComesBackInItsPlace) {
+TEST(QelUserTest, AllFieldsRoundTripInOrder) {
     QelUser user = root();
     user.groupId.id = 0;
     user.groups.resize(2);
@@ -48,7 +48,7 @@ TEST(QelUserTest, EverythingComesBackInItsPlace) {
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(user, 0), 0);
     EXPECT_THAT(childIDs(message.cursor()),
-                ElementsAre(1030, 1026, primaryGroup, furtherGroup, furtherGroup, 1031, 1032, 1033, 1034));
+                ElementsAre(1030, 1026, primaryGroup, supplementaryGroup, supplementaryGroup, 1031, 1032, 1033, 1034));
     EXPECT_EQ(childValue(message.cursor(), 1032), "AP8=");
     QelUser read;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
@@ -60,7 +60,7 @@ TEST(QelUserTest, EverythingComesBackInItsPlace) {
     EXPECT_EQ(read.home, "/root");
 }
 
-TEST(QelUserTest, WithoutANameOrANumberAUserIsRefused) {
+TEST(QelUserTest, RequiresNameOrNumber) {
     const TestMessage message;
     message.cursor().putValue("/root", 1034);
     QelUser read;
@@ -68,15 +68,15 @@ TEST(QelUserTest, WithoutANameOrANumberAUserIsRefused) {
     EXPECT_EQ(read.home, "");
 }
 
-TEST(QelUserTest, AnEmptyFurtherGroupFailsTheUser) {
+TEST(QelUserTest, RejectsEmptySupplementaryGroup) {
     const TestMessage message;
     message.cursor().putValue("root", 1026);
-    message.cursor().putChild(furtherGroup);
+    message.cursor().putChild(supplementaryGroup);
     QelUser read;
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelUserTest, AMissingOrEmptyPrimaryGroupLeavesTheFormerOne) {
+TEST(QelUserTest, MissingOrEmptyPrimaryGroupKeepsPreviousValue) {
     const TestMessage message;
     message.cursor().putValue("root", 1026);
     QelUser read;
@@ -87,7 +87,7 @@ TEST(QelUserTest, AMissingOrEmptyPrimaryGroupLeavesTheFormerOne) {
     EXPECT_EQ(read.groupId.name, "kept");
 }
 
-TEST(QelUserTest, AnUnreadablePrimaryGroupFailsTheUser) {
+TEST(QelUserTest, UnreadablePrimaryGroupFailsRead) {
     const TestMessage message;
     message.cursor().putValue("root", 1026);
     message.cursor().newChild(primaryGroup);
@@ -100,7 +100,7 @@ TEST(QelUserTest, AnUnreadablePrimaryGroupFailsTheUser) {
     EXPECT_EQ(message.cursor().curName(), "/");
 }
 
-TEST(QelUserTest, AnUnreadablePasswordLeavesTheFormerOneAndReadingGoesOn) {
+TEST(QelUserTest, UnreadablePasswordKeepsPreviousValueAndReadContinues) {
     const TestMessage message;
     message.cursor().putValue("root", 1026);
     message.cursor().putValue("?", 1032);
@@ -112,7 +112,7 @@ TEST(QelUserTest, AnUnreadablePasswordLeavesTheFormerOneAndReadingGoesOn) {
     EXPECT_EQ(read.home, "/root");
 }
 
-TEST(QelGroupTest, MembersHoldTheirNamesInAnElementOfTheirOwn) {
+TEST(QelGroupTest, MemberNamesAreNestedElements) {
     QelGroup group;
     group.group.name = "wheel";
     group.group.id = 10;
@@ -132,7 +132,7 @@ TEST(QelGroupTest, MembersHoldTheirNamesInAnElementOfTheirOwn) {
     EXPECT_THAT(read.memberGroups, ElementsAre("sudo"));
 }
 
-TEST(QelGroupTest, AGroupWithoutMembersIsNoFailure) {
+TEST(QelGroupTest, MembersAreOptional) {
     const TestMessage message;
     message.cursor().putValue(0, groupNumber);
     QelGroup read;
@@ -140,7 +140,7 @@ TEST(QelGroupTest, AGroupWithoutMembersIsNoFailure) {
     EXPECT_THAT(read.members, IsEmpty());
 }
 
-TEST(QelGroupTest, AMemberWithoutANameFailsTheGroup) {
+TEST(QelGroupTest, MemberRequiresName) {
     for (const int item : {1025, 1737}) {
         const TestMessage message;
         message.cursor().putValue(0, groupNumber);
@@ -150,7 +150,7 @@ TEST(QelGroupTest, AMemberWithoutANameFailsTheGroup) {
     }
 }
 
-TEST(QelGroupTest, AGroupWithoutANameOrANumberIsRefused) {
+TEST(QelGroupTest, RequiresNameOrNumber) {
     const TestMessage message;
     QelGroup read;
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);

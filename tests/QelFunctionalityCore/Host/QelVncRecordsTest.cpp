@@ -18,7 +18,7 @@ QelConnectivityInfo at(const std::string& address) {
     return info;
 }
 
-TEST(QelVncConnectionInfoTest, ThePasswordIsWrittenLast) {
+TEST(QelVncConnectionInfoTest, WritesPasswordLast) {
     QelVncConnectionInfo info;
     info.password = std::string("p\0w", 3);
     info.server2308 = at("one");
@@ -31,13 +31,13 @@ TEST(QelVncConnectionInfoTest, ThePasswordIsWrittenLast) {
     EXPECT_EQ(QelVncConnectionInfo::Writer::getTypeID(), 390);
 }
 
-TEST(QelVncConnectionInfoTest, WithoutAPasswordItIsRefusedWithTheServersSet) {
+TEST(QelVncConnectionInfoTest, MissingPasswordIsRejectedAfterServersAreRead) {
     QelVncConnectionInfo info;
     info.server2308 = at("one");
     info.server2309 = at("two");
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(info, 0), 0);
-    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(2308, 2309, password)) << "an empty password is one";
+    EXPECT_THAT(childIDs(message.cursor()), ElementsAre(2308, 2309, password)) << "an empty password is written";
     message.cursor().deleteChild(password);
     QelVncConnectionInfo read;
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
@@ -46,7 +46,7 @@ TEST(QelVncConnectionInfoTest, WithoutAPasswordItIsRefusedWithTheServersSet) {
     EXPECT_EQ(read.server2309->address, "two");
 }
 
-TEST(QelVncConnectionInfoTest, AServerThatCannotBeReadOrWrittenIsNoFailure) {
+TEST(QelVncConnectionInfoTest, IgnoresFailureToReadOrWriteServer) {
     QelVncConnectionInfo info;
     info.server2308 = at("");
     const TestMessage message;
@@ -57,7 +57,7 @@ TEST(QelVncConnectionInfoTest, AServerThatCannotBeReadOrWrittenIsNoFailure) {
     EXPECT_FALSE(read.server2308.isSpecified());
 }
 
-TEST(QelVncConsoleInfoTest, TheConnectionLiesOnItsOwnElementAndStampsIt) {
+TEST(QelVncConsoleInfoTest, ConnectionSharesElementAndStampsItsType) {
     QelVncConsoleInfo console;
     console.value2311 = 1;
     console.value2312 = 2;
@@ -77,7 +77,7 @@ TEST(QelVncConsoleInfoTest, TheConnectionLiesOnItsOwnElementAndStampsIt) {
     EXPECT_EQ(read.value2312, 2);
 }
 
-TEST(QelVncConsoleInfoTest, AFailedReadOfANumberLeavesZero) {
+TEST(QelVncConsoleInfoTest, FailedReadResetsNumberToZero) {
     const TestMessage missing;
     missing.cursor().putValueBase64("pw", password);
     const TestMessage unreadable;
@@ -92,11 +92,11 @@ TEST(QelVncConsoleInfoTest, AFailedReadOfANumberLeavesZero) {
         EXPECT_EQ(message->cursor().getObj(read, 0), 0);
         EXPECT_EQ(read.value2311, 0);
         EXPECT_EQ(read.value2312, 0);
-        EXPECT_TRUE(read.value2310.isSpecified()) << "only a good read changes it";
+        EXPECT_TRUE(read.value2310.isSpecified()) << "changed only by a successful read";
     }
 }
 
-TEST(QelVncConsoleInfoTest, OnlyTheConnectionDecidesTheReading) {
+TEST(QelVncConsoleInfoTest, ResultDependsOnConnectionOnly) {
     const TestMessage message;
     message.cursor().putValue("no number", 2310);
     message.cursor().putValue("no number", 2311);

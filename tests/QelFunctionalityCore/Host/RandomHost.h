@@ -5,12 +5,12 @@
 
 namespace Qel::TestSupport {
 
-/// An entry of a top list: its numbers are whole, so that they are of either representation.
+/// An entry of a top list, with integers, which are valid in both representations.
 inline RandomFill topSet() {
     return inTurn({inChild(1866, identifier()), numberIn(1018, 0, 999)});
 }
 
-/// A time, a text or both.
+/// A time, a string or both.
 inline void putDate(RandomRecord& random, QelMessageIterator& cursor) {
     const unsigned parts = random.below(3) + 1;
     if ((parts & 1U) != 0)
@@ -19,7 +19,7 @@ inline void putDate(RandomRecord& random, QelMessageIterator& cursor) {
         textIn(2007, "day ")(random, cursor);
 }
 
-/// Each row has as many values as there are names, and these are in the order of a map.
+/// Each row has one value per column name; the names are sorted, as the record keeps them in a map.
 inline RandomFill processRows() {
     return several(3, inChild(1080, inTurn({numberIn(1081, 0, 999), textIn(1082), textIn(1082)})));
 }
@@ -36,31 +36,31 @@ inline bool holdsPackageOrPath(const QelMessageIterator& cursor) {
 }
 
 inline RandomFamily randomHost() {
-    // The numbers of groups aren't read where they are written.
+    // Group IDs are written as values of the group elements, but read from their children.
     constexpr OddRecord holdsCredentials{.settlesLate = true};
-    // A server without an address leaves an empty element, which isn't read as a server.
+    // A server without an address is written as an empty element, which is not read back as a server.
     constexpr OddRecord holdsServer{.settlesLate = true};
     return {
         .withoutTable{
             {"QelCommonDevice", oneOf({"QelCommonDevice", "QelScsiDevice", "QelWindowsDevice"})},
             {"QelPackage", oneOf({"QelPackage", "QelPackageDeb", "QelPackageRpm"})},
-            {"QelProcessInfo", numberIn(1081, 0, 999)}, // a row without columns: it has no names for more
+            {"QelProcessInfo", numberIn(1081, 0, 999)}, // no columns, because a standalone row has no names
             {"QelTopData", inTurn({several(3, inChild(1179, topSet())), numberIn(1040, 0, 4999)})},
             {"QelTopData::TopSet", topSet()},
         },
         .insteadOfTable{{"QelDate", putDate}},
         .fields{
             {{"QelDevMountInfo", 1117}, textIn(1117, "at ")},
-            {{"QelInstallationPackage", 1156}, putPackagePath}, // an empty one isn't written
+            {{"QelInstallationPackage", 1156}, putPackagePath}, // an empty path is not written
             {{"QelPackageListModificationData", 1007}, numberIn(1007, 0, 2)},
             {{"QelProcessList", 1080}, processRows()},
             {{"QelProcessList", 1083}, processColumns()},
-            {{"QelService", 0}, nothing()}, // what stands a second time is skipped
+            {{"QelService", 0}, nothing()}, // the repeated fields are skipped
             {{"QelService", 1422}, atLeastOne(4, numberIn(1422, 0, 6))},
         },
         .odd{
             {"QelInstallationPackage", {.isReadable = holdsPackageOrPath}},
-            {"QelMailerConfig", {.leavesTheCursorDeeper = true}}, // in the element of its accounts
+            {"QelMailerConfig", {.leavesTheCursorDeeper = true}}, // at the accounts element
             {"QelProcessMExecParams", holdsCredentials},
             {"QelProgCredentials", holdsCredentials},
             {"QelVncConnectionInfo", holdsServer},

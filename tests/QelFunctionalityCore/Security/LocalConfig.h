@@ -8,7 +8,7 @@
 
 namespace Qel {
 
-/// How failures show a SID.
+/// Prints a SID in test failures.
 inline void PrintTo(const QelSID& sid, std::ostream* out) {
     *out << sid.toString();
 }
@@ -16,7 +16,7 @@ inline void PrintTo(const QelSID& sid, std::ostream* out) {
 inline const QelEID localEID(0x0102030405060708, 0x1112131415161718);
 inline const QelEID masterEID(0x2122232425262728, 0x3132333435363738);
 
-/// Sets who the local agent is, for as long as it lives.
+/// Sets the identity of the local agent, and optionally of the master, for its lifetime.
 class LocalConfig {
 public:
     explicit LocalConfig(const QelEID& local, const QelEID& master = QelEID()) {

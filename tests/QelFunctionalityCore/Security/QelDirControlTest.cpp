@@ -22,7 +22,7 @@ QelDirSortControl sortControl() {
     return made;
 }
 
-TEST(QelDirControlTest, TheOidStandsBeforeTheRest) {
+TEST(QelDirControlTest, WritesOidFirst) {
     TestTree tree;
     QelDirControl control;
     control.oid = "1.2.3";
@@ -31,10 +31,10 @@ TEST(QelDirControlTest, TheOidStandsBeforeTheRest) {
     ASSERT_EQ(tree->seek(1115), 0);
     EXPECT_EQ(tree->curType(), "directory:dir_control");
     EXPECT_THAT(childIDs(*tree), ElementsAre(1007, 1921, 1018));
-    EXPECT_EQ(childValue(*tree, 1921), "1") << "critical unless told";
+    EXPECT_EQ(childValue(*tree, 1921), "1") << "critical by default";
 }
 
-TEST(QelDirControlTest, TheOidMustBeThereUnlessTheReaderIsToldOtherwise) {
+TEST(QelDirControlTest, OidIsRequiredUnlessReaderMakesItOptional) {
     TestTree tree;
     tree->putValue(0, 1921);
     QelDirControl control;
@@ -47,7 +47,7 @@ TEST(QelDirControlTest, TheOidMustBeThereUnlessTheReaderIsToldOtherwise) {
     EXPECT_FALSE(control.critical);
 }
 
-TEST(QelDirControlTest, TheRestMayBeMissingOrUnreadable) {
+TEST(QelDirControlTest, OtherFieldsMayBeMissingOrUnreadable) {
     TestTree tree;
     tree->putValue(std::string("1.2.3"), 1007);
     tree->putValue(std::string("maybe"), 1921);
@@ -58,7 +58,7 @@ TEST(QelDirControlTest, TheRestMayBeMissingOrUnreadable) {
     EXPECT_EQ(control.value, "old");
 }
 
-TEST(QelDirControlTest, AnUnreadableOidFailsOnlyWhereItIsRequired) {
+TEST(QelDirControlTest, UnreadableOidFailsOnlyIfRequired) {
     const TestTree tree;
     ASSERT_EQ(tree->putObj(QelDirControl(), 0), 0);
     const TestSupport::UnreadableElement unreadable(*tree, {1007});
@@ -69,7 +69,7 @@ TEST(QelDirControlTest, AnUnreadableOidFailsOnlyWhereItIsRequired) {
     EXPECT_EQ(control.oid, "1.2.3");
 }
 
-TEST(QelDirControlTest, TheWritersFlagChangesNothing) {
+TEST(QelDirControlTest, WriterIgnoresItsArgument) {
     for (const bool flag : {false, true}) {
         TestTree tree;
         EXPECT_EQ(tree->putObject(QelDirControl(), QelDirControl::Writer(flag), 0), 0);
@@ -77,12 +77,12 @@ TEST(QelDirControlTest, TheWritersFlagChangesNothing) {
     }
 }
 
-TEST(QelDirControlTest, AValueThatIsNotTakenIsNoFailure) {
+TEST(QelDirControlTest, WriterIgnoresFailuresExceptThoseOfDerivedControls) {
     EXPECT_EQ(TestSupport::refusedWrite(QelDirControl()), 0);
-    EXPECT_EQ(TestSupport::refusedWrite(sortControl()), -1) << "but one of its own is";
+    EXPECT_EQ(TestSupport::refusedWrite(sortControl()), -1) << "a failure of its own field is reported";
 }
 
-TEST(QelDirSortControlTest, HasItsOidBehindTheFieldsOfEveryControl) {
+TEST(QelDirSortControlTest, WritesOwnFieldsAfterCommonOnes) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(sortControl(), 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1007, 1921, 1018, 1926, 1927));
@@ -90,7 +90,7 @@ TEST(QelDirSortControlTest, HasItsOidBehindTheFieldsOfEveryControl) {
     EXPECT_EQ(childValue(*tree, 1927), "1");
 }
 
-TEST(QelDirSortControlTest, KeepsItsOidWhereTheMessageHasNone) {
+TEST(QelDirSortControlTest, KeepsOidIfMessageHasNone) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(sortControl(), 0), 0);
     tree->deleteChild(1007);
@@ -101,11 +101,11 @@ TEST(QelDirSortControlTest, KeepsItsOidWhereTheMessageHasNone) {
     EXPECT_TRUE(back.reverse);
 }
 
-TEST(QelDirSortControlTest, AttributeAndDirectionMustBeThere) {
+TEST(QelDirSortControlTest, RequiresAttributeAndDirection) {
     TestSupport::expectRequired(sortControl(), {1926, 1927});
 }
 
-TEST(QelDirVlvControlTest, StandsInThisOrderBehindTheFieldsOfEveryControl) {
+TEST(QelDirVlvControlTest, WritesOwnFieldsAfterCommonOnes) {
     TestTree tree;
     QelDirVlvControl control;
     control.beforeCount = 1;
@@ -125,12 +125,12 @@ TEST(QelDirVlvControlTest, StandsInThisOrderBehindTheFieldsOfEveryControl) {
     EXPECT_EQ(back.count, 4);
 }
 
-TEST(QelDirVlvControlTest, EachNumberMustBeThere) {
+TEST(QelDirVlvControlTest, RequiresAllNumbers) {
     TestSupport::expectRequired(QelDirVlvControl(), {1923, 1924, 1087, 1259});
 }
 
-TEST(QelDirControlTest, TheTypeTellsTheClass) {
-    const auto travelled = [](QelDirControl* control) {
+TEST(QelDirControlTest, TypeDeterminesClass) {
+    const auto roundTripped = [](QelDirControl* control) {
         TestTree tree;
         EXPECT_EQ(tree->putObject(boost::shared_ptr<QelDirControl>(control), QelWriterDerived<QelDirControl>(), 1115),
                   0);
@@ -138,14 +138,14 @@ TEST(QelDirControlTest, TheTypeTellsTheClass) {
         EXPECT_EQ(tree->getObject(back, QelReaderDerived<QelDirControl>(false), 1115), 0);
         return back;
     };
-    EXPECT_TRUE(boost::dynamic_pointer_cast<QelDirSortControl>(travelled(new QelDirSortControl())));
-    EXPECT_TRUE(boost::dynamic_pointer_cast<QelDirVlvControl>(travelled(new QelDirVlvControl())));
-    const auto plain = travelled(new QelDirControl());
+    EXPECT_TRUE(boost::dynamic_pointer_cast<QelDirSortControl>(roundTripped(new QelDirSortControl())));
+    EXPECT_TRUE(boost::dynamic_pointer_cast<QelDirVlvControl>(roundTripped(new QelDirVlvControl())));
+    const auto plain = roundTripped(new QelDirControl());
     EXPECT_FALSE(boost::dynamic_pointer_cast<QelDirSortControl>(plain));
     EXPECT_FALSE(boost::dynamic_pointer_cast<QelDirVlvControl>(plain));
 }
 
-TEST(QelDirControlTest, AnUnknownTypeIsReadAsAPlainControl) {
+TEST(QelDirControlTest, UnknownTypeIsReadAsBaseClass) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(sortControl(), 1115), 0);
     ASSERT_EQ(tree->seek(1115), 0);

@@ -17,7 +17,7 @@ QelDirAttribute attribute(const std::string& name, const std::vector<std::string
     return made;
 }
 
-TEST(QelDirEntryTest, ReadsBackWithItsAttributes) {
+TEST(QelDirEntryTest, RoundTripsWithAttributes) {
     TestTree tree;
     const QelDirEntry written{"cn=anna,dc=org", {attribute("mail", {"a@x", "b@x"}), attribute("cn", {})}};
     ASSERT_EQ(tree->putObj(written, 0), 0);
@@ -35,7 +35,7 @@ TEST(QelDirEntryTest, ReadsBackWithItsAttributes) {
     EXPECT_THAT(back.attributes[1].get(), IsEmpty());
 }
 
-TEST(QelDirEntryTest, OneWithoutAttributesReads) {
+TEST(QelDirEntryTest, AttributesAreOptional) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDirEntry{"dc=org", {}}, 0), 0);
     QelDirEntry back;
@@ -43,7 +43,7 @@ TEST(QelDirEntryTest, OneWithoutAttributesReads) {
     EXPECT_THAT(back.attributes, IsEmpty());
 }
 
-TEST(QelDirEntryTest, TheNameMustBeThere) {
+TEST(QelDirEntryTest, RequiresName) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDirEntry{"dc=org", {attribute("cn", {"x"})}}, 0), 0);
     tree->deleteChild(1928);
@@ -52,11 +52,11 @@ TEST(QelDirEntryTest, TheNameMustBeThere) {
     EXPECT_THAT(back.attributes, IsEmpty());
 }
 
-TEST(QelDirEntryTest, ANameThatIsNotTakenEndsTheWriting) {
+TEST(QelDirEntryTest, FailedWriteOfNameStopsWriter) {
     EXPECT_EQ(TestSupport::refusedWrite(QelDirEntry{"dc=org", {}}), -1);
 }
 
-TEST(QelDirEntryTest, AnAttributeThatIsNotTakenEndsTheWritingAsAList) {
+TEST(QelDirEntryTest, FailedWriteOfAttributeStopsWriterWithListResult) {
     struct NamelessCursor : QelBinaryIterator {
         using QelBinaryIterator::putValue;
         using QelBinaryIterator::QelBinaryIterator;
@@ -68,10 +68,10 @@ TEST(QelDirEntryTest, AnAttributeThatIsNotTakenEndsTheWritingAsAList) {
     NamelessCursor cursor(dynamic_cast<const QelBinaryIterator*>(&message.cursor()));
     const QelDirEntry entry{"dc=org", {attribute("cn", {"x"}), attribute("", {}), attribute("mail", {})}};
     EXPECT_EQ(cursor.putObj(entry, 0), 1);
-    EXPECT_THAT(childIDs(cursor), ElementsAre(1928, 1918, 1918)) << "the third isn't begun";
+    EXPECT_THAT(childIDs(cursor), ElementsAre(1928, 1918, 1918)) << "the third attribute is not started";
 }
 
-TEST(QelDirEntryTest, AnAttributeWithoutANameEndsTheRecord) {
+TEST(QelDirEntryTest, AttributeRequiresName) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDirEntry{"dc=org", {attribute("cn", {"x"})}}, 0), 0);
     tree->newChild(1918);

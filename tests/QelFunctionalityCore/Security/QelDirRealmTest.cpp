@@ -36,24 +36,24 @@ void expectSameDirectory(const QelDirRealm& a, const QelDirRealm& b) {
     EXPECT_TRUE(a.loginType.loginName == b.loginType.loginName);
 }
 
-TEST(QelDirRealmTest, IsOfTheDirectoryTypeAndNotValidAtStart) {
+TEST(QelDirRealmTest, NewRealmHasDirectoryTypeAndIsNotValid) {
     EXPECT_EQ(QelDirRealm().type, 1);
     EXPECT_FALSE(QelDirRealm().isValid());
 }
 
-TEST(QelDirRealmTest, IsValidWithAServerAndASearchDnWithinTheBaseDn) {
+TEST(QelDirRealmTest, IsValidWithServerAndSearchDnWithinBaseDn) {
     EXPECT_TRUE(realm().isValid());
     QelDirRealm made = realm();
     made.searchDN = "DC=Example,DC=Org";
-    EXPECT_TRUE(made.isValid()) << "equal but for the case";
+    EXPECT_TRUE(made.isValid()) << "equal except for case";
     made.searchDN = "dc=example";
     EXPECT_FALSE(made.isValid()) << "shorter";
     made.searchDN = "dc=example,dc=net";
-    EXPECT_FALSE(made.isValid()) << "of the same length";
+    EXPECT_FALSE(made.isValid()) << "same length";
     made.searchDN = "dc=example,dc=org,c=de";
-    EXPECT_FALSE(made.isValid()) << "beginning with it";
+    EXPECT_FALSE(made.isValid()) << "the base DN is a prefix only";
     made.baseDN.clear();
-    EXPECT_TRUE(made.isValid()) << "everything lies within the empty base";
+    EXPECT_TRUE(made.isValid()) << "an empty base DN contains everything";
     made = realm();
     made.address.clear();
     EXPECT_FALSE(made.isValid());
@@ -62,7 +62,7 @@ TEST(QelDirRealmTest, IsValidWithAServerAndASearchDnWithinTheBaseDn) {
     EXPECT_FALSE(made.isValid());
 }
 
-TEST(QelDirRealmTest, TheLoginStandsFirstAndTheRealmBeforeTheServer) {
+TEST(QelDirRealmTest, WritesLoginThenRealmThenServer) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(realm(), 1957), 0);
     ASSERT_EQ(tree->seek(1957), 0);
@@ -75,7 +75,7 @@ TEST(QelDirRealmTest, TheLoginStandsFirstAndTheRealmBeforeTheServer) {
     expectSameDirectory(back, realm());
 }
 
-TEST(QelDirRealmTest, OneThatIsNotValidIsNotWritten) {
+TEST(QelDirRealmTest, WriterRejectsInvalidRealm) {
     QelDirRealm made = realm();
     made.searchDN = "dc=org";
     TestTree tree;
@@ -85,27 +85,27 @@ TEST(QelDirRealmTest, OneThatIsNotValidIsNotWritten) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("can't write QelDirRealm"));
 }
 
-TEST(QelDirRealmTest, AWriteStopsWhereAValueIsNotTakenButForTheLogin) {
+TEST(QelDirRealmTest, WriterStopsAtFirstFailureButIgnoresThatOfLogin) {
     const TestSupport::TestMessage message;
     EXPECT_EQ(TestSupport::RefusingCursor(message).putObj(realm(), 0), -1);
-    EXPECT_EQ(message.cursor().seekPresence(1630), 0) << "the login is no failure";
+    EXPECT_EQ(message.cursor().seekPresence(1630), 0) << "a failure to write the login is ignored";
     EXPECT_EQ(TestSupport::refusedWrite(realm().loginType), 0);
 }
 
-TEST(QelDirRealmTest, ARealmOfAnotherTypeIsRefused) {
+TEST(QelDirRealmTest, ReaderRejectsOtherType) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(realm(), 0), 0);
     tree->deleteChild(1007);
     tree->putValue(2, 1007);
     QelDirRealm back;
     EXPECT_EQ(tree->getObj(back, 0), -1);
-    EXPECT_EQ(back.type, 2) << "what was read until then stays";
+    EXPECT_EQ(back.type, 2) << "fields read before the failure are kept";
     EXPECT_EQ(back.name, "directory");
     EXPECT_EQ(back.loginType.loginName.get(), "reader");
     EXPECT_EQ(back.address, "");
 }
 
-TEST(QelDirRealmTest, EachOfItsFieldsMustBeThere) {
+TEST(QelDirRealmTest, RequiresAllFields) {
     for (const int id : {1026, 1007, 1687, 1704, 1958, 1959}) {
         TestTree tree;
         ASSERT_EQ(tree->putObj(realm(), 0), 0);
@@ -119,7 +119,7 @@ TEST(QelDirRealmTest, EachOfItsFieldsMustBeThere) {
     }
 }
 
-TEST(QelDirRealmTest, AnEmptyAddressAndPortZeroAreRefusedAtTheirPlaces) {
+TEST(QelDirRealmTest, EmptyAddressAndPortZeroStopReader) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(realm(), 0), 0);
     tree->deleteChild(1704);
@@ -135,7 +135,7 @@ TEST(QelDirRealmTest, AnEmptyAddressAndPortZeroAreRefusedAtTheirPlaces) {
     EXPECT_EQ(none.port, 0);
 }
 
-TEST(QelDirRealmTest, ASearchDnOutsideTheBaseDnIsRefusedOnReading) {
+TEST(QelDirRealmTest, ReaderRejectsSearchDnOutsideBaseDn) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(realm(), 0), 0);
     tree->deleteChild(1959);
@@ -147,7 +147,7 @@ TEST(QelDirRealmTest, ASearchDnOutsideTheBaseDnIsRefusedOnReading) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("can't read QelDirRealm"));
 }
 
-TEST(QelDirRealmTest, AMissingLoginIsNoFailure) {
+TEST(QelDirRealmTest, LoginIsOptional) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(realm(), 0), 0);
     tree->deleteChild(1630);
@@ -156,7 +156,7 @@ TEST(QelDirRealmTest, AMissingLoginIsNoFailure) {
     EXPECT_FALSE(back.loginType.loginName.isSpecified());
 }
 
-TEST(QelDirRealmTest, IsFoundAmongTheRealmsByItsType) {
+TEST(QelDirRealmTest, TypeDeterminesClass) {
     TestTree tree;
     const boost::shared_ptr<QelRealm> written(new QelDirRealm(realm()));
     ASSERT_EQ(tree->putObject(written, QelWriterDerived<QelRealm>(), 1957), 0);
@@ -167,7 +167,7 @@ TEST(QelDirRealmTest, IsFoundAmongTheRealmsByItsType) {
     expectSameDirectory(*directory, realm());
 }
 
-TEST(QelDirRealmTest, SetTakesTheNameAndTheDirectory) {
+TEST(QelDirRealmTest, SetCopiesNameAndDirectory) {
     QelDirRealm other = realm();
     other.name = "new";
     other.address = "10.0.0.1";
@@ -182,16 +182,16 @@ TEST(QelDirRealmTest, SetTakesTheNameAndTheDirectory) {
     EXPECT_EQ(target.loginType.realm.get(), QelGUID(7, 8));
 }
 
-TEST(QelDirRealmTest, SetPutsALoginWithoutARealmIntoTheRealmItself) {
+TEST(QelDirRealmTest, SetDefaultsLoginRealmToOther) {
     QelDirRealm target = realm();
     ASSERT_EQ(target.set(realm()), 0);
     EXPECT_TRUE(target.loginType.realm.isSpecified());
     EXPECT_EQ(target.loginType.realm.get(), realmID);
 }
 
-class QelDirRealmRefusalTest : public testing::Test {
+class QelDirRealmSetErrorTest : public testing::Test {
 protected:
-    void expectRefused(const QelRealm& other, const char* message) {
+    void expectSetFails(const QelRealm& other, const char* message) {
         clearErrorMessage();
         EXPECT_EQ(target.set(other), -1);
         EXPECT_EQ(getErrorMessage(), message);
@@ -209,33 +209,33 @@ protected:
     QelDirRealm target = realm();
 };
 
-TEST_F(QelDirRealmRefusalTest, SetWantsADirectory) {
+TEST_F(QelDirRealmSetErrorTest, SetRejectsPlainRealm) {
     QelRealm plain;
     plain.id = realmID;
     plain.type = 1;
     plain.name = "other";
-    expectRefused(plain, "Invalid realm type");
+    expectSetFails(plain, "Invalid realm type");
 }
 
-TEST_F(QelDirRealmRefusalTest, SetWantsAValidDirectory) {
+TEST_F(QelDirRealmSetErrorTest, SetRejectsInvalidRealm) {
     QelDirRealm other = renamed();
     other.port = 0;
-    expectRefused(other, "Invalid realm parameters");
+    expectSetFails(other, "Invalid realm parameters");
 }
 
-TEST_F(QelDirRealmRefusalTest, SetWantsTheSameRealmWhichMayBeChanged) {
+TEST_F(QelDirRealmSetErrorTest, SetRejectsChangedIdOrTypeAndReadOnlyRealm) {
     QelDirRealm other = renamed();
     other.id = QelGUID(9, 9);
-    expectRefused(other, "Couldn't change read-only parameters");
+    expectSetFails(other, "Couldn't change read-only parameters");
     other = renamed();
     other.readOnly = true;
-    expectRefused(other, "Couldn't change read-only parameters");
+    expectSetFails(other, "Couldn't change read-only parameters");
     other = renamed();
     other.type = 2;
-    expectRefused(other, "Couldn't change read-only parameters");
+    expectSetFails(other, "Couldn't change read-only parameters");
 }
 
-TEST(QelDirRealmLoginTypeTest, TheDomainStandsBeforeTheNameBothInBase64) {
+TEST(QelDirRealmLoginTypeTest, WritesDomainBeforeNameBothInBase64) {
     TestTree tree;
     QelDirRealm::LoginType login;
     EXPECT_EQ(tree->putObj(login, 1630), 0);
@@ -251,7 +251,7 @@ TEST(QelDirRealmLoginTypeTest, TheDomainStandsBeforeTheNameBothInBase64) {
     EXPECT_EQ(childValue(*tree, 1026), "cmVhZGVy");
 }
 
-TEST(QelDirRealmLoginTypeTest, WhatIsMissingOrUnreadableIsUnspecified) {
+TEST(QelDirRealmLoginTypeTest, MissingOrUnreadableFieldsBecomeUnspecified) {
     TestTree tree;
     tree->putValue(std::string("!"), 1026);
     tree->putValue(std::string("no identifier"), 1957);

@@ -18,8 +18,8 @@ using TestSupport::TestMessage;
 
 constexpr int element = 1115;
 
-/// What an object is after its way through a message in text form.
-template <class Record> Record travelled(const Record& written) {
+/// Returns the object after a round trip through a message in text form.
+template <class Record> Record roundTripped(const Record& written) {
     const TestMessage sent;
     RC_ASSERT(sent.cursor().putObj(written, element) == 0);
     const TestMessage received;
@@ -36,7 +36,7 @@ struct Parts {
     std::uint64_t authority; // 48 bits
     std::vector<std::uint32_t> subAuthorities;
 
-    [[nodiscard]] bool haveText() const {
+    [[nodiscard]] bool roundTripsAsString() const {
         return authority <= greatest &&
                std::find(subAuthorities.begin(), subAuthorities.end(), greatest) == subAuthorities.end();
     }
@@ -69,7 +69,7 @@ Parts someParts() {
     return {*authority, *gen::container<std::vector<std::uint32_t>>(count, subAuthority)};
 }
 
-/// One of few, so that sets of them meet.
+/// One of a few SIDs, so that random sets intersect.
 QelSID someMember() {
     return QelSID(QelSID::SID_PREFIX + std::to_string(*rc::gen::inRange(0, 12)));
 }
@@ -138,21 +138,21 @@ void checkSameName(const QelAuthName& a, const QelAuthName& b) {
     RC_ASSERT(a.realm == b.realm);
 }
 
-TEST(QelIdentityPropertyTest, SidsKeepTheirBinaryForm) {
+TEST(QelIdentityPropertyTest, SidsKeepBinaryForm) {
     EXPECT_TRUE(rc::check([] {
         const Parts parts = someParts();
         RC_ASSERT(parts.sid().toBinary() == parts.binary());
-        RC_ASSERT(travelled(parts.sid()).toBinary() == parts.binary());
+        RC_ASSERT(roundTripped(parts.sid()).toBinary() == parts.binary());
     }));
 }
 
-TEST(QelIdentityPropertyTest, SidsOfASmallAuthoritySurviveTheirText) {
+TEST(QelIdentityPropertyTest, SidsWith32BitAuthorityRoundTripAsStrings) {
     EXPECT_TRUE(rc::check([] {
         const Parts parts = someParts();
         const QelSID sid = parts.sid();
         QelSID back;
         const int result = back.fromString(sid.toString());
-        if (parts.haveText()) {
+        if (parts.roundTripsAsString()) {
             RC_ASSERT(result == 0);
             RC_ASSERT(back == sid);
         } else {
@@ -161,23 +161,23 @@ TEST(QelIdentityPropertyTest, SidsOfASmallAuthoritySurviveTheirText) {
     }));
 }
 
-TEST(QelIdentityPropertyTest, LocalSidsAreTakenApartIntoWhatTheyWereMadeOf) {
+TEST(QelIdentityPropertyTest, LocalSidsDecodeToTheirParts) {
     EXPECT_TRUE(rc::check([] {
         const QelEID eid(someGUID());
         const auto id = *rc::gen::arbitrary<unsigned>();
         const auto type = static_cast<QelLocalSID::PrincipalType>(*rc::gen::inRange(1, 5));
         const QelLocalSID made(id, type, eid);
-        const QelLocalSID back(travelled(made.getSID()));
+        const QelLocalSID back(roundTripped(made.getSID()));
         RC_ASSERT(back.getEID() == eid);
         RC_ASSERT(back.id == id);
         RC_ASSERT(back.type == type);
     }));
 }
 
-TEST(QelIdentityPropertyTest, TokensReadBackAsTheyWereWritten) {
+TEST(QelIdentityPropertyTest, TokensRoundTrip) {
     EXPECT_TRUE(rc::check([] {
         const QelToken token = someToken();
-        const QelToken back = travelled(token);
+        const QelToken back = roundTripped(token);
         RC_ASSERT(back.sid == token.sid);
         RC_ASSERT(back.groups == token.groups);
         RC_ASSERT(back.denied == token.denied);
@@ -188,11 +188,11 @@ TEST(QelIdentityPropertyTest, TokensReadBackAsTheyWereWritten) {
     }));
 }
 
-TEST(QelIdentityPropertyTest, ValidRealmsReadBackAsTheyWereWritten) {
+TEST(QelIdentityPropertyTest, ValidRealmsRoundTrip) {
     EXPECT_TRUE(rc::check([] {
         const QelDirRealm realm = someRealm();
         RC_ASSERT(realm.isValid());
-        const QelDirRealm back = travelled(realm);
+        const QelDirRealm back = roundTripped(realm);
         RC_ASSERT(back.id == realm.id);
         RC_ASSERT(back.name == realm.name);
         RC_ASSERT(back.type == realm.type);
@@ -207,7 +207,8 @@ TEST(QelIdentityPropertyTest, ValidRealmsReadBackAsTheyWereWritten) {
     }));
 }
 
-/// Asks of each that is in any of the sets whether it is where the plain rule puts it.
+/// Checks for every item of all sets that `result` contains it exactly if `rule` holds for its membership in `a` to
+/// `d`.
 template <class Item, class Rule>
 void checkMembers(const std::set<Item>& result, const std::set<Item>& a, const std::set<Item>& b,
                   const std::set<Item>& c, const std::set<Item>& d, const Rule& rule) {
@@ -217,7 +218,7 @@ void checkMembers(const std::set<Item>& result, const std::set<Item>& a, const s
                       rule(a.contains(item), b.contains(item), c.contains(item), d.contains(item)));
 }
 
-TEST(QelIdentityPropertyTest, RestrictionIsPlainSetAlgebra) {
+TEST(QelIdentityPropertyTest, RestrictIsSetAlgebra) {
     EXPECT_TRUE(rc::check([] {
         const QelToken before = someToken();
         const QelToken other = someToken();
@@ -235,7 +236,7 @@ TEST(QelIdentityPropertyTest, RestrictionIsPlainSetAlgebra) {
     }));
 }
 
-TEST(QelIdentityPropertyTest, ARestrictionThatIsDoneDoesNothingMore) {
+TEST(QelIdentityPropertyTest, RestrictIsIdempotent) {
     EXPECT_TRUE(rc::check([] {
         QelToken once = someToken();
         const QelToken other = someToken();

@@ -26,7 +26,7 @@ QelInfrastructureNode node() {
     return made;
 }
 
-TEST(QelInfrastructureFolderAttributesTest, TakesTheTypesFromOneToFive) {
+TEST(QelInfrastructureFolderAttributesTest, ReaderAcceptsTypesFromOneToFive) {
     for (const int type : {-1, 0, 1, 5, 6}) {
         TestTree tree;
         QelInfrastructureFolderAttributes written = folder();
@@ -34,15 +34,15 @@ TEST(QelInfrastructureFolderAttributesTest, TakesTheTypesFromOneToFive) {
         ASSERT_EQ(tree->putObj(written, 0), 0);
         QelInfrastructureFolderAttributes back;
         back.type = 2;
-        const bool taken = type >= 1 && type <= 5;
-        EXPECT_EQ(tree->getObj(back, 0), taken ? 0 : -1) << type;
-        EXPECT_EQ(back.type, taken ? type : 2) << "a type that is refused leaves the field";
+        const bool valid = type >= 1 && type <= 5;
+        EXPECT_EQ(tree->getObj(back, 0), valid ? 0 : -1) << type;
+        EXPECT_EQ(back.type, valid ? type : 2) << "a rejected type leaves the field unchanged";
         EXPECT_EQ(back.name, "servers");
-        EXPECT_EQ(back.description.isSpecified(), taken);
+        EXPECT_EQ(back.description.isSpecified(), valid);
     }
 }
 
-TEST(QelInfrastructureFolderAttributesTest, NameAndTypeMustBeThereAndTheDescriptionNeedNot) {
+TEST(QelInfrastructureFolderAttributesTest, RequiresNameAndTypeButNotDescription) {
     for (const int id : {1026, 1007, 1496}) {
         TestTree tree;
         ASSERT_EQ(tree->putObj(folder(), 0), 0);
@@ -54,7 +54,7 @@ TEST(QelInfrastructureFolderAttributesTest, NameAndTypeMustBeThereAndTheDescript
     }
 }
 
-TEST(QelInfrastructureNodeTest, OneThatIsNoFolderHasNoElementForIt) {
+TEST(QelInfrastructureNodeTest, OmitsUnspecifiedFolder) {
     TestTree tree;
     QelInfrastructureNode written = node();
     written.folder.specify(false);
@@ -65,7 +65,7 @@ TEST(QelInfrastructureNodeTest, OneThatIsNoFolderHasNoElementForIt) {
     EXPECT_FALSE(back.folder.isSpecified());
 }
 
-TEST(QelInfrastructureNodeTest, AFolderReadsBackAndTheCursorComesBack) {
+TEST(QelInfrastructureNodeTest, FolderRoundTripsAndCursorIsRestored) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(node(), 1115), 0);
     ASSERT_EQ(tree->seek(1115), 0);
@@ -80,7 +80,7 @@ TEST(QelInfrastructureNodeTest, AFolderReadsBackAndTheCursorComesBack) {
     EXPECT_EQ(back.folder->description.get(), "all of them");
 }
 
-TEST(QelInfrastructureNodeTest, AFolderThatIsRefusedIsUnspecified) {
+TEST(QelInfrastructureNodeTest, RejectedFolderBecomesUnspecified) {
     TestTree tree;
     QelInfrastructureNode written = node();
     written.folder.get().type = 6;
@@ -92,7 +92,7 @@ TEST(QelInfrastructureNodeTest, AFolderThatIsRefusedIsUnspecified) {
     EXPECT_FALSE(back.folder.isSpecified());
 }
 
-TEST(QelInfrastructureNodeTest, ItsIdAndItsParentMustBeThere) {
+TEST(QelInfrastructureNodeTest, RequiresIdAndParent) {
     for (const int id : {1010, 2241}) {
         TestTree tree;
         ASSERT_EQ(tree->putObj(node(), 0), 0);
@@ -103,7 +103,7 @@ TEST(QelInfrastructureNodeTest, ItsIdAndItsParentMustBeThere) {
     }
 }
 
-TEST(QelInfrastructureNodeTest, AWriterThatFailsAnswersOne) {
+TEST(QelInfrastructureNodeTest, FailedWriteReturnsOne) {
     EXPECT_EQ(TestSupport::refusedWrite(node()), 1);
     EXPECT_EQ(TestSupport::refusedWrite(folder()), 1);
 }

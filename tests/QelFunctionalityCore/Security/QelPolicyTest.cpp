@@ -31,7 +31,7 @@ void putRule(QelMessageIterator& cursor, const char* name, const char* value) {
     cursor.seekUp();
 }
 
-TEST(QelPolicyTest, NothingSpecifiedWritesNothingAndReadsBackSo) {
+TEST(QelPolicyTest, UnspecifiedFieldsRoundTripAsUnspecified) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelPolicy(), 0), 0);
     EXPECT_EQ(countChildren(*tree), 0);
@@ -44,7 +44,7 @@ TEST(QelPolicyTest, NothingSpecifiedWritesNothingAndReadsBackSo) {
     EXPECT_FALSE(back.rules.isSpecified());
 }
 
-TEST(QelPolicyTest, WhatIsSpecifiedReadsBackSo) {
+TEST(QelPolicyTest, SpecifiedFieldsRoundTrip) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(policy(), 0), 0);
     EXPECT_EQ(childValue(*tree, 1026), "bGltaXRz");
@@ -57,7 +57,7 @@ TEST(QelPolicyTest, WhatIsSpecifiedReadsBackSo) {
     EXPECT_TRUE(back.rules == policy().rules);
 }
 
-TEST(QelPolicyTest, EmptyMapsThatAreSpecifiedReadBackSo) {
+TEST(QelPolicyTest, EmptySpecifiedMapsRoundTripAsSpecified) {
     TestTree tree;
     QelPolicy written;
     written.assignments = std::map<QelGUID, int>();
@@ -70,7 +70,7 @@ TEST(QelPolicyTest, EmptyMapsThatAreSpecifiedReadBackSo) {
     EXPECT_TRUE(back.rules.isSpecified());
 }
 
-TEST(QelPolicyTest, AnAssignmentHasTheObjectAndTheLevel) {
+TEST(QelPolicyTest, AssignmentHasObjectAndLevel) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(policy(), 0), 0);
     ASSERT_EQ(tree->seek(2275), 0);
@@ -79,7 +79,7 @@ TEST(QelPolicyTest, AnAssignmentHasTheObjectAndTheLevel) {
     EXPECT_EQ(childValue(*tree, 2286), "5");
 }
 
-TEST(QelPolicyTest, TheRulesBearTheEnvironmentsNamespaceAndNothingBehindThemDoes) {
+TEST(QelPolicyTest, OnlyRulesAreInNamespace292) {
     TestTree tree;
     ASSERT_EQ(tree->putObject(policy(), QelPolicy::Writer(), 1115), 0);
     tree->newChild(1026);
@@ -94,7 +94,7 @@ TEST(QelPolicyTest, TheRulesBearTheEnvironmentsNamespaceAndNothingBehindThemDoes
     EXPECT_EQ(tree->curNamespaceID(), 292);
 }
 
-TEST(QelPolicyTest, AFieldThatIsThereButUnreadableEndsTheRecord) {
+TEST(QelPolicyTest, UnreadableFieldStopsReader) {
     for (const int id : {1010, 1026, 1496}) {
         TestTree tree;
         tree->putValue(std::string("!"), id);
@@ -104,11 +104,11 @@ TEST(QelPolicyTest, AFieldThatIsThereButUnreadableEndsTheRecord) {
         EXPECT_NE(tree->getObj(back, 0), 0) << id;
         EXPECT_EQ(back.policyID.isSpecified(), false) << id;
         EXPECT_EQ(back.name.isSpecified(), id == 1010) << id;
-        EXPECT_TRUE(back.rules.isSpecified()) << "what stands behind it isn't read";
+        EXPECT_TRUE(back.rules.isSpecified()) << "fields after it are not read";
     }
 }
 
-TEST(QelPolicyTest, AnUnreadableEntryLeavesTheMapUnspecified) {
+TEST(QelPolicyTest, UnreadableEntryLeavesMapUnspecified) {
     TestTree assignments;
     assignments->newChild(2275);
     assignments->newChild(2277);
@@ -127,13 +127,13 @@ TEST(QelPolicyTest, AnUnreadableEntryLeavesTheMapUnspecified) {
     EXPECT_FALSE(back.rules.isSpecified());
 }
 
-TEST(QelPolicyTest, AValueThatIsNotTakenIsNoFailureButForTheEffectivePolicy) {
+TEST(QelPolicyTest, OnlyEffectivePolicyReportsFailedWrite) {
     EXPECT_EQ(TestSupport::refusedWrite(policy()), 0);
     EXPECT_EQ(TestSupport::refusedWrite(QelObjectToPolicyAssignment()), 0);
     EXPECT_EQ(TestSupport::refusedWrite(QelEffectivePolicyAssignment()), -1);
 }
 
-TEST(QelPolicyRuleMapTest, ARuleNeedsItsNameAndItsValue) {
+TEST(QelPolicyRuleMapTest, RuleRequiresNameAndValue) {
     TestTree tree;
     putRule(*tree, "memory", "64");
     QelPolicyRuleMap rules;
@@ -143,7 +143,7 @@ TEST(QelPolicyRuleMapTest, ARuleNeedsItsNameAndItsValue) {
     EXPECT_EQ(QelPolicyRuleMapReader()(*tree, rules), -1);
 }
 
-TEST(QelObjectToPolicyAssignmentTest, NeedsTheObjectAndNotTheLevel) {
+TEST(QelObjectToPolicyAssignmentTest, RequiresObjectButNotLevel) {
     TestTree tree;
     tree->putValue(std::string("high"), 2286);
     QelObjectToPolicyAssignment back;
@@ -155,7 +155,7 @@ TEST(QelObjectToPolicyAssignmentTest, NeedsTheObjectAndNotTheLevel) {
     EXPECT_EQ(back.policyLevel, 3);
 }
 
-TEST(QelEffectivePolicyAssignmentTest, WithoutRulesHasNoElementForThem) {
+TEST(QelEffectivePolicyAssignmentTest, OmitsUnspecifiedRules) {
     TestTree tree;
     QelEffectivePolicyAssignment written;
     written.policyID = QelGUID(1, 2);
@@ -168,7 +168,7 @@ TEST(QelEffectivePolicyAssignmentTest, WithoutRulesHasNoElementForThem) {
     EXPECT_FALSE(back.rules.isSpecified());
 }
 
-TEST(QelEffectivePolicyAssignmentTest, ThePolicyMustBeThere) {
+TEST(QelEffectivePolicyAssignmentTest, RequiresPolicy) {
     TestTree tree;
     tree->newChild(2276);
     tree->seekUp();
@@ -177,7 +177,7 @@ TEST(QelEffectivePolicyAssignmentTest, ThePolicyMustBeThere) {
     EXPECT_FALSE(back.rules.isSpecified()) << "the policy is read first";
 }
 
-TEST(QelEffectivePolicyAssignmentTest, RulesThatAreThereAreSpecifiedEvenIfUnreadable) {
+TEST(QelEffectivePolicyAssignmentTest, PresentRulesAreSpecifiedEvenIfUnreadable) {
     TestTree tree;
     tree->putValue(QelGUID(1, 2).toString(), 2285);
     tree->newChild(2276);

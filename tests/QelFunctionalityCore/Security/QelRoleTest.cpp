@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(QelTaskTest, OperationsStandBeforeTheDescriptionAndTheName) {
+TEST(QelTaskTest, WritesOperationsBeforeDescriptionAndName) {
     TestTree tree;
     QelTask task;
     task.name = "manage";
@@ -28,7 +28,7 @@ TEST(QelTaskTest, OperationsStandBeforeTheDescriptionAndTheName) {
     EXPECT_THAT(back.operations, ElementsAre("start", "stop"));
 }
 
-TEST(QelTaskTest, OneWithoutANameIsWrittenButCannotBeReadBack) {
+TEST(QelTaskTest, MissingNameIsWrittenButRejectedByReader) {
     TestTree tree;
     QelTask task;
     task.operations = {"start"};
@@ -39,7 +39,7 @@ TEST(QelTaskTest, OneWithoutANameIsWrittenButCannotBeReadBack) {
     EXPECT_THAT(back.operations, ElementsAre("start")) << "the name is read last";
 }
 
-TEST(QelTaskTest, AnUnreadableDescriptionIsNoFailure) {
+TEST(QelTaskTest, IgnoresUnreadableDescription) {
     TestTree tree;
     tree->putValue(std::string("no base64!"), 1496);
     tree->putValue(std::string("manage"), 1026);
@@ -49,7 +49,7 @@ TEST(QelTaskTest, AnUnreadableDescriptionIsNoFailure) {
     EXPECT_EQ(back.description, "old");
 }
 
-TEST(QelRoleTest, ItsRolesStandBeforeTheFieldsOfTheTask) {
+TEST(QelRoleTest, WritesRolesBeforeFieldsOfTask) {
     TestTree tree;
     QelRole role;
     role.name = "operator";
@@ -65,7 +65,7 @@ TEST(QelRoleTest, ItsRolesStandBeforeTheFieldsOfTheTask) {
     EXPECT_EQ(back.description, "");
 }
 
-TEST(QelRoleTest, OneWithoutANameCannotBeReadBack) {
+TEST(QelRoleTest, ReaderRequiresName) {
     TestTree tree;
     QelRole role;
     role.roles = {"viewer"};
@@ -75,7 +75,7 @@ TEST(QelRoleTest, OneWithoutANameCannotBeReadBack) {
     EXPECT_THAT(back.roles, ElementsAre("viewer"));
 }
 
-TEST(QelRoleAssignmentTest, NeedsAllItsFieldsBothWays) {
+TEST(QelRoleAssignmentTest, ReaderAndWriterRequireAllFields) {
     const QelRoleAssignment whole{"operator", QelSID("S-1-5-42"), QelGUID(1, 2)};
     for (const int id : {1859, 2071, 1935}) {
         TestTree tree;
@@ -91,14 +91,14 @@ TEST(QelRoleAssignmentTest, NeedsAllItsFieldsBothWays) {
     ASSERT_EQ(unnamed.subject.fromBinary(nullptr, 0), 0);
     TestTree tree;
     EXPECT_EQ(tree->putObj(unnamed, 0), -1);
-    EXPECT_NE(tree->seekPresence(1935), 0) << "writing stops as well";
+    EXPECT_NE(tree->seekPresence(1935), 0) << "the writer stops as well";
 }
 
 template <class Record> class QelObjectRightsTest : public testing::Test {};
 using ObjectRights = testing::Types<QelAce, QelCheck>;
 TYPED_TEST_SUITE(QelObjectRightsTest, ObjectRights);
 
-TYPED_TEST(QelObjectRightsTest, TheObjectStandsFirst) {
+TYPED_TEST(QelObjectRightsTest, WritesObjectFirst) {
     TestTree tree;
     TypeParam written;
     written.object = QelGUID(1, 2);
@@ -113,7 +113,7 @@ TYPED_TEST(QelObjectRightsTest, TheObjectStandsFirst) {
     EXPECT_THAT(back.operations, ElementsAre("start", "stop"));
 }
 
-TYPED_TEST(QelObjectRightsTest, TheObjectMustBeThere) {
+TYPED_TEST(QelObjectRightsTest, RequiresObject) {
     TestTree tree;
     tree->putValue(3, 2082);
     TypeParam back;
@@ -121,11 +121,11 @@ TYPED_TEST(QelObjectRightsTest, TheObjectMustBeThere) {
     EXPECT_THAT(back.rights, IsEmpty());
 }
 
-TYPED_TEST(QelObjectRightsTest, AnObjectThatIsNotTakenEndsTheWriting) {
+TYPED_TEST(QelObjectRightsTest, FailedWriteOfObjectStopsWriter) {
     EXPECT_EQ(TestSupport::refusedWrite(TypeParam()), -1);
 }
 
-TYPED_TEST(QelObjectRightsTest, AnUnreadableRightEndsTheRightsOnly) {
+TYPED_TEST(QelObjectRightsTest, UnreadableRightEndsListOfRightsOnly) {
     TestTree tree;
     tree->putValue(QelGUID(1, 2).toString(), 1935);
     for (const char* const right : {"1", "all", "2"}) {

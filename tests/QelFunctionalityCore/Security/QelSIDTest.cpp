@@ -26,23 +26,23 @@ int parse(const std::vector<std::uint8_t>& bytes, QelSID& sid) {
     return sid.fromBinary(bytes.data(), static_cast<unsigned>(bytes.size()));
 }
 
-TEST(QelSIDTest, TheDefaultIsNobody) {
+TEST(QelSIDTest, DefaultIsNobody) {
     EXPECT_EQ(QelSID().toString(), "S-1-0-0");
     EXPECT_TRUE(QelSID() == QelSID::createWellKnownSID(QelSID::nobody));
 }
 
-TEST(QelSIDTest, TextThatDoesNotStartWithSBecomesTheAnonymousSid) {
+TEST(QelSIDTest, MalformedStringYieldsAnonymousSid) {
     for (const char* text :
          {"", "T-1-0-0", "S1-0-0", "S", "S-", "S-x-0-0", "S-0-0-0", "S-256-0-0", "S-1", "S-1-", "S-1-x"})
         EXPECT_EQ(QelSID(text).toString(), "S-1-5-7") << text;
 }
 
-TEST(QelSIDTest, TheRevisionMayBeAnyByteButZeroInText) {
+TEST(QelSIDTest, StringAcceptsAnyNonzeroByteAsRevision) {
     EXPECT_EQ(QelSID("S-255-5-1").toString(), "S-255-5-1");
     EXPECT_EQ(QelSID("S-0x10-5-1").toString(), "S-16-5-1");
 }
 
-TEST(QelSIDTest, ATextIsReadUpToItsLastNumber) {
+TEST(QelSIDTest, ParserIgnoresTextAfterNumbers) {
     QelSID sid;
     EXPECT_EQ(sid.fromString("S-1-5-21-42abc"), 0);
     EXPECT_EQ(sid.toString(), "S-1-5-21-42");
@@ -50,7 +50,7 @@ TEST(QelSIDTest, ATextIsReadUpToItsLastNumber) {
     EXPECT_EQ(sid.toString(), "S-1-5-7");
 }
 
-TEST(QelSIDTest, ASubAuthorityIsANumberBelowTheGreatestOf32Bits) {
+TEST(QelSIDTest, SubAuthorityIsAtMost4294967294) {
     QelSID sid;
     EXPECT_EQ(sid.fromString("S-1-5-4294967294"), 0);
     EXPECT_EQ(sid.fromString("S-1-5-0x10"), 0);
@@ -59,10 +59,10 @@ TEST(QelSIDTest, ASubAuthorityIsANumberBelowTheGreatestOf32Bits) {
         EXPECT_EQ(sid.fromString(text), -1) << text;
 }
 
-/// A SID with one sub-authority of this text.
+/// Parses a SID with one sub-authority; "rejected" if that fails.
 std::string parsed(const std::string& subAuthority) {
     QelSID sid;
-    return sid.fromString("S-1-5-" + subAuthority) == 0 ? sid.toString() : "refused";
+    return sid.fromString("S-1-5-" + subAuthority) == 0 ? sid.toString() : "rejected";
 }
 
 TEST(QelSIDTest, SubAuthorityMayHaveBlanksSignAndPrefix) {
@@ -74,7 +74,7 @@ TEST(QelSIDTest, SubAuthorityMayHaveBlanksSignAndPrefix) {
     EXPECT_EQ(parsed("0xfffffffe"), "S-1-5-4294967294");
     EXPECT_EQ(parsed("037777777776"), "S-1-5-4294967294");
     for (const char* bad : {"", " ", "+", "-", "- 7", "--7", "+-7", "-+7", "x7", "\b7", "0xffffffff", "037777777777"})
-        EXPECT_EQ(parsed(bad), "refused") << bad;
+        EXPECT_EQ(parsed(bad), "rejected") << bad;
 }
 
 TEST(QelSIDTest, NegativeSubAuthorityWrapsModulo32Bits) {
@@ -84,16 +84,16 @@ TEST(QelSIDTest, NegativeSubAuthorityWrapsModulo32Bits) {
     EXPECT_EQ(parsed("-010-7"), "S-1-5-4294967288-7");
     EXPECT_EQ(parsed("-0"), "S-1-5-0");
     EXPECT_EQ(parsed("-2"), "S-1-5-4294967294");
-    EXPECT_EQ(parsed("-1"), "refused") << "4294967295";
+    EXPECT_EQ(parsed("-1"), "rejected") << "4294967295";
     EXPECT_EQ(parsed("-4294967295"), "S-1-5-1");
     EXPECT_EQ(parsed("-4294967294"), "S-1-5-2");
-    // Magnitudes above 32 bits saturate at 4294967295, whatever their sign.
+    // Magnitudes above 32 bits saturate at 4294967295, regardless of the sign.
     for (const char* large : {"-4294967296", "-4294967303", "-18446744073709551615", "-18446744073709551616",
                               "-99999999999999999999", "4294967303", "18446744073709551616"})
-        EXPECT_EQ(parsed(large), "refused") << large;
+        EXPECT_EQ(parsed(large), "rejected") << large;
 }
 
-TEST(QelSIDTest, ATextMayHoldNoSubAuthorityWhichTheBinaryFormMayNot) {
+TEST(QelSIDTest, StringMayHaveNoSubAuthorityButBinaryFormMayNot) {
     QelSID sid;
     ASSERT_EQ(sid.fromString("S-1-5"), 0);
     EXPECT_EQ(sid.toString(), "S-1-5");
@@ -101,7 +101,7 @@ TEST(QelSIDTest, ATextMayHoldNoSubAuthorityWhichTheBinaryFormMayNot) {
     EXPECT_EQ(parse(sid.toBinary(), other), -1);
 }
 
-TEST(QelSIDTest, ATextOfMoreThanFifteenSubAuthoritiesIsRefused) {
+TEST(QelSIDTest, StringAcceptsAtMostFifteenSubAuthorities) {
     std::string text = "S-1-5";
     for (int i = 0; i < 15; ++i)
         text += "-1";
@@ -111,7 +111,7 @@ TEST(QelSIDTest, ATextOfMoreThanFifteenSubAuthoritiesIsRefused) {
     EXPECT_EQ(sid.fromString(text + "-1"), -1);
 }
 
-TEST(QelSIDTest, ALargeAuthorityIsPrintedInHexadecimalAndComesBackAsZero) {
+TEST(QelSIDTest, LargeAuthorityIsPrintedInHexadecimalAndParsedAsZero) {
     auto bytes = binaryForm(1, 1, 1);
     bytes[2] = 0x01;
     bytes[7] = 0xAB;
@@ -127,10 +127,10 @@ TEST(QelSIDTest, ALargeAuthorityIsPrintedInHexadecimalAndComesBackAsZero) {
 TEST(QelSIDTest, EitherOfTheTwoHighAuthorityBytesSelectsHexadecimal) {
     EXPECT_EQ(QelSID("S-1-4294967296-1").toString(), "S-1-0x000100000000-1");
     EXPECT_EQ(QelSID("S-1-1099511627776-1").toString(), "S-1-0x010000000000-1");
-    EXPECT_EQ(QelSID("S-1-281474976710656-1").toString(), "S-1-0-1") << "48 bits are kept";
+    EXPECT_EQ(QelSID("S-1-281474976710656-1").toString(), "S-1-0-1") << "truncated to 48 bits";
 }
 
-TEST(QelSIDTest, ABinaryFormOfAWrongRevisionCountOrLengthIsRefusedAndLeavesTheSid) {
+TEST(QelSIDTest, MalformedBinaryFormIsRejectedAndLeavesSidUnchanged) {
     QelSID sid("S-1-5-42");
     EXPECT_EQ(parse(binaryForm(2, 1, 1), sid), -1);
     EXPECT_EQ(parse(binaryForm(1, 0, 1), sid), -1);
@@ -141,11 +141,11 @@ TEST(QelSIDTest, ABinaryFormOfAWrongRevisionCountOrLengthIsRefusedAndLeavesTheSi
     for (unsigned size = 1; size < 12; ++size)
         EXPECT_EQ(sid.fromBinary(whole.data(), size), -1) << size;
     EXPECT_EQ(sid.toString(), "S-1-5-42");
-    EXPECT_EQ(sid.fromBinary(whole.data(), 0), 0) << "the length is told by the data";
+    EXPECT_EQ(sid.fromBinary(whole.data(), 0), 0) << "the size is derived from the data";
     EXPECT_EQ(sid.toString(), "S-1-5-0");
 }
 
-TEST(QelSIDTest, NullGivesAnEmptySidWhichCannotBeWritten) {
+TEST(QelSIDTest, NullYieldsEmptySidWhichCannotBeWritten) {
     QelSID sid;
     EXPECT_EQ(sid.fromBinary(nullptr, 100), 0);
     EXPECT_EQ(sid.toString(), "");
@@ -153,7 +153,7 @@ TEST(QelSIDTest, NullGivesAnEmptySidWhichCannotBeWritten) {
     EXPECT_EQ(tree.cursor().putObj(sid, userElement), -1);
 }
 
-TEST(QelSIDTest, TravelsAsTheBase64OfItsBinaryForm) {
+TEST(QelSIDTest, WireFormIsBase64OfBinaryForm) {
     const TestMessage tree;
     QelMessageIterator& cursor = tree.cursor();
     ASSERT_EQ(cursor.putObj(QelSID("S-1-5-7"), userElement), 0);
@@ -163,7 +163,7 @@ TEST(QelSIDTest, TravelsAsTheBase64OfItsBinaryForm) {
     EXPECT_EQ(sid.toString(), "S-1-5-7");
 }
 
-TEST(QelSIDTest, AnEmptyOrMalformedValueIsRefused) {
+TEST(QelSIDTest, ReaderRejectsEmptyOrMalformedValue) {
     const TestMessage tree;
     QelMessageIterator& cursor = tree.cursor();
     cursor.putChild(userElement);
@@ -178,12 +178,12 @@ TEST(QelSIDTest, AnEmptyOrMalformedValueIsRefused) {
     EXPECT_EQ(sid.toString(), "S-1-5-42");
 }
 
-TEST(QelSIDTest, TheOrderIsThatOfTheTexts) {
+TEST(QelSIDTest, OrdersByStringForm) {
     const std::set<QelSID> sids{QelSID("S-1-5-2"), QelSID("S-1-5-10")};
     EXPECT_EQ(sids.begin()->toString(), "S-1-5-10");
 }
 
-TEST(QelSIDTest, TheWellKnownSidsOfFixedText) {
+TEST(QelSIDTest, CreatesConstantWellKnownSids) {
     const auto text = [](int which) {
         return QelSID::createWellKnownSID(static_cast<QelSID::WellKnownSIDs>(which)).toString();
     };
@@ -199,7 +199,7 @@ TEST(QelSIDTest, TheWellKnownSidsOfFixedText) {
     EXPECT_EQ(text(-1), "S-1-1000-0");
 }
 
-TEST(QelSIDTest, TheWellKnownSidsOfTheLocalAgentAndItsMaster) {
+TEST(QelSIDTest, CreatesWellKnownSidsOfLocalAgentAndItsMaster) {
     const LocalConfig config(localEID, masterEID);
     EXPECT_TRUE(QelSID::createWellKnownSID(QelSID::localAdministrators) ==
                 QelLocalSID(0, QelLocalSID::type2, localEID).getSID());
@@ -209,17 +209,17 @@ TEST(QelSIDTest, TheWellKnownSidsOfTheLocalAgentAndItsMaster) {
                 QelLocalSID(0, QelLocalSID::type4, masterEID).getSID());
 }
 
-TEST(QelSIDTest, WithoutAMasterTheMasterAgentIsTheLocalOne) {
+TEST(QelSIDTest, MasterAgentDefaultsToLocalAgent) {
     const LocalConfig config(localEID);
     EXPECT_TRUE(QelSID::createWellKnownSID(QelSID::masterAgent) == QelSID::createWellKnownSID(QelSID::localAgent));
 }
 
-TEST(QelSIDTest, WithoutALocalIdentityTheLocalSidsAreTheDefault) {
+TEST(QelSIDTest, LocalSidsAreDefaultWithoutLocalIdentity) {
     for (const auto which : {QelSID::localAdministrators, QelSID::localAgent, QelSID::masterAgent})
         EXPECT_TRUE(QelSID::createWellKnownSID(which) == QelSID());
 }
 
-TEST(QelSIDTest, TheAgentOfAnyEnvironmentIsNotTheConstantOfThatName) {
+TEST(QelSIDTest, AnyAgentMatchesAgentsButNotItsOwnConstant) {
     EXPECT_TRUE(QelLocalSID(0, QelLocalSID::type4, masterEID).getSID().isWellKnownSID(QelSID::anyAgent));
     EXPECT_FALSE(QelLocalSID(1, QelLocalSID::type4, masterEID).getSID().isWellKnownSID(QelSID::anyAgent));
     EXPECT_FALSE(QelLocalSID(0, QelLocalSID::type2, masterEID).getSID().isWellKnownSID(QelSID::anyAgent));
@@ -227,20 +227,20 @@ TEST(QelSIDTest, TheAgentOfAnyEnvironmentIsNotTheConstantOfThatName) {
     EXPECT_TRUE(QelSID("S-1-5-7").isWellKnownSID(QelSID::anonymous));
 }
 
-TEST(QelSIDTest, ASetIsSearchedForAWellKnownSid) {
+TEST(QelSIDTest, FindsWellKnownSidInSet) {
     const std::set<QelSID> sids{QelSID("S-1-5-42"), QelSID("S-1-5-7")};
     EXPECT_TRUE(containsWellKnownSID(sids, QelSID::anonymous));
     EXPECT_FALSE(containsWellKnownSID(sids, QelSID::nobody));
     EXPECT_FALSE(containsWellKnownSID({}, QelSID::nobody));
 }
 
-TEST(QelLocalSIDTest, PrintsItsAuthorityTheWordsOfTheEidAndTheID) {
+TEST(QelLocalSIDTest, StringFormHasAuthorityWordsOfEidAndId) {
     const QelLocalSID local(7, QelLocalSID::type1, localEID);
     EXPECT_EQ(local.getSID().toString(), "S-1-8193-84281096-16909060-353769240-286397204-7");
     EXPECT_EQ(local.getSID().toBinary().size(), 28U);
 }
 
-TEST(QelLocalSIDTest, TheAuthorityTellsTheType) {
+TEST(QelLocalSIDTest, AuthorityEncodesType) {
     const auto text = [](QelLocalSID::PrincipalType type) {
         return QelLocalSID(0, type, localEID).getSID().toString();
     };
@@ -251,7 +251,7 @@ TEST(QelLocalSIDTest, TheAuthorityTellsTheType) {
     EXPECT_EQ(text(static_cast<QelLocalSID::PrincipalType>(9)), "S-1-0-0");
 }
 
-TEST(QelLocalSIDTest, TakesApartWhatItMade) {
+TEST(QelLocalSIDTest, DecodesWhatItEncoded) {
     for (const auto type : {QelLocalSID::type1, QelLocalSID::type2, QelLocalSID::type3, QelLocalSID::type4}) {
         const QelLocalSID back(QelLocalSID(7, type, masterEID).getSID());
         EXPECT_EQ(back.type, type);
@@ -260,7 +260,7 @@ TEST(QelLocalSIDTest, TakesApartWhatItMade) {
     }
 }
 
-TEST(QelLocalSIDTest, ASidOfAnotherAuthorityOrCountIsNotLocal) {
+TEST(QelLocalSIDTest, OtherAuthorityOrCountIsNotLocal) {
     for (const char* text : {"S-1-8196-1-2-3-4-5", "S-1-8193-1-2-3-4", "S-1-8193-1-2-3-4-5-6", "S-1-0-0"}) {
         const QelLocalSID local{QelSID(text)};
         EXPECT_EQ(local.type, QelLocalSID::notLocal) << text;
@@ -270,7 +270,7 @@ TEST(QelLocalSIDTest, ASidOfAnotherAuthorityOrCountIsNotLocal) {
     }
 }
 
-TEST(QelLocalSIDTest, IsOfTheLocalEnvironmentUnlessTold) {
+TEST(QelLocalSIDTest, DefaultsToLocalEnvironment) {
     {
         const LocalConfig config(localEID);
         EXPECT_TRUE(QelLocalSID(7, QelLocalSID::type3).getSID() ==

@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* complaint = "1 Required configuration parameters are not set";
+constexpr const char* missingParameterLog = "1 Required configuration parameters are not set";
 
 QelSSOServiceProviderConfig provider() {
     QelSSOServiceProviderConfig made;
@@ -30,7 +30,7 @@ QelSSOServiceProviderConfig provider() {
     return made;
 }
 
-TEST(QelSSOServerConfigTest, OneThatIsNotEnabledHasNoFlagElement) {
+TEST(QelSSOServerConfigTest, OmitsFlagIfDisabled) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelSSOServerConfig{"sso.example.org", "2.0", false}, 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1012, 1223));
@@ -41,7 +41,7 @@ TEST(QelSSOServerConfigTest, OneThatIsNotEnabledHasNoFlagElement) {
     EXPECT_EQ(back.serverVersion, "2.0");
 }
 
-TEST(QelSSOServerConfigTest, OneThatIsEnabledHasAnEmptyOne) {
+TEST(QelSSOServerConfigTest, WritesEmptyFlagElementIfEnabled) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelSSOServerConfig{"sso.example.org", "2.0", true}, 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1012, 1223, 1856));
@@ -51,7 +51,7 @@ TEST(QelSSOServerConfigTest, OneThatIsEnabledHasAnEmptyOne) {
     EXPECT_TRUE(back.enabled);
 }
 
-TEST(QelSSOServerConfigTest, AMissingParameterIsLogged) {
+TEST(QelSSOServerConfigTest, LogsMissingParameter) {
     for (const int id : {1012, 1223}) {
         TestTree tree;
         ASSERT_EQ(tree->putObj(QelSSOServerConfig{"sso.example.org", "2.0", true}, 0), 0);
@@ -59,13 +59,13 @@ TEST(QelSSOServerConfigTest, AMissingParameterIsLogged) {
         const TestSupport::LogCapture log;
         QelSSOServerConfig back;
         EXPECT_EQ(tree->getObj(back, 0), -1);
-        EXPECT_THAT(log.texts(), ElementsAre(complaint));
+        EXPECT_THAT(log.texts(), ElementsAre(missingParameterLog));
         EXPECT_EQ(log.lines().front().file, "core/src/QelFunctionalityCore/QelSSOBase");
         EXPECT_TRUE(back.enabled) << "the flag is read first";
     }
 }
 
-TEST(QelSSOServiceProviderConfigTest, StandsInItsElementsInOrder) {
+TEST(QelSSOServiceProviderConfigTest, WritesFieldsInOrder) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(provider(), 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1026, 1856, 2137, 2138, 2139, 2140, 2141, 2142, 2143, 2144, 1223));
@@ -80,7 +80,7 @@ TEST(QelSSOServiceProviderConfigTest, StandsInItsElementsInOrder) {
     EXPECT_EQ(back.providerVersion, "2.0");
 }
 
-TEST(QelSSOServiceProviderConfigTest, WhatMayBeLeftOutIsNotWrittenWhenEmpty) {
+TEST(QelSSOServiceProviderConfigTest, OmitsEmptyOptionalFields) {
     TestTree tree;
     QelSSOServiceProviderConfig written = provider();
     written.enabled = false;
@@ -92,11 +92,11 @@ TEST(QelSSOServiceProviderConfigTest, WhatMayBeLeftOutIsNotWrittenWhenEmpty) {
     QelSSOServiceProviderConfig back = provider();
     EXPECT_EQ(tree->getObj(back, 0), 0);
     EXPECT_FALSE(back.enabled);
-    EXPECT_EQ(back.field2140, "40") << "what is missing stays as it was";
+    EXPECT_EQ(back.field2140, "40") << "a missing field is unchanged";
     EXPECT_EQ(back.providerVersion, "2.0");
 }
 
-TEST(QelSSOServiceProviderConfigTest, AnUnreadableFieldThatMayBeLeftOutIsNoFailure) {
+TEST(QelSSOServiceProviderConfigTest, IgnoresUnreadableOptionalField) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(provider(), 0), 0);
     tree->deleteChild(2140);
@@ -106,7 +106,7 @@ TEST(QelSSOServiceProviderConfigTest, AnUnreadableFieldThatMayBeLeftOutIsNoFailu
     EXPECT_EQ(back.field2140, "");
 }
 
-TEST(QelSSOServiceProviderConfigTest, TheFirstMissingParameterEndsTheReadingAndIsLogged) {
+TEST(QelSSOServiceProviderConfigTest, FirstMissingParameterStopsReaderAndIsLogged) {
     const std::vector<int> required{1026, 2137, 2138, 2139, 2142, 2143, 2144};
     for (const int id : required) {
         TestTree tree;
@@ -115,9 +115,9 @@ TEST(QelSSOServiceProviderConfigTest, TheFirstMissingParameterEndsTheReadingAndI
         const TestSupport::LogCapture log;
         QelSSOServiceProviderConfig back;
         EXPECT_EQ(tree->getObj(back, 0), -1) << id;
-        EXPECT_THAT(log.texts(), ElementsAre(complaint));
+        EXPECT_THAT(log.texts(), ElementsAre(missingParameterLog));
         EXPECT_TRUE(back.enabled);
-        EXPECT_EQ(back.field2140, "40") << "what may be left out is read before";
+        EXPECT_EQ(back.field2140, "40") << "optional fields are read first";
         EXPECT_EQ(back.field2141, "41");
         EXPECT_EQ(back.providerVersion, "2.0");
         EXPECT_EQ(back.name, id > 1026 ? "agent" : "");
@@ -127,7 +127,7 @@ TEST(QelSSOServiceProviderConfigTest, TheFirstMissingParameterEndsTheReadingAndI
     }
 }
 
-TEST(QelSSOBaseTest, AValueThatIsNotTakenIsNoFailure) {
+TEST(QelSSOBaseTest, WriterIgnoresFailures) {
     EXPECT_EQ(TestSupport::refusedWrite(QelSSOServerConfig{"sso.example.org", "2.0", true}), 0);
     EXPECT_EQ(TestSupport::refusedWrite(provider()), 0);
 }

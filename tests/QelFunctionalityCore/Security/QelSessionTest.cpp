@@ -30,13 +30,13 @@ QelSession session() {
     return made;
 }
 
-/// A message that tells its time, and the session in it.
+/// A message with a time, for one session.
 class QelSessionTest : public testing::Test {
 protected:
     QelSessionTest() { message->setTime(messageTime); }
 
     void put(const QelSession& written) { ASSERT_EQ(cursor.putObj(written, 0), 0); }
-    /// Puts a whole session with another value in one element, or without it.
+    /// Writes a complete session, then replaces the value of one element, or removes the element if `value` is null.
     void putWith(int id, const char* value) {
         put(session());
         cursor.deleteChild(id);
@@ -61,14 +61,14 @@ protected:
     QelMessageIterator& cursor = message.cursor();
 };
 
-TEST_F(QelSessionTest, StandsInItsElementsInOrder) {
+TEST_F(QelSessionTest, WritesFieldsInOrder) {
     QelSession written = session();
     keep(written, "plugin", "value");
     put(written);
     EXPECT_THAT(childIDs(cursor), ElementsAre(1010, 1025, 1961, 1799, 1320, 1221, 1944, 1262, 1307));
 }
 
-TEST_F(QelSessionTest, ReadsBackWhole) {
+TEST_F(QelSessionTest, AllFieldsRoundTrip) {
     put(session());
     QelSession back;
     ASSERT_EQ(read(back), 0);
@@ -83,7 +83,7 @@ TEST_F(QelSessionTest, ReadsBackWhole) {
     EXPECT_EQ(back.peerAddress, QelIPv6("2001:db8::1"));
 }
 
-TEST_F(QelSessionTest, APersistentSessionHasNoTimeoutOnTheWire) {
+TEST_F(QelSessionTest, OmitsTimeoutOfPersistentSession) {
     QelSession written = session();
     written.timeout = -1;
     put(written);
@@ -95,21 +95,21 @@ TEST_F(QelSessionTest, APersistentSessionHasNoTimeoutOnTheWire) {
     EXPECT_FALSE(session().isPersistent());
 }
 
-TEST_F(QelSessionTest, AMissingTimeoutTakesTheOldOneAway) {
+TEST_F(QelSessionTest, MissingTimeoutMakesSessionPersistent) {
     putWith(1320, nullptr);
     QelSession back = session();
     ASSERT_EQ(read(back), 0);
     EXPECT_TRUE(back.isPersistent());
 }
 
-TEST_F(QelSessionTest, AnUnreadableTimeoutIsRefused) {
+TEST_F(QelSessionTest, RejectsUnreadableTimeout) {
     putWith(1320, "soon");
     QelSession back = session();
     EXPECT_EQ(read(back), -1);
     EXPECT_EQ(back.timeout, 900);
 }
 
-TEST_F(QelSessionTest, TheRevisionIsTheNumberBehindTheFirstPoint) {
+TEST_F(QelSessionTest, RevisionIsMinorVersionNumber) {
     put(session());
     EXPECT_EQ(childValue(cursor, 1221), "0.5");
     const auto revisionOf = [this](const char* text) {
@@ -127,7 +127,7 @@ TEST_F(QelSessionTest, TheRevisionIsTheNumberBehindTheFirstPoint) {
     EXPECT_EQ(revisionOf("0.99999999999999999999"), 2147483647);
 }
 
-TEST_F(QelSessionTest, ARevisionWithoutAPointIsRefused) {
+TEST_F(QelSessionTest, RejectsRevisionWithoutDot) {
     putWith(1221, "5");
     EXPECT_EQ(read(), -1);
     cursor.deleteChild(1221);
@@ -135,7 +135,7 @@ TEST_F(QelSessionTest, ARevisionWithoutAPointIsRefused) {
     EXPECT_EQ(read(), -1);
 }
 
-TEST_F(QelSessionTest, ARequiredFieldThatIsMissingIsRefused) {
+TEST_F(QelSessionTest, RejectsMissingRequiredField) {
     for (const int id : {1010, 1025, 1961, 1799, 1221}) {
         const TestSupport::TestMessage other;
         other->setTime(messageTime);
@@ -146,7 +146,7 @@ TEST_F(QelSessionTest, ARequiredFieldThatIsMissingIsRefused) {
     }
 }
 
-TEST_F(QelSessionTest, WhatStandsBehindAFieldThatFailsIsNotRead) {
+TEST_F(QelSessionTest, FailedFieldStopsReader) {
     putWith(1961, "no time");
     QelSession back;
     EXPECT_EQ(read(back), -1);
@@ -158,14 +158,14 @@ TEST_F(QelSessionTest, WhatStandsBehindAFieldThatFailsIsNotRead) {
     EXPECT_EQ(back.token.sid.toString(), "S-1-0-0");
 }
 
-TEST_F(QelSessionTest, AMissingTokenIsNoFailure) {
+TEST_F(QelSessionTest, TokenIsOptional) {
     putWith(1944, nullptr);
     QelSession back = session();
     EXPECT_EQ(read(back), 0);
     EXPECT_EQ(back.token.sid.toString(), "S-1-5-42");
 }
 
-TEST_F(QelSessionTest, AnUnknownAddressIsNotWrittenAndThenKeepsItsFormerValue) {
+TEST_F(QelSessionTest, UnknownAddressIsOmittedAndMissingOneKeepsPreviousValue) {
     QelSession written = session();
     written.peerAddress = QelIPv6();
     ASSERT_TRUE(written.peerAddress.isAny());
@@ -176,17 +176,17 @@ TEST_F(QelSessionTest, AnUnknownAddressIsNotWrittenAndThenKeepsItsFormerValue) {
     EXPECT_EQ(back.peerAddress, QelIPv6("2001:db8::1"));
 }
 
-TEST_F(QelSessionTest, FromAMessageWithoutATimeNothingIsRead) {
+TEST_F(QelSessionTest, ReaderRequiresMessageTime) {
     const TestSupport::TestMessage timeless;
     ASSERT_EQ(timeless.cursor().putObj(session(), 0), 0);
     QelSession back;
     clearErrorMessage();
     EXPECT_EQ(timeless.cursor().getObj(back, 0), -1);
     EXPECT_EQ(back.sessionID, "");
-    EXPECT_THAT(getErrorMessage(), HasSubstr("doesn't tell its time"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("the message has no time"));
 }
 
-TEST_F(QelSessionTest, TheSkewIsTheLocalTimeMinusTheMessages) {
+TEST_F(QelSessionTest, SkewIsLocalTimeMinusMessageTime) {
     put(session());
     const long now = std::time(nullptr);
     for (const long ahead : {100L, -100L}) {
@@ -198,7 +198,7 @@ TEST_F(QelSessionTest, TheSkewIsTheLocalTimeMinusTheMessages) {
     }
 }
 
-TEST_F(QelSessionTest, TheSkewIsKnownEvenIfTheSessionIsRefused) {
+TEST_F(QelSessionTest, SkewIsSetEvenIfReadFails) {
     putWith(1010, nullptr);
     message->setTime(std::time(nullptr) - 1'000'000);
     QelSession back;
@@ -206,7 +206,7 @@ TEST_F(QelSessionTest, TheSkewIsKnownEvenIfTheSessionIsRefused) {
     EXPECT_GE(back.timeSkew, 1'000'000);
 }
 
-TEST_F(QelSessionTest, DataTravelUnderTheirNames) {
+TEST_F(QelSessionTest, DataRoundTripsByKey) {
     QelSession written = session();
     keep(written, "first", "1");
     keep(written, "second", "2");
@@ -224,7 +224,7 @@ TEST_F(QelSessionTest, DataTravelUnderTheirNames) {
     EXPECT_EQ(kept(back, "without a value"), "(none)");
 }
 
-TEST_F(QelSessionTest, AnEntryWithoutANameEndsTheDataAndIsNoFailure) {
+TEST_F(QelSessionTest, EntryWithoutKeyEndsDataAndIsIgnored) {
     QelSession written = session();
     keep(written, "first", "1");
     put(written);
@@ -237,7 +237,7 @@ TEST_F(QelSessionTest, AnEntryWithoutANameEndsTheDataAndIsNoFailure) {
     EXPECT_EQ(QelSessionDataReader()(cursor, back.data()), -1);
 }
 
-TEST_F(QelSessionTest, FunctorsMayLeaveOutTheData) {
+TEST_F(QelSessionTest, FunctorsCanSkipData) {
     QelSession written = session();
     keep(written, "first", "1");
     ASSERT_EQ(cursor.putObject(written, QelSession::Writer(true), 0), 0);
@@ -253,34 +253,34 @@ TEST_F(QelSessionTest, FunctorsMayLeaveOutTheData) {
     EXPECT_EQ(back.peerAddress, written.peerAddress);
 }
 
-TEST_F(QelSessionTest, ADerivedSessionMayKeepItsDataElsewhere) {
-    struct Elsewhere : QelSession {
-        explicit Elsewhere(Data& kept) : place(kept) {}
+TEST_F(QelSessionTest, DerivedSessionCanOverrideDataStorage) {
+    struct ExternalData : QelSession {
+        explicit ExternalData(Data& external) : place(external) {}
         const Data& data() const override { return place; }
         Data& data() override { return place; }
         Data& place;
     };
     QelSession::Data place;
-    Elsewhere written(place);
+    ExternalData written(place);
     static_cast<QelSession&>(written).sessionID = "session-1";
     place["first"].any()->putValue(std::string("1"), 0);
     put(written);
     EXPECT_EQ(TestSupport::countChildren(cursor, 1307), 1);
 
     QelSession::Data read;
-    Elsewhere back(read);
+    ExternalData back(read);
     EXPECT_EQ(cursor.getObject(static_cast<QelSession&>(back), QelSession::Reader(), 0), 0);
     EXPECT_EQ(read.size(), 1U);
 }
 
-TEST_F(QelSessionTest, AValueThatIsNotTakenIsNoFailure) {
+TEST_F(QelSessionTest, WriterIgnoresFailures) {
     QelSession written = session();
     keep(written, "first", "1");
     EXPECT_EQ(TestSupport::refusedWrite(written), 0);
     EXPECT_EQ(TestSupport::refusedWrite(QelRegisteredClient{"client", 3}), 0);
 }
 
-TEST(QelRegisteredClientTest, NeedsItsIdAndItsValue) {
+TEST(QelRegisteredClientTest, RequiresIdAndValue) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelRegisteredClient{"client", 3}, 0), 0);
     QelRegisteredClient back;

@@ -61,7 +61,7 @@ void expectSame(const QelToken& a, const QelToken& b) {
     EXPECT_EQ(a.privileges, b.privileges);
 }
 
-TEST(QelTokenTest, IsNobodyAtStart) {
+TEST(QelTokenTest, NewTokenIsNobody) {
     const QelToken token;
     EXPECT_EQ(token.sid.toString(), "S-1-0-0");
     EXPECT_THAT(token.groups, IsEmpty());
@@ -70,7 +70,7 @@ TEST(QelTokenTest, IsNobodyAtStart) {
     EXPECT_FALSE(token.authName.isSpecified());
 }
 
-TEST(QelTokenTest, StandsInItsElementsInOrder) {
+TEST(QelTokenTest, WritesFieldsInOrder) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(fullToken(), 1944), 0);
     ASSERT_EQ(tree->seek(1944), 0);
@@ -83,7 +83,7 @@ TEST(QelTokenTest, StandsInItsElementsInOrder) {
     EXPECT_EQ(childValue(*tree, 2014), "read");
 }
 
-TEST(QelTokenTest, ReadsBackWhole) {
+TEST(QelTokenTest, AllFieldsRoundTrip) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(fullToken(), 1944), 0);
     QelToken read;
@@ -93,7 +93,7 @@ TEST(QelTokenTest, ReadsBackWhole) {
     EXPECT_EQ(read.authName->name.get(), "anna");
 }
 
-TEST(QelTokenTest, EmptySetsAreWrittenAsEmptyContainersAndAnUnspecifiedNameNotAtAll) {
+TEST(QelTokenTest, WritesEmptySetsAsEmptyElementsAndOmitsUnspecifiedName) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelToken(), 0), 0);
     EXPECT_EQ(countChildren(*tree), 4);
@@ -105,7 +105,7 @@ TEST(QelTokenTest, EmptySetsAreWrittenAsEmptyContainersAndAnUnspecifiedNameNotAt
     EXPECT_NE(tree->seekPresence(1026), 0);
 }
 
-TEST(QelTokenTest, ATokenWithoutAnSidIsRefusedAndLeavesTheObject) {
+TEST(QelTokenTest, MissingSidIsRejectedAndLeavesTokenUnchanged) {
     TestTree tree;
     putSIDs(*tree, 2011, {sidC});
     QelToken read = fullToken();
@@ -115,7 +115,7 @@ TEST(QelTokenTest, ATokenWithoutAnSidIsRefusedAndLeavesTheObject) {
     expectSame(read, fullToken());
 }
 
-TEST(QelTokenTest, WhatIsMissingReadsAsEmptyAndNotAsTheFormerContents) {
+TEST(QelTokenTest, MissingFieldsBecomeEmpty) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(sidC, 1025), 0);
     QelToken read = fullToken();
@@ -124,7 +124,7 @@ TEST(QelTokenTest, WhatIsMissingReadsAsEmptyAndNotAsTheFormerContents) {
     EXPECT_FALSE(read.authName.isSpecified());
 }
 
-TEST(QelTokenTest, AListEndsAtItsFirstUnreadableItemAndTheRestIsStillRead) {
+TEST(QelTokenTest, UnreadableItemEndsListButNotRead) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(sidC, 1025), 0);
     putSIDs(*tree, 2011, {sidA, sidB});
@@ -141,7 +141,7 @@ TEST(QelTokenTest, AListEndsAtItsFirstUnreadableItemAndTheRestIsStillRead) {
     EXPECT_THAT(read.denied, ElementsAre(sidB));
 }
 
-TEST(QelTokenTest, AnUnreadableNameIsSilentlyUnspecified) {
+TEST(QelTokenTest, UnreadableNameBecomesUnspecified) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(sidC, 1025), 0);
     tree->putChild(1026);
@@ -150,14 +150,14 @@ TEST(QelTokenTest, AnUnreadableNameIsSilentlyUnspecified) {
     EXPECT_FALSE(read.authName.isSpecified());
 }
 
-TEST(QelTokenTest, AnEmptySidCannotBeWrittenNeitherAsTheTokensOwnNorInAList) {
+TEST(QelTokenTest, WriterRejectsEmptySids) {
     TestTree tree;
     EXPECT_EQ(tree->putObj(tokenOf(emptySID()), 0), -1);
     EXPECT_EQ(tree->putObj(tokenOf(sidA, {emptySID()}), 0), 1);
     EXPECT_EQ(tree->putObj(tokenOf(sidA, {}, {emptySID()}), 0), 1);
 }
 
-TEST(QelTokenTest, TheAgentIsItselfAndAMemberOfItsHostsAdministrators) {
+TEST(QelTokenTest, AgentTokenHasAgentSidAndLocalAdministrators) {
     const LocalConfig config(localEID);
     const QelToken agent = QelToken::getAgentToken();
     const QelSID own = QelLocalSID(0, QelLocalSID::type4, localEID).getSID();
@@ -169,7 +169,7 @@ TEST(QelTokenTest, TheAgentIsItselfAndAMemberOfItsHostsAdministrators) {
     EXPECT_TRUE(agent.isLocalAdministrators());
 }
 
-TEST(QelTokenTest, TheAgentTokenFollowsAChangeOfTheLocalIdentity) {
+TEST(QelTokenTest, AgentTokenReflectsChangeOfLocalIdentity) {
     QelToken first;
     {
         const LocalConfig config(localEID);
@@ -179,7 +179,7 @@ TEST(QelTokenTest, TheAgentTokenFollowsAChangeOfTheLocalIdentity) {
     EXPECT_NE(QelToken::getAgentToken().sid, first.sid);
 }
 
-TEST(QelTokenTest, WithoutALocalIdentityTheAgentIsAnonymousAndStillALocalAdministrator) {
+TEST(QelTokenTest, AgentWithoutLocalIdentityHasDefaultSidAndIsLocalAdministrator) {
     const QelToken agent = QelToken::getAgentToken();
     EXPECT_EQ(agent.sid.toString(), "S-1-0-0");
     EXPECT_THAT(agent.groups, ElementsAre(agent.sid));
@@ -187,7 +187,7 @@ TEST(QelTokenTest, WithoutALocalIdentityTheAgentIsAnonymousAndStillALocalAdminis
     EXPECT_FALSE(tokenOf(sidA).isLocalAdministrators());
 }
 
-TEST(QelTokenTest, SetCurrentGivesTheOldTokenToBePutBack) {
+TEST(QelTokenTest, SetCurrentReturnsPreviousToken) {
     const QelToken atStart = QelToken::setCurrent(fullToken());
     expectSame(QelToken::getCurrent(), fullToken());
     expectSame(QelToken::setCurrent(tokenOf(sidC)), fullToken());
@@ -197,8 +197,8 @@ TEST(QelTokenTest, SetCurrentGivesTheOldTokenToBePutBack) {
     expectSame(QelToken::getCurrent(), atStart);
 }
 
-// In a process of its own, since the first use is what counts.
-TEST(QelTokenDeathTest, TheCurrentTokenIsWhatTheAgentsWasAtTheFirstUse) {
+// Runs in a separate process, because only the first use initialises the token.
+TEST(QelTokenDeathTest, CurrentTokenIsInitialisedOnceAtFirstUse) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto checkFirstUse = [] {
         QelSID first;
@@ -214,7 +214,7 @@ TEST(QelTokenDeathTest, TheCurrentTokenIsWhatTheAgentsWasAtTheFirstUse) {
     EXPECT_EXIT(checkFirstUse(), testing::ExitedWithCode(0), "");
 }
 
-TEST(QelTokenTest, RestrictionByAnEqualTokenChangesNothing) {
+TEST(QelTokenTest, RestrictByEqualTokenChangesNothing) {
     QelToken token = fullToken();
     token.restrict(fullToken());
     expectSame(token, fullToken());
@@ -222,38 +222,38 @@ TEST(QelTokenTest, RestrictionByAnEqualTokenChangesNothing) {
     expectSame(token, fullToken());
 }
 
-TEST(QelTokenTest, RestrictionByATokenWithoutGroupsDeniesAllGroups) {
+TEST(QelTokenTest, RestrictByTokenWithoutGroupsDeniesAllGroups) {
     QelToken token = tokenOf(sidA, {sidA, sidB});
     token.restrict(tokenOf(sidC));
     expectSame(token, tokenOf(sidA, {}, {sidA, sidB}));
 }
 
-TEST(QelTokenTest, RestrictionDeniesTheGroupsThatOneOfTheTwoLacks) {
+TEST(QelTokenTest, RestrictDeniesGroupsOfOneTokenOnly) {
     QelToken token = tokenOf(sidC, {sidB});
     token.restrict(tokenOf(sidC, {sidA}));
     expectSame(token, tokenOf(sidC, {}, {sidA, sidB}));
 }
 
-TEST(QelTokenTest, RestrictionDeniesWhatEitherDenies) {
+TEST(QelTokenTest, RestrictUnitesDeniedSets) {
     QelToken token = tokenOf(sidC, {}, {sidA});
     token.restrict(tokenOf(sidC, {}, {sidB}));
     expectSame(token, tokenOf(sidC, {}, {sidA, sidB}));
 }
 
-TEST(QelTokenTest, RestrictionKeepsTheCommonPrivileges) {
+TEST(QelTokenTest, RestrictKeepsCommonPrivileges) {
     QelToken token = tokenOf(sidC, {}, {}, {"a", "b"});
     token.restrict(tokenOf(sidC, {}, {}, {"b", "c"}));
     EXPECT_THAT(token.privileges, ElementsAre("b"));
 }
 
-TEST(QelTokenTest, RestrictionKeepsSidAndNameEvenIfTheSidIsDenied) {
+TEST(QelTokenTest, RestrictKeepsSidAndNameEvenIfSidIsDenied) {
     QelToken token = fullToken();
     token.restrict(tokenOf(sidC, {}, {sidA}));
     EXPECT_EQ(token.sid, sidA);
     EXPECT_TRUE(token.authName.isSpecified());
 }
 
-TEST(QelTokenTest, TheAdministratorsOfAnEnvironmentAreToldByTheTokensSidAndItsGroups) {
+TEST(QelTokenTest, SidOrGroupMakesEnvironmentAdministrator) {
     const QelSID administrators = QelLocalSID(0, QelLocalSID::type2, masterEID).getSID();
     EXPECT_TRUE(tokenOf(administrators).isEnvAdministrators(masterEID));
     EXPECT_TRUE(tokenOf(sidA, {sidB, administrators}).isEnvAdministrators(masterEID));
@@ -262,7 +262,7 @@ TEST(QelTokenTest, TheAdministratorsOfAnEnvironmentAreToldByTheTokensSidAndItsGr
     EXPECT_FALSE(tokenOf(QelLocalSID(0, QelLocalSID::type4, masterEID).getSID()).isEnvAdministrators(masterEID));
 }
 
-TEST(QelTokenTest, TheLocalAdministratorsAreThoseOfTheLocalEnvironment) {
+TEST(QelTokenTest, LocalAdministratorsAreThoseOfLocalEnvironment) {
     const LocalConfig config(localEID);
     const QelSID administrators = QelLocalSID(0, QelLocalSID::type2, localEID).getSID();
     EXPECT_TRUE(tokenOf(administrators).isLocalAdministrators());
@@ -271,8 +271,8 @@ TEST(QelTokenTest, TheLocalAdministratorsAreThoseOfTheLocalEnvironment) {
     EXPECT_FALSE(tokenOf(QelSID()).isLocalAdministrators());
 }
 
-// A denial concerns what a group may do, which others check; membership is a matter of the groups alone.
-TEST(QelTokenTest, AdministratorsThatAreDeniedTooAreAdministrators) {
+// Membership depends on SID and groups only.  The denied set restricts operations and is checked elsewhere.
+TEST(QelTokenTest, DeniedSetDoesNotAffectAdministrators) {
     const LocalConfig config(localEID);
     const QelSID administrators = QelLocalSID(0, QelLocalSID::type2, localEID).getSID();
     for (const QelToken& token :

@@ -8,7 +8,7 @@
 
 namespace Qel::TestSupport {
 
-/// What a directory's realm has in common with others; its type is always the same.
+/// The base class fields of a directory realm, with the fixed type.
 inline void putRealm(RandomRecord& random, QelMessageIterator& cursor) {
     record("QelRealm")(random, cursor);
     cursor.deleteChild(1007);
@@ -23,7 +23,7 @@ inline void putVersion(RandomRecord& random, QelMessageIterator& cursor) {
     cursor.putValue("0." + std::to_string(random.below(9)), 1221);
 }
 
-/// What a plug-in keeps with a session, now and then without a value.
+/// A session data entry; one in three has no value.
 inline void putSessionItem(RandomRecord& random, QelMessageIterator& cursor) {
     textIn(1240)(random, cursor);
     if (random.below(3) != 0)
@@ -43,7 +43,7 @@ inline bool holdsName(const QelMessageIterator& cursor) {
 }
 
 inline RandomFamily randomSecurity() {
-    // An empty name isn't written, yet wanted. A role is a task.
+    // An empty name is not written, but reads require one. A role is a task.
     constexpr OddRecord wantsName{.isReadable = holdsName};
     return {
         .withoutTable{
@@ -64,7 +64,7 @@ inline RandomFamily randomSecurity() {
             {{"QelSession", 1320}, numberIn(1320, -1, 2)},
             {{"QelSession", 1221}, putVersion},
             {{"QelSession", 1307}, several(3, inChild(1307, putSessionItem))},
-            {{"QelTask", 1026}, textIn(1026, "task-")}, // without a name it is written but can't be read back
+            {{"QelTask", 1026}, textIn(1026, "task-")}, // reads require a name
         },
         .odd{
             {"QelRole", wantsName},

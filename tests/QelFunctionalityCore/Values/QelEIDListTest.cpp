@@ -12,7 +12,7 @@ using testing::ElementsAre;
 
 constexpr int eidElement = 1866;
 
-TEST(QelEIDListTest, ItemsStandDirectlyUnderTheCurrentElementInOrder) {
+TEST(QelEIDListTest, WritesItemsAsChildrenInOrder) {
     TestTree tree;
     EXPECT_EQ(tree->putObject(QelEIDList({{2, 0}, {1, 0}}), QelEIDList::Writer(), 0), 0);
     EXPECT_EQ(countChildren(*tree, eidElement), 2);
@@ -20,7 +20,7 @@ TEST(QelEIDListTest, ItemsStandDirectlyUnderTheCurrentElementInOrder) {
     EXPECT_EQ(tree->curName(), "/");
 }
 
-TEST(QelEIDListTest, EachItemStandsInNamespace292) {
+TEST(QelEIDListTest, WritesItemsInNamespace292) {
     TestTree tree;
     ASSERT_EQ(tree->putObject(QelEIDList({{2, 0}, {1, 0}}), QelEIDList::Writer(), 0), 0);
     ASSERT_EQ(tree->firstChild(eidElement), 0);
@@ -29,7 +29,7 @@ TEST(QelEIDListTest, EachItemStandsInNamespace292) {
     EXPECT_EQ(tree->curNamespaceID(), 292);
 }
 
-TEST(QelEIDListTest, ComesBackAsItWas) {
+TEST(QelEIDListTest, RoundTrips) {
     const QelEIDList list({{3, 1}, {1, 0}, {-2, 5}});
     TestTree tree;
     ASSERT_EQ(tree->putObj(list, 1899), 0);
@@ -38,7 +38,7 @@ TEST(QelEIDListTest, ComesBackAsItWas) {
     EXPECT_EQ(read, list);
 }
 
-TEST(QelEIDListTest, AnEmptyListWritesNothingAndNoItemsAreNoFailure) {
+TEST(QelEIDListTest, EmptyListWritesNothingAndReadsBack) {
     TestTree tree;
     EXPECT_EQ(tree->putObject(QelEIDList(), QelEIDList::Writer(), 0), 0);
     EXPECT_EQ(countChildren(*tree), 0);
@@ -47,7 +47,7 @@ TEST(QelEIDListTest, AnEmptyListWritesNothingAndNoItemsAreNoFailure) {
     EXPECT_THAT(read, ElementsAre(QelEID(1, 0)));
 }
 
-TEST(QelEIDListTest, ADuplicateIsDropped) {
+TEST(QelEIDListTest, DropsDuplicates) {
     TestTree tree;
     for (int i = 0; i < 2; ++i)
         tree->putValue(QelEID(1, 0).toString(), eidElement);
@@ -56,7 +56,7 @@ TEST(QelEIDListTest, ADuplicateIsDropped) {
     EXPECT_THAT(read, ElementsAre(QelEID(1, 0)));
 }
 
-TEST(QelEIDListTest, ABadItemEndsTheReadAndKeepsThoseBeforeIt) {
+TEST(QelEIDListTest, MalformedItemStopsReadAndKeepsPrecedingItems) {
     TestTree tree;
     tree->putValue(QelEID(1, 0).toString(), eidElement);
     tree->putValue(std::string("bad"), eidElement);

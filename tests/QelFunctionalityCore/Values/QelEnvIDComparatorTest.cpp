@@ -13,7 +13,7 @@ const QelEID two(2, 0);
 const QelEID three(3, 0);
 const QelEID unknown(4, 0);
 
-// Larger identifiers have smaller keys, but for 3, whose key is that of 2; the key of 1 is negative as an int.
+// Sort keys descend with the identifiers, except that 2 and 3 have equal keys.  The key of 1 is negative as an int.
 std::optional<std::uint32_t> descendingKeys(const QelEID& eid) {
     if (eid == one)
         return 0x80000000U;
@@ -22,12 +22,12 @@ std::optional<std::uint32_t> descendingKeys(const QelEID& eid) {
     return std::nullopt;
 }
 
-// Restores what other tests start from.
+// Saves and restores the global state.
 class QelEnvIDComparatorTest : public testing::Test {
 protected:
     ~QelEnvIDComparatorTest() override {
         sort_order_by_veid = 0;
-        QelEnvIDComparator::setSortKeySource(m_sourceAtStart);
+        QelEnvIDComparator::setSortKeySource(m_savedSource);
     }
 
     static void sortByKeys(int on = 1) {
@@ -38,29 +38,29 @@ protected:
     const QelEnvIDComparator less{};
 
 private:
-    // The library has set one while it was loaded.
-    const QelEnvIDComparator::SortKeySource m_sourceAtStart = QelEnvIDComparator::setSortKeySource(nullptr);
+    // The library sets a source during load.
+    const QelEnvIDComparator::SortKeySource m_savedSource = QelEnvIDComparator::setSortKeySource(nullptr);
 };
 
-TEST_F(QelEnvIDComparatorTest, OrdersByIdentifierAtStart) {
+TEST_F(QelEnvIDComparatorTest, OrdersByIdentifierByDefault) {
     EXPECT_TRUE(less(one, two));
     EXPECT_FALSE(less(two, one));
     EXPECT_FALSE(less(one, one));
 }
 
-TEST_F(QelEnvIDComparatorTest, AsksForNoKeysWhileTheSettingIsOff) {
+TEST_F(QelEnvIDComparatorTest, DisabledSettingIgnoresSortKeys) {
     sortByKeys(0);
     EXPECT_TRUE(less(one, two));
     EXPECT_FALSE(less(two, one));
 }
 
-TEST_F(QelEnvIDComparatorTest, OrdersByUnsignedSortKeyWithTheSettingOn) {
+TEST_F(QelEnvIDComparatorTest, EnabledSettingOrdersByUnsignedSortKey) {
     sortByKeys();
     EXPECT_TRUE(less(two, one));
     EXPECT_FALSE(less(one, two));
 }
 
-TEST_F(QelEnvIDComparatorTest, AnyValueButZeroSwitchesTheSettingOn) {
+TEST_F(QelEnvIDComparatorTest, AnyNonzeroValueEnablesSetting) {
     sortByKeys(-1);
     EXPECT_TRUE(less(two, one));
 }
@@ -72,7 +72,7 @@ TEST_F(QelEnvIDComparatorTest, EqualKeysFallBackToIdentifiers) {
     EXPECT_FALSE(less(two, two));
 }
 
-TEST_F(QelEnvIDComparatorTest, APairWithAnUnknownEnvironmentFallsBackToIdentifiers) {
+TEST_F(QelEnvIDComparatorTest, UnknownEnvironmentFallsBackToIdentifiers) {
     sortByKeys();
     EXPECT_TRUE(less(one, unknown));
     EXPECT_FALSE(less(unknown, one));
@@ -82,13 +82,13 @@ TEST_F(QelEnvIDComparatorTest, APairWithAnUnknownEnvironmentFallsBackToIdentifie
     EXPECT_TRUE(less(unknown, QelEID(5, 0)));
 }
 
-TEST_F(QelEnvIDComparatorTest, WithoutASourceOfKeysTheSettingChangesNothing) {
+TEST_F(QelEnvIDComparatorTest, EnabledSettingHasNoEffectWithoutKeySource) {
     sort_order_by_veid = 1;
     EXPECT_TRUE(less(one, two));
     EXPECT_FALSE(less(two, one));
 }
 
-TEST_F(QelEnvIDComparatorTest, ASetIsBuiltInTheOrderOfTheDay) {
+TEST_F(QelEnvIDComparatorTest, SetUsesSettingAtInsertion) {
     EXPECT_THAT(QelEIDList({three, two, one}), testing::ElementsAre(one, two, three));
     sortByKeys();
     EXPECT_THAT(QelEIDList({three, two, one}), testing::ElementsAre(two, three, one));

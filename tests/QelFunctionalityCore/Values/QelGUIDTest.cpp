@@ -11,7 +11,7 @@ namespace {
 constexpr int element = 1010;
 const std::string text = "00112233-4455-6677-8899-aabbccddeeff";
 
-TEST(QelGUIDTest, TravelsAsItsText) {
+TEST(QelGUIDTest, WireFormIsStringForm) {
     QelGUID guid;
     ASSERT_EQ(guid.fromString(text.c_str()), 0);
     TestTree tree;
@@ -23,7 +23,7 @@ TEST(QelGUIDTest, TravelsAsItsText) {
     EXPECT_EQ(read, guid);
 }
 
-TEST(QelGUIDTest, TheNullIdentifierTravelsToo) {
+TEST(QelGUIDTest, NullIdentifierRoundTrips) {
     TestTree tree;
     EXPECT_EQ(tree->putObj(QelGUID(), element), 0);
     QelGUID read(1, 2);
@@ -31,7 +31,7 @@ TEST(QelGUIDTest, TheNullIdentifierTravelsToo) {
     EXPECT_FALSE(read.isValid());
 }
 
-TEST(QelGUIDTest, ABadTextFailsAndLeavesTheValueAlone) {
+TEST(QelGUIDTest, MalformedStringFailsAndLeavesValueUnchanged) {
     TestTree tree;
     tree->putValue(std::string("00112233"), element);
     QelGUID guid(1, 2);
@@ -39,14 +39,14 @@ TEST(QelGUIDTest, ABadTextFailsAndLeavesTheValueAlone) {
     EXPECT_EQ(guid, QelGUID(1, 2));
 }
 
-TEST(QelGUIDTest, AMissingElementFailsAndLeavesTheValueAlone) {
+TEST(QelGUIDTest, MissingElementFailsAndLeavesValueUnchanged) {
     TestTree tree;
     QelGUID guid(1, 2);
     EXPECT_EQ(tree->getObj(guid, element), -1);
     EXPECT_EQ(guid, QelGUID(1, 2));
 }
 
-TEST(QelGUIDTest, AnEmptyElementFails) {
+TEST(QelGUIDTest, EmptyElementFails) {
     TestTree tree;
     tree->putChild(element);
     QelGUID guid(1, 2);
@@ -54,7 +54,7 @@ TEST(QelGUIDTest, AnEmptyElementFails) {
     EXPECT_EQ(guid, QelGUID(1, 2));
 }
 
-TEST(QelGUIDTest, WritesAndReadsAtTheCurrentElement) {
+TEST(QelGUIDTest, FunctorsUseCurrentElement) {
     TestTree tree;
     tree->newChild(element);
     EXPECT_EQ(QelGUID::Writer()(*tree, QelGUID(1, 2)), 0);
@@ -64,13 +64,13 @@ TEST(QelGUIDTest, WritesAndReadsAtTheCurrentElement) {
     EXPECT_EQ(tree->curID(), element);
 }
 
-TEST(QelGUIDTest, TakesTheSameSourcesAsItsBase) {
+TEST(QelGUIDTest, InheritsConstructorsOfBase) {
     const unsigned char bytes[16] = {1};
     EXPECT_EQ(QelGUID(bytes), QelGUID(1, 0));
     EXPECT_FALSE(QelGUID().isValid());
 }
 
-TEST(QelEIDTest, IsAnIdentifierThatTravelsLikeOthers) {
+TEST(QelEIDTest, HasWireFormOfGUID) {
     const QelEID eid(QelGUID(3, 4));
     EXPECT_EQ(eid, QelEID(3, 4));
     EXPECT_FALSE(QelEID().isValid());

@@ -16,49 +16,49 @@ std::string writtenNetmask(const QelIPAddress& address) {
     return childValue(*tree, netmaskElement);
 }
 
-TEST(QelIPAddressTest, IsEmptyAtStart) {
+TEST(QelIPAddressTest, IsInitiallyEmpty) {
     EXPECT_EQ(QelIPAddress().ip, "");
     EXPECT_EQ(QelIPAddress().netmask, "");
     EXPECT_EQ(QelIPAddress().toStringWithNetwork(), "");
 }
 
-TEST(QelIPAddressTest, ADottedMaskBehindTheSlashBecomesAPrefix) {
+TEST(QelIPAddressTest, ConvertsDottedMaskAfterSlashToPrefix) {
     const QelIPAddress address("10.0.0.1/255.255.255.0");
     EXPECT_EQ(address.ip, "10.0.0.1");
     EXPECT_EQ(address.netmask, "24");
     EXPECT_EQ(writtenNetmask(address), "255.255.255.0");
 }
 
-TEST(QelIPAddressTest, APrefixBehindTheSlashStays) {
+TEST(QelIPAddressTest, KeepsPrefixAfterSlash) {
     const QelIPAddress address("10.0.0.1/24");
     EXPECT_EQ(address.ip, "10.0.0.1");
     EXPECT_EQ(address.netmask, "24");
     EXPECT_EQ(address.toStringWithNetwork(), "10.0.0.1/24");
 }
 
-TEST(QelIPAddressTest, ATextWithoutASlashIsTheAddress) {
+TEST(QelIPAddressTest, StringWithoutSlashIsAddress) {
     EXPECT_EQ(QelIPAddress("10.0.0.1").ip, "10.0.0.1");
     EXPECT_EQ(QelIPAddress("10.0.0.1").netmask, "");
     EXPECT_EQ(QelIPAddress("10.0.0.1").toStringWithNetwork(), "10.0.0.1");
 }
 
-TEST(QelIPAddressTest, NothingBehindTheSlashIsNoNetmask) {
+TEST(QelIPAddressTest, NothingAfterSlashLeavesNetmaskEmpty) {
     EXPECT_EQ(QelIPAddress("10.0.0.1/").ip, "10.0.0.1");
     EXPECT_EQ(QelIPAddress("10.0.0.1/").netmask, "");
 }
 
-TEST(QelIPAddressTest, OnlyTheFirstSlashDivides) {
+TEST(QelIPAddressTest, SplitsAtFirstSlashOnly) {
     EXPECT_EQ(QelIPAddress("::1/64/3").ip, "::1");
     EXPECT_EQ(QelIPAddress("::1/64/3").netmask, "64/3");
 }
 
-TEST(QelIPAddressTest, TwoTextsAreAddressAndMask) {
+TEST(QelIPAddressTest, ConstructsFromAddressAndMask) {
     EXPECT_EQ(QelIPAddress("10.0.0.1", "255.255.0.0").netmask, "16");
     EXPECT_EQ(QelIPAddress("10.0.0.1", "16").netmask, "16");
     EXPECT_EQ(QelIPAddress("10.0.0.1", "").netmask, "");
 }
 
-TEST(QelIPAddressTest, APrefixMayReachTheLastBitOfTheAddress) {
+TEST(QelIPAddressTest, RejectsPrefixLongerThanAddress) {
     EXPECT_EQ(QelIPAddress("10.0.0.1", 32U).netmask, "32");
     EXPECT_EQ(QelIPAddress("10.0.0.1", 33U).netmask, "");
     EXPECT_EQ(QelIPAddress("10.0.0.1", 0U).netmask, "0");
@@ -67,35 +67,35 @@ TEST(QelIPAddressTest, APrefixMayReachTheLastBitOfTheAddress) {
     EXPECT_EQ(QelIPAddress("10.0.0.1", 4294967295U).netmask, "");
 }
 
-TEST(QelIPAddressTest, AMaskOfAnIPv6AddressIsTakenAsItIs) {
+TEST(QelIPAddressTest, KeepsMaskOfIPv6AddressUnchanged) {
     QelIPAddress address("fe80::1");
     address.setNetmask("255.255.255.0");
     EXPECT_EQ(address.netmask, "255.255.255.0");
     EXPECT_EQ(writtenNetmask(address), "255.255.255.0");
 }
 
-TEST(QelIPAddressTest, AnEmptyMaskClearsTheNetmask) {
+TEST(QelIPAddressTest, EmptyMaskClearsNetmask) {
     QelIPAddress address("10.0.0.1/24");
     address.setNetmask("");
     EXPECT_EQ(address.netmask, "");
 }
 
-TEST(QelIPAddressTest, AnIPv6PrefixTravelsAsItIs) {
+TEST(QelIPAddressTest, WritesIPv6PrefixUnchanged) {
     EXPECT_EQ(writtenNetmask(QelIPAddress("fe80::1/64")), "64");
 }
 
-TEST(QelIPAddressTest, AnIPv4PrefixTravelsAsADottedMask) {
+TEST(QelIPAddressTest, WritesIPv4PrefixAsDottedMask) {
     EXPECT_EQ(writtenNetmask(QelIPAddress("10.0.0.1/0")), "0.0.0.0");
     EXPECT_EQ(writtenNetmask(QelIPAddress("10.0.0.1/32")), "255.255.255.255");
 }
 
-TEST(QelIPAddressTest, ADottedNetmaskTravelsAsItIs) {
+TEST(QelIPAddressTest, WritesDottedNetmaskUnchanged) {
     QelIPAddress address("10.0.0.1");
     address.netmask = "255.0.255.0";
     EXPECT_EQ(writtenNetmask(address), "255.0.255.0");
 }
 
-TEST(QelIPAddressTest, NoNetmaskWritesNoElement) {
+TEST(QelIPAddressTest, OmitsEmptyNetmask) {
     TestTree tree;
     EXPECT_EQ(QelIPAddress::Writer()(*tree, QelIPAddress("10.0.0.1")), 0);
     EXPECT_NE(tree->seekPresence(netmaskElement), 0);
@@ -103,7 +103,7 @@ TEST(QelIPAddressTest, NoNetmaskWritesNoElement) {
     EXPECT_EQ(countChildren(*tree), 1);
 }
 
-TEST(QelIPAddressTest, TheNetmaskStandsBeforeTheAddress) {
+TEST(QelIPAddressTest, WritesNetmaskBeforeAddress) {
     TestTree tree;
     EXPECT_EQ(QelIPAddress::Writer()(*tree, QelIPAddress("10.0.0.1/24")), 0);
     ASSERT_EQ(tree->firstChild(), 0);
@@ -113,13 +113,13 @@ TEST(QelIPAddressTest, TheNetmaskStandsBeforeTheAddress) {
     EXPECT_NE(tree->nextSibling(), 0);
 }
 
-TEST(QelIPAddressTest, AnEmptyAddressIsStillWritten) {
+TEST(QelIPAddressTest, WritesEmptyAddress) {
     TestTree tree;
     EXPECT_EQ(QelIPAddress::Writer()(*tree, QelIPAddress()), 0);
     EXPECT_EQ(tree->seekPresence(ipElement), 0);
 }
 
-TEST(QelIPAddressTest, ComesBackAsItWas) {
+TEST(QelIPAddressTest, RoundTrips) {
     for (const char* text : {"10.0.0.1/24", "10.0.0.1", "10.0.0.1/0", "fe80::1/64", "fe80::1"}) {
         TestTree tree;
         ASSERT_EQ(tree->putObj(QelIPAddress(text), 2047), 0);
@@ -129,7 +129,7 @@ TEST(QelIPAddressTest, ComesBackAsItWas) {
     }
 }
 
-TEST(QelIPAddressTest, ARecordWithoutAnAddressFails) {
+TEST(QelIPAddressTest, RequiresAddress) {
     TestTree tree;
     tree->putValue(std::string("255.0.0.0"), netmaskElement);
     QelIPAddress read("10.0.0.1/24");
@@ -137,7 +137,7 @@ TEST(QelIPAddressTest, ARecordWithoutAnAddressFails) {
     EXPECT_EQ(read.ip, "10.0.0.1");
 }
 
-TEST(QelIPAddressTest, ARecordWithoutANetmaskHasAnEmptyOne) {
+TEST(QelIPAddressTest, MissingNetmaskClearsPreviousOne) {
     TestTree tree;
     tree->putValue(std::string("10.0.0.2"), ipElement);
     QelIPAddress read("10.0.0.1/24");
@@ -145,7 +145,7 @@ TEST(QelIPAddressTest, ARecordWithoutANetmaskHasAnEmptyOne) {
     EXPECT_EQ(read.toStringWithNetwork(), "10.0.0.2");
 }
 
-TEST(QelIPAddressTest, TheNetmaskIsReadInTheLightOfTheNewAddress) {
+TEST(QelIPAddressTest, NetmaskIsInterpretedForNewAddress) {
     TestTree tree;
     tree->putValue(std::string("255.255.0.0"), netmaskElement);
     tree->putValue(std::string("10.0.0.2"), ipElement);
@@ -165,33 +165,33 @@ TEST(QelIPAddressTest, IPv6AddressesCompareByNumber) {
     EXPECT_EQ(QelIPAddress("::9").compare(QelIPAddress("::10")), -1);
 }
 
-TEST(QelIPAddressTest, AnIPv4AddressBesideAnIPv6AddressIsTheCompatibleOne) {
+TEST(QelIPAddressTest, IPv4AddressComparesAsIPv4Compatible) {
     EXPECT_EQ(QelIPAddress("10.0.0.1").compare(QelIPAddress("::10.0.0.1")), 0);
     EXPECT_EQ(QelIPAddress("::10.0.0.2").compare(QelIPAddress("10.0.0.1")), 1);
     EXPECT_EQ(QelIPAddress("255.0.0.1").compare(QelIPAddress("fe80::1")), -1);
 }
 
-TEST(QelIPAddressTest, NetmasksOfEqualAddressesCompareAsText) {
+TEST(QelIPAddressTest, NetmasksOfEqualAddressesCompareAsStrings) {
     EXPECT_EQ(QelIPAddress("10.0.0.1/8").compare(QelIPAddress("10.0.0.1/16")), 1);
     EXPECT_EQ(QelIPAddress("10.0.0.1/16").compare(QelIPAddress("10.0.0.1/8")), -1);
     EXPECT_EQ(QelIPAddress("10.0.0.1").compare(QelIPAddress("10.0.0.1/8")), -1);
     EXPECT_EQ(QelIPAddress("10.0.0.1/8").compare(QelIPAddress("10.0.0.2/4")), -1);
 }
 
-TEST(IpCompareTest, AnEmptyOneMatchesEveryAddress) {
+TEST(IpCompareTest, EmptyAddressMatchesEveryAddress) {
     const ipCompare matches{QelIPAddress()};
     EXPECT_TRUE(matches(QelIPAddress()));
     EXPECT_TRUE(matches(QelIPAddress("10.0.0.1/24")));
     EXPECT_TRUE(matches(QelIPAddress("fe80::1/64")));
 }
 
-TEST(IpCompareTest, AddressesMatchAsText) {
+TEST(IpCompareTest, AddressesMatchAsStrings) {
     EXPECT_TRUE(ipCompare(QelIPAddress("10.0.0.1"))(QelIPAddress("10.0.0.1/24")));
     EXPECT_FALSE(ipCompare(QelIPAddress("10.0.0.1"))(QelIPAddress("10.0.0.2")));
     EXPECT_FALSE(ipCompare(QelIPAddress("::1"))(QelIPAddress("0::1")));
 }
 
-TEST(IpCompareTest, NetmasksMatchInWhateverForm) {
+TEST(IpCompareTest, NetmasksMatchInEitherForm) {
     QelIPAddress dotted("10.0.0.1");
     dotted.netmask = "255.255.255.0";
     EXPECT_TRUE(ipCompare(QelIPAddress("", "24"))(dotted));

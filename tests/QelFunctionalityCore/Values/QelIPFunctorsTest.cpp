@@ -15,7 +15,7 @@ template <class Writer, class Value> std::string written(const Writer& writer, c
     return childValue(*tree, element);
 }
 
-TEST(QelIPFunctorsTest, AnIPv6AddressTravelsAsText) {
+TEST(QelIPFunctorsTest, WritesIPv6AddressAsString) {
     EXPECT_EQ(written(QelIPWriter(), QelIPv6("FE80:0::1")), "fe80::1");
     EXPECT_EQ(written(QelIPWriter(), QelIPv6("10.0.0.1")), "::10.0.0.1");
 
@@ -26,7 +26,7 @@ TEST(QelIPFunctorsTest, AnIPv6AddressTravelsAsText) {
     EXPECT_EQ(read, QelIPv6("fe80::1"));
 }
 
-TEST(QelIPFunctorsTest, ANumberTravelsAsAnIPv4Address) {
+TEST(QelIPFunctorsTest, WritesNumberAsIPv4Address) {
     EXPECT_EQ(written(QelIPWriter(), 0xffffff00U), "255.255.255.0");
 
     TestTree tree;
@@ -36,7 +36,7 @@ TEST(QelIPFunctorsTest, ANumberTravelsAsAnIPv4Address) {
     EXPECT_EQ(read, 0xffffff00U);
 }
 
-TEST(QelIPFunctorsTest, APlainNumberReadsAsItself) {
+TEST(QelIPFunctorsTest, ReadsDecimalNumberUnchanged) {
     TestTree tree;
     tree->putValue(24, element);
     unsigned int read = 0;
@@ -44,7 +44,7 @@ TEST(QelIPFunctorsTest, APlainNumberReadsAsItself) {
     EXPECT_EQ(read, 24U);
 }
 
-TEST(QelIPFunctorsTest, ATextThatIsNoAddressReadsAsTheAnyAddress) {
+TEST(QelIPFunctorsTest, InvalidAddressReadsAsAnyAddress) {
     for (const char* text : {"none", ""}) {
         TestTree tree;
         tree->putValue(std::string(text), element);
@@ -57,7 +57,7 @@ TEST(QelIPFunctorsTest, ATextThatIsNoAddressReadsAsTheAnyAddress) {
     }
 }
 
-TEST(QelIPFunctorsTest, AMissingElementFailsAndLeavesTheValueAlone) {
+TEST(QelIPFunctorsTest, MissingElementFailsAndLeavesValueUnchanged) {
     TestTree tree;
     QelIPv6 address("::1");
     unsigned int number = 5;
@@ -67,7 +67,7 @@ TEST(QelIPFunctorsTest, AMissingElementFailsAndLeavesTheValueAlone) {
     EXPECT_EQ(number, 5U);
 }
 
-TEST(QelIPFunctorsTest, ThePrettyWriterShowsAnIPv4AddressAsSuch) {
+TEST(QelIPFunctorsTest, PrettyWriterWritesEmbeddedIPv4Address) {
     EXPECT_EQ(written(QelIPPrettyWriter(), QelIPv6("10.0.0.1")), "10.0.0.1");
     EXPECT_EQ(written(QelIPPrettyWriter(), QelIPv6("fe80::1")), "fe80::1");
     EXPECT_EQ(written(QelIPPrettyWriter(), QelIPv6("::1")), "::1");

@@ -11,7 +11,7 @@ using Name = limited_length_string<16>;
 
 constexpr int element = 1007;
 
-TEST(QelLimitedLengthStringTest, TravelsAsText) {
+TEST(QelLimitedLengthStringTest, RoundTrips) {
     TestTree tree;
     tree->newChild(element);
     EXPECT_EQ(QelWriterLimitedLengthString()(*tree, Name("abcdefghijklmno")), 0);
@@ -21,7 +21,7 @@ TEST(QelLimitedLengthStringTest, TravelsAsText) {
     EXPECT_EQ(read, "abcdefghijklmno");
 }
 
-TEST(QelLimitedLengthStringTest, AnUnsetOneWritesNothing) {
+TEST(QelLimitedLengthStringTest, UnsetStringWritesNothing) {
     TestTree tree;
     tree->newChild(element);
     tree->putValue(std::string("old"), 0);
@@ -29,7 +29,7 @@ TEST(QelLimitedLengthStringTest, AnUnsetOneWritesNothing) {
     EXPECT_EQ(childValue(*tree, 0), "old");
 }
 
-TEST(QelLimitedLengthStringTest, ASpecifiedEmptyOneWritesAnEmptyText) {
+TEST(QelLimitedLengthStringTest, SpecifiedEmptyStringWritesEmptyValue) {
     TestTree tree;
     tree->newChild(element);
     tree->putValue(std::string("old"), 0);
@@ -40,14 +40,14 @@ TEST(QelLimitedLengthStringTest, ASpecifiedEmptyOneWritesAnEmptyText) {
     EXPECT_EQ(read.length(), 0U);
 }
 
-TEST(QelLimitedLengthStringTest, AMissingElementFailsAndLeavesTheValueAlone) {
+TEST(QelLimitedLengthStringTest, MissingElementFailsAndLeavesValueUnchanged) {
     TestTree tree;
     Name read("kept");
     EXPECT_EQ(tree->getObject(read, QelReaderLimitedLengthString(), element), -1);
     EXPECT_EQ(read, "kept");
 }
 
-TEST(QelLimitedLengthStringDeathTest, ATextBeyondTheSizeEndsTheProcess) {
+TEST(QelLimitedLengthStringDeathTest, TooLongStringTerminatesProcess) {
     TestTree tree;
     tree->putValue(std::string("abcdefghijklmnop"), element);
     Name read;

@@ -26,7 +26,7 @@ boost::shared_ptr<QelNamedOpStrListProperty> shared(const std::string& name) {
     return boost::shared_ptr<QelNamedOpStrListProperty>(new QelNamedOpStrListProperty(name));
 }
 
-TEST(QelNamedOpStrListPropertyTest, WithoutAnOperationItsElementIsMissing) {
+TEST(QelNamedOpStrListPropertyTest, OmitsUnsetOperation) {
     TestTree tree;
     EXPECT_EQ(QelNamedOpStrListProperty::Writer()(*tree, property("mail", {"a", "b"})), 0);
     EXPECT_NE(tree->seekPresence(operationElement), 0);
@@ -35,7 +35,7 @@ TEST(QelNamedOpStrListPropertyTest, WithoutAnOperationItsElementIsMissing) {
     EXPECT_EQ(countChildren(*tree), 3);
 }
 
-TEST(QelNamedOpStrListPropertyTest, EveryOtherOperationIsWritten) {
+TEST(QelNamedOpStrListPropertyTest, WritesEveryOtherOperation) {
     for (const int operation : {0, 2, -2}) {
         QelNamedOpStrListProperty withOperation = property("mail");
         withOperation.setOperation(operation);
@@ -45,7 +45,7 @@ TEST(QelNamedOpStrListPropertyTest, EveryOtherOperationIsWritten) {
     }
 }
 
-TEST(QelNamedOpStrListPropertyTest, OperationNameAndValuesStandInThisOrder) {
+TEST(QelNamedOpStrListPropertyTest, WritesOperationThenNameThenValues) {
     QelNamedOpStrListProperty full = property("mail", {"a"});
     full.setOperation(1);
     TestTree tree;
@@ -58,7 +58,7 @@ TEST(QelNamedOpStrListPropertyTest, OperationNameAndValuesStandInThisOrder) {
     EXPECT_EQ(tree->curID(), valueElement);
 }
 
-TEST(QelNamedOpStrListPropertyTest, ComesBackAsItWas) {
+TEST(QelNamedOpStrListPropertyTest, RoundTrips) {
     QelNamedOpStrListProperty full = property("mail", {"b", "", "a"});
     full.setOperation(2);
     TestTree tree;
@@ -70,7 +70,7 @@ TEST(QelNamedOpStrListPropertyTest, ComesBackAsItWas) {
     EXPECT_THAT(read.get(), ElementsAre("b", "", "a"));
 }
 
-TEST(QelNamedOpStrListPropertyTest, AMissingOrBadOperationIsNone) {
+TEST(QelNamedOpStrListPropertyTest, MissingOrMalformedOperationIsUnset) {
     TestTree tree;
     tree->putValue(std::string("mail"), nameElement);
     QelNamedOpStrListProperty read;
@@ -81,7 +81,7 @@ TEST(QelNamedOpStrListPropertyTest, AMissingOrBadOperationIsNone) {
     EXPECT_EQ(read.getOperation(), -1);
 }
 
-TEST(QelNamedOpStrListPropertyTest, WithoutANameTheReadFailsBeforeTheValues) {
+TEST(QelNamedOpStrListPropertyTest, MissingNameFailsBeforeValuesAreRead) {
     TestTree tree;
     tree->putValue(1, operationElement);
     tree->putValue(std::string("a"), valueElement);
@@ -90,7 +90,7 @@ TEST(QelNamedOpStrListPropertyTest, WithoutANameTheReadFailsBeforeTheValues) {
     EXPECT_TRUE(read.get().empty());
 }
 
-TEST(QelLessNamedOpStrListPropertyPtrTest, OrdersByNameWithoutRegardToCase) {
+TEST(QelLessNamedOpStrListPropertyPtrTest, OrdersByNameCaseInsensitively) {
     const QelLessNamedOpStrListPropertyPtr less;
     EXPECT_TRUE(less(shared("Alpha"), shared("beta")));
     EXPECT_FALSE(less(shared("Beta"), shared("alpha")));
@@ -102,7 +102,7 @@ TEST(QelLessNamedOpStrListPropertyPtrTest, OrdersByNameWithoutRegardToCase) {
     EXPECT_FALSE(all.insert(shared("Mail")).second);
 }
 
-TEST(QelLessNamedOpStrListPropertyPtrDeathTest, TwoNullPointersEndTheProcess) {
+TEST(QelLessNamedOpStrListPropertyPtrDeathTest, TwoNullPointersTerminateProcess) {
     const boost::shared_ptr<QelNamedOpStrListProperty> null;
     EXPECT_DEATH(static_cast<void>(QelLessNamedOpStrListPropertyPtr()(null, null)),
                  "core/src/QelFunctionalityCore/QelProperty:30");

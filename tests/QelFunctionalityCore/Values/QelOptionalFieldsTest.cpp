@@ -16,7 +16,7 @@ template <class T> QelOptionalProperty<T> given(const T& value) {
     return property;
 }
 
-TEST(QelOptionalFieldsTest, AnElementSpecifiesTheProperty) {
+TEST(QelOptionalFieldsTest, ElementSpecifiesProperty) {
     TestTree tree;
     tree->putValue(7, element);
     QelOptionalProperty<int> number;
@@ -28,7 +28,7 @@ TEST(QelOptionalFieldsTest, AnElementSpecifiesTheProperty) {
     EXPECT_EQ(text, given<std::string>("7"));
 }
 
-TEST(QelOptionalFieldsTest, ATextWhereANumberBelongsLeavesThePropertyUnspecified) {
+TEST(QelOptionalFieldsTest, NonNumericValueLeavesPropertyUnspecified) {
     TestTree tree;
     tree->putValue(std::string("text"), element);
     auto number = given(5);
@@ -37,7 +37,7 @@ TEST(QelOptionalFieldsTest, ATextWhereANumberBelongsLeavesThePropertyUnspecified
     EXPECT_EQ(number.get(), 5);
 }
 
-TEST(QelOptionalFieldsTest, AMissingElementUnspecifiesTheProperty) {
+TEST(QelOptionalFieldsTest, MissingElementMakesPropertyUnspecified) {
     TestTree tree;
     auto text = given<std::string>("old");
     EXPECT_EQ(readOptionalProperty(*tree, text, element), 0);
@@ -48,7 +48,7 @@ TEST(QelOptionalFieldsTest, AMissingElementUnspecifiesTheProperty) {
     EXPECT_FALSE(flag.isSpecified());
 }
 
-TEST(QelOptionalFieldsTest, AnUnspecifiedPropertyWritesNothing) {
+TEST(QelOptionalFieldsTest, UnspecifiedPropertyWritesNothing) {
     TestTree tree;
     auto text = given<std::string>("old");
     text.specify(false);
@@ -60,7 +60,7 @@ TEST(QelOptionalFieldsTest, AnUnspecifiedPropertyWritesNothing) {
     EXPECT_EQ(countChildren(*tree), 0);
 }
 
-TEST(QelOptionalFieldsTest, ASpecifiedPropertyWritesItsValue) {
+TEST(QelOptionalFieldsTest, SpecifiedPropertyWritesValue) {
     TestTree tree;
     EXPECT_EQ(writeOptionalProperty(*tree, given<std::string>(""), element), 0);
     EXPECT_EQ(childValue(*tree, element), "");
@@ -68,7 +68,7 @@ TEST(QelOptionalFieldsTest, ASpecifiedPropertyWritesItsValue) {
     EXPECT_EQ(childValue(*tree, 1026), "-3");
 }
 
-TEST(QelOptionalFieldsTest, ABoolGoesOutAsZeroOrOne) {
+TEST(QelOptionalFieldsTest, WritesBoolAsZeroOrOne) {
     TestTree tree;
     EXPECT_EQ(writeOptionalProperty(*tree, given(true), element), 0);
     EXPECT_EQ(childValue(*tree, element), "1");
@@ -88,7 +88,7 @@ TEST(QelOptionalFieldsTest, LongNumbersKeepTheirSign) {
     EXPECT_EQ(read, given(-5LL));
 }
 
-TEST(QelOptionalFieldsTest, ALongTakesTheLowBitsOfWhatWasSent) {
+TEST(QelOptionalFieldsTest, LongReceivesLowBits) {
     constexpr long long large = 0x1234567890;
     TestTree tree;
     EXPECT_EQ(writeOptionalLongLong(*tree, given(large), element), 0);
@@ -97,7 +97,7 @@ TEST(QelOptionalFieldsTest, ALongTakesTheLowBitsOfWhatWasSent) {
     EXPECT_EQ(read, given(static_cast<long>(large)));
 }
 
-TEST(QelOptionalFieldsTest, AnUnreadableLongNumberUnspecifiesAndKeepsTheValue) {
+TEST(QelOptionalFieldsTest, UnreadableLongBecomesUnspecifiedAndKeepsValue) {
     TestTree tree;
     tree->putValue(std::string("text"), element);
     auto number = given(5L);
@@ -106,7 +106,7 @@ TEST(QelOptionalFieldsTest, AnUnreadableLongNumberUnspecifiesAndKeepsTheValue) {
     EXPECT_EQ(number.get(), 5);
 }
 
-TEST(QelOptionalFieldsTest, ARecordIsSpecifiedWhenItReads) {
+TEST(QelOptionalFieldsTest, ReadableRecordBecomesSpecified) {
     TestTree tree;
     EXPECT_EQ(writeOptionalComplex(*tree, given(QelGUID(1, 2)), element), 0);
     QelOptionalProperty<QelGUID> read;
@@ -114,7 +114,7 @@ TEST(QelOptionalFieldsTest, ARecordIsSpecifiedWhenItReads) {
     EXPECT_EQ(read, given(QelGUID(1, 2)));
 }
 
-TEST(QelOptionalFieldsTest, ARecordThatIsMissingOrFailsInsideIsUnspecified) {
+TEST(QelOptionalFieldsTest, MissingOrUnreadableRecordBecomesUnspecified) {
     TestTree tree;
     auto read = given(QelGUID(1, 2));
     EXPECT_EQ(readOptionalComplex(*tree, read, element), 0);

@@ -15,7 +15,7 @@ OptionalText given(const std::string& text) {
     return property;
 }
 
-TEST(QelPropertyTest, HoldsAValue) {
+TEST(QelPropertyTest, StoresValue) {
     QelProperty<int> property;
     EXPECT_EQ(property.get(), 0);
     property.set(1);
@@ -26,25 +26,25 @@ TEST(QelPropertyTest, HoldsAValue) {
     EXPECT_EQ(property.get(), 3);
 }
 
-TEST(QelPropertyTest, GivesAccessToTheMembersOfItsValue) {
+TEST(QelPropertyTest, ProvidesAccessToMembersOfValue) {
     QelProperty<std::vector<int>> property;
     property->push_back(1);
     const auto& constant = property;
     EXPECT_EQ(constant->size(), 1U);
 }
 
-TEST(QelPropertyTest, ATextComesBeforeALargerString) {
+TEST(QelPropertyTest, ComparesWithString) {
     QelProperty<std::string> property;
     property = "b";
     EXPECT_TRUE(property < std::string("c"));
     EXPECT_FALSE(property < std::string("b"));
 }
 
-TEST(QelOptionalPropertyTest, IsUnspecifiedAtStart) {
+TEST(QelOptionalPropertyTest, IsInitiallyUnspecified) {
     EXPECT_FALSE(OptionalText().isSpecified());
 }
 
-TEST(QelOptionalPropertyTest, AValueSpecifiesIt) {
+TEST(QelOptionalPropertyTest, AssignmentSpecifies) {
     OptionalText property;
     property.set("a");
     EXPECT_TRUE(property.isSpecified());
@@ -56,7 +56,7 @@ TEST(QelOptionalPropertyTest, AValueSpecifiesIt) {
     EXPECT_EQ(other.get(), "b");
 }
 
-TEST(QelOptionalPropertyTest, WritingThroughTheReferenceDoesntSpecifyIt) {
+TEST(QelOptionalPropertyTest, WriteThroughReferenceDoesNotSpecify) {
     OptionalText property;
     property.get() = "a";
     EXPECT_FALSE(property.isSpecified());
@@ -71,7 +71,7 @@ TEST(QelOptionalPropertyTest, UnspecifyingKeepsTheValue) {
     EXPECT_EQ(property.get(), "a");
 }
 
-TEST(QelOptionalPropertyTest, CopyAndAssignmentTakeTheSpecificationFromTheSource) {
+TEST(QelOptionalPropertyTest, CopyAndAssignmentCopySpecifiedState) {
     OptionalText unspecified = given("a");
     unspecified.specify(false);
 
@@ -87,7 +87,7 @@ TEST(QelOptionalPropertyTest, CopyAndAssignmentTakeTheSpecificationFromTheSource
     EXPECT_TRUE(assigned.isSpecified());
 }
 
-TEST(QelOptionalPropertyTest, UnspecifiedComesBeforeEveryValue) {
+TEST(QelOptionalPropertyTest, UnspecifiedIsLessThanEveryValue) {
     EXPECT_EQ(OptionalText().compare(given("")), -1);
     EXPECT_EQ(given("").compare(OptionalText()), 1);
     EXPECT_TRUE(OptionalText() < given(""));
@@ -95,14 +95,14 @@ TEST(QelOptionalPropertyTest, UnspecifiedComesBeforeEveryValue) {
     EXPECT_NE(OptionalText(), given(""));
 }
 
-TEST(QelOptionalPropertyTest, UnspecifiedOnesAreEqualWhateverTheyHold) {
+TEST(QelOptionalPropertyTest, UnspecifiedPropertiesCompareEqual) {
     OptionalText property = given("a");
     property.specify(false);
     EXPECT_EQ(property, OptionalText());
     EXPECT_EQ(property.compare(OptionalText()), 0);
 }
 
-TEST(QelOptionalPropertyTest, SpecifiedOnesCompareByValue) {
+TEST(QelOptionalPropertyTest, SpecifiedPropertiesCompareByValue) {
     EXPECT_EQ(given("a").compare(given("b")), -1);
     EXPECT_EQ(given("b").compare(given("a")), 1);
     EXPECT_EQ(given("a").compare(given("a")), 0);
@@ -111,7 +111,7 @@ TEST(QelOptionalPropertyTest, SpecifiedOnesCompareByValue) {
     EXPECT_NE(given("a"), given("b"));
 }
 
-TEST(QelOperationPropertyTest, HasNoOperationAtStart) {
+TEST(QelOperationPropertyTest, InitiallyHasNoOperation) {
     QelOperationProperty<int> property;
     EXPECT_EQ(property.getOperation(), -1);
     property.setOperation(3);
@@ -120,7 +120,7 @@ TEST(QelOperationPropertyTest, HasNoOperationAtStart) {
     EXPECT_EQ(property.get(), 5);
 }
 
-TEST(QelNamedPropertyTest, IsAPropertyWithAName) {
+TEST(QelNamedPropertyTest, AddsNameToProperty) {
     QelNamedProperty<std::vector<std::string>, QelProperty> property("hosts");
     EXPECT_EQ(property.getName(), "hosts");
     property = {"a", "b"};

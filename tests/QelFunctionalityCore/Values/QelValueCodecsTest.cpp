@@ -70,14 +70,14 @@ const QelWireField& row(int id) {
     return qelWireLayout<Values>().fields.front();
 }
 
-TEST(QelValueCodecsTest, WhatIsUnsetIsNotWritten) {
+TEST(QelValueCodecsTest, OmitsUnsetFields) {
     TestTree tree;
     EXPECT_EQ(Values::Writer()(*tree, Values()), 0);
     EXPECT_EQ(countChildren(*tree), 1);
     EXPECT_EQ(tree->seekPresence(1899), 0);
 }
 
-TEST(QelValueCodecsTest, WhatIsMissingIsUnset) {
+TEST(QelValueCodecsTest, MissingFieldsBecomeUnset) {
     TestTree tree;
     Values read;
     read.title = std::string("old");
@@ -90,7 +90,7 @@ TEST(QelValueCodecsTest, WhatIsMissingIsUnset) {
     EXPECT_FALSE(read.servers.isSpecified());
 }
 
-TEST(QelValueCodecsTest, AFullRecordComesBackAsItWas) {
+TEST(QelValueCodecsTest, FullRecordRoundTrips) {
     Values values;
     values.type = "generic";
     values.address = QelIPv6("fe80::1");
@@ -113,7 +113,7 @@ TEST(QelValueCodecsTest, AFullRecordComesBackAsItWas) {
     EXPECT_EQ(read.members, values.members);
 }
 
-TEST(QelValueCodecsTest, ASpecifiedEmptyListIsAnEmptyWrapper) {
+TEST(QelValueCodecsTest, SpecifiedEmptyListIsWrittenAsEmptyWrapper) {
     Values values;
     values.servers.specify(true);
     TestTree tree;
@@ -125,7 +125,7 @@ TEST(QelValueCodecsTest, ASpecifiedEmptyListIsAnEmptyWrapper) {
     EXPECT_TRUE(read.servers.get().empty());
 }
 
-TEST(QelValueCodecsTest, ATextFormReachesTheContentOfAnOptional) {
+TEST(QelValueCodecsTest, Base64FormAppliesToContentOfOptional) {
     Values values;
     values.title = std::string("abc");
     TestTree tree;
@@ -133,7 +133,7 @@ TEST(QelValueCodecsTest, ATextFormReachesTheContentOfAnOptional) {
     EXPECT_EQ(childValue(*tree, 1026), "YWJj");
 }
 
-TEST(QelValueCodecsTest, AnUnreadableOptionalIsUnspecifiedAndFailsAsItsRowSays) {
+TEST(QelValueCodecsTest, UnreadableOptionalBecomesUnspecifiedAndRowDeterminesResult) {
     TestTree tree;
     tree->putValue(std::string("neither"), 1705);
     Values read;
@@ -142,7 +142,7 @@ TEST(QelValueCodecsTest, AnUnreadableOptionalIsUnspecifiedAndFailsAsItsRowSays) 
     EXPECT_FALSE(read.disabled.isSpecified());
 }
 
-TEST(QelValueCodecsTest, ARowTellsTheContentOfAnOptional) {
+TEST(QelValueCodecsTest, RowDescribesContentOfOptional) {
     EXPECT_TRUE(row(1026).codec->isOptional);
     EXPECT_EQ(row(1026).codec->kind, QelWireKind::text);
     EXPECT_TRUE(row(1185).codec->isOptional);
@@ -156,7 +156,7 @@ TEST(QelValueCodecsTest, ARowTellsTheContentOfAnOptional) {
     EXPECT_FALSE(row(1899).codec->isOptional);
 }
 
-TEST(QelValueCodecsTest, CombinatorsFindTheFunctors) {
+TEST(QelValueCodecsTest, CombinatorsFindFunctors) {
     const std::vector<QelIPv6> addresses{QelIPv6("::1"), QelIPv6("::2")};
     TestTree tree;
     EXPECT_EQ(tree->putObject(addresses, QelWriterData(addresses, 1281), 1708), 0);

@@ -10,13 +10,13 @@ namespace {
 using namespace Qel::TestSupport;
 using testing::ElementsAre;
 
-TEST(QelVocIDTest, IsTheSameForOneNameAndOneVersionOnly) {
+TEST(QelVocIDTest, EqualityComparesNameAndVersion) {
     EXPECT_TRUE((QelVocID{"a", "1"} == QelVocID{"a", "1"}));
     EXPECT_FALSE((QelVocID{"a", "1"} == QelVocID{"a", "2"}));
     EXPECT_FALSE((QelVocID{"a", "1"} == QelVocID{"b", "1"}));
 }
 
-TEST(QelVocIDTest, IsOrderedByNameAndThenByVersion) {
+TEST(QelVocIDTest, OrdersByNameThenVersion) {
     const std::set<QelVocID> sorted{{"b", "1"}, {"a", "2"}, {"a", "10"}, {"", "9"}};
     std::vector<std::string> texts;
     for (const QelVocID& id : sorted)
@@ -24,7 +24,7 @@ TEST(QelVocIDTest, IsOrderedByNameAndThenByVersion) {
     EXPECT_THAT(texts, ElementsAre(" 9", "a 10", "a 2", "b 1"));
 }
 
-TEST(QelVocIDTest, AChoiceHoldsOneVersionOfAName) {
+TEST(QelVocIDTest, SetHoldsOneVersionPerName) {
     QelVocIDSet choice{{"a", "2"}, {"b", "1"}};
     EXPECT_FALSE(choice.insert({"a", "1"}).second);
     EXPECT_EQ(choice.size(), 2U);
@@ -33,27 +33,27 @@ TEST(QelVocIDTest, AChoiceHoldsOneVersionOfAName) {
 
 class QelVocIDReaderTest : public testing::Test {
 protected:
-    int readAt(const Voc& voc, QelVocID& id) const {
+    int readAppended(const Voc& voc, QelVocID& id) const {
         message.cursor().seekRoot();
         putVocabulary(message.cursor(), voc);
         message.cursor().firstChild(1871);
         while (message.cursor().nextSibling(1871) == 0) {
         }
         const int result = message.cursor().getObj(id, 0);
-        EXPECT_EQ(message.cursor().curID(), 1871) << "the cursor comes back";
+        EXPECT_EQ(message.cursor().curID(), 1871) << "the cursor returns to the vocabulary";
         return result;
     }
 
     TestMessage message;
 };
 
-TEST_F(QelVocIDReaderTest, TheVersionOfAVocabularyIsAParameterOfIt) {
+TEST_F(QelVocIDReaderTest, ReadsVersionFromParameter) {
     QelVocID id;
-    EXPECT_EQ(readAt({"a", "", {}, {{"x", {}, "7"}, {"vocversion", {}, "1.2"}, {"y"}}}, id), 0);
+    EXPECT_EQ(readAppended({"a", "", {}, {{"x", {}, "7"}, {"vocversion", {}, "1.2"}, {"y"}}}, id), 0);
     EXPECT_TRUE((id == QelVocID{"a", "1.2"}));
 }
 
-TEST_F(QelVocIDReaderTest, ParametersWithoutAnIDArePassedOver) {
+TEST_F(QelVocIDReaderTest, SkipsParametersWithoutID) {
     message.cursor().newChild(1871);
     message.cursor().putValue("a", 1026);
     message.cursor().putChild(1017);
@@ -63,31 +63,32 @@ TEST_F(QelVocIDReaderTest, ParametersWithoutAnIDArePassedOver) {
     EXPECT_EQ(id.version, "3");
 }
 
-TEST_F(QelVocIDReaderTest, TheFirstVersionParameterIsTheOne) {
+TEST_F(QelVocIDReaderTest, UsesFirstVersionParameter) {
     QelVocID id;
-    EXPECT_EQ(readAt({"a", "1", {}, {{"vocversion", {}, "2"}}}, id), 0);
+    EXPECT_EQ(readAppended({"a", "1", {}, {{"vocversion", {}, "2"}}}, id), 0);
     EXPECT_EQ(id.version, "1");
-    EXPECT_EQ(readAt({"b", "", {}, {{"vocversion"}, {"vocversion", {}, "2"}}}, id), -1) << "even one without a value";
+    EXPECT_EQ(readAppended({"b", "", {}, {{"vocversion"}, {"vocversion", {}, "2"}}}, id), -1)
+        << "even if it has no value";
 }
 
-TEST_F(QelVocIDReaderTest, AVocabularyWithoutNameParametersOrVersionHasNoIdentity) {
+TEST_F(QelVocIDReaderTest, RequiresNameAndVersion) {
     QelVocID id{"", "kept"};
-    EXPECT_EQ(readAt({"a"}, id), -1);
-    EXPECT_EQ(readAt({"a", "", {}, {{"x"}, {"version", {}, "1"}}}, id), -1);
+    EXPECT_EQ(readAppended({"a"}, id), -1);
+    EXPECT_EQ(readAppended({"a", "", {}, {{"x"}, {"version", {}, "1"}}}, id), -1);
     EXPECT_EQ(id.version, "kept");
 
     message.cursor().seekRoot();
     message.cursor().newChild(1871);
     putItems(message.cursor(), {"", "1"});
     EXPECT_EQ(message.cursor().getObj(id, 0), -1);
-    // A version in an element of its own is no vocabulary's version.
+    // A vocabulary's version is not read from a version element.
     message.cursor().seekRoot();
     message.cursor().newChild(1871);
     message.cursor().putObj(QelVocID{"a", "1"}, 0);
     EXPECT_EQ(message.cursor().getObj(id, 0), -1);
 }
 
-TEST_F(QelVocIDReaderTest, AloneItHasTheVersionInAnElement) {
+TEST_F(QelVocIDReaderTest, StandaloneRecordHasVersionElement) {
     const QelVocID written{"a", "1"};
     message.cursor().newChild(1115);
     EXPECT_EQ(message.cursor().putObj(written, 0), 0);
@@ -100,19 +101,19 @@ TEST_F(QelVocIDReaderTest, AloneItHasTheVersionInAnElement) {
     EXPECT_EQ(message.cursor().getObject(read, QelVocID::Reader(true), 0), -1);
 }
 
-TEST_F(QelVocIDReaderTest, NamesOf255CharactersAreKept) {
+TEST_F(QelVocIDReaderTest, AcceptsNamesOf255Characters) {
     QelVocID id;
     const std::string longest(255, 'x');
-    EXPECT_EQ(readAt({longest, longest}, id), 0);
+    EXPECT_EQ(readAppended({longest, longest}, id), 0);
     EXPECT_EQ(id.name, longest);
     EXPECT_EQ(id.version, longest);
 }
 
 using QelVocIDDeathTest = QelVocIDReaderTest;
 
-TEST_F(QelVocIDDeathTest, ALongerNameEndsTheProcess) {
+TEST_F(QelVocIDDeathTest, TooLongNameTerminatesProcess) {
     QelVocID id;
-    EXPECT_DEATH(readAt({std::string(256, 'x'), "1"}, id), "QelContainers:108");
+    EXPECT_DEATH(readAppended({std::string(256, 'x'), "1"}, id), "QelContainers:108");
 }
 
 } // namespace

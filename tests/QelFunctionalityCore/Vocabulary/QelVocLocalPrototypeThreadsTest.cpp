@@ -15,7 +15,7 @@ namespace Qel {
 
 namespace {
 
-/// The local agent's vocabulary, at whose first use several threads meet.
+/// Concurrent first use of the local agent's vocabulary.
 class QelVocLocalPrototypeThreadsTest : public testing::Test {
 protected:
     static constexpr int rounds = 30;
@@ -28,17 +28,17 @@ protected:
     }
     ~QelVocLocalPrototypeThreadsTest() override { unsetenv("QEL_ROOT"); }
 
-    /// Each work in a thread of its own, all released at once.
-    template <class... Work> static void meet(const Work&... works) {
+    /// Runs each function in its own thread, started at the same time.
+    template <class... Work> static void runConcurrently(const Work&... works) {
         std::atomic<int> waiting{sizeof...(works)};
-        const auto releasedTogether = [&waiting](const auto& work) {
+        const auto startTogether = [&waiting](const auto& work) {
             --waiting;
             while (waiting != 0)
                 std::this_thread::yield();
             work();
         };
         std::vector<std::thread> threads;
-        (threads.emplace_back([&] { releasedTogether(works); }), ...);
+        (threads.emplace_back([&] { startTogether(works); }), ...);
         for (std::thread& thread : threads)
             thread.join();
     }
@@ -51,33 +51,33 @@ private:
     TestSupport::TempFolder m_folder;
 };
 
-TEST_F(QelVocLocalPrototypeThreadsTest, EachThreadOfTheFirstUseFindsTheVocabulary) {
+TEST_F(QelVocLocalPrototypeThreadsTest, ConcurrentFirstUseFindsVocabularyInEveryThread) {
     for (int round = 0; round < rounds; ++round) {
         QelVocLocalPrototype voc;
         std::atomic<int> found{0};
         const auto read = [&] { found += hasLoad(voc.readParameter("load")); };
-        meet(read, read, read);
+        runConcurrently(read, read, read);
         EXPECT_EQ(found, 3);
     }
 }
 
-TEST_F(QelVocLocalPrototypeThreadsTest, ReaderThatDoesNotLoadFindsAllOrNothing) {
+TEST_F(QelVocLocalPrototypeThreadsTest, ConstReaderFindsAllOrNothingDuringLoad) {
     for (int round = 0; round < rounds; ++round) {
         QelVocLocalPrototype voc;
         std::atomic<int> incomplete{0};
-        meet([&] { EXPECT_TRUE(hasLoad(voc.readParameter("load"))); },
-             [&] {
-                 const std::unique_ptr<QelVocIterator> iterator(std::as_const(voc).read());
-                 incomplete += iterator && iterator->seekParameter("load") != 0;
-             },
-             [&] { static_cast<void>(voc.saveToFile(path("saved"))); });
+        runConcurrently([&] { EXPECT_TRUE(hasLoad(voc.readParameter("load"))); },
+                        [&] {
+                            const std::unique_ptr<QelVocIterator> iterator(std::as_const(voc).read());
+                            incomplete += iterator && iterator->seekParameter("load") != 0;
+                        },
+                        [&] { static_cast<void>(voc.saveToFile(path("saved"))); });
         EXPECT_EQ(incomplete, 0);
     }
 }
 
-TEST_F(QelVocLocalPrototypeThreadsTest, VocabularyIsReplacedOnlyBetweenSaves) {
+TEST_F(QelVocLocalPrototypeThreadsTest, ConcurrentResetAndSaveAreSerialised) {
     QelVocPrototype voc(TestSupport::makeVocabulary({"", "1"}));
-    meet(
+    runConcurrently(
         [&] {
             for (int round = 0; round < rounds; ++round)
                 voc.reset(TestSupport::makeVocabulary({"", "2"}));

@@ -25,18 +25,18 @@ protected:
     QelVocMapIterator at{message.get()};
 };
 
-TEST(QelVocMapIteratorDeathTest, ANullMessageEndsTheProcess) {
+TEST(QelVocMapIteratorDeathTest, NullMessageTerminatesProcess) {
     EXPECT_DEATH(QelVocMapIterator(static_cast<QelMessage*>(nullptr)), "core/src/QelFunctionalityCore/QelVoc:");
 }
 
-TEST_F(QelVocMapIteratorTest, VocabulariesComeByNameAndVersion) {
+TEST_F(QelVocMapIteratorTest, IteratesVocabulariesByNameAndVersion) {
     EXPECT_THAT(vocabulariesOf(at), ElementsAre("base 1", "empty 1", "net 1", "net 2"));
     EXPECT_EQ(at.firstVocabulary(), 0);
     EXPECT_EQ(at.curID(), 1871);
     EXPECT_EQ(childValue(at, 1026), "base");
 }
 
-TEST_F(QelVocMapIteratorTest, AWalkGoesThroughAllVocabulariesAsOneList) {
+TEST_F(QelVocMapIteratorTest, IteratesAllVocabulariesAsOneList) {
     EXPECT_THAT(categoriesOf(at), ElementsAre("cpu", "users", "packets", "traffic"));
     EXPECT_THAT(parametersOf(at), ElementsAre("vocversion", "usage", "load", "vocversion", "vocversion", "errors",
                                               "vocversion", "bytes", "usage"));
@@ -45,14 +45,14 @@ TEST_F(QelVocMapIteratorTest, AWalkGoesThroughAllVocabulariesAsOneList) {
     EXPECT_THAT(parametersOf(at, {"none"}), IsEmpty());
 }
 
-TEST_F(QelVocMapIteratorTest, AfterTheLastCategoryOfAVocabularyComesTheFirstOfTheNext) {
+TEST_F(QelVocMapIteratorTest, LastCategoryIsFollowedByFirstOfNextVocabulary) {
     ASSERT_EQ(at.seekCategory("users"), 0);
     EXPECT_EQ(at.nextCategory(), 0);
     EXPECT_EQ(idOf(at), "packets");
     EXPECT_EQ(textOf(at.getVocID()), "net 1");
 }
 
-TEST_F(QelVocMapIteratorTest, TheVirtualOperationsWalkTheMapThroughABasePointer) {
+TEST_F(QelVocMapIteratorTest, VirtualOperationsIterateMapThroughBasePointer) {
     const QelVocIterator& base = at;
     EXPECT_EQ(base.processParameter({"network"}, true), 0);
     EXPECT_EQ(textOf(at.getVocID()), "net 2");
@@ -63,7 +63,7 @@ TEST_F(QelVocMapIteratorTest, TheVirtualOperationsWalkTheMapThroughABasePointer)
     EXPECT_EQ(base.processCategory({"hardware"}, false), -1);
 }
 
-TEST_F(QelVocMapIteratorTest, TheFirstVocabularyThatCanAnswerASeekDoes) {
+TEST_F(QelVocMapIteratorTest, SeekFindsFirstMatchingVocabulary) {
     EXPECT_EQ(at.seekParameter("usage"), 0);
     EXPECT_EQ(textOf(at.getVocID()), "base 1");
     EXPECT_EQ(at.seekParameter("errors"), 0);
@@ -74,20 +74,20 @@ TEST_F(QelVocMapIteratorTest, TheFirstVocabularyThatCanAnswerASeekDoes) {
     EXPECT_EQ(at.seekParameter("none"), -1);
 }
 
-TEST_F(QelVocMapIteratorTest, AVocabularyWhoseParameterIsOutsideTheRestrictionIsPassedOver) {
+TEST_F(QelVocMapIteratorTest, SeekSkipsVocabularyIfParameterIsOutsideRestriction) {
     at.setRestrictSet({"network"});
     EXPECT_EQ(at.seekParameter("usage"), 0);
     EXPECT_EQ(textOf(at.getVocID()), "net 2");
 }
 
-TEST_F(QelVocMapIteratorTest, VocabulariesWithoutAnIdentityAreLeftOut) {
+TEST_F(QelVocMapIteratorTest, SkipsVocabulariesWithoutIdentity) {
     putVocabulary(message.cursor(), {"nameless version", "", {}, {{"hidden"}}});
     QelVocMapIterator again(message.get());
     EXPECT_THAT(vocabulariesOf(again), ElementsAre("base 1", "empty 1", "net 1", "net 2"));
     EXPECT_EQ(again.seekParameter("hidden"), -1);
 }
 
-TEST_F(QelVocMapIteratorTest, OfSeveralWithOneIdentityTheLastIsTaken) {
+TEST_F(QelVocMapIteratorTest, LastVocabularyWithEqualIdentityCounts) {
     putVocabulary(message.cursor(), {"base", "1", {}, {{"later"}}});
     QelVocMapIterator again(message.get());
     EXPECT_THAT(vocabulariesOf(again), ElementsAre("base 1", "empty 1", "net 1", "net 2"));
@@ -95,7 +95,7 @@ TEST_F(QelVocMapIteratorTest, OfSeveralWithOneIdentityTheLastIsTaken) {
     EXPECT_EQ(again.seekParameter("load"), -1);
 }
 
-TEST_F(QelVocMapIteratorTest, AFilterChoosesByNameAndVersion) {
+TEST_F(QelVocMapIteratorTest, FilterSelectsByNameAndVersion) {
     const QelVocIDSet filter{{"net", "2"}, {"base", "9"}, {"none", "1"}};
     const QelVocMapIterator filtered(message.get(), &filter);
     EXPECT_THAT(vocabulariesOf(filtered), ElementsAre("net 2"));
@@ -103,7 +103,7 @@ TEST_F(QelVocMapIteratorTest, AFilterChoosesByNameAndVersion) {
     EXPECT_EQ(vocabulariesOf(QelVocMapIterator(message.get(), &everything)).size(), 4U);
 }
 
-TEST_F(QelVocMapIteratorTest, ARunTimeFilterHidesByNameWhateverTheVersion) {
+TEST_F(QelVocMapIteratorTest, RunTimeFilterHidesByNameForAllVersions) {
     at.setVocFilter({{"net", "of no matter"}});
     EXPECT_THAT(vocabulariesOf(at), ElementsAre("net 1", "net 2"));
     EXPECT_THAT(categoriesOf(at), ElementsAre("packets", "traffic"));
@@ -116,7 +116,7 @@ TEST_F(QelVocMapIteratorTest, ARunTimeFilterHidesByNameWhateverTheVersion) {
     EXPECT_EQ(vocabulariesOf(at).size(), 4U);
 }
 
-TEST_F(QelVocMapIteratorTest, TheRootIsThePresentVocabulary) {
+TEST_F(QelVocMapIteratorTest, RootIsCurrentVocabulary) {
     EXPECT_EQ(at.seekRoot(), 0);
     EXPECT_EQ(childValue(at, 1026), "base");
     ASSERT_EQ(at.seekParameter("errors"), 0);
@@ -125,7 +125,7 @@ TEST_F(QelVocMapIteratorTest, TheRootIsThePresentVocabulary) {
     EXPECT_EQ(textOf(at.getVocID()), "net 1");
 }
 
-TEST_F(QelVocMapIteratorTest, AtTheEndTheRootIsTheFirstVocabularyThatIsShown) {
+TEST_F(QelVocMapIteratorTest, RootAtEndIsFirstVisibleVocabulary) {
     EXPECT_THAT(parametersOf(at, {"none"}), IsEmpty());
     EXPECT_EQ(at.nextVocabulary(), -1);
     EXPECT_EQ(at.seekRoot(), 0);
@@ -136,13 +136,13 @@ TEST_F(QelVocMapIteratorTest, AtTheEndTheRootIsTheFirstVocabularyThatIsShown) {
     EXPECT_EQ(textOf(at.getVocID()), "net 1");
 }
 
-TEST_F(QelVocMapIteratorTest, ANewIteratorNeverBeginsAtAHiddenVocabulary) {
+TEST_F(QelVocMapIteratorTest, NewIteratorSkipsHiddenVocabulary) {
     at.setVocFilter({{"empty", ""}});
     EXPECT_EQ(at.seekRoot(), 0);
     EXPECT_EQ(textOf(at.getVocID()), "empty 1");
 }
 
-TEST_F(QelVocMapIteratorTest, ACopyHasThePositionAndTheFilters) {
+TEST_F(QelVocMapIteratorTest, CopyHasPositionAndFilters) {
     at.setVocFilter({{"net", ""}});
     at.setRestrictSet({"counter"});
     ASSERT_EQ(at.firstParameter(), 0);
@@ -159,7 +159,7 @@ TEST_F(QelVocMapIteratorTest, ACopyHasThePositionAndTheFilters) {
     EXPECT_EQ(ended->firstVocabulary(), 0);
 }
 
-TEST_F(QelVocMapIteratorTest, AMapWithoutVocabulariesShowsNone) {
+TEST_F(QelVocMapIteratorTest, EmptyMapHasNoVocabularies) {
     const TestMessage none;
     const QelVocMapIterator nothing(none.get());
     EXPECT_EQ(nothing.firstVocabulary(), -1);
@@ -170,7 +170,7 @@ TEST_F(QelVocMapIteratorTest, AMapWithoutVocabulariesShowsNone) {
     EXPECT_EQ(nothing.seekParameter("load"), -1);
 }
 
-TEST_F(QelVocMapIteratorTest, ASeekAllocatesNothing) {
+TEST_F(QelVocMapIteratorTest, SeekDoesNotAllocate) {
     const std::string last = "usage";
     EXPECT_EQ(allocationsOf([&] { EXPECT_EQ(at.seekParameter(last), 0); }), 0U);
     const std::string none = "none";

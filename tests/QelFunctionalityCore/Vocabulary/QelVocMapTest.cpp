@@ -38,7 +38,7 @@ protected:
         const TestMessage source(makeMap({voc}));
         source.cursor().firstChild(1871);
         const int result = QelVocMap::insert(map.getMessage(), &source.cursor());
-        EXPECT_EQ(source.cursor().curID(), 1871) << "the source comes back";
+        EXPECT_EQ(source.cursor().curID(), 1871) << "the source cursor returns to its vocabulary";
         return result;
     }
     int insertPrototype(const QelVocID& id, QelMessage* message) const {
@@ -52,13 +52,13 @@ protected:
     QelVocMap map{makeMap({})};
 };
 
-TEST_F(QelVocMapInsertTest, CopiesAVocabularyWhole) {
+TEST_F(QelVocMapInsertTest, CopiesWholeVocabulary) {
     const Voc voc{"a", "1", {{"cpu", {"hardware"}}}, {{"load", {"cpu"}, "5"}}};
     EXPECT_EQ(insert(voc), 0);
     EXPECT_EQ(binaryOf(*map.getMessage()), binaryOf(*TestMessage(makeMap({voc})).get()));
 }
 
-TEST_F(QelVocMapInsertTest, ASecondOfOneNameAndVersionChangesNothing) {
+TEST_F(QelVocMapInsertTest, IgnoresDuplicateIdentity) {
     EXPECT_EQ(insert({"a", "1", {}, {{"first"}}}), 0);
     EXPECT_EQ(insert({"b", "1"}), 0);
     const std::string before = binaryOf(*map.getMessage());
@@ -67,21 +67,21 @@ TEST_F(QelVocMapInsertTest, ASecondOfOneNameAndVersionChangesNothing) {
     EXPECT_EQ(binaryOf(*map.getMessage()), before);
 }
 
-TEST_F(QelVocMapInsertTest, AnotherVersionStandsBesideTheFirst) {
+TEST_F(QelVocMapInsertTest, AddsOtherVersion) {
     EXPECT_EQ(insert({"a", "1"}), 0);
     EXPECT_EQ(insert({"a", "2"}), 0);
     EXPECT_EQ(vocabularies(), 2);
     EXPECT_THAT(shown(map), ElementsAre("a 1", "a 2"));
 }
 
-TEST_F(QelVocMapInsertTest, AVocabularyWithoutAVersionIsRefused) {
+TEST_F(QelVocMapInsertTest, RequiresVersion) {
     const std::string before = binaryOf(*map.getMessage());
     EXPECT_EQ(insert({"a", "", {}, {{"load"}}}), -1);
     EXPECT_EQ(insert({"a"}), -1);
     EXPECT_EQ(binaryOf(*map.getMessage()), before);
 }
 
-TEST_F(QelVocMapInsertTest, VocabulariesWithoutAnIdentityInTheMapAreInNobodysWay) {
+TEST_F(QelVocMapInsertTest, IgnoresVocabulariesWithoutIdentityInMap) {
     const std::unique_ptr<QelMessageIterator> root(map.getMessage()->rootIterator());
     putVocabulary(*root, {"a"});
     EXPECT_EQ(insert({"a", "1"}), 0);
@@ -90,7 +90,7 @@ TEST_F(QelVocMapInsertTest, VocabulariesWithoutAnIdentityInTheMapAreInNobodysWay
     EXPECT_EQ(vocabularies(), 2);
 }
 
-TEST_F(QelVocMapInsertTest, ADeepParameterIsCopied) {
+TEST_F(QelVocMapInsertTest, CopiesDeeplyNestedParameter) {
     constexpr int depth = 100'000;
     const TestMessage source(makeMap({{"a", "1"}}));
     QelMessageIterator& at = source.cursor();
@@ -111,7 +111,7 @@ TEST_F(QelVocMapInsertTest, ADeepParameterIsCopied) {
     EXPECT_EQ(levels, depth);
 }
 
-TEST_F(QelVocMapInsertTest, APrototypeIsAddedUnderTheNameItIsGiven) {
+TEST_F(QelVocMapInsertTest, AddsPrototypeUnderGivenName) {
     EXPECT_EQ(insertPrototype({"local", "1"}, makeVocabulary({"", "1", {{"cpu"}}, {{"load"}}})), 0);
     EXPECT_THAT(shown(map), ElementsAre("local 1"));
     const std::unique_ptr<QelVocMapIterator> at(map.read());
@@ -121,7 +121,7 @@ TEST_F(QelVocMapInsertTest, APrototypeIsAddedUnderTheNameItIsGiven) {
     EXPECT_EQ(at->curNamespaceID(), 292);
 }
 
-TEST_F(QelVocMapInsertTest, APrototypeOfAKnownIdentityChangesNothing) {
+TEST_F(QelVocMapInsertTest, IgnoresPrototypeWithDuplicateIdentity) {
     EXPECT_EQ(insert({"local", "1"}), 0);
     EXPECT_EQ(insertPrototype({"local", "1"}, makeVocabulary({"", "1", {}, {{"load"}}})), 0);
     EXPECT_EQ(vocabularies(), 1);
@@ -130,7 +130,7 @@ TEST_F(QelVocMapInsertTest, APrototypeOfAKnownIdentityChangesNothing) {
     EXPECT_EQ(vocabularies(), 2);
 }
 
-TEST_F(QelVocMapInsertTest, APrototypeWithoutAVocabularyLeavesAName) {
+TEST_F(QelVocMapInsertTest, PrototypeWithoutVocabularyAddsNameOnly) {
     EXPECT_EQ(insertPrototype({"local", "1"}, nullptr), 0);
     EXPECT_EQ(vocabularies(), 1);
     EXPECT_THAT(shown(map), IsEmpty());
@@ -138,7 +138,7 @@ TEST_F(QelVocMapInsertTest, APrototypeWithoutAVocabularyLeavesAName) {
 
 // ---- erase
 
-TEST_F(QelVocMapTest, EraseTakesOneVersionOut) {
+TEST_F(QelVocMapTest, EraseRemovesOneVersion) {
     EXPECT_EQ(map.erase({"b", "1"}), 0);
     EXPECT_THAT(shown(map), ElementsAre("a 1", "b 2"));
     EXPECT_EQ(map.erase({"b", "1"}), -1);
@@ -149,7 +149,7 @@ TEST_F(QelVocMapTest, EraseTakesOneVersionOut) {
     EXPECT_THAT(shown(map), IsEmpty());
 }
 
-TEST_F(QelVocMapTest, EraseDoesNotReachWhatTheFiltersHide) {
+TEST_F(QelVocMapTest, EraseIgnoresHiddenVocabularies) {
     ASSERT_EQ(map.setRestrictVocSet({"a"}), 0);
     EXPECT_EQ(map.erase({"b", "1"}), -1);
     ASSERT_EQ(map.setRestrictVocSet({}), 0);
@@ -160,9 +160,9 @@ TEST_F(QelVocMapTest, EraseDoesNotReachWhatTheFiltersHide) {
     EXPECT_EQ(loaded.erase({"b", "2"}), 0);
 }
 
-// ---- reading
+// ---- reads
 
-TEST_F(QelVocMapTest, WithoutAMessageThereIsNothingToRead) {
+TEST_F(QelVocMapTest, ReadsFailWithoutMessage) {
     QelVocMap none(nullptr);
     EXPECT_THAT(none.read(), IsNull());
     EXPECT_THAT(none.readCategory("cpu"), IsNull());
@@ -177,7 +177,7 @@ TEST_F(QelVocMapTest, WithoutAMessageThereIsNothingToRead) {
     EXPECT_THAT(none.read(), IsNull());
 }
 
-TEST_F(QelVocMapTest, ReadCategoryIsRestrictedToTheCategories) {
+TEST_F(QelVocMapTest, ReadCategoryRestrictsIterator) {
     const std::unique_ptr<QelVocIterator> at(map.readCategory("cpu"));
     ASSERT_THAT(at, NotNull());
     EXPECT_EQ(at->firstParameter(), 0);
@@ -190,35 +190,35 @@ TEST_F(QelVocMapTest, ReadCategoryIsRestrictedToTheCategories) {
     EXPECT_EQ(both->firstParameter(), -1);
 }
 
-TEST_F(QelVocMapTest, ReadParameterStandsAtTheParameter) {
+TEST_F(QelVocMapTest, ReadParameterReturnsIteratorAtParameter) {
     const std::unique_ptr<QelVocIterator> at(map.readParameter("only b"));
     ASSERT_THAT(at, NotNull());
     EXPECT_EQ(idOf(*at), "only b");
     EXPECT_THAT(map.readParameter("none"), IsNull());
 }
 
-TEST_F(QelVocMapTest, AFeatureIsEnabledByAParameterInAVisibleVocabulary) {
+TEST_F(QelVocMapTest, ParameterInVisibleVocabularyEnablesFeature) {
     EXPECT_TRUE(map.isFeatureEnabled("only b"));
-    EXPECT_FALSE(map.isFeatureEnabled("cpu")) << "a category";
+    EXPECT_FALSE(map.isFeatureEnabled("cpu")) << "cpu is a category";
     ASSERT_EQ(map.setRestrictVocSet({"a"}), 0);
     EXPECT_FALSE(map.isFeatureEnabled("only b"));
     EXPECT_TRUE(map.isFeatureEnabled("load"));
     EXPECT_FALSE(QelVocMap(makeMap(sample), {{"b", "2"}}).isFeatureEnabled("only b"));
 }
 
-TEST_F(QelVocMapTest, TheValueTypeOfACounterStandsInItsParameter) {
+TEST_F(QelVocMapTest, ReadsValueTypeFromParameter) {
     const std::unique_ptr<QelVocIterator> at(map.readParameter("load"));
     at->putValue(0, "value_type");
     int type = 7;
     EXPECT_EQ(map.readValueType("load", type), 0);
     EXPECT_EQ(type, 0);
     type = 7;
-    EXPECT_EQ(map.readValueType("usage", type), -1) << "tells none";
+    EXPECT_EQ(map.readValueType("usage", type), -1) << "the parameter has no value type";
     EXPECT_EQ(map.readValueType("none", type), -1);
     EXPECT_EQ(type, 7);
 }
 
-TEST_F(QelVocMapTest, ReadingCostsByTheNumberOfVocabulariesAndNotOfParameters) {
+TEST_F(QelVocMapTest, ReadAllocationsDependOnVocabulariesNotParameters) {
     Voc large = sample[0];
     large.parameters.resize(500, {"another"});
     const QelVocMap other(makeMap({large, sample[1], sample[2]}));
@@ -228,45 +228,45 @@ TEST_F(QelVocMapTest, ReadingCostsByTheNumberOfVocabulariesAndNotOfParameters) {
     EXPECT_EQ(cost(other), cost(map));
 }
 
-// ---- the restriction
+// ---- setRestrictVocSet
 
-TEST_F(QelVocMapTest, ARestrictionShowsVocabulariesByName) {
+TEST_F(QelVocMapTest, RestrictionSelectsVocabulariesByName) {
     EXPECT_EQ(map.setRestrictVocSet({"b"}), 0);
     EXPECT_THAT(shown(map), ElementsAre("b 1", "b 2"));
-    EXPECT_EQ(map.setRestrictVocSet({"a"}), 0) << "what is hidden now can be shown next";
+    EXPECT_EQ(map.setRestrictVocSet({"a"}), 0) << "a hidden vocabulary can be selected";
     EXPECT_THAT(shown(map), ElementsAre("a 1"));
     EXPECT_EQ(map.setRestrictVocSet({}), 0);
     EXPECT_THAT(shown(map), ElementsAre("a 1", "b 1", "b 2"));
 }
 
-TEST_F(QelVocMapTest, UnknownNamesArePassedOverAndAloneLiftTheRestriction) {
+TEST_F(QelVocMapTest, UnknownNamesAreIgnoredAndAloneRemoveRestriction) {
     EXPECT_EQ(map.setRestrictVocSet({"a", "none"}), 0);
     EXPECT_THAT(shown(map), ElementsAre("a 1"));
     EXPECT_EQ(map.setRestrictVocSet({"none"}), 0);
     EXPECT_THAT(shown(map), ElementsAre("a 1", "b 1", "b 2"));
 }
 
-TEST_F(QelVocMapTest, AnEmptyMapCannotBeRestrictedToAName) {
+TEST_F(QelVocMapTest, EmptyMapCannotBeRestrictedToName) {
     QelVocMap empty(makeMap({}));
     EXPECT_EQ(empty.setRestrictVocSet({"a"}), -1);
     EXPECT_EQ(empty.setRestrictVocSet({}), 0);
 }
 
-TEST_F(QelVocMapTest, WithALoadSetARestrictionCanOnlyNarrowIt) {
+TEST_F(QelVocMapTest, RestrictionMustBeWithinLoadSet) {
     QelVocMap loaded(makeMap(sample), {{"a", "1"}, {"b", "2"}});
     EXPECT_THAT(shown(loaded), ElementsAre("a 1", "b 2"));
     EXPECT_EQ(loaded.setRestrictVocSet({"b"}), 0);
     EXPECT_THAT(shown(loaded), ElementsAre("b 2"));
     EXPECT_EQ(loaded.setRestrictVocSet({"a", "none"}), -1);
-    EXPECT_THAT(shown(loaded), ElementsAre("b 2")) << "the restriction stays";
-    EXPECT_EQ(loaded.setRestrictVocSet({std::string(300, 'x')}), -1) << "a name that no vocabulary can have";
+    EXPECT_THAT(shown(loaded), ElementsAre("b 2")) << "the restriction is unchanged";
+    EXPECT_EQ(loaded.setRestrictVocSet({std::string(300, 'x')}), -1) << "longer than any vocabulary name";
     EXPECT_EQ(loaded.setRestrictVocSet({"a"}), 0);
     EXPECT_THAT(shown(loaded), ElementsAre("a 1"));
     EXPECT_EQ(loaded.setRestrictVocSet({}), 0);
     EXPECT_THAT(shown(loaded), ElementsAre("a 1", "b 2"));
 }
 
-TEST_F(QelVocMapTest, ALoadSetIsAskedEvenForVocabulariesThatAreNotThere) {
+TEST_F(QelVocMapTest, LoadSetAppliesEvenIfVocabularyIsMissing) {
     QelVocMap loaded(makeMap({}), {{"a", "1"}});
     EXPECT_EQ(loaded.setRestrictVocSet({"b"}), -1);
     EXPECT_EQ(loaded.setRestrictVocSet({"a"}), 0);

@@ -21,7 +21,7 @@ using Iterator = std::unique_ptr<QelVocIterator>;
 
 const Voc sample{"", "1.2", {{"cpu", {"hardware"}}}, {{"load", {"cpu"}}, {"usage", {"cpu", "counter"}}}};
 
-TEST(QelVocPrototypeTest, WithoutAMessageThereIsNothingToRead) {
+TEST(QelVocPrototypeTest, ReadsFailWithoutMessage) {
     QelVocPrototype none;
     EXPECT_THAT(none.getMessage(), IsNull());
     EXPECT_THAT(none.newIterator(), IsNull());
@@ -35,7 +35,7 @@ TEST(QelVocPrototypeTest, WithoutAMessageThereIsNothingToRead) {
     EXPECT_EQ(none.saveToFile("/none/none"), -1);
 }
 
-TEST(QelVocPrototypeTest, ReadCategoryIsRestricted) {
+TEST(QelVocPrototypeTest, ReadCategoryRestrictsIterator) {
     QelVocPrototype voc(makeVocabulary(sample));
     const Iterator one(voc.readCategory("cpu"));
     ASSERT_THAT(one, NotNull());
@@ -49,7 +49,7 @@ TEST(QelVocPrototypeTest, ReadCategoryIsRestricted) {
     EXPECT_EQ(Iterator(std::as_const(voc).readCategory("none"))->firstParameter(), -1);
 }
 
-TEST(QelVocPrototypeTest, ReadParameterStandsAtTheParameter) {
+TEST(QelVocPrototypeTest, ReadParameterReturnsIteratorAtParameter) {
     QelVocPrototype voc(makeVocabulary(sample));
     EXPECT_EQ(idOf(*Iterator(voc.readParameter("usage"))), "usage");
     EXPECT_EQ(idOf(*Iterator(std::as_const(voc).readParameter("usage"))), "usage");
@@ -58,7 +58,7 @@ TEST(QelVocPrototypeTest, ReadParameterStandsAtTheParameter) {
     EXPECT_FALSE(voc.isFeatureEnabled("cpu"));
 }
 
-TEST(QelVocPrototypeTest, ResetPutsAnotherMessageInPlace) {
+TEST(QelVocPrototypeTest, ResetReplacesMessage) {
     QelVocPrototype voc(makeVocabulary(sample));
     QelMessage* const other = makeVocabulary({"", "2"});
     voc.reset(other);
@@ -68,17 +68,17 @@ TEST(QelVocPrototypeTest, ResetPutsAnotherMessageInPlace) {
     EXPECT_THAT(voc.read(), IsNull());
 }
 
-TEST(QelVocPrototypeTest, TheVersionIsKeptOnceItIsFound) {
+TEST(QelVocPrototypeTest, VersionIsCachedOnceFound) {
     QelVocPrototype voc(makeVocabulary({"", "", {}, {{"load"}}}));
     EXPECT_EQ(voc.readVersion(), "");
     voc.reset(makeVocabulary(sample));
-    EXPECT_EQ(voc.readVersion(), "1.2") << "an empty one is looked for again";
+    EXPECT_EQ(voc.readVersion(), "1.2") << "an empty version is not cached";
     voc.reset(makeVocabulary({"", "2"}));
-    EXPECT_EQ(voc.readVersion(), "1.2") << "a new message doesn't change it";
+    EXPECT_EQ(voc.readVersion(), "1.2") << "a new message does not change it";
     EXPECT_EQ(QelVocPrototype().readVersion(), "");
 }
 
-TEST(QelVocPrototypeTest, ComesBackFromAFile) {
+TEST(QelVocPrototypeTest, FileRoundTrips) {
     const TempFolder folder;
     const std::string path = folder.path("voc");
     EXPECT_EQ(QelVocPrototype(makeVocabulary(sample)).saveToFile(path), 0);
@@ -88,7 +88,7 @@ TEST(QelVocPrototypeTest, ComesBackFromAFile) {
     EXPECT_EQ(voc.saveToFile(folder.path("none/voc")), -1);
 }
 
-TEST(QelVocPrototypeTest, AFileThatCannotBeReadChangesNothing) {
+TEST(QelVocPrototypeTest, UnreadableFileChangesNothing) {
     const TempFolder folder;
     QelVocPrototype voc(makeVocabulary(sample));
     QelMessage* const before = voc.getMessage();
@@ -97,7 +97,7 @@ TEST(QelVocPrototypeTest, AFileThatCannotBeReadChangesNothing) {
     EXPECT_EQ(voc.getMessage(), before);
 }
 
-// ---- the record
+// ---- Reader and Writer
 
 class QelVocPrototypeRecordTest : public testing::Test {
 protected:
@@ -107,7 +107,7 @@ protected:
     QelMessageIterator& at = message.cursor();
 };
 
-TEST_F(QelVocPrototypeRecordTest, TheContentTravelsAndNothingAroundIt) {
+TEST_F(QelVocPrototypeRecordTest, WritesContentWithoutWrapper) {
     const QelVocPrototype voc(makeVocabulary(sample));
     EXPECT_EQ(at.putObj(voc, 0), 0);
     EXPECT_EQ(at.curID(), 1115);
@@ -124,7 +124,7 @@ TEST_F(QelVocPrototypeRecordTest, TheContentTravelsAndNothingAroundIt) {
     EXPECT_TRUE(Iterator(back.readParameter("usage"))->belongsTo("counter"));
 }
 
-TEST_F(QelVocPrototypeRecordTest, WhatIsWrittenIsInTheVocabularyNamespace) {
+TEST_F(QelVocPrototypeRecordTest, WritesElementsInVocabularyNamespace) {
     at.putValue("beside", 1026);
     EXPECT_EQ(at.putObj(QelVocPrototype(makeVocabulary(sample)), 0), 0);
     ASSERT_EQ(at.firstChild(), 0);
@@ -132,25 +132,25 @@ TEST_F(QelVocPrototypeRecordTest, WhatIsWrittenIsInTheVocabularyNamespace) {
         EXPECT_EQ(at.curNamespaceID(), 292) << at.curName();
     while (at.nextSibling() == 0);
     EXPECT_EQ(at.firstChild(), 0);
-    EXPECT_EQ(at.curNamespaceID(), 0) << "what is below isn't touched";
+    EXPECT_EQ(at.curNamespaceID(), 0) << "nested elements are unchanged";
 }
 
-TEST_F(QelVocPrototypeRecordTest, AnEmptyVocabularyIsOne) {
+TEST_F(QelVocPrototypeRecordTest, ReaderAcceptsEmptyVocabulary) {
     QelVocPrototype voc(makeVocabulary(sample));
     EXPECT_EQ(at.getObj(voc, 0), 0);
     ASSERT_THAT(voc.getMessage(), NotNull());
     EXPECT_EQ(Iterator(voc.read())->seekRoot(), 0);
-    EXPECT_FALSE(voc.isFeatureEnabled("load")) << "the former one has gone";
+    EXPECT_FALSE(voc.isFeatureEnabled("load")) << "the previous vocabulary is replaced";
     EXPECT_EQ(at.putObj(voc, 0), 0);
     EXPECT_EQ(at.firstChild(), -1);
 }
 
-TEST_F(QelVocPrototypeRecordTest, NoVocabularyCannotBeWritten) {
+TEST_F(QelVocPrototypeRecordTest, WriterRequiresVocabulary) {
     EXPECT_EQ(at.putObj(QelVocPrototype(), 0), -1);
-    EXPECT_EQ(at.putObj(QelVocPrototype(makeMap({})), 0), -1) << "a message without one";
+    EXPECT_EQ(at.putObj(QelVocPrototype(makeMap({})), 0), -1) << "a message without a vocabulary";
 }
 
-// ---- the local agent's
+// ---- QelVocLocalPrototype
 
 class QelVocLocalPrototypeTest : public testing::Test {
 protected:
@@ -165,19 +165,19 @@ protected:
     TempFolder folder;
 };
 
-TEST_F(QelVocLocalPrototypeTest, LoadsItsFileWhenItIsFirstRead) {
+TEST_F(QelVocLocalPrototypeTest, LoadsFileAtFirstRead) {
     writeFile(sample);
     QelVocLocalPrototype voc;
-    EXPECT_FALSE(voc.isFeatureEnabled("load")) << "that alone doesn't load it";
+    EXPECT_FALSE(voc.isFeatureEnabled("load")) << "const operations do not load";
     EXPECT_THAT(std::as_const(voc).read(), IsNull());
     EXPECT_EQ(idOf(*Iterator(voc.readParameter("load"))), "load");
     EXPECT_TRUE(voc.isFeatureEnabled("load"));
     EXPECT_EQ(voc.readVersion(), "1.2");
     writeFile({"", "2"});
-    EXPECT_THAT(Iterator(voc.readParameter("load")), NotNull()) << "it is loaded once";
+    EXPECT_THAT(Iterator(voc.readParameter("load")), NotNull()) << "the file is loaded only once";
 }
 
-TEST_F(QelVocLocalPrototypeTest, AMissingFileIsTriedAgain) {
+TEST_F(QelVocLocalPrototypeTest, RetriesMissingFile) {
     QelVocLocalPrototype voc;
     EXPECT_THAT(voc.read(), IsNull());
     EXPECT_THAT(voc.readCategory("cpu"), IsNull());
@@ -187,9 +187,9 @@ TEST_F(QelVocLocalPrototypeTest, AMissingFileIsTriedAgain) {
     EXPECT_TRUE(voc.isFeatureEnabled("load"));
 }
 
-// The process has one, so each of these has a process.
+// getVoc() is a singleton, so each of these tests runs in a child process.
 
-TEST_F(QelVocLocalPrototypeTest, TheProcessHasOneThatIsLoaded) {
+TEST_F(QelVocLocalPrototypeTest, SingletonIsLoaded) {
     writeFile(sample);
     EXPECT_EQ(inChild([] {
                   const auto voc = QelVocPrototype::getVoc();
@@ -198,7 +198,7 @@ TEST_F(QelVocLocalPrototypeTest, TheProcessHasOneThatIsLoaded) {
               0);
 }
 
-TEST_F(QelVocLocalPrototypeTest, TheProcessesOwnIsThereWithoutItsFileToo) {
+TEST_F(QelVocLocalPrototypeTest, SingletonExistsWithoutFile) {
     EXPECT_EQ(inChild([this] {
                   const auto voc = QelVocPrototype::getVoc();
                   if (!voc || voc->getMessage())

@@ -1,4 +1,4 @@
-// Vocabulary iteration and filters beside a model: the same vocabularies as plain lists, walked with plain loops.
+// Compares iteration and filters of vocabularies with a model: plain lists and plain loops.
 
 #include <algorithm>
 #include <array>
@@ -18,12 +18,12 @@ using namespace Qel::TestSupport;
 constexpr int runs = 400;
 
 using Names = std::set<std::string>;
-/// Vocabulary and ID of each item that a walk meets.
-using Walk = std::vector<std::pair<std::string, std::string>>;
+/// Vocabulary and ID of each visited item.
+using Visits = std::vector<std::pair<std::string, std::string>>;
 
 class VocModelTest : public testing::Test {
 protected:
-    // Few words, so that names, versions, IDs and categories meet often.
+    // Few words, so that names, versions, IDs and categories often match.
     static constexpr std::array<const char*, 4> names{"net", "base", "agent", "disk"};
     static constexpr std::array<const char*, 3> versions{"1", "2", "10"};
     static constexpr std::array<const char*, 5> words{"a", "b", "c", "d", "e"};
@@ -63,7 +63,7 @@ protected:
 
     // ---- the model
 
-    /// What is in the map and let pass by its fixed filter, in the order of a walk.
+    /// The vocabularies that pass the load set, in iteration order.
     [[nodiscard]] std::vector<const Voc*> loaded() const {
         std::map<std::pair<std::string, std::string>, const Voc*> byIdentity;
         for (const Voc& voc : vocs)
@@ -84,19 +84,19 @@ protected:
         std::erase_if(all, [&](const Voc* voc) { return !restriction.empty() && !restriction.contains(voc->name); });
         return all;
     }
-    /// What a restriction to these names answers, which it also becomes.
+    /// Sets the restriction, and returns the result expected from setRestrictVocSet().
     int restrict(const Names& wanted) {
         Names result;
         for (const std::string& name : wanted) {
             const bool isInLoadSet =
                 std::any_of(loadSet.begin(), loadSet.end(), [&](const QelVocID& id) { return id.name == name; });
             const auto all = loaded();
-            const bool isThere = std::any_of(all.begin(), all.end(), [&](const Voc* voc) { return voc->name == name; });
+            const bool exists = std::any_of(all.begin(), all.end(), [&](const Voc* voc) { return voc->name == name; });
             if (!loadSet.empty() && !isInLoadSet)
                 return -1;
             if (loadSet.empty() && all.empty())
                 return -1;
-            if (loadSet.empty() ? isThere : isInLoadSet)
+            if (loadSet.empty() ? exists : isInLoadSet)
                 result.insert(name);
         }
         restriction = result;
@@ -114,15 +114,15 @@ protected:
     }
     static std::vector<VocItem> categoriesOf(const Voc& voc) { return voc.categories; }
 
-    template <class Items> Walk walk(const Items& itemsOf, const Names& categories) const {
-        Walk met;
+    template <class Items> Visits visit(const Items& itemsOf, const Names& categories) const {
+        Visits visited;
         for (const Voc* voc : visible())
             for (const VocItem& item : itemsOf(*voc))
                 if (belongs(item, categories))
-                    met.emplace_back(voc->name + ' ' + voc->version, item.id);
-        return met;
+                    visited.emplace_back(voc->name + ' ' + voc->version, item.id);
+        return visited;
     }
-    /// The vocabulary in which a seek ends, or nothing.
+    /// The vocabulary where a seek succeeds; empty if it fails.
     template <class Items>
     std::string seek(const Items& itemsOf, const std::string& id, const Names& categories) const {
         for (const Voc* voc : visible()) {
@@ -137,14 +137,14 @@ protected:
 
     // ---- the map
 
-    static Walk walkMap(const QelVocMapIterator& at, const Names& categories, bool parameters) {
+    static Visits visitMap(const QelVocMapIterator& at, const Names& categories, bool parameters) {
         const auto step = [&](bool first) {
             return parameters ? at.processParameter(categories, first) : at.processCategory(categories, first);
         };
-        Walk met;
+        Visits visited;
         for (int result = step(true); result == 0; result = step(false))
-            met.emplace_back(TestSupport::textOf(at.getVocID()), idOf(at));
-        return met;
+            visited.emplace_back(TestSupport::textOf(at.getVocID()), idOf(at));
+        return visited;
     }
 
     std::mt19937 random{20261121};
@@ -153,8 +153,8 @@ protected:
     Names restriction;
 };
 
-TEST_F(VocModelTest, WalksSeeksAndFiltersAgreeWithPlainLists) {
-    std::size_t met = 0;
+TEST_F(VocModelTest, IterationSeeksAndFiltersMatchModel) {
+    std::size_t visited = 0;
     std::size_t found = 0;
     for (int run = 0; run < runs && !HasFailure(); ++run) {
         makeVocabularies();
@@ -173,10 +173,10 @@ TEST_F(VocModelTest, WalksSeeksAndFiltersAgreeWithPlainLists) {
             EXPECT_EQ(vocabulariesOf(*at), identities);
 
             const Names categories = some(words, 2);
-            const Walk parameters = walk(parametersOf, categories);
-            met += parameters.size();
-            EXPECT_EQ(walkMap(*at, categories, true), parameters);
-            EXPECT_EQ(walkMap(*at, categories, false), walk(categoriesOf, categories));
+            const Visits parameters = visit(parametersOf, categories);
+            visited += parameters.size();
+            EXPECT_EQ(visitMap(*at, categories, true), parameters);
+            EXPECT_EQ(visitMap(*at, categories, false), visit(categoriesOf, categories));
 
             at->setRestrictSet(categories);
             for (const char* const id : words) {
@@ -189,12 +189,12 @@ TEST_F(VocModelTest, WalksSeeksAndFiltersAgreeWithPlainLists) {
             }
         }
     }
-    EXPECT_GT(met, 1000U) << "the vocabularies must not be too different to meet";
+    EXPECT_GT(visited, 1000U) << "random vocabularies and filters must match often enough";
     EXPECT_GT(found, 1000U);
 }
 
-TEST_F(VocModelTest, MergingAndErasingAgreeWithPlainLists) {
-    std::size_t refused = 0;
+TEST_F(VocModelTest, InsertAndEraseMatchModel) {
+    std::size_t rejected = 0;
     for (int run = 0; run < runs && !HasFailure(); ++run) {
         makeVocabularies();
         QelVocMap map(makeMap({}));
@@ -206,7 +206,7 @@ TEST_F(VocModelTest, MergingAndErasingAgreeWithPlainLists) {
             const TestMessage source(makeMap({voc}));
             source.cursor().firstChild(1871);
             EXPECT_EQ(QelVocMap::insert(map.getMessage(), &source.cursor()), voc.version.empty() ? -1 : 0);
-            refused += voc.version.empty() ? 1U : 0U;
+            rejected += voc.version.empty() ? 1U : 0U;
             if (!voc.version.empty() && same == model.end())
                 model.push_back(voc);
             if (below(4) != 0)
@@ -218,7 +218,7 @@ TEST_F(VocModelTest, MergingAndErasingAgreeWithPlainLists) {
         }
         EXPECT_EQ(binaryOf(*map.getMessage()), binaryOf(*TestMessage(makeMap(model)).get())) << "run " << run;
     }
-    EXPECT_GT(refused, 100U);
+    EXPECT_GT(rejected, 100U);
 }
 
 } // namespace

@@ -18,13 +18,13 @@ using Categories = QelVocIterator::Categories;
 struct VocItem {
     std::string id;
     std::vector<std::string> categories{};
-    std::string value{}; ///< of a parameter; empty for none
+    std::string value{}; ///< parameters only; empty: no value
 };
 
 /// A vocabulary as plain lists.
 struct Voc {
     std::string name;
-    std::string version{}; ///< becomes the first parameter, unless it is empty
+    std::string version{}; ///< written as the first parameter unless empty
     std::vector<VocItem> categories{};
     std::vector<VocItem> parameters{};
 };
@@ -39,7 +39,7 @@ inline void putItem(QelMessageIterator& at, int element, const VocItem& item) {
     at.seekUp();
 }
 
-/// The categories and parameters, as children of the current element.
+/// Adds the categories and parameters as children of the current element.
 inline void putItems(QelMessageIterator& at, const Voc& voc) {
     for (const VocItem& category : voc.categories)
         putItem(at, 1264, category);
@@ -49,7 +49,7 @@ inline void putItems(QelMessageIterator& at, const Voc& voc) {
         putItem(at, 1017, parameter);
 }
 
-/// Adds the vocabulary to a map, at whose root the cursor stands.
+/// Adds the vocabulary to a map.  The cursor must be at its root.
 inline void putVocabulary(QelMessageIterator& root, const Voc& voc) {
     root.newChild(1871);
     root.putValue(voc.name, 1026);
@@ -57,7 +57,7 @@ inline void putVocabulary(QelMessageIterator& root, const Voc& voc) {
     root.seekUp();
 }
 
-/// A message with these vocabularies; the caller's.
+/// Returns a message with these vocabularies, owned by the caller.
 [[nodiscard]] inline QelMessage* makeMap(const std::vector<Voc>& vocs) {
     QelMessage* const message = QelMessage::getFactory()->createNew();
     message->create(0);
@@ -67,7 +67,7 @@ inline void putVocabulary(QelMessageIterator& root, const Voc& voc) {
     return message;
 }
 
-/// A message with one vocabulary of its own, without its name; the caller's.
+/// Returns a message with a single vocabulary, without its name, owned by the caller.
 [[nodiscard]] inline QelMessage* makeVocabulary(const Voc& voc) {
     QelMessage* const message = QelMessage::getFactory()->createNew();
     message->create(0);
@@ -78,14 +78,14 @@ inline void putVocabulary(QelMessageIterator& root, const Voc& voc) {
     return message;
 }
 
-/// The ID of what is under the cursor.
+/// ID of the item under the cursor; "(none)" if it has none.
 [[nodiscard]] inline std::string idOf(const QelVocIterator& at) {
     std::string id = "(none)";
     at.getID(id);
     return id;
 }
 
-/// The IDs that a walk meets.
+/// IDs of the items, in iteration order.
 [[nodiscard]] inline std::vector<std::string> categoriesOf(const QelVocIterator& at, const Categories& belonging = {}) {
     std::vector<std::string> ids;
     for (int result = at.firstCategory(belonging); result == 0; result = at.nextCategory(belonging))
@@ -103,7 +103,7 @@ inline void putVocabulary(QelMessageIterator& root, const Voc& voc) {
     return std::string(id.name.c_str()) + ' ' + id.version.c_str();
 }
 
-/// The vocabularies that an iterator shows, as "NAME VERSION".
+/// The visible vocabularies, as "NAME VERSION".
 [[nodiscard]] inline std::vector<std::string> vocabulariesOf(const QelVocMapIterator& at) {
     std::vector<std::string> ids;
     for (int result = at.firstVocabulary(); result == 0; result = at.nextVocabulary())

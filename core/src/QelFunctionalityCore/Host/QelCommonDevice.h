@@ -13,7 +13,7 @@ namespace Qel {
 struct QelCommonDevice {
     virtual ~QelCommonDevice() = default;
 
-    /// A copy of the object's own class.
+    /// Returns a copy with the dynamic type of the object.
     [[nodiscard]] virtual boost::shared_ptr<QelCommonDevice> clone() const;
 
     std::string name;

@@ -37,7 +37,7 @@ template <> const QelWireLayout& qelWireLayout<QelDate>() {
 int QelDate::Reader::operator()(const QelMessageIterator& cursor, QelDate& date) const {
     const int result = readByLayout(qelWireLayout<QelDate>(), &date, cursor);
     if (result == 0 && date.isEmpty()) {
-        setErrorMessage("can't read QelDate: neither a time nor a text");
+        setErrorMessage("can't read QelDate: neither time nor string is set");
         return -1;
     }
     return result;
@@ -45,7 +45,7 @@ int QelDate::Reader::operator()(const QelMessageIterator& cursor, QelDate& date)
 
 int QelDate::Writer::operator()(QelMessageIterator& cursor, const QelDate& date) const {
     if (date.isEmpty()) {
-        setErrorMessage("can't write QelDate: neither a time nor a text");
+        setErrorMessage("can't write QelDate: neither time nor string is set");
         return -1;
     }
     return writeByLayout(qelWireLayout<QelDate>(), &date, cursor);

@@ -11,7 +11,7 @@ struct QelTimeZone {
     std::string name;
     std::string f1788;
 
-    /// -1 when the cursor answers just that for one of the fields; any other answer lets the reading go on.
+    /// Stops with -1 if the cursor returns -1 for a field.  Any other nonzero result is ignored.
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelTimeZone& zone) const;
     };
@@ -20,12 +20,12 @@ struct QelTimeZone {
     using writer_type = Writer;
 };
 
-/// A point in time as a number or as a text.
+/// A point in time, as a number or a string.
 struct QelDate {
-    long time = 0; ///< seconds since the epoch; 0 for none
+    long time = 0; ///< seconds since the epoch; 0: unset
     std::string f2007;
 
-    /// Whether it tells no time at all: such a date is neither read nor written.
+    /// Whether both fields are unset.  Reading or writing an empty date fails.
     [[nodiscard]] bool isEmpty() const { return time == 0 && f2007.empty(); }
 
     struct Reader {

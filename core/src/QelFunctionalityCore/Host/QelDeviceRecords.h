@@ -10,7 +10,7 @@
 
 namespace Qel {
 
-/// A device and where it is mounted.
+/// A device and its mount point.
 struct QelDevMountInfo {
     std::string f1114;
     std::string f1113;
@@ -21,7 +21,7 @@ struct QelDevMountInfo {
     std::string f1250;
 
     using Reader = QelRecordReader<QelDevMountInfo>;
-    /// -1 when f1117 is empty; the other elements are written all the same.
+    /// -1 if f1117 is empty; the other elements are still written.
     struct Writer : QelWriterBaseT<Writer> {
         int operator()(QelMessageIterator& cursor, const QelDevMountInfo& info) const;
     };
@@ -41,9 +41,9 @@ struct QelDeviceInfo {
     using writer_type = Writer;
 };
 
-/// One end of a device's forwarding.  Without a device it can't be written.
+/// One end of a forwarded device.  Cannot be written if `device` is null.
 struct QelForwardPoint {
-    QelEID eid; ///< invalid: none is told
+    QelEID eid; ///< invalid: unset
     boost::shared_ptr<QelCommonDevice> device;
 
     using Reader = QelRecordReader<QelForwardPoint>;
@@ -52,7 +52,7 @@ struct QelForwardPoint {
     using writer_type = Writer;
 };
 
-/// A device of one environment that another one uses.
+/// A device of one environment, forwarded to another.
 struct QelForwardDevice {
     QelForwardPoint source;
     QelForwardPoint destination;

@@ -7,7 +7,7 @@
 
 namespace Qel {
 
-/// A file system on a host's disks.
+/// A file system on a disk of a host.
 struct QelDiskPartition {
     std::string name;
     std::string f1297;

@@ -8,7 +8,7 @@
 
 namespace Qel {
 
-/// An image of a disk.  Each field may be left out; one that can't be read counts as left out.
+/// A disk image.  All fields are optional; a field that cannot be read becomes unspecified.
 struct QelDiskImage {
     QelOptionalProperty<QelGUID> id;
     QelOptionalProperty<QelGUID> f2248;
@@ -36,14 +36,14 @@ struct QelImageInfo {
     using writer_type = Writer;
 };
 
-/// A folder that other hosts may use.  Each field may be left out; one that can't be read counts as left out.
+/// A directory shared with other hosts.  All fields are optional; a field that cannot be read becomes unspecified.
 struct QelFileShare {
     QelOptionalProperty<QelGUID> id;
     QelOptionalProperty<std::string> name;
     QelOptionalProperty<std::string> path;
     QelOptionalProperty<std::string> description;
     QelOptionalProperty<std::string> f2247;
-    QelOptionalProperty<std::string> password; ///< never to be logged
+    QelOptionalProperty<std::string> password; ///< must never be logged
     QelOptionalProperty<int> f1192;
     QelOptionalProperty<long> f1845;
     QelOptionalProperty<int> f1712;

@@ -24,7 +24,7 @@ struct QelVtVersion {
     using writer_type = Writer;
 };
 
-/// File types, by name.  Reading always succeeds.
+/// Names of file types.  Reading always succeeds.
 struct QelFileListType {
     std::vector<std::string> f2289;
 
@@ -34,7 +34,7 @@ struct QelFileListType {
     using writer_type = Writer;
 };
 
-/// A configuration from which new environments are made.
+/// A configuration from which new environments are created.
 struct QelEnvSample {
     QelGUID id;
     boost::shared_ptr<QelVEnvConfig> config; ///< may be null
@@ -45,9 +45,9 @@ struct QelEnvSample {
     using writer_type = Writer;
 };
 
-/// A sample with what its makers tell of it.
+/// A sample with its name and version.
 struct QelSampleConf {
-    boost::shared_ptr<QelEnvConfig> config; ///< must be there
+    boost::shared_ptr<QelEnvConfig> config; ///< must not be null
     QelGUID id;
     std::string name;
     std::string f1034; ///< any bytes
@@ -59,13 +59,13 @@ struct QelSampleConf {
     using writer_type = Writer;
 };
 
-/// What a host is looked up by.
+/// Criteria for looking up a host.
 struct QelHNLookupInfoType {
     std::string hostname;
     std::vector<std::string> f1072;
     QelOS os;
 
-    /// -1, and a log record, when the host name or the list can't be read.
+    /// Logs an error and returns -1 if the host name or the list cannot be read.
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelHNLookupInfoType& info) const;
     };

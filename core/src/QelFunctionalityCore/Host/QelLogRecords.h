@@ -21,7 +21,7 @@ struct QelLogClass {
     using writer_type = Writer;
 };
 
-/// The setting of one part of a log.
+/// The settings of one part of a log.
 struct QelLogInfo {
     std::string name;
     int f1089 = 0;

@@ -64,7 +64,7 @@ constexpr QelWireLayout accounts = partOf(Wire<QelMailerConfig>::accounts);
 
 } // namespace
 
-// The functors go down to the accounts and stay there.
+// Both functors leave the cursor at the accounts element; see the header.
 
 int QelMailerConfig::Reader::operator()(const QelMessageIterator& cursor, QelMailerConfig& config) const {
     if (readByLayout(head, &config, cursor) != 0)

@@ -7,11 +7,11 @@
 
 namespace Qel {
 
-/// A template of the mail that the agent sends.
+/// A template for mail sent by the agent.
 struct QelMailTemplate {
     std::string name;
     std::string text1328;  ///< any bytes
-    bool flag1607 = false; ///< reading sets it, and never clears it
+    bool flag1607 = false; ///< a read may set it but never clears it
 
     using Reader = QelRecordReader<QelMailTemplate>;
     using Writer = QelRecordWriter<QelMailTemplate>;
@@ -19,7 +19,7 @@ struct QelMailTemplate {
     using writer_type = Writer;
 };
 
-/// A sender or receiver of mail.
+/// A sender or recipient of mail.
 struct QelMailerAccount {
     std::string name;
     std::string address1099;
@@ -36,12 +36,12 @@ struct QelMailerConfig {
     QelOptionalProperty<QelMailerAccount> account2152;
     QelOptionalProperty<QelMailerAccount> account1044;
 
-    /// Takes over whether mail is enabled, and those accounts that `other` has; always 0.
+    /// Copies `enabled2150` and the specified accounts from `other`.  Always 0.
     int merge(const QelMailerConfig& other);
 
-    /// The accounts lie in an element 2151, and both functors leave the cursor there: whoever goes on with it stands
-    /// one level deeper, and one seekUp() leads to the record's own element.  Reading a record without that element
-    /// leaves the cursor where it was.
+    /// The accounts are nested in an element 2151.  Trap: both functors leave the cursor at that element, one level
+    /// below the record's own element, and the caller has to call seekUp().  Reading a record without element 2151 does
+    /// not move the cursor.
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelMailerConfig& config) const;
     };

@@ -8,8 +8,8 @@ namespace Qel {
 
 namespace {
 
-// The last to be read, so that it can tell whether there was anything.  Numbers above 2^31 cross the wire as negative
-// ones; who sends them as they are is understood.
+// Runs after the name has been read, because it rejects a record without name and number.  Our writer encodes numbers
+// from 2^31 on as negative ones; the reader also accepts the unsigned form.
 template <class NameID, int element> int readID(const QelMessageIterator& cursor, NameID& record) {
     record.id = NameID().id;
     long long number = 0;

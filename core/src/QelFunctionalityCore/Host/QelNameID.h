@@ -6,7 +6,8 @@
 
 namespace Qel {
 
-/// Somebody by name, by number, or both.  The number stands in an element `idElement`; `none` stands for no number.
+/// A user or group, identified by name, by number, or both.  The number is stored in element `idElement`.  `none` is
+/// the sentinel for an unset number.
 template <class ID, ID none, int idElement> struct QelNameIDTmpl {
     std::string name;
     ID id = none;
@@ -15,7 +16,7 @@ template <class ID, ID none, int idElement> struct QelNameIDTmpl {
     [[nodiscard]] bool isName() const { return !name.empty(); }
     [[nodiscard]] bool isEmpty() const { return !isID() && !isName(); }
 
-    /// -1 when there is neither; without a readable number there is none.
+    /// An unreadable number counts as unset.  Reading returns -1 if both the name and the number are unset.
     using Reader = QelRecordReader<QelNameIDTmpl>;
     using Writer = QelRecordWriter<QelNameIDTmpl>;
     using reader_type = Reader;

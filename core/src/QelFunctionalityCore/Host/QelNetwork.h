@@ -8,12 +8,12 @@
 
 namespace Qel {
 
-/// A network interface of a host, with the addresses that it has.
+/// A network interface of a host, with its addresses.
 struct QelNetInterface {
     std::string name;
     std::vector<QelIPAddress> addresses;
     std::vector<std::string> f1072;
-    int flags = 0; ///< the kernel's interface flags, as of <net/if.h>
+    int flags = 0; ///< the kernel's interface flags, IFF_* of <net/if.h>
 
     /// Whether the interface resolves addresses by ARP.
     [[nodiscard]] bool isArpable() const;

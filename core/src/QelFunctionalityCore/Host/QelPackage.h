@@ -19,7 +19,7 @@ struct QelPackage {
     std::string version;
     std::string release;
     std::string description;
-    QelOS os; ///< written only if it has a detail or a name
+    QelOS os; ///< written only if its detail or name is specified
     std::string arch;
 
     using Reader = QelRecordReader<QelPackage>;
@@ -30,7 +30,7 @@ struct QelPackage {
 
 /// A package of a Linux distribution.
 struct QelPackageLinux : QelPackage {
-    std::string filePath; ///< of the package's file, as QelFilePathReader takes it
+    std::string filePath; ///< path of the package file, in the form accepted by QelFilePathReader
 
     using Reader = QelRecordReader<QelPackageLinux>;
     using Writer = QelRecordWriter<QelPackageLinux>;
@@ -54,12 +54,12 @@ struct QelPackageDeb : QelPackageLinux {
 
 using QelPackageList = std::vector<boost::shared_ptr<QelPackage>>;
 
-/// A package to install, or the path of one.  Whoever tells both is taken by the package.
+/// A package to install, or the path of one.  If a message contains both, only the package is read.
 struct QelInstallationPackage {
     boost::shared_ptr<QelPackage> package;
-    std::string path; ///< as QelFilePathReader takes it
+    std::string path; ///< in the form accepted by QelFilePathReader
 
-    /// 0 with a package; the path is read only where none is, and then its result is the record's.
+    /// 0 if a package was read.  Otherwise reads the path and returns the result of that.
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelInstallationPackage& record) const;
     };

@@ -7,19 +7,19 @@
 
 namespace Qel {
 
-/// What the event of a change of an environment's packages tells.
+/// Payload of the event that reports a change of an environment's packages.
 struct QelPackageListModificationData {
     static constexpr std::string_view subscriptionName = "package_list_subscription";
 
     virtual ~QelPackageListModificationData() = default;
 
-    int operation = -1; ///< 0, 1 or 2; any other is refused by the reader
+    int operation = -1; ///< 0, 1 or 2; the reader rejects any other number
     QelEID eid;
     QelPackageList packages;
 
     using Reader = QelRecordReader<QelPackageListModificationData>;
-    /// Without packages nothing has changed: nothing is written, and that is no failure.  Otherwise the first step that
-    /// fails gives the result: -1, and of the packages what a list gives, 1.
+    /// Writes nothing and returns 0 if there are no packages, since nothing has changed.  Otherwise stops at the first
+    /// failure: 1 for the packages, the failure code of list writers, -1 for any other field.
     struct Writer : QelWriterBaseT<Writer> {
         int operator()(QelMessageIterator& cursor, const QelPackageListModificationData& data) const;
     };

@@ -7,8 +7,8 @@
 
 namespace Qel {
 
-/// How a package manager is to go about a request: a mask of the bits 1, 2, 4, 8, 16 and 32, whose meaning lies with
-/// the package managers.
+/// Options of a package manager request: a mask of the bits 1, 2, 4, 8, 16 and 32.  The package manager defines their
+/// meaning.
 struct QelPackageManagerOptions {
     int options = 0;
 
@@ -18,10 +18,10 @@ struct QelPackageManagerOptions {
     using writer_type = Writer;
 };
 
-/// The same for a request for a list of packages.
+/// Options of a request for a list of packages.
 struct QelPackageManagerListOptions : QelPackageManagerOptions {
-    std::vector<std::string> types; ///< names of the kinds of package that are wanted
-    int listFlags = 0;              ///< bit 1, which a read adds to those that are set
+    std::vector<std::string> types; ///< names of the requested kinds of package
+    int listFlags = 0;              ///< bit 1; a read sets bits but never clears them
 
     using Reader = QelRecordReader<QelPackageManagerListOptions>;
     using Writer = QelRecordWriter<QelPackageManagerListOptions>;

@@ -14,7 +14,7 @@ constexpr int nameElement = 1083;
 
 using Names = std::vector<std::string>;
 
-/// Hands out one name after the other.
+/// Key reader that returns the names in order; -1 after the last one.
 class ReaderParamKey {
 public:
     explicit ReaderParamKey(const Names& names) : m_next(names.begin()), m_end(names.end()) {}
@@ -31,7 +31,8 @@ private:
     Names::const_iterator m_end;
 };
 
-/// Runs along the names, as many as there are keys: fills the empty ones, and refuses a key that differs.
+/// Key writer that stores each key in the next empty name, or compares it with the next nonempty one; -1 if they
+/// differ. There must be as many names as keys.
 class WriterParamKey : public QelWriterBase {
 public:
     explicit WriterParamKey(Names& names) : m_next(names.begin()) {}
@@ -82,7 +83,7 @@ int writeRows(QelMessageIterator& cursor, const QelProcessList& list) {
     return QelWriterList(QelProcessInfo::Writer(names), rowElement)(cursor, list.rows);
 }
 
-// What rows that could be written made of the names.
+// The names as filled by QelProcessInfo::Writer for these rows, all of which must be writable.
 Names namesOf(const std::vector<QelProcessInfo>& rows) {
     Names names;
     for (const QelProcessInfo& row : rows) {
@@ -97,7 +98,7 @@ Names namesOf(const std::vector<QelProcessInfo>& rows) {
     return names;
 }
 
-// No names are one empty name: the element must be there.
+// The element is required, so a list without columns contains one empty name.
 int readNames(const QelMessageIterator& cursor, QelProcessList& list) {
     list.paramNames.clear();
     if (QelReaderList(QelReaderString(), nameElement, QelReaderRequired)(cursor, list.paramNames) != 0)

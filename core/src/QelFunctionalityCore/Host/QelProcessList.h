@@ -8,16 +8,16 @@
 
 namespace Qel {
 
-/// A process, as one row of a table.  Only the values cross the wire with it: the names of the columns travel once,
-/// with the list.  So the functors work on a list of names that whoever reads or writes the rows keeps from row to row.
+/// A process, as one row of a table.  A row contains only values; the column names are sent once, with the list.  The
+/// functors therefore refer to a list of names that the caller keeps across rows.
 struct QelProcessInfo {
     int pid = 0;
-    std::map<std::string, std::string> params; ///< values by the name of their column
+    std::map<std::string, std::string> params; ///< column name to value
 
-    /// Takes the names in their order.  -1 without a pid, or when there are more values than names.
+    /// Assigns the values to the column names in order.  -1 if there is no pid or there are more values than names.
     class Reader {
     public:
-        /// Of a row without columns.
+        /// Reads a row without columns.
         Reader() = default;
         explicit Reader(const std::vector<std::string>& names) : m_names(&names) {}
         int operator()(const QelMessageIterator& cursor, QelProcessInfo& row) const;
@@ -26,11 +26,11 @@ struct QelProcessInfo {
         const std::vector<std::string>* m_names = nullptr;
     };
 
-    /// Fills empty names with those of the row.  -1 when the row has other columns than the names, be it in number or
-    /// in name.
+    /// An empty list of names is filled with the columns of the row.  -1 if the number or the names of the columns
+    /// differ from the list.
     class Writer : public QelWriterBaseT<Writer> {
     public:
-        /// Of a row whose columns nobody asks for.
+        /// Writes a row and discards the column names.
         Writer() = default;
         explicit Writer(std::vector<std::string>& names) : m_names(&names) {}
         int operator()(QelMessageIterator& cursor, const QelProcessInfo& row) const;
@@ -42,13 +42,15 @@ struct QelProcessInfo {
     using writer_type = Writer;
 };
 
-/// The processes of a host.  The first row that has columns fixes them for all: the list can't be written when another
-/// row's differ.  A list whose only column has an empty name reads back without columns, and so fails.
+/// The processes of a host.  The first row with columns determines the columns of the list; writing fails if those of
+/// another row differ.  A list whose only column has an empty name can be written but not read back: on the wire it is
+/// indistinguishable from a list without columns.
 struct QelProcessList {
     std::vector<QelProcessInfo> rows;
-    std::vector<std::string> paramNames; ///< the columns; set by reading, while writing takes those of the rows
+    std::vector<std::string>
+        paramNames; ///< the columns; set by reading, ignored by writing, which takes them from the rows
 
-    // How many processes are in which state.
+    // Number of processes by state.
     int running = 0;
     int sleeping = 0;
     int stopped = 0;

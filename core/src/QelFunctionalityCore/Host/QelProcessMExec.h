@@ -7,10 +7,10 @@
 
 namespace Qel {
 
-/// As whom a program runs.
+/// Credentials under which a program runs.
 struct QelProgCredentials : QelUserCredentials {
     std::string login;
-    std::string secret; ///< any bytes; never to be logged
+    std::string secret; ///< any bytes; must never be logged
 
     using Reader = QelRecordReader<QelProgCredentials>;
     using Writer = QelRecordWriter<QelProgCredentials>;
@@ -18,7 +18,7 @@ struct QelProgCredentials : QelUserCredentials {
     using writer_type = Writer;
 };
 
-/// How a program is run on another host.
+/// Parameters for running a program on another host.
 struct QelProcessMExecParams {
     struct ReaderStdio;
     struct WriterStdio;
@@ -26,8 +26,8 @@ struct QelProcessMExecParams {
     std::vector<std::string> args;
     std::vector<std::string> env;
 
-    std::string stdinData;   ///< what the program reads from its standard input; any bytes
-    bool wantStdout = false; ///< whether its standard output is sent back
+    std::string stdinData;   ///< content of the program's standard input; any bytes
+    bool wantStdout = false; ///< whether to return its standard output
     bool wantStderr = false;
     bool wantExtra = false;
 
@@ -39,7 +39,7 @@ struct QelProcessMExecParams {
     using writer_type = Writer;
 };
 
-/// Reads the streams of a program: what it reads and which of its output is sent back.
+/// Reads the fields that describe the standard streams: the input, and which output to return.
 struct QelProcessMExecParams::ReaderStdio {
     int operator()(const QelMessageIterator& cursor, QelProcessMExecParams& params) const;
 };
@@ -48,10 +48,10 @@ struct QelProcessMExecParams::WriterStdio : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelProcessMExecParams& params) const;
 };
 
-/// What a program that ran on another host left.
+/// Result of a program that ran on another host.
 struct QelProcessMExecOutput {
     int code = 0;    ///< the exit code
-    std::string out; ///< what it wrote to its standard output; any bytes
+    std::string out; ///< content of its standard output; any bytes
     std::string err;
 
     using Reader = QelRecordReader<QelProcessMExecOutput>;

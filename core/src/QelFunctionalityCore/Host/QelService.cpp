@@ -16,8 +16,8 @@ constexpr bool isKnown(int state) {
     return state != QelService::unknownState;
 }
 
-// Description and state go out a second time, behind the scripts, because peers expect them in both places.  A reader
-// takes the first.
+// Description and state are written a second time, after the scripts, because peers expect them in both places.  A
+// reader uses the first occurrence.
 int skipRepetition(const QelMessageIterator&, QelService&) {
     return 0;
 }

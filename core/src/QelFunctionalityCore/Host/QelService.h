@@ -9,7 +9,7 @@
 
 namespace Qel {
 
-/// A system service of a managed host.  What the fields mean in full is up to the host agent that fills them.
+/// A system service of a managed host.  The host agent that fills the fields defines their exact meaning.
 struct QelService {
     static constexpr int unknownState = -1;
 
@@ -26,12 +26,12 @@ struct QelService {
     std::string startScript;
     std::string stopScript;
     std::vector<std::string> provides;
-    std::vector<std::string> requirements; ///< what `provides` of other services must hold
+    std::vector<std::string> requirements; ///< names that must occur in `provides` of other services
     bool system = false;
-    QelOptionalProperty<ServiceLevelsListType> levels; ///< specified without any level, it isn't sent
+    QelOptionalProperty<ServiceLevelsListType> levels; ///< if specified but empty, not written
 
-    /// -1 without a name, and for a level that is none of the seven.  A read adds to the lists and levels that are
-    /// there.
+    /// Reading returns -1 if there is no name or a level is out of range.  It appends to the lists and levels and does
+    /// not clear them first.
     using Reader = QelRecordReader<QelService>;
     using Writer = QelRecordWriter<QelService>;
     using reader_type = Reader;

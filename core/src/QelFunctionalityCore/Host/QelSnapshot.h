@@ -16,10 +16,10 @@ struct QelSnapshot {
     std::string name;
     std::string text1026;
     std::string description;                ///< any bytes
-    boost::shared_ptr<QelEnvConfig> config; ///< what the environment was; may be null
+    boost::shared_ptr<QelEnvConfig> config; ///< of the environment when the snapshot was taken; may be null
 
-    /// -1 when `id`, `name` or `text1026` can't be read; the rest is read all the same.  A configuration is read into
-    /// the object that is there, and one that can't be read leaves none.
+    /// -1 if `id`, `name` or `text1026` cannot be read; the other fields are still read.  An existing configuration
+    /// object is reused; if reading the configuration fails, the pointer becomes null.
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelSnapshot& snapshot) const;
     };

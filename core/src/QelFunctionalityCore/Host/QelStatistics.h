@@ -4,9 +4,9 @@
 
 namespace Qel {
 
-// A field without a name of its own bears the number of its element: what it means lies with the agent that fills it.
+// Fields named after their element ID are opaque here; the agent that fills them defines their meaning.
 
-/// How much of something is used: bytes, blocks, inodes.
+/// Usage of a resource, in bytes, blocks or inodes.
 struct QelUsageStats {
     long long total = 0;
     long long used = 0;
@@ -34,7 +34,7 @@ struct QelStats {
 
 /// Traffic in one direction.
 struct QelNetTransferStat {
-    long long f1056 = 0; ///< one that can't be read is no failure
+    long long f1056 = 0; ///< optional; a failed read is ignored
     long long f1055 = 0;
 
     using Reader = QelRecordReader<QelNetTransferStat>;
@@ -54,14 +54,14 @@ struct QelNetTransfer {
     using writer_type = Writer;
 };
 
-/// Where a processor's time went.
+/// CPU time by use.
 struct QelCPULoad {
     long long f1044 = 0;
     long long f1025 = 0;
     long long f1045 = 0;
     long long f1046 = 0;
 
-    /// -1 when the cursor answers just that for one of the fields; any other answer lets the reading go on.
+    /// Stops with -1 if the cursor returns -1 for a field.  Any other nonzero result is ignored.
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelCPULoad& load) const;
     };
@@ -75,7 +75,7 @@ struct QelLoadAvg1 {
     double f1060 = 0;
     double f1061 = 0;
     double f1062 = 0;
-    double f1065 = 0; ///< the only one that must be there
+    double f1065 = 0; ///< the only required field
 
     using Reader = QelRecordReader<QelLoadAvg1>;
     using Writer = QelRecordWriter<QelLoadAvg1>;
@@ -83,7 +83,7 @@ struct QelLoadAvg1 {
     using writer_type = Writer;
 };
 
-/// The load averages over three spans of time, the shortest first.
+/// The load averages over three periods, shortest first.
 struct QelLoadAvg {
     QelLoadAvg1 f1041;
     QelLoadAvg1 f1042;

@@ -7,12 +7,12 @@
 
 namespace Qel {
 
-/// What a host is: its architecture, operating system, processors and memory.
+/// Architecture, operating system, processors and memory of a host.
 struct QelSystemInfo {
     std::string arch;
     QelOS os;
 
-    // Of the processors, in an element of their own.
+    // Processors; nested in an element of their own.
     int f1049 = 0;
     int f1052 = 0;
     int f1047 = 0;

@@ -8,12 +8,12 @@
 
 namespace Qel {
 
-/// The environments that have most of something, and how much all have together.
+/// The environments with the highest values of a metric, and the total over all environments.
 ///
-/// Values are either whole numbers or reals.  Which of them isn't told on the wire: whoever asked knows, and says so to
-/// the reader.
+/// Values are either integers or doubles.  The message does not specify which; the caller, who requested the metric,
+/// passes it to the reader.
 struct QelTopData {
-    /// Only the one of the record's representation is read and written; the other stays as it was.
+    /// Only the member selected by `isWhole` is read and written; the other one is left unchanged.
     struct Value {
         long long whole = 0;
         double real = 0;
@@ -23,7 +23,7 @@ struct QelTopData {
         QelEID eid;
         Value value;
 
-        /// -1 if the environment or the value can't be read.
+        /// Nonzero if the environment or the value cannot be read.
         class Reader {
         public:
             explicit Reader(bool isWhole = false) : m_isWhole(isWhole) {}
@@ -46,9 +46,9 @@ struct QelTopData {
 
     std::vector<TopSet> entries;
     Value total;
-    bool isWhole = false; ///< the representation; the reader stores the one that it was made with
+    bool isWhole = false; ///< values are integers; the reader stores its constructor's argument here
 
-    /// -1 at the first entry that can't be read, or without a total.
+    /// Stops with -1 at the first entry that cannot be read.  Nonzero if there is no total.
     class Reader {
     public:
         explicit Reader(bool isWhole = false) : m_isWhole(isWhole) {}
@@ -64,7 +64,7 @@ struct QelTopData {
     using writer_type = Writer;
 };
 
-/// What a list of the topmost is asked for.
+/// Parameters of a request for QelTopData.
 struct QelTopInfo {
     std::string f1017;
     bool f1378 = false;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int primaryGroupElement = 1028;
 
-// The writer puts no group as an empty element, which counts as a missing one: a user without a group reads back.
+// Treats an empty element as missing: the writer produces one for a user without a primary group.
 int readPrimaryGroup(const QelMessageIterator& cursor, QelUser& user) {
     if (cursor.seek(primaryGroupElement) != 0)
         return 0;

@@ -10,11 +10,10 @@ namespace Qel {
 
 /// A user of a host.
 struct QelUser : QelUserNameID {
-    QelGroupNameID
-        groupId; ///< the primary group; an empty one is written as an empty element, which reads as a missing one
+    QelGroupNameID groupId; ///< primary group; if empty, written as an empty element, which reads as a missing one
     std::vector<QelGroupNameID> groups;
     std::string comment;
-    std::string password; ///< any bytes; never to be logged
+    std::string password; ///< any bytes; must never be logged
     std::string shell;
     std::string home;
 
@@ -28,7 +27,7 @@ struct QelUser : QelUserNameID {
 struct QelGroup {
     QelGroupNameID group;
     std::set<std::string> members;      ///< users
-    std::set<std::string> memberGroups; ///< groups whose members belong to this one
+    std::set<std::string> memberGroups; ///< groups whose members belong to this group
 
     using Reader = QelRecordReader<QelGroup>;
     using Writer = QelRecordWriter<QelGroup>;

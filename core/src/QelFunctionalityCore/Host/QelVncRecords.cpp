@@ -19,7 +19,7 @@ template <> const QelWireLayout& qelWireLayout<QelVncConnectionInfo>() {
 
 namespace {
 
-// A failed read leaves 0, unlike that of a field, which leaves the former value.
+// Resets the number to 0 if the read fails.  A plain field would keep its previous value.
 template <int QelVncConsoleInfo::*number, int id>
 int readNumber(const QelMessageIterator& cursor, QelVncConsoleInfo& console) {
     if (cursor.getValue(console.*number, id) != 0)

@@ -8,9 +8,9 @@
 
 namespace Qel {
 
-/// How a graphical console is reached.
+/// How to connect to a graphical console.
 struct QelVncConnectionInfo {
-    std::string password; ///< must be there, though it may be empty; never to be logged
+    std::string password; ///< required, may be empty; must never be logged
     QelOptionalProperty<QelConnectivityInfo> server2308;
     QelOptionalProperty<QelConnectivityInfo> server2309;
 
@@ -20,11 +20,11 @@ struct QelVncConnectionInfo {
     using writer_type = Writer;
 };
 
-/// A graphical console.  It stands at the same element as its connection, and bears that one's type.
+/// A graphical console.  Its fields are stored in the element of its connection, with the type of the connection.
 struct QelVncConsoleInfo {
     QelOptionalProperty<int> value2310;
     int value2311 = 0; ///< 0 after a failed read
-    int value2312 = 0; ///< the same
+    int value2312 = 0; ///< 0 after a failed read
     QelVncConnectionInfo connection;
 
     using Reader = QelRecordReader<QelVncConsoleInfo>;

@@ -9,7 +9,7 @@
 
 namespace Qel {
 
-/// An object, and what may be done with it: by numbers, and by names of operations.  The agent settles the numbers.
+/// Rights on an object, as right numbers and as operation names.  The agent defines the meaning of the numbers.
 struct QelObjectRights {
     QelGUID object;
     std::vector<int> rights;
@@ -21,7 +21,7 @@ struct QelObjectRights {
     using writer_type = Writer;
 };
 
-/// Rights that are granted.
+/// Granted rights.
 struct QelAce : QelObjectRights {
     using Reader = QelReaderAs<QelObjectRights>;
     using Writer = QelWriterAs<QelObjectRights, 0, 50>;
@@ -29,7 +29,7 @@ struct QelAce : QelObjectRights {
     using writer_type = Writer;
 };
 
-/// Rights that are asked for.
+/// Rights to be checked.
 struct QelCheck : QelObjectRights {
     using Reader = QelReaderAs<QelObjectRights>;
     using Writer = QelWriterAs<QelObjectRights, 0, 50>;

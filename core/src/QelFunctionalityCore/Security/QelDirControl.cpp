@@ -7,7 +7,7 @@ namespace Qel {
 
 namespace {
 
-// One table for each answer to whether the OID must be there.
+// One table each for a required and an optional OID.
 template <QelWireRead oidRead> struct ControlWire : WireWords<QelDirControl> {
     using Words = WireWords<QelDirControl>;
     static constexpr int nsId = 270, typeId = 181;
@@ -34,7 +34,7 @@ int QelDirControl::Reader::operator()(const QelMessageIterator& cursor, QelDirCo
 
 namespace {
 
-// A control of a known kind has an OID of its own, which stands if the message has none.
+// The constructor of a known control sets its OID, which is kept if the message contains none.
 int readControl(const QelMessageIterator& cursor, QelDirControl& control) {
     return QelDirControl::Reader(false)(cursor, control);
 }

@@ -8,8 +8,7 @@
 
 namespace Qel {
 
-/// An LDAP control (RFC 4511, 4.1.11), as a message carries it; the directory client makes the control's own form of
-/// it.
+/// An LDAP control (RFC 4511, 4.1.11) in its message form.  The directory client converts it to LDAP.
 struct QelDirControl {
     virtual ~QelDirControl() = default;
 
@@ -24,7 +23,7 @@ struct QelDirControl {
 };
 
 struct QelDirControl::Reader {
-    /// Without an OID in the message the reading fails if it is required, and the object keeps its own otherwise.
+    /// If the message contains no OID, the read fails if `requireOid`, and otherwise leaves the object's OID unchanged.
     explicit Reader(bool requireOid = true) : oidRequired(requireOid) {}
 
     int operator()(const QelMessageIterator& cursor, QelDirControl& control) const;
@@ -32,18 +31,18 @@ struct QelDirControl::Reader {
     bool oidRequired;
 };
 
-/// Always 0.  A control is written with its OID, whatever the flag.
+/// Always 0.  Always writes the OID; the constructor's argument is ignored.
 struct QelDirControl::Writer : QelRecordWriter<QelDirControl> {
     explicit Writer(bool = true) {}
 };
 
-/// Sorts the entries on the server (RFC 2891).
+/// Server-side sorting (RFC 2891).
 struct QelDirSortControl : virtual QelDirControl {
     static constexpr std::string_view oid = "1.2.840.113556.1.4.473";
 
     QelDirSortControl() { QelDirControl::oid = oid; }
 
-    std::string attribute; ///< by which the entries are sorted
+    std::string attribute; ///< sort key
     bool reverse = false;
 
     using Reader = QelRecordReader<QelDirSortControl>;
@@ -52,16 +51,16 @@ struct QelDirSortControl : virtual QelDirControl {
     using writer_type = Writer;
 };
 
-/// Takes a window out of a long list (virtual list view, draft-ietf-ldapext-ldapv3-vlv).
+/// Virtual list view: requests a window of a long list (draft-ietf-ldapext-ldapv3-vlv).
 struct QelDirVlvControl : virtual QelDirControl {
     static constexpr std::string_view oid = "2.16.840.1.113730.3.4.9";
 
     QelDirVlvControl() { QelDirControl::oid = oid; }
 
-    int beforeCount = 0; ///< entries wanted before the one at `offset`
-    int afterCount = 0;  ///< and behind it
+    int beforeCount = 0; ///< number of entries requested before the one at `offset`
+    int afterCount = 0;  ///< number of entries requested after it
     int offset = 0;
-    int count = 0; ///< entries in the whole list, as far as is known
+    int count = 0; ///< estimated number of entries in the whole list
 
     using Reader = QelRecordReader<QelDirVlvControl>;
     using Writer = QelRecordWriter<QelDirVlvControl>;

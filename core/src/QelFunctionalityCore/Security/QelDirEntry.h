@@ -10,7 +10,7 @@ namespace Qel {
 
 using QelNamedStrListProperty = QelNamedProperty<std::vector<std::string>, QelProperty>;
 
-/// -1 for an attribute without a name.
+/// -1 if the attribute has no name.
 struct QelDirAttributeReader {
     int operator()(const QelMessageIterator& cursor, QelNamedStrListProperty& attribute) const;
 };
@@ -19,7 +19,7 @@ struct QelDirAttributeWriter : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelNamedStrListProperty& attribute) const;
 };
 
-/// An attribute of a directory entry: its name and its values.
+/// An attribute of a directory entry: its name and values.
 struct QelDirAttribute : QelNamedStrListProperty {
     using QelNamedStrListProperty::QelNamedProperty;
     using QelNamedStrListProperty::operator=;
@@ -32,11 +32,11 @@ struct QelDirAttribute : QelNamedStrListProperty {
 
 /// An entry of a directory.
 struct QelDirEntry {
-    std::string dn; ///< its distinguished name
+    std::string dn; ///< distinguished name
     std::vector<QelDirAttribute> attributes;
 
     using Reader = QelRecordReader<QelDirEntry>;
-    /// -1 when the name isn't taken, and what a list gives, 1, when an attribute isn't.
+    /// -1 if the name cannot be written; 1, the failure code of list writers, if an attribute cannot be written.
     struct Writer : QelRecordWriter<QelDirEntry> {
         int operator()(QelMessageIterator& cursor, const QelDirEntry& entry) const;
     };

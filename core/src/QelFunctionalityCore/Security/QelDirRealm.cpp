@@ -11,7 +11,8 @@ namespace Qel {
 
 namespace {
 
-constexpr const char* invalidRealm = "the server isn't told, or the search DN isn't within the base DN";
+constexpr const char* invalidRealm =
+    "the server address or port is missing, or the search DN is not within the base DN";
 
 bool isNotEmpty(const std::string& text) {
     return !text.empty();

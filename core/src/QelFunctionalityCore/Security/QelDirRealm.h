@@ -7,12 +7,12 @@
 
 namespace Qel {
 
-/// A realm whose users an LDAP directory knows, and how the directory is reached.
+/// A realm whose users are stored in an LDAP directory, with the parameters for accessing the directory.
 struct QelDirRealm : QelRealm {
-    /// The type of realms of this class.
+    /// QelRealm::type of this class.
     static constexpr int directoryType = 1;
 
-    /// As whom the agent logs in to the directory.  Each part may be left out.
+    /// Identity under which the agent logs in to the directory.  All fields are optional.
     struct LoginType {
         QelOptionalProperty<std::string> loginName;
         QelOptionalProperty<std::string> domain;
@@ -26,12 +26,12 @@ struct QelDirRealm : QelRealm {
 
     QelDirRealm() { type = directoryType; }
 
-    /// Whether a server is told, and `searchDN` lies within `baseDN` (ends in it, without regard to case).
+    /// Whether `address` and `port` are set, and `searchDN` is within `baseDN` (ends with it, case-insensitive).
     [[nodiscard]] bool isValid() const;
 
-    /// Takes the name and all that tells the directory from a valid QelDirRealm.  Unless its login names a realm, the
-    /// login is in that realm itself.  -1, an error message and nothing changed for a realm of another class, one that
-    /// isn't valid, and as of QelRealm::set.
+    /// Copies the name and the directory parameters from `other`.  If the login of `other` does not specify a realm,
+    /// the login realm becomes `other` itself.  Sets an error message and returns -1, without changes, if `other` is
+    /// not a valid QelDirRealm or QelRealm::set() fails.
     [[nodiscard]] int set(const QelRealm& other) override;
 
     std::string address; ///< of the server
@@ -46,12 +46,12 @@ struct QelDirRealm : QelRealm {
     using writer_type = Writer;
 };
 
-/// -1 for a realm of another type, and for one that isn't valid; what was read until then stays.
+/// -1 if the realm has another type or is not valid.  Fields read before the failure are kept.
 struct QelDirRealm::Reader {
     int operator()(const QelMessageIterator& cursor, QelDirRealm& realm) const;
 };
 
-/// -1, and nothing is written, for a realm that isn't valid.
+/// Writes nothing and returns -1 if the realm is not valid.
 struct QelDirRealm::Writer : QelRecordWriter<QelDirRealm> {
     int operator()(QelMessageIterator& cursor, const QelDirRealm& realm) const;
 };

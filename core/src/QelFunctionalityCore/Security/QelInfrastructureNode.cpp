@@ -36,7 +36,7 @@ template <> const QelWireLayout& qelWireLayout<QelInfrastructureNode>() {
     return wireLayoutOf<QelInfrastructureNode>;
 }
 
-// Writers of this family answer a failure with 1, readers with -1.  Callers test for nonzero.
+// On failure these writers return 1, the readers -1.  Callers test for nonzero.
 
 int QelInfrastructureFolderAttributes::Writer::operator()(QelMessageIterator& cursor,
                                                           const QelInfrastructureFolderAttributes& attributes) const {

@@ -8,13 +8,13 @@
 
 namespace Qel {
 
-/// What makes an object of the infrastructure tree a folder.
+/// Attributes of a folder in the infrastructure tree.
 struct QelInfrastructureFolderAttributes {
     static constexpr int leastType = 1;
     static constexpr int greatestType = 5;
 
     std::string name;
-    int type = 0; ///< `leastType` to `greatestType`: another one is written but not read
+    int type = 0; ///< `leastType` to `greatestType`, checked by reads but not by writes
     QelOptionalProperty<std::string> description;
 
     using Reader = QelRecordReader<QelInfrastructureFolderAttributes>;
@@ -23,16 +23,16 @@ struct QelInfrastructureFolderAttributes {
     using writer_type = Writer;
 };
 
-/// 1 when a field could not be written.
+/// 1 if a field could not be written.
 struct QelInfrastructureFolderAttributes::Writer : QelRecordWriter<QelInfrastructureFolderAttributes> {
     int operator()(QelMessageIterator& cursor, const QelInfrastructureFolderAttributes& attributes) const;
 };
 
-/// An object's place in the infrastructure tree.
+/// Position of an object in the infrastructure tree.
 struct QelInfrastructureNode {
     QelGUID nodeID;
     QelGUID parentID;
-    QelOptionalProperty<QelInfrastructureFolderAttributes> folder; ///< of a folder only
+    QelOptionalProperty<QelInfrastructureFolderAttributes> folder; ///< folders only
 
     using Reader = QelRecordReader<QelInfrastructureNode>;
     struct Writer;
@@ -40,7 +40,7 @@ struct QelInfrastructureNode {
     using writer_type = Writer;
 };
 
-/// 1 when a field could not be written.
+/// 1 if a field could not be written.
 struct QelInfrastructureNode::Writer : QelRecordWriter<QelInfrastructureNode> {
     int operator()(QelMessageIterator& cursor, const QelInfrastructureNode& node) const;
 };

@@ -16,7 +16,7 @@ struct Authority {
     std::array<std::uint8_t, 6> bytes; // big-endian
 };
 
-// Type 2 came first, and so has the lowest authority.
+// The order is not that of the types: type 2 is the oldest and has the lowest authority.
 constexpr Authority authorities[] = {
     {QelLocalSID::type1, {0, 0, 0, 0, 0x20, 0x01}},
     {QelLocalSID::type2, {0, 0, 0, 0, 0x20, 0x00}},
@@ -24,7 +24,7 @@ constexpr Authority authorities[] = {
     {QelLocalSID::type4, {0, 0, 0, 0, 0x20, 0x03}},
 };
 
-// The binary form of a local SID.
+// Binary form of a local SID.
 struct LocalForm {
     std::uint8_t revision = 1;
     std::uint8_t count = 5;

@@ -7,11 +7,11 @@
 
 namespace Qel {
 
-/// A principal of one environment, named so that no other environment has the same name for one of its own: its number
-/// there, its type and the environment's EID, packed into a SID of five sub-authorities.
+/// A globally unique SID for a principal of one environment.  It encodes the type in the authority, and the
+/// environment's EID and the principal's number there in five sub-authorities.
 class QelLocalSID {
 public:
-    /// Which authority the SID is of.
+    /// Type of a principal; each one has its own SID authority.
     enum PrincipalType : int {
         notLocal = 0,
         type1 = 1, ///< authority 8193
@@ -19,14 +19,14 @@ public:
         type3 = 3, ///< authority 8194
         type4 = 4, ///< authority 8195
     };
-    /// The ID of a SID that isn't local.
+    /// `id` of a SID that is not a local SID.
     static constexpr unsigned noID = std::numeric_limits<unsigned>::max();
 
-    /// An unknown type leaves the SID at its default, "S-1-0-0".
+    /// For an unknown type the SID is the default one, "S-1-0-0".
     QelLocalSID(unsigned principal, PrincipalType principalType, const QelEID& environment);
-    /// In the local environment.  While that has no valid identity, the SID stays at its default.
+    /// A principal of the local environment.  If that has no valid EID, the SID is the default one.
     QelLocalSID(unsigned principal, PrincipalType principalType);
-    /// Takes a SID apart.  One that isn't local has type notLocal, ID noID and no environment.
+    /// Decodes a SID.  If it is not a local SID, the type is notLocal, the ID noID and the EID invalid.
     explicit QelLocalSID(const QelSID& from);
 
     [[nodiscard]] const QelSID& getSID() const { return sid; }

@@ -9,25 +9,25 @@
 
 namespace Qel {
 
-/// The rules of a policy: values by names.
+/// The rules of a policy: name to value.
 using QelPolicyRuleMap = std::map<std::string, std::string>;
 
-/// Reads rules from the entries in the current element; -1 for an entry without a name or a value.
+/// Reads the rules that are nested in the current element; -1 at an entry without a name or a value.
 struct QelPolicyRuleMapReader {
     int operator()(const QelMessageIterator& cursor, QelPolicyRuleMap& rules) const;
 };
 
-/// The entries bear namespace 292; what is written behind them bears none.
+/// Writes the entries in namespace 292, then resets the cursor to no namespace.
 struct QelPolicyRuleMapWriter : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelPolicyRuleMap& rules) const;
 };
 
-/// A policy, or those of its fields that a request is about.
+/// A policy, or a subset of its fields in a request.
 struct QelPolicy {
     QelOptionalProperty<QelGUID> policyID;
     QelOptionalProperty<std::string> name;
     QelOptionalProperty<std::string> description;
-    QelOptionalProperty<std::map<QelGUID, int>> assignments; ///< the policy's level on each object
+    QelOptionalProperty<std::map<QelGUID, int>> assignments; ///< object to policy level
     QelOptionalProperty<QelPolicyRuleMap> rules;
 
     using Reader = QelRecordReader<QelPolicy>;
@@ -36,7 +36,7 @@ struct QelPolicy {
     using writer_type = Writer;
 };
 
-/// The level on which an object has a policy.
+/// The level of a policy on an object.
 struct QelObjectToPolicyAssignment {
     QelGUID object;
     int policyLevel = 0;
@@ -47,10 +47,10 @@ struct QelObjectToPolicyAssignment {
     using writer_type = Writer;
 };
 
-/// A policy as it applies to an object, with the rules that are left of it.
+/// A policy as it applies to an object, with the rules that are in effect.
 struct QelEffectivePolicyAssignment {
     QelGUID policyID;
-    /// Specified after a read exactly if the element was there, readable or not.
+    /// A read sets this to specified if the element is present, even if its content cannot be read.
     QelOptionalProperty<QelPolicyRuleMap> rules;
 
     using Reader = QelRecordReader<QelEffectivePolicyAssignment>;

@@ -9,9 +9,9 @@
 
 namespace Qel {
 
-/// Operations that are allowed together.
+/// A named set of operations.
 struct QelTask {
-    std::string name; ///< without one a task is written but can't be read back
+    std::string name; ///< required by reads; writes accept an empty one
     std::string description;
     std::set<std::string> operations; ///< names
 
@@ -21,7 +21,7 @@ struct QelTask {
     using writer_type = Writer;
 };
 
-/// Operations, and other roles, that are held together.
+/// A task that also includes other roles.
 struct QelRole : QelTask {
     std::set<std::string> roles; ///< names
 
@@ -31,7 +31,7 @@ struct QelRole : QelTask {
     using writer_type = Writer;
 };
 
-/// Who holds a role, and on what.
+/// Assigns a role on an object to a subject.
 struct QelRoleAssignment {
     std::string role; ///< name of a QelRole
     QelSID subject;

@@ -23,7 +23,7 @@ constexpr std::size_t authoritySize = 6;
 constexpr std::size_t headSize = authorityOffset + authoritySize;
 constexpr std::size_t subAuthoritySize = 4;
 constexpr unsigned currentRevision = 1;
-constexpr const char* blanks = " \t\n\v\f\r"; ///< those that strtoul() skips
+constexpr const char* blanks = " \t\n\v\f\r"; ///< white space that strtoul() skips
 
 std::uint32_t subAuthority(const std::vector<std::uint8_t>& binary, std::size_t index) {
     std::uint32_t value = 0;
@@ -31,7 +31,7 @@ std::uint32_t subAuthority(const std::vector<std::uint8_t>& binary, std::size_t 
     return value;
 }
 
-// The numbers of a SID's text, one after the other.
+// Parses the numbers of a SID's string form from left to right.
 class TextReader {
 public:
     explicit TextReader(const std::string& text) : m_at(text.c_str()) {}
@@ -56,7 +56,7 @@ public:
         revision = static_cast<std::uint8_t>(value);
         return true;
     }
-    // Leaves the place: what follows the number is sought by skipTo.
+    // Does not advance; the caller continues with skipTo().
     bool readAuthority(std::uint64_t& authority) const {
         long long value = 0;
         if (std::sscanf(m_at, "%lld", &value) != 1) // NOLINT(cert-err34-c)
@@ -64,8 +64,8 @@ public:
         authority = static_cast<std::uint64_t>(value);
         return true;
     }
-    // As strtoul() with base 0 where `unsigned long` has 32 bits, on every machine: a minus sign negates modulo 2^32
-    // ("-7" is 4294967289), and a number whose magnitude exceeds 32 bits is the largest value, which is refused.
+    // Emulates strtoul() with base 0 and a 32-bit `unsigned long` on all platforms: a minus sign negates modulo 2^32
+    // ("-7" is 4294967289), and an overflow saturates to the largest value, which is rejected.
     bool readSubAuthority(std::uint32_t& value) {
         constexpr std::uint32_t largest = std::numeric_limits<std::uint32_t>::max();
         char* end = nullptr;
@@ -73,7 +73,7 @@ public:
         const bool isNegative = *(m_at + std::strspn(m_at, blanks)) == '-';
         const unsigned long long magnitude = isNegative ? 0 - parsed : parsed;
         const auto wrapped = static_cast<std::uint32_t>(parsed);
-        // The value of an overflow of 64 bits wraps to the largest one, too.
+        // A 64-bit overflow, ULLONG_MAX, also truncates to `largest`.
         if (end == m_at || magnitude > largest || wrapped == largest)
             return false;
         m_at = end;
@@ -90,7 +90,7 @@ void storeAuthority(std::vector<std::uint8_t>& binary, std::uint64_t authority) 
         binary[authorityOffset + i] = static_cast<std::uint8_t>(authority >> (8 * (authoritySize - 1 - i)));
 }
 
-// The parsed constants, each built at its first use.
+// The constant SIDs, parsed at the first call.
 const QelSID& fixedWellKnownSID(QelSID::WellKnownSIDs which) {
     static const QelSID fixed[] = {
         QelSID(QelSID::SID_PREFIX + '1'),    QelSID(QelSID::SID_PREFIX + '2'),    QelSID("S-1-5-7"),

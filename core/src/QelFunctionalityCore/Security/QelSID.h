@@ -11,16 +11,16 @@ namespace Qel {
 
 class QelMessageIterator;
 
-/// A security identifier: the name of a user, a group or an agent.  It has the form of a Windows SID (MS-DTYP 2.4.2): a
-/// revision, an authority of 48 bits, and up to 15 sub-authorities of 32 bits.
+/// Security identifier of a user, a group or an agent.  It has the structure of a Windows SID (MS-DTYP 2.4.2):
+/// revision, 48-bit authority, up to 15 sub-authorities of 32 bits.
 class QelSID {
 public:
-    /// The identifiers that have a role of their own.  The names tell the role where this library knows one.
+    /// Well-known identifiers.  Those named by number have no role that this library knows.
     enum WellKnownSIDs : int {
         wellKnown0 = 0,
         wellKnown1 = 1,
         localAdministrators = 2, ///< local SID of ID 0 and type 2 in the local environment
-        anonymous = 3,           ///< "S-1-5-7": what a text that can't be parsed becomes
+        anonymous = 3,           ///< "S-1-5-7"; result of parsing a malformed string
         localAgent = 4,          ///< local SID of ID 0 and type 4 in the local environment
         anyAgent = 5,            ///< see isWellKnownSID
         wellKnown6 = 6,
@@ -31,7 +31,7 @@ public:
     };
     static constexpr int wellKnownSIDCount = 11;
 
-    /// What the texts of the system's own well-known SIDs begin with.
+    /// String prefix of the system's own well-known SIDs.
     static const std::string SID_PREFIX;
 
     static constexpr unsigned maxSubAuthorities = 15;
@@ -43,52 +43,52 @@ public:
 
     /// "S-1-0-0".
     QelSID();
-    /// A text that can't be parsed gives the anonymous SID, and nothing tells the caller.
+    /// Parses the string form.  Trap: a malformed string yields the anonymous SID without an error.
     explicit QelSID(const std::string& text);
 
-    /// Revision, number of sub-authorities, authority (6 bytes, big-endian), sub-authorities (4 bytes each, in host
-    /// order).  Nothing for an empty SID.
+    /// Binary form: revision (1 byte), number of sub-authorities (1 byte), authority (6 bytes, big-endian),
+    /// sub-authorities (4 bytes each, host byte order).  No bytes for an empty SID.
     [[nodiscard]] const std::vector<std::uint8_t>& toBinary() const { return m_binary; }
-    /// Takes a binary form of revision 1 with 1 to 15 sub-authorities; null gives an empty SID.  A `size` of 0 means
-    /// that the data tell their length.  0, or -1 with the SID as it was.
+    /// Decodes a binary form of revision 1 with 1 to 15 sub-authorities.  Null `data` yields an empty SID.  `size` 0:
+    /// derive the size from the number of sub-authorities.  Returns 0, or -1 with the SID unchanged.
     int fromBinary(const void* data, unsigned size);
 
-    /// "S-", the revision, the authority and the sub-authorities in decimal, with "-" between them; the authority in
-    /// hexadecimal from 2^32 on.  Nothing for an empty SID.
+    /// String form: "S-", then revision, authority and sub-authorities in decimal, separated by "-".  An authority from
+    /// 2^32 on is hexadecimal.  Empty for an empty SID.
     [[nodiscard]] std::string toString() const;
-    /// Parses the text form; what stands behind the last number is not looked at.  0, or -1 with the SID undefined: the
-    /// caller replaces it.
+    /// Parses the string form; ignores anything after the last number.  Returns 0, or -1 with the SID unspecified, for
+    /// the caller to replace.
     ///
-    /// The authority is read in decimal only, so that one printed in hexadecimal comes back as 0: such a SID doesn't
-    /// survive the trip through its text.  That is how the format is settled.
+    /// Trap: the format defines the authority as decimal on input, so a hexadecimal one is parsed as 0.  A SID with an
+    /// authority from 2^32 on does not survive a round trip through its string form.
     int fromString(const std::string& text);
 
     [[nodiscard]] bool operator==(const QelSID& other) const { return m_binary == other.m_binary; }
-    /// By the texts: 10 comes before 2.
+    /// Compares string forms, so 10 sorts before 2.
     [[nodiscard]] bool operator<(const QelSID& other) const { return toString() < other.toString(); }
 
-    /// Any value that isn't one of the enumeration gives what `anyAgent` does: "S-1-1000-0".
+    /// An unknown value yields the SID of `anyAgent`, "S-1-1000-0".
     [[nodiscard]] static QelSID createWellKnownSID(WellKnownSIDs which);
-    /// Whether this is that SID.  For `anyAgent` the question is another one: whether this is the agent of any
-    /// environment at all, which the constant that createWellKnownSID gives for it is not.
+    /// Whether this equals createWellKnownSID(which).  Exception: for `anyAgent`, whether this is the agent SID of any
+    /// environment; the result of createWellKnownSID(anyAgent) itself is not.
     [[nodiscard]] bool isWellKnownSID(WellKnownSIDs which) const;
 
 private:
     std::vector<std::uint8_t> m_binary;
 };
 
-/// The value of the current element, the binary form in base64.  The cursor's result, or -1 for a value that isn't a
-/// SID.
+/// Reads the binary form, in base64, from the value of the current element.  Returns the cursor's result, or -1 if the
+/// value is not a SID.
 struct QelSID::Reader {
     int operator()(const QelMessageIterator& cursor, QelSID& sid) const;
 };
 
-/// -1 for an empty SID.
+/// -1 if the SID is empty.
 struct QelSID::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelSID& sid) const;
 };
 
-/// Whether a member of the set answers true to isWellKnownSID.
+/// Whether isWellKnownSID(which) holds for a member of the set.
 [[nodiscard]] bool containsWellKnownSID(const std::set<QelSID>& sids, QelSID::WellKnownSIDs which);
 
 } // namespace Qel

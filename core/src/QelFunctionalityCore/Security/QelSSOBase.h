@@ -6,7 +6,7 @@
 
 namespace Qel {
 
-/// Where the single sign-on server is.
+/// Location of the single sign-on server.
 struct QelSSOServerConfig {
     std::string server;
     std::string serverVersion;
@@ -18,25 +18,25 @@ struct QelSSOServerConfig {
     using writer_type = Writer;
 };
 
-/// -1, and an error in the log, if a parameter that must be set is missing.
+/// Logs an error and returns -1 if a required parameter is missing.
 struct QelSSOServerConfig::Reader {
     int operator()(const QelMessageIterator& cursor, QelSSOServerConfig& config) const;
 };
 
-/// How a service registers with the single sign-on server.  The fields that have the number of their element for a name
-/// are the server's: they are carried and not looked at.
+/// Registration of a service with the single sign-on server.  Fields named after their element ID are opaque data of
+/// the server.
 struct QelSSOServiceProviderConfig {
     std::string name;
     bool enabled = false;
     std::string field2137;
     std::string field2138;
     std::string field2139;
-    std::string field2140; ///< any bytes; may be left out
-    std::string field2141; ///< may be left out
+    std::string field2140; ///< any bytes; optional
+    std::string field2141; ///< optional
     std::string field2142;
     std::string field2143;
     std::string field2144;       ///< any bytes
-    std::string providerVersion; ///< may be left out
+    std::string providerVersion; ///< optional
 
     struct Reader;
     using Writer = QelRecordWriter<QelSSOServiceProviderConfig>;
@@ -44,7 +44,7 @@ struct QelSSOServiceProviderConfig {
     using writer_type = Writer;
 };
 
-/// -1, and an error in the log, if a parameter that must be set is missing.
+/// Logs an error and returns -1 if a required parameter is missing.
 struct QelSSOServiceProviderConfig::Reader {
     int operator()(const QelMessageIterator& cursor, QelSSOServiceProviderConfig& config) const;
 };

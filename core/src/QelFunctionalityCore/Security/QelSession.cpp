@@ -33,7 +33,7 @@ int writeTimeout(QelMessageIterator& cursor, const QelSession& session) {
     return session.isPersistent() ? 0 : cursor.putValue(session.timeout, timeoutElement);
 }
 
-// The number behind the first point of a version: whatever stands before it is nobody's.
+// Parses the minor number of "major.minor"; the major number is ignored.
 int readRevision(const QelMessageIterator& cursor, QelSession& session) {
     std::string text;
     if (cursor.getValue(text, revisionElement) != 0)
@@ -71,7 +71,7 @@ template <> struct Wire<QelSession> : WireWords<QelSession> {
         step<&readRevision, &writeRevision>("revision", revisionElement, required).unchecked(),
         field<&QelSession::token>(1944, ignored, always).unchecked(),
         field<&QelSession::peerAddress>(1262, ignored, ifSet).unchecked(),
-        step<&readData, &writeData>("data", entryElement, ignored).unchecked(), // the last: see layoutFor
+        step<&readData, &writeData>("data", entryElement, ignored).unchecked(), // must be last: see layoutFor
     };
 };
 template <> const QelWireLayout& qelWireLayout<QelSession>() {
@@ -88,7 +88,7 @@ const QelWireLayout& layoutFor(bool withoutData) {
     return withoutData ? shortened : whole;
 }
 
-// Wraps around, since the time of a message may be any number.
+// Subtracts modulo 2^n, without signed overflow: the time of a message may be any number.
 long difference(long a, long b) {
     return static_cast<long>(static_cast<unsigned long>(a) - static_cast<unsigned long>(b));
 }
@@ -101,7 +101,7 @@ int QelSession::Reader::operator()(const QelMessageIterator& cursor, QelSession&
     const long now = std::time(nullptr);
     long sent = 0;
     if (cursor.getMessage()->getTime(&sent) != 0) {
-        setErrorMessage("can't read QelSession: the message doesn't tell its time");
+        setErrorMessage("can't read QelSession: the message has no time");
         return -1;
     }
     session.timeSkew = difference(now, sent);

@@ -11,13 +11,13 @@
 
 namespace Qel {
 
-/// Somebody who is logged in.
+/// A login session.
 class QelSession {
 public:
-    /// The timeout of a session that doesn't end by itself.
+    /// Sentinel for `timeout`: the session does not expire.
     static constexpr int persistent = -1;
 
-    /// What a plug-in keeps with a session under a name of its own: an element 1018.
+    /// Opaque data that a plug-in stores in the session under its own key: an element 1018.
     struct ValueData : QelAnyData {
         ValueData();
     };
@@ -30,7 +30,7 @@ public:
 
     virtual ~QelSession() = default;
 
-    /// The session's data.  Its writer uses the one, its reader the other.
+    /// The session's data.  Writer uses the const overload, Reader the other one.
     [[nodiscard]] virtual const Data& data() const { return m_data; }
     [[nodiscard]] virtual Data& data() { return m_data; }
 
@@ -38,24 +38,23 @@ public:
 
     std::string sessionID;
     QelAuthName authName;
-    long time1961 = 0; ///< seconds since the epoch; the agent settles of what
-    long time1799 = 0; ///< likewise
+    long time1961 = 0; ///< seconds since the epoch; the agent defines the event
+    long time1799 = 0; ///< seconds since the epoch; the agent defines the event
     int timeout = 0;   ///< seconds, or `persistent`
     int revision = 0;
     QelToken token;
-    QelIPv6 peerAddress; ///< the any-address if it isn't known
+    QelIPv6 peerAddress; ///< any-address: unknown
 
-    /// Local time minus that of the message that the session was read from, in seconds: what to add to the session's
-    /// times to compare them with the local clock.  Not sent.
+    /// Local time at reading minus the time of the message, in seconds.  Add it to the session's times to compare them
+    /// with the local clock.  Not written.
     long timeSkew = 0;
 
 private:
     Data m_data;
 };
 
-/// Reads a session from a message that tells its time; -1, and nothing is read, from another one.  -1 as well if one of
-/// the required fields is missing or unreadable; those behind it then stay as they were.  Data are added to those that
-/// are there.
+/// Requires the message envelope to carry a time; otherwise returns -1 and reads nothing.  Stops with -1 if a required
+/// field is missing or unreadable, and leaves the fields after it unchanged.  Inserts data into the existing map.
 struct QelSession::Reader {
     explicit Reader(bool leaveOutData = false) : withoutData(leaveOutData) {}
 
@@ -73,7 +72,7 @@ struct QelSession::Writer : QelWriterBaseT<Writer> {
     bool withoutData;
 };
 
-/// Reads a session's data from the entries in the current element; -1 for an entry without a name.
+/// Reads session data from the entries of the current element; -1 at an entry without a key.
 struct QelSessionDataReader {
     int operator()(const QelMessageIterator& cursor, QelSession::Data& data) const;
 };
@@ -82,7 +81,7 @@ struct QelSessionDataWriter : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelSession::Data& data) const;
 };
 
-/// A client that made itself known.
+/// A client registered with the agent.
 struct QelRegisteredClient {
     std::string clientID;
     int clientValue = 0;

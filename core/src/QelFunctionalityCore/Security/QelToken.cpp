@@ -68,7 +68,7 @@ const QelToken& QelToken::getCurrent() {
 }
 
 QelToken QelToken::setCurrent(const QelToken& token) {
-    // The argument may be the current token itself.
+    // Copy first: the argument may be the current token itself.
     return std::exchange(currentToken(), QelToken(token));
 }
 
@@ -102,7 +102,7 @@ int QelToken::Reader::operator()(const QelMessageIterator& cursor, QelToken& tok
 int QelToken::Writer::operator()(QelMessageIterator& cursor, const QelToken& token) const {
     if (writeByLayout(qelWireLayout<QelToken>(), &token, cursor) == 0)
         return 0;
-    // A list that one of its items stopped answers 1, as everywhere; anything else answers -1.
+    // 1 is the failure code of list writers; any other failure is -1.
     return token.sid.toBinary().empty() ? -1 : 1;
 }
 

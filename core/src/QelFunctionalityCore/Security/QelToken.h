@@ -11,10 +11,9 @@
 
 namespace Qel {
 
-/// Who a piece of work acts as.
+/// Security token: the identity under which an operation runs.
 ///
-/// The process has one current token, the agent's own at start.  It has no lock: getCurrent and setCurrent are for one
-/// thread at a time.
+/// The process has one current token, initially the agent's.  getCurrent and setCurrent are not thread-safe.
 class QelToken {
 public:
     struct Reader;
@@ -22,44 +21,42 @@ public:
     using reader_type = Reader;
     using writer_type = Writer;
 
-    QelSID sid; ///< "S-1-0-0" unless told
+    QelSID sid; ///< "S-1-0-0": unset
     std::set<QelSID> groups;
     std::set<QelSID> denied;
     std::set<std::string> privileges;
-    QelOptionalProperty<QelAuthName> authName; ///< the name of the login, if there was one
+    QelOptionalProperty<QelAuthName> authName; ///< login name, if any
 
-    /// What the local agent acts as: itself, a member of its host's administrators.  Made anew at each call, so that it
-    /// follows a change of the local identity.  While there is none, a token of the default SID, which is its own
-    /// group.
+    /// Token of the local agent: the agent's SID, with the local administrators as a group.  Built at each call, so it
+    /// reflects a change of the local identity.  If there is no local identity, SID and only group are the default SID.
     [[nodiscard]] static QelToken getAgentToken();
 
-    /// Keeps what the agent's token was at the first use until setCurrent changes it.  The reference is valid until the
-    /// next setCurrent.
+    /// The current token.  Initialised from getAgentToken() at first use.  setCurrent() changes the referenced object.
     [[nodiscard]] static const QelToken& getCurrent();
-    /// Gives the token that was current, for the caller to put it back.
+    /// Returns the previous token, for the caller to restore.
     static QelToken setCurrent(const QelToken& token);
 
-    /// Narrows this token to what both allow: groups and privileges become those that both have, and what either
-    /// denies is denied, as is every group that only one of them has.  SID and name of the login stay.
+    /// Restricts this token to what both tokens allow.  Groups and privileges become the intersections.  The denied set
+    /// becomes the union of both, plus the groups that only one token has.  SID and login name are unchanged.
     void restrict(const QelToken& other);
 
-    /// Whether it is or belongs to the administrators of an environment.
+    /// Whether the SID or one of the groups is the administrators' SID of the environment.
     [[nodiscard]] bool isEnvAdministrators(const QelEID& eid) const;
-    /// The same for the local environment.  Without a local identity the administrators are the default SID, so that
-    /// the agent's own token is one of them.
+    /// isEnvAdministrators() for the local environment.  Without a local identity the administrators' SID is the
+    /// default one, so the agent's own token qualifies.
     [[nodiscard]] bool isLocalAdministrators() const;
 
 private:
     [[nodiscard]] bool isOrBelongsTo(const QelSID& principal) const;
 };
 
-/// -1 if there is no SID; the token then stays as it was.  Otherwise 0 and a token that is new in all its fields: what
-/// is missing is empty, and a list that is unreadable ends where it becomes so.
+/// If there is no SID, returns -1 and leaves the token unchanged.  Otherwise replaces all fields and returns 0: a
+/// missing field becomes empty, and a list ends before its first unreadable item.
 struct QelToken::Reader {
     int operator()(const QelMessageIterator& cursor, QelToken& token) const;
 };
 
-/// -1 if the SID is empty, 1 if one in a list is.
+/// -1 if the SID of the token is empty, 1 if a SID in a list is empty.
 struct QelToken::Writer : QelRecordWriter<QelToken> {
     int operator()(QelMessageIterator& cursor, const QelToken& token) const;
 };

@@ -33,7 +33,7 @@ QelAnyData& QelAnyData::operator=(QelMessageIterator* it) {
 }
 
 void QelAnyData::reset(const QelMessageIterator* it, bool copy) {
-    // The old tree goes last, since `it` may stand on it.
+    // Destroy the old tree last: `it` may point into it.
     std::unique_ptr<QelMessageIterator> iterator(it != nullptr ? it->newIterator(copy) : nullptr);
     m_iterator = std::move(iterator);
     m_message.reset(copy && m_iterator ? m_iterator->getMessage() : nullptr);

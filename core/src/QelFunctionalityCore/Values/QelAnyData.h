@@ -10,10 +10,10 @@
 
 namespace Qel {
 
-/// An element with its subtree that a record carries without looking into it.
+/// An opaque element with its subtree, carried by a record without being interpreted.
 ///
-/// It holds a cursor on the element, and either owns the tree that the cursor stands on or shares somebody else's,
-/// which must live as long.
+/// Holds a cursor on the element.  The tree under the cursor is either owned, or borrowed and must then outlive this
+/// object.
 class QelAnyData {
 public:
     struct Reader;
@@ -21,54 +21,56 @@ public:
     using reader_type = Reader;
     using writer_type = Writer;
 
-    /// Empty; will carry an element with this ID.
+    /// Empty.  `elementID` is the ID of the element to carry.
     explicit QelAnyData(int elementID) : m_elementID(elementID) {}
-    /// With the element under `it`, as of reset().
+    /// Calls reset(it, copy).
     QelAnyData(QelMessageIterator* it, bool copy, int elementID);
-    /// Owns a copy of the subtree if `other` owns its tree, and shares the tree otherwise.
+    /// Deep copy if `other` owns its tree; otherwise borrows the same tree.
     QelAnyData(const QelAnyData& other);
     QelAnyData& operator=(const QelAnyData& other);
     QelAnyData(QelAnyData&& other) noexcept;
     QelAnyData& operator=(QelAnyData&& other) noexcept;
     ~QelAnyData();
 
-    /// Takes a copy of the element under `it`.
+    /// Calls reset(it, true).
     QelAnyData& operator=(QelMessageIterator* it);
 
-    /// Gives up what it has and takes the element under `it`: with `copy` a copy that it owns, without it a further
-    /// cursor on the same tree.  Null leaves it empty.
+    /// Replaces the content with the element under `it`: an owned copy if `copy` is true, otherwise a new cursor on the
+    /// same tree.  Null clears the object.
     void reset(const QelMessageIterator* it, bool copy);
 
     [[nodiscard]] bool empty() const { return !m_iterator; }
 
     /// True if the element has a child `id`.
     [[nodiscard]] bool isSpecified(int id) const;
-    /// The value of child `id`, fetched into `cache` unless there is something in it already; gives `cache`.
+    /// Returns `cache`.  An empty `cache` is first filled with the value of child `id`, if there is one.
     const std::string& get(int id, std::string& cache) const;
-    /// Replaces the value of child `id` and the cache; -1, and nothing changes, if it is empty.
+    /// Replaces the value of child `id` and stores it in `cache`.  -1, and no change, if the object is empty.
     int set(int id, const std::string& value, std::string& cache);
 
-    /// Adds the element, with its own ID, as a child of the element under `to`; nothing if it is empty.
+    /// Adds the element, with its own ID, as a child of the element under `to`.  Does nothing if the object is empty.
     int serialize(QelMessageIterator* to) const;
-    /// The element in binary form.  `*buf` is malloc memory and the caller's.  -1 if it is empty.
+    /// Encodes the element in binary form.  `*buf` is allocated with malloc and owned by the caller.  -1 if the object
+    /// is empty.
     int serialize(char** buf, int* len) const;
-    /// Takes the element from its binary form.  Empty afterwards, and 0, if there are no bytes or they hold another
-    /// element; empty and nonzero if they are malformed.
+    /// Replaces the content with an element decoded from binary form.  If `buf` is null or `len` is 0, or if the
+    /// element has another ID, the object becomes empty and the result is 0.  If the data is malformed, the object
+    /// becomes empty and the result is nonzero.
     int deserialize(const char* buf, int len);
 
-    /// The element as text; malloc memory and the caller's, null if it is empty.
+    /// Encodes the element as text, allocated with malloc and owned by the caller.  Null if the object is empty.
     [[nodiscard]] char* toText() const;
-    /// Takes element `id` from its text form; results as of deserialize().
+    /// Replaces the content with element `id`, decoded from text form.  Results as for deserialize().
     int fromText(const char* text, int id);
-    /// Takes the element with its own ID from its text form.
+    /// fromText() with the ID passed to the constructor.
     int fromText(const char* text);
 
-    /// Makes an empty element `id` in this namespace, unless it has an element.
+    /// If the object is empty, creates an empty element `id` in namespace `ns`.
     void checkMsg(int id, int ns);
 
-    /// A further cursor at the element, valid as long as its tree; null if it is empty.
+    /// A new cursor on the element, valid as long as the tree.  Null if the object is empty.
     [[nodiscard]] boost::shared_ptr<QelMessageIterator> any() const;
-    /// The same, on a new element if it is empty.
+    /// A new cursor on the element, valid as long as the tree.  If the object is empty, creates the element first.
     [[nodiscard]] boost::shared_ptr<QelMessageIterator> any();
 
 private:
@@ -76,30 +78,31 @@ private:
         void operator()(QelMessage* message) const { ifDestroy(message); }
     };
 
-    /// Owns a new tree whose root the cursor stands on.
+    /// Creates an owned tree, with the cursor at its root.
     void makeTree();
-    /// Moves to the child `id` that a parser has added with this result, or gives up the tree.
+    /// Moves the cursor to the parsed child `id`.  Destroys the tree if parsing failed or there is no such child.
+    /// Returns `parsed`.
     int settle(int parsed, int id);
     void swap(QelAnyData& other) noexcept;
 
-    // The cursor is destroyed before the tree that it stands on.
+    // Order matters: the cursor must be destroyed before the tree that it points into.
     std::unique_ptr<QelMessage, Destroyer> m_message;
     std::unique_ptr<QelMessageIterator> m_iterator;
     int m_elementID;
 };
 
-/// Reads the child that has the ID which the object carries: takes a copy of it.
+/// Reads a copy of the child whose ID was passed to the object's constructor.
 struct QelAnyData::Reader {
     explicit Reader(bool isOptional = false) : optional(isOptional) {}
 
-    /// A missing child is -1, or 0 if it is optional; the object then stays as it was.
+    /// If the child is missing, leaves the object unchanged and returns 0 if it is optional, -1 otherwise.
     int operator()(const QelMessageIterator& cursor, QelAnyData& any) const;
 
     bool optional;
 };
 
-/// Adds the element as a child of the current one.  To be used with ID 0, since putObj with another ID would nest it
-/// one level deeper.
+/// Adds the element as a child of the current one.  Use it with ID 0: putObj with another ID would nest the element one
+/// level deeper.
 struct QelAnyData::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelAnyData& any) const;
 };

@@ -6,7 +6,7 @@
 
 namespace Qel {
 
-/// A set of environment identifiers that crosses the wire as a run of elements.
+/// A set of environment identifiers.  Its wire form is a sequence of sibling elements.
 class QelEIDList : public std::set<QelEID, QelEnvIDComparator> {
 public:
     struct Reader;
@@ -17,8 +17,8 @@ public:
     using std::set<QelEID, QelEnvIDComparator>::set;
 };
 
-/// Adds the identifiers in the children 1866 of the current element.  No such child is no failure; -1 at the first one
-/// that holds no identifier.
+/// Inserts the identifiers from the children 1866 of the current element.  There may be none.  Stops with -1 at the
+/// first child that does not contain an identifier.
 struct QelEIDList::Reader {
     int operator()(const QelMessageIterator& cursor, QelEIDList& list) const;
 };

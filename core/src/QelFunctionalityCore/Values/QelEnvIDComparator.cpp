@@ -6,7 +6,7 @@ namespace Qel {
 
 namespace {
 
-// Constant-initialised, so that it may be set from any other file's static initialiser.
+// Constant-initialised: static initialisers of other translation units may set it.
 constinit QelEnvIDComparator::SortKeySource sortKeySource = nullptr;
 
 } // namespace
@@ -19,7 +19,7 @@ bool QelEnvIDComparator::isLessBySortKey(const QelEID& a, const QelEID& b) {
     if (sortKeySource == nullptr)
         return a < b;
     const std::optional<std::uint32_t> keyOfA = sortKeySource(a);
-    // One unknown key is enough, and a cache that can't be had is asked for once a comparison only.
+    // One unknown key decides, so an unavailable cache is queried only once per comparison.
     const std::optional<std::uint32_t> keyOfB = keyOfA ? sortKeySource(b) : std::nullopt;
     if (!keyOfB || *keyOfA == *keyOfB)
         return a < b;

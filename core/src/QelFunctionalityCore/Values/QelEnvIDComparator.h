@@ -8,17 +8,17 @@
 
 namespace Qel {
 
-/// The order of sets of environment identifiers: with `sort_order_by_veid` by the numeric sort keys of the
-/// environments, as unsigned numbers, where both are known and differ; in all other cases that of the identifiers.
+/// Ordering for sets of environment identifiers.  If `sort_order_by_veid` is nonzero and the sort keys of both
+/// environments are known and differ, compares the keys as unsigned numbers; otherwise compares the identifiers.
 ///
-/// Sort keys lie in the environment cache, so the order of a set depends on the cache while it is built, and is strict
-/// only as long as the keys of its members stay as they are.
+/// Sort keys are stored in the environment cache.  The order of a set therefore depends on the cache content at
+/// insertion, and is a strict weak ordering only as long as the keys of its members do not change.
 struct QelEnvIDComparator {
-    /// Looks up an environment's sort key; nothing if the environment or the cache can't be had.
+    /// Returns an environment's sort key; nullopt if the environment is unknown or the cache is unavailable.
     using SortKeySource = std::optional<std::uint32_t> (*)(const QelEID&);
 
-    /// Tells where sort keys come from, and gives back where they came from before.  To be called while the library is
-    /// loaded, before sets are built; without it no key is known.
+    /// Sets the sort key source and returns the previous one.  Call it during library load, before any set is built.
+    /// Null, the initial value: no key is known.
     static SortKeySource setSortKeySource(SortKeySource source) noexcept;
 
     bool operator()(const QelEID& a, const QelEID& b) const {

@@ -2,7 +2,8 @@
 
 namespace Qel {
 
-/// Root of the interfaces that the agent's services implement.  Who holds a service by this destroys it by this.
+/// Base class of the interfaces that the agent's services implement.  A service may be deleted through a pointer to
+/// this class.
 class QelFunctional {
 public:
     QelFunctional(const QelFunctional&) = delete;

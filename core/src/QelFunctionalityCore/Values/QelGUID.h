@@ -7,7 +7,7 @@ namespace Qel {
 
 class QelMessageIterator;
 
-/// A 128-bit identifier that travels as its text, in the value of the element.
+/// A 128-bit identifier.  Its wire form is its string form, stored as the value of the element.
 class QelGUID : public QelGUIDBase {
 public:
     struct Reader;
@@ -19,7 +19,7 @@ public:
     constexpr QelGUID() noexcept = default;
 };
 
-/// -1 if the element has no value or its text is not an identifier; the identifier then stays as it was.
+/// -1, and `guid` unchanged, if the element has no value or the value is not a GUID.
 struct QelGUID::Reader {
     int operator()(const QelMessageIterator& cursor, QelGUID& guid) const;
 };

@@ -8,10 +8,10 @@ namespace Qel {
 
 class QelMessageIterator;
 
-/// An address as text, with its network.  Texts are taken as they come, and parsed only to be compared.
+/// An IP address with its netmask, as strings.  They are stored without validation; compare() parses them.
 struct QelIPAddress {
     std::string ip;      ///< IPv4 or IPv6
-    std::string netmask; ///< the prefix length in decimal, from setNetmask(); empty if there is none
+    std::string netmask; ///< prefix length in decimal, see setNetmask(); empty: unset
 
     struct Reader;
     struct Writer;
@@ -20,35 +20,34 @@ struct QelIPAddress {
 
     QelIPAddress() = default;
     QelIPAddress(const std::string& address, const std::string& mask);
-    /// From `address` or `address/mask`, with a mask as of setNetmask().
+    /// Parses `address` or `address/mask`; the mask is passed to setNetmask().
     explicit QelIPAddress(const std::string& text);
-    /// A prefix beyond the last bit of the address gives no netmask.
+    /// A prefix longer than the address (32 or 128 bits) leaves the netmask unset.
     QelIPAddress(const std::string& address, unsigned int prefix);
 
-    /// Takes a mask as it is for an IPv6 address, and a prefix length for either; for an IPv4 address the prefix length
-    /// of a dotted mask.
+    /// Converts the dotted mask of an IPv4 address to a prefix length.  Stores any other mask unchanged.
     void setNetmask(const std::string& mask);
 
     /// "ip", or "ip/netmask".
     [[nodiscard]] std::string toStringWithNetwork() const;
 
-    /// -1, 0 or 1: by the number of the address, then by the netmask as text.  An IPv4 address beside an IPv6 address
-    /// counts as the IPv4-compatible one.
+    /// Three-way comparison, -1, 0 or 1: by numeric address, then by netmask as a string.  An IPv4 address compared
+    /// with an IPv6 address is converted to its IPv4-compatible form.
     [[nodiscard]] int compare(const QelIPAddress& other) const;
 };
 
-/// -1 if there is no address; a netmask may be missing.
+/// The address is required, the netmask is optional.  Returns the cursor's result for the address.
 struct QelIPAddress::Reader {
     int operator()(const QelMessageIterator& cursor, QelIPAddress& address) const;
 };
 
-/// An IPv4 netmask goes out as a dotted quad.
+/// Writes an IPv4 netmask as a dotted quad.
 struct QelIPAddress::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelIPAddress& address) const;
 };
 
-/// Tests whether an address is a wanted one: the same text and the same netmask, where an empty field of the wanted one
-/// fits all.
+/// Predicate: the candidate has the wanted address string and the wanted netmask.  An empty field of the wanted address
+/// matches everything.
 class ipCompare {
 public:
     explicit ipCompare(const QelIPAddress& wanted);

@@ -7,22 +7,22 @@ namespace Qel {
 
 class QelMessageIterator;
 
-/// Reads an address from the value of the current element; -1 if it has none.  A text that is no address reads as the
-/// any address, or as 0.
+/// Reads an address from the value of the current element; nonzero if it has none.  A value that is not an address
+/// reads as the any-address, or 0.
 struct QelIPReader {
     int operator()(const QelMessageIterator& cursor, QelIPv6& address) const;
-    /// An IPv4 address as a number; a plain decimal number reads as itself.
+    /// An IPv4 address as a number.  Also accepts a plain decimal number.
     int operator()(const QelMessageIterator& cursor, unsigned int& address) const;
 };
 
 /// Writes an address as the value of the current element.
 struct QelIPWriter : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelIPv6& address) const;
-    /// A number goes out as an IPv4 address.
+    /// Writes the number as a dotted quad.
     int operator()(QelMessageIterator& cursor, unsigned int address) const;
 };
 
-/// The same, with an IPv4-compatible address as the IPv4 address that it carries.
+/// Writes an address as the value of the current element, an IPv4-compatible address as the embedded IPv4 address.
 struct QelIPPrettyWriter : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelIPv6& address) const;
 };

@@ -8,8 +8,8 @@
 
 namespace Qel {
 
-/// Reads a string of limited length from the value of the current element; -1 if it has none.  A text that is too long
-/// ends the process, as every assignment of it does.
+/// Reads a limited-length string from the value of the current element; -1 if it has none.  A value that is too long
+/// terminates the process, as does every such assignment.
 struct QelReaderLimitedLengthString {
     template <std::size_t size>
     int operator()(const QelMessageIterator& cursor, limited_length_string<size, char>& value) const {
@@ -21,7 +21,7 @@ struct QelReaderLimitedLengthString {
     }
 };
 
-/// Writes a string of limited length as the value of the current element; nothing if it is unset.
+/// Writes a limited-length string as the value of the current element.  Does nothing if the string is unset.
 struct QelWriterLimitedLengthString : QelWriterBase {
     template <std::size_t size>
     int operator()(QelMessageIterator& cursor, const limited_length_string<size, char>& value) const {

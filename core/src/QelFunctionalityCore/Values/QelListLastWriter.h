@@ -2,12 +2,12 @@
 
 #include "QelMessage/QelWireLayout.h"
 
-// For source files only.
+// Private header.
 
 namespace Qel {
 
-/// Writes a record by its table, whose last row is a list that gives the record its result: 0, -1 when a row before it
-/// fails, or 1, as every list, when an item does.
+/// Writes a record whose wire table ends with a list.  Returns -1 if a row before the list fails, 1, the failure code
+/// of list writers, if the list fails, 0 otherwise.
 [[nodiscard]] inline int writeWithListLast(const QelWireLayout& layout, const void* record,
                                            QelMessageIterator& cursor) {
     QelWireLayout head = layout;

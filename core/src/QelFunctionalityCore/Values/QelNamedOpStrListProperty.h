@@ -12,7 +12,7 @@ namespace Qel {
 
 class QelMessageIterator;
 
-/// A named list of texts, with an operation to be done with it.
+/// A named list of strings with the operation to apply to it.
 class QelNamedOpStrListProperty : public QelNamedProperty<std::vector<std::string>, QelOperationProperty> {
 public:
     struct Reader;
@@ -27,7 +27,7 @@ public:
     virtual ~QelNamedOpStrListProperty() = default;
 };
 
-/// -1 if the name is missing or a text of the list is unreadable.
+/// -1 if the name is missing or a list item cannot be read.
 struct QelNamedOpStrListProperty::Reader {
     int operator()(const QelMessageIterator& cursor, QelNamedOpStrListProperty& property) const;
 };
@@ -37,8 +37,8 @@ struct QelNamedOpStrListProperty::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelNamedOpStrListProperty& property) const;
 };
 
-/// The order of a set of such properties: by name, without regard to case.  Neither pointer may be null; the process
-/// ends if both are.
+/// Ordering by name, case-insensitive.  Neither pointer may be null; only two null pointers are detected, and terminate
+/// the process.
 struct QelLessNamedOpStrListPropertyPtr {
     bool operator()(const boost::shared_ptr<QelNamedOpStrListProperty>& a,
                     const boost::shared_ptr<QelNamedOpStrListProperty>& b) const;

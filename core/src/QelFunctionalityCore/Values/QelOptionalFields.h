@@ -6,10 +6,10 @@
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelMessageIterator.h"
 
-// How a field that may be left out crosses the wire, as child `id` of the current element.
+// Readers and writers for optional fields, stored as child `id` of the current element.
 //
-// A read always succeeds: a missing or unreadable element leaves the property unspecified and its value as it was.  A
-// write gives the result of the put, and does nothing and succeeds for an unspecified property.
+// Readers always return 0.  A missing or unreadable element leaves the property unspecified and its value unchanged.
+// Writers return the result of the put; for an unspecified property they write nothing and return 0.
 
 namespace Qel {
 
@@ -20,7 +20,7 @@ int readOptionalProperty(const QelMessageIterator& cursor, QelOptionalProperty<T
     return 0;
 }
 
-/// A bool goes out as 0 or 1.
+/// Writes a bool as 0 or 1.
 template <class T>
 requires std::same_as<T, std::string> || std::same_as<T, int> || std::same_as<T, bool>
 int writeOptionalProperty(QelMessageIterator& cursor, const QelOptionalProperty<T>& property, int id) {
@@ -32,7 +32,7 @@ int writeOptionalProperty(QelMessageIterator& cursor, const QelOptionalProperty<
         return cursor.putValue(property.get(), id);
 }
 
-/// Where a long has 32 bits, it takes the lower half of what was sent.
+/// A 32-bit `long` receives the low 32 bits of the value.
 template <class T>
 requires std::same_as<T, long> || std::same_as<T, long long>
 int readOptionalLongLong(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id) {
@@ -50,7 +50,7 @@ int writeOptionalLongLong(QelMessageIterator& cursor, const QelOptionalProperty<
     return property.isSpecified() ? cursor.putValueLongLong(property.get(), id) : 0;
 }
 
-/// A record that fails inside keeps what it had read until then.
+/// If reading the record fails half way, it keeps the fields read so far.
 template <class T> int readOptionalComplex(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id) {
     property.specify(cursor.getObj(property.get(), id) == 0);
     return 0;

@@ -30,17 +30,18 @@ private:
     T m_value{};
 };
 
-/// A value that may not have been given at all.  Unspecified at start.  An unspecified property still holds a value,
-/// the last one it had, which get() gives.
+/// A value that may be unspecified, which is the initial state.  An unspecified property keeps its last value, which
+/// get() returns.
 ///
-/// Unspecified properties are equal whatever they hold, and come before the specified ones, which compare by value.
+/// Unspecified properties compare equal regardless of their values, and less than specified ones.  Specified properties
+/// compare by value.
 template <class T> class QelOptionalProperty : public QelProperty<T> {
 public:
     [[nodiscard]] bool isSpecified() const { return m_specified; }
-    /// Doesn't touch the value.
+    /// Leaves the value unchanged.
     void specify(bool specified) { m_specified = specified; }
 
-    /// Stores the value and specifies it.
+    /// Stores the value and marks it specified.
     void set(const T& value) {
         QelProperty<T>::set(value);
         m_specified = true;
@@ -50,7 +51,7 @@ public:
         return *this;
     }
 
-    /// -1, 0 or 1.
+    /// Three-way comparison: -1, 0 or 1.
     [[nodiscard]] int compare(const QelOptionalProperty& other) const {
         if (!m_specified || !other.m_specified)
             return int(m_specified) - int(other.m_specified);
@@ -68,10 +69,10 @@ private:
     bool m_specified = false;
 };
 
-/// A value with an operation to be done with it.
+/// A value with the code of an operation to apply to it.
 template <class T> class QelOperationProperty : public QelProperty<T> {
 public:
-    /// The code of no operation.
+    /// Sentinel: no operation.
     static constexpr int noOperation = -1;
 
     using QelProperty<T>::operator=;

@@ -9,7 +9,7 @@
 #include "QelMessage/QelCombinators.h"
 #include "QelMessage/QelWireValue.h"
 
-// How the types of this folder that aren't records stand in lists and in the tables of records.  For source files only.
+// Codecs that make the non-record types of this folder usable in lists and wire tables.  Private header.
 
 namespace Qel {
 
@@ -25,7 +25,7 @@ template <> struct QelFunctorsOf<QelIPv6> {
 
 namespace Internal {
 
-/// A text that has functors of its own.
+/// Codec for a string-like type with its own functors.
 template <class T> struct WireTextByFunctors {
     static constexpr QelWireKind kind = QelWireKind::text;
     static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField&) {
@@ -48,7 +48,8 @@ template <> struct QelWireValue<QelIPv6> : Internal::WireTextByFunctors<QelIPv6>
     static bool isSet(const QelIPv6& value) { return !value.isAny(); }
 };
 
-/// Specified exactly when the read succeeded; in a row that keeps what is set, left as it was when it failed.
+/// A read marks the property specified if it succeeds, and unspecified if it fails.  In a row with `keepsSet`, a failed
+/// read leaves the mark unchanged.
 template <class T> struct QelWireValue<QelOptionalProperty<T>> : QelWireValue<T> {
     using Specified = T;
     static int read(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id,
@@ -65,7 +66,7 @@ template <class T> struct QelWireValue<QelOptionalProperty<T>> : QelWireValue<T>
     static bool isSet(const QelOptionalProperty<T>& property) { return property.isSpecified(); }
 };
 
-/// Where a long has 32 bits, it takes the lower half of what was sent.
+/// A 32-bit `long` receives the low 32 bits of the value.
 template <> struct QelWireValue<QelOptionalProperty<long>> : QelWireValue<long> {
     using Specified = long;
     static int read(const QelMessageIterator& cursor, QelOptionalProperty<long>& property, int id,

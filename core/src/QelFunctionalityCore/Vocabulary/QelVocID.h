@@ -8,16 +8,16 @@
 
 namespace Qel {
 
-/// The identity of a vocabulary: no two with one name and one version.
+/// Identifies a vocabulary by name and version.
 struct QelVocID {
-    /// ID of the parameter whose value is the version of the vocabulary that it stands in.
+    /// ID of the parameter that contains the version of its vocabulary.
     static constexpr std::string_view versionParameter = "vocversion";
 
     limited_length_string<256> name;
     limited_length_string<256> version;
 
     friend bool operator==(const QelVocID& a, const QelVocID& b) { return a.name == b.name && a.version == b.version; }
-    /// By name, then by version.
+    /// Orders by name, then by version.
     friend bool operator<(const QelVocID& a, const QelVocID& b) {
         const int order = a.name.compare(b.name);
         return (order != 0 ? order : a.version.compare(b.version)) < 0;
@@ -29,10 +29,11 @@ struct QelVocID {
     using writer_type = Writer;
 };
 
-/// -1 without a name or without a version.  A name or a version of 256 characters and more ends the process.
+/// -1 if the name or the version is missing.  A name or version of 256 or more characters terminates the process.
 struct QelVocID::Reader {
-    /// Where the version stands: in an element of its own, as the writer leaves it, or, at a vocabulary, in the first
-    /// parameter whose ID is `versionParameter`.
+    /// `hasVersionElement`: the version is stored in an element of its own, the form that the writer produces.
+    /// Otherwise the current element is a vocabulary, and its first parameter with ID `versionParameter` contains the
+    /// version.
     explicit Reader(bool hasVersionElement = false) : versionElement(hasVersionElement) {}
 
     int operator()(const QelMessageIterator& cursor, QelVocID& vocID) const;
@@ -44,12 +45,12 @@ struct QelVocID::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelVocID& vocID) const;
 };
 
-/// The order of sets that hold one version of a name at most.
+/// Ordering by name only, for sets that contain at most one version of each name.
 struct QelVocIDSortUniqueName {
     bool operator()(const QelVocID& a, const QelVocID& b) const { return a.name < b.name; }
 };
 
-/// A choice of vocabularies, one version of a name at most.
+/// A selection of vocabularies, at most one version of each name.
 using QelVocIDSet = std::set<QelVocID, QelVocIDSortUniqueName>;
 
 } // namespace Qel

@@ -7,33 +7,32 @@
 
 namespace Qel {
 
-/// A cursor that knows the shape of a vocabulary (see VocabularyElements.h): it steps over the categories and the
-/// parameters, all of them or those that belong to each of a set of categories.
+/// A cursor for the layout of a vocabulary (see VocabularyElements.h).  It iterates over the categories or the
+/// parameters, optionally only over those that belong to every category of a given set.
 ///
-/// The message must be a vocabulary of its own; it stays the caller's and must outlive the iterator.  A new iterator
-/// stands at the root of the message.  Operations give 0 for success and -1 for failure.
+/// The message must contain a single vocabulary.  The caller keeps ownership of it, and it must outlive the iterator. A
+/// new iterator is positioned at the root of the message.  Operations return 0 on success and -1 on failure.
 class QelVocIterator : public QelBinaryIterator {
 public:
     using Categories = std::set<std::string>;
 
-    /// With `restrictSet` it is restricted to those categories from the start.
+    /// `restrictSet`: initial value for setRestrictSet(); null: empty.
     explicit QelVocIterator(QelMessage* message, const Categories* restrictSet = nullptr);
-    /// At the same element, with the same restriction.
+    /// Copies the position and the restriction.
     explicit QelVocIterator(const QelVocIterator* other);
 
     using QelBinaryIterator::newIterator;
-    /// A copy, the caller's.
+    /// Returns a copy, owned by the caller.
     [[nodiscard]] QelVocIterator* newIterator() const;
 
-    /// To the element that holds the vocabulary.
+    /// Moves to the element that contains the vocabulary.
     int seekRoot() const override;
 
-    /// The categories that the operations without an argument of their own ask for.
+    /// Sets the categories that the overloads without a parameter filter by.
     void setRestrictSet(const Categories& categories) { m_restrictSet = categories; }
 
-    /// To the first, or to the next, category or parameter that belongs to each of the categories: to any one for an
-    /// empty set.  A first that isn't found leaves the cursor at the vocabulary, a next that isn't found at the last
-    /// element.
+    /// Move to the first or next category or parameter that belongs to every given category; an empty set matches all.
+    /// If there is none, first...() leaves the cursor at the vocabulary, and next...() at the last element.
     int firstCategory(const Categories& categories) const { return processCategory(categories, true); }
     int nextCategory(const Categories& categories) const { return processCategory(categories, false); }
     int firstParameter(const Categories& categories) const { return processParameter(categories, true); }
@@ -47,19 +46,19 @@ public:
     int firstParameter(const std::string& category) const { return firstParameter(Categories{category}); }
     int nextParameter(const std::string& category) const { return nextParameter(Categories{category}); }
 
-    /// ID of the category or parameter under the cursor.
+    /// Reads the ID of the category or parameter under the cursor.
     int getID(std::string& id) const;
-    /// Whether what is under the cursor belongs to each of the categories.
+    /// Whether the category or parameter under the cursor belongs to every given category.
     [[nodiscard]] bool belongsTo(const Categories& categories) const;
     [[nodiscard]] bool belongsTo(const std::string& category) const { return belongsTo(Categories{category}); }
 
-    /// To the first category or parameter of that ID.  One that doesn't belong to the restriction is a failure, at
-    /// which the cursor stays: there is no second look for another of that ID.
+    /// Move to the first category or parameter with that ID.  If it does not match the restriction, they fail and leave
+    /// the cursor there; later elements with that ID are not considered.
     int seekCategory(const std::string& id) const;
     int seekParameter(const std::string& id) const;
 
-    /// What the operations above are made of: `first` begins at the vocabulary's first element, otherwise the walk goes
-    /// on behind the present one.
+    /// Implement the iteration above.  `first`: start at the first element of the vocabulary; otherwise continue after
+    /// the current one.
     virtual int processCategory(const Categories& categories, bool first) const;
     virtual int processParameter(const Categories& categories, bool first) const;
 

@@ -11,7 +11,7 @@ constexpr const char* fileName = "qelagent.voc.linux";
 } // namespace
 
 QelVocIterator* QelVocLocalPrototype::newIteratorWithInit() {
-    // Held over the load too, or a second thread would load the file again and destroy the first one's message.
+    // Held during the load: otherwise a second thread could load the file again and destroy the first thread's message.
     const QelGuardT<QelLock> guard(lock());
     if (!getMessage() && readFromFile(QelInstanceFolders::join(QelInstanceFolders::etc(), fileName)) != 0)
         return nullptr;

@@ -4,8 +4,8 @@
 
 namespace Qel {
 
-/// The vocabulary of the local agent: the file "qelagent.voc.linux" in the instance's folder of settings, which is read
-/// when an iterator is first asked for, and again at each such call until that succeeds.
+/// The vocabulary of the local agent, loaded lazily from "qelagent.voc.linux" in the instance's `etc` folder.  Each
+/// request for an iterator tries to load the file until a load succeeds.
 class QelVocLocalPrototype : public QelVocPrototype {
 public:
     [[nodiscard]] QelVocIterator* newIteratorWithInit() override;

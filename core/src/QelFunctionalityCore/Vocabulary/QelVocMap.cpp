@@ -12,8 +12,8 @@ namespace Element = VocabularyElement;
 
 namespace {
 
-/// Whether a vocabulary of this name and version is among the children of the root, where the cursor stands.
-bool isThere(const QelMessageIterator& root, const QelVocID& id) {
+/// Whether the root has a child vocabulary with this name and version.  The cursor must be at the root.
+bool containsVocabulary(const QelMessageIterator& root, const QelVocID& id) {
     if (root.firstChild(Element::vocabulary) != 0)
         return false;
     bool found = false;
@@ -37,10 +37,10 @@ int QelVocMap::insert(QelMessage* map, QelMessageIterator* source) {
     if (source->getObj(id, getEmptyID()) != 0)
         return -1;
     const std::unique_ptr<QelMessageIterator> to(map->rootIterator());
-    if (isThere(*to, id))
+    if (containsVocabulary(*to, id))
         return 0;
     to->newChild(Element::vocabulary);
-    // It has children: its identity was read from them.
+    // Cannot fail: the identity was read from child elements.
     source->firstChild();
     int result = 0;
     do
@@ -52,11 +52,11 @@ int QelVocMap::insert(QelMessage* map, QelMessageIterator* source) {
 
 int QelVocMap::insert(QelMessage* map, const QelVocID& id, const boost::intrusive_ptr<QelVocPrototype>& voc) {
     const std::unique_ptr<QelMessageIterator> to(map->rootIterator());
-    if (isThere(*to, id))
+    if (containsVocabulary(*to, id))
         return 0;
     to->newChild(Element::vocabulary);
     to->putValue(std::string(id.name.c_str()), Element::name);
-    // A prototype that has no vocabulary to give leaves a vocabulary with nothing but its name.
+    // Ignore a failure: a prototype without a message adds a vocabulary that contains only the name.
     to->putObj(*voc, getEmptyID());
     return 0;
 }

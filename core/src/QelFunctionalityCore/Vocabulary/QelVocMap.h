@@ -12,57 +12,56 @@
 
 namespace Qel {
 
-/// Any number of vocabularies in one message (see VocabularyElements.h), of which a reader sees those that two filters
-/// let pass: a choice that is fixed when the map is made, and a narrower one that may change.
+/// Any number of vocabularies in one message (see VocabularyElements.h).  Readers see the vocabularies that pass two
+/// filters: the load set, fixed at construction, and the restriction set by setRestrictVocSet().
 ///
-/// Versions of one vocabulary exist side by side in the message; it is the filters that pick one.
+/// The message may contain several versions of a vocabulary; the filters select one of them.
 ///
-/// Operations give 0 for success and -1 for failure, or a new iterator that is the caller's, null for failure.
-/// Iterators work on the map's own message: one that was made before a reset() or an erase() is invalid.  A map belongs
-/// to one thread at a time.
+/// Operations return 0 on success and -1 on failure, or a new iterator owned by the caller, null on failure.  Iterators
+/// refer to the map's message: reset() and erase() invalidate them.  Not thread-safe.
 class QelVocMap {
 public:
     using Categories = QelVocIterator::Categories;
     using QelVocIDSortUniqueName = Qel::QelVocIDSortUniqueName;
 
-    /// Owns the message, which may be null.  Readers see the vocabularies of `loadSet` only, unless it is empty.
+    /// Takes ownership of the message, which may be null.  An empty `loadSet` lets all vocabularies pass.
     explicit QelVocMap(QelMessage* message, const QelVocIDSet& loadSet = {}) : m_message(message), m_loadSet(loadSet) {}
     QelVocMap(const QelVocMap&) = delete;
     QelVocMap& operator=(const QelVocMap&) = delete;
     ~QelVocMap() { reset(nullptr); }
 
-    /// Puts this message, which it then owns, in place of the former one, which is destroyed.
+    /// Destroys the current message and takes ownership of the new one, which may be null.
     void reset(QelMessage* message);
-    /// The message, which stays the map's; null if there is none.
+    /// The message, owned by the map; null if there is none.
     [[nodiscard]] QelMessage* getMessage() const { return m_message; }
 
-    /// Adds a copy of the vocabulary on which `source` stands, unless `map` has one of its name and version already.
-    /// -1 for one without a name or a version.
+    /// Adds a copy of the vocabulary under `source`, unless `map` already contains its name and version.  -1 if the
+    /// vocabulary has no name or no version.
     [[nodiscard]] static int insert(QelMessage* map, QelMessageIterator* source);
-    /// The same for a vocabulary that has no name yet.  Whether it has a version isn't looked at; without one no
-    /// iterator will see it.
+    /// Adds a copy of an unnamed vocabulary under the name `id.name`, unless `map` already contains `id`.  Does not
+    /// check that the vocabulary has a version; iterators skip a vocabulary without one.
     [[nodiscard]] static int insert(QelMessage* map, const QelVocID& id,
                                     const boost::intrusive_ptr<QelVocPrototype>& voc);
-    /// Removes a vocabulary that the filters let pass.
+    /// Removes a vocabulary; -1 if the filters hide it.
     [[nodiscard]] int erase(const QelVocID& id);
 
     [[nodiscard]] QelVocMapIterator* read() const;
-    /// Restricted to what belongs to each of the categories.
+    /// An iterator restricted to elements that belong to every given category.
     [[nodiscard]] QelVocIterator* readCategory(const Categories& categories) const;
     [[nodiscard]] QelVocIterator* readCategory(const std::string& category) const;
-    /// At the first parameter of that ID; null if there is none.
+    /// An iterator at the first parameter with that ID; null if there is none.
     [[nodiscard]] QelVocIterator* readParameter(const std::string& id) const;
-    /// How the values of a counter travel: 0 as doubles, anything else as integers.  -1, and `type` as it was, if there
-    /// is no parameter of that ID, or it doesn't tell.
+    /// Reads the value type of a counter: 0 for doubles, any other number for integers.  -1, and `type` unchanged, if
+    /// there is no parameter with that ID or it does not specify a value type.
     int readValueType(const std::string& id, int& type) const;
-    /// Whether there is a parameter of that ID: a feature is enabled by being mentioned.
+    /// Whether there is a parameter with that ID.  Its presence enables the feature, whatever its value.
     [[nodiscard]] bool isFeatureEnabled(const std::string& id) const;
 
-    /// Narrows what readers see to vocabularies of these names; no names lift that.
+    /// Restricts readers to vocabularies with these names.  An empty set removes the restriction.
     ///
-    /// Under a `loadSet`, a name outside of it is a failure, and the restriction stays as it was.  Without one a name
-    /// that no vocabulary has is passed over, so that only unknown names lift the restriction; but there must be a
-    /// vocabulary.
+    /// With a load set, a name outside it is an error that leaves the restriction unchanged.  Without a load set,
+    /// unknown names are ignored, so a set of unknown names only also removes the restriction; a map without
+    /// vocabularies is an error.
     [[nodiscard]] int setRestrictVocSet(const std::set<std::string>& names);
 
 private:

@@ -16,7 +16,7 @@ QelMessage* checked(QelMessage* message) {
     return message;
 }
 
-bool isChosen(const QelVocID& id, const QelVocIDSet* filter) {
+bool isSelected(const QelVocID& id, const QelVocIDSet* filter) {
     if (!filter || filter->empty())
         return true;
     const auto sameName = filter->find(id);
@@ -27,12 +27,12 @@ bool isChosen(const QelVocID& id, const QelVocIDSet* filter) {
 
 QelVocMapIterator::QelVocMapIterator(QelMessage* message, const QelVocIDSet* filter)
     : QelVocIterator(checked(message)) {
-    // The cursor is at the root of the message still.
+    // A new cursor is at the root of the message.
     const QelBinaryIterator at(this);
     if (at.firstChild(Element::vocabulary) == 0) {
         do {
             QelVocID id;
-            if (at.getObj(id, getEmptyID()) == 0 && isChosen(id, filter))
+            if (at.getObj(id, getEmptyID()) == 0 && isSelected(id, filter))
                 m_vocabularies[id] = boost::make_shared<QelBinaryIterator>(&at);
         } while (at.nextSibling(Element::vocabulary) == 0);
     }
@@ -66,7 +66,7 @@ int QelVocMapIterator::filterVocByID() const {
     return m_current != m_vocabularies.end() ? 0 : -1;
 }
 
-/// To the present vocabulary or the next one that is shown.
+/// Moves to the current vocabulary, or to the next visible one if it is hidden.
 int QelVocMapIterator::enterVocabulary() const {
     if (filterVocByID() != 0)
         return -1;
@@ -80,7 +80,7 @@ int QelVocMapIterator::seekRoot() const {
     return enterVocabulary();
 }
 
-/// Goes on through the vocabularies until one has an answer.
+/// Continues the search in the following vocabularies until it succeeds.  `result`: of the current vocabulary.
 template <class Search> int QelVocMapIterator::searchOn(int result, const Search& search) const {
     while (result != 0) {
         if (nextVocabulary() != 0)

@@ -10,39 +10,41 @@
 
 namespace Qel {
 
-/// Walks the vocabularies of a map as if they were one: by name and version, the categories or the parameters of each
-/// in their order.  What a vocabulary holds isn't copied.
+/// Iterates over the vocabularies of a map as if they were one: vocabularies in order of name and version, the
+/// categories or parameters of each in document order.  Does not copy them.
 ///
-/// The iterator is invalid when a vocabulary that it knows has left the map, and doesn't see one that is added.
+/// The set of vocabularies is fixed at construction.  Removing one of them from the map invalidates the iterator.
 class QelVocMapIterator : public QelVocIterator {
 public:
-    /// Over the vocabularies of the message that `filter` names with their version; over all of them if it is null or
-    /// empty.  One without a readable identity is left out, of several with one identity the last is taken.  The
-    /// message must not be null.
+    /// Iterates over the vocabularies whose name and version are in `filter`; over all if it is null or empty.  Skips
+    /// vocabularies whose identity cannot be read.  Of several with equal identity, the last one counts.  The message
+    /// must not be null.
     explicit QelVocMapIterator(QelMessage* message, const QelVocIDSet* filter = nullptr);
-    /// At the same element and vocabulary, with the same filters.
+    /// Copies the position and the filters.
     explicit QelVocMapIterator(const QelVocMapIterator* other);
 
     using QelVocIterator::newIterator;
-    /// A copy, the caller's.
+    /// Returns a copy, owned by the caller.
     [[nodiscard]] QelVocMapIterator* newIterator() const;
 
-    /// Hides the vocabularies whose name isn't in the set, whatever their version, from the next step on; an empty set
-    /// shows them all.
+    /// Hides the vocabularies whose name is not in the set; versions are ignored.  An empty set hides none.  Takes
+    /// effect at the next step.
     void setVocFilter(const QelVocIDSet& vocFilter) { m_vocFilter = vocFilter; }
 
-    /// Identity of the present vocabulary, valid behind a step that succeeded and as long as the iterator lives.
+    /// Identity of the current vocabulary.  Call it after a successful step only.  The reference is valid as long as
+    /// the iterator.
     [[nodiscard]] const QelVocID& getVocID() const { return m_current->first; }
-    /// To the first, or to the next, vocabulary that is shown; the cursor then stands on its element.
+    /// Move to the element of the first or next visible vocabulary.
     int firstVocabulary() const;
     int nextVocabulary() const;
-    /// Leaves a vocabulary that is hidden for the next one that is shown; -1 if there is none.
+    /// If the current vocabulary is hidden, selects the next visible one; -1 if there is none.
     int filterVocByID() const;
 
-    /// To the element of the present vocabulary; at the end, to that of the first one.
+    /// Moves to the element of the current vocabulary; at the end, to that of the first one.
     int seekRoot() const override;
 
-    /// To the first category or parameter of that ID that a vocabulary has and the restriction allows.
+    /// Move to a category or parameter with that ID, in the first vocabulary whose first such element matches the
+    /// restriction.
     int seekCategory(const std::string& id) const;
     int seekParameter(const std::string& id) const;
 
@@ -57,7 +59,7 @@ private:
     template <class Search> int searchOn(int result, const Search& search) const;
 
     QelVocIDSet m_vocFilter;
-    Vocabularies m_vocabularies; ///< a cursor for each, at its element
+    Vocabularies m_vocabularies; ///< with a cursor at the element of each
     mutable Vocabularies::const_iterator m_current;
 };
 

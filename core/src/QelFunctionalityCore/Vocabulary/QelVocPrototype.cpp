@@ -94,7 +94,7 @@ bool QelVocPrototype::isFeatureEnabled(const std::string& id) const {
 boost::intrusive_ptr<QelVocPrototype> QelVocPrototype::getVoc() {
     static const boost::intrusive_ptr<QelVocPrototype> voc = [] {
         boost::intrusive_ptr<QelVocPrototype> local(new QelVocLocalPrototype);
-        // For the sake of the load: those who only read find it done.
+        // Triggers the load, so that const operations find a message.
         const std::unique_ptr<QelVocIterator> loaded(local->read());
         return local;
     }();

@@ -12,13 +12,13 @@
 
 namespace Qel {
 
-/// One vocabulary in a message of its own (see VocabularyElements.h), or none yet.
+/// A single vocabulary in a message of its own (see VocabularyElements.h).  May have no message yet.
 ///
-/// Operations give 0 for success and -1 for failure, or a new iterator that is the caller's, null for failure.  An
-/// iterator must not outlive the message that it was made on.
+/// Operations return 0 on success and -1 on failure, or a new iterator owned by the caller, null on failure.  An
+/// iterator must not outlive its message.
 ///
-/// The message may be replaced, saved and asked for iterators by any thread.  The tree itself isn't guarded: an
-/// iterator works on it without a lock.
+/// Thread safety: any thread may replace or save the message and create iterators.  The tree itself is not protected:
+/// iterators access it without a lock.
 class QelVocPrototype : public virtual QelRefCounter {
 public:
     using Categories = QelVocIterator::Categories;
@@ -28,53 +28,52 @@ public:
     using reader_type = Reader;
     using writer_type = Writer;
 
-    /// Owns the message.
+    /// Takes ownership of the message.
     explicit QelVocPrototype(QelMessage* message = nullptr) : m_message(message) {}
     ~QelVocPrototype() override;
 
-    /// Puts this message, which it then owns, in place of the former one, which is destroyed.
+    /// Destroys the current message and takes ownership of the new one, which may be null.
     void reset(QelMessage* message);
-    /// The message, which stays the prototype's; null if there is none.
+    /// The message, owned by the prototype; null if there is none.
     [[nodiscard]] QelMessage* getMessage() const { return m_message; }
 
     [[nodiscard]] int saveToFile(const std::string& path) const;
-    /// A file that can't be read leaves the vocabulary as it was.
+    /// On failure the vocabulary is unchanged.
     [[nodiscard]] int readFromFile(const std::string& path);
 
-    /// Null without a message.
+    /// Null if there is no message.
     [[nodiscard]] QelVocIterator* newIterator() const;
-    /// The same for a prototype that can load itself when it has no message.
+    /// newIterator(); a derived class that can load its message does so first if there is none.
     [[nodiscard]] virtual QelVocIterator* newIteratorWithInit() { return newIterator(); }
 
-    // The forms that aren't const load the vocabulary of a prototype that can.
+    // The non-const overloads load the vocabulary first if the class supports it.
 
     [[nodiscard]] QelVocIterator* read() { return newIteratorWithInit(); }
     [[nodiscard]] QelVocIterator* read() const { return newIterator(); }
-    /// Restricted to what belongs to each of the categories.
+    /// An iterator restricted to elements that belong to every given category.
     [[nodiscard]] QelVocIterator* readCategory(const Categories& categories);
     [[nodiscard]] QelVocIterator* readCategory(const Categories& categories) const;
     [[nodiscard]] QelVocIterator* readCategory(const std::string& category);
     [[nodiscard]] QelVocIterator* readCategory(const std::string& category) const;
-    /// At the parameter of that ID; null if there is none.
+    /// An iterator at the parameter with that ID; null if there is none.
     [[nodiscard]] QelVocIterator* readParameter(const std::string& id);
     [[nodiscard]] QelVocIterator* readParameter(const std::string& id) const;
 
-    /// What readCategory() and readParameter() do with a new iterator, which they take over.  Null stays null.
+    /// Implement readCategory() and readParameter() for a given iterator, and take ownership of it.  Null if `iterator`
+    /// is null.
     [[nodiscard]] QelVocIterator* processCategory(QelVocIterator* iterator, const Categories& categories) const;
     [[nodiscard]] QelVocIterator* processParameter(QelVocIterator* iterator, const std::string& id) const;
 
-    /// The version.  It is kept from the first time that it is found, even if the message is then replaced; empty as
-    /// long as there is none.
+    /// The version; empty if there is none.  Cached once found, even if the message is replaced later.
     const std::string& readVersion();
-    /// Whether there is a parameter of that ID.  A prototype that hasn't loaded itself yet has none.
+    /// Whether there is a parameter with that ID.  Does not load the vocabulary; false if there is no message.
     [[nodiscard]] bool isFeatureEnabled(const std::string& id) const;
 
-    /// The vocabulary of the local agent.  It is the same object at every call, without a message if its file can't be
-    /// read.
+    /// The vocabulary of the local agent, a singleton.  It has no message if its file cannot be read.
     [[nodiscard]] static boost::intrusive_ptr<QelVocPrototype> getVoc();
 
 protected:
-    /// Guards `m_message`.
+    /// Protects `m_message`.
     [[nodiscard]] QelLock& lock() const { return m_lock; }
 
 private:
@@ -83,13 +82,14 @@ private:
     std::string m_version;
 };
 
-/// Takes the children of the current element as a new vocabulary.  -1, and without a message, if one can't be copied.
+/// Replaces the vocabulary with a copy of the children of the current element.  If a child cannot be copied, returns -1
+/// and leaves no message.
 struct QelVocPrototype::Reader {
     int operator()(const QelMessageIterator& cursor, QelVocPrototype& voc) const;
 };
 
-/// Appends the categories and parameters to the children of the current element, all of which then are in namespace
-/// 292. -1 without a vocabulary, or if one of its elements can't be copied.
+/// Appends the categories and parameters to the current element, and sets the namespace of all its children to 292.
+/// -1 if there is no vocabulary or an element cannot be copied.
 struct QelVocPrototype::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelVocPrototype& voc) const;
 };

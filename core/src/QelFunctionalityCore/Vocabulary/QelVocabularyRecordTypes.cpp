@@ -6,7 +6,7 @@ namespace Qel {
 
 namespace {
 
-// An identity in a message of its own, not that of the vocabulary around it.
+// Reads an identity with its own version element, not that of an enclosing vocabulary.
 struct LoneVocIDReader : QelVocID::Reader {
     LoneVocIDReader() : Reader(true) {}
 };
