@@ -9,7 +9,7 @@
 
 namespace Qel::TestSupport {
 
-/// The IDs of the elements from the root down to an element.
+/// The IDs of the elements on the path from the root to an element.
 using ElementPath = std::vector<int>;
 
 [[nodiscard]] inline ElementPath pathOf(const QelBinaryIterator& cursor) {
@@ -20,18 +20,18 @@ using ElementPath = std::vector<int>;
     return path;
 }
 
-/// A cursor that treats one element of its message, with all that it contains, unlike the others.
+/// A cursor that behaves differently for one element and its descendants.
 class CursorWithFault : public QelBinaryIterator {
 public:
-    /// Starts where `at` is.
+    /// Starts at the element of `at`.
     CursorWithFault(const QelMessageIterator& at, ElementPath path)
         : QelBinaryIterator(dynamic_cast<const QelBinaryIterator*>(&at)), m_path(std::move(path)) {}
 
-    /// How often the element was reached.
+    /// How often the element was accessed.
     [[nodiscard]] int faults() const { return m_faults; }
 
 protected:
-    /// Whether child `id`, or with 0 the current element, is the element or lies in it.
+    /// Whether child `id`, or for 0 the current element, is the faulty element or a descendant of it.
     bool isFaulty(int id) const {
         ElementPath path = pathOf(*this);
         if (id != 0)
@@ -46,7 +46,7 @@ private:
     mutable int m_faults = 0;
 };
 
-/// Finds the element and can't read its value.
+/// Finds the element but fails to read its value.
 class UnreadableElement : public CursorWithFault {
 public:
     using CursorWithFault::CursorWithFault;
@@ -80,7 +80,7 @@ public:
     }
 };
 
-/// Takes no value for the element.
+/// Fails to write a value to the element.
 class RefusedElement : public CursorWithFault {
 public:
     using CursorWithFault::CursorWithFault;

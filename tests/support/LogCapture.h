@@ -7,7 +7,7 @@
 
 namespace Qel::TestSupport {
 
-/// Collects what is logged while it lives, up to a level.
+/// Collects the log records up to a level that are written during its lifetime.
 class LogCapture {
 public:
     struct Line {
@@ -34,7 +34,7 @@ public:
 
     [[nodiscard]] const std::vector<Line>& lines() const { return m_lines; }
 
-    /// The records as "LEVEL TEXT".
+    /// The records in the form "LEVEL TEXT".
     [[nodiscard]] std::vector<std::string> texts() const {
         std::vector<std::string> texts;
         for (const Line& line : m_lines)

@@ -6,7 +6,7 @@
 
 namespace Qel::TestSupport {
 
-/// A cursor at the root of a message that takes elements and no values.
+/// A cursor at the root of a message that accepts elements but no values.
 class RefusingCursor : public QelBinaryIterator {
 public:
     explicit RefusingCursor(const TestMessage& message)
@@ -25,7 +25,7 @@ public:
     int putValueBase64(const char*, int, int) override { return -1; }
 };
 
-/// A cursor at the root of a message that takes no values of one element, on whatever level.
+/// A cursor at the root of a message that accepts no values for an element ID, at any depth.
 class ElementRefusingCursor : public QelBinaryIterator {
 public:
     ElementRefusingCursor(const TestMessage& message, int element)
@@ -51,7 +51,7 @@ private:
     int m_element;
 };
 
-/// What writing a record answers when no value is taken.
+/// The result of writing a record to a cursor that accepts no values.
 template <class Record> int refusedWrite(const Record& record) {
     const TestMessage message;
     return RefusingCursor(message).putObj(record, 0);

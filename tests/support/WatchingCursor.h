@@ -10,7 +10,7 @@
 
 namespace Qel::TestSupport {
 
-/// A cursor at the root of a message that records for which children of the root it is asked.
+/// A cursor at the root of a message that records which children of the root are accessed.
 class WatchingCursor : public QelBinaryIterator {
 public:
     explicit WatchingCursor(const TestMessage& message)
@@ -46,7 +46,7 @@ public:
         return QelBinaryIterator::getValueTimeZone(value, zone, noted(id));
     }
 
-    /// Each child once, in the order of the first requests.
+    /// The accessed children, each once, in the order of first access.
     [[nodiscard]] const std::vector<int>& requested() const { return m_requested; }
 
 private:
@@ -60,7 +60,7 @@ private:
     mutable std::vector<int> m_requested;
 };
 
-/// The children that reading a record at the root of a message asks for, in this order.
+/// The children that reading a record at the root of a message accesses, in order.
 template <class Record> std::vector<int> readingOrderIn(const TestMessage& message) {
     const WatchingCursor cursor(message);
     Record read;
@@ -68,7 +68,7 @@ template <class Record> std::vector<int> readingOrderIn(const TestMessage& messa
     return cursor.requested();
 }
 
-/// The same in a message that holds what `written` writes.
+/// The children that reading a record accesses in a message to which `written` was written.
 template <class Record> std::vector<int> readingOrderOf(const Record& written) {
     const TestMessage message;
     message->setTime(1);
