@@ -15,7 +15,7 @@
 #include "QelFunctionalityCore/Security/QelSSOBase.h"
 #include "QelFunctionalityCore/Security/QelSession.h"
 #include "QelFunctionalityCore/Security/QelToken.h"
-#include "support/WatchingCursor.h"
+#include "support/ScriptedCursor.h"
 
 // The order in which records ask for their elements.  It decides which fields are set when a read fails, and differs
 // from the order of writing in several records.

@@ -7,7 +7,7 @@
 namespace Qel {
 namespace {
 
-TEST(QelBase64Test, TheVectorsOfRfc4648Hold) {
+TEST(QelBase64Test, MatchesTheTestVectorsOfRfc4648) {
     const std::pair<const char*, const char*> vectors[] = {{"", ""},
                                                            {"f", "Zg=="},
                                                            {"fo", "Zm8="},
@@ -23,7 +23,7 @@ TEST(QelBase64Test, TheVectorsOfRfc4648Hold) {
     }
 }
 
-TEST(QelBase64Test, AnyBytesComeBack) {
+TEST(QelBase64Test, ArbitraryBytesRoundTrip) {
     std::mt19937 random(1);
     for (std::size_t size = 0; size < 300; ++size) {
         std::string bytes(size, '\0');
@@ -35,7 +35,7 @@ TEST(QelBase64Test, AnyBytesComeBack) {
     }
 }
 
-TEST(QelBase64Test, MalformedTextFailsAndLeavesTheOutput) {
+TEST(QelBase64Test, MalformedInputLeavesOutputUnchanged) {
     for (const char* const text : {"Z",     "Zg",       "Zg=",          "Zg===", "=",        "====",  "Zg==Zg==",
                                    "Zm9v=", "Zm9v====", "Zm9vZg==Zm9v", "Zm9\n", "Zm 9v",    " Zm9v", "Zm9v\n",
                                    "Zm9-",  "Zm9_",     "Z=9v",         "Zm=v",  "Zm9v!m9v", "Zh==",  "Zm9="}) {
@@ -45,7 +45,7 @@ TEST(QelBase64Test, MalformedTextFailsAndLeavesTheOutput) {
     }
 }
 
-TEST(QelBase64Test, TextAndBytesMayBeOneString) {
+TEST(QelBase64Test, DecodesInPlace) {
     std::string text = "Zm9v";
     EXPECT_TRUE(QelBase64::decode(text, text));
     EXPECT_EQ(text, "foo");

@@ -24,7 +24,7 @@ using TestSupport::sealedBuffer;
 std::string encode(const QelMessageTree& tree, QelMessageTree::Index element, const QelEnvelope* envelope) {
     std::size_t size = 0;
     EXPECT_EQ(QelBinaryCodec::measure(tree, element, envelope, size), 0);
-    // Guarded, so that a byte too many is seen.
+    // A guard byte detects a write past the end.
     std::string bytes(size + 1, '\x5A');
     std::size_t written = 0;
     EXPECT_EQ(QelBinaryCodec::write(tree, element, envelope, bytes.data(), written), 0);
@@ -41,17 +41,17 @@ std::string message(const std::string& body) {
     return sealedBuffer(2, body);
 }
 
-/// The error message that reading gives; empty if it succeeds.
+/// The error message of a failed read; empty on success.
 std::string failure(const std::string& bytes) {
     QelMessageTree tree;
     QelEnvelope envelope;
     if (QelBinaryCodec::readMessage(bytes, tree, envelope) == 0)
         return {};
-    EXPECT_EQ(describe(tree).size(), 1U) << "nothing half-built";
+    EXPECT_EQ(describe(tree).size(), 1U) << "a failed read adds no elements";
     return getErrorMessage();
 }
 
-TEST(QelBinaryCodecTest, TheFormOfASmallElementIsFixed) {
+TEST(QelBinaryCodecTest, ElementEncodingIsFixed) {
     QelMessageTree tree;
     const auto data = tree.appendChild(QelMessageTree::root, 1307, 292);
     tree.setType(data, 292, 117);
@@ -71,7 +71,7 @@ TEST(QelBinaryCodecTest, TheFormOfASmallElementIsFixed) {
     EXPECT_EQ(encode(tree, data, nullptr), element(body));
 }
 
-TEST(QelBinaryCodecTest, TheFormOfAnEnvelopeIsFixed) {
+TEST(QelBinaryCodecTest, EnvelopeEncodingIsFixed) {
     QelEnvelope envelope;
     envelope.time = 1795167000;
     envelope.requestId = "r";
@@ -86,12 +86,12 @@ TEST(QelBinaryCodecTest, TheFormOfAnEnvelopeIsFixed) {
     EXPECT_EQ(encode(QelMessageTree(), QelMessageTree::root, &envelope), message(body));
 }
 
-TEST(QelBinaryCodecTest, TheChecksumIsFixed) {
+TEST(QelBinaryCodecTest, ChecksumIsFixed) {
     EXPECT_EQ(QelBinaryCodec::checksum(element("\x80\x02")), 0x5994DC2CU);
     EXPECT_EQ(QelBinaryCodec::checksum(element("\x82\x02\x10sixteen and more")), 0x4406D91EU);
 }
 
-TEST(QelBinaryCodecTest, AnEnvelopeComesBack) {
+TEST(QelBinaryCodecTest, EnvelopeRoundTrips) {
     QelEnvelope envelope;
     envelope.time = -5;
     envelope.session = std::string("s\0x", 3);
@@ -104,7 +104,7 @@ TEST(QelBinaryCodecTest, AnEnvelopeComesBack) {
     EXPECT_EQ(read, envelope);
 }
 
-TEST(QelBinaryCodecTest, RandomTreesComeBackEqual) {
+TEST(QelBinaryCodecTest, RandomTreesRoundTrip) {
     for (unsigned seed = 0; seed < 200; ++seed) {
         QelMessageTree tree;
         TestSupport::RandomTree(seed).fill(tree, 40);
@@ -118,7 +118,7 @@ TEST(QelBinaryCodecTest, RandomTreesComeBackEqual) {
     }
 }
 
-TEST(QelBinaryCodecTest, ASubtreeReadAsAChildIsEqual) {
+TEST(QelBinaryCodecTest, SubtreeReadAsChildIsEqual) {
     for (unsigned seed = 0; seed < 100; ++seed) {
         QelMessageTree tree;
         TestSupport::RandomTree(seed).fill(tree, 30);
@@ -130,7 +130,7 @@ TEST(QelBinaryCodecTest, ASubtreeReadAsAChildIsEqual) {
     }
 }
 
-TEST(QelBinaryCodecTest, EqualTreesGiveEqualBytesHoweverTheyCameAbout) {
+TEST(QelBinaryCodecTest, EncodingDoesNotDependOnEditHistory) {
     QelMessageTree straight;
     straight.appendChild(QelMessageTree::root, straight.intern(QelNameKind::element, "a"), 0);
     straight.appendChild(QelMessageTree::root, straight.intern(QelNameKind::element, "b"), 0);
@@ -143,14 +143,14 @@ TEST(QelBinaryCodecTest, EqualTreesGiveEqualBytesHoweverTheyCameAbout) {
     EXPECT_EQ(encode(straight, QelMessageTree::root, &envelope), encode(roundabout, QelMessageTree::root, &envelope));
 }
 
-TEST(QelBinaryCodecTest, ANameThatHasGotAnIdIsReadAsTheId) {
+TEST(QelBinaryCodecTest, StoredNameOfAnIdIsReadAsTheId) {
     QelMessageTree tree;
     QelEnvelope envelope;
     ASSERT_EQ(QelBinaryCodec::readMessage(element("\x80\x01\x04name"), tree, envelope), 0) << getErrorMessage();
     EXPECT_EQ(tree.node(tree.node(QelMessageTree::root).firstChild).name, 1026);
 }
 
-TEST(QelBinaryCodecTest, BinaryAndTextAreToldApart) {
+TEST(QelBinaryCodecTest, DistinguishesBinaryFormFromText) {
     EXPECT_TRUE(QelBinaryCodec::looksBinary(element("\x80\x02")));
     EXPECT_FALSE(QelBinaryCodec::looksBinary("<message/>"));
     EXPECT_FALSE(QelBinaryCodec::looksBinary("\xAB"));
@@ -159,7 +159,7 @@ TEST(QelBinaryCodecTest, BinaryAndTextAreToldApart) {
 
 // -------------------------------------------------------------------------------------------------- malformed input
 
-TEST(QelBinaryCodecTest, EveryTruncationIsRejected) {
+TEST(QelBinaryCodecTest, RejectsEveryTruncation) {
     QelMessageTree tree;
     TestSupport::RandomTree(1).fill(tree, 20);
     QelEnvelope envelope;
@@ -170,7 +170,7 @@ TEST(QelBinaryCodecTest, EveryTruncationIsRejected) {
         EXPECT_THAT(failure(bytes.substr(0, size)), HasSubstr("byte ")) << size;
 }
 
-TEST(QelBinaryCodecTest, EveryFlippedBitIsRejected) {
+TEST(QelBinaryCodecTest, RejectsEveryBitFlip) {
     QelMessageTree tree;
     TestSupport::RandomTree(2).fill(tree, 20);
     const QelEnvelope envelope;
@@ -184,91 +184,92 @@ TEST(QelBinaryCodecTest, EveryFlippedBitIsRejected) {
     }
 }
 
-TEST(QelBinaryCodecTest, RandomBytesNeverDoHarm) {
+TEST(QelBinaryCodecTest, RandomBytesAreHarmless) {
     TestSupport::RandomTree random(3);
     for (int i = 0; i < 20000; ++i)
         static_cast<void>(failure(sealedBuffer(static_cast<char>(1 + random.below(2)), random.bytes(40))));
 }
 
-TEST(QelBinaryCodecTest, TheErrorMessageNamesTheByte) {
+TEST(QelBinaryCodecTest, ErrorMessageContainsTheByteOffset) {
     EXPECT_EQ(failure(""), "byte 0: not a message in binary form");
     EXPECT_EQ(failure("<message/>"), "byte 0: not a message in binary form");
-    EXPECT_EQ(failure("\xABQEL\x01\x01"), "byte 6: the message ends here, in the middle");
-    EXPECT_EQ(failure(element("")), "byte 12: the message ends here, in the middle");
-    EXPECT_EQ(failure(element("\x81\x02")), "byte 14: the message ends here, in the middle");
-    EXPECT_EQ(failure(element("\x80\x02\x80")), "byte 14: something stands behind the message");
+    EXPECT_EQ(failure("\xABQEL\x01\x01"), "byte 6: unexpected end of the message");
+    EXPECT_EQ(failure(element("")), "byte 12: unexpected end of the message");
+    EXPECT_EQ(failure(element("\x81\x02")), "byte 14: unexpected end of the message");
+    EXPECT_EQ(failure(element("\x80\x02\x80")), "byte 14: trailing bytes after the message");
     std::string version = element("\x80\x02");
     version[4] = 2;
-    EXPECT_EQ(failure(version), "byte 4: a version of the binary form that isn't known");
+    EXPECT_EQ(failure(version), "byte 4: unsupported version of the binary form");
     EXPECT_EQ(failure(sealedBuffer(3, "\x80\x02")), "byte 5: neither an element nor a message");
     std::string altered = element("\x82\x02\x01z");
     altered.back() = 'y';
-    EXPECT_EQ(failure(altered), "byte 8: the checksum is wrong: the message has been altered");
+    EXPECT_EQ(failure(altered), "byte 8: checksum mismatch: the message is corrupted");
 }
 
-TEST(QelBinaryCodecTest, AMalformedElementIsRejected) {
-    EXPECT_EQ(failure(element("\x02\x02")), "byte 12: not the head of an element");
-    EXPECT_EQ(failure(element("\xC0\x02")), "byte 12: not the head of an element");
-    EXPECT_EQ(failure(element(std::string("\0", 1))), "byte 12: not the head of an element");
+TEST(QelBinaryCodecTest, RejectsMalformedElements) {
+    EXPECT_EQ(failure(element("\x02\x02")), "byte 12: invalid element head");
+    EXPECT_EQ(failure(element("\xC0\x02")), "byte 12: invalid element head");
+    EXPECT_EQ(failure(element(std::string("\0", 1))), "byte 12: invalid element head");
     EXPECT_EQ(failure(element(std::string("\x80\0", 2))), "byte 13: an element without a name");
     EXPECT_EQ(failure(element(std::string("\x88\x02\0\0", 4))), "byte 15: a type without a name");
     EXPECT_EQ(failure(element(std::string("\x90\x02\x01\0\0", 5))), "byte 15: an attribute without a name");
-    EXPECT_EQ(failure(element("\x90\x02\x41")), "byte 14: an element with too many attributes");
-    EXPECT_EQ(failure(element("\x80\x03\x01z")), "byte 13: a name that wasn't told before");
+    EXPECT_EQ(failure(element("\x90\x02\x41")), "byte 14: too many attributes");
+    EXPECT_EQ(failure(element("\x80\x03\x01z")), "byte 13: undefined name number");
     EXPECT_EQ(failure(element(std::string("\x81\x02\0", 3))),
-              "byte 14: an element without the children that it promises");
-    EXPECT_EQ(failure(element("\x82\x02\x7Fz")), "byte 14: a text is longer than the rest of the message");
+              "byte 14: an element flagged as having children has none");
+    EXPECT_EQ(failure(element("\x82\x02\x7Fz")), "byte 14: a string extends past the end of the message");
 }
 
-TEST(QelBinaryCodecTest, RejectsReservedBytesOfTheHeadThatAreNotZero) {
+TEST(QelBinaryCodecTest, RejectsNonzeroReservedBytes) {
     EXPECT_EQ(failure(sealedBuffer(1, "\x80\x02", std::string("\0\0", 2))), "");
     EXPECT_EQ(failure(sealedBuffer(1, "\x80\x02", std::string("\1\0", 2))), "byte 5: neither an element nor a message");
     EXPECT_EQ(failure(sealedBuffer(1, "\x80\x02", std::string("\0\1", 2))), "byte 5: neither an element nor a message");
 }
 
-TEST(QelBinaryCodecTest, RejectsASecondAttributeOfOneName) {
+TEST(QelBinaryCodecTest, RejectsDuplicateAttributes) {
     const auto withAttributes = [](const std::string& attributes) {
         return failure(element("\x90\x02\x02" + attributes));
     };
     const std::string id5("\x0A\0", 2);
     const std::string id6("\x0C\0", 2);
     EXPECT_EQ(withAttributes(id5 + id6), "");
-    EXPECT_EQ(withAttributes(id5 + id5), "byte 17: a second attribute of one name");
+    EXPECT_EQ(withAttributes(id5 + id5), "byte 17: duplicate attribute");
 
     const std::string log("\x01\x03log\0", 6);
     EXPECT_EQ(withAttributes(log + std::string("\x03\x03low\0", 6)), "");
-    EXPECT_THAT(withAttributes(log + std::string("\x01\0", 2)), HasSubstr("a second attribute of one name"));
-    EXPECT_THAT(withAttributes(log + std::string("\x03\x03log\0", 6)), HasSubstr("a second attribute of one name"))
-        << "two numbers for one name";
+    EXPECT_THAT(withAttributes(log + std::string("\x01\0", 2)), HasSubstr("duplicate attribute"));
+    EXPECT_THAT(withAttributes(log + std::string("\x03\x03log\0", 6)), HasSubstr("duplicate attribute"))
+        << "one name with two numbers";
     EXPECT_THAT(withAttributes(id5 + std::string("\x01\x02"
                                                  "a5\0",
                                                  5)),
-                HasSubstr("a second attribute of one name"))
-        << "a name that has an ID";
+                HasSubstr("duplicate attribute"))
+        << "an ID and its name";
     EXPECT_EQ(failure(element("\x91\x02\x01" + id5 + "\x90\x02\x01" + id5 + std::string("\0", 1))), "")
-        << "each element has attributes of its own";
+        << "attributes of different elements may have the same name";
 }
 
-TEST(QelBinaryCodecTest, AMalformedNumberIsRejected) {
-    EXPECT_THAT(failure(element(std::string("\x80\x82\0", 3))), HasSubstr("not a number")) << "longer than it need be";
-    EXPECT_THAT(failure(element("\x80\xFF\xFF\xFF\xFF\x1F")), HasSubstr("not a number")) << "33 bits";
-    EXPECT_THAT(failure(element("\x80\xFF\xFF\xFF\xFF\xFF\x01")), HasSubstr("not a number")) << "six bytes";
+TEST(QelBinaryCodecTest, RejectsMalformedNumbers) {
+    EXPECT_THAT(failure(element(std::string("\x80\x82\0", 3))), HasSubstr("malformed number"))
+        << "not the shortest encoding";
+    EXPECT_THAT(failure(element("\x80\xFF\xFF\xFF\xFF\x1F")), HasSubstr("malformed number")) << "33 bits";
+    EXPECT_THAT(failure(element("\x80\xFF\xFF\xFF\xFF\xFF\x01")), HasSubstr("malformed number")) << "six bytes";
     EXPECT_EQ(failure(element("\x80\xFE\xFF\xFF\xFF\x0F")), "") << "the largest ID";
 }
 
-TEST(QelBinaryCodecTest, AMalformedEnvelopeIsRejected) {
-    EXPECT_EQ(failure(message("\x40\x80")), "byte 12: not the head of an envelope");
+TEST(QelBinaryCodecTest, RejectsMalformedEnvelopes) {
+    EXPECT_EQ(failure(message("\x40\x80")), "byte 12: invalid envelope head");
     EXPECT_EQ(failure(message("\x20\x01\x03"
                               "a b\x80")),
-              "byte 14: not the name of a subscription");
-    EXPECT_EQ(failure(message(std::string("\x20\x01\0\x80", 4))), "byte 14: not the name of a subscription");
+              "byte 14: invalid subscription name");
+    EXPECT_EQ(failure(message(std::string("\x20\x01\0\x80", 4))), "byte 14: invalid subscription name");
     EXPECT_THAT(failure(message("\x20\xFF\xFF\xFF\xFF\x0F\x01z\x80")), HasSubstr("byte "));
 }
 
-TEST(QelBinaryCodecTest, ATimeThatDoesNotFitTheProcessIsRejected) {
+TEST(QelBinaryCodecTest, RejectsTimeOutsideTheRangeOfLong) {
     const std::string bytes = message(std::string("\x01\0\0\0\0\0\x01\0\0\x80", 10));
     if constexpr (sizeof(long) == 4)
-        EXPECT_THAT(failure(bytes), HasSubstr("a time that this process can't represent"));
+        EXPECT_THAT(failure(bytes), HasSubstr("time out of range"));
     else
         EXPECT_EQ(failure(bytes), "");
 }
@@ -280,29 +281,29 @@ std::string nested(unsigned depth) {
     return body + "\x80\x02" + std::string(depth - 1, '\0');
 }
 
-TEST(QelBinaryCodecTest, TooDeepInputIsRejected) {
+TEST(QelBinaryCodecTest, RejectsTooDeepInput) {
     EXPECT_EQ(failure(element(nested(QelLimits::depth))), "");
-    EXPECT_THAT(failure(element(nested(QelLimits::depth + 1))), HasSubstr("nested too deep"));
-    EXPECT_THAT(failure(element(nested(1000000))), HasSubstr("nested too deep"));
+    EXPECT_THAT(failure(element(nested(QelLimits::depth + 1))), HasSubstr("nested too deeply"));
+    EXPECT_THAT(failure(element(nested(1000000))), HasSubstr("nested too deeply"));
 }
 
-TEST(QelBinaryCodecTest, TooLongInputIsRejected) {
+TEST(QelBinaryCodecTest, RejectsTooLongInput) {
     std::string bytes = element("\x80\x02");
     bytes.resize(QelLimits::messageBytes + 1);
     EXPECT_EQ(failure(bytes), "byte 0: the message is too long");
 }
 
-TEST(QelBinaryCodecTest, AHugeCountAllocatesNothing) {
+TEST(QelBinaryCodecTest, HugeCountAllocatesNothing) {
     const std::string attributes = element("\x90\x02\xFF\xFF\xFF\xFF\x0F");
     const std::string text = element("\x82\x02\xFF\xFF\xFF\xFF\x0F");
     QelMessageTree tree;
     QelEnvelope envelope;
-    static_cast<void>(failure(text)); // so that the error message has its memory
+    static_cast<void>(failure(text)); // allocates the memory of the error message
     EXPECT_LE(allocationsOf([&] { static_cast<void>(QelBinaryCodec::readMessage(attributes, tree, envelope)); }), 1U);
     EXPECT_LE(allocationsOf([&] { static_cast<void>(QelBinaryCodec::readMessage(text, tree, envelope)); }), 1U);
 }
 
-TEST(QelBinaryCodecTest, ATreeThatCouldNotBeReadIsNotWritten) {
+TEST(QelBinaryCodecTest, UnreadableTreeIsNotWritten) {
     QelMessageTree tree;
     QelMessageTree::Index node = QelMessageTree::root;
     for (unsigned i = 0; i < QelLimits::depth; ++i)
@@ -327,7 +328,7 @@ TEST(QelBinaryCodecTest, ATreeThatCouldNotBeReadIsNotWritten) {
 
 // ------------------------------------------------------------------------------------------------------ allocations
 
-TEST(QelBinaryCodecTest, WritingAllocatesNothingAndReadingAllocatesPerMessage) {
+TEST(QelBinaryCodecTest, WritingDoesNotAllocateAndReadingAllocatesPerMessage) {
     const auto grown = [](int elements) {
         QelMessageTree tree;
         for (int i = 0; i < elements; ++i) {
@@ -358,7 +359,7 @@ TEST(QelBinaryCodecTest, WritingAllocatesNothingAndReadingAllocatesPerMessage) {
         counts.push_back(allocationsOf([&] { EXPECT_EQ(QelBinaryCodec::readMessage(bytes, read, readEnvelope), 0); }));
     }
     EXPECT_EQ(counts[0], counts[1]);
-    EXPECT_GE(counts[0], 2U) << "the buffer and the elements, if they are counted at all";
+    EXPECT_GE(counts[0], 2U) << "the buffer and the elements; fewer means that allocations are not counted";
     EXPECT_LE(counts[0], 10U);
 }
 

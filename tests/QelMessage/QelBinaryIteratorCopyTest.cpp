@@ -1,4 +1,4 @@
-// What a cursor copies: elements, and the forms that they travel in.
+// Copying of elements between cursors, and their binary, text and markup forms.
 
 #include <memory>
 #include <string>
@@ -21,7 +21,7 @@ class QelBinaryIteratorCopyTest : public TestSupport::QelBinaryIteratorFixture {
 
 // -------------------------------------------------------------------------------------------------------- copying
 
-TEST_F(QelBinaryIteratorCopyTest, ASecondCursorSeesTheSameTree) {
+TEST_F(QelBinaryIteratorCopyTest, SecondCursorSharesTheTree) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     const std::unique_ptr<QelMessageIterator> other(cursor.newIterator(false));
     EXPECT_EQ(other->curName(), "system");
@@ -31,7 +31,7 @@ TEST_F(QelBinaryIteratorCopyTest, ASecondCursorSeesTheSameTree) {
     EXPECT_EQ(other->curName(), "system");
 }
 
-TEST_F(QelBinaryIteratorCopyTest, ACopyingCursorStandsOnTheElementInAMessageOfItsOwn) {
+TEST_F(QelBinaryIteratorCopyTest, CopyingCursorIsOnTheCopiedElementOfANewMessage) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     const std::unique_ptr<QelMessageIterator> copy(cursor.newIterator(true));
     const auto_destroy<QelMessage> owned(copy->getMessage());
@@ -45,14 +45,14 @@ TEST_F(QelBinaryIteratorCopyTest, ACopyingCursorStandsOnTheElementInAMessageOfIt
     EXPECT_EQ(copy->curName(), "/");
 }
 
-TEST_F(QelBinaryIteratorCopyTest, ACopyOfTheRootIsARoot) {
+TEST_F(QelBinaryIteratorCopyTest, CopyOfTheRootIsARoot) {
     const std::unique_ptr<QelMessageIterator> copy(cursor.newIterator(true));
     const auto_destroy<QelMessage> owned(copy->getMessage());
     EXPECT_EQ(copy->curName(), "/");
     EXPECT_EQ(describe(*owned), describe(*message.get()));
 }
 
-TEST_F(QelBinaryIteratorCopyTest, CopyToChildCarriesEverything) {
+TEST_F(QelBinaryIteratorCopyTest, CopyToChildCopiesTheWholeSubtree) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     cursor.setNamespace("foreign");
     cursor.setComplexType(envNamespace, 122);
@@ -76,7 +76,7 @@ TEST_F(QelBinaryIteratorCopyTest, CopyToChildCarriesEverything) {
                     "    one {" + backup + "} <mine:own> = '1'", "    two {} <:> = '2'", "    two {} <:> = '3'"));
 }
 
-TEST_F(QelBinaryIteratorCopyTest, AnElementCanBeCopiedIntoItself) {
+TEST_F(QelBinaryIteratorCopyTest, ElementCanBeCopiedIntoItself) {
     ASSERT_EQ(cursor.seek("/data/system/one"), 0);
     const auto ancestor = message.root();
     ASSERT_EQ(ancestor->seek("/data"), 0);
@@ -87,32 +87,32 @@ TEST_F(QelBinaryIteratorCopyTest, AnElementCanBeCopiedIntoItself) {
                             "            two {} <:> = '2'", "            two {} <:> = '3'", "      two {} <:> = '2'",
                             "      two {} <:> = '3'"));
     EXPECT_EQ(ancestor->copyToChild(ancestor.get()), 0);
-    EXPECT_EQ(ancestor->firstChild(dataId), 0) << "its own child now";
+    EXPECT_EQ(ancestor->firstChild(dataId), 0) << "it has become its own child";
 }
 
-TEST_F(QelBinaryIteratorCopyTest, ARootCopiedToAChildIsNamedMessage) {
+TEST_F(QelBinaryIteratorCopyTest, RootCopiedToAChildIsNamedMessage) {
     ASSERT_EQ(cursor.seek("/data/system/one"), 0);
     EXPECT_EQ(cursor.copyToChild(message.root().get()), 0);
     EXPECT_EQ(cursor.seek("/data/system/one/message/data/system/two"), 0);
     EXPECT_EQ(valueHere(), "2");
 }
 
-TEST_F(QelBinaryIteratorCopyTest, CopyToChildOfNothingFails) {
+TEST_F(QelBinaryIteratorCopyTest, CopyToChildRejectsNull) {
     EXPECT_NE(cursor.copyToChild(nullptr), 0);
 }
 
-TEST_F(QelBinaryIteratorCopyTest, AssignmentTakesThePlaceOfTheOtherCursor) {
+TEST_F(QelBinaryIteratorCopyTest, AssignmentCopiesThePosition) {
     const TestMessage other;
-    QelBinaryIterator taker(dynamic_cast<QelBinary*>(other.get()));
+    QelBinaryIterator assigned(dynamic_cast<QelBinary*>(other.get()));
     ASSERT_EQ(cursor.seek("/data"), 0);
-    taker = dynamic_cast<const QelBinaryIterator&>(cursor);
-    EXPECT_EQ(taker.getMessage(), message.get());
-    EXPECT_EQ(taker.curID(), dataId);
+    assigned = dynamic_cast<const QelBinaryIterator&>(cursor);
+    EXPECT_EQ(assigned.getMessage(), message.get());
+    EXPECT_EQ(assigned.curID(), dataId);
 }
 
 // ---------------------------------------------------------------------------------------------------------- forms
 
-TEST_F(QelBinaryIteratorCopyTest, SerializeFromChildAndDeserializeToChildCarryAnElement) {
+TEST_F(QelBinaryIteratorCopyTest, SerializedElementRoundTrips) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     const std::string bytes = TestSupport::flattened(cursor);
     ASSERT_FALSE(bytes.empty());
@@ -124,7 +124,7 @@ TEST_F(QelBinaryIteratorCopyTest, SerializeFromChildAndDeserializeToChildCarryAn
     EXPECT_EQ(TestSupport::flattened(target.cursor()), bytes);
 }
 
-TEST_F(QelBinaryIteratorCopyTest, DeserializeToChildOfRubbishAddsNothing) {
+TEST_F(QelBinaryIteratorCopyTest, DeserializeToChildOfMalformedInputAddsNothing) {
     const auto before = describe(*message.get());
     EXPECT_NE(cursor.deserializeToChild("rubbish", 7), 0);
     EXPECT_NE(cursor.deserializeToChild(nullptr, 0), 0);
@@ -134,7 +134,7 @@ TEST_F(QelBinaryIteratorCopyTest, DeserializeToChildOfRubbishAddsNothing) {
     EXPECT_EQ(describe(*message.get()), before);
 }
 
-TEST_F(QelBinaryIteratorCopyTest, SerializeGivesTheWholeMessage) {
+TEST_F(QelBinaryIteratorCopyTest, SerializeEncodesTheWholeMessage) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     char* buffer = nullptr;
     int length = 0;
@@ -145,7 +145,7 @@ TEST_F(QelBinaryIteratorCopyTest, SerializeGivesTheWholeMessage) {
     EXPECT_EQ(cursor.curName(), "system");
 }
 
-TEST_F(QelBinaryIteratorCopyTest, ToTextFromChildAndFromTextToChildCarryAnElement) {
+TEST_F(QelBinaryIteratorCopyTest, ElementInTextFormRoundTrips) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     cursor.setNamespace(envNamespace);
     cursor.setComplexType(envNamespace, 122);
@@ -158,7 +158,7 @@ TEST_F(QelBinaryIteratorCopyTest, ToTextFromChildAndFromTextToChildCarryAnElemen
     EXPECT_EQ(TestSupport::flattened(target.cursor()), TestSupport::flattened(cursor));
 }
 
-TEST_F(QelBinaryIteratorCopyTest, FromTextToChildOfRubbishAddsNothing) {
+TEST_F(QelBinaryIteratorCopyTest, FromTextToChildOfMalformedInputAddsNothing) {
     const auto before = describe(*message.get());
     EXPECT_NE(cursor.fromTextToChild(nullptr), 0);
     EXPECT_NE(cursor.fromTextToChild(""), 0);
@@ -167,12 +167,12 @@ TEST_F(QelBinaryIteratorCopyTest, FromTextToChildOfRubbishAddsNothing) {
     EXPECT_EQ(describe(*message.get()), before);
 }
 
-TEST_F(QelBinaryIteratorCopyTest, ToTextGivesTheWholeMessageFromAnywhere) {
+TEST_F(QelBinaryIteratorCopyTest, ToTextWritesTheWholeMessageFromAnyPosition) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     EXPECT_EQ(TestSupport::taken(cursor.toText()), TestSupport::textOf(*message.get()));
 }
 
-TEST_F(QelBinaryIteratorCopyTest, AValueGoesOutAndInAsMarkup) {
+TEST_F(QelBinaryIteratorCopyTest, MarkupRoundTrips) {
     ASSERT_EQ(cursor.seek("/data"), 0);
     std::string markup = "old";
     EXPECT_EQ(cursor.getValueXML(markup, 0), 0);
@@ -184,7 +184,7 @@ TEST_F(QelBinaryIteratorCopyTest, AValueGoesOutAndInAsMarkup) {
     EXPECT_EQ(markup, "a &lt; b<one xmlns=\"\">1</one><one xmlns=\"\"/>");
 }
 
-TEST_F(QelBinaryIteratorCopyTest, MarkupTakesTheNamespaceOfItsElement) {
+TEST_F(QelBinaryIteratorCopyTest, MarkupInheritsTheNamespaceOfItsElement) {
     cursor.saveNamespace(envNamespace);
     EXPECT_EQ(cursor.putValueXML("<name/>", environmentId), 0);
     EXPECT_EQ(cursor.putValueXML("<name xmlns=\"\"/>", environmentId), 0);
@@ -196,13 +196,13 @@ TEST_F(QelBinaryIteratorCopyTest, MarkupTakesTheNamespaceOfItsElement) {
     EXPECT_EQ(cursor.curNamespaceID(), 0);
 }
 
-TEST_F(QelBinaryIteratorCopyTest, MarkupForTheElementItselfReplacesItsContent) {
+TEST_F(QelBinaryIteratorCopyTest, MarkupForTheEmptyIdReplacesTheContent) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     EXPECT_EQ(cursor.putValueXML("<new>x</new>", 0), 0);
     EXPECT_THAT(describe(*message.get()),
                 ElementsAre("/ {} <:> = ''", "  data {} <:> = ''", "    system {} <:> = ''", "      new {} <:> = 'x'"));
     EXPECT_NE(cursor.putValueXML("<new>", 0), 0);
-    EXPECT_EQ(cursor.seekPresence("new"), 0) << "a failure changes nothing";
+    EXPECT_EQ(cursor.seekPresence("new"), 0) << "a failed call changes nothing";
 }
 
 TEST_F(QelBinaryIteratorCopyTest, MalformedMarkupAddsNothing) {
@@ -214,7 +214,7 @@ TEST_F(QelBinaryIteratorCopyTest, MalformedMarkupAddsNothing) {
     std::string markup = "old";
     EXPECT_NE(cursor.getValueXML(markup, nameId), 0);
     cursor.putValue(std::string("\x01"), nameId);
-    EXPECT_NE(cursor.getValueXML(markup, nameId), 0) << "markup has no place for such a byte";
+    EXPECT_NE(cursor.getValueXML(markup, nameId), 0) << "markup cannot represent this byte";
     EXPECT_EQ(markup, "old");
 }
 

@@ -26,7 +26,7 @@ inline std::string typeName(int id) {
     return std::string(QelDefaultMap::findTypeID(id).view());
 }
 
-/// A tree for walks: /data/system/{one, two, two}, with the cursor at the root.
+/// The tree /data/system/{one, two, two} with a cursor at the root.
 class QelBinaryIteratorFixture : public testing::Test {
 protected:
     QelBinaryIteratorFixture() : cursor(message.cursor()) {

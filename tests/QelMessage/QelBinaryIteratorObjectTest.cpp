@@ -1,4 +1,4 @@
-// The cursor's templates, with functors small enough to be told here.
+// The cursor's templates for objects, tested with minimal functors.
 
 #include <string>
 
@@ -22,7 +22,7 @@ constexpr int envNamespace = 292;
 constexpr int osType = 117;
 constexpr int statusType = 118;
 
-/// A typed record with one field.
+/// A record with a complex type and one field.
 struct Inner {
     std::string name;
 
@@ -42,7 +42,7 @@ struct Inner {
     using writer_type = Writer;
 };
 
-/// A typed record with another in its middle.
+/// A record with a complex type that contains another one.
 struct Outer {
     Inner inner;
 
@@ -58,14 +58,14 @@ struct Outer {
     };
 };
 
-/// A writer that tells its marks as texts.
-struct TextMarks : QelWriterBaseT<TextMarks> {
+/// A writer that declares its namespace and type as strings.
+struct StringTyped : QelWriterBaseT<StringTyped> {
     static constexpr const char* getStrNSID() { return "mine"; }
     static constexpr const char* getStrTypeID() { return "own"; }
     int operator()(QelMessageIterator& cursor, int value) const { return cursor.putValue(value, nameId); }
 };
 
-/// A writer without marks, which has a result of its own.
+/// A writer without a type. Its result is the value that it writes.
 struct Plain : QelWriterBaseT<Plain> {
     int operator()(QelMessageIterator& cursor, int value) const {
         cursor.putValue(value, 0);
@@ -73,7 +73,7 @@ struct Plain : QelWriterBaseT<Plain> {
     }
 };
 
-/// A writer that has this type ID.
+/// A writer with this type ID.
 template <int type> struct Typed : QelWriterBaseT<Typed<type>> {
     static constexpr int getNSID() { return envNamespace; }
     static constexpr int getTypeID() { return type; }
@@ -101,7 +101,7 @@ protected:
     QelMessageIterator& cursor;
 };
 
-TEST_F(QelBinaryIteratorObjectTest, AnObjectIsReadBackAsItWasWritten) {
+TEST_F(QelBinaryIteratorObjectTest, ObjectRoundTrips) {
     EXPECT_EQ(cursor.putObj(Inner{"linux"}, osId), 0);
     EXPECT_EQ(cursor.curName(), "/");
     Inner inner;
@@ -118,7 +118,7 @@ TEST_F(QelBinaryIteratorObjectTest, OnlyTypesAbove100AreComplexTypes) {
     EXPECT_EQ(cursor.curType(), typeKey(envNamespace, 101));
 }
 
-TEST_F(QelBinaryIteratorObjectTest, AMissingObjectIsAFailure) {
+TEST_F(QelBinaryIteratorObjectTest, MissingObjectFails) {
     Inner inner{"old"};
     EXPECT_EQ(cursor.getObj(inner, osId), -1);
     EXPECT_EQ(cursor.getObject(inner, Inner::Reader(), osId), -1);
@@ -126,7 +126,7 @@ TEST_F(QelBinaryIteratorObjectTest, AMissingObjectIsAFailure) {
     EXPECT_EQ(cursor.curName(), "/");
 }
 
-TEST_F(QelBinaryIteratorObjectTest, TheEmptyIdReadsAndWritesAtTheCurrentElement) {
+TEST_F(QelBinaryIteratorObjectTest, EmptyIdRefersToTheCurrentElement) {
     EXPECT_EQ(cursor.putObj(Inner{"here"}, 0), 0);
     EXPECT_EQ(cursor.seekPresence(nameId), 0);
     Inner inner;
@@ -134,14 +134,14 @@ TEST_F(QelBinaryIteratorObjectTest, TheEmptyIdReadsAndWritesAtTheCurrentElement)
     EXPECT_EQ(inner.name, "here");
 }
 
-TEST_F(QelBinaryIteratorObjectTest, AReaderThatFailsLeavesTheCursorWhereItWas) {
+TEST_F(QelBinaryIteratorObjectTest, FailedReaderRestoresTheCursor) {
     cursor.putChild(osId);
     Inner inner;
     EXPECT_EQ(cursor.getObj(inner, osId), -1);
     EXPECT_EQ(cursor.curName(), "/");
 }
 
-TEST_F(QelBinaryIteratorObjectTest, PuttingAnObjectTwiceLeavesTheLast) {
+TEST_F(QelBinaryIteratorObjectTest, PutObjectReplacesAnEarlierObject) {
     EXPECT_EQ(cursor.putObj(Inner{"first"}, osId), 0);
     EXPECT_EQ(cursor.putObj(Inner{"last"}, osId), 0);
     ASSERT_EQ(cursor.firstChild(osId), 0);
@@ -151,7 +151,7 @@ TEST_F(QelBinaryIteratorObjectTest, PuttingAnObjectTwiceLeavesTheLast) {
     EXPECT_NE(cursor.nextSibling(), 0);
 }
 
-TEST_F(QelBinaryIteratorObjectTest, NewChildTwiceLeavesTwo) {
+TEST_F(QelBinaryIteratorObjectTest, NewChildAlwaysAppends) {
     cursor.newChild(osId);
     cursor.seekUp();
     cursor.newChild(osId);
@@ -160,7 +160,7 @@ TEST_F(QelBinaryIteratorObjectTest, NewChildTwiceLeavesTwo) {
     EXPECT_EQ(cursor.nextSibling(osId), 0);
 }
 
-TEST_F(QelBinaryIteratorObjectTest, ATypedRecordMarksItsElementAndWritesInItsNamespace) {
+TEST_F(QelBinaryIteratorObjectTest, TypedRecordSetsTypeAndNamespace) {
     cursor.putObj(Inner{"x"}, osId);
     ASSERT_EQ(cursor.seek(osId), 0);
     EXPECT_EQ(cursor.curType(), typeKey(envNamespace, osType));
@@ -168,8 +168,8 @@ TEST_F(QelBinaryIteratorObjectTest, ATypedRecordMarksItsElementAndWritesInItsNam
     EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
 }
 
-TEST_F(QelBinaryIteratorObjectTest, MarksMayBeTexts) {
-    EXPECT_EQ(cursor.putObject(5, TextMarks(), osId), 0);
+TEST_F(QelBinaryIteratorObjectTest, TypeAndNamespaceMayBeStrings) {
+    EXPECT_EQ(cursor.putObject(5, StringTyped(), osId), 0);
     ASSERT_EQ(cursor.seek(osId), 0);
     EXPECT_EQ(cursor.curType(), "mine:own");
     EXPECT_THAT(TestSupport::taken(cursor.toTextFromChild()),
@@ -178,30 +178,30 @@ TEST_F(QelBinaryIteratorObjectTest, MarksMayBeTexts) {
     EXPECT_EQ(cursor.curNamespaceID(), 0) << "the saved namespace has been cleared";
 }
 
-TEST_F(QelBinaryIteratorObjectTest, APlainWriterMarksNothing) {
+TEST_F(QelBinaryIteratorObjectTest, PlainWriterSetsNoType) {
     EXPECT_EQ(cursor.putObject(0, Plain(), nameId), 0);
     ASSERT_EQ(cursor.seek(nameId), 0);
     EXPECT_EQ(cursor.curType(), "");
     EXPECT_EQ(cursor.curNamespaceID(), 0);
 }
 
-TEST_F(QelBinaryIteratorObjectTest, APlainWriterKeepsTheSavedNamespace) {
+TEST_F(QelBinaryIteratorObjectTest, PlainWriterKeepsTheSavedNamespace) {
     cursor.saveNamespace(envNamespace);
     cursor.putObject(0, Plain(), nameId);
     cursor.newChild(nameId);
     EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
 }
 
-TEST_F(QelBinaryIteratorObjectTest, BehindANestedTypedRecordNoNamespaceIsSaved) {
+TEST_F(QelBinaryIteratorObjectTest, NestedTypedRecordClearsTheSavedNamespace) {
     cursor.newChild(nameId);
     cursor.putObject(Outer{{"inner"}}, Outer::Writer(), 0);
     ASSERT_EQ(cursor.seek(nameId), 0);
     EXPECT_EQ(cursor.curNamespaceID(), envNamespace) << "before the nested record";
     ASSERT_EQ(cursor.nextSibling(detailId), 0);
-    EXPECT_EQ(cursor.curNamespaceID(), 0) << "behind it: none";
+    EXPECT_EQ(cursor.curNamespaceID(), 0) << "after the nested record";
 }
 
-TEST_F(QelBinaryIteratorObjectTest, AWriterThatFailsLeavesItsElementAndClimbsOut) {
+TEST_F(QelBinaryIteratorObjectTest, FailedWriterKeepsItsElementAndRestoresTheCursor) {
     EXPECT_EQ(cursor.putObject(3, Plain(), nameId), 3);
     EXPECT_EQ(cursor.curName(), "/");
     EXPECT_EQ(cursor.seekPresence(nameId), 0);
@@ -209,7 +209,7 @@ TEST_F(QelBinaryIteratorObjectTest, AWriterThatFailsLeavesItsElementAndClimbsOut
 
 using QelBinaryIteratorObjectDeathTest = QelBinaryIteratorObjectTest;
 
-TEST_F(QelBinaryIteratorObjectDeathTest, NullTextsOfMarksEndTheProcess) {
+TEST_F(QelBinaryIteratorObjectDeathTest, NullTypeStringsEndTheProcess) {
     EXPECT_DEATH(cursor.putObject(1, NullNamespace(), 0), "QelMessageIterator:853");
     EXPECT_DEATH(cursor.putObject(1, NullType(), 0), "QelMessageIterator:854");
 }

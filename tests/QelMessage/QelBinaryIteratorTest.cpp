@@ -20,13 +20,13 @@ class QelBinaryIteratorTest : public TestSupport::QelBinaryIteratorFixture {};
 
 // ----------------------------------------------------------------------------------------------------- navigation
 
-TEST_F(QelBinaryIteratorTest, ANewCursorStandsAtTheRoot) {
+TEST_F(QelBinaryIteratorTest, NewCursorIsAtTheRoot) {
     EXPECT_EQ(cursor.curName(), "/");
     EXPECT_EQ(cursor.curID(), 0);
     EXPECT_EQ(cursor.getMessage(), message.get());
 }
 
-TEST_F(QelBinaryIteratorTest, SeekGoesToTheFirstChildOfAnIdOrName) {
+TEST_F(QelBinaryIteratorTest, SeekMovesToTheFirstChildWithAnIdOrName) {
     EXPECT_EQ(cursor.seek(dataId), 0);
     EXPECT_EQ(cursor.curID(), dataId);
     EXPECT_EQ(cursor.seek("system"), 0);
@@ -34,7 +34,7 @@ TEST_F(QelBinaryIteratorTest, SeekGoesToTheFirstChildOfAnIdOrName) {
     EXPECT_EQ(valueHere(), "2");
 }
 
-TEST_F(QelBinaryIteratorTest, AnIdAndItsNamesAreOneElement) {
+TEST_F(QelBinaryIteratorTest, IdAndNameReferToTheSameElement) {
     cursor.seekRoot();
     EXPECT_EQ(cursor.seek("data"), 0);
     cursor.seekUp();
@@ -44,7 +44,7 @@ TEST_F(QelBinaryIteratorTest, AnIdAndItsNamesAreOneElement) {
     EXPECT_EQ(cursor.curName(), elementName(nameId));
 }
 
-TEST_F(QelBinaryIteratorTest, AFailedMoveLeavesThePosition) {
+TEST_F(QelBinaryIteratorTest, FailedMoveLeavesPositionUnchanged) {
     ASSERT_EQ(cursor.seek("/data/system/one"), 0);
     EXPECT_NE(cursor.seek(nameId), 0);
     EXPECT_NE(cursor.seek("none"), 0);
@@ -58,7 +58,7 @@ TEST_F(QelBinaryIteratorTest, AFailedMoveLeavesThePosition) {
     EXPECT_EQ(cursor.curName(), "one");
 }
 
-TEST_F(QelBinaryIteratorTest, SiblingsAreWalkedInOrder) {
+TEST_F(QelBinaryIteratorTest, SiblingsAreVisitedInOrder) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     ASSERT_EQ(cursor.firstChild(), 0);
     EXPECT_EQ(valueHere(), "1");
@@ -70,7 +70,7 @@ TEST_F(QelBinaryIteratorTest, SiblingsAreWalkedInOrder) {
     EXPECT_EQ(valueHere(), "3");
 }
 
-TEST_F(QelBinaryIteratorTest, NextSiblingOfAnIdPassesOthers) {
+TEST_F(QelBinaryIteratorTest, NextSiblingWithAnIdSkipsOthers) {
     cursor.putChild(nameId);
     cursor.putValue(std::string("other"), std::string("other"));
     cursor.putValue(std::string("last"), nameId);
@@ -81,7 +81,7 @@ TEST_F(QelBinaryIteratorTest, NextSiblingOfAnIdPassesOthers) {
     EXPECT_EQ(valueHere(), "last");
 }
 
-TEST_F(QelBinaryIteratorTest, AnAbsolutePathNamesEveryLevel) {
+TEST_F(QelBinaryIteratorTest, AbsolutePathNamesEveryLevel) {
     ASSERT_EQ(cursor.seek("/data/system/two"), 0);
     EXPECT_EQ(valueHere(), "2");
     EXPECT_EQ(cursor.seek("/"), 0);
@@ -89,11 +89,11 @@ TEST_F(QelBinaryIteratorTest, AnAbsolutePathNamesEveryLevel) {
     EXPECT_NE(cursor.seek("/system"), 0);
     EXPECT_NE(cursor.seek("/data/"), 0);
     EXPECT_NE(cursor.seek("//data"), 0);
-    EXPECT_NE(cursor.seek("data/system"), 0) << "without a leading slash the whole text is one name";
+    EXPECT_NE(cursor.seek("data/system"), 0) << "without a leading slash the whole string is one name";
     EXPECT_EQ(cursor.curName(), "/");
 }
 
-TEST_F(QelBinaryIteratorTest, ATrailingSlashIsAnEmptyLastName) {
+TEST_F(QelBinaryIteratorTest, TrailingSlashIsAnEmptyLastName) {
     ASSERT_EQ(cursor.seek("/data"), 0);
     cursor.newChild("");
     cursor.putValue(5, 0);
@@ -114,7 +114,7 @@ TEST_F(QelBinaryIteratorTest, SeekPresenceDoesNotMove) {
     EXPECT_EQ(value, 7);
 }
 
-TEST_F(QelBinaryIteratorTest, TheEmptyIdIsTheElementUnderTheCursor) {
+TEST_F(QelBinaryIteratorTest, EmptyIdIsTheCurrentElement) {
     ASSERT_EQ(cursor.seek("/data"), 0);
     EXPECT_EQ(cursor.seekPresence(0), 0);
     EXPECT_EQ(cursor.seek(0), 0);
@@ -126,7 +126,7 @@ TEST_F(QelBinaryIteratorTest, TheEmptyIdIsTheElementUnderTheCursor) {
     EXPECT_EQ(cursor.curID(), dataId);
 }
 
-TEST_F(QelBinaryIteratorTest, SeekRootComesBackFromAnywhere) {
+TEST_F(QelBinaryIteratorTest, SeekRootWorksFromAnyPosition) {
     ASSERT_EQ(cursor.seek("/data/system/one"), 0);
     EXPECT_EQ(cursor.seekRoot(), 0);
     EXPECT_EQ(cursor.curName(), "/");
@@ -143,14 +143,14 @@ TEST_F(QelBinaryIteratorDeathTest, NewChildWithoutAnIdEndsTheProcess) {
     EXPECT_DEATH(cursor.newChild(-1), "core/src/QelMessage/QelBinaryIterator");
 }
 
-TEST_F(QelBinaryIteratorDeathTest, AnInvalidatedCursorEndsTheProcess) {
+TEST_F(QelBinaryIteratorDeathTest, UseOfAnInvalidatedCursorEndsTheProcess) {
     cursor.invalidate();
     EXPECT_DEATH(cursor.seekRoot(), "core/src/QelMessage/QelBinaryIterator");
     EXPECT_DEATH(static_cast<void>(cursor.curName()), "core/src/QelMessage/QelBinaryIterator");
     EXPECT_DEATH(static_cast<void>(cursor.getMessage()), "core/src/QelMessage/QelBinaryIterator");
 }
 
-TEST_F(QelBinaryIteratorDeathTest, ACursorOnADeletedElementEndsTheProcess) {
+TEST_F(QelBinaryIteratorDeathTest, UseOfACursorOnADeletedElementEndsTheProcess) {
     cursor.seek("/data/system/one");
     const auto atData = message.root();
     atData->seek("/data");
@@ -162,12 +162,12 @@ TEST_F(QelBinaryIteratorDeathTest, ACursorOnADeletedElementEndsTheProcess) {
     for (int i = 0; i < 10; ++i)
         other->putChild(nameId);
     EXPECT_DEATH(static_cast<void>(cursor.curName()), "core/src/QelMessage/QelBinaryIterator")
-        << "an element in the place of the deleted one isn't the deleted one";
+        << "an element that reuses the index of the deleted one is a different element";
     EXPECT_EQ(cursor.seekRoot(), 0);
     EXPECT_EQ(cursor.curName(), "/");
 }
 
-TEST_F(QelBinaryIteratorDeathTest, ACursorOnAnElementOfAReplacedTreeEndsTheProcess) {
+TEST_F(QelBinaryIteratorDeathTest, UseOfACursorOnAReplacedTreeEndsTheProcess) {
     const std::string text = TestSupport::textOf(*message.get());
     cursor.seek("/data");
     const auto atRoot = message.root();
@@ -178,13 +178,13 @@ TEST_F(QelBinaryIteratorDeathTest, ACursorOnAnElementOfAReplacedTreeEndsTheProce
 
 // ------------------------------------------------------------------------------------------------ names and types
 
-TEST_F(QelBinaryIteratorTest, ANameWithoutAnIdHasTheIdZero) {
+TEST_F(QelBinaryIteratorTest, NameWithoutAnIdHasIdZero) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     EXPECT_EQ(cursor.curName(), "system");
     EXPECT_EQ(cursor.curID(), 0);
 }
 
-TEST_F(QelBinaryIteratorTest, TheTypeIsTheKeyOfADerivedFactory) {
+TEST_F(QelBinaryIteratorTest, TypeIsTheKeyOfADerivedFactory) {
     EXPECT_EQ(cursor.curType(), "");
     cursor.newChild(environmentId);
     EXPECT_EQ(cursor.setComplexType(envNamespace, 122), 0);
@@ -203,14 +203,14 @@ TEST_F(QelBinaryIteratorTest, TheTypeIsTheKeyOfADerivedFactory) {
     EXPECT_EQ(cursor.curType(), "");
 }
 
-TEST_F(QelBinaryIteratorTest, ANamespaceWithoutANameIsNoPartOfTheKey) {
+TEST_F(QelBinaryIteratorTest, NamespaceWithoutANameIsNotPartOfTheKey) {
     constexpr int unnamed = 999999;
     cursor.newChild(environmentId);
     cursor.setComplexType(unnamed, 122);
     EXPECT_EQ(cursor.curType(), typeName(122));
 }
 
-TEST_F(QelBinaryIteratorTest, SetNamespaceMarksTheCurrentElementOnly) {
+TEST_F(QelBinaryIteratorTest, SetNamespaceAffectsTheCurrentElementOnly) {
     ASSERT_EQ(cursor.seek("/data"), 0);
     EXPECT_EQ(cursor.setNamespace(envNamespace), 0);
     EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
@@ -223,13 +223,13 @@ TEST_F(QelBinaryIteratorTest, SetNamespaceMarksTheCurrentElementOnly) {
     EXPECT_NE(cursor.setNamespace(-1), 0);
 }
 
-TEST_F(QelBinaryIteratorTest, ANewChildTakesTheSavedNamespaceAndElseNone) {
+TEST_F(QelBinaryIteratorTest, NewChildUsesTheSavedNamespace) {
     ASSERT_EQ(cursor.saveNamespace(envNamespace), 0);
     cursor.newChild(environmentId);
     EXPECT_EQ(cursor.curNamespaceID(), envNamespace);
     cursor.saveNamespace(0);
     cursor.newChild(nameId);
-    EXPECT_EQ(cursor.curNamespaceID(), 0) << "its parent's is not inherited";
+    EXPECT_EQ(cursor.curNamespaceID(), 0) << "not inherited from the parent";
     cursor.saveNamespace(namespaceName(backupNamespace));
     cursor.newChild(nameId);
     EXPECT_EQ(cursor.curNamespaceID(), backupNamespace);
@@ -240,7 +240,7 @@ TEST_F(QelBinaryIteratorTest, ANewChildTakesTheSavedNamespaceAndElseNone) {
     EXPECT_NE(cursor.saveNamespace(-1), 0);
 }
 
-TEST_F(QelBinaryIteratorTest, ASavedNamespaceWithoutAnIdIsTakenToo) {
+TEST_F(QelBinaryIteratorTest, SavedNamespaceMayBeANameWithoutAnId) {
     cursor.saveNamespace("foreign");
     cursor.newChild(environmentId);
     cursor.putChild(nameId);
@@ -249,7 +249,7 @@ TEST_F(QelBinaryIteratorTest, ASavedNamespaceWithoutAnIdIsTakenToo) {
               "    " + elementName(nameId) + " {foreign} <:> = ''");
 }
 
-TEST_F(QelBinaryIteratorTest, PutsTakeTheSavedNamespace) {
+TEST_F(QelBinaryIteratorTest, PutsUseTheSavedNamespace) {
     cursor.saveNamespace(envNamespace);
     cursor.putValue(1, nameId);
     cursor.putChild(environmentId);
@@ -266,7 +266,7 @@ TEST_F(QelBinaryIteratorTest, EachCursorHasItsOwnSavedNamespace) {
     EXPECT_EQ(other->curNamespaceID(), 0);
 }
 
-TEST_F(QelBinaryIteratorTest, SetNamespaceChildMarksEveryChild) {
+TEST_F(QelBinaryIteratorTest, SetNamespaceChildAffectsEveryChild) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     EXPECT_EQ(cursor.setNamespaceChild(envNamespace), 0);
     EXPECT_EQ(cursor.curName(), "system");
@@ -280,7 +280,7 @@ TEST_F(QelBinaryIteratorTest, SetNamespaceChildMarksEveryChild) {
 
 // -------------------------------------------------------------------------------------------------------- editing
 
-TEST_F(QelBinaryIteratorTest, NewChildAppendsBehindAllOthersAndMovesThere) {
+TEST_F(QelBinaryIteratorTest, NewChildAppendsAndMoves) {
     cursor.newChild(nameId);
     cursor.putValue(1, 0);
     cursor.seekUp();
@@ -293,7 +293,7 @@ TEST_F(QelBinaryIteratorTest, NewChildAppendsBehindAllOthersAndMovesThere) {
     EXPECT_EQ(valueHere(), "2");
 }
 
-TEST_F(QelBinaryIteratorTest, PutChildAppendsAnEmptyChildWithoutMoving) {
+TEST_F(QelBinaryIteratorTest, PutChildAppendsWithoutMoving) {
     EXPECT_EQ(cursor.putChild(nameId), 0);
     EXPECT_EQ(cursor.putChild("foreign"), 0);
     EXPECT_EQ(cursor.curName(), "/");
@@ -301,7 +301,7 @@ TEST_F(QelBinaryIteratorTest, PutChildAppendsAnEmptyChildWithoutMoving) {
     EXPECT_EQ(cursor.seekPresence("foreign"), 0);
 }
 
-TEST_F(QelBinaryIteratorTest, DeleteFromChildLeavesTheCursorOnTheParent) {
+TEST_F(QelBinaryIteratorTest, DeleteFromChildMovesToTheParent) {
     ASSERT_EQ(cursor.seek("/data/system/two"), 0);
     EXPECT_EQ(cursor.deleteFromChild(), 0);
     EXPECT_EQ(cursor.curName(), "system");
@@ -309,7 +309,7 @@ TEST_F(QelBinaryIteratorTest, DeleteFromChildLeavesTheCursorOnTheParent) {
                                                       "      one {} <:> = '1'", "      two {} <:> = '3'"));
 }
 
-TEST_F(QelBinaryIteratorTest, ALoopOfFirstChildAndDeleteClearsAList) {
+TEST_F(QelBinaryIteratorTest, LoopOfFirstChildAndDeleteClearsAList) {
     ASSERT_EQ(cursor.seek("/data/system"), 0);
     while (cursor.firstChild("two") == 0)
         cursor.deleteFromChild();
@@ -319,12 +319,12 @@ TEST_F(QelBinaryIteratorTest, ALoopOfFirstChildAndDeleteClearsAList) {
     EXPECT_NE(cursor.nextSibling(), 0);
 }
 
-TEST_F(QelBinaryIteratorTest, TheRootCanNotBeDeleted) {
+TEST_F(QelBinaryIteratorTest, RootCannotBeDeleted) {
     EXPECT_NE(cursor.deleteFromChild(), 0);
     EXPECT_EQ(cursor.seekPresence(dataId), 0);
 }
 
-TEST_F(QelBinaryIteratorTest, DeleteChildRemovesTheFirstOfTheId) {
+TEST_F(QelBinaryIteratorTest, DeleteChildRemovesTheFirstMatch) {
     cursor.putValue(1, nameId);
     cursor.putValue(2, nameId);
     EXPECT_EQ(cursor.deleteChild(nameId), 0);

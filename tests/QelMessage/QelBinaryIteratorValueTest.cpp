@@ -12,7 +12,7 @@ namespace {
 
 using TestSupport::TestMessage;
 
-/// Everything that holds for an ID holds for a name, with an ID or without.
+/// The tests run with an ID, with the name of an ID and with a name without an ID.
 template <class Key> Key key();
 template <> int key<int>() {
     return 1026;
@@ -20,13 +20,13 @@ template <> int key<int>() {
 struct NamedKey {
     operator std::string() const { return "name"; }
 };
-struct ForeignKey {
+struct UnknownNameKey {
     operator std::string() const { return "log_level"; }
 };
 template <> NamedKey key<NamedKey>() {
     return {};
 }
-template <> ForeignKey key<ForeignKey>() {
+template <> UnknownNameKey key<UnknownNameKey>() {
     return {};
 }
 
@@ -35,15 +35,15 @@ protected:
     using Argument = std::conditional_t<std::is_same_v<Key, int>, int, std::string>;
 
     QelMessageIterator& cursor() { return message.cursor(); }
-    /// The text under the key.
+    /// The value of the element with the key.
     std::string text() {
         std::string value = "(none)";
         cursor().getValue(value, id);
         return value;
     }
     void putText(const std::string& value) { ASSERT_EQ(cursor().putValue(value, id), 0); }
-    /// All that converts a text fails and leaves its output.
-    void expectUnconvertible(const Argument& argument) {
+    /// Expects that every typed get fails and leaves its output unchanged.
+    void expectTypedGetsFail(const Argument& argument) {
         std::string bytes = "old";
         int integer = 7;
         long long longLong = 7;
@@ -79,23 +79,23 @@ protected:
     }();
 };
 
-using Keys = testing::Types<int, NamedKey, ForeignKey>;
+using Keys = testing::Types<int, NamedKey, UnknownNameKey>;
 class KeyNames {
 public:
     template <class Key> static std::string GetName(int) {
-        return std::is_same_v<Key, int> ? "ById" : std::is_same_v<Key, NamedKey> ? "ByName" : "ByForeignName";
+        return std::is_same_v<Key, int> ? "ById" : std::is_same_v<Key, NamedKey> ? "ByName" : "ByNameWithoutID";
     }
 };
 TYPED_TEST_SUITE(QelBinaryIteratorValueTest, Keys, KeyNames);
 
-TYPED_TEST(QelBinaryIteratorValueTest, AStringIsKeptByteForByte) {
+TYPED_TEST(QelBinaryIteratorValueTest, StringsRoundTripByteForByte) {
     const std::string bytes("a\0\r\n\xFF ", 6);
     EXPECT_EQ(this->cursor().putValue(bytes, this->id), 0);
     EXPECT_EQ(this->text(), bytes);
     EXPECT_EQ(this->cursor().curName(), "/");
 }
 
-TYPED_TEST(QelBinaryIteratorValueTest, ASecondPutAddsASecondElement) {
+TYPED_TEST(QelBinaryIteratorValueTest, SecondPutAppendsASecondElement) {
     this->cursor().putValue(1, this->id);
     this->cursor().putValue(2, this->id);
     ASSERT_EQ(this->cursor().firstChild(this->id), 0);
@@ -103,16 +103,16 @@ TYPED_TEST(QelBinaryIteratorValueTest, ASecondPutAddsASecondElement) {
     EXPECT_NE(this->cursor().nextSibling(this->id), 0);
 }
 
-TYPED_TEST(QelBinaryIteratorValueTest, AMissingElementLeavesEveryOutputAsItWas) {
+TYPED_TEST(QelBinaryIteratorValueTest, MissingElementLeavesOutputUnchanged) {
     std::string string = "old";
     EXPECT_EQ(this->cursor().getValue(string, this->missing), -1);
     EXPECT_EQ(string, "old");
-    this->expectUnconvertible(this->missing);
+    this->expectTypedGetsFail(this->missing);
 }
 
-TYPED_TEST(QelBinaryIteratorValueTest, AnUnconvertibleValueLeavesEveryOutputAsItWas) {
+TYPED_TEST(QelBinaryIteratorValueTest, MalformedValueLeavesOutputUnchanged) {
     this->putText("some text");
-    this->expectUnconvertible(this->id);
+    this->expectTypedGetsFail(this->id);
 }
 
 TYPED_TEST(QelBinaryIteratorValueTest, IntegersAreDecimal) {
@@ -123,7 +123,7 @@ TYPED_TEST(QelBinaryIteratorValueTest, IntegersAreDecimal) {
     EXPECT_EQ(value, std::numeric_limits<int>::min());
 }
 
-TYPED_TEST(QelBinaryIteratorValueTest, AnIntegerThatDoesNotFitIsNoInteger) {
+TYPED_TEST(QelBinaryIteratorValueTest, IntegerOutOfRangeFails) {
     this->putText("2147483648");
     int value = 7;
     EXPECT_EQ(this->cursor().getValue(value, this->id), -1);
@@ -140,7 +140,7 @@ TYPED_TEST(QelBinaryIteratorValueTest, LongLongsHaveAllBits) {
     EXPECT_EQ(value, std::numeric_limits<long long>::min());
 }
 
-TYPED_TEST(QelBinaryIteratorValueTest, DoublesReadBackEqual) {
+TYPED_TEST(QelBinaryIteratorValueTest, DoublesRoundTrip) {
     EXPECT_EQ(this->cursor().putValueDouble(0.1, this->id), 0);
     EXPECT_EQ(this->text(), "0.1");
     double value = 0;
@@ -148,7 +148,7 @@ TYPED_TEST(QelBinaryIteratorValueTest, DoublesReadBackEqual) {
     EXPECT_EQ(value, 0.1);
 }
 
-TYPED_TEST(QelBinaryIteratorValueTest, AnElementWithoutAValueIsTrue) {
+TYPED_TEST(QelBinaryIteratorValueTest, ElementWithoutAValueIsTrue) {
     this->cursor().putChild(this->id);
     bool value = false;
     EXPECT_EQ(this->cursor().getValue(value, this->id), 0);
@@ -158,7 +158,7 @@ TYPED_TEST(QelBinaryIteratorValueTest, AnElementWithoutAValueIsTrue) {
     EXPECT_EQ(text, "");
 }
 
-TYPED_TEST(QelBinaryIteratorValueTest, ABooleanIsReadFromANumberOrAWord) {
+TYPED_TEST(QelBinaryIteratorValueTest, BooleanIsReadFromANumberOrAWord) {
     for (const auto& [text, expected] :
          {std::pair("0", false), std::pair("1", true), std::pair("false", false), std::pair("true", true)}) {
         const TestMessage fresh;
@@ -169,7 +169,7 @@ TYPED_TEST(QelBinaryIteratorValueTest, ABooleanIsReadFromANumberOrAWord) {
     }
 }
 
-TYPED_TEST(QelBinaryIteratorValueTest, Base64CarriesAnyBytes) {
+TYPED_TEST(QelBinaryIteratorValueTest, Base64RoundTripsAnyBytes) {
     const std::string bytes("\0\x01\xFF", 3);
     EXPECT_EQ(this->cursor().putValueBase64(bytes, this->id), 0);
     EXPECT_EQ(this->text(), "AAH/");
@@ -186,7 +186,7 @@ TYPED_TEST(QelBinaryIteratorValueTest, TimesAreWrittenInUtc) {
     EXPECT_EQ(value, 1795167000);
 }
 
-TYPED_TEST(QelBinaryIteratorValueTest, TimesWithAZoneAreWrittenInItsLocalTime) {
+TYPED_TEST(QelBinaryIteratorValueTest, TimesWithAZoneAreWrittenAsLocalTime) {
     EXPECT_EQ(this->cursor().putValueTimeZone(1795167000, 60, this->id), 0);
     EXPECT_EQ(this->text(), "2026-11-20T10:30:00+01:00");
     long value = 0;
@@ -207,7 +207,7 @@ protected:
     QelMessageIterator& cursor;
 };
 
-TEST_F(QelBinaryIteratorOwnValueTest, TheEmptyIdMeansTheElementsOwnTextAndNotAChilds) {
+TEST_F(QelBinaryIteratorOwnValueTest, EmptyIdReadsTheElementsOwnValue) {
     cursor.putValue(std::string("child"), id);
     EXPECT_EQ(cursor.putValue(std::string("own"), 0), 0);
     std::string value;
@@ -217,7 +217,7 @@ TEST_F(QelBinaryIteratorOwnValueTest, TheEmptyIdMeansTheElementsOwnTextAndNotACh
     EXPECT_EQ(value, "child");
 }
 
-TEST_F(QelBinaryIteratorOwnValueTest, APutWithTheEmptyIdReplaces) {
+TEST_F(QelBinaryIteratorOwnValueTest, PutWithTheEmptyIdReplaces) {
     cursor.putValue(std::string("a long first value that needs room"), 0);
     cursor.putValue(2, 0);
     int value = 0;
@@ -245,7 +245,7 @@ TEST_F(QelBinaryIteratorOwnValueTest, EveryPutSetsTheCurrentElement) {
     EXPECT_EQ(text, "1969-12-31T22:30:00-01:30");
 }
 
-TEST_F(QelBinaryIteratorOwnValueTest, ACountedBufferMayHoldAnything) {
+TEST_F(QelBinaryIteratorOwnValueTest, BufferWithLengthMayContainAnyBytes) {
     EXPECT_EQ(cursor.putValue("a\0b", 3, id), 0);
     EXPECT_EQ(cursor.putValueBase64("a\0b", 3, 1027), 0);
     std::string value;
@@ -255,14 +255,14 @@ TEST_F(QelBinaryIteratorOwnValueTest, ACountedBufferMayHoldAnything) {
     EXPECT_EQ(value, std::string("a\0b", 3));
 }
 
-TEST_F(QelBinaryIteratorOwnValueTest, AnEmptyBufferMakesAnElementWithAnEmptyValue) {
+TEST_F(QelBinaryIteratorOwnValueTest, EmptyBufferCreatesAnElementWithAnEmptyValue) {
     EXPECT_EQ(cursor.putValue("", 0, id), 0);
     std::string value = "old";
     EXPECT_EQ(cursor.getValue(value, id), 0);
     EXPECT_EQ(value, "");
 }
 
-TEST_F(QelBinaryIteratorOwnValueTest, AnImpossibleBufferIsRefused) {
+TEST_F(QelBinaryIteratorOwnValueTest, RejectsInvalidBuffers) {
     EXPECT_EQ(cursor.putValue("a", -1, id), -1);
     EXPECT_EQ(cursor.putValue(nullptr, 1, id), -1);
     EXPECT_EQ(cursor.putValueBase64("a", -1, id), -1);
@@ -290,7 +290,7 @@ TEST_F(QelBinaryIteratorOwnValueTest, AttributesBelongToTheCurrentElement) {
     EXPECT_EQ(cursor.getAttr(text, 5), -1);
 }
 
-TEST_F(QelBinaryIteratorOwnValueTest, ASecondPutReplacesTheAttribute) {
+TEST_F(QelBinaryIteratorOwnValueTest, SecondPutReplacesTheAttribute) {
     cursor.putAttr(std::string("first"), 5);
     cursor.putAttr(std::string("second, which is a good deal longer"), 5);
     std::string text;
@@ -298,7 +298,7 @@ TEST_F(QelBinaryIteratorOwnValueTest, ASecondPutReplacesTheAttribute) {
     EXPECT_EQ(text, "second, which is a good deal longer");
 }
 
-TEST_F(QelBinaryIteratorOwnValueTest, AMissingOrUnconvertibleAttributeLeavesTheOutput) {
+TEST_F(QelBinaryIteratorOwnValueTest, MissingOrMalformedAttributeLeavesOutputUnchanged) {
     cursor.putAttr(std::string("text"), 5);
     int number = 7;
     long time = 7;
@@ -314,12 +314,12 @@ TEST_F(QelBinaryIteratorOwnValueTest, AMissingOrUnconvertibleAttributeLeavesTheO
     EXPECT_EQ(cursor.putAttr(std::string("x"), -3), -1);
 }
 
-TEST_F(QelBinaryIteratorOwnValueTest, AnElementHasALimitedNumberOfAttributes) {
+TEST_F(QelBinaryIteratorOwnValueTest, NumberOfAttributesIsLimited) {
     constexpr int most = 64;
     for (int i = 1; i <= most; ++i)
         ASSERT_EQ(cursor.putAttr(i, i), 0);
     EXPECT_EQ(cursor.putAttr(0, most + 1), -1);
-    EXPECT_EQ(cursor.putAttr(0, most), 0) << "a replacement isn't one more";
+    EXPECT_EQ(cursor.putAttr(0, most), 0) << "replacing an attribute does not add one";
 }
 
 } // namespace

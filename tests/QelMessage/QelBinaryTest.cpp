@@ -29,7 +29,7 @@ using TestSupport::TestMessage;
 constexpr int nameId = 1026;
 constexpr int environmentId = 1624;
 
-/// A directory that goes with the test.
+/// A temporary directory that is removed after the test.
 class Directory {
 public:
     Directory() {
@@ -57,7 +57,7 @@ std::string read(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// A message with an envelope and some elements, whose cursor stands at the root.
+/// A message with an envelope and some elements; its cursor is at the root.
 class Sample : public TestMessage {
 public:
     Sample() {
@@ -77,7 +77,7 @@ public:
 
 // --------------------------------------------------------------------------------------------------- the envelope
 
-TEST(QelBinaryTest, AnEnvelopeIsUnsetAtFirst) {
+TEST(QelBinaryTest, EnvelopeIsInitiallyUnset) {
     const TestMessage message;
     long time = 7;
     std::string text = "old";
@@ -91,7 +91,7 @@ TEST(QelBinaryTest, AnEnvelopeIsUnsetAtFirst) {
     EXPECT_EQ(text, "old");
 }
 
-TEST(QelBinaryTest, AnEnvelopeGivesWhatWasSet) {
+TEST(QelBinaryTest, EnvelopeReturnsWhatWasSet) {
     const Sample message;
     long time = 0;
     std::string text;
@@ -108,7 +108,7 @@ TEST(QelBinaryTest, AnEnvelopeGivesWhatWasSet) {
     EXPECT_NE(message->getTime(nullptr), 0);
 }
 
-TEST(QelBinaryTest, AnEmptyTextUnsetsAField) {
+TEST(QelBinaryTest, EmptyStringUnsetsAField) {
     const Sample message;
     message->setRequestId("");
     message->setSession("");
@@ -134,7 +134,7 @@ TEST(QelBinaryTest, SubscriptionsKeepTheirOrder) {
 
 // ------------------------------------------------------------------------------------------------ whole messages
 
-TEST(QelBinaryTest, CreateMakesAnEmptyMessage) {
+TEST(QelBinaryTest, CreateInitialisesAnEmptyMessage) {
     const Sample message;
     EXPECT_NE(message->create(1), 0);
     EXPECT_EQ(message.cursor().seekPresence(environmentId), 0);
@@ -143,14 +143,14 @@ TEST(QelBinaryTest, CreateMakesAnEmptyMessage) {
     EXPECT_THAT(message->getSubscriptions(), IsEmpty());
 }
 
-TEST(QelBinaryTest, ARootCursorIsTheCallersAndStandsAtTheRoot) {
+TEST(QelBinaryTest, RootIteratorReturnsANewCursorAtTheRoot) {
     const Sample message;
     const auto cursor = message.root();
     EXPECT_EQ(cursor->curName(), "/");
     EXPECT_EQ(cursor->getMessage(), message.get());
 }
 
-TEST(QelBinaryTest, ACopyHasItsOwnTree) {
+TEST(QelBinaryTest, CopyHasItsOwnTree) {
     const Sample message;
     const TestMessage with(message->copy(true));
     const TestMessage without(message->copy(false));
@@ -161,7 +161,7 @@ TEST(QelBinaryTest, ACopyHasItsOwnTree) {
     EXPECT_EQ(with.cursor().seekPresence(environmentId), 0);
 }
 
-TEST(QelBinaryTest, BinaryFormsComeBack) {
+TEST(QelBinaryTest, BinaryFormRoundTrips) {
     const Sample message;
     const std::string bytes = TestSupport::binaryOf(*message.get());
     const TestMessage copy;
@@ -169,7 +169,7 @@ TEST(QelBinaryTest, BinaryFormsComeBack) {
     EXPECT_EQ(TestSupport::textOf(*copy.get()), TestSupport::textOf(*message.get()));
 }
 
-TEST(QelBinaryTest, TextFormsComeBack) {
+TEST(QelBinaryTest, TextFormRoundTrips) {
     const Sample message;
     const std::string text = TestSupport::textOf(*message.get());
     const TestMessage copy;
@@ -178,7 +178,7 @@ TEST(QelBinaryTest, TextFormsComeBack) {
     EXPECT_EQ(TestSupport::taken(message->toTextEx(0, "", 40500)), text);
 }
 
-TEST(QelBinaryTest, AFailedReadChangesNothing) {
+TEST(QelBinaryTest, FailedReadLeavesMessageUnchanged) {
     const Sample message;
     const std::string before = TestSupport::binaryOf(*message.get());
     EXPECT_NE(message->fromTextEx("<message session='new'><name></message>", 0), 0);
@@ -192,14 +192,14 @@ TEST(QelBinaryTest, AFailedReadChangesNothing) {
 
 // ----------------------------------------------------------------------------------------- flattening, the factory
 
-TEST(QelBinaryTest, TheFactoryMakesEmptyMessages) {
+TEST(QelBinaryTest, FactoryCreatesEmptyMessages) {
     const auto_destroy<QelMessage> message(QelMessage::getFactory()->createNew());
     ASSERT_NE(message.get(), nullptr);
     EXPECT_EQ(message->create(0), 0);
     EXPECT_EQ(QelMessage::getFactory(), QelMessage::getFactory());
 }
 
-TEST(QelBinaryTest, MeasuringAnswersMinusTwoAndFlatteningZero) {
+TEST(QelBinaryTest, MeasuringReturnsMinusTwoAndFlatteningZero) {
     const Sample message;
     ASSERT_EQ(message.cursor().seek(environmentId), 0);
     int size = 0;
@@ -216,7 +216,7 @@ TEST(QelBinaryTest, MeasuringAnswersMinusTwoAndFlatteningZero) {
     EXPECT_EQ(message->measureOrFlatten(nullptr, nullptr, &message.cursor()), -1);
 }
 
-TEST(QelBinaryTest, AFlattenedElementStandsBelowTheRoot) {
+TEST(QelBinaryTest, FlattenedElementIsReadAsAChildOfTheRoot) {
     const Sample message;
     ASSERT_EQ(message.cursor().seek(environmentId), 0);
     const std::string bytes = TestSupport::flattened(message.cursor());
@@ -227,7 +227,7 @@ TEST(QelBinaryTest, AFlattenedElementStandsBelowTheRoot) {
     EXPECT_EQ(TestSupport::flattened(parsed.cursor()), bytes);
 }
 
-TEST(QelBinaryTest, AFlattenedRootComesBackWithItsEnvelope) {
+TEST(QelBinaryTest, FlattenedRootRoundTripsWithItsEnvelope) {
     const Sample message;
     const std::string bytes = TestSupport::flattened(message.cursor());
     EXPECT_EQ(bytes, TestSupport::binaryOf(*message.get()));
@@ -235,7 +235,7 @@ TEST(QelBinaryTest, AFlattenedRootComesBackWithItsEnvelope) {
     EXPECT_EQ(TestSupport::textOf(*parsed.get()), TestSupport::textOf(*message.get()));
 }
 
-TEST(QelBinaryTest, AMalformedBufferGivesNoMessage) {
+TEST(QelBinaryTest, FactoryReturnsNullForAMalformedBuffer) {
     EXPECT_EQ(QelMessage::getFactory()->createNew("rubbish", 7), nullptr);
     EXPECT_EQ(QelMessage::getFactory()->createNew("", 0), nullptr);
     EXPECT_EQ(QelMessage::getFactory()->createNew(nullptr, 0), nullptr);
@@ -244,7 +244,7 @@ TEST(QelBinaryTest, AMalformedBufferGivesNoMessage) {
 
 // ---------------------------------------------------------------------------------------------------------- files
 
-TEST(QelBinaryTest, AFileComesBack) {
+TEST(QelBinaryTest, FileRoundTrips) {
     const Directory directory;
     const Sample message;
     ASSERT_EQ(message->saveToFile(directory / "m.xml"), 0) << getErrorMessage();
@@ -255,7 +255,7 @@ TEST(QelBinaryTest, AFileComesBack) {
     EXPECT_EQ(TestSupport::binaryOf(*loaded.get()), TestSupport::binaryOf(*message.get()));
 }
 
-TEST(QelBinaryTest, AFileIsReplacedAndKeepsItsPermissions) {
+TEST(QelBinaryTest, ReplacedFileKeepsItsPermissions) {
     const Directory directory;
     write(directory / "m.xml", "old");
     ASSERT_EQ(::chmod((directory / "m.xml").c_str(), 0600), 0);
@@ -267,7 +267,7 @@ TEST(QelBinaryTest, AFileIsReplacedAndKeepsItsPermissions) {
     EXPECT_EQ(directory.files(), 1);
 }
 
-TEST(QelBinaryTest, AFileThatCanNotBeReplacedStaysAndLeavesNoOther) {
+TEST(QelBinaryTest, FailedReplacementLeavesTheFileAndNoTemporaryFile) {
     const Directory directory;
     std::filesystem::create_directory(directory / "m.xml");
     write(directory / "m.xml/inside", "old");
@@ -277,13 +277,13 @@ TEST(QelBinaryTest, AFileThatCanNotBeReplacedStaysAndLeavesNoOther) {
     EXPECT_EQ(read(directory / "m.xml/inside"), "old");
 }
 
-TEST(QelBinaryTest, AMissingDirectoryIsTold) {
+TEST(QelBinaryTest, ReportsAMissingDirectory) {
     const Directory directory;
     EXPECT_NE(Sample()->saveToFile(directory / "none/m.xml"), 0);
     EXPECT_EQ(getErrorMessage(), (directory / "none/m.xml") + ": No such file or directory");
 }
 
-TEST(QelBinaryTest, ATreeThatCanNotBeWrittenLeavesTheFile) {
+TEST(QelBinaryTest, FailedWriteLeavesTheFileUnchanged) {
     const Directory directory;
     write(directory / "m.xml", "old");
     const TestMessage message;
@@ -294,7 +294,7 @@ TEST(QelBinaryTest, ATreeThatCanNotBeWrittenLeavesTheFile) {
     EXPECT_EQ(read(directory / "m.xml"), "old");
 }
 
-TEST(QelBinaryTest, AFileThatCanNotBeReadIsToldWithTheReason) {
+TEST(QelBinaryTest, ReportsTheReasonOfAFailedFileRead) {
     const Directory directory;
     const Sample message;
     const std::string before = TestSupport::binaryOf(*message.get());
@@ -306,7 +306,7 @@ TEST(QelBinaryTest, AFileThatCanNotBeReadIsToldWithTheReason) {
     EXPECT_EQ(TestSupport::binaryOf(*message.get()), before);
 }
 
-TEST(QelBinaryTest, AMalformedFileIsToldWithThePlace) {
+TEST(QelBinaryTest, ReportsTheLocationInAMalformedFile) {
     const Directory directory;
     write(directory / "m.xml", "<message>\n<a>\n</message>");
     const Sample message;
@@ -315,7 +315,7 @@ TEST(QelBinaryTest, AMalformedFileIsToldWithThePlace) {
     EXPECT_EQ(message.cursor().seekPresence(environmentId), 0);
 }
 
-TEST(QelBinaryTest, AFileThatIsTooLongIsNotRead) {
+TEST(QelBinaryTest, TooLongFileIsNotRead) {
     const Directory directory;
     write(directory / "m.xml", "<message/>");
     std::filesystem::resize_file(directory / "m.xml", (64U << 20) + 1);

@@ -22,7 +22,7 @@ constexpr int other = 1026;
 using Strings = std::vector<std::string>;
 using Numbers = std::vector<int>;
 
-/// A record whose writer refuses odd numbers, and stamps its element.
+/// A record with a complex type. Its functors reject odd numbers.
 struct Even {
     int number = 0;
     struct Reader {
@@ -50,8 +50,8 @@ class QelCombinatorsTest : public testing::Test {
 protected:
     QelCombinatorsTest() { message->newChild(wrapper); }
 
-    /// The cursor stands where it stood.
-    void expectAtHome() const { EXPECT_EQ(message->curID(), wrapper); }
+    /// Expects the cursor at its initial position.
+    void expectCursorRestored() const { EXPECT_EQ(message->curID(), wrapper); }
 
     TestMessage tree;
     QelMessageIterator* const message = &tree.cursor();
@@ -65,7 +65,7 @@ using QelReaderSetTest = QelCombinatorsTest;
 using QelReaderMapTest = QelCombinatorsTest;
 using QelPointerTest = QelCombinatorsTest;
 
-TEST_F(QelReaderIDTest, MissingOptionalElementIsSuccessAndLeavesTheValue) {
+TEST_F(QelReaderIDTest, MissingOptionalElementLeavesTheValueUnchanged) {
     std::string text = "before";
     EXPECT_EQ(QelReaderID(QelReaderString(), item, QelReaderOptional)(*message, text), 0);
     EXPECT_EQ(text, "before");
@@ -77,11 +77,11 @@ TEST_F(QelReaderIDTest, MissingRequiredElementFails) {
     EXPECT_EQ(text, "before");
 }
 
-TEST_F(QelReaderIDTest, InnerFailureIsTheResultAndTheCursorComesBack) {
+TEST_F(QelReaderIDTest, InnerFailureIsReturnedAndTheCursorIsRestored) {
     putItems(*message, {"3"});
     Even even;
     EXPECT_EQ(QelReaderID(Even::Reader(), item, QelReaderOptional)(*message, even), -1);
-    expectAtHome();
+    expectCursorRestored();
 }
 
 TEST_F(QelReaderIDTest, EmptyIDEndsTheProcess) {
@@ -100,45 +100,45 @@ TEST_F(QelWriterIDTest, EachWriteAppendsANewElement) {
     EXPECT_EQ(writer(*message, std::string("a")), 0);
     EXPECT_EQ(writer(*message, std::string("b")), 0);
     EXPECT_EQ(countChildren(*message, item), 2);
-    expectAtHome();
+    expectCursorRestored();
 }
 
-TEST_F(QelWriterIDTest, TheElementBearsTheTypeOfTheWriter) {
+TEST_F(QelWriterIDTest, ElementHasTheTypeOfTheWriter) {
     EXPECT_EQ(QelWriterID(Even::Writer(), item)(*message, Even{4}), 0);
     ASSERT_EQ(message->seek(item), 0);
     EXPECT_EQ(message->curType(), "env:env_status");
     EXPECT_EQ(message->curNamespaceID(), 292);
 }
 
-TEST_F(QelWriterIDTest, TheNamespaceOfTheThirdArgumentIsSetOnTheElement) {
+TEST_F(QelWriterIDTest, NamespaceArgumentIsSetOnTheElement) {
     EXPECT_EQ(QelWriterID(QelWriterString(), item, 281)(*message, std::string("x")), 0);
     ASSERT_EQ(message->seek(item), 0);
     EXPECT_EQ(message->curNamespaceID(), 281);
     EXPECT_EQ(message->curType(), "");
 }
 
-TEST_F(QelWriterIDTest, TheNamespaceOfTheThirdArgumentReplacesThatOfTheWriter) {
+TEST_F(QelWriterIDTest, NamespaceArgumentReplacesThatOfTheWriter) {
     EXPECT_EQ(QelWriterID(Even::Writer(), item, 281)(*message, Even{4}), 0);
     ASSERT_EQ(message->seek(item), 0);
-    EXPECT_EQ(message->curNamespaceID(), 281) << "it is set after the writer's own";
+    EXPECT_EQ(message->curNamespaceID(), 281) << "set after the writer's namespace";
     EXPECT_EQ(message->curType(), "env:env_status");
 }
 
-TEST_F(QelWriterIDTest, AFailureLeavesThePartialElementAndComesBack) {
+TEST_F(QelWriterIDTest, FailureKeepsThePartialElementAndRestoresTheCursor) {
     EXPECT_EQ(QelWriterID(Even::Writer(), item)(*message, Even{3}), -1);
     EXPECT_EQ(countChildren(*message, item), 1);
-    expectAtHome();
+    expectCursorRestored();
 }
 
-TEST_F(QelReaderListTest, NoItemIsSuccessOnlyWhereOptional) {
+TEST_F(QelReaderListTest, EmptyListSucceedsOnlyIfOptional) {
     Strings items{"before"};
     EXPECT_EQ(QelReaderList(QelReaderString(), item, QelReaderOptional)(*message, items), 0);
     EXPECT_EQ(QelReaderList(QelReaderString(), item, QelReaderRequired)(*message, items), -1);
     EXPECT_THAT(items, ElementsAre("before"));
-    expectAtHome();
+    expectCursorRestored();
 }
 
-TEST_F(QelReaderListTest, ReadingTwiceDoublesTheVector) {
+TEST_F(QelReaderListTest, SecondReadAppends) {
     putItems(*message, {"a", "b"});
     Strings items;
     const auto reader = QelReaderList(QelReaderString(), item, QelReaderOptional);
@@ -147,15 +147,15 @@ TEST_F(QelReaderListTest, ReadingTwiceDoublesTheVector) {
     EXPECT_THAT(items, ElementsAre("a", "b", "a", "b"));
 }
 
-TEST_F(QelReaderListTest, ABadSecondItemLeavesTheFirstAndStandsOnTheParent) {
+TEST_F(QelReaderListTest, BadItemKeepsEarlierOnesAndRestoresTheCursor) {
     putItems(*message, {"1", "x", "3"});
     Numbers items;
     EXPECT_EQ(QelReaderList(QelReaderInt(), item, QelReaderOptional)(*message, items), -1);
     EXPECT_THAT(items, ElementsAre(1));
-    expectAtHome();
+    expectCursorRestored();
 }
 
-TEST_F(QelReaderListTest, SkipsSiblingsOfAnotherID) {
+TEST_F(QelReaderListTest, SkipsSiblingsWithOtherIDs) {
     putItems(*message, {"a"});
     message->putValue("no", other);
     putItems(*message, {"b"});
@@ -172,7 +172,7 @@ TEST_F(QelReaderListTest, WithoutAnIDEveryChildIsAnItem) {
     EXPECT_THAT(items, ElementsAre("a", "b"));
 }
 
-TEST_F(QelWriterListTest, AnEmptyVectorInAWrapperIsAnEmptyElementAndComesBackEmpty) {
+TEST_F(QelWriterListTest, EmptyVectorInAWrapperRoundTrips) {
     const Strings none;
     EXPECT_EQ(message->putObject(none, QelWriterData(none, item), other), 0);
     ASSERT_EQ(message->seek(other), 0);
@@ -184,10 +184,10 @@ TEST_F(QelWriterListTest, AnEmptyVectorInAWrapperIsAnEmptyElementAndComesBackEmp
     EXPECT_THAT(items, IsEmpty());
 }
 
-TEST_F(QelWriterListTest, AFailingItemStopsTheListWithOne) {
+TEST_F(QelWriterListTest, FailedItemStopsTheListWithOne) {
     const std::vector<Even> items{{2}, {3}, {4}};
     EXPECT_EQ(QelWriterData(items, item)(*message, items), 1);
-    EXPECT_EQ(countChildren(*message, item), 2) << "the element of the item that failed stays";
+    EXPECT_EQ(countChildren(*message, item), 2) << "the element of the failed item is kept";
     ASSERT_EQ(message->firstChild(item), 0);
     EXPECT_EQ(childValue(*message, 0), "2");
     ASSERT_EQ(message->nextSibling(item), 0);
@@ -196,7 +196,7 @@ TEST_F(QelWriterListTest, AFailingItemStopsTheListWithOne) {
     EXPECT_EQ(text, "");
 }
 
-TEST_F(QelWriterListTest, TheWrapperIsNotStampedButTheItemsAre) {
+TEST_F(QelWriterListTest, ItemsHaveATypeButTheWrapperDoesNot) {
     const std::vector<Even> items{{2}};
     EXPECT_EQ(message->putObject(items, QelWriterData(items, item), other), 0);
     ASSERT_EQ(message->seek(other), 0);
@@ -212,12 +212,12 @@ TEST_F(QelReaderSetTest, DuplicatesAreDropped) {
     EXPECT_THAT(items, ElementsAre("a", "b"));
 }
 
-TEST_F(QelReaderSetTest, ABadItemStopsTheReading) {
+TEST_F(QelReaderSetTest, BadItemStopsReading) {
     putItems(*message, {"2", "x", "1"});
     std::set<int> items;
     EXPECT_EQ(QelReaderSet(QelReaderInt(), item, QelReaderRequired)(*message, items), -1);
     EXPECT_THAT(items, ElementsAre(2));
-    expectAtHome();
+    expectCursorRestored();
 }
 
 constexpr auto mapReader = [] {
@@ -228,7 +228,7 @@ constexpr auto mapWriter = [] {
     return QelWriterMap(item, QelWriterID(QelWriterString(), key), QelWriterID(QelWriterInt(), value));
 };
 
-TEST_F(QelReaderMapTest, AnEntryIsTheKeyElementAndThenTheValue) {
+TEST_F(QelReaderMapTest, EntryIsTheKeyFollowedByTheValue) {
     const std::map<std::string, int> map{{"a", 1}};
     EXPECT_EQ(mapWriter()(*message, map), 0);
     ASSERT_EQ(message->seek(item), 0);
@@ -238,7 +238,7 @@ TEST_F(QelReaderMapTest, AnEntryIsTheKeyElementAndThenTheValue) {
     EXPECT_EQ(message->curID(), value);
 }
 
-TEST_F(QelReaderMapTest, OfOneKeyTheFirstValueStays) {
+TEST_F(QelReaderMapTest, FirstValueOfAKeyWins) {
     const std::multimap<std::string, int> twice{{"a", 1}, {"a", 2}};
     ASSERT_EQ(mapWriter()(*message, twice), 0);
     std::map<std::string, int> map;
@@ -249,14 +249,14 @@ TEST_F(QelReaderMapTest, OfOneKeyTheFirstValueStays) {
     EXPECT_THAT(both, ElementsAre(Pair("a", 1), Pair("a", 2)));
 }
 
-TEST_F(QelReaderMapTest, AnEntryWithoutAKeyOrValueFails) {
+TEST_F(QelReaderMapTest, EntryWithoutKeyOrValueFails) {
     message->newChild(item);
     message->putValue("a", key);
     message->seekUp();
     std::map<std::string, int> map;
     EXPECT_EQ(mapReader()(*message, map), -1);
     EXPECT_THAT(map, IsEmpty());
-    expectAtHome();
+    expectCursorRestored();
 
     ASSERT_EQ(message->seek(item), 0);
     message->deleteChild(key);
@@ -265,7 +265,7 @@ TEST_F(QelReaderMapTest, AnEntryWithoutAKeyOrValueFails) {
     EXPECT_EQ(mapReader()(*message, map), -1);
 }
 
-TEST_F(QelReaderMapTest, ABadEntryInTheMiddleStopsTheReading) {
+TEST_F(QelReaderMapTest, BadEntryStopsReading) {
     for (const char* const number : {"1", "x", "3"}) {
         message->newChild(item);
         message->putValue(number, key);
@@ -275,10 +275,10 @@ TEST_F(QelReaderMapTest, ABadEntryInTheMiddleStopsTheReading) {
     std::map<std::string, int> map;
     EXPECT_EQ(mapReader()(*message, map), -1);
     EXPECT_THAT(map, ElementsAre(Pair("1", 1)));
-    expectAtHome();
+    expectCursorRestored();
 }
 
-TEST_F(QelReaderMapTest, TheKeyIsReadBeforeTheValue) {
+TEST_F(QelReaderMapTest, KeyIsReadBeforeTheValue) {
     message->putValue("x", key);
     std::pair<std::string, int> pair{"before", 1};
     EXPECT_EQ(QelReaderPairItem(QelReaderID(QelReaderString(), key, QelReaderRequired),
@@ -292,18 +292,18 @@ TEST_F(QelReaderMapTest, TheKeyIsReadBeforeTheValue) {
     EXPECT_EQ(QelReaderPairItem(QelReaderID(QelReaderString(), key, QelReaderRequired),
                                 QelReaderID(QelReaderInt(), value, QelReaderRequired))(*message, pair),
               -1);
-    EXPECT_THAT(pair, Pair("before", 1)) << "the value isn't read without its key";
+    EXPECT_THAT(pair, Pair("before", 1)) << "the value is not read without its key";
 }
 
-TEST_F(QelReaderMapTest, TheKeyIsWrittenBeforeTheValue) {
+TEST_F(QelReaderMapTest, KeyIsWrittenBeforeTheValue) {
     const std::pair<Even, std::string> oddKey{Even{3}, "v"};
     EXPECT_EQ(
         QelWriterPairItem(QelWriterID(Even::Writer(), key), QelWriterID(QelWriterString(), value))(*message, oddKey),
         -1);
-    EXPECT_THAT(childIDs(*message), ElementsAre(key)) << "the value isn't written without its key";
+    EXPECT_THAT(childIDs(*message), ElementsAre(key)) << "the value is not written without its key";
 }
 
-TEST_F(QelReaderMapTest, WithAnEmptyKeyWriterTheValueHoldsTheKey) {
+TEST_F(QelReaderMapTest, EmptyKeyWriterLeavesTheKeyToTheValue) {
     const std::map<std::string, int> map{{"a", 1}};
     EXPECT_EQ(QelWriterMap(item, QelWriterEmpty(), QelWriterID(QelWriterInt(), value))(*message, map), 0);
     ASSERT_EQ(message->seek(item), 0);
@@ -311,14 +311,14 @@ TEST_F(QelReaderMapTest, WithAnEmptyKeyWriterTheValueHoldsTheKey) {
     EXPECT_EQ(childValue(*message, value), "1");
 }
 
-TEST_F(QelPointerTest, AFailedReadLeavesANullPointer) {
+TEST_F(QelPointerTest, FailedReadLeavesANullPointer) {
     message->putValue(3, 0);
     boost::shared_ptr<Even> pointer(new Even{8});
     EXPECT_EQ(QelReaderPointer(Even::Reader())(*message, pointer), -1);
     EXPECT_EQ(pointer, nullptr);
 }
 
-TEST_F(QelPointerTest, ARawPointerStaysAsItWasOnFailure) {
+TEST_F(QelPointerTest, FailedReadLeavesARawPointerUnchanged) {
     message->putValue(3, 0);
     Even* pointer = nullptr;
     EXPECT_EQ((QelReaderPointerData<Even>(Even::Reader())(*message, pointer)), -1);
@@ -333,24 +333,24 @@ TEST_F(QelPointerTest, ARawPointerStaysAsItWasOnFailure) {
     delete pointer;
 }
 
-TEST_F(QelPointerTest, ANullPointerIsNotWritten) {
+TEST_F(QelPointerTest, NullPointerIsNotWritten) {
     EXPECT_EQ(QelWriterPointer(Even::Writer())(*message, boost::shared_ptr<Even>()), -1);
     EXPECT_EQ((QelWriterPointerData<Even>(Even::Writer())(*message, static_cast<const Even*>(nullptr))), -1);
 }
 
-TEST_F(QelPointerTest, ANullInAListStopsItWithOne) {
+TEST_F(QelPointerTest, NullPointerStopsAListWithOne) {
     const std::vector<boost::shared_ptr<Even>> items{boost::shared_ptr<Even>(new Even{2}), nullptr};
     EXPECT_EQ(QelWriterData(items, item)(*message, items), 1);
 }
 
-TEST_F(QelPointerTest, APointerWriterStampsAsItsPointeeDoes) {
+TEST_F(QelPointerTest, PointerWriterSetsTheTypeOfTheObject) {
     const boost::shared_ptr<Even> pointer(new Even{2});
     EXPECT_EQ(message->putObject(pointer, QelWriterPointer(Even::Writer()), other), 0);
     ASSERT_EQ(message->seek(other), 0);
     EXPECT_EQ(message->curType(), "env:env_status");
 }
 
-TEST_F(QelPointerTest, AListOfPointersReadsBack) {
+TEST_F(QelPointerTest, ListOfPointersRoundTrips) {
     putItems(*message, {"2", "4"});
     std::vector<boost::shared_ptr<Even>> items;
     EXPECT_EQ(QelReaderData(items, item, QelReaderRequired)(*message, items), 0);
@@ -358,7 +358,7 @@ TEST_F(QelPointerTest, AListOfPointersReadsBack) {
     EXPECT_EQ(items[1]->number, 4);
 }
 
-TEST_F(QelCombinatorsTest, AConditionalWriterWritesWhatItsPredicateAccepts) {
+TEST_F(QelCombinatorsTest, ConditionalWriterAppliesItsPredicate) {
     const auto writer = QelWriterIF(QelWriterID(QelWriterInt(), item), [](int number) { return number != -1; });
     EXPECT_EQ(writer(*message, -1), 0);
     EXPECT_EQ(countChildren(*message, item), 0);
@@ -366,7 +366,7 @@ TEST_F(QelCombinatorsTest, AConditionalWriterWritesWhatItsPredicateAccepts) {
     EXPECT_EQ(childValue(*message, item), "7");
 }
 
-TEST_F(QelCombinatorsTest, ScalarsComeBack) {
+TEST_F(QelCombinatorsTest, ScalarsRoundTrip) {
     QelMessageIterator& at = *message;
     EXPECT_EQ(QelWriterID(QelWriterBase64(), item)(at, std::string("a\0b", 3)), 0);
     EXPECT_EQ(QelWriterID(QelWriterLongLong(), key)(at, 1LL << 40), 0);
@@ -382,14 +382,14 @@ TEST_F(QelCombinatorsTest, ScalarsComeBack) {
     EXPECT_EQ(real, 0.1);
 }
 
-/// Counts how often it was destroyed.
+/// Counts calls of destroy().
 struct Destroyed {
     explicit Destroyed(int& times) : count(times) {}
     void destroy() { ++count; }
     int& count;
 };
 
-TEST(AutoDestroyTest, DestroysOnceThroughTheObjectsOwnOperationUnlessReleased) {
+TEST(AutoDestroyTest, CallsDestroyOnceUnlessReleased) {
     int destroyed = 0;
     Destroyed object(destroyed);
     { const auto_destroy<Destroyed> owner(&object); }
@@ -403,27 +403,27 @@ TEST(AutoDestroyTest, DestroysOnceThroughTheObjectsOwnOperationUnlessReleased) {
     { const auto_destroy<Destroyed> empty; }
 }
 
-TEST_F(QelCombinatorsTest, AListOfAllReadsEachChildWhateverItsId) {
+TEST_F(QelCombinatorsTest, ListOfAllReadsEveryChild) {
     const QelReaderListAllT reader(QelReaderListData(QelReaderString()), QelReaderOptional);
     Strings read{"kept"};
-    EXPECT_EQ(reader(*message, read), 0) << "no child";
+    EXPECT_EQ(reader(*message, read), 0) << "without children";
     EXPECT_EQ(QelReaderListAllT(QelReaderListData(QelReaderString()), QelReaderRequired)(*message, read), -1);
     EXPECT_THAT(read, ElementsAre("kept"));
     putItems(*message, {"a", "b"});
     message->putValue("c", other);
     EXPECT_EQ(reader(*message, read), 0);
     EXPECT_THAT(read, ElementsAre("kept", "a", "b", "c"));
-    expectAtHome();
+    expectCursorRestored();
 }
 
-TEST_F(QelCombinatorsTest, AListOfAllStopsAtAChildThatFails) {
+TEST_F(QelCombinatorsTest, ListOfAllStopsAtAFailedChild) {
     message->putValue(2, item);
     message->putValue(3, other);
     message->putValue(4, item);
     std::vector<Even> read;
     EXPECT_EQ(QelReaderListAllT(QelReaderListData(Even::Reader()), QelReaderOptional)(*message, read), -1);
     EXPECT_EQ(read.size(), 1U);
-    expectAtHome();
+    expectCursorRestored();
 }
 
 } // namespace

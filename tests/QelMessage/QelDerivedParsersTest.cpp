@@ -12,7 +12,7 @@ using namespace Qel::TestSupport;
 constexpr int element = 1115;
 constexpr int text = 1026;
 
-/// A family of three: a base without a factory, a default class, and another one.
+/// A family with a default class, another class, and a class without a factory.
 struct Shape {
     virtual ~Shape() = default;
     std::string name;
@@ -65,7 +65,7 @@ protected:
     QelMessageIterator* const message = &tree.cursor();
 };
 
-TEST_F(QelDerivedParsersTest, AnObjectComesBackAsItsOwnClass) {
+TEST_F(QelDerivedParsersTest, ObjectRoundTripsAsItsOwnClass) {
     ASSERT_EQ(write(make(new Square, "s")), 0);
     ASSERT_EQ(message->seek(element), 0);
     EXPECT_EQ(message->curType(), "network:" + std::string(QelDefaultMap::findTypeID(218).view()));
@@ -78,7 +78,7 @@ TEST_F(QelDerivedParsersTest, AnObjectComesBackAsItsOwnClass) {
     EXPECT_EQ(shape->name, "s");
 }
 
-TEST_F(QelDerivedParsersTest, AnUntypedElementIsOfTheDefaultClassWhereAllowed) {
+TEST_F(QelDerivedParsersTest, UntypedElementHasTheDefaultClassIfAllowed) {
     putUntyped();
     ShapeSP shape;
     EXPECT_EQ(read(shape, false), -1);
@@ -87,7 +87,7 @@ TEST_F(QelDerivedParsersTest, AnUntypedElementIsOfTheDefaultClassWhereAllowed) {
     EXPECT_NE(dynamic_cast<Round*>(shape.get()), nullptr);
 }
 
-TEST_F(QelDerivedParsersTest, AnUnknownTypeIsOfTheDefaultClassWhereAllowed) {
+TEST_F(QelDerivedParsersTest, UnknownTypeHasTheDefaultClassIfAllowed) {
     putUntyped();
     ASSERT_EQ(message->seek(element), 0);
     message->setComplexType("elsewhere", "thing");
@@ -97,7 +97,7 @@ TEST_F(QelDerivedParsersTest, AnUnknownTypeIsOfTheDefaultClassWhereAllowed) {
     EXPECT_EQ(read(shape, true), 0);
 }
 
-TEST_F(QelDerivedParsersTest, AFailedReadIsItsResultAndLeavesThePointer) {
+TEST_F(QelDerivedParsersTest, FailedReadLeavesThePointerUnchanged) {
     message->putChild(element);
     const ShapeSP before = make(new Square, "before");
     ShapeSP shape = before;
@@ -105,15 +105,15 @@ TEST_F(QelDerivedParsersTest, AFailedReadIsItsResultAndLeavesThePointer) {
     EXPECT_EQ(shape, before);
 }
 
-TEST_F(QelDerivedParsersTest, AClassWithoutAFactoryIsRefusedWhenItIsNotTheDefaultOne) {
+TEST_F(QelDerivedParsersTest, RejectsAClassWithoutAFactory) {
     EXPECT_EQ(write(make(new Unknown, "u")), -1);
 }
 
-TEST_F(QelDerivedParsersTest, ANullPointerRaisesBadTypeid) {
+TEST_F(QelDerivedParsersTest, NullPointerThrowsBadTypeid) {
     EXPECT_THROW(write(ShapeSP()), std::bad_typeid);
 }
 
-TEST_F(QelDerivedParsersTest, AListStopsAtAnUnknownTypeAndKeepsWhatItHas) {
+TEST_F(QelDerivedParsersTest, ListStopsAtAnUnknownTypeAndKeepsEarlierItems) {
     ASSERT_EQ(write(make(new Square, "one")), 0);
     putUntyped();
     const ShapeSP last = make(new Square, "two");
@@ -125,7 +125,7 @@ TEST_F(QelDerivedParsersTest, AListStopsAtAnUnknownTypeAndKeepsWhatItHas) {
     EXPECT_EQ(message->curName(), "/");
 }
 
-TEST_F(QelDerivedParsersTest, AListWritesEachItemWithItsType) {
+TEST_F(QelDerivedParsersTest, ListWritesEachItemWithItsType) {
     const std::vector<ShapeSP> shapes{make(new Round, "a"), make(new Square, "b")};
     EXPECT_EQ((QelWriterDerivedList<int, Shape>(element)(*message, shapes)), 0);
     std::vector<ShapeSP> back;
@@ -135,12 +135,12 @@ TEST_F(QelDerivedParsersTest, AListWritesEachItemWithItsType) {
     EXPECT_NE(dynamic_cast<Square*>(back[1].get()), nullptr);
 }
 
-TEST_F(QelDerivedParsersTest, AFactoryMakesObjectsOfItsClass) {
+TEST_F(QelDerivedParsersTest, FactoryCreatesObjectsOfItsClass) {
     const Registry& factory = factorySquare;
     EXPECT_NE(boost::dynamic_pointer_cast<Square>(factory.createObject()), nullptr);
 }
 
-TEST_F(QelDerivedParsersTest, AFactoryThatHasGoneIsNotFound) {
+TEST_F(QelDerivedParsersTest, DestroyedFactoryIsNotFound) {
     struct Late : Square {
         using Writer = WriterOf<166>;
     };
@@ -154,17 +154,17 @@ TEST_F(QelDerivedParsersTest, AFactoryThatHasGoneIsNotFound) {
 
 using QelDerivedParsersDeathTest = QelDerivedParsersTest;
 
-TEST_F(QelDerivedParsersDeathTest, TwoClassesOfOneTypeEndTheProcess) {
+TEST_F(QelDerivedParsersDeathTest, TwoClassesWithOneTypeEndTheProcess) {
     struct Same : Square {};
     EXPECT_DEATH((QelDerivedParserFactoryT<Same, Shape>(false)), "core/src/QelMessage/QelDerivedParsers:269");
 }
 
-TEST_F(QelDerivedParsersDeathTest, OneClassUnderTwoTypesEndsTheProcess) {
+TEST_F(QelDerivedParsersDeathTest, OneClassWithTwoTypesEndsTheProcess) {
     EXPECT_DEATH((QelDerivedParserFactoryT<Square, Shape, Shape, Shape::Reader, Shape::WriterOf<166>>(false)),
                  "core/src/QelMessage/QelDerivedParsers:271");
 }
 
-TEST_F(QelDerivedParsersDeathTest, ASecondDefaultEndsTheProcess) {
+TEST_F(QelDerivedParsersDeathTest, SecondDefaultClassEndsTheProcess) {
     struct Late : Square {
         using Writer = WriterOf<166>;
     };
@@ -185,14 +185,14 @@ struct NullTypeWriter : QelWriterBaseT<NullTypeWriter> {
     static const char* getStrTypeID() { return nullptr; }
 };
 
-TEST(QelDerivedKeyTest, IsNamespaceAndTypeByTextOrByID) {
+TEST(QelDerivedKeyTest, CombinesNamespaceAndTypeFromStringsOrIDs) {
     EXPECT_EQ(QelDerivedKey<NamedWriter>(), "vt:container");
     EXPECT_EQ(QelDerivedKey<UnqualifiedWriter>(), "container");
     EXPECT_EQ(QelDerivedKey<Shape::WriterOf<166>>(), "network:net_device");
     EXPECT_EQ(QelDerivedKey<QelWriterBase>(), "");
 }
 
-TEST(QelDerivedKeyDeathTest, NullTextsEndTheProcess) {
+TEST(QelDerivedKeyDeathTest, NullStringsEndTheProcess) {
     EXPECT_DEATH(QelDerivedKey<NullNamespaceWriter>(), "core/src/QelMessage/QelDerivedParsers:237");
     EXPECT_DEATH(QelDerivedKey<NullTypeWriter>(), "core/src/QelMessage/QelDerivedParsers:238");
 }

@@ -31,7 +31,7 @@ protected:
     [[nodiscard]] std::ptrdiff_t files() const {
         return std::distance(std::filesystem::directory_iterator(folder.path("")), {});
     }
-    /// Whether the lock file is there and locked.
+    /// Whether the lock file exists and is locked.
     [[nodiscard]] bool isHeld(const std::string& name) const {
         const QelDescriptor opened(::open(folder.path(".qel-lock-" + name).c_str(), O_RDONLY | O_CLOEXEC));
         return opened.isOpen() && ::flock(opened.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
@@ -46,7 +46,7 @@ protected:
     QelFileLock lock;
 };
 
-/// Adds one to the number in a file, a missing file being zero; 0 for success.
+/// Increments the number in a file; a missing file counts as zero. Returns 0 on success.
 int increment(const std::string& file) {
     QelFileLock lock;
     if (lock.acquire(file) != 0)
@@ -57,7 +57,7 @@ int increment(const std::string& file) {
     return QelMessageFile::replace(file, std::to_string(std::stoi(number) + 1)) == 0 ? 0 : 3;
 }
 
-TEST_F(QelFileLockTest, NoChangeOfAnotherProcessIsLost) {
+TEST_F(QelFileLockTest, ConcurrentChangesAreNotLost) {
     constexpr int processes = 8;
     constexpr int changes = 20;
     std::vector<std::unique_ptr<ChildProcess>> children;
@@ -85,14 +85,14 @@ TEST_F(QelFileLockTest, LockIsHeldUntilItIsReleased) {
     EXPECT_TRUE(isHeld("file"));
 }
 
-TEST_F(QelFileLockTest, LinkAndFileHaveOneLock) {
+TEST_F(QelFileLockTest, LinkAndFileShareALock) {
     std::filesystem::create_symlink("file", folder.path("link"));
     ASSERT_EQ(lock.acquire(folder.path("link")), 0) << getErrorMessage();
     EXPECT_TRUE(isHeld("file"));
     EXPECT_EQ(files(), 2);
 }
 
-TEST_F(QelFileLockTest, LockOfAKilledProcessIsFree) {
+TEST_F(QelFileLockTest, KilledProcessReleasesTheLock) {
     const TestSupport::Signal locked;
     ChildProcess child([&] {
         if (lock.acquire(file) != 0)
@@ -120,7 +120,7 @@ TEST_F(QelFileLockTest, ForkedProcessDoesNotReleaseTheLock) {
     EXPECT_TRUE(isHeld("file"));
 }
 
-TEST_F(QelFileLockTest, LockFileOfALongNameHasAValidName) {
+TEST_F(QelFileLockTest, LongFileNameGetsAValidLockFileName) {
     std::set<std::string> lockFiles;
     for (const std::string& name : {std::string(255, 'n'), std::string(254, 'n') + 'm'}) {
         ASSERT_EQ(lock.acquire(folder.path(name)), 0) << getErrorMessage();
@@ -130,7 +130,7 @@ TEST_F(QelFileLockTest, LockFileOfALongNameHasAValidName) {
     EXPECT_EQ(lockFiles.size(), 2U);
 }
 
-TEST_F(QelFileLockTest, LockFileIsForThoseWhoMayWriteTheFile) {
+TEST_F(QelFileLockTest, LockFileIsAccessibleToWritersOfTheFile) {
     const mode_t mask = ::umask(0);
     ASSERT_EQ(lock.acquire(file), 0);
     EXPECT_EQ(lockMode(), 0600U);
@@ -145,7 +145,7 @@ TEST_F(QelFileLockTest, LockFileIsForThoseWhoMayWriteTheFile) {
     ::umask(mask);
 }
 
-TEST_F(QelFileLockTest, LockFileOfRootIsGivenToTheOwnerOfTheFile) {
+TEST_F(QelFileLockTest, LockFileCreatedByRootBelongsToTheOwnerOfTheFile) {
     folder.write("file", "old");
     if (::chown(file.c_str(), 1234, 2345) != 0)
         GTEST_SKIP() << "only root may give a file to another user";
@@ -163,28 +163,28 @@ TEST_F(QelFileLockTest, PipesAndDirectoriesHaveNoLock) {
     EXPECT_EQ(files(), 1);
 }
 
-TEST_F(QelFileLockTest, OneObjectHoldsOneLock) {
+TEST_F(QelFileLockTest, ObjectHoldsAtMostOneLock) {
     ASSERT_EQ(lock.acquire(file), 0);
     EXPECT_NE(lock.acquire(folder.path("other")), 0);
     EXPECT_EQ(getErrorMessage(), folder.path("other") + ": Resource deadlock avoided");
     EXPECT_TRUE(isHeld("file"));
 }
 
-TEST_F(QelFileLockTest, FileWithContentIsNotTakenForALockFile) {
+TEST_F(QelFileLockTest, FileWithContentIsNotUsedAsALockFile) {
     const std::string other = folder.write(".qel-lock-file", "content");
     EXPECT_NE(lock.acquire(file), 0);
-    EXPECT_EQ(getErrorMessage(), file + ": can't be locked by " + other + ": File exists");
+    EXPECT_EQ(getErrorMessage(), file + ": cannot be locked with " + other + ": File exists");
     EXPECT_EQ(folder.read(".qel-lock-file"), "content");
     ASSERT_EQ(::unlink(other.c_str()), 0);
     std::filesystem::create_symlink("elsewhere", other);
     EXPECT_NE(lock.acquire(file), 0);
-    EXPECT_THAT(getErrorMessage(), StartsWith(file + ": can't be locked by " + other + ": "));
+    EXPECT_THAT(getErrorMessage(), StartsWith(file + ": cannot be locked with " + other + ": "));
     EXPECT_FALSE(std::filesystem::exists(folder.path("elsewhere")));
 }
 
-TEST_F(QelFileLockTest, MissingDirectoryIsAnError) {
+TEST_F(QelFileLockTest, MissingDirectoryFails) {
     EXPECT_NE(lock.acquire(folder.path("none/file")), 0);
-    EXPECT_EQ(getErrorMessage(), folder.path("none/file") + ": can't be locked by " +
+    EXPECT_EQ(getErrorMessage(), folder.path("none/file") + ": cannot be locked with " +
                                      folder.path("none/.qel-lock-file") + ": No such file or directory");
 }
 

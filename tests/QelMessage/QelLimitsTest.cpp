@@ -46,7 +46,7 @@ int measureElement(const QelMessageTree& tree, QelMessageTree::Index element) {
     return QelBinaryCodec::measure(tree, element, nullptr, size);
 }
 
-/// The error message of a whole message's parse; empty if it succeeds.
+/// The error message of a failed parse of a whole message; empty on success.
 std::string textFailure(const std::string& text) {
     QelMessageTree tree;
     QelEnvelope envelope;
@@ -60,7 +60,7 @@ std::string binaryFailure(const std::string& bytes) {
 
 // --------------------------------------------------------------------------------------------------------- elements
 
-TEST(QelLimitsTest, TextWithTooManyElementsIsRejected) {
+TEST(QelLimitsTest, RejectsTextWithTooManyElements) {
     const std::string most = "<message>" + repeated("<a/>", QelLimits::elements - 1);
     EXPECT_EQ(QelXmlMarkup::findFault(most + "</message>"), std::nullopt);
     EXPECT_THAT(textFailure(most + "<b c='>'/></message>"), HasSubstr("more than 4194304 elements"));
@@ -73,15 +73,15 @@ TEST(QelLimitsTest, OnlyStartTagsCountAsElements) {
     EXPECT_NE(QelXmlMarkup::findFault(most + "<a/></message>"), std::nullopt);
 }
 
-TEST(QelLimitsTest, BinaryFormWithTooManyElementsIsRejected) {
-    // An altered message is only found when all its elements have been counted.
-    const auto altered = [](std::size_t elements) {
+TEST(QelLimitsTest, RejectsBinaryFormWithTooManyElements) {
+    // The checksum is only compared after all elements have been counted.
+    const auto corrupted = [](std::size_t elements) {
         std::string bytes = sealedBuffer(2, std::string("\0\x81", 2) + repeated("\x80\x02", elements - 1) + '\0');
         bytes[8] = static_cast<char>(~bytes[8]);
         return bytes;
     };
-    EXPECT_THAT(binaryFailure(altered(QelLimits::elements)), HasSubstr("the checksum is wrong"));
-    EXPECT_THAT(binaryFailure(altered(QelLimits::elements + 1)), HasSubstr("more elements than a message may have"));
+    EXPECT_THAT(binaryFailure(corrupted(QelLimits::elements)), HasSubstr("checksum mismatch"));
+    EXPECT_THAT(binaryFailure(corrupted(QelLimits::elements + 1)), HasSubstr("too many elements"));
 }
 
 TEST(QelLimitsTest, TreeWithTooManyElementsIsNotWritten) {
@@ -102,7 +102,7 @@ TEST(QelLimitsTest, TreeWithTooManyElementsIsNotWritten) {
 
 // ------------------------------------------------------------------------------------------------------------ depth
 
-/// A lone element counts as a level: it is read as a child of another one.
+/// An encoded element counts as a level, since it is read as a child of another one.
 class LoneElementTest : public testing::Test {
 protected:
     LoneElementTest() : m_top(m_tree.appendChild(root, name, 0)), m_deepest(m_top) {
@@ -137,15 +137,15 @@ TEST_F(LoneElementTest, IsReadUpToTheDepthLimit) {
     EXPECT_NE(QelTextCodec::readChild(text(QelLimits::depth + 1), tree, root), 0);
     EXPECT_THAT(getErrorMessage(), HasSubstr("nested deeper than 256"));
     EXPECT_NE(QelBinaryCodec::readChild(bytes(QelLimits::depth + 1), tree, root), 0);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("nested too deep"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("nested too deeply"));
 }
 
 // ------------------------------------------------------------------------------------------------- bytes, attributes
 
-/// A message whose size is `size` bytes in the form that `sizeOf` measures.
+/// A message with a size of `size` bytes, measured by `sizeOf`.
 template <class SizeOf> QelMessageTree treeOfSize(std::size_t size, const SizeOf& sizeOf) {
     QelMessageTree tree;
-    // A value this long has the same size of length as the one that is searched for.
+    // The length of this value has an encoding of the same size as that of the result.
     constexpr std::size_t start = QelLimits::messageBytes / 2;
     tree.setValue(root, std::string(start, 'x'));
     tree.setValue(root, std::string(size - sizeOf(tree) + start, 'x'));
@@ -181,7 +181,7 @@ TEST(QelLimitsTest, LongestMessageIsWrittenInBinaryForm) {
     EXPECT_EQ(getErrorMessage(), "the message is longer than 67108864 bytes");
 }
 
-TEST(QelLimitsTest, MostAttributesAreReadFromBinaryForm) {
+TEST(QelLimitsTest, BinaryFormIsReadUpToTheAttributeLimit) {
     const auto withAttributes = [](unsigned count) {
         std::string body = "\x90\x02" + std::string(1, static_cast<char>(count));
         for (unsigned number = 0; number < count; ++number)
@@ -189,7 +189,7 @@ TEST(QelLimitsTest, MostAttributesAreReadFromBinaryForm) {
         return sealedBuffer(1, body);
     };
     EXPECT_EQ(binaryFailure(withAttributes(QelLimits::attributes)), "");
-    EXPECT_EQ(binaryFailure(withAttributes(QelLimits::attributes + 1)), "byte 14: an element with too many attributes");
+    EXPECT_EQ(binaryFailure(withAttributes(QelLimits::attributes + 1)), "byte 14: too many attributes");
 }
 
 } // namespace

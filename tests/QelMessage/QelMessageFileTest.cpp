@@ -31,7 +31,7 @@ using testing::StartsWith;
 using TestSupport::inChild;
 using TestSupport::TempFolder;
 
-/// Sets the umask of the process for the length of a test.
+/// Sets the umask for its lifetime.
 class Umask {
 public:
     explicit Umask(mode_t mask) : m_before(::umask(mask)) {}
@@ -43,7 +43,7 @@ private:
     mode_t m_before;
 };
 
-/// What happens to the files of a folder, in the kernel's order.
+/// The changes to the files of a directory, in order.
 class FolderEvents {
 public:
     explicit FolderEvents(const std::string& folder) : m_events(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
@@ -94,9 +94,9 @@ protected:
     std::string file = folder.path("file");
 };
 
-// ---- Mode and owner.  The mode of a new file that nothing changed later is the mode that it was created with.
+// ---- Mode and owner. Without an "attributes" event, the mode of a file is the one that it was created with.
 
-TEST_F(QelMessageFileTest, NewFileIsCreatedForItsOwnerOnly) {
+TEST_F(QelMessageFileTest, NewFileIsAccessibleToItsOwnerOnly) {
     const Umask none(0);
     const FolderEvents events(folder.path(""));
     ASSERT_EQ(QelMessageFile::replace(file, "secret"), 0) << getErrorMessage();
@@ -105,7 +105,7 @@ TEST_F(QelMessageFileTest, NewFileIsCreatedForItsOwnerOnly) {
     EXPECT_EQ(folder.read("file"), "secret");
 }
 
-TEST_F(QelMessageFileTest, ReplacementIsCreatedForItsOwnerOnly) {
+TEST_F(QelMessageFileTest, TemporaryFileIsAccessibleToItsOwnerOnly) {
     const Umask none(0);
     folder.write("file", "old");
     ASSERT_EQ(::chmod(file.c_str(), 0600), 0);
@@ -125,7 +125,7 @@ TEST_F(QelMessageFileTest, PermissionsOfTheOldFileAreSetBeforeTheFirstByte) {
     EXPECT_EQ(modeOf(file), 0664U);
 }
 
-TEST_F(QelMessageFileTest, UmaskDecidesAboutANewFileThatHoldsNoSecret) {
+TEST_F(QelMessageFileTest, UmaskAppliesIfRequested) {
     const Umask mask(027);
     ASSERT_EQ(QelMessageFile::replace(file, "page", NewFile::umaskAllows), 0);
     EXPECT_EQ(modeOf(file), 0640U);
@@ -147,7 +147,7 @@ TEST_F(QelMessageFileTest, RootKeepsOwnerAndGroup) {
     EXPECT_EQ(status.st_mode & 07777, 0640U);
 }
 
-/// Replaces a file in a process without privileges, which is a member of one group; 0 for success.
+/// Replaces a file in an unprivileged process that is a member of one group. Returns 0 on success.
 int replaceAs(uid_t user, gid_t group, const std::string& file) {
     return inChild([&] {
         if (::setgroups(0, nullptr) != 0 || ::setgid(group) != 0 || ::setuid(user) != 0)
@@ -156,7 +156,7 @@ int replaceAs(uid_t user, gid_t group, const std::string& file) {
     });
 }
 
-TEST_F(QelMessageFileTest, GroupIsKeptByItsMemberAndLosesItsRightsOtherwise) {
+TEST_F(QelMessageFileTest, GroupMemberKeepsTheGroupAndOthersDropItsPermissions) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root may become another user";
     ASSERT_EQ(::chmod(folder.path("").c_str(), 0777), 0);
@@ -174,7 +174,7 @@ TEST_F(QelMessageFileTest, GroupIsKeptByItsMemberAndLosesItsRightsOtherwise) {
     }
 }
 
-TEST_F(QelMessageFileTest, ReadOnlyFileIsRefused) {
+TEST_F(QelMessageFileTest, RejectsAReadOnlyFile) {
     folder.write("file", "old");
     ASSERT_EQ(::chmod(file.c_str(), 0444), 0);
     EXPECT_NE(QelMessageFile::replace(file, "new"), 0);
@@ -183,7 +183,7 @@ TEST_F(QelMessageFileTest, ReadOnlyFileIsRefused) {
     EXPECT_EQ(files(), 1);
 }
 
-TEST_F(QelMessageFileTest, FileOfAnotherUserThatMayNotBeWrittenIsRefused) {
+TEST_F(QelMessageFileTest, RejectsAFileThatTheProcessMayNotWrite) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root may become another user";
     folder.write("file", "old");
@@ -193,7 +193,7 @@ TEST_F(QelMessageFileTest, FileOfAnotherUserThatMayNotBeWrittenIsRefused) {
     EXPECT_EQ(folder.read("file"), "old");
 }
 
-TEST_F(QelMessageFileTest, FileThatCanNotBeCompletedLeavesTheOldOne) {
+TEST_F(QelMessageFileTest, FailedWriteLeavesTheOldFile) {
     folder.write("file", "old");
     const auto replace = [&] {
         const rlimit limit{3, 3};
@@ -207,7 +207,7 @@ TEST_F(QelMessageFileTest, FileThatCanNotBeCompletedLeavesTheOldOne) {
     EXPECT_EQ(files(), 1);
 }
 
-TEST_F(QelMessageFileTest, LongestNameCanBeReplaced) {
+TEST_F(QelMessageFileTest, FileWithALongNameCanBeReplaced) {
     const std::string name(255, 'n');
     ASSERT_EQ(QelMessageFile::replace(folder.path(name), "one"), 0) << getErrorMessage();
     ASSERT_EQ(QelMessageFile::replace(folder.path(name), "two"), 0) << getErrorMessage();
@@ -230,7 +230,7 @@ TEST_F(QelMessageFileTest, LinksAreFollowedAndKept) {
     EXPECT_EQ(files(), 3);
 }
 
-TEST_F(QelMessageFileTest, DanglingLinkMakesTheFileThatItNames) {
+TEST_F(QelMessageFileTest, DanglingLinkCreatesItsTarget) {
     std::filesystem::create_directory(folder.path("real"));
     std::filesystem::create_directory_symlink("real", folder.path("folder"));
     std::filesystem::create_symlink("../missing", folder.path("folder/link"));
@@ -240,7 +240,7 @@ TEST_F(QelMessageFileTest, DanglingLinkMakesTheFileThatItNames) {
     EXPECT_EQ(modeOf(folder.path("missing")), 0600U);
 }
 
-TEST_F(QelMessageFileTest, LinksInACircleAreAnError) {
+TEST_F(QelMessageFileTest, CircularLinksFail) {
     std::filesystem::create_symlink("two", folder.path("one"));
     std::filesystem::create_symlink("one", folder.path("two"));
     EXPECT_NE(QelMessageFile::replace(folder.path("one"), "new"), 0);
@@ -248,7 +248,7 @@ TEST_F(QelMessageFileTest, LinksInACircleAreAnError) {
     EXPECT_EQ(files(), 2);
 }
 
-TEST_F(QelMessageFileTest, NameThatOnlyADirectoryCanHaveIsRefused) {
+TEST_F(QelMessageFileTest, RejectsDirectoryNames) {
     for (const std::string& name : {folder.path("none/"), folder.path("")}) {
         EXPECT_NE(QelMessageFile::replace(name, "new"), 0);
         EXPECT_EQ(getErrorMessage(), name + ": Is a directory");
@@ -260,7 +260,7 @@ TEST_F(QelMessageFileTest, NameThatOnlyADirectoryCanHaveIsRefused) {
 
 // ---- Streams
 
-TEST_F(QelMessageFileTest, PipeIsWrittenAndNotReplaced) {
+TEST_F(QelMessageFileTest, PipeIsWrittenToAndNotReplaced) {
     const std::string pipe = folder.path("pipe");
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     std::filesystem::create_symlink("pipe", file);
@@ -276,7 +276,7 @@ TEST_F(QelMessageFileTest, PipeIsWrittenAndNotReplaced) {
     EXPECT_EQ(files(), 2);
 }
 
-TEST_F(QelMessageFileTest, OpenFileOfThisProcessIsWrittenWhereItIs) {
+TEST_F(QelMessageFileTest, OpenFileOfThisProcessIsWrittenAtItsOffset) {
     const int open = ::open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
     ASSERT_GE(open, 0);
     const auto writes = [&](const char* bytes) { return ::write(open, bytes, 2) == 2; };

@@ -26,8 +26,9 @@ const QelMessageTree& treeOf(const TestMessage& message) {
     return dynamic_cast<QelBinary&>(*message.get()).tree();
 }
 
-/// Edits one configuration many times.  Nothing may be left of an edit: the same elements, and no new memory.
-template <class Edit> void editForEver(int times, Edit edit) {
+/// Edits one configuration many times and expects that the number of elements and names stays constant and that nothing
+/// is allocated.
+template <class Edit> void editRepeatedly(int times, Edit edit) {
     const TestMessage message;
     message.cursor().newChild(1307);
     message.cursor().newChild("system");
@@ -46,20 +47,20 @@ template <class Edit> void editForEver(int times, Edit edit) {
 
 constexpr int million = 1000000;
 
-TEST(QelMessageTreeTest, AValueThatIsSetForEverTakesNoMoreMemory) {
-    editForEver(million, [](QelMessageIterator& cursor, int i) { cursor.putValue(i, 0); });
+TEST(QelMessageTreeTest, SettingAValueRepeatedlyUsesBoundedMemory) {
+    editRepeatedly(million, [](QelMessageIterator& cursor, int i) { cursor.putValue(i, 0); });
 }
 
-TEST(QelMessageTreeTest, AnElementThatIsReplacedForEverTakesNoMoreMemory) {
-    editForEver(million, [](QelMessageIterator& cursor, int i) {
+TEST(QelMessageTreeTest, ReplacingAnElementRepeatedlyUsesBoundedMemory) {
+    editRepeatedly(million, [](QelMessageIterator& cursor, int i) {
         cursor.deleteChild(nameId);
         cursor.putValue(i, nameId);
     });
 }
 
-TEST(QelMessageTreeTest, ValuesOfChangingLengthTakeNoMoreMemory) {
+TEST(QelMessageTreeTest, ValuesOfVaryingLengthUseBoundedMemory) {
     static const std::string text(1000, 'x');
-    editForEver(million, [](QelMessageIterator& cursor, int i) {
+    editRepeatedly(million, [](QelMessageIterator& cursor, int i) {
         if (i % 3 == 0)
             cursor.deleteChild(nameId);
         cursor.putValue(text.data(), i * 7 % 1000, i % 3 == 0 ? nameId : 0);
@@ -67,8 +68,8 @@ TEST(QelMessageTreeTest, ValuesOfChangingLengthTakeNoMoreMemory) {
     });
 }
 
-TEST(QelMessageTreeTest, ASubtreeThatComesAndGoesForEverTakesNoMoreMemory) {
-    editForEver(million / 10, [](QelMessageIterator& cursor, int i) {
+TEST(QelMessageTreeTest, AddingAndRemovingASubtreeUsesBoundedMemory) {
+    editRepeatedly(million / 10, [](QelMessageIterator& cursor, int i) {
         cursor.newChild(nameId);
         cursor.putAttr(i, 5);
         for (int child = 0; child < 8; ++child)
@@ -78,7 +79,7 @@ TEST(QelMessageTreeTest, ASubtreeThatComesAndGoesForEverTakesNoMoreMemory) {
     });
 }
 
-TEST(QelMessageTreeTest, NewNamesForEverTakeNoMoreMemory) {
+TEST(QelMessageTreeTest, NewNamesUseBoundedMemory) {
     constexpr int times = 300000;
     const TestMessage message;
     const auto edit = [&](int i) {
@@ -96,7 +97,7 @@ TEST(QelMessageTreeTest, NewNamesForEverTakeNoMoreMemory) {
     EXPECT_LE(::mallinfo2().uordblks, before + 10000);
 }
 
-TEST(QelMessageTreeTest, ParsedElementsThatComeAndGoForEverTakeNoMoreMemory) {
+TEST(QelMessageTreeTest, AddingAndRemovingParsedElementsUsesBoundedMemory) {
     TestMessage source;
     source.cursor().newChild(1624);
     source.cursor().putValue(std::string("a value of some length, and a bit more"), nameId);
@@ -116,7 +117,7 @@ TEST(QelMessageTreeTest, ParsedElementsThatComeAndGoForEverTakeNoMoreMemory) {
     EXPECT_LE(::mallinfo2().uordblks, before + 10000);
 }
 
-TEST(QelMessageTreeTest, AFailedParseLeavesNoElementBehind) {
+TEST(QelMessageTreeTest, FailedParseLeavesNoElements) {
     const TestMessage message;
     for (int i = 0; i < 1000; ++i)
         ASSERT_NE(message.cursor().fromTextToChild("<a><b x='1'>text</b><c encoding='none'/></a>"), 0);
@@ -124,7 +125,7 @@ TEST(QelMessageTreeTest, AFailedParseLeavesNoElementBehind) {
     EXPECT_EQ(treeOf(message).names().size(), 0U);
 }
 
-TEST(QelMessageTreeTest, RandomEditsKeepTheTreeWhole) {
+TEST(QelMessageTreeTest, RandomEditsKeepTheTreeConsistent) {
     TestSupport::RandomTree random(7);
     QelMessageTree tree;
     random.fill(tree, 50);
@@ -157,7 +158,7 @@ TEST(QelMessageTreeTest, RandomEditsKeepTheTreeWhole) {
     EXPECT_EQ(describe(twin), describe(tree));
 }
 
-TEST(QelMessageTreeTest, AVeryDeepTreeOverflowsNoStack) {
+TEST(QelMessageTreeTest, VeryDeepTreeDoesNotOverflowTheStack) {
     constexpr int depth = 1000000;
     const TestMessage message;
     for (int i = 0; i < depth; ++i)
@@ -172,7 +173,7 @@ TEST(QelMessageTreeTest, AVeryDeepTreeOverflowsNoStack) {
     EXPECT_NE(message.cursor().firstChild(), 0);
 }
 
-TEST(QelMessageTreeTest, AParsedValueCanBeReplacedAndDeleted) {
+TEST(QelMessageTreeTest, ParsedValueCanBeReplacedAndDeleted) {
     TestMessage source;
     source.cursor().putValue(std::string("parsed"), nameId);
     source.cursor().firstChild();
@@ -192,7 +193,7 @@ TEST(QelMessageTreeTest, AParsedValueCanBeReplacedAndDeleted) {
     EXPECT_EQ(message.cursor().deleteFromChild(), 0);
 }
 
-TEST(QelMessageTreeTest, APoolIsMadeOnlyWhenAValueIsStored) {
+TEST(QelMessageTreeTest, PoolIsCreatedOnFirstStore) {
     TestMessage source;
     source.cursor().putValue(std::string("value"), nameId);
     const std::string bytes = TestSupport::binaryOf(*source.get());

@@ -7,7 +7,7 @@
 namespace Qel {
 namespace {
 
-TEST(QelNameTableTest, ANameHasOneNegativeHandle) {
+TEST(QelNameTableTest, NameHasOneNegativeHandle) {
     QelNameTable table;
     const int a = table.acquire("a");
     const int b = table.acquire("b");
@@ -20,7 +20,7 @@ TEST(QelNameTableTest, ANameHasOneNegativeHandle) {
     EXPECT_EQ(table.text(a), "a");
 }
 
-TEST(QelNameTableTest, ANameGoesWithItsLastReference) {
+TEST(QelNameTableTest, NameIsRemovedWithItsLastReference) {
     QelNameTable table;
     const int a = table.acquire("a");
     table.addReference(a);
@@ -31,7 +31,7 @@ TEST(QelNameTableTest, ANameGoesWithItsLastReference) {
     EXPECT_EQ(table.size(), 0U);
 }
 
-TEST(QelNameTableTest, HandlesAreUsedAgain) {
+TEST(QelNameTableTest, HandlesAreReused) {
     QelNameTable table;
     const int kept = table.acquire("kept");
     const int first = table.acquire("0");
@@ -44,7 +44,7 @@ TEST(QelNameTableTest, HandlesAreUsedAgain) {
     EXPECT_EQ(table.text(kept), "kept");
 }
 
-TEST(QelNameTableTest, EachPassNumbersNamesInTheOrderInWhichItMeetsThem) {
+TEST(QelNameTableTest, EachPassNumbersNamesInOrderOfFirstUse) {
     QelNameTable table;
     const int a = table.acquire("a");
     const int b = table.acquire("b");

@@ -24,7 +24,7 @@ using ::testing::MatchesRegex;
 using ::testing::Not;
 using ::testing::SizeIs;
 
-/// One kind of names, with the operations on it.
+/// One kind of names with its functions.
 struct Kind {
     std::string letter;
     std::span<const QelNames::Entry> (*entries)() noexcept;
@@ -67,23 +67,23 @@ TEST_P(QelNamesTest, NamesAreLowerCaseWordsJoinedByUnderscores) {
     EXPECT_THAT(namesOf(GetParam()), Each(MatchesRegex("[a-z][a-z0-9]*(_[a-z0-9]+)*")));
 }
 
-TEST_P(QelNamesTest, NoNameIsTheNumberedSpellingOfAnyKindOrAWordOfTheTextForm) {
+TEST_P(QelNamesTest, NoNameIsANumberedSpellingOrReservedByTheTextForm) {
     EXPECT_THAT(namesOf(GetParam()), Each(Not(MatchesRegex("[enta][0-9]+|message|xsi|xml.*"))));
 }
 
-TEST_P(QelNamesTest, EveryEntryIsFoundByItsIdAndByItsName) {
+TEST_P(QelNamesTest, EveryEntryIsFoundByIdAndByName) {
     for (const QelNames::Entry& entry : GetParam().entries()) {
         EXPECT_EQ(GetParam().name(entry.id), entry.name);
         EXPECT_EQ(GetParam().id(entry.name), entry.id);
     }
 }
 
-TEST_P(QelNamesTest, TheNumberedSpellingIsUnderstoodForNamedIds) {
+TEST_P(QelNamesTest, NumberedSpellingIsAcceptedForNamedIds) {
     for (const QelNames::Entry& entry : GetParam().entries())
         EXPECT_EQ(GetParam().id(GetParam().letter + std::to_string(entry.id)), entry.id);
 }
 
-TEST_P(QelNamesTest, AnIdWithoutANamePrintsAsItsNumberedSpellingAndIsReadBack) {
+TEST_P(QelNamesTest, NumberedSpellingOfUnnamedIdsRoundTrips) {
     std::set<int> named;
     for (const QelNames::Entry& entry : GetParam().entries())
         named.insert(entry.id);
@@ -96,19 +96,19 @@ TEST_P(QelNamesTest, AnIdWithoutANamePrintsAsItsNumberedSpellingAndIsReadBack) {
     }
 }
 
-TEST_P(QelNamesTest, TheLargestIntIsAnIdAndTheNextNumberIsNone) {
+TEST_P(QelNamesTest, LargestIntIsAnIdAndLargerNumbersAreNot) {
     EXPECT_EQ(GetParam().name(std::numeric_limits<int>::max()), GetParam().letter + "2147483647");
     EXPECT_EQ(GetParam().id(GetParam().letter + "2147483647"), std::numeric_limits<int>::max());
     EXPECT_EQ(GetParam().id(GetParam().letter + "2147483648"), 0);
 }
 
-TEST_P(QelNamesTest, AnIdThatIsNotPositiveHasNoName) {
+TEST_P(QelNamesTest, NonPositiveIdHasNoName) {
     EXPECT_THAT(GetParam().name(0), IsEmpty());
     EXPECT_THAT(GetParam().name(-1), IsEmpty());
     EXPECT_THAT(GetParam().name(std::numeric_limits<int>::min()), IsEmpty());
 }
 
-TEST_P(QelNamesTest, ATextThatIsNotACanonicalNumberBehindTheLetterHasNoId) {
+TEST_P(QelNamesTest, NonCanonicalNumberHasNoId) {
     EXPECT_EQ(GetParam().id(""), 0);
     EXPECT_EQ(GetParam().id(GetParam().letter), 0);
     for (const char* number : {"0", "01", "-1", "+1", " 1", "1 ", "1x", "x1", "1.0", "0x1", "99999999999"})
@@ -119,7 +119,7 @@ TEST_P(QelNamesTest, ATextThatIsNotACanonicalNumberBehindTheLetterHasNoId) {
     EXPECT_EQ(GetParam().id("no_such_name"), 0);
 }
 
-TEST_P(QelNamesTest, TheLetterOfAnotherKindGivesNoId) {
+TEST_P(QelNamesTest, LetterOfAnotherKindHasNoId) {
     for (const std::string letter : {"e", "n", "t", "a"}) {
         if (letter == GetParam().letter)
             continue;
@@ -127,20 +127,20 @@ TEST_P(QelNamesTest, TheLetterOfAnotherKindGivesNoId) {
     }
 }
 
-TEST_P(QelNamesTest, APartOfANameIsAnotherName) {
+TEST_P(QelNamesTest, PrefixOfANameIsAnotherName) {
     for (const QelNames::Entry& entry : GetParam().entries()) {
         EXPECT_EQ(GetParam().id(std::string(entry.name) + "x"), 0) << entry.name;
         EXPECT_NE(GetParam().id(entry.name.substr(0, entry.name.size() - 1)), entry.id) << entry.name;
     }
 }
 
-TEST(QelElementNamesTest, TheNumberedSpellingAndTheNameAreOneElement) {
+TEST(QelElementNamesTest, NumberedSpellingAndNameReferToOneElement) {
     EXPECT_EQ(QelNames::elementID("e1026"), 1026);
     EXPECT_EQ(QelNames::elementID("name"), 1026);
     EXPECT_EQ(QelNames::elementName(1026), "name");
 }
 
-TEST(QelElementNamesTest, PathsOfConfigurationsAreSpelledWithDataAndConfiguration) {
+TEST(QelElementNamesTest, ConfigurationPathsUseDataAndConfiguration) {
     EXPECT_EQ(QelNames::elementID("data"), 1307);
     EXPECT_EQ(QelNames::elementID("configuration"), 1021);
 }
@@ -169,7 +169,7 @@ TEST(QelTypeNamesTest, EnvironmentsHaveTheTypeEnv) {
     EXPECT_EQ(QelNames::typeID("env"), 122);
 }
 
-TEST(QelTypeNamesTest, TheTypeThatMarksNothingHasNoName) {
+TEST(QelTypeNamesTest, TypeIdWithoutAClassHasNoName) {
     EXPECT_TRUE(QelDefaultMap::findTypeID(50).empty());
 }
 
@@ -178,7 +178,7 @@ TEST(QelAttributeNamesTest, AttributesHaveOnlyTheirNumberedSpelling) {
     EXPECT_EQ(QelNames::attributeName(1010), "a1010");
 }
 
-TEST(QelDefaultMapTest, GivesTheNamesOfTheTables) {
+TEST(QelDefaultMapTest, ReturnsTheNamesOfTheTables) {
     for (const QelNames::Entry& entry : QelNames::elements())
         EXPECT_EQ(text(QelDefaultMap::findElemID(entry.id)), entry.name);
     for (const QelNames::Entry& entry : QelNames::namespaces())
@@ -187,7 +187,7 @@ TEST(QelDefaultMapTest, GivesTheNamesOfTheTables) {
         EXPECT_EQ(text(QelDefaultMap::findTypeID(entry.id)), entry.name);
 }
 
-TEST(QelDefaultMapTest, GivesAnEmptyTextForAnIdThatNoTableNames) {
+TEST(QelDefaultMapTest, ReturnsAnEmptyStringForAnIdWithoutAName) {
     for (const int id : {std::numeric_limits<int>::min(), -1, 0, 50, 5000, std::numeric_limits<int>::max()}) {
         EXPECT_TRUE(QelDefaultMap::findElemID(id).empty()) << id;
         EXPECT_TRUE(QelDefaultMap::findNSID(id).empty()) << id;
@@ -196,17 +196,17 @@ TEST(QelDefaultMapTest, GivesAnEmptyTextForAnIdThatNoTableNames) {
     }
 }
 
-TEST(QelDefaultMapTest, TheMessageLayersFunctionsGiveTheSameNames) {
+TEST(QelDefaultMapTest, FreeFunctionsReturnTheSameNames) {
     EXPECT_EQ(text(getStringByElemIdDefault(1026)), "name");
     EXPECT_EQ(text(getStringByNSIdDefault(292)), "env");
     EXPECT_EQ(text(getStringByTypeIdDefault(122)), "env");
 }
 
-/// Looked up before main, as the registries of derived records do from other source files.
+/// Looked up before main(), as the registries of derived records do.
 const std::string namespaceAtLoad = text(QelDefaultMap::findNSID(299));
 const int elementAtLoad = QelNames::elementID("configuration");
 
-TEST(QelDefaultMapTest, NamesAreThereDuringStaticInitialisation) {
+TEST(QelDefaultMapTest, NamesAreAvailableDuringStaticInitialisation) {
     EXPECT_EQ(namespaceAtLoad, QelNames::namespaceName(299));
     EXPECT_THAT(namespaceAtLoad, Not(IsEmpty()));
     EXPECT_EQ(elementAtLoad, 1021);

@@ -37,12 +37,12 @@ int lengthOf(const std::string& bytes) {
     return static_cast<int>(bytes.size());
 }
 
-/// A message with an envelope and an element, on which its cursor is.
+/// Tests parses into a message with an envelope and a cursor on an element.
 class QelOutOfMemoryTest : public testing::Test {
 protected:
     using Parse = std::function<int(QelMessage&, QelMessageIterator&)>;
 
-    /// Runs the parse with room for 0, 1, 2 ... allocations until it succeeds.
+    /// Runs the parse with 0, 1, 2 ... successful allocations until it succeeds.
     static void expectUnchangedWhenMemoryRunsOut(const Parse& parse) {
         std::size_t failures = 0;
         for (;; ++failures) {
@@ -109,7 +109,7 @@ TEST_F(QelOutOfMemoryTest, MarkupOfAnElementLeavesTheMessageUnchanged) {
 
 TEST_F(QelOutOfMemoryTest, MarkupOfANewChildLeavesTheMessageUnchanged) {
     const std::string content = markup;
-    // Appending the child is no parse: its failure is an exception, as with every put.
+    // Appending the child is not part of the parse: like any put, it throws if it fails.
     expectUnchangedWhenMemoryRunsOut([&](QelMessage&, QelMessageIterator& cursor) {
         try {
             return cursor.putValueXML(content, 1026);
@@ -120,7 +120,7 @@ TEST_F(QelOutOfMemoryTest, MarkupOfANewChildLeavesTheMessageUnchanged) {
     });
 }
 
-/// The elements of a tree for which `parse` has failed for want of memory again and again, and then succeeded.
+/// The number of element slots of a tree after `parse` has failed repeatedly because of memory and then succeeded.
 template <class Parse> std::size_t elementsAfterFailures(std::size_t firstTry, const Parse& parse) {
     QelMessageTree tree;
     for (std::size_t allocations = firstTry;; ++allocations) {
@@ -148,7 +148,7 @@ TEST_F(QelOutOfMemoryTest, FailedParsesLeaveNoElementsInTheTree) {
         [&](QelMessageTree& tree) { return QelBinaryCodec::readChild(bytes, tree, QelMessageTree::root); });
 }
 
-TEST_F(QelOutOfMemoryTest, TheFactoryReturnsNoMessage) {
+TEST_F(QelOutOfMemoryTest, FactoryReturnsNull) {
     const std::string bytes = elementBytes();
     const boost::intrusive_ptr<QelMsgFactory> factory = QelMessage::getFactory();
     QelMessage* message = nullptr;

@@ -27,7 +27,7 @@ std::string textOf(const QelMessageTree& tree, const QelEnvelope& envelope = {})
     return text;
 }
 
-/// The tree that a text gives; a tree of one element with the error message if it doesn't.
+/// The tree of a parsed document. If parsing fails, a tree of one element whose value is the error message.
 QelMessageTree treeOf(const std::string& text) {
     QelMessageTree tree;
     QelEnvelope envelope;
@@ -41,21 +41,21 @@ std::vector<std::string> linesOf(const std::string& text) {
     return describe(treeOf(text));
 }
 
-/// The error message that reading gives; empty if it succeeds.
+/// The error message of a failed read; empty on success.
 std::string failure(const std::string& text) {
     QelMessageTree tree;
     QelEnvelope envelope;
     return QelTextCodec::readMessage(text, tree, envelope) == 0 ? "" : getErrorMessage();
 }
 
-/// A message with one element below its root.
+/// Appends one element to the root of a message.
 QelMessageTree::Index addName(QelMessageTree& tree) {
     return tree.appendChild(root, 1026, 0);
 }
 
-// --------------------------------------------------------------------------------------------------------- the form
+// ----------------------------------------------------------------------------------------------------- the document
 
-TEST(QelTextCodecTest, AMessageIsADocumentWithItsEnvelopeAsAttributes) {
+TEST(QelTextCodecTest, MessageIsADocumentWithTheEnvelopeAsAttributes) {
     QelMessageTree tree;
     const auto environment = tree.appendChild(root, 1624, 292);
     tree.setType(environment, 292, 122);
@@ -80,12 +80,12 @@ TEST(QelTextCodecTest, AMessageIsADocumentWithItsEnvelopeAsAttributes) {
               "</message>\n");
 }
 
-TEST(QelTextCodecTest, AnUnsetEnvelopeHasNoAttributes) {
+TEST(QelTextCodecTest, UnsetEnvelopeHasNoAttributes) {
     EXPECT_EQ(textOf(QelMessageTree()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                                         "<message xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" />\n");
 }
 
-TEST(QelTextCodecTest, AnEnvelopeComesBack) {
+TEST(QelTextCodecTest, EnvelopeRoundTrips) {
     QelEnvelope envelope;
     envelope.time = -1;
     envelope.requestId = "\x01 & \r\n";
@@ -98,7 +98,7 @@ TEST(QelTextCodecTest, AnEnvelopeComesBack) {
     EXPECT_EQ(read, envelope);
 }
 
-TEST(QelTextCodecTest, EmptyAttributesOfTheEnvelopeAreUnset) {
+TEST(QelTextCodecTest, EmptyEnvelopeAttributesAreUnset) {
     QelMessageTree tree;
     QelEnvelope envelope;
     ASSERT_EQ(QelTextCodec::readMessage(
@@ -107,7 +107,7 @@ TEST(QelTextCodecTest, EmptyAttributesOfTheEnvelopeAreUnset) {
     EXPECT_EQ(envelope, QelEnvelope());
 }
 
-TEST(QelTextCodecTest, AnElementStandsAloneWithTheDeclarationsThatItNeeds) {
+TEST(QelTextCodecTest, ElementDocumentHasTheDeclarationsItNeeds) {
     QelMessageTree tree;
     const auto outer = tree.appendChild(root, 1624, 292);
     tree.setType(tree.appendChild(outer, 1026, 292), 282, 107);
@@ -122,7 +122,7 @@ TEST(QelTextCodecTest, AnElementStandsAloneWithTheDeclarationsThatItNeeds) {
                         "</environment>\n");
 }
 
-TEST(QelTextCodecTest, ARootAloneIsAnElementNamedMessageWithoutAnEnvelope) {
+TEST(QelTextCodecTest, RootAsElementIsNamedMessageAndHasNoEnvelope) {
     QelMessageTree tree;
     addName(tree);
     std::string text;
@@ -132,31 +132,31 @@ TEST(QelTextCodecTest, ARootAloneIsAnElementNamedMessageWithoutAnEnvelope) {
     EXPECT_THAT(describe(target), ElementsAre("/ {} <:> = ''", "  message {} <:> = ''", "    name {} <:> = ''"));
 }
 
-// ------------------------------------------------------------------------------------------------------------ texts
+// ----------------------------------------------------------------------------------------------------------- values
 
-TEST(QelTextCodecTest, AnElementWithoutChildrenKeepsItsBlanks) {
+TEST(QelTextCodecTest, ElementWithoutChildrenKeepsItsWhiteSpace) {
     EXPECT_THAT(linesOf("<message><name>  a\n </name><name> </name></message>"),
                 ElementsAre("/ {} <:> = ''", "  name {} <:> = '  a\n '", "  name {} <:> = ' '"));
 }
 
-TEST(QelTextCodecTest, BlanksBetweenChildrenAreLayout) {
+TEST(QelTextCodecTest, WhiteSpaceBetweenChildrenIsIgnored) {
     EXPECT_THAT(linesOf("<message>\n  <name/>\n  <name/>\n</message>"),
                 ElementsAre("/ {} <:> = ''", "  name {} <:> = ''", "  name {} <:> = ''"));
 }
 
-TEST(QelTextCodecTest, TextBesideChildrenIsTheValue) {
+TEST(QelTextCodecTest, TextNextToChildrenIsTheValue) {
     EXPECT_THAT(
         linesOf("<message><data>a <name/>\n b<name/> </data></message>"),
         ElementsAre("/ {} <:> = ''", "  data {} <:> = 'a \n b'", "    name {} <:> = ''", "    name {} <:> = ''"));
 }
 
-TEST(QelTextCodecTest, ACharacterDataSectionIsNeverLayout) {
+TEST(QelTextCodecTest, CdataSectionIsNeverIgnored) {
     EXPECT_THAT(linesOf("<message><data><![CDATA[ <&> ]]><name/></data><data><![CDATA[ ]]><name/></data></message>"),
                 ElementsAre("/ {} <:> = ''", "  data {} <:> = ' <&> '", "    name {} <:> = ''", "  data {} <:> = ' '",
                             "    name {} <:> = ''"));
 }
 
-TEST(QelTextCodecTest, ABlankValueBesideChildrenIsWrittenAsCharacterData) {
+TEST(QelTextCodecTest, WhiteSpaceValueNextToChildrenIsWrittenAsCdata) {
     QelMessageTree tree;
     const auto data = tree.appendChild(root, 1307, 0);
     tree.setValue(data, " \n");
@@ -166,22 +166,22 @@ TEST(QelTextCodecTest, ABlankValueBesideChildrenIsWrittenAsCharacterData) {
     EXPECT_EQ(linesOf(text), describe(tree));
 }
 
-TEST(QelTextCodecTest, CommentsAndInstructionsAreNoPartOfTheMessage) {
+TEST(QelTextCodecTest, CommentsAndProcessingInstructionsAreIgnored) {
     EXPECT_THAT(linesOf("<!-- a --><message><?x y?><name>a<!-- b -->b</name><!-- c --></message><!-- d -->"),
                 ElementsAre("/ {} <:> = ''", "  name {} <:> = 'ab'"));
 }
 
-TEST(QelTextCodecTest, LineEndsOfAFileAreLineFeeds) {
+TEST(QelTextCodecTest, LineEndsAreNormalised) {
     EXPECT_THAT(linesOf("<message>\r\n<name>a\r\nb</name>\r\n</message>"),
                 ElementsAre("/ {} <:> = ''", "  name {} <:> = 'a\nb'"));
 }
 
-TEST(QelTextCodecTest, ReferencesAreReplaced) {
+TEST(QelTextCodecTest, ReferencesAreDecoded) {
     EXPECT_THAT(linesOf("<message><name>&lt;&#65;&#x42;&amp;lt;&#xE9;&#13;</name></message>"),
                 ElementsAre("/ {} <:> = ''", "  name {} <:> = '<AB&lt;\xC3\xA9\r'"));
 }
 
-TEST(QelTextCodecTest, WhatXmlCanNotCarryTravelsInBase64) {
+TEST(QelTextCodecTest, BytesNotAllowedInXmlAreBase64Encoded) {
     for (const std::string& value :
          {std::string("\0", 1), std::string("a\rb"), std::string("\x1F"), std::string("\xFF"), std::string("\xC0\x80"),
           std::string("\xED\xA0\x80"), std::string("\xEF\xBF\xBE"), std::string("\xE2\x82")}) {
@@ -202,7 +202,7 @@ TEST(QelTextCodecTest, WhatXmlCanNotCarryTravelsInBase64) {
 
 // ---------------------------------------------------------------------------------------------------- names, types
 
-TEST(QelTextCodecTest, NamesThatXmlDoesNotAllowAreEscaped) {
+TEST(QelTextCodecTest, NamesNotAllowedInXmlAreEscaped) {
     QelMessageTree tree;
     for (const char* const name : {"", "1st", "a b", "a:b", "_x41_", "gr\xC3\xBC", "-"})
         tree.appendChild(root, tree.intern(QelNameKind::element, name), 0);
@@ -213,7 +213,7 @@ TEST(QelTextCodecTest, NamesThatXmlDoesNotAllowAreEscaped) {
     EXPECT_EQ(linesOf(text), describe(tree));
 }
 
-TEST(QelTextCodecTest, AnIdWithoutANameIsWrittenWithItsNumber) {
+TEST(QelTextCodecTest, IdWithoutANameIsWrittenAsItsNumberedSpelling) {
     constexpr int unnamed = 99999;
     QelMessageTree tree;
     const auto node = tree.appendChild(root, unnamed, unnamed);
@@ -239,7 +239,7 @@ TEST(QelTextCodecTest, PrefixesAreResolvedWhereverTheyAreDeclared) {
                             "  name {} <:> = ''"));
 }
 
-TEST(QelTextCodecTest, ATypeWithoutAPrefixHasNoNamespace) {
+TEST(QelTextCodecTest, TypeWithoutAPrefixHasNoNamespace) {
     QelMessageTree tree;
     tree.setType(tree.appendChild(root, 1026, 292), 0, 122);
     const std::string text = textOf(tree);
@@ -247,7 +247,7 @@ TEST(QelTextCodecTest, ATypeWithoutAPrefixHasNoNamespace) {
     EXPECT_EQ(linesOf(text), describe(tree));
 }
 
-TEST(QelTextCodecTest, NamespacesWithStrangeNamesGetAPrefixAndAUriOfTheirOwn) {
+TEST(QelTextCodecTest, NamespacesWithUnusualNamesGetDistinctPrefixesAndUris) {
     QelMessageTree tree;
     for (const char* const name : {"xsi", "xml", "XMLish", "a b", "1%", "\xFF"}) {
         const auto node = tree.appendChild(root, 1026, tree.intern(QelNameKind::nameSpace, name));
@@ -262,7 +262,7 @@ TEST(QelTextCodecTest, NamespacesWithStrangeNamesGetAPrefixAndAUriOfTheirOwn) {
     EXPECT_EQ(linesOf(text), describe(tree));
 }
 
-TEST(QelTextCodecTest, HintsForASchemaArePassedOver) {
+TEST(QelTextCodecTest, SchemaLocationHintsAreIgnored) {
     EXPECT_EQ(failure("<message xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:schemaLocation='a b' "
                       "xsi:noNamespaceSchemaLocation='c'/>"),
               "");
@@ -270,7 +270,7 @@ TEST(QelTextCodecTest, HintsForASchemaArePassedOver) {
 
 // ------------------------------------------------------------------------------------------------------- attributes
 
-TEST(QelTextCodecTest, AttributesOfAnyNameAndValueComeBack) {
+TEST(QelTextCodecTest, AttributesWithAnyNameAndValueRoundTrip) {
     QelMessageTree tree;
     for (const auto node : {root, addName(tree)}) {
         for (const char* const name :
@@ -291,7 +291,7 @@ TEST(QelTextCodecTest, AttributesOfAnyNameAndValueComeBack) {
 
 // ------------------------------------------------------------------------------------------------------ round trips
 
-TEST(QelTextCodecTest, RandomTreesComeBackEqualFromBothForms) {
+TEST(QelTextCodecTest, RandomTreesRoundTripInBothForms) {
     for (unsigned seed = 0; seed < 200; ++seed) {
         QelMessageTree tree;
         TestSupport::RandomTree(seed).fill(tree, 40);
@@ -317,7 +317,7 @@ TEST(QelTextCodecTest, RandomTreesComeBackEqualFromBothForms) {
     }
 }
 
-TEST(QelTextCodecTest, RandomElementsComeBackAsChildrenAndAsContent) {
+TEST(QelTextCodecTest, RandomElementsRoundTripAsChildrenAndAsContent) {
     for (unsigned seed = 0; seed < 100; ++seed) {
         QelMessageTree tree;
         TestSupport::RandomTree random(seed);
@@ -342,30 +342,30 @@ TEST(QelTextCodecTest, RandomElementsComeBackAsChildrenAndAsContent) {
 
 // -------------------------------------------------------------------------------------------------- malformed input
 
-TEST(QelTextCodecTest, AMalformedTextIsRejectedWithItsPlace) {
-    EXPECT_EQ(failure(""), "line 1, column 1: no element");
+TEST(QelTextCodecTest, RejectsMalformedTextWithItsLocation) {
+    EXPECT_EQ(failure(""), "line 1, column 1: no root element");
     EXPECT_THAT(failure("<message>\n  <name>\n</message>"), HasSubstr("line 3, column "));
-    EXPECT_EQ(failure("<message/>\n<message/>"), "line 2, column 2: a second element beside the document's own");
-    EXPECT_THAT(failure("<message/>\n junk"), HasSubstr("text outside the document's element"));
-    EXPECT_THAT(failure("<![CDATA[ ]]><message/>"), HasSubstr("text outside the document's element"));
-    EXPECT_EQ(failure("<massage/>"), "line 1, column 2: the document's element is 'massage', not 'message'");
+    EXPECT_EQ(failure("<message/>\n<message/>"), "line 2, column 2: more than one root element");
+    EXPECT_THAT(failure("<message/>\n junk"), HasSubstr("text outside the root element"));
+    EXPECT_THAT(failure("<![CDATA[ ]]><message/>"), HasSubstr("text outside the root element"));
+    EXPECT_EQ(failure("<massage/>"), "line 1, column 2: the root element is 'massage', not 'message'");
     EXPECT_EQ(failure("<message>\n<name>\xC3\xA9&x;</name></message>"),
-              "line 2, column 8: an unknown or malformed reference");
+              "line 2, column 8: unknown or malformed reference");
     EXPECT_EQ(failure("<message>\n\xC3\xA9\x01</message>"),
-              "line 2, column 2: a character that XML doesn't allow, or malformed UTF-8");
+              "line 2, column 2: a character not allowed in XML, or malformed UTF-8");
     EXPECT_THAT(failure("<message>\xFF</message>"), HasSubstr("malformed UTF-8"));
     EXPECT_THAT(failure(std::string("<message>\0</message>", 20)), HasSubstr("line 1, column 10"));
     EXPECT_THAT(failure("<message"), HasSubstr("line 1, column "));
-    EXPECT_THAT(failure("<message a='1' a='2'/>"), HasSubstr("a second attribute a"));
-    EXPECT_THAT(failure("<message a5='1' _x61_5='2'/>"), HasSubstr("a second attribute"));
-    EXPECT_THAT(failure("<message xmlns='urn:qel:env' xmlns='urn:qel:env'/>"), HasSubstr("a second attribute xmlns"));
-    EXPECT_THAT(failure("<message time='1' time='2'/>"), HasSubstr("a second attribute time"));
+    EXPECT_THAT(failure("<message a='1' a='2'/>"), HasSubstr("duplicate attribute a"));
+    EXPECT_THAT(failure("<message a5='1' _x61_5='2'/>"), HasSubstr("duplicate attribute"));
+    EXPECT_THAT(failure("<message xmlns='urn:qel:env' xmlns='urn:qel:env'/>"), HasSubstr("duplicate attribute xmlns"));
+    EXPECT_THAT(failure("<message time='1' time='2'/>"), HasSubstr("duplicate attribute time"));
     EXPECT_THAT(failure("<message a='<'/>"), HasSubstr("'<' in the value of attribute a"));
     EXPECT_THAT(failure("<message a=1/>"), HasSubstr("line 1, column "));
     EXPECT_THAT(failure("<message a='&lt'/>"), HasSubstr("reference"));
-    EXPECT_THAT(failure("<message>]]></message>"), HasSubstr("']]>' in a text"));
-    EXPECT_THAT(failure("<message :a='1'/>"), HasSubstr("not a name: :a"));
-    EXPECT_THAT(failure("<message><a:b:c xmlns:a='urn:qel:env'/></message>"), HasSubstr("not a name: a:b:c"));
+    EXPECT_THAT(failure("<message>]]></message>"), HasSubstr("']]>' in character data"));
+    EXPECT_THAT(failure("<message :a='1'/>"), HasSubstr("invalid name: :a"));
+    EXPECT_THAT(failure("<message><a:b:c xmlns:a='urn:qel:env'/></message>"), HasSubstr("invalid name: a:b:c"));
 }
 
 TEST(QelTextCodecTest, RejectsTwoHyphensInAComment) {
@@ -378,52 +378,53 @@ TEST(QelTextCodecTest, RejectsAProcessingInstructionWithoutATarget) {
     for (const char* const target : {"XML", "xMl", "p:q", "1", "\xC3\x97", "p?q"})
         EXPECT_THAT(failure("<message><?" + std::string(target) + " a?></message>"), HasSubstr("line 1, column "))
             << target;
-    EXPECT_THAT(failure("<message><?Xml a?></message>"), HasSubstr("not the target of a processing instruction: Xml"));
+    EXPECT_THAT(failure("<message><?Xml a?></message>"), HasSubstr("invalid processing instruction target: Xml"));
     EXPECT_EQ(failure("<message><?p?><?xmlp a?b?><?p\t-- ?></message>"), "");
 }
 
 TEST(QelTextCodecTest, RejectsNamesThatXmlForbids) {
-    EXPECT_THAT(failure("<message><\xC3\x97/></message>"), HasSubstr("line 1, column 11: not a name: \xC3\x97"));
-    EXPECT_THAT(failure("<message><a\xC3\xB7/></message>"), HasSubstr("not a name: a\xC3\xB7"));
-    EXPECT_THAT(failure("<message><\xC2\xB7/></message>"), HasSubstr("not a name: \xC2\xB7"));
-    EXPECT_THAT(failure("<message \xC2\xB7='1'/>"), HasSubstr("not a name: \xC2\xB7"));
-    EXPECT_THAT(failure("<message><p:1 xmlns:p='urn:qel:env'/></message>"), HasSubstr("not a name: p:1"));
-    EXPECT_THAT(failure("<message xmlns:1='urn:qel:env'/>"), HasSubstr("not a name: xmlns:1"));
+    EXPECT_THAT(failure("<message><\xC3\x97/></message>"), HasSubstr("line 1, column 11: invalid name: \xC3\x97"));
+    EXPECT_THAT(failure("<message><a\xC3\xB7/></message>"), HasSubstr("invalid name: a\xC3\xB7"));
+    EXPECT_THAT(failure("<message><\xC2\xB7/></message>"), HasSubstr("invalid name: \xC2\xB7"));
+    EXPECT_THAT(failure("<message \xC2\xB7='1'/>"), HasSubstr("invalid name: \xC2\xB7"));
+    EXPECT_THAT(failure("<message><p:1 xmlns:p='urn:qel:env'/></message>"), HasSubstr("invalid name: p:1"));
+    EXPECT_THAT(failure("<message xmlns:1='urn:qel:env'/>"), HasSubstr("invalid name: xmlns:1"));
     EXPECT_EQ(failure("<message><\xC3\xA9\xC2\xB7\xCC\x80 \xE2\x81\xB0='1'/></message>"), "");
 }
 
-TEST(QelTextCodecTest, PassesOverTheAttributesOfXmlItself) {
+TEST(QelTextCodecTest, IgnoresAttributesDefinedByXml) {
     const std::string text = "<message xml:lang='en'><name xml:space='preserve' xml:id='a'>x</name></message>";
     EXPECT_EQ(failure(text), "");
     EXPECT_EQ(linesOf(text), linesOf("<message><name>x</name></message>"));
     EXPECT_EQ(failure("<message xmlns:xml='http://www.w3.org/XML/1998/namespace' xml:lang='en'/>"), "");
 }
 
-TEST(QelTextCodecTest, RejectsOtherMeaningsOfTheNamesOfXmlItself) {
+TEST(QelTextCodecTest, RejectsRebindingOfReservedPrefixes) {
     for (const char* const declaration :
          {"xmlns:xml='urn:qel:env'", "xmlns:p='http://www.w3.org/XML/1998/namespace'",
           "xmlns='http://www.w3.org/XML/1998/namespace'", "xmlns:p='http://www.w3.org/2000/xmlns/'",
           "xmlns='http://www.w3.org/2000/xmlns/'"})
-        EXPECT_THAT(failure("<message " + std::string(declaration) + "/>"), HasSubstr("can't be declared so"))
+        EXPECT_THAT(failure("<message " + std::string(declaration) + "/>"), HasSubstr("invalid declaration of prefix"))
             << declaration;
-    EXPECT_THAT(failure("<message><xml:a/></message>"), HasSubstr("a namespace that isn't known"));
+    EXPECT_THAT(failure("<message><xml:a/></message>"), HasSubstr("unknown namespace"));
 }
 
-TEST(QelTextCodecTest, RejectsAWrongDeclaration) {
+TEST(QelTextCodecTest, RejectsInvalidXmlDeclarations) {
     const auto declared = [](const std::string& attributes) { return failure("<?xml " + attributes + "?><message/>"); };
     EXPECT_EQ(declared("version='1.0' encoding='UTF-8' standalone='yes'"), "");
     EXPECT_EQ(declared("version='1.0' standalone='no'"), "");
     EXPECT_THAT(declared("encoding='UTF-8' version='1.0'"),
-                HasSubstr("not in its place in an XML declaration: version"));
-    EXPECT_THAT(declared("version='1.0' standalone='yes' encoding='UTF-8'"), HasSubstr("not in its place"));
-    EXPECT_THAT(declared("version='1.0' version='1.0'"), HasSubstr("not in its place"));
-    EXPECT_THAT(declared("version='1.0' charset='UTF-8'"), HasSubstr("not in its place"));
-    EXPECT_THAT(declared("encoding='UTF-8'"), HasSubstr("a version of XML that isn't 1.0"));
+                HasSubstr("unknown or misplaced in the XML declaration: version"));
+    EXPECT_THAT(declared("version='1.0' standalone='yes' encoding='UTF-8'"),
+                HasSubstr("misplaced in the XML declaration"));
+    EXPECT_THAT(declared("version='1.0' version='1.0'"), HasSubstr("misplaced in the XML declaration"));
+    EXPECT_THAT(declared("version='1.0' charset='UTF-8'"), HasSubstr("misplaced in the XML declaration"));
+    EXPECT_THAT(declared("encoding='UTF-8'"), HasSubstr("the XML version is not 1.0"));
     EXPECT_THAT(declared("version='1.0' standalone='maybe'"), HasSubstr("standalone is neither yes nor no"));
     EXPECT_THAT(failure("<?XML version='1.0'?><message/>"), HasSubstr("line 1, column 3"));
 }
 
-TEST(QelTextCodecTest, RejectsSurrogatesUpToTheLast) {
+TEST(QelTextCodecTest, RejectsSurrogates) {
     EXPECT_THAT(failure("<message>\xED\xBF\xBF</message>"), HasSubstr("line 1, column 10"));
     EXPECT_EQ(failure("<message>\xEE\x80\x80&#xE000;&#xD7FF;</message>"), "");
 }
@@ -432,60 +433,60 @@ TEST(QelTextCodecTest, RejectsATypeUnderTwoPrefixes) {
     const std::string both = "xmlns:p='http://www.w3.org/2001/XMLSchema-instance' "
                              "xmlns:q='http://www.w3.org/2001/XMLSchema-instance' ";
     EXPECT_EQ(failure("<message " + both + "p:type='a'/>"), "");
-    EXPECT_THAT(failure("<message " + both + "p:type='a' q:type='b'/>"), HasSubstr("a second attribute type"));
+    EXPECT_THAT(failure("<message " + both + "p:type='a' q:type='b'/>"), HasSubstr("duplicate attribute type"));
 }
 
-TEST(QelTextCodecTest, ReferencesToNoCharacterAreRejected) {
+TEST(QelTextCodecTest, RejectsReferencesToNonCharacters) {
     for (const char* const reference : {"&#0;", "&#1;", "&#xD800;", "&#xDFFF;", "&#xFFFE;", "&#x110000;",
                                         "&#99999999999;", "&#;", "&#x;", "&#xg;", "&;", "&nbsp;"})
         EXPECT_THAT(failure(std::string("<message>") + reference + "</message>"), HasSubstr("reference")) << reference;
 }
 
-TEST(QelTextCodecTest, ADocumentTypeIsRejected) {
+TEST(QelTextCodecTest, RejectsDocumentTypeDeclarations) {
     EXPECT_THAT(failure("<!DOCTYPE message [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><message>&x;</message>"),
-                HasSubstr("a document type"));
-    EXPECT_THAT(failure("<!DOCTYPE message><message/>"), HasSubstr("a document type"));
+                HasSubstr("document type declarations are not allowed"));
+    EXPECT_THAT(failure("<!DOCTYPE message><message/>"), HasSubstr("document type declarations are not allowed"));
 }
 
-TEST(QelTextCodecTest, OnlyXmlInUtf8IsRead) {
+TEST(QelTextCodecTest, AcceptsOnlyXml10InUtf8) {
     EXPECT_EQ(failure("<?xml version='1.0' encoding='utf-8'?><message/>"), "");
     EXPECT_EQ(failure("\xEF\xBB\xBF<?xml version='1.0'?><message/>"), "");
-    EXPECT_THAT(failure("<?xml version='1.0' encoding='ISO-8859-1'?><message/>"), HasSubstr("isn't UTF-8"));
-    EXPECT_THAT(failure("<?xml version='1.1'?><message/>"), HasSubstr("isn't 1.0"));
-    EXPECT_THAT(failure("\n<?xml version='1.0'?><message/>"), HasSubstr("isn't at the beginning"));
+    EXPECT_THAT(failure("<?xml version='1.0' encoding='ISO-8859-1'?><message/>"), HasSubstr("is not UTF-8"));
+    EXPECT_THAT(failure("<?xml version='1.1'?><message/>"), HasSubstr("is not 1.0"));
+    EXPECT_THAT(failure("\n<?xml version='1.0'?><message/>"), HasSubstr("is not at the start of the document"));
     EXPECT_THAT(failure(std::string("\xFF\xFE<\0m\0/\0>\0", 10)), HasSubstr("malformed UTF-8"));
 }
 
-TEST(QelTextCodecTest, WrongNamespacesAreRejected) {
-    EXPECT_THAT(failure("<message><p:name/></message>"), HasSubstr("a prefix that isn't declared: p"));
-    EXPECT_THAT(failure("<message p:a='1'/>"), HasSubstr("a prefix that isn't declared: p"));
-    EXPECT_THAT(failure("<message xmlns='http://example.org/'/>"), HasSubstr("a namespace that isn't known"));
-    EXPECT_THAT(failure("<message xmlns='urn:qel:'/>"), HasSubstr("a namespace that isn't known"));
-    EXPECT_THAT(failure("<message xmlns='urn:qel:a%2'/>"), HasSubstr("a namespace that isn't known"));
-    EXPECT_THAT(failure("<message xmlns:p=''/>"), HasSubstr("a prefix that can't be declared so"));
-    EXPECT_THAT(failure("<message xmlns:xmlns='urn:qel:env'/>"), HasSubstr("a prefix that can't be declared so"));
-    EXPECT_THAT(failure("<message xmlns:p='urn:qel:env' p:a='1'/>"), HasSubstr("an attribute that isn't known: a"));
+TEST(QelTextCodecTest, RejectsUnknownNamespaces) {
+    EXPECT_THAT(failure("<message><p:name/></message>"), HasSubstr("undeclared prefix: p"));
+    EXPECT_THAT(failure("<message p:a='1'/>"), HasSubstr("undeclared prefix: p"));
+    EXPECT_THAT(failure("<message xmlns='http://example.org/'/>"), HasSubstr("unknown namespace"));
+    EXPECT_THAT(failure("<message xmlns='urn:qel:'/>"), HasSubstr("unknown namespace"));
+    EXPECT_THAT(failure("<message xmlns='urn:qel:a%2'/>"), HasSubstr("unknown namespace"));
+    EXPECT_THAT(failure("<message xmlns:p=''/>"), HasSubstr("invalid declaration of prefix"));
+    EXPECT_THAT(failure("<message xmlns:xmlns='urn:qel:env'/>"), HasSubstr("invalid declaration of prefix"));
+    EXPECT_THAT(failure("<message xmlns:p='urn:qel:env' p:a='1'/>"), HasSubstr("unknown attribute: a"));
     EXPECT_THAT(failure("<message xmlns:p='http://www.w3.org/2001/XMLSchema-instance' p:nil='1'/>"),
-                HasSubstr("an attribute that isn't known: nil"));
+                HasSubstr("unknown attribute: nil"));
 }
 
-TEST(QelTextCodecTest, WrongTypesAreRejected) {
+TEST(QelTextCodecTest, RejectsInvalidTypes) {
     const auto typed = [](const std::string& type) {
         return failure("<message xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:type='" + type + "'/>");
     };
-    EXPECT_THAT(typed("p:x"), HasSubstr("a prefix that isn't declared: p"));
-    EXPECT_THAT(typed(""), HasSubstr("not the name of a type"));
-    EXPECT_THAT(typed("a b"), HasSubstr("not the name of a type"));
-    EXPECT_THAT(typed(":a"), HasSubstr("not the name of a type"));
-    EXPECT_THAT(typed("xsi:a"), HasSubstr("a namespace that isn't known"));
+    EXPECT_THAT(typed("p:x"), HasSubstr("undeclared prefix: p"));
+    EXPECT_THAT(typed(""), HasSubstr("invalid type name"));
+    EXPECT_THAT(typed("a b"), HasSubstr("invalid type name"));
+    EXPECT_THAT(typed(":a"), HasSubstr("invalid type name"));
+    EXPECT_THAT(typed("xsi:a"), HasSubstr("unknown namespace"));
 }
 
-TEST(QelTextCodecTest, WrongEncodingsAreRejected) {
-    EXPECT_THAT(failure("<message encoding='rot13'>a</message>"), HasSubstr("an encoding that isn't known: rot13"));
+TEST(QelTextCodecTest, RejectsInvalidEncodings) {
+    EXPECT_THAT(failure("<message encoding='rot13'>a</message>"), HasSubstr("unknown encoding: rot13"));
     EXPECT_THAT(failure("<message encoding='base64'>a</message>"), HasSubstr("malformed base64"));
     EXPECT_THAT(failure("<message session='a' base64-attributes='session'/>"),
                 HasSubstr("malformed base64 in attribute session"));
-    EXPECT_THAT(failure("<message time='yesterday'/>"), HasSubstr("not a time: yesterday"));
+    EXPECT_THAT(failure("<message time='yesterday'/>"), HasSubstr("invalid time: yesterday"));
 }
 
 std::string nested(unsigned depth) {
@@ -497,18 +498,18 @@ std::string nested(unsigned depth) {
     return text + "</message>";
 }
 
-TEST(QelTextCodecTest, TooDeepInputIsRejected) {
+TEST(QelTextCodecTest, RejectsTooDeepInput) {
     EXPECT_EQ(failure(nested(QelLimits::depth)), "");
     EXPECT_EQ(failure(nested(QelLimits::depth + 1)), "line 1, column 779: elements are nested deeper than 256");
     EXPECT_THAT(failure(nested(300000)), HasSubstr("nested deeper than 256"));
 }
 
-TEST(QelTextCodecTest, TooLongInputIsRejected) {
+TEST(QelTextCodecTest, RejectsTooLongInput) {
     EXPECT_THAT(failure("<message>" + std::string(QelLimits::messageBytes, ' ') + "</message>"),
                 HasSubstr("longer than 67108864 bytes"));
 }
 
-TEST(QelTextCodecTest, TooManyAttributesAreRejected) {
+TEST(QelTextCodecTest, RejectsTooManyAttributes) {
     std::string text = "<message";
     for (unsigned i = 1; i <= QelLimits::attributes; ++i)
         text += " a" + std::to_string(i) + "=''";
@@ -516,7 +517,7 @@ TEST(QelTextCodecTest, TooManyAttributesAreRejected) {
     EXPECT_THAT(failure(text + " more=''/>"), HasSubstr("more than 64 attributes"));
 }
 
-TEST(QelTextCodecTest, ATreeThatCouldNotBeReadIsNotWritten) {
+TEST(QelTextCodecTest, UnreadableTreeIsNotWritten) {
     QelMessageTree tree;
     auto node = root;
     for (unsigned i = 0; i < QelLimits::depth; ++i)

@@ -53,7 +53,7 @@ TEST(QelValueTextTest, IntegersAreDecimal) {
     EXPECT_EQ(QelValueText::ofInteger(std::numeric_limits<long long>::min()).view(), "-9223372036854775808");
 }
 
-TEST(QelValueTextTest, DoublesAreAsShortAsTheyCanBe) {
+TEST(QelValueTextTest, DoublesUseTheShortestForm) {
     EXPECT_EQ(real(0.1), "0.1");
     EXPECT_EQ(real(1), "1");
     EXPECT_EQ(real(-0.0), "-0");
@@ -61,7 +61,7 @@ TEST(QelValueTextTest, DoublesAreAsShortAsTheyCanBe) {
     EXPECT_EQ(real(1.0 / 3), "0.3333333333333333");
 }
 
-TEST(QelValueTextTest, EveryDoubleReadsBackEqual) {
+TEST(QelValueTextTest, DoublesRoundTrip) {
     std::mt19937_64 random(1);
     for (int i = 0; i < 100000; ++i) {
         const std::uint64_t bits = random();
@@ -100,7 +100,7 @@ TEST(QelValueTextTest, TimesAreDatesInUtc) {
     EXPECT_EQ(timeOf("1969-12-31T23:59:59Z"), -1);
 }
 
-TEST(QelValueTextTest, ATimeWithAZoneTellsItsLocalTime) {
+TEST(QelValueTextTest, TimeWithAZoneIsWrittenAsLocalTime) {
     EXPECT_EQ(timeZone(0, 0), "1970-01-01T00:00:00+00:00");
     EXPECT_EQ(timeZone(0, 330), "1970-01-01T05:30:00+05:30");
     EXPECT_EQ(timeZone(0, -5), "1969-12-31T23:55:00-00:05");
@@ -110,7 +110,7 @@ TEST(QelValueTextTest, ATimeWithAZoneTellsItsLocalTime) {
     EXPECT_EQ(zoneOf("1970-01-01T00:00:00Z"), 0);
 }
 
-TEST(QelValueTextTest, ABareNumberIsATime) {
+TEST(QelValueTextTest, NumberIsReadAsATime) {
     EXPECT_EQ(timeOf("1795167000"), 1795167000);
     EXPECT_EQ(timeOf("-1"), -1);
     EXPECT_EQ(zoneOf("5"), 0);
@@ -118,7 +118,7 @@ TEST(QelValueTextTest, ABareNumberIsATime) {
     EXPECT_EQ(zoneOf("5-01:00"), -60);
 }
 
-TEST(QelValueTextTest, EveryTimeAndZoneReadsBackEqual) {
+TEST(QelValueTextTest, TimesAndZonesRoundTrip) {
     std::mt19937_64 random(1);
     const long least = std::numeric_limits<long>::min();
     const long most = std::numeric_limits<long>::max();
@@ -144,7 +144,7 @@ TEST(QelValueTextTest, EveryTimeAndZoneReadsBackEqual) {
     }
 }
 
-TEST(QelValueTextTest, YearsWithoutFourDigitsAreNumbers) {
+TEST(QelValueTextTest, YearsOutside0To9999AreWrittenAsNumbers) {
     if constexpr (sizeof(long) == 8) {
         EXPECT_EQ(time(253402300799), "9999-12-31T23:59:59Z");
         EXPECT_EQ(time(253402300800), "253402300800");
@@ -154,12 +154,12 @@ TEST(QelValueTextTest, YearsWithoutFourDigitsAreNumbers) {
     }
 }
 
-TEST(QelValueTextTest, ATimeThatDoesNotFitIsNoTime) {
+TEST(QelValueTextTest, RejectsTimesOutOfRange) {
     EXPECT_FALSE(isTime("99999999999999999999"));
     EXPECT_EQ(isTime("9999-12-31T23:59:59Z"), sizeof(long) == 8);
 }
 
-TEST(QelValueTextTest, WhatIsNotATimeIsRefused) {
+TEST(QelValueTextTest, RejectsMalformedTimes) {
     for (const char* const text : {"",
                                    " ",
                                    "now",

@@ -1,4 +1,4 @@
-// Fields that don't take every value.
+// Fields with restricted values.
 
 #include <gmock/gmock.h>
 
@@ -42,7 +42,7 @@ namespace {
 
 class QelWireCheckedTest : public RecordTest {};
 
-TEST_F(QelWireCheckedTest, AValueThatIsNotTakenIsMalformedAndLeavesTheField) {
+TEST_F(QelWireCheckedTest, RejectedValueIsMalformedAndLeavesTheFieldUnchanged) {
     message.putValue(5, 1007);
     Choosy record;
     EXPECT_EQ(read(record), -1);
@@ -53,7 +53,7 @@ TEST_F(QelWireCheckedTest, AValueThatIsNotTakenIsMalformedAndLeavesTheField) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("(even) is missing"));
 }
 
-TEST_F(QelWireCheckedTest, AValueThatIsTakenIsReadInItsForm) {
+TEST_F(QelWireCheckedTest, AcceptedValueIsRead) {
     message.putValue(6, 1007);
     message.putValueBase64(std::string("new"), 1026);
     Choosy record;
@@ -62,7 +62,7 @@ TEST_F(QelWireCheckedTest, AValueThatIsTakenIsReadInItsForm) {
     EXPECT_EQ(record.text, "new");
 }
 
-TEST_F(QelWireCheckedTest, AnIgnoredFieldDropsWhatIsNotTakenAndWritingTakesAnything) {
+TEST_F(QelWireCheckedTest, IgnoredFieldDropsRejectedValuesAndWritingAcceptsAll) {
     message.putValue(6, 1007);
     message.putChild(1026);
     Choosy record;

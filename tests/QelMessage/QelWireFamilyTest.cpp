@@ -1,4 +1,4 @@
-// Rows of objects of which each may be of another class of a family.
+// Fields with objects of several classes of a family.
 
 #include <gmock/gmock.h>
 
@@ -12,7 +12,7 @@ namespace {
 
 using namespace Qel::TestSupport;
 
-/// A family of two, and a record that holds its objects in every way.
+/// A family with two classes, and a record with objects of the family in fields of every kind.
 struct Animal {
     virtual ~Animal() = default;
     std::string name;
@@ -82,7 +82,7 @@ protected:
     QelDerivedParserFactoryT<Bird, Animal> factoryBird{false};
 };
 
-TEST_F(QelWireFamilyTest, EachObjectComesBackAsItsClass) {
+TEST_F(QelWireFamilyTest, ObjectsRoundTripAsTheirClass) {
     Zoo zoo;
     zoo.star = bird("eagle");
     zoo.animals = {animal("cat"), bird("owl")};
@@ -96,7 +96,7 @@ TEST_F(QelWireFamilyTest, EachObjectComesBackAsItsClass) {
     EXPECT_EQ(back.guests[0]->name, "swan");
 }
 
-TEST_F(QelWireFamilyTest, AnUncheckedRowThatCannotBeWrittenDoesNotStopTheRecord) {
+TEST_F(QelWireFamilyTest, FailedUncheckedFieldDoesNotStopTheRecord) {
     Zoo zoo;
     zoo.animals = {animal("cat")};
     const Zoo back = roundTrip(zoo);
@@ -105,7 +105,7 @@ TEST_F(QelWireFamilyTest, AnUncheckedRowThatCannotBeWrittenDoesNotStopTheRecord)
     EXPECT_EQ(back.animals[0]->name, "cat");
 }
 
-TEST_F(QelWireFamilyTest, AnUntypedItemIsOfTheDefaultClassOnlyWhereTheRowSaysSo) {
+TEST_F(QelWireFamilyTest, UntypedItemHasTheDefaultClassOnlyIfTheFieldAllowsIt) {
     message.newChild(1115);
     message.putValue("cat", 1026);
     message.seekUp();

@@ -1,4 +1,4 @@
-// Rows of a record that stand together in an element of their own, and what a step tells of itself.
+// Groups, which are fields nested in an element of their own, and the description of steps.
 
 #include <gmock/gmock.h>
 
@@ -63,7 +63,7 @@ protected:
     House house;
 };
 
-TEST_F(QelWireGroupTest, TheRowsOfAGroupStandInItsElement) {
+TEST_F(QelWireGroupTest, FieldsOfAGroupAreNestedInItsElement) {
     house.floors = 3;
     house.colour = "red";
     write(house);
@@ -79,7 +79,7 @@ TEST_F(QelWireGroupTest, TheRowsOfAGroupStandInItsElement) {
     EXPECT_EQ(read.colour, "red");
 }
 
-TEST_F(QelWireGroupTest, AMissingGroupAndAMissingRowOfItAreToldByTheirPlace) {
+TEST_F(QelWireGroupTest, ReportsAMissingGroupAndAMissingFieldOfAGroup) {
     write(house);
     ASSERT_EQ(message->seek(outside), 0);
     message->deleteChild(floors);
@@ -94,7 +94,7 @@ TEST_F(QelWireGroupTest, AMissingGroupAndAMissingRowOfItAreToldByTheirPlace) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("(outside) is missing"));
 }
 
-TEST_F(QelWireGroupTest, TellsItsRowsAndWhatAStepAmountsTo) {
+TEST_F(QelWireGroupTest, LayoutDescribesFieldsOfAGroupAndContentOfAStep) {
     const auto& fields = qelWireLayout<House>().fields;
     EXPECT_EQ(fields[1].codec->kind, QelWireKind::group);
     const QelWireLayout* const inner = fields[1].codec->layout();

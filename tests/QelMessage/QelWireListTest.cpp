@@ -1,5 +1,4 @@
-// Lists beyond the plain one: with items that must be there, that hold their values further down, or that replace
-// those of before.
+// List variants: required items, values in a child of the item, lists that a read replaces.
 
 #include <gmock/gmock.h>
 
@@ -16,23 +15,23 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// A record that needs its items.
-struct Needy {
+/// A record with required lists.
+struct RequiredLists {
     std::vector<int> items;
     std::vector<int> wrapped;
-    using reader_type = QelRecordReader<Needy>;
-    using writer_type = QelRecordWriter<Needy>;
+    using reader_type = QelRecordReader<RequiredLists>;
+    using writer_type = QelRecordWriter<RequiredLists>;
 };
 
-/// A record that takes no element without items, and one that then takes none at all.
-struct Greedy {
+/// A record whose wrapper elements must contain items: a failure for the required list, ignored for the other.
+struct FilledLists {
     std::vector<int> items;
     std::vector<int> spare;
-    using reader_type = QelRecordReader<Greedy>;
-    using writer_type = QelRecordWriter<Greedy>;
+    using reader_type = QelRecordReader<FilledLists>;
+    using writer_type = QelRecordWriter<FilledLists>;
 };
 
-/// Lists whose items hold their values in an element of their own, and one that has only what was read last.
+/// Lists whose items hold their values in a child, and a list that a read clears first.
 struct House {
     std::vector<std::string> tenants;
     std::set<std::string> pets;
@@ -49,24 +48,24 @@ constexpr int room = 1115;
 
 } // namespace
 
-template <> struct Wire<Needy> : WireWords<Needy> {
+template <> struct Wire<RequiredLists> : WireWords<RequiredLists> {
     static constexpr QelWireField fields[] = {
-        list<&Needy::items>(1029, required),
-        wrapped<&Needy::wrapped>(1980, 1156, required, always),
+        list<&RequiredLists::items>(1029, required),
+        wrapped<&RequiredLists::wrapped>(1980, 1156, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<Needy>() {
-    return wireLayoutOf<Needy>;
+template <> const QelWireLayout& qelWireLayout<RequiredLists>() {
+    return wireLayoutOf<RequiredLists>;
 }
 
-template <> struct Wire<Greedy> : WireWords<Greedy> {
+template <> struct Wire<FilledLists> : WireWords<FilledLists> {
     static constexpr QelWireField fields[] = {
-        wrapped<&Greedy::items>(1980, 1156, required, always).filled(),
-        wrapped<&Greedy::spare>(1029, 1010, ignored, always).filled(),
+        wrapped<&FilledLists::items>(1980, 1156, required, always).filled(),
+        wrapped<&FilledLists::spare>(1029, 1010, ignored, always).filled(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<Greedy>() {
-    return wireLayoutOf<Greedy>;
+template <> const QelWireLayout& qelWireLayout<FilledLists>() {
+    return wireLayoutOf<FilledLists>;
 }
 
 template <> struct Wire<House> : WireWords<House> {
@@ -84,9 +83,9 @@ namespace {
 
 class QelWireListTest : public RecordTest {};
 
-TEST_F(QelWireListTest, RequiredItemsMustBeThereButARequiredWrapperMayBeEmpty) {
+TEST_F(QelWireListTest, RequiredListNeedsItemsButARequiredWrapperMayBeEmpty) {
     message.putChild(1980);
-    Needy record;
+    RequiredLists record;
     EXPECT_EQ(read(record), -1);
     message.putValue(4, 1029);
     EXPECT_EQ(read(record), 0);
@@ -96,21 +95,21 @@ TEST_F(QelWireListTest, RequiredItemsMustBeThereButARequiredWrapperMayBeEmpty) {
     EXPECT_EQ(read(record), -1);
 }
 
-TEST_F(QelWireListTest, ABadItemInTheMiddleStopsTheList) {
+TEST_F(QelWireListTest, BadItemStopsTheList) {
     for (const char* const number : {"1", "x", "3"})
         message.putValue(std::string(number), 1029);
-    Needy record;
+    RequiredLists record;
     EXPECT_EQ(read(record), -1);
     EXPECT_THAT(record.items, ElementsAre(1));
     EXPECT_EQ(message.curID(), recordElement);
 }
 
-TEST_F(QelWireListTest, AFilledWrapperMustNotBeEmptyUnlessItsFailureIsIgnored) {
+TEST_F(QelWireListTest, NonEmptyWrapperNeedsItemsUnlessIgnored) {
     message.putChild(1980);
     message.putChild(1029);
-    Greedy record;
+    FilledLists record;
     EXPECT_EQ(read(record), -1);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read Greedy: element paths (items) is malformed"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read FilledLists: element paths (items) is malformed"));
     ASSERT_EQ(message.seek(1980), 0);
     message.putValue(4, 1156);
     message.seekUp();
@@ -119,7 +118,7 @@ TEST_F(QelWireListTest, AFilledWrapperMustNotBeEmptyUnlessItsFailureIsIgnored) {
     EXPECT_THAT(record.spare, IsEmpty());
 }
 
-TEST_F(QelWireListTest, ItemsMayHoldTheirValuesInAnElementOfTheirOwn) {
+TEST_F(QelWireListTest, ItemsMayHoldTheirValuesInAChild) {
     House house;
     house.tenants = {"b", "a"};
     house.pets = {"dog", "cat"};
@@ -135,7 +134,7 @@ TEST_F(QelWireListTest, ItemsMayHoldTheirValuesInAnElementOfTheirOwn) {
     EXPECT_EQ(read(back), -1);
 }
 
-TEST_F(QelWireListTest, AClearedListHasWhatWasReadLast) {
+TEST_F(QelWireListTest, ClearedListKeepsOnlyTheLastRead) {
     House house;
     house.rooms = {1, 2};
     ASSERT_EQ(write(house), 0);
@@ -149,7 +148,7 @@ TEST_F(QelWireListTest, AClearedListHasWhatWasReadLast) {
     EXPECT_THAT(back.rooms, IsEmpty());
 }
 
-TEST_F(QelWireListTest, TellsTheElementThatHoldsTheValueOfAnItem) {
+TEST_F(QelWireListTest, LayoutReportsTheValueElementOfAnItem) {
     const auto& fields = qelWireLayout<House>().fields;
     EXPECT_EQ(fields[0].value, nameOf);
     EXPECT_EQ(fields[1].value, nameOf);

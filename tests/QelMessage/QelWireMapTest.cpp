@@ -1,4 +1,4 @@
-// Maps: each entry holds its key, and its value or the fields of its value.
+// Maps: each entry contains its key, and its value or the fields of its value.
 
 #include <gmock/gmock.h>
 
@@ -51,7 +51,7 @@ namespace {
 
 class QelWireMapTest : public RecordTest {};
 
-TEST_F(QelWireMapTest, AMapEntryHoldsItsKeyAndItsValueOrTheFieldsOfTheValue) {
+TEST_F(QelWireMapTest, MapEntryContainsItsKeyAndValue) {
     PriceList list;
     list.amounts = {{"adult", 9}, {"child", 4}};
     list.prices = {{"a", Price{1}}};
@@ -60,12 +60,12 @@ TEST_F(QelWireMapTest, AMapEntryHoldsItsKeyAndItsValueOrTheFieldsOfTheValue) {
     EXPECT_EQ(back.prices.at("a").amount, 1);
     ASSERT_EQ(message.seek(2276), 0);
     ASSERT_EQ(message.seek(2273), 0);
-    EXPECT_EQ(message.curType(), "") << "an entry isn't stamped as its value";
+    EXPECT_EQ(message.curType(), "") << "an entry does not have the type of its value";
     EXPECT_EQ(childValue(message, 1011), "a");
     EXPECT_EQ(childValue(message, 1010), "1");
 }
 
-TEST_F(QelWireMapTest, OfEntriesWithOneKeyTheFirstStays) {
+TEST_F(QelWireMapTest, FirstEntryOfAKeyWins) {
     for (const int price : {9, 4}) {
         message.newChild(1307);
         message.putValue("adult", 1240);
@@ -77,7 +77,7 @@ TEST_F(QelWireMapTest, OfEntriesWithOneKeyTheFirstStays) {
     EXPECT_THAT(list.amounts, ElementsAre(Pair("adult", 9)));
 }
 
-TEST_F(QelWireMapTest, ABadEntryInTheMiddleStopsTheMap) {
+TEST_F(QelWireMapTest, BadEntryStopsTheMap) {
     for (const char* const price : {"1", "x", "3"}) {
         message.newChild(1307);
         message.putValue(std::string(price), 1240);
@@ -90,7 +90,7 @@ TEST_F(QelWireMapTest, ABadEntryInTheMiddleStopsTheMap) {
     EXPECT_EQ(message.curID(), recordElement);
 }
 
-TEST_F(QelWireMapTest, AnEntryWithoutAValueFails) {
+TEST_F(QelWireMapTest, EntryWithoutAValueFails) {
     message.newChild(1307);
     message.putValue("adult", 1240);
     message.seekUp();

@@ -1,4 +1,4 @@
-// Bit masks and flags, and fields of which a mask tells whether they are set.
+// Bit masks and flags, and fields whose presence is recorded in a bit mask.
 
 #include <gmock/gmock.h>
 
@@ -13,7 +13,7 @@ using namespace Qel::TestSupport;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A bool that may be unset.
+/// An optional bool.
 class Maybe {
 public:
     [[nodiscard]] bool isSpecified() const { return m_specified; }
@@ -29,7 +29,7 @@ private:
     bool m_specified = false;
 };
 
-/// Bit masks and flags, those that a read replaces and those that it only adds to.
+/// Bit masks and flags, some replaced by a read and some only added to.
 struct Masks {
     int mask = 0;
     unsigned wrapped = 0;
@@ -40,7 +40,7 @@ struct Masks {
     using writer_type = QelRecordWriter<Masks>;
 };
 
-/// Fields that bits of a mask tell to be set.
+/// Fields whose presence is recorded in a bit mask.
 struct Masked {
     std::string name;
     int number = 0;
@@ -84,7 +84,7 @@ namespace {
 
 class QelWireMaskTest : public RecordTest {};
 
-TEST_F(QelWireMaskTest, EachSetBitIsAnEmptyElementInTheOrderOfTheTable) {
+TEST_F(QelWireMaskTest, SetBitsAreEmptyElementsInTableOrder) {
     Masks masks;
     masks.mask = 5;
     masks.wrapped = 3;
@@ -94,13 +94,13 @@ TEST_F(QelWireMaskTest, EachSetBitIsAnEmptyElementInTheOrderOfTheTable) {
     EXPECT_THAT(childIDs(message), ElementsAre(1628, 1627));
 }
 
-TEST_F(QelWireMaskTest, AMaskOfZeroWritesItsWrapperOnlyIfAlways) {
+TEST_F(QelWireMaskTest, EmptyMaskWritesItsWrapperOnlyIfAlways) {
     EXPECT_EQ(write(Masks()), 0);
     EXPECT_EQ(message.seekPresence(1197), -1);
     EXPECT_EQ(message.seekPresence(1786), 0);
 }
 
-TEST_F(QelWireMaskTest, BitsThatTheTableDoesNotKnowAreNotWritten) {
+TEST_F(QelWireMaskTest, UnknownBitsAreNotWritten) {
     Masks masks;
     masks.wrapped = 8;
     EXPECT_EQ(write(masks), 0);
@@ -126,7 +126,7 @@ TEST_F(QelWireMaskTest, ReadingWithoutTheWrapperClearsAMask) {
     EXPECT_EQ(masks.wrapped, 0U);
 }
 
-TEST_F(QelWireMaskTest, AFlagThatMayBeUnsetIsWrittenWhenItIsSpecifiedAndTrue) {
+TEST_F(QelWireMaskTest, OptionalFlagIsWrittenIfSpecifiedAndTrue) {
     Masks masks;
     EXPECT_EQ(write(masks), 0);
     EXPECT_NE(message.seekPresence(1152), 0);
@@ -138,7 +138,7 @@ TEST_F(QelWireMaskTest, AFlagThatMayBeUnsetIsWrittenWhenItIsSpecifiedAndTrue) {
     EXPECT_EQ(message.seekPresence(1152), 0);
 }
 
-TEST_F(QelWireMaskTest, AFlagThatMayBeUnsetIsSpecifiedByEveryRead) {
+TEST_F(QelWireMaskTest, OptionalFlagIsSpecifiedByEveryRead) {
     Masks masks;
     EXPECT_EQ(read(masks), 0);
     EXPECT_TRUE(masks.given.isSpecified());
@@ -148,7 +148,7 @@ TEST_F(QelWireMaskTest, AFlagThatMayBeUnsetIsSpecifiedByEveryRead) {
     EXPECT_TRUE(masks.given.get());
 }
 
-TEST_F(QelWireMaskTest, AKeptMaskOrFlagIsOnlyAddedTo) {
+TEST_F(QelWireMaskTest, KeptMaskOrFlagOnlyGainsBits) {
     Masks masks{0, 0, 4, true, {}};
     EXPECT_EQ(read(masks), 0);
     EXPECT_EQ(masks.added, 4);
@@ -161,7 +161,7 @@ TEST_F(QelWireMaskTest, AKeptMaskOrFlagIsOnlyAddedTo) {
     EXPECT_EQ(masks.added, 5);
 }
 
-TEST_F(QelWireMaskTest, AKeptFlagIsOnlyEverSet) {
+TEST_F(QelWireMaskTest, KeptFlagIsNeverCleared) {
     ASSERT_EQ(write(Masks()), 0);
     Masks masks;
     EXPECT_EQ(read(masks), 0);
@@ -177,11 +177,11 @@ TEST_F(QelWireMaskTest, AKeptFlagIsOnlyEverSet) {
 
 class QelWireMarkedTest : public RecordTest {};
 
-TEST_F(QelWireMarkedTest, AMarkedFieldIsWrittenWhenItsBitIsSet) {
+TEST_F(QelWireMarkedTest, MarkedFieldIsWrittenIfItsBitIsSet) {
     Masked masked;
     masked.number = 7;
     ASSERT_EQ(message.putObj(masked, 0), 0);
-    EXPECT_EQ(message.seekPresence(1026), 0) << "the name is written always";
+    EXPECT_EQ(message.seekPresence(1026), 0) << "the name is always written";
     EXPECT_NE(message.seekPresence(1010), 0);
     masked.mask = 4 | 8;
     ASSERT_EQ(message.putObj(masked, 1007), 0);
@@ -189,7 +189,7 @@ TEST_F(QelWireMarkedTest, AMarkedFieldIsWrittenWhenItsBitIsSet) {
     EXPECT_EQ(childValue(message, 1010), "7");
 }
 
-TEST_F(QelWireMarkedTest, ReadingAMarkedFieldSetsItsBitAndNoOther) {
+TEST_F(QelWireMarkedTest, ReadingAMarkedFieldSetsOnlyItsBit) {
     message.putValue("n", 1026);
     message.putValue(0, 1010);
     Masked masked;
@@ -198,7 +198,7 @@ TEST_F(QelWireMarkedTest, ReadingAMarkedFieldSetsItsBitAndNoOther) {
     EXPECT_EQ(masked.mask, 1U | 4U | 8U);
 }
 
-TEST_F(QelWireMarkedTest, AMarkedFieldThatCanNotBeReadLeavesItsBit) {
+TEST_F(QelWireMarkedTest, FailedReadOfAMarkedFieldLeavesItsBitUnchanged) {
     message.putValue("n", 1026);
     message.putValue("none", 1010);
     Masked masked;

@@ -25,7 +25,7 @@ struct Part {
 
 enum class Colour : int { red = 1, blue = 2 };
 
-/// One field of each kind that a table can state.
+/// A record with a field of each kind.
 struct Whole : Part {
     std::string required = "r";
     std::string optional;
@@ -52,7 +52,7 @@ struct Whole : Part {
     using writer_type = Writer;
 };
 
-/// Fields read in another order than they are written.
+/// Fields with a reading order that differs from the writing order.
 struct Reordered {
     int first = 0;
     int second = 0;
@@ -146,7 +146,7 @@ Whole filled() {
     return whole;
 }
 
-TEST_F(QelWireTableTest, EachKindOfFieldComesBack) {
+TEST_F(QelWireTableTest, EveryKindOfFieldRoundTrips) {
     const Whole back = roundTrip(filled());
     EXPECT_EQ(back.number, 3);
     EXPECT_EQ(back.required, "text");
@@ -181,20 +181,20 @@ TEST_F(QelWireTableTest, UnsetFieldsAreNotWritten) {
         EXPECT_EQ(countChildren(message, id), 1) << id;
 }
 
-TEST_F(QelWireTableTest, FieldsAreWrittenInTheOrderOfTheTable) {
+TEST_F(QelWireTableTest, FieldsAreWrittenInTableOrder) {
     ASSERT_EQ(write(filled()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1010, 1001, 1002, 1496, 1005, 1004, 1066, 1030, 1041, 1705, 2066, 1007,
                                                1300, 1301, 1029, 1029, 1029, 1980, 1115, 1115, 1259, 1240));
 }
 
-TEST_F(QelWireTableTest, AMissingRequiredElementFailsAndIsNamed) {
+TEST_F(QelWireTableTest, ReportsAMissingRequiredElement) {
     message.putValue(1, 1010);
     Whole whole;
     EXPECT_EQ(read(whole), -1);
     EXPECT_THAT(getErrorMessage(), HasSubstr("/configuration: can't read Whole: element e1001 (required) is missing"));
 }
 
-TEST_F(QelWireTableTest, AMalformedOptionalElementFailsAndIsNamed) {
+TEST_F(QelWireTableTest, ReportsAMalformedOptionalElement) {
     Whole whole = filled();
     ASSERT_EQ(write(whole), 0);
     message.deleteChild(1030);
@@ -205,7 +205,7 @@ TEST_F(QelWireTableTest, AMalformedOptionalElementFailsAndIsNamed) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("element uid (small) is malformed"));
 }
 
-TEST_F(QelWireTableTest, AMalformedIgnoredElementLeavesTheFieldAndIsNoFailure) {
+TEST_F(QelWireTableTest, MalformedIgnoredElementLeavesTheFieldUnchanged) {
     Whole whole;
     ASSERT_EQ(write(filled()), 0);
     message.deleteChild(1005);
@@ -214,7 +214,7 @@ TEST_F(QelWireTableTest, AMalformedIgnoredElementLeavesTheFieldAndIsNoFailure) {
     EXPECT_EQ(whole.ignored, 5);
 }
 
-TEST_F(QelWireTableTest, ANumberThatDoesNotFitIsMalformed) {
+TEST_F(QelWireTableTest, NumberOutOfRangeIsMalformed) {
     ASSERT_EQ(write(filled()), 0);
     message.deleteChild(1030);
     message.putValueLongLong(1LL << 32, 1030);
@@ -222,7 +222,7 @@ TEST_F(QelWireTableTest, ANumberThatDoesNotFitIsMalformed) {
     EXPECT_EQ(read(whole), -1);
 }
 
-TEST_F(QelWireTableTest, AFlagIsFalseWithoutItsElement) {
+TEST_F(QelWireTableTest, FlagIsFalseWithoutItsElement) {
     Whole whole;
     ASSERT_EQ(write(whole), 0);
     whole.flag = true;
@@ -230,7 +230,7 @@ TEST_F(QelWireTableTest, AFlagIsFalseWithoutItsElement) {
     EXPECT_FALSE(whole.flag);
 }
 
-TEST_F(QelWireTableTest, AnInnermostFailureIsTheOneThatIsNamed) {
+TEST_F(QelWireTableTest, ReportsTheInnermostFailure) {
     ASSERT_EQ(write(filled()), 0);
     ASSERT_EQ(message.seek(1300), 0);
     message.deleteChild(1010);
@@ -240,21 +240,21 @@ TEST_F(QelWireTableTest, AnInnermostFailureIsTheOneThatIsNamed) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("can't read Part: element id (number) is missing"));
 }
 
-TEST_F(QelWireTableTest, AFailureKeepsWhatWasReadBeforeIt) {
+TEST_F(QelWireTableTest, FailureKeepsEarlierFields) {
     message.putValue(1, 1011);
     Reordered record;
     EXPECT_EQ(read(record), -1);
     EXPECT_EQ(record.second, 1) << "1011 is read first";
 }
 
-TEST_F(QelWireTableTest, TheReadingOrderStopsBeforeLaterFields) {
+TEST_F(QelWireTableTest, FailureStopsReadingInReadingOrder) {
     message.putValue(1, 1010);
     Reordered record;
     EXPECT_EQ(read(record), -1);
     EXPECT_EQ(record.first, 0) << "1010 is read last";
 }
 
-TEST_F(QelWireTableTest, ABadItemOfAListFailsAndLeavesTheItemsBeforeIt) {
+TEST_F(QelWireTableTest, BadItemFailsAndKeepsEarlierItems) {
     ASSERT_EQ(write(filled()), 0);
     message.putValue("x", 1029);
     Whole whole;
@@ -263,9 +263,9 @@ TEST_F(QelWireTableTest, ABadItemOfAListFailsAndLeavesTheItemsBeforeIt) {
     EXPECT_EQ(message.curID(), recordElement);
 }
 
-TEST_F(QelWireTableTest, ARecordInAnElementOfItsOwnIsStampedAndABaseIsNot) {
+TEST_F(QelWireTableTest, NestedRecordGetsATypeAndABaseDoesNot) {
     ASSERT_EQ(write(filled()), 0);
-    EXPECT_EQ(message.curType(), "") << "the base doesn't stamp the record's element";
+    EXPECT_EQ(message.curType(), "") << "the type of the base is not set on the record's element";
     for (const int id : {1300, 1301, 1115}) {
         ASSERT_EQ(message.seek(id), 0);
         EXPECT_EQ(message.curType(), "env:os") << id;
@@ -273,21 +273,21 @@ TEST_F(QelWireTableTest, ARecordInAnElementOfItsOwnIsStampedAndABaseIsNot) {
     }
 }
 
-TEST_F(QelWireTableTest, AFailedStepFailsTheWritingAndIsNamed) {
+TEST_F(QelWireTableTest, ReportsAFailedStepWhenWriting) {
     Whole whole = filled();
     whole.byHand = "refused";
     EXPECT_EQ(write(whole), -1);
     EXPECT_THAT(getErrorMessage(), HasSubstr("can't write Whole: element key (byHand) was refused"));
 }
 
-TEST_F(QelWireTableTest, AnAbsentPointerStaysAsItWas) {
+TEST_F(QelWireTableTest, MissingElementLeavesThePointerUnchanged) {
     Whole whole = filled();
     whole.pointer.reset();
     const Whole back = roundTrip(whole);
     EXPECT_EQ(back.pointer, nullptr);
 }
 
-TEST(QelWireLayoutTest, TellsNamesKindsAndElements) {
+TEST(QelWireLayoutTest, DescribesNamesKindsAndElements) {
     const QelWireLayout& layout = qelWireLayout<Whole>();
     const auto& fields = layout.fields;
     EXPECT_EQ(layout.nsId, 0);
@@ -307,7 +307,7 @@ TEST(QelWireLayoutTest, TellsNamesKindsAndElements) {
     EXPECT_EQ(fields[18].name, "byHand");
 }
 
-TEST_F(QelWireTableTest, ARecordTypeRewritesWithoutKnowingTheClass) {
+TEST_F(QelWireTableTest, RecordTypeRewritesWithoutKnowingTheClass) {
     const QelRecordType type = makeRecordType<Part>("Part", &qelWireLayout<Part>());
     EXPECT_EQ(type.nsId, 292);
     EXPECT_EQ(type.typeId, 117);

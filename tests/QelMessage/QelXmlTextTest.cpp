@@ -7,7 +7,7 @@
 namespace Qel {
 namespace {
 
-TEST(QelXmlTextTest, AnyNameComesBackFromAnXmlName) {
+TEST(QelXmlTextTest, AnyNameRoundTripsAsAnXmlName) {
     TestSupport::RandomTree random(1);
     for (int i = 0; i < 20000; ++i) {
         const std::string name = random.name();
@@ -20,7 +20,7 @@ TEST(QelXmlTextTest, AnyNameComesBackFromAnXmlName) {
     }
 }
 
-TEST(QelXmlTextTest, NamesMadeOfPartsOfEscapesComeBack) {
+TEST(QelXmlTextTest, NamesThatResembleEscapesRoundTrip) {
     const std::string parts[] = {"_", "x", "4", "1", "F", "a", "\x01", "_x41_", "_x_"};
     for (const std::string& a : parts)
         for (const std::string& b : parts)
@@ -34,7 +34,7 @@ TEST(QelXmlTextTest, NamesMadeOfPartsOfEscapesComeBack) {
                     }
 }
 
-TEST(QelXmlTextTest, OrdinaryNamesStandForThemselves) {
+TEST(QelXmlTextTest, OrdinaryNamesAreNotEscaped) {
     for (const char* const name : {"name", "log_level", "max_xfer", "A.b-c_9", "_a"})
         EXPECT_EQ(QelXmlText::encodeName(name), name);
     EXPECT_EQ(QelXmlText::encodeName(""), "_x_");
@@ -42,13 +42,13 @@ TEST(QelXmlTextTest, OrdinaryNamesStandForThemselves) {
     EXPECT_EQ(QelXmlText::encodeReservedName("x"), "_x78_");
 }
 
-TEST(QelXmlTextTest, AnUnderscoreThatEscapesNothingStandsForItself) {
+TEST(QelXmlTextTest, UnderscoreThatEscapesNothingIsKept) {
     EXPECT_EQ(QelXmlText::decodeName("a_xyz"), "a_xyz");
-    EXPECT_EQ(QelXmlText::decodeName("_x4a_"), "_x4a_") << "digits are upper-case";
+    EXPECT_EQ(QelXmlText::decodeName("_x4a_"), "_x4a_") << "digits must be upper-case";
     EXPECT_EQ(QelXmlText::decodeName("_x41"), "_x41");
 }
 
-TEST(QelXmlTextTest, ANamespaceComesBackFromItsUri) {
+TEST(QelXmlTextTest, NamespaceRoundTripsAsAUri) {
     TestSupport::RandomTree random(2);
     for (int i = 0; i < 20000; ++i) {
         const std::string name = random.name();
@@ -58,7 +58,7 @@ TEST(QelXmlTextTest, ANamespaceComesBackFromItsUri) {
     }
 }
 
-TEST(QelXmlTextTest, CharactersOfXmlAreToldFromOtherBytes) {
+TEST(QelXmlTextTest, FindsBytesNotAllowedInXml) {
     const auto isFree = [](std::string_view text) { return QelXmlText::findForbidden(text) == text.size(); };
     for (const std::string_view text :
          {"", "a", "\t\n\r", "\x7F", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80",
@@ -74,7 +74,7 @@ TEST(QelXmlTextTest, CharactersOfXmlAreToldFromOtherBytes) {
     EXPECT_EQ(QelXmlText::findForbidden("ab\x01"), 2U);
 }
 
-TEST(QelXmlTextTest, ACarriageReturnIsNotPlain) {
+TEST(QelXmlTextTest, CarriageReturnIsNotPlain) {
     EXPECT_TRUE(QelXmlText::isPlain("a\n\t<&>"));
     EXPECT_FALSE(QelXmlText::isPlain("a\r"));
     EXPECT_FALSE(QelXmlText::isPlain("\x01"));

@@ -10,9 +10,9 @@ namespace {
 constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
 
 std::atomic<std::size_t> count{0};
-std::atomic<std::size_t> left{unlimited}; // calls that succeed before all fail
+std::atomic<std::size_t> left{unlimited}; // remaining calls before all calls fail
 
-/// Counts a call.  False if it has to fail.
+/// Counts a call. Returns false if it must fail.
 bool take() noexcept {
     count.fetch_add(1, std::memory_order_relaxed);
     std::size_t before = left.load(std::memory_order_relaxed);
@@ -58,7 +58,7 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
     throw std::bad_alloc();
 }
 
-// The sanitizers' own doesn't call the throwing one.
+// The sanitizers replace the nothrow form too, and theirs does not call the throwing one.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return allocate(size);
 }

@@ -4,17 +4,17 @@
 
 namespace Qel::TestSupport {
 
-/// Calls of operator new by this test program and the libraries in it, so far.
+/// Number of calls of operator new so far by this test program and its libraries.
 [[nodiscard]] std::size_t allocations() noexcept;
 
-/// Those that `work` makes.
+/// Number of calls of operator new during `work`.
 template <class Work> [[nodiscard]] std::size_t allocationsOf(Work&& work) {
     const std::size_t before = allocations();
     work();
     return allocations() - before;
 }
 
-/// While it lives, operator new fails after this many more calls.  At most one at a time.
+/// During its lifetime, operator new fails after `after` more calls. At most one object may exist at a time.
 class FailingAllocations {
 public:
     explicit FailingAllocations(std::size_t after) noexcept;

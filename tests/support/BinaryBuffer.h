@@ -7,7 +7,7 @@
 
 namespace Qel::TestSupport {
 
-/// A buffer of the binary form with this body and the right checksum.  `content` is 1 for an element, 2 for a message.
+/// A buffer of the binary form with this body and a valid checksum. `content` is 1 for an element, 2 for a message.
 [[nodiscard]] inline std::string sealedBuffer(char content, const std::string& body, const std::string& reserved = {}) {
     constexpr std::size_t headSize = 12;
     constexpr std::size_t contentOffset = 5;

@@ -11,7 +11,7 @@
 
 namespace Qel::TestSupport {
 
-/// A channel between processes: one side waits until the other has signalled.
+/// A semaphore between processes: wait() blocks until the other process has called give().
 class Signal {
 public:
     Signal() {
@@ -44,7 +44,7 @@ private:
     int m_ends[2];
 };
 
-/// A process that runs a function and exits with its result; killed if it still runs at the end.
+/// A forked process that runs a function and exits with its result. The destructor kills it if it is still running.
 class ChildProcess {
 public:
     explicit ChildProcess(const std::function<int()>& main) : m_process(fork()) {
@@ -62,7 +62,7 @@ public:
         }
     }
 
-    /// Exit code of the process, or -1 if it was ended by a signal.
+    /// Exit code of the process, or -1 if a signal ended it.
     int wait() {
         int status = 0;
         while (waitpid(m_process, &status, 0) < 0 && errno == EINTR) {
@@ -76,7 +76,7 @@ private:
     pid_t m_process;
 };
 
-/// Exit code of a new process that runs `main`.
+/// Runs `main` in a forked process and returns its exit code.
 inline int inChild(const std::function<int()>& main) {
     return ChildProcess(main).wait();
 }

@@ -6,8 +6,8 @@
 
 namespace Qel::TestSupport {
 
-/// While it lives, the signals that ask a process to end have their default effect, here and in processes that are
-/// started.  Otherwise a signal that the parent of the tests ignores, as nohup does, would be ignored here too.
+/// Resets the termination signals to their default action for its lifetime, for this process and its children. Signals
+/// that are ignored by the parent of the tests, for example because of nohup, would otherwise be ignored here too.
 class DefaultSignals {
 public:
     DefaultSignals() {

@@ -4,11 +4,11 @@
 
 namespace Qel::TestSupport {
 
-/// A cursor of another implementation of the contract: it reads and writes, but no QelBinaryIterator copies its
-/// elements.
+/// A cursor of another implementation of QelMessageIterator. It reads and writes, but QelBinaryIterator cannot copy
+/// elements from it.
 class ForeignCursor : public QelMessageIterator {
 public:
-    /// Starts where `at` is.
+    /// Starts at the element of `at`.
     explicit ForeignCursor(const QelMessageIterator& at) : m_cursor(dynamic_cast<const QelBinaryIterator*>(&at)) {}
 
     [[nodiscard]] QelMessage* getMessage() const override { return m_cursor.getMessage(); }

@@ -7,9 +7,11 @@
 
 namespace Qel::TestSupport {
 
-/// Collects what is logged while it lives, up to a level.
+/// Collects the log records up to a level that are written during its lifetime.
 class LogCapture {
 public:
+    static constexpr int allLevels = 6;
+
     struct Line {
         std::string module;
         std::string file;
@@ -19,7 +21,7 @@ public:
         std::string text;
     };
 
-    explicit LogCapture(int level = LogLevel::trace) : m_oldLevel(debug_level) {
+    explicit LogCapture(int level = allLevels) : m_oldLevel(debug_level) {
         debug_level = level;
         m_oldSink = setLogSink([this](const LogRecord& record) {
             m_lines.push_back({record.module, record.file, record.line, record.function, record.level, record.text});
@@ -34,7 +36,15 @@ public:
 
     [[nodiscard]] const std::vector<Line>& lines() const { return m_lines; }
 
-    /// The records as "LEVEL TEXT".
+    /// The module and source path of each record, separated by a space.
+    [[nodiscard]] std::vector<std::string> sources() const {
+        std::vector<std::string> sources;
+        for (const Line& line : m_lines)
+            sources.push_back(line.module + ' ' + line.file);
+        return sources;
+    }
+
+    /// The records in the form "LEVEL TEXT".
     [[nodiscard]] std::vector<std::string> texts() const {
         std::vector<std::string> texts;
         for (const Line& line : m_lines)

@@ -11,30 +11,30 @@ namespace Qel::TestSupport {
 
 class RandomRecord;
 
-/// Puts something random into the element under the cursor.
+/// Fills the current element with random content.
 using RandomFill = std::function<void(RandomRecord& random, QelMessageIterator& cursor)>;
 
-/// In what a record differs from what holds for all others when it is read and written.
+/// Exceptions of a record from the properties that hold for all others when it is read and written.
 struct OddRecord {
-    /// What is read from what it wrote isn't written the same; only what is read from that is.
+    /// The first round trip may change the written form; only the second is stable.
     bool settlesLate = false;
-    /// A reader that fails leaves the cursor where it failed.
+    /// A failed read does not restore the cursor.
     bool staysWhereItFailed = false;
-    /// The functors leave the cursor in a child of the record's element.
+    /// The functors leave the cursor in a descendant of the record's element.
     bool leavesTheCursorDeeper = false;
-    /// Whether reading what is under the cursor would end the process.
+    /// Returns whether reading the current element would end the process.
     bool (*isFatal)(const QelMessageIterator& cursor) = nullptr;
-    /// Whether what was written, from what damaged elements left of a record, can be read again.
+    /// Returns whether a record that was read from a damaged message and written again can be read back.
     bool (*isReadable)(const QelMessageIterator& cursor) = nullptr;
 };
 
-/// What random messages with the records of a family take beyond the records' tables.  Classes go by their name.
+/// What random messages need for the records of one family in addition to their tables. Classes are identified by name.
 struct RandomFamily {
-    /// The records that have no table, and those that stand for one of several classes.
+    /// Records without a table, and abstract records that are written as one of several classes.
     std::map<std::string, RandomFill> withoutTable{};
-    /// Records of whose elements more is asked together than their tables can tell.
+    /// Records with constraints between their fields, which tables cannot express.
     std::map<std::string, RandomFill> insteadOfTable{};
-    /// Steps, and fields of which more is asked than to be there, by the class of the table and the element.
+    /// Steps, and fields with constraints on their values, by the class of the table and the element ID.
     std::map<std::pair<std::string, int>, RandomFill> fields{};
     std::map<std::string, OddRecord> odd{};
 
@@ -43,7 +43,7 @@ struct RandomFamily {
         return found == odd.end() ? OddRecord() : found->second;
     }
 
-    /// Takes in another family.
+    /// Merges another family into this one.
     void add(RandomFamily other) {
         withoutTable.merge(other.withoutTable);
         insteadOfTable.merge(other.insteadOfTable);

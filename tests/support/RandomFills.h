@@ -1,4 +1,4 @@
-// What families make their random records of.
+// Building blocks for the random records of families.
 
 #pragma once
 
@@ -11,7 +11,7 @@
 
 namespace Qel::TestSupport {
 
-/// Nothing: for what is no element, or may not stand a second time.
+/// Fills nothing: for fields without an element of their own, or whose elements must not be repeated.
 inline RandomFill nothing() {
     return [](RandomRecord&, QelMessageIterator&) {};
 }
@@ -31,7 +31,7 @@ inline RandomFill inTurn(std::initializer_list<RandomFill> fills) {
     };
 }
 
-/// What `fill` puts, or nothing.
+/// Runs `fill` or does nothing, at random.
 inline RandomFill perhaps(const RandomFill& fill) {
     return [fill](RandomRecord& random, QelMessageIterator& cursor) {
         if (random.below(2) == 0)
@@ -39,7 +39,7 @@ inline RandomFill perhaps(const RandomFill& fill) {
     };
 }
 
-/// What `fill` puts, up to `most` times.
+/// Runs `fill` 0 to `most` times.
 inline RandomFill several(unsigned most, const RandomFill& fill) {
     return [most, fill](RandomRecord& random, QelMessageIterator& cursor) {
         for (unsigned left = random.below(most + 1); left > 0; --left)
@@ -47,7 +47,7 @@ inline RandomFill several(unsigned most, const RandomFill& fill) {
     };
 }
 
-/// The same, at least once.
+/// Runs `fill` 1 to `most` times.
 inline RandomFill atLeastOne(unsigned most, const RandomFill& fill) {
     return [most, fill](RandomRecord& random, QelMessageIterator& cursor) {
         for (unsigned left = random.below(most) + 1; left > 0; --left)
@@ -55,8 +55,8 @@ inline RandomFill atLeastOne(unsigned most, const RandomFill& fill) {
     };
 }
 
-/// What `fill` puts, but nothing so many levels down in itself: folders with as many folders again would go on for
-/// ever.
+/// Runs `fill`, but stops at a recursion depth of `levels`. Prevents infinite recursion, for example for folders in
+/// folders.
 inline RandomFill nested(unsigned levels, const RandomFill& fill) {
     return [levels, fill, level = 0U](RandomRecord& random, QelMessageIterator& cursor) mutable {
         if (++level <= levels)
@@ -65,13 +65,13 @@ inline RandomFill nested(unsigned levels, const RandomFill& fill) {
     };
 }
 
-/// Text in child `id`, which `prefix` keeps from being empty.
+/// A random string in child `id`, non-empty if `prefix` is.
 inline RandomFill textIn(int id, const std::string& prefix = "") {
     return
         [id, prefix](RandomRecord& random, QelMessageIterator& cursor) { cursor.putValue(prefix + random.text(), id); };
 }
 
-/// This text in child `id`.
+/// A fixed string in child `id`.
 inline RandomFill fixedIn(int id, const std::string& text) {
     return [id, text](RandomRecord&, QelMessageIterator& cursor) { cursor.putValue(text, id); };
 }
@@ -90,14 +90,14 @@ inline RandomFill timeIn(int id) {
     return [id](RandomRecord& random, QelMessageIterator& cursor) { cursor.putValueTime(random.time(), id); };
 }
 
-/// The fields of a record that has a table.
+/// The fields of a record with a table.
 inline RandomFill record(std::string_view typeName) {
     return [typeName](RandomRecord& random, QelMessageIterator& cursor) {
         random.fill(cursor, typeName, findRecordType(typeName)->layout);
     };
 }
 
-/// One of several classes of a family, stamped.
+/// One of several classes of a family, with its complex type.
 inline RandomFill oneOf(std::initializer_list<std::string_view> classes) {
     return [classes = std::vector(classes)](RandomRecord& random, QelMessageIterator& cursor) {
         const QelRecordType& type = *findRecordType(classes[random.below(classes.size())]);

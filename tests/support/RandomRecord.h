@@ -16,19 +16,19 @@
 
 namespace Qel::TestSupport {
 
-/// Fills elements with what a record's table allows: required fields always, others now and then.  What a table doesn't
-/// tell, the families do.
+/// Fills elements with random records: required fields always, others at random. Constraints that are not in the
+/// record's table come from the families.
 class RandomRecord {
 public:
-    /// `families` stays with the caller.
+    /// `families` must outlive this object.
     RandomRecord(unsigned seed, const RandomFamily& families) : m_random(seed), m_families(families) {}
 
-    /// Whether records of this type can be made.
+    /// Whether records of this type can be generated.
     [[nodiscard]] bool knows(std::string_view typeName, const QelWireLayout* layout) const {
         return layout || m_families.withoutTable.contains(std::string(typeName));
     }
 
-    /// Fills the element under the cursor.
+    /// Fills the current element.
     void fill(QelMessageIterator& cursor, std::string_view typeName, const QelWireLayout* layout) {
         const std::string name(typeName);
         if (const auto byHand = m_families.withoutTable.find(name);
@@ -40,7 +40,7 @@ public:
             whole->second(*this, cursor);
             return;
         }
-        // A record with functors of its own doesn't tell whoever contains it that it has a table.
+        // A field whose record has handwritten functors does not refer to the record's table.
         if (!layout)
             layout = findRecordType(typeName)->layout;
         for (const QelWireField& field : layout->fields)
@@ -48,8 +48,8 @@ public:
                 putField(cursor, *layout, field);
     }
 
-    /// Changes one random element below the one under the cursor: takes it out, doubles it, gives it another value or a
-    /// child that doesn't belong there.
+    /// Damages a random descendant of the current element: removes it, duplicates it, changes its value or adds an
+    /// unexpected child.
     void damage(QelMessageIterator& cursor) {
         const int depthOfTarget = descend(cursor);
         if (depthOfTarget == 0)
@@ -80,17 +80,17 @@ public:
         return std::uniform_int_distribution<unsigned>(0, static_cast<unsigned>(limit - 1))(m_random);
     }
     [[nodiscard]] std::uint32_t bits() { return static_cast<std::uint32_t>(m_random()); }
-    /// Needs more than 32 bits, most often.
+    /// Usually needs more than 32 bits.
     [[nodiscard]] long long bigNumber() { return static_cast<long long>(bits()) << 20U; }
-    /// In seconds since 1970.
+    /// Seconds since the epoch.
     [[nodiscard]] long time() { return static_cast<long>(below(2'000'000'000)); }
-    /// Short, since a fixed-length text ends the process when it is given a longer one.
+    /// Short, since a string that is too long for a fixed-length one ends the process.
     [[nodiscard]] std::string text() {
         static constexpr std::array<std::string_view, 8> some{"",      "a",        "<&>",      "two words",
                                                               "12345", "10.0.0.1", "\xC3\xB6", " padded "};
         return std::string(some[below(some.size())]);
     }
-    /// The value of the element under the cursor.
+    /// Sets the value of the current element.
     void putText(QelMessageIterator& cursor, bool encoded) {
         if (encoded)
             cursor.putValueBase64(text(), 0);
@@ -99,7 +99,7 @@ public:
     }
 
 private:
-    /// Goes down at random, and tells how many levels.
+    /// Moves to a random descendant and returns its depth.
     int descend(const QelMessageIterator& cursor) {
         int depth = 0;
         while ((depth == 0 || below(3) != 0) && cursor.firstChild() == 0) {
@@ -122,7 +122,7 @@ private:
             fillRecord(cursor, codec);
             break;
         case QelWireKind::step:
-            // A type known to be enough; any other step is among those made by hand.
+            // The content type is sufficient here; other steps have an entry in RandomFamily::fields.
             putChild(cursor, field.id, contentOf(layout, field), field.form);
             break;
         case QelWireKind::group:
@@ -141,7 +141,7 @@ private:
         }
     }
 
-    /// Of a field of several values.
+    /// Content of a field with several values.
     void putContent(QelMessageIterator& cursor, const QelWireField& field) {
         switch (field.codec->kind) {
         case QelWireKind::group:
@@ -187,7 +187,7 @@ private:
         cursor.seekUp();
     }
 
-    /// With `id` 0 in the record's own element.
+    /// With `id` 0, in the record's own element.
     void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
         if (id == 0) {
             putValue(cursor, codec, form);

@@ -9,7 +9,7 @@
 
 namespace Qel::TestSupport {
 
-/// Fills trees with whatever a tree may hold: names with and without IDs, namespaces, types, attributes, values of any
+/// Fills trees with everything that is legal: names with and without IDs, namespaces, types, attributes, values of any
 /// bytes, with and without children.
 class RandomTree {
 public:

@@ -10,7 +10,7 @@
 
 namespace Qel::TestSupport {
 
-/// A test with an element for a record.
+/// A fixture with an element to write a record to.
 class RecordTest : public testing::Test {
 protected:
     RecordTest() { message.newChild(recordElement); }
@@ -25,13 +25,13 @@ protected:
         return back;
     }
 
-    /// The complex type that a record is written with.
+    /// The complex type of a written record.
     template <class Record> std::string typeOf(const Record& record) {
         EXPECT_EQ(message.putObj(record, 0), 0);
         return message.curType();
     }
 
-    /// Replaces the children of an ID by one with this value.
+    /// Replaces all children with an ID by one with this value.
     void replace(int id, const std::string& value) {
         remove(id);
         message.putValue(value, id);
@@ -40,13 +40,13 @@ protected:
         while (message.deleteChild(id) == 0) {
         }
     }
-    /// Takes everything out of the record's element.
+    /// Removes all children of the record's element.
     void clear() {
         while (message.firstChild() == 0)
             message.deleteFromChild();
     }
 
-    /// The IDs of the children of a child, which must be there.
+    /// The IDs of the children of a child, which must exist.
     [[nodiscard]] std::vector<int> childrenIn(int id) const {
         if (message.seek(id) != 0) {
             ADD_FAILURE() << "no element " << id;

@@ -8,7 +8,8 @@
 
 namespace Qel::TestSupport {
 
-/// Each of these children must be there: what was written of the record is read, but not without one of them.
+/// Expects that each of these children is required: the written record can be read, but not after one of them has been
+/// removed.
 template <class Record> void expectRequired(const Record& record, std::initializer_list<int> children) {
     for (const int child : children) {
         const TestMessage message;

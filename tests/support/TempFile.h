@@ -12,7 +12,7 @@
 
 namespace Qel::TestSupport {
 
-/// The name of a file in a directory of its own, which goes with all that is in it.
+/// A file name in a new temporary directory. The destructor removes the directory with its contents.
 class TempFile {
 public:
     TempFile() : m_directory((std::filesystem::temp_directory_path() / "qel-XXXXXX").string()) {

@@ -8,7 +8,7 @@
 
 namespace Qel::TestSupport {
 
-/// A folder of its own, which goes with all that is in it.
+/// A new temporary directory. The destructor removes it with its contents.
 class TempFolder {
 public:
     TempFolder() {
@@ -26,7 +26,7 @@ public:
 
     [[nodiscard]] std::string path(const std::string& name) const { return m_path / name; }
 
-    /// Writes a file, with the folders that it wants; gives its path.
+    /// Writes a file, creating missing directories. Returns its path.
     std::string write(const std::string& name, const std::string& content) const {
         std::filesystem::create_directories((m_path / name).parent_path());
         std::ofstream(path(name), std::ios::binary) << content;

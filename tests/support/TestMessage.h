@@ -37,13 +37,13 @@ private:
     std::unique_ptr<QelMessageIterator> m_cursor;
 };
 
-/// The text in malloc memory that an operation gave, or "(null)".
+/// Copies and frees a malloc string returned by an operation; "(null)" for null.
 [[nodiscard]] inline std::string taken(char* text) {
     const std::unique_ptr<char, decltype(&std::free)> owner(text, &std::free);
     return text ? text : "(null)";
 }
 
-/// The binary form of the element under the cursor.
+/// The binary form of the current element; empty on failure.
 [[nodiscard]] inline std::string flattened(const QelMessageIterator& cursor) {
     char* buffer = nullptr;
     int length = 0;
@@ -53,7 +53,7 @@ private:
     return {buffer, static_cast<std::size_t>(length)};
 }
 
-/// The binary form of a whole message.
+/// The binary form of a whole message; empty on failure.
 [[nodiscard]] inline std::string binaryOf(const QelMessage& message) {
     std::string bytes;
     return message.toBinary(bytes) == 0 ? bytes : std::string();
@@ -63,7 +63,7 @@ private:
     return taken(message.toTextEx(0, {}, 0));
 }
 
-/// The IDs of the children, in their order; 0 for a child whose name has none.
+/// The IDs of the children in order; 0 for a name without an ID.
 [[nodiscard]] inline std::vector<int> childIDs(const QelMessageIterator& cursor) {
     std::vector<int> ids;
     if (cursor.firstChild() != 0)

@@ -10,7 +10,7 @@
 
 namespace Qel::TestSupport {
 
-/// What a tree holds, one line an element, so that two trees can be compared whatever their indices and symbols are.
+/// A description of a tree, one line per element, that does not depend on indices and symbols.
 [[nodiscard]] inline std::vector<std::string> describe(const QelMessageTree& tree,
                                                        QelMessageTree::Index top = QelMessageTree::root) {
     std::vector<std::string> lines;

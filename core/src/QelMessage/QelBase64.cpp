@@ -19,8 +19,8 @@ bool decode(std::string_view text, std::string& bytes) {
     std::string decoded(base64::decoded_size(text.size()), '\0');
     const auto [written, read] = base64::decode(decoded.data(), text.data(), text.size());
     decoded.resize(written);
-    // The decoder stops at the first character that isn't of the alphabet.  What is left may be padding only, and must
-    // be the padding, and the last quantum the bits, that belong to these bytes.
+    // The decoder stops at the first character that is not in the alphabet. Re-encoding the last bytes checks that only
+    // the correct padding follows and that the unused bits of the last quantum are zero.
     const std::size_t whole = read / quantum * quantum;
     const std::string_view lastBytes = std::string_view(decoded).substr(whole / quantum * 3);
     if (text.substr(whole) != encode(lastBytes))

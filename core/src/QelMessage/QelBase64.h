@@ -8,7 +8,7 @@ namespace Qel::QelBase64 {
 
 [[nodiscard]] std::string encode(std::string_view bytes);
 
-/// False, and `bytes` unchanged, if `text` isn't exactly what encode() gives for some bytes.
+/// Returns false and leaves `bytes` unchanged unless `text` is exactly what encode() returns for some bytes.
 [[nodiscard]] bool decode(std::string_view text, std::string& bytes);
 
 } // namespace Qel::QelBase64

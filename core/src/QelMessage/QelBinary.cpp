@@ -148,11 +148,11 @@ void QelBinary::setOrigin(const std::string& origin) {
 }
 
 QelMessage* QelBinary::copy(bool withEnvelope) const {
-    auto_destroy<QelBinary> twin(new QelBinary);
-    twin->m_tree->copyContent(QelMessageTree::root, *m_tree, QelMessageTree::root);
+    auto_destroy<QelBinary> duplicate(new QelBinary);
+    duplicate->m_tree->copyContent(QelMessageTree::root, *m_tree, QelMessageTree::root);
     if (withEnvelope)
-        *twin->m_envelope = *m_envelope;
-    return twin.release();
+        *duplicate->m_envelope = *m_envelope;
+    return duplicate.release();
 }
 
 int QelBinary::toBinary(std::string& bytes) const {

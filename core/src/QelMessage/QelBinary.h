@@ -9,7 +9,7 @@ namespace Qel {
 struct QelEnvelope;
 class QelMessageTree;
 
-/// The message that is kept as a tree in memory.
+/// The QelMessage that stores its tree in memory.
 class QelBinary : public QelMessage {
 public:
     QelBinary();
@@ -40,7 +40,7 @@ public:
     int toBinary(std::string& bytes) const override;
     int fromBinary(const char* buf, int len) override;
 
-    /// The elements.  For the cursor and the encodings; whoever changes them minds what QelMessageTree tells.
+    /// The element tree, for the cursor and the codecs. Code that changes it must follow the rules of QelMessageTree.
     [[nodiscard]] QelMessageTree& tree() noexcept { return *m_tree; }
     [[nodiscard]] const QelEnvelope& envelope() const noexcept { return *m_envelope; }
 

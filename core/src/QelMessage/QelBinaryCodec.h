@@ -7,33 +7,36 @@
 #include "QelMessage/QelEnvelope.h"
 #include "QelMessage/QelMessageTree.h"
 
-/// The binary form of an element or of a whole message.  docs/binary-form.md tells every byte.
+/// The binary form of an element or of a whole message. docs/binary-form.md specifies the format.
 ///
-/// The same tree gives the same bytes, on every machine and in every process.  Reading trusts nothing: it checks the
-/// whole buffer before it builds anything, and allocates no more than the elements that are really there need.
+/// Encoding is deterministic: equal trees give equal bytes on every machine and in every process. Decoding treats the
+/// input as untrusted: it validates the whole buffer before it builds anything, and the memory it allocates is
+/// proportional to the elements that are actually present.
 namespace Qel::QelBinaryCodec {
 
-/// True if the bytes begin as the binary form does, and so can't be text.
+/// True if the bytes start with the magic number of the binary form, with which no text can start.
 [[nodiscard]] bool looksBinary(std::string_view bytes) noexcept;
 
-/// Bytes that write() will fill for the element.  With an envelope it is written as a whole message, whose root it is.
-/// Nonzero, with an error message, if the tree is beyond QelLimits.
+/// Computes the number of bytes that write() produces for the element. With an envelope, the element is encoded as the
+/// root of a whole message. Nonzero, with an error message, if the tree exceeds QelLimits.
 [[nodiscard]] int measure(const QelMessageTree& tree, QelMessageTree::Index element, const QelEnvelope* envelope,
                           std::size_t& size);
 
-/// Writes the bytes into a buffer that is large enough, and stores their number.  Fails as measure() does, and like
-/// that allocates nothing.
+/// Writes the binary form to a buffer that must be large enough, and stores its length in `size`. Fails under the same
+/// conditions as measure(). Neither function allocates memory.
 [[nodiscard]] int write(const QelMessageTree& tree, QelMessageTree::Index element, const QelEnvelope* envelope,
                         char* buffer, std::size_t& size);
 
-/// Reads a buffer into a tree that is still empty.  What was one element stands below the root; `envelope` is then left
-/// as it is.  Nonzero, with an error message that names the byte, if the buffer is malformed; then nothing has changed.
+/// Decodes a buffer into an empty tree. A single element becomes a child of the root, and `envelope` is left unchanged.
+/// If the buffer is malformed, returns nonzero with an error message that contains the byte offset, and changes
+/// nothing.
 [[nodiscard]] int readMessage(std::string_view bytes, QelMessageTree& tree, QelEnvelope& envelope);
 
-/// Adds what the buffer holds as a child; a whole message is an element named "message".  Results as of readMessage().
+/// Decodes a buffer and appends its element as a child. A whole message becomes an element named "message". Results are
+/// those of readMessage().
 [[nodiscard]] int readChild(std::string_view bytes, QelMessageTree& tree, QelMessageTree::Index parent);
 
-/// The checksum that belongs into a buffer with this content, at offset 8.
+/// The checksum of a buffer, to be stored at offset 8.
 [[nodiscard]] std::uint32_t checksum(std::string_view bytes) noexcept;
 
 } // namespace Qel::QelBinaryCodec

@@ -4,26 +4,27 @@
 #include <cstdint>
 #include <string_view>
 
-/// The numbers of the binary form; docs/binary-form.md tells what they are for.
+/// Constants of the binary form, which docs/binary-form.md specifies.
 namespace Qel::QelBinaryFormat {
 
 using Byte = unsigned char;
 
-/// The first byte can't begin a text in UTF-8.
+/// The first byte is not a valid first byte of UTF-8 text.
 inline constexpr std::string_view magic = "\xABQEL";
 inline constexpr Byte version = 1;
 
-/// The head of a buffer: magic, version, content, two zero bytes, checksum.
+/// Buffer head: magic, version, content type, two zero bytes, checksum.
 inline constexpr std::size_t versionOffset = 4;
 inline constexpr std::size_t contentOffset = 5;
 inline constexpr std::size_t checksumOffset = 8;
 inline constexpr std::size_t headSize = 12;
 
-/// What is in the buffer.
+/// Content types.
 inline constexpr Byte oneElement = 1;
 inline constexpr Byte wholeMessage = 2;
 
-/// The head of an element: `isElement` and some of the others.  The parts follow in the order of the list.
+/// Element head: `isElement` combined with the flags of the parts that follow. The parts follow in the order of this
+/// list.
 namespace Element {
 inline constexpr Byte isElement = 0x80;
 inline constexpr Byte changesNameSpace = 0x04;
@@ -32,11 +33,11 @@ inline constexpr Byte hasAttributes = 0x10;
 inline constexpr Byte hasValue = 0x02;
 inline constexpr Byte hasChildren = 0x01;
 inline constexpr Byte known = isElement | changesNameSpace | hasType | hasAttributes | hasValue | hasChildren;
-/// Stands behind the last child in place of a head.
+/// Follows the last child, in the place of an element head.
 inline constexpr Byte endOfChildren = 0x00;
 } // namespace Element
 
-/// The head of an envelope: some of these.  The fields follow in the order of the list.
+/// Envelope head: flags of the fields that follow. The fields follow in the order of this list.
 namespace Envelope {
 inline constexpr Byte hasTime = 0x01;
 inline constexpr Byte hasRequestId = 0x02;
@@ -47,13 +48,13 @@ inline constexpr Byte hasSubscriptions = 0x20;
 inline constexpr Byte known = hasTime | hasRequestId | hasSender | hasSession | hasOrigin | hasSubscriptions;
 } // namespace Envelope
 
-/// Bytes of a time.
+/// Size of a time in bytes.
 inline constexpr unsigned timeSize = 8;
 
-/// A name is told by twice its ID, or by twice its number and this.
+/// A name is encoded as twice its ID, or as twice its number in the buffer plus this bit.
 inline constexpr std::uint32_t isNumber = 1;
 
-/// Numbers are written seven bits a byte, the lowest first; all bytes but the last have this bit.
+/// Varints have seven bits per byte, least significant first. All bytes but the last have this bit set.
 inline constexpr unsigned varintBits = 7;
 inline constexpr Byte varintContinues = 0x80;
 

@@ -19,7 +19,7 @@ constexpr const char* sourceName = "core/src/QelMessage/QelBinaryIterator";
 constexpr auto none = QelMessageTree::none;
 constexpr auto root = QelMessageTree::root;
 
-/// A namespace or type as it appears in the key of a derived factory: one without a name contributes nothing.
+/// A namespace or type as part of the key of a derived factory. An ID without a name contributes an empty string.
 std::string keyPart(const QelMessageTree& tree, int symbol, Internal::CharArray (*nameOf)(int)) {
     return std::string(symbol > 0 ? nameOf(symbol).view() : symbol < 0 ? tree.names().text(symbol) : "");
 }
@@ -52,7 +52,7 @@ QelMessageTree& QelBinaryIterator::tree() const {
     return m_message->tree();
 }
 
-/// The element where the cursor stands.
+/// The current element; ends the process if it has been deleted.
 QelBinaryIterator::Index QelBinaryIterator::current() const {
     QEL_CHECK(tree().isAlive(m_node, m_generation), sourceName);
     return m_node;
@@ -64,7 +64,7 @@ int QelBinaryIterator::moveTo(Index node) const {
     return 0;
 }
 
-/// Moves to a child or sibling that was looked for.
+/// Moves to the result of a search, which may be `none`.
 int QelBinaryIterator::enter(Index child) const {
     return child == none ? -1 : moveTo(child);
 }
@@ -170,7 +170,7 @@ int QelBinaryIterator::seekChildByValue(int element, int id, std::string_view va
     return -1;
 }
 
-/// The first child of this ID.
+/// The first child with this ID.
 QelBinaryIterator::Index QelBinaryIterator::child(int id) const {
     const Index parent = current();
     return id <= 0 ? none : tree().findChild(parent, id);
@@ -182,7 +182,8 @@ QelBinaryIterator::Index QelBinaryIterator::child(const std::string& name) const
     return symbol == 0 ? none : tree().findChild(parent, symbol);
 }
 
-/// The element that a value operation means: the current one for the empty ID, else the first child of the ID.
+/// Finds the element that a value operation refers to: the current one for the empty ID, else the first child with the
+/// ID.
 bool QelBinaryIterator::find(int id, Index& node) const {
     node = isIdEmpty(id) ? current() : child(id);
     return isIdEmpty(id) || node != none;
@@ -263,7 +264,7 @@ int QelBinaryIterator::setComplexType(int ns, int type) {
 
 // ------------------------------------------------------------------------------------------------------ children
 
-/// Adds a child with this name in the saved namespace, or in none.
+/// Appends a child with this name in the saved namespace, or in none.
 QelBinaryIterator::Index QelBinaryIterator::append(int symbol) {
     const Index parent = current();
     const int nameSpace =

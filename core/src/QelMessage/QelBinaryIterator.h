@@ -13,16 +13,16 @@ class QelMessageTree;
 
 /// The cursor on a QelBinary.
 ///
-/// A cursor whose element has been deleted, by another cursor or because the message was loaded anew, doesn't reach
-/// into what may stand in its place: every operation but seekRoot() and the destructor then ends the process.  A cursor
-/// at the root stays there when the message is loaded anew.
+/// A cursor becomes stale when its element is deleted through another cursor or the message is loaded again. Every
+/// operation on a stale cursor, except seekRoot() and the destructor, ends the process, so it never accesses an element
+/// that reuses the memory. A cursor at the root stays valid when the message is loaded again.
 class QelBinaryIterator : public QelMessageIterator {
 public:
-    /// At the root.
+    /// Starts at the root.
     explicit QelBinaryIterator(QelBinary* message);
-    /// At the same element, without the saved namespace, which is each cursor's own.
+    /// Starts at the element of `other`. The saved namespace is not copied: each cursor has its own.
     explicit QelBinaryIterator(const QelBinaryIterator* other);
-    /// Takes the message and the position of the other.
+    /// Moves to the message and position of `other`.
     QelBinaryIterator& operator=(const QelBinaryIterator& other);
 
     [[nodiscard]] QelMessage* getMessage() const override;
@@ -112,21 +112,21 @@ public:
     int getValueXML(std::string& markup, int id) const override;
     int putValueXML(const std::string& markup, int id) override;
 
-    /// As QelMessage::measureOrFlatten(), for the element where the cursor stands.
+    /// Like QelMessage::measureOrFlatten(), for the current element.
     int flatten(char* buf, int& len) const;
 
 protected:
-    /// Takes the message and the position of another cursor; for walks over several messages, which are const as every
-    /// navigation is.
+    /// Moves to the message and position of another cursor. Const like all navigation, for iteration over several
+    /// messages.
     void takePlaceOf(const QelBinaryIterator& other) const;
-    /// To the first child `element` whose own first child `id` has this value.  For searches of long lists: nothing is
-    /// copied, and the cursor moves once.
+    /// Moves to the first child `element` whose own first child `id` has this value. For searches in long lists: it
+    /// copies no values and moves the cursor once.
     int seekChildByValue(int element, int id, std::string_view value) const;
 
 private:
     using Index = std::uint32_t;
 
-    /// A namespace by its ID, or by its name if it has none.
+    /// A namespace, identified by its ID, or by its name if it has no ID.
     struct SavedNamespace {
         int id = 0;
         std::string name;
@@ -149,7 +149,7 @@ private:
     template <class Key, class Parse> int get(const Key& key, Parse&& parse) const;
     template <class Parse> int getAttribute(int id, Parse&& parse) const;
 
-    mutable QelBinary* m_message; // null once the cursor is invalid
+    mutable QelBinary* m_message; // null after invalidate()
     mutable Index m_node;
     mutable std::uint32_t m_generation;
     SavedNamespace m_savedNamespace;

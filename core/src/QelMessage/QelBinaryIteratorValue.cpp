@@ -1,4 +1,4 @@
-// The cursor's values and attributes: what they are as text, and which element they belong to.
+// Values and attributes of the cursor: conversion to and from their string forms, and lookup of their elements.
 
 #include "QelCommon/Strings.h"
 #include "QelMessage/QelBase64.h"
@@ -38,7 +38,7 @@ int QelBinaryIterator::put(std::string_view value, const std::string& name) {
     return 0;
 }
 
-// The forms with a name and with an ID differ in nothing but how they find their element.
+// The overloads with a name and with an ID differ only in how they find their element.
 
 int QelBinaryIterator::getValueBase64(std::string& value, const std::string& name) const {
     return get(name, [&](std::string_view text) { return QelBase64::decode(text, value); });

@@ -22,19 +22,19 @@ using Symbol = QelMessageTree::Symbol;
 
 /// A name on the wire.
 struct WireName {
-    std::uint32_t value = 0; ///< an ID, or the number of a name
+    std::uint32_t value = 0; ///< an ID, or the name's number in the buffer
     bool isNumber = false;
-    std::string_view text; ///< of a name with a number
+    std::string_view text; ///< only for a name with a number
 
     [[nodiscard]] bool isNone() const noexcept { return !isNumber && value == 0; }
 };
 
-/// Takes the parts of a buffer one after the other.  After the first failure everything fails.
+/// Extracts the parts of a buffer in order.
 class Input {
 public:
     Input(std::string_view bytes, std::size_t start) noexcept : m_bytes(bytes), m_offset(start), m_item(start) {}
 
-    /// Tells what is wrong with the part that was taken last.
+    /// Reports an error in the part that was extracted last. Always returns false.
     [[nodiscard]] bool fail(const char* what) const {
         setErrorMessage("byte %zu: %s", m_item, what);
         return false;
@@ -42,13 +42,13 @@ public:
 
     [[nodiscard]] bool end() {
         m_item = m_offset;
-        return m_offset == m_bytes.size() || fail("something stands behind the message");
+        return m_offset == m_bytes.size() || fail("trailing bytes after the message");
     }
 
     [[nodiscard]] bool byte(Byte& value) {
         m_item = m_offset;
         if (m_offset == m_bytes.size())
-            return fail("the message ends here, in the middle");
+            return fail("unexpected end of the message");
         value = static_cast<Byte>(m_bytes[m_offset++]);
         return true;
     }
@@ -63,7 +63,7 @@ public:
             result |= std::uint64_t{part & (varintContinues - 1u)} << shift;
             const bool isPadded = part == 0 && shift != 0;
             if (isPadded || result > std::numeric_limits<std::uint32_t>::max() || shift > 4 * varintBits)
-                return fail("not a number");
+                return fail("malformed number");
         }
         number = static_cast<std::uint32_t>(result);
         m_item = start;
@@ -75,7 +75,7 @@ public:
         if (!varint(size))
             return false;
         if (size > m_bytes.size() - m_offset)
-            return fail("a text is longer than the rest of the message");
+            return fail("a string extends past the end of the message");
         text = m_bytes.substr(m_offset, size);
         m_offset += size;
         return true;
@@ -89,7 +89,7 @@ public:
         if (!name.isNumber)
             return true;
         if (name.value > m_names.size())
-            return fail("a name that wasn't told before");
+            return fail("undefined name number");
         if (name.value == m_names.size()) {
             std::string_view added;
             if (!text(added))
@@ -103,11 +103,11 @@ public:
 private:
     std::string_view m_bytes;
     std::size_t m_offset;
-    std::size_t m_item;                    // where the part taken last begins
-    std::vector<std::string_view> m_names; // those with a number
+    std::size_t m_item;                    // start of the part that was extracted last
+    std::vector<std::string_view> m_names; // by their numbers
 };
 
-/// Walks over what a buffer tells and hands it to a handler.
+/// Decodes a buffer and passes its elements to a handler.
 template <class Handler> class Decoder {
 public:
     Decoder(Input& input, Handler& handler) : m_input(input), m_handler(handler) {}
@@ -117,7 +117,7 @@ public:
         if (!m_input.byte(head))
             return false;
         if (head & ~Envelope::known)
-            return m_input.fail("not the head of an envelope");
+            return m_input.fail("invalid envelope head");
         return (!(head & Envelope::hasTime) || time(envelope)) &&
                (!(head & Envelope::hasRequestId) || field(envelope.requestId)) &&
                (!(head & Envelope::hasSender) || field(envelope.sender)) &&
@@ -131,11 +131,11 @@ public:
         Byte head = 0;
         if (!m_input.byte(head) || !element(head, !isRoot))
             return false;
-        unsigned open = 0; // elements whose children are being read
+        unsigned open = 0; // number of elements whose children are being read
         for (;;) {
             if (head & Element::hasChildren) {
                 if (++depth > QelLimits::depth)
-                    return m_input.fail("elements are nested too deep");
+                    return m_input.fail("elements are nested too deeply");
                 ++open;
             } else {
                 m_handler.close();
@@ -146,7 +146,7 @@ public:
             if (!m_input.byte(head))
                 return false;
             if (head == Element::endOfChildren && isFirst)
-                return m_input.fail("an element without the children that it promises");
+                return m_input.fail("an element flagged as having children has none");
             while (head == Element::endOfChildren) {
                 m_handler.close();
                 --depth;
@@ -171,7 +171,7 @@ private:
         }
         const auto seconds = static_cast<std::int64_t>(coded);
         if (seconds < std::numeric_limits<long>::min() || seconds > std::numeric_limits<long>::max())
-            return m_input.fail("a time that this process can't represent");
+            return m_input.fail("time out of range");
         envelope.time = static_cast<long>(seconds);
         return true;
     }
@@ -193,7 +193,7 @@ private:
             if (!m_input.text(name))
                 return false;
             if (!QelEnvelope::isSubscription(name))
-                return m_input.fail("not the name of a subscription");
+                return m_input.fail("invalid subscription name");
             envelope.subscriptions.emplace_back(name);
         }
         return true;
@@ -201,9 +201,9 @@ private:
 
     [[nodiscard]] bool element(Byte head, bool isNamed) {
         if (!(head & Element::isElement) || (head & ~Element::known))
-            return m_input.fail("not the head of an element");
+            return m_input.fail("invalid element head");
         if (++m_elements > QelLimits::elements)
-            return m_input.fail("more elements than a message may have");
+            return m_input.fail("too many elements");
         WireName elementName;
         if (isNamed && !name(elementName, "an element without a name"))
             return false;
@@ -237,14 +237,14 @@ private:
         if (!m_input.varint(count))
             return false;
         if (count > QelLimits::attributes)
-            return m_input.fail("an element with too many attributes");
+            return m_input.fail("too many attributes");
         for (; count != 0; --count) {
             WireName attributeName;
             std::string_view value;
             if (!name(attributeName, "an attribute without a name"))
                 return false;
             if (!m_handler.attribute(attributeName))
-                return m_input.fail("a second attribute of one name");
+                return m_input.fail("duplicate attribute");
             if (!m_input.text(value))
                 return false;
             m_handler.attributeValue(value);
@@ -261,7 +261,7 @@ private:
     std::size_t m_elements = 0;
 };
 
-/// Counts what there is to build, and finds attributes of one name.
+/// Counts the elements and attributes of a buffer and rejects duplicate attributes.
 class Counter {
 public:
     void open(const WireName&) noexcept {
@@ -270,10 +270,10 @@ public:
     }
     void nameSpace(const WireName&) noexcept {}
     void type(const WireName&, const WireName&) noexcept {}
-    /// False if the element has an attribute of this name.
+    /// Returns false if the element already has an attribute with this name.
     [[nodiscard]] bool attribute(const WireName& name) {
         ++attributes;
-        // A name that has an ID is the same attribute as the ID.
+        // A name that has an ID denotes the same attribute as the ID.
         const int id = name.isNumber ? QelNames::attributeID(name.text) : static_cast<int>(name.value);
         const AttributeName added{id, id == 0 ? name.text : std::string_view()};
         if (std::ranges::find(m_attributes, added) != m_attributes.end())
@@ -291,22 +291,23 @@ public:
 private:
     struct AttributeName {
         int id;
-        std::string_view text; // of a name without an ID
+        std::string_view text; // only for a name without an ID
 
         bool operator==(const AttributeName&) const = default;
     };
 
-    std::vector<AttributeName> m_attributes; // of the element opened last
+    std::vector<AttributeName> m_attributes; // of the current element
 };
 
-/// Builds the elements of a buffer that has been checked.  If memory runs out half way, nothing is left of them.  With
-/// `AsViews` their texts aren't copied.
+/// Builds the elements of a validated buffer. If memory runs out, all of them are removed again. With `AsViews`, their
+/// strings are views into the buffer.
 template <bool AsViews> class Builder {
 public:
-    /// The first element is `top`, if that is the root, else a new child of `parent`, which it joins in the end.
+    /// The first element becomes a child of `parent`, attached when it is complete, unless reuse() names another
+    /// element.
     Builder(QelMessageTree& tree, Index parent) : m_tree(tree), m_current(parent), m_top(tree) {}
 
-    /// The next element opened is this one, which exists and keeps its name.
+    /// Reads the first element into this existing one, which keeps its name.
     void reuse(Index element) noexcept { m_reused = element; }
 
     void open(const WireName& name) {
@@ -357,11 +358,11 @@ private:
     Index m_current;
     QelDetachedElement m_top;
     std::optional<Index> m_reused;
-    Symbol m_attribute = 0; // name of the one whose value comes next
+    Symbol m_attribute = 0; // name of the attribute whose value comes next
     unsigned m_depth = 0;
 };
 
-/// Checks the head of a buffer and tells what is in it.
+/// Validates the head of a buffer and returns its content type.
 bool readHead(std::string_view bytes, Byte& content) {
     const Input input(bytes, 0);
     if (bytes.size() > QelLimits::messageBytes)
@@ -369,17 +370,18 @@ bool readHead(std::string_view bytes, Byte& content) {
     if (!looksBinary(bytes))
         return input.fail("not a message in binary form");
     if (bytes.size() < headSize)
-        return Input(bytes, bytes.size()).fail("the message ends here, in the middle");
+        return Input(bytes, bytes.size()).fail("unexpected end of the message");
     if (static_cast<Byte>(bytes[versionOffset]) != version)
-        return Input(bytes, versionOffset).fail("a version of the binary form that isn't known");
-    const auto told = static_cast<Byte>(bytes[contentOffset]);
-    if ((told != oneElement && told != wholeMessage) || bytes[contentOffset + 1] != 0 || bytes[contentOffset + 2] != 0)
+        return Input(bytes, versionOffset).fail("unsupported version of the binary form");
+    const auto found = static_cast<Byte>(bytes[contentOffset]);
+    if ((found != oneElement && found != wholeMessage) || bytes[contentOffset + 1] != 0 ||
+        bytes[contentOffset + 2] != 0)
         return Input(bytes, contentOffset).fail("neither an element nor a message");
-    content = told;
+    content = found;
     return true;
 }
 
-/// Reads the part of a buffer behind its head.
+/// Reads the part of a buffer that follows its head.
 template <class Handler>
 bool readBody(std::string_view bytes, bool isMessage, QelEnvelope& envelope, Handler& handler) {
     Input input(bytes, headSize);
@@ -389,13 +391,13 @@ bool readBody(std::string_view bytes, bool isMessage, QelEnvelope& envelope, Han
     return input.end();
 }
 
-/// Checks a whole buffer and counts its elements.
+/// Validates a whole buffer and counts its elements.
 bool check(std::string_view bytes, Byte& content, Counter& counter) {
     QelEnvelope ignored;
     if (!readHead(bytes, content) || !readBody(bytes, content == wholeMessage, ignored, counter))
         return false;
     if (loadWord(bytes.data() + checksumOffset) != checksum(bytes))
-        return Input(bytes, checksumOffset).fail("the checksum is wrong: the message has been altered");
+        return Input(bytes, checksumOffset).fail("checksum mismatch: the message is corrupted");
     return true;
 }
 

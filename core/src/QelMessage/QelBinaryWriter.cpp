@@ -52,10 +52,10 @@ private:
     char* m_next;
 };
 
-/// How a pass ended.
+/// Result of a pass.
 enum class Outcome : Byte { complete, tooDeep, tooManyElements };
 
-/// One pass over a subtree.  The same code measures and writes, so that the two can't disagree.
+/// One pass over a subtree. Measuring and writing share this code, so they cannot disagree.
 template <class Sink> class Encoder {
 public:
     Encoder(const QelMessageTree& tree, Sink& sink) : m_tree(tree), m_sink(sink) { tree.names().startNumbering(); }
@@ -169,7 +169,7 @@ Outcome encode(const QelMessageTree& tree, Index element, const QelEnvelope* env
     return encoder.subtree(element, envelope != nullptr);
 }
 
-/// The result of a pass that ended so and counted `bodySize` bytes after the head.
+/// Checks the outcome of a pass whose body has `bodySize` bytes, and stores the size of the whole buffer.
 int finish(Outcome outcome, std::uint64_t bodySize, std::size_t& size) {
     if (outcome == Outcome::tooDeep) {
         setErrorMessage("the tree is deeper than %u elements", QelLimits::depth);

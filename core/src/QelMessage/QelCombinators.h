@@ -14,9 +14,9 @@
 
 // Readers and writers of scalars, lists, sets, maps, pairs and pointers, composed from those of their parts.
 //
-// A reader is called with a cursor that stands on the element that carries the value, a writer with one on the element
-// to fill.  Both leave the cursor where they found it.  0 is success; a list that an item stopped reads as -1 and
-// writes as 1.  Nothing that was read or written before a failure is taken back.
+// A reader is called with a cursor at the element that holds the value, a writer with a cursor at the element to fill.
+// Both leave the cursor at that element. 0 is success; a list with a failed item returns -1 when read and 1 when
+// written. Values read or written before a failure are kept.
 //
 //     <hosts><host>a</host><host>b</host></hosts>         std::vector<std::string>
 //
@@ -25,12 +25,12 @@
 
 namespace Qel {
 
-/// Reads a scalar from the current element with one of the cursor's gets.
+/// Reads the value of the current element with one of the cursor's gets.
 template <class T, auto getter> struct QelReaderSimple {
     int operator()(const QelMessageIterator& cursor, T& value) const { return (cursor.*getter)(value, getEmptyID()); }
 };
 
-/// Writes a scalar as the value of the current element with one of the cursor's puts.
+/// Writes the value of the current element with one of the cursor's puts.
 template <class T, auto putter> struct QelWriterSimple : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const T& value) const { return (cursor.*putter)(value, getEmptyID()); }
 };
@@ -62,12 +62,12 @@ using QelReaderDouble =
 using QelWriterDouble =
     QelWriterSimple<double, static_cast<Internal::Putter<double>>(&QelMessageIterator::putValueDouble)>;
 
-/// Writes nothing.  Stands for the key of a map whose value's own record holds the key.
+/// Writes nothing. Used as the key writer of a map whose values write their own keys.
 struct QelWriterEmpty : QelWriterBase {
     template <class T> int operator()(QelMessageIterator&, const T&) const { return 0; }
 };
 
-/// Appends one item to a sequence.  An item that fails is taken out again.
+/// Appends one item to a sequence. An item that fails to read is removed again.
 template <class Reader> struct QelReaderListDataT : Reader {
     QelReaderListDataT() = default;
     explicit QelReaderListDataT(const Reader& reader) : Reader(reader) {}
@@ -81,7 +81,7 @@ template <class Reader> struct QelReaderListDataT : Reader {
     }
 };
 
-/// Inserts one item into a set; a duplicate is dropped silently.
+/// Inserts one item into a set; duplicates are dropped silently.
 template <class Reader> struct QelReaderSetDataT : Reader {
     QelReaderSetDataT() = default;
     explicit QelReaderSetDataT(const Reader& reader) : Reader(reader) {}
@@ -95,7 +95,7 @@ template <class Reader> struct QelReaderSetDataT : Reader {
     }
 };
 
-/// Reads a pair, first and second both at the current element.
+/// Reads a pair, both members from the current element.
 template <class K, class V> struct QelReaderPairItemT {
     QelReaderPairItemT() = default;
     QelReaderPairItemT(const K& keyReader, const V& valueReader) : key(keyReader), value(valueReader) {}
@@ -111,7 +111,7 @@ template <class K, class V> struct QelReaderPairItemT {
     V value;
 };
 
-/// Inserts one entry into a map.  A std::map keeps the first value of a key, a std::multimap both.
+/// Inserts one entry into a map. For a repeated key, a std::map keeps the first value and a std::multimap keeps all.
 template <class K, class V> struct QelReaderMapDataT : QelReaderPairItemT<K, V> {
     using QelReaderPairItemT<K, V>::QelReaderPairItemT;
 
@@ -124,7 +124,7 @@ template <class K, class V> struct QelReaderMapDataT : QelReaderPairItemT<K, V> 
     }
 };
 
-/// Writes a pair, first and second both at the current element.
+/// Writes a pair, both members to the current element.
 template <class K, class V> struct QelWriterPairItemT : QelWriterBase {
     QelWriterPairItemT() = default;
     QelWriterPairItemT(const K& keyWriter, const V& valueWriter) : key(keyWriter), value(valueWriter) {}
@@ -139,8 +139,8 @@ template <class K, class V> struct QelWriterPairItemT : QelWriterBase {
     V value;
 };
 
-/// Reads a run of children `id` (with an empty ID: all children) into a container, one item after the other.  The
-/// container isn't cleared first, so a second read adds to the first.
+/// Reads the children `id` (with an empty ID, all children) into a container, in order. The container is not cleared,
+/// so a second read appends to the first.
 template <class ID, class ItemReader> struct QelReaderListT : ItemReader {
     QelReaderListT(ID elementID, QelReaderFlags flags) : id(elementID), optional(!flags) {}
     QelReaderListT(const ItemReader& reader, ID elementID, QelReaderFlags flags)
@@ -169,7 +169,7 @@ private:
     }
 };
 
-/// Writes one item of a list; true when the item failed.
+/// Writes one item of a list; returns true if the item failed.
 template <class ItemWriterIDT> struct QelWriterListItemT : QelWriterBaseT<ItemWriterIDT> {
     QelWriterListItemT(QelMessageIterator& at, const ItemWriterIDT& writer) : cursor(at), item(&writer) {}
 
@@ -179,8 +179,8 @@ template <class ItemWriterIDT> struct QelWriterListItemT : QelWriterBaseT<ItemWr
     const ItemWriterIDT* item;
 };
 
-/// Writes each item of a container into a child of its own.  1 when an item failed: it and those behind it are missing
-/// or incomplete.  The list has no element of its own and is never stamped with the type of its items.
+/// Writes each item of a container to a child of its own. Returns 1 at the first failed item; that item is incomplete
+/// and later ones are not written. The list has no element of its own and never takes the complex type of its items.
 template <class ItemWriterIDT> struct QelWriterListT : QelWriterBase {
     explicit QelWriterListT(int id) : item(id) {}
     explicit QelWriterListT(const ItemWriterIDT& writer) : item(writer) {}
@@ -194,7 +194,7 @@ template <class ItemWriterIDT> struct QelWriterListT : QelWriterBase {
     ItemWriterIDT item;
 };
 
-/// Reads into a new object; a failure leaves the pointer null.
+/// Reads into a new object; on failure the pointer is null.
 template <class Reader> struct QelReaderPointerT : Reader {
     QelReaderPointerT() = default;
     explicit QelReaderPointerT(const Reader& reader) : Reader(reader) {}
@@ -208,7 +208,7 @@ template <class Reader> struct QelReaderPointerT : Reader {
     }
 };
 
-/// Reads into a new `T`, which is the caller's; a failure leaves `out` unchanged.
+/// Reads into a new `T` owned by the caller; on failure `out` is unchanged.
 template <class T, class Reader> struct QelReaderPointerDataT : Reader {
     QelReaderPointerDataT() = default;
     explicit QelReaderPointerDataT(const Reader& reader) : Reader(reader) {}
@@ -224,7 +224,7 @@ template <class T, class Reader> struct QelReaderPointerDataT : Reader {
     }
 };
 
-/// Writes what the pointer points to; -1 for a null pointer.
+/// Writes the object that the pointer refers to; -1 for a null pointer.
 template <class Writer> struct QelWriterPointerT : QelWriterBaseT<Writer> {
     QelWriterPointerT() = default;
     explicit QelWriterPointerT(const Writer& w) : writer(w) {}
@@ -247,7 +247,7 @@ template <class T, class Writer> struct QelWriterPointerDataT : QelWriterBaseT<W
     Writer writer;
 };
 
-/// Writes the value if the predicate holds for it, otherwise nothing.
+/// Writes the value if the predicate is true for it, otherwise nothing.
 template <class Writer, class Predicate> struct QelWriterIFT : QelWriterBaseT<Writer> {
     QelWriterIFT(const Writer& w, const Predicate& p) : writer(w), predicate(p) {}
 
@@ -319,7 +319,7 @@ template <class K, class V> auto QelWriterMap(int id, const K& keyWriter, const 
     return QelWriterList(QelWriterID(QelWriterPairItem(keyWriter, valueWriter), id));
 }
 
-/// The reader and the writer of a type: a record's own, the plain ones for a scalar, the pointer forms for a
+/// The reader and writer of a type: those of a record, the plain ones for a scalar, the pointer forms for a
 /// boost::shared_ptr.
 template <class T> struct QelFunctorsOf {
     using Reader = typename T::reader_type;
@@ -346,7 +346,7 @@ template <class T> struct QelFunctorsOf<boost::shared_ptr<T>> {
     using Writer = QelWriterPointerT<typename QelFunctorsOf<T>::Writer>;
 };
 
-/// Reads a run of items `id` with the reader of the container's item type.
+/// Reads items `id` with the reader of the container's item type.
 template <class T, class Allocator> auto QelReaderData(const std::vector<T, Allocator>&, int id, QelReaderFlags flags) {
     return QelReaderList(typename QelFunctorsOf<T>::Reader(), id, flags);
 }
@@ -357,7 +357,7 @@ template <class T, class Compare, class Allocator>
 auto QelReaderData(const std::set<T, Compare, Allocator>&, int id, QelReaderFlags flags) {
     return QelReaderSet(typename QelFunctorsOf<T>::Reader(), id, flags);
 }
-/// Writes a run of items `id` with the writer of the container's item type.
+/// Writes items `id` with the writer of the container's item type.
 template <class Container> auto QelWriterData(const Container&, int id) {
     return QelWriterList(typename QelFunctorsOf<typename Container::value_type>::Writer(), id);
 }

@@ -6,7 +6,7 @@ namespace Qel {
 
 namespace Internal {
 
-/// A text that lives as long as the process.
+/// A string with static storage duration.
 class CharArray {
 public:
     constexpr CharArray() = default;
@@ -23,7 +23,7 @@ private:
 
 } // namespace Internal
 
-/// Names of element, namespace and type IDs, as the wire uses them.  Empty for an ID that has none.
+/// Names of element, namespace and type IDs. Empty for an ID without a name.
 struct QelDefaultMap {
     [[nodiscard]] static Internal::CharArray findElemID(int id);
     [[nodiscard]] static Internal::CharArray findNSID(int id);

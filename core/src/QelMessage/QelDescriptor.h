@@ -5,7 +5,7 @@
 
 namespace Qel {
 
-/// The result of a system call, which is repeated while signals interrupt it.
+/// Repeats a system call while it is interrupted by signals (EINTR) and returns its result.
 template <class Call> auto retried(Call call) {
     auto result = call();
     while (result == -1 && errno == EINTR)
@@ -13,7 +13,7 @@ template <class Call> auto retried(Call call) {
     return result;
 }
 
-/// The owner of an open file.
+/// Owns an open file descriptor.
 class QelDescriptor {
 public:
     explicit QelDescriptor(int descriptor = -1) noexcept : m_descriptor(descriptor) {}
@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] bool isOpen() const noexcept { return m_descriptor >= 0; }
     [[nodiscard]] int get() const noexcept { return m_descriptor; }
-    /// False, with errno, if the file system reports only now that a write failed.
+    /// Returns false with errno set if the file system reports a deferred write error.
     [[nodiscard]] bool close() noexcept {
         const int descriptor = release();
         return descriptor < 0 || ::close(descriptor) == 0;

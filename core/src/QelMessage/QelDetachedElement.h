@@ -4,8 +4,8 @@
 
 namespace Qel {
 
-/// Owner of an element that isn't attached to its parent yet.  It removes the element, with all below it, unless that
-/// is attached.
+/// Owns an element that is not yet attached to its parent. The destructor removes the element and its subtree unless it
+/// has been attached.
 class QelDetachedElement {
 public:
     using Index = QelMessageTree::Index;
@@ -19,7 +19,7 @@ public:
             m_tree.remove(m_element);
     }
 
-    /// As QelMessageTree::createDetached().  At most once.
+    /// Like QelMessageTree::createDetached(). Call at most once.
     Index create(Index parent, Symbol name, Symbol nameSpace) {
         m_element = m_tree.createDetached(parent, name, nameSpace);
         return m_element;

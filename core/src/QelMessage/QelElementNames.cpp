@@ -4,9 +4,9 @@ namespace Qel::QelNames {
 
 namespace {
 
-// An element that several records use has the word that fits them all, or most of them.  A number in a name means that
-// the value belongs to somebody else: this system carries it, and its meaning lies with the service or the console that
-// fills it in.  No element takes a word that configurations use as a name without an ID (`system`, `log_level`).
+// An element that several records use has the name that fits all or most of them. A name with a number marks a value
+// that this system only carries; its meaning is defined by the service or console that sets it. No element has a name
+// that configurations use without an ID (`system`, `log_level`).
 constexpr Entry entries[] = {
     {1003, "alert_level"},
     {1004, "time"},

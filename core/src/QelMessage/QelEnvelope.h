@@ -7,17 +7,16 @@
 
 namespace Qel {
 
-/// What a message says about itself.  An empty text is a field that is unset.
+/// The metadata of a message. An empty string is an unset field.
 struct QelEnvelope {
     std::optional<long> time; ///< seconds since the epoch
     std::string requestId;
-    std::string sender; ///< the sending agent's identifier, a GUID in text form
+    std::string sender; ///< the sending agent's identifier, a GUID in its string form
     std::string session;
     std::string origin;
-    std::vector<std::string> subscriptions; ///< in the order they were added
+    std::vector<std::string> subscriptions; ///< in the order in which they were added
 
-    /// Subscription names are written side by side with blanks between them, so that they neither are empty nor hold
-    /// white space.
+    /// Subscription names are encoded as a space-separated list, so they must not be empty or contain white space.
     [[nodiscard]] static bool isSubscription(std::string_view name) noexcept {
         return !name.empty() && name.find_first_of(" \t\r\n") == std::string_view::npos;
     }

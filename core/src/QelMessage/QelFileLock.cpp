@@ -16,7 +16,7 @@ namespace Qel {
 
 namespace {
 
-/// FNV-1a: the same in processes of 32 and of 64 bits.
+/// FNV-1a, 64 bits wide in 32-bit processes too.
 std::string hashOf(std::string_view name) {
     std::uint64_t hash = 0xcbf29ce484222325U;
     for (const char c : name)
@@ -27,14 +27,14 @@ std::string hashOf(std::string_view name) {
 }
 
 std::string lockPath(const QelFileTarget& target) {
-    constexpr std::size_t longest = 200; // with the prefix and the hash below NAME_MAX
+    constexpr std::size_t longest = 200; // with prefix and hash still less than NAME_MAX
     const std::string name = target.file();
     return target.folder() + ".qel-lock-" + name.substr(0, longest) +
            (name.size() > longest ? '-' + hashOf(name) : std::string());
 }
 
-/// Lets those who may change the file take its lock as well.  A process that may only read the file could hold the lock
-/// forever, so it may not open the lock file.
+/// Sets owner and permissions so that every process that may write the file can lock it. Processes that may only read
+/// the file must not open the lock file: they could hold the lock forever.
 void shareLock(int file, const struct stat& target) {
     constexpr mode_t owner = 0600;
     constexpr mode_t ownerAndGroup = 0660;
@@ -42,7 +42,7 @@ void shareLock(int file, const struct stat& target) {
     static_cast<void>(::fchmod(file, isShared ? ownerAndGroup : owner));
 }
 
-/// Opens or creates a lock file; closed, with errno, on failure.
+/// Opens or creates a lock file. On failure the result is not open and errno is set.
 QelDescriptor openLock(const std::string& path, const QelFileTarget& target) {
     constexpr int flags = O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
     constexpr mode_t ownerOnly = 0600;
@@ -58,14 +58,14 @@ QelDescriptor openLock(const std::string& path, const QelFileTarget& target) {
     }
 }
 
-/// Whether the path still names the open file: a holder that releases the lock removes its file.
+/// Whether the path still refers to the open file. A holder removes the lock file when it releases the lock.
 bool isNamed(const std::string& path, int file) {
     struct stat named {};
     struct stat open {};
     return ::lstat(path.c_str(), &named) == 0 && ::fstat(file, &open) == 0 && isSameFile(named, open);
 }
 
-/// Whether this can be a lock file, and not one with content, which must not be removed.
+/// Whether this can be a lock file. A file with content must not be removed.
 bool isEmptyFile(int file) {
     struct stat status {};
     if (::fstat(file, &status) != 0)
@@ -92,7 +92,7 @@ int QelFileLock::acquire(const std::string& path) {
     for (;;) {
         QelDescriptor file = openLock(lock, target);
         if (!file.isOpen() || !isEmptyFile(file.get()) || retried([&] { return ::flock(file.get(), LOCK_EX); }) != 0) {
-            setErrorMessage("%s: can't be locked by %s: %s", path.c_str(), lock.c_str(), std::strerror(errno));
+            setErrorMessage("%s: cannot be locked with %s: %s", path.c_str(), lock.c_str(), std::strerror(errno));
             return -1;
         }
         if (!isNamed(lock, file.get()))
@@ -105,7 +105,7 @@ int QelFileLock::acquire(const std::string& path) {
 }
 
 void QelFileLock::release() {
-    // Removed before it is unlocked: a process that waits for it sees that it is gone and takes a new one.
+    // Unlinked before it is unlocked, so that a waiting process detects the removal and creates a new lock file.
     if (m_file.isOpen() && m_process == ::getpid() && isNamed(m_path, m_file.get()))
         ::unlink(m_path.c_str());
     static_cast<void>(m_file.close());

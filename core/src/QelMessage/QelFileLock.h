@@ -7,8 +7,8 @@
 
 namespace Qel {
 
-/// The exclusive right to change a file, among the threads and processes that take this lock.  It is held from before
-/// the file is read until after it has been replaced, so that no change of another process is lost:
+/// An advisory exclusive lock on a file, for threads and processes. Hold it from before the file is read until after it
+/// has been replaced, so that no concurrent change is lost:
 ///
 ///     QelFileLock lock;
 ///     if (lock.acquire(path) != 0 || configuration.readFromFile(path) != 0)
@@ -16,9 +16,9 @@ namespace Qel {
 ///     configuration.setMaster(eid);
 ///     return configuration.saveToFile(path);
 ///
-/// Readers need no lock: a file is replaced as a whole.  The lock is an empty file ".qel-lock-NAME" beside the file,
-/// under flock().  It exists while the lock is held or waited for.  If a process is killed, the lock is free and the
-/// empty file stays until the next holder releases it.
+/// Readers need no lock, since files are replaced atomically. The lock is an empty file ".qel-lock-NAME" in the same
+/// directory, locked with flock(). It exists while the lock is held or waited for. If the holder is killed, the lock is
+/// released, and the empty file remains until the next holder releases it.
 class QelFileLock {
 public:
     QelFileLock() = default;
@@ -26,17 +26,17 @@ public:
     QelFileLock& operator=(const QelFileLock&) = delete;
     ~QelFileLock() { release(); }
 
-    /// Waits for the lock of the file that `path` leads to, which may be missing; symbolic links are followed. Devices,
-    /// pipes and directories have no lock, which is not a failure.  -1, with an error message, if the lock file can't
-    /// be used or this object already holds a lock.  A thread that waits for a lock that it holds through another
-    /// object waits forever.
+    /// Waits for the lock of the file that `path` resolves to. The file need not exist; symbolic links are followed.
+    /// For devices, pipes and directories this succeeds without a lock. Returns -1 with an error message if the lock
+    /// file cannot be used or this object already holds a lock. A thread that already holds the lock through another
+    /// object deadlocks.
     [[nodiscard]] int acquire(const std::string& path);
     void release();
 
 private:
-    QelDescriptor m_file; ///< the lock file; closed if no lock is held
+    QelDescriptor m_file; ///< the lock file; not open if no lock is held
     std::string m_path;   ///< of the lock file
-    pid_t m_process = -1; ///< the holder; a child made by fork() holds nothing
+    pid_t m_process = -1; ///< the holder; a forked child does not hold the lock
 };
 
 } // namespace Qel

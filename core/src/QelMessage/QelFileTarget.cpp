@@ -17,10 +17,10 @@ std::size_t folderLength(const std::string& path) {
     return slash == std::string::npos ? 0 : slash + 1;
 }
 
-/// The descriptor of this process that an entry of /proc/self/fd names; -1 for any other path.
+/// The descriptor of this process that an entry of /proc/self/fd refers to; -1 for any other path.
 ///
-/// Opening such an entry is not the same as using the descriptor: a regular file is opened at its start, and a socket
-/// can't be opened.
+/// Opening such an entry is not equivalent to using the descriptor: a regular file is opened at its start, and a socket
+/// cannot be opened.
 int ownDescriptor(const std::string& path) {
     const std::size_t length = folderLength(path);
     int number = -1;
@@ -41,14 +41,16 @@ QelFileTarget::Kind kindOf(mode_t mode) {
     return S_ISDIR(mode) ? QelFileTarget::Kind::directory : QelFileTarget::Kind::stream;
 }
 
-/// Replaces the path of a symbolic link by the path in it.  False, with errno, which is EINVAL if it is not a link.
+/// Replaces the path of a symbolic link with its target. Returns false with errno set on failure: EINVAL if it is not a
+/// link.
 bool followLink(std::string& path) {
     std::array<char, PATH_MAX> content{};
     const ssize_t length = ::readlink(path.c_str(), content.data(), content.size());
     if (length < 0)
         return false;
     const std::string_view to(content.data(), static_cast<std::size_t>(length));
-    // Not canonical: the kernel resolves ".." after the links in the directory part, as it does for the link itself.
+    // Deliberately not canonicalised: the kernel resolves ".." after the links in the directory part, as it does for
+    // the link itself.
     path = to.starts_with('/') ? std::string(to) : path.substr(0, folderLength(path)).append(to);
     return true;
 }
@@ -57,7 +59,7 @@ bool followLink(std::string& path) {
 
 bool QelFileTarget::find(const std::string& name) {
     path = name;
-    constexpr int mostLinks = 40; // the kernel's limit
+    constexpr int mostLinks = 40; // the kernel's limit, MAXSYMLINKS
     for (int links = 0; links <= mostLinks; ++links) {
         if (descriptor = ownDescriptor(path); descriptor >= 0) {
             kind = Kind::descriptor;

@@ -2,21 +2,21 @@
 
 #include <cstddef>
 
-/// What a message may measure.  Both encodings keep to it in both directions: more is refused when it is read, and a
-/// tree that could not be read back is not written.
+/// Limits of a message. Both encodings enforce them in both directions: a larger message is rejected when it is read,
+/// and a tree that could not be read back is not written.
 namespace Qel::QelLimits {
 
-/// Bytes of one message, as text or in binary form.
+/// Size of a message in bytes, in text or binary form.
 inline constexpr std::size_t messageBytes = std::size_t{64} << 20;
 
-/// Elements of one message, its root included.  Four bytes of text can be an element, which takes 130 bytes of memory
-/// while it is parsed.
+/// Number of elements of a message, including the root. Four bytes of text can encode an element that takes 130 bytes
+/// of memory while it is parsed.
 inline constexpr std::size_t elements = std::size_t{4} << 20;
 
-/// Levels of elements, the root not counted.
+/// Nesting depth, not counting the root.
 inline constexpr unsigned depth = 256;
 
-/// Attributes of one element.
+/// Number of attributes of an element.
 inline constexpr unsigned attributes = 64;
 
 } // namespace Qel::QelLimits

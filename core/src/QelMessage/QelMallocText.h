@@ -8,7 +8,7 @@
 
 namespace Qel {
 
-/// A copy of `text` as a C string in malloc memory, which is the caller's; null, with an error message, if there is no
+/// A copy of `text` as a C string, allocated with malloc and owned by the caller; null with an error message if out of
 /// memory.
 [[nodiscard]] inline char* mallocText(std::string_view text) noexcept {
     auto* const copy = static_cast<char*>(std::malloc(text.size() + 1));

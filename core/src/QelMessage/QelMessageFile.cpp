@@ -32,8 +32,8 @@ bool writeAll(int descriptor, std::string_view content) {
 
 constexpr mode_t permissions = 07777;
 
-/// Whether the file may be replaced.  The right to write to its directory would be enough for a rename, but a file that
-/// has no write permission at all is not to be changed, not even by root.
+/// Whether the file may be replaced. Write permission on its directory would suffice for a rename, but a file without
+/// any write permission must not be changed, not even by root.
 bool isWritable(const QelFileTarget& target) {
     if ((target.status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
         errno = EACCES;
@@ -42,33 +42,33 @@ bool isWritable(const QelFileTarget& target) {
     return ::faccessat(AT_FDCWD, target.path.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
-/// Gives a new file the owner and the permissions of the one that it replaces.
+/// Copies owner and permissions of the replaced file to a new file.
 bool copyAttributes(int file, const struct stat& replaced) {
     struct stat status {};
     if (::fstat(file, &status) != 0)
         return false;
     if (status.st_uid != replaced.st_uid || status.st_gid != replaced.st_gid) {
-        static_cast<void>(takeOwner(file, replaced)); // permitted to root, the group to its members
+        static_cast<void>(takeOwner(file, replaced)); // root may set both, others only a group they belong to
         if (::fstat(file, &status) != 0)
             return false;
     }
     mode_t mode = replaced.st_mode & permissions;
     if (status.st_gid != replaced.st_gid)
-        mode &= ~static_cast<mode_t>(S_IRWXG | S_ISGID); // these permissions were another group's
+        mode &= ~static_cast<mode_t>(S_IRWXG | S_ISGID); // these permissions were meant for another group
     if (status.st_uid != replaced.st_uid)
         mode &= ~static_cast<mode_t>(S_ISUID);
     return (status.st_mode & permissions) == mode || ::fchmod(file, mode) == 0;
 }
 
-/// Writes a file that was just created, to the disk.
+/// Sets the attributes and content of a newly created file and syncs it to disk.
 bool writeNew(QelDescriptor& file, const QelFileTarget& target, std::string_view content) {
     if (target.kind == QelFileTarget::Kind::regular && !copyAttributes(file.get(), target.status))
         return false;
     return writeAll(file.get(), content) && retried([&] { return ::fsync(file.get()); }) == 0 && file.close();
 }
 
-/// Creates a file in a folder; its name, which does not depend on that of the file to be replaced and so is never too
-/// long, is stored in `path`.
+/// Creates a temporary file in a folder and stores its name in `path`. The name does not contain that of the file to be
+/// replaced, so it is never too long.
 QelDescriptor createIn(const std::string& folder, mode_t mode, std::string& path) {
     constexpr int attempts = 100;
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -81,14 +81,14 @@ QelDescriptor createIn(const std::string& folder, mode_t mode, std::string& path
     return QelDescriptor();
 }
 
-/// So that the new name survives a power failure, too.
+/// Makes the rename durable across a power failure.
 void syncFolder(const std::string& folder) {
     const QelDescriptor opened(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened.isOpen())
         static_cast<void>(::fsync(opened.get()));
 }
 
-/// False, with errno; then the old file is unchanged.
+/// On failure returns false with errno set; the old file is unchanged.
 bool replaceFile(const QelFileTarget& target, std::string_view content, NewFile created) {
     constexpr mode_t ownerOnly = 0600;
     constexpr mode_t everyone = 0666;

@@ -9,13 +9,13 @@ namespace Qel {
 
 class QelMessage;
 
-/// What a missing element means to a reader.
+/// How a reader treats a missing element.
 enum QelReaderFlags {
-    QelReaderOptional = 0, ///< no failure: the value stays as it was
-    QelReaderRequired = 1, ///< a failure: -1
+    QelReaderOptional = 0, ///< success; the value is left unchanged
+    QelReaderRequired = 1, ///< failure: -1
 };
 
-/// The element ID that stands for the element under the cursor itself instead of one of its children.
+/// The empty element ID. It refers to the current element instead of one of its children.
 [[nodiscard]] constexpr int getEmptyID() {
     return 0;
 }
@@ -24,34 +24,35 @@ enum QelReaderFlags {
 }
 
 /// A cursor on a message tree: a document of nested elements, each with an element ID, a namespace, a complex type,
-/// attributes, a text value and an ordered list of children.  Siblings may share one ID; that is how lists are carried.
-/// An element with neither value nor children is a presence flag.
+/// attributes, a value and an ordered list of children. Siblings may share an ID; lists are encoded that way. An
+/// element with neither value nor children is a presence flag.
 ///
-/// Results: 0 is success.  Gets answer exactly 0 or -1, moves 0 or nonzero.  A failed move leaves the position, a
-/// failed get leaves its output as it was.
+/// Results: 0 is success. Gets return exactly 0 or -1, moves return 0 or nonzero. A failed move leaves the position
+/// unchanged, a failed get leaves its output unchanged.
 ///
-/// Navigation is const: a reader moves the position of a const cursor and must leave it where it found it.  Wherever an
-/// element ID is passed, 0 means the element that the cursor stands on.  Every form with a name behaves as its twin
-/// with the ID; the name is that of the ID (see QelDefaultMap), or one without an ID.
+/// Navigation is const: a reader moves a const cursor and must restore its position. Wherever an element ID is passed,
+/// 0 means the current element. An overload that takes a name behaves like the overload that takes the ID; the name is
+/// either that of an ID (see QelDefaultMap) or one that has no ID.
 ///
-/// A cursor doesn't own the tree, and belongs to one thread at a time, like the message.
+/// A cursor does not own the tree. Like its message, it must be used by one thread at a time.
 class QelMessageIterator {
 public:
     QelMessageIterator(const QelMessageIterator&) = delete;
     QelMessageIterator& operator=(const QelMessageIterator&) = delete;
     virtual ~QelMessageIterator();
 
-    /// The message that owns the tree; not the caller's.
+    /// The message that owns the tree. The caller must not destroy it.
     [[nodiscard]] virtual QelMessage* getMessage() const = 0;
-    /// Without `copy` a second cursor at the same element; with it a cursor on a deep copy of the element in a new
-    /// message, which the caller obtains with getMessage() and destroys.  The cursor itself is the caller's to delete.
+    /// Without `copy`, returns a second cursor on the same element. With it, returns a cursor on a deep copy of the
+    /// element in a new message, which the caller obtains with getMessage() and destroys. The caller deletes the cursor
+    /// in both cases.
     [[nodiscard]] virtual QelMessageIterator* newIterator(bool copy) const = 0;
 
     virtual int seekRoot() const = 0;
-    /// To the parent.  Ends the process if there is none, since no caller tests it.
+    /// Moves to the parent. Ends the process if there is none, since no caller checks the result.
     virtual int seekUp() const = 0;
-    /// To the first child of this name.  A text with a leading slash is a path from the root and names every level
-    /// ("/data/system"); "/" is the root.
+    /// Moves to the first child with this name. A string with a leading slash is a path from the root that names every
+    /// level ("/data/system"); "/" is the root.
     virtual int seek(const std::string& name) const = 0;
     virtual int seekPresence(const std::string& name) const = 0;
     virtual int setNamespace(const std::string& ns) = 0;
@@ -60,33 +61,35 @@ public:
     virtual int newChild(const std::string& name) = 0;
     virtual int putChild(const std::string& name) = 0;
     virtual int firstChild(const std::string& name) const = 0;
-    /// To the next sibling, whatever its ID.
+    /// Moves to the next sibling, regardless of its ID.
     virtual int nextSibling() const = 0;
     virtual int nextSibling(const std::string& name) const = 0;
     [[nodiscard]] virtual std::string curName() const = 0;
-    /// The complex type of the current element as the key under which a derived factory is registered:
-    /// "namespace:type", "type" when it has no namespace, empty when it has no type.
+    /// The complex type of the current element in the form under which derived factories are registered:
+    /// "namespace:type", "type" without a namespace, empty without a type.
     [[nodiscard]] virtual std::string curType() const = 0;
     [[nodiscard]] virtual int curNamespaceID() const = 0;
-    /// To the first child, whatever its ID.
+    /// Moves to the first child, regardless of its ID.
     virtual int firstChild() const = 0;
-    /// The current element with its subtree in binary form.  `*buf` is malloc memory and the caller's.
+    /// Encodes the current element with its subtree in binary form. `*buf` is allocated with malloc and owned by the
+    /// caller.
     virtual int serializeFromChild(char** buf, int* len) const = 0;
-    /// Adds the element in such a buffer as a child.
+    /// Appends the element encoded by serializeFromChild() as a child.
     virtual int deserializeToChild(const char* buf, int len) = 0;
-    /// Adds a copy of the element under `from`, with its own ID, type, attributes and subtree, as a child.
+    /// Appends a copy of the element under `from`, with its ID, type, attributes and subtree, as a child.
     virtual int copyToChild(const QelMessageIterator* from) = 0;
-    /// The current element with its subtree as text; malloc memory and the caller's, null on failure.
+    /// The current element with its subtree in text form. Allocated with malloc and owned by the caller; null on
+    /// failure.
     [[nodiscard]] virtual char* toTextFromChild() const = 0;
-    /// Adds the element that such a text holds as a child.
+    /// Appends the element in `text`, a document as returned by toTextFromChild(), as a child.
     virtual int fromTextToChild(const char* text) = 0;
-    /// Removes the current element; the cursor then stands on its parent.
+    /// Removes the current element and moves to its parent.
     virtual int deleteFromChild() = 0;
-    /// Removes the first child of this ID.
+    /// Removes the first child with this ID.
     virtual int deleteChild(int id) = 0;
-    /// The whole message as text; malloc memory and the caller's, null on failure.
+    /// The whole message in text form. Allocated with malloc and owned by the caller; null on failure.
     [[nodiscard]] virtual char* toText() const = 0;
-    /// The whole message in binary form; the third argument selects the format, of which 0 is the only one.
+    /// The whole message in binary form, in a malloc buffer owned by the caller. `format` must be 0, the only format.
     virtual int serialize(char** buf, int* len, int format) const = 0;
 
     virtual int getValueBase64(std::string& value, const std::string& name) const = 0;
@@ -105,28 +108,29 @@ public:
     virtual int putValueTime(long value, const std::string& name) = 0;
     virtual int putValueTimeZone(long value, int zone, const std::string& name) = 0;
 
-    /// To the first child of this ID.
+    /// Moves to the first child with this ID.
     virtual int seek(int id) const = 0;
-    /// Appends a child behind all others, even of the same ID, and moves to it.
+    /// Appends a child as the last one, even if another child has the same ID, and moves to it.
     virtual int newChild(int id) = 0;
     /// Sets the namespace of the current element only.
     virtual int setNamespace(int ns) = 0;
-    /// Sets the namespace that elements written from now on through this cursor take; 0 clears it.  There is no stack.
+    /// Sets the namespace of all elements that are written through this cursor from now on; 0 clears it. Calls do not
+    /// nest.
     virtual int saveNamespace(int ns) = 0;
-    /// Marks the current element as an instance of this complex type.
+    /// Sets the complex type of the current element.
     virtual int setComplexType(int ns, int type) = 0;
     virtual int firstChild(int id) const = 0;
     virtual int nextSibling(int id) const = 0;
-    /// 0 if a child of this ID is there.  The position doesn't change.
+    /// Returns 0 if there is a child with this ID. The position does not change.
     virtual int seekPresence(int id) const = 0;
-    /// Appends an empty child without moving: a presence flag.
+    /// Appends an empty child, a presence flag, without moving.
     virtual int putChild(int id) = 0;
 
-    /// The value of child `id`, base64-decoded.
+    /// The base64-decoded value of child `id`.
     virtual int getValueBase64(std::string& value, int id) const = 0;
     virtual int getValue(std::string& value, int id) const = 0;
     virtual int getValue(int& value, int id) const = 0;
-    /// An element without a value is true: its presence is the flag.
+    /// An element without a value is true, since its presence is the flag.
     virtual int getValue(bool& value, int id) const = 0;
     virtual int getValueLongLong(long long& value, int id) const = 0;
     virtual int getValueDouble(double& value, int id) const = 0;
@@ -135,8 +139,8 @@ public:
     /// Seconds since the epoch, and the zone in minutes east of Greenwich.
     virtual int getValueTimeZone(long& value, int& zone, int id) const = 0;
 
-    /// Appends a child with this value, without moving and without looking for one that is there; with `id` 0 sets the
-    /// value of the current element.
+    /// Appends a child with this value without moving, even if a child with this ID exists. With `id` 0, sets the value
+    /// of the current element.
     virtual int putValueBase64(const char* data, int len, int id) = 0;
     virtual int putValue(const char* data, int len, int id) = 0;
     virtual int putValueBase64(const std::string& value, int id) = 0;
@@ -149,30 +153,30 @@ public:
 
     /// Makes the cursor unusable: every later operation on it ends the process.
     virtual void invalidate() const = 0;
-    /// Element ID of the current element; 0 for one whose name has no ID.
+    /// The ID of the current element; 0 if its name has no ID.
     [[nodiscard]] virtual int curID() const = 0;
 
     /// Attribute `id` of the current element.
     virtual int getAttr(int& value, int id) const = 0;
     virtual int getAttr(std::string& value, int id) const = 0;
     virtual int getAttrTime(long& value, int id) const = 0;
-    /// Sets the attribute, replacing an earlier value.
+    /// Sets an attribute of the current element, replacing an existing value.
     virtual int putAttr(const std::string& value, int id) = 0;
     virtual int putAttr(int value, int id) = 0;
     virtual int putAttrTime(long value, int id) = 0;
 
-    /// The content of child `id` (its value and children) as markup, and the reverse.
+    /// Gets or appends the content of child `id`, that is its value and children, as markup.
     virtual int getValueXML(std::string& markup, int id) const = 0;
     virtual int putValueXML(const std::string& markup, int id) = 0;
 
-    /// Who sent the message that the cursor stands in; nonzero if that isn't known.
+    /// The sender of the cursor's message; nonzero if it is unknown.
     int getOrigin(std::string& origin) const;
     /// Sets the namespace of every child of the current element.
     int setNamespaceChild(int ns);
 
-    /// Reads child `id` with `T::reader_type`; -1 if it is missing.
+    /// Reads child `id` with `T::reader_type`; -1 if there is no such child.
     template <class T> int getObj(T& obj, int id) const { return getObject(obj, typename T::reader_type(), id); }
-    /// Writes `obj` with `T::writer_type` as child `id`, in place of the first one that is there.
+    /// Writes `obj` with `T::writer_type` as child `id`, replacing the first existing child with this ID.
     template <class T> int putObj(const T& obj, int id) { return putObject(obj, typename T::writer_type(), id); }
     template <class T, class Reader> int getObject(T& obj, const Reader& reader, int id) const;
     template <class T, class Writer> int putObject(const T& obj, const Writer& writer, int id);
@@ -184,7 +188,7 @@ private:
     template <class T, class Writer> int putObjectInternal(const T& obj, const Writer& writer);
 };
 
-/// Reads child `id` with `Reader` and comes back, whatever the result.
+/// Reads child `id` with `Reader` and restores the position, whatever the result.
 template <class ID, class Reader> struct QelReaderIDT : Reader {
     QelReaderIDT(const Reader& reader, ID elementID, QelReaderFlags flags)
         : Reader(reader), id(elementID), optional(!flags) {}
@@ -202,10 +206,11 @@ template <class ID, class Reader> struct QelReaderIDT : Reader {
     bool optional;
 };
 
-/// The namespace that a QelWriterIDT gives its element after the value is written; empty for none.
+/// Namespace ID that a QelWriterIDT sets on its element after writing the value; 0 for none.
 using QelNoNamespace = int;
 
-/// Appends child `id` and writes into it, marked as the writer's statics say.
+/// Appends child `id` and writes the value into it, with the namespace and type declared by the writer's static
+/// functions.
 template <class ID, class Writer, class itemNSType = QelNoNamespace> struct QelWriterIDT : QelWriterBaseT<Writer> {
     explicit QelWriterIDT(ID elementID) : id(elementID) {}
     QelWriterIDT(const Writer& w, ID elementID, itemNSType ns = itemNSType()) : writer(w), id(elementID), nsType(ns) {}
@@ -256,7 +261,7 @@ template <class T, class Writer> int QelMessageIterator::putObjectInternal(const
     QEL_CHECK_AT(nsName != nullptr, "core/src/QelMessage/QelMessageIterator", 853);
     QEL_CHECK_AT(typeName != nullptr, "core/src/QelMessage/QelMessageIterator", 854);
 
-    // The element itself takes the writer's namespace, and so does what is written into it.
+    // The namespace applies to the element itself and to everything the writer adds to it.
     const bool hasNamespace = Writer::getNSID() != 0 || *nsName != '\0';
     if (Writer::getNSID() != 0) {
         saveNamespace(Writer::getNSID());
@@ -272,8 +277,8 @@ template <class T, class Writer> int QelMessageIterator::putObjectInternal(const
         setComplexType(std::string(nsName), std::string(typeName));
 
     const int result = writer(*this, obj);
-    // Cleared and not restored: the wire format has no stack of namespaces, so what an outer record writes behind a
-    // nested typed one carries no saved namespace.
+    // Cleared, not restored: the wire format has no namespace stack, so elements that an outer record writes after a
+    // nested typed one have no saved namespace.
     if (hasNamespace)
         saveNamespace(0);
     return result;

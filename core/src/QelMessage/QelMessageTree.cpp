@@ -38,14 +38,14 @@ std::string nameOf(QelNameKind kind, int id) {
     return {};
 }
 
-/// Room for `count` more, without giving up the vector's own growth when that is asked for again and again.
+/// Reserves room for `count` more items but keeps the vector's geometric growth when called repeatedly.
 template <class T> void makeRoom(std::vector<T>& vector, std::size_t count) {
     const std::size_t needed = vector.size() + count;
     if (needed > vector.capacity())
         vector.reserve(std::max(needed, 2 * vector.size()));
 }
 
-/// An empty text says that there is no namespace, or no type.
+/// An empty string means no namespace, or no type.
 bool isNone(QelNameKind kind, std::string_view name) {
     return name.empty() && (kind == QelNameKind::nameSpace || kind == QelNameKind::type);
 }
@@ -176,7 +176,8 @@ void QelMessageTree::detach(Index node) {
 void QelMessageTree::remove(Index node) {
     detach(node);
     m_nodes[node].next = none;
-    // Down to a leaf, free it, go on beside it or above it: no recursion, however deep the tree is.
+    // Iterative post-order removal: descend to a leaf, free it, continue with its sibling or parent. The depth of the
+    // tree does not matter.
     Index current = node;
     for (;;) {
         while (m_nodes[current].firstChild != none)
@@ -257,7 +258,7 @@ bool QelMessageTree::viewAttribute(Index node, Symbol name, std::string_view val
     return true;
 }
 
-/// The attribute of this name, appended if it isn't there; none if there are too many.
+/// The attribute with this name, appended if it does not exist; `none` if the element has too many.
 QelMessageTree::Index QelMessageTree::addAttribute(Index node, Symbol name) {
     unsigned count = 0;
     Index last = none;

@@ -11,34 +11,34 @@
 
 namespace Qel {
 
-/// What a name names.
+/// What a name is used for.
 enum class QelNameKind { element, nameSpace, type, attribute };
 
 /// The element tree of one message.
 ///
-/// Elements stand in one array and refer to each other by index.  Names, namespaces and types are symbols: a positive
-/// symbol is an ID, a negative one a name of this message that has no ID, 0 is none.  A value is a view into the buffer
-/// that the message was parsed from, or lies in a pool.  What is deleted or replaced is used again, so that a tree that
-/// is edited for ever doesn't grow for ever.
+/// Elements are stored in an array and refer to each other by index. Names, namespaces and types are symbols: a
+/// positive symbol is an ID, a negative symbol is a handle for a name of this message that has no ID, 0 means none. A
+/// value is a view into the buffer that the message was parsed from, or is stored in a pool. Nodes, attributes, names
+/// and pool blocks are recycled, so the memory of a tree that is edited repeatedly stays bounded.
 ///
-/// Symbols are counted.  intern() and share() give one with a reference, and whoever is handed a symbol to keep takes
-/// that reference over.
+/// Symbols are reference-counted. intern() and share() return a symbol with a new reference. A function that stores a
+/// symbol takes over the caller's reference.
 class QelMessageTree {
 public:
     using Index = std::uint32_t;
     using Symbol = int;
 
     static constexpr Index root = 0;
-    /// No such child, sibling or attribute.  The root is never one, so that it doesn't need a number of its own.
+    /// No such child, sibling or attribute. It shares the value 0 with the root, which is never any of these.
     static constexpr Index none = 0;
-    /// Name of a root that becomes a child of another element: that of the root in the text form.
+    /// Name given to a root when it is copied below another element: the name of the root in the text form.
     static constexpr std::string_view rootAsChild = "message";
 
-    /// A text that the tree keeps.
+    /// A string stored in the tree.
     struct Text {
         const char* data = nullptr;
         std::uint32_t size = 0;
-        std::uint32_t capacity = 0; ///< bytes in the pool; 0 for a view
+        std::uint32_t capacity = 0; ///< bytes allocated from the pool; 0 for a view
 
         [[nodiscard]] std::string_view view() const noexcept { return {data, size}; }
         [[nodiscard]] bool empty() const noexcept { return size == 0; }
@@ -47,14 +47,14 @@ public:
         Symbol name = 0;
         Symbol nameSpace = 0;
         Symbol type = 0;
-        Symbol typeNameSpace = 0; ///< none where `type` is none
+        Symbol typeNameSpace = 0; ///< 0 if `type` is 0
         Index parent = none;
         Index firstChild = none;
         Index lastChild = none;
         Index next = none;
         Index previous = none;
         Index firstAttribute = none;
-        std::uint32_t generation = 0; ///< tells this element from others that had or will have its index
+        std::uint32_t generation = 0; ///< distinguishes this element from earlier and later users of its index
         Text value;
     };
     struct Attribute {
@@ -63,72 +63,73 @@ public:
         Text value;
     };
 
-    /// A tree with nothing but its root.  One that replaces another continues its generations, so that no cursor takes
-    /// an element of the new tree for one of the old; only the roots are the same.
+    /// A tree with only a root. successor() creates a tree that replaces this one. It continues the generations, so
+    /// that a cursor cannot mistake an element of the new tree for one of the old tree; only the roots have the same
+    /// generation.
     QelMessageTree() : QelMessageTree(firstGeneration) {}
     [[nodiscard]] QelMessageTree successor() const { return QelMessageTree(m_nextGeneration); }
 
     [[nodiscard]] const Node& node(Index index) const { return m_nodes[index]; }
     [[nodiscard]] const Attribute& attribute(Index index) const { return m_attributes[index]; }
-    /// True while `index` is the element that had this generation when it was taken.
+    /// True while `index` still refers to the element with this generation.
     [[nodiscard]] bool isAlive(Index index, std::uint32_t generation) const noexcept {
         return index < m_nodes.size() && m_nodes[index].generation == generation;
     }
 
-    /// The symbol of a name, with a reference.  An empty namespace or type is none.
+    /// The symbol of a name, with a new reference. 0 for an empty namespace or type.
     [[nodiscard]] Symbol intern(QelNameKind kind, std::string_view name);
-    /// The symbol of a name if the tree could hold an element with it, else 0; without a reference.
+    /// The symbol of a name, without a new reference; 0 if no element of the tree can have it.
     [[nodiscard]] Symbol find(QelNameKind kind, std::string_view name) const;
-    /// The same symbol with one more reference.
+    /// Adds a reference to a symbol and returns it.
     [[nodiscard]] Symbol share(Symbol symbol);
-    /// Gives up a symbol's reference.
+    /// Releases a reference to a symbol.
     void release(Symbol symbol);
-    /// The name that a symbol stands for; "/" is the name of the root element.
+    /// The name of a symbol; "/" for the root element.
     [[nodiscard]] std::string name(QelNameKind kind, Symbol symbol) const;
     [[nodiscard]] const QelNameTable& names() const noexcept { return m_names; }
 
-    /// The first child, or the next sibling, that has this name.
+    /// The first child, or the next sibling, with this name.
     [[nodiscard]] Index findChild(Index parent, Symbol name) const;
     [[nodiscard]] Index findNext(Index node, Symbol name) const;
     [[nodiscard]] Index findAttribute(Index node, Symbol name) const;
 
-    /// Moves `node` on to the element that follows it in the subtree of `top`, parents before children.  False at the
-    /// end.
+    /// Advances `node` to the next element of the subtree of `top` in pre-order. Returns false at the end.
     [[nodiscard]] bool advance(Index& node, Index top) const;
 
-    /// An element that is to become a child of `parent` and isn't seen there until attach().
+    /// Creates an element that becomes a child of `parent` on attach(). Until then it is not linked from the parent.
     [[nodiscard]] Index createDetached(Index parent, Symbol name, Symbol nameSpace);
-    /// Puts a detached element behind its parent's other children.
+    /// Appends a detached element to its parent's children.
     void attach(Index node);
     /// createDetached() and attach().
     Index appendChild(Index parent, Symbol name, Symbol nameSpace);
-    /// Removes an element, attached or detached, with all that lies below it.  Not the root.
+    /// Removes an element, attached or detached, with its subtree. The root cannot be removed.
     void remove(Index node);
 
     void setNameSpace(Index node, Symbol nameSpace);
     void setType(Index node, Symbol nameSpace, Symbol type);
     void setValue(Index node, std::string_view value);
-    /// Sets the attribute, in place of an earlier one of this name.  False, and nothing changed, if the element has as
-    /// many as it may have.
+    /// Sets an attribute, replacing an existing value. Returns false, without a change, if the element already has
+    /// QelLimits::attributes attributes.
     [[nodiscard]] bool setAttribute(Index node, Symbol name, std::string_view value);
 
-    /// Gives `node` the namespace, type, value, attributes and children of an element of this or of another tree.
-    /// `node` has none of them yet.  It may be detached below the source: it isn't copied into itself.
+    /// Copies the namespace, type, value, attributes and children of an element of this or another tree to `node`,
+    /// which must not have any of them. `node` may be detached and have a descendant of `source`, or `source` itself,
+    /// as its parent: it is not copied into itself.
     void copyContent(Index node, const QelMessageTree& from, Index source);
-    /// Replaces value and children of an element by those of a detached one, which loses them.
+    /// Replaces the value and children of an element with those of a detached element, which is left without them.
     void takeContent(Index node, Index detached);
-    /// Adds a copy of an element behind the children of `parent`.  The root becomes an element named "message".
+    /// Appends a copy of an element to the children of `parent`. A copied root is named "message".
     Index copyToChild(Index parent, const QelMessageTree& from, Index source);
 
-    /// Makes room for so many elements and attributes more.
+    /// Reserves capacity for this many additional elements and attributes.
     void reserve(std::size_t nodes, std::size_t attributes);
-    /// Memory for a buffer that values are to be views into.  At most one a tree; it lives as long as the tree.
+    /// Allocates the buffer that values can be views into. Call it at most once per tree; the tree owns the buffer.
     [[nodiscard]] char* createBuffer(std::size_t size);
-    /// As setValue() and setAttribute(), for a text that lies in the tree's buffer and isn't copied.
+    /// Like setValue() and setAttribute(), for a value in the tree's buffer. It is not copied.
     void viewValue(Index node, std::string_view value);
     [[nodiscard]] bool viewAttribute(Index node, Symbol name, std::string_view value);
 
-    /// Elements that the tree has room for, in use or not.
+    /// Number of element slots, used and free.
     [[nodiscard]] std::size_t capacity() const noexcept { return m_nodes.size(); }
 
 private:
@@ -153,7 +154,7 @@ private:
     std::uint32_t m_nextGeneration;
     QelNameTable m_names;
     std::unique_ptr<char[]> m_buffer;
-    // Made when the first value is stored: a message that is only parsed and read needs none.
+    // Created when the first value is stored: a message that is only parsed and read needs no pool.
     std::unique_ptr<QelTextPool> m_pool;
 };
 

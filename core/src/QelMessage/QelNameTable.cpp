@@ -9,7 +9,7 @@ int QelNameTable::acquire(std::string_view name) {
     }
     if (m_free.empty()) {
         m_entries.emplace_back();
-        // Room for every handle, so that release() allocates nothing.
+        // Capacity for every handle, so that release() does not allocate.
         m_free.reserve(m_entries.capacity());
         m_free.push_back(-static_cast<int>(m_entries.size()));
     }
@@ -38,7 +38,7 @@ void QelNameTable::startNumbering() const noexcept {
     m_numbered = 0;
     if (++m_pass != 0)
         return;
-    // The counter has come round: no entry may look as if this pass had met it.
+    // The counter has wrapped around: reset all entries so that none seems to belong to this pass.
     for (const Entry& each : m_entries)
         each.pass = 0;
     m_pass = 1;

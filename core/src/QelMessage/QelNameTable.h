@@ -10,36 +10,37 @@
 
 namespace Qel {
 
-/// The names of one message that have no ID.  A name is known by a negative handle while anything refers to it; the
-/// handles of names that nothing refers to any more are used again.
+/// The names of one message that have no ID. A name has a negative handle as long as it is referenced; handles of
+/// unreferenced names are recycled.
 class QelNameTable {
 public:
-    /// The name's handle, with one more reference for the caller.
+    /// The name's handle, with a new reference owned by the caller.
     [[nodiscard]] int acquire(std::string_view name);
     void addReference(int handle) { ++entry(handle).references; }
     void release(int handle);
 
-    /// The name's handle without a reference, 0 if it isn't in the table.
+    /// The name's handle, without a new reference; 0 if it is not in the table.
     [[nodiscard]] int find(std::string_view name) const;
     /// Valid while the handle has a reference.
     [[nodiscard]] std::string_view text(int handle) const { return *entry(handle).text; }
 
-    /// A name's number within one pass of an encoder: names count from 0 in the order in which the pass meets them.
+    /// A name's number within one encoding pass. Names are numbered from 0 in the order in which the pass encounters
+    /// them.
     struct Number {
         std::uint32_t value;
-        bool isNew; ///< the pass meets the name for the first time
+        bool isNew; ///< this is the name's first use in the pass
     };
     void startNumbering() const noexcept;
     [[nodiscard]] Number number(int handle) const noexcept;
 
-    /// Names that are in use.
+    /// Number of names in use.
     [[nodiscard]] std::size_t size() const noexcept { return m_handles.size(); }
 
 private:
     struct Entry {
         const std::string* text = nullptr; // the key in m_handles
         std::uint32_t references = 0;
-        // The number that the name has in encoding pass `pass`.  It stands here so that encoding allocates nothing.
+        // The name's number in encoding pass `pass`. Stored here so that encoding does not allocate.
         mutable std::uint32_t pass = 0;
         mutable std::uint32_t number = 0;
     };

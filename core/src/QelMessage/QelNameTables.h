@@ -9,14 +9,14 @@
 
 #include "QelMessage/QelNames.h"
 
-/// How the name tables are built and what is checked while they are compiled.
+/// Construction and compile-time checks of the name tables.
 namespace Qel::QelNames {
 
-/// One kind of names.
+/// The names of one kind.
 struct Table {
-    char letter;                             ///< what stands before the number of an ID in its numbered spelling
-    std::span<const Entry> byID;             ///< in ascending order of the IDs
-    std::span<const std::uint16_t> byName{}; ///< places in `byID`, in ascending order of the names
+    char letter;                             ///< prefix of an ID in its numbered spelling
+    std::span<const Entry> byID;             ///< sorted by ID
+    std::span<const std::uint16_t> byName{}; ///< indexes into `byID`, sorted by name
 };
 
 extern const Table elementTable;
@@ -56,8 +56,8 @@ template <std::size_t size>
     return c >= 'a' && c <= 'z';
 }
 
-/// Lower-case words joined by `_`, short enough for a table column.  It can be an XML name and a namespace prefix, so
-/// it isn't one of those that XML and the text form keep for themselves, and it isn't the numbered spelling of any ID.
+/// Lower-case words joined by `_`, short enough for a table column. The name must be usable as an XML name and as a
+/// namespace prefix. It must not be reserved by XML or the text form, and it must not be a numbered spelling.
 [[nodiscard]] constexpr bool isGoodName(std::string_view name) {
     constexpr std::size_t longest = 30;
     if (name.empty() || name.size() > longest || !isLower(name.front()))
@@ -77,11 +77,11 @@ template <std::size_t size>
 
 template <const auto& entries> inline constexpr auto indexOf = indexByName(entries);
 
-/// The table of these entries, which doesn't compile unless they keep the rules.
+/// A table of these entries. Compilation fails if they break a rule.
 template <const auto& entries> [[nodiscard]] consteval Table checkedTable(char letter) {
-    static_assert(idsAscend(entries), "the IDs stand in ascending order, each once");
-    static_assert(namesAreDistinct(entries, indexOf<entries>), "two IDs have one name");
-    static_assert(namesAreGood(entries), "a name isn't well formed; see isGoodName");
+    static_assert(idsAscend(entries), "IDs must be unique and in ascending order");
+    static_assert(namesAreDistinct(entries, indexOf<entries>), "names must be unique");
+    static_assert(namesAreGood(entries), "a name is malformed; see isGoodName");
     return {letter, entries, indexOf<entries>};
 }
 

@@ -15,7 +15,7 @@ constinit const Table attributeTable{'a', {}};
 
 namespace {
 
-/// The table's name of an ID; empty if it has none.
+/// The name of an ID in the table; empty if it has none.
 std::string_view findName(const Table& table, int id) noexcept {
     const auto entry = std::lower_bound(table.byID.begin(), table.byID.end(), id,
                                         [](const Entry& candidate, int wanted) { return candidate.id < wanted; });
@@ -29,15 +29,15 @@ std::string printName(const Table& table, int id) {
     return name.empty() ? table.letter + std::to_string(id) : std::string(name);
 }
 
-/// The ID in the numbered spelling; 0 if `name` isn't one.
+/// The ID of a numbered spelling; 0 if `name` is not one.
 int parseNumbered(char letter, std::string_view name) noexcept {
     if (!name.starts_with(letter))
         return 0;
     const std::string_view number = name.substr(1);
-    // What from_chars would take beside canonical numbers.
+    // from_chars accepts these, but they are not canonical.
     if (number.starts_with('-') || number.starts_with('0'))
         return 0;
-    int id = 0; // and stays so if there is no number or it doesn't fit
+    int id = 0; // unchanged if there is no number or it does not fit
     const char* const end = number.data() + number.size();
     return std::from_chars(number.data(), end, id).ptr == end ? id : 0;
 }

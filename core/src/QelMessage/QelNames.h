@@ -4,16 +4,15 @@
 #include <string>
 #include <string_view>
 
-/// The vocabulary of message trees: readable names of the IDs that elements, namespaces, complex types and attributes
-/// have on the wire.
+/// The vocabulary of message trees: readable names for the IDs of elements, namespaces, complex types and attributes.
 ///
-/// An ID and its name are two spellings of one thing: `name` is element 1026.  A letter and the ID (`e1026`, `n292`,
-/// `t122`, `a7`) is understood wherever a name is, for every positive ID whether the tables name it or not, and it is
-/// what an ID without a name prints as.  A text that is neither is a legal name too, only without an ID: sections and
-/// options of a configuration are such (`system`, `log_level`).
+/// An ID and its name are equivalent: `name` is element 1026. The numbered spelling, a letter and the ID (`e1026`,
+/// `n292`, `t122`, `a7`), is accepted wherever a name is, for every positive ID, whether or not the tables have a name
+/// for it. An ID without a name is printed in this form. Any other string is a legal name without an ID, such as the
+/// sections and options of a configuration (`system`, `log_level`).
 ///
-/// Element names are distinct among elements, namespace names among namespaces, and so on; one word may name an element
-/// and a type.  The tables are constant data: they may be used during static initialisation and by any thread.
+/// Names are unique within each kind; an element and a type may share one. The tables are constant data: they can be
+/// used during static initialisation and from any thread.
 namespace Qel::QelNames {
 
 struct Entry {
@@ -21,21 +20,21 @@ struct Entry {
     std::string_view name;
 };
 
-/// The IDs that have a name, in ascending order.
+/// The IDs with a name, in ascending order.
 [[nodiscard]] std::span<const Entry> elements() noexcept;
 [[nodiscard]] std::span<const Entry> namespaces() noexcept;
 [[nodiscard]] std::span<const Entry> types() noexcept;
 /// Empty: no record uses an attribute.
 [[nodiscard]] std::span<const Entry> attributes() noexcept;
 
-/// The name of an ID: that of the table, else the letter and the ID.  Empty if the ID isn't positive.
+/// The name of an ID from the table, or else its numbered spelling. Empty if the ID is not positive.
 [[nodiscard]] std::string elementName(int id);
 [[nodiscard]] std::string namespaceName(int id);
 [[nodiscard]] std::string typeName(int id);
 [[nodiscard]] std::string attributeName(int id);
 
-/// The ID of a name in either spelling; 0 for a name without one.  The number behind the letter is canonical decimal
-/// (no sign, no leading zero) and fits an int.
+/// The ID of a name in either spelling; 0 for a name without an ID. The number in a numbered spelling must be canonical
+/// decimal (no sign, no leading zero) and fit an int.
 [[nodiscard]] int elementID(std::string_view name) noexcept;
 [[nodiscard]] int namespaceID(std::string_view name) noexcept;
 [[nodiscard]] int typeID(std::string_view name) noexcept;

@@ -7,12 +7,12 @@
 
 namespace Qel {
 
-/// The result of `parse`, or QelMessage::outOfMemory with an error message if an allocation fails.
+/// Returns the result of `parse`, or QelMessage::outOfMemory with an error message if an allocation fails.
 template <class Parse> [[nodiscard]] int guardParse(Parse parse) {
     try {
         return parse();
     } catch (const std::bad_alloc&) {
-        // Short enough for a std::string that allocates nothing.
+        // Fits the small-string buffer of std::string, so it does not allocate.
         setErrorMessage("out of memory");
         return QelMessage::outOfMemory;
     }

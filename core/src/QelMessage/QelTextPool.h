@@ -9,21 +9,20 @@
 
 namespace Qel {
 
-/// Memory for the values of a tree.  A block that is released is used again for one of its size, so that a tree that is
-/// edited for ever doesn't grow for ever.
+/// Memory for the values of a tree. Released blocks are reused for values of the same size class, so the memory of a
+/// tree that is edited repeatedly stays bounded.
 ///
-/// std::pmr::unsynchronized_pool_resource does the same, but in libstdc++ 12 it dereferences a null pointer after some
-/// failed allocations.
+/// std::pmr::unsynchronized_pool_resource would do this too, but in libstdc++ 12 it dereferences a null pointer after
+/// some failed allocations.
 class QelTextPool {
 public:
-    /// Bytes of the block that holds `size` bytes: a multiple of 16, and at most a quarter more than `size` from 128
-    /// bytes on.
+    /// Size of the block for `size` bytes: a multiple of 16, and from 128 bytes on at most 25 % more than `size`.
     [[nodiscard]] static std::size_t capacityFor(std::size_t size) noexcept {
         const std::size_t step = stepFor(size);
         return (size + step - 1) / step * step;
     }
 
-    /// `capacity` comes from capacityFor().
+    /// `capacity` must be a result of capacityFor().
     [[nodiscard]] char* allocate(std::size_t capacity) {
         Free*& first = m_free[classOf(capacity)];
         if (!first)
@@ -43,7 +42,7 @@ private:
     };
 
     static constexpr std::size_t granule = 16;
-    // Sizes are multiples of the granule up to 128 bytes, and then four for each power of two.
+    // Size classes are the multiples of the granule up to 128 bytes, then four per power of two.
     static constexpr unsigned smallWidth = 7;
     static constexpr std::size_t smallClasses = (std::size_t{1} << smallWidth) / granule;
     static constexpr unsigned largestWidth = 32;

@@ -18,7 +18,7 @@ namespace {
 using Index = QelMessageTree::Index;
 using Symbol = QelMessageTree::Symbol;
 
-/// A name that may have a prefix.
+/// A name with an optional prefix.
 struct QualifiedName {
     explicit QualifiedName(std::string_view text) {
         const auto colon = text.find(':');
@@ -26,7 +26,7 @@ struct QualifiedName {
         prefix = hasPrefix ? text.substr(0, colon) : std::string_view();
         local = hasPrefix ? text.substr(colon + 1) : text;
     }
-    /// False for "a:b:c", ":a" and "a:", and where a part isn't a name.
+    /// False for "a:b:c", ":a" and "a:", and if a part is not a valid name.
     [[nodiscard]] bool isValid() const {
         return QelXmlText::isName(local) && (!hasPrefix || QelXmlText::isName(prefix));
     }
@@ -47,7 +47,7 @@ std::vector<std::string_view> words(std::string_view text) {
     return found;
 }
 
-/// Builds elements out of a parsed document.
+/// Builds elements from a parsed document.
 class Reader {
 public:
     Reader(const QelXmlDocument& document, QelMessageTree& tree) : m_document(document), m_tree(tree) {
@@ -55,15 +55,15 @@ public:
         m_scope.declare(QelXmlNames::reserved, QelXmlNames::reservedNamespace);
     }
 
-    /// Reads `xml` into the root, with the envelope.
+    /// Reads `xml` into the root and the envelope.
     bool message(pugi::xml_node xml, QelEnvelope& envelope) {
         m_scope.enter();
         m_envelope = &envelope;
         if (!declareNamespaces(xml))
             return false;
         if (QualifiedName(xml.name()).local != QelXmlNames::message)
-            return fail(xml, "the document's element is '" + std::string(xml.name()) + "', not '" +
-                                 QelXmlNames::message + "'");
+            return fail(xml,
+                        "the root element is '" + std::string(xml.name()) + "', not '" + QelXmlNames::message + "'");
         std::string nameSpace;
         if (!elementNameSpace(xml, nameSpace))
             return false;
@@ -74,7 +74,7 @@ public:
         return children(xml, QelMessageTree::root, 0);
     }
 
-    /// Reads `xml` as a new child of `parent`.  On failure nothing is left of it.
+    /// Reads `xml` as a new child of `parent`. On failure nothing is added.
     bool child(pugi::xml_node xml, Index parent) {
         QelDetachedElement top(m_tree);
         if (!open(xml, parent, top) || !children(xml, top.get(), 1))
@@ -83,24 +83,24 @@ public:
         return true;
     }
 
-    /// Reads what stands in `xml` in place of the value and the children of `element`.
+    /// Replaces the value and children of `element` with the content of `xml`.
     bool content(pugi::xml_node xml, Index element) {
         m_scope.enter();
         if (const Symbol nameSpace = m_tree.node(element).nameSpace; nameSpace != 0)
             m_scope.declare({}, QelXmlText::encodeNamespace(m_tree.name(QelNameKind::nameSpace, nameSpace)));
-        // Into a twin first, since the text may turn out to be malformed half way.
-        QelDetachedElement twin(m_tree);
-        twin.create(element, 0, m_tree.share(m_tree.node(element).nameSpace));
-        if (!value(xml, twin.get(), false) || !children(xml, twin.get(), 0))
+        // Read into a detached element first, since an error may occur halfway through the text.
+        QelDetachedElement replacement(m_tree);
+        replacement.create(element, 0, m_tree.share(m_tree.node(element).nameSpace));
+        if (!value(xml, replacement.get(), false) || !children(xml, replacement.get(), 0))
             return false;
-        m_tree.takeContent(element, twin.get());
+        m_tree.takeContent(element, replacement.get());
         return true;
     }
 
 private:
     bool fail(pugi::xml_node place, const std::string& what) const { return m_document.fail(place, what); }
 
-    /// Reads the elements below `xml`, which stands at `depth`, and all below them.
+    /// Reads all descendants of `xml`, which has depth `depth`, into `node`.
     bool children(pugi::xml_node xml, Index node, unsigned depth) {
         const pugi::xml_node top = xml;
         for (;;) {
@@ -128,14 +128,14 @@ private:
         }
     }
 
-    /// `xml`, or the first element behind it.
+    /// `xml`, or the first element after it.
     static pugi::xml_node elementFrom(pugi::xml_node xml) {
         while (xml && xml.type() != pugi::node_element)
             xml = xml.next_sibling();
         return xml;
     }
 
-    /// Makes a detached element of `xml`, without its children.  Goes into its scope.
+    /// Creates a detached element for `xml`, without its children, and enters its scope.
     bool open(pugi::xml_node xml, Index parent, QelDetachedElement& opened) {
         m_scope.enter();
         std::string nameSpace;
@@ -158,13 +158,13 @@ private:
                 return false;
             const std::string_view prefix = name.hasPrefix ? name.local : std::string_view();
             if (!mayDeclare(prefix, uri))
-                return fail(xml, "a prefix that can't be declared so: " + std::string(prefix));
+                return fail(xml, "invalid declaration of prefix: " + std::string(prefix));
             m_scope.declare(prefix, std::move(uri));
         }
         return true;
     }
 
-    /// The names of XML itself can't be given another meaning, nor their namespaces another prefix.
+    /// The reserved prefixes must not be rebound, and their namespaces must not be bound to other prefixes.
     static bool mayDeclare(std::string_view prefix, const std::string& uri) {
         if (prefix == QelXmlNames::declaration || uri == QelXmlNames::declarationNamespace)
             return false;
@@ -172,39 +172,39 @@ private:
                (prefix.empty() || !uri.empty());
     }
 
-    /// No name twice, none that isn't a name, no bare "<" in a value: the parser lets them pass.
+    /// Checks what the parser does not: attribute names are valid and distinct, values contain no bare "<".
     bool checkAttributes(pugi::xml_node xml) {
         m_attributeNames.clear();
         for (const pugi::xml_attribute attribute : xml.attributes()) {
             if (!QualifiedName(attribute.name()).isValid())
-                return fail(xml, "not a name: " + std::string(attribute.name()));
+                return fail(xml, "invalid name: " + std::string(attribute.name()));
             if (std::string_view(attribute.value()).find('<') != std::string_view::npos)
                 return fail(xml, "'<' in the value of attribute " + std::string(attribute.name()));
             m_attributeNames.emplace_back(attribute.name());
         }
         std::ranges::sort(m_attributeNames);
         const auto twice = std::ranges::adjacent_find(m_attributeNames);
-        return twice == m_attributeNames.end() || fail(xml, "a second attribute " + std::string(*twice));
+        return twice == m_attributeNames.end() || fail(xml, "duplicate attribute " + std::string(*twice));
     }
 
     bool elementNameSpace(pugi::xml_node xml, std::string& nameSpace) const {
         const QualifiedName name(xml.name());
-        return name.isValid() ? resolve(xml, name, nameSpace) : fail(xml, "not a name: " + std::string(xml.name()));
+        return name.isValid() ? resolve(xml, name, nameSpace) : fail(xml, "invalid name: " + std::string(xml.name()));
     }
 
-    /// The namespace of a name; empty for none.
+    /// Resolves the namespace of a name; empty if it has none.
     bool resolve(pugi::xml_node place, const QualifiedName& name, std::string& nameSpace) const {
         const std::string* const uri = m_scope.find(name.prefix);
         if (!uri && name.hasPrefix)
-            return fail(place, "a prefix that isn't declared: " + std::string(name.prefix));
+            return fail(place, "undeclared prefix: " + std::string(name.prefix));
         if (!uri || uri->empty()) {
             nameSpace.clear();
             return true;
         }
-        return QelXmlText::decodeNamespace(*uri, nameSpace) || fail(place, "a namespace that isn't known: " + *uri);
+        return QelXmlText::decodeNamespace(*uri, nameSpace) || fail(place, "unknown namespace: " + *uri);
     }
 
-    /// Reads type, attributes and value.
+    /// Reads the type, attributes and value of an element.
     bool fill(pugi::xml_node xml, Index node) {
         std::string list;
         if (!text(xml, xml.attribute(QelXmlNames::base64Attributes).value(), list))
@@ -222,7 +222,7 @@ private:
             if (name == QelXmlNames::encoding) {
                 isEncoded = content == QelXmlNames::base64;
                 if (!isEncoded)
-                    return fail(xml, "an encoding that isn't known: " + content);
+                    return fail(xml, "unknown encoding: " + content);
             } else if (!this->attribute(xml, node, name, content)) {
                 return false;
             }
@@ -242,33 +242,34 @@ private:
         const Symbol symbol = m_tree.intern(QelNameKind::attribute, QelXmlText::decodeName(name.local));
         if (m_tree.findAttribute(node, symbol) != QelMessageTree::none) {
             m_tree.release(symbol);
-            return fail(xml, "a second attribute " + std::string(name.local));
+            return fail(xml, "duplicate attribute " + std::string(name.local));
         }
         return m_tree.setAttribute(node, symbol, content) ||
                fail(xml, "more than " + std::to_string(QelLimits::attributes) + " attributes");
     }
 
-    /// The complex type.  Passed over: hints where to find a schema, and what XML itself defines, such as the language.
+    /// Reads the complex type. Schema location hints and attributes defined by XML itself, such as the language, are
+    /// ignored.
     bool prefixedAttribute(pugi::xml_node xml, Index node, const QualifiedName& name, const std::string& content) {
         const std::string* const uri = m_scope.find(name.prefix);
         if (!uri)
-            return fail(xml, "a prefix that isn't declared: " + std::string(name.prefix));
+            return fail(xml, "undeclared prefix: " + std::string(name.prefix));
         if (*uri == QelXmlNames::reservedNamespace)
             return true;
         if (*uri == QelXmlNames::schemaInstance) {
             if (name.local == QelXmlNames::type)
                 return m_tree.node(node).type == 0 ? type(xml, node, content)
-                                                   : fail(xml, "a second attribute " + std::string(name.local));
+                                                   : fail(xml, "duplicate attribute " + std::string(name.local));
             if (name.local == "schemaLocation" || name.local == "noNamespaceSchemaLocation")
                 return true;
         }
-        return fail(xml, "an attribute that isn't known: " + std::string(name.local));
+        return fail(xml, "unknown attribute: " + std::string(name.local));
     }
 
     bool type(pugi::xml_node xml, Index node, const std::string& content) {
         const std::vector<std::string_view> word = words(content);
         if (word.size() != 1 || !QualifiedName(word.front()).isValid())
-            return fail(xml, "not the name of a type: " + content);
+            return fail(xml, "invalid type name: " + content);
         const QualifiedName name(word.front());
         std::string nameSpace;
         if (name.hasPrefix && !resolve(xml, name, nameSpace))
@@ -285,7 +286,7 @@ private:
             if (content.empty())
                 return true;
             if (!QelValueText::toTime(content, seconds))
-                return fail(xml, "not a time: " + content);
+                return fail(xml, "invalid time: " + content);
             m_envelope->time = seconds;
         } else if (name == QelXmlNames::subscriptions) {
             const std::vector<std::string_view> names = words(content);
@@ -300,7 +301,8 @@ private:
         return true;
     }
 
-    /// Reads the value of an element: the text in it.  Beside children, blanks are layout.
+    /// Reads the value of an element, its character data. If there are children, white-space-only data is layout and is
+    /// ignored.
     bool value(pugi::xml_node xml, Index node, bool isEncoded) {
         const bool hasChildren = static_cast<bool>(elementFrom(xml.first_child()));
         std::string all;
@@ -311,7 +313,7 @@ private:
             if (part.type() != pugi::node_pcdata || (hasChildren && QelXmlText::isBlank(raw)))
                 continue;
             if (raw.find("]]>") != std::string_view::npos)
-                return fail(part, "']]>' in a text");
+                return fail(part, "']]>' in character data");
             std::string decoded;
             if (!text(part, raw, decoded))
                 return false;
@@ -324,13 +326,13 @@ private:
         return true;
     }
 
-    /// A text with its references replaced.
+    /// Decodes the references in a string.
     bool text(pugi::xml_node place, std::string_view raw, std::string& decoded) const {
         std::size_t at = 0;
         decoded.clear();
         if (QelXmlText::decodeReferences(raw, decoded, at))
             return true;
-        const std::string what = "an unknown or malformed reference";
+        const std::string what = "unknown or malformed reference";
         return place.type() == pugi::node_pcdata
                    ? m_document.fail(static_cast<std::size_t>(place.offset_debug()) + at, what)
                    : fail(place, what);
@@ -338,7 +340,7 @@ private:
 
     const QelXmlDocument& m_document;
     QelMessageTree& m_tree;
-    QelEnvelope* m_envelope = nullptr; // while the attributes of `message` are read
+    QelEnvelope* m_envelope = nullptr; // set while the attributes of `message` are read
     QelXmlScope m_scope;
     std::vector<std::string_view> m_attributeNames;
 };

@@ -23,7 +23,7 @@ using Symbol = QelMessageTree::Symbol;
 
 constexpr const char* indent = "  ";
 
-/// The prefix of a namespace: its name, unless XML keeps that for itself.
+/// The prefix of a namespace: its name, escaped if XML reserves it.
 std::string prefixOf(const std::string& nameSpace) {
     constexpr int reservedStart = 3;
     const bool isReserved =
@@ -31,7 +31,7 @@ std::string prefixOf(const std::string& nameSpace) {
     return isReserved ? QelXmlText::encodeReservedName(nameSpace) : QelXmlText::encodeName(nameSpace);
 }
 
-/// Throws if `isDone` is false: where memory runs out, pugixml leaves a part of the document out and reports it so.
+/// Throws std::bad_alloc if `isDone` is false. When it runs out of memory, pugixml omits the node and returns false.
 void expect(bool isDone) {
     if (!isDone)
         throw std::bad_alloc();
@@ -52,7 +52,7 @@ void set(pugi::xml_node xml, const std::string& name, const std::string& value) 
     expect(attribute.set_name(name.c_str()) && attribute.set_value(value.c_str()));
 }
 
-/// Adds attributes to an element, in base64 where their values can't stand in XML.
+/// Adds attributes to an element. Values that XML cannot represent are base64-encoded.
 class Attributes {
 public:
     explicit Attributes(pugi::xml_node xml) : m_xml(xml) {}
@@ -66,7 +66,7 @@ public:
         if (!value.empty())
             add(name, value);
     }
-    /// To be called when all have been added.
+    /// Call this after all attributes have been added.
     void finish() const {
         if (!m_encoded.empty())
             set(m_xml, QelXmlNames::base64Attributes, m_encoded);
@@ -89,7 +89,7 @@ private:
     std::string& m_text;
 };
 
-/// Builds a document out of a tree.
+/// Builds a document from a tree.
 class Writer {
 public:
     explicit Writer(const QelMessageTree& tree) : m_tree(tree) {}
@@ -110,7 +110,7 @@ public:
         const std::string_view text = m_tree.node(parent).value.view();
         const bool hasChildren = m_tree.node(parent).firstChild != QelMessageTree::none;
         if (!QelXmlText::isPlain(text)) {
-            setErrorMessage("a value that can't stand in markup without its element");
+            setErrorMessage("the value cannot be written as markup without its element");
             return false;
         }
         value(m_document.root(), text, hasChildren);
@@ -119,7 +119,7 @@ public:
             const pugi::xml_node xml = append(m_document.root(), elementName(child));
             if (!declarePrefixes(xml, child, false))
                 return false;
-            // Told in any case, so that the markup means the same wherever it is put.
+            // Declared explicitly, so that the markup has the same meaning wherever it is inserted.
             if (m_tree.node(child).nameSpace == 0)
                 set(xml, QelXmlNames::declaration, "");
             if (!subtree(xml, child, 0, nullptr))
@@ -155,11 +155,11 @@ private:
 
     [[nodiscard]] std::string nameSpaceName(Symbol symbol) const { return m_tree.name(QelNameKind::nameSpace, symbol); }
 
-    /// Declares the prefixes that the types of a subtree need.  False if the document gets too many elements by it.
+    /// Declares the prefixes used by the types of a subtree. False if the document would have too many elements.
     bool declarePrefixes(pugi::xml_node xml, Index top, bool isDocument) {
         bool hasTypes = isDocument;
         std::unordered_set<Symbol> seen;
-        std::vector<Symbol> prefixes; // in the order of their first use, so that equal trees give equal texts
+        std::vector<Symbol> prefixes; // in order of first use, so that equal trees give equal output
         for (Index node = top;;) {
             if (++m_elements > QelLimits::elements) {
                 setErrorMessage("the tree has more than %zu elements", QelLimits::elements);
@@ -180,7 +180,7 @@ private:
         return true;
     }
 
-    /// Fills `xml` with all of `top`.  False if the subtree is too deep.
+    /// Writes the subtree of `top` to `xml`. False if it is too deep.
     bool subtree(pugi::xml_node xml, Index top, Symbol inherited, const QelEnvelope* envelope) {
         element(xml, top, inherited, envelope);
         unsigned depth = envelope ? 0 : 1;
@@ -188,7 +188,7 @@ private:
             const Index before = node;
             if (!m_tree.advance(node, top))
                 return true;
-            // Down to the first child, or up and on to the next sibling.
+            // Either down to the first child, or up any number of levels to the next sibling.
             if (m_tree.node(node).parent == before) {
                 ++depth;
             } else {
@@ -256,7 +256,7 @@ private:
         all.addIfSet(QelXmlNames::subscriptions, subscriptions);
     }
 
-    /// Blanks beside children would be taken for layout if they weren't marked as text.
+    /// White space next to children would be read as layout, so it is written as CDATA.
     static void value(pugi::xml_node xml, std::string_view text, bool hasChildren) {
         if (text.empty())
             return;

@@ -4,8 +4,8 @@ namespace Qel::QelNames {
 
 namespace {
 
-// The classes that a complex type tells apart, by the names of their records.  Types up to 100 mark no class and have
-// no name.
+// Names of the record classes that are identified by a complex type. Types up to 100 identify no class and have no
+// name.
 constexpr Entry entries[] = {
     {102, "resource_alert"},
     {107, "backup_options"},

@@ -24,14 +24,14 @@ constexpr Seconds startOfYear(int year) {
     return sys_days{std::chrono::year{year} / January / 1}.time_since_epoch().count() * secondsPerDay;
 }
 
-/// The seconds whose year has four digits.
+/// The range of seconds whose year has four digits.
 constexpr Seconds firstSecond = startOfYear(0);
 constexpr Seconds lastSecond = startOfYear(10000) - 1;
 
 /// Length of "2026-11-20T09:30:00".
 constexpr std::size_t dateTimeLength = 19;
 
-/// False, and nothing written, if the year doesn't have four digits.
+/// Returns false and writes nothing if the year does not have four digits.
 bool appendDateTime(Text& text, Seconds seconds) noexcept {
     if (seconds < firstSecond || seconds > lastSecond)
         return false;
@@ -48,7 +48,7 @@ bool appendDateTime(Text& text, Seconds seconds) noexcept {
     return true;
 }
 
-/// The number that these digits give; -1 if anything else stands there.
+/// The value of a string of digits; -1 if it contains any other character.
 int digits(std::string_view text) noexcept {
     int number = 0;
     for (const char digit : text) {
@@ -154,7 +154,7 @@ Text ofTime(long seconds) noexcept {
 
 Text ofTimeZone(long seconds, int zone) noexcept {
     Text text;
-    const bool isNear = seconds >= firstSecond && seconds <= lastSecond; // so that the sum can't overflow
+    const bool isNear = seconds >= firstSecond && seconds <= lastSecond; // prevents overflow of the sum
     if (!isNear || !appendDateTime(text, seconds + zone * secondsPerMinute))
         text = ofInteger(seconds);
     const long long minutes = std::llabs(zone);

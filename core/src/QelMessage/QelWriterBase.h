@@ -4,15 +4,15 @@ namespace Qel {
 
 namespace Internal {
 
-/// True if both arguments are one function.  Their addresses aren't compared, since g++ doesn't take that for a
-/// constant where it checks pointers (-fsanitize=null).
+/// True if both arguments are the same function. Their addresses are not compared, because with -fsanitize=null g++
+/// does not treat that comparison as a constant expression.
 template <auto f, auto g> inline constexpr bool isSameFunction = false;
 template <auto f> inline constexpr bool isSameFunction<f, f> = true;
 
 } // namespace Internal
 
-/// The statics that tell how a writer marks the element it writes into, and their defaults: no namespace, and type 50,
-/// which lies below the first complex type and so marks nothing.
+/// Static functions that declare the namespace and type of the element that a writer fills, with defaults: no
+/// namespace, and type 50, which is less than the first complex type and therefore sets no type.
 struct QelWriterBase {
     static constexpr int getNSID() { return 0; }
     static constexpr int getTypeID() { return 50; }
@@ -20,10 +20,10 @@ struct QelWriterBase {
     static constexpr const char* getStrTypeID() { return ""; }
 };
 
-/// Forwards the four statics to `Self`, so that a template that knows only the outer writer reaches the writer's own
-/// values.  What `Self` doesn't declare keeps the default.
+/// Forwards the four static functions to `Self`, so that a template that wraps the writer sees the writer's own values.
+/// Those that `Self` does not declare keep their defaults.
 ///
-/// A record's writer derives from QelWriterBaseT of itself and hides what it wants to tell:
+/// A record's writer derives from QelWriterBaseT of itself and hides the functions that it needs to change:
 ///
 ///     struct Writer : QelWriterBaseT<Writer> {
 ///         static constexpr int getNSID() { return 292; }

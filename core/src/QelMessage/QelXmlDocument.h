@@ -10,22 +10,22 @@
 
 namespace Qel {
 
-/// A parsed text.  It is well-formed; references in its texts and attributes are not replaced yet.  Not for public
-/// headers.
+/// A parsed document. It is well-formed; references in its character data and attributes are not replaced. Public
+/// headers must not include this header.
 class QelXmlDocument {
 public:
     explicit QelXmlDocument(std::string_view text) noexcept : m_text(text) {}
 
-    /// Parses one element with a declaration before it, or anything that may stand in an element.  False, with an error
-    /// message, if the text isn't well-formed, or holds a document type, which would let it reach outside itself.
+    /// Parse a document or the content of an element. Return false with an error message if the text is not well-formed
+    /// or has a document type declaration, which could refer to external entities.
     [[nodiscard]] bool parseDocument();
     [[nodiscard]] bool parseContent();
 
     [[nodiscard]] pugi::xml_node node() const noexcept { return m_document.root(); }
-    /// The element of a document.
+    /// The root element of a document.
     [[nodiscard]] pugi::xml_node element() const noexcept { return m_document.document_element(); }
 
-    /// Stores an error message with line and column of a place in the text.  Always false.
+    /// Stores an error message with the line and column of a location in the text. Always returns false.
     [[nodiscard]] bool fail(std::size_t offset, const std::string& what) const;
     [[nodiscard]] bool fail(pugi::xml_node place, const std::string& what) const;
 
@@ -37,19 +37,19 @@ private:
     pugi::xml_document m_document;
 };
 
-/// The namespace declarations that are in force while a document is walked.
+/// The namespace declarations in scope at the current element.
 class QelXmlScope {
 public:
-    /// Goes into an element, and out of it.
+    /// Enter and leave an element.
     void enter() { m_undo.emplace_back(); }
     void leave();
     void declare(std::string_view prefix, std::string uri);
-    /// The URI of a prefix, or of no prefix; null if there is none.
+    /// The URI of a prefix, or the default namespace for an empty prefix; null if it is not declared.
     [[nodiscard]] const std::string* find(std::string_view prefix) const;
 
 private:
     std::unordered_map<std::string, std::vector<std::string>> m_uris;
-    std::vector<std::vector<std::string>> m_undo; // the prefixes that each open element has declared
+    std::vector<std::vector<std::string>> m_undo; // prefixes declared by each open element
 };
 
 } // namespace Qel

@@ -17,7 +17,7 @@ constexpr std::string_view instructionStart = "<?";
 constexpr std::string_view instructionEnd = "?>";
 constexpr auto npos = std::string_view::npos;
 
-/// Goes through the markup from one "<" to the next.
+/// Scans the markup from one "<" to the next.
 class Scan {
 public:
     explicit Scan(std::string_view text) noexcept : m_text(text) {}
@@ -60,13 +60,13 @@ private:
         goPast(instructionEnd, start);
         const bool isReserved = target != QelXmlNames::reserved && compareNoCase(target, QelXmlNames::reserved) == 0;
         if (!QelXmlText::isName(target) || isReserved)
-            m_fault = {start, "not the target of a processing instruction: " + std::string(target)};
+            m_fault = {start, "invalid processing instruction target: " + std::string(target)};
     }
 
     void startTag() {
         if (++m_elements > QelLimits::elements)
             m_fault = {m_at, "more than " + std::to_string(QelLimits::elements) + " elements"};
-        // To the ">" that isn't in the value of an attribute.
+        // Find the ">" that is not inside an attribute value.
         while ((m_at = m_text.find_first_of("\"'>", m_at)) != npos && m_text[m_at] != '>') {
             const char quote = m_text[m_at];
             goPast({&quote, 1}, m_at + 1);

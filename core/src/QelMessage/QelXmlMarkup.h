@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-/// A scan of a document's markup before it is parsed.
+/// Validation of a document's markup before it is parsed.
 namespace Qel::QelXmlMarkup {
 
 struct Fault {
@@ -13,8 +13,8 @@ struct Fault {
     std::string what;
 };
 
-/// The first fault that the parser doesn't report: two hyphens in a comment, a processing instruction whose target is
-/// no name or reserved, more elements than a message may have.  The text is valid UTF-8; other faults are ignored.
+/// The first error that the parser does not report: two hyphens in a comment, an invalid or reserved processing
+/// instruction target, more elements than QelLimits::elements. `text` must be valid UTF-8. Other errors are ignored.
 [[nodiscard]] std::optional<Fault> findFault(std::string_view text);
 
 } // namespace Qel::QelXmlMarkup

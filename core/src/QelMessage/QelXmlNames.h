@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-/// The names that have a meaning of their own in the text form.
+/// Names with a predefined meaning in the text form.
 namespace Qel::QelXmlNames {
 
 inline constexpr const char* message = "message";
@@ -14,14 +14,14 @@ inline constexpr const char* schemaInstancePrefix = "xsi";
 inline constexpr const char* type = "type"; ///< in schemaInstance
 inline constexpr const char* declaration = "xmlns";
 inline constexpr const char* declarationNamespace = "http://www.w3.org/2000/xmlns/";
-/// The prefix that is declared in every document, and no name of anything else.
+/// A prefix that is implicitly declared in every document and must not be used for anything else.
 inline constexpr const char* reserved = "xml";
 inline constexpr const char* reservedNamespace = "http://www.w3.org/XML/1998/namespace";
 
-/// Attribute of an element whose value isn't plain text.
+/// Attribute of an element whose value is not plain text.
 inline constexpr const char* encoding = "encoding";
 inline constexpr const char* base64 = "base64";
-/// Attribute that lists the names of those attributes of its element whose values are in base64.
+/// Attribute that lists the names of the element's attributes whose values are base64-encoded.
 inline constexpr const char* base64Attributes = "base64-attributes";
 
 /// The envelope: attributes of `message`.
@@ -32,7 +32,7 @@ inline constexpr const char* session = "session";
 inline constexpr const char* origin = "origin";
 inline constexpr const char* subscriptions = "subscriptions";
 
-/// True if no attribute of an element may have this name; those of the envelope are reserved on `message` only.
+/// True if an attribute of an element must not have this name. Those of the envelope are reserved on `message` only.
 [[nodiscard]] inline bool isReservedAttribute(std::string_view name, bool isMessage) noexcept {
     constexpr std::array<std::string_view, 3> everywhere{declaration, encoding, base64Attributes};
     constexpr std::array<std::string_view, 6> envelope{time, requestId, sender, session, origin, subscriptions};

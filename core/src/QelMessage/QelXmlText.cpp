@@ -50,7 +50,7 @@ char fromHex(std::string_view twoDigits) noexcept {
     return static_cast<char>(value);
 }
 
-/// True if the underscore at `at` could be read as the beginning of "_xHH_".
+/// True if the underscore at `at` could be taken for the start of "_xHH_".
 bool looksEscaped(std::string_view name, std::size_t at) noexcept {
     if (at + 2 >= name.size() || name[at + 1] != 'x')
         return false;
@@ -58,7 +58,7 @@ bool looksEscaped(std::string_view name, std::size_t at) noexcept {
     return isUpperHex(next) || next == '_' || !continuesName(next);
 }
 
-/// Decodes the character that begins `text`.  Its length; 0 if it is malformed or not allowed in XML.
+/// Decodes the first character of `text`. Returns its length; 0 if it is malformed or not allowed in XML.
 std::size_t decodeCharacter(std::string_view text, std::uint32_t& code) noexcept {
     const Utf8Character character = firstUtf8Character(text);
     code = character.code;
@@ -81,7 +81,7 @@ template <std::size_t count> bool isIn(const std::array<CodeRange, count>& range
     return std::ranges::any_of(ranges, [&](const CodeRange& each) { return each.first <= code && code <= each.last; });
 }
 
-/// Whether XML allows a character in a name, at its beginning or further on; XML 1.0, fifth edition, section 2.3.
+/// Whether XML allows a character as the first or as a later character of a name (XML 1.0, fifth edition, section 2.3).
 bool isNameCharacter(std::uint32_t code, bool isFirst) noexcept {
     constexpr std::array<CodeRange, 12> starting{{{0xC0, 0xD6},
                                                   {0xD8, 0xF6},
@@ -113,7 +113,7 @@ void appendUtf8(std::string& text, std::uint32_t code) {
         text += static_cast<char>(0x80u | (code >> (6 * left) & 0x3Fu));
 }
 
-/// The text that "&name;" stands for.
+/// Appends the character that "&name;" refers to.
 bool appendReference(std::string& text, std::string_view name) {
     constexpr std::array<std::pair<std::string_view, char>, 5> predefined{
         {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"quot", '"'}, {"apos", '\''}}};
@@ -146,7 +146,7 @@ std::size_t findForbidden(std::string_view text) noexcept {
     std::size_t offset = 0;
     while (offset < text.size()) {
         const auto byte = static_cast<unsigned char>(text[offset]);
-        if (byte >= 0x20 && byte < 0x80) { // most texts are nothing but ASCII
+        if (byte >= 0x20 && byte < 0x80) { // fast path: most text is ASCII
             ++offset;
             continue;
         }

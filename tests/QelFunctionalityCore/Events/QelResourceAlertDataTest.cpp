@@ -10,7 +10,7 @@
 #include "QelFunctionalityCore/Events/QelServerGroupAlertData.h"
 #include "QelFunctionalityCore/TestTree.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
-#include "support/RefusingCursor.h"
+#include "support/ScriptedCursor.h"
 
 namespace Qel {
 
@@ -209,7 +209,8 @@ TEST_F(QelResourceAlertDataMessageTest, EachValueThatIsRefusedFailsTheWriteAndNo
             else
                 alert.soft = alert.current = alert.hard = real(80);
             const TestSupport::TestMessage message;
-            TestSupport::ElementRefusingCursor cursor(message, refused);
+            TestSupport::ScriptedCursor cursor(
+                message.cursor(), TestSupport::fails(TestSupport::ScriptedCursor::Operation::put, {refused}));
             EXPECT_NE(cursor.putObj(alert, 0), 0) << refused;
             for (const int element : {1065, 1066, 1067}) {
                 const std::string value = childValue(message.cursor(), element);

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "support/RefusingCursor.h"
 #include "support/RequiredChildren.h"
+#include "support/ScriptedCursor.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
@@ -103,7 +103,7 @@ TEST_F(QelMailerConfigTest, SecondWriteLeavesCursorAtItsOwnAccounts) {
 TEST_F(QelMailerConfigTest, FailedWriteOfEnabledDoesNotMoveCursor) {
     cursor().newChild(record);
     cursor().putChild(accounts);
-    RefusingCursor refusing(message);
+    ScriptedCursor refusing(message.cursor(), fails(ScriptedCursor::Operation::put));
     EXPECT_EQ(QelMailerConfig::Writer()(refusing, config), -1);
     EXPECT_EQ(refusing.curID(), record);
 }

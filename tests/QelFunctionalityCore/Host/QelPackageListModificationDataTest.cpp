@@ -6,8 +6,8 @@
 #include <gmock/gmock.h>
 
 #include "QelFunctionalityCore/Environment/EnvTestSupport.h"
-#include "support/RefusingCursor.h"
 #include "support/RequiredChildren.h"
+#include "support/ScriptedCursor.h"
 
 namespace Qel {
 namespace {

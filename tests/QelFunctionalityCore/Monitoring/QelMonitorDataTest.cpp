@@ -5,7 +5,7 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Vocabulary/VocTestSupport.h"
 #include "support/AllocationCounter.h"
-#include "support/RefusingCursor.h"
+#include "support/ScriptedCursor.h"
 
 namespace Qel {
 namespace {
@@ -171,7 +171,7 @@ TEST_F(QelMonitorDataTest, EachPartThatIsRefusedFailsTheWriteAndNotTheOtherParts
     constexpr int name = 1026;
     for (const int refused : {1866, name}) {
         const TestMessage written;
-        ElementRefusingCursor cursor(written, refused);
+        ScriptedCursor cursor(written.cursor(), fails(ScriptedCursor::Operation::put, {refused}));
         EXPECT_NE(cursor.putObj(report, 0), 0) << refused;
         EXPECT_THAT(childIDs(written.cursor()), ElementsAre(1866, 1086, subsystem)) << refused;
         EXPECT_EQ(childValue(written.cursor(), 1866).empty(), refused == 1866);

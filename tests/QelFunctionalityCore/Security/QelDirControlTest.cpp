@@ -3,9 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "QelFunctionalityCore/TestTree.h"
-#include "support/FaultyCursor.h"
-#include "support/RefusingCursor.h"
 #include "support/RequiredChildren.h"
+#include "support/ScriptedCursor.h"
 
 namespace Qel {
 namespace {
@@ -61,7 +60,8 @@ TEST(QelDirControlTest, OtherFieldsMayBeMissingOrUnreadable) {
 TEST(QelDirControlTest, UnreadableOidFailsOnlyIfRequired) {
     const TestTree tree;
     ASSERT_EQ(tree->putObj(QelDirControl(), 0), 0);
-    const TestSupport::UnreadableElement unreadable(*tree, {1007});
+    const TestSupport::ScriptedCursor unreadable(
+        *tree, TestSupport::fails(TestSupport::ScriptedCursor::Operation::get, {1007}));
     QelDirControl control;
     control.oid = "1.2.3";
     EXPECT_EQ(unreadable.getObject(control, QelDirControl::Reader(true), 0), -1);

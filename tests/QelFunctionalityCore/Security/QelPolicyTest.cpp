@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "QelFunctionalityCore/TestTree.h"
-#include "support/RefusingCursor.h"
+#include "support/ScriptedCursor.h"
 
 namespace Qel {
 namespace {

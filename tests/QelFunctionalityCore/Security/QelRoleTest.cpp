@@ -4,7 +4,7 @@
 
 #include "QelFunctionalityCore/Security/QelAce.h"
 #include "QelFunctionalityCore/TestTree.h"
-#include "support/RefusingCursor.h"
+#include "support/ScriptedCursor.h"
 
 namespace Qel {
 namespace {

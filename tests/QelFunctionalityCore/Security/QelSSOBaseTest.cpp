@@ -4,7 +4,7 @@
 
 #include "QelFunctionalityCore/TestTree.h"
 #include "support/LogCapture.h"
-#include "support/RefusingCursor.h"
+#include "support/ScriptedCursor.h"
 
 namespace Qel {
 namespace {

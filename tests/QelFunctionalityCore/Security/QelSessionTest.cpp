@@ -6,7 +6,7 @@
 
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/TestTree.h"
-#include "support/RefusingCursor.h"
+#include "support/ScriptedCursor.h"
 
 namespace Qel {
 namespace {
