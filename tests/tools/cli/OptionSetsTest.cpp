@@ -98,7 +98,7 @@ TEST_F(OptionSetsTest, RejectsFileWithFileOptionsAndWritesNothing) {
                                                          "</value></option></message>");
         const ToolRun run = runTool({"message", "names", "--options", hostile});
         EXPECT_EQ(run.code, ExitCode::badInput);
-        EXPECT_EQ(run.err, "qel: " + hostile + ": '--" + name +
+        EXPECT_EQ(run.err, "qel: " + hostile + ": option '--" + name +
                                "' is only allowed on the command line; remove it from the file\n");
         EXPECT_THAT(run.out, IsEmpty());
     }

@@ -109,8 +109,8 @@ TEST_F(CacheCommandsTest, InfoPrintsHeaderAndSpaceUsage) {
                                    "\n"
                                    "     4  blocks        1\n"));
     EXPECT_THAT(run.out, HasSubstr("    28  magic         0xCACEFE03\n"));
-    EXPECT_THAT(run.out, HasSubstr("largest free block         "));
-    EXPECT_THAT(run.out, testing::EndsWith("achievable size              512\n"));
+    EXPECT_THAT(run.out, HasSubstr("largest free block   "));
+    EXPECT_THAT(run.out, testing::EndsWith("achievable size       512\n"));
 }
 
 TEST_F(CacheCommandsTest, InfoJsonHasAllFields) {
