@@ -2,10 +2,10 @@
 
 #include <string>
 
-/// EIDs and messages of environments.
+/// Sample EIDs and messages with environments.
 namespace SampleEnvs {
 
-/// The n-th EID, in their order.
+/// The n-th EID in ascending order.
 inline std::string eid(unsigned n) {
     std::string digits = std::to_string(n);
     digits.insert(0, 12 - digits.size(), '0');
@@ -22,7 +22,7 @@ inline std::string env(const std::string& eid, const std::string& parent, const 
            name + "</name><type>vm</type></virtual_config></environment>";
 }
 
-/// A message with these environments in it.
+/// A message that contains the environments.
 inline std::string message(const std::string& envs) {
     return "<message xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xmlns:env=\"urn:qel:env\">" + envs +
            "</message>";

@@ -11,14 +11,14 @@
 
 namespace Qel::Tool {
 
-/// What a program printed on a terminal of its own, and the status that it ended with.
+/// The terminal output of a program and its wait status.
 struct TerminalRun {
     std::string out;
     int status;
 };
 
-/// Runs a shell command on a terminal of 24 lines of 100 characters; nothing where there are no pseudo-terminals, as in
-/// some containers.
+/// Runs a shell command on a pseudo-terminal with 24 lines of 100 characters.  Returns std::nullopt if pseudo-terminals
+/// are not available, as in some containers.
 inline std::optional<TerminalRun> runOnTerminal(const std::string& command) {
     int terminal = -1;
     winsize size{};

@@ -16,10 +16,10 @@
 
 namespace {
 
-/// What only the program itself shows: its exit codes and its standard streams.
+/// Runs the program to test its exit codes and standard streams.
 class ToolProcessTest : public ToolTest {
 protected:
-    /// Runs a shell command in which $QEL is the program; its exit code.
+    /// Runs a shell command, with $QEL set to the program, and returns its exit code.
     [[nodiscard]] int shell(const std::string& command) const {
         const int status =
             std::system(("QEL='" QEL_PROGRAM "'; cd '" + path("") + "'; { " + command + "; } 2>errors").c_str());
@@ -27,7 +27,7 @@ protected:
     }
 };
 
-TEST_F(ToolProcessTest, ExitCodesAreThoseThatScriptsRelyOn) {
+TEST_F(ToolProcessTest, ExitCodesMatchInterface) {
     SampleCacheFile file;
     (void)write("sound", file.bytes());
     file.set(52, 0U);
@@ -39,13 +39,13 @@ TEST_F(ToolProcessTest, ExitCodesAreThoseThatScriptsRelyOn) {
     EXPECT_EQ(shell("$QEL cache check sound >/dev/full"), 4);
 }
 
-TEST_F(ToolProcessTest, AClosedOutputIsAFailure) {
+TEST_F(ToolProcessTest, ClosedOutputIsAFailure) {
     (void)write("sound", SampleCacheFile().bytes());
     EXPECT_EQ(shell("$QEL cache check sound >&-"), 4);
-    EXPECT_EQ(read(path("errors")), "qel: standard output can't be written\n");
+    EXPECT_EQ(read(path("errors")), "qel: cannot write to standard output\n");
 }
 
-TEST_F(ToolProcessTest, ClosedStreamsAreNotReplacedByTheFileThatIsOpened) {
+TEST_F(ToolProcessTest, ClosedStreamsAreNotReusedForOpenedFiles) {
     const SampleCacheFile file;
     const std::string cache = write("sound", file.bytes());
     const std::string before = read(cache);
@@ -53,20 +53,20 @@ TEST_F(ToolProcessTest, ClosedStreamsAreNotReplacedByTheFileThatIsOpened) {
     EXPECT_EQ(read(cache), before);
 }
 
-TEST_F(ToolProcessTest, AReaderThatWentAwayIsAFailureAndNoDeathBySignal) {
+TEST_F(ToolProcessTest, ClosedPipeIsAFailureNotASignal) {
     (void)write("sound", SampleCacheFile().bytes());
-    // The pipe's reader has ended for sure when the program is started.
+    // The read end is closed before the program starts.
     EXPECT_EQ(shell("mkfifo gone; { exec 3<>gone 4>gone; exec 3<&-; $QEL cache check sound >&4; }"), 4);
-    EXPECT_EQ(read(path("errors")), "") << "a reader that has seen enough is no news";
+    EXPECT_EQ(read(path("errors")), "") << "early exit of a reader is not an error to report";
 }
 
-TEST_F(ToolProcessTest, AReaderThatStopsEarlyIsSilent) {
+TEST_F(ToolProcessTest, EarlyReaderExitIsSilent) {
     EXPECT_EQ(shell("$QEL message names | head -n 1 >first"), 0);
     EXPECT_THAT(read(path("first")), testing::StartsWith("table "));
     EXPECT_EQ(read(path("errors")), "");
 }
 
-TEST_F(ToolProcessTest, ExhaustedMemoryIsAFailedOperation) {
+TEST_F(ToolProcessTest, OutOfMemoryIsAFailure) {
     constexpr int step = 8 * 1024; // KiB
     std::string text = "<message>";
     for (int i = 0; i < 100'000; ++i)
@@ -79,7 +79,7 @@ TEST_F(ToolProcessTest, ExhaustedMemoryIsAFailedOperation) {
     while (limit < 1024 * 1024 && limited(limit, "$QEL --version >version") != 0)
         limit += step;
     if (limit >= 1024 * 1024)
-        GTEST_SKIP() << "the program itself needs more addresses than the limit leaves";
+        GTEST_SKIP() << "the program does not start within the address space limit";
 
     EXPECT_EQ(limited(limit + step, "head -c 60000000 /dev/zero | $QEL message convert - out.xml --to text"), 4);
     EXPECT_EQ(read(path("errors")), "qel: out of memory\n");
@@ -97,11 +97,11 @@ TEST_F(ToolProcessTest, ExhaustedMemoryIsAFailedOperation) {
     EXPECT_EQ(read(path("out.xml")), read(path("whole.xml")));
 }
 
-TEST_F(ToolProcessTest, OutputDoesNotGoIntoACacheThatTookTheClosedStreamsPlace) {
+TEST_F(ToolProcessTest, OutputIsNotWrittenIntoCacheOpenedOnClosedStream) {
     using namespace SampleEnvs;
     (void)write("1.xml", message(env(eid(1), noEid, "server", 1)));
     (void)write("2.xml", message(env(eid(1), noEid, "server", 2)));
-    // The watcher prints while it has the cache open, and ends at the first change, since it can't print.
+    // `env watch` prints while it has the cache open, and ends at the first change because the write fails.
     EXPECT_EQ(shell("$QEL env put cache 1.xml || exit 1;"
                     "{ timeout 60 $QEL env watch cache --interval 0.001 >&-; echo $? >ended; } &"
                     "until [ -s ended ]; do $QEL env put cache 2.xml && $QEL env put cache 1.xml; done >puts"),
@@ -110,7 +110,7 @@ TEST_F(ToolProcessTest, OutputDoesNotGoIntoACacheThatTookTheClosedStreamsPlace) 
     EXPECT_EQ(shell("$QEL cache check cache >/dev/null"), 0);
 }
 
-/// Follows a cache in a process of its own.
+/// Runs `env watch` in a child process.
 class WatchProcessTest : public ToolProcessTest {
 protected:
     void SetUp() override {
@@ -140,22 +140,22 @@ protected:
         return fgets(line, sizeof line, m_output) ? line : "";
     }
 
-    /// Changes the server again and again until the watcher tells of it, and so has begun to watch.
-    void waitForTheWatcher() const {
+    /// Changes the server repeatedly until the child reports a change, which shows that it is watching.
+    void waitUntilWatching() const {
         pollfd output{fileno(m_output), POLLIN, 0};
         for (int state = 2; poll(&output, 1, 1) == 0; ++state)
             put(SampleEnvs::env(SampleEnvs::eid(1), SampleEnvs::noEid, "server", state));
     }
 
-    /// The process's status when the signal has ended it.
-    [[nodiscard]] int endBy(int signal) const {
+    /// Sends a signal to the child and returns its wait status.
+    [[nodiscard]] int terminate(int signal) const {
         int status = 0;
         kill(m_process, signal);
         waitpid(m_process, &status, 0);
         return status;
     }
 
-    /// Whether the process is in the middle of a write; true where the system doesn't tell.
+    /// Whether the child is blocked in a write system call; true if /proc/PID/syscall is not available.
     [[nodiscard]] bool isWriting() const {
         std::string call;
         std::ifstream("/proc/" + std::to_string(m_process) + "/syscall") >> call;
@@ -166,47 +166,46 @@ protected:
     FILE* m_output = nullptr;
 };
 
-TEST_F(WatchProcessTest, ChangesAreToldAsTheyCome) {
+TEST_F(WatchProcessTest, WatchPrintsChangesAsTheyHappen) {
     using namespace SampleEnvs;
-    waitForTheWatcher();
+    waitUntilWatching();
     EXPECT_EQ(nextLine(), "changed " + eid(1) + "  server  (status)\n");
     put(env(eid(2), eid(1), "machine"));
     std::string line = nextLine();
     while (line.starts_with("changed"))
         line = nextLine();
-    EXPECT_EQ(line, "came    " + eid(2) + "  machine\n");
+    EXPECT_EQ(line, "added   " + eid(2) + "  machine\n");
     EXPECT_EQ(runTool({"env", "remove", path("cache"), eid(2)}).code, Qel::Tool::ExitCode::success);
-    EXPECT_EQ(nextLine(), "went    " + eid(2) + "  machine\n");
-    (void)endBy(SIGKILL);
+    EXPECT_EQ(nextLine(), "removed " + eid(2) + "  machine\n");
+    (void)terminate(SIGKILL);
 }
 
-TEST_F(WatchProcessTest, AnInterruptedWatcherEndsWellAndLeavesNoSnapshotHeld) {
-    waitForTheWatcher();
-    const int status = endBy(SIGINT);
+TEST_F(WatchProcessTest, InterruptedWatchSucceedsAndReleasesSnapshot) {
+    waitUntilWatching();
+    const int status = terminate(SIGINT);
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 0);
-    EXPECT_THAT(runTool({"cache", "info", path("cache")}).out,
-                testing::ContainsRegex("references to the snapshot +1\n"));
+    EXPECT_THAT(runTool({"cache", "info", path("cache")}).out, testing::ContainsRegex("snapshot references +1\n"));
 }
 
-TEST_F(WatchProcessTest, AWatcherThatIsToldToEndWhileItWritesEndsWell) {
-    // Nobody reads, so that the pipe fills and the watcher waits in the middle of a line.
+TEST_F(WatchProcessTest, WatchInterruptedDuringWriteSucceeds) {
+    // The pipe is not read, so it fills up and the child blocks in the middle of a line.
     fcntl(fileno(m_output), F_SETPIPE_SZ, 4096);
     std::string envs;
     for (unsigned i = 2; i < 200; ++i)
         envs += SampleEnvs::env(SampleEnvs::eid(i), SampleEnvs::eid(1), "machine");
-    waitForTheWatcher();
+    waitUntilWatching();
     put(envs);
     while (!isWriting())
         std::this_thread::yield();
-    const int status = endBy(SIGTERM);
+    const int status = terminate(SIGTERM);
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 0);
     EXPECT_EQ(runTool({"cache", "check", path("cache")}).code, Qel::Tool::ExitCode::success);
 }
 
-TEST_F(WatchProcessTest, AWatcherWhoseReaderWentAwayEnds) {
-    waitForTheWatcher();
+TEST_F(WatchProcessTest, WatchEndsWhenReaderExits) {
+    waitUntilWatching();
     fclose(m_output);
     m_output = fopen("/dev/null", "r");
     put(SampleEnvs::env(SampleEnvs::eid(3), SampleEnvs::noEid, "other"));

@@ -12,7 +12,7 @@
 
 #include "qel/cli/CommandLine.h"
 
-/// What one run of the tool in this process answered and printed.
+/// The result of an in-process run of the tool.
 struct ToolRun {
     Qel::Tool::ExitCode code;
     std::string out;
@@ -27,8 +27,8 @@ inline ToolRun runTool(const std::vector<std::string>& arguments, const std::str
     return {code, out.str(), err.str()};
 }
 
-/// Checks that a command over several files ends with the worst of their exit codes.  `bad` is
-/// a file that can't be read, `failing` one for which the operation fails.
+/// Checks that a command on several files returns the worst of their exit codes.  `bad` is an unreadable file,
+/// `failing` a file for which the operation fails.
 inline void expectWorstExitCode(const std::vector<std::string>& words, const std::string& good, const std::string& bad,
                                 const std::string& failing) {
     using Qel::Tool::ExitCode;
@@ -44,7 +44,7 @@ inline void expectWorstExitCode(const std::vector<std::string>& words, const std
     EXPECT_EQ(code({bad, failing, good}), ExitCode::failed);
 }
 
-/// A test with a folder of its own.
+/// A test with a temporary directory.
 class ToolTest : public testing::Test {
 protected:
     ToolTest() {

@@ -7,11 +7,12 @@
 
 namespace {
 
-/// Fills the places of standard streams that the caller closed.  Otherwise the next file opened, a cache file perhaps,
-/// would take the place, and output would be written into it.  The substitutes fail on use, as a closed stream does.
+/// Opens /dev/null for each standard stream that is closed.  Otherwise the next open(), perhaps of a cache file, would
+/// reuse descriptor 0, 1 or 2, and output would overwrite that file.  Each substitute is opened in the opposite
+/// direction, so that using it fails with EBADF, as a closed stream does.
 void occupyClosedStreams() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
-        // open() gives the lowest free descriptor, which is this one when it is closed.
+        // open() returns the lowest free descriptor, which is this one.
         if (fcntl(descriptor, F_GETFD) == -1)
             (void)open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
     }
@@ -21,9 +22,8 @@ void occupyClosedStreams() {
 
 int main(int argc, char** argv) {
     occupyClosedStreams();
-    // A reader that went away shows as a failed write, like any other, and not as a death by signal.
+    // Report a closed pipe (EPIPE) and a file at its size limit (EFBIG) as failed writes instead of dying by signal.
     std::signal(SIGPIPE, SIG_IGN);
-    // And so does a file that grew to the limit of its size.
     std::signal(SIGXFSZ, SIG_IGN);
     std::ios::sync_with_stdio(false);
     const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);

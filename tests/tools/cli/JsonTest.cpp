@@ -23,28 +23,28 @@ std::string indented(const Json& document) {
     return out.str();
 }
 
-TEST(JsonTest, KeysKeepTheirOrderAndBadBytesBecomeTheReplacementCharacter) {
+TEST(JsonTest, KeepsKeyOrderAndReplacesInvalidUtf8) {
     EXPECT_EQ(indented({{"z", "\xFF"}, {"a", "ü"}}), "{\n  \"z\": \"\xEF\xBF\xBD\",\n  \"a\": \"ü\"\n}\n");
 }
 
-TEST(JsonTest, ControlCharactersAreEscaped) {
+TEST(JsonTest, EscapesControlCharacters) {
     const std::string value = "\x1B \x7F \u009B \u202E \u2066 \n ü";
     const std::string document = indented({{"key\u0085", value}});
     EXPECT_EQ(document, "{\n  \"key\\u0085\": \"\\u001b \\u007f \\u009b \\u202e \\u2066 \\n ü\"\n}\n");
     EXPECT_EQ(nlohmann::json::parse(document)["key\u0085"], value);
 }
 
-TEST(JsonTest, NestedValuesAreIndentedByTwo) {
+TEST(JsonTest, IndentsNestedValuesByTwoSpaces) {
     EXPECT_EQ(indented({{"list", Json::array({1, 2})}, {"none", Json::array()}}),
               "{\n  \"list\": [\n    1,\n    2\n  ],\n  \"none\": []\n}\n");
 }
 
-TEST(JsonTest, ADocumentOnOneLineHasNoBlanks) {
+TEST(JsonTest, SingleLineDocumentHasNoSpaces) {
     EXPECT_EQ(onOneLine({{"a", Json::array({1, "b"})}, {"c", nullptr}, {"d", Json::object()}}),
               R"({"a":[1,"b"],"c":null,"d":{}})");
 }
 
-TEST(JsonTest, EachKindOfValueIsPrintedAsItIs) {
+TEST(JsonTest, PrintsEachValueType) {
     enum Plain { first, second };
     EXPECT_EQ(onOneLine(Json()), "null");
     EXPECT_EQ(onOneLine(Json(true)), "true");
@@ -58,7 +58,7 @@ TEST(JsonTest, EachKindOfValueIsPrintedAsItIs) {
     EXPECT_EQ(onOneLine(Json(std::vector<std::string>{"a", "b"})), R"(["a","b"])");
 }
 
-TEST(JsonTest, AMemberIsAddedOnceAndReplacedAfterwards) {
+TEST(JsonTest, SubscriptAddsMemberOrReplacesIt) {
     Json json;
     json["b"] = 1;
     json["a"] = 2;
@@ -66,14 +66,14 @@ TEST(JsonTest, AMemberIsAddedOnceAndReplacedAfterwards) {
     EXPECT_EQ(onOneLine(json), R"({"b":"three","a":2})");
 }
 
-TEST(JsonTest, AMemberCanBeFilledInPlace) {
+TEST(JsonTest, MemberCanBeFilledInPlace) {
     Json json;
     Json& list = json["list"] = Json::array();
     list.push_back({{"a", 1}});
     EXPECT_EQ(onOneLine(json), R"({"list":[{"a":1}]})");
 }
 
-TEST(JsonTest, ACopyIsIndependent) {
+TEST(JsonTest, CopyIsIndependent) {
     Json json{{"a", 1}};
     const Json copy = json;
     json["a"] = 2;

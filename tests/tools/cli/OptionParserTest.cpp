@@ -33,7 +33,7 @@ protected:
     Invocation invocation;
 };
 
-TEST_F(OptionParserTest, AnOptionIsReadAsItsKind) {
+TEST_F(OptionParserTest, ParsesOptionByKind) {
     EXPECT_EQ(parse({"-f", "--text", "a", "--count=-7", "--rate", "1e3"}), std::nullopt);
     EXPECT_TRUE(invocation.has("flag"));
     EXPECT_EQ(invocation.text("text"), "a");
@@ -41,7 +41,7 @@ TEST_F(OptionParserTest, AnOptionIsReadAsItsKind) {
     EXPECT_EQ(invocation.real("rate"), 1000);
 }
 
-TEST_F(OptionParserTest, AnOptionThatIsNotGivenHasItsDefault) {
+TEST_F(OptionParserTest, OmittedOptionHasDefault) {
     EXPECT_EQ(parse({}), std::nullopt);
     EXPECT_FALSE(invocation.has("flag"));
     EXPECT_FALSE(invocation.has("text"));
@@ -49,14 +49,14 @@ TEST_F(OptionParserTest, AnOptionThatIsNotGivenHasItsDefault) {
     EXPECT_EQ(invocation.real("rate"), 0.5);
 }
 
-TEST_F(OptionParserTest, AListTakesOneValueEachTimeAndWordsTakeAllThatFollow) {
+TEST_F(OptionParserTest, ListTakesOneValuePerOptionAndWordsTakeAllFollowing) {
     EXPECT_EQ(parse({"file", "--texts", "a", "other", "--texts=b", "--words", "c", "d"}), std::nullopt);
     EXPECT_THAT(invocation.texts("texts"), ElementsAre("a", "b"));
     EXPECT_THAT(invocation.texts("words"), ElementsAre("c", "d"));
     EXPECT_THAT(invocation.arguments, ElementsAre("file", "other"));
 }
 
-TEST_F(OptionParserTest, AnErrorNamesTheOptionAndTheValue) {
+TEST_F(OptionParserTest, ErrorNamesOptionAndValue) {
     EXPECT_THAT(parse({"--count", "7x"}), Optional(std::string("the argument ('7x') for option 'count' is invalid")));
     EXPECT_THAT(parse({"--count", "2147483648"}), Optional(HasSubstr("is invalid")));
     EXPECT_THAT(parse({"--rate", "fast"}), Optional(HasSubstr("('fast') for option 'rate'")));
@@ -65,21 +65,21 @@ TEST_F(OptionParserTest, AnErrorNamesTheOptionAndTheValue) {
     EXPECT_THAT(parse({"--text"}), Optional(std::string("the required argument for option '--text' is missing")));
 }
 
-TEST_F(OptionParserTest, ARequiredOptionMayBeMissingOnlyWithHelp) {
+TEST_F(OptionParserTest, RequiredOptionMayBeOmittedOnlyWithHelp) {
     options.add({.name = "must", .value = "X", .isRequired = true, .help = "required"});
     options.add({.name = "help", .help = "help"});
     EXPECT_THAT(parse({}), Optional(std::string("the option 'must' is required but missing")));
     EXPECT_EQ(parse({"--help"}), std::nullopt);
 }
 
-TEST_F(OptionParserTest, TheHelpShowsValueNamesAndDefaults) {
+TEST_F(OptionParserTest, HelpShowsValueNamesAndDefaults) {
     std::ostringstream out;
     printOptions(out, options);
     EXPECT_THAT(out.str(), testing::AllOf(HasSubstr("  -f [ --flag ]"), HasSubstr("  --text TEXT "),
                                           HasSubstr("  --words A B "), HasSubstr("  --count N (=3) ")));
 }
 
-TEST_F(OptionParserTest, AnOptionIsFoundByItsNameOrItsShortForm) {
+TEST_F(OptionParserTest, FindsOptionByNameOrShortForm) {
     ASSERT_NE(options.find("flag"), nullptr);
     EXPECT_EQ(options.find("-f"), options.find("flag"));
     EXPECT_EQ(options.find("f"), nullptr);

@@ -23,7 +23,7 @@ protected:
     std::string set;
 };
 
-TEST_F(OptionSetsTest, ASavedCommandLineCanBeRunAgain) {
+TEST_F(OptionSetsTest, SavedCommandLineCanBeRunAgain) {
     const ToolRun first = runTool({"message", "convert", message, "-", "--to", "text", "--save-options", set});
     EXPECT_EQ(first.code, ExitCode::success);
     const ToolRun again = runTool({"message", "convert", "--options", set});
@@ -32,7 +32,7 @@ TEST_F(OptionSetsTest, ASavedCommandLineCanBeRunAgain) {
     EXPECT_THAT(again.out, HasSubstr("<data>x</data>"));
 }
 
-TEST_F(OptionSetsTest, TheFileHoldsTheArgumentsAndTheOptionsButNotItsOwn) {
+TEST_F(OptionSetsTest, FileContainsArgumentsAndOptionsExceptFileOptions) {
     ASSERT_EQ(runTool({"message", "convert", message, "-", "--to=text", "--save-options", set}).code,
               ExitCode::success);
     const std::string content = read(set);
@@ -41,7 +41,7 @@ TEST_F(OptionSetsTest, TheFileHoldsTheArgumentsAndTheOptionsButNotItsOwn) {
     EXPECT_THAT(content, Not(HasSubstr("save-options")));
 }
 
-TEST_F(OptionSetsTest, WhatTheCommandLineSaysGoesBeforeTheFile) {
+TEST_F(OptionSetsTest, CommandLineOverridesFile) {
     ASSERT_EQ(runTool({"message", "convert", message, "-", "--to", "binary", "--save-options", set}).code,
               ExitCode::success);
     const ToolRun run = runTool({"message", "convert", "--options", set, "--to", "text"});
@@ -51,7 +51,7 @@ TEST_F(OptionSetsTest, WhatTheCommandLineSaysGoesBeforeTheFile) {
     EXPECT_EQ(other.err, "qel: " + path("none") + ": No such file or directory\n");
 }
 
-TEST_F(OptionSetsTest, AFlagIsKeptToo) {
+TEST_F(OptionSetsTest, SavesFlags) {
     const ToolRun first = runTool({"message", "names", "--json", "--save-options", set});
     EXPECT_EQ(first.code, ExitCode::success);
     const ToolRun again = runTool({"message", "names", "--options", set});
@@ -59,7 +59,7 @@ TEST_F(OptionSetsTest, AFlagIsKeptToo) {
     EXPECT_THAT(again.out, StartsWith("{"));
 }
 
-TEST_F(OptionSetsTest, ALoadedSetCanBeSavedWithWhatWasAdded) {
+TEST_F(OptionSetsTest, LoadedOptionsCanBeExtendedAndSaved) {
     ASSERT_EQ(runTool({"message", "convert", message, "-", "--to", "text", "--save-options", set}).code,
               ExitCode::success);
     const std::string second = path("second");
@@ -70,7 +70,7 @@ TEST_F(OptionSetsTest, ALoadedSetCanBeSavedWithWhatWasAdded) {
     EXPECT_THAT(read(second), HasSubstr("<value>" + message + "</value>"));
 }
 
-TEST_F(OptionSetsTest, AMissingOrDamagedFileIsBadInput) {
+TEST_F(OptionSetsTest, MissingOrDamagedFileIsBadInput) {
     const ToolRun missing = runTool({"message", "names", "--options", path("none")});
     EXPECT_EQ(missing.code, ExitCode::badInput);
     EXPECT_EQ(missing.err, "qel: " + path("none") + ": No such file or directory\n");
@@ -80,32 +80,32 @@ TEST_F(OptionSetsTest, AMissingOrDamagedFileIsBadInput) {
     const std::string two = "<message><option><value>a</value><value>b</value></option></message>";
     const ToolRun positional = runTool({"message", "names", "--options", write("two", two)});
     EXPECT_EQ(positional.code, ExitCode::badInput);
-    EXPECT_EQ(positional.err, "qel: " + path("two") + ": holds no options\n");
+    EXPECT_EQ(positional.err, "qel: " + path("two") + ": not an options file\n");
 }
 
-TEST_F(OptionSetsTest, AnOptionOfAnotherCommandIsBadInput) {
+TEST_F(OptionSetsTest, OptionOfAnotherCommandIsBadInput) {
     ASSERT_EQ(runTool({"message", "names", "--json", "--save-options", set}).code, ExitCode::success);
     const ToolRun run = runTool({"message", "convert", message, "-", "--to", "text", "--options", set});
     EXPECT_EQ(run.code, ExitCode::badInput);
-    EXPECT_EQ(run.err, "qel: " + set + ": this command has no option '--json'\n");
+    EXPECT_EQ(run.err, "qel: " + set + ": unknown option '--json' for this command\n");
     EXPECT_THAT(run.out, IsEmpty());
 }
 
-TEST_F(OptionSetsTest, AFileThatNamesAFileOfOptionsIsRefusedAndWritesNothing) {
+TEST_F(OptionSetsTest, RejectsFileWithFileOptionsAndWritesNothing) {
     const std::string target = write("target", std::string("old"));
     for (const std::string name : {"save-options", "options"}) {
         const std::string hostile = write("hostile", "<message><option><name>" + name + "</name><value>" + target +
                                                          "</value></option></message>");
         const ToolRun run = runTool({"message", "names", "--options", hostile});
         EXPECT_EQ(run.code, ExitCode::badInput);
-        EXPECT_EQ(run.err, "qel: " + hostile + ": '--" + name +
-                               "' is accepted on the command line only, remove it from the file\n");
+        EXPECT_EQ(run.err, "qel: " + hostile + ": option '--" + name +
+                               "' is only allowed on the command line; remove it from the file\n");
         EXPECT_THAT(run.out, IsEmpty());
     }
     EXPECT_EQ(read(target), "old");
 }
 
-TEST_F(OptionSetsTest, ASavedFileIsForItsOwnerOnly) {
+TEST_F(OptionSetsTest, SavedFileIsAccessibleByOwnerOnly) {
     const mode_t mask = umask(0);
     EXPECT_EQ(runTool({"message", "names", "--json", "--save-options", set}).code, ExitCode::success);
     umask(mask);
@@ -114,7 +114,7 @@ TEST_F(OptionSetsTest, ASavedFileIsForItsOwnerOnly) {
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
 }
 
-TEST_F(OptionSetsTest, APipeIsWrittenAndALinkIsFollowed) {
+TEST_F(OptionSetsTest, WritesToPipeAndFollowsSymbolicLink) {
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     const int reader = open(path("pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     EXPECT_EQ(runTool({"message", "names", "--json", "--save-options", path("pipe")}).code, ExitCode::success);
@@ -130,7 +130,7 @@ TEST_F(OptionSetsTest, APipeIsWrittenAndALinkIsFollowed) {
     EXPECT_THAT(read(set), StartsWith("<?xml"));
 }
 
-TEST_F(OptionSetsTest, AReadOnlyFileIsNotReplaced) {
+TEST_F(OptionSetsTest, ReadOnlyFileIsNotReplaced) {
     (void)write("options", std::string("old"));
     ASSERT_EQ(chmod(set.c_str(), 0444), 0);
     const ToolRun run = runTool({"message", "names", "--save-options", set});
@@ -140,14 +140,14 @@ TEST_F(OptionSetsTest, AReadOnlyFileIsNotReplaced) {
     EXPECT_EQ(read(set), "old");
 }
 
-TEST_F(OptionSetsTest, AFileThatCannotBeWrittenIsAFailureBeforeTheCommandRuns) {
+TEST_F(OptionSetsTest, FailedSaveIsReportedBeforeCommandRuns) {
     const ToolRun run = runTool({"message", "names", "--save-options", path("none/options")});
     EXPECT_EQ(run.code, ExitCode::failed);
     EXPECT_THAT(run.err, HasSubstr("No such file or directory"));
     EXPECT_THAT(run.out, IsEmpty());
 }
 
-TEST_F(OptionSetsTest, ACommandLineThatIsWrongIsNotSaved) {
+TEST_F(OptionSetsTest, InvalidCommandLineIsNotSaved) {
     EXPECT_EQ(runTool({"message", "convert", message, "--to", "text", "--save-options", set}).code, ExitCode::usage);
     EXPECT_FALSE(std::filesystem::exists(set));
 }

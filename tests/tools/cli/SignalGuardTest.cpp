@@ -12,7 +12,7 @@ using Qel::Tool::EndsWhenInterrupted;
 using Qel::Tool::NotesInterruption;
 using Qel::Tool::SignalGuard;
 
-/// Whatever the parent of the tests ignores.
+/// Resets the signal actions, since the parent process may ignore some signals.
 class SignalTest : public testing::Test {
     Qel::TestSupport::DefaultSignals m_signals;
 };
@@ -22,7 +22,7 @@ using EndsWhenInterruptedDeathTest = SignalTest;
 using NotesInterruptionTest = SignalTest;
 using NotesInterruptionDeathTest = SignalTest;
 
-TEST_F(SignalGuardDeathTest, ASignalTakesEffectWhenTheGuardEnds) {
+TEST_F(SignalGuardDeathTest, DeliversPendingSignalOnDestruction) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         EXPECT_EXIT(
             {
@@ -34,14 +34,14 @@ TEST_F(SignalGuardDeathTest, ASignalTakesEffectWhenTheGuardEnds) {
     }
 }
 
-TEST_F(SignalGuardTest, ASignalThatIsWaitedForIsTaken) {
+TEST_F(SignalGuardTest, WaitForConsumesSignal) {
     const SignalGuard guard;
     std::raise(SIGTERM);
     EXPECT_TRUE(guard.waitFor(std::chrono::hours(1)));
     EXPECT_FALSE(guard.waitFor(std::chrono::nanoseconds(1)));
 }
 
-TEST_F(EndsWhenInterruptedDeathTest, AnInterruptionIsASuccessfulEnd) {
+TEST_F(EndsWhenInterruptedDeathTest, InterruptionExitsWithSuccess) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         EXPECT_EXIT(
             {
@@ -52,7 +52,7 @@ TEST_F(EndsWhenInterruptedDeathTest, AnInterruptionIsASuccessfulEnd) {
     }
 }
 
-TEST_F(EndsWhenInterruptedDeathTest, AfterwardsSignalsAreWhatTheyWere) {
+TEST_F(EndsWhenInterruptedDeathTest, DestructorRestoresSignalActions) {
     EXPECT_EXIT(
         {
             { const EndsWhenInterrupted ending; }
@@ -61,7 +61,7 @@ TEST_F(EndsWhenInterruptedDeathTest, AfterwardsSignalsAreWhatTheyWere) {
         testing::KilledBySignal(SIGTERM), "");
 }
 
-TEST_F(NotesInterruptionTest, AnInterruptionIsNotedAndForgottenByTheNext) {
+TEST_F(NotesInterruptionTest, RecordsInterruptionAndNextInstanceResetsIt) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const NotesInterruption notes;
         EXPECT_FALSE(NotesInterruption::isInterrupted());
@@ -70,7 +70,7 @@ TEST_F(NotesInterruptionTest, AnInterruptionIsNotedAndForgottenByTheNext) {
     }
 }
 
-TEST_F(NotesInterruptionDeathTest, ASecondInterruptionEndsTheProcess) {
+TEST_F(NotesInterruptionDeathTest, SecondInterruptionTerminatesProcess) {
     EXPECT_EXIT(
         {
             const NotesInterruption notes;

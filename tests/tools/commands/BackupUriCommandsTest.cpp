@@ -34,10 +34,10 @@ protected:
     static std::string uriWithStorage() { return build({"a/b", "c", "--storage", storage}); }
 
 private:
-    const Qel::TestSupport::LogCapture m_log{Qel::LogLevel::error}; ///< each URI that can't be read is logged
+    const Qel::TestSupport::LogCapture m_log{Qel::LogLevel::error}; ///< an unreadable URI logs an error
 };
 
-TEST_F(BackupUriCommandsTest, ParseShowsTheParts) {
+TEST_F(BackupUriCommandsTest, ParsePrintsComponents) {
     const ToolRun run = parse("backup://a/b/c");
     EXPECT_EQ(run.code, ExitCode::success);
     EXPECT_EQ(run.out, "backup   a/b\n"
@@ -48,13 +48,13 @@ TEST_F(BackupUriCommandsTest, ParseShowsTheParts) {
                                          "storage  none\n");
 }
 
-TEST_F(BackupUriCommandsTest, ParseAsJsonHasEveryPart) {
+TEST_F(BackupUriCommandsTest, ParseJsonHasAllComponents) {
     const ToolRun run = parse("backup://a/b/c", {"--json"});
     EXPECT_EQ(run.code, ExitCode::success);
     EXPECT_EQ(Json::parse(run.out), Json::parse(R"({"valid":true,"backup":"a/b","subPath":"c","storage":null})"));
 }
 
-TEST_F(BackupUriCommandsTest, ParseShowsTheStorageWithoutThePassword) {
+TEST_F(BackupUriCommandsTest, ParsePrintsStorageWithoutPassword) {
     const ToolRun run = parse(uriWithStorage());
     EXPECT_EQ(run.code, ExitCode::success);
     EXPECT_EQ(run.out, "backup        a/b\n"
@@ -72,13 +72,13 @@ TEST_F(BackupUriCommandsTest, ParseShowsTheStorageWithoutThePassword) {
                               "realm":"3b1f5d0a-2c4e-4f6a-8b9c-0d1e2f3a4b5c"}})"));
 }
 
-TEST_F(BackupUriCommandsTest, ParseShowsThePasswordOnRequest) {
+TEST_F(BackupUriCommandsTest, ParsePrintsPasswordOnRequest) {
     EXPECT_THAT(parse(uriWithStorage(), {"--show-secrets"}).out, EndsWith("\npassword      open sesame\n"));
     const Json document = Json::parse(parse(uriWithStorage(), {"--show-secrets", "--json"}).out);
     EXPECT_EQ(document["storage"]["password"], password);
 }
 
-TEST_F(BackupUriCommandsTest, AStorageWithoutANameHasTypeAndPathOnly) {
+TEST_F(BackupUriCommandsTest, StorageWithoutNameHasTypeAndPathOnly) {
     const std::string file = write("plain", std::string("<message><storage><type>2</type><path>L3Y=</path></storage>"
                                                         "</message>"));
     const std::string uri = build({"a/b", "--storage", file});
@@ -89,30 +89,30 @@ TEST_F(BackupUriCommandsTest, AStorageWithoutANameHasTypeAndPathOnly) {
     EXPECT_EQ(Json::parse(parse(uri, {"--json"}).out)["storage"], Json::parse(R"({"type":2,"path":"/v"})"));
 }
 
-TEST_F(BackupUriCommandsTest, WhatNamesNoBackupIsNotSo) {
+TEST_F(BackupUriCommandsTest, ParseRejectsOtherUris) {
     const auto expect = [](const std::string& uri, const std::string& reason) {
         const ToolRun run = parse(uri);
         EXPECT_EQ(run.code, ExitCode::notSo);
         EXPECT_THAT(run.out, IsEmpty());
-        EXPECT_EQ(run.err, "qel: not the URI of a backup: " + reason + "\n");
+        EXPECT_EQ(run.err, "qel: not a backup URI: " + reason + "\n");
         const ToolRun json = parse(uri, {"--json"});
         EXPECT_EQ(json.code, ExitCode::notSo);
         EXPECT_EQ(Json::parse(json.out), Json::parse(R"({"valid":false,"backup":"","subPath":"","storage":null})"));
     };
-    expect("file://a/b/c", "it doesn't begin with backup://");
-    expect("a/b/c", "it doesn't begin with backup://");
-    expect("backups://a/b/c", "it doesn't begin with backup://");
-    expect("backup://abc", "no slash behind the first part of the backup's name");
+    expect("file://a/b/c", "it does not start with backup://");
+    expect("a/b/c", "it does not start with backup://");
+    expect("backups://a/b/c", "it does not start with backup://");
+    expect("backup://abc", "no slash after the first component of the backup name");
     expect(uriWithStorage().substr(0, uriWithStorage().find('&')) + "&a",
-           "no slash behind the first part of the backup's name");
-    expect("backup://&a/b/c", "its storage can't be read: byte 0: not a message in binary form");
-    expect("backup://" + std::string(1 << 20, '&'), "its storage can't be read: byte 0: not a message in binary form");
+           "no slash after the first component of the backup name");
+    expect("backup://&a/b/c", "cannot read the storage: byte 0: not a message in binary form");
+    expect("backup://" + std::string(1 << 20, '&'), "cannot read the storage: byte 0: not a message in binary form");
 }
 
-TEST_F(BackupUriCommandsTest, NoErrorRepeatsAUriOrItsSecret) {
+TEST_F(BackupUriCommandsTest, ErrorsQuoteNeitherUriNorSecret) {
     const std::string whole = uriWithStorage();
     const std::string blob = whole.substr(9, whole.find('&') - 9);
-    const std::string secret = "6f70656e20736573616d65"; // the password in hexadecimal
+    const std::string secret = "6f70656e20736573616d65"; // the password as hexadecimal digits
     ASSERT_THAT(blob, HasSubstr(secret));
     for (std::string uri : {"backup://" + blob.substr(0, blob.size() - 2) + "&a/b/c", "backup://" + blob + "&a",
                             "backup://" + blob, blob + "&a/b/c", "backup://00" + blob + "&a/b/c"}) {
@@ -126,24 +126,25 @@ TEST_F(BackupUriCommandsTest, NoErrorRepeatsAUriOrItsSecret) {
     EXPECT_THAT(run.out + run.err, Not(HasSubstr(secret)));
 }
 
-TEST_F(BackupUriCommandsTest, BuildPrintsTheUri) {
+TEST_F(BackupUriCommandsTest, BuildPrintsUri) {
     EXPECT_EQ(build({"a/b", "c"}), "backup://a/b/c");
     EXPECT_EQ(build({"a/b", "c/d\\e"}), "backup://a/b/c/d\\e");
     EXPECT_EQ(build({"a/b"}), "backup://a/b/");
 }
 
-TEST_F(BackupUriCommandsTest, BuildRefusesANameThatWouldNotComeBack) {
+TEST_F(BackupUriCommandsTest, BuildRejectsNamesThatDoNotRoundTrip) {
     for (const char* const backup : {"", "abc", "a/b/c", "a/b\\c", "x&a/b"}) {
         const ToolRun run = runTool({"backup-uri", "build", backup});
         EXPECT_EQ(run.code, ExitCode::usage) << backup;
         EXPECT_THAT(run.out, IsEmpty());
-        EXPECT_EQ(run.err, "qel: this backup can't be told in a URI: its name is two parts with a slash between them, "
-                           "and without other slashes, backslashes and '&'\n");
+        EXPECT_EQ(run.err,
+                  "qel: cannot encode this backup name in a URI: a name has two components separated by a slash, "
+                  "without other slashes, backslashes or '&'\n");
     }
-    EXPECT_THAT(build({"x&a/b", "--storage", storage}), EndsWith("&x&a/b/")) << "behind a storage it would";
+    EXPECT_THAT(build({"x&a/b", "--storage", storage}), EndsWith("&x&a/b/")) << "valid after a storage";
 }
 
-TEST_F(BackupUriCommandsTest, AStorageThatCannotBeReadIsBadInput) {
+TEST_F(BackupUriCommandsTest, UnreadableStorageIsBadInput) {
     const std::string empty = write("empty", std::string("<message/>"));
     const std::string other = write("other", std::string("<message><storage><type>1</type></storage></message>"));
     const auto expect = [](const std::string& file, const std::string& error) {
@@ -162,7 +163,7 @@ struct Example {
     const char* record;
 };
 
-TEST_F(BackupUriCommandsTest, EachExampleStandsAsItsRecordIsWritten) {
+TEST_F(BackupUriCommandsTest, RewriteReproducesExamples) {
     for (const auto& [file, record] : {Example{"backup/storage", "QelDSLocation"},
                                        {"backup/options", "QelBackupOptions"},
                                        {"backup/environment", "QelEnvBackupData"},

@@ -31,7 +31,7 @@ protected:
     }
 };
 
-TEST_F(CacheCommandsTest, CheckOfASoundFileSaysSo) {
+TEST_F(CacheCommandsTest, CheckReportsSoundFile) {
     SampleCacheFile file;
     const std::string path = write("cache", file.bytes());
     const ToolRun run = runTool({"cache", "check", path});
@@ -41,7 +41,7 @@ TEST_F(CacheCommandsTest, CheckOfASoundFileSaysSo) {
     EXPECT_THAT(run.err, IsEmpty());
 }
 
-TEST_F(CacheCommandsTest, CheckOfADamagedFilePrintsOneLineForEachFinding) {
+TEST_F(CacheCommandsTest, CheckPrintsOneLinePerFinding) {
     SampleCacheFile file;
     file.set(52, 0U);
     file.set(file.oldRecord, 7U);
@@ -53,7 +53,7 @@ TEST_F(CacheCommandsTest, CheckOfADamagedFilePrintsOneLineForEachFinding) {
     EXPECT_THAT(run.err, IsEmpty());
 }
 
-TEST_F(CacheCommandsTest, CheckSaysWhatToDoOnceForEachClass) {
+TEST_F(CacheCommandsTest, CheckPrintsAdviceOncePerClass) {
     CacheFileBuilder file;
     const std::uint32_t lost = file.addUsed(100);
     const std::uint32_t alsoLost = file.addUsed(100);
@@ -77,7 +77,7 @@ TEST_F(CacheCommandsTest, CheckSaysWhatToDoOnceForEachClass) {
             "use, or end the process\n"));
 }
 
-TEST_F(CacheCommandsTest, CheckAsJsonListsTheFindings) {
+TEST_F(CacheCommandsTest, CheckJsonListsFindings) {
     SampleCacheFile file;
     file.set(52, 0U);
     const std::string path = write("cache", file.bytes());
@@ -93,13 +93,13 @@ TEST_F(CacheCommandsTest, CheckAsJsonListsTheFindings) {
     EXPECT_EQ(Json::parse(run.out), expected);
 }
 
-TEST_F(CacheCommandsTest, CheckAsJsonOfASoundFileHasAnEmptyList) {
+TEST_F(CacheCommandsTest, CheckJsonOfSoundFileHasEmptyList) {
     const ToolRun run = runTool({"cache", "check", "--json", write("cache", SampleCacheFile().bytes())});
     EXPECT_EQ(run.code, ExitCode::success);
     EXPECT_EQ(Json::parse(run.out)["findings"], Json::array());
 }
 
-TEST_F(CacheCommandsTest, InfoShowsTheHeaderAndHowFullTheFileIs) {
+TEST_F(CacheCommandsTest, InfoPrintsHeaderAndSpaceUsage) {
     const SampleCacheFile file;
     const ToolRun run = runTool({"cache", "info", write("cache", file.bytes())});
     EXPECT_EQ(run.code, ExitCode::success);
@@ -109,11 +109,11 @@ TEST_F(CacheCommandsTest, InfoShowsTheHeaderAndHowFullTheFileIs) {
                                    "\n"
                                    "     4  blocks        1\n"));
     EXPECT_THAT(run.out, HasSubstr("    28  magic         0xCACEFE03\n"));
-    EXPECT_THAT(run.out, HasSubstr("largest free block         "));
-    EXPECT_THAT(run.out, testing::EndsWith("achievable size              512\n"));
+    EXPECT_THAT(run.out, HasSubstr("largest free block   "));
+    EXPECT_THAT(run.out, testing::EndsWith("achievable size       512\n"));
 }
 
-TEST_F(CacheCommandsTest, InfoAsJsonHasEveryField) {
+TEST_F(CacheCommandsTest, InfoJsonHasAllFields) {
     const SampleCacheFile file;
     const std::string path = write("cache", file.bytes());
     const ToolRun run = runTool({"cache", "info", path, "--json"});
@@ -137,7 +137,7 @@ TEST_F(CacheCommandsTest, InfoAsJsonHasEveryField) {
     EXPECT_EQ(Json::parse(run.out), expected);
 }
 
-TEST_F(CacheCommandsTest, InfoShowsANullPointerAsNull) {
+TEST_F(CacheCommandsTest, InfoPrintsNullPointer) {
     SampleCacheFile file;
     file.set(20, 1U);
     const std::string path = write("cache", file.bytes());
@@ -145,7 +145,7 @@ TEST_F(CacheCommandsTest, InfoShowsANullPointerAsNull) {
     EXPECT_THAT(runTool({"cache", "info", path}).out, HasSubstr("snapshot      null\n"));
 }
 
-TEST_F(CacheCommandsTest, InfoOfALeakIsNoWarning) {
+TEST_F(CacheCommandsTest, InfoDoesNotWarnAboutLeaks) {
     CacheFileBuilder file;
     file.addUsed(100);
     file.finish(file.addSnapshot(1, {}, 1));
@@ -154,7 +154,7 @@ TEST_F(CacheCommandsTest, InfoOfALeakIsNoWarning) {
     EXPECT_THAT(run.err, IsEmpty());
 }
 
-TEST_F(CacheCommandsTest, InfoOfADamagedFileWarns) {
+TEST_F(CacheCommandsTest, InfoWarnsAboutDamage) {
     SampleCacheFile file;
     file.set(8, 1000U);
     const std::string path = write("cache", file.bytes());
@@ -164,12 +164,12 @@ TEST_F(CacheCommandsTest, InfoOfADamagedFileWarns) {
     EXPECT_EQ(run.err, "qel: " + path + ": the file is damaged, so the numbers may be wrong; see `qel cache check`\n");
 }
 
-TEST_F(CacheCommandsTest, AMissingFileIsBadInputAndIsNotMade) {
+TEST_F(CacheCommandsTest, MissingFileIsBadInputAndIsNotCreated) {
     expectBadInput(path("none"), "No such file or directory");
     EXPECT_FALSE(std::filesystem::exists(path("none")));
 }
 
-TEST_F(CacheCommandsTest, AFileThatWasNeverFormattedStaysSo) {
+TEST_F(CacheCommandsTest, UnformattedFileIsNotFormatted) {
     const std::string empty = write("empty", std::string());
     const std::string zeros = write("zeros", std::string(4096, '\0'));
     expectBadInput(empty, "never formatted: no process has used the file as a cache yet");
@@ -178,26 +178,26 @@ TEST_F(CacheCommandsTest, AFileThatWasNeverFormattedStaysSo) {
     EXPECT_EQ(read(zeros), std::string(4096, '\0'));
 }
 
-TEST_F(CacheCommandsTest, AForeignFileIsBadInput) {
+TEST_F(CacheCommandsTest, ForeignFileIsBadInput) {
     expectBadInput(write("letter", std::string("Dear cache,\n")), "not a cache file");
     expectBadInput(write("letters", std::string(5000, 'x')), "not a cache file");
 }
 
-TEST_F(CacheCommandsTest, AFileLongerThanAnyCacheIsForeign) {
+TEST_F(CacheCommandsTest, FileLongerThanAnyCacheIsForeign) {
     const std::string file = write("cache", SampleCacheFile().bytes());
     std::filesystem::resize_file(file, std::uintmax_t{1} << 40);
     expectBadInput(file, "not a cache file");
 }
 
-TEST_F(CacheCommandsTest, AFolderAndAPipeAreBadInput) {
+TEST_F(CacheCommandsTest, DirectoryAndPipeAreBadInput) {
     std::filesystem::create_directory(path("folder"));
     expectBadInput(path("folder"), "not a regular file");
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     expectBadInput(path("pipe"), "not a regular file");
 }
 
-/// Whether somebody waits for the lock of the open file.
-bool isWaitedFor(int descriptor) {
+/// Whether another thread or process waits for the lock on the file.
+bool hasLockWaiter(int descriptor) {
     struct stat status {};
     if (fstat(descriptor, &status) != 0)
         return false;
@@ -210,7 +210,7 @@ bool isWaitedFor(int descriptor) {
     return false;
 }
 
-TEST_F(CacheCommandsTest, AFileIsReadWhileNoWriterHoldsTheLock) {
+TEST_F(CacheCommandsTest, CheckWaitsForWriterLock) {
     SampleCacheFile sample;
     sample.set(52, 0U);
     const std::string file = write("cache", sample.bytes());
@@ -222,9 +222,9 @@ TEST_F(CacheCommandsTest, AFileIsReadWhileNoWriterHoldsTheLock) {
         run = runTool({"cache", "check", file});
         done = true;
     });
-    while (!done && !isWaitedFor(writer))
+    while (!done && !hasLockWaiter(writer))
         std::this_thread::yield();
-    // The writer makes the file usable only now.
+    // Mark the file as valid before releasing the lock.
     const std::uint32_t valid = 1;
     EXPECT_EQ(pwrite(writer, &valid, sizeof valid, 52), 4);
     EXPECT_EQ(flock(writer, LOCK_UN), 0);

@@ -29,7 +29,7 @@ class EnvCommandsTest : public ToolTest {
 protected:
     void SetUp() override { cache = path("cache"); }
 
-    /// After every command the file is sound and its snapshot is held by nobody.
+    /// Checks that the file is sound and no process holds a snapshot.
     void TearDown() override {
         if (std::filesystem::exists(cache)) {
             const ToolRun check = runTool({"cache", "check", cache});
@@ -42,7 +42,7 @@ protected:
         return runTool({"env", "put", cache, "-"}, message(envs));
     }
 
-    /// A server with two machines, one of which has a container.
+    /// Inserts a server with two machines, one of which has a container.
     void putFamily() const {
         const ToolRun run = put(env(eid(1), noEid, "server") + env(eid(2), eid(1), "first", 3) +
                                 env(eid(3), eid(1), "second") + env(eid(4), eid(2), "inner"));
@@ -58,8 +58,8 @@ protected:
         return eids;
     }
 
-    /// Runs every command on a file that none of them may use or change.
-    void expectRefused(const std::string& file, const std::string& reason) const {
+    /// Runs every command on a file that all of them must reject and leave unchanged.
+    void expectRejected(const std::string& file, const std::string& reason) const {
         const std::string before = read(file);
         const std::string sample = write("sample.xml", message(env(eid(1), noEid, "server")));
         const std::vector<std::vector<std::string>> commands{{"env", "put", file, sample},
@@ -80,7 +80,7 @@ protected:
 
 // --- put
 
-TEST_F(EnvCommandsTest, ATypeThatIsTooLongIsCutBetweenCharacters) {
+TEST_F(EnvCommandsTest, LongTypeIsTruncatedBetweenCharacters) {
     const std::pair<std::string, std::string> types[] = {
         {"123456789012345", "123456789012345"}, {"1234567890123456", "123456789012345"},
         {"1234567890123ö", "1234567890123ö"},   {"12345678901234ö", "12345678901234"},
@@ -96,7 +96,7 @@ TEST_F(EnvCommandsTest, ATypeThatIsTooLongIsCutBetweenCharacters) {
     }
 }
 
-TEST_F(EnvCommandsTest, PutInsertsWhatIsNewAndUpdatesWhatIsThere) {
+TEST_F(EnvCommandsTest, PutInsertsNewAndUpdatesExistingEnvironments) {
     EXPECT_EQ(put(env(eid(1), noEid, "old")).out, "inserted " + eid(1) + "  old\n");
     const ToolRun run = put(env(eid(1), noEid, "new") + env(eid(2), eid(1), "other"));
     EXPECT_EQ(run.code, ExitCode::success);
@@ -104,7 +104,7 @@ TEST_F(EnvCommandsTest, PutInsertsWhatIsNewAndUpdatesWhatIsThere) {
     EXPECT_THAT(run.err, IsEmpty());
 }
 
-TEST_F(EnvCommandsTest, AnUpdateIsNoRefusedInsertionToTheUpdater) {
+TEST_F(EnvCommandsTest, UpdateDoesNotCallInsertEnv) {
     ASSERT_EQ(put(env(eid(1), noEid, "old")).code, ExitCode::success);
     const boost::shared_ptr<testing::StrictMock<MockUpdater>> updater(new testing::StrictMock<MockUpdater>);
     Qel::QelEnvFactory::getInstance().setEnvUpdater("vm", updater);
@@ -114,7 +114,7 @@ TEST_F(EnvCommandsTest, AnUpdateIsNoRefusedInsertionToTheUpdater) {
     Qel::QelEnvFactory::getInstance().setEnvUpdater("vm", nullptr);
 }
 
-TEST_F(EnvCommandsTest, PutReadsSeveralFilesOfBothForms) {
+TEST_F(EnvCommandsTest, PutReadsSeveralFilesInBothForms) {
     const std::string text = write("text.xml", message(env(eid(1), noEid, "one")));
     const std::string other = write("other.xml", message(env(eid(2), noEid, "two")));
     const std::string binary = path("binary");
@@ -123,18 +123,18 @@ TEST_F(EnvCommandsTest, PutReadsSeveralFilesOfBothForms) {
     EXPECT_THAT(eidsListed({}), ElementsAre(eid(1), eid(2)));
 }
 
-TEST_F(EnvCommandsTest, ABadEnvironmentDoesNotStopTheOthers) {
+TEST_F(EnvCommandsTest, PutContinuesAfterInvalidEnvironment) {
     const ToolRun run = put(env(eid(1), noEid, "one") + "<environment><eid>" + eid(9) + "</eid></environment>" +
                             env("no-eid", noEid, "bad") + env(noEid, noEid, "empty") + env(eid(2), noEid, "two"));
     EXPECT_EQ(run.code, ExitCode::badInput);
     EXPECT_EQ(run.out, "inserted " + eid(1) + "  one\ninserted " + eid(2) + "  two\n");
-    EXPECT_THAT(run.err, HasSubstr("qel: standard input: environment 2: reader gave -1: "));
-    EXPECT_THAT(run.err, HasSubstr("qel: standard input: environment 3: reader gave -1: "));
+    EXPECT_THAT(run.err, HasSubstr("qel: standard input: environment 2: reader returned -1: "));
+    EXPECT_THAT(run.err, HasSubstr("qel: standard input: environment 3: reader returned -1: "));
     EXPECT_THAT(run.err, HasSubstr("qel: standard input: environment 4: the EID is empty\n"));
     EXPECT_THAT(eidsListed({}), ElementsAre(eid(1), eid(2)));
 }
 
-TEST_F(EnvCommandsTest, ABadFileDoesNotStopTheOthers) {
+TEST_F(EnvCommandsTest, PutContinuesAfterInvalidFile) {
     const std::string bad = write("bad.xml", std::string("<message>"));
     const std::string bare = write("bare.xml", message(""));
     const std::string good = write("good.xml", message(env(eid(1), noEid, "one")));
@@ -143,10 +143,10 @@ TEST_F(EnvCommandsTest, ABadFileDoesNotStopTheOthers) {
     EXPECT_EQ(run.out, "inserted " + eid(1) + "  one\n");
     EXPECT_THAT(run.err, HasSubstr("qel: " + bad + ": line 1"));
     EXPECT_THAT(run.err, HasSubstr("qel: " + path("none") + ": No such file or directory\n"));
-    EXPECT_THAT(run.err, HasSubstr("qel: " + bare + ": no environment in it\n"));
+    EXPECT_THAT(run.err, HasSubstr("qel: " + bare + ": contains no environment\n"));
 }
 
-TEST_F(EnvCommandsTest, TheWorstExitCodeOfSeveralFilesIsThatOfTheCommand) {
+TEST_F(EnvCommandsTest, PutReturnsWorstExitCode) {
     const std::string good = write("good.xml", message(env(eid(1), noEid, "one")));
     const std::string bad = write("bad.xml", std::string("<message>"));
     const std::string large = write("large.xml", message(env(eid(2), noEid, std::string(0x1000000, 'x'))));
@@ -157,31 +157,31 @@ TEST_F(EnvCommandsTest, TheWorstExitCodeOfSeveralFilesIsThatOfTheCommand) {
     EXPECT_EQ(put(empty + tooLarge).code, ExitCode::failed);
 }
 
-TEST_F(EnvCommandsTest, AnEnvironmentTooLargeForTheCacheIsAFailureOfThatOneOnly) {
+TEST_F(EnvCommandsTest, PutContinuesAfterTooLargeEnvironment) {
     const ToolRun run = put(env(eid(1), noEid, std::string(0x1000000, 'x')) + env(eid(2), noEid, "small"));
     EXPECT_EQ(run.code, ExitCode::failed);
     EXPECT_EQ(run.err, "qel: standard input: environment 1: larger than the 16777216 bytes that the cache accepts\n");
     EXPECT_THAT(eidsListed({}), ElementsAre(eid(2)));
 }
 
-TEST_F(EnvCommandsTest, PutUsesAFileThatWasNeverFormatted) {
+TEST_F(EnvCommandsTest, PutFormatsUnformattedFile) {
     cache = write("zeros", std::string(100, '\0'));
     EXPECT_EQ(put(env(eid(1), noEid, "one")).code, ExitCode::success);
 }
 
-TEST_F(EnvCommandsTest, ACacheThatCannotBeMadeIsAFailure) {
+TEST_F(EnvCommandsTest, FailedCacheCreationIsReported) {
     const ToolRun run = runTool({"env", "put", path("none/cache"), "-"}, message(env(eid(1), noEid, "one")));
     EXPECT_EQ(run.code, ExitCode::failed);
     EXPECT_EQ(run.err, "qel: " + path("none/cache") + ": the file can't be mapped: No such file or directory\n");
 }
 
-TEST_F(EnvCommandsTest, ATitleCannotSpeakToTheTerminal) {
+TEST_F(EnvCommandsTest, EscapesControlCharactersInTitles) {
     EXPECT_EQ(put(env(eid(1), noEid, "a&#9;b")).out, "inserted " + eid(1) + "  a\\tb\n");
 }
 
 // --- list
 
-TEST_F(EnvCommandsTest, ListIsATableInTheOrderOfTheEids) {
+TEST_F(EnvCommandsTest, ListPrintsTableInEidOrder) {
     putFamily();
     const ToolRun run = runTool({"env", "list", cache});
     EXPECT_EQ(run.code, ExitCode::success);
@@ -193,7 +193,7 @@ TEST_F(EnvCommandsTest, ListIsATableInTheOrderOfTheEids) {
                            "  vm        1           0  2 red  inner\n");
 }
 
-TEST_F(EnvCommandsTest, ListAsJsonHasEveryField) {
+TEST_F(EnvCommandsTest, ListJsonHasAllFields) {
     ASSERT_EQ(put(env(eid(2), eid(1), "first", 3)).code, ExitCode::success);
     const Json list = Json::parse(runTool({"env", "list", cache, "--json"}).out);
     ASSERT_EQ(list.size(), 1U);
@@ -212,7 +212,7 @@ TEST_F(EnvCommandsTest, ListAsJsonHasEveryField) {
     EXPECT_GT(list[0]["vconfigSize"], 0);
 }
 
-TEST_F(EnvCommandsTest, ListOfAParentShowsItsChildren) {
+TEST_F(EnvCommandsTest, ListWithParentPrintsChildren) {
     putFamily();
     EXPECT_THAT(eidsListed({"--parent", eid(1)}), ElementsAre(eid(2), eid(3)));
     EXPECT_THAT(eidsListed({"--parent", eid(4)}), IsEmpty());
@@ -220,7 +220,7 @@ TEST_F(EnvCommandsTest, ListOfAParentShowsItsChildren) {
     EXPECT_THAT(eidsListed({"--parent", noEid}), ElementsAre(eid(1)));
 }
 
-TEST_F(EnvCommandsTest, ListAsATreeDrawsTheHierarchy) {
+TEST_F(EnvCommandsTest, ListTreePrintsHierarchy) {
     putFamily();
     EXPECT_EQ(runTool({"env", "list", cache, "--tree"}).out,
               "title        EID                                   type  state  transition  alert\n"
@@ -230,21 +230,21 @@ TEST_F(EnvCommandsTest, ListAsATreeDrawsTheHierarchy) {
                   "  vm        1           0  2 red\n└─ second    " + eid(3) + "  vm        1           0  2 red\n");
 }
 
-TEST_F(EnvCommandsTest, TheTreeOfAParentIsWhatIsBelowIt) {
+TEST_F(EnvCommandsTest, ListTreeWithParentPrintsDescendants) {
     putFamily();
     EXPECT_THAT(eidsListed({"--tree", "--parent", eid(1)}), ElementsAre(eid(2), eid(3), eid(4)));
     EXPECT_THAT(runTool({"env", "list", cache, "--tree", "--parent", eid(1)}).out, HasSubstr("\n└─ inner  "));
 }
 
-TEST_F(EnvCommandsTest, AParentThatIsNoEidIsAUsageError) {
+TEST_F(EnvCommandsTest, InvalidParentIsUsageError) {
     const ToolRun run = runTool({"env", "list", cache, "--parent", "server"});
     EXPECT_EQ(run.code, ExitCode::usage);
-    EXPECT_THAT(run.err, StartsWith("qel: 'server' is no EID"));
+    EXPECT_THAT(run.err, StartsWith("qel: 'server' is not an EID"));
 }
 
 // --- get
 
-TEST_F(EnvCommandsTest, GetPrintsWhatPutTakesBackUnchanged) {
+TEST_F(EnvCommandsTest, GetAndPutRoundTrip) {
     putFamily();
     for (const bool binary : {false, true}) {
         std::vector<std::string> command{"env", "get", cache, eid(2)};
@@ -259,13 +259,13 @@ TEST_F(EnvCommandsTest, GetPrintsWhatPutTakesBackUnchanged) {
     EXPECT_THAT(runTool({"env", "get", cache, eid(2)}).out, HasSubstr("\n  <environment xmlns=\"urn:qel:env\" "));
 }
 
-TEST_F(EnvCommandsTest, GetTellsNoConfigurationThatIsNotThere) {
+TEST_F(EnvCommandsTest, GetOmitsAbsentConfiguration) {
     ASSERT_EQ(put("<environment><parent_eid>" + noEid + "</parent_eid><eid>" + eid(1) + "</eid></environment>").code,
               ExitCode::success);
     EXPECT_THAT(runTool({"env", "get", cache, eid(1)}).out, testing::Not(HasSubstr("config")));
 }
 
-TEST_F(EnvCommandsTest, GetOfAnUnknownEnvironmentSaysThatItIsNotThere) {
+TEST_F(EnvCommandsTest, GetReportsUnknownEnvironment) {
     putFamily();
     const ToolRun run = runTool({"env", "get", cache, eid(77)});
     EXPECT_EQ(run.code, ExitCode::notSo);
@@ -273,13 +273,13 @@ TEST_F(EnvCommandsTest, GetOfAnUnknownEnvironmentSaysThatItIsNotThere) {
     EXPECT_THAT(run.out, IsEmpty());
 }
 
-TEST_F(EnvCommandsTest, GetOfWhatIsNoEidIsAUsageError) {
+TEST_F(EnvCommandsTest, GetOfInvalidEidIsUsageError) {
     EXPECT_EQ(runTool({"env", "get", cache, "inner"}).code, ExitCode::usage);
 }
 
 // --- remove
 
-TEST_F(EnvCommandsTest, RemoveRemovesAndTakesUnknownOnesForDone) {
+TEST_F(EnvCommandsTest, RemoveSucceedsForUnknownEnvironments) {
     putFamily();
     const ToolRun run = runTool({"env", "remove", cache, eid(2), eid(77), eid(4)});
     EXPECT_EQ(run.code, ExitCode::success);
@@ -287,7 +287,7 @@ TEST_F(EnvCommandsTest, RemoveRemovesAndTakesUnknownOnesForDone) {
     EXPECT_THAT(eidsListed({}), ElementsAre(eid(1), eid(3)));
 }
 
-TEST_F(EnvCommandsTest, RemoveDoesNothingWhenOneIsNoEid) {
+TEST_F(EnvCommandsTest, RemoveDoesNothingIfAnyEidIsInvalid) {
     putFamily();
     EXPECT_EQ(runTool({"env", "remove", cache, eid(2), "x"}).code, ExitCode::usage);
     EXPECT_EQ(eidsListed({}).size(), 4U);
@@ -295,15 +295,15 @@ TEST_F(EnvCommandsTest, RemoveDoesNothingWhenOneIsNoEid) {
 
 // --- watch
 
-TEST_F(EnvCommandsTest, AnIntervalHasToBeATimeThatPasses) {
+TEST_F(EnvCommandsTest, WatchRejectsIntervalOutOfRange) {
     putFamily();
     for (const char* interval : {"0", "-1", "nan", "inf", "1e9", "soon"})
         EXPECT_EQ(runTool({"env", "watch", cache, std::string("--interval=") + interval}).code, ExitCode::usage);
 }
 
-// --- files that are no cache
+// --- invalid cache files
 
-TEST_F(EnvCommandsTest, OnlyPutMakesAFile) {
+TEST_F(EnvCommandsTest, OnlyPutCreatesFile) {
     for (const std::vector<std::string>& command :
          std::vector<std::vector<std::string>>{{"env", "list", cache},
                                                {"env", "get", cache, eid(1)},
@@ -314,21 +314,21 @@ TEST_F(EnvCommandsTest, OnlyPutMakesAFile) {
     }
 }
 
-TEST_F(EnvCommandsTest, AForeignFileIsNeitherUsedNorChanged) {
-    expectRefused(write("letter", std::string(5000, 'x')), "not a cache file");
-    expectRefused(write("note", std::string("short")), "not a cache file");
+TEST_F(EnvCommandsTest, ForeignFileIsRejectedAndUnchanged) {
+    expectRejected(write("letter", std::string(5000, 'x')), "not a cache file");
+    expectRejected(write("note", std::string("short")), "not a cache file");
 }
 
-TEST_F(EnvCommandsTest, ADamagedFileIsNeitherUsedNorChanged) {
+TEST_F(EnvCommandsTest, DamagedFileIsRejectedAndUnchanged) {
     SampleCacheFile file;
     file.point(20, 0x40000000);
-    expectRefused(write("damaged", file.bytes()), "the file is damaged; see `qel cache check`: offset 20: ");
+    expectRejected(write("damaged", file.bytes()), "the file is damaged; see `qel cache check`: offset 20: ");
     SampleCacheFile unusable;
     unusable.set(52, 0U);
-    expectRefused(write("unusable", unusable.bytes()), "the file is damaged; see `qel cache check`: offset 52: ");
+    expectRejected(write("unusable", unusable.bytes()), "the file is damaged; see `qel cache check`: offset 52: ");
 }
 
-TEST_F(EnvCommandsTest, AFileWithABlockThatNobodyRefersToIsUsed) {
+TEST_F(EnvCommandsTest, FileWithUnreferencedBlockIsAccepted) {
     CacheFileBuilder file;
     file.addUsed(100);
     file.finish(file.addSnapshot(1, {}, 1));
@@ -336,7 +336,7 @@ TEST_F(EnvCommandsTest, AFileWithABlockThatNobodyRefersToIsUsed) {
     EXPECT_EQ(runTool({"env", "put", leaky, "-"}, message(env(eid(1), noEid, "one"))).code, ExitCode::success);
 }
 
-TEST_F(EnvCommandsTest, AFileWithCountsThatAreTooHighIsUsed) {
+TEST_F(EnvCommandsTest, FileWithTooHighCountsIsAccepted) {
     SampleCacheFile file;
     file.set(file.secondRecord, 3);
     EXPECT_EQ(runTool({"env", "list", write("record", file.bytes())}).code, ExitCode::success);
@@ -347,16 +347,16 @@ TEST_F(EnvCommandsTest, AFileWithCountsThatAreTooHighIsUsed) {
     EXPECT_EQ(runTool({"env", "list", write("low", counter.bytes())}).code, ExitCode::success);
 }
 
-TEST_F(EnvCommandsTest, AFileWithACountThatIsTooLowOrThatNoProcessesCanReachIsNotUsed) {
+TEST_F(EnvCommandsTest, FileWithTooLowOrImpossibleCountIsRejected) {
     for (const std::int32_t count : {1, 0, -1, 0x7FFFFFFF}) {
         SampleCacheFile file;
         file.set(file.secondRecord, count);
-        expectRefused(write("record", file.bytes()),
-                      "the file is damaged; see `qel cache check`: offset " + std::to_string(file.secondRecord) + ": ");
+        expectRejected(write("record", file.bytes()), "the file is damaged; see `qel cache check`: offset " +
+                                                          std::to_string(file.secondRecord) + ": ");
     }
     SampleCacheFile unformatted;
     unformatted.set(8, 0);
-    expectRefused(write("unformatted", unformatted.bytes()), "the file is damaged; see `qel cache check`: offset 8: ");
+    expectRejected(write("unformatted", unformatted.bytes()), "the file is damaged; see `qel cache check`: offset 8: ");
 }
 
 } // namespace

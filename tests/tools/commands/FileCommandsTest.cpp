@@ -24,7 +24,7 @@ protected:
         words.insert(words.end(), options.begin(), options.end());
         return runTool(words);
     }
-    /// Copies one file of the folder to another, and gives what is in that.
+    /// Copies file a to file b with these options and returns the content of b.
     [[nodiscard]] std::string copied(const std::vector<std::string>& options) const {
         const ToolRun run = copy(path("a"), path("b"), options);
         EXPECT_EQ(run.code, ExitCode::success) << run.err;
@@ -39,7 +39,7 @@ protected:
     [[nodiscard]] bool exists(const std::string& name) const { return std::filesystem::exists(path(name)); }
 };
 
-TEST_F(FileCopyTest, ANewFileIsAsTheOld) {
+TEST_F(FileCopyTest, CopiesContentToNewFile) {
     const std::string content = std::string(3 << 19U, 'x') + "end";
     (void)write("a", content);
     const ToolRun run = copy(path("a"), path("b"));
@@ -49,19 +49,19 @@ TEST_F(FileCopyTest, ANewFileIsAsTheOld) {
     EXPECT_EQ(read(path("b")), content);
 }
 
-TEST_F(FileCopyTest, ControlCharactersInTheNameAreShown) {
+TEST_F(FileCopyTest, EscapesControlCharactersInName) {
     (void)write("a", "x");
     const ToolRun run = copy(path("a"), path("b\n\x1B[2J\u202E"));
     EXPECT_EQ(run.out, "copied 1 byte to '" + path("b\\n\\x1b[2J\\xe2\\x80\\xae") + "'\n");
 }
 
-TEST_F(FileCopyTest, AnEmptyFileIsCopied) {
+TEST_F(FileCopyTest, CopiesEmptyFile) {
     (void)write("a", "");
     EXPECT_EQ(copied({}), "");
     EXPECT_TRUE(exists("b"));
 }
 
-TEST_F(FileCopyTest, TheModeIsThatOfTheSourceWithinTheUmaskAndWithoutSetUserID) {
+TEST_F(FileCopyTest, CopiesModeMinusUmaskAndSetUserId) {
     (void)write("a", "x");
     ASSERT_EQ(chmod(path("a").c_str(), 06757), 0);
     const mode_t before = umask(022);
@@ -72,7 +72,7 @@ TEST_F(FileCopyTest, TheModeIsThatOfTheSourceWithinTheUmaskAndWithoutSetUserID) 
     EXPECT_EQ(status.st_mode & 07777U, 0755U);
 }
 
-TEST_F(FileCopyTest, AnExistingFileIsLeftAlone) {
+TEST_F(FileCopyTest, ExistingFileIsUnchangedByDefault) {
     (void)write("a", "new");
     (void)write("b", "old");
     expectFailure(copy(path("a"), path("b")), ExitCode::failed,
@@ -80,16 +80,16 @@ TEST_F(FileCopyTest, AnExistingFileIsLeftAlone) {
     EXPECT_EQ(read(path("b")), "old");
 }
 
-TEST_F(FileCopyTest, OverwritingBeginsAtTheStartAndTellsWhatIsKept) {
+TEST_F(FileCopyTest, OverwriteStartsAtOffsetZeroAndReportsKeptBytes) {
     (void)write("a", "new");
     (void)write("b", "old content");
     const ToolRun run = copy(path("a"), path("b"), {"--overwrite"});
     EXPECT_EQ(run.code, ExitCode::success);
-    EXPECT_EQ(run.out, "copied 3 bytes to '" + path("b") + "', which keeps 8 bytes after them\n");
+    EXPECT_EQ(run.out, "copied 3 bytes to '" + path("b") + "', keeping 8 bytes after the copy\n");
     EXPECT_EQ(read(path("b")), "new content");
 }
 
-TEST_F(FileCopyTest, AppendingAndTruncatingTakeAnExistingFile) {
+TEST_F(FileCopyTest, AppendAndTruncateAcceptExistingFile) {
     for (const bool overwrite : {false, true}) {
         std::vector<std::string> append{"--append"};
         std::vector<std::string> truncate{"--truncate"};
@@ -104,7 +104,7 @@ TEST_F(FileCopyTest, AppendingAndTruncatingTakeAnExistingFile) {
     }
 }
 
-TEST_F(FileCopyTest, OnlyOverwritingReportsKeptBytes) {
+TEST_F(FileCopyTest, OnlyOverwriteReportsKeptBytes) {
     (void)write("a", "new");
     for (const char* const option : {"--append", "--truncate"}) {
         (void)write("b", "old content");
@@ -112,11 +112,11 @@ TEST_F(FileCopyTest, OnlyOverwritingReportsKeptBytes) {
     }
 }
 
-TEST_F(FileCopyTest, FilesThatReportNoSizeAreCopiedToTheirEnd) {
+TEST_F(FileCopyTest, FileWithReportedSizeZeroIsCopiedToTheEnd) {
     const std::string source = "/proc/version";
     const std::string content = read(source);
     if (content.empty())
-        GTEST_SKIP() << source << " has no content here";
+        GTEST_SKIP() << source << " is not available";
     EXPECT_EQ(std::filesystem::file_size(source), 0U);
     const ToolRun run = copy(source, path("b"));
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
@@ -124,18 +124,18 @@ TEST_F(FileCopyTest, FilesThatReportNoSizeAreCopiedToTheirEnd) {
     EXPECT_EQ(read(path("b")), content);
 }
 
-TEST_F(FileCopyTest, FilesThatReportAWrongSizeAreCopiedToTheirEnd) {
+TEST_F(FileCopyTest, FileWithWrongReportedSizeIsCopiedToTheEnd) {
     const std::string source = "/sys/devices/system/cpu/online";
     const std::string content = read(source);
     if (content.empty())
-        GTEST_SKIP() << source << " has no content here";
+        GTEST_SKIP() << source << " is not available";
     EXPECT_GT(std::filesystem::file_size(source), content.size());
     EXPECT_EQ(copy(source, path("b")).code, ExitCode::success);
     EXPECT_EQ(read(path("b")), content);
 }
 
-TEST_F(FileCopyTest, ASourceThatCanNotBeReadLeavesTheDestinationUnchanged) {
-    // Nothing is mapped at the address 0.
+TEST_F(FileCopyTest, FailedReadLeavesDestinationUnchanged) {
+    // Reading /proc/self/mem at offset 0 fails with EIO, since no page is mapped there.
     (void)write("b", "old");
     for (const char* const option : {"--truncate", "--append", "--overwrite"}) {
         expectFailure(copy("/proc/self/mem", path("b"), {option}), ExitCode::badInput,
@@ -146,43 +146,43 @@ TEST_F(FileCopyTest, ASourceThatCanNotBeReadLeavesTheDestinationUnchanged) {
     EXPECT_FALSE(exists("c"));
 }
 
-TEST_F(FileCopyTest, AppendingAndTruncatingExcludeEachOther) {
+TEST_F(FileCopyTest, AppendAndTruncateAreMutuallyExclusive) {
     (void)write("a", "new");
     expectFailure(copy(path("a"), path("b"), {"--append", "--truncate"}), ExitCode::usage,
-                  "--append and --truncate exclude each other");
+                  "options '--append' and '--truncate' cannot be used together");
 }
 
-TEST_F(FileCopyTest, AMissingSourceCreatesNothing) {
+TEST_F(FileCopyTest, MissingSourceCreatesNothing) {
     expectFailure(copy(path("none"), path("b")), ExitCode::badInput,
                   "Cannot open src file \"" + path("none") + "\": No such file or directory [2]");
     EXPECT_FALSE(exists("b"));
 }
 
-TEST_F(FileCopyTest, AFolderIsNoSource) {
+TEST_F(FileCopyTest, DirectoryIsRejectedAsSource) {
     std::filesystem::create_directory(path("folder"));
     expectFailure(copy(path("folder"), path("b")), ExitCode::badInput, "'" + path("folder") + "' is a directory");
     EXPECT_FALSE(exists("b"));
 }
 
-TEST_F(FileCopyTest, WhatIsNoFileIsNoSource) {
+TEST_F(FileCopyTest, SpecialFileIsRejectedAsSource) {
     ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
     expectFailure(copy(path("fifo"), path("b")), ExitCode::badInput, "'" + path("fifo") + "' is not a regular file");
 }
 
-TEST_F(FileCopyTest, AFolderIsNoDestination) {
+TEST_F(FileCopyTest, DirectoryIsRejectedAsDestination) {
     (void)write("a", "new");
     std::filesystem::create_directory(path("folder"));
     expectFailure(copy(path("a"), path("folder"), {"--overwrite"}), ExitCode::failed,
                   "Cannot open dst file \"" + path("folder") + "\": Is a directory [21]");
 }
 
-TEST_F(FileCopyTest, AMissingFolderIsNotCreated) {
+TEST_F(FileCopyTest, MissingDirectoryIsNotCreated) {
     (void)write("a", "new");
     expectFailure(copy(path("a"), path("none/b")), ExitCode::failed,
                   "Cannot open dst file \"" + path("none/b") + "\": No such file or directory [2]");
 }
 
-TEST_F(FileCopyTest, AFileIsNotCopiedOntoItself) {
+TEST_F(FileCopyTest, RejectsCopyOntoItself) {
     (void)write("a", "content");
     std::filesystem::create_hard_link(path("a"), path("b"));
     for (const char* const option : {"--truncate", "--append", "--overwrite"}) {
@@ -192,14 +192,14 @@ TEST_F(FileCopyTest, AFileIsNotCopiedOntoItself) {
     }
 }
 
-TEST_F(FileCopyTest, AFullDiskIsToldWithHowFarItCame) {
+TEST_F(FileCopyTest, ReportsBytesCopiedBeforeDiskFull) {
     (void)write("a", "new");
     expectFailure(copy(path("a"), "/dev/full", {"--overwrite"}), ExitCode::failed,
                   "Cannot write to file \"/dev/full\": No space left on device [28]; "
-                  "0 bytes of 3 are in '/dev/full'");
+                  "copied 0 bytes of 3 to '/dev/full'");
 }
 
-TEST_F(FileCopyTest, ASourceThatMayNotBeReadCreatesNothing) {
+TEST_F(FileCopyTest, SourceWithoutPermissionCreatesNothing) {
     (void)write("a", "secret");
     ASSERT_EQ(chmod(path("").c_str(), 0777), 0);
     ASSERT_EQ(chmod(path("a").c_str(), 0), 0);
@@ -215,7 +215,7 @@ TEST_F(FileCopyTest, ASourceThatMayNotBeReadCreatesNothing) {
     EXPECT_FALSE(exists("b"));
 }
 
-TEST_F(FileCopyTest, APathMayBeginInTheUploadFolderOfAClient) {
+TEST_F(FileCopyTest, PathMayStartInUploadFolder) {
     (void)write("a", "new");
     const std::string uploads = path("root/var/lib/qel/clients/anna/uploads");
     const ToolRun run = copy(path("a"), "$SESSION$/b", {"--session", "anna"});
@@ -225,13 +225,13 @@ TEST_F(FileCopyTest, APathMayBeginInTheUploadFolderOfAClient) {
     EXPECT_EQ(read(path("c")), "new");
 }
 
-TEST_F(FileCopyTest, WithoutASessionThereIsNoUploadFolder) {
+TEST_F(FileCopyTest, UploadFolderRequiresSession) {
     (void)write("a", "new");
     expectFailure(copy(path("a"), "$SESSION$/b"), ExitCode::usage,
-                  "'$SESSION$/b': --session must name the client of the upload folder");
+                  "'$SESSION$/b': --session is required to locate the upload folder");
 }
 
-TEST_F(FileCopyTest, APathOutOfTheUploadFolderIsRefused) {
+TEST_F(FileCopyTest, RejectsPathOutOfUploadFolder) {
     (void)write("a", "new");
     const std::string uploads = path("root/var/lib/qel/clients/anna/uploads");
     std::filesystem::create_directories(uploads + "/x");
@@ -247,7 +247,7 @@ TEST_F(FileCopyTest, APathOutOfTheUploadFolderIsRefused) {
     EXPECT_FALSE(exists("b"));
 }
 
-TEST_F(FileCopyTest, ADanglingLinkOutOfTheUploadFolderIsRefused) {
+TEST_F(FileCopyTest, RejectsDanglingLinkOutOfUploadFolder) {
     (void)write("a", "new");
     const std::string uploads = path("root/var/lib/qel/clients/anna/uploads");
     std::filesystem::create_directories(uploads);
@@ -261,7 +261,7 @@ TEST_F(FileCopyTest, ADanglingLinkOutOfTheUploadFolderIsRefused) {
     EXPECT_FALSE(std::filesystem::exists(uploads + "/../b"));
 }
 
-TEST_F(FileCopyTest, ALinkThatStaysInTheUploadFolderIsFollowed) {
+TEST_F(FileCopyTest, FollowsLinkInsideUploadFolder) {
     (void)write("a", "new");
     const std::string uploads = path("root/var/lib/qel/clients/anna/uploads");
     std::filesystem::create_directories(uploads);
@@ -272,14 +272,14 @@ TEST_F(FileCopyTest, ALinkThatStaysInTheUploadFolderIsFollowed) {
     EXPECT_EQ(read(path("c")), "new");
 }
 
-TEST_F(FileCopyTest, APathThatComesBackIntoTheUploadFolderIsTaken) {
+TEST_F(FileCopyTest, AcceptsPathThatReturnsIntoUploadFolder) {
     (void)write("a", "new");
     std::filesystem::create_directories(path("root/var/lib/qel/clients/anna/uploads/x"));
     EXPECT_EQ(copy(path("a"), "$SESSION$/x/../b", {"--session", "anna"}).code, ExitCode::success);
     EXPECT_EQ(read(path("root/var/lib/qel/clients/anna/uploads/b")), "new");
 }
 
-TEST_F(FileCopyTest, AClientWithoutAFolderOfItsNameIsBadInput) {
+TEST_F(FileCopyTest, InvalidSessionNameIsBadInput) {
     (void)write("a", "new");
     expectFailure(copy(path("a"), "$SESSION$/b", {"--session", "../anna"}), ExitCode::badInput,
                   "no directory can have the name of the client '../anna'");

@@ -21,7 +21,7 @@ using testing::StartsWith;
 
 class HostCommandsTest : public ToolTest {};
 
-TEST_F(HostCommandsTest, WhatIsReportedIsShown) {
+TEST_F(HostCommandsTest, ShowPrintsReport) {
     const ToolRun report = runTool({"host", "report"});
     EXPECT_EQ(report.code, ExitCode::success);
     for (const char* const part :
@@ -33,11 +33,11 @@ TEST_F(HostCommandsTest, WhatIsReportedIsShown) {
     for (const char* const heading :
          {"System\n", "\nLoad averages\n", "\nNetwork\n", "\nDisks\n", "\nProcesses\n", "\nUsers\n", "\nGroups\n"})
         EXPECT_THAT(show.out, HasSubstr(heading));
-    // This process is among those it reports.
+    // The report includes this process.
     EXPECT_THAT(show.out, testing::ContainsRegex("\n *" + std::to_string(getpid()) + "  "));
 }
 
-TEST_F(HostCommandsTest, TheBinaryFormShowsTheSame) {
+TEST_F(HostCommandsTest, ShowAcceptsBinaryForm) {
     const ToolRun report = runTool({"host", "report", "--binary"});
     EXPECT_EQ(report.code, ExitCode::success);
     EXPECT_THAT(report.out, Not(StartsWith("<?xml")));
@@ -46,7 +46,7 @@ TEST_F(HostCommandsTest, TheBinaryFormShowsTheSame) {
     EXPECT_THAT(show.out, StartsWith("System\n"));
 }
 
-TEST_F(HostCommandsTest, ArgumentsOfProcessesAreReportedOnRequestOnly) {
+TEST_F(HostCommandsTest, ReportsProcessArgumentsOnRequestOnly) {
     for (const auto& [options, isIncluded] :
          {std::pair(std::vector<std::string>{"host", "report"}, false),
           std::pair(std::vector<std::string>{"host", "report", "--arguments"}, true)}) {
@@ -54,10 +54,10 @@ TEST_F(HostCommandsTest, ArgumentsOfProcessesAreReportedOnRequestOnly) {
         EXPECT_EQ(report.code, ExitCode::success);
         EXPECT_EQ(report.out.find(">arguments<") != std::string::npos, isIncluded);
     }
-    EXPECT_THAT(runTool({"host", "report", "--help"}).out, HasSubstr("may hold passwords"));
+    EXPECT_THAT(runTool({"host", "report", "--help"}).out, HasSubstr("may contain passwords"));
 }
 
-TEST_F(HostCommandsTest, APartThatCannotBeReadIsToldAndTheOthersAreShown) {
+TEST_F(HostCommandsTest, ShowReportsUnreadablePartAndPrintsTheOthers) {
     const ToolRun run = runTool({"host", "show", "-"}, "<message><load_averages/><user><uid>5</uid></user><user/>"
                                                        "<group><gid>7</gid><user><name>me</name></user></group>"
                                                        "</message>");
@@ -69,13 +69,13 @@ TEST_F(HostCommandsTest, APartThatCannotBeReadIsToldAndTheOthersAreShown) {
     EXPECT_THAT(run.err, HasSubstr("qel: standard input: /user: can't read QelUserNameID: "));
 }
 
-TEST_F(HostCommandsTest, AMessageWithoutAReportIsBadInput) {
+TEST_F(HostCommandsTest, MessageWithoutReportIsBadInput) {
     const ToolRun run = runTool({"host", "show", "-"}, "<message><data/></message>");
     EXPECT_EQ(run.code, ExitCode::badInput);
-    EXPECT_EQ(run.err, "qel: standard input: no report of a host\n");
+    EXPECT_EQ(run.err, "qel: standard input: contains no host report\n");
 }
 
-/// A collector that looks below a folder of the test's own.
+/// Runs a collector on a temporary directory as the root.
 class HostCollectorTest : public ToolTest {
 protected:
     HostCollectorTest() {
@@ -111,7 +111,7 @@ protected:
     HostCollector collector{HostCollector::Arguments::included, path("")};
 };
 
-TEST_F(HostCollectorTest, ReadsTheSystem) {
+TEST_F(HostCollectorTest, ReadsOperatingSystemAndHardware) {
     const auto system = collect().system;
     ASSERT_TRUE(system.has_value());
     EXPECT_EQ(system->os.osKind.get(), "linux");
@@ -130,7 +130,7 @@ TEST_F(HostCollectorTest, ReadsTheSystem) {
     EXPECT_EQ(system->swap.used, 30 * 1024);
 }
 
-TEST_F(HostCollectorTest, ReadsTheLoadAsOneSampleOfEachSpan) {
+TEST_F(HostCollectorTest, ReadsOneLoadSamplePerPeriod) {
     const auto load = collect().load;
     ASSERT_TRUE(load.has_value());
     EXPECT_EQ(load->f1041.f1065, 0.25);
@@ -138,7 +138,7 @@ TEST_F(HostCollectorTest, ReadsTheLoadAsOneSampleOfEachSpan) {
     EXPECT_EQ(load->f1043.f1065, 3);
 }
 
-TEST_F(HostCollectorTest, ReadsTheResolver) {
+TEST_F(HostCollectorTest, ReadsResolverConfiguration) {
     const auto network = collect().network;
     ASSERT_TRUE(network.has_value());
     EXPECT_THAT(network->nameservers, ElementsAre("10.0.0.1", "10.0.0.2"));
@@ -146,7 +146,7 @@ TEST_F(HostCollectorTest, ReadsTheResolver) {
     EXPECT_THAT(network->interfaces, Contains(testing::Property(&Qel::QelNetInterface::isLoopback, true)));
 }
 
-TEST_F(HostCollectorTest, ReadsMountsAndTellsThoseThatCannotBeReached) {
+TEST_F(HostCollectorTest, ReadsMountsAndReportsUnreachableOnes) {
     const auto disks = collect().disks;
     ASSERT_TRUE(disks.has_value());
     ASSERT_EQ(disks->partitions.size(), 1U);
@@ -157,7 +157,7 @@ TEST_F(HostCollectorTest, ReadsMountsAndTellsThoseThatCannotBeReached) {
     EXPECT_THAT(collector.problems(), ElementsAre("/gone: No such file or directory"));
 }
 
-TEST_F(HostCollectorTest, ReadsProcessesWhateverTheirNames) {
+TEST_F(HostCollectorTest, ReadsProcessesWithUnusualNames) {
     const auto processes = collect().processes;
     ASSERT_TRUE(processes.has_value());
     EXPECT_EQ(processes->total, 2);
@@ -178,7 +178,7 @@ TEST_F(HostCollectorTest, ReadsProcessesWhateverTheirNames) {
     }
 }
 
-TEST_F(HostCollectorTest, ArgumentsAreLeftOutUnlessAskedFor) {
+TEST_F(HostCollectorTest, OmitsArgumentsByDefault) {
     HostCollector reserved(HostCollector::Arguments::leftOut, path(""));
     std::filesystem::remove(path("proc/1/cmdline"));
     const auto processes = reserved.collect().processes;
@@ -188,7 +188,7 @@ TEST_F(HostCollectorTest, ArgumentsAreLeftOutUnlessAskedFor) {
         EXPECT_FALSE(row.params.contains("arguments"));
 }
 
-TEST_F(HostCollectorTest, AProcessThatEndsBetweenTwoReadsIsLeftOutAndReported) {
+TEST_F(HostCollectorTest, OmitsAndReportsProcessThatEndsBetweenReads) {
     const std::string stat = " (short-lived) S 0 1 1 0 -1 0 0 0 0 0 0 0 0 0 20 0 1 0 7 0 0 0";
     putProcess("302", ("302" + stat).c_str(), "arguments\0");
     putProcess("303", ("303" + stat).c_str(), "arguments\0");
@@ -203,7 +203,7 @@ TEST_F(HostCollectorTest, AProcessThatEndsBetweenTwoReadsIsLeftOutAndReported) {
     EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/303/cmdline" + ended));
 }
 
-TEST_F(HostCollectorTest, AProcessWithoutAUidIsLeftOutAndReported) {
+TEST_F(HostCollectorTest, OmitsAndReportsProcessWithoutUid) {
     put("proc/22/status", "Name:\tx\n");
     const auto processes = collect().processes;
     ASSERT_TRUE(processes.has_value());
@@ -211,7 +211,7 @@ TEST_F(HostCollectorTest, AProcessWithoutAUidIsLeftOutAndReported) {
     EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/22/status: no uid in it"));
 }
 
-TEST_F(HostCollectorTest, OfFileSystemsOnOneFolderTheLastIsListed) {
+TEST_F(HostCollectorTest, ListsLastFileSystemMountedOnADirectory) {
     put("proc/mounts", "rootfs / rootfs rw 0 0\n/dev/sda1 / ext4 ro 0 0\n/dev/sda2 /etc xfs rw 0 0\n"
                        "/dev/sda3 / btrfs rw,noatime 0 0\n");
     const auto disks = collect().disks;
@@ -224,7 +224,7 @@ TEST_F(HostCollectorTest, OfFileSystemsOnOneFolderTheLastIsListed) {
     EXPECT_EQ(disks->partitions[1].name, "/dev/sda2");
 }
 
-TEST_F(HostCollectorTest, AProcessThatEndsMeanwhileIsPassedOverAndAMalformedOneIsTold) {
+TEST_F(HostCollectorTest, SkipsVanishedAndReportsMalformedProcess) {
     std::filesystem::create_directories(path("proc/300"));
     put("proc/301/stat", "301 (short) S 1\n");
     const auto processes = collect().processes;
@@ -234,7 +234,7 @@ TEST_F(HostCollectorTest, AProcessThatEndsMeanwhileIsPassedOverAndAMalformedOneI
     EXPECT_THAT(collector.problems(), Not(Contains(HasSubstr("/300"))));
 }
 
-TEST_F(HostCollectorTest, TellsWhatItCouldNotRead) {
+TEST_F(HostCollectorTest, ReportsUnreadableSources) {
     for (const char* const gone : {"etc/os-release", "etc/resolv.conf", "proc/cpuinfo", "proc/meminfo", "proc/mounts"})
         std::filesystem::remove(path(gone));
     put("proc/loadavg", "high\n");
@@ -251,13 +251,13 @@ TEST_F(HostCollectorTest, TellsWhatItCouldNotRead) {
     EXPECT_TRUE(report.processes.has_value());
 }
 
-TEST_F(HostCollectorTest, WithoutProcThereAreNoProcesses) {
+TEST_F(HostCollectorTest, MissingProcYieldsNoProcesses) {
     std::filesystem::remove_all(path("proc"));
     EXPECT_FALSE(collect().processes.has_value());
     EXPECT_THAT(collector.problems(), Contains(path("") + "/proc: No such file or directory"));
 }
 
-TEST_F(HostCollectorTest, UsersAreThoseOfTheDatabaseWithoutTheirPasswords) {
+TEST_F(HostCollectorTest, ReadsUsersWithoutPasswords) {
     const HostReport report = collect();
     const passwd* const own = getpwuid(0);
     ASSERT_NE(own, nullptr);
@@ -280,8 +280,8 @@ std::string shown(const HostReport& report) {
     return out.str();
 }
 
-/// The column "full" of a partition that has these bytes.
-std::string shareOf(const Qel::QelUsageStats& blocks) {
+/// The "full" column of a partition with this block usage.
+std::string usageOf(const Qel::QelUsageStats& blocks) {
     HostReport report;
     Qel::QelDiskPartition& partition = report.disks.emplace().partitions.emplace_back();
     partition.name = "vda";
@@ -290,30 +290,30 @@ std::string shareOf(const Qel::QelUsageStats& blocks) {
     std::string line;
     while (std::getline(lines, line) && !line.starts_with("vda")) {
     }
-    // The share of inodes, of which there are none, follows.
+    // The last column is the inode usage, which is unknown here.
     const std::string last = line.substr(line.rfind(' ') + 1);
     EXPECT_EQ(last, "-");
     line.erase(line.find_last_not_of(' ', line.rfind(' ')) + 1);
     return line.substr(line.rfind(' ') + 1);
 }
 
-TEST(HostTablesTest, SharesAreThoseOfDf) {
-    EXPECT_EQ(shareOf({100, 50, 50}), "50%");
-    EXPECT_EQ(shareOf({100, 50, 30}), "63%") << "what is reserved for root counts for neither side";
-    EXPECT_EQ(shareOf({1000, 1, 999}), "1%") << "rounded up";
-    EXPECT_EQ(shareOf({1000, 991, 9}), "100%");
-    EXPECT_EQ(shareOf({100, 0, 100}), "0%");
-    EXPECT_EQ(shareOf({100, 100, 0}), "100%");
-    EXPECT_EQ(shareOf({0, 0, 0}), "-");
-    EXPECT_EQ(shareOf({100, 0, 0}), "-");
-    EXPECT_EQ(shareOf({-1, -1, 5}), "-");
-    constexpr long long most = std::numeric_limits<long long>::max();
-    EXPECT_EQ(shareOf({most, most, most}), "50%");
-    EXPECT_EQ(shareOf({most, most, 0}), "100%");
-    EXPECT_EQ(shareOf({most, 1, most}), "1%");
+TEST(HostTablesTest, UsageMatchesDf) {
+    EXPECT_EQ(usageOf({100, 50, 50}), "50%");
+    EXPECT_EQ(usageOf({100, 50, 30}), "63%") << "blocks reserved for root are excluded";
+    EXPECT_EQ(usageOf({1000, 1, 999}), "1%") << "rounded up";
+    EXPECT_EQ(usageOf({1000, 991, 9}), "100%");
+    EXPECT_EQ(usageOf({100, 0, 100}), "0%");
+    EXPECT_EQ(usageOf({100, 100, 0}), "100%");
+    EXPECT_EQ(usageOf({0, 0, 0}), "-");
+    EXPECT_EQ(usageOf({100, 0, 0}), "-");
+    EXPECT_EQ(usageOf({-1, -1, 5}), "-");
+    constexpr long long max = std::numeric_limits<long long>::max();
+    EXPECT_EQ(usageOf({max, max, max}), "50%");
+    EXPECT_EQ(usageOf({max, max, 0}), "100%");
+    EXPECT_EQ(usageOf({max, 1, max}), "1%");
 }
 
-TEST(HostTablesTest, ArgumentsAreTheLastColumnAndNotPadded) {
+TEST(HostTablesTest, ArgumentsAreLastColumnWithoutPadding) {
     HostReport report;
     Qel::QelProcessList& list = report.processes.emplace();
     list.paramNames = {"arguments", "command", "uid"};

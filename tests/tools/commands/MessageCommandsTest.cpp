@@ -25,7 +25,7 @@ class MessageCommandsTest : public ToolTest {
 protected:
     void SetUp() override { sample = write("sample.xml", std::string(sampleText)); }
 
-    /// Converts, expecting success and no word about it.
+    /// Converts a message; expects success without output.
     void convert(const std::string& in, const std::string& out, const std::string& form) const {
         const ToolRun run = runTool({"message", "convert", in, out, "--to", form});
         EXPECT_EQ(run.code, ExitCode::success);
@@ -45,7 +45,7 @@ protected:
     std::string sample;
 };
 
-TEST_F(MessageCommandsTest, ThereAndBackNothingIsLost) {
+TEST_F(MessageCommandsTest, ConvertRoundTrips) {
     convert(sample, path("text"), "text");
     convert(path("text"), path("binary"), "binary");
     convert(path("binary"), path("again"), "text");
@@ -57,7 +57,7 @@ TEST_F(MessageCommandsTest, ThereAndBackNothingIsLost) {
     EXPECT_NE(read(path("binary")), read(path("text")));
 }
 
-TEST_F(MessageCommandsTest, ADashIsStandardInputAndOutput) {
+TEST_F(MessageCommandsTest, DashIsStandardInputAndOutput) {
     const ToolRun binary = runTool({"message", "convert", "-", "-", "--to", "binary"}, sampleText);
     EXPECT_EQ(binary.code, ExitCode::success);
     convert(sample, path("binary"), "binary");
@@ -67,7 +67,7 @@ TEST_F(MessageCommandsTest, ADashIsStandardInputAndOutput) {
     EXPECT_THAT(text.out, StartsWith("<?xml"));
 }
 
-TEST_F(MessageCommandsTest, AFileMayBeConvertedInPlaceAndKeepsItsPermissions) {
+TEST_F(MessageCommandsTest, ConvertsInPlaceAndKeepsPermissions) {
     ASSERT_EQ(chmod(sample.c_str(), 0640), 0);
     convert(sample, sample, "binary");
     convert(sample, sample, "text");
@@ -77,14 +77,14 @@ TEST_F(MessageCommandsTest, AFileMayBeConvertedInPlaceAndKeepsItsPermissions) {
     EXPECT_THAT(read(sample), StartsWith("<?xml"));
 }
 
-TEST_F(MessageCommandsTest, TheFileBehindALinkIsReplacedAndNotTheLink) {
+TEST_F(MessageCommandsTest, ReplacesTargetOfSymbolicLink) {
     std::filesystem::create_symlink(sample, path("link"));
     convert(sample, path("link"), "binary");
     EXPECT_TRUE(std::filesystem::is_symlink(path("link")));
     EXPECT_EQ(read(sample), read(path("link")));
 }
 
-TEST_F(MessageCommandsTest, ADeviceIsWrittenAndNotReplaced) {
+TEST_F(MessageCommandsTest, DeviceIsWrittenNotReplaced) {
     convert(sample, "/dev/null", "text");
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
     const ToolRun run = runTool({"message", "convert", sample, "/dev/full", "--to", "text"});
@@ -92,44 +92,44 @@ TEST_F(MessageCommandsTest, ADeviceIsWrittenAndNotReplaced) {
     EXPECT_EQ(run.err, "qel: /dev/full: No space left on device\n");
 }
 
-TEST_F(MessageCommandsTest, MalformedInputIsToldWithItsPlaceAndNothingIsWritten) {
+TEST_F(MessageCommandsTest, MalformedInputIsReportedWithPositionAndWritesNothing) {
     expectBadInput("<message>\n<a></b></message>", "line 2");
     expectBadInput("", "line 1");
     expectBadInput("no message", "line 1");
 }
 
-TEST_F(MessageCommandsTest, ATextWithAZeroByteIsMalformed) {
+TEST_F(MessageCommandsTest, TextWithZeroByteIsMalformed) {
     expectBadInput(std::string("<message/>\0<rest/>", 18), "byte 10: a zero byte");
 }
 
-TEST_F(MessageCommandsTest, ATruncatedBinaryMessageIsToldWithItsByte) {
+TEST_F(MessageCommandsTest, TruncatedBinaryMessageIsReportedWithOffset) {
     convert(sample, path("binary"), "binary");
     const std::string whole = read(path("binary"));
     expectBadInput(whole.substr(0, whole.size() - 1), "byte ");
     expectBadInput(whole.substr(0, 8), "byte ");
 }
 
-TEST_F(MessageCommandsTest, BadStandardInputIsToldByThatName) {
+TEST_F(MessageCommandsTest, ErrorsNameStandardInput) {
     const ToolRun run = runTool({"message", "convert", "-", "-", "--to", "text"}, "<a>");
     EXPECT_EQ(run.code, ExitCode::badInput);
     EXPECT_THAT(run.err, StartsWith("qel: standard input: "));
     EXPECT_THAT(run.out, IsEmpty());
 }
 
-TEST_F(MessageCommandsTest, AMissingInputIsBadInput) {
+TEST_F(MessageCommandsTest, MissingInputIsBadInput) {
     const ToolRun run = runTool({"message", "convert", path("none"), "-", "--to", "text"});
     EXPECT_EQ(run.code, ExitCode::badInput);
     EXPECT_EQ(run.err, "qel: " + path("none") + ": No such file or directory\n");
 }
 
-TEST_F(MessageCommandsTest, InputThatIsTooLongIsBadInput) {
+TEST_F(MessageCommandsTest, TooLongInputIsBadInput) {
     const ToolRun run =
         runTool({"message", "convert", "-", "-", "--to", "text"}, std::string(Qel::QelLimits::messageBytes + 1, ' '));
     EXPECT_EQ(run.code, ExitCode::badInput);
     EXPECT_EQ(run.err, "qel: standard input: longer than 67108864 bytes\n");
 }
 
-TEST_F(MessageCommandsTest, AnOutputThatCannotBeWrittenIsAFailureAndLeavesNothingBehind) {
+TEST_F(MessageCommandsTest, FailedWriteLeavesNoFiles) {
     for (const std::string& out : {path("none/out"), path("")}) {
         const ToolRun run = runTool({"message", "convert", sample, out, "--to", "text"});
         EXPECT_EQ(run.code, ExitCode::failed);
@@ -138,14 +138,14 @@ TEST_F(MessageCommandsTest, AnOutputThatCannotBeWrittenIsAFailureAndLeavesNothin
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path("")), {}), 1);
 }
 
-TEST_F(MessageCommandsTest, TheFormHasToBeToldAndKnown) {
+TEST_F(MessageCommandsTest, RejectsMissingOrUnknownForm) {
     EXPECT_EQ(runTool({"message", "convert", sample, "-"}).code, ExitCode::usage);
     const ToolRun run = runTool({"message", "convert", sample, "-", "--to", "json"});
     EXPECT_EQ(run.code, ExitCode::usage);
-    EXPECT_EQ(run.err, "qel: --to takes text or binary, not 'json'\n");
+    EXPECT_EQ(run.err, "qel: invalid value 'json' for --to: expected text or binary\n");
 }
 
-TEST_F(MessageCommandsTest, NamesAsJsonAreTheThreeTables) {
+TEST_F(MessageCommandsTest, NamesJsonHasThreeTables) {
     const ToolRun run = runTool({"message", "names", "--json"});
     EXPECT_EQ(run.code, ExitCode::success);
     const Json names = Json::parse(run.out);
@@ -157,7 +157,7 @@ TEST_F(MessageCommandsTest, NamesAsJsonAreTheThreeTables) {
     EXPECT_EQ(names["types"].size(), Qel::QelNames::types().size());
 }
 
-TEST_F(MessageCommandsTest, NamesAreATableWithTheIdsAlignedRight) {
+TEST_F(MessageCommandsTest, NamesTableAlignsIdsRight) {
     const ToolRun run = runTool({"message", "names"});
     EXPECT_EQ(run.code, ExitCode::success);
     EXPECT_THAT(run.out, HasSubstr("\nelements    1026  name\n"));

@@ -17,7 +17,7 @@ std::string example(const std::string& name) {
 
 class NetCommandsTest : public ToolTest {
 protected:
-    /// The identities of the example's devices that satisfy a filter.
+    /// The IDs of the example devices that match a filter.
     static std::vector<std::string> matches(const std::string& filter) {
         const ToolRun run = runTool({"net", "match", example("devices"), filter, "--json"});
         EXPECT_EQ(run.code, ExitCode::success) << run.err;
@@ -40,7 +40,7 @@ protected:
     }
 };
 
-TEST_F(NetCommandsTest, MatchListsTheDevicesThatSatisfyAFilter) {
+TEST_F(NetCommandsTest, MatchListsMatchingDevices) {
     const ToolRun run = runTool({"net", "match", example("devices"), example("filter-slash-24")});
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
     EXPECT_EQ(run.out, "id       type                addresses\n"
@@ -49,14 +49,14 @@ TEST_F(NetCommandsTest, MatchListsTheDevicesThatSatisfyAFilter) {
                        "br0      network:net_bridge  203.0.113.1/24\n");
 }
 
-TEST_F(NetCommandsTest, MatchAsJsonTellsTheSame) {
+TEST_F(NetCommandsTest, MatchJsonListsMatchingDevices) {
     const ToolRun run = runTool({"net", "match", example("devices"), example("filter-adapters"), "--json"});
     const Json expected{{{"id", "eth0"}, {"type", "env:net_nic"}, {"addresses", {"192.0.2.10/24", "2001:db8::10/64"}}},
                         {{"id", "eth1"}, {"type", "env:net_nic"}, {"addresses", Json::array({"10.1.0.10/16"})}}};
     EXPECT_EQ(Json::parse(run.out), expected);
 }
 
-TEST_F(NetCommandsTest, EachFieldOfTheFilterIsACondition) {
+TEST_F(NetCommandsTest, EachFilterFieldIsACondition) {
     EXPECT_THAT(matches(filter("", "")), ElementsAre("lo", "eth0", "eth1", "eth0.17", "br0"));
     EXPECT_THAT(matches(filter("env:net_device", "<device_text_2048>b2ZmaWNl</device_text_2048>")),
                 ElementsAre("eth0", "br0"));
@@ -64,28 +64,29 @@ TEST_F(NetCommandsTest, EachFieldOfTheFilterIsACondition) {
     EXPECT_THAT(matches(filter("network:net_bridge", "<id>br0</id>")), ElementsAre("br0"));
 }
 
-TEST_F(NetCommandsTest, NoMatchIsAnEmptyList) {
+TEST_F(NetCommandsTest, NoMatchPrintsEmptyList) {
     EXPECT_THAT(matches(filter("", "<id>wlan0</id>")), IsEmpty());
     EXPECT_EQ(runTool({"net", "match", example("devices"), filter("", "<id>wlan0</id>")}).out, "id  type  addresses\n");
 }
 
-TEST_F(NetCommandsTest, WhatIsNoDeviceIsBadInput) {
+TEST_F(NetCommandsTest, NonDeviceIsBadInput) {
     const std::string pool = example("pool");
     expectBadInput({pool, example("filter-adapters")},
-                   pool + ": pool is of type resource:ip_resource_pool, which is no network device");
+                   pool + ": element pool has type resource:ip_resource_pool, which is not a network device");
     const std::string bad = filter("", "<status/>");
     expectBadInput({example("devices"), bad},
                    bad + ": /device: can't read QelNetDevice: element status (kind) is malformed");
     EXPECT_THAT(runTool({"net", "match", path("none"), bad}).err, HasSubstr("none"));
 }
 
-TEST_F(NetCommandsTest, AFilterIsOneDevice) {
-    expectBadInput({example("devices"), example("devices")}, example("devices") + ": 5 devices, and a filter is one");
+TEST_F(NetCommandsTest, FilterMustBeOneDevice) {
+    expectBadInput({example("devices"), example("devices")},
+                   example("devices") + ": expected one device as the filter, found 5");
     const std::string empty = write("empty.xml", std::string("<message/>"));
-    expectBadInput({example("devices"), empty}, empty + ": 0 devices, and a filter is one");
+    expectBadInput({example("devices"), empty}, empty + ": expected one device as the filter, found 0");
 }
 
-TEST_F(NetCommandsTest, EachExampleOfOneRecordIsWhatItsWriterWrites) {
+TEST_F(NetCommandsTest, RewriteReproducesSingleRecordExamples) {
     const std::pair<const char*, const char*> records[] = {
         {"filter-adapters", "QelNetNIC"}, {"filter-slash-24", "QelNetDevice"},
         {"pool", "QelResourceIpPool"},    {"named-pool", "QelIPPool"},
@@ -98,7 +99,7 @@ TEST_F(NetCommandsTest, EachExampleOfOneRecordIsWhatItsWriterWrites) {
     }
 }
 
-TEST_F(NetCommandsTest, TheExampleOfFirewallRulesBeginsWithOne) {
+TEST_F(NetCommandsTest, FirewallExampleStartsWithRule) {
     const ToolRun run = runTool({"record", "rewrite", "QelFirewallRule", example("firewall-rules")});
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
     EXPECT_THAT(run.out, HasSubstr("<first_port>443</first_port>"));

@@ -20,7 +20,7 @@ protected:
         EXPECT_EQ(run.err, "qel: " + error + "\n");
         EXPECT_THAT(run.out, IsEmpty());
     }
-    /// The example with another text in one place.
+    /// Writes the example with one string replaced.
     [[nodiscard]] std::string changed(const std::string& from, const std::string& to) const {
         std::string text = read(report);
         text.replace(text.find(from), from.size(), to);
@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(PerfCommandsTest, ShowIsATableInTheFormsThatTheVocabularyTells) {
+TEST_F(PerfCommandsTest, ShowPrintsTableWithVocabularyTypes) {
     const ToolRun run = runTool({"perf", "show", report, "--voc", vocabularies});
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
     EXPECT_EQ(run.out, "environment  7a0e4c11-52d8-4f0b-8e6a-1b9c3d5e7f11\n"
@@ -42,7 +42,7 @@ TEST_F(PerfCommandsTest, ShowIsATableInTheFormsThatTheVocabularyTells) {
                        "network    eth0      bytes_in     73014444032    1048576          0    9437184\n");
 }
 
-TEST_F(PerfCommandsTest, ShowAsJsonTellsTheForms) {
+TEST_F(PerfCommandsTest, ShowJsonHasTypes) {
     const ToolRun run = runTool({"perf", "show", "-", "--voc", vocabularies, "--json"}, read(report));
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
     const Json document = Json::parse(run.out);
@@ -55,7 +55,7 @@ TEST_F(PerfCommandsTest, ShowAsJsonTellsTheForms) {
     EXPECT_EQ(document["counters"][3]["current"], 73014444032);
 }
 
-TEST_F(PerfCommandsTest, WithoutAVocabularyADoubleIsBadInput) {
+TEST_F(PerfCommandsTest, FloatingPointValueWithoutVocabularyIsBadInput) {
     expect(runTool({"perf", "show", report}), ExitCode::badInput,
            report + ": can't read QelMonitorData: cpu / cpu0 / cpu_load has no readable values");
     const std::string integers = write(
@@ -68,9 +68,9 @@ TEST_F(PerfCommandsTest, WithoutAVocabularyADoubleIsBadInput) {
                        "to           1970-01-01T00:00:05+00:00\n");
 }
 
-TEST_F(PerfCommandsTest, WhatIsNoReportIsBadInput) {
+TEST_F(PerfCommandsTest, NonReportIsBadInput) {
     const std::string none = write("none", std::string("<message/>"));
-    expect(runTool({"perf", "show", none}), ExitCode::badInput, none + ": an empty message");
+    expect(runTool({"perf", "show", none}), ExitCode::badInput, none + ": empty message");
     expect(runTool({"perf", "show", vocabularies}), ExitCode::badInput,
            vocabularies + ": can't read QelMonitorData: no readable identifier of the environment");
     const std::string noEnd = changed("<end_time>2026-11-20T11:35:00+01:00</end_time>", "");
@@ -80,15 +80,15 @@ TEST_F(PerfCommandsTest, WhatIsNoReportIsBadInput) {
            path("missing") + ": No such file or directory");
 }
 
-TEST_F(PerfCommandsTest, TheVocabulariesMustBeAMap) {
+TEST_F(PerfCommandsTest, VocabulariesMustBeMap) {
     const std::string single = QEL_EXAMPLES "/vocabularies/qelagent.voc.linux";
     expect(runTool({"perf", "show", report, "--voc", single}), ExitCode::badInput,
            single + ": one vocabulary without a name, and no map; `qel voc merge` puts it into one");
     expect(runTool({"perf", "show", report, "--voc", report}), ExitCode::badInput, report + ": no vocabulary in it");
 }
 
-TEST_F(PerfCommandsTest, AValueBlockOfAWrongLengthIsToldAsSuch) {
-    // 128 bytes are 171 characters of base64 and a padding, 127 are 170 and two.
+TEST_F(PerfCommandsTest, ReportsValueBlockOfWrongLength) {
+    // In base64, 128 bytes are 171 characters and one '=', 127 bytes are 170 characters and two.
     const auto block = [&](int characters, const char* padding) {
         return write("block", "<message><data><id>" + std::string(static_cast<std::size_t>(characters), 'A') + padding +
                                   "</id></data></message>");

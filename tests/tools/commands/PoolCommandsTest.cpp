@@ -18,7 +18,7 @@ protected:
     }
     [[nodiscard]] std::string shown() const { return runTool({"pool", "show", file, "--json"}).out; }
 
-    /// A message with this in its pool.
+    /// Writes a message whose pool element has this content.
     [[nodiscard]] std::string writePool(const std::string& content) const {
         return write("other.xml", "<message><pool>" + content + "</pool></message>");
     }
@@ -31,7 +31,7 @@ protected:
     std::string file;
 };
 
-TEST_F(PoolCommandsTest, ShowTellsTheRangesAndHowManyAddressesTheyHold) {
+TEST_F(PoolCommandsTest, ShowPrintsRangesAndAddressCounts) {
     const ToolRun run = runTool({"pool", "show", file});
     EXPECT_EQ(run.code, ExitCode::success);
     EXPECT_EQ(run.out, "first        last         addresses\n"
@@ -41,40 +41,40 @@ TEST_F(PoolCommandsTest, ShowTellsTheRangesAndHowManyAddressesTheyHold) {
                        "110 addresses in 3 ranges\n");
 }
 
-TEST_F(PoolCommandsTest, ShowAsJsonIsOneLine) {
+TEST_F(PoolCommandsTest, ShowJsonIsOneLine) {
     EXPECT_EQ(shown(), "{\"ranges\":[[\"10.0.0.1\",\"10.0.0.9\"],[\"10.0.0.11\",\"10.0.0.11\"],"
                        "[\"192.0.2.100\",\"192.0.2.199\"]],\"count\":110}\n");
 }
 
-TEST_F(PoolCommandsTest, ShowReadsStandardInputAndAnUntypedPool) {
+TEST_F(PoolCommandsTest, ShowReadsUntypedPoolFromStandardInput) {
     const ToolRun run = runTool({"pool", "show", "-", "--json"}, "<message><pool><ip>10.0.0.1</ip></pool></message>");
     EXPECT_EQ(run.out, "{\"ranges\":[[\"10.0.0.1\",\"10.0.0.1\"]],\"count\":1}\n");
     EXPECT_EQ(runTool({"pool", "show", "-"}, "<message><pool/></message>").out,
               "first  last  addresses\n0 addresses in 0 ranges\n");
 }
 
-TEST_F(PoolCommandsTest, ShowCountsMoreAddressesThanThirtyOneBitsHold) {
+TEST_F(PoolCommandsTest, ShowCountsMoreThan31BitsOfAddresses) {
     file = writePool("<range><start>0.0.0.1</start><end>255.255.255.254</end></range>");
     EXPECT_THAT(shown(), HasSubstr("\"count\":4294967294}"));
 }
 
-TEST_F(PoolCommandsTest, AddMergesWhatTouches) {
+TEST_F(PoolCommandsTest, AddMergesAdjacentRanges) {
     EXPECT_EQ(add({"10.0.0.10"}).code, ExitCode::success);
     EXPECT_EQ(shown(), "{\"ranges\":[[\"10.0.0.1\",\"10.0.0.11\"],[\"192.0.2.100\",\"192.0.2.199\"]],\"count\":111}\n");
     EXPECT_EQ(add({"9.0.0.1-10.0.0.5", "255.255.255.254", "0.0.0.1-0.0.0.1"}).code, ExitCode::success);
     EXPECT_THAT(shown(), HasSubstr("[[\"0.0.0.1\",\"0.0.0.1\"],[\"9.0.0.1\",\"10.0.0.11\"],"));
 }
 
-TEST_F(PoolCommandsTest, AddStartsAMissingFile) {
+TEST_F(PoolCommandsTest, AddCreatesMissingFile) {
     file = path("new.xml");
     const ToolRun run = add({"10.0.0.1-10.0.0.9"});
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
     EXPECT_THAT(run.out, IsEmpty());
     EXPECT_EQ(shown(), "{\"ranges\":[[\"10.0.0.1\",\"10.0.0.9\"]],\"count\":9}\n");
-    EXPECT_EQ(runTool({"record", "rewrite", "QelResourceIpPool", file}).out, read(file)) << "a whole record";
+    EXPECT_EQ(runTool({"record", "rewrite", "QelResourceIpPool", file}).out, read(file)) << "the record is complete";
 }
 
-TEST_F(PoolCommandsTest, AddKeepsWhatElseTheMessageHolds) {
+TEST_F(PoolCommandsTest, AddKeepsOtherElements) {
     file = write("other.xml", std::string("<message request-id=\"7\"><pool><name>front</name><ip>10.0.0.1</ip></pool>"
                                           "<data/></message>"));
     EXPECT_EQ(add({"10.0.0.2"}).code, ExitCode::success);
@@ -84,21 +84,21 @@ TEST_F(PoolCommandsTest, AddKeepsWhatElseTheMessageHolds) {
     EXPECT_EQ(shown(), "{\"ranges\":[[\"10.0.0.1\",\"10.0.0.2\"]],\"count\":2}\n");
 }
 
-TEST_F(PoolCommandsTest, AddRefusesWhatIsNoRangeAndChangesNothing) {
+TEST_F(PoolCommandsTest, AddRejectsInvalidRangeAndChangesNothing) {
     const std::string before = read(file);
-    const auto refuses = [this](const std::string& text, const std::string& error) {
-        expect(add({"10.0.0.10", text}), ExitCode::usage, error);
+    const auto expectRejected = [this](const std::string& range, const std::string& error) {
+        expect(add({"10.0.0.10", range}), ExitCode::usage, error);
     };
-    refuses("0.0.0.0", "no pool can hold the address 0.0.0.0");
-    refuses("0.0.0.0-10.0.0.1", "no pool can hold the address 0.0.0.0");
-    refuses("10.0.0.1-255.255.255.255", "no pool can hold the address 255.255.255.255");
-    refuses("10.0.0.9-10.0.0.1", "'10.0.0.9-10.0.0.1' ends before it starts");
-    for (const char* const text : {"10.0.0", "2001:db8::1", "10.0.0.1-", "10.0.0.1-10.0.0.2-10.0.0.3", "10.0.0.0/24"})
-        refuses(text, "'" + std::string(text) + "' is neither an IPv4 address nor two with a dash between them");
+    expectRejected("0.0.0.0", "no pool can hold the address 0.0.0.0");
+    expectRejected("0.0.0.0-10.0.0.1", "no pool can hold the address 0.0.0.0");
+    expectRejected("10.0.0.1-255.255.255.255", "no pool can hold the address 255.255.255.255");
+    expectRejected("10.0.0.9-10.0.0.1", "'10.0.0.9-10.0.0.1' ends before it starts");
+    for (const char* const range : {"10.0.0", "2001:db8::1", "10.0.0.1-", "10.0.0.1-10.0.0.2-10.0.0.3", "10.0.0.0/24"})
+        expectRejected(range, "'" + std::string(range) + "' is not an IPv4 address or a range FIRST-LAST");
     EXPECT_EQ(read(file), before);
 }
 
-TEST_F(PoolCommandsTest, APoolThatWouldEndTheProcessIsBadInput) {
+TEST_F(PoolCommandsTest, PoolWithForbiddenAddressIsBadInput) {
     for (const char* const address : {"0.0.0.0", "255.255.255.255", "nowhere"}) {
         file = writePool("<ip>10.0.0.1</ip><ip>" + std::string(address) + "</ip>");
         const std::string error = file + ": no pool can hold the address '" + address + "'";
@@ -107,14 +107,14 @@ TEST_F(PoolCommandsTest, APoolThatWouldEndTheProcessIsBadInput) {
     }
 }
 
-TEST_F(PoolCommandsTest, WhatIsNoPoolIsBadInput) {
+TEST_F(PoolCommandsTest, NonPoolIsBadInput) {
     expect(runTool({"pool", "show", writePool("<range><start>10.0.0.1</start></range>")}), ExitCode::badInput,
            path("other.xml") + ": /pool: can't read QelResourceIpPool: element range (ranges) is malformed");
     expect(runTool({"pool", "show", write("empty", std::string("<message/>"))}), ExitCode::badInput,
-           path("empty") + ": an empty message");
+           path("empty") + ": empty message");
     const std::string devices = QEL_EXAMPLES "/network/devices.xml";
     expect(runTool({"pool", "show", devices}), ExitCode::badInput,
-           devices + ": device is of type env:net_device, which is no pool of addresses");
+           devices + ": element device has type env:net_device, which is not an address pool");
     EXPECT_EQ(runTool({"pool", "show", path("none")}).code, ExitCode::badInput);
 }
 

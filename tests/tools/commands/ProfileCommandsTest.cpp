@@ -29,34 +29,34 @@ protected:
     [[nodiscard]] std::string message(const std::string& name, const std::string& content) const {
         return write(name, "<message>" + content + "</message>");
     }
-    /// A message with the sections of these elements, empty as in a filter that was sent.
+    /// Writes a message with the given section elements, which are empty as in a filter.
     [[nodiscard]] std::string filter(const std::string& content) const {
         return message("filter", "<data>" + content + "</data>");
     }
 };
 
-TEST_F(ProfileCommandsTest, MergeLaysTheSecondProfileOverTheFirst) {
+TEST_F(ProfileCommandsTest, MergeLetsSecondProfileTakePrecedence) {
     const std::string out = outputOf("merge", group, user);
     EXPECT_THAT(out, AllOf(HasSubstr("<sid>AQEAAAAAA+jpAwAA</sid>"), HasSubstr("Ann Example"), HasSubstr("en_US"),
                            HasSubstr("two columns"), HasSubstr(">events<"), HasSubstr(">overview<"),
                            HasSubstr(">my servers<")));
-    EXPECT_THAT(out, HasSubstr("<browse_value_2210>25</browse_value_2210>")) << "the user's list of containers";
-    EXPECT_THAT(out, Not(HasSubstr("<browse_value_2210>50</browse_value_2210>"))) << "and not the group's";
-    EXPECT_THAT(out, Not(HasSubstr("auth_name"))) << "a SID hides the name";
+    EXPECT_THAT(out, HasSubstr("<browse_value_2210>25</browse_value_2210>")) << "the container list of the user";
+    EXPECT_THAT(out, Not(HasSubstr("<browse_value_2210>50</browse_value_2210>"))) << "the container list of the group";
+    EXPECT_THAT(out, Not(HasSubstr("auth_name"))) << "a SID replaces the name";
 }
 
-TEST_F(ProfileCommandsTest, MergeTheOtherWayRoundLetsTheGroupWin) {
+TEST_F(ProfileCommandsTest, MergeInReverseOrderLetsGroupTakePrecedence) {
     const std::string out = outputOf("merge", user, group);
     EXPECT_THAT(out, HasSubstr("<browse_value_2210>50</browse_value_2210>"));
     EXPECT_THAT(out, HasSubstr("Ann Example"));
 }
 
-TEST_F(ProfileCommandsTest, MergingWithNothingGivesTheProfileAsItWas) {
+TEST_F(ProfileCommandsTest, MergeWithEmptyProfileChangesNothing) {
     const std::string nothing = message("nothing", "<data/>");
     EXPECT_EQ(outputOf("merge", group, nothing), runTool({"record", "rewrite", "QelProfile", group}).out);
 }
 
-TEST_F(ProfileCommandsTest, DifferenceShowsWhatOnlyTheFirstHas) {
+TEST_F(ProfileCommandsTest, DifferencePrintsPartsOnlyInFirst) {
     const std::string out = outputOf("difference", group, user);
     EXPECT_THAT(out, AllOf(HasSubstr("<interface_settings>"), HasSubstr("<desktop_settings>")));
     EXPECT_THAT(
@@ -66,27 +66,27 @@ TEST_F(ProfileCommandsTest, DifferenceShowsWhatOnlyTheFirstHas) {
 TEST_F(ProfileCommandsTest, IntersectionNarrowsBrowseListsByName) {
     const std::string out = outputOf("intersection", group, user);
     EXPECT_THAT(out, AllOf(HasSubstr(">containers<"), Not(HasSubstr(">events<")), Not(HasSubstr("en_US"))));
-    EXPECT_THAT(out, HasSubstr("<browse_value_2210>50</browse_value_2210>")) << "as the first has it";
-    EXPECT_THAT(out, Not(HasSubstr("<screen_settings>"))) << "which aren't looked for behind a walk over the lists";
+    EXPECT_THAT(out, HasSubstr("<browse_value_2210>50</browse_value_2210>")) << "the value from the first profile";
+    EXPECT_THAT(out, Not(HasSubstr("<screen_settings>"))) << "not searched after the lists";
 }
 
-TEST_F(ProfileCommandsTest, IntersectionBySectionsTakesThemWhole) {
+TEST_F(ProfileCommandsTest, IntersectionBySectionsKeepsWholeSections) {
     const std::string out = outputOf("intersection", group, user, {"--sections"});
     EXPECT_THAT(out, AllOf(HasSubstr(">containers<"), HasSubstr(">events<"), HasSubstr(">overview<"),
                            Not(HasSubstr("en_US")), Not(HasSubstr("Ann Example"))));
 }
 
-TEST_F(ProfileCommandsTest, AFilterThatWasSentNeedsNoContent) {
+TEST_F(ProfileCommandsTest, SectionFilterNeedsNoContent) {
     const std::string empty = filter("<interface_settings/><screen_settings/>");
     const ToolRun run = profile("intersection", group, empty);
-    EXPECT_EQ(run.code, ExitCode::badInput) << "as a profile it is incomplete";
+    EXPECT_EQ(run.code, ExitCode::badInput) << "incomplete as a profile";
     EXPECT_THAT(run.err, HasSubstr("/data/interface_settings: can't read QelInterfaceSettings: element "
                                    "interface_option_2197 (option2197) is missing"));
     const std::string out = outputOf("intersection", group, empty, {"--sections"});
     EXPECT_THAT(out, AllOf(HasSubstr("en_US"), HasSubstr(">overview<"), Not(HasSubstr("<browse_settings>"))));
 }
 
-TEST_F(ProfileCommandsTest, AFilterWithoutSectionsLeavesTheWholeProfile) {
+TEST_F(ProfileCommandsTest, FilterWithoutSectionsKeepsWholeProfile) {
     const std::string whole = runTool({"record", "rewrite", "QelProfile", group}).out;
     for (const char* const command : {"difference", "intersection"}) {
         EXPECT_EQ(outputOf(command, group, filter("<sid>AQEAAAAAA+jpAwAA</sid>")), whole);
@@ -94,22 +94,22 @@ TEST_F(ProfileCommandsTest, AFilterWithoutSectionsLeavesTheWholeProfile) {
     }
 }
 
-TEST_F(ProfileCommandsTest, TheElementKeepsItsName) {
+TEST_F(ProfileCommandsTest, KeepsElementName) {
     const std::string a = message("a", "<my_profile><browse_settings/></my_profile>");
     EXPECT_THAT(outputOf("merge", a, user), HasSubstr("<my_profile>"));
 }
 
-TEST_F(ProfileCommandsTest, WhatIsNoProfileIsBadInput) {
+TEST_F(ProfileCommandsTest, NonProfileIsBadInput) {
     const std::string empty = message("empty", "");
     const std::string nameless = filter("<browse_settings/><browse_info/>");
     const std::string badSid = message("sid", "<data><sid>no sid</sid></data>");
-    const auto expectBad = [](const ToolRun& run, const std::string& text) {
+    const auto expectBad = [](const ToolRun& run, const std::string& error) {
         EXPECT_EQ(run.code, ExitCode::badInput);
-        EXPECT_EQ(run.err, "qel: " + text + "\n");
+        EXPECT_EQ(run.err, "qel: " + error + "\n");
         EXPECT_EQ(run.out, "");
     };
-    expectBad(profile("merge", group, empty), empty + ": no profile in it");
-    expectBad(profile("difference", empty, user), empty + ": no profile in it");
+    expectBad(profile("merge", group, empty), empty + ": contains no profile");
+    expectBad(profile("difference", empty, user), empty + ": contains no profile");
     expectBad(profile("intersection", group, nameless, {"--sections"}),
               nameless + ": can't read browse_info: element browse_name is missing");
     expectBad(profile("difference", group, badSid, {"--sections"}),
@@ -119,7 +119,7 @@ TEST_F(ProfileCommandsTest, WhatIsNoProfileIsBadInput) {
     EXPECT_EQ(profile("merge", group, path("none")).code, ExitCode::badInput);
 }
 
-TEST_F(ProfileCommandsTest, AListWithoutANameStopsAnIntersection) {
+TEST_F(ProfileCommandsTest, UnnamedListFailsIntersection) {
     const std::string a = message("a", "<data><browse_settings><browse_info><browse_name/></browse_info>"
                                        "</browse_settings></data>");
     const ToolRun run = profile("intersection", a, user);

@@ -24,7 +24,7 @@ protected:
     }
 };
 
-TEST_F(RecordCommandsTest, ListShowsEveryRecordType) {
+TEST_F(RecordCommandsTest, ListPrintsEveryRecordType) {
     const ToolRun run = runTool({"record", "list", "--json"});
     EXPECT_EQ(run.code, ExitCode::success);
     const Json list = Json::parse(run.out);
@@ -33,13 +33,13 @@ TEST_F(RecordCommandsTest, ListShowsEveryRecordType) {
     EXPECT_NE(std::find(list.begin(), list.end(), expected), list.end());
 }
 
-TEST_F(RecordCommandsTest, ListAsATableNamesTheIds) {
+TEST_F(RecordCommandsTest, ListTableNamesIds) {
     const ToolRun run = runTool({"record", "list"});
     EXPECT_THAT(run.out, testing::ContainsRegex("\nQelOS +292 env +117 os\n"));
     EXPECT_THAT(run.out, testing::ContainsRegex("\nQelQoS +- +-\n"));
 }
 
-TEST_F(RecordCommandsTest, DescribeShowsTheTableInWritingOrder) {
+TEST_F(RecordCommandsTest, DescribePrintsFieldsInWriteOrder) {
     const ToolRun run = runTool({"record", "describe", "QelQoS"});
     EXPECT_EQ(run.code, ExitCode::success);
     EXPECT_EQ(run.out, "QelQoS, namespace -, type -\n"
@@ -49,7 +49,7 @@ TEST_F(RecordCommandsTest, DescribeShowsTheTableInWritingOrder) {
                        "    3     3  softLimit  1066 soft_limit  long integer, or unset  ignored   ifSet\n");
 }
 
-TEST_F(RecordCommandsTest, DescribeAsJsonHasEveryColumn) {
+TEST_F(RecordCommandsTest, DescribeJsonHasAllColumns) {
     const Json described = Json::parse(runTool({"record", "describe", "QelEnv", "--json"}).out);
     EXPECT_EQ(described["name"], "QelEnv");
     EXPECT_EQ(described["namespace"], 292);
@@ -60,7 +60,7 @@ TEST_F(RecordCommandsTest, DescribeAsJsonHasEveryColumn) {
     EXPECT_EQ(described["fields"][1], eid);
 }
 
-TEST_F(RecordCommandsTest, DescribeShowsTheRowsOfAGroupBelowIt) {
+TEST_F(RecordCommandsTest, DescribePrintsGroupMembersBelowGroup) {
     const ToolRun run = runTool({"record", "describe", "QelProcessMExecParams"});
     EXPECT_THAT(run.out,
                 testing::ContainsRegex("\n +3 +3 +streams +1395 stdio +group +optional +always\n"
@@ -72,14 +72,14 @@ TEST_F(RecordCommandsTest, DescribeShowsTheRowsOfAGroupBelowIt) {
     EXPECT_EQ(group["fields"][1]["field"], "wantStdout");
 }
 
-TEST_F(RecordCommandsTest, DescribeReportsThatAnUnreadableElementOfAConfigurationIsIgnored) {
+TEST_F(RecordCommandsTest, DescribeReportsIgnoredConfigurationElements) {
     const Json described = Json::parse(runTool({"record", "describe", "QelEnvConfig", "--json"}).out);
     EXPECT_FALSE(described["fields"].empty());
     for (const Json& field : described["fields"])
         EXPECT_EQ(field["read"], "ignored") << field;
 }
 
-TEST_F(RecordCommandsTest, DescribeShowsWhereItemsHoldTheirValues) {
+TEST_F(RecordCommandsTest, DescribePrintsElementOfListItems) {
     EXPECT_THAT(runTool({"record", "describe", "QelGroup"}).out,
                 testing::ContainsRegex("members +1025 user / 1026 name +set of text "));
 }
@@ -95,21 +95,21 @@ TEST_F(RecordCommandsTest, EveryTypeCanBeDescribed) {
     }
 }
 
-TEST_F(RecordCommandsTest, ATypeWithoutATableIsToldSo) {
+TEST_F(RecordCommandsTest, DescribeReportsTypeWithoutTable) {
     EXPECT_EQ(runTool({"record", "describe", "QelEID"}).out,
-              "QelEID, namespace -, type -\nRead and written by hand, without a table.\n");
+              "QelEID, namespace -, type -\nNo field table; read and written by custom code.\n");
 }
 
-TEST_F(RecordCommandsTest, AnUnknownTypeIsNotThere) {
+TEST_F(RecordCommandsTest, UnknownTypeIsReported) {
     for (const std::vector<std::string>& command :
          {std::vector<std::string>{"record", "describe", "QelNothing"}, {"record", "rewrite", "QelNothing", "-"}}) {
         const ToolRun run = runTool(command);
         EXPECT_EQ(run.code, ExitCode::notSo);
-        EXPECT_EQ(run.err, "qel: no record type 'QelNothing'; see `qel record list`\n");
+        EXPECT_EQ(run.err, "qel: unknown record type 'QelNothing'; see `qel record list`\n");
     }
 }
 
-TEST_F(RecordCommandsTest, RewriteReadsAndWritesTheRecordIntoAnElementOfTheSameId) {
+TEST_F(RecordCommandsTest, RewriteKeepsElementId) {
     const ToolRun run = rewrite("QelQoS", "<e1900><soft_limit>1</soft_limit><what>else</what><id>cpu</id>"
                                           "<hard_limit>2</hard_limit></e1900><data/>");
     EXPECT_EQ(run.code, ExitCode::success);
@@ -120,7 +120,7 @@ TEST_F(RecordCommandsTest, RewriteReadsAndWritesTheRecordIntoAnElementOfTheSameI
                                    element + ">\n</message>\n"));
 }
 
-TEST_F(RecordCommandsTest, TheExamplesOfIdentityComeOutAsTheyWentIn) {
+TEST_F(RecordCommandsTest, RewriteReproducesSecurityExamples) {
     for (const auto& [type, name] : {std::pair("QelSession", "session"), std::pair("QelDirRealm", "directory-realm")}) {
         const std::string file = std::string(QEL_EXAMPLES "/security/") + name + ".xml";
         const ToolRun run = runTool({"record", "rewrite", type, file});
@@ -130,24 +130,24 @@ TEST_F(RecordCommandsTest, TheExamplesOfIdentityComeOutAsTheyWentIn) {
     }
 }
 
-TEST_F(RecordCommandsTest, RewriteStampsTheElement) {
+TEST_F(RecordCommandsTest, RewriteWritesElementType) {
     const ToolRun run = rewrite("QelOS", "<os><name>Linux</name></os>");
     EXPECT_EQ(run.code, ExitCode::success);
     EXPECT_THAT(run.out, HasSubstr("xsi:type=\"env:os\""));
 }
 
-TEST_F(RecordCommandsTest, RewriteKeepsANameWithoutAnId) {
+TEST_F(RecordCommandsTest, RewriteKeepsElementNameWithoutId) {
     EXPECT_THAT(rewrite("QelEnvStatus", "<my_status><state>4</state></my_status>").out, HasSubstr("<my_status "));
 }
 
-TEST_F(RecordCommandsTest, ARecordThatCannotBeReadIsBadInput) {
+TEST_F(RecordCommandsTest, UnreadableRecordIsBadInput) {
     const ToolRun run = rewrite("QelQoS", "<qos><id>cpu</id></qos>");
     EXPECT_EQ(run.code, ExitCode::badInput);
-    EXPECT_THAT(run.err, StartsWith("qel: QelQoS: reader gave -1 for standard input: "));
+    EXPECT_THAT(run.err, StartsWith("qel: QelQoS: reader returned -1 for standard input: "));
     EXPECT_THAT(run.out, IsEmpty());
 }
 
-TEST_F(RecordCommandsTest, ReferencePagesHaveTheModeThatTheUmaskAllows) {
+TEST_F(RecordCommandsTest, ReferencePagesHaveModeOfUmask) {
     const mode_t mask = umask(022);
     EXPECT_EQ(runTool({"record", "reference", path("pages")}).code, ExitCode::success);
     umask(mask);
@@ -156,8 +156,8 @@ TEST_F(RecordCommandsTest, ReferencePagesHaveTheModeThatTheUmaskAllows) {
     EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }
 
-/// Rewrites a record whose reader would end the process.
-void expectRefused(const std::string& type, const std::string& record, const std::string& reason) {
+/// Rewrites a record that must be rejected before its reader, which would abort the process.
+void expectRejected(const std::string& type, const std::string& record, const std::string& reason) {
     const ToolRun run = runTool({"record", "rewrite", type, "-"},
                                 "<message xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
                                 "xmlns:res=\"urn:qel:" +
@@ -167,7 +167,7 @@ void expectRefused(const std::string& type, const std::string& record, const std
     EXPECT_THAT(run.out, IsEmpty()) << record;
 }
 
-TEST_F(RecordCommandsTest, ALongVocabularyNameIsRefused) {
+TEST_F(RecordCommandsTest, RejectsLongVocabularyName) {
     const std::string name = "<" + Qel::QelNames::elementName(1026) + ">";
     const std::string nameEnd = "</" + Qel::QelNames::elementName(1026) + ">";
     const std::string version = "<" + Qel::QelNames::elementName(1223) + ">";
@@ -177,11 +177,11 @@ TEST_F(RecordCommandsTest, ALongVocabularyNameIsRefused) {
                versionEnd + "</v>";
     };
     EXPECT_EQ(rewrite("QelVocID", id(255, 255)).code, ExitCode::success);
-    expectRefused("QelVocID", id(256, 1), "the name is too long");
-    expectRefused("QelVocID", id(1, 256), "the version is too long");
+    expectRejected("QelVocID", id(256, 1), "the name is too long");
+    expectRejected("QelVocID", id(1, 256), "the version is too long");
 }
 
-TEST_F(RecordCommandsTest, AnAddressThatNoPoolCanHoldIsRefused) {
+TEST_F(RecordCommandsTest, RejectsAddressForbiddenInPool) {
     const std::string pool = Qel::QelNames::elementName(1974);
     const std::string address = Qel::QelNames::elementName(1262);
     const std::string typed = pool + " xmlns=\"urn:qel:" + Qel::QelNames::namespaceName(281) +
@@ -191,12 +191,12 @@ TEST_F(RecordCommandsTest, AnAddressThatNoPoolCanHoldIsRefused) {
                                     address + "></" + pool + ">";
         const std::string reason = std::string("no pool can hold the address '") + value + "'";
         for (const char* const type : {"QelResourceIpPool", "QelRangedPool"})
-            expectRefused(type, "<" + pool + ">" + content, reason);
-        expectRefused("QelPoolResourcePair", "<pair><" + typed + ">" + content + "</pair>", reason);
+            expectRejected(type, "<" + pool + ">" + content, reason);
+        expectRejected("QelPoolResourcePair", "<pair><" + typed + ">" + content + "</pair>", reason);
     }
 }
 
-TEST_F(RecordCommandsTest, AnInstanceOfATemplateIsKnownByItsAliasAndByTheTemplate) {
+TEST_F(RecordCommandsTest, TemplateInstanceIsKnownByAliasAndTemplateName) {
     for (const auto& [alias, name] :
          {std::pair("QelResourceIp", "QelRangedResource"), std::pair("QelResourceIpPool", "QelRangedPool")}) {
         const ToolRun described = runTool({"record", "describe", alias});
@@ -209,20 +209,20 @@ TEST_F(RecordCommandsTest, AnInstanceOfATemplateIsKnownByItsAliasAndByTheTemplat
     }
 }
 
-TEST_F(RecordCommandsTest, ABadFileDoesNotStopTheRewritingOfOthers) {
+TEST_F(RecordCommandsTest, RewriteContinuesAfterInvalidFile) {
     const std::string good = write("good", std::string("<message><s><state>4</state></s></message>"));
     const std::string bad = write("bad", std::string("<message/>"));
     const ToolRun run = runTool({"record", "rewrite", "QelEnvStatus", path("none"), bad, good, good});
     EXPECT_EQ(run.code, ExitCode::badInput);
-    EXPECT_EQ(run.err, "qel: " + path("none") + ": No such file or directory\nqel: " + bad + ": no record in it\n");
+    EXPECT_EQ(run.err, "qel: " + path("none") + ": No such file or directory\nqel: " + bad + ": contains no record\n");
     EXPECT_EQ(run.out.find("<state>4</state>") == run.out.rfind("<state>4</state>"), false);
 }
 
-TEST_F(RecordCommandsTest, TheWorstExitCodeOfSeveralFilesIsThatOfRewrite) {
+TEST_F(RecordCommandsTest, RewriteReturnsWorstExitCode) {
     const std::string good =
         write("good", std::string("<message><qos><id>a</id><hard_limit>1</hard_limit></qos></message>"));
     const std::string bad = write("bad", std::string("<message/>"));
-    // In text form each of these characters takes five bytes: more than a message may have.
+    // Each character takes five bytes in text form, which exceeds the size limit of a message.
     const Qel::auto_destroy<Qel::QelMessage> message(new Qel::QelBinary);
     const std::unique_ptr<Qel::QelMessageIterator> cursor(message->rootIterator());
     cursor->newChild("qos");

@@ -14,7 +14,7 @@ using testing::Not;
 const std::string several = QEL_EXAMPLES "/vocabularies/several.xml";
 const std::string single = QEL_EXAMPLES "/vocabularies/qelagent.voc.linux";
 
-/// A message with one vocabulary in a map.
+/// A message with a map of one vocabulary.
 std::string mapOf(const std::string& content) {
     return "<message><vocabulary>" + content + "</vocabulary></message>";
 }
@@ -35,7 +35,7 @@ protected:
         EXPECT_EQ(run.code, code);
         EXPECT_EQ(run.err, "qel: " + error + "\n");
     }
-    /// What a file's vocabularies are, as "NAME VERSION".
+    /// Lists the vocabularies in a file as "NAME VERSION".
     static std::vector<std::string> vocabulariesIn(const std::string& file) {
         std::vector<std::string> names;
         for (const Json& each : Json::parse(voc({"list", file, "--json"}).out))
@@ -46,7 +46,7 @@ protected:
 
 // ---- list
 
-TEST_F(VocCommandsTest, ListShowsCategoriesAndParametersByVocabulary) {
+TEST_F(VocCommandsTest, ListPrintsCategoriesAndParametersByVocabulary) {
     const ToolRun run = voc({"list", several, "--restrict", "base"});
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
     EXPECT_EQ(run.out, "vocabulary  version  kind       id            categories       type     value\n"
@@ -61,11 +61,11 @@ TEST_F(VocCommandsTest, ListShowsCategoriesAndParametersByVocabulary) {
                        "base        4.5      parameter  memory_limit  limit, memory             8589934592\n");
 }
 
-TEST_F(VocCommandsTest, ListOfSeveralFilesShowsThemInTurn) {
+TEST_F(VocCommandsTest, ListPrintsSeveralFilesInOrder) {
     const Json all = Json::parse(voc({"list", single, several, "--json"}).out);
     ASSERT_EQ(all.size(), 4U);
     EXPECT_EQ(all[0]["file"], single);
-    EXPECT_EQ(all[0]["name"], "") << "a vocabulary of its own has no name";
+    EXPECT_EQ(all[0]["name"], "") << "a single vocabulary has no name";
     EXPECT_EQ(all[0]["version"], "40500");
     EXPECT_EQ(all[0]["categories"].size(), 2U);
     EXPECT_EQ(all[0]["parameters"][2], Json::parse(R"({"id":"container_support","categories":["platform","service"],
@@ -76,7 +76,7 @@ TEST_F(VocCommandsTest, ListOfSeveralFilesShowsThemInTurn) {
     EXPECT_EQ(all[3]["version"], "1.3");
 }
 
-TEST_F(VocCommandsTest, CategoriesNarrowTheList) {
+TEST_F(VocCommandsTest, CategoriesRestrictList) {
     const ToolRun counters = voc({"list", several, "--category", "counter", "--category", "interface"});
     EXPECT_EQ(counters.out, "vocabulary  version  kind       id         categories          type     value\n"
                             "network     1.2      parameter  bytes_in   counter, interface  integer\n"
@@ -89,7 +89,7 @@ TEST_F(VocCommandsTest, CategoriesNarrowTheList) {
     EXPECT_EQ(voc({"list", several, "--category", "none"}).code, ExitCode::success);
 }
 
-TEST_F(VocCommandsTest, ARestrictionToANameThatNoFileHasIsNotSo) {
+TEST_F(VocCommandsTest, RestrictReportsUnknownName) {
     const ToolRun some = voc({"list", several, single, "--restrict", "network", "--restrict", "none"});
     expect(some, ExitCode::notSo, "no vocabulary 'none'");
     EXPECT_THAT(some.out, HasSubstr("network"));
@@ -99,7 +99,7 @@ TEST_F(VocCommandsTest, ARestrictionToANameThatNoFileHasIsNotSo) {
     EXPECT_EQ(none.out, "[]\n");
 }
 
-TEST_F(VocCommandsTest, AVocabularyWithoutAVersionIsToldAndTheOthersAreListed) {
+TEST_F(VocCommandsTest, ListReportsVocabularyWithoutVersionAndPrintsTheOthers) {
     const std::string file = write("two", std::string("<message><vocabulary><name>old</name>" + parameter("x") +
                                                       "</vocabulary><vocabulary>"
                                                       "<name>new</name>" +
@@ -109,7 +109,7 @@ TEST_F(VocCommandsTest, AVocabularyWithoutAVersionIsToldAndTheOthersAreListed) {
     EXPECT_THAT(run.out, HasSubstr("new"));
 }
 
-TEST_F(VocCommandsTest, WhatIsNoFileOfVocabulariesIsBadInput) {
+TEST_F(VocCommandsTest, NonVocabularyFileIsBadInput) {
     const std::string other = write("other", std::string("<message><environment/></message>"));
     const std::string damaged = write("damaged", std::string("<message>\n<vocabulary>"));
     for (const std::vector<std::string>& words : {std::vector<std::string>{"list", other},
@@ -122,17 +122,17 @@ TEST_F(VocCommandsTest, WhatIsNoFileOfVocabulariesIsBadInput) {
     EXPECT_FALSE(std::filesystem::exists(path("out")));
 }
 
-TEST_F(VocCommandsTest, TheWorstExitCodeOfSeveralFilesIsThatOfList) {
+TEST_F(VocCommandsTest, ListReturnsWorstExitCode) {
     EXPECT_EQ(voc({"list", single, several}).code, ExitCode::success);
     EXPECT_EQ(voc({"list", path("none"), several}).code, ExitCode::badInput);
     EXPECT_EQ(voc({"list", several, path("none")}).code, ExitCode::badInput);
-    // A name that is not found is less than a file that can't be read.
+    // An unreadable file outweighs a name that is not found.
     EXPECT_EQ(voc({"list", several, "--restrict", "none"}).code, ExitCode::notSo);
     EXPECT_EQ(voc({"list", path("none"), several, "--restrict", "none"}).code, ExitCode::badInput);
     EXPECT_EQ(voc({"list", several, path("none"), "--restrict", "none"}).code, ExitCode::badInput);
 }
 
-TEST_F(VocCommandsTest, ANameOrVersionBeyondItsLengthIsBadInput) {
+TEST_F(VocCommandsTest, TooLongNameOrVersionIsBadInput) {
     const std::string tooLong(256, 'x');
     const std::string name = write("name", vocabulary(tooLong, "1"));
     expect(voc({"list", name}), ExitCode::badInput, name + ": vocabulary 1: the name is too long");
@@ -146,7 +146,7 @@ TEST_F(VocCommandsTest, ANameOrVersionBeyondItsLengthIsBadInput) {
 
 // ---- merge
 
-TEST_F(VocCommandsTest, MergeStartsAMissingFileAndAddsToOneThatIsThere) {
+TEST_F(VocCommandsTest, MergeCreatesOrExtendsFile) {
     const std::string out = path("out");
     const ToolRun first = voc({"merge", out, several});
     EXPECT_EQ(first.code, ExitCode::success) << first.err;
@@ -154,26 +154,26 @@ TEST_F(VocCommandsTest, MergeStartsAMissingFileAndAddsToOneThatIsThere) {
     EXPECT_EQ(voc({"list", out}).out, voc({"list", several}).out);
 
     const ToolRun second = voc({"merge", out, write("more", vocabulary("disk", "1")), several, single});
-    EXPECT_EQ(second.out, "added disk 1\nthere already base 4.5\nthere already network 1.2\nthere already network 1.3\n"
+    EXPECT_EQ(second.out, "added disk 1\nskipped base 4.5\nskipped network 1.2\nskipped network 1.3\n"
                           "added qelagent.voc.linux 40500\n");
     EXPECT_THAT(vocabulariesIn(out),
                 testing::ElementsAre("base 4.5", "disk 1", "network 1.2", "network 1.3", "qelagent.voc.linux 40500"));
     EXPECT_EQ(voc({"has", out, "container_support"}).code, ExitCode::success);
 }
 
-TEST_F(VocCommandsTest, MergeNamesAVocabularyThatHasNone) {
+TEST_F(VocCommandsTest, MergeNamesUnnamedVocabulary) {
     const std::string out = path("out");
     EXPECT_EQ(voc({"merge", out, single, "--name", "agent"}).out, "added agent 40500\n");
     EXPECT_EQ(voc({"merge", out, "-", "--name=piped"}, read(single)).out, "added piped 40500\n");
     expect(voc({"merge", out, "-"}, read(single)), ExitCode::usage,
-           "standard input: a vocabulary without a name; --name gives it one of 1 to 255 characters");
+           "standard input: the vocabulary has no name; use --name with 1 to 255 characters");
     for (const std::string& bad : {std::string(), std::string(256, 'x')})
         expect(voc({"merge", out, single, "--name", bad}), ExitCode::usage,
-               single + ": a vocabulary without a name; --name gives it one of 1 to 255 characters");
+               single + ": the vocabulary has no name; use --name with 1 to 255 characters");
     EXPECT_THAT(vocabulariesIn(out), testing::ElementsAre("agent 40500", "piped 40500"));
 }
 
-TEST_F(VocCommandsTest, MergeTakesEverythingOrNothing) {
+TEST_F(VocCommandsTest, MergeIsAllOrNothing) {
     const std::string out = write("out", vocabulary("a", "1"));
     const std::string before = read(out);
     const std::string bad = write("bad", mapOf("<name>b</name>" + parameter("x")));
@@ -189,7 +189,7 @@ TEST_F(VocCommandsTest, MergeTakesEverythingOrNothing) {
            single + ": one vocabulary without a name, and no map; `qel voc merge` puts it into one");
 }
 
-TEST_F(VocCommandsTest, MergeToStandardOutputWritesTheMessageAlone) {
+TEST_F(VocCommandsTest, MergeToStandardOutputWritesOnlyTheMessage) {
     const ToolRun run = voc({"merge", "-", several});
     EXPECT_EQ(run.code, ExitCode::success);
     EXPECT_EQ(vocabulariesIn(write("out", run.out)).size(), 3U);
@@ -197,7 +197,7 @@ TEST_F(VocCommandsTest, MergeToStandardOutputWritesTheMessageAlone) {
 
 // ---- erase
 
-TEST_F(VocCommandsTest, EraseTakesOneVersionOut) {
+TEST_F(VocCommandsTest, EraseRemovesOneVersion) {
     const std::string file = write("file", read(several));
     EXPECT_EQ(voc({"erase", file, "network", "1.2"}).code, ExitCode::success);
     EXPECT_THAT(vocabulariesIn(file), testing::ElementsAre("base 4.5", "network 1.3"));
@@ -207,7 +207,7 @@ TEST_F(VocCommandsTest, EraseTakesOneVersionOut) {
     EXPECT_EQ(voc({"erase", file, "base", tooLong}).code, ExitCode::notSo);
 }
 
-TEST_F(VocCommandsTest, AFileWithoutItsLastVocabularyIsAnEmptyMap) {
+TEST_F(VocCommandsTest, ErasingLastVocabularyLeavesEmptyMap) {
     const std::string file = write("file", vocabulary("a", "1"));
     ASSERT_EQ(voc({"erase", file, "a", "1"}).code, ExitCode::success);
     EXPECT_THAT(vocabulariesIn(file), IsEmpty());
@@ -219,7 +219,7 @@ TEST_F(VocCommandsTest, AFileWithoutItsLastVocabularyIsAnEmptyMap) {
 
 // ---- has
 
-TEST_F(VocCommandsTest, HasTellsByItsExitCode) {
+TEST_F(VocCommandsTest, HasReportsResultByExitCode) {
     const ToolRun yes = voc({"has", several, "loss_rate"});
     EXPECT_EQ(yes.code, ExitCode::success);
     EXPECT_EQ(yes.out + yes.err, "");
@@ -230,7 +230,7 @@ TEST_F(VocCommandsTest, HasTellsByItsExitCode) {
 
 // ---- as a record
 
-TEST_F(VocCommandsTest, AVocabularyIsRewrittenAsARecord) {
+TEST_F(VocCommandsTest, RewriteKeepsVocabulary) {
     const ToolRun run = runTool({"record", "rewrite", "QelVocPrototype", several});
     EXPECT_EQ(run.code, ExitCode::success) << run.err;
     EXPECT_THAT(run.out, HasSubstr("<parameter xmlns=\"urn:qel:env\">\n      <id xmlns=\"\">memory_limit</id>"));

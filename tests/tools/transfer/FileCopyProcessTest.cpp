@@ -56,8 +56,8 @@ TEST_F(FileCopyProcessTest, ALimitOnTheSizeIsAFailureAndNoDeathBySignal) {
     // all.
     EXPECT_EQ(shell("ulimit -f 1500; $QEL file copy a b 2>errors"), 4);
     const auto size = std::filesystem::file_size(path("b"));
-    EXPECT_EQ(read(path("errors")), "qel: Cannot write to file \"b\": File too large [27]; " + std::to_string(size) +
-                                        " bytes of 1572864 are in 'b'\n");
+    EXPECT_EQ(read(path("errors")), "qel: Cannot write to file \"b\": File too large [27]; copied " +
+                                        std::to_string(size) + " bytes of 1572864 to 'b'\n");
     EXPECT_GT(size, block);
 }
 
@@ -188,7 +188,7 @@ protected:
     }
     /// What an interrupted copy reports of which `count` bytes were read.
     [[nodiscard]] std::string interruptedAfter(std::size_t count) const {
-        return "qel: interrupted; " + std::to_string(count) + " bytes of 2097152 are in '" + path("fifo") + "'\n";
+        return "qel: interrupted; copied " + std::to_string(count) + " bytes of 2097152 to '" + path("fifo") + "'\n";
     }
 
     int m_reader = -1;
@@ -217,7 +217,7 @@ TEST_F(CopyIntoAPipeTest, ASourceThatBecomesShorterIsToldWithHowFarItCame) {
     EXPECT_EQ(exitCode(), 3);
     EXPECT_EQ(read(path("errors")), "qel: '" + path("a") +
                                         "' became shorter while it was read; "
-                                        "524288 bytes of 2097152 are in '" +
+                                        "copied 524288 bytes of 2097152 to '" +
                                         path("fifo") + "'\n");
 }
 

@@ -12,16 +12,16 @@
 
 namespace Qel::Tool {
 
-/// The value of an option that is given or has a default; nothing for a flag.
+/// The value of an option, given or by default; std::monostate for a flag.
 using OptionValue = std::variant<std::monostate, std::string, std::vector<std::string>, int, double>;
 
-/// One command line, parsed: as many arguments as the command takes, and its options.
+/// A parsed command line.  The number of arguments and the option values are valid for the command.
 struct Invocation {
     std::vector<std::string> arguments;
     std::map<std::string, OptionValue> options;
 
     [[nodiscard]] bool has(const std::string& option) const { return options.count(option) != 0; }
-    // The option must have a value of this kind.
+    // These require the option to have a value of the requested kind.
     [[nodiscard]] const std::string& text(const std::string& option) const;
     [[nodiscard]] const std::vector<std::string>& texts(const std::string& option) const;
     [[nodiscard]] int integer(const std::string& option) const;
@@ -30,26 +30,26 @@ struct Invocation {
 
 /// A command of the tool.
 struct Command {
-    /// Nothing for the only command of a group, which then has the group's name: "qel sid".
+    /// Empty for the only command of a group, which is called by the group's name: "qel sid".
     std::string_view name;
-    /// Names of the arguments as the help shows them, separated by blanks: "CACHE FILE...".  Each is mandatory unless
-    /// it stands in brackets; a last one with an ellipsis takes one or more.
+    /// Argument names as shown in the help, separated by spaces: "CACHE FILE...".  A name in brackets is optional; an
+    /// ellipsis after the last name allows more than one.
     std::string_view arguments;
-    /// One sentence for the list of commands.
+    /// One line for the list of commands.
     std::string_view summary;
     /// Adds the command's options; null if it has none.
     void (*addOptions)(Options& options);
     ExitCode (*run)(const Invocation& invocation, const Console& console);
 };
 
-/// The commands that share a first word: "cache" of "qel cache check".
+/// The commands with a common first word, such as "cache" in "qel cache check".
 struct CommandGroup {
     std::string_view name;
     std::string_view summary;
     std::span<const Command> commands;
 };
 
-/// All groups, in the order in which the help lists them.
+/// All groups, in help order.
 [[nodiscard]] std::span<const CommandGroup> commandGroups();
 
 [[nodiscard]] CommandGroup backupUriCommands();
@@ -70,7 +70,7 @@ struct CommandGroup {
 [[nodiscard]] CommandGroup sidCommands();
 [[nodiscard]] CommandGroup vocCommands();
 
-/// Adds `--json`, which every command has whose output programs may want.
+/// Adds `--json`.  A command with this option prints its result through Output.
 void addJsonOption(Options& options);
 
 } // namespace Qel::Tool

@@ -28,14 +28,14 @@ void addCommonOptions(Options& options) {
     options.add({.name = "help", .letter = 'h', .help = "show this help"});
 }
 
-/// Parses a command line that has no file of options.  Returns what is wrong with it, or nothing.
+/// Parses a command line without options files.  Returns an error message, or std::nullopt on success.
 std::optional<std::string> parse(const Words& words, const Options& options, Invocation& invocation) {
     OptionSet given;
     const auto error = parseWords(words, options, given);
     return error ? error : makeInvocation(given, options, invocation);
 }
 
-/// Splits the options that lead `words` from what follows them.
+/// Removes the leading options from `words` and returns them.
 Words takeLeadingOptions(Words& words) {
     const auto first =
         std::find_if(words.begin(), words.end(), [](const auto& word) { return !word.starts_with('-'); });
@@ -44,19 +44,19 @@ Words takeLeadingOptions(Words& words) {
     return options;
 }
 
-Words splitAtBlanks(std::string_view text) {
-    std::istringstream stream{std::string(text)};
+Words splitAtBlanks(std::string_view string) {
+    std::istringstream stream{std::string(string)};
     Words words;
     for (std::string word; stream >> word;)
         words.push_back(word);
     return words;
 }
 
-/// What is wrong with the number of arguments; nothing if it is right.
+/// Checks the number of arguments.  Returns an error message, or std::nullopt if it is correct.
 std::optional<std::string> findArgumentError(const Command& command, const Words& arguments) {
     const Words names = splitAtBlanks(command.arguments);
     if (arguments.size() < names.size() && !names[arguments.size()].starts_with('['))
-        return names[arguments.size()] + " is missing";
+        return "missing argument " + names[arguments.size()];
     if (arguments.size() > names.size() && !command.arguments.ends_with(ellipsis))
         return "unexpected argument '" + arguments[names.size()] + "'";
     return std::nullopt;
@@ -74,7 +74,7 @@ template <class Named> void printSummaries(std::ostream& out, std::span<const Na
     table.print(out);
 }
 
-/// What the command is called by.
+/// The words that invoke the command, such as "qel cache check".
 std::string wordsOf(const CommandGroup& group, const Command& command) {
     const std::string words = "qel " + std::string(group.name);
     return command.name.empty() ? words : words + ' ' + std::string(command.name);
@@ -87,7 +87,7 @@ std::string usageOf(const CommandGroup& group, const Command& command) {
     return usage;
 }
 
-/// The end of every usage error: where more is told.
+/// Reports a usage error with a pointer to the help.
 ExitCode failUsage(const Console& console, const std::string& reason, const std::string& words) {
     return console.fail(ExitCode::usage, reason + "; see `" + words + " --help`");
 }
@@ -121,7 +121,7 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
         return failUsage(console, *error, self);
     if (const ExitCode code = saveOptions(given, console); code != ExitCode::success)
         return code;
-    optionsLock.release(); // the command may take long, or lock the same file
+    optionsLock.release(); // the command may run for long, or lock this file itself
     if (const ExitCode code = applyLogSettings(invocation, console); code != ExitCode::success)
         return code;
     return command.run(invocation, console);
@@ -137,15 +137,15 @@ ExitCode runGroup(const CommandGroup& group, Words words, const Console& console
     if (const auto error = parse(takeLeadingOptions(words), options, leading))
         return failUsage(console, *error, self);
     if (leading.has("help")) {
-        console.out << "Usage: " << self << " COMMAND ...\n" << group.summary << "\n\nCommands\n";
+        console.out << "Usage: " << self << " COMMAND ...\n" << group.summary << "\n\nCommands:\n";
         printSummaries(console.out, group.commands);
         return ExitCode::success;
     }
     if (words.empty())
-        return failUsage(console, "COMMAND is missing", self);
+        return failUsage(console, "missing argument COMMAND", self);
     const Command* command = findByName(group.commands, words.front());
     if (!command)
-        return failUsage(console, "no command '" + words.front() + "' in '" + std::string(group.name) + "'", self);
+        return failUsage(console, "unknown command '" + std::string(group.name) + ' ' + words.front() + "'", self);
     return runCommand(group, *command, Words(words.begin() + 1, words.end()), console);
 }
 
@@ -158,7 +158,7 @@ ExitCode runTool(Words words, const Console& console) {
         return failUsage(console, *error, "qel");
     if (leading.has("help")) {
         console.out << "Usage: qel GROUP COMMAND ...\n"
-                    << "Looks into and works on message files, environment records and the shared cache.\n\nGroups\n";
+                    << "Inspect and edit message files, environment records and the shared cache\n\nGroups:\n";
         printSummaries(console.out, commandGroups());
         console.out << '\n';
         printOptions(console.out, options);
@@ -169,14 +169,14 @@ ExitCode runTool(Words words, const Console& console) {
         return ExitCode::success;
     }
     if (words.empty())
-        return failUsage(console, "GROUP is missing", "qel");
+        return failUsage(console, "missing argument GROUP", "qel");
     const CommandGroup* group = findByName(commandGroups(), words.front());
     if (!group)
-        return failUsage(console, "no group '" + words.front() + "'", "qel");
+        return failUsage(console, "unknown group '" + words.front() + "'", "qel");
     return runGroup(*group, Words(words.begin() + 1, words.end()), console);
 }
 
-/// Whether standard output is a pipe or a socket that no process reads any more.
+/// Whether standard output is a pipe or socket without readers.
 bool hasLostReader() {
     pollfd output{STDOUT_FILENO, POLLOUT, 0};
     return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
@@ -197,8 +197,8 @@ ExitCode runCommandLine(const std::vector<std::string>& arguments, const Console
     console.out.flush();
     if (console.out)
         return code;
-    // A reader that has seen enough, such as head, is no error to report.
-    return hasLostReader() ? ExitCode::failed : console.fail(ExitCode::failed, "standard output can't be written");
+    // A reader such as head(1) may close the pipe early; that is not reported.
+    return hasLostReader() ? ExitCode::failed : console.fail(ExitCode::failed, "cannot write to standard output");
 }
 
 } // namespace Qel::Tool

@@ -7,8 +7,8 @@
 
 namespace Qel::Tool {
 
-/// Runs the command that `arguments`, without the program's name, ask for.  Every error is told on the error stream;
-/// the output stream is flushed, and one that can't be written makes the run fail.
+/// Runs the command in `arguments`, which exclude the program name.  Errors are reported on `console.err`.  Flushes
+/// `console.out`; a failed write to it makes the run fail with ExitCode::failed.
 [[nodiscard]] ExitCode runCommandLine(const std::vector<std::string>& arguments, const Console& console);
 
 } // namespace Qel::Tool

@@ -29,7 +29,7 @@ std::span<const CommandGroup> commandGroups() {
 }
 
 void addJsonOption(Options& options) {
-    options.add({.name = "json", .help = "print JSON, for programs"});
+    options.add({.name = "json", .help = "print JSON"});
 }
 
 } // namespace Qel::Tool

@@ -6,8 +6,8 @@
 
 namespace Qel::Tool {
 
-ExitCode Console::fail(ExitCode code, std::string_view text) const {
-    err << "qel: " << showControls(text) << '\n';
+ExitCode Console::fail(ExitCode code, std::string_view message) const {
+    err << "qel: " << showControls(message) << '\n';
     return code;
 }
 

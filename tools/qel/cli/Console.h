@@ -8,14 +8,14 @@
 
 namespace Qel::Tool {
 
-/// The three streams of a run: the process's own, or a test's.
+/// The standard streams of a run: those of the process, or string streams in tests.
 struct Console {
     std::istream& in;
     std::ostream& out;
     std::ostream& err;
 
-    /// Writes "qel: TEXT" to the error stream, on one line and with its control characters escaped.  Returns `code`.
-    ExitCode fail(ExitCode code, std::string_view text) const;
+    /// Writes "qel: MESSAGE" to the error stream on one line, with control characters escaped.  Returns `code`.
+    ExitCode fail(ExitCode code, std::string_view message) const;
 };
 
 } // namespace Qel::Tool

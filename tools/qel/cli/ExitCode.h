@@ -2,13 +2,13 @@
 
 namespace Qel::Tool {
 
-/// What the process answers to its caller.  Scripts rely on these numbers.
+/// The exit status of the process.  The numbers are part of the interface; scripts test them.
 enum class ExitCode : int {
     success = 0,
-    notSo = 1,    ///< what was asked about isn't so: no such environment, a damaged cache file
-    usage = 2,    ///< the command line can't be understood
-    badInput = 3, ///< a file or message is missing, malformed or foreign
-    failed = 4,   ///< the operation itself failed, standard output that can't be written included
+    notSo = 1,    ///< negative result: environment not found, cache file damaged
+    usage = 2,    ///< invalid command line
+    badInput = 3, ///< an input file or message is missing, malformed or of another kind
+    failed = 4,   ///< the operation failed, or standard output cannot be written
 };
 
 } // namespace Qel::Tool

@@ -13,9 +13,9 @@ Json::~Json() = default;
 
 Json::Json(std::nullptr_t) noexcept {}
 Json::Json(double value) noexcept : m_value(value) {}
-Json::Json(const char* text) : m_value(std::string(text)) {}
-Json::Json(std::string_view text) : m_value(std::string(text)) {}
-Json::Json(std::string text) : m_value(std::move(text)) {}
+Json::Json(const char* string) : m_value(std::string(string)) {}
+Json::Json(std::string_view string) : m_value(std::string(string)) {}
+Json::Json(std::string string) : m_value(std::move(string)) {}
 Json::Json(Array items) : m_value(std::move(items)) {}
 Json::Json(std::initializer_list<Member> members) : m_value(Object(members)) {}
 

@@ -14,7 +14,9 @@
 
 namespace Qel::Tool {
 
-/// A JSON value.  The members of an object keep the order in which they were added.
+/// A JSON value.  Object members keep their insertion order.
+///
+/// Commands build values and pass them to Output, which prints them.
 class Json {
 public:
     struct Member;
@@ -22,7 +24,7 @@ public:
     using Object = std::vector<Member>;
     using Value = std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::string, Array, Object>;
 
-    // The special members are compiled once, in Json.cpp: they visit the variant.
+    // Out of line: each special member instantiates a visit of the variant.
     Json() noexcept;
     Json(const Json& other);
     Json(Json&& other) noexcept;
@@ -32,9 +34,9 @@ public:
 
     Json(std::nullptr_t) noexcept;
     Json(double value) noexcept;
-    Json(const char* text);
-    Json(std::string_view text);
-    Json(std::string text);
+    Json(const char* string);
+    Json(std::string_view string);
+    Json(std::string string);
     Json(Array items);
     /// An object: {{"name", "eth0"}, {"mtu", 1500}}.
     Json(std::initializer_list<Member> members);
@@ -43,7 +45,7 @@ public:
     template <class Number>
     requires((std::integral<Number> && !std::same_as<Number, bool>) || std::is_enum_v<Number>) Json(Number value)
         : Json(ofNumber(value)) {}
-    /// An array of a container's elements.
+    /// An array with the elements of a container.
     template <class Container>
     requires(!std::convertible_to<const Container&, std::string_view> &&
              requires(const Container& c) {
@@ -55,14 +57,14 @@ public:
     [[nodiscard]] static Json array(Array items = {}) { return Json(std::move(items)); }
     [[nodiscard]] static Json object();
 
-    /// The member of this name, which is added if it is missing.  Null becomes an object; any other value must be one.
+    /// Returns the member `name`, adding it if absent.  Requires an object, or null, which becomes an object.
     Json& operator[](std::string_view name);
-    /// Null becomes an array; any other value must be one.
+    /// Requires an array, or null, which becomes an array.
     void push_back(Json item);
 
     [[nodiscard]] const Value& value() const noexcept { return m_value; }
 
-    /// Prints the document on one line, without a line end.
+    /// Prints the value on one line, without a newline.
     friend std::ostream& operator<<(std::ostream& out, const Json& document);
 
 private:
@@ -84,8 +86,7 @@ struct Json::Member {
     Json value;
 };
 
-/// Prints the document, indented, with a line end.  Bytes that aren't UTF-8 become the replacement character; control
-/// characters are escaped.
+/// Prints the document, indented, and a newline.  Invalid UTF-8 is replaced by U+FFFD; control characters are escaped.
 void printJson(std::ostream& out, const Json& document);
 
 } // namespace Qel::Tool

@@ -17,7 +17,7 @@ using Document = nlohmann::ordered_json;
 constexpr int indent = 2;
 constexpr int onOneLine = -1;
 
-/// Makes the library's value of a value.
+/// Converts a Json value to a document of the JSON library.
 struct Converter {
     template <class Plain> Document operator()(const Plain& value) const { return value; }
     Document operator()(const Json::Array& items) const {
@@ -34,7 +34,8 @@ struct Converter {
     }
 };
 
-/// The document with the control characters in its strings as \u escapes: JSON requires that for those of C0 only.
+/// Replaces control characters by \u escapes.  JSON requires this for U+0000 to U+001F only; C1, DEL and bidirectional
+/// controls could still affect a terminal.
 std::string escapeControls(std::string_view document) {
     std::string escaped;
     escaped.reserve(document.size());
@@ -42,9 +43,9 @@ std::string escapeControls(std::string_view document) {
         const auto [length, code] = firstUtf8Character(document);
         const std::size_t taken = length == 0 ? 1 : length;
         if (length != 0 && code != '\n' && isControlCharacter(code)) {
-            std::array<char, 16> text{};
-            std::snprintf(text.data(), text.size(), "\\u%04x", static_cast<unsigned>(code));
-            escaped += text.data();
+            std::array<char, 16> escape{};
+            std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(code));
+            escaped += escape.data();
         } else {
             escaped += document.substr(0, taken);
         }

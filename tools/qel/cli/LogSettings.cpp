@@ -15,7 +15,7 @@ constexpr const char* logOption = "log-settings";
 } // namespace
 
 void addLogOption(Options& options) {
-    options.add({.name = logOption, .value = "FILE", .help = "log as this configuration of an agent says"});
+    options.add({.name = logOption, .value = "FILE", .help = "use the log settings of this agent configuration"});
 }
 
 ExitCode applyLogSettings(const Invocation& invocation, const Console& console) {

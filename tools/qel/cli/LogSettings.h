@@ -4,11 +4,11 @@
 
 namespace Qel::Tool {
 
-/// Adds `--log-settings`, which every command has.
+/// Adds `--log-settings`, common to all commands.
 void addLogOption(Options& options);
 
-/// Makes the process log as the configuration after `--log-settings` says, if the option is there.
-/// ExitCode::badInput, and an error, if it can't be read.
+/// Applies the log settings of the agent configuration given by `--log-settings`, if any.  Reports an unreadable file
+/// and returns ExitCode::badInput.
 [[nodiscard]] ExitCode applyLogSettings(const Invocation& invocation, const Console& console);
 
 } // namespace Qel::Tool

@@ -16,19 +16,19 @@ namespace Qel::Tool {
 
 namespace {
 
-// Long options are taken in full only: an abbreviation that works today would become ambiguous with the next option.
+// Abbreviated long options are rejected: one that is unique today becomes ambiguous when an option is added.
 constexpr int parsingStyle = po::command_line_style::default_style & ~po::command_line_style::allow_guessing;
 
-template <class Number> Number toNumber(const std::string& text) {
+template <class Number> Number toNumber(const std::string& string) {
     try {
-        return boost::lexical_cast<Number>(text);
+        return boost::lexical_cast<Number>(string);
     } catch (const boost::bad_lexical_cast&) {
-        throw po::invalid_option_value(text);
+        throw po::invalid_option_value(string);
     }
 }
 
-/// How the library reads the value of an option that has one.  It is one class for all kinds, where the library's own
-/// typed values are a template that takes seconds to compile.
+/// Value semantics for every OptionKind.  A single class, because the library's typed_value template takes seconds to
+/// compile for each type.
 class ValueReader : public po::value_semantic_codecvt_helper<char> {
 public:
     explicit ValueReader(const Option& option) : m_option(option) {}
@@ -64,12 +64,12 @@ private:
         po::validators::check_first_occurrence(value);
         value = readSingle(po::validators::get_single_string(tokens));
     }
-    [[nodiscard]] OptionValue readSingle(const std::string& text) const {
+    [[nodiscard]] OptionValue readSingle(const std::string& string) const {
         if (m_option.kind == OptionKind::integer)
-            return toNumber<int>(text);
+            return toNumber<int>(string);
         if (m_option.kind == OptionKind::real)
-            return toNumber<double>(text);
-        return text;
+            return toNumber<double>(string);
+        return string;
     }
 
     const Option& m_option;
@@ -116,7 +116,7 @@ std::optional<std::string> makeInvocation(const OptionSet& given, const Options&
         }
         po::variables_map values;
         po::store(named, values);
-        // Help is given even to a command line that lacks something.
+        // notify() checks required options, which --help does not need.
         if (values.count("help") == 0)
             po::notify(values);
         for (const Option& option : options) {

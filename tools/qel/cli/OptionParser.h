@@ -11,16 +11,16 @@
 
 namespace Qel::Tool {
 
-/// Splits a command line into options and arguments.  Returns what is wrong with it, or nothing.
+/// Splits a command line into options and arguments.  Returns an error message, or std::nullopt on success.
 [[nodiscard]] std::optional<std::string> parseWords(const std::vector<std::string>& words, const Options& options,
                                                     OptionSet& given);
 
-/// Checks the values and adds the defaults.  Returns what is wrong, or nothing.  A required option may be missing where
-/// help is asked for.
+/// Validates the option values and adds the defaults.  Returns an error message, or std::nullopt on success.  Required
+/// options may be missing if `--help` is given.
 [[nodiscard]] std::optional<std::string> makeInvocation(const OptionSet& given, const Options& options,
                                                         Invocation& invocation);
 
-/// Prints what the help says about the options.
+/// Prints the option list of a help page.
 void printOptions(std::ostream& out, const Options& options);
 
 } // namespace Qel::Tool

@@ -15,30 +15,30 @@ namespace {
 constexpr const char* loadOption = "options";
 constexpr const char* saveOption = "save-options";
 
-/// An option in a file has a value at least.  This one stands for an option that takes none.
+/// The file format requires a value for each option; a flag is stored with this one.
 constexpr const char* valueOfFlag = "1";
 
 bool hasName(const OptionSet& set, const std::string& name) {
     return std::any_of(set.begin(), set.end(), [&](const po::option& option) { return option.string_key == name; });
 }
 
-/// The value of an option; null if it isn't there.
+/// Returns the first value of an option, or null if the option is absent.
 const std::string* valueOf(const OptionSet& set, const std::string& name) {
     const auto found =
         std::find_if(set.begin(), set.end(), [&](const po::option& option) { return option.string_key == name; });
     return found == set.end() || found->value.empty() ? nullptr : &found->value.front();
 }
 
-ExitCode failFile(const Console& console, ExitCode code, const std::string& path, const std::string& otherwise) {
+ExitCode failFile(const Console& console, ExitCode code, const std::string& path, const std::string& defaultReason) {
     const std::string& reason = getErrorMessage();
-    return console.fail(code, reason.empty() ? path + ": " + otherwise : reason);
+    return console.fail(code, reason.empty() ? path + ": " + defaultReason : reason);
 }
 
 } // namespace
 
 void addOptionSetOptions(Options& options) {
-    options.add({.name = loadOption, .value = "FILE", .help = "take what the command line lacks from this file"});
-    options.add({.name = saveOption, .value = "FILE", .help = "keep the arguments and options in this file"});
+    options.add({.name = loadOption, .value = "FILE", .help = "read missing arguments and options from this file"});
+    options.add({.name = saveOption, .value = "FILE", .help = "save the arguments and options to this file"});
 }
 
 ExitCode lockOptions(const OptionSet& given, QelFileLock& lock, const Console& console) {
@@ -56,19 +56,19 @@ ExitCode loadOptions(OptionSet& given, const Options& known, const Console& cons
     OptionSet loaded;
     clearErrorMessage();
     if (QelOptionsFileSerializer(*path).read(loaded) != 0)
-        return failFile(console, ExitCode::badInput, *path, "holds no options");
+        return failFile(console, ExitCode::badInput, *path, "not an options file");
 
     const OptionSet before = given;
     for (po::option& option : loaded) {
         if (option.string_key == loadOption || option.string_key == saveOption)
             return console.fail(ExitCode::badInput,
-                                *path + ": '--" + option.string_key +
-                                    "' is accepted on the command line only, remove it from the file");
+                                *path + ": option '--" + option.string_key +
+                                    "' is only allowed on the command line; remove it from the file");
         if (!option.string_key.empty()) {
             const Option* const description = known.find(option.string_key);
             if (!description)
                 return console.fail(ExitCode::badInput,
-                                    *path + ": this command has no option '--" + option.string_key + "'");
+                                    *path + ": unknown option '--" + option.string_key + "' for this command");
             if (description->value.empty())
                 option.value.clear();
         }
@@ -92,7 +92,7 @@ ExitCode saveOptions(const OptionSet& given, const Console& console) {
     }
     clearErrorMessage();
     if (QelOptionsFileSerializer(*path).write(saved) != 0)
-        return failFile(console, ExitCode::failed, *path, "can't be written");
+        return failFile(console, ExitCode::failed, *path, "cannot write the file");
     return ExitCode::success;
 }
 

@@ -11,21 +11,22 @@
 
 namespace Qel::Tool {
 
-/// The options and the arguments of a command line, arguments being options without a name.
+/// The options and arguments of a command line; an argument is an option with an empty name.
 using OptionSet = std::vector<boost::program_options::option>;
 
-/// Adds `--options` and `--save-options`, which every command has.
+/// Adds `--options` and `--save-options`, common to all commands.
 void addOptionSetOptions(Options& options);
 
-/// Waits for the lock of the file if `--options` and `--save-options` name the same one.
+/// Locks the options file, waiting if necessary, if `--options` and `--save-options` name one file.
 [[nodiscard]] ExitCode lockOptions(const OptionSet& given, QelFileLock& lock, const Console& console);
 
-/// Adds what the file after `--options` holds, if `given` names one: of each option, and of the arguments, what is
-/// given goes before what is loaded.  ExitCode::badInput, and an error, if the file can't be read or has an option that
-/// isn't in `known`, or one of these two: a file must not cause another to be written.
+/// Adds the contents of the file given by `--options`, if any, to `given`.  An option on the command line overrides the
+/// one in the file; so do arguments, as a whole.  Reports an error and returns ExitCode::badInput if the file cannot be
+/// read, or contains an option that is not in `known`, or `--options` or `--save-options`: loading a file must not
+/// cause another file to be written.
 [[nodiscard]] ExitCode loadOptions(OptionSet& given, const Options& known, const Console& console);
 
-/// Puts the set into the file after `--save-options`, if it names one, all but these two options themselves.
+/// Saves `given`, without `--options` and `--save-options`, to the file given by `--save-options`, if any.
 [[nodiscard]] ExitCode saveOptions(const OptionSet& given, const Console& console);
 
 } // namespace Qel::Tool

@@ -7,11 +7,11 @@
 
 namespace Qel::Tool {
 
-/// What the value of an option is.
+/// The type of an option's value.
 enum class OptionKind : std::uint8_t {
     text,
-    texts, ///< one each time the option is given
-    words, ///< all words that follow
+    texts, ///< a list with one element per occurrence of the option
+    words, ///< a list of all words that follow the option
     integer,
     real
 };
@@ -19,20 +19,20 @@ enum class OptionKind : std::uint8_t {
 /// An option of a command.
 struct Option {
     std::string name;
-    char letter = '\0';  ///< its short form, if it has one
-    std::string value{}; ///< the name of its value in the help; empty for a flag
+    char letter = '\0';  ///< short form, or '\0'
+    std::string value{}; ///< value name in the help; empty for a flag
     OptionKind kind = OptionKind::text;
     std::string byDefault{};
     bool isRequired = false;
     std::string help{};
 };
 
-/// The options of a command, in the order in which its help lists them.
+/// The options of a command, in help order.
 class Options {
 public:
     void add(Option option) { m_all.push_back(std::move(option)); }
 
-    /// The option with this name, or with this short form: "help", "-h".  Null if there is none.
+    /// Finds an option by name ("help") or short form ("-h").  Returns null if not found.
     [[nodiscard]] const Option* find(std::string_view name) const;
 
     [[nodiscard]] auto begin() const { return m_all.begin(); }

@@ -54,8 +54,8 @@ Table::Align Table::alignmentOf(std::size_t column) const {
     return column < m_alignments.size() ? m_alignments[column] : Align::left;
 }
 
-std::size_t countCharacters(std::string_view text) noexcept {
-    return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isUtf8Continuation));
+std::size_t countCharacters(std::string_view string) noexcept {
+    return string.size() - static_cast<std::size_t>(std::count_if(string.begin(), string.end(), isUtf8Continuation));
 }
 
 bool isTerminal(const Console& console) {
@@ -64,6 +64,17 @@ bool isTerminal(const Console& console) {
 
 void printValue(const Console& console, std::string_view value) {
     console.out << (isTerminal(console) ? showControls(value, "\n\t") : std::string(value)) << '\n';
+}
+
+Output::Output(const Invocation& invocation, const Console& console)
+    : m_out(console.out), m_isJson(invocation.has("json")) {}
+
+void Output::printDocument(const Json& document) const {
+    printJson(m_out, document);
+}
+
+void Output::printDocumentOnLine(const Json& document) const {
+    m_out << document << '\n';
 }
 
 } // namespace Qel::Tool

@@ -7,22 +7,24 @@
 #include <vector>
 
 #include "QelCommon/ControlCharacters.h"
+#include "qel/cli/Command.h"
 #include "qel/cli/Console.h"
+#include "qel/cli/Json.h"
 
 namespace Qel::Tool {
 
-/// What is shown in place of a secret.
+/// Placeholder for a secret.
 inline constexpr const char* hiddenValue = "(hidden)";
 
-/// Rows of cells in aligned columns, two blanks apart.
+/// Rows of cells in aligned columns, separated by two spaces.
 ///
-/// Widths count characters, that is code points of UTF-8; no line ends in blanks.  Cells are printed by
-/// showControls(), so that each row is one line.
+/// Widths count UTF-8 code points.  Trailing spaces are removed.  Control characters in cells are escaped by
+/// showControls(), so each row is one line.
 class Table {
 public:
     enum class Align : std::uint8_t { left, right };
 
-    /// Columns that `alignments` doesn't tell are aligned left.
+    /// Columns beyond `alignments` are left-aligned.
     explicit Table(std::vector<Align> alignments = {}) : m_alignments(std::move(alignments)) {}
 
     void addRow(std::vector<std::string> cells);
@@ -36,14 +38,51 @@ private:
     std::vector<std::vector<std::string>> m_rows;
 };
 
-/// Code points in a text of UTF-8.
-[[nodiscard]] std::size_t countCharacters(std::string_view text) noexcept;
+/// Number of code points in a UTF-8 string.
+[[nodiscard]] std::size_t countCharacters(std::string_view string) noexcept;
 
-/// Whether the standard output of the process is meant, and is a terminal.
+/// Whether `console.out` is the standard output of the process and a terminal.
 [[nodiscard]] bool isTerminal(const Console& console);
 
-/// Prints a value that programs read, and a line end: as bytes, but on a terminal with its control characters escaped,
-/// except line feeds and tabs.
+/// Prints a value for use in scripts, and a newline.  On a terminal, control characters other than newline and tab are
+/// escaped; otherwise the bytes are unchanged.
 void printValue(const Console& console, std::string_view value);
+
+/// The result of a command on standard output: JSON with `--json`, text otherwise.
+///
+/// The command supplies both forms as callables, of which only the requested one is called: `makeJson` returns the
+/// result as a Json value; `printText` prints it to the std::ostream that it is passed.
+class Output {
+public:
+    Output(const Invocation& invocation, const Console& console);
+
+    /// Prints a result; JSON is indented.
+    template <class MakeJson, class PrintText> void print(const MakeJson& makeJson, const PrintText& printText) const {
+        if (m_isJson)
+            printDocument(makeJson());
+        else
+            printText(m_out);
+    }
+    /// Prints a result that is one of many or small; JSON takes one line.
+    template <class MakeJson, class PrintText>
+    void printLine(const MakeJson& makeJson, const PrintText& printText) const {
+        if (m_isJson)
+            printDocumentOnLine(makeJson());
+        else
+            printText(m_out);
+    }
+    /// Prints a part that only text has, such as a table of results that JSON has line by line.
+    template <class PrintText> void printTextOnly(const PrintText& printText) const {
+        if (!m_isJson)
+            printText(m_out);
+    }
+
+private:
+    void printDocument(const Json& document) const;
+    void printDocumentOnLine(const Json& document) const;
+
+    std::ostream& m_out;
+    bool m_isJson;
+};
 
 } // namespace Qel::Tool

@@ -24,7 +24,7 @@ bool SignalGuard::waitFor(std::chrono::nanoseconds time) const {
     timespec left{};
     left.tv_sec = static_cast<time_t>(seconds.count());
     left.tv_nsec = static_cast<long>((time - seconds).count());
-    // Another signal's handler may interrupt the wait; the time then begins anew, which nobody minds.
+    // After EINTR the wait restarts with the full timeout, which is precise enough for polling.
     int signal = 0;
     do
         signal = sigtimedwait(&m_guarded, nullptr, &left);

@@ -6,20 +6,20 @@
 
 namespace Qel::Tool {
 
-/// Keeps the signals that ask a process to end waiting while it lives.
+/// Blocks the termination signals SIGINT, SIGTERM, SIGHUP and SIGQUIT in the calling thread during its lifetime.
 ///
-/// What is done to a cache is done under such a guard: a process that ends between two steps of a change leaves the
-/// file damaged, and one that ends while it holds a snapshot leaves its blocks in use for ever.  No output is written
-/// under a guard, since that may wait for a reader.
+/// Every cache access runs under a guard.  A process that is terminated in the middle of a change leaves the file
+/// damaged; one that is terminated while holding a snapshot leaks its blocks.  Nothing is printed under a guard, since
+/// a write may block until a reader drains the pipe.
 class SignalGuard {
 public:
     SignalGuard();
     SignalGuard(const SignalGuard&) = delete;
     SignalGuard& operator=(const SignalGuard&) = delete;
-    /// A signal that came meanwhile takes effect now.
+    /// Restores the signal mask; pending signals are delivered.
     ~SignalGuard();
 
-    /// Waits for such a signal and takes it.  False if none came in this time.
+    /// Waits for a blocked signal and consumes it.  Returns false on timeout.
     [[nodiscard]] bool waitFor(std::chrono::nanoseconds time) const;
 
 private:
@@ -27,14 +27,14 @@ private:
     sigset_t m_before;
 };
 
-/// While it lives a signal that asks the process to end has another effect.
+/// Installs a handler for SIGINT, SIGTERM and SIGHUP during its lifetime.
 class InterruptionAction {
 public:
     InterruptionAction(const InterruptionAction&) = delete;
     InterruptionAction& operator=(const InterruptionAction&) = delete;
 
 protected:
-    /// `flags` as of sigaction(2).
+    /// `flags`: sa_flags of sigaction(2).
     InterruptionAction(void (*handler)(int), int flags);
     ~InterruptionAction();
 
@@ -44,15 +44,15 @@ private:
     std::array<struct sigaction, signals.size()> m_before;
 };
 
-/// While it lives an interruption ends the process at once, with success: for what goes on until it is interrupted, and
-/// holds nothing but under a guard.
+/// Makes an interruption end the process at once with exit status 0.  For commands that run until interrupted and hold
+/// resources under a SignalGuard only.
 class EndsWhenInterrupted : InterruptionAction {
 public:
     EndsWhenInterrupted();
 };
 
-/// While it lives an interruption is noted, and ends a call that waits; a second one of its kind ends the process.  One
-/// at a time: the note is the process's.
+/// Records an interruption in a process-wide flag and makes blocking calls fail with EINTR.  A second signal of the
+/// same number terminates the process.  At most one instance may exist at a time.
 class NotesInterruption : InterruptionAction {
 public:
     NotesInterruption();

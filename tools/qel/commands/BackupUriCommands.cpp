@@ -8,8 +8,8 @@
 #include "qel/cli/Output.h"
 #include "qel/records/RecordInMessage.h"
 
-// The URI of a backup holds the password of its storage, hidden by nothing but hexadecimal digits.  So no message here
-// repeats a URI.
+// A backup URI contains the storage password, encoded as hexadecimal digits but not encrypted.  Error messages must not
+// quote a URI.
 
 namespace Qel::Tool {
 
@@ -19,10 +19,10 @@ namespace {
 
 void addParseOptions(Options& options) {
     addJsonOption(options);
-    options.add({.name = "show-secrets", .help = "show the storage's password too"});
+    options.add({.name = "show-secrets", .help = "show the storage password"});
 }
 
-Json toJson(const QelDSLocation& location, bool showSecrets) {
+Json storageAsJson(const QelDSLocation& location, bool showSecrets) {
     Json json{{"type", location.type}, {"path", location.path}};
     if (location.authName.name.isSpecified())
         json["user"] = location.authName.name.get();
@@ -35,13 +35,13 @@ Json toJson(const QelDSLocation& location, bool showSecrets) {
     return json;
 }
 
-void printAsJson(std::ostream& out, const QelBackupURI& name, bool showSecrets) {
+Json nameAsJson(const QelBackupURI& name, bool showSecrets) {
     Json document;
     document["valid"] = name.isValid();
     document["backup"] = name.backup();
     document["subPath"] = name.subPath();
-    document["storage"] = name.storage().isSpecified() ? toJson(name.storage().get(), showSecrets) : Json();
-    printJson(out, document);
+    document["storage"] = name.storage().isSpecified() ? storageAsJson(name.storage().get(), showSecrets) : Json();
+    return document;
 }
 
 void addStorage(Table& table, const QelDSLocation& location, bool showSecrets) {
@@ -57,7 +57,7 @@ void addStorage(Table& table, const QelDSLocation& location, bool showSecrets) {
         table.addRow({"password", showSecrets ? location.password : hiddenValue});
 }
 
-void print(std::ostream& out, const QelBackupURI& name, bool showSecrets) {
+void printName(std::ostream& out, const QelBackupURI& name, bool showSecrets) {
     Table table;
     table.addRow({"backup", name.backup()});
     table.addRow({"subpath", name.subPath().empty() ? "none" : name.subPath()});
@@ -68,28 +68,30 @@ void print(std::ostream& out, const QelBackupURI& name, bool showSecrets) {
     table.print(out);
 }
 
-/// Why a text names no backup; `storageError` is what reading its storage left behind.
-std::string reasonOf(const std::string& text, const std::string& storageError) {
+/// Explains why a string is not a backup URI.  `storageError` is the error message from reading its storage, or empty.
+std::string reasonOf(const std::string& string, const std::string& storageError) {
     QelURI uri;
-    uri.setUri(text);
+    uri.setUri(string);
     if (uri.getUriType() != QelBackupURI::TYPE)
-        return "it doesn't begin with " + QelBackupURI::TYPE + "://";
-    return storageError.empty() ? "no slash behind the first part of the backup's name"
-                                : "its storage can't be read: " + storageError;
+        return "it does not start with " + QelBackupURI::TYPE + "://";
+    return storageError.empty() ? "no slash after the first component of the backup name"
+                                : "cannot read the storage: " + storageError;
 }
 
 ExitCode runParse(const Invocation& invocation, const Console& console) {
-    const std::string& text = invocation.arguments[0];
+    const std::string& uri = invocation.arguments[0];
     const bool showSecrets = invocation.has("show-secrets");
     clearErrorMessage();
-    const QelBackupURI name(text);
+    const QelBackupURI name(uri);
     const std::string& storageError = getErrorMessage();
-    if (invocation.has("json"))
-        printAsJson(console.out, name, showSecrets);
-    else if (name.isValid())
-        print(console.out, name, showSecrets);
+    Output(invocation, console)
+        .print([&] { return nameAsJson(name, showSecrets); },
+               [&](std::ostream& out) {
+                   if (name.isValid())
+                       printName(out, name, showSecrets);
+               });
     return name.isValid() ? ExitCode::success
-                          : console.fail(ExitCode::notSo, "not the URI of a backup: " + reasonOf(text, storageError));
+                          : console.fail(ExitCode::notSo, "not a backup URI: " + reasonOf(uri, storageError));
 }
 
 // --- qel backup-uri build
@@ -97,7 +99,7 @@ ExitCode runParse(const Invocation& invocation, const Console& console) {
 void addBuildOptions(Options& options) {
     options.add({.name = "storage",
                  .value = "FILE",
-                 .help = "put the storage in this message into the URI, its password included"});
+                 .help = "include the storage described in this message, with its password"});
 }
 
 bool areEqual(const QelBackupURI& a, const QelBackupURI& b) {
@@ -117,11 +119,11 @@ ExitCode runBuild(const Invocation& invocation, const Console& console) {
     }
     QelURI uri;
     if (name.isValid() && name.uri(uri) != 0)
-        return console.fail(ExitCode::failed, "the storage can't be put into a URI: " + getErrorMessage());
-    // Nothing is escaped in a URI, so that not every name comes back.
+        return console.fail(ExitCode::failed, "cannot encode the storage in a URI: " + getErrorMessage());
+    // The format has no escapes, so some names do not survive the round trip.
     if (!name.isValid() || !areEqual(QelBackupURI(uri.getUri()), name))
-        return console.fail(ExitCode::usage, "this backup can't be told in a URI: its name is two parts with a slash "
-                                             "between them, and without other slashes, backslashes and '&'");
+        return console.fail(ExitCode::usage, "cannot encode this backup name in a URI: a name has two components "
+                                             "separated by a slash, without other slashes, backslashes or '&'");
     printValue(console, uri.getUri());
     return ExitCode::success;
 }
@@ -130,11 +132,11 @@ ExitCode runBuild(const Invocation& invocation, const Console& console) {
 
 CommandGroup backupUriCommands() {
     static constexpr std::array commands{
-        Command{"parse", "URI", "Shows which backup a URI names and where that lies.", addParseOptions, runParse},
-        Command{"build", "BACKUP [SUBPATH]", "Prints the URI of a backup, or of a path in it.", addBuildOptions,
+        Command{"parse", "URI", "Show the backup that a URI names, and its storage", addParseOptions, runParse},
+        Command{"build", "BACKUP [SUBPATH]", "Print the URI of a backup, or of a path in it", addBuildOptions,
                 runBuild},
     };
-    return {"backup-uri", "Names of backups as URIs.", commands};
+    return {"backup-uri", "Backup URIs", commands};
 }
 
 } // namespace Qel::Tool

@@ -19,7 +19,7 @@ namespace {
 
 namespace Format = CacheFormat;
 
-/// A cache file that was read, and what the checker tells of it.
+/// The contents of a cache file and the result of checking them.
 struct CacheFileImage {
     std::string path;
     std::vector<std::byte> bytes;
@@ -47,23 +47,23 @@ template <class Element> Json toJsonArray(const std::vector<Element>& elements) 
     return array;
 }
 
-/// The current snapshot, if there is one that can be read, and the held ones.
+/// Counts the held snapshots, and the current one if it is readable.
 std::size_t countSnapshots(const CacheFileReport& report) {
     return report.heldSnapshots.size() + (report.achievableSize != 0 ? 1 : 0);
 }
 
-void printCheckAsJson(std::ostream& out, const CacheFileImage& file) {
+Json checkAsJson(const CacheFileImage& file) {
     const CacheFileReport& report = file.report;
-    printJson(out, {{"file", file.path},
-                    {"findings", toJsonArray(report.findings)},
-                    {"records", report.records},
-                    {"snapshots", countSnapshots(report)},
-                    {"heldSnapshots", toJsonArray(report.heldSnapshots)},
-                    {"blocks", report.blocks},
-                    {"freeBlocks", report.freeBlocks}});
+    return {{"file", file.path},
+            {"findings", toJsonArray(report.findings)},
+            {"records", report.records},
+            {"snapshots", countSnapshots(report)},
+            {"heldSnapshots", toJsonArray(report.heldSnapshots)},
+            {"blocks", report.blocks},
+            {"freeBlocks", report.freeBlocks}};
 }
 
-/// What to do, once for all findings that it is the same for.
+/// Prints the advice on all findings, each distinct advice once.
 void printAdvice(std::ostream& out, const Findings& findings) {
     std::set<std::string_view> printed;
     for (const Finding& finding : findings)
@@ -84,14 +84,15 @@ void printCheck(std::ostream& out, const CacheFileImage& file) {
             << countSnapshots(report) << ", blocks " << report.blocks << ", free blocks " << report.freeBlocks << '\n';
 }
 
-ExitCode answerCheck(const Invocation& invocation, const Console& console, const CacheFileImage& file) {
-    (invocation.has("json") ? printCheckAsJson : printCheck)(console.out, file);
+ExitCode showCheck(const Invocation& invocation, const Console& console, const CacheFileImage& file) {
+    Output(invocation, console)
+        .print([&] { return checkAsJson(file); }, [&](std::ostream& out) { printCheck(out, file); });
     return file.report.findings.empty() ? ExitCode::success : ExitCode::notSo;
 }
 
 // --- qel cache info
 
-/// A header field as people read it: pointers as the offset that they lead to.
+/// A header field for the text output; a pointer is shown as the offset of its target.
 std::string fieldText(const CacheBytes& bytes, const Format::HeaderField& field) {
     if (field.isPointer) {
         const auto target = bytes.target(field.offset);
@@ -108,28 +109,28 @@ Json fieldAsJson(const CacheBytes& bytes, const Format::HeaderField& field) {
     return target ? Json(*target) : Json();
 }
 
-/// What is told of a cache file besides its header, in the order of the output.
+/// A number in the output besides the header fields.
 struct Measure {
     const char* jsonName;
-    const char* text;
+    const char* label;
     std::int64_t value;
 };
 
 std::vector<Measure> measure(const CacheBytes& bytes, const CacheFileReport& report) {
     const auto number = [](auto value) { return static_cast<std::int64_t>(value); };
     return {
-        {"fileSize", "bytes of the file", number(bytes.size())},
+        {"fileSize", "file size", number(bytes.size())},
         {"managed", "bytes managed", bytes.word(Format::Header::size)},
         {"used", "bytes used", bytes.word(Format::Header::ttlAllocated)},
         {"free", "bytes free", number(report.freeBytes)},
         {"largestFree", "largest free block", number(report.largestFreeBlock)},
         {"records", "records", report.records},
-        {"snapshotRefCount", "references to the snapshot", report.snapshotRefCount},
+        {"snapshotRefCount", "snapshot references", report.snapshotRefCount},
         {"achievableSize", "achievable size", number(report.achievableSize)},
     };
 }
 
-void printInfoAsJson(std::ostream& out, const CacheFileImage& file) {
+Json infoAsJson(const CacheFileImage& file) {
     const CacheBytes bytes(file.bytes);
     Json header = Json::object();
     for (const Format::HeaderField& field : Format::headerFields)
@@ -137,7 +138,7 @@ void printInfoAsJson(std::ostream& out, const CacheFileImage& file) {
     Json document{{"file", file.path}, {"header", header}};
     for (const Measure& each : measure(bytes, file.report))
         document[each.jsonName] = each.value;
-    printJson(out, document);
+    return document;
 }
 
 void printInfo(std::ostream& out, const CacheFileImage& file) {
@@ -150,12 +151,13 @@ void printInfo(std::ostream& out, const CacheFileImage& file) {
     out << '\n';
     Table table({Table::Align::left, Table::Align::right});
     for (const Measure& each : measure(bytes, file.report))
-        table.addRow({each.text, std::to_string(each.value)});
+        table.addRow({each.label, std::to_string(each.value)});
     table.print(out);
 }
 
-ExitCode answerInfo(const Invocation& invocation, const Console& console, const CacheFileImage& file) {
-    (invocation.has("json") ? printInfoAsJson : printInfo)(console.out, file);
+ExitCode showInfo(const Invocation& invocation, const Console& console, const CacheFileImage& file) {
+    Output(invocation, console)
+        .print([&] { return infoAsJson(file); }, [&](std::ostream& out) { printInfo(out, file); });
     const auto isHarmless = [](const Finding& finding) { return classOf(finding) == FindingClass::harmlessLeak; };
     if (std::ranges::all_of(file.report.findings, isHarmless))
         return ExitCode::success;
@@ -163,30 +165,26 @@ ExitCode answerInfo(const Invocation& invocation, const Console& console, const 
                         file.path + ": the file is damaged, so the numbers may be wrong; see `qel cache check`");
 }
 
-/// Reads and checks the file that the command line names, and lets `answer` print what it is asked for.
-template <ExitCode (*answer)(const Invocation&, const Console&, const CacheFileImage&)>
+/// Reads and checks the cache file in the first argument and passes it to `print`.
+template <ExitCode (*print)(const Invocation&, const Console&, const CacheFileImage&)>
 ExitCode runOnFile(const Invocation& invocation, const Console& console) {
     CacheFileImage file{invocation.arguments[0], {}, {}};
     std::string error;
     if (const ExitCode code = readCacheFile(file.path, file.bytes, error); code != ExitCode::success)
         return console.fail(code, error);
     file.report = checkCacheFile(file.bytes);
-    return answer(invocation, console, file);
+    return print(invocation, console, file);
 }
 
 } // namespace
 
 CommandGroup cacheCommands() {
     static constexpr std::array commands{
-        Command{"info", "CACHE", "Shows a cache file's header and how full the file is.", addJsonOption,
-                runOnFile<answerInfo>},
-        Command{
-            "check", "CACHE",
-            "Looks for damage in a cache file: one line for each finding, with its class, then what to do; exit code 1 "
-            "if there is a finding.",
-            addJsonOption, runOnFile<answerCheck>},
+        Command{"info", "CACHE", "Show the header and space usage of a cache file", addJsonOption, runOnFile<showInfo>},
+        Command{"check", "CACHE", "Check a cache file for damage; exit with status 1 if there are findings",
+                addJsonOption, runOnFile<showCheck>},
     };
-    return {"cache", "The shared cache file.", commands};
+    return {"cache", "Cache files", commands};
 }
 
 } // namespace Qel::Tool

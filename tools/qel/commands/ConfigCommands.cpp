@@ -27,18 +27,19 @@ ExitCode readConfiguration(const std::string& file, QelMessage& message, const C
         return code;
     const Cursor cursor(message.rootIterator());
     if (cursor->seekPresence(Element::data) != 0)
-        return console.fail(ExitCode::badInput, file + ": no configuration: the data element is missing");
+        return console.fail(ExitCode::badInput, file + ": not a configuration: the data element is missing");
     return ExitCode::success;
 }
 
-/// A cursor's way through a configuration as its paths name it, without the `configuration` elements.
+/// Enters the `configuration` element between a section and its options, which paths do not name.  `depth` is the
+/// number of path components above the cursor.
 bool enterOptions(const QelMessageIterator& cursor, int depth) {
     constexpr int sectionDepth = 1;
     return depth != sectionDepth || cursor.seek(Element::configuration) == 0;
 }
 
 void addBase64Option(Options& options) {
-    options.add({.name = "base64", .help = "the element holds the value in base64"});
+    options.add({.name = "base64", .help = "the value is stored in base64"});
 }
 
 // --- qel config get
@@ -55,19 +56,19 @@ ExitCode runGet(const Invocation& invocation, const Console& console) {
     at.seekRoot();
     std::string value;
     if ((invocation.has("base64") ? at.getValueBase64(value, path) : at.getValue(value, path)) != 0)
-        return console.fail(ExitCode::badInput, file + ": the value at " + path + " can't be read");
+        return console.fail(ExitCode::badInput, file + ": cannot read the value at " + path);
     printValue(console, value);
     return ExitCode::success;
 }
 
 // --- qel config set
 
-/// What is wrong with a path that is to be set; null if nothing is.
+/// Checks the path argument of `set`.  Returns an error message, or null if the path is valid.
 const char* findPathError(const std::string& path) {
     if (path.find('/', path.starts_with('/') ? 1 : 0) == std::string::npos)
-        return "names no option: it begins with a section, as in /system/log_level";
+        return "is not the path of an option, such as /system/log_level";
     if (path.ends_with('/') || path.find("//") != std::string::npos)
-        return "has an empty name in it";
+        return "contains an empty name";
     return nullptr;
 }
 
@@ -92,20 +93,20 @@ ExitCode runSet(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = readOrStart(file, *message, console); code != ExitCode::success)
         return code;
     QelConfigurationIterator at(message.release());
-    // Whatever stands before it, the path begins at the data element, where the iterator is.
+    // Absolute and relative paths both start at the data element, the initial position of the iterator.
     if ((invocation.has("base64") ? at.putValueBase64(value, path) : at.putValue(value, path)) != 0)
-        return console.fail(ExitCode::failed, file + ": the value at " + path + " can't be set");
+        return console.fail(ExitCode::failed, file + ": cannot set the value at " + path);
     return writeMessage(file, *at.getMessage(), console);
 }
 
 // --- qel config list
 
-/// Whether the element is a password, of which neither the value nor the elements in it are shown.
+/// Whether the element is a password.  Its value and its child elements must not be shown.
 bool isSecret(const QelMessageIterator& cursor) {
     return cursor.curID() == passwordElement;
 }
 
-/// An element's own value, if it is not secret.
+/// The value of an element, or a placeholder if it is secret and not empty.
 std::string shownValue(const QelMessageIterator& cursor) {
     std::string value;
     cursor.getValue(value, getEmptyID());
@@ -115,7 +116,7 @@ std::string shownValue(const QelMessageIterator& cursor) {
     return value.empty() && child->firstChild() != 0 ? "" : hiddenValue;
 }
 
-/// Calls `visit` with the cursor at each child that a path can name and that may be shown.
+/// Calls `visit` with a cursor on each child element that a path can name and that may be shown.
 template <class Visit> void forEachChild(const QelMessageIterator& cursor, int depth, const Visit& visit) {
     const Cursor child(cursor.newIterator(false));
     if (isSecret(*child) || !enterOptions(*child, depth) || child->firstChild() != 0)
@@ -146,8 +147,8 @@ Json treeAsJson(const QelMessageIterator& cursor, int depth) {
     return children;
 }
 
-/// Moves down a path from the data element; the depth reached, or -1.  The way ends at a password: whether a path into
-/// it exists is not shown either.
+/// Moves the cursor from the data element down a path.  Returns the depth, or -1 if not found.  Stops at a password, so
+/// that the result does not reveal which elements it contains.
 int seekPath(const QelMessageIterator& cursor, std::string_view path) {
     int depth = 0;
     if (path.starts_with('/'))
@@ -173,10 +174,9 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
     const int depth = seekPath(*cursor, path);
     if (depth < 0)
         return console.fail(ExitCode::notSo, file + ": no element at " + path);
-    if (invocation.has("json"))
-        printJson(console.out, treeAsJson(*cursor, depth));
-    else
-        printTree(console.out, *cursor, depth, 0);
+    Output(invocation, console)
+        .print([&] { return treeAsJson(*cursor, depth); },
+               [&](std::ostream& out) { printTree(out, *cursor, depth, 0); });
     return ExitCode::success;
 }
 
@@ -185,7 +185,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
 constexpr std::string_view ownEIDPath = "/agent/id";
 constexpr std::string_view masterEIDPath = "/server_group/master/id";
 
-/// The EIDs that can't be read: path and value.
+/// Malformed EIDs: path and value.
 using MalformedEIDs = std::vector<std::pair<std::string, std::string>>;
 
 struct Identity {
@@ -201,7 +201,7 @@ struct Identity {
     }
 };
 
-/// Adds the EID of the element under the cursor, if there is one that can't be read.
+/// Adds the EID in the current element if it exists and is malformed.
 void addMalformed(const QelMessageIterator& cursor, const std::string& path, MalformedEIDs& malformed) {
     QelEID eid;
     std::string value;
@@ -209,7 +209,7 @@ void addMalformed(const QelMessageIterator& cursor, const std::string& path, Mal
         malformed.emplace_back(path, value);
 }
 
-/// Moves to the element at a path, and on to its options if it is a section.
+/// Moves the cursor to the element at a path, or to its options if it is a section.
 bool seekOptions(const QelMessageIterator& cursor, std::string_view path) {
     cursor.seekRoot();
     cursor.seek(Element::data);
@@ -233,7 +233,7 @@ MalformedEIDs findMalformedEIDs(QelMessage& message) {
     return malformed;
 }
 
-std::string textOf(const QelEID& eid) {
+std::string stringOf(const QelEID& eid) {
     return eid.isValid() ? eid.toString() : "";
 }
 
@@ -250,11 +250,11 @@ Identity identityOf(const QelConfiguration& configuration) {
     identity.malformed = findMalformedEIDs(*configuration.getMessage());
     QelEID own;
     configuration.getEID(own);
-    identity.eid = textOf(own);
+    identity.eid = stringOf(own);
     identity.role = roleOf(configuration);
     QelEID master;
     configuration.getMaster(master);
-    identity.master = textOf(master);
+    identity.master = stringOf(master);
     QelEIDList slaves;
     configuration.getGroupSlaves(slaves);
     for (const QelEID& slave : slaves)
@@ -263,11 +263,11 @@ Identity identityOf(const QelConfiguration& configuration) {
     return identity;
 }
 
-Json orNull(const std::string& text) {
-    return text.empty() ? Json() : Json(text);
+Json orNull(const std::string& string) {
+    return string.empty() ? Json() : Json(string);
 }
 
-void printIdentityAsJson(std::ostream& out, const Identity& identity) {
+Json identityAsJson(const Identity& identity) {
     Json document;
     document["eid"] = orNull(identity.eid);
     document["role"] = identity.role;
@@ -280,7 +280,7 @@ void printIdentityAsJson(std::ostream& out, const Identity& identity) {
                             {"address", info.address},
                             {"port", info.port},
                             {"user", info.authName.name.get()}});
-    printJson(out, document);
+    return document;
 }
 
 void printIdentity(std::ostream& out, const Identity& identity) {
@@ -313,11 +313,12 @@ ExitCode runIdentity(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = readConfiguration(invocation.arguments[0], *message, console); code != ExitCode::success)
         return code;
     const Identity identity = identityOf(QelConfiguration(message.get()));
-    (invocation.has("json") ? printIdentityAsJson : printIdentity)(console.out, identity);
+    Output(invocation, console)
+        .print([&] { return identityAsJson(identity); }, [&](std::ostream& out) { printIdentity(out, identity); });
     ExitCode worst = ExitCode::success;
     for (const auto& [path, value] : identity.malformed)
         worst = console.fail(ExitCode::badInput, shownName(invocation.arguments[0]) + ": " + path + ": '" +
-                                                     showControls(value) + "' is malformed, it is no EID");
+                                                     showControls(value) + "' is not a valid EID");
     return worst;
 }
 
@@ -325,17 +326,18 @@ ExitCode runIdentity(const Invocation& invocation, const Console& console) {
 
 CommandGroup configCommands() {
     static constexpr std::array commands{
-        Command{"get", "FILE PATH", "Prints the value at a path, as in /system/log_level.", addBase64Option, runGet},
+        Command{"get", "FILE PATH", "Print the value at a path, such as /system/log_level", addBase64Option, runGet},
         Command{"set", "FILE PATH VALUE",
-                "Sets the value at a path and makes what is missing of it; a missing file is started.", addBase64Option,
+                "Set the value at a path; create missing elements, and the file if it does not exist", addBase64Option,
                 runSet},
-        Command{"list", "FILE [PATH]", "Shows what stands below a path, or everything, as a tree without passwords.",
-                addJsonOption, runList},
+        Command{"list", "FILE [PATH]",
+                "Show the elements below a path, or all elements, as a tree; passwords are hidden", addJsonOption,
+                runList},
         Command{"identity", "FILE",
-                "Shows who the agent is, its place in the server group and the agents that it reaches.", addJsonOption,
+                "Show the agent's EID, its role in the server group and the agents it can connect to", addJsonOption,
                 runIdentity},
     };
-    return {"config", "Configurations of agents.", commands};
+    return {"config", "Agent configurations", commands};
 }
 
 } // namespace Qel::Tool

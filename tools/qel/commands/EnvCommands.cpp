@@ -22,23 +22,24 @@ namespace Qel::Tool {
 
 namespace {
 
-/// The element of an environment in a message.
+/// ID of the element that contains an environment.
 constexpr int environmentElement = 1624;
 
 ExitCode worse(ExitCode a, ExitCode b) {
     return std::max(a, b);
 }
 
-ExitCode parseEID(const std::string& text, const Console& console, QelEID& eid) {
-    if (eid.fromString(text.c_str()) == 0)
+ExitCode parseEID(const std::string& string, const Console& console, QelEID& eid) {
+    if (eid.fromString(string.c_str()) == 0)
         return ExitCode::success;
     return console.fail(ExitCode::usage,
-                        "'" + text + "' is no EID, which looks like 00112233-4455-6677-8899-aabbccddeeff");
+                        "'" + string + "' is not an EID of the form 00112233-4455-6677-8899-aabbccddeeff");
 }
 
 // --- qel env put
 
-/// Inserts or updates.  Other processes may do the same meanwhile, so what is found may be outdated when it's used.
+/// Inserts or updates an environment.  Another process may insert or remove it between the lookup and the change, in
+/// which case the other operation is tried.
 int store(QelEnvCache& cache, const QelEnv& env, const char*& done) {
     constexpr int attempts = 100;
     bool isThere = cache.getEnvCopy(env.getEID()) != nullptr;
@@ -59,7 +60,7 @@ ExitCode putEnv(QelEnvCache& cache, const std::string& place, const QelMessageIt
     boost::shared_ptr<QelEnv> env;
     if (const int result = QelEnv::EnvSPReader()(cursor, env)) {
         const std::string reason = getErrorMessage().empty() ? "" : ": " + getErrorMessage();
-        return console.fail(ExitCode::badInput, place + ": reader gave " + std::to_string(result) + reason);
+        return console.fail(ExitCode::badInput, place + ": reader returned " + std::to_string(result) + reason);
     }
     if (!env->getEID().isValid())
         return console.fail(ExitCode::badInput, place + ": the EID is empty");
@@ -82,7 +83,7 @@ ExitCode putFile(QelEnvCache& cache, const std::string& name, const Console& con
         return worst;
     const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
     if (cursor->firstChild(environmentElement) != 0)
-        return console.fail(ExitCode::badInput, shownName(name) + ": no environment in it");
+        return console.fail(ExitCode::badInput, shownName(name) + ": contains no environment");
     int number = 0;
     do {
         const std::string place = shownName(name) + ": environment " + std::to_string(++number);
@@ -104,12 +105,12 @@ ExitCode runPut(const Invocation& invocation, const Console& console) {
 // --- qel env list
 
 void addListOptions(Options& options) {
-    options.add({.name = "parent", .value = "EID", .help = "only the children of this environment"});
-    options.add({.name = "tree", .help = "draw the hierarchy"});
+    options.add({.name = "parent", .value = "EID", .help = "list only the children of this environment"});
+    options.add({.name = "tree", .help = "show the hierarchy as a tree"});
     addJsonOption(options);
 }
 
-/// Everything that one snapshot shows, which is given back at once.  False if none can be had.
+/// Copies the environments of one snapshot and releases it.  Returns false if no snapshot is available.
 bool readSnapshot(QelEnvCache& cache, std::vector<EnvSummary>& all) {
     const SignalGuard guard;
     const QelEnvCache::EnvValuesListPtr list = cache.getEnvList();
@@ -120,7 +121,7 @@ bool readSnapshot(QelEnvCache& cache, std::vector<EnvSummary>& all) {
     return true;
 }
 
-/// The environments right below one.
+/// The direct children of an environment.
 std::vector<EnvSummary> childrenOf(const QelEID& parent, const std::vector<EnvSummary>& all) {
     std::vector<EnvSummary> children;
     std::copy_if(all.begin(), all.end(), std::back_inserter(children),
@@ -128,7 +129,7 @@ std::vector<EnvSummary> childrenOf(const QelEID& parent, const std::vector<EnvSu
     return children;
 }
 
-/// The environments below one, at any depth.
+/// The descendants of an environment at any depth, sorted by EID.  Tolerates cycles of parents.
 std::vector<EnvSummary> descendantsOf(const QelEID& ancestor, const std::vector<EnvSummary>& all) {
     std::multimap<QelEID, const EnvSummary*> byParent;
     for (const EnvSummary& env : all)
@@ -155,8 +156,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
     const bool hasParent = invocation.has("parent");
     const bool isTree = invocation.has("tree");
     if (hasParent) {
-        const std::string text = invocation.text("parent");
-        if (const ExitCode code = parseEID(text, console, parent); code != ExitCode::success)
+        if (const ExitCode code = parseEID(invocation.text("parent"), console, parent); code != ExitCode::success)
             return code;
     }
     QelEnvCacheSP cache;
@@ -165,7 +165,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
         return code;
     std::vector<EnvSummary> envs;
     if (!readSnapshot(*cache, envs))
-        return console.fail(ExitCode::failed, invocation.arguments[0] + ": no snapshot can be had");
+        return console.fail(ExitCode::failed, invocation.arguments[0] + ": cannot take a snapshot");
     if (hasParent)
         envs = isTree ? descendantsOf(parent, envs) : childrenOf(parent, envs);
     const auto print = invocation.has("json") ? printAsJson : isTree ? printAsTree : printAsTable;
@@ -176,16 +176,15 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
 // --- qel env get
 
 void addGetOptions(Options& options) {
-    options.add({.name = "binary", .help = "in binary form"});
+    options.add({.name = "binary", .help = "write the binary form"});
 }
 
-/// Writes an environment into a message that reads back as the same environment.
+/// Writes an environment to a message from which an equal environment can be read.
 int writeEnv(const QelEnv& env, QelMessage& message) {
     const std::unique_ptr<QelMessageIterator> cursor(message.rootIterator());
     if (cursor->putObject(env, QelEnv::Writer(), environmentElement) != 0 || cursor->seek(environmentElement) != 0)
         return -1;
-    // A configuration that the environment hasn't got is written as an empty one, which would be read as one that it
-    // has.
+    // The writer writes an absent configuration as an empty element, which would be read as an empty configuration.
     constexpr int configElement = 1185;
     constexpr int virtualConfigElement = 1872;
     const auto core = env.getCoreBasic();
@@ -197,9 +196,9 @@ int writeEnv(const QelEnv& env, QelMessage& message) {
 }
 
 ExitCode runGet(const Invocation& invocation, const Console& console) {
-    const std::string& eidText = invocation.arguments[1];
+    const std::string& eidString = invocation.arguments[1];
     QelEID eid;
-    if (const ExitCode code = parseEID(eidText, console, eid); code != ExitCode::success)
+    if (const ExitCode code = parseEID(eidString, console, eid); code != ExitCode::success)
         return code;
     QelEnvCacheSP cache;
     if (const ExitCode code = openCache(invocation.arguments[0], CacheUse::existing, console, cache);
@@ -211,14 +210,14 @@ ExitCode runGet(const Invocation& invocation, const Console& console) {
         env = cache->getEnvCopy(eid);
     }
     if (!env)
-        return console.fail(ExitCode::notSo, eidText + ": not in the cache");
+        return console.fail(ExitCode::notSo, eidString + ": not in the cache");
 
     const auto_destroy<QelMessage> message(new QelBinary);
     std::string content;
     clearErrorMessage();
     if (writeEnv(*env, *message) != 0 ||
         (invocation.has("binary") ? message->toBinary(content) : toText(*message, content)) != 0)
-        return console.fail(ExitCode::failed, eidText + ": can't be written as a message: " + getErrorMessage());
+        return console.fail(ExitCode::failed, eidString + ": cannot write the message: " + getErrorMessage());
     console.out << content;
     return ExitCode::success;
 }
@@ -227,8 +226,8 @@ ExitCode runGet(const Invocation& invocation, const Console& console) {
 
 ExitCode runRemove(const Invocation& invocation, const Console& console) {
     std::vector<QelEID> eids;
-    for (auto text = invocation.arguments.begin() + 1; text != invocation.arguments.end(); ++text) {
-        if (const ExitCode code = parseEID(*text, console, eids.emplace_back()); code != ExitCode::success)
+    for (auto argument = invocation.arguments.begin() + 1; argument != invocation.arguments.end(); ++argument) {
+        if (const ExitCode code = parseEID(*argument, console, eids.emplace_back()); code != ExitCode::success)
             return code;
     }
     QelEnvCacheSP cache;
@@ -243,7 +242,7 @@ ExitCode runRemove(const Invocation& invocation, const Console& console) {
             wasThere = cache->getEnvCopy(eid) != nullptr;
             result = cache->remove(eid);
         }
-        // Somebody else may have removed it between the two, which is as good.
+        // A missing key means that another process removed the environment after the lookup.
         if (result != 0 && result != cacheKeyMissing)
             worst = console.fail(ExitCode::failed, eid.toString() + ": " + describeCacheResult(result));
         else
@@ -259,17 +258,17 @@ void addWatchOptions(Options& options) {
                  .value = "SECONDS",
                  .kind = OptionKind::real,
                  .byDefault = "1",
-                 .help = "how often to look"});
+                 .help = "polling interval"});
 }
 
 const char* wordFor(EnvChange::Kind kind) {
     switch (kind) {
     case EnvChange::Kind::came:
-        return "came   ";
+        return "added  ";
     case EnvChange::Kind::changed:
         return "changed";
     case EnvChange::Kind::went:
-        return "went   ";
+        return "removed";
     }
     return "";
 }
@@ -284,7 +283,7 @@ void printChanges(std::ostream& out, const std::vector<EnvChange>& changes) {
     out.flush();
 }
 
-/// Looks at the cache until a signal comes or nobody reads what is printed.
+/// Polls the cache until a termination signal arrives or the output fails.
 ExitCode watch(QelEnvCache& cache, std::chrono::nanoseconds interval, const Console& console) {
     const EndsWhenInterrupted ending;
     EnvWatcher watcher;
@@ -293,12 +292,12 @@ ExitCode watch(QelEnvCache& cache, std::chrono::nanoseconds interval, const Cons
         std::vector<EnvChange> changes;
         {
             const SignalGuard guard;
-            // What is there at the beginning is no news.
+            // The first look only takes the baseline.
             if (!isFirst && guard.waitFor(interval))
                 return ExitCode::success;
             const QelEnvCache::EnvValuesListPtr list = cache.getEnvList();
             if (!list)
-                return console.fail(ExitCode::failed, cache.getID() + ": no snapshot can be had");
+                return console.fail(ExitCode::failed, cache.getID() + ": cannot take a snapshot");
             changes = watcher.look(*list);
         }
         if (!isFirst)
@@ -312,7 +311,7 @@ ExitCode runWatch(const Invocation& invocation, const Console& console) {
     const double seconds = invocation.real("interval");
     constexpr double longest = 86400;
     if (!(seconds > 0 && seconds <= longest))
-        return console.fail(ExitCode::usage, "--interval takes more than 0 and at most 86400 seconds");
+        return console.fail(ExitCode::usage, "--interval must be greater than 0 and at most 86400 seconds");
     QelEnvCacheSP cache;
     if (const ExitCode code = openCache(invocation.arguments[0], CacheUse::existing, console, cache);
         code != ExitCode::success)
@@ -325,16 +324,15 @@ ExitCode runWatch(const Invocation& invocation, const Console& console) {
 
 CommandGroup envCommands() {
     static constexpr std::array commands{
-        Command{"put", "CACHE FILE...", "Inserts or updates every environment of message files; - is standard input.",
+        Command{"put", "CACHE FILE...", "Insert or update the environments in message files; - is standard input",
                 nullptr, runPut},
-        Command{"list", "CACHE", "Lists the environments.", addListOptions, runList},
-        Command{"get", "CACHE EID", "Prints an environment as a message that `qel env put` takes.", addGetOptions,
-                runGet},
-        Command{"remove", "CACHE EID...", "Removes environments; it's fine if they aren't there.", nullptr, runRemove},
-        Command{"watch", "CACHE", "Prints what came, changed and went, until it is interrupted.", addWatchOptions,
+        Command{"list", "CACHE", "List the environments in a cache", addListOptions, runList},
+        Command{"get", "CACHE EID", "Print an environment as a message for `qel env put`", addGetOptions, runGet},
+        Command{"remove", "CACHE EID...", "Remove environments; unknown ones are not an error", nullptr, runRemove},
+        Command{"watch", "CACHE", "Print added, changed and removed environments until interrupted", addWatchOptions,
                 runWatch},
     };
-    return {"env", "Environments in the shared cache.", commands};
+    return {"env", "Environments in a cache file", commands};
 }
 
 } // namespace Qel::Tool

@@ -20,7 +20,7 @@ namespace Qel::Tool {
 
 namespace {
 
-/// What the info tells; ExitCode::failed, and an error, if that is more than a text may be.
+/// Renders a parameter of an info.  Reports an error and returns ExitCode::failed if the result exceeds the size limit.
 ExitCode render(const QelInfo& info, const std::string& path, const std::string& file, const Console& console,
                 std::string& text) {
     clearErrorMessage();
@@ -32,13 +32,12 @@ ExitCode render(const QelInfo& info, const std::string& path, const std::string&
 // --- qel event show
 
 void addShowOptions(Options& options) {
-    options.add(
-        {.name = "cache", .value = "CACHE", .help = "call environments by the titles that they have in a cache file"});
-    addVocOption(options, "vocabularies, which tell the alerts whose values are doubles");
+    options.add({.name = "cache", .value = "CACHE", .help = "show environments by their titles in this cache file"});
+    addVocOption(options, "vocabularies that define which alerts have floating-point values");
     addJsonOption(options);
 }
 
-/// The process's cache for as long as this lives.
+/// Sets the process-wide cache during its lifetime.
 class NamedCache {
 public:
     explicit NamedCache(const std::string& path) { initEnvCache(path, false); }
@@ -50,8 +49,8 @@ public:
     }
 };
 
-/// Silences the log for as long as this lives.  A text that names an environment asks the process's cache for a title,
-/// and without one each attempt is logged as a failure.
+/// Silences the log during its lifetime.  Rendering a reference to an environment looks up its title in the
+/// process-wide cache; without a cache, every lookup logs an error.
 class QuietLog {
 public:
     QuietLog() : m_level(std::exchange(debug_level, 0)) {}
@@ -63,7 +62,7 @@ private:
     int m_level;
 };
 
-/// What a payload is, and what it tells.
+/// The payload of an event: its type and rendered text, which is empty unless `isKnown`.
 struct Payload {
     std::string type;
     bool isKnown;
@@ -76,7 +75,8 @@ bool isResourceAlert(const QelMessageIterator& payload) {
     return found != factories.end() && found->second == &factoryQelResourceAlertData;
 }
 
-/// What an alert tells, with doubles as such: by itself it tells their bits as an integer.
+/// The info of an alert, with floating-point values as such; QelResourceAlertData::toInfo() renders their bits as
+/// integers.
 QelInfo infoOf(const QelResourceAlertData& alert) {
     QelInfo info;
     alert.toInfo(info);
@@ -92,8 +92,8 @@ QelInfo infoOf(const QelResourceAlertData& alert) {
     return info;
 }
 
-/// What the payload under the cursor tells; nothing if it can't be read.  The values of a resource alert are read in
-/// the form that the vocabularies tell, if there are any; any other payload is the event's.
+/// The info of the payload at the cursor, or std::nullopt if it is unreadable.  With vocabularies, a resource alert is
+/// read again to interpret its values; any other payload is that of `event`.
 std::optional<QelInfo> infoOfPayload(const QelEvent& event, const QelMessageIterator& payload,
                                      const QelVocMapSP& vocabularies) {
     if (vocabularies && isResourceAlert(payload)) {
@@ -109,7 +109,7 @@ std::optional<QelInfo> infoOfPayload(const QelEvent& event, const QelMessageIter
     return info;
 }
 
-/// The payload of the event under the cursor; nothing if it has none.
+/// Describes the payload of the event at the cursor.  Leaves `payload` empty if there is none.
 ExitCode describePayload(const QelEvent& event, const QelMessageIterator& cursor, const QelVocMapSP& vocabularies,
                          const std::string& file, const Console& console, std::optional<Payload>& payload) {
     if (cursor.seek(1307) != 0)
@@ -124,33 +124,33 @@ ExitCode describePayload(const QelEvent& event, const QelMessageIterator& cursor
     return info ? render(*info, "/", file, console, payload->text) : ExitCode::success;
 }
 
-std::string timeText(long time) {
+std::string timeString(long time) {
     return std::string(QelValueText::ofTime(time).view());
 }
 
-void printEventAsJson(std::ostream& out, const QelEvent& event, const std::string& text,
-                      const std::optional<Payload>& payload, const std::vector<std::string>& subscriptions) {
-    Json json{{"id", event.id.toString()},   {"time", timeText(event.time)},   {"environment", event.eid.toString()},
+Json eventAsJson(const QelEvent& event, const std::string& text, const std::optional<Payload>& payload,
+                 const std::vector<std::string>& subscriptions) {
+    Json json{{"id", event.id.toString()},   {"time", timeString(event.time)}, {"environment", event.eid.toString()},
               {"source", event.source},      {"category", event.category},     {"severity", event.severity},
               {"sid", event.sid.toString()}, {"subscriptions", subscriptions}, {"text", text},
               {"payload", nullptr}};
     if (payload)
         json["payload"] = {{"type", payload->type}, {"known", payload->isKnown}, {"text", payload->text}};
-    printJson(out, json);
+    return json;
 }
 
 std::string joined(const std::vector<std::string>& words) {
-    std::string text;
+    std::string string;
     for (const std::string& word : words)
-        text += (text.empty() ? "" : " ") + word;
-    return text;
+        string += (string.empty() ? "" : " ") + word;
+    return string;
 }
 
 void printEvent(std::ostream& out, const QelEvent& event, const std::string& text,
                 const std::optional<Payload>& payload, const std::vector<std::string>& subscriptions) {
     Table table;
     table.addRow({"event", event.id.toString()});
-    table.addRow({"time", timeText(event.time)});
+    table.addRow({"time", timeString(event.time)});
     table.addRow({"environment", event.eid.toString()});
     table.addRow({"source", event.source});
     table.addRow({"category", event.category});
@@ -159,7 +159,7 @@ void printEvent(std::ostream& out, const QelEvent& event, const std::string& tex
     table.addRow({"subscriptions", joined(subscriptions)});
     table.addRow({"text", text});
     if (payload) {
-        table.addRow({"payload", payload->type + (payload->isKnown ? "" : ", which can't be read")});
+        table.addRow({"payload", payload->type + (payload->isKnown ? "" : " (unreadable)")});
         table.addRow({"payload text", payload->text});
     }
     table.print(out);
@@ -192,8 +192,10 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = describePayload(event, from.cursor(), vocabularies, file, console, payload);
         code != ExitCode::success)
         return code;
-    (invocation.has("json") ? printEventAsJson : printEvent)(console.out, event, text, payload,
-                                                             from.message().getSubscriptions());
+    const std::vector<std::string> subscriptions = from.message().getSubscriptions();
+    Output(invocation, console)
+        .print([&] { return eventAsJson(event, text, payload, subscriptions); },
+               [&](std::ostream& out) { printEvent(out, event, text, payload, subscriptions); });
     return ExitCode::success;
 }
 
@@ -203,10 +205,10 @@ void addRenderOptions(Options& options) {
     options.add({.name = "path",
                  .value = "PATH",
                  .byDefault = "/",
-                 .help = "the parameter to render, by the names that lead to it: env/title"});
+                 .help = "path of the parameter to render, such as env/title"});
 }
 
-/// Whether a path, as QelInfo::getParameterByPath() takes it, leads to a parameter or to the info itself.
+/// Whether a path in the syntax of QelInfo::getParameterByPath() names a parameter or the info itself.
 bool hasParameter(const QelInfo& info, std::string_view path) {
     const QelInfo* at = &info;
     while (at) {
@@ -240,18 +242,17 @@ ExitCode runRender(const Invocation& invocation, const Console& console) {
 
 CommandGroup eventCommands() {
     static constexpr std::array commands{
-        Command{"show", "FILE", "Shows the event in a message: who, when, where and why, and what its payload tells.",
-                addShowOptions, runShow},
+        Command{"show", "FILE", "Show the event in a message, with its payload", addShowOptions, runShow},
     };
-    return {"event", "Events and alerts.", commands};
+    return {"event", "Events and alerts", commands};
 }
 
 CommandGroup infoCommands() {
     static constexpr std::array commands{
-        Command{"render", "FILE", "Prints the text of the info in a message, with its values in their places.",
+        Command{"render", "FILE", "Print the text of the info in a message, with its parameters filled in",
                 addRenderOptions, runRender},
     };
-    return {"info", "Message texts that are kept apart from their values.", commands};
+    return {"info", "Texts with parameters", commands};
 }
 
 } // namespace Qel::Tool

@@ -23,11 +23,11 @@ namespace {
 
 // --- paths
 
-std::string inQuotes(const std::string& path) {
+std::string quoted(const std::string& path) {
     return "'" + path + "'";
 }
 
-/// A path as the agent reads it from a message of the client `session`.
+/// Resolves a path as the agent does for a message of the client `session`.
 int readPath(const std::string& path, const std::string& session, std::string& resolved) {
     const auto_destroy<QelMessage> message(new QelBinary);
     if (message->create(0) != 0)
@@ -38,50 +38,51 @@ int readPath(const std::string& path, const std::string& session, std::string& r
     return QelFilePathReader()(*cursor, resolved);
 }
 
-/// Resolves a path that begins with the word for the upload folder.  The library replaces the word and does not look
-/// at the rest; here the path must not lead out of the folder.
+/// Resolves a path that starts with the placeholder of the upload folder.  The library only substitutes the
+/// placeholder; here, paths out of the folder are rejected.
 ExitCode resolve(const std::string& given, const Invocation& invocation, const Console& console, TransferPath& path) {
     path = {.given = given, .name = given, .directory = {}, .beneath = {}};
     if (!given.starts_with(QelFilerBase::SESSION_DIR))
         return ExitCode::success;
     if (!invocation.has("session"))
-        return console.fail(ExitCode::usage, inQuotes(given) + ": --session must name the client of the upload folder");
+        return console.fail(ExitCode::usage, quoted(given) + ": --session is required to locate the upload folder");
     if (readPath(std::string(QelFilerBase::SESSION_DIR), invocation.text("session"), path.directory) != 0)
         return console.fail(ExitCode::badInput, getErrorMessage());
     path.beneath = given.substr(QelFilerBase::SESSION_DIR.size());
     path.name = path.directory + path.beneath;
-    // The name of a neighbour of the folder may begin with that of the folder.
+    // "$SESSION$x" would be a sibling of the folder whose name starts with the folder's name.
     if (!path.beneath.empty() && path.beneath.front() != '/')
-        return console.fail(ExitCode::badInput, inQuotes(given) + " leads out of the upload folder");
+        return console.fail(ExitCode::badInput, quoted(given) + " leads out of the upload folder");
     return ExitCode::success;
 }
 
 // --- qel file copy
 
 void addCopyOptions(Options& options) {
-    options.add({.name = "overwrite", .help = "write to a file that exists, from its start; the rest of it stays"});
-    options.add({.name = "append", .help = "write to a file that exists, at its end"});
-    options.add({.name = "truncate", .help = "write to a file that exists, and drop what it holds"});
+    options.add(
+        {.name = "overwrite", .help = "write to an existing file from its start; keep the bytes after the copy"});
+    options.add({.name = "append", .help = "append to an existing file"});
+    options.add({.name = "truncate", .help = "truncate an existing file"});
     options.add({.name = "session",
                  .value = "NAME",
-                 .help = "the client whose upload folder $SESSION$ at the start of a path means"});
+                 .help = "client whose upload folder replaces $SESSION$ at the start of a path"});
 }
 
-/// A terminal on the error stream: the number of its columns.
+/// The number of columns if the error stream is a terminal, or std::nullopt.
 std::optional<std::size_t> terminalWidth(const Console& console) {
-    constexpr std::size_t usual = 80;
+    constexpr std::size_t defaultWidth = 80;
     if (&console.err != &std::cerr || isatty(STDERR_FILENO) != 1)
         return std::nullopt;
     winsize size{};
-    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
+    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : defaultWidth;
 }
 
 std::string bytes(long long count) {
     return std::to_string(count) + (count == 1 ? " byte" : " bytes");
 }
 
-/// Moves the file, with progress on a terminal.
-TransferResult copyWatched(FileSource& source, FileDestination& destination, const Console& console) {
+/// Copies the file and shows the progress on a terminal.
+TransferResult copyWithProgress(FileSource& source, FileDestination& destination, const Console& console) {
     const std::optional<std::size_t> width = terminalWidth(console);
     std::optional<TransferProgress> progress;
     const TransferResult result = transfer(source, destination, [&](long long moved) {
@@ -96,7 +97,7 @@ TransferResult copyWatched(FileSource& source, FileDestination& destination, con
     return result;
 }
 
-/// An interruption can show as a failure of the call that waited.
+/// Reports a failure.  An interruption makes blocking calls fail with EINTR, so it takes precedence over their errors.
 ExitCode failOrReportInterruption(ExitCode code, const std::string& details, const Console& console) {
     const bool isInterrupted = NotesInterruption::isInterrupted();
     return console.fail(isInterrupted ? ExitCode::failed : code,
@@ -107,16 +108,16 @@ ExitCode reportResult(const TransferResult& result, const FileSource& source, co
                       const Console& console) {
     using End = TransferResult::End;
     if (result.end == End::complete) {
-        console.out << "copied " << bytes(result.moved) << " to " << showControls(inQuotes(destination.name()));
+        console.out << "copied " << bytes(result.moved) << " to " << showControls(quoted(destination.name()));
         if (destination.kept() > 0)
-            console.out << ", which keeps " << bytes(destination.kept()) << " after them";
+            console.out << ", keeping " << bytes(destination.kept()) << " after the copy";
         console.out << '\n';
         return ExitCode::success;
     }
-    // The size that a file reports may be wrong.
+    // The size reported for a file may be wrong, for example in /proc.
     const std::string total = result.moved < source.size() ? " of " + std::to_string(source.size()) : "";
     return failOrReportInterruption(result.end == End::sourceFailed ? ExitCode::badInput : ExitCode::failed,
-                                    "; " + bytes(result.moved) + total + " are in " + inQuotes(destination.name()),
+                                    "; copied " + bytes(result.moved) + total + " to " + quoted(destination.name()),
                                     console);
 }
 
@@ -131,7 +132,7 @@ FileDestination::Start startOf(const Invocation& invocation) {
 
 ExitCode runCopy(const Invocation& invocation, const Console& console) {
     if (invocation.has("append") && invocation.has("truncate"))
-        return console.fail(ExitCode::usage, "--append and --truncate exclude each other");
+        return console.fail(ExitCode::usage, "options '--append' and '--truncate' cannot be used together");
     std::array<TransferPath, 2> paths;
     for (std::size_t i = 0; i < paths.size(); ++i)
         if (const ExitCode code = resolve(invocation.arguments[i], invocation, console, paths[i]);
@@ -146,17 +147,16 @@ ExitCode runCopy(const Invocation& invocation, const Console& console) {
         code = destination.open(source);
     if (code != ExitCode::success)
         return failOrReportInterruption(code, "", console);
-    return reportResult(copyWatched(source, destination, console), source, destination, console);
+    return reportResult(copyWithProgress(source, destination, console), source, destination, console);
 }
 
 } // namespace
 
 CommandGroup fileCommands() {
     static constexpr std::array commands{
-        Command{"copy", "SRC DST", "Copies a file block by block, up to its end; holes stay holes.", addCopyOptions,
-                runCopy},
+        Command{"copy", "SRC DST", "Copy a file in blocks, preserving holes", addCopyOptions, runCopy},
     };
-    return {"file", "Files on their way between agents.", commands};
+    return {"file", "File transfer between agents", commands};
 }
 
 } // namespace Qel::Tool

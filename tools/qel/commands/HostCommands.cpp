@@ -16,12 +16,11 @@ namespace {
 
 void addReportOptions(Options& options) {
     options.add({.name = "arguments",
-                 .help = "include the arguments of processes; they are left out by default, since command lines may "
-                         "hold passwords"});
+                 .help = "include process arguments; omitted by default because they may contain passwords"});
     options.add({.name = "binary", .help = "write the binary form"});
 }
 
-void tellProblems(const Problems& problems, const Console& console) {
+void reportProblems(const Problems& problems, const Console& console) {
     for (const std::string& problem : problems)
         static_cast<void>(console.fail(ExitCode::success, problem));
 }
@@ -37,7 +36,7 @@ ExitCode runReport(const Invocation& invocation, const Console& console) {
     message->setTime(static_cast<long>(std::time(nullptr)));
     const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
     writeReport(*cursor, report, problems);
-    tellProblems(problems, console);
+    reportProblems(problems, console);
     std::string content;
     if ((invocation.has("binary") ? message->toBinary(content) : toText(*message, content)) != 0)
         return console.fail(ExitCode::failed, getErrorMessage());
@@ -56,7 +55,7 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
     Problems problems;
     const HostReport report = readReport(*cursor, problems);
     if (report.isEmpty() && problems.empty())
-        return console.fail(ExitCode::badInput, shownName(file) + ": no report of a host");
+        return console.fail(ExitCode::badInput, shownName(file) + ": contains no host report");
     printReport(console.out, report);
     for (const std::string& problem : problems)
         static_cast<void>(console.fail(ExitCode::badInput, shownName(file) + ": " + problem));
@@ -67,12 +66,11 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
 
 CommandGroup hostCommands() {
     static constexpr std::array commands{
-        Command{"report", "",
-                "Writes a message with what the machine is, does and knows, and tells what it could not read.",
+        Command{"report", "", "Print a message that describes this machine; report what could not be read",
                 addReportOptions, runReport},
-        Command{"show", "FILE", "Shows such a message as tables; - is standard input.", nullptr, runShow},
+        Command{"show", "FILE", "Show a host report as tables; - is standard input", nullptr, runShow},
     };
-    return {"host", "The machine that an agent runs on.", commands};
+    return {"host", "Inventory of the machine that an agent runs on", commands};
 }
 
 } // namespace Qel::Tool

@@ -20,7 +20,7 @@ constexpr std::string_view textForm = "text";
 constexpr std::string_view binaryForm = "binary";
 
 void addConvertOptions(Options& options) {
-    options.add({.name = "to", .value = "FORM", .isRequired = true, .help = "the form to write: text or binary"});
+    options.add({.name = "to", .value = "FORM", .isRequired = true, .help = "output form, text or binary"});
 }
 
 ExitCode runConvert(const Invocation& invocation, const Console& console) {
@@ -28,7 +28,7 @@ ExitCode runConvert(const Invocation& invocation, const Console& console) {
     const std::string& out = invocation.arguments[1];
     const std::string form = invocation.text("to");
     if (form != textForm && form != binaryForm)
-        return console.fail(ExitCode::usage, "--to takes text or binary, not '" + form + "'");
+        return console.fail(ExitCode::usage, "invalid value '" + form + "' for --to: expected text or binary");
 
     QelFileLock lock;
     if (areOneFile(in, out))
@@ -54,14 +54,14 @@ std::array<NameTable, 3> nameTables() {
     return {{{"elements", QelNames::elements()}, {"namespaces", QelNames::namespaces()}, {"types", QelNames::types()}}};
 }
 
-void printNamesAsJson(std::ostream& out) {
+Json namesAsJson() {
     Json document = Json::object();
     for (const NameTable& table : nameTables()) {
         Json& names = document[table.title] = Json::object();
         for (const QelNames::Entry& entry : table.entries)
             names[std::to_string(entry.id)] = entry.name;
     }
-    printJson(out, document);
+    return document;
 }
 
 void printNames(std::ostream& out) {
@@ -75,7 +75,7 @@ void printNames(std::ostream& out) {
 }
 
 ExitCode runNames(const Invocation& invocation, const Console& console) {
-    (invocation.has("json") ? printNamesAsJson : printNames)(console.out);
+    Output(invocation, console).print(namesAsJson, printNames);
     return ExitCode::success;
 }
 
@@ -83,12 +83,11 @@ ExitCode runNames(const Invocation& invocation, const Console& console) {
 
 CommandGroup messageCommands() {
     static constexpr std::array commands{
-        Command{"convert", "IN OUT",
-                "Writes a message in text or binary form, whichever it has; - is standard input or output.",
+        Command{"convert", "IN OUT", "Convert a message to text or binary form; - is standard input or output",
                 addConvertOptions, runConvert},
-        Command{"names", "", "Lists the names of element, namespace and type IDs.", addJsonOption, runNames},
+        Command{"names", "", "List the names of element, namespace and type IDs", addJsonOption, runNames},
     };
-    return {"message", "Message files.", commands};
+    return {"message", "Message files", commands};
 }
 
 } // namespace Qel::Tool

@@ -14,7 +14,7 @@ namespace Qel::Tool {
 
 namespace {
 
-/// A device, and what its element says of its class.
+/// A device and the type name of its class.
 struct FoundDevice {
     std::string type;
     boost::shared_ptr<QelNetDevice> device;
@@ -22,22 +22,22 @@ struct FoundDevice {
 
 using DeviceFactory = QelDerivedParserFactory<QelNetDevice>;
 
-/// Reads the device in the element under the cursor; one without a type is a plain device.
+/// Reads the device in the current element; an element without a type is a QelNetDevice.
 ExitCode readDevice(const std::string& file, const QelMessageIterator& cursor, FoundDevice& found,
                     const Console& console) {
     const std::string type = cursor.curType();
     if (!type.empty() && !DeviceFactory::factories().contains(type))
-        return console.fail(ExitCode::badInput, shownName(file) + ": " + cursor.curName() + " is of type " + type +
-                                                    ", which is no network device");
+        return console.fail(ExitCode::badInput, shownName(file) + ": element " + cursor.curName() + " has type " +
+                                                    type + ", which is not a network device");
     found.type = type.empty() ? QelDerivedKey<QelNetDevice::Writer>() : type;
-    // A device that can't be read leaves the cursor somewhere in it, so this one is of its own.
+    // A failed read leaves its cursor inside the element; a copy keeps `cursor` in place.
     const std::unique_ptr<QelMessageIterator> at(cursor.newIterator(false));
     if (at->getObject(found.device, QelReaderDerived<QelNetDevice>(true), getEmptyID()) != 0)
         return console.fail(ExitCode::badInput, shownName(file) + ": " + getErrorMessage());
     return ExitCode::success;
 }
 
-/// Reads the devices in a message's elements.
+/// Reads one device from each top-level element of a message.
 ExitCode readDevices(const std::string& file, std::vector<FoundDevice>& devices, const Console& console) {
     const auto_destroy<QelMessage> message(new QelBinary);
     ExitCode code = readMessage(file, *message, console);
@@ -57,25 +57,25 @@ Json addressesAsJson(const QelNetDevice& device) {
     return addresses;
 }
 
-void printAsJson(std::ostream& out, const std::vector<FoundDevice>& devices) {
+Json devicesAsJson(const std::vector<FoundDevice>& devices) {
     Json array = Json::array();
     for (const auto& [type, device] : devices)
         array.push_back({{"id", device->id}, {"type", type}, {"addresses", addressesAsJson(*device)}});
-    printJson(out, array);
+    return array;
 }
 
-std::string addressesAsText(const QelNetDevice& device) {
-    std::string text;
+std::string joinedAddresses(const QelNetDevice& device) {
+    std::string string;
     for (const QelIPAddress& address : device.ipAddresses)
-        text += (text.empty() ? "" : ", ") + address.toStringWithNetwork();
-    return text;
+        string += (string.empty() ? "" : ", ") + address.toStringWithNetwork();
+    return string;
 }
 
-void print(std::ostream& out, const std::vector<FoundDevice>& devices) {
+void printDevices(std::ostream& out, const std::vector<FoundDevice>& devices) {
     Table table;
     table.addRow({"id", "type", "addresses"});
     for (const auto& [type, device] : devices)
-        table.addRow({device->id, type, addressesAsText(*device)});
+        table.addRow({device->id, type, joinedAddresses(*device)});
     table.print(out);
 }
 
@@ -90,11 +90,12 @@ ExitCode runMatch(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = readDevices(filterFile, filters, console); code != ExitCode::success)
         return code;
     if (filters.size() != 1)
-        return console.fail(ExitCode::badInput, shownName(filterFile) + ": " + std::to_string(filters.size()) +
-                                                    " devices, and a filter is one");
+        return console.fail(ExitCode::badInput, shownName(filterFile) + ": expected one device as the filter, found " +
+                                                    std::to_string(filters.size()));
     std::erase_if(devices,
                   [&](const FoundDevice& found) { return !checkFilter(found.device, filters.front().device); });
-    (invocation.has("json") ? printAsJson : print)(console.out, devices);
+    Output(invocation, console)
+        .print([&] { return devicesAsJson(devices); }, [&](std::ostream& out) { printDevices(out, devices); });
     return ExitCode::success;
 }
 
@@ -102,12 +103,13 @@ ExitCode runMatch(const Invocation& invocation, const Console& console) {
 
 CommandGroup netCommands() {
     static constexpr std::array commands{
-        Command{"match", "DEVICES FILTER",
-                "Lists the network devices of a message that satisfy a filter: the device in another message, of which "
-                "each field that isn't empty is a condition.",
-                addJsonOption, runMatch},
+        Command{
+            "match", "DEVICES FILTER",
+            "List the network devices in a message that match a filter, the device in another message; empty fields "
+            "of the filter match any value",
+            addJsonOption, runMatch},
     };
-    return {"net", "Network devices.", commands};
+    return {"net", "Network devices", commands};
 }
 
 } // namespace Qel::Tool

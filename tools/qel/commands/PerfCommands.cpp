@@ -18,11 +18,11 @@ namespace Qel::Tool {
 namespace {
 
 void addShowOptions(Options& options) {
-    addVocOption(options, "vocabularies, which tell the counters that are doubles");
+    addVocOption(options, "vocabularies that define which counters are floating-point");
     addJsonOption(options);
 }
 
-/// Reads the report in the first child of a message's root.
+/// Reads the report in the first element of a message.
 ExitCode readReport(const std::string& file, const QelVocMapSP& vocabulary, QelMonitorData& report,
                     const Console& console) {
     const auto_destroy<QelMessage> message(new QelBinary);
@@ -30,13 +30,13 @@ ExitCode readReport(const std::string& file, const QelVocMapSP& vocabulary, QelM
         return code;
     const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
     if (cursor->firstChild() != 0)
-        return console.fail(ExitCode::badInput, shownName(file) + ": an empty message");
+        return console.fail(ExitCode::badInput, shownName(file) + ": empty message");
     if (cursor->getObject(report, QelMonitorData::Reader(vocabulary), getEmptyID()) != 0)
         return console.fail(ExitCode::badInput, shownName(file) + ": " + getErrorMessage());
     return ExitCode::success;
 }
 
-/// The values of a counter, as they are shown.
+/// An output column with a value of each counter.
 struct Column {
     const char* name;
     QelPerfValue QelPerfStat::*member;
@@ -53,15 +53,15 @@ template <class Visit> void forEachCounter(const QelMonitorData& report, const V
                 visit(subsystem, instance, counter, stat);
 }
 
-std::string timeText(const QelTimeInterval& interval, long time) {
+std::string timeString(const QelTimeInterval& interval, long time) {
     return std::string(QelValueText::ofTimeZone(time, interval.zone).view());
 }
 
-void printReportAsJson(std::ostream& out, const QelMonitorData& report) {
+Json reportAsJson(const QelMonitorData& report) {
     Json document;
     document["environment"] = report.eid.toString();
-    document["from"] = timeText(report.interval, report.interval.startTime);
-    document["to"] = timeText(report.interval, report.interval.endTime);
+    document["from"] = timeString(report.interval, report.interval.startTime);
+    document["to"] = timeString(report.interval, report.interval.endTime);
     Json& counters = document["counters"] = Json::array();
     forEachCounter(report, [&](const auto& subsystem, const auto& instance, const auto& counter, const auto& stat) {
         Json json{{"subsystem", subsystem},
@@ -72,10 +72,10 @@ void printReportAsJson(std::ostream& out, const QelMonitorData& report) {
             json[name] = stat.isInteger ? Json((stat.*member).integer) : Json((stat.*member).real);
         counters.push_back(std::move(json));
     });
-    printJson(out, document);
+    return document;
 }
 
-std::string valueText(const QelPerfStat& stat, const QelPerfValue& value) {
+std::string valueString(const QelPerfStat& stat, const QelPerfValue& value) {
     return std::string(
         (stat.isInteger ? QelValueText::ofInteger(value.integer) : QelValueText::ofDouble(value.real)).view());
 }
@@ -83,8 +83,8 @@ std::string valueText(const QelPerfStat& stat, const QelPerfValue& value) {
 void printReport(std::ostream& out, const QelMonitorData& report) {
     Table head;
     head.addRow({"environment", report.eid.toString()});
-    head.addRow({"from", timeText(report.interval, report.interval.startTime)});
-    head.addRow({"to", timeText(report.interval, report.interval.endTime)});
+    head.addRow({"from", timeString(report.interval, report.interval.startTime)});
+    head.addRow({"to", timeString(report.interval, report.interval.endTime)});
     head.print(out);
     if (report.data.empty())
         return;
@@ -99,7 +99,7 @@ void printReport(std::ostream& out, const QelMonitorData& report) {
     forEachCounter(report, [&](const auto& subsystem, const auto& instance, const auto& counter, const auto& stat) {
         std::vector<std::string> cells{subsystem, instance, counter};
         for (const Column& column : columns)
-            cells.push_back(valueText(stat, stat.*column.member));
+            cells.push_back(valueString(stat, stat.*column.member));
         table.addRow(std::move(cells));
     });
     table.print(out);
@@ -113,7 +113,8 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = readReport(invocation.arguments[0], vocabulary, report, console);
         code != ExitCode::success)
         return code;
-    (invocation.has("json") ? printReportAsJson : printReport)(console.out, report);
+    Output(invocation, console)
+        .print([&] { return reportAsJson(report); }, [&](std::ostream& out) { printReport(out, report); });
     return ExitCode::success;
 }
 
@@ -121,9 +122,9 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
 
 CommandGroup perfCommands() {
     static constexpr std::array commands{
-        Command{"show", "FILE", "Shows the monitor report in a message as a table.", addShowOptions, runShow},
+        Command{"show", "FILE", "Show the monitoring report in a message as a table", addShowOptions, runShow},
     };
-    return {"perf", "Performance values.", commands};
+    return {"perf", "Performance counters", commands};
 }
 
 } // namespace Qel::Tool

@@ -25,13 +25,13 @@ constexpr int addressElement = 1262;
 constexpr int rangeElement = 1662;
 constexpr int poolElement = 1974;
 
-/// Reads the pool in the element under the cursor.
+/// Reads the pool in the current element.
 ExitCode readPool(const std::string& file, const QelMessageIterator& cursor, QelResourceIpPool& pool,
                   const Console& console) {
     const std::string type = cursor.curType();
     if (!type.empty() && type != QelDerivedKey<QelResourceIpPool::Writer>())
-        return console.fail(ExitCode::badInput, shownName(file) + ": " + cursor.curName() + " is of type " + type +
-                                                    ", which is no pool of addresses");
+        return console.fail(ExitCode::badInput, shownName(file) + ": element " + cursor.curName() + " has type " +
+                                                    type + ", which is not an address pool");
     if (const auto reason = findFatalAddress(cursor))
         return console.fail(ExitCode::badInput, shownName(file) + ": " + *reason);
     if (cursor.getObj(pool, getEmptyID()) != 0)
@@ -39,14 +39,14 @@ ExitCode readPool(const std::string& file, const QelMessageIterator& cursor, Qel
     return ExitCode::success;
 }
 
-/// Reads a message and its first element, where `cursor` then stands, as a pool.
+/// Reads a message and the pool in its first element, and leaves `cursor` at that element.
 ExitCode readPool(const std::string& file, QelMessage& message, QelMessageIterator& cursor, QelResourceIpPool& pool,
                   const Console& console) {
     if (const ExitCode code = readMessage(file, message, console); code != ExitCode::success)
         return code;
     cursor.seekRoot();
     if (cursor.firstChild() != 0)
-        return console.fail(ExitCode::badInput, shownName(file) + ": an empty message");
+        return console.fail(ExitCode::badInput, shownName(file) + ": empty message");
     return readPool(file, cursor, pool, console);
 }
 
@@ -63,18 +63,18 @@ unsigned long long countAddresses(const QelResourceIpPool& pool) {
 
 // --- qel pool show
 
-void printAsJson(std::ostream& out, const QelResourceIpPool& pool) {
+Json poolAsJson(const QelResourceIpPool& pool) {
     Json ranges = Json::array();
     for (const AddressRange& each : pool.ranges)
         ranges.push_back(Json::array({ipToStr(each.start), ipToStr(each.end)}));
-    out << Json{{"ranges", ranges}, {"count", countAddresses(pool)}} << '\n';
+    return {{"ranges", ranges}, {"count", countAddresses(pool)}};
 }
 
 std::string counted(unsigned long long count, const std::string& one, const std::string& many) {
     return std::to_string(count) + ' ' + (count == 1 ? one : many);
 }
 
-void print(std::ostream& out, const QelResourceIpPool& pool) {
+void printPool(std::ostream& out, const QelResourceIpPool& pool) {
     using Align = Table::Align;
     Table table({Align::left, Align::left, Align::right});
     table.addRow({"first", "last", "addresses"});
@@ -92,31 +92,32 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = readPool(invocation.arguments[0], *message, *cursor, pool, console);
         code != ExitCode::success)
         return code;
-    (invocation.has("json") ? printAsJson : print)(console.out, pool);
+    Output(invocation, console)
+        .printLine([&] { return poolAsJson(pool); }, [&](std::ostream& out) { printPool(out, pool); });
     return ExitCode::success;
 }
 
 // --- qel pool add
 
-/// Parses "ADDRESS" or "FIRST-LAST"; tells what is wrong with it, or nothing.
-std::optional<std::string> parseRange(const std::string& text, AddressRange& parsed) {
-    const std::size_t dash = text.find('-');
-    const std::string firstText = text.substr(0, dash);
-    const std::string lastText = dash == std::string::npos ? firstText : text.substr(dash + 1);
+/// Parses "ADDRESS" or "FIRST-LAST".  Returns an error message, or std::nullopt on success.
+std::optional<std::string> parseRange(const std::string& string, AddressRange& parsed) {
+    const std::size_t dash = string.find('-');
+    const std::string firstString = string.substr(0, dash);
+    const std::string lastString = dash == std::string::npos ? firstString : string.substr(dash + 1);
     QelIPv4 first;
     QelIPv4 last;
-    if (first.fromString(firstText) != 0 || last.fromString(lastText) != 0)
-        return "'" + text + "' is neither an IPv4 address nor two with a dash between them";
+    if (first.fromString(firstString) != 0 || last.fromString(lastString) != 0)
+        return "'" + string + "' is not an IPv4 address or a range FIRST-LAST";
     for (const QelIPv4& each : {first, last})
         if (!canBeInPool(each.numeric()))
             return "no pool can hold the address " + each.toString();
     if (last < first)
-        return "'" + text + "' ends before it starts";
+        return "'" + string + "' ends before it starts";
     parsed = {first.numeric(), last.numeric()};
     return std::nullopt;
 }
 
-/// Puts the pool in the place of what its element told before.  What else stands in the element stays.
+/// Replaces the pool in the current element.  Unknown child elements are kept.
 int replacePool(QelMessageIterator& cursor, const QelResourceIpPool& pool) {
     for (const int id : {typeElement, addressElement, rangeElement})
         while (cursor.deleteChild(id) == 0) {
@@ -127,8 +128,8 @@ int replacePool(QelMessageIterator& cursor, const QelResourceIpPool& pool) {
 ExitCode runAdd(const Invocation& invocation, const Console& console) {
     const std::string& file = invocation.arguments[0];
     std::vector<AddressRange> added;
-    for (auto text = invocation.arguments.begin() + 1; text != invocation.arguments.end(); ++text)
-        if (const auto error = parseRange(*text, added.emplace_back()))
+    for (auto argument = invocation.arguments.begin() + 1; argument != invocation.arguments.end(); ++argument)
+        if (const auto error = parseRange(*argument, added.emplace_back()))
             return console.fail(ExitCode::usage, *error);
 
     QelFileLock lock;
@@ -142,7 +143,7 @@ ExitCode runAdd(const Invocation& invocation, const Console& console) {
     else if (const ExitCode code = readPool(file, *message, *cursor, pool, console); code != ExitCode::success)
         return code;
     pool.ranges.insert(added.begin(), added.end());
-    pool.type = QelResourceType::ip; // also where the message didn't tell it
+    pool.type = QelResourceType::ip; // the message may have omitted it
     if (replacePool(*cursor, pool) != 0)
         return console.fail(ExitCode::failed, shownName(file) + ": " + getErrorMessage());
     return writeMessage(file, *message, console);
@@ -152,12 +153,11 @@ ExitCode runAdd(const Invocation& invocation, const Console& console) {
 
 CommandGroup poolCommands() {
     static constexpr std::array commands{
-        Command{"show", "FILE", "Shows the ranges of the pool of addresses in a message's first element.",
-                addJsonOption, runShow},
-        Command{"add", "FILE ADDRESS|FIRST-LAST...", "Adds addresses to such a pool; a missing file is started.",
-                nullptr, runAdd},
+        Command{"show", "FILE", "Show the ranges of the address pool in a message", addJsonOption, runShow},
+        Command{"add", "FILE ADDRESS|FIRST-LAST...",
+                "Add addresses to the pool in a message; create the file if it does not exist", nullptr, runAdd},
     };
-    return {"pool", "Pools of IPv4 addresses.", commands};
+    return {"pool", "IPv4 address pools", commands};
 }
 
 } // namespace Qel::Tool

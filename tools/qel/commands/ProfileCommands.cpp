@@ -13,7 +13,7 @@ namespace Qel::Tool {
 
 namespace {
 
-/// A message with a profile in its first element.
+/// A message file with a profile in its first element.
 class ProfileFile {
 public:
     ProfileFile(const std::string& name, const Console& console) : m_name(name), m_console(console) {}
@@ -23,7 +23,7 @@ public:
             return code;
         m_cursor.reset(m_message->rootIterator());
         if (m_cursor->firstChild() != 0)
-            return m_console.fail(ExitCode::badInput, shownName(m_name) + ": no profile in it");
+            return m_console.fail(ExitCode::badInput, shownName(m_name) + ": contains no profile");
         m_element = m_cursor->curName();
         return ExitCode::success;
     }
@@ -33,7 +33,7 @@ public:
             return ExitCode::success;
         return m_console.fail(ExitCode::badInput, shownName(m_name) + ": " + getErrorMessage());
     }
-    /// Prints a profile as it would stand in this message.
+    /// Prints a message with the profile in an element named as in this file.
     ExitCode print(const QelProfile& profile) const {
         const auto_destroy<QelMessage> message(new QelBinary);
         const std::unique_ptr<QelMessageIterator> to(message->rootIterator());
@@ -72,8 +72,7 @@ ExitCode runMerge(const Invocation& invocation, const Console& console) {
 // --- qel profile difference, qel profile intersection
 
 void addFilterOptions(Options& options) {
-    options.add(
-        {.name = "sections", .help = "go by the sections of B only, whatever they hold, as when a filter was sent"});
+    options.add({.name = "sections", .help = "use only the set of sections in B and ignore their content"});
 }
 
 template <class FilteredReader> ExitCode runFiltered(const Invocation& invocation, const Console& console) {
@@ -97,13 +96,14 @@ template <class FilteredReader> ExitCode runFiltered(const Invocation& invocatio
 
 CommandGroup profileCommands() {
     static constexpr std::array commands{
-        Command{"merge", "A B", "Lays the interface profile in the message B over that in A.", nullptr, runMerge},
-        Command{"difference", "A B", "Shows what the profile in A has and that in B hasn't.", addFilterOptions,
+        Command{"merge", "A B", "Merge the interface profile in message B into the one in A; B takes precedence",
+                nullptr, runMerge},
+        Command{"difference", "A B", "Print the parts of the profile in A that are not in B", addFilterOptions,
                 runFiltered<QelProfile::differenceReader>},
-        Command{"intersection", "A B", "Shows what the profile in A has and that in B has as well.", addFilterOptions,
+        Command{"intersection", "A B", "Print the parts of the profile in A that are also in B", addFilterOptions,
                 runFiltered<QelProfile::intersectionReader>},
     };
-    return {"profile", "Interface profiles.", commands};
+    return {"profile", "Interface profiles", commands};
 }
 
 } // namespace Qel::Tool

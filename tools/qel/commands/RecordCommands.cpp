@@ -25,7 +25,7 @@ ExitCode findType(const std::string& name, const Console& console, const QelReco
     type = findRecordType(name);
     if (type)
         return ExitCode::success;
-    return console.fail(ExitCode::notSo, "no record type '" + name + "'; see `qel record list`");
+    return console.fail(ExitCode::notSo, "unknown record type '" + name + "'; see `qel record list`");
 }
 
 // --- qel record list
@@ -34,11 +34,11 @@ Json toJson(const QelRecordType& type) {
     return {{"name", type.name}, {"namespace", type.nsId}, {"type", type.typeId}};
 }
 
-void printListAsJson(std::ostream& out) {
+Json listAsJson() {
     Json array = Json::array();
     for (const QelRecordType& type : recordTypes())
         array.push_back(toJson(type));
-    printJson(out, array);
+    return array;
 }
 
 void printList(std::ostream& out) {
@@ -50,22 +50,22 @@ void printList(std::ostream& out) {
 }
 
 ExitCode runList(const Invocation& invocation, const Console& console) {
-    (invocation.has("json") ? printListAsJson : printList)(console.out);
+    Output(invocation, console).print(listAsJson, printList);
     return ExitCode::success;
 }
 
 // --- qel record describe
 
-void printDescriptionAsJson(std::ostream& out, const QelRecordType& type) {
+Json descriptionAsJson(const QelRecordType& type) {
     Json document = toJson(type);
     document["fields"] = type.layout ? describeAsJson(*type.layout) : Json();
-    printJson(out, document);
+    return document;
 }
 
 void printDescription(std::ostream& out, const QelRecordType& type) {
     out << type.name << ", namespace " << namespaceText(type) << ", type " << typeText(type) << '\n';
     if (!type.layout) {
-        out << "Read and written by hand, without a table.\n";
+        out << "No field table; read and written by custom code.\n";
         return;
     }
     using Align = Table::Align;
@@ -80,7 +80,8 @@ ExitCode runDescribe(const Invocation& invocation, const Console& console) {
     const QelRecordType* type = nullptr;
     if (const ExitCode code = findType(invocation.arguments[0], console, type); code != ExitCode::success)
         return code;
-    (invocation.has("json") ? printDescriptionAsJson : printDescription)(console.out, *type);
+    Output(invocation, console)
+        .print([&] { return descriptionAsJson(*type); }, [&](std::ostream& out) { printDescription(out, *type); });
     return ExitCode::success;
 }
 
@@ -95,7 +96,7 @@ ExitCode rewriteFile(const QelRecordType& type, const std::string& name, const C
     const std::unique_ptr<QelMessageIterator> to(rewritten->rootIterator());
     if (!type.isWholeMessage) {
         if (from->firstChild() != 0)
-            return console.fail(ExitCode::badInput, shownName(name) + ": no record in it");
+            return console.fail(ExitCode::badInput, shownName(name) + ": contains no record");
         const int id = from->curID();
         (void)(id != 0 ? to->newChild(id) : to->newChild(from->curName()));
     }
@@ -105,7 +106,7 @@ ExitCode rewriteFile(const QelRecordType& type, const std::string& name, const C
     const QelRecordType::Results results = type.rewrite(*from, *to);
     const auto fail = [&](const char* functor, int result) {
         const std::string reason = getErrorMessage().empty() ? "" : ": " + getErrorMessage();
-        return console.fail(ExitCode::badInput, std::string(type.name) + ": " + functor + " gave " +
+        return console.fail(ExitCode::badInput, std::string(type.name) + ": " + functor + " returned " +
                                                     std::to_string(result) + " for " + shownName(name) + reason);
     };
     if (results.read != 0)
@@ -136,7 +137,7 @@ ExitCode findElement(const std::string& word, const Console& console, SchemaElem
     if (separator != std::string::npos)
         element.name = word.substr(0, separator);
     if (separator == 0)
-        return console.fail(ExitCode::usage, "'" + word + "' names no element before the type");
+        return console.fail(ExitCode::usage, "'" + word + "': missing element name before '='");
     return findType(separator == std::string::npos ? word : word.substr(separator + 1), console, element.type);
 }
 
@@ -169,18 +170,19 @@ ExitCode runReference(const Invocation& invocation, const Console& console) {
 
 CommandGroup recordCommands() {
     static constexpr std::array commands{
-        Command{"list", "", "Lists the record types with their namespace and type IDs.", addJsonOption, runList},
-        Command{"describe", "TYPE", "Shows how a record type stands in a message.", addJsonOption, runDescribe},
+        Command{"list", "", "List the record types with their namespace and type IDs", addJsonOption, runList},
+        Command{"describe", "TYPE", "Show the fields of a record type and their elements in a message", addJsonOption,
+                runDescribe},
         Command{"rewrite", "TYPE FILE...",
-                "Reads the record in a message's first element and writes it anew; - is standard input.", nullptr,
-                runRewrite},
+                "Read the record in the first element of a message and print a message with it; - is standard input",
+                nullptr, runRewrite},
         Command{"schema", "[[NAME=]TYPE]...",
-                "Prints a RELAX NG schema of messages with elements that hold these types, or any.", nullptr,
+                "Print a RELAX NG schema for messages whose elements have these types, or any type", nullptr,
                 runSchema},
-        Command{"reference", "FOLDER", "Writes a page about each record type, and one that lists them, in Markdown.",
-                nullptr, runReference},
+        Command{"reference", "FOLDER", "Write a Markdown page for each record type, and an index page", nullptr,
+                runReference},
     };
-    return {"record", "Record types and records in messages.", commands};
+    return {"record", "Record types, and records in messages", commands};
 }
 
 } // namespace Qel::Tool

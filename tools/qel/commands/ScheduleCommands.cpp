@@ -19,7 +19,7 @@ namespace Qel::Tool {
 
 namespace {
 
-/// The time that an option tells, or the present one; nothing if it is no time.
+/// Parses the time in an option; the default is the current time.  Returns std::nullopt if it is malformed.
 std::optional<long> timeOption(const Invocation& invocation, const std::string& option) {
     if (!invocation.has(option))
         return std::time(nullptr);
@@ -30,78 +30,74 @@ std::optional<long> timeOption(const Invocation& invocation, const std::string& 
 }
 
 ExitCode failTime(const Invocation& invocation, const std::string& option, const Console& console) {
-    return console.fail(ExitCode::usage, "--" + option + " takes seconds or a time like 2026-11-20T09:30:00Z, not '" +
-                                             invocation.text(option) + "'");
+    return console.fail(ExitCode::usage, "invalid time '" + invocation.text(option) + "' for --" + option +
+                                             ": expected seconds or a time such as 2026-11-20T09:30:00Z");
 }
 
-ExitCode failNumber(const std::string& option, int most, const Console& console) {
-    return console.fail(ExitCode::usage, "--" + option + " takes a number from 1 to " + std::to_string(most));
+ExitCode failNumber(const std::string& option, int maximum, const Console& console) {
+    return console.fail(ExitCode::usage, "--" + option + " must be between 1 and " + std::to_string(maximum));
 }
 
 // --- qel schedule next
 
-constexpr int mostRuns = 1'000'000;
+constexpr int maxRuns = 1'000'000;
 
 void addNextOptions(Options& options) {
     options.add({.name = "now",
                  .value = "TIME",
-                 .help = "the time to ask for, in seconds or as a text; the present by default"});
+                 .help = "find runs after this time, in seconds or as YYYY-MM-DDTHH:MM:SSZ; default: now"});
     options.add({.name = "count",
                  .value = "N",
                  .kind = OptionKind::integer,
                  .byDefault = "1",
-                 .help = "runs in a row, each found from the one before"});
+                 .help = "number of consecutive runs to show"});
     addJsonOption(options);
 }
 
-/// One answer of a trigger.
-struct Answer {
+/// A result of QelSchedulerTrigger::getNextRunTime().
+struct Run {
     std::size_t trigger;
     long now;
     int result;
     long next;
 };
 
-std::string localText(long time) {
+std::string localTimeString(long time) {
     std::tm local{};
-    std::array<char, 64> text{};
+    std::array<char, 64> string{};
     if (localTimeCopy(time, local) != 0)
         return {};
-    return {text.data(), std::strftime(text.data(), text.size(), "%a %F %T %z", &local)};
+    return {string.data(), std::strftime(string.data(), string.size(), "%a %F %T %z", &local)};
 }
 
-/// Takes a task's answers one by one.
-class AnswerPrinter {
+/// Prints runs: JSON line by line as they are found, text as one table at the end.
+class RunPrinter {
 public:
-    AnswerPrinter(std::ostream& out, bool asJson) : m_out(out), m_asJson(asJson) {
-        if (!m_asJson)
-            m_table.addRow({"trigger", "result", "next run", "local time"});
+    explicit RunPrinter(const Output& output) : m_output(output) {
+        m_table.addRow({"trigger", "result", "next run", "local time"});
     }
-    void add(const Answer& answer) {
-        if (m_asJson)
-            m_out << Json{{"trigger", answer.trigger},
-                          {"now", answer.now},
-                          {"result", answer.result},
-                          {"next", answer.next}}
-                  << '\n';
-        else
-            m_table.addRow({std::to_string(answer.trigger), std::to_string(answer.result), std::to_string(answer.next),
-                            meaningOf(answer)});
+    void add(const Run& run) {
+        m_output.printLine([&] { return asJson(run); }, [&](std::ostream&) { addRow(run); });
     }
-    void finish() {
-        if (!m_asJson)
-            m_table.print(m_out);
+    void finish() const {
+        m_output.printTextOnly([&](std::ostream& out) { m_table.print(out); });
     }
 
 private:
-    static std::string meaningOf(const Answer& answer) {
-        if (answer.result != 0)
-            return "no answer";
-        return answer.next == qelNoTime ? "no more runs" : localText(answer.next);
+    static Json asJson(const Run& run) {
+        return {{"trigger", run.trigger}, {"now", run.now}, {"result", run.result}, {"next", run.next}};
+    }
+    void addRow(const Run& run) {
+        m_table.addRow(
+            {std::to_string(run.trigger), std::to_string(run.result), std::to_string(run.next), meaningOf(run)});
+    }
+    static std::string meaningOf(const Run& run) {
+        if (run.result != 0)
+            return "unknown";
+        return run.next == qelNoTime ? "no more runs" : localTimeString(run.next);
     }
 
-    std::ostream& m_out;
-    bool m_asJson;
+    Output m_output;
     Table m_table{{Table::Align::right, Table::Align::right, Table::Align::right, Table::Align::left}};
 };
 
@@ -110,23 +106,23 @@ ExitCode runNext(const Invocation& invocation, const Console& console) {
     if (!from)
         return failTime(invocation, "now", console);
     const int count = invocation.integer("count");
-    if (count < 1 || count > mostRuns)
-        return failNumber("count", mostRuns, console);
+    if (count < 1 || count > maxRuns)
+        return failNumber("count", maxRuns, console);
     QelScheduleTask task;
     if (const ExitCode code = readRecord(invocation.arguments[0], task, console); code != ExitCode::success)
         return code;
 
-    AnswerPrinter printer(console.out, invocation.has("json"));
+    RunPrinter printer(Output(invocation, console));
     std::size_t index = 0;
     for (const auto& trigger : task.triggers) {
         long now = *from;
         for (int left = count; left > 0; --left) {
-            Answer answer{index, now, 0, qelNoTime};
-            answer.result = trigger->getNextRunTime(now, answer.next);
-            printer.add(answer);
-            if (answer.result != 0 || answer.next == qelNoTime || answer.next <= now)
+            Run run{index, now, 0, qelNoTime};
+            run.result = trigger->getNextRunTime(now, run.next);
+            printer.add(run);
+            if (run.result != 0 || run.next == qelNoTime || run.next <= now)
                 break;
-            now = answer.next;
+            now = run.next;
         }
         ++index;
     }
@@ -136,20 +132,20 @@ ExitCode runNext(const Invocation& invocation, const Console& console) {
 
 // --- qel schedule calendar
 
-constexpr int mostMonths = 1200;
+constexpr int maxMonths = 1200;
 
 void addCalendarOptions(Options& options) {
     options.add({.name = "from",
                  .value = "TIME",
-                 .help = "a time in the first month, in seconds or as a text; the present by default"});
+                 .help = "a time in the first month, in seconds or as YYYY-MM-DDTHH:MM:SSZ; default: now"});
     options.add({.name = "months",
                  .value = "N",
                  .kind = OptionKind::integer,
                  .byDefault = "3",
-                 .help = "how many months to show"});
+                 .help = "number of months to show"});
 }
 
-/// Whether the output goes to a terminal that has colours, and the user has nothing against them.
+/// Whether the output is a terminal with colour support and the user has not disabled colours.
 bool isColourful(const Console& console) {
     const char* const terminal = std::getenv("TERM");
     const char* const noColour = std::getenv("NO_COLOR"); // https://no-color.org
@@ -163,8 +159,8 @@ ExitCode runCalendar(const Invocation& invocation, const Console& console) {
     if (!from || *from < 0 || *from > latest || localTimeCopy(*from, local) != 0)
         return failTime(invocation, "from", console);
     const int months = invocation.integer("months");
-    if (months < 1 || months > mostMonths)
-        return failNumber("months", mostMonths, console);
+    if (months < 1 || months > maxMonths)
+        return failNumber("months", maxMonths, console);
     QelScheduleTask task;
     if (const ExitCode code = readRecord(invocation.arguments[0], task, console); code != ExitCode::success)
         return code;
@@ -178,12 +174,11 @@ ExitCode runCalendar(const Invocation& invocation, const Console& console) {
 
 CommandGroup scheduleCommands() {
     static constexpr std::array commands{
-        Command{"next", "FILE", "Tells when the task in a message runs next, by each of its triggers.", addNextOptions,
-                runNext},
-        Command{"calendar", "FILE", "Shows the days on which the task in a message runs.", addCalendarOptions,
-                runCalendar},
+        Command{"next", "FILE", "Show the next runs of the task in a message, by trigger", addNextOptions, runNext},
+        Command{"calendar", "FILE", "Show a calendar of the days on which the task in a message runs",
+                addCalendarOptions, runCalendar},
     };
-    return {"schedule", "Scheduled tasks.", commands};
+    return {"schedule", "Scheduled tasks", commands};
 }
 
 } // namespace Qel::Tool

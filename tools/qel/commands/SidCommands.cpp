@@ -18,25 +18,25 @@ namespace Qel::Tool {
 namespace {
 
 void addSidOptions(Options& options) {
-    options.add({.name = "binary", .value = "HEX", .help = "take its binary form instead of TEXT"});
     options.add(
-        {.name = "local",
-         .value = "ID TYPE EID",
-         .kind = OptionKind::words,
-         .help =
-             "take the one of a principal of an environment: its number, its type from 1 to 4, the environment's EID"});
+        {.name = "binary", .value = "HEX", .help = "read the binary form, given in hexadecimal, instead of TEXT"});
+    options.add({.name = "local",
+                 .value = "ID TYPE EID",
+                 .kind = OptionKind::words,
+                 .help = "use the identifier of a local principal: its number, its type from 1 to 4 and the EID of its "
+                         "environment"});
     options.add({.name = "config",
                  .value = "FILE",
-                 .help = "the configuration of the agent whose own identifiers are recognised as such"});
+                 .help = "agent configuration that defines the well-known local identifiers"});
     addJsonOption(options);
 }
 
-// --- What the command line tells
+// --- input
 
-ExitCode fromText(const std::string& text, QelSID& sid, const Console& console) {
-    if (sid.fromString(text) == 0)
+ExitCode fromString(const std::string& string, QelSID& sid, const Console& console) {
+    if (sid.fromString(string) == 0)
         return ExitCode::success;
-    return console.fail(ExitCode::badInput, "'" + text + "' is no security identifier");
+    return console.fail(ExitCode::badInput, "'" + string + "' is not a security identifier");
 }
 
 ExitCode fromHexadecimal(const std::string& digits, QelSID& sid, const Console& console) {
@@ -44,12 +44,12 @@ ExitCode fromHexadecimal(const std::string& digits, QelSID& sid, const Console& 
     try {
         bytes = boost::algorithm::unhex(digits);
     } catch (const boost::algorithm::hex_decode_error&) {
-        return console.fail(ExitCode::badInput, "'" + digits + "' isn't hexadecimal");
+        return console.fail(ExitCode::badInput, "'" + digits + "' is not hexadecimal");
     }
-    // To the operation itself a size of 0 is one that the data tell.
+    // fromBinary() takes a size of 0 to mean that the size is encoded in the data.
     if (!bytes.empty() && sid.fromBinary(bytes.data(), static_cast<unsigned>(bytes.size())) == 0)
         return ExitCode::success;
-    return console.fail(ExitCode::badInput, "'" + digits + "' is no security identifier in binary form");
+    return console.fail(ExitCode::badInput, "'" + digits + "' is not a security identifier in binary form");
 }
 
 ExitCode fromLocal(const std::vector<std::string>& parts, QelSID& sid, const Console& console) {
@@ -59,7 +59,7 @@ ExitCode fromLocal(const std::vector<std::string>& parts, QelSID& sid, const Con
     QelEID eid;
     if (parts.size() != partCount || !parseNumber(parts[0], id) || !parseNumber(parts[1], type) ||
         type < QelLocalSID::type1 || type > QelLocalSID::type4 || eid.fromString(parts[2].c_str()) != 0)
-        return console.fail(ExitCode::usage, "--local takes a number, a type from 1 to 4 and an EID");
+        return console.fail(ExitCode::usage, "--local requires a number, a type from 1 to 4 and an EID");
     sid = QelLocalSID(id, static_cast<QelLocalSID::PrincipalType>(type), eid).getSID();
     return ExitCode::success;
 }
@@ -68,17 +68,17 @@ ExitCode takeSid(const Invocation& invocation, QelSID& sid, const Console& conso
     const auto ways =
         invocation.arguments.size() + (invocation.has("binary") ? 1 : 0) + (invocation.has("local") ? 1 : 0);
     if (ways != 1)
-        return console.fail(ExitCode::usage, "a security identifier is told by TEXT, by --binary or by --local");
+        return console.fail(ExitCode::usage, "give a security identifier as TEXT, --binary or --local");
     if (invocation.has("binary"))
         return fromHexadecimal(invocation.text("binary"), sid, console);
     if (invocation.has("local"))
         return fromLocal(invocation.texts("local"), sid, console);
-    return fromText(invocation.arguments[0], sid, console);
+    return fromString(invocation.arguments[0], sid, console);
 }
 
-// --- What is shown of it
+// --- output
 
-/// Makes a configuration that of this process, for as long as it lives.
+/// Sets the local configuration of this process during its lifetime.
 class LocalConfiguration {
 public:
     LocalConfiguration() = default;
@@ -93,12 +93,12 @@ public:
         QelConfiguration::setLocalConfig(message.get());
         if (QelConfiguration::getLocalEID().isValid())
             return ExitCode::success;
-        return console.fail(ExitCode::badInput, shownName(file) + ": the agent has no identity");
+        return console.fail(ExitCode::badInput, shownName(file) + ": the configuration contains no agent EID");
     }
 };
 
-/// Whether the SID is that of an agent's or of its administrators'.  Without an identity these are the default SID,
-/// which then is nobody's all the same.
+/// Whether `sid` has a well-known role.  Without an agent identity, the SIDs of the agents and of the administrators
+/// are the default SID, which must not match them.
 bool isWellKnown(const QelSID& sid, QelSID::WellKnownSIDs which) {
     const bool isAgents =
         which == QelSID::localAdministrators || which == QelSID::localAgent || which == QelSID::masterAgent;
@@ -113,7 +113,7 @@ std::vector<QelSID::WellKnownSIDs> wellKnownOf(const QelSID& sid) {
     return found;
 }
 
-/// The role of a well-known SID; nothing where there is none that the system itself knows.
+/// The role of a well-known SID for the text output, or an empty string if the system assigns none.
 const char* roleOf(QelSID::WellKnownSIDs which) {
     switch (which) {
     case QelSID::localAdministrators:
@@ -139,13 +139,13 @@ std::string hexadecimalOf(const QelSID& sid) {
     return digits;
 }
 
-void printSidAsJson(std::ostream& out, const QelSID& sid) {
+Json sidAsJson(const QelSID& sid) {
     const QelLocalSID local(sid);
     Json document{{"text", sid.toString()}, {"binary", hexadecimalOf(sid)}, {"wellKnown", wellKnownOf(sid)}};
     document["local"] = Json();
     if (local.type != QelLocalSID::notLocal)
         document["local"] = {{"id", local.id}, {"type", static_cast<int>(local.type)}, {"eid", local.eid.toString()}};
-    printJson(out, document);
+    return document;
 }
 
 void printSid(std::ostream& out, const QelSID& sid) {
@@ -172,7 +172,7 @@ ExitCode runSid(const Invocation& invocation, const Console& console) {
         if (const ExitCode code = LocalConfiguration::load(invocation.text("config"), console);
             code != ExitCode::success)
             return code;
-    (invocation.has("json") ? printSidAsJson : printSid)(console.out, sid);
+    Output(invocation, console).print([&] { return sidAsJson(sid); }, [&](std::ostream& out) { printSid(out, sid); });
     return ExitCode::success;
 }
 
@@ -180,9 +180,9 @@ ExitCode runSid(const Invocation& invocation, const Console& console) {
 
 CommandGroup sidCommands() {
     static constexpr std::array commands{
-        Command{"", "[TEXT]", "Shows a security identifier in every form, and whose it is.", addSidOptions, runSid},
+        Command{"", "[TEXT]", "Show a security identifier in all forms, and its owner", addSidOptions, runSid},
     };
-    return {"sid", "Security identifiers.", commands};
+    return {"sid", "Security identifiers", commands};
 }
 
 } // namespace Qel::Tool

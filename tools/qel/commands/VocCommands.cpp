@@ -35,20 +35,20 @@ void addListOptions(Options& options) {
     options.add({.name = "category",
                  .value = "ID",
                  .kind = OptionKind::texts,
-                 .help = "only what belongs to this category; may be given again, for each of several"});
+                 .help = "list only the entries in this category; may be repeated to require several categories"});
     options.add({.name = "restrict",
                  .value = "NAME",
                  .kind = OptionKind::texts,
-                 .help = "only the vocabularies of this name; may be given again"});
+                 .help = "list only the vocabularies with this name; may be repeated"});
     addJsonOption(options);
 }
 
-/// A category or a parameter.
+/// A category or parameter of a vocabulary.
 struct Item {
     std::string id;
     std::vector<std::string> categories;
-    std::string type;  ///< of a counter's values
-    std::string value; ///< of a parameter
+    std::string type;  ///< value type of a counter
+    std::string value; ///< value of a parameter
 };
 
 struct Contents {
@@ -56,7 +56,7 @@ struct Contents {
     std::vector<Item> parameters;
 };
 
-/// A vocabulary of a file, and what of it is to be listed.
+/// A vocabulary in a file, and its selected contents.
 struct Listed {
     std::string file;
     std::string name;
@@ -85,7 +85,7 @@ Item itemAt(const QelVocIterator& at) {
     return item;
 }
 
-/// Walks one vocabulary, or all that an iterator shows.  `contents` tells where what is under the cursor belongs.
+/// Collects the items of the given categories.  `contents()` returns the Contents for the current position.
 template <class Find> void collect(const QelVocIterator& at, const Names& categories, const Find& contents) {
     for (int result = at.firstCategory(categories); result == 0; result = at.nextCategory(categories))
         contents().categories.push_back(itemAt(at));
@@ -93,16 +93,16 @@ template <class Find> void collect(const QelVocIterator& at, const Names& catego
         contents().parameters.push_back(itemAt(at));
 }
 
-/// What was asked for, and what of it was found.
+/// A query and its results.
 struct Listing {
     Names categories;
     Names restriction;
-    Names found; ///< names of `restriction`
+    Names found; ///< subset of `restriction`
     std::vector<Listed> vocabularies;
 };
 
-/// Vocabularies in a map that no iterator shows.
-ExitCode tellUnidentified(const std::string& file, QelMessage& message, const Console& console) {
+/// Reports the vocabularies in a map that lack a name or version; iterators skip them.
+ExitCode reportUnidentified(const std::string& file, QelMessage& message, const Console& console) {
     ExitCode worst = ExitCode::success;
     const std::unique_ptr<QelMessageIterator> cursor(message.rootIterator());
     int number = 0;
@@ -118,7 +118,7 @@ ExitCode tellUnidentified(const std::string& file, QelMessage& message, const Co
 }
 
 ExitCode listMap(const std::string& file, QelMessage* message, const Console& console, Listing& listing) {
-    const ExitCode code = tellUnidentified(file, *message, console);
+    const ExitCode code = reportUnidentified(file, *message, console);
     QelVocMap map(message);
     if (map.setRestrictVocSet(listing.restriction) != 0)
         return code;
@@ -129,7 +129,7 @@ ExitCode listMap(const std::string& file, QelMessage* message, const Console& co
     collect(*at, listing.categories, [&]() -> Contents& { return all[at->getVocID()]; });
     for (auto& [id, contents] : all) {
         const std::string name = id.name.c_str();
-        // A map that has none of the names shows everything.
+        // A map that contains none of the names iterates over all vocabularies.
         if (!listing.restriction.empty() && !listing.restriction.contains(name))
             continue;
         listing.found.insert(name);
@@ -141,14 +141,14 @@ ExitCode listMap(const std::string& file, QelMessage* message, const Console& co
 void listSingle(const std::string& file, QelMessage* message, Listing& listing) {
     QelVocPrototype voc(message);
     if (!listing.restriction.empty())
-        return; // it has no name
+        return; // a single vocabulary has no name
     Listed listed{file, {}, voc.readVersion(), {}};
     const std::unique_ptr<QelVocIterator> at(voc.read());
     collect(*at, listing.categories, [&]() -> Contents& { return listed.contents; });
     listing.vocabularies.push_back(std::move(listed));
 }
 
-Json toJson(const std::vector<Item>& items, bool areParameters) {
+Json itemsAsJson(const std::vector<Item>& items, bool areParameters) {
     Json array = Json::array();
     for (const Item& item : items) {
         Json json{{"id", item.id}, {"categories", item.categories}};
@@ -161,25 +161,25 @@ Json toJson(const std::vector<Item>& items, bool areParameters) {
     return array;
 }
 
-void printAsJson(std::ostream& out, const std::vector<Listed>& vocabularies) {
+Json vocabulariesAsJson(const std::vector<Listed>& vocabularies) {
     Json document = Json::array();
     for (const Listed& each : vocabularies)
         document.push_back({{"file", each.file},
                             {"name", each.name},
                             {"version", each.version},
-                            {"categories", toJson(each.contents.categories, false)},
-                            {"parameters", toJson(each.contents.parameters, true)}});
-    printJson(out, document);
+                            {"categories", itemsAsJson(each.contents.categories, false)},
+                            {"parameters", itemsAsJson(each.contents.parameters, true)}});
+    return document;
 }
 
 std::string joined(const std::vector<std::string>& words) {
-    std::string text;
+    std::string string;
     for (const std::string& word : words)
-        text += (text.empty() ? "" : ", ") + word;
-    return text;
+        string += (string.empty() ? "" : ", ") + word;
+    return string;
 }
 
-void printAsTable(std::ostream& out, const std::vector<Listed>& vocabularies) {
+void printVocabularies(std::ostream& out, const std::vector<Listed>& vocabularies) {
     Table table;
     table.addRow({"vocabulary", "version", "kind", "id", "categories", "type", "value"});
     for (const Listed& each : vocabularies) {
@@ -207,7 +207,9 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
             listSingle(file, message.release(), listing);
         worst = std::max(worst, code);
     }
-    (invocation.has("json") ? printAsJson : printAsTable)(console.out, listing.vocabularies);
+    Output(invocation, console)
+        .print([&] { return vocabulariesAsJson(listing.vocabularies); },
+               [&](std::ostream& out) { printVocabularies(out, listing.vocabularies); });
     for (const std::string& name : listing.restriction)
         if (!listing.found.contains(name))
             worst = std::max(worst, console.fail(ExitCode::notSo, "no vocabulary '" + name + "'"));
@@ -217,12 +219,11 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
 // --- qel voc merge
 
 void addMergeOptions(Options& options) {
-    options.add({.name = "name",
-                 .value = "NAME",
-                 .help = "what a vocabulary without a name is called; its file's name by default"});
+    options.add(
+        {.name = "name", .value = "NAME", .help = "name for a vocabulary without one; default: the name of its file"});
 }
 
-/// Into what is merged, and what to tell of it.
+/// The target of a merge, and the report lines.
 struct Merge {
     auto_destroy<QelMessage> target{new QelBinary};
     std::vector<std::string> lines{};
@@ -237,20 +238,20 @@ int countVocabularies(QelMessage& message) {
     return count;
 }
 
-/// Inserts one vocabulary, by `insert`, and notes what came of it.
+/// Inserts one vocabulary by calling `insert`, and adds a report line.
 template <class Insert>
 ExitCode mergeOne(Merge& merge, const std::string& place, const QelVocID& id, const Console& console,
                   const Insert& insert) {
     const int before = countVocabularies(*merge.target);
     if (insert() != 0)
-        return console.fail(ExitCode::failed, place + ": can't be copied");
-    const char* const done = countVocabularies(*merge.target) == before ? "there already " : "added ";
+        return console.fail(ExitCode::failed, place + ": cannot copy the vocabulary");
+    const char* const done = countVocabularies(*merge.target) == before ? "skipped " : "added ";
     merge.lines.push_back(done + std::string(id.name.c_str()) + ' ' + id.version.c_str());
     return ExitCode::success;
 }
 
 ExitCode mergeMap(Merge& merge, const std::string& file, QelMessage& message, const Console& console) {
-    if (const ExitCode code = tellUnidentified(file, message, console); code != ExitCode::success)
+    if (const ExitCode code = reportUnidentified(file, message, console); code != ExitCode::success)
         return code;
     const std::unique_ptr<QelMessageIterator> cursor(message.rootIterator());
     for (int result = cursor->firstChild(Element::vocabulary); result == 0;
@@ -275,7 +276,8 @@ ExitCode mergeSingle(Merge& merge, const std::string& file, QelMessage* message,
                     [&] { return QelVocMap::insert(merge.target.get(), id, voc); });
 }
 
-/// What a vocabulary without a name in this file is called; empty, and an error, if it can't have that name.
+/// Returns the name for the unnamed vocabulary in a file.  Reports an error and returns an empty string if there is no
+/// valid name.
 std::string nameFor(const std::string& file, const Invocation& invocation, const Console& console) {
     std::string name = invocation.has("name")   ? invocation.text("name")
                        : file == standardStream ? std::string()
@@ -283,7 +285,7 @@ std::string nameFor(const std::string& file, const Invocation& invocation, const
     if (!name.empty() && name.size() < sizeof(QelVocID::name))
         return name;
     console.fail(ExitCode::usage,
-                 shownName(file) + ": a vocabulary without a name; --name gives it one of 1 to 255 characters");
+                 shownName(file) + ": the vocabulary has no name; use --name with 1 to 255 characters");
     return {};
 }
 
@@ -358,15 +360,15 @@ ExitCode runHas(const Invocation& invocation, const Console& console) {
 
 CommandGroup vocCommands() {
     static constexpr std::array commands{
-        Command{"list", "FILE...", "Lists the categories and parameters of vocabularies.", addListOptions, runList},
+        Command{"list", "FILE...", "List the categories and parameters of vocabularies", addListOptions, runList},
         Command{"merge", "OUT IN...",
-                "Adds vocabularies to those in a file, unless it has them; a missing file is started.", addMergeOptions,
-                runMerge},
-        Command{"erase", "FILE NAME VERSION", "Removes a vocabulary from a file.", nullptr, runErase},
-        Command{"has", "FILE PARAMETER", "Tells by its exit code whether a vocabulary has a parameter.", nullptr,
-                runHas},
+                "Add vocabularies to a file unless it contains them; create the file if it does not exist",
+                addMergeOptions, runMerge},
+        Command{"erase", "FILE NAME VERSION", "Remove a vocabulary from a file", nullptr, runErase},
+        Command{"has", "FILE PARAMETER", "Check whether a vocabulary has a parameter; the exit status is the result",
+                nullptr, runHas},
     };
-    return {"voc", "Vocabularies.", commands};
+    return {"voc", "Vocabularies", commands};
 }
 
 } // namespace Qel::Tool
