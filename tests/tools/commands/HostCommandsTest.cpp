@@ -198,7 +198,7 @@ TEST_F(HostCollectorTest, AProcessThatEndsBetweenTwoReadsIsLeftOutAndReported) {
     ASSERT_TRUE(processes.has_value());
     EXPECT_EQ(processes->total, 2);
     EXPECT_THAT(processes->rows, testing::SizeIs(2));
-    const std::string ended = ": the process ended while it was read, and is left out";
+    const std::string ended = ": the process exited while it was being read; skipped";
     EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/302/status" + ended));
     EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/303/cmdline" + ended));
 }
@@ -208,7 +208,7 @@ TEST_F(HostCollectorTest, AProcessWithoutAUidIsLeftOutAndReported) {
     const auto processes = collect().processes;
     ASSERT_TRUE(processes.has_value());
     EXPECT_EQ(processes->total, 1);
-    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/22/status: no uid in it"));
+    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/22/status: no Uid field"));
 }
 
 TEST_F(HostCollectorTest, OfFileSystemsOnOneFolderTheLastIsListed) {
@@ -230,7 +230,7 @@ TEST_F(HostCollectorTest, AProcessThatEndsMeanwhileIsPassedOverAndAMalformedOneI
     const auto processes = collect().processes;
     ASSERT_TRUE(processes.has_value());
     EXPECT_EQ(processes->total, 2);
-    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/301/stat: can't be read"));
+    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/301/stat: cannot be read"));
     EXPECT_THAT(collector.problems(), Not(Contains(HasSubstr("/300"))));
 }
 
@@ -242,7 +242,7 @@ TEST_F(HostCollectorTest, TellsWhatItCouldNotRead) {
     const auto missing = [&](const char* name) { return path("") + "/" + name + ": No such file or directory"; };
     EXPECT_THAT(collector.problems(),
                 ElementsAre(missing("etc/os-release"), missing("proc/cpuinfo"), missing("proc/meminfo"),
-                            path("") + "/proc/loadavg: no load averages in it", missing("etc/resolv.conf"),
+                            path("") + "/proc/loadavg: no load averages found", missing("etc/resolv.conf"),
                             missing("proc/mounts")));
     EXPECT_TRUE(report.system.has_value());
     EXPECT_FALSE(report.load.has_value());

@@ -29,7 +29,7 @@ std::string shownBytes(long long bytes) {
     return text.data();
 }
 
-/// How full a file system is, rounded up, as df(1) computes it: what is reserved for root is neither used nor free.
+/// Percentage of used space, computed like df(1): rounded up, and without the blocks reserved for root.
 std::string shownShare(const QelUsageStats& usage) {
     if (usage.used < 0 || usage.free < 0 || (usage.used == 0 && usage.free == 0))
         return "-";
@@ -51,7 +51,7 @@ std::string shownReal(double value) {
     return text.data();
 }
 
-/// Texts of a run of values, with a blank between them.
+/// The values as strings, separated by blanks.
 template <class Values, class Show> std::string joined(const Values& values, const Show& show) {
     std::string text;
     for (const auto& value : values)
@@ -63,7 +63,7 @@ std::string itself(const std::string& text) {
     return text;
 }
 
-/// A name, else the number, of a user or group.
+/// The name of a user or group, or its number if it has no name.
 template <class NameID> std::string shownName(const NameID& who) {
     if (who.isName())
         return who.name;
@@ -150,7 +150,7 @@ void print(std::ostream& out, const QelProcessList& list) {
         << list.idle << " idle\n\n";
     Table table({Align::right});
     std::vector<std::string> names(list.paramNames.begin(), list.paramNames.end());
-    // A column that isn't the last one is padded to its longest value.
+    // The arguments come last: all other columns are padded to their longest value.
     std::stable_partition(names.begin(), names.end(),
                           [](const std::string& name) { return name != HostReport::argumentsColumn; });
     std::vector<std::string> titles{"pid"};
