@@ -99,7 +99,7 @@ TEST_F(MessageCommandsTest, MalformedInputIsToldWithItsPlaceAndNothingIsWritten)
 }
 
 TEST_F(MessageCommandsTest, ATextWithAZeroByteIsMalformed) {
-    expectBadInput(std::string("<message/>\0<rest/>", 18), "byte 10: a zero byte");
+    expectBadInput(std::string("<message/>\0<rest/>", 18), "byte 10: null byte");
 }
 
 TEST_F(MessageCommandsTest, ATruncatedBinaryMessageIsToldWithItsByte) {
