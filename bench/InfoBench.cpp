@@ -26,7 +26,7 @@ QelInfo makeInfo(int level, const std::string& name) {
     QelInfo info("", name, true);
     for (int i = 0; i < parametersOfEach; ++i) {
         const std::string inner = "parameter_" + std::to_string(i);
-        info.text += "text preceding %" + inner + "%, ";
+        info.text += "plain text before %" + inner + "%, ";
         info.addParameter(makeInfo(level - 1, inner));
     }
     return info;

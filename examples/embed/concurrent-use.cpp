@@ -130,7 +130,7 @@ bool insertEnvironments() {
     return true;
 }
 
-/// Whether the cache holds the last change of each writer.
+/// True if the cache contains the last change of each writer.
 bool hasLastChanges() {
     const Qel::QelEnvCacheSP cache = Qel::envCache();
     const auto snapshot = cache ? cache->getEnvList() : nullptr;

@@ -115,7 +115,7 @@ TEST_P(CacheSharingTest, InterleavedCommandsAgreeWithModel) {
         }
     }
     finishWorkers();
-    EXPECT_EQ(seenByNewcomer(), model.all());
+    EXPECT_EQ(seenByNewProcess(), model.all());
     expectLeftClean(file);
 }
 
@@ -135,7 +135,7 @@ TEST_P(CacheSharingTest, ConcurrentWritersAndReadersSeeConsistentState) {
     StressStates expected;
     for (unsigned i = 0; i < writers; ++i)
         StressScript::addAfter(i + 1, steps, expected);
-    EXPECT_EQ(seenByNewcomer(), textOf(expected));
+    EXPECT_EQ(seenByNewProcess(), textOf(expected));
     expectLeftClean(file);
 }
 
@@ -163,7 +163,7 @@ TEST_P(CacheSharingTest, ListsSurviveGrowthOfTheFileByAnotherProcess) {
         }
     EXPECT_EQ(workers[1]->ask("update 0 2 50000"), model.apply(StressScript::Kind::update, {0, 2, 50000}));
     EXPECT_EQ(grower.ask("get 0"), model.get(0));
-    EXPECT_EQ(seenByNewcomer(), model.all()) << "a new process maps the whole file";
+    EXPECT_EQ(seenByNewProcess(), model.all()) << "a new process maps the whole file";
     finishWorkers();
     expectLeftClean(file);
 }
@@ -192,7 +192,7 @@ TEST_P(CacheSharingTest, ForkLeavesHeldListsToTheParent) {
         StressScript::addAfter(seed, 20, expected);
     for (const unsigned seed : {30U, 31U, 32U, 33U})
         StressScript::addAfter(seed, steps, expected);
-    EXPECT_EQ(seenByNewcomer(), textOf(expected));
+    EXPECT_EQ(seenByNewProcess(), textOf(expected));
     expectLeftClean(file);
 }
 

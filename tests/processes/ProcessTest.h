@@ -79,11 +79,11 @@ protected:
     }
 
     /// The states that a new process sees.
-    [[nodiscard]] std::string seenByNewcomer() const {
-        WorkerProcess newcomer(nativeWorker, file.path());
-        newcomer.ask("hold last");
-        std::string seen = newcomer.ask("see last");
-        newcomer.finish();
+    [[nodiscard]] std::string seenByNewProcess() const {
+        WorkerProcess process(nativeWorker, file.path());
+        process.ask("hold last");
+        std::string seen = process.ask("see last");
+        process.finish();
         return seen;
     }
 

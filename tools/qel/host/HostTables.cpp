@@ -135,7 +135,7 @@ void print(std::ostream& out, const QelDisk& disk) {
     heading(out, "Disks");
     Table table(
         {Align::left, Align::left, Align::left, Align::right, Align::right, Align::right, Align::right, Align::right});
-    table.addRow({"device", "mounted on", "type", "size", "used", "free", "full", "inodes full"});
+    table.addRow({"device", "mounted on", "type", "size", "used", "free", "use%", "inode use%"});
     for (const QelDiskPartition& partition : disk.partitions)
         table.addRow({partition.name, partition.f1297, partition.f1298, shownBytes(partition.blocks.total),
                       shownBytes(partition.blocks.used), shownBytes(partition.blocks.free),
@@ -145,7 +145,7 @@ void print(std::ostream& out, const QelDisk& disk) {
 
 void print(std::ostream& out, const QelProcessList& list) {
     heading(out, "Processes");
-    out << list.total << " in all: " << list.running << " running, " << list.sleeping << " sleeping, "
+    out << list.total << " total: " << list.running << " running, " << list.sleeping << " sleeping, "
         << list.uninterruptible << " uninterruptible, " << list.stopped << " stopped, " << list.zombie << " zombie, "
         << list.idle << " idle\n\n";
     Table table({Align::right});
@@ -170,7 +170,7 @@ void print(std::ostream& out, const QelProcessList& list) {
 void print(std::ostream& out, const std::vector<QelUser>& users) {
     heading(out, "Users");
     Table table({Align::left, Align::right});
-    table.addRow({"user", "uid", "group", "further groups", "home", "shell", "comment"});
+    table.addRow({"user", "uid", "group", "other groups", "home", "shell", "comment"});
     for (const QelUser& user : users)
         table.addRow({user.name, shownNumber(user), shownName(user.groupId),
                       joined(user.groups, [](const QelGroupNameID& group) { return shownName(group); }), user.home,
