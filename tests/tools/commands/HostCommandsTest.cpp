@@ -280,7 +280,7 @@ std::string shown(const HostReport& report) {
     return out.str();
 }
 
-/// The column "full" of a partition that has these bytes.
+/// The column "use%" of a partition that has these bytes.
 std::string shareOf(const Qel::QelUsageStats& blocks) {
     HostReport report;
     Qel::QelDiskPartition& partition = report.disks.emplace().partitions.emplace_back();
