@@ -1,9 +1,10 @@
-// The shared cache beside LMDB, both with records of 1 KB under random keys of 16 bytes, in files of one directory.
-// LMDB runs without syncing to disk (MDB_NOSYNC, MDB_WRITEMAP, MDB_NOMETASYNC), as the cache does.  After the runs a
-// table is printed: what an operation costs on each side, the ratio, and whether it reaches what is required.  Exit
-// code 1 if a required ratio isn't reached at the size that it is required for: n = 10,000, and n = 1,000 for
-// insertion. Each insertion copies the array, so that what all of them cost grows with the square of n, and with 10,000
-// records the ratio is only reported.
+// Compares the shared cache with LMDB: 1 KB records, random 16-byte keys, files in the same directory.  Like the cache,
+// LMDB does not sync to disk (MDB_NOSYNC, MDB_WRITEMAP, MDB_NOMETASYNC).
+//
+// Prints a table with the time of each operation, the ratio, and whether the required ratio is reached.  The exit code
+// is 1 if a ratio is missed at the size that it is required for: n = 10,000, or n = 1,000 for insertion.  Each
+// insertion copies the array, so the total cost of insertion is quadratic, and its ratio at 10,000 records is only
+// reported.
 
 #include <algorithm>
 #include <chrono>
@@ -50,7 +51,7 @@ void require(bool holds, const char* what) {
     std::abort();
 }
 
-// ---- what is stored
+// ---- records and keys
 
 struct BenchRecord : QelCachedItem {
     [[nodiscard]] unsigned length() const { return total; }
@@ -75,7 +76,7 @@ struct BenchValue {
 using Cache = QelCacheLogic<QelGUIDBase, BenchRecord, QelMappedMemoryManager>;
 using CachePtr = boost::intrusive_ptr<Cache>;
 
-/// n keys, in an order that has nothing to do with their own; always the same.
+/// n random keys in random order; reproducible.
 std::vector<QelGUIDBase> makeKeys(unsigned n) {
     std::mt19937_64 random(n);
     std::vector<QelGUIDBase> keys;
@@ -86,7 +87,7 @@ std::vector<QelGUIDBase> makeKeys(unsigned n) {
     return keys;
 }
 
-/// Reads a byte from the middle of a record.
+/// Reads one byte from the middle of a record.
 unsigned touch(const void* record) {
     return static_cast<const unsigned char*>(record)[recordBytes / 2];
 }
@@ -119,7 +120,6 @@ public:
     void insert(const QelGUIDBase& id, const BenchValue& value) { require(cache->insert(id, value) == 0, "insert"); }
     void update(const QelGUIDBase& id, const BenchValue& value) { require(cache->update(id, value) == 0, "update"); }
 
-    /// A state that is read.
     class Snapshot {
     public:
         explicit Snapshot(const Ours& store) : m_list(store.cache->getList()) { require(m_list != nullptr, "getList"); }
@@ -219,7 +219,7 @@ template <class Store> void fill(Store& store, unsigned n) {
 template <class Store> struct Filled {
     explicit Filled(unsigned n) : store(directory), keys(makeKeys(n)) {
         fill(store, n);
-        // Not the order in which they were inserted, which is the one that they lie in.
+        // Access the records in another order than that of insertion, which is their order in the file.
         std::shuffle(keys.begin(), keys.end(), std::mt19937(1));
     }
     const QelGUIDBase& nextKey() { return keys[position++ % keys.size()]; }
@@ -327,10 +327,10 @@ struct Row {
     Timing timing;
     Measure measure;
     double required;
-    int iterations; ///< 0: as many as fill the time
+    int iterations; ///< 0: determined by the minimum time
     unsigned requiredAt = requiredSize;
 
-    /// The ratio that n records have to reach; 0 for any.
+    /// The ratio required for n records; 0 if none.
     [[nodiscard]] double requiredFor(unsigned n) const {
         return requiredAt == requiredSize || n == requiredAt ? required : 0;
     }
@@ -340,12 +340,12 @@ const Row rows[] = {
     {"get on a held snapshot", benchGet<Ours>, benchGet<Lmdb>, Timing::wall, Measure::timesFaster, 4, 0},
     {"walk a whole snapshot", benchWalk<Ours>, benchWalk<Lmdb>, Timing::wall, Measure::timesFaster, 6, 0},
     {"update, no snapshot held", benchUpdate<Ours>, benchUpdate<Lmdb>, Timing::wall, Measure::timesFaster, 1.5, 0},
-    {"update, 100 beside an old snapshot", benchUpdateHeld<Ours>, benchUpdateHeld<Lmdb>, Timing::manual,
+    {"update, 100 with an old snapshot held", benchUpdateHeld<Ours>, benchUpdateHeld<Lmdb>, Timing::manual,
      Measure::timesFaster, 4, 100},
     {"insert all, one by one", benchInsert<Ours>, benchInsert<Lmdb>, Timing::manual, Measure::timesFaster, 1, 3,
      requiredSizeOfInsertion},
     {"attach, up to the first get", benchAttach<Ours>, benchAttach<Lmdb>, Timing::manual, Measure::timesFaster, 5, 200},
-    {"list taken and dropped / flock pair", benchList, benchFlock, Timing::wall, Measure::timesAsLong, 2.5, 0},
+    {"get and release list / flock pair", benchList, benchFlock, Timing::wall, Measure::timesAsLong, 2.5, 0},
 };
 
 std::string nameOf(const Row& row, const char* side, unsigned n) {
@@ -380,13 +380,13 @@ bool printTimes(const RatioTable& table, const BestTimes& times) {
     return allReached;
 }
 
-/// Bytes of the file for bytes of records, in the two columns of times.
+/// Prints the size of the file and the total size of the records in the two time columns.
 bool printSpace(const RatioTable& table) {
     bool allReached = true;
     for (const unsigned n : sizes) {
         const Filled<Ours> filled(n);
         const auto bytes = static_cast<double>(std::filesystem::file_size(filled.directory.file()));
-        if (!table.printLine("bytes of the file / of the records", std::to_string(n), bytes, double{recordBytes} * n,
+        if (!table.printLine("bytes of the file / of its records", std::to_string(n), bytes, double{recordBytes} * n,
                              Measure::timesAsLong, 1.35))
             allReached = allReached && n != requiredSize;
     }

@@ -1,10 +1,10 @@
-// Sets of ranges beside boost::icl::interval_set<unsigned>, both built from the same 100,000 ranges.  After the runs a
-// table is printed: what building a set takes on each side, the ratio, and whether it reaches what is required; then
-// the memory that the sets hold.  Exit code 1 if a required ratio isn't reached.
+// Compares sets of ranges with boost::icl::interval_set<unsigned>, both built from the same 100,000 ranges.  Prints the
+// time and the memory of each side, the ratio, and whether the required ratio is reached.  The exit code is 1 if a
+// required ratio is missed.
 //
-// "At once" is the insert of many ranges, which is how a pool is read from a message.  "One by one" inserts each range
-// by itself, as the peer does in every line, and is required to be fast only where the ranges come in ascending order:
-// a set of many ranges that lie far apart is a long vector, and an insert in its middle moves half of it.
+// "At once" inserts all ranges in one call, like the reader of an address pool.  "One by one" inserts them separately,
+// which the peer always does.  It must be fast only for ascending ranges: a set of many disjoint ranges is a long
+// vector, and an insert at a random position moves half of it on average.
 
 #include <algorithm>
 #include <cstdio>
@@ -31,7 +31,7 @@ constexpr unsigned rangeCount = 100'000;
 
 std::size_t bytesHeld = 0;
 
-/// Counts the bytes that its containers have asked for.
+/// Counts the bytes allocated by its containers.
 template <class T> struct CountingAllocator {
     using value_type = T;
 
@@ -56,9 +56,9 @@ using PeerOf = boost::icl::interval_set<unsigned, std::less, boost::icl::interva
 using Set = SetOf<std::allocator>;
 using Peer = PeerOf<std::allocator>;
 
-// ---- what is inserted
+// ---- the inserted ranges
 
-/// Ranges of up to `longest` addresses, at random among `universe` addresses.
+/// Random ranges of up to `longest` addresses, with starts from 1 to `universe`.
 Ranges randomRanges(unsigned universe, unsigned longest) {
     std::mt19937 random(20261121);
     std::uniform_int_distribution<unsigned> start(1, universe);
@@ -145,7 +145,7 @@ void registerAll() {
                 ->Unit(benchmark::kMillisecond);
 }
 
-/// A table of what both sides take for each row, in milliseconds of processor time or in memory.
+/// A table of processor time in milliseconds or of memory in KiB.
 RatioTable startTable(const char* unit) {
     return {"100,000 ranges", "", unit, 3};
 }
@@ -176,7 +176,7 @@ bool printMemory() {
     const RatioTable table = startTable("KiB");
     bool allReached = true;
     for (const Row& row : rows()) {
-        // A set that has shrunk keeps the room that it had, unless it was built at once.
+        // Unless built at once, a set keeps its capacity when it shrinks.
         const bool isAtOnce = std::string(row.way) == "at once";
         const double ours =
             kilobytesOf<CountedSet>(isAtOnce ? buildAtOnce<CountedSet> : buildOneByOne<CountedSet>, row.made);
@@ -187,7 +187,7 @@ bool printMemory() {
     return allReached;
 }
 
-/// Both sides must have built the same sets.
+/// Checks that both sides build equal sets.
 bool agree() {
     for (const Row& row : rows()) {
         const Set set = buildAtOnce(row.made);

@@ -1,7 +1,8 @@
-// Copies a file of 1 GiB with the tool and with cp, in turns, and compares the times and the memory.
+// Copies a file of 1 GiB alternately with the tool and with cp, and compares time and memory.
 //
-// Exit code 1 if the tool takes more than 1.3 times as long, or more than 8 MiB beyond what it takes to do nothing. The
-// first argument that isn't an option names the folder to work in (the current one by default), which needs 3 GiB.
+// The exit code is 1 if the tool takes more than 1.3 times as long as cp, or uses more than 8 MiB on top of its idle
+// memory.  The first argument that is not an option is the working directory (default: the current one); it needs 3
+// GiB.
 
 #include <algorithm>
 #include <chrono>
@@ -23,9 +24,9 @@ constexpr int rounds = 5;
 constexpr double allowedRatio = 1.3;
 constexpr long allowedKiB = 8 * 1024;
 
-/// What a program took.
+/// Resource usage of a process.
 struct Usage {
-    double seconds; ///< of wall time
+    double seconds; ///< wall time
     double cpuSeconds;
     long peakKiB;
 };
@@ -58,7 +59,7 @@ Usage run(std::vector<std::string> words) {
     return {elapsed.count(), secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime), usage.ru_maxrss};
 }
 
-/// A file whose blocks differ, so that no file system stores them once.
+/// Writes a file of distinct blocks, so that no file system can deduplicate them.
 void writeSource(const std::string& path) {
     std::FILE* const file = std::fopen(path.c_str(), "wb");
     std::vector<unsigned> block(1 << 18U);
@@ -70,12 +71,12 @@ void writeSource(const std::string& path) {
             break;
     }
     if (!file || std::fclose(file) != 0 || std::filesystem::file_size(path) != fileSize) {
-        std::fprintf(stderr, "%s can't be written\n", path.c_str());
+        std::fprintf(stderr, "cannot write %s\n", path.c_str());
         std::exit(2);
     }
 }
 
-/// A folder that goes with all that is in it.
+/// A temporary directory that is removed with its content.
 class WorkFolder {
 public:
     explicit WorkFolder(const std::string& parent) : m_path(parent + "/qel-copy-XXXXXX") {
@@ -113,7 +114,7 @@ int compare(const std::string& parent) {
     writeSource(source);
     const long baseKiB = run({QEL_PROGRAM, "--version"}).peakKiB;
 
-    // In turns, so that both meet the same state of the machine; each writes a new file, and none is cloned.
+    // Alternate, so that both programs run under the same conditions.  Each copy is a new file, and none is a reflink.
     std::vector<Usage> ours;
     std::vector<Usage> theirs;
     for (int round = 0; round < rounds; ++round) {
@@ -130,7 +131,7 @@ int compare(const std::string& parent) {
                          })->peakKiB;
     std::printf("median time, 1 GiB: qel %.2f s, cp %.2f s, ratio %.2f (required: %.2f)\n", median(ours).seconds,
                 median(theirs).seconds, ratio, allowedRatio);
-    std::printf("peak memory: %ld KiB beyond the %ld KiB of doing nothing (required: %ld KiB)\n", peakKiB - baseKiB,
+    std::printf("peak memory: %ld KiB above the %ld KiB of an idle process (required: %ld KiB)\n", peakKiB - baseKiB,
                 baseKiB, allowedKiB);
     return ratio <= allowedRatio && peakKiB - baseKiB <= allowedKiB ? 0 : 1;
 }

@@ -1,6 +1,6 @@
-// How long the text of an info takes to make, beside two peers in the same run: one that replaces the placeholders in a
-// copy of the format, one after the other, and boost::format.  The info has ten parameters, each of which has ten of
-// its own.  The columns tell the peers' time by that of the info, so that above 1 the info is the faster one.
+// Compares the formatting of an info with two peers: replacing the placeholders one by one in a copy of the format, and
+// boost::format.  The info has ten parameters, each with ten parameters.  The columns contain the peer's time divided
+// by that of the info: the info is faster if the value is greater than 1.
 
 #include <chrono>
 #include <cstdlib>
@@ -26,7 +26,7 @@ QelInfo makeInfo(int level, const std::string& name) {
     QelInfo info("", name, true);
     for (int i = 0; i < parametersOfEach; ++i) {
         const std::string inner = "parameter_" + std::to_string(i);
-        info.text += "what comes before %" + inner + "%, ";
+        info.text += "plain text before %" + inner + "%, ";
         info.addParameter(makeInfo(level - 1, inner));
     }
     return info;
@@ -53,7 +53,7 @@ std::string byFormat(const QelInfo& info) {
     return text.str();
 }
 
-/// The same info with its placeholders as boost::format has them: %1%, %2% in the order of the parameters.
+/// A copy of the info with the placeholders of boost::format: %1%, %2% in parameter order.
 QelInfo numbered(const QelInfo& info) {
     QelInfo made(info.text, info.name, true);
     int number = 0;
@@ -77,7 +77,7 @@ void substitution(benchmark::State& state) {
     const QelInfo info = makeInfo(levels, "top");
     const QelInfo forFormat = numbered(info);
     if (byReplacing(info) != info.toString() || byFormat(forFormat) != info.toString()) {
-        state.SkipWithError("the peers don't agree");
+        state.SkipWithError("the results differ");
         return;
     }
     double own = 0;
@@ -94,7 +94,7 @@ void substitution(benchmark::State& state) {
     state.counters["by boost::format"] = formatting / own;
     state.counters["characters"] = static_cast<double>(info.toString().size());
 }
-// A set number of runs: the time that counts is but a small part of what a run takes.
+// A fixed number of iterations, because the manual time is only a small part of each iteration.
 BENCHMARK(substitution)->UseManualTime()->Iterations(100)->Unit(benchmark::kMicrosecond);
 
 void lookupByPath(benchmark::State& state) {

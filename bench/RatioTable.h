@@ -1,5 +1,5 @@
-// What benchmarks have in common that measure ours beside a peer: the best time of each, and a table with a line for
-// each pair, which tells the ratio of the two and whether it is as required.
+// Shared by the benchmarks that compare our code with a peer: keeps the best time of each benchmark and prints a table
+// of pairs with their ratio and whether it meets the requirement.
 
 #pragma once
 
@@ -13,12 +13,12 @@
 
 namespace Qel::Bench {
 
-/// Keeps the best time of each benchmark; several runs of one differ by what else the machine does.
+/// Keeps the best time of several runs of each benchmark, which is least affected by other load on the machine.
 class BestTimes : public benchmark::BenchmarkReporter {
 public:
     enum class Clock { real, processor };
 
-    /// Tells times by this clock, in units of which `perSecond` are a second.
+    /// `perSecond`: number of time units per second.
     BestTimes(Clock clock, double perSecond) : m_clock(clock), m_perSecond(perSecond) {}
 
     bool ReportContext(const Context&) override { return true; }
@@ -29,7 +29,7 @@ public:
     }
     void Finalize() override { std::fprintf(stderr, "\r%60s\r", ""); }
 
-    /// 0 if the benchmark didn't run.
+    /// The best time of a benchmark; 0 if it did not run.
     [[nodiscard]] double of(const std::string& name) const {
         const auto found = m_times.find(name);
         return found == m_times.end() ? 0 : found->second;
@@ -51,12 +51,12 @@ private:
     std::map<std::string, double> m_times;
 };
 
-/// Runs what `registerAll` registers, as the arguments choose.  False if an argument isn't known.  Repetitions take
-/// turns in random order, as the machine may be slower for seconds.
+/// Runs the benchmarks registered by `registerAll` and selected by the arguments.  Returns false if an argument is
+/// unknown.  Repetitions are interleaved in random order, so that a temporary slowdown affects all benchmarks alike.
 inline bool runBenchmarks(int argc, char** argv, void (*registerAll)(), BestTimes& times) {
     std::vector<char*> arguments(argv, argv + argc);
-    std::string takingTurns = "--benchmark_enable_random_interleaving=true";
-    arguments.insert(arguments.begin() + 1, takingTurns.data());
+    std::string interleaving = "--benchmark_enable_random_interleaving=true";
+    arguments.insert(arguments.begin() + 1, interleaving.data());
     arguments.push_back(nullptr);
     argc = static_cast<int>(arguments.size() - 1);
     argv = arguments.data();
@@ -70,20 +70,20 @@ inline bool runBenchmarks(int argc, char** argv, void (*registerAll)(), BestTime
 }
 
 enum class Measure {
-    timesFaster, ///< The peer's value by ours, at least as required.
-    timesAsLong, ///< Our value by the peer's, at most as required.
+    timesFaster, ///< the peer's value divided by ours; the requirement is a minimum
+    timesAsLong, ///< our value divided by the peer's; the requirement is a maximum
 };
 
-/// A table on the standard output.
+/// Prints a table to standard output.
 class RatioTable {
 public:
-    /// Prints the head: what the two columns of labels hold, and the unit of the values, which have so many decimals.
+    /// Prints the header: the titles of the two label columns and the unit of the values.
     RatioTable(const char* what, const char* which, const std::string& unit, int decimals) : m_decimals(decimals) {
         std::printf("%-38s %-11s %14s %14s %8s %10s\n", what, which, ("ours " + unit).c_str(), ("peer " + unit).c_str(),
                     "ratio", "required");
     }
 
-    /// Prints a line, with `required` 0 for a ratio that may be any.  Whether the ratio is as required.
+    /// Prints a line and returns true if the ratio meets the requirement; `required` = 0: none.
     bool printLine(const char* what, const std::string& which, double ours, double peer, Measure measure,
                    double required) const {
         const bool isFaster = measure == Measure::timesFaster;

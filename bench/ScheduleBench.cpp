@@ -1,4 +1,4 @@
-// How long each trigger takes to find its next run, and how often it allocates.
+// Measures the time and the number of allocations for computing the next run of each kind of trigger.
 
 #include <atomic>
 #include <cstdlib>
@@ -20,7 +20,7 @@ std::atomic<unsigned long> allocations;
 
 } // namespace
 
-// Not inlined, or g++ takes the two for a pair that doesn't match.
+// noinline: otherwise g++ reports mismatched allocation functions.
 [[gnu::noinline]] void* operator new(std::size_t size) {
     allocations.fetch_add(1, std::memory_order_relaxed);
     void* const memory = std::malloc(size);
@@ -78,7 +78,7 @@ template <> QelSchedulerMonthlyDayOfWeekTrigger make() {
     return trigger;
 }
 
-/// Asks one trigger at times of two months.
+/// Computes the next run of one trigger at random times within a month.
 template <class Trigger> void nextRun(benchmark::State& state) {
     const auto trigger = make<Trigger>();
     std::mt19937 random(1);
@@ -102,7 +102,7 @@ BENCHMARK_TEMPLATE(nextRun, QelSchedulerWeeklyTrigger);
 BENCHMARK_TEMPLATE(nextRun, QelSchedulerMonthlyTrigger);
 BENCHMARK_TEMPLATE(nextRun, QelSchedulerMonthlyDayOfWeekTrigger);
 
-/// What a scheduler does each time it wakes: five thousand tasks, a thousand of each kind.
+/// The work of a scheduler at each wake-up: 5,000 tasks, 1,000 of each kind.
 void allTasks(benchmark::State& state) {
     QelSchedulerTriggerList triggers;
     for (int i = 0; i < 1000; ++i) {

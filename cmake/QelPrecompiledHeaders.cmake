@@ -1,5 +1,5 @@
-# What nearly every source of a target includes is parsed once for all of them.  Only headers from outside: a change to one of
-# ours must not compile everything again.  The options let ccache see through it.
+# Precompiles headers that nearly every source of a target includes.  External headers only: a change to one of our own would
+# recompile the whole target.  The options make precompiled headers work with ccache.
 function(qel_precompile_headers target)
     target_precompile_headers(${target} PRIVATE ${ARGN})
     target_compile_options(${target} PRIVATE
@@ -7,11 +7,11 @@ function(qel_precompile_headers target)
         "$<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>")
 endfunction()
 
-# For what is shipped: qel_precompile_library_headers(TARGET SYSTEM header... OWN header...).
+# For installed libraries: qel_precompile_library_headers(TARGET SYSTEM header... OWN header...).
 #
-# A user's build compiles everything once and takes all of them, which saves a third of its time.  A developer's takes only
-# the headers from outside, and with g++ none: each source is then compiled with its own includes, which shows a missing one,
-# and g++ 12 reports warnings inside code that comes from a precompiled header.
+# A user's build compiles everything once, so it precompiles all of these headers, which saves a third of the build time.  A
+# developer's build precompiles only the external headers with clang and none with g++: missing includes are then detected,
+# and g++ 12 would report warnings inside precompiled headers.
 function(qel_precompile_library_headers target)
     cmake_parse_arguments(PARSE_ARGV 1 given "" "" "SYSTEM;OWN")
     if(NOT QEL_DEVELOPER)

@@ -1,7 +1,7 @@
-// Reads any text as the URI of a backup.  What has been read is written so that it reads back equal.
+// Parses arbitrary text as the URI of a backup.  A valid URI must be equal after a round trip.
 //
-// Few random digits are a message whose checksum is right, so only an even first byte takes the rest as the path of a
-// URI; an odd one takes it as the body of the message that holds the storage, in front of a backup.
+// Random digits rarely encode a message with a valid checksum.  If the first byte is even, the rest is the path of a
+// URI; if it is odd, the rest is the body of the message that encodes the storage in front of a backup path.
 
 #include <cstddef>
 #include <cstdint>
@@ -41,7 +41,7 @@ void read(const std::string& path) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Qel::debug_level = 0; // most inputs fail, and each would say so
+    Qel::debug_level = 0; // suppress an error log line for each invalid input
     if (size == 0)
         return 0;
     const std::string_view input(reinterpret_cast<const char*>(data), size);

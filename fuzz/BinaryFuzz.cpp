@@ -1,7 +1,7 @@
-// Reads any bytes as a message in binary form.
+// Parses arbitrary bytes as a message in binary form.
 //
-// Few random bytes have a checksum that is right, so besides the input as it is a buffer is read that has it as its
-// body: an even first byte makes it an element, an odd one a whole message.
+// Random bytes rarely have a valid checksum.  The input is therefore also parsed as the body of a buffer with a valid
+// head: of an element if the first byte is even, of a whole message if it is odd.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
-// Walks any bytes as a cache file.  The checker must come to an end without touching anything outside of them.
+// Checks arbitrary bytes as a cache file.  The checker must terminate and must not access anything outside the bytes.
 //
-// An even first byte takes the rest as the file.  An odd one takes it as changes to a sound file, six bytes each: a
-// place and the word to put there; so the walk gets far from the first run on.
+// If the first byte is even, the rest is the file.  If it is odd, the rest is a sequence of changes to a valid file,
+// six bytes each: an offset and the word to store there.  Changes reach deep into the checker from the first run on.
 
 #include <cstddef>
 #include <cstdint>
@@ -9,14 +9,14 @@
 #include <span>
 
 #include "qel/cachefile/CacheFileChecker.h"
-#include "tools/CacheFileBuilder.h"
+#include "tools/cachefile/CacheFileBuilder.h"
 
 namespace {
 
 void check(std::span<const std::byte> bytes) {
     (void)Qel::Tool::identifyCacheFile(bytes);
     for (const Qel::Tool::Finding& finding : Qel::Tool::checkCacheFile(bytes).findings) {
-        // A finding is told of the header or of a place in the file.
+        // The offset of a finding must be in the header or in the file.
         constexpr std::size_t headerLength = 56;
         if (finding.offset >= bytes.size() && finding.offset >= headerLength)
             __builtin_trap();

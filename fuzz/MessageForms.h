@@ -6,8 +6,8 @@
 #include "QelMessage/QelMessage.h"
 #include "QelMessage/QelMessageIterator.h"
 
-/// What the targets of both message forms demand: whatever has been read is written so that it reads back equal, in
-/// either form and from one into the other.
+/// Checks shared by the targets of both message forms: a parsed message must survive a round trip through either form
+/// and through a conversion between them.
 namespace MessageForms {
 
 inline void demand(bool holds) {
@@ -47,7 +47,7 @@ inline void demandFixedPoint(const Qel::QelMessage& message) {
     demand(Forms(*fromBinary) == forms);
 }
 
-/// Each child of the root alone, as an element and as markup.
+/// Checks the round trip of each child of the root, as an element and as markup.
 inline void demandPartsFixed(Qel::QelMessage& message) {
     const std::unique_ptr<Qel::QelMessageIterator> cursor(message.rootIterator());
     if (cursor->firstChild() != 0)
@@ -60,7 +60,7 @@ inline void demandPartsFixed(Qel::QelMessage& message) {
         demand(takeText(target->toTextFromChild()) == text);
         std::string markup;
         if (cursor->getValueXML(markup, 0) != 0)
-            continue; // a value that can't be told without its element
+            continue; // a value that cannot be represented without its element
         demand(target->putValueXML(markup, 0) == 0);
         demand(takeText(target->toTextFromChild()) == text);
     } while (cursor->nextSibling() == 0);

@@ -6,8 +6,7 @@
 #include "QelMessage/QelBinaryCodec.h"
 #include "QelMessage/QelBinaryFormat.h"
 
-/// A buffer in binary form with this body: its head tells the content, `oneElement` or `wholeMessage`, and its checksum
-/// is right.
+/// A buffer in binary form with this body and a valid checksum.  `content` is `oneElement` or `wholeMessage`.
 inline std::string sealedMessage(unsigned char content, std::string_view body) {
     using namespace Qel::QelBinaryFormat;
     std::string bytes(magic);

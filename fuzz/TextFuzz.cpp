@@ -1,4 +1,4 @@
-// Reads any text as a message, as an element and as markup.
+// Parses arbitrary text as a message, as an element and as markup.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,11 +1,11 @@
-// Two reader and two writer processes use one cache at the same time.
+// Two reader and two writer processes use one cache concurrently.
 //
 //     concurrent-use CACHE
 //
-// Each reader takes one snapshot and reads every environment in it again and again, without a lock, until both writers
-// have finished.  Each writer makes 1,000 changes to an environment of its own, under the file's lock.  The program
-// prints what each process did and how often the kernel put it to sleep to wait for something.  It ends with 4 if a
-// snapshot changed while it was held, or if a change was lost.
+// Each reader takes one snapshot and repeatedly reads all its environments, without a lock, until both writers have
+// finished.  Each writer makes 1,000 changes to its own environment under the file lock.  The program prints the work
+// of each process and how often the process blocked (voluntary context switches).  The exit code is 4 if a held
+// snapshot changed or a change was lost.
 
 #include <atomic>
 #include <cstdio>
@@ -28,11 +28,11 @@ constexpr int writers = 2;
 constexpr int changesOfWriter = 1000;
 
 struct Figures {
-    long rounds = 0; ///< of a reader: how often it read its snapshot from start to end
-    long waits = 0;  ///< how often the process slept during that time
+    long rounds = 0; ///< of a reader: number of complete passes over its snapshot
+    long waits = 0;  ///< voluntary context switches during that time
 };
 
-/// Memory that all processes share.
+/// Memory shared by all processes.
 struct Shared {
     std::atomic<bool> writersFinished{false};
     Figures reader[readers];
@@ -53,7 +53,7 @@ int numberOf(const Qel::QelEnv& env) {
     return env.getStatus().state;
 }
 
-/// Reads all environments of a snapshot; the result depends on every one of them.
+/// Reads all environments of a snapshot and returns a checksum of them.
 long long read(const Qel::QelEnvCache::EnvValuesList& snapshot) {
     long long sum = 0;
     for (auto at = snapshot.begin(); !(at == snapshot.end()); ++at)
@@ -109,7 +109,7 @@ pid_t start(const std::function<int()>& run) {
     return child;
 }
 
-/// Waits for all of the children; whether all of them succeeded.
+/// Waits for all children.  Returns true if all of them succeeded.
 bool succeeded(const std::vector<pid_t>& children) {
     bool all = true;
     for (const pid_t child : children) {
@@ -119,7 +119,7 @@ bool succeeded(const std::vector<pid_t>& children) {
     return all;
 }
 
-/// What the writers change.
+/// Inserts the environments that the writers will change.
 bool insertEnvironments() {
     const Qel::QelEnvCacheSP cache = Qel::envCache();
     if (!cache)
@@ -130,7 +130,7 @@ bool insertEnvironments() {
     return true;
 }
 
-/// Whether the cache holds the last change of each writer.
+/// True if the cache contains the last change of each writer.
 bool hasLastChanges() {
     const Qel::QelEnvCacheSP cache = Qel::envCache();
     const auto snapshot = cache ? cache->getEnvList() : nullptr;
@@ -158,10 +158,10 @@ int main(int argc, char** argv) {
     void* const memory = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     int ready[2];
     if (memory == MAP_FAILED || pipe(ready) != 0)
-        return fail("out of memory or of descriptors");
+        return fail("cannot create shared memory or a pipe");
     auto& shared = *new (memory) Shared;
     if (!insertEnvironments())
-        return fail("the cache can't be written");
+        return fail("cannot write to the cache");
 
     std::vector<pid_t> readerProcesses;
     for (Figures& figures : shared.reader)
@@ -170,7 +170,7 @@ int main(int argc, char** argv) {
     char each = 0;
     for (int count = 0; count < readers; ++count)
         if (::read(ready[0], &each, 1) != 1)
-            return fail("a reader has no snapshot");
+            return fail("a reader cannot take a snapshot");
     std::vector<pid_t> writerProcesses;
     for (int writer = 0; writer < writers; ++writer)
         writerProcesses.push_back(start([&, writer] { return runWriter(shared.writer[writer], writer); }));

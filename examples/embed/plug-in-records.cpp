@@ -1,8 +1,9 @@
-// Records of several classes in a plug-in: one of the library's families, and a family of the plug-in's own.
+// Class families in a plug-in: one of the library and one defined by the plug-in.
 //
 //     plug-in-records
 //
-// prints the class that each element of a message is read as.  The complex type of the element names the class.
+// prints the class of the object read from each element of a message.  The complex type of the element selects the
+// class.
 
 #include <cstdio>
 #include <iostream>
@@ -14,7 +15,7 @@
 #include <QelFunctionalityCore/QelFunctionalityCore.h>
 #include <QelMessage/QelDerivedRegistry.h>
 
-/// The base class of the plug-in's family, and its default class.
+/// The base class of the plug-in's family.  It is also the default class.
 struct Sensor {
     virtual ~Sensor() = default;
     [[nodiscard]] virtual std::string className() const { return "Sensor"; }
@@ -48,7 +49,7 @@ struct Thermometer : Sensor {
     };
 };
 
-/// The plug-in owns the base class, and so it defines the registry.
+/// The registry is defined by the owner of the base class, here the plug-in.
 template class Qel::QelDerivedParserFactory<Sensor>;
 
 namespace {
@@ -62,13 +63,13 @@ constexpr const char* text = R"(<message xmlns:xsi="http://www.w3.org/2001/XMLSc
   <sensor xsi:type="sensors:thermometer"><label>intake</label></sensor>
 </message>)";
 
-/// Elements whose type no class has are refused: the argument of the reader is false.
+/// The readers' argument `false` rejects elements whose complex type belongs to no registered class.
 int show(const Qel::QelMessageIterator& cursor) {
     boost::shared_ptr<Qel::QelVtInfo> info;
     if (cursor.seek("info") != 0 || Qel::QelReaderDerived<Qel::QelVtInfo>(false)(cursor, info) != 0)
         return -1;
     const Qel::QelVtInfo& found = *info;
-    std::cout << "info: " << (typeid(found) == typeid(Qel::QelVtInfo) ? "QelVtInfo" : "of another class") << '\n';
+    std::cout << "info: " << (typeid(found) == typeid(Qel::QelVtInfo) ? "QelVtInfo" : "another class") << '\n';
     cursor.seekUp();
 
     boost::shared_ptr<Sensor> sensor;
@@ -88,7 +89,7 @@ int main() {
     }
     const std::unique_ptr<Qel::QelMessageIterator> cursor(message->rootIterator());
     if (show(*cursor) != 0) {
-        std::fprintf(stderr, "plug-in-records: an element of a class that isn't registered\n");
+        std::fprintf(stderr, "plug-in-records: element of an unregistered class\n");
         return 4;
     }
     return 0;

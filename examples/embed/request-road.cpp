@@ -1,10 +1,10 @@
-// Follows one request through the system: a client wants more memory for a virtual machine, the agent gives it and
-// tells its subscribers, and one of them shows what it hears.
+// Follows one request through the system: a client requests more memory for a virtual machine, the agent changes the
+// environment and publishes an event, and a subscriber prints the event.
 //
 //     request-road CACHE MESSAGE CONFIGURATION
 //
-// takes the first environment of the message, and the agent's identity from its configuration.  Agent and subscriber
-// share nothing but the cache file and the bytes of one message, so they may as well be two processes.
+// uses the first environment of the message and the agent's identity from the configuration.  Agent and subscriber
+// share only the cache file and the bytes of one message, so they could be separate processes.
 
 #include <cstdio>
 #include <iostream>
@@ -29,12 +29,12 @@ std::string memoryOf(const Qel::QelEnv& env) {
 
 std::string memoryIn(const Qel::QelEnvCache::EnvValuesListPtr& snapshot, const Qel::QelEID& eid) {
     const Qel::QelEnvCSP env = snapshot->getEnv(eid);
-    return env ? memoryOf(*env) : "(not there)";
+    return env ? memoryOf(*env) : "(not found)";
 }
 
 // --- The agent
 
-/// The plug-in for a type of environments, which hears of a change before it is in the cache and could refuse it.
+/// The plug-in for a type of environments.  It is called before a change is written to the cache and can reject it.
 class Plugin : public Qel::QelEnvUpdater {
 public:
     int insertEnv(const Qel::QelEnv&) override { return 0; }
@@ -47,7 +47,7 @@ public:
     int checkEnv(const Qel::QelEnv&) override { return 0; }
 };
 
-/// 1. The environment comes in a message.
+/// 1. The environment is read from a message.
 int readEnvironment(const std::string& file, Qel::QelEnv& env) {
     const Qel::auto_destroy<Qel::QelMessage> message(Qel::QelMessage::getFactory()->createNew());
     if (message->create(0) != 0 || message->loadFromFile(file) != 0)
@@ -56,7 +56,7 @@ int readEnvironment(const std::string& file, Qel::QelEnv& env) {
     return cursor->firstChild() == 0 ? cursor->getObj(env, Qel::getEmptyID()) : -1;
 }
 
-/// 2. A change of a field is a change of the configuration's own tree.
+/// 2. Setting a field changes the configuration's tree.
 int doubleMemory(Qel::QelEnv& env) {
     Qel::QelOptionalProperty<Qel::QelQoS> limit;
     limit.get().id = memoryLimit;
@@ -66,7 +66,7 @@ int doubleMemory(Qel::QelEnv& env) {
     return env.getVirtualConfig()->setQoS(limit);
 }
 
-/// 4. An event tells of it, with a payload: the shortage of memory is over.
+/// 4. An event describes the change; its payload reports that the memory shortage is over.
 boost::shared_ptr<Qel::QelEvent> makeEvent(const Qel::QelEnv& env, const std::string& before) {
     const boost::shared_ptr<Qel::QelEvent> event(new Qel::QelEvent("request-road"));
     event->category = "environment";
@@ -86,7 +86,7 @@ boost::shared_ptr<Qel::QelEvent> makeEvent(const Qel::QelEnv& env, const std::st
     return event;
 }
 
-/// 5. The event goes into a message, with the names by which its subscribers are found.
+/// 5. The event is written to a message, with the subscription names that select its subscribers.
 int publish(const boost::shared_ptr<Qel::QelEvent>& event, std::string& bytes) {
     const Qel::auto_destroy<Qel::QelMessage> message(Qel::QelMessage::getFactory()->createNew());
     if (message->create(0) != 0)
@@ -109,7 +109,7 @@ int serveRequest(const std::string& file, std::string& bytes) {
     const std::string before = memoryOf(env);
     std::cout << "agent: " << env.getTitle() << " of type " << env.getType().c_str() << ", memory " << before << '\n';
 
-    // 3. The update brings the flat record in step with the configurations, asks the plug-in and swaps the record in.
+    // 3. The update serialises the configurations into the flat record, calls the plug-in and replaces the record.
     if (doubleMemory(env) != 0 || cache->update(env) != 0)
         return -1;
     const Qel::QelEnvCache::EnvValuesListPtr fresh = cache->getEnvList();
@@ -122,7 +122,7 @@ int serveRequest(const std::string& file, std::string& bytes) {
 
 // --- The subscriber
 
-/// 6. The subscriber reads the event, and its texts get their values.
+/// 6. The subscriber reads the event and formats its texts.
 int receive(const std::string& bytes) {
     const Qel::auto_destroy<Qel::QelMessage> message(Qel::QelMessage::getFactory()->createNew());
     if (message->create(0) != 0 || message->fromBinary(bytes.data(), static_cast<int>(bytes.size())) != 0)
@@ -164,7 +164,7 @@ int main(int argc, char** argv) {
     Qel::initEnvCache(argv[1], false);
     std::string bytes;
     if (setIdentity(argv[3]) != 0 || serveRequest(argv[2], bytes) != 0 || receive(bytes) != 0) {
-        std::fprintf(stderr, "request-road: it ends here: %s\n", Qel::getErrorMessage().c_str());
+        std::fprintf(stderr, "request-road: %s\n", Qel::getErrorMessage().c_str());
         return 4;
     }
     return 0;

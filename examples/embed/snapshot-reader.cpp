@@ -1,9 +1,9 @@
-// Shows what a snapshot is: a reader keeps seeing the state that it took, while other processes change the cache.
+// Demonstrates snapshots: a reader continues to see the state of its snapshot while other processes change the cache.
 //
 //     snapshot-reader CACHE EID
 //
-// takes one snapshot of the cache and keeps it.  For each line that arrives on standard input it tells what that
-// snapshot shows of the environment, and what a fresh one does.
+// takes one snapshot of the cache and holds it.  For each line on standard input it prints the environment as seen in
+// the held snapshot and in a new one.
 
 #include <cstdio>
 #include <iostream>
@@ -19,7 +19,7 @@ using Qel::QelEnvCache;
 std::string describe(const QelEnvCache::EnvValuesList& list, const QelEID& eid) {
     const Qel::QelEnvCSP env = list.getEnv(eid);
     if (!env)
-        return "not there";
+        return "not found";
     Qel::QelOptionalProperty<Qel::QelQoS> memory;
     memory.get().id = "memory_bytes";
     static_cast<void>(env->getVirtualConfig()->getQoS(memory));
@@ -39,13 +39,13 @@ int main(int argc, char** argv) {
     const Qel::QelEnvCacheSP cache = Qel::envCache();
     const QelEnvCache::EnvValuesListPtr held = cache ? cache->getEnvList() : nullptr;
     if (!held) {
-        std::fprintf(stderr, "snapshot-reader: can't read the cache %s\n", argv[1]);
+        std::fprintf(stderr, "snapshot-reader: cannot read the cache %s\n", argv[1]);
         return 4;
     }
     for (std::string line; std::getline(std::cin, line);) {
         const QelEnvCache::EnvValuesListPtr fresh = cache->getEnvList();
         std::cout << "held: " << describe(*held, eid) << '\n'
-                  << "fresh: " << (fresh ? describe(*fresh, eid) : "no snapshot to be had") << std::endl;
+                  << "fresh: " << (fresh ? describe(*fresh, eid) : "no snapshot available") << std::endl;
     }
     return 0;
 }

@@ -1,4 +1,4 @@
-// Processes that are killed while they read or write a cache file, and what the others find afterwards.
+// Processes are killed while they read or write a cache file; other processes then check the file.
 
 #include <algorithm>
 #include <csignal>
@@ -23,14 +23,14 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Processes, CacheKillTest, testing::ValuesIn(crews()), nameOfCrew);
 
-/// Lets some random time go by, up to about a millisecond: so that a process is killed anywhere in what it does.
-void dawdle(std::mt19937& random) {
+/// Waits for a random time of up to about a millisecond, so that a process is killed at a random point.
+void waitRandomly(std::mt19937& random) {
     volatile unsigned turns = below(random, 1U << (5 + below(random, 15)));
     while (turns != 0)
         turns = turns - 1;
 }
 
-TEST_P(CacheKillTest, SnapshotsOfKilledReadersStayAndTheOthersGoOn) {
+TEST_P(CacheKillTest, SnapshotsOfKilledReadersRemainAndOtherProcessesContinue) {
     addWorkers(2);
     {
         WorkerProcess writer(nativeWorker, file.path());
@@ -47,7 +47,7 @@ TEST_P(CacheKillTest, SnapshotsOfKilledReadersStayAndTheOthersGoOn) {
             snapshots.emplace_back(each.readers, each.records);
         return snapshots;
     };
-    EXPECT_EQ(reportOn(file).snapshotRefCount, 2) << "nobody gives the current one back";
+    EXPECT_EQ(reportOn(file).snapshotRefCount, 2) << "the killed reader never releases the current snapshot";
     addWorkers(2);
     workers[0]->send("write 3 1000");
     workers[1]->send("write 4 1000");
@@ -65,14 +65,14 @@ TEST_P(CacheKillTest, SnapshotsOfKilledReadersStayAndTheOthersGoOn) {
     EXPECT_EQ(report.snapshotRefCount, 1);
 }
 
-/// Whether a damage costs nothing but bytes: blocks that nobody refers to, and counts that are too high.
-bool costsBytesOnly(const Tool::Findings& findings) {
+/// True if the only damage is leaked blocks.
+bool onlyLeaksBlocks(const Tool::Findings& findings) {
     return std::ranges::all_of(findings,
                                [](const Tool::Finding& each) { return each.kind == FindingKind::unreferenced; });
 }
 
-/// Whether a damage is one that an interrupted change may leave.
-bool isOfAnInterruptedChange(const Tool::Finding& finding) {
+/// True if an interrupted change can cause this damage.
+bool isFromInterruptedChange(const Tool::Finding& finding) {
     switch (finding.kind) {
     case FindingKind::freeListLink:
     case FindingKind::freeListOrder:
@@ -81,7 +81,7 @@ bool isOfAnInterruptedChange(const Tool::Finding& finding) {
     case FindingKind::counter:
     case FindingKind::keyOrder:
     case FindingKind::recordKey:
-    case FindingKind::recordPointer: // listed twice
+    case FindingKind::recordPointer: // an entry was listed twice
     case FindingKind::recordRefCount:
     case FindingKind::unreferenced:
         return true;
@@ -90,9 +90,9 @@ bool isOfAnInterruptedChange(const Tool::Finding& finding) {
     }
 }
 
-TEST_P(CacheKillTest, WritersKilledAnywhereLeaveAFileThatCanBeRead) {
+TEST_P(CacheKillTest, WritersKilledAtAnyPointLeaveAReadableFile) {
     constexpr int rounds = 50;
-    // So many that moving entries of the array takes most of the time.
+    // Enough environments that moving array entries takes most of the time.
     ASSERT_EQ(addWorker().ask("fill 800"), "ok");
     finishWorkers();
     const std::string filled = file.read();
@@ -106,18 +106,18 @@ TEST_P(CacheKillTest, WritersKilledAnywhereLeaveAFileThatCanBeRead) {
             WorkerProcess writer(program, own.path());
             ASSERT_EQ(writer.ask(command("churn", 1 + round % 5)), "ok");
             for (unsigned looks = below(random, 8); looks > 0; --looks)
-                dawdle(random);
+                waitRandomly(random);
             writer.kill();
             ASSERT_EQ(writer.finish(), -SIGKILL);
         }
         const Tool::CacheFileReport report = reportOn(own);
         for (const Tool::Finding& finding : report.findings)
-            EXPECT_TRUE(isOfAnInterruptedChange(finding)) << testing::PrintToString(finding);
-        // Whatever was interrupted: the lock is free, and what is listed is whole.
+            EXPECT_TRUE(isFromInterruptedChange(finding)) << testing::PrintToString(finding);
+        // Regardless of what was interrupted, the lock is free and all listed records are intact.
         WorkerProcess reader(nativeWorker, own.path());
         EXPECT_EQ(reader.ask("look"), "ok " + std::to_string(report.records)) << "round " << round;
         EXPECT_EQ(reader.finish(), 0);
-        if (!costsBytesOnly(report.findings)) {
+        if (!onlyLeaksBlocks(report.findings)) {
             ++damaged;
             continue;
         }
@@ -125,12 +125,12 @@ TEST_P(CacheKillTest, WritersKilledAnywhereLeaveAFileThatCanBeRead) {
         EXPECT_EQ(survivor.ask("read 1"), "ok");
         EXPECT_EQ(survivor.ask("write 9 50"), "ok");
         EXPECT_EQ(survivor.finish(), 0);
-        EXPECT_TRUE(costsBytesOnly(reportOn(own).findings));
+        EXPECT_TRUE(onlyLeaksBlocks(reportOn(own).findings));
     }
     RecordProperty("damaged", damaged);
 }
 
-TEST_P(CacheKillTest, ProcessKilledWhileItAttachesLeavesAFileThatIsUsedOrRefused) {
+TEST_P(CacheKillTest, ProcessKilledWhileAttachingLeavesFileThatIsUsableOrRejected) {
     std::mt19937 random(8);
     for (int round = 0; round < 40; ++round) {
         const TempFile own;
@@ -138,13 +138,13 @@ TEST_P(CacheKillTest, ProcessKilledWhileItAttachesLeavesAFileThatIsUsedOrRefused
             WorkerProcess starter(GetParam().programs.back(), own.path());
             starter.send("hold list");
             for (unsigned turns = below(random, 12); turns > 0; --turns)
-                dawdle(random);
+                waitRandomly(random);
             starter.kill();
             starter.finish();
         }
         WorkerProcess survivor(nativeWorker, own.path());
         const std::string answer = survivor.ask("write 1 50");
-        // Killed while it formatted the file: an unusable one is refused by all until somebody removes it.
+        // If the process was killed while formatting, the file is unusable and is rejected until it is removed.
         const bool isUnusable = own.size() >= 56 && own.word(8) != 0 && own.word(52) == 0;
         EXPECT_EQ(answer, isUnusable ? "no cache" : "ok") << "round " << round;
         EXPECT_EQ(survivor.finish(), 0);

@@ -1,4 +1,4 @@
-// Processes that share one cache file and all come to a good end.
+// Processes share one cache file, and all of them exit normally.
 
 #include <set>
 
@@ -11,14 +11,14 @@ class CacheSharingTest : public ProcessTest {};
 
 INSTANTIATE_TEST_SUITE_P(Processes, CacheSharingTest, testing::ValuesIn(crews()), nameOfCrew);
 
-TEST_P(CacheSharingTest, ProgramsAreOfTheArchitecturesThatTheCrewIsNamedFor) {
+TEST_P(CacheSharingTest, ProgramsMatchTheArchitecturesOfTheCrew) {
     std::set<std::string> bits;
     for (const std::string& program : GetParam().programs)
         bits.insert(WorkerProcess(program, file.path()).ask("bits"));
     EXPECT_EQ(bits.size(), GetParam().programs.size());
 }
 
-TEST_P(CacheSharingTest, OneProcessSeesWhatAnotherOneWrote) {
+TEST_P(CacheSharingTest, ProcessSeesChangesOfAnotherProcess) {
     addWorkers(2);
     EXPECT_EQ(workers[0]->ask("insert 1 7 100"), "0");
     EXPECT_EQ(workers[1]->ask("get 1"), "1:7:100");
@@ -32,7 +32,7 @@ TEST_P(CacheSharingTest, OneProcessSeesWhatAnotherOneWrote) {
     expectLeftClean(file);
 }
 
-/// What the cache and the lists in all processes have to show.
+/// Model of the expected state of the cache and the lists in all processes.
 class SharedModel {
 public:
     std::string apply(StressScript::Kind kind, const StressState& state) {
@@ -64,13 +64,13 @@ private:
     StressStates m_current;
 };
 
-TEST_P(CacheSharingTest, ThousandsOfCommandsInTurnAgreeWithAModel) {
+TEST_P(CacheSharingTest, InterleavedCommandsAgreeWithModel) {
     constexpr unsigned commands = 6000;
     constexpr unsigned numbers = 60;
     constexpr unsigned listsOfWorker = 5;
     addWorkers(4);
     SharedModel model;
-    std::map<std::pair<std::size_t, unsigned>, std::string> held; // worker and list, and what it shows
+    std::map<std::pair<std::size_t, unsigned>, std::string> held; // by worker and list: the expected states
     std::mt19937 random(2026);
     for (unsigned i = 1; i <= commands; ++i) {
         const std::size_t which = below(random, static_cast<unsigned>(workers.size()));
@@ -115,11 +115,11 @@ TEST_P(CacheSharingTest, ThousandsOfCommandsInTurnAgreeWithAModel) {
         }
     }
     finishWorkers();
-    EXPECT_EQ(seenByNewcomer(), model.all());
+    EXPECT_EQ(seenByNewProcess(), model.all());
     expectLeftClean(file);
 }
 
-TEST_P(CacheSharingTest, WritersAndReadersWorkAtOnceForThousandsOfOperations) {
+TEST_P(CacheSharingTest, ConcurrentWritersAndReadersSeeConsistentState) {
     constexpr unsigned writers = 4;
     constexpr unsigned readers = 2;
     constexpr unsigned steps = 1500;
@@ -135,11 +135,11 @@ TEST_P(CacheSharingTest, WritersAndReadersWorkAtOnceForThousandsOfOperations) {
     StressStates expected;
     for (unsigned i = 0; i < writers; ++i)
         StressScript::addAfter(i + 1, steps, expected);
-    EXPECT_EQ(seenByNewcomer(), textOf(expected));
+    EXPECT_EQ(seenByNewProcess(), textOf(expected));
     expectLeftClean(file);
 }
 
-TEST_P(CacheSharingTest, FileGrowsInOneProcessWhileOthersHoldLists) {
+TEST_P(CacheSharingTest, ListsSurviveGrowthOfTheFileByAnotherProcess) {
     constexpr unsigned environments = 60;
     constexpr unsigned bytes = 30000;
     addWorkers(3);
@@ -163,12 +163,12 @@ TEST_P(CacheSharingTest, FileGrowsInOneProcessWhileOthersHoldLists) {
         }
     EXPECT_EQ(workers[1]->ask("update 0 2 50000"), model.apply(StressScript::Kind::update, {0, 2, 50000}));
     EXPECT_EQ(grower.ask("get 0"), model.get(0));
-    EXPECT_EQ(seenByNewcomer(), model.all()) << "who comes late maps all of it";
+    EXPECT_EQ(seenByNewProcess(), model.all()) << "a new process maps the whole file";
     finishWorkers();
     expectLeftClean(file);
 }
 
-TEST_P(CacheSharingTest, ForkWithListsHeldLeavesTheListsToTheParent) {
+TEST_P(CacheSharingTest, ForkLeavesHeldListsToTheParent) {
     constexpr unsigned steps = 400;
     addWorkers(2);
     for (unsigned i = 0; i < 2; ++i) {
@@ -185,18 +185,18 @@ TEST_P(CacheSharingTest, ForkWithListsHeldLeavesTheListsToTheParent) {
         EXPECT_EQ(worker->ask("again before"), "same");
         EXPECT_EQ(worker->ask("again after"), "same");
     }
-    EXPECT_EQ(reportOn(file).heldSnapshots.size(), 4U) << "two lists of two parents, and none of a child";
+    EXPECT_EQ(reportOn(file).heldSnapshots.size(), 4U) << "two lists for each parent and none for a child";
     finishWorkers();
     StressStates expected;
     for (const unsigned seed : {10U, 11U, 20U, 21U})
         StressScript::addAfter(seed, 20, expected);
     for (const unsigned seed : {30U, 31U, 32U, 33U})
         StressScript::addAfter(seed, steps, expected);
-    EXPECT_EQ(seenByNewcomer(), textOf(expected));
+    EXPECT_EQ(seenByNewProcess(), textOf(expected));
     expectLeftClean(file);
 }
 
-TEST_P(CacheSharingTest, SameChangesMakeTheSameFileWhoeverMakesThem) {
+TEST_P(CacheSharingTest, SameChangesProduceIdenticalFilesOnAllArchitectures) {
     std::vector<std::string> files;
     for (const std::string& program : GetParam().programs) {
         const TempFile own;

@@ -112,7 +112,7 @@ std::string CacheWorker::write(unsigned seed, unsigned steps) const {
     for (unsigned step = 0; step < steps; ++step) {
         const auto [kind, state] = script.next();
         if (const int code = apply(*cache, kind, state))
-            return "step " + std::to_string(step) + " gave " + std::to_string(code);
+            return "step " + std::to_string(step) + " returned " + std::to_string(code);
         if (step % 50 != 0 && step + 1 != steps)
             continue;
         const auto list = cache->getEnvList();
@@ -128,7 +128,7 @@ std::string CacheWorker::write(unsigned seed, unsigned steps) const {
 std::string CacheWorker::read(unsigned rounds) const {
     constexpr unsigned roundsHeld = 7;
     const QelEnvCacheSP cache = envCache();
-    std::map<unsigned, unsigned> versions; // that were seen last
+    std::map<unsigned, unsigned> versions; // last seen, by number
     Held old;
     for (unsigned round = 0; round < rounds; ++round) {
         const auto list = cache->getEnvList();
@@ -165,7 +165,7 @@ std::string CacheWorker::forkAndWrite(unsigned seed, unsigned steps) {
     });
     const std::string result = write(seed + 1, steps);
     if (const int code = child.wait())
-        return "the child gave " + std::to_string(code);
+        return "the child returned " + std::to_string(code);
     if (envCache() != inherited)
         return "the parent lost its cache";
     for (const auto& [id, held] : m_held)
@@ -177,7 +177,7 @@ std::string CacheWorker::forkAndWrite(unsigned seed, unsigned steps) {
 std::string CacheWorker::fill(unsigned count) const {
     for (unsigned i = 0; i < count; ++i)
         if (const int code = envCache()->insert(stressEnv({100000 + i, 1, 4})))
-            return "environment " + std::to_string(i) + " gave " + std::to_string(code);
+            return "environment " + std::to_string(i) + " returned " + std::to_string(code);
     return ok;
 }
 
@@ -193,16 +193,16 @@ std::string CacheWorker::look() const {
 }
 
 void CacheWorker::churn(unsigned seed) const {
-    // Made before, so that nearly all of the time goes into changing the file.
+    // Created in advance, so that nearly all of the time is spent on changing the file.
     std::vector<QelEnv> environments;
     for (unsigned i = 0; i < 40; ++i) {
         QelEnv env = stressEnv({seed * 1000 + i, i, i * 50});
-        env.syncBuffer(); // a copy takes what is in the record
+        env.syncBuffer(); // copies are made from the record
         environments.push_back(env);
     }
     const QelEnvCacheSP cache = envCache();
     for (unsigned round = 0;; ++round) {
-        // Under a list that is held changes go to a copy of the array; both ways are to be interrupted.
+        // While a list is held, changes go to a copy of the array (copy-on-write).  Exercise both ways.
         const auto list = round % 4 == 0 ? cache->getEnvList() : nullptr;
         for (const QelEnv& env : environments)
             if (cache->insert(env) != 0 && round % 3 == 0)

@@ -10,24 +10,24 @@
 
 namespace Qel::TestSupport {
 
-/// Works on the cache of its process as it is told, one command a line, one line of answer each:
+/// Executes commands on the process's cache.  Each command is one line and is answered by one line:
 ///
-///     bits                   bits of an address
-///     insert N VERSION SIZE  code
-///     update N VERSION SIZE  code
-///     remove N               code
+///     bits                   size of a pointer in bits
+///     insert N VERSION SIZE  result code
+///     update N VERSION SIZE  result code
+///     remove N               result code
 ///     get N                  "N:VERSION:SIZE" of a copy, "none" or "torn"
-///     hold ID                "ok" once a list is held under that name, else "none"
-///     see ID                 the states that a held list shows, or "torn"
-///     again ID               "same" if each byte of the records of a held list is as it was at first, else "changed"
-///     drop ID                "ok"
-///     write SEED STEPS       makes the changes of a script; "ok", or what went wrong
-///     read ROUNDS            takes and checks lists; "ok", or what went wrong
-///     fork SEED STEPS        forks: the child attaches anew and makes the changes of a script, the parent those of
-///                            the script of SEED + 1, both at once; "ok", or what went wrong
-///     look                   "ok N" if each record of a list is whole, whatever key lists it
-///     fill COUNT             adds small environments from number 100000 on; "ok", or what went wrong
-///     churn SEED             answers "ok", and changes environments until it is killed
+///     hold ID                takes a list and holds it under that name; "ok" or "none"
+///     see ID                 the states in a held list, or "torn"
+///     again ID               "same" if the bytes of all records of a held list are unchanged, else "changed"
+///     drop ID                releases a held list; "ok"
+///     write SEED STEPS       makes the changes of a script; "ok" or an error
+///     read ROUNDS            takes and checks lists; "ok" or an error
+///     fork SEED STEPS        forks; the child attaches again and makes the changes of a script, while the parent makes
+///                            those of the script of SEED + 1; "ok" or an error
+///     look                   "ok N" if all N records of a list are intact, regardless of their keys
+///     fill COUNT             adds small environments with numbers from 100000; "ok" or an error
+///     churn SEED             answers "ok", then changes environments until killed
 class CacheWorker {
 public:
     void run(std::istream& commands, std::ostream& answers);
@@ -35,7 +35,7 @@ public:
 private:
     struct Held {
         QelEnvCache::EnvValuesListPtr list;
-        std::string bytes; ///< of its records when it was taken
+        std::string bytes; ///< the records' bytes when the list was taken
     };
 
     std::string perform(std::istringstream& command);

@@ -26,10 +26,10 @@ namespace Qel::TestSupport {
 
 /// The worker program of this build.
 inline const std::string nativeWorker = QEL_CACHE_WORKER;
-/// That of a build for the other architecture; empty if there is none.
+/// The worker program of a build for another architecture; empty if there is none.
 inline const std::string foreignWorker = QEL_FOREIGN_WORKER;
 
-/// Programs whose processes work on one file; the processes are spread over them.
+/// The worker programs of a test, all on the same file.
 struct Crew {
     std::string name;
     std::vector<std::string> programs;
@@ -49,7 +49,7 @@ struct Crew {
     return Tool::checkCacheFile(std::as_bytes(std::span(bytes)));
 }
 
-/// Expects a file without damage, in which nobody holds a snapshot.
+/// Expects an undamaged file without held snapshots.
 inline void expectLeftClean(const TempFile& file) {
     const Tool::CacheFileReport report = reportOn(file);
     EXPECT_THAT(report.findings, testing::IsEmpty());
@@ -57,10 +57,10 @@ inline void expectLeftClean(const TempFile& file) {
     EXPECT_EQ(report.snapshotRefCount, 1);
 }
 
-/// A cache file and processes that work on it.
+/// A cache file and worker processes that use it.
 class ProcessTest : public testing::TestWithParam<Crew> {
 protected:
-    /// The n-th worker runs the n-th program of the crew, in turn.
+    /// Workers are assigned to the programs of the crew round-robin.
     WorkerProcess& addWorker() {
         const std::vector<std::string>& programs = GetParam().programs;
         workers.push_back(std::make_unique<WorkerProcess>(programs[workers.size() % programs.size()], file.path()));
@@ -78,12 +78,12 @@ protected:
         workers.clear();
     }
 
-    /// What a new process sees.
-    [[nodiscard]] std::string seenByNewcomer() const {
-        WorkerProcess newcomer(nativeWorker, file.path());
-        newcomer.ask("hold last");
-        std::string seen = newcomer.ask("see last");
-        newcomer.finish();
+    /// The states that a new process sees.
+    [[nodiscard]] std::string seenByNewProcess() const {
+        WorkerProcess process(nativeWorker, file.path());
+        process.ask("hold last");
+        std::string seen = process.ask("see last");
+        process.finish();
         return seen;
     }
 
@@ -95,7 +95,7 @@ protected:
     return info.param.name;
 }
 
-/// A command with its arguments.
+/// Formats a command with its arguments.
 template <class... Arguments>
 [[nodiscard]] std::string command(const std::string& verb, const Arguments&... arguments) {
     std::string text = verb;

@@ -1,4 +1,4 @@
-// The program that follows one request through the system, and the page that shows what it prints.
+// Compares the output of the example request-road with its documentation.
 
 #include <cstdio>
 #include <fstream>
@@ -24,7 +24,7 @@ std::string outputOf(const std::string& command) {
     return output;
 }
 
-/// The lines behind the command in the page's first block, without their indentation.
+/// The output shown after the command in the page's first code block, without indentation.
 std::string shownOutput() {
     const std::string indentation(4, ' ');
     std::ifstream page(QEL_SOURCE "/docs/road-of-a-request.md");
@@ -42,18 +42,19 @@ std::string road(const std::string& cache, const std::string& message) {
                     "' '" QEL_SOURCE "/examples/agent.conf' 2>&1");
 }
 
-TEST(RequestRoadTest, PrintsWhatThePageShows) {
+TEST(RequestRoadTest, PrintsOutputShownInTheDocumentation) {
     const TempFile cache;
     const std::string shown = shownOutput();
     EXPECT_FALSE(shown.empty());
     EXPECT_EQ(road(cache.path(), "messages/virtual-machines.xml"), shown);
-    EXPECT_EQ(road(cache.path(), "messages/virtual-machines.xml"), shown) << "with the environments in the cache";
+    EXPECT_EQ(road(cache.path(), "messages/virtual-machines.xml"), shown)
+        << "with a cache that already contains the environments";
 }
 
-TEST(RequestRoadTest, EndsWhereTheMessageHoldsNoEnvironment) {
+TEST(RequestRoadTest, FailsIfTheMessageContainsNoEnvironment) {
     const TempFile cache;
     EXPECT_EQ(road(cache.path(), "events/started.xml"),
-              "request-road: it ends here: /event: can't read QelEnv: element parent_eid (parentEID) is missing\n");
+              "request-road: /event: can't read QelEnv: element parent_eid (parentEID) is missing\n");
 }
 
 } // namespace

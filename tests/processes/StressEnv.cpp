@@ -17,7 +17,7 @@ QelStringOptionalProperty letters(const StressState& state, unsigned start) {
     return property;
 }
 
-/// The bytes of a record behind its reference count.
+/// The bytes of a record after its reference count.
 std::string bytesOf(const QelEnvCoreBasic& record) {
     constexpr unsigned count = sizeof(QelCachedItem);
     return {reinterpret_cast<const char*>(&record) + count, record.length() - count};
@@ -26,7 +26,7 @@ std::string bytesOf(const QelEnvCoreBasic& record) {
 } // namespace
 
 QelEID stressEID(unsigned number) {
-    constexpr unsigned long long spread = 0x9E3779B97F4A7C15; // odd, so that different numbers stay different
+    constexpr unsigned long long spread = 0x9E3779B97F4A7C15; // odd, so that distinct numbers have distinct EIDs
     return {static_cast<long long>((number + 1) * spread), static_cast<long long>(number)};
 }
 
@@ -47,7 +47,7 @@ std::optional<StressState> stateOf(const QelEnvCoreBasic& record) {
     record.eid.getData(spread, number);
     const StressState state{static_cast<unsigned>(number), static_cast<unsigned>(record.status.state),
                             static_cast<unsigned>(record.status.transition)};
-    constexpr unsigned sizeLimit = 0x1000000; // of anything that a cache accepts
+    constexpr unsigned sizeLimit = 0x1000000; // greater than any record that the cache accepts
     if (state.size > sizeLimit)
         return std::nullopt;
     const QelEnv whole = stressEnv(state);

@@ -10,42 +10,43 @@
 
 namespace Qel::TestSupport {
 
-/// All that an environment of these tests says: every byte of its record follows from it, so that whoever finds the
-/// record in a cache can tell whether it is whole.
+/// The state of a test environment.  It determines every byte of the environment's record, so that a torn record can be
+/// detected.
 struct StressState {
-    unsigned number = 0;  ///< which environment
-    unsigned version = 0; ///< of its content
-    unsigned size = 0;    ///< bytes of its name
+    unsigned number = 0;  ///< identifies the environment
+    unsigned version = 0; ///< version of its content
+    unsigned size = 0;    ///< length of its name in bytes
 
     friend bool operator==(const StressState&, const StressState&) = default;
 };
 
-/// States by EID, in the order of a list.
+/// States by EID, in list order.
 using StressStates = std::map<QelEID, StressState>;
 
-/// The identifier of an environment.  Identifiers of successive numbers lie far apart.
+/// The EID of an environment.  The EIDs of consecutive numbers are far apart.
 [[nodiscard]] QelEID stressEID(unsigned number);
 
 [[nodiscard]] QelEnv stressEnv(const StressState& state);
 
-/// The state of a record; nothing if one of its bytes is not as it should be.  The reference count is not looked at.
+/// The state of a record; nullopt if any byte is wrong.  The reference count is ignored.
 [[nodiscard]] std::optional<StressState> stateOf(const QelEnvCoreBasic& record);
 
-/// What a list shows; nothing if its keys don't ascend, or a record is not whole or not that of its key.
+/// The states in a list; nullopt if the keys are not in ascending order, a record is torn, or a record does not belong
+/// to its key.
 [[nodiscard]] std::optional<StressStates> statesOf(const QelEnvCache::EnvValuesList& list);
 
-/// The records of a list, byte by byte but for the reference counts.
+/// The bytes of a list's records without their reference counts.
 [[nodiscard]] std::string bytesOf(const QelEnvCache::EnvValuesList& list);
 
-/// "number:version:size" of each state, with blanks between.
+/// "number:version:size" of each state, separated by blanks.
 [[nodiscard]] std::string textOf(const StressStates& states);
 
-/// A random number below `limit`, the same on all architectures.
+/// A random number below `limit`; the sequence is the same on all architectures.
 [[nodiscard]] inline unsigned below(std::mt19937& random, unsigned limit) {
     return static_cast<unsigned>(random() % limit);
 }
 
-/// Random changes to a few environments that nobody else changes, the same for each seed.
+/// A reproducible sequence of random changes, determined by the seed.  Each seed uses its own environments.
 class StressScript {
 public:
     enum class Kind : std::uint8_t { insert, update, remove };
@@ -54,19 +55,19 @@ public:
         StressState state;
     };
 
-    /// Changes environments `seed * 1000` to `seed * 1000 + 39`.
+    /// The script changes the environments `seed * 1000` to `seed * 1000 + 39`.
     explicit StressScript(unsigned seed) : m_first(seed * 1000), m_random(seed) {}
 
-    /// The next change, which always succeeds.  Versions only grow.
+    /// Returns the next change.  It always succeeds; versions only increase.
     Change next();
 
-    /// What the cache holds of these environments after the changes so far.
+    /// The expected states of the script's environments after the changes so far.
     [[nodiscard]] const StressStates& model() const { return m_model; }
 
-    /// Adds what the cache holds after the first `steps` changes of a script.
+    /// Adds the expected states after the first `steps` changes of a script.
     static void addAfter(unsigned seed, unsigned steps, StressStates& states);
 
-    /// Those of the states that are of these environments.
+    /// The subset of `all` that belongs to the script's environments.
     [[nodiscard]] StressStates own(const StressStates& all) const;
 
 private:

@@ -50,7 +50,7 @@ WorkerProcess::~WorkerProcess() {
 
 void WorkerProcess::send(const std::string& command) const {
     const std::string line = command + '\n';
-    // A process that has ended doesn't listen; its answer tells.
+    // Ignore a failure: receive() reports that the process has ended.
     static_cast<void>(::send(m_channel, line.data(), line.size(), MSG_NOSIGNAL));
 }
 

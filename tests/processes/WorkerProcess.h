@@ -7,8 +7,8 @@
 
 namespace Qel::TestSupport {
 
-/// A process of its own that runs a worker program on a cache file; killed if it still runs at the end.  What it says
-/// on standard error goes to the file `CACHE.errors`.
+/// A process that runs a worker program on a cache file.  The destructor kills it if it is still running.  Standard
+/// error is redirected to the file `CACHE.errors`.
 class WorkerProcess {
 public:
     WorkerProcess(const std::string& program, const std::string& cacheFile);
@@ -17,14 +17,14 @@ public:
     ~WorkerProcess();
 
     void send(const std::string& command) const;
-    /// The next line of answer; nothing when the process has ended.
+    /// Reads the next answer; nullopt if the process has ended.
     [[nodiscard]] std::optional<std::string> receive();
-    /// Sends a command and gives its answer, or "ended".
+    /// Sends a command and returns its answer, or "ended".
     std::string ask(const std::string& command);
 
     void kill() const;
-    /// Lets the process come to its end, which it does once there are no more commands.  Its exit code, or minus the
-    /// number of the signal that ended it.
+    /// Closes the command channel, which ends the process, and waits for it.  Returns the exit code, or the negated
+    /// number of the signal that killed the process.
     int finish();
 
 private:
@@ -32,7 +32,7 @@ private:
 
     pid_t m_process = -1;
     int m_channel = -1;
-    std::string m_received; // and not asked for yet
+    std::string m_received; // but not returned yet
 };
 
 } // namespace Qel::TestSupport

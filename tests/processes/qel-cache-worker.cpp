@@ -1,4 +1,4 @@
-// A process that works on the cache file named by its argument, as it is told on standard input.
+// Executes commands from standard input on the cache file named by its argument.
 
 #include <iostream>
 

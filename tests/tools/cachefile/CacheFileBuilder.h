@@ -9,11 +9,10 @@
 #include <string>
 #include <vector>
 
-/// Lays out a cache file by hand, byte by byte, so that the checker is tested against the format and not against the
-/// library that writes it.
+/// Builds a cache file byte by byte, so that the checker is tested against the format instead of the library.
 class CacheFileBuilder {
 public:
-    /// A key's two halves, as they are compared.
+    /// The two halves of a key, in comparison order.
     struct Key {
         std::uint64_t first = 0;
         std::uint64_t second = 0;
@@ -33,10 +32,10 @@ public:
         return offset;
     }
 
-    /// Adds a used block for `dataLength` bytes; the offset of its data.
+    /// Adds a used block for `dataLength` bytes and returns the offset of its data.
     std::uint32_t addUsed(std::uint32_t dataLength) { return addBlock((dataLength + 7) / 8 * 8 + 8) + 8; }
 
-    /// Adds a record; the offset of its data.
+    /// Adds a record and returns the offset of its data.
     std::uint32_t addRecord(Key key, std::int32_t refCount, std::uint32_t configSize = 0,
                             std::uint32_t vconfigSize = 0) {
         const std::uint32_t data = addUsed(92 + configSize + vconfigSize);
@@ -48,7 +47,7 @@ public:
         return data;
     }
 
-    /// Adds a snapshot; the offset of its data.
+    /// Adds a snapshot and returns the offset of its data.
     std::uint32_t addSnapshot(std::int32_t refCount, const std::vector<Entry>& entries, std::uint32_t reserved = 0) {
         const auto count = static_cast<std::uint32_t>(entries.size());
         const std::uint32_t data = addUsed(12 + 20 * (count + reserved));
@@ -64,7 +63,7 @@ public:
         return data;
     }
 
-    /// Frees what is left up to `fileLength`, links the free list and fills the header.
+    /// Adds a free block up to `fileLength`, links the free list and fills in the header.
     void finish(std::uint32_t currentSnapshot, std::uint32_t fileLength = 4096) {
         if (size() < fileLength)
             addFree(fileLength - size());
@@ -91,7 +90,7 @@ public:
         std::memcpy(m_bytes.data() + offset, &number, sizeof number);
     }
 
-    /// Lets the pointer at `field` lead to `target`.
+    /// Sets the pointer at `field` to `target`.
     void point(std::uint32_t field, std::uint32_t target) { set(field, target - field); }
 
     void putKey(std::uint32_t offset, Key key) { std::memcpy(m_bytes.data() + offset, &key, sizeof key); }
@@ -126,10 +125,10 @@ private:
     std::vector<std::uint32_t> m_free;
 };
 
-/// A sound file of 4096 bytes with something of everything: two records, of which one was updated while a reader held
-/// the snapshot before, and a gap between blocks.
+/// A valid file of 4096 bytes that covers all features: two records, one of them updated while a reader held the
+/// previous snapshot, and a free block between used ones.
 struct SampleCacheFile : CacheFileBuilder {
-    /// The second key has the smaller first byte, since a key is two little-endian numbers.
+    /// The greater key has the smaller first byte, because keys are compared as little-endian integers.
     static constexpr Key firstKey{0x00FF, 7};
     static constexpr Key secondKey{0x0100, 7};
 
@@ -144,9 +143,9 @@ struct SampleCacheFile : CacheFileBuilder {
         finish(currentSnapshot);
     }
 
-    /// The place of an entry of the current snapshot.
+    /// The offset of an entry of the current snapshot.
     [[nodiscard]] std::uint32_t entry(std::uint32_t index) const { return currentSnapshot + 12 + 20 * index; }
 
-    // Offsets: of a record's or snapshot's data, of a free block's head.
+    // Offsets of the data of records and snapshots, and of the heads of free blocks.
     std::uint32_t firstRecord, gap, secondRecord, oldRecord, heldSnapshot, currentSnapshot, tail;
 };

@@ -13,11 +13,11 @@ using testing::ElementsAre;
 using testing::Field;
 using testing::IsEmpty;
 
-TEST(CacheFileCheckerTest, NothingIsWrongWithASoundFile) {
+TEST(CacheFileCheckerTest, AcceptsValidFile) {
     EXPECT_THAT(findingsIn(SampleCacheFile()), IsEmpty());
 }
 
-TEST(CacheFileCheckerTest, NothingIsWrongWithAFreshFile) {
+TEST(CacheFileCheckerTest, AcceptsEmptyCache) {
     CacheFileBuilder fresh;
     fresh.resize(4096);
     const std::array<std::uint32_t, 14> header{56, 1, 96, 4096, 56, 4044, 0, 0xCACEFE03, 56, 16, 225, 92, 1, 1};
@@ -36,7 +36,7 @@ TEST(CacheFileCheckerTest, NothingIsWrongWithAFreshFile) {
     EXPECT_EQ(report.achievableSize, 96U);
 }
 
-TEST(CacheFileCheckerTest, ASoundFileIsMeasured) {
+TEST(CacheFileCheckerTest, ReportsSizesOfValidFile) {
     const SampleCacheFile file;
     const CacheFileReport report = checkCacheFile(file.bytes());
     EXPECT_EQ(report.records, 2U);
@@ -49,7 +49,7 @@ TEST(CacheFileCheckerTest, ASoundFileIsMeasured) {
     EXPECT_EQ(report.achievableSize, 56U + 80 + 232 + 144);
 }
 
-TEST(CacheFileCheckerTest, AHeldSnapshotIsToldAndIsNoFinding) {
+TEST(CacheFileCheckerTest, ReportsHeldSnapshotWithoutFinding) {
     const SampleCacheFile file;
     const CacheFileReport report = checkCacheFile(file.bytes());
     EXPECT_THAT(report.heldSnapshots,
@@ -57,7 +57,7 @@ TEST(CacheFileCheckerTest, AHeldSnapshotIsToldAndIsNoFinding) {
                                   Field(&HeldSnapshot::records, 2))));
 }
 
-TEST(CacheFileCheckerTest, AHeldSnapshotWithoutRecordsIsTold) {
+TEST(CacheFileCheckerTest, ReportsHeldSnapshotWithoutRecords) {
     CacheFileBuilder file;
     file.addSnapshot(1, {}, 1);
     file.finish(file.addSnapshot(1, {}, 1));
@@ -65,7 +65,7 @@ TEST(CacheFileCheckerTest, AHeldSnapshotWithoutRecordsIsTold) {
     EXPECT_EQ(checkCacheFile(file.bytes()).heldSnapshots.size(), 1U);
 }
 
-TEST(CacheFileCheckerTest, ABlockMayHaveOneSpareUnit) {
+TEST(CacheFileCheckerTest, AcceptsBlockWithOneSpareUnit) {
     CacheFileBuilder file;
     const std::uint32_t record = file.addUsed(92 + 8 + 4);
     file.set(record, 1);
@@ -75,7 +75,7 @@ TEST(CacheFileCheckerTest, ABlockMayHaveOneSpareUnit) {
     EXPECT_THAT(findingsIn(file), IsEmpty());
 }
 
-TEST(CacheFileCheckerTest, BytesBehindTheHeapAreLeftByAGrowthThatDidNotEndAndAreFine) {
+TEST(CacheFileCheckerTest, AcceptsBytesAfterTheHeapLeftByInterruptedGrowth) {
     SampleCacheFile file;
     file.resize(8192);
     EXPECT_THAT(findingsIn(file), IsEmpty());
@@ -90,7 +90,7 @@ struct HeaderConstant {
 
 class CacheFileCheckerHeaderTest : public testing::TestWithParam<HeaderConstant> {};
 
-TEST_P(CacheFileCheckerHeaderTest, AChangedConstantIsFound) {
+TEST_P(CacheFileCheckerHeaderTest, ReportsWrongConstant) {
     SampleCacheFile file;
     file.set(GetParam().offset, 77);
     expectOnly(file, isFinding(FindingKind::headerConstant, GetParam().offset, GetParam().text));
@@ -104,19 +104,19 @@ INSTANTIATE_TEST_SUITE_P(
                     HeaderConstant{40, "revision is 77, not 225"}, HeaderConstant{44, "valueBytes is 77, not 92"},
                     HeaderConstant{48, "generation is 77, not 1"}, HeaderConstant{52, "valid is 77, not 1"}));
 
-TEST(CacheFileCheckerTest, AFileMarkedUnusableIsFound) {
+TEST(CacheFileCheckerTest, ReportsFileMarkedAsUnusable) {
     SampleCacheFile file;
     file.set(52, 0);
     expectOnly(file, isFinding(FindingKind::headerConstant, 52, "marked as unusable"));
 }
 
-TEST(CacheFileCheckerTest, AFileShorterThanItsSizeIsFound) {
+TEST(CacheFileCheckerTest, ReportsFileShorterThanItsSize) {
     SampleCacheFile file;
     file.resize(2048);
     expectOnly(file, isFinding(FindingKind::fileLength, 12, "size is 4096, but the file has 2048 bytes"));
 }
 
-TEST(CacheFileCheckerTest, AFileCutWithinItsRecordsIsOneFinding) {
+TEST(CacheFileCheckerTest, ReportsOneFindingForFileTruncatedWithinRecords) {
     const SampleCacheFile whole;
     for (std::uint32_t length = 56; length < whole.tail; ++length) {
         SampleCacheFile file;
@@ -125,7 +125,7 @@ TEST(CacheFileCheckerTest, AFileCutWithinItsRecordsIsOneFinding) {
     }
 }
 
-TEST(CacheFileCheckerTest, AFileCutBehindItsLastFreeBlockIsOneFinding) {
+TEST(CacheFileCheckerTest, ReportsOneFindingForFileTruncatedAfterLastFreeBlock) {
     CacheFileBuilder file;
     const std::uint32_t record = file.addRecord({1, 1}, 1);
     const std::uint32_t snapshot = file.addSnapshot(1, {{{1, 1}, record}});
@@ -137,7 +137,7 @@ TEST(CacheFileCheckerTest, AFileCutBehindItsLastFreeBlockIsOneFinding) {
     expectOnly(file, isFinding(FindingKind::fileLength, 12, "but the file has"));
 }
 
-TEST(CacheFileCheckerTest, ASizeBelowTheBlocksIsFound) {
+TEST(CacheFileCheckerTest, ReportsSizeTooSmallForTheBlocks) {
     for (const std::uint32_t size : {0U, 8U, 64U, 1024U, 4088U}) {
         SampleCacheFile file;
         file.set(12, size);
@@ -146,19 +146,19 @@ TEST(CacheFileCheckerTest, ASizeBelowTheBlocksIsFound) {
     }
 }
 
-TEST(CacheFileCheckerTest, ASizeBeyondTheFileIsFound) {
+TEST(CacheFileCheckerTest, ReportsSizeGreaterThanTheFile) {
     SampleCacheFile file;
     file.set(12, 0xFFFFFFF8);
     expectOnly(file, isFinding(FindingKind::fileLength, 12, "but the file has 4096 bytes"));
 }
 
-TEST(CacheFileCheckerTest, ASizeThatIsNoMultipleOfEightIsFound) {
+TEST(CacheFileCheckerTest, ReportsSizeThatIsNotAMultipleOfEight) {
     SampleCacheFile file;
     file.set(12, 4098);
     expectOnly(file, isFinding(FindingKind::fileLength, 12, "not a multiple of 8"));
 }
 
-TEST(CacheFileCheckerTest, AWrongCounterIsFound) {
+TEST(CacheFileCheckerTest, ReportsWrongCounter) {
     SampleCacheFile file;
     const std::uint32_t used = file.word(8);
     file.set(8, used + 8);
@@ -166,41 +166,41 @@ TEST(CacheFileCheckerTest, AWrongCounterIsFound) {
                                "ttlAllocated is " + std::to_string(used + 8) + ", but " + std::to_string(used)));
 }
 
-TEST(CacheFileCheckerTest, ACounterOfZeroIsToldAsTheDangerThatItIs) {
+TEST(CacheFileCheckerTest, ReportsCounterOfZeroAsUnformatted) {
     SampleCacheFile file;
     file.set(8, 0);
     expectOnly(file, isFinding(FindingKind::unformatted, 8, "would format the file again"));
 }
 
-TEST(CacheFileCheckerTest, AFileTooShortForAHeaderIsOneFinding) {
+TEST(CacheFileCheckerTest, ReportsOneFindingForFileShorterThanHeader) {
     CacheFileBuilder file;
     file.resize(55);
-    expectOnly(file, isFinding(FindingKind::fileLength, 0, "too short"));
+    expectOnly(file, isFinding(FindingKind::fileLength, 0, "shorter than a header"));
 }
 
 // --- snapshot
 
-TEST(CacheFileCheckerTest, ANullSnapshotIsFound) {
+TEST(CacheFileCheckerTest, ReportsNullSnapshotPointer) {
     SampleCacheFile file;
     file.set(20, 1);
     expectOnly(file, isFinding(FindingKind::snapshotPointer, 20, "null pointer"));
 }
 
-TEST(CacheFileCheckerTest, ASnapshotOutsideTheBlocksIsFound) {
+TEST(CacheFileCheckerTest, ReportsSnapshotOutsideTheBlocks) {
     for (const std::uint32_t target : {0U, 56U, 4096U, 0x80000000U}) {
         SampleCacheFile file;
         file.point(20, target);
-        expectOnly(file, isFinding(FindingKind::snapshotPointer, 20, "where no block's data begin"));
+        expectOnly(file, isFinding(FindingKind::snapshotPointer, 20, "where no block's data start"));
     }
 }
 
-TEST(CacheFileCheckerTest, ASnapshotInAFreeBlockIsFound) {
+TEST(CacheFileCheckerTest, ReportsSnapshotInFreeBlock) {
     SampleCacheFile file;
     file.point(20, file.gap + 8);
     expectOnly(file, isFinding(FindingKind::snapshotPointer, 20, "in the free block at"));
 }
 
-TEST(CacheFileCheckerTest, ASnapshotThatNobodyCountsIsFound) {
+TEST(CacheFileCheckerTest, ReportsInvalidSnapshotReferenceCount) {
     for (const std::int32_t count : {0, -1, 0x7FFFFFFF}) {
         SampleCacheFile file;
         file.set(file.currentSnapshot, count);
@@ -209,7 +209,7 @@ TEST(CacheFileCheckerTest, ASnapshotThatNobodyCountsIsFound) {
     }
 }
 
-TEST(CacheFileCheckerTest, MoreEntriesThanTheBlockHoldsAreFound) {
+TEST(CacheFileCheckerTest, ReportsMoreEntriesThanFitTheBlock) {
     for (const std::uint32_t count : {4U, 0xFFFFFFFFU}) {
         SampleCacheFile file;
         file.set(file.currentSnapshot + 4, count);
@@ -218,30 +218,30 @@ TEST(CacheFileCheckerTest, MoreEntriesThanTheBlockHoldsAreFound) {
     }
 }
 
-TEST(CacheFileCheckerTest, AWrongNumberOfFreeSlotsIsFound) {
+TEST(CacheFileCheckerTest, ReportsWrongNumberOfFreeSlots) {
     SampleCacheFile file;
     file.set(file.currentSnapshot + 8, 9);
     expectOnly(file, isFinding(FindingKind::snapshotSize, file.currentSnapshot + 4, "2 entries and 9 free slots"));
 }
 
-TEST(CacheFileCheckerTest, ABlockTooSmallForASnapshotIsFound) {
+TEST(CacheFileCheckerTest, ReportsBlockTooSmallForSnapshot) {
     CacheFileBuilder file;
     file.finish(file.addUsed(8));
     expectOnly(file, isFinding(FindingKind::snapshotSize, 56, "too small for a snapshot"));
 }
 
-TEST(CacheFileCheckerTest, KeysThatDoNotAscendAreFound) {
+TEST(CacheFileCheckerTest, ReportsKeysOutOfOrder) {
     CacheFileBuilder file;
     const std::uint32_t a = file.addRecord({2, 1}, 1);
     const std::uint32_t b = file.addRecord({1, 2}, 1);
     const std::uint32_t snapshot = file.addSnapshot(1, {{{2, 1}, a}, {{1, 2}, b}});
     file.finish(snapshot);
     expectOnly(file, isFinding(FindingKind::keyOrder, snapshot + 12 + 20,
-                               "01000000-0000-0000-0200-000000000000 doesn't come after "
+                               "01000000-0000-0000-0200-000000000000 is not greater than "
                                "02000000-0000-0000-0100-000000000000"));
 }
 
-TEST(CacheFileCheckerTest, TheSecondHalfOfTheKeyDecidesWhenTheFirstIsEqual) {
+TEST(CacheFileCheckerTest, ComparesSecondHalvesOfKeysWhenFirstHalvesAreEqual) {
     CacheFileBuilder file;
     const std::uint32_t a = file.addRecord({1, 0x00FF}, 1);
     const std::uint32_t b = file.addRecord({1, 0x0100}, 1);
@@ -249,127 +249,127 @@ TEST(CacheFileCheckerTest, TheSecondHalfOfTheKeyDecidesWhenTheFirstIsEqual) {
     EXPECT_THAT(findingsIn(file), IsEmpty());
 }
 
-TEST(CacheFileCheckerTest, AKeyThatStandsTwiceIsFound) {
+TEST(CacheFileCheckerTest, ReportsDuplicateKey) {
     CacheFileBuilder file;
     const std::uint32_t a = file.addRecord({1, 1}, 1);
     const std::uint32_t b = file.addRecord({1, 1}, 1);
     const std::uint32_t snapshot = file.addSnapshot(1, {{{1, 1}, a}, {{1, 1}, b}});
     file.finish(snapshot);
-    expectOnly(file, isFinding(FindingKind::keyOrder, snapshot + 32, "doesn't come after"));
+    expectOnly(file, isFinding(FindingKind::keyOrder, snapshot + 32, "is not greater than"));
 }
 
 // --- records
 
-TEST(CacheFileCheckerTest, ANullRecordIsFound) {
+TEST(CacheFileCheckerTest, ReportsNullRecordPointer) {
     SampleCacheFile file;
     file.set(file.entry(0) + 16, 1);
     expectOnly(file, isFinding(FindingKind::recordPointer, file.entry(0) + 16, "is a null pointer"));
 }
 
-TEST(CacheFileCheckerTest, ARecordOutsideTheBlocksIsFound) {
+TEST(CacheFileCheckerTest, ReportsRecordOutsideTheBlocks) {
     SampleCacheFile file;
     file.point(file.entry(0) + 16, file.firstRecord + 8);
-    expectOnly(file, isFinding(FindingKind::recordPointer, file.entry(0) + 16, "where no block's data begin"));
+    expectOnly(file, isFinding(FindingKind::recordPointer, file.entry(0) + 16, "where no block's data start"));
 }
 
-TEST(CacheFileCheckerTest, ARecordInAFreeBlockIsFound) {
+TEST(CacheFileCheckerTest, ReportsRecordInFreeBlock) {
     SampleCacheFile file;
     file.point(file.entry(0) + 16, file.gap + 8);
     expectOnly(file, isFinding(FindingKind::recordPointer, file.entry(0) + 16, "which is free"));
 }
 
-TEST(CacheFileCheckerTest, ARecordInTheSnapshotItselfIsFound) {
+TEST(CacheFileCheckerTest, ReportsRecordInSnapshotBlock) {
     SampleCacheFile file;
     file.point(file.entry(0) + 16, file.currentSnapshot);
-    expectOnly(file, isFinding(FindingKind::recordPointer, file.entry(0) + 16, "which is a snapshot's"));
+    expectOnly(file, isFinding(FindingKind::recordPointer, file.entry(0) + 16, "which holds a snapshot"));
 }
 
-TEST(CacheFileCheckerTest, ARecordThatTwoEntriesShareIsFound) {
+TEST(CacheFileCheckerTest, ReportsRecordSharedByTwoEntries) {
     SampleCacheFile file;
     file.point(file.entry(1) + 16, file.firstRecord);
     EXPECT_THAT(findingsIn(file),
                 ElementsAre(isFinding(FindingKind::recordRefCount, file.secondRecord,
-                                      "is 2, but the snapshots that list it are 1"),
-                            isFinding(FindingKind::recordPointer, file.entry(1) + 16, "as another one does")));
+                                      "is 2, but the number of snapshots that list it is 1"),
+                            isFinding(FindingKind::recordPointer, file.entry(1) + 16, "which another entry uses")));
 }
 
-TEST(CacheFileCheckerTest, ARecordOfAnotherKeyIsFound) {
+TEST(CacheFileCheckerTest, ReportsRecordWithDifferentKey) {
     SampleCacheFile file;
     file.putKey(file.firstRecord + 20, {9, 9});
     expectOnly(file, isFinding(FindingKind::recordKey, file.firstRecord + 20, "09000000-0000-0000-0900-000000000000"));
 }
 
-TEST(CacheFileCheckerTest, ARecordLongerThanItsBlockIsFound) {
+TEST(CacheFileCheckerTest, ReportsRecordLongerThanItsBlock) {
     SampleCacheFile file;
     file.set(file.firstRecord + 80, 0xFFFFFFFF);
     file.set(file.firstRecord + 84, 0xFFFFFFFF);
     expectOnly(file, isFinding(FindingKind::recordLength, file.firstRecord + 80, "4294967295 and 4294967295 bytes"));
 }
 
-TEST(CacheFileCheckerTest, ARecordTooShortForItsBlockIsFound) {
+TEST(CacheFileCheckerTest, ReportsRecordTooShortForItsBlock) {
     SampleCacheFile file;
     file.set(file.firstRecord + 80, 84);
     expectOnly(file, isFinding(FindingKind::recordLength, file.firstRecord + 80, "84 and 30 bytes"));
 }
 
-TEST(CacheFileCheckerTest, ABlockTooSmallForARecordIsFound) {
+TEST(CacheFileCheckerTest, ReportsBlockTooSmallForRecord) {
     CacheFileBuilder file;
     const std::uint32_t record = file.addUsed(80);
     file.finish(file.addSnapshot(1, {{{1, 1}, record}}));
     expectOnly(file, isFinding(FindingKind::recordLength, record - 8, "too small for a record"));
 }
 
-TEST(CacheFileCheckerTest, ATypeWithoutAnEndIsFound) {
+TEST(CacheFileCheckerTest, ReportsTypeWithoutTerminator) {
     SampleCacheFile file;
     file.fill(file.firstRecord + 44, 16, 'x');
-    expectOnly(file, isFinding(FindingKind::recordType, file.firstRecord + 44, "has no end"));
+    expectOnly(file, isFinding(FindingKind::recordType, file.firstRecord + 44, "is not null-terminated"));
 }
 
-TEST(CacheFileCheckerTest, ATypeWithSomethingBehindItsEndIsFound) {
+TEST(CacheFileCheckerTest, ReportsNonzeroBytesAfterTypeTerminator) {
     SampleCacheFile file;
     file.fill(file.firstRecord + 44 + 15, 1, 0);
     file.fill(file.firstRecord + 44 + 14, 1, 'x');
-    expectOnly(file, isFinding(FindingKind::recordType, file.firstRecord + 44, "behind its end"));
+    expectOnly(file, isFinding(FindingKind::recordType, file.firstRecord + 44, "not padded with zeros"));
 }
 
-TEST(CacheFileCheckerTest, AnUnspecifiedAndAnEmptyTypeAreFine) {
+TEST(CacheFileCheckerTest, AcceptsUnspecifiedAndEmptyType) {
     SampleCacheFile file;
     file.fill(file.firstRecord + 44, 16, 0);
     EXPECT_THAT(findingsIn(file), IsEmpty());
     file.fill(file.firstRecord + 45, 1, 1);
     EXPECT_THAT(findingsIn(file), IsEmpty());
     file.fill(file.firstRecord + 45, 1, 2);
-    expectOnly(file, isFinding(FindingKind::recordType, file.firstRecord + 44, "behind its end"));
+    expectOnly(file, isFinding(FindingKind::recordType, file.firstRecord + 44, "not padded with zeros"));
 }
 
-TEST(CacheFileCheckerTest, AWrongReferenceCountOfARecordIsFound) {
+TEST(CacheFileCheckerTest, ReportsWrongRecordReferenceCount) {
     SampleCacheFile file;
     file.set(file.secondRecord, 3);
-    expectOnly(file,
-               isFinding(FindingKind::recordRefCount, file.secondRecord, "is 3, but the snapshots that list it are 2"));
+    expectOnly(file, isFinding(FindingKind::recordRefCount, file.secondRecord,
+                               "is 3, but the number of snapshots that list it is 2"));
 }
 
-TEST(CacheFileCheckerTest, AWrongReferenceCountOfARecordThatOnlyAHeldSnapshotListsIsFound) {
+TEST(CacheFileCheckerTest, ReportsWrongReferenceCountOfRecordInHeldSnapshotOnly) {
     SampleCacheFile file;
     file.set(file.oldRecord, 0);
-    expectOnly(file,
-               isFinding(FindingKind::recordRefCount, file.oldRecord, "is 0, but the snapshots that list it are 1"));
+    expectOnly(file, isFinding(FindingKind::recordRefCount, file.oldRecord,
+                               "is 0, but the number of snapshots that list it is 1"));
 }
 
-TEST(CacheFileCheckerTest, ARecordOfAHeldSnapshotIsCheckedLikeAnyOther) {
+TEST(CacheFileCheckerTest, ChecksRecordsOfHeldSnapshots) {
     SampleCacheFile file;
     file.putKey(file.oldRecord + 20, {9, 9});
     expectOnly(file, isFinding(FindingKind::recordKey, file.oldRecord + 20, "09000000"));
 }
 
-TEST(CacheFileCheckerTest, ABlockThatNobodyRefersToIsFound) {
+TEST(CacheFileCheckerTest, ReportsUnreferencedBlock) {
     CacheFileBuilder file;
     const std::uint32_t lost = file.addRecord({5, 5}, 1, 20);
     file.finish(file.addSnapshot(1, {}, 1));
     expectOnly(file, isFinding(FindingKind::unreferenced, lost - 8, "unreferenced block at 56, 120 bytes"));
 }
 
-TEST(CacheFileCheckerTest, ASnapshotThatNobodyHoldsIsUnreferencedWithItsRecords) {
+TEST(CacheFileCheckerTest, ReportsUnheldSnapshotAndItsRecordsAsUnreferenced) {
     CacheFileBuilder file;
     const std::uint32_t record = file.addRecord({5, 5}, 1);
     const std::uint32_t snapshot = file.addSnapshot(0, {{{5, 5}, record}});
@@ -378,8 +378,8 @@ TEST(CacheFileCheckerTest, ASnapshotThatNobodyHoldsIsUnreferencedWithItsRecords)
                                               isFinding(FindingKind::unreferenced, snapshot - 8, "unreferenced")));
 }
 
-TEST(CacheFileCheckerTest, WhatOnlyLooksLikeAHeldSnapshotIsUnreferenced) {
-    // A reference count that can't be, keys that don't ascend, an entry without a record.
+TEST(CacheFileCheckerTest, ReportsInvalidHeldSnapshotAsUnreferenced) {
+    // A negative reference count, keys out of order, an entry that does not refer to a record.
     for (const int flaw : {0, 1, 2}) {
         CacheFileBuilder file;
         const std::uint32_t first = file.addRecord({1, 1}, 1);
@@ -397,11 +397,11 @@ TEST(CacheFileCheckerTest, WhatOnlyLooksLikeAHeldSnapshotIsUnreferenced) {
     }
 }
 
-// --- any bytes
+// --- robustness
 
-TEST(CacheFileCheckerTest, EveryFlippedBitIsSurvivedAndThoseOfTheHeaderAreFound) {
+TEST(CacheFileCheckerTest, SurvivesEveryFlippedBitAndReportsThoseInTheHeader) {
     const SampleCacheFile sound;
-    constexpr std::uint32_t lockWord = 24; // nothing is stored there
+    constexpr std::uint32_t lockWord = 24; // unused
     for (std::uint32_t offset = 0; offset < sound.tail + 8; offset += 4) {
         for (std::uint32_t bit = 0; bit < 32; ++bit) {
             SampleCacheFile file;
@@ -412,7 +412,7 @@ TEST(CacheFileCheckerTest, EveryFlippedBitIsSurvivedAndThoseOfTheHeaderAreFound)
     }
 }
 
-TEST(CacheFileCheckerTest, RandomDamageIsSurvived) {
+TEST(CacheFileCheckerTest, SurvivesRandomDamage) {
     std::minstd_rand random(20261120);
     const auto below = [&](std::uint32_t end) { return static_cast<std::uint32_t>(random() % end); };
     for (int round = 0; round < 5000; ++round) {
@@ -426,17 +426,17 @@ TEST(CacheFileCheckerTest, RandomDamageIsSurvived) {
 
 // --- identification
 
-TEST(CacheFileKindTest, AFileWithItsSignatureIsACache) {
+TEST(CacheFileKindTest, RecognisesCacheBySignature) {
     EXPECT_EQ(identifyCacheFile(SampleCacheFile().bytes()), CacheFileKind::cache);
 }
 
-TEST(CacheFileKindTest, ADamagedSignatureFieldDoesNotMakeAFileForeign) {
+TEST(CacheFileKindTest, ToleratesOneDamagedSignatureField) {
     SampleCacheFile file;
     file.set(28, 0);
     EXPECT_EQ(identifyCacheFile(file.bytes()), CacheFileKind::cache);
 }
 
-TEST(CacheFileKindTest, ZerosAndNothingAreAFileThatWasNeverFormatted) {
+TEST(CacheFileKindTest, RecognisesEmptyAndZeroFilesAsUnformatted) {
     EXPECT_EQ(identifyCacheFile({}), CacheFileKind::unformatted);
     CacheFileBuilder file;
     EXPECT_EQ(identifyCacheFile(file.bytes()), CacheFileKind::unformatted);
@@ -444,7 +444,7 @@ TEST(CacheFileKindTest, ZerosAndNothingAreAFileThatWasNeverFormatted) {
     EXPECT_EQ(identifyCacheFile(file.bytes()), CacheFileKind::unformatted);
 }
 
-TEST(CacheFileKindTest, OtherBytesAreForeign) {
+TEST(CacheFileKindTest, RecognisesOtherFilesAsForeign) {
     CacheFileBuilder file;
     file.resize(4096);
     file.putText(0, "\x7F"
@@ -454,7 +454,7 @@ TEST(CacheFileKindTest, OtherBytesAreForeign) {
     EXPECT_EQ(identifyCacheFile(file.bytes()), CacheFileKind::foreign);
 }
 
-TEST(CacheFindingTest, EveryKindHasANameOfItsOwn) {
+TEST(CacheFindingTest, KindsHaveDistinctNames) {
     std::vector<std::string_view> names;
     for (int kind = 0; kind <= static_cast<int>(FindingKind::unreferenced); ++kind)
         names.push_back(nameOf(static_cast<FindingKind>(kind)));

@@ -27,7 +27,7 @@ inline auto isFinding(Qel::Tool::FindingKind kind, std::uint64_t offset, const s
                           Field("text", &Finding::text, testing::HasSubstr(text)));
 }
 
-/// Expects one finding, and nothing that only follows from it.
+/// Expects exactly one finding; consequential errors must be suppressed.
 template <class Expected> void expectOnly(const CacheFileBuilder& file, const Expected& expected) {
     EXPECT_THAT(findingsIn(file), testing::ElementsAre(expected));
 }

@@ -69,12 +69,13 @@ TEST_F(CacheCommandsTest, CheckPrintsAdviceOncePerClass) {
             at(lost - 8) + "harmless leak: unreferenced block at " + std::to_string(lost - 8) + ", 112 bytes\n" +
             at(alsoLost - 8) + "harmless leak: unreferenced block at " + std::to_string(alsoLost - 8) +
             ", 112 bytes\n" + at(record) +
-            "wrong count: the record's reference count is 5, but the snapshots that list it are 1\n" + at(low) +
-            "wrong count: the record's reference count is 0, but the snapshots that list it are 1\n"
-            "harmless leak: nothing has to be done; the bytes stay in use until the file is removed\n"
-            "wrong count: nothing has to be done; bytes may stay in use until the file is removed\n"
-            "wrong count: stop the processes that use the file and remove it; a change may free what is still in "
-            "use, or end the process\n"));
+            "wrong count: the record's reference count is 5, but the number of snapshots that list it is 1\n" +
+            at(low) +
+            "wrong count: the record's reference count is 0, but the number of snapshots that list it is 1\n"
+            "harmless leak: no action needed; the bytes stay in use until the file is removed\n"
+            "wrong count: no action needed; bytes may stay in use until the file is removed\n"
+            "wrong count: stop the processes that use the file, then remove it; a write may free memory that is still "
+            "in use, or abort the process\n"));
 }
 
 TEST_F(CacheCommandsTest, CheckJsonListsFindings) {
@@ -86,7 +87,7 @@ TEST_F(CacheCommandsTest, CheckJsonListsFindings) {
     const Json expected = Json::parse(R"({"file": ")" + path + R"(", "findings": [
         {"offset": 52, "kind": "header-constant", "class": "damage",
          "text": "valid is 0: the file is marked as unusable",
-         "advice": "stop the processes that use the file and remove it; the next one makes a new file"}],
+         "advice": "stop the processes that use the file, then remove it; the next process creates a new file"}],
         "records": 2, "snapshots": 2, "heldSnapshots": [{"offset": )" +
                                       std::to_string(file.heldSnapshot - 8) + R"(, "readers": 3, "records": 2}],
         "blocks": 7, "freeBlocks": 2})");

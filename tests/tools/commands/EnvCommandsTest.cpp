@@ -160,7 +160,7 @@ TEST_F(EnvCommandsTest, PutReturnsWorstExitCode) {
 TEST_F(EnvCommandsTest, PutContinuesAfterTooLargeEnvironment) {
     const ToolRun run = put(env(eid(1), noEid, std::string(0x1000000, 'x')) + env(eid(2), noEid, "small"));
     EXPECT_EQ(run.code, ExitCode::failed);
-    EXPECT_EQ(run.err, "qel: standard input: environment 1: larger than the 16777216 bytes that the cache accepts\n");
+    EXPECT_EQ(run.err, "qel: standard input: environment 1: record exceeds the limit of 16777216 bytes\n");
     EXPECT_THAT(eidsListed({}), ElementsAre(eid(2)));
 }
 
@@ -172,7 +172,7 @@ TEST_F(EnvCommandsTest, PutFormatsUnformattedFile) {
 TEST_F(EnvCommandsTest, FailedCacheCreationIsReported) {
     const ToolRun run = runTool({"env", "put", path("none/cache"), "-"}, message(env(eid(1), noEid, "one")));
     EXPECT_EQ(run.code, ExitCode::failed);
-    EXPECT_EQ(run.err, "qel: " + path("none/cache") + ": the file can't be mapped: No such file or directory\n");
+    EXPECT_EQ(run.err, "qel: " + path("none/cache") + ": cannot map the file: No such file or directory\n");
 }
 
 TEST_F(EnvCommandsTest, EscapesControlCharactersInTitles) {

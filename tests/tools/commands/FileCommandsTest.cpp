@@ -187,7 +187,7 @@ TEST_F(FileCopyTest, RejectsCopyOntoItself) {
     std::filesystem::create_hard_link(path("a"), path("b"));
     for (const char* const option : {"--truncate", "--append", "--overwrite"}) {
         expectFailure(copy(path("a"), path("b"), {option}), ExitCode::badInput,
-                      "'" + path("a") + "' and '" + path("b") + "' are one file");
+                      "'" + path("a") + "' and '" + path("b") + "' are the same file");
         EXPECT_EQ(read(path("a")), "content");
     }
 }

@@ -198,7 +198,7 @@ TEST_F(HostCollectorTest, OmitsAndReportsProcessThatEndsBetweenReads) {
     ASSERT_TRUE(processes.has_value());
     EXPECT_EQ(processes->total, 2);
     EXPECT_THAT(processes->rows, testing::SizeIs(2));
-    const std::string ended = ": the process ended while it was read, and is left out";
+    const std::string ended = ": the process exited while it was being read; skipped";
     EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/302/status" + ended));
     EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/303/cmdline" + ended));
 }
@@ -208,7 +208,7 @@ TEST_F(HostCollectorTest, OmitsAndReportsProcessWithoutUid) {
     const auto processes = collect().processes;
     ASSERT_TRUE(processes.has_value());
     EXPECT_EQ(processes->total, 1);
-    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/22/status: no uid in it"));
+    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/22/status: no Uid field"));
 }
 
 TEST_F(HostCollectorTest, ListsLastFileSystemMountedOnADirectory) {
@@ -230,7 +230,7 @@ TEST_F(HostCollectorTest, SkipsVanishedAndReportsMalformedProcess) {
     const auto processes = collect().processes;
     ASSERT_TRUE(processes.has_value());
     EXPECT_EQ(processes->total, 2);
-    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/301/stat: can't be read"));
+    EXPECT_THAT(collector.problems(), Contains(path("") + "/proc/301/stat: cannot be read"));
     EXPECT_THAT(collector.problems(), Not(Contains(HasSubstr("/300"))));
 }
 
@@ -242,7 +242,7 @@ TEST_F(HostCollectorTest, ReportsUnreadableSources) {
     const auto missing = [&](const char* name) { return path("") + "/" + name + ": No such file or directory"; };
     EXPECT_THAT(collector.problems(),
                 ElementsAre(missing("etc/os-release"), missing("proc/cpuinfo"), missing("proc/meminfo"),
-                            path("") + "/proc/loadavg: no load averages in it", missing("etc/resolv.conf"),
+                            path("") + "/proc/loadavg: no load averages found", missing("etc/resolv.conf"),
                             missing("proc/mounts")));
     EXPECT_TRUE(report.system.has_value());
     EXPECT_FALSE(report.load.has_value());
@@ -280,7 +280,7 @@ std::string shown(const HostReport& report) {
     return out.str();
 }
 
-/// The "full" column of a partition with this block usage.
+/// The "use%" column of a partition with this block usage.
 std::string usageOf(const Qel::QelUsageStats& blocks) {
     HostReport report;
     Qel::QelDiskPartition& partition = report.disks.emplace().partitions.emplace_back();

@@ -98,8 +98,8 @@ TEST_F(MessageCommandsTest, MalformedInputIsReportedWithPositionAndWritesNothing
     expectBadInput("no message", "line 1");
 }
 
-TEST_F(MessageCommandsTest, TextWithZeroByteIsMalformed) {
-    expectBadInput(std::string("<message/>\0<rest/>", 18), "byte 10: a zero byte");
+TEST_F(MessageCommandsTest, TextWithNullByteIsMalformed) {
+    expectBadInput(std::string("<message/>\0<rest/>", 18), "byte 10: null byte");
 }
 
 TEST_F(MessageCommandsTest, TruncatedBinaryMessageIsReportedWithOffset) {

@@ -83,8 +83,8 @@ TEST_F(PerfCommandsTest, NonReportIsBadInput) {
 TEST_F(PerfCommandsTest, VocabulariesMustBeMap) {
     const std::string single = QEL_EXAMPLES "/vocabularies/qelagent.voc.linux";
     expect(runTool({"perf", "show", report, "--voc", single}), ExitCode::badInput,
-           single + ": one vocabulary without a name, and no map; `qel voc merge` puts it into one");
-    expect(runTool({"perf", "show", report, "--voc", report}), ExitCode::badInput, report + ": no vocabulary in it");
+           single + ": an unnamed vocabulary, not a map; use `qel voc merge` to create a map");
+    expect(runTool({"perf", "show", report, "--voc", report}), ExitCode::badInput, report + ": contains no vocabulary");
 }
 
 TEST_F(PerfCommandsTest, ReportsValueBlockOfWrongLength) {

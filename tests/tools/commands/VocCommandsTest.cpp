@@ -117,7 +117,7 @@ TEST_F(VocCommandsTest, NonVocabularyFileIsBadInput) {
                                                   {"merge", other, several},
                                                   {"erase", other, "base", "4.5"},
                                                   {"has", other, "x"}})
-        expect(voc(words), ExitCode::badInput, other + ": no vocabulary in it");
+        expect(voc(words), ExitCode::badInput, other + ": contains no vocabulary");
     EXPECT_THAT(voc({"list", damaged}).err, HasSubstr(damaged + ": line 2"));
     EXPECT_FALSE(std::filesystem::exists(path("out")));
 }
@@ -186,7 +186,7 @@ TEST_F(VocCommandsTest, MergeIsAllOrNothing) {
            path("none") + ": No such file or directory");
     EXPECT_EQ(read(out), before);
     expect(voc({"merge", single, several}), ExitCode::badInput,
-           single + ": one vocabulary without a name, and no map; `qel voc merge` puts it into one");
+           single + ": an unnamed vocabulary, not a map; use `qel voc merge` to create a map");
 }
 
 TEST_F(VocCommandsTest, MergeToStandardOutputWritesOnlyTheMessage) {

@@ -19,7 +19,7 @@ EnvSummary summary(unsigned eid, unsigned parent) {
     return made;
 }
 
-/// The first column of the tree.
+/// The title column of the tree.
 std::vector<std::string> treeOf(const std::vector<EnvSummary>& all) {
     std::stringstream out;
     printAsTree(out, all);
@@ -35,31 +35,31 @@ std::vector<std::string> treeOf(const std::vector<EnvSummary>& all) {
 
 using testing::ElementsAre;
 
-TEST(EnvTreeTest, AnEnvironmentWithoutItsParentStandsAtTheLeft) {
+TEST(EnvTreeTest, EnvironmentWithoutParentIsRoot) {
     EXPECT_THAT(treeOf({summary(1, 9), summary(2, 1), summary(3, 8)}), ElementsAre("t1", "└─ t2", "t3"));
 }
 
-TEST(EnvTreeTest, BranchesGoOnPastInnerOnes) {
+TEST(EnvTreeTest, BranchesContinuePastNestedOnes) {
     EXPECT_THAT(treeOf({summary(1, 9), summary(2, 1), summary(3, 2), summary(4, 1), summary(5, 4)}),
                 ElementsAre("t1", "├─ t2", "│  └─ t3", "└─ t4", "   └─ t5"));
 }
 
-TEST(EnvTreeTest, ACircleOfParentsIsDrawnOnce) {
+TEST(EnvTreeTest, CycleOfParentsIsDrawnOnce) {
     EXPECT_THAT(treeOf({summary(1, 3), summary(2, 1), summary(3, 2)}), ElementsAre("t1", "└─ t2", "   └─ t3"));
 }
 
-TEST(EnvTreeTest, WhatIsBelowACircleIsDrawnBelowIt) {
+TEST(EnvTreeTest, DescendantsOfCycleAreDrawnBelowIt) {
     EXPECT_THAT(treeOf({summary(1, 2), summary(2, 2)}), ElementsAre("t2", "├─ t1"));
 }
 
-TEST(EnvTreeTest, AChainOfAnyLengthIsDrawn) {
+TEST(EnvTreeTest, LongChainOfParentsIsDrawn) {
     std::vector<EnvSummary> all;
     for (unsigned i = 1; i <= 1000; ++i)
         all.push_back(summary(i, i - 1));
     EXPECT_EQ(treeOf(all).size(), 1000U);
 }
 
-TEST(EnvSummaryTest, ATypeThatIsNotSpecifiedIsNullInJson) {
+TEST(EnvSummaryTest, UnspecifiedTypeIsNullInJson) {
     std::ostringstream out;
     printAsJson(out, {summary(1, 2)});
     EXPECT_THAT(out.str(), testing::HasSubstr("\"type\": null"));

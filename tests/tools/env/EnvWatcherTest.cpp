@@ -46,17 +46,17 @@ protected:
     EnvWatcher watcher;
 };
 
-TEST_F(EnvWatcherTest, NothingHappenedInAnEmptyCache) {
+TEST_F(EnvWatcherTest, EmptyCacheHasNoChanges) {
     EXPECT_THAT(look(), IsEmpty());
 }
 
-TEST_F(EnvWatcherTest, AtTheFirstLookEverythingCame) {
+TEST_F(EnvWatcherTest, FirstLookReportsAllEnvironmentsAsNew) {
     put(env(2, "b") + env(1, "a"));
     EXPECT_THAT(look(), ElementsAre(isChange(Kind::came, 1, "a"), isChange(Kind::came, 2, "b")));
     EXPECT_THAT(look(), IsEmpty());
 }
 
-TEST_F(EnvWatcherTest, WhatCameChangedAndWentIsToldInOrder) {
+TEST_F(EnvWatcherTest, ReportsAddedChangedAndRemovedEnvironmentsInOrder) {
     put(env(1, "a") + env(3, "c") + env(5, "e"));
     (void)look();
     put(env(2, "b") + env(3, "c", 7));
@@ -66,14 +66,14 @@ TEST_F(EnvWatcherTest, WhatCameChangedAndWentIsToldInOrder) {
     EXPECT_THAT(look(), IsEmpty());
 }
 
-TEST_F(EnvWatcherTest, AnUpdateThatChangesNothingIsNoChange) {
+TEST_F(EnvWatcherTest, UpdateWithoutChangeIsNotReported) {
     put(env(1, "a"));
     (void)look();
     put(env(1, "a"));
     EXPECT_THAT(look(), IsEmpty());
 }
 
-TEST_F(EnvWatcherTest, TheChangedPartsAreNamed) {
+TEST_F(EnvWatcherTest, ReportsChangedParts) {
     put(env(1, "a"));
     (void)look();
     put(env(1, "a", 1, 8));
@@ -90,13 +90,13 @@ TEST_F(EnvWatcherTest, TheChangedPartsAreNamed) {
     EXPECT_THAT(look(), ElementsAre(isChange(Kind::changed, 1, "b", "status, alerts")));
 }
 
-TEST_F(EnvWatcherTest, NoSnapshotIsHeldBetweenLooks) {
+TEST_F(EnvWatcherTest, HoldsNoSnapshotBetweenLooks) {
     put(env(1, "a"));
     (void)look();
     EXPECT_THAT(runTool({"cache", "info", path("cache")}).out, testing::ContainsRegex("snapshot references +1\n"));
 }
 
-TEST_F(EnvWatcherTest, TheSizesThatInfoReadsFromTheBytesAreThoseOfTheLibrary) {
+TEST_F(EnvWatcherTest, CacheInfoReportsSameSizesAsLibrary) {
     put(env(1, "a") + env(2, "b") + env(3, "c"));
     const auto info = nlohmann::json::parse(runTool({"cache", "info", path("cache"), "--json"}).out);
     EXPECT_EQ(info["achievableSize"], cache->getAchiveableSize());

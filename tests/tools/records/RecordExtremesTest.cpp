@@ -7,8 +7,8 @@
 #include "support/TestMessage.h"
 #include "tools/ToolRun.h"
 
-// Records at random, with values at the limits of what they hold in place of some of their own.  A record whose reader
-// ends the process on one of them ends this program.
+// Random records with some values replaced by extreme ones.  A reader that aborts the process on such a value also
+// aborts this program.
 
 namespace {
 
@@ -49,7 +49,7 @@ std::vector<std::string> makeExtremes() {
     return values;
 }
 
-/// Replaces the values of some elements below the cursor.
+/// Replaces the values of some descendants of the element under the cursor.
 void exaggerate(RandomRecord& random, QelMessageIterator& cursor) {
     static const std::vector<std::string> extremes = makeExtremes();
     if (cursor.firstChild() == 0) {
@@ -62,7 +62,7 @@ void exaggerate(RandomRecord& random, QelMessageIterator& cursor) {
     }
 }
 
-/// A message with such a record of a type.
+/// A message with a random record of the given type and extreme values.
 std::string makeExtremeRecord(RandomRecord& random, const QelRecordType& type) {
     constexpr int element = 1115;
     const TestMessage message;
@@ -74,7 +74,7 @@ std::string makeExtremeRecord(RandomRecord& random, const QelRecordType& type) {
     return taken(message->toTextEx(0, "", 0));
 }
 
-TEST(RecordExtremesTest, EachRecordTypeIsRewrittenOrRefused) {
+TEST(RecordExtremesTest, EachRecordTypeIsRewrittenOrRejected) {
     constexpr int runs = 100;
     const LogCapture log(LogLevel::error);
     RandomRecord random{20261122, families()};

@@ -21,24 +21,24 @@ using testing::HasSubstr;
 
 constexpr std::size_t block = 0x80000;
 
-/// What of a copy only a process shows: its terminal, its limits, its signals.
+/// Properties of a copy that need a separate process: terminal, resource limits and signals.
 class FileCopyProcessTest : public ToolTest {
 protected:
-    /// Runs a shell command in which $QEL is the program; its exit code.
+    /// Runs a shell command in which $QEL is the program, and returns its exit code.
     [[nodiscard]] int shell(const std::string& command) const {
         const int status = std::system(("QEL='" QEL_PROGRAM "'; cd '" + path("") + "'; " + command).c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 };
 
-TEST_F(FileCopyProcessTest, IntoAPipeGoesNoProgress) {
+TEST_F(FileCopyProcessTest, ShowsNoProgressWhenStandardErrorIsAPipe) {
     (void)write("a", std::string(3 * block, 'x'));
     EXPECT_EQ(shell("$QEL file copy a b 2>&1 >/dev/null | cat >errors"), 0);
     EXPECT_EQ(read(path("errors")), "");
     EXPECT_EQ(read(path("b")).size(), 3 * block);
 }
 
-TEST_F(FileCopyProcessTest, OnATerminalThereIsABarWithBytesRateAndTime) {
+TEST_F(FileCopyProcessTest, ShowsBarBytesRateAndTimeOnTerminal) {
     const std::string from = write("a", std::string(3 * block, 'x'));
     const std::string to = path("b");
     const auto run = Qel::Tool::runOnTerminal("'" QEL_PROGRAM "' file copy '" + from + "' '" + to + "'");
@@ -50,10 +50,10 @@ TEST_F(FileCopyProcessTest, OnATerminalThereIsABarWithBytesRateAndTime) {
     EXPECT_THAT(run->out, HasSubstr("copied 1572864 bytes"));
 }
 
-TEST_F(FileCopyProcessTest, ALimitOnTheSizeIsAFailureAndNoDeathBySignal) {
+TEST_F(FileCopyProcessTest, FileSizeLimitSignalDoesNotKillTheProcess) {
     (void)write("a", std::string(3 * block, 'x'));
-    // ulimit counts blocks of 512 bytes in one shell and of 1024 in another: it is more than one of ours, less than
-    // all.
+    // ulimit counts in units of 512 or 1024 bytes, depending on the shell.  Either way the limit is more than one block
+    // and less than all three.
     EXPECT_EQ(shell("ulimit -f 1500; $QEL file copy a b 2>errors"), 4);
     const auto size = std::filesystem::file_size(path("b"));
     EXPECT_EQ(read(path("errors")), "qel: Cannot write to file \"b\": File too large [27]; copied " +
@@ -79,9 +79,9 @@ protected:
         }
         ASSERT_GT(m_process, 0);
     }
-    /// Whether the system shows in which call a process waits.
+    /// True if /proc/PID/syscall is available.
     [[nodiscard]] static bool areCallsShown() { return access("/proc/self/syscall", R_OK) == 0; }
-    /// Waits until the copy waits in the call that opens one of its files; false if it ended instead.
+    /// Waits until the copy blocks in the call that opens one of its files.  Returns false if it exited instead.
     [[nodiscard]] bool waitUntilItOpens() const {
         long call = -1;
         unsigned long arguments[3]{};
@@ -89,10 +89,10 @@ protected:
             std::string line;
             if (!std::getline(std::ifstream("/proc/" + std::to_string(m_process) + "/syscall"), line))
                 return false;
-            // "running" between two calls.
+            // The file contains "running" between two calls.
             std::istringstream words(line);
             words >> call >> std::hex >> arguments[0] >> arguments[1] >> arguments[2];
-            // No other file of the process is opened with this flag.
+            // The process opens no other files with O_NOCTTY.
         } while (call != SYS_openat || (arguments[2] & O_NOCTTY) == 0);
         return true;
     }
@@ -111,7 +111,7 @@ private:
     pid_t m_process = -1;
 };
 
-TEST_F(InterruptedCopyTest, ASignalEndsOneThatWaitsForTheReaderOfAPipe) {
+TEST_F(InterruptedCopyTest, SignalEndsCopyThatWaitsForTheReaderOfAPipe) {
     if (!areCallsShown())
         GTEST_SKIP() << "the system does not show calls";
     ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
@@ -121,10 +121,10 @@ TEST_F(InterruptedCopyTest, ASignalEndsOneThatWaitsForTheReaderOfAPipe) {
     EXPECT_EQ(read(path("errors")), "qel: interrupted\n");
 }
 
-/// A copy of a file whose lease is held by the test: who opens it waits until the lease is returned.
+/// A copy of a file on which the test holds a lease: open(2) blocks until the lease is released.
 class LeasedCopyTest : public InterruptedCopyTest {
 protected:
-    // The holder of a lease learns by SIGIO that it is wanted.
+    // The kernel sends SIGIO to the holder of a lease when another process opens the file.
     LeasedCopyTest() : m_before(std::signal(SIGIO, SIG_IGN)) {}
     ~LeasedCopyTest() override {
         close(m_holder);
@@ -142,7 +142,7 @@ private:
     int m_holder = -1;
 };
 
-TEST_F(LeasedCopyTest, ASignalEndsOneThatWaitsForItsSourceWhichIsNoDefectOfTheSource) {
+TEST_F(LeasedCopyTest, SignalEndsCopyThatWaitsForItsSourceWithoutBlamingTheSource) {
     start(path("a"), path("b"));
     ASSERT_TRUE(waitUntilItOpens());
     EXPECT_EQ(endBy(SIGTERM), 4);
@@ -150,7 +150,7 @@ TEST_F(LeasedCopyTest, ASignalEndsOneThatWaitsForItsSourceWhichIsNoDefectOfTheSo
     EXPECT_FALSE(std::filesystem::exists(path("b")));
 }
 
-/// A copy into a pipe that is read from here.
+/// A copy into a pipe that the test reads from.
 class CopyIntoAPipeTest : public InterruptedCopyTest {
 protected:
     void SetUp() override {
@@ -163,22 +163,22 @@ protected:
     }
     ~CopyIntoAPipeTest() override { close(m_reader); }
 
-    /// Takes the whole of one block, so that the copy is in the next.
+    /// Reads one whole block, so that the copy is in the middle of the next.
     void takeABlock() const {
         std::string bytes(block, ' ');
         for (std::size_t got = 0; got < block;) {
             const ssize_t more = ::read(m_reader, bytes.data() + got, block - got);
-            // The pipe may not have been opened for writing yet.
+            // read(2) returns 0 until the pipe has been opened for writing.
             got += more > 0 ? static_cast<std::size_t>(more) : 0;
         }
     }
-    /// Waits until the pipe is full, and so the copy in the middle of a write.
+    /// Waits until the pipe is full, so that the copy blocks in write(2).
     void waitUntilItWrites() const {
         const int capacity = fcntl(m_reader, F_GETPIPE_SZ);
         for (int filled = 0; filled < capacity; std::this_thread::yield())
             ASSERT_EQ(ioctl(m_reader, FIONREAD, &filled), 0);
     }
-    /// Takes the remaining bytes; their number.
+    /// Reads the remaining bytes and returns their number.
     [[nodiscard]] std::size_t takeTheRest() const {
         std::string bytes(block, ' ');
         std::size_t all = 0;
@@ -186,7 +186,7 @@ protected:
             all += static_cast<std::size_t>(more);
         return all;
     }
-    /// What an interrupted copy reports of which `count` bytes were read.
+    /// The error message of a copy that was interrupted after `count` bytes.
     [[nodiscard]] std::string interruptedAfter(std::size_t count) const {
         return "qel: interrupted; copied " + std::to_string(count) + " bytes of 2097152 to '" + path("fifo") + "'\n";
     }
@@ -194,14 +194,14 @@ protected:
     int m_reader = -1;
 };
 
-TEST_F(CopyIntoAPipeTest, AnInterruptedOneReportsEveryByteThatArrived) {
+TEST_F(CopyIntoAPipeTest, InterruptedCopyReportsAllBytesThatArrived) {
     takeABlock();
     waitUntilItWrites();
     EXPECT_EQ(endBy(SIGINT), 4);
     EXPECT_EQ(read(path("errors")), interruptedAfter(block + takeTheRest()));
 }
 
-TEST_F(CopyIntoAPipeTest, OneInterruptedInTheFirstBlockReportsItsPart) {
+TEST_F(CopyIntoAPipeTest, CopyInterruptedInFirstBlockReportsItsPart) {
     waitUntilItWrites();
     EXPECT_EQ(endBy(SIGTERM), 4);
     const std::size_t part = takeTheRest();
@@ -209,19 +209,19 @@ TEST_F(CopyIntoAPipeTest, OneInterruptedInTheFirstBlockReportsItsPart) {
     EXPECT_EQ(read(path("errors")), interruptedAfter(part));
 }
 
-TEST_F(CopyIntoAPipeTest, ASourceThatBecomesShorterIsToldWithHowFarItCame) {
+TEST_F(CopyIntoAPipeTest, TruncatedSourceIsReportedWithTheBytesCopied) {
     waitUntilItWrites();
-    // The first block has been read, and is all that is left.
+    // Truncate the source to the first block, which has been read already.
     ASSERT_EQ(truncate(path("a").c_str(), block), 0);
     (void)takeTheRest();
     EXPECT_EQ(exitCode(), 3);
     EXPECT_EQ(read(path("errors")), "qel: '" + path("a") +
-                                        "' became shorter while it was read; "
+                                        "' was truncated while it was being read; "
                                         "copied 524288 bytes of 2097152 to '" +
                                         path("fifo") + "'\n");
 }
 
-TEST_F(CopyIntoAPipeTest, AReaderThatGoesAwayIsAFailureAndNoDeathBySignal) {
+TEST_F(CopyIntoAPipeTest, ClosedPipeIsReportedInsteadOfKillingTheProcess) {
     waitUntilItWrites();
     close(m_reader);
     m_reader = -1;

@@ -54,7 +54,7 @@ public:
         return m_code.value_or(-1);
     }
 
-    /// Returns when the process waits for a file lock, true, or has ended, false.
+    /// Returns true once the process blocks on a file lock, or false once it has exited.
     bool waitsForLock() {
         const std::string file = "/proc/" + std::to_string(m_process) + "/syscall";
         for (;;) {
@@ -78,7 +78,7 @@ private:
 
 class FileLockProcessTest : public ToolTest {
 protected:
-    /// Runs the tool in as many processes at once as there are command lines.
+    /// Runs all command lines concurrently, each in its own process.
     static void runAll(const std::vector<std::vector<std::string>>& commands) {
         std::vector<std::unique_ptr<ToolProcess>> processes;
         processes.reserve(commands.size());
@@ -104,7 +104,7 @@ protected:
     std::string file = path("file");
 };
 
-TEST_F(FileLockProcessTest, EverySettingOfConcurrentProcessesIsKept) {
+TEST_F(FileLockProcessTest, ConcurrentConfigSetsLoseNoSetting) {
     std::vector<std::vector<std::string>> commands;
     for (int i = 0; i < 40; ++i)
         commands.push_back({"config", "set", file, "/system/option" + std::to_string(i), "1"});
@@ -113,7 +113,7 @@ TEST_F(FileLockProcessTest, EverySettingOfConcurrentProcessesIsKept) {
     EXPECT_EQ(hiddenFiles(), 0);
 }
 
-TEST_F(FileLockProcessTest, EveryVocabularyOfConcurrentProcessesIsKept) {
+TEST_F(FileLockProcessTest, ConcurrentVocabularyChangesLoseNoVocabulary) {
     std::vector<std::vector<std::string>> commands;
     for (int i = 0; i < 20; ++i)
         commands.push_back({"voc", "merge", file, vocabulary("voc" + std::to_string(i))});
@@ -130,7 +130,7 @@ TEST_F(FileLockProcessTest, EveryVocabularyOfConcurrentProcessesIsKept) {
     EXPECT_EQ(hiddenFiles(), 0);
 }
 
-TEST_F(FileLockProcessTest, EveryAddressOfConcurrentProcessesIsKept) {
+TEST_F(FileLockProcessTest, ConcurrentPoolAddsLoseNoAddress) {
     std::vector<std::vector<std::string>> commands;
     for (int i = 0; i < 20; ++i)
         commands.push_back({"pool", "add", file, "10.0.0." + std::to_string(2 * i + 1)});
@@ -139,7 +139,7 @@ TEST_F(FileLockProcessTest, EveryAddressOfConcurrentProcessesIsKept) {
     EXPECT_EQ(hiddenFiles(), 0);
 }
 
-TEST_F(FileLockProcessTest, EveryCommandThatChangesAFileWaitsForItsLock) {
+TEST_F(FileLockProcessTest, CommandsThatChangeAFileWaitForItsLock) {
     std::string call;
     std::ifstream("/proc/self/syscall") >> call;
     if (call.empty())

@@ -34,7 +34,7 @@ TransferPath anywhere(const std::string& path) {
     return {.given = path, .name = path, .directory = {}, .beneath = {}};
 }
 
-/// Copies from "a" to "b" in a folder of its own.
+/// Copies from "a" to "b" in a temporary directory.
 class FileTransferTest : public testing::Test {
 protected:
     TransferResult copy(const std::function<bool(long long)>& watch = always) {
@@ -54,7 +54,7 @@ private:
     NotesInterruption m_notes;
 };
 
-TEST_F(FileTransferTest, ContentIsCopiedToItsEnd) {
+TEST_F(FileTransferTest, CopiesWholeContent) {
     const std::string content = std::string(2 * block, 'x') + "end";
     folder.write("a", content);
     const TransferResult result = copy();
@@ -63,7 +63,7 @@ TEST_F(FileTransferTest, ContentIsCopiedToItsEnd) {
     EXPECT_EQ(folder.read("b"), content);
 }
 
-TEST_F(FileTransferTest, TheWatcherIsCalledBeforeTheFirstPieceAndAfterEach) {
+TEST_F(FileTransferTest, CallsWatcherBeforeFirstPieceAndAfterEach) {
     folder.write("a", std::string(2 * block + 3, 'x'));
     std::vector<long long> calls;
     const TransferResult result = copy([&](long long moved) {
@@ -74,7 +74,7 @@ TEST_F(FileTransferTest, TheWatcherIsCalledBeforeTheFirstPieceAndAfterEach) {
     EXPECT_THAT(calls, ElementsAre(0, block, 2 * block, 2 * block + 3));
 }
 
-TEST_F(FileTransferTest, AnEmptyFileIsComplete) {
+TEST_F(FileTransferTest, CopiesEmptyFile) {
     folder.write("a", "");
     const TransferResult result = copy();
     EXPECT_EQ(result.end, End::complete);
@@ -82,7 +82,7 @@ TEST_F(FileTransferTest, AnEmptyFileIsComplete) {
     EXPECT_TRUE(std::filesystem::exists(folder.path("b")));
 }
 
-TEST_F(FileTransferTest, TheWatcherMayStopIt) {
+TEST_F(FileTransferTest, WatcherCanStopTheTransfer) {
     folder.write("a", std::string(2 * block, 'x'));
     const TransferResult result = copy([](long long moved) { return moved == 0; });
     EXPECT_EQ(result.end, End::stopped);
@@ -90,7 +90,7 @@ TEST_F(FileTransferTest, TheWatcherMayStopIt) {
     EXPECT_EQ(folder.read("b").size(), static_cast<std::size_t>(block));
 }
 
-TEST_F(FileTransferTest, ASourceThatShrinksFailsWhereItEnds) {
+TEST_F(FileTransferTest, FailsAtTheEndOfTruncatedSource) {
     folder.write("a", std::string(2 * block, 'x'));
     const TransferResult result = copy([&](long long moved) {
         if (moved == block)
@@ -99,10 +99,10 @@ TEST_F(FileTransferTest, ASourceThatShrinksFailsWhereItEnds) {
     });
     EXPECT_EQ(result.end, End::sourceFailed);
     EXPECT_EQ(result.moved, block + 1);
-    EXPECT_EQ(getErrorMessage(), "'" + folder.path("a") + "' became shorter while it was read");
+    EXPECT_EQ(getErrorMessage(), "'" + folder.path("a") + "' was truncated while it was being read");
 }
 
-TEST_F(FileTransferTest, ASourceThatGrowsIsCopiedToItsNewEnd) {
+TEST_F(FileTransferTest, CopiesGrowingSourceToItsNewEnd) {
     folder.write("a", "old");
     const TransferResult result = copy([&](long long moved) {
         if (moved == 3)
@@ -113,7 +113,7 @@ TEST_F(FileTransferTest, ASourceThatGrowsIsCopiedToItsNewEnd) {
     EXPECT_EQ(folder.read("b"), "old and new");
 }
 
-TEST_F(FileTransferTest, TheDestinationIsClosedAtTheEndOfATransfer) {
+TEST_F(FileTransferTest, ClosesDestinationAfterTransfer) {
     folder.write("a", "x");
     int descriptor = -1;
     (void)copy([&](long long) {
@@ -124,13 +124,13 @@ TEST_F(FileTransferTest, TheDestinationIsClosedAtTheEndOfATransfer) {
     EXPECT_EQ(fcntl(descriptor, F_GETFD), -1);
 }
 
-TEST_F(FileTransferTest, TheDestinationIsClosedAfterAFailure) {
+TEST_F(FileTransferTest, ClosesDestinationAfterFailure) {
     folder.write("a", "x");
     (void)copy([](long long) { return false; });
     EXPECT_EQ(destination.descriptor(), -1);
 }
 
-TEST_F(FileTransferTest, AFailureToCloseIsAFailureOfTheTransfer) {
+TEST_F(FileTransferTest, FailureToCloseFailsTheTransfer) {
     folder.write("a", "x");
     const TransferResult result = copy([&](long long moved) {
         if (moved == 1)
@@ -141,7 +141,7 @@ TEST_F(FileTransferTest, AFailureToCloseIsAFailureOfTheTransfer) {
     EXPECT_EQ(getErrorMessage(), failureToWrite("Bad file descriptor [9]"));
 }
 
-TEST_F(FileTransferTest, AShortWriteHasItsOwnReasonAndItsBytesCount) {
+TEST_F(FileTransferTest, ShortWriteReportsItsReasonAndCountsItsBytes) {
     folder.write("a", "hello");
     EXPECT_EQ(TestSupport::inChild([this] {
                   std::signal(SIGXFSZ, SIG_IGN);
@@ -156,7 +156,7 @@ TEST_F(FileTransferTest, AShortWriteHasItsOwnReasonAndItsBytesCount) {
     EXPECT_EQ(folder.read("b"), "he");
 }
 
-TEST_F(FileTransferTest, OnlyTheContentAfterTheStartOfAnOverwrittenFileIsKept) {
+TEST_F(FileTransferTest, ReportsKeptContentOfOverwrittenFile) {
     for (const auto& [start, kept] :
          {std::pair{Start::beginning, 8}, {Start::truncated, 0}, {Start::end, 0}, {Start::newFile, 0}}) {
         folder.write("a", "new");
@@ -173,7 +173,7 @@ TEST_F(FileTransferTest, OnlyTheContentAfterTheStartOfAnOverwrittenFileIsKept) {
     }
 }
 
-/// Copies of a file with data only in some of its megabytes.
+/// Copies of a sparse file.
 class SparseTransferTest : public FileTransferTest {
 protected:
     static constexpr long long mebi = 1 << 20U;
@@ -188,7 +188,7 @@ protected:
             GTEST_SKIP() << "no holes in this file system";
     }
 
-    /// Bytes that a file takes on the disk.
+    /// Number of bytes allocated for a file.
     [[nodiscard]] long long allocated(const std::string& name) const {
         struct stat64 status {};
         EXPECT_EQ(stat64(folder.path(name).c_str(), &status), 0);
@@ -209,42 +209,42 @@ protected:
     [[nodiscard]] std::string content() const { return folder.read("a"); }
 };
 
-TEST_F(SparseTransferTest, HolesStayHoles) {
+TEST_F(SparseTransferTest, PreservesHoles) {
     EXPECT_TRUE(copied(Start::newFile) == content());
     EXPECT_LE(allocated("b"), allocated("a"));
 }
 
-TEST_F(SparseTransferTest, AFileOfNothingButAHoleIsCopied) {
+TEST_F(SparseTransferTest, CopiesFileThatConsistsOfOneHole) {
     ASSERT_EQ(truncate64(folder.path("a").c_str(), 0), 0);
     ASSERT_EQ(truncate64(folder.path("a").c_str(), size), 0);
     EXPECT_TRUE(copied(Start::newFile) == content());
     EXPECT_EQ(allocated("b"), 0);
 }
 
-TEST_F(SparseTransferTest, HolesReplaceTheOldContent) {
+TEST_F(SparseTransferTest, HolesReplaceOldContent) {
     folder.write("b", std::string(4 * mebi, 'x'));
     EXPECT_TRUE(copied(Start::beginning) == content());
     EXPECT_LE(allocated("b"), mebi);
 }
 
-TEST_F(SparseTransferTest, TheOldContentAfterThemIsKept) {
+TEST_F(SparseTransferTest, KeepsOldContentAfterTheCopiedBytes) {
     const std::string tail = "and more";
     folder.write("b", std::string(size, 'x') + tail);
     EXPECT_TRUE(copied(Start::beginning) == content() + tail);
 }
 
-TEST_F(SparseTransferTest, TruncatedFilesGetHolesToo) {
+TEST_F(SparseTransferTest, WritesHolesToTruncatedFile) {
     folder.write("b", std::string(4 * mebi, 'x'));
     EXPECT_TRUE(copied(Start::truncated) == content());
     EXPECT_LE(allocated("b"), allocated("a"));
 }
 
-TEST_F(SparseTransferTest, AppendedHolesAreZeros) {
+TEST_F(SparseTransferTest, AppendsHolesAsZeros) {
     folder.write("b", "old");
     EXPECT_TRUE(copied(Start::end) == "old" + content());
 }
 
-TEST_F(SparseTransferTest, APipeGetsZeros) {
+TEST_F(SparseTransferTest, WritesHolesToPipeAsZeros) {
     ASSERT_EQ(mkfifo(folder.path("b").c_str(), 0600), 0);
     TestSupport::ChildProcess reader([this] {
         std::ofstream(folder.path("c"), std::ios::binary) << std::ifstream(folder.path("b"), std::ios::binary).rdbuf();
@@ -255,7 +255,7 @@ TEST_F(SparseTransferTest, APipeGetsZeros) {
     EXPECT_TRUE(folder.read("c") == content());
 }
 
-TEST_F(SparseTransferTest, AHoleBeyondTheLimitOfTheSizeDoesNotCount) {
+TEST_F(SparseTransferTest, HoleBeyondFileSizeLimitIsNotCounted) {
     EXPECT_EQ(TestSupport::inChild([this] {
                   std::signal(SIGXFSZ, SIG_IGN);
                   const rlimit limit{mebi, mebi};

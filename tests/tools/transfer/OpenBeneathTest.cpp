@@ -37,7 +37,7 @@ void PrintTo(const Way& way, std::ostream* out) {
     *out << way.name;
 }
 
-/// A directory "in", and beside it what must not be reached from there.
+/// A directory "in", and files outside it that must not be reachable.
 class OpenBeneathTest : public testing::TestWithParam<Way> {
 protected:
     OpenBeneathTest()
@@ -48,10 +48,10 @@ protected:
 
     void SetUp() override {
         if (open("file", O_RDONLY) == ENOSYS || open("file", O_RDONLY) == EPERM)
-            GTEST_SKIP() << "the kernel does not do this here";
+            GTEST_SKIP() << "openat2 is not available";
     }
 
-    /// 0, or the reason why the path could not be opened.
+    /// Returns 0 or an errno value.
     [[nodiscard]] int open(const std::string& path, int flags) const {
         const QelFile file(GetParam().open(m_in.descriptor(), path, flags | O_CLOEXEC, 0640));
         return file.isOpened() ? 0 : errno;
@@ -63,7 +63,7 @@ protected:
     }
     [[nodiscard]] bool isIn(const std::string& name) const { return fs::is_regular_file(folder.path("in/" + name)); }
 
-    /// Nothing was created, changed or removed outside.
+    /// Expects that nothing was created, changed or removed outside.
     void expectOutsideUnchanged() const {
         EXPECT_EQ(folder.read("secret"), "secret");
         EXPECT_EQ(std::distance(fs::directory_iterator(folder.path("")), fs::directory_iterator()), 2);
@@ -75,7 +75,7 @@ private:
     QelFile m_in;
 };
 
-TEST_P(OpenBeneathTest, FilesInTheDirectoryAndBelowItAreOpened) {
+TEST_P(OpenBeneathTest, OpensFilesInTheDirectoryAndBelow) {
     for (const char* const path :
          {"file", "/file", "//file", "./file", "sub/../file", "sub/.././/file", "sub/./../file"})
         EXPECT_EQ(open(path, O_RDONLY), 0) << path;
@@ -83,7 +83,7 @@ TEST_P(OpenBeneathTest, FilesInTheDirectoryAndBelowItAreOpened) {
     EXPECT_TRUE(isIn("sub/new"));
 }
 
-TEST_P(OpenBeneathTest, TheDescriptorIsThatOfTheFile) {
+TEST_P(OpenBeneathTest, DescriptorRefersToTheFile) {
     const QelFile directory(::open(folder.path("in").c_str(), O_PATH));
     const QelFile file(GetParam().open(directory.descriptor(), "sub/../file", O_RDONLY, 0));
     char content[7]{};
@@ -91,7 +91,7 @@ TEST_P(OpenBeneathTest, TheDescriptorIsThatOfTheFile) {
     EXPECT_STREQ(content, "inside");
 }
 
-TEST_P(OpenBeneathTest, ANewFileHasTheModeThatTheUmaskLeaves) {
+TEST_P(OpenBeneathTest, NewFileHasModeModifiedByUmask) {
     const mode_t before = umask(027);
     EXPECT_EQ(create("new"), 0);
     umask(before);
@@ -100,7 +100,7 @@ TEST_P(OpenBeneathTest, ANewFileHasTheModeThatTheUmaskLeaves) {
     EXPECT_EQ(status.st_mode & 07777U, 0640U & ~027U);
 }
 
-TEST_P(OpenBeneathTest, NoDotsLeadOut) {
+TEST_P(OpenBeneathTest, RejectsDotDotOutOfTheDirectory) {
     for (const char* const path : {"..", "../secret", "sub/../../secret", "/..", "./../secret", "sub/../.."}) {
         EXPECT_EQ(open(path, O_RDONLY), EXDEV) << path;
         EXPECT_EQ(create(path), EXDEV) << path;
@@ -108,7 +108,7 @@ TEST_P(OpenBeneathTest, NoDotsLeadOut) {
     expectOutsideUnchanged();
 }
 
-TEST_P(OpenBeneathTest, NoLinkLeadsOutWhetherItsTargetExistsOrNot) {
+TEST_P(OpenBeneathTest, RejectsLinkOutOfTheDirectoryWhetherOrNotItsTargetExists) {
     link("../secret", "relative");
     link("../new", "dangling");
     link(folder.path("secret"), "absolute");
@@ -125,12 +125,12 @@ TEST_P(OpenBeneathTest, NoLinkLeadsOutWhetherItsTargetExistsOrNot) {
     expectOutsideUnchanged();
 }
 
-TEST_P(OpenBeneathTest, AnAbsoluteLinkLeadsOutThoughItsTargetIsInside) {
+TEST_P(OpenBeneathTest, RejectsAbsoluteLinkToTargetInside) {
     link(folder.path("in/file"), "absolute");
     EXPECT_EQ(open("absolute", O_RDONLY), EXDEV);
 }
 
-TEST_P(OpenBeneathTest, LinksThatStayInsideAreFollowed) {
+TEST_P(OpenBeneathTest, FollowsLinksThatStayInside) {
     link("file", "direct");
     link("sub/../direct", "chain");
     link("sub", "directory");
@@ -144,13 +144,13 @@ TEST_P(OpenBeneathTest, LinksThatStayInsideAreFollowed) {
     EXPECT_TRUE(isIn("sub/b"));
 }
 
-TEST_P(OpenBeneathTest, ADanglingLinkThatStaysInsideIsCreatedThrough) {
+TEST_P(OpenBeneathTest, CreatesTargetOfDanglingLinkInside) {
     link("sub/new", "dangling");
     EXPECT_EQ(create("dangling"), 0);
     EXPECT_TRUE(isIn("sub/new"));
 }
 
-TEST_P(OpenBeneathTest, AnExclusiveOpenFollowsNoLink) {
+TEST_P(OpenBeneathTest, ExclusiveOpenDoesNotFollowLinks) {
     link("new", "dangling");
     link("../secret", "outside");
     EXPECT_EQ(open("dangling", O_WRONLY | O_CREAT | O_EXCL), EEXIST);
@@ -158,7 +158,7 @@ TEST_P(OpenBeneathTest, AnExclusiveOpenFollowsNoLink) {
     EXPECT_FALSE(isIn("new"));
 }
 
-TEST_P(OpenBeneathTest, APathDescriptorIsThatOfTheTargetOfALink) {
+TEST_P(OpenBeneathTest, PathDescriptorRefersToTheTargetOfALink) {
     link("file", "direct");
     link("../secret", "outside");
     const QelFile directory(::open(folder.path("in").c_str(), O_PATH));
@@ -169,7 +169,7 @@ TEST_P(OpenBeneathTest, APathDescriptorIsThatOfTheTargetOfALink) {
     EXPECT_EQ(open("outside", O_PATH), EXDEV);
 }
 
-TEST_P(OpenBeneathTest, LinksInACircleFail) {
+TEST_P(OpenBeneathTest, RejectsCycleOfLinks) {
     link("b", "a");
     link("a", "b");
     EXPECT_EQ(open("a", O_RDONLY), ELOOP);
@@ -177,7 +177,7 @@ TEST_P(OpenBeneathTest, LinksInACircleFail) {
     EXPECT_EQ(create("a"), ELOOP);
 }
 
-TEST_P(OpenBeneathTest, OtherFailuresHaveTheirReason) {
+TEST_P(OpenBeneathTest, ReportsReasonOfOtherFailures) {
     EXPECT_EQ(open("none", O_RDONLY), ENOENT);
     EXPECT_EQ(open("none/../file", O_RDONLY), ENOENT);
     EXPECT_EQ(create("none/new"), ENOENT);
@@ -189,14 +189,14 @@ TEST_P(OpenBeneathTest, OtherFailuresHaveTheirReason) {
     EXPECT_EQ(open(std::string(300, 'x'), O_RDONLY), ENAMETOOLONG);
 }
 
-TEST_P(OpenBeneathTest, TheDirectoryItselfCanBeReadAndNotWritten) {
+TEST_P(OpenBeneathTest, OpensTheDirectoryItselfForReadingOnly) {
     for (const char* const path : {"", "/", ".", "sub/.."}) {
         EXPECT_EQ(open(path, O_RDONLY), 0) << path;
         EXPECT_EQ(create(path), EISDIR) << path;
     }
 }
 
-TEST_P(OpenBeneathTest, NoDescriptorIsLeftOpen) {
+TEST_P(OpenBeneathTest, LeavesNoDescriptorOpen) {
     link("../secret", "outside");
     link("sub", "directory");
     const auto count = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()); };
@@ -206,12 +206,12 @@ TEST_P(OpenBeneathTest, NoDescriptorIsLeftOpen) {
     EXPECT_EQ(count(), before);
 }
 
-TEST_P(OpenBeneathTest, NothingOutsideIsReachedWhileAnotherProcessReplacesComponents) {
+TEST_P(OpenBeneathTest, StaysInsideWhileAnotherThreadReplacesComponents) {
     link("sub", "link");
     constexpr unsigned enough = 500;
     std::atomic<unsigned> round = 0;
     std::thread replacer([&] {
-        // The same name is a link that leads inside, one that leads outside, and a directory.
+        // The name alternates between a link to the inside, a link to the outside, and a directory.
         const fs::path name = folder.path("in/link");
         const fs::path next = folder.path("in/next");
         std::error_code ignored;
@@ -238,8 +238,8 @@ INSTANTIATE_TEST_SUITE_P(BothWays, OpenBeneathTest,
                                          Way{"ByComponents", openBeneathByComponents}, Way{"Either", openBeneath}),
                          [](const auto& tested) { return tested.param.name; });
 
-/// Lets openat2(2) fail with this error in the calling process, as a filter of a container does.  False if filters are
-/// not possible.
+/// Makes openat2(2) fail with this error in the calling process, as a container's seccomp filter does.  Returns false
+/// if filters are not supported.
 bool refuseOpenat2(unsigned error) {
     std::array<sock_filter, 4> rules{{
         {BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},
@@ -251,7 +251,7 @@ bool refuseOpenat2(unsigned error) {
     return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
-TEST(OpenBeneathFallbackTest, AKernelThatDoesNotResolveIsReplacedByTheWalkOverTheComponents) {
+TEST(OpenBeneathFallbackTest, FallsBackToWalkingComponentsIfOpenat2Fails) {
     const Qel::TestSupport::TempFolder folder;
     folder.write("in/file", "inside");
     folder.write("secret", "secret");
@@ -267,7 +267,7 @@ TEST(OpenBeneathFallbackTest, AKernelThatDoesNotResolveIsReplacedByTheWalkOverTh
             return QelFile(openBeneath(in.descriptor(), "file", O_RDONLY, 0)).isOpened() ? 0 : 4;
         });
         if (result == 1)
-            GTEST_SKIP() << "no filters of system calls here";
+            GTEST_SKIP() << "seccomp filters are not available";
         EXPECT_EQ(result, 0) << error;
     }
 }

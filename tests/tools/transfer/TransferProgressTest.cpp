@@ -16,7 +16,7 @@ using testing::Not;
 
 constexpr long long mebi = 1 << 20U;
 
-TEST(DescribeBytesTest, TheUnitIsTheLargestThatIsFilled) {
+TEST(DescribeBytesTest, UsesLargestSuitableUnit) {
     EXPECT_EQ(describeBytes(0), "0 B");
     EXPECT_EQ(describeBytes(1023), "1023 B");
     EXPECT_EQ(describeBytes(1024), "1.0 KiB");
@@ -25,43 +25,43 @@ TEST(DescribeBytesTest, TheUnitIsTheLargestThatIsFilled) {
     EXPECT_EQ(describeBytes(9223372036854775807.0), "8.0 EiB");
 }
 
-TEST(ProgressLineTest, TellsBytesRateAndTimeLeft) {
+TEST(ProgressLineTest, ShowsBytesRateAndRemainingTime) {
     EXPECT_EQ(progressLine(25 * mebi, 100 * mebi, 2s, 80),
               "[======                     ]  25%  25.0 MiB of 100.0 MiB  12.5 MiB/s  0:06 left");
     EXPECT_EQ(progressLine(25 * mebi, 100 * mebi, 2s, 200),
               "[==========                              ]  25%  25.0 MiB of 100.0 MiB  12.5 MiB/s  0:06 left");
 }
 
-TEST(ProgressLineTest, AtTheEndTellsTheTimeThatItTook) {
+TEST(ProgressLineTest, ShowsElapsedTimeWhenComplete) {
     EXPECT_EQ(progressLine(mebi, mebi, 3725s, 50), "100%  1.0 MiB of 1.0 MiB  281 B/s  1:02:05");
 }
 
-TEST(ProgressLineTest, BeforeTheFirstBlockThereIsNoRateAndNoTime) {
+TEST(ProgressLineTest, ShowsNoRateAndNoTimeBeforeFirstBlock) {
     EXPECT_EQ(progressLine(0, 1024, 5s, 40), "[                 ]   0%  0 B of 1.0 KiB");
     EXPECT_EQ(progressLine(0, 1024, 0s, 20), "  0%  0 B of 1.0 KiB");
 }
 
-TEST(ProgressLineTest, AnEmptyFileIsWholeAtOnce) {
+TEST(ProgressLineTest, EmptyFileIsComplete) {
     EXPECT_THAT(progressLine(0, 0, 0s, 20), HasSubstr("100%"));
 }
 
-TEST(ProgressLineTest, NeverGoesBeyondTheWidth) {
+TEST(ProgressLineTest, NeverExceedsTheWidth) {
     for (std::size_t width = 0; width < 120; ++width) {
         EXPECT_LE(progressLine(25 * mebi, 100 * mebi, 2s, width).size(), width);
         EXPECT_LE(progressLine(100 * mebi, 25 * mebi, 2s, width).size(), width);
     }
 }
 
-TEST(ProgressLineTest, ATotalThatWasExceededCountsAsReached) {
+TEST(ProgressLineTest, ExceededTotalCountsAsComplete) {
     EXPECT_EQ(progressLine(100 * mebi, 3, 2s, 80), progressLine(100 * mebi, 100 * mebi, 2s, 80));
     EXPECT_EQ(progressLine(100 * mebi, 0, 2s, 80), progressLine(100 * mebi, 100 * mebi, 2s, 80));
 }
 
-TEST(ProgressLineTest, AVeryLongTimeIsCutShort) {
+TEST(ProgressLineTest, LimitsRemainingTime) {
     EXPECT_THAT(progressLine(1, 1LL << 60U, 1s, 80), HasSubstr("99:59:59 left"));
 }
 
-TEST(TransferProgressTest, TheLineIsDrawnAtFirstAndThenAFewTimesInASecond) {
+TEST(TransferProgressTest, LimitsRedrawsPerSecond) {
     std::ostringstream out;
     const auto start = TransferProgress::Clock::now();
     TransferProgress progress(out, 100, 80);
@@ -77,7 +77,7 @@ TEST(TransferProgressTest, TheLineIsDrawnAtFirstAndThenAFewTimesInASecond) {
     EXPECT_THAT(out.str(), Not(HasSubstr("\n")));
 }
 
-TEST(TransferProgressTest, TheLastStateStays) {
+TEST(TransferProgressTest, FinalStateRemains) {
     std::ostringstream out;
     {
         TransferProgress progress(out, 100, 80);
@@ -88,7 +88,7 @@ TEST(TransferProgressTest, TheLastStateStays) {
     EXPECT_THAT(out.str(), EndsWith("\n"));
 }
 
-TEST(TransferProgressTest, ACompleteTransferIsWholeThoughMoreWasExpected) {
+TEST(TransferProgressTest, CompleteSetsTheTotalToTheBytesCopied) {
     std::ostringstream out;
     {
         TransferProgress progress(out, 4096, 80);

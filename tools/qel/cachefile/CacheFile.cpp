@@ -15,7 +15,7 @@ namespace Qel::Tool {
 
 namespace {
 
-/// An open file; closing it gives its lock back.
+/// Owns a file descriptor.  Closing it releases the file lock.
 class Descriptor {
 public:
     explicit Descriptor(int number) : m_number(number) {}
@@ -39,7 +39,7 @@ int lockShared(int descriptor) {
     return result;
 }
 
-/// Reads the file's first `length` bytes, or those that are there.
+/// Reads the first `length` bytes, or the whole file if it is shorter.
 int readStart(int descriptor, std::size_t length, std::vector<std::byte>& bytes) {
     bytes.resize(length);
     std::size_t done = 0;
@@ -64,7 +64,7 @@ ExitCode readCacheFile(const std::string& path, std::vector<std::byte>& bytes, s
         error = path + ": " + text;
         return code;
     };
-    // Without O_NONBLOCK a named pipe would wait for a writer.
+    // O_NONBLOCK: opening a named pipe would otherwise wait for a writer.
     const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status {};
     if (file.number() < 0 || fstat(file.number(), &status) != 0)
@@ -72,10 +72,10 @@ ExitCode readCacheFile(const std::string& path, std::vector<std::byte>& bytes, s
     if (!S_ISREG(status.st_mode))
         return fail(ExitCode::badInput, "not a regular file");
     if (lockShared(file.number()) != 0)
-        return fail(ExitCode::failed, std::string("the file can't be locked: ") + std::strerror(errno));
-    // What was seen before the lock may have grown meanwhile.
+        return fail(ExitCode::failed, std::string("cannot lock the file: ") + std::strerror(errno));
+    // The file may have grown before the lock was acquired.
     if (fstat(file.number(), &status) != 0 || readStart(file.number(), CacheFormat::Header::length, bytes) != 0)
-        return fail(ExitCode::failed, std::string("the file can't be read: ") + std::strerror(errno));
+        return fail(ExitCode::failed, std::string("cannot read the file: ") + std::strerror(errno));
 
     const CacheFileKind kind = identifyCacheFile(bytes);
     if (kind == CacheFileKind::unformatted)
@@ -83,7 +83,7 @@ ExitCode readCacheFile(const std::string& path, std::vector<std::byte>& bytes, s
     if (kind == CacheFileKind::foreign || status.st_size > CacheFormat::greatestFileLength)
         return fail(ExitCode::badInput, "not a cache file");
     if (readStart(file.number(), static_cast<std::size_t>(status.st_size), bytes) != 0)
-        return fail(ExitCode::failed, std::string("the file can't be read: ") + std::strerror(errno));
+        return fail(ExitCode::failed, std::string("cannot read the file: ") + std::strerror(errno));
     return ExitCode::success;
 }
 

@@ -8,14 +8,14 @@
 
 namespace Qel::Tool {
 
-/// Reads a cache file into memory: a private copy, made under the file lock that the writers take, so that it shows one
-/// state.  The file is only read, and stays as it is when it's no cache file.
+/// Reads a cache file into memory.  The copy is made under the writers' file lock, so it is consistent.  The file is
+/// opened read-only.
 ///
-/// ExitCode::badInput, and what is wrong in `error`, if the file is missing, was never formatted or is no cache file;
-/// ExitCode::failed if it can't be locked or read.
+/// Returns ExitCode::badInput if the file is missing, was never formatted or is not a cache file, and ExitCode::failed
+/// if it cannot be locked or read; `error` then holds the reason.
 [[nodiscard]] ExitCode readCacheFile(const std::string& path, std::vector<std::byte>& bytes, std::string& error);
 
-/// Whether a process that attaches to the file would make a new cache of it: it isn't there, or was never formatted.
+/// True if the file is missing or was never formatted, so that the first process to attach creates a new cache in it.
 [[nodiscard]] bool isFreshCacheFile(const std::string& path);
 
 } // namespace Qel::Tool

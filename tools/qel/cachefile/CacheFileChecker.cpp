@@ -13,7 +13,7 @@ using namespace CacheFormat;
 
 namespace {
 
-/// A snapshot's head, and the block that it stands in.
+/// A snapshot's head, and the block that contains the snapshot.
 struct SnapshotView {
     CacheBlock* block;
     std::int32_t refCount;
@@ -32,8 +32,8 @@ bool fits(const CacheBlock& block, std::uint64_t length) {
     return length <= block.dataLength();
 }
 
-/// Whether the block is one that the allocator gives for `length` bytes.  Of a block whose own length is damaged only
-/// the room is known.
+/// True if the allocator would return a block of this length for a request of `length` bytes.  For a damaged block only
+/// an upper limit of its length is known.
 bool isMadeFor(const CacheBlock& block, std::uint64_t length) {
     if (block.damaged)
         return fits(block, length);
@@ -83,7 +83,7 @@ private:
     CacheFileReport m_report;
     CacheHeap m_heap;
     bool m_currentKnown = false;    ///< the current snapshot could be read
-    bool m_referencesKnown = false; ///< and every reference to a block was understood
+    bool m_referencesKnown = false; ///< all references to blocks could be resolved
 };
 
 void Checker::checkHeaderConstants() {
@@ -108,7 +108,7 @@ SnapshotView Checker::view(CacheBlock& block) const {
             m_bytes.word(data + Snapshot::reserved)};
 }
 
-/// The block of the header's snapshot, if it can be read.
+/// The block of the current snapshot; null if it cannot be read.
 CacheBlock* Checker::findCurrentSnapshot() {
     const auto target = m_bytes.target(Header::snapshot);
     if (target && m_heap.isCutOff(*target - Block::head))
@@ -118,11 +118,11 @@ CacheBlock* Checker::findCurrentSnapshot() {
         report(Header::snapshot, FindingKind::snapshotPointer, "the header's snapshot is a null pointer");
     else if (!block)
         report(Header::snapshot, FindingKind::snapshotPointer,
-               "the header's snapshot is at " + std::to_string(*target) + ", where no block's data begin");
+               "the header's snapshot is at " + std::to_string(*target) + ", where no block's data start");
     else if (block->use == BlockUse::free)
         report(Header::snapshot, FindingKind::snapshotPointer,
-               "the header's snapshot stands in the free block at " + std::to_string(block->offset));
-    else if (m_heap.isThere(*block))
+               "the header's snapshot is in the free block at " + std::to_string(block->offset));
+    else if (m_heap.isComplete(*block))
         return block;
     return nullptr;
 }
@@ -143,7 +143,7 @@ void Checker::checkCurrentSnapshot() {
     if (!isMadeFor(*block, snapshot.length())) {
         report(block->data() + Snapshot::count, FindingKind::snapshotSize,
                std::to_string(snapshot.count) + " entries and " + std::to_string(snapshot.reserved) +
-                   " free slots don't go with the snapshot's block of " + std::to_string(block->length) + " bytes");
+                   " free slots do not match the snapshot's block of " + std::to_string(block->length) + " bytes");
         return;
     }
     m_currentKnown = m_referencesKnown = true;
@@ -169,11 +169,11 @@ void Checker::checkKeyOrder(const SnapshotView& snapshot) {
         const std::uint64_t entry = snapshot.entry(i);
         if (!keyPrecedes(m_bytes, snapshot.entry(i - 1), entry))
             report(entry, FindingKind::keyOrder,
-                   "key " + keyText(entry) + " doesn't come after " + keyText(snapshot.entry(i - 1)));
+                   "key " + keyText(entry) + " is not greater than " + keyText(snapshot.entry(i - 1)));
     }
 }
 
-/// Checks the entries of a snapshot whose block holds them all, and each record that wasn't seen before.
+/// Checks the entries of a snapshot, which must fit its block, and each record that has not been checked yet.
 void Checker::checkEntries(const SnapshotView& snapshot) {
     for (std::uint32_t i = 0; i < snapshot.count; ++i) {
         CacheBlock* const record = checkRecordPointer(snapshot, i);
@@ -185,7 +185,7 @@ void Checker::checkEntries(const SnapshotView& snapshot) {
         record->use = BlockUse::record;
         record->lastListing = snapshot.block->offset;
         ++record->listings;
-        if (!m_heap.isThere(*record))
+        if (!m_heap.isComplete(*record))
             continue;
         if (isNew)
             checkRecord(*record);
@@ -198,7 +198,8 @@ void Checker::checkEntries(const SnapshotView& snapshot) {
     }
 }
 
-/// The block of an entry's record; null, and a finding, if the pointer is no good.
+/// The block of an entry's record.  Reports a bad pointer and returns null; a pointer beyond the end of a truncated
+/// file is not reported.
 CacheBlock* Checker::checkRecordPointer(const SnapshotView& snapshot, std::uint32_t index) {
     const std::uint64_t field = snapshot.entry(index) + Entry::record;
     const auto fail = [&](const std::string& text) -> CacheBlock* {
@@ -212,14 +213,14 @@ CacheBlock* Checker::checkRecordPointer(const SnapshotView& snapshot, std::uint3
         return nullptr;
     CacheBlock* const block = m_heap.findByData(*target);
     if (!block)
-        return fail(" is at " + std::to_string(*target) + ", where no block's data begin");
+        return fail(" is at " + std::to_string(*target) + ", where no block's data start");
     const std::string place = "the block at " + std::to_string(block->offset);
     if (block->use == BlockUse::free)
-        return fail(" stands in " + place + ", which is free");
+        return fail(" is in " + place + ", which is free");
     if (block->use == BlockUse::snapshot)
-        return fail(" stands in " + place + ", which is a snapshot's");
+        return fail(" is in " + place + ", which holds a snapshot");
     if (block->listings != 0 && block->lastListing == snapshot.block->offset)
-        return fail(" stands in " + place + ", as another one does");
+        return fail(" is in " + place + ", which another entry uses");
     return block;
 }
 
@@ -234,30 +235,30 @@ void Checker::checkRecord(const CacheBlock& block) {
     if (!isMadeFor(block, std::uint64_t{Record::declaredLength} + configSize + vconfigSize))
         report(block.data() + Record::configSize, FindingKind::recordLength,
                "configurations of " + std::to_string(configSize) + " and " + std::to_string(vconfigSize) +
-                   " bytes don't go with the record's block of " + std::to_string(block.length) + " bytes");
+                   " bytes do not match the record's block of " + std::to_string(block.length) + " bytes");
     checkRecordType(block);
 }
 
-/// The type is a text with zeros behind it.  A specified empty one has 1 in its second byte; all zeros are an
-/// unspecified one.
+/// The type is a string padded with zeros.  All zeros encode an unspecified type; a specified empty type has 1 in its
+/// second byte.
 void Checker::checkRecordType(const CacheBlock& block) {
     const std::uint64_t offset = block.data() + Record::type;
     const auto type = m_bytes.at(offset, Record::typeLength);
     auto rest = std::find(type.begin(), type.end(), std::byte{0});
     if (rest == type.end()) {
-        report(offset, FindingKind::recordType, "the record's type has no end");
+        report(offset, FindingKind::recordType, "the record's type is not null-terminated");
         return;
     }
     const bool isSpecifiedEmpty = rest == type.begin() && type[1] == std::byte{1};
     rest += isSpecifiedEmpty ? 2 : 0;
     if (std::any_of(rest, type.end(), [](std::byte byte) { return byte != std::byte{0}; }))
-        report(offset, FindingKind::recordType, "the record's type has something behind its end");
+        report(offset, FindingKind::recordType, "the record's type is not padded with zeros");
 }
 
-/// Whether a block in use reads as a snapshot that a reader holds.  A record doesn't: where a snapshot has its counts
-/// it has its parent's key, which would have to tell the block's length.
+/// True if a used block is a valid snapshot with readers.  A record does not pass for one: it has its parent's key
+/// where a snapshot has its counts, and these would have to match the block's length.
 bool Checker::looksHeld(CacheBlock& block) {
-    if (block.use != BlockUse::unknown || block.damaged || !m_heap.isThere(block) || !fits(block, Snapshot::entries))
+    if (block.use != BlockUse::unknown || block.damaged || !m_heap.isComplete(block) || !fits(block, Snapshot::entries))
         return false;
     const SnapshotView snapshot = view(block);
     if (snapshot.refCount < 1 || snapshot.refCount > greatestRefCount || !isMadeFor(block, snapshot.length()) ||
@@ -291,14 +292,14 @@ void Checker::checkRecordRefCounts() {
     if (!m_currentKnown)
         return;
     for (const CacheBlock& block : m_heap.blocks()) {
-        if (block.use != BlockUse::record || !m_heap.isThere(block) || !fits(block, Record::declaredLength))
+        if (block.use != BlockUse::record || !m_heap.isComplete(block) || !fits(block, Record::declaredLength))
             continue;
         const std::int32_t refCount = m_bytes.signedWord(block.data() + Record::refCount);
-        // Where blocks are damaged held snapshots may be overlooked, but none is seen that isn't there.
+        // With damaged blocks, held snapshots may be missed, so only a count that is too low is certainly wrong.
         if (m_heap.isCertain() ? refCount != std::int64_t{block.listings} : refCount < std::int64_t{block.listings})
             report(block.data() + Record::refCount, FindingKind::recordRefCount,
                    "the record's reference count is " + std::to_string(refCount) +
-                       ", but the snapshots that list it are " + std::to_string(block.listings),
+                       ", but the number of snapshots that list it is " + std::to_string(block.listings),
                    refCount > std::int64_t{block.listings} && refCount <= greatestRefCount);
     }
 }
@@ -373,7 +374,7 @@ CacheFileKind identifyCacheFile(std::span<const std::byte> bytes) {
 CacheFileReport checkCacheFile(std::span<const std::byte> bytes) {
     if (bytes.size() < Header::length) {
         CacheFileReport report;
-        report.findings.push_back({0, FindingKind::fileLength, "the file is too short for a header"});
+        report.findings.push_back({0, FindingKind::fileLength, "the file is shorter than a header"});
         return report;
     }
     return Checker(bytes).run();

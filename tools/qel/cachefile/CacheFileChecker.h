@@ -9,42 +9,42 @@
 
 namespace Qel::Tool {
 
-/// What a file is, as its first bytes tell.
+/// The type of a file, according to its header.
 enum class CacheFileKind : std::uint8_t {
     cache,       ///< at least half of the header's signature fields are right
-    unformatted, ///< shorter than a header and empty, or a header of zeros: no process has written into it yet
+    unformatted, ///< empty or all zeros up to the header's length: no process has written to it yet
     foreign,     ///< anything else
 };
 
 [[nodiscard]] CacheFileKind identifyCacheFile(std::span<const std::byte> bytes);
 
-/// A snapshot that isn't current any more and still counts readers.  Nothing in the file tells whether they live: the
-/// snapshot of a process that died stays held for ever.
+/// A former snapshot that still has readers.  The file does not record whether the readers are alive: a snapshot whose
+/// reader died is never released.
 struct HeldSnapshot {
     std::uint64_t offset; ///< of its block
     std::int32_t readers;
     std::uint32_t records;
 };
 
-/// What a cache file holds, and what is wrong with it.  Where something is wrong, the numbers cover what could be told
-/// apart.  All sizes are bytes, with the heads of the blocks.
+/// Contents and defects of a cache file.  In a damaged file the numbers cover only the recognised blocks.  All sizes
+/// are in bytes and include the block heads.
 struct CacheFileReport {
-    Findings findings; ///< in the order of the file
+    Findings findings; ///< sorted by offset
     std::vector<HeldSnapshot> heldSnapshots;
 
     std::uint32_t blocks = 0;
     std::uint32_t freeBlocks = 0;
     std::uint64_t freeBytes = 0;
     std::uint64_t largestFreeBlock = 0;
-    std::uint32_t records = 0;         ///< that the current snapshot lists
+    std::uint32_t records = 0;         ///< listed by the current snapshot
     std::int32_t snapshotRefCount = 0; ///< of the current snapshot
-    std::uint64_t achievableSize = 0;  ///< of a file with nothing but the current snapshot and its records
+    std::uint64_t achievableSize = 0;  ///< of a file that contains only the current snapshot and its records
 };
 
-/// Walks the whole file by its format alone.  Any bytes will do.
+/// Checks the whole file against the format.  Safe for arbitrary bytes.
 ///
-/// The consequences of a damage aren't told again: once the blocks or a reference to one can't be trusted, blocks that
-/// nobody seems to refer to and counts that seem wrong are no findings.
+/// Consequential errors are suppressed: if the blocks or a reference to a block cannot be trusted, unreferenced blocks
+/// and wrong counts are not reported.
 [[nodiscard]] CacheFileReport checkCacheFile(std::span<const std::byte> bytes);
 
 } // namespace Qel::Tool

@@ -84,15 +84,15 @@ std::string_view nameOf(FindingClass findingClass) {
 std::string_view adviceOn(const Finding& finding) {
     switch (classOf(finding)) {
     case FindingClass::harmlessLeak:
-        return "nothing has to be done; the bytes stay in use until the file is removed";
+        return "no action needed; the bytes stay in use until the file is removed";
     case FindingClass::wrongCount:
-        return finding.isExcess ? "nothing has to be done; bytes may stay in use until the file is removed"
-                                : "stop the processes that use the file and remove it; a change may free what is "
-                                  "still in use, or end the process";
+        return finding.isExcess ? "no action needed; bytes may stay in use until the file is removed"
+                                : "stop the processes that use the file, then remove it; a write may free memory that "
+                                  "is still in use, or abort the process";
     case FindingClass::damage:
         break;
     }
-    return "stop the processes that use the file and remove it; the next one makes a new file";
+    return "stop the processes that use the file, then remove it; the next process creates a new file";
 }
 
 bool makesListingWrong(const Finding& finding) {

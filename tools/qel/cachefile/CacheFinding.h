@@ -7,56 +7,57 @@
 
 namespace Qel::Tool {
 
-/// What can be wrong with a cache file.
+/// The defects that the checker detects.
 enum class FindingKind : std::uint8_t {
-    headerConstant,   ///< a header field that is the same in every file isn't
-    fileLength,       ///< the header's size doesn't go with the file
-    blockSize,        ///< a block is empty, or runs into another one or over the end
-    freeListLink,     ///< the free list leads to where no block is, or in a circle
-    freeListOrder,    ///< the free list goes back
-    freeListUnmerged, ///< two free blocks follow each other
+    headerConstant,   ///< a constant header field has a wrong value
+    fileLength,       ///< the header's size does not match the file
+    blockSize,        ///< a block is empty or overlaps the next block or the end of the heap
+    freeListLink,     ///< the free list points to something other than a block, or contains a cycle
+    freeListOrder,    ///< the free list is not in ascending order
+    freeListUnmerged, ///< two adjacent free blocks were not merged
     counter,          ///< the header's count of bytes in use is wrong
     unformatted,      ///< that count is 0, as in a file that was never formatted
-    snapshotPointer,  ///< the header's snapshot isn't a block in use
-    snapshotSize,     ///< the snapshot's entries and free slots don't go with its block
-    snapshotRefCount, ///< the snapshot's reference count can't be right
-    keyOrder,         ///< a snapshot's keys don't ascend
-    recordPointer,    ///< an entry's record isn't a block in use of its own
-    recordKey,        ///< a record's own key isn't that of its entry
-    recordLength,     ///< a record's length doesn't go with its block
-    recordType,       ///< a record's type isn't a text
-    recordRefCount,   ///< a record's reference count isn't the number of snapshots that list it
-    unreferenced,     ///< a block in use that nobody refers to
+    snapshotPointer,  ///< the header's snapshot pointer does not refer to a used block
+    snapshotSize,     ///< the snapshot's entries and free slots do not match its block's length
+    snapshotRefCount, ///< the snapshot's reference count is out of range
+    keyOrder,         ///< a snapshot's keys are not in ascending order
+    recordPointer,    ///< an entry does not refer to a used block of its own
+    recordKey,        ///< a record's key differs from that of its entry
+    recordLength,     ///< a record's length does not match its block's length
+    recordType,       ///< a record's type is not a null-terminated string padded with zeros
+    recordRefCount,   ///< a record's reference count differs from the number of snapshots that list it
+    unreferenced,     ///< a used block without any reference to it
 };
 
-/// The kind as JSON output names it.
+/// The kind's name in JSON output.
 [[nodiscard]] std::string_view nameOf(FindingKind kind);
 
-/// One thing that is wrong.
+/// One detected defect.
 struct Finding {
-    std::uint64_t offset; ///< of the field or block, in bytes from the file's start
+    std::uint64_t offset; ///< of the field or block, in bytes from the start of the file
     FindingKind kind;
     std::string text;
-    bool isExcess = false; ///< of a count: it is higher than what it counts, so that nothing is freed too early
+    bool isExcess = false; ///< of a count: it is too high, so nothing is freed too early
 };
 
-/// How bad a finding is.
+/// Severity of a finding, in ascending order.
 enum class FindingClass : std::uint8_t {
-    harmlessLeak, ///< bytes are in use that nothing refers to
-    wrongCount,   ///< a count differs from what it counts; what is listed is right
-    damage,       ///< what is listed, or the heap, can't be trusted
+    harmlessLeak, ///< bytes in use without any reference to them
+    wrongCount,   ///< a count is wrong; the listed records are intact
+    damage,       ///< the listing or the heap cannot be trusted
 };
 
 [[nodiscard]] FindingClass classOf(const Finding& finding);
 
-/// The class as text output names it, and as JSON output does.
+/// The class's name in text output.
 [[nodiscard]] std::string_view titleOf(FindingClass findingClass);
+/// The class's name in JSON output.
 [[nodiscard]] std::string_view nameOf(FindingClass findingClass);
 
-/// What to do about a finding.
+/// The recommended action.
 [[nodiscard]] std::string_view adviceOn(const Finding& finding);
 
-/// Whether environments may be listed wrongly: now, or once a record is freed that a count is too low for.
+/// True if environments may be listed wrongly, either now or after a record whose count is too low has been freed.
 [[nodiscard]] bool makesListingWrong(const Finding& finding);
 
 using Findings = std::vector<Finding>;

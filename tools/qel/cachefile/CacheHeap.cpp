@@ -14,8 +14,8 @@ constexpr std::uint64_t roundedDown(std::uint64_t bytes) {
 }
 
 std::string describeOverrun(std::uint64_t offset, std::uint64_t length, std::uint64_t stop, std::uint64_t end) {
-    return "block of " + std::to_string(length) + " bytes runs over " +
-           (stop == end ? "the end of the heap at " : "the block at ") + std::to_string(stop) + ", which leaves it " +
+    return "block of " + std::to_string(length) + " bytes overruns " +
+           (stop == end ? "the end of the heap at " : "the block at ") + std::to_string(stop) + "; it has room for " +
            std::to_string(stop - offset);
 }
 
@@ -54,8 +54,7 @@ bool CacheHeap::isCutOff(std::int64_t offset) const {
            static_cast<std::uint64_t>(offset) < m_end;
 }
 
-/// Settles where the heap ends.  When the header's size doesn't fit the blocks and the file's length does, it's the
-/// size that is wrong.
+/// Determines the end of the heap.  If the blocks match the file's length but not the header's size, the size is wrong.
 void CacheHeap::findEnd(Findings& findings) {
     const std::uint32_t size = m_bytes.word(Header::size);
     const auto report = [&](const std::string& text) {
@@ -73,12 +72,12 @@ void CacheHeap::findEnd(Findings& findings) {
         report(", less than the header");
     } else if (m_end != fileEnd && !tile(m_end, {}, nullptr) && tile(fileEnd, {}, nullptr)) {
         m_end = fileEnd;
-        report(", but the blocks go on to " + std::to_string(m_end));
+        report(", but the blocks extend to " + std::to_string(m_end));
     }
 }
 
-/// Lays out the blocks from the header to `end`, resuming at the next one of `anchors` (ascending) where a length is
-/// wrong.  Whether none was.
+/// Rebuilds m_blocks from the header to `end`.  After a wrong length it resumes at the next of `anchors`, which are
+/// ascending.  Returns true if all lengths were right.  `findings` may be null.
 bool CacheHeap::tile(std::uint64_t end, const std::vector<Offset>& anchors, Findings* findings) {
     m_blocks.clear();
     bool sound = true;
@@ -99,16 +98,16 @@ bool CacheHeap::tile(std::uint64_t end, const std::vector<Offset>& anchors, Find
         m_blocks.push_back(block);
         if (findings && damaged)
             findings->push_back({offset, FindingKind::blockSize,
-                                 length == 0 ? "block of no length" : describeOverrun(offset, length, stop, end)});
+                                 length == 0 ? "block length is zero" : describeOverrun(offset, length, stop, end)});
         else if (findings && length < Block::leastLength)
-            findings->push_back({offset, FindingKind::blockSize, "block with nothing behind its head"});
+            findings->push_back({offset, FindingKind::blockSize, "block has no data after its head"});
         sound = sound && !damaged;
         offset = next;
     }
     return sound;
 }
 
-/// Where blocks begin for sure, if nothing else is damaged, in ascending order.
+/// Offsets of blocks that something refers to, in ascending order.
 std::vector<Offset> CacheHeap::findAnchors() {
     Findings ignored;
     std::vector<Offset> anchors = walkFreeList(false, ignored);
@@ -117,7 +116,7 @@ std::vector<Offset> CacheHeap::findAnchors() {
     return anchors;
 }
 
-/// Adds the blocks of the current snapshot and its records.  Its entries are believed as long as their keys ascend.
+/// Adds the blocks of the current snapshot and of its records.  Entries are trusted up to the first one out of order.
 void CacheHeap::addSnapshotAnchors(std::vector<Offset>& anchors) const {
     const auto addBlockOf = [&](std::optional<std::int64_t> data) {
         const bool usable = data && mayBeBlock(*data - Block::head);
@@ -138,14 +137,14 @@ void CacheHeap::addSnapshotAnchors(std::vector<Offset>& anchors) const {
     }
 }
 
-/// Whether a block's head could stand at `offset`.
+/// True if `offset` is aligned and has room for a block head.
 bool CacheHeap::mayBeBlock(std::int64_t offset) const {
     return offset >= Header::length && offset % alignment == 0 &&
            static_cast<std::uint64_t>(offset) + Block::head <= std::min(m_end, m_bytes.size());
 }
 
-/// Follows the free list from the sentinel, and tells what is wrong with its links.  With `knowBlocks` an entry must be
-/// one of the blocks; otherwise it must look like one.  The blocks' offsets, in the list's order, each once.
+/// Follows the free list from the sentinel and reports wrong links.  With `knowBlocks` an entry must be one of
+/// m_blocks; otherwise mayBeBlock() suffices.  Returns the blocks' offsets in list order, without duplicates.
 std::vector<Offset> CacheHeap::walkFreeList(bool knowBlocks, Findings& findings) {
     constexpr Offset sentinel = 0;
     std::vector<Offset> entries;
@@ -164,19 +163,20 @@ std::vector<Offset> CacheHeap::walkFreeList(bool knowBlocks, Findings& findings)
         if (next && isCutOff(*next))
             return entries;
         if (!next) {
-            report(FindingKind::freeListLink, "ends in a null pointer, not at the header");
+            report(FindingKind::freeListLink, "ends with a null pointer instead of the header");
             return entries;
         }
         if (!mayBeBlock(*next) || (knowBlocks && !find(*next))) {
-            report(FindingKind::freeListLink, "leads to " + std::to_string(*next) + ", where no block begins");
+            report(FindingKind::freeListLink, "points to " + std::to_string(*next) + ", where no block starts");
             return entries;
         }
         if (seen[static_cast<std::size_t>(*next / alignment)]) {
-            report(FindingKind::freeListLink, "runs in a circle through " + std::to_string(*next));
+            report(FindingKind::freeListLink, "contains a cycle through " + std::to_string(*next));
             return entries;
         }
         if (*next < current)
-            report(FindingKind::freeListOrder, "goes back to " + std::to_string(*next));
+            report(FindingKind::freeListOrder,
+                   "is out of order: " + std::to_string(*next) + " follows " + std::to_string(current));
         current = static_cast<Offset>(*next);
         seen[current / alignment] = true;
         entries.push_back(current);
@@ -186,8 +186,9 @@ std::vector<Offset> CacheHeap::walkFreeList(bool knowBlocks, Findings& findings)
 void CacheHeap::findUnmerged(Findings& findings) const {
     for (std::size_t i = 1; i < m_blocks.size(); ++i) {
         if (m_blocks[i - 1].use == BlockUse::free && m_blocks[i].use == BlockUse::free && !m_blocks[i - 1].damaged)
-            findings.push_back({m_blocks[i].offset, FindingKind::freeListUnmerged,
-                                "free block follows the free block at " + std::to_string(m_blocks[i - 1].offset)});
+            findings.push_back(
+                {m_blocks[i].offset, FindingKind::freeListUnmerged,
+                 "free block was not merged with the free block at " + std::to_string(m_blocks[i - 1].offset)});
     }
 }
 

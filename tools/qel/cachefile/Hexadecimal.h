@@ -5,7 +5,7 @@
 
 namespace Qel::Tool {
 
-/// The number as 0x and eight digits.
+/// "0x" followed by eight uppercase hexadecimal digits.
 [[nodiscard]] std::string hexadecimal(std::uint32_t number);
 
 } // namespace Qel::Tool

@@ -34,7 +34,7 @@ ExitCode openCache(const std::string& path, CacheUse use, const Console& console
     }
     const SignalGuard guard;
     QelEnvCacheSP opened(new QelEnvCache(path));
-    // A file that turned out to be unusable after all is left as it is.
+    // Do not mark the file as unusable if attaching fails.
     constexpr bool invalidate = false;
     errno = 0;
     if (const int result = opened->initialize(true, invalidate)) {
@@ -48,19 +48,19 @@ ExitCode openCache(const std::string& path, CacheUse use, const Console& console
 std::string describeCacheResult(int result) {
     switch (result) {
     case cacheNotMapped:
-        return "the file can't be mapped";
+        return "cannot map the file";
     case cacheItemTooLarge:
-        return "larger than the " + std::to_string(QelEnvCache::maxRecordSize) + " bytes that the cache accepts";
+        return "record exceeds the limit of " + std::to_string(QelEnvCache::maxRecordSize) + " bytes";
     case cacheKeyExists:
-        return "it is in the cache already";
+        return "already in the cache";
     case cacheKeyMissing:
-        return "it isn't in the cache";
+        return "not in the cache";
     case cacheNotLocked:
-        return "the file can't be locked";
+        return "cannot lock the file";
     case cacheOutOfSpace:
-        return "the file has no space left and can't grow";
+        return "the file is full and cannot grow";
     default:
-        return "the cache answered " + std::to_string(result);
+        return "cache error " + std::to_string(result);
     }
 }
 

@@ -9,19 +9,20 @@
 namespace Qel::Tool {
 
 enum class CacheUse : std::uint8_t {
-    existing,  ///< the file has to be a cache
-    mayCreate, ///< a file that isn't there or was never formatted becomes one
+    existing,  ///< the file must be a cache
+    mayCreate, ///< a missing or unformatted file becomes a cache
 };
 
 /// Attaches to a cache file.
 ///
-/// The file is checked first: the library trusts what is in the file, and a damaged or foreign one would end the
-/// process or be written into.  Findings that leave every listing right, such as leaked blocks, are let pass.
+/// The file is checked first, because the library trusts its content: a damaged file could abort the process, and a
+/// foreign file could be overwritten.  Findings that do not affect listings, such as leaked blocks, are ignored.
 ///
-/// ExitCode::badInput for such a file, ExitCode::failed if it can't be attached to; each with an error.
+/// Returns ExitCode::badInput for a damaged or foreign file and ExitCode::failed if attaching fails, after printing an
+/// error.
 [[nodiscard]] ExitCode openCache(const std::string& path, CacheUse use, const Console& console, QelEnvCacheSP& cache);
 
-/// What a result of the cache's operations, other than 0, means.
+/// Describes a nonzero result of a cache operation.
 [[nodiscard]] std::string describeCacheResult(int result);
 
 } // namespace Qel::Tool

@@ -43,7 +43,7 @@ Json toJson(const EnvSummary& env) {
             {"vconfigSize", env.vconfigSize}};
 }
 
-/// The environments' places in a tree.
+/// Arranges the environments in a tree.  Places are indexes into `all`.
 class Tree {
 public:
     explicit Tree(const std::vector<EnvSummary>& all) : m_all(all) {
@@ -60,29 +60,30 @@ public:
     }
 
     struct Line {
-        std::string branches; ///< drawn before the environment
+        std::string branches; ///< prefix of the environment's line
         const EnvSummary* env;
     };
 
-    /// Every environment once.
+    /// Returns one line for each environment.
     [[nodiscard]] std::vector<Line> lines() {
         m_drawn.assign(m_all.size(), false);
         for (const std::size_t root : m_roots)
             drawBelow(root);
-        // What isn't drawn yet is in a circle of parents, or below one.
+        // The remaining environments are in a cycle of parents or below one.
         for (std::size_t i = 0; i < m_all.size(); ++i)
-            drawBelow(startOfCircle(i));
+            drawBelow(startOfCycle(i));
         return std::move(m_lines);
     }
 
 private:
     struct Pending {
         std::size_t place;
-        std::string branch; ///< before the environment itself
-        std::string below;  ///< before its children
+        std::string branch; ///< prefix of the environment itself
+        std::string below;  ///< prefix of its children
     };
 
-    /// Draws an environment and all below it that isn't drawn.  No recursion: nothing limits how deep parents go.
+    /// Draws an environment and its descendants, except those already drawn.  Iterative, because the depth of the tree
+    /// is not limited.
     void drawBelow(std::size_t root) {
         std::vector<Pending> pending{{root, "", ""}};
         while (!pending.empty()) {
@@ -101,8 +102,8 @@ private:
         }
     }
 
-    /// The environment on the way up from an undrawn one where the way comes back to itself.
-    [[nodiscard]] std::size_t startOfCircle(std::size_t place) const {
+    /// Follows the parents of an undrawn environment and returns the first member of their cycle.
+    [[nodiscard]] std::size_t startOfCycle(std::size_t place) const {
         if (m_drawn[place])
             return place;
         std::vector<bool> passed(m_all.size());
@@ -121,7 +122,7 @@ private:
     std::vector<Line> m_lines;
 };
 
-/// An environment keeps the first 15 bytes of its type.  Drops the character that they end in the middle of, if any.
+/// An environment stores the first 15 bytes of its type.  Removes a UTF-8 character truncated at the end.
 std::string wholeCharacters(const QelEnvType& type) {
     std::string text = type.c_str();
     if (text.size() + 1 < sizeof(QelEnvType))

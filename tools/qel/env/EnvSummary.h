@@ -10,7 +10,7 @@
 
 namespace Qel::Tool {
 
-/// What the lists show of an environment.
+/// The properties of an environment that listings show.
 struct EnvSummary {
     QelEID eid;
     QelEID parent;
@@ -24,11 +24,11 @@ struct EnvSummary {
 
 [[nodiscard]] EnvSummary summarise(const QelEnv& env);
 
-/// One line for each environment.
+/// Prints one line for each environment.
 void printAsTable(std::ostream& out, const std::vector<EnvSummary>& all);
 
-/// One line for each environment, below its parent and drawn as a tree.  Those whose parent isn't among `all` stand at
-/// the left, and of a circle of parents one.
+/// Prints one line for each environment, as a tree of parents and children.  The roots are the environments whose
+/// parent is not in `all`, and one environment of each cycle of parents.
 void printAsTree(std::ostream& out, const std::vector<EnvSummary>& all);
 
 void printAsJson(std::ostream& out, const std::vector<EnvSummary>& all);

@@ -6,12 +6,12 @@ namespace Qel::Tool {
 
 namespace {
 
-/// What of a record means something outside the file: all but the reference count at its start.
+/// A record without the reference count at its start, which has no meaning outside the file.
 std::string_view contentOf(const QelEnvCoreBasic& record) {
     return std::string_view(reinterpret_cast<const char*>(&record), record.length()).substr(sizeof(QelCachedItem));
 }
 
-/// The part of a record's content that begins at an offset of the record.
+/// Part of a record's content.  `offset` is relative to the record.
 std::string_view partOf(std::string_view content, std::size_t offset, std::size_t length) {
     return content.substr(offset - sizeof(QelCachedItem), length);
 }
@@ -22,7 +22,7 @@ std::uint32_t numberAt(std::string_view content, std::size_t offset) {
     return number;
 }
 
-/// Names the parts in which two records of one environment differ.
+/// A list of the parts in which two records of one environment differ.
 std::string differencesOf(std::string_view before, std::string_view after) {
     struct Part {
         const char* name;
@@ -62,7 +62,7 @@ std::vector<EnvChange> EnvWatcher::look(const QelEnvCache::EnvValuesList& list) 
         changes.push_back({EnvChange::Kind::went, known->first, known->second.title, ""});
         known = m_known.erase(known);
     };
-    // Both are in the order of the EIDs, so one pass finds every difference.
+    // Both sequences are sorted by EID, so a single merge pass finds all differences.
     const QelEnvCache::ValuesList& records = list;
     for (const auto& [eid, record] : records) {
         while (known != m_known.end() && known->first < eid)

@@ -9,23 +9,23 @@
 
 namespace Qel::Tool {
 
-/// What happened to an environment between two looks at the cache.
+/// A change of an environment between two calls of EnvWatcher::look().
 struct EnvChange {
     enum class Kind : std::uint8_t { came, changed, went };
 
     Kind kind;
     QelEID eid;
-    std::string title; ///< as it is now; of one that went as it was
-    std::string parts; ///< what changed, as words: "status, alerts"
+    std::string title; ///< the current title, or the last one of a removed environment
+    std::string parts; ///< the changed parts: "status, alerts"
 };
 
-/// Tells what changed in a cache from one look at it to the next.
+/// Detects changes in a cache by polling.
 ///
-/// It keeps copies and no snapshot: writers aren't made to copy the list for somebody who looks once a second, and a
-/// watcher that is killed leaves nothing behind.
+/// Keeps copies of the records instead of a snapshot: a snapshot held between polls would force writers to copy the
+/// list, and would leak if the watcher was killed.
 class EnvWatcher {
 public:
-    /// The changes since the last look, in the order of the EIDs; at the first look every environment came.
+    /// Returns the changes since the last call, sorted by EID.  The first call reports every environment as Kind::came.
     [[nodiscard]] std::vector<EnvChange> look(const QelEnvCache::EnvValuesList& list);
 
 private:

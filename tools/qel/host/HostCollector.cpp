@@ -18,7 +18,7 @@ namespace Qel::Tool {
 
 namespace {
 
-/// A number at the beginning of a text; 0 without one.
+/// The number at the start of a string, after blanks; 0 if there is none.
 template <class Number> Number numberIn(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
     Number number{};
@@ -31,7 +31,7 @@ std::string trimmed(const std::string& text, const char* blanks = " \t") {
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// The first value of each key in lines of keys and values.
+/// Parses lines of the form KEY SEPARATOR VALUE.  The first of several values of a key wins.
 std::map<std::string, std::string> valuesIn(const std::string& content, char separator) {
     std::map<std::string, std::string> values;
     std::istringstream lines(content);
@@ -51,7 +51,8 @@ public:
             close(m_descriptor);
     }
 
-    /// 0, or the error's number.  Files of /proc have no size to go by, and some lose what isn't read at once.
+    /// Returns 0 or an errno value.  Reads until the end of the file, because files of /proc report a size of 0.  The
+    /// buffer is large, because some of them are only consistent within one read().
     [[nodiscard]] int readAll(std::string& content) const {
         content.clear();
         std::string part(65536, '\0');
@@ -75,14 +76,14 @@ QelLoadAvg1 sample(double value) {
 
 } // namespace
 
-void HostCollector::tell(const std::string& what, int error) {
+void HostCollector::addProblem(const std::string& what, int error) {
     m_problems.push_back(what + ": " + std::strerror(error));
 }
 
 bool HostCollector::readFile(const std::string& path, std::string& content) {
     const int error = File(path).readAll(content);
     if (error != 0)
-        tell(path, error);
+        addProblem(path, error);
     return error == 0;
 }
 
@@ -105,7 +106,7 @@ QelSystemInfo HostCollector::system() {
     QelSystemInfo info;
     utsname name{};
     if (uname(&name) != 0)
-        tell("uname", errno);
+        addProblem("uname", errno);
     info.arch = name.machine;
     info.os.osKind = std::string("linux");
     info.os.osDetail = std::string(name.release);
@@ -153,7 +154,7 @@ void HostCollector::readMemory(QelSystemInfo& info) {
     auto values = valuesIn(content, ':');
     constexpr long long kibibyte = 1024;
     const auto bytes = [&](const char* key) { return numberIn<long long>(values[key]) * kibibyte; };
-    // Before Linux 3.14 the kernel doesn't tell what is available.
+    // MemAvailable exists since Linux 3.14.
     info.memory = usage(bytes("MemTotal"), bytes(values.contains("MemAvailable") ? "MemAvailable" : "MemFree"));
     info.swap = usage(bytes("SwapTotal"), bytes("SwapFree"));
 }
@@ -167,7 +168,7 @@ std::optional<QelLoadAvg> HostCollector::load() {
     std::array<std::string, 3> words;
     in >> words[0] >> words[1] >> words[2];
     if (!in) {
-        m_problems.push_back(path + ": no load averages in it");
+        m_problems.push_back(path + ": no load averages found");
         return std::nullopt;
     }
     return QelLoadAvg{sample(numberIn<double>(words[0])), sample(numberIn<double>(words[1])),
@@ -189,7 +190,7 @@ std::vector<QelGroup> HostCollector::groups() {
         errno = 0;
     }
     if (errno != 0)
-        tell("the list of groups", errno);
+        addProblem("cannot read the group database", errno);
     endgrent();
     return groups;
 }
@@ -220,7 +221,7 @@ std::vector<QelUser> HostCollector::users(const std::vector<QelGroup>& groups) {
         errno = 0;
     }
     if (errno != 0)
-        tell("the list of users", errno);
+        addProblem("cannot read the user database", errno);
     endpwent();
     return users;
 }
@@ -229,7 +230,7 @@ std::vector<QelUser> HostCollector::users(const std::vector<QelGroup>& groups) {
 
 namespace {
 
-/// The fields of /proc/PID/stat that are told, counted from 0 behind the name.
+/// Indexes of the reported fields of /proc/PID/stat, counted from the first field after the name.
 enum StatField : std::size_t { state = 0, parent = 1, nice = 16, threads = 17, virtualSize = 20, residentPages = 21 };
 constexpr std::size_t statFields = residentPages + 1;
 
@@ -253,13 +254,13 @@ int& counterOf(QelProcessList& list, char processState) {
 
 } // namespace
 
-/// Reads a file of a process whose first file could be read.
-bool HostCollector::readOfProcess(const std::string& path, std::string& content) {
+/// Reads another file of a process whose stat file could be read.
+bool HostCollector::readProcessFile(const std::string& path, std::string& content) {
     const int error = File(path).readAll(content);
     if (error == ENOENT || error == ESRCH)
-        m_problems.push_back(path + ": the process ended while it was read, and is left out");
+        m_problems.push_back(path + ": the process exited while it was being read; skipped");
     else if (error != 0)
-        tell(path, error);
+        addProblem(path, error);
     return error == 0;
 }
 
@@ -268,8 +269,8 @@ void HostCollector::readProcess(const std::string& pid, QelProcessList& list) {
     std::string stat;
     const int error = File(folder + "/stat").readAll(stat);
     if (error == ENOENT || error == ESRCH)
-        return; // it ended after the folder was listed
-    // The name may hold anything, blanks and brackets too.
+        return; // the process exited after the directory was listed
+    // The name may contain any characters, including blanks and parentheses.
     const auto open = stat.find('(');
     const auto close = stat.rfind(')');
     std::vector<std::string> fields;
@@ -279,20 +280,20 @@ void HostCollector::readProcess(const std::string& pid, QelProcessList& list) {
             fields.push_back(field);
     }
     if (fields.size() < statFields) {
-        m_problems.push_back(folder + "/stat: can't be read");
+        m_problems.push_back(folder + "/stat: cannot be read");
         return;
     }
     std::string status;
-    if (!readOfProcess(folder + "/status", status))
+    if (!readProcessFile(folder + "/status", status))
         return;
     const auto statusValues = valuesIn(status, ':');
     const auto uid = statusValues.find("Uid");
     if (uid == statusValues.end()) {
-        m_problems.push_back(folder + "/status: no uid in it");
+        m_problems.push_back(folder + "/status: no Uid field");
         return;
     }
     std::string arguments;
-    if (m_arguments == Arguments::included && !readOfProcess(folder + "/cmdline", arguments))
+    if (m_arguments == Arguments::included && !readProcessFile(folder + "/cmdline", arguments))
         return;
     std::replace(arguments.begin(), arguments.end(), '\0', ' ');
 

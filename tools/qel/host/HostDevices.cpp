@@ -1,4 +1,4 @@
-// What HostCollector learns of disks, network interfaces and the list of processes.
+// HostCollector: network, disks and the process list.
 
 #include <algorithm>
 #include <array>
@@ -90,7 +90,7 @@ QelNetwork HostCollector::network() {
     QelNetwork network;
     std::array<char, 256> name{};
     if (gethostname(name.data(), name.size() - 1) != 0)
-        tell("gethostname", errno);
+        addProblem("gethostname", errno);
     network.hostname = name.data();
     readResolver(network);
     readInterfaces(network);
@@ -109,7 +109,7 @@ void HostCollector::readResolver(QelNetwork& network) {
         words >> key >> value;
         if (key == "nameserver" && !value.empty())
             network.nameservers.push_back(value);
-        else if (key == "search" || key == "domain") // of several the last counts
+        else if (key == "search" || key == "domain") // resolv.conf(5): the last instance wins
             network.f1282 = value;
     }
 }
@@ -117,7 +117,7 @@ void HostCollector::readResolver(QelNetwork& network) {
 void HostCollector::readInterfaces(QelNetwork& network) {
     ifaddrs* first = nullptr;
     if (getifaddrs(&first) != 0) {
-        tell("the list of network interfaces", errno);
+        addProblem("cannot list the network interfaces", errno);
         return;
     }
     const std::unique_ptr<ifaddrs, decltype(&freeifaddrs)> owner(first, &freeifaddrs);
@@ -136,7 +136,7 @@ void HostCollector::readInterfaces(QelNetwork& network) {
 
 namespace {
 
-/// A line of /proc/mounts.
+/// An entry of /proc/mounts.
 struct Mount {
     std::string device;
     std::string folder;
@@ -144,7 +144,7 @@ struct Mount {
     std::string options;
 };
 
-/// The mounts that can be reached.  Of those on one folder this is the last: it hides the others.
+/// The reachable mounts.  Of several mounts on one directory, the last hides the others.
 std::vector<Mount> visibleMounts(FILE* mounts) {
     std::vector<Mount> visible;
     std::map<std::string, std::size_t> places; // in `visible`
@@ -162,17 +162,17 @@ std::optional<QelDisk> HostCollector::disks() {
     const std::string path = under("/proc/mounts");
     const std::unique_ptr<FILE, int (*)(FILE*)> mounts(setmntent(path.c_str(), "re"), &endmntent);
     if (!mounts) {
-        tell(path, errno);
+        addProblem(path, errno);
         return std::nullopt;
     }
     QelDisk disk;
     for (const Mount& mount : visibleMounts(mounts.get())) {
         struct statvfs state {};
         if (statvfs(under(mount.folder).c_str(), &state) != 0) {
-            tell(mount.folder, errno);
+            addProblem(mount.folder, errno);
             continue;
         }
-        if (state.f_blocks == 0) // it has no room of its own
+        if (state.f_blocks == 0) // a pseudo file system
             continue;
         QelDiskPartition& partition = disk.partitions.emplace_back();
         partition.name = mount.device;

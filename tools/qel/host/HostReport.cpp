@@ -15,7 +15,7 @@ constexpr const char* processesElement = "processes";
 constexpr const char* userElement = "user";
 constexpr const char* groupElement = "group";
 
-/// Calls `visit` with the name and the place of each part that a report can have.
+/// Calls `visit` with the element name and the member of each part of a report.
 template <class Report, class Visit> void forEachPart(Report& report, const Visit& visit) {
     visit(systemElement, report.system);
     visit(loadElement, report.load);

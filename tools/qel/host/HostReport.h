@@ -13,8 +13,8 @@
 
 namespace Qel::Tool {
 
-/// What is told of a machine.  Each part stands in an element of its own below the root of a message: `system_info`,
-/// `load_averages`, `network`, `disks`, `processes`, and a `user` and a `group` for each user and group.
+/// Information about a machine.  In a message, each part is a child of the root: `system_info`, `load_averages`,
+/// `network`, `disks`, `processes`, and one `user` or `group` for each user and group.
 struct HostReport {
     std::optional<QelSystemInfo> system;
     std::optional<QelLoadAvg> load;
@@ -24,19 +24,19 @@ struct HostReport {
     std::vector<QelUser> users;
     std::vector<QelGroup> groups;
 
-    /// The column of the processes with their arguments, if they are included.
+    /// The column of the process list that contains the arguments, if they were collected.
     static constexpr const char* argumentsColumn = "arguments";
 
     [[nodiscard]] bool isEmpty() const;
 };
 
-/// What went wrong with single parts, a line each.
+/// Error messages of parts that could not be read or written, one line each.
 using Problems = std::vector<std::string>;
 
-/// Writes the parts that there are below the element under the cursor.
+/// Writes the available parts as children of the element under the cursor.
 void writeReport(QelMessageIterator& cursor, const HostReport& report, Problems& problems);
 
-/// Reads the parts that are there.  One that can't be read is a problem, and the others are read all the same.
+/// Reads the available parts.  A part that cannot be read is added to `problems`; the others are still read.
 [[nodiscard]] HostReport readReport(const QelMessageIterator& cursor, Problems& problems);
 
 } // namespace Qel::Tool

@@ -29,7 +29,7 @@ std::string shownBytes(long long bytes) {
     return text.data();
 }
 
-/// How full a file system is, rounded up, as df(1) computes it: what is reserved for root is neither used nor free.
+/// Percentage of used space, computed like df(1): rounded up, and without the blocks reserved for root.
 std::string shownShare(const QelUsageStats& usage) {
     if (usage.used < 0 || usage.free < 0 || (usage.used == 0 && usage.free == 0))
         return "-";
@@ -51,7 +51,7 @@ std::string shownReal(double value) {
     return text.data();
 }
 
-/// Texts of a run of values, with a blank between them.
+/// The values as strings, separated by blanks.
 template <class Values, class Show> std::string joined(const Values& values, const Show& show) {
     std::string text;
     for (const auto& value : values)
@@ -63,7 +63,7 @@ std::string itself(const std::string& text) {
     return text;
 }
 
-/// A name, else the number, of a user or group.
+/// The name of a user or group, or its number if it has no name.
 template <class NameID> std::string shownName(const NameID& who) {
     if (who.isName())
         return who.name;
@@ -135,7 +135,7 @@ void print(std::ostream& out, const QelDisk& disk) {
     heading(out, "Disks");
     Table table(
         {Align::left, Align::left, Align::left, Align::right, Align::right, Align::right, Align::right, Align::right});
-    table.addRow({"device", "mounted on", "type", "size", "used", "free", "full", "inodes full"});
+    table.addRow({"device", "mounted on", "type", "size", "used", "free", "use%", "inode use%"});
     for (const QelDiskPartition& partition : disk.partitions)
         table.addRow({partition.name, partition.f1297, partition.f1298, shownBytes(partition.blocks.total),
                       shownBytes(partition.blocks.used), shownBytes(partition.blocks.free),
@@ -145,12 +145,12 @@ void print(std::ostream& out, const QelDisk& disk) {
 
 void print(std::ostream& out, const QelProcessList& list) {
     heading(out, "Processes");
-    out << list.total << " in all: " << list.running << " running, " << list.sleeping << " sleeping, "
+    out << list.total << " total: " << list.running << " running, " << list.sleeping << " sleeping, "
         << list.uninterruptible << " uninterruptible, " << list.stopped << " stopped, " << list.zombie << " zombie, "
         << list.idle << " idle\n\n";
     Table table({Align::right});
     std::vector<std::string> names(list.paramNames.begin(), list.paramNames.end());
-    // A column that isn't the last one is padded to its longest value.
+    // The arguments come last: all other columns are padded to their longest value.
     std::stable_partition(names.begin(), names.end(),
                           [](const std::string& name) { return name != HostReport::argumentsColumn; });
     std::vector<std::string> titles{"pid"};
@@ -170,7 +170,7 @@ void print(std::ostream& out, const QelProcessList& list) {
 void print(std::ostream& out, const std::vector<QelUser>& users) {
     heading(out, "Users");
     Table table({Align::left, Align::right});
-    table.addRow({"user", "uid", "group", "further groups", "home", "shell", "comment"});
+    table.addRow({"user", "uid", "group", "other groups", "home", "shell", "comment"});
     for (const QelUser& user : users)
         table.addRow({user.name, shownNumber(user), shownName(user.groupId),
                       joined(user.groups, [](const QelGroupNameID& group) { return shownName(group); }), user.home,

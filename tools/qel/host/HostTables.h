@@ -6,7 +6,7 @@
 
 namespace Qel::Tool {
 
-/// Prints the parts of a report that there are, each as a table under a heading.
+/// Prints the available parts of a report, each as a table with a heading.
 void printReport(std::ostream& out, const HostReport& report);
 
 } // namespace Qel::Tool

@@ -19,7 +19,7 @@ namespace Qel::Tool {
 
 namespace {
 
-/// Reads a stream to its end, or one byte more than a message may have.
+/// Reads a stream to its end, but stops after exceeding the maximum length of a message.
 std::string readAll(std::istream& in) {
     std::string content;
     std::array<char, 65536> part{};
@@ -30,14 +30,14 @@ std::string readAll(std::istream& in) {
     return content;
 }
 
-/// The content of a file or of standard input.
+/// Reads a file or standard input.
 ExitCode readContent(const std::string& name, std::string& content, const Console& console) {
     if (name != standardStream)
         return QelMessageFile::read(name, content) == 0 ? ExitCode::success
                                                         : console.fail(ExitCode::badInput, getErrorMessage());
     content = readAll(console.in);
     if (console.in.bad())
-        return console.fail(ExitCode::badInput, "standard input can't be read");
+        return console.fail(ExitCode::badInput, "cannot read standard input");
     if (content.size() > QelLimits::messageBytes)
         return console.fail(ExitCode::badInput,
                             "standard input: longer than " + std::to_string(QelLimits::messageBytes) + " bytes");
@@ -48,9 +48,9 @@ int parse(const std::string& content, QelMessage& message) {
     static_assert(QelLimits::messageBytes <= std::numeric_limits<int>::max());
     if (QelBinaryCodec::looksBinary(content))
         return message.fromBinary(content.data(), static_cast<int>(content.size()));
-    // The text goes as a C string, so what stands behind a zero byte would be lost without a word.
+    // The parser takes a C string, so the content after a null byte would be dropped silently.
     if (const auto zero = content.find('\0'); zero != std::string::npos) {
-        setErrorMessage("byte %zu: a zero byte, which no text has", zero);
+        setErrorMessage("byte %zu: null byte in a text message", zero);
         return -1;
     }
     constexpr int anyVersion = 0;
@@ -100,7 +100,7 @@ ExitCode lockFile(const std::string& name, QelFileLock& lock, const Console& con
 ExitCode writeContent(const std::string& name, std::string_view content, const Console& console,
                       QelMessageFile::NewFile created) {
     if (name == standardStream) {
-        // A failure is told when the stream is flushed at the end.
+        // A write error is reported when the stream is flushed at exit.
         console.out << content;
         return ExitCode::success;
     }

@@ -10,35 +10,36 @@
 
 namespace Qel::Tool {
 
-/// The file name that stands for standard input or output.
+/// The file name that denotes standard input or output.
 inline constexpr std::string_view standardStream = "-";
 
-/// How messages call a file.
+/// The file's name in error messages.
 [[nodiscard]] std::string shownName(const std::string& name);
 
-/// The whole message in text form; nonzero, with an error message, if it is beyond what a message may be.
+/// Converts a message to text form.  Returns nonzero and sets the error message if the message exceeds a limit.
 [[nodiscard]] int toText(const QelMessage& message, std::string& text);
 
-/// Whether there is no file of this name, so that a command may start one.
+/// True if no file of this name exists, so that a command may create it.
 [[nodiscard]] bool isMissing(const std::string& name);
 
-/// Reads a message, text or binary as its first bytes tell, from a file or standard input.  ExitCode::badInput, and an
-/// error that names the place, if it can't be read or is malformed; then `message` is as it was.
+/// Reads a message from a file or standard input; text or binary form is detected from the first bytes.  Returns
+/// ExitCode::badInput if the message cannot be read or is malformed, after printing an error with the position;
+/// `message` is then unchanged.
 [[nodiscard]] ExitCode readMessage(const std::string& name, QelMessage& message, const Console& console);
 
-/// Whether both names lead to one existing file.
+/// True if both names refer to the same existing file.
 [[nodiscard]] bool areOneFile(const std::string& one, const std::string& other);
 
-/// Waits for the lock of a file that a command reads, changes and replaces, unless it is a standard stream.
-/// ExitCode::failed, and an error, if the file can't be locked.
+/// Acquires the lock of a file for a read-modify-write; blocks until the lock is available.  Does nothing for a
+/// standard stream.  Returns ExitCode::failed after printing an error if the file cannot be locked.
 [[nodiscard]] ExitCode lockFile(const std::string& name, QelFileLock& lock, const Console& console);
 
-/// Writes to a file, as QelMessageFile::replace() does, or to standard output.  ExitCode::failed, and an error, if that
-/// can't be done.
+/// Replaces a file with QelMessageFile::replace(), or writes to standard output.  Returns ExitCode::failed after
+/// printing an error if that fails.
 [[nodiscard]] ExitCode writeContent(const std::string& name, std::string_view content, const Console& console,
                                     QelMessageFile::NewFile created = QelMessageFile::NewFile::ownerOnly);
 
-/// The same with a message in text form.
+/// Writes a message in text form, as writeContent() does.
 [[nodiscard]] ExitCode writeMessage(const std::string& name, const QelMessage& message, const Console& console);
 
 } // namespace Qel::Tool

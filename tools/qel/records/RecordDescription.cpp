@@ -46,7 +46,7 @@ std::string_view nameOf(QelWireForm form) {
     return "";
 }
 
-/// "1 flag, 2 e1628": the bits of a mask and their elements.
+/// The bits of a mask and their elements: "1 flag, 2 e1628".
 std::string bitsText(std::span<const QelWireBit> bits) {
     std::string text;
     for (const QelWireBit& each : bits)
@@ -54,7 +54,7 @@ std::string bitsText(std::span<const QelWireBit> bits) {
     return text;
 }
 
-/// What a field holds, in words: "list of record QelQoS".
+/// The type of a field in words: "list of record QelQoS".
 std::string describeKind(const QelWireCodec& codec) {
     const QelWireLayout* const layout = codec.layout ? codec.layout() : nullptr;
     const std::string_view typeName = layout ? layout->typeName : codec.typeName;
@@ -95,7 +95,7 @@ std::string describeKind(const QelWireCodec& codec) {
     return "";
 }
 
-/// A row of a table, and its places in the two orders, which count from 1.
+/// A row of a table, with its 1-based positions in writing and reading order.
 struct DescribedField {
     const QelWireField* field;
     std::size_t writePlace;
@@ -152,7 +152,7 @@ std::string elementText(int id) {
     return id == 0 ? "" : std::to_string(id) + ' ' + QelNames::elementName(id);
 }
 
-/// The elements of a field, the outer one first: "1100 list / 1101 item (1001 key, 1002 value)".
+/// The elements of a field, from the outermost: "1100 list / 1101 item (1001 key, 1002 value)".
 std::string elementsText(const QelWireField& field) {
     std::string text = elementText(field.id);
     if (field.item != 0 && field.codec->kind != QelWireKind::bits)
@@ -173,7 +173,7 @@ std::string kindText(const QelWireField& field) {
     return text;
 }
 
-/// What stands before the places and the elements of a group's rows: "3.", "3.", "1229 cpu / ".
+/// Prefixes of the positions and elements of a group's rows: "3.", "3.", "1229 cpu / ".
 struct Prefixes {
     std::string write, read, elements;
 };
@@ -190,7 +190,7 @@ void addRows(std::vector<DescribedRow>& rows, const QelWireLayout& layout, const
     }
 }
 
-/// Types up to this one aren't stamped on an element.
+/// Types up to this number are not written to the element's type attribute.
 constexpr int greatestPlainType = 100;
 
 } // namespace

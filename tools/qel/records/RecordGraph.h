@@ -7,28 +7,28 @@
 
 namespace Qel::Tool {
 
-/// A record among those that hold each other, as its table tells.
+/// A record type in the graph of record types that contain each other.
 struct RecordNode {
     std::string name;
-    const QelWireLayout* layout; ///< null for one that is read and written by hand
+    const QelWireLayout* layout; ///< null for a record with hand-written marshalling
     int nsId;
     int typeId;
 
-    /// Whether the record's type is stamped on its element.
+    /// True if the complex type is written to the record's element.
     [[nodiscard]] bool isTyped() const;
-    /// The type as it stands in a message: "env:os".
+    /// The complex type as it appears in a message: "env:os".
     [[nodiscard]] std::string complexType() const;
 };
 
 [[nodiscard]] RecordNode recordOf(const QelRecordType& type);
 
-/// The record that a field holds.
+/// The record type of a field's value.
 [[nodiscard]] RecordNode recordOf(const QelWireCodec& codec);
 
-/// The records of a family.
+/// The record types of a class family.
 [[nodiscard]] std::vector<RecordNode> recordsOf(const QelWireClasses& classes);
 
-/// The records that a field's elements may hold, as far as it tells.
+/// The record types that a field's elements may contain, as far as its codec specifies them.
 [[nodiscard]] std::vector<RecordNode> recordsIn(const QelWireCodec& codec);
 
 } // namespace Qel::Tool

@@ -11,12 +11,13 @@
 
 namespace Qel::Tool {
 
-/// A message whose first element is a record, from a file or standard input.
+/// Reads a message whose first element is a record from a file or standard input.
 class RecordInMessage {
 public:
     RecordInMessage() : m_message(new QelBinary) {}
 
-    /// Reads the message and its record; ExitCode::badInput, and an error that names the place, if there is none.
+    /// Reads the message and its record.  Returns ExitCode::badInput after printing an error with the position if that
+    /// fails.
     template <class Record>
     [[nodiscard]] ExitCode read(const std::string& file, Record& record, const Console& console) {
         if (const ExitCode code = readMessage(file, *m_message, console); code != ExitCode::success)
@@ -31,7 +32,7 @@ public:
     }
 
     [[nodiscard]] const QelMessage& message() const { return *m_message; }
-    /// At the record, once it was read.
+    /// Positioned at the record; valid after read().
     [[nodiscard]] const QelMessageIterator& cursor() const { return *m_cursor; }
 
 private:
@@ -39,7 +40,7 @@ private:
     std::unique_ptr<QelMessageIterator> m_cursor;
 };
 
-/// The same for those who want nothing but the record.
+/// Reads only the record, as RecordInMessage::read() does.
 template <class Record>
 [[nodiscard]] ExitCode readRecord(const std::string& file, Record& record, const Console& console) {
     return RecordInMessage().read(file, record, console);

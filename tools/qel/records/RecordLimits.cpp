@@ -28,13 +28,13 @@ std::optional<std::string> findLongName(const QelMessageIterator& cursor) {
 
 std::optional<std::string> findFatalAddressOfPair(const QelMessageIterator& pair) {
     const std::unique_ptr<QelMessageIterator> at(pair.newIterator(false));
-    // Elements of another type are not read as pools of addresses.
+    // Only elements of this complex type are read as address pools.
     if (at->seek(pairsPoolElement) != 0 || at->curType() != QelDerivedKey<QelResourceIpPool::Writer>())
         return std::nullopt;
     return findFatalAddress(*at);
 }
 
-/// A record whose reader ends the process, and what finds the reason.
+/// A record whose reader aborts the process on certain values, and a function that finds such a value.
 struct TrustingReader {
     const std::type_info& record;
     std::optional<std::string> (*find)(const QelMessageIterator& cursor);

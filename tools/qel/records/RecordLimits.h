@@ -7,19 +7,21 @@
 
 namespace Qel::Tool {
 
-/// Whether child `element` is too long for the name or the version of a QelVocID.
+/// True if the value of child `element` exceeds the length of the name or version of a QelVocID.
 [[nodiscard]] bool isTooLongForVocID(const QelMessageIterator& cursor, int element);
 
-/// Whether a pool can hold the address: neither 0.0.0.0 nor 255.255.255.255.
+/// True if the address is allowed in a pool: all but 0.0.0.0 and 255.255.255.255.
 [[nodiscard]] bool canBeInPool(unsigned address);
 
-// Some readers trust what a message holds, and end the process on a value that their record can't store.  The tool
-// reads messages of any origin, so it looks for such values first.
+// Some readers trust the content of a message and abort the process on a value that their record cannot store.  The
+// tool reads untrusted messages, so it searches for such values first.
 
-/// Why a pool of addresses in the element under the cursor can't be read; nothing if no address prevents it.
+/// Searches the address pool in the element under the cursor for an address that would abort the process.  Returns the
+/// error message, or nullopt if there is none.
 [[nodiscard]] std::optional<std::string> findFatalAddress(const QelMessageIterator& cursor);
 
-/// The same for a record of any type.
+/// Searches a record of the given type for a value that would abort the process.  Returns the error message, or nullopt
+/// if there is none.
 [[nodiscard]] std::optional<std::string> findFatalValue(const QelRecordType& type, const QelMessageIterator& cursor);
 
 } // namespace Qel::Tool

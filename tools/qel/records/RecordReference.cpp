@@ -16,7 +16,7 @@ namespace {
 
 using Names = std::set<std::string>;
 
-/// Which record types hold which.
+/// The containment relation between record types.
 struct Neighbours {
     std::map<std::string, Names> held;
     std::map<std::string, Names> holders;
@@ -47,7 +47,7 @@ std::string linkTo(const std::string& name) {
     return '[' + name + "](" + fileOf(name) + ')';
 }
 
-/// A text as a cell of a table.
+/// Escapes a string for a Markdown table cell.
 std::string cell(const std::string& text) {
     std::string escaped;
     for (const char c : text) {
@@ -85,7 +85,7 @@ std::string pageOf(const QelRecordType& type, const Neighbours& neighbours) {
     if (!type.layout) {
         out << "Read and written by hand, without a table.\n";
     } else if (type.layout->fields.empty()) {
-        out << "It has no fields.\n";
+        out << "No fields.\n";
     } else {
         printRow(out, {"write", "read", "field", "elements", "kind", "on read", "on write"});
         printRow(out, {"---:", "---:", "---", "---", "---", "---", "---"});
@@ -93,16 +93,15 @@ std::string pageOf(const QelRecordType& type, const Neighbours& neighbours) {
             printRow(out, {row.writePlace, row.readPlace, '`' + row.name + '`', row.elements, row.kind, row.onRead,
                            row.onWrite});
     }
-    printLinks(out, "Holds", neighbours.held, name);
-    printLinks(out, "Stands in", neighbours.holders, name);
+    printLinks(out, "Contains", neighbours.held, name);
+    printLinks(out, "Contained in", neighbours.holders, name);
     return out.str();
 }
 
 std::string indexPage() {
     std::ostringstream out;
-    out << "# Record types\n\nMade from the tables of the records by `qel record reference`.  What the words mean is "
-           "told in "
-           "the page on how to add a record.\n\n";
+    out << "# Record types\n\nGenerated from the tables of the records by `qel record reference`.  The page on how to "
+           "add a record explains the terms.\n\n";
     printRow(out, {"record", "namespace", "type"});
     printRow(out, {"---", "---", "---"});
     for (const QelRecordType& type : recordTypes())

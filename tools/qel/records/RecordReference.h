@@ -5,13 +5,13 @@
 
 namespace Qel::Tool {
 
-/// A page of the reference of record types, in Markdown.
+/// A page of the reference of record types.
 struct ReferencePage {
-    std::string file; ///< its name
-    std::string text;
+    std::string file; ///< file name
+    std::string text; ///< Markdown
 };
 
-/// A page for each record type, made from its table, and index.md, which lists them.
+/// Generates a page for each record type from its table, and index.md, which lists all types.
 [[nodiscard]] std::vector<ReferencePage> referencePages();
 
 } // namespace Qel::Tool

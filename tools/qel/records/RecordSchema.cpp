@@ -19,15 +19,15 @@ namespace {
 
 using namespace Schema;
 
-/// Whether a step doesn't tell what stands in its element.
+/// True if a field has hand-written marshalling and does not declare the content of its element.
 bool isOpaque(const QelWireField& field) {
     return field.codec->kind == QelWireKind::step && !field.codec->item;
 }
 
-/// The records that can be reached from some, and the namespaces in which their elements can stand.
+/// The record types reachable from the given ones, and the namespaces in which their elements can occur.
 ///
-/// A writer puts its elements into its own namespace, but behind a record within that has one into none; one without a
-/// namespace writes on in that of its surroundings.
+/// A writer puts its elements into its own namespace, but into none after a nested record that has a namespace.  A
+/// writer without a namespace uses that of the enclosing record.
 class Reachable {
 public:
     explicit Reachable(const std::vector<RecordNode>& roots) {
@@ -43,7 +43,7 @@ private:
         if (record.nsId != noNamespace)
             around.insert(record.nsId);
         RecordNode& kept = m_records.emplace(record.name, record).first->second;
-        // The base of a family may be known without its table, as any of its classes, and with it.
+        // The base class of a family may occur first without its table, as any of its classes, and later with it.
         const bool isNew = !m_namespaces.contains(record.name) || (record.layout && !kept.layout);
         if (isNew)
             kept = record;
@@ -52,7 +52,7 @@ private:
         known.insert(around.begin(), around.end());
         if ((!isNew && known.size() == before) || !record.layout)
             return;
-        const std::set<int> within = known; // the set may grow on the way
+        const std::set<int> within = known; // a copy: the set may grow during the recursion
         for (const QelWireField& field : record.layout->fields)
             for (const RecordNode& inner : recordsIn(*field.codec))
                 add(inner, within);
@@ -66,7 +66,7 @@ void appendType(Node parent, const RecordNode& record) {
     append(appendAttribute(parent, "type", instanceNamespace), "value").text() = record.complexType().c_str();
 }
 
-/// The name of a record's pattern; a nested class has colons in its own.
+/// The name of a record's pattern.  The colons of a nested class are not valid in a pattern name.
 std::string patternOf(const RecordNode& record) {
     std::string name = record.name;
     std::replace_if(
@@ -74,7 +74,7 @@ std::string patternOf(const RecordNode& record) {
     return name;
 }
 
-/// Writes the patterns of records: one for the content of each.
+/// Writes one pattern for the content of each record.
 class PatternWriter {
 public:
     PatternWriter(Node grammar, const Reachable& reachable) : m_grammar(grammar), m_reachable(reachable) {}
@@ -84,7 +84,7 @@ public:
             write(record);
     }
 
-    /// What stands in an element that holds a record of just this class.
+    /// Appends the content of an element that contains a record of exactly this class.
     void appendRecord(Node element, const RecordNode& record) const {
         if (!record.layout) {
             appendByHand(element, record);
@@ -95,7 +95,7 @@ public:
         appendRef(element, patternOf(record));
     }
 
-    /// The same where the complex type must be told.
+    /// Appends the content of an element that contains a record of this class and must have its complex type.
     void appendTyped(Node parent, const RecordNode& record) const {
         Node group = append(parent, "group");
         appendType(group, record);
@@ -106,7 +106,7 @@ public:
     }
 
 private:
-    /// The record that stands on the same element as that of the field, if any.
+    /// The table of the record that shares the element of the field's owner; null if there is none.
     static const QelWireLayout* layoutWithin(const QelWireField& field) {
         const QelWireKind kind = field.codec->kind;
         if (kind == QelWireKind::base || (kind == QelWireKind::record && field.id == 0))
@@ -114,13 +114,13 @@ private:
         return nullptr;
     }
 
-    /// Whether a field writes elements of which it doesn't tell.
+    /// True if a field writes elements that it does not declare.
     static bool hidesElements(const QelWireField& field) {
         const QelWireLayout* const within = layoutWithin(field);
         return isOpaque(field) || (within && std::any_of(within->fields.begin(), within->fields.end(), hidesElements));
     }
 
-    /// Identifiers are so many that they are worth a pattern of their own.
+    /// Appends the content of a record without a table.  Identifiers are frequent enough to have a specific pattern.
     static void appendByHand(Node element, const RecordNode& record) {
         if (record.name == "QelGUID" || record.name == "QelEID")
             appendData(element, "token", {{"pattern", "[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}"}});
@@ -128,8 +128,7 @@ private:
             appendRef(element, anything);
     }
 
-    /// The record whose type the element of this one bears: its own, or that of a record that stands on the same
-    /// element.
+    /// The record whose complex type the element has: the record itself, or one that shares its element.
     static RecordNode stampOf(const RecordNode& record) {
         if (record.isTyped())
             return record;
@@ -149,8 +148,8 @@ private:
         splitNames(define);
     }
 
-    /// The content of an element with these fields.  One pattern has them all, those of bases too: xmllint doesn't cope
-    /// with an interleave in another.
+    /// Appends the content of an element with these fields.  The fields of base classes are part of the same
+    /// interleave, because xmllint does not support nested interleaves.
     void appendFields(Node parent, std::span<const QelWireField> fields) {
         if (std::any_of(fields.begin(), fields.end(), holdsAnything)) {
             appendRef(parent, anythingUntyped);
@@ -174,16 +173,16 @@ private:
                 appendField(interleave, field);
     }
 
-    /// Whether a field puts a record without a table on the record's own element.
+    /// True if a field writes a record without a table to the element of its owner.
     static bool holdsAnything(const QelWireField& field) {
         return field.ownID() == 0 && field.codec->kind != QelWireKind::step && !layoutWithin(field);
     }
 
-    /// Elements that no field is known to use.
+    /// Accepts all elements except those declared by a field.
     static void appendOthers(Node parent, std::span<const QelWireField> fields) {
         Node element = append(append(parent, "zeroOrMore"), "element");
         Node any = append(element, "anyName");
-        Node except; // must not be empty
+        Node except; // created on demand, since it must not be empty
         for (const QelWireField& field : fields)
             for (const int id : idsOf(field)) {
                 if (!except)
@@ -200,7 +199,7 @@ private:
         return all;
     }
 
-    /// The elements that a field is known to put into its record's own.
+    /// The child elements that a field declares.
     static std::vector<int> idsOf(const QelWireField& field) {
         std::vector<int> ids;
         if (isOpaque(field))
@@ -250,7 +249,7 @@ private:
         m_namespaces = around;
     }
 
-    /// What is required and always written must be there.
+    /// An element is mandatory if the reader requires it and the writer always writes it.
     Node occurring(Node parent, const QelWireField& field) const {
         const bool isNeeded = field.read == QelWireRead::required && field.write == QelWireWrite::always;
         if (m_mayRepeat)
@@ -260,7 +259,7 @@ private:
 
     static Node running(Node parent, bool isNeeded) { return append(parent, isNeeded ? "oneOrMore" : "zeroOrMore"); }
 
-    /// An element, in the namespaces of its surroundings and that of what it holds.
+    /// Appends an element in the namespaces of the enclosing record and of the record that it contains.
     Node appendElement(Node parent, int id, const QelWireCodec& codec) const {
         std::set<int> namespaces = *m_namespaces;
         for (const RecordNode& record : recordsIn(codec))
@@ -306,7 +305,7 @@ private:
             appendValue(entry, field);
     }
 
-    /// An item's value, in an element of its own or directly.
+    /// Appends an item's value, in a child element if the field has one.
     void appendValue(Node item, const QelWireField& field) const {
         const QelWireCodec& value = *field.codec->item;
         if (field.value != 0)
@@ -317,7 +316,7 @@ private:
 
     void appendStep(Node parent, const QelWireField& field) const {
         if (isOpaque(field))
-            return; // among the others
+            return; // accepted by appendOthers()
         const QelWireCodec& content = *field.codec->item;
         const bool isRun = content.kind == QelWireKind::sequence || content.kind == QelWireKind::set;
         Node holder = isRun ? running(parent, false) : occurring(parent, field);
@@ -330,7 +329,7 @@ private:
         case QelWireKind::text:
             appendText(element, form);
             break;
-        case QelWireKind::integer: // signed and unsigned ones
+        case QelWireKind::integer: // signed or unsigned, 32 bits
             appendData(element, "long", {{"minInclusive", "-2147483648"}, {"maxInclusive", "4294967295"}});
             break;
         case QelWireKind::longInteger:
@@ -375,11 +374,11 @@ private:
 
     Node m_grammar;
     const Reachable& m_reachable;
-    const std::set<int>* m_namespaces = nullptr; ///< of the record that is being written
-    bool m_mayRepeat = false; ///< whether one of its parts doesn't even tell an element, and may use those of others
+    const std::set<int>* m_namespaces = nullptr; ///< of the record being written
+    bool m_mayRepeat = false; ///< a field of it declares no element, so it may write those of other fields again
 };
 
-/// Elements that hold the records that were asked for.
+/// Writes the elements that contain the requested records.
 void writeElements(Node choice, std::span<const SchemaElement> elements, const Reachable& reachable,
                    const PatternWriter& patterns) {
     for (const SchemaElement& element : elements) {
@@ -393,8 +392,8 @@ void writeElements(Node choice, std::span<const SchemaElement> elements, const R
     }
 }
 
-/// Elements that bear the type of a record, or none.  Anything stands in an element pattern of its own, since xmllint
-/// complains of choices between that and the fields of a record.
+/// Writes the elements with the complex type of a record, or with none.  Arbitrary content has separate element
+/// patterns, because xmllint rejects a choice between it and the fields of a record.
 void writeTypedElements(Node choice, const std::vector<RecordNode>& records, const PatternWriter& patterns) {
     const auto appendAnyElement = [&] {
         Node element = append(choice, "element");

@@ -7,18 +7,19 @@
 
 namespace Qel::Tool {
 
-/// A kind of element that may stand below the root of a message.
+/// An allowed child of the root of a message.
 struct SchemaElement {
-    std::string name; ///< empty for any
+    std::string name; ///< empty: any name
     const QelRecordType* type = nullptr;
 };
 
-/// A schema in RELAX NG (ISO/IEC 19757-2, XML syntax) for the text form of messages that hold these elements, as often
-/// as they like.  Without any it describes the elements that bear the type of a record, and lets the others pass.
+/// Generates a RELAX NG schema (ISO/IEC 19757-2, XML syntax) for the text form of messages that contain any number of
+/// these elements.  If `elements` is empty, the schema validates elements with the complex type of a record and accepts
+/// all others.
 ///
-/// The schema is made from the tables of the records.  It takes the elements of a record in any order, as readers do,
-/// and none that the table doesn't tell; where a part of a record is read and written by hand and doesn't tell what it
-/// amounts to, other elements pass, and so does anything in a record that has no table.
+/// The schema is generated from the tables of the records.  Like the readers, it accepts the elements of a record in
+/// any order.  It rejects elements that are not in the table, unless a part of the record has hand-written marshalling
+/// whose elements are unknown.  A record without a table may contain anything.
 [[nodiscard]] std::string recordSchema(std::span<const SchemaElement> elements);
 
 } // namespace Qel::Tool

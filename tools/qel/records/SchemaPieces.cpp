@@ -65,7 +65,7 @@ void appendText(Node parent, QelWireForm form) {
         appendData(parent, "base64Binary");
         return;
     }
-    // A text that XML can't hold stands in base64, and says so.
+    // A string that XML cannot represent is encoded in base64 and marked with an attribute.
     append(appendAttribute(append(parent, "optional"), "encoding"), "value").text() = "base64";
     append(parent, "text");
 }
@@ -83,7 +83,7 @@ void appendReal(Node parent) {
         append(choice, "value").text() = special;
 }
 
-// No text is true.
+// An empty element means true.
 void appendBoolean(Node parent) {
     Node choice = append(parent, "choice");
     appendData(choice, "boolean");

@@ -9,7 +9,7 @@
 
 #include "QelMessage/QelWireLayout.h"
 
-/// The patterns of RELAX NG that schemas of messages are made of.
+/// Helpers that build the RELAX NG patterns of message schemas.
 namespace Qel::Tool::Schema {
 
 using Node = pugi::xml_node;
@@ -20,23 +20,23 @@ inline constexpr const char* instanceNamespace = "http://www.w3.org/2001/XMLSche
 
 // Patterns that writeAnything() defines.
 inline constexpr const char* anythingBelow = "below";     ///< any text and elements
-inline constexpr const char* anything = "any";            ///< the same with any attributes
-inline constexpr const char* anythingUntyped = "untyped"; ///< the same without a complex type
+inline constexpr const char* anything = "any";            ///< any text, elements and attributes
+inline constexpr const char* anythingUntyped = "untyped"; ///< any text, elements and attributes except a complex type
 void writeAnything(Node grammar);
 
-/// The message element with its envelope, as the start.
+/// Writes the start pattern, the message element with its envelope attributes, and returns the element.
 Node writeMessage(Node grammar);
 
 Node append(Node parent, const char* element);
 void appendRef(Node parent, const std::string& name);
-/// A data type, with what its values are limited to.
+/// Appends an XML Schema data type with limits on its values.
 void appendData(Node parent, const char* type, Limits limits = {});
 Node appendAttribute(Node parent, const char* name, const char* ns = "");
-/// A name class of one local name in some namespaces.
+/// Appends a name class: one local name in any of several namespaces.
 void appendNames(Node parent, const std::string& name, const std::set<int>& namespaces);
 
-/// Makes a choice of elements with one name each of every element below that has several names: xmllint takes those for
-/// any.
+/// Replaces each descendant element pattern that has several names by a choice of patterns with one name each: xmllint
+/// treats several names like anyName.
 void splitNames(Node node);
 
 void appendText(Node parent, QelWireForm form);

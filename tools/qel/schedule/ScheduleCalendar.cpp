@@ -17,7 +17,7 @@ namespace {
 
 namespace chrono = std::chrono;
 
-constexpr std::string_view highlight = "\x1B[1;32m"; // bold and green, as ANSI terminals have it
+constexpr std::string_view highlight = "\x1B[1;32m"; // ECMA-48 SGR: bold, green
 constexpr std::string_view plain = "\x1B[0m";
 constexpr std::size_t cellWidth = 4;
 constexpr unsigned daysPerWeek = 7;
@@ -26,17 +26,17 @@ constexpr std::string_view weekDays = " Mo  Tu  We  Th  Fr  Sa  Su";
 constexpr std::array<std::string_view, 12> monthNames{"January",   "February", "March",    "April",
                                                       "May",       "June",     "July",     "August",
                                                       "September", "October",  "November", "December"};
-constexpr int askTheClocks = -1; // whether it is summer time
+constexpr int detectSummerTime = -1; // value of tm_isdst
 
 chrono::sys_days firstDayOf(chrono::year_month month) {
     return chrono::sys_days{month / 1};
 }
 
-// Midnight on the local clocks.
-int beginOf(chrono::year_month month, std::int64_t& time) {
+/// Local midnight at the start of the month.
+int startOf(chrono::year_month month, std::int64_t& time) {
     constexpr int firstYear = 1900;
     const int number = static_cast<int>(unsigned{month.month()});
-    return makeLocalMidnight(int{month.year()} - firstYear, number - 1, 1, askTheClocks, time);
+    return makeLocalMidnight(int{month.year()} - firstYear, number - 1, 1, detectSummerTime, time);
 }
 
 int localDateOf(long time, chrono::sys_days& date) {
@@ -47,8 +47,8 @@ int localDateOf(long time, chrono::sys_days& date) {
     return 0;
 }
 
-/// Whether the trigger runs at the epoch.  It can't be asked: runs follow the time that a trigger is asked about, and
-/// most give no answer before the epoch.  Those whose first run is their start run there if they start there.
+/// True if the trigger runs at the epoch.  getNextRunTime() cannot answer this: it returns runs after a given time, and
+/// most triggers reject times before the epoch.  Only triggers whose first run is their start can run at the epoch.
 bool runsAtEpoch(const QelSchedulerTrigger& trigger) {
     return trigger.start == 0 && (dynamic_cast<const QelSchedulerOnceTrigger*>(&trigger) ||
                                   dynamic_cast<const QelSchedulerDailyTrigger*>(&trigger));
@@ -88,11 +88,11 @@ void printMonth(std::ostream& out, chrono::year_month month, const std::set<chro
         std::string(monthNames[unsigned{month.month()} - 1]) + ' ' + std::to_string(int{month.year()});
     out << std::string((lineWidth - title.size()) / 2, ' ') << title << '\n' << weekDays << '\n';
     const chrono::sys_days first = firstDayOf(month);
-    const chrono::sys_days behind = firstDayOf(month + chrono::months(1));
+    const chrono::sys_days end = firstDayOf(month + chrono::months(1));
     std::string line((chrono::weekday(first).iso_encoding() - 1) * cellWidth, ' ');
-    for (chrono::sys_days date = first; date < behind; date += chrono::days(1)) {
+    for (chrono::sys_days date = first; date < end; date += chrono::days(1)) {
         line += cellOf(unsigned{chrono::year_month_day(date).day()}, runDays.contains(date), inColour);
-        if (chrono::weekday(date) == chrono::Sunday || date + chrono::days(1) == behind) {
+        if (chrono::weekday(date) == chrono::Sunday || date + chrono::days(1) == end) {
             line.erase(line.find_last_not_of(' ') + 1);
             out << line << '\n';
             line.clear();
@@ -106,7 +106,7 @@ std::set<chrono::sys_days> findRunDays(const QelScheduleTask& task, chrono::year
     std::set<chrono::sys_days> runDays;
     std::int64_t from = 0;
     std::int64_t until = 0;
-    if (beginOf(first, from) != 0 || beginOf(first + chrono::months(months), until) != 0)
+    if (startOf(first, from) != 0 || startOf(first + chrono::months(months), until) != 0)
         return runDays;
     for (const auto& trigger : task.triggers)
         addRunDays(*trigger, static_cast<long>(from), static_cast<long>(until), runDays);

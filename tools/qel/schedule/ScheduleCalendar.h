@@ -8,12 +8,14 @@
 
 namespace Qel::Tool {
 
-/// The local dates on which a task runs, from the first of a month on for so many months, as a caller finds them who
-/// asks behind each run, and each day where there is no answer, or one that has passed.
+/// The local dates on which a task runs, in `months` months from `first`.
+///
+/// The runs are found by asking for the next run after each run.  If a trigger returns none, or one that is not later,
+/// the search continues one day later.
 [[nodiscard]] std::set<std::chrono::sys_days> findRunDays(const QelScheduleTask& task, std::chrono::year_month first,
                                                           int months);
 
-/// Prints months with Monday as the first day of the week and the run days in brackets, in colour too if asked.
+/// Prints a calendar.  Weeks start on Monday; run days are bracketed, and highlighted with `inColour`.
 void printCalendar(std::ostream& out, std::chrono::year_month first, int months,
                    const std::set<std::chrono::sys_days>& runDays, bool inColour);
 

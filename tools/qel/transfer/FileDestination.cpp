@@ -15,7 +15,7 @@
 namespace Qel::Tool {
 
 ExitCode FileDestination::open(const FileSource& source) {
-    // Without O_TRUNC: whether this is the source itself is only known when it is open.
+    // No O_TRUNC: only the open file shows whether it is the source itself.
     int flags = O_WRONLY | O_CREAT | O_NOCTTY;
     if (m_start == Start::newFile)
         flags |= O_EXCL;
@@ -30,7 +30,7 @@ ExitCode FileDestination::prepare(const FileSource& source) {
     if (fstat64(descriptor(), &status) != 0)
         return failToOpen();
     if (status.st_dev == source.status().st_dev && status.st_ino == source.status().st_ino) {
-        setErrorMessage("'%s' and '%s' are one file", source.name().c_str(), m_path.name.c_str());
+        setErrorMessage("'%s' and '%s' are the same file", source.name().c_str(), m_path.name.c_str());
         return ExitCode::badInput;
     }
     const bool isRegular = S_ISREG(status.st_mode);
@@ -48,12 +48,12 @@ int FileDestination::write(const FileSource::Piece& piece) {
 
 int FileDestination::writeData(const char* data, long long length) {
     for (const long long end = m_written + length; m_written < end;) {
-        // A signal in the middle of a write shows as a short write.
+        // A signal during write(2) results in a short write.
         if (NotesInterruption::isInterrupted())
             return -1;
         const ssize_t count = ::write(descriptor(), data, static_cast<std::size_t>(end - m_written));
         if (count == 0)
-            errno = ENOSPC; // as no device should answer
+            errno = ENOSPC; // POSIX does not define the meaning of a result of 0
         if (count > 0) {
             data += count;
             m_written += count;
@@ -80,7 +80,7 @@ int FileDestination::skip(long long length) {
     if (fstat64(descriptor(), &status) != 0)
         return failToWrite();
     const long long end = m_written + length;
-    // A hole replaces the old content where the file system can do that.
+    // Punch a hole into the old content if the file system supports it.
     if (const long long old = std::min<long long>(status.st_size, end) - m_written;
         old > 0 && fallocate64(descriptor(), FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, m_written, old) != 0)
         return writeZeros(length);

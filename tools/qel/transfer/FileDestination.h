@@ -11,32 +11,33 @@
 
 namespace Qel::Tool {
 
-/// A file, device or pipe that is written from some position on.
+/// A file, device or pipe to write to, from a given start position.
 class FileDestination {
 public:
     enum class Start : std::uint8_t { newFile, beginning, end, truncated };
 
     FileDestination(const TransferPath& path, Start start) : m_path(path), m_start(start) {}
 
-    /// Opens the file, or creates it with the permissions of the source that the umask leaves; set-user-ID and the like
-    /// are not copied.  Anything but success sets the error message, and leaves an existing file unchanged.
+    /// Opens the file, or creates it with the permissions of the source, modified by the umask.  The set-user-ID,
+    /// set-group-ID and sticky bits are not copied.  On failure it sets the error message and leaves an existing file
+    /// unchanged.
     [[nodiscard]] ExitCode open(const FileSource& source);
 
-    /// Writes a piece.  0, or -1 with the error message set, or with an interruption noted; what could be written stays
-    /// in the file.
+    /// Writes a piece.  Returns 0, or -1 with the error message set or an interruption noted; the bytes already written
+    /// remain in the file.
     ///
-    /// A hole becomes a hole in a regular file, except at the end of a file that is appended to: there is no system
-    /// call that appends a hole, and any sequence of calls could drop what another process appends at that moment.
+    /// A hole is preserved in a regular file, except when appending: no system call appends a hole atomically, and a
+    /// sequence of calls could destroy data that another process appends concurrently.
     [[nodiscard]] int write(const FileSource::Piece& piece);
-    /// Closes the file.  0, or -1 with the error message set: some file systems report only now that the bytes could
-    /// not be stored.
+    /// Closes the file.  Returns 0, or -1 with the error message set: some file systems report write errors only on
+    /// close.
     [[nodiscard]] int finish();
 
     [[nodiscard]] const std::string& name() const { return m_path.name; }
     [[nodiscard]] int descriptor() const { return m_file ? m_file->descriptor() : -1; }
-    /// Bytes of the source that are in the file, holes included.
+    /// Number of bytes copied from the source, including holes.
     [[nodiscard]] long long written() const { return m_written; }
-    /// After finish(): bytes of the old content that follow the new one.
+    /// After finish(): number of bytes of old content after the copied bytes.
     [[nodiscard]] long long kept() const { return m_kept; }
 
 private:

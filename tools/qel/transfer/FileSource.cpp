@@ -17,7 +17,7 @@ namespace Qel::Tool {
 namespace {
 
 constexpr long long blockSize = QelFileInfo::maxBlockSize;
-/// Longer holes are handed out in parts, so that progress is shown and an interruption is seen between them.
+/// Longer holes are split, so that progress is updated and interruptions are checked in between.
 constexpr long long longestHole = 128 * blockSize;
 
 ExitCode requireRegular(const struct stat64& status, const std::string& name) {
@@ -42,8 +42,8 @@ ExitCode FileSource::open() {
 }
 
 ExitCode FileSource::openRegularFile() {
-    // Opening a device has effects, and opening a pipe waits, so the type is looked at first.  It is looked at again in
-    // what is opened, since the path may lead elsewhere by then.
+    // Opening a device can have side effects and opening a pipe blocks, so the type is checked with O_PATH first.  It
+    // is checked again after the real open, because the path may have been replaced in between.
     for (const int flags : {O_PATH, O_RDONLY | O_NOCTTY}) {
         m_file.emplace(m_path.open(flags));
         if (!m_file->isOpened() || fstat64(m_file->descriptor(), &m_status) != 0)
@@ -80,7 +80,7 @@ long long FileSource::holeAhead() {
         return 0;
     const int file = m_file->descriptor();
     long long data = lseek64(file, m_position, SEEK_DATA);
-    if (data == -1 && errno == ENXIO) // there are no data up to the end
+    if (data == -1 && errno == ENXIO) // no data up to the end of the file
         data = currentSize();
     else if (data == m_position)
         m_endOfData = lseek64(file, m_position, SEEK_HOLE);
@@ -103,11 +103,11 @@ int FileSource::readData(Piece& piece) {
     return 0;
 }
 
-/// A file that ended early because it was truncated is no faithful source.
+/// Reports an error if the file was truncated during the copy.
 int FileSource::checkEnd() const {
     if (currentSize() >= m_status.st_size)
         return 0;
-    setErrorMessage("'%s' became shorter while it was read", m_path.name.c_str());
+    setErrorMessage("'%s' was truncated while it was being read", m_path.name.c_str());
     return -1;
 }
 

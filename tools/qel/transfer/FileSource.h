@@ -12,11 +12,11 @@
 
 namespace Qel::Tool {
 
-/// A regular file that is read from its start to its end, wherever that is: the files of /proc report a size of 0,
-/// those of /sys one of a page.
+/// A regular file to read up to the end of file.  The reported size is not relied on: files in /proc report 0, files in
+/// /sys report the page size.
 class FileSource {
 public:
-    /// Bytes of the file, or a hole if `data` is null.  No length is the end of the file.
+    /// Bytes of the file, or a hole if `data` is null.  A length of 0 indicates the end of the file.
     struct Piece {
         const char* data = nullptr;
         long long length = 0;
@@ -24,14 +24,14 @@ public:
 
     explicit FileSource(const TransferPath& path) : m_path(path) {}
 
-    /// Opens the file and reads the first piece, so that a file that cannot be read is refused before the destination
-    /// is touched.  Anything but success sets the error message.
+    /// Opens the file and reads the first piece, so that an unreadable file is rejected before the destination is
+    /// modified.  Sets the error message on failure.
     [[nodiscard]] ExitCode open();
-    /// The next piece, which lasts until the next call.  0, or -1 with the error message set.
+    /// Reads the next piece, which is valid until the next call.  Returns 0, or -1 with the error message set.
     [[nodiscard]] int next(Piece& piece);
 
     [[nodiscard]] const std::string& name() const { return m_path.name; }
-    /// Of the file at the time when it was opened.
+    /// The file's status when it was opened.
     [[nodiscard]] const struct stat64& status() const { return m_status; }
     [[nodiscard]] long long size() const { return m_status.st_size; }
 
@@ -49,7 +49,7 @@ private:
     struct stat64 m_status {};
     bool m_isSparse = false;
     long long m_position = 0;
-    long long m_endOfData = 0; ///< of a sparse file: there is no hole from the position to here
+    long long m_endOfData = 0; ///< of a sparse file: no hole between the position and this offset
     std::unique_ptr<char[]> m_buffer;
     std::optional<Piece> m_first;
 };

@@ -24,7 +24,7 @@ End movePieces(FileSource& source, FileDestination& destination, const std::func
 
 TransferResult transfer(FileSource& source, FileDestination& destination, const std::function<bool(long long)>& watch) {
     End end = movePieces(source, destination, watch);
-    // The error message is now that of the destination.
+    // A failure to finish replaces the error message of the source.
     if (destination.finish() != 0)
         end = End::destinationFailed;
     return {end, destination.written()};

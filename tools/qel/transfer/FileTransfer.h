@@ -8,23 +8,23 @@
 
 namespace Qel::Tool {
 
-/// How a transfer ended, and how far it came.
+/// Outcome of a transfer.
 struct TransferResult {
     enum class End : std::uint8_t {
         complete,
         stopped,           ///< by `watch`
-        sourceFailed,      ///< the error message contains the reason, as for the next
-        destinationFailed, ///< what was written so far stays there
+        sourceFailed,      ///< the error message contains the reason
+        destinationFailed, ///< the error message contains the reason; the bytes already written remain
     };
 
     End end;
-    long long moved; ///< bytes of the source that are in the destination
+    long long moved; ///< number of bytes copied to the destination
 };
 
-/// Copies the source up to its end, piece by piece, and finishes the destination.  Both are open.
+/// Copies the source piece by piece up to its end and finishes the destination.  Both must be open.
 ///
-/// `watch` is called with the number of bytes that were moved, before the first piece and after each; false stops the
-/// transfer.
+/// `watch` is called with the number of bytes copied so far, before the first piece and after each piece.  It stops the
+/// transfer by returning false.
 [[nodiscard]] TransferResult transfer(FileSource& source, FileDestination& destination,
                                       const std::function<bool(long long moved)>& watch);
 

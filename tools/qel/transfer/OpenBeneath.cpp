@@ -18,7 +18,7 @@ namespace Qel::Tool {
 
 namespace {
 
-/// As many as the kernel follows.
+/// The kernel's limit (MAXSYMLINKS).
 constexpr int mostLinks = 40;
 
 int failWith(int error) {
@@ -32,14 +32,14 @@ std::string relative(const std::string& path) {
     return start == std::string::npos ? "." : path.substr(start);
 }
 
-/// The type bits of the mode of an open file; 0 if there are none.
+/// The file type bits of an open file's mode; 0 on failure.
 mode_t typeOf(int descriptor) {
     struct stat64 status {};
     return fstat64(descriptor, &status) == 0 ? status.st_mode & S_IFMT : 0;
 }
 
-/// Resolves a path with the directories that lead to the current one kept open, so that ".." needs no look at a
-/// directory that may have been moved.
+/// Resolves a path component by component.  All directories on the way are kept open, so that ".." returns to the
+/// directory that was entered, even if it has been moved since.
 class Walk {
 public:
     Walk(int directory, const std::string& path) : m_top(directory), m_rest(path) {}
@@ -60,7 +60,7 @@ public:
             }
             const bool isLast = m_rest.empty();
             const int component = openat64(current(), name.c_str(), (isLast ? flags : toWalk) | O_NOFOLLOW, mode);
-            // With O_PATH a link is opened itself; otherwise O_NOFOLLOW fails.
+            // O_PATH | O_NOFOLLOW opens the symbolic link itself; without O_PATH the call fails with ELOOP.
             const bool failsAtLink = component == -1 && isLast && errno == ELOOP;
             if (component == -1 && !failsAtLink)
                 return -1;
@@ -72,7 +72,7 @@ public:
                 return component;
             } else {
                 m_entered.emplace_back(component);
-                // Otherwise a ".." would lead back.
+                // Without this check, "file/.." would resolve to the current directory.
                 if (type != S_IFDIR)
                     return failWith(ENOTDIR);
             }
@@ -82,7 +82,7 @@ public:
 private:
     [[nodiscard]] int current() const { return m_entered.empty() ? m_top : m_entered.back().descriptor(); }
 
-    /// Removes the first name from the rest.  After a trailing slash the rest is ".".
+    /// Removes the first component from the rest.  A trailing slash leaves ".".
     std::string takeName() {
         const std::size_t end = m_rest.find('/');
         if (end == std::string::npos)
@@ -92,7 +92,7 @@ private:
         return name;
     }
 
-    /// Puts the target of a link in front of the rest.
+    /// Prepends the target of a symbolic link to the rest.
     int follow(const QelFile& link, const std::string& name) {
         if (++m_links > mostLinks)
             return failWith(ELOOP);
@@ -119,7 +119,7 @@ private:
 
 int openBeneathInKernel(int directory, const std::string& path, int flags, mode_t mode) {
     open_how how{};
-    // Unlike openat(2), the call refuses flags and modes that have no effect.
+    // Unlike openat(2), openat2(2) rejects flags and modes without effect.
     how.flags = static_cast<unsigned>(flags) | ((flags & O_PATH) != 0 ? 0U : O_LARGEFILE);
     how.mode = (flags & O_CREAT) != 0 ? mode : 0;
     how.resolve = RESOLVE_BENEATH | RESOLVE_NO_MAGICLINKS;
@@ -131,7 +131,7 @@ int openBeneathByComponents(int directory, const std::string& path, int flags, m
 }
 
 int openBeneath(int directory, const std::string& path, int flags, mode_t mode) {
-    // EAGAIN: a directory was moved during the resolution of a "..".
+    // EAGAIN: a directory was moved while ".." was being resolved.
     int descriptor = -1;
     int attempts = 100;
     do

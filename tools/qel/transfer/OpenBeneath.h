@@ -6,18 +6,19 @@
 
 namespace Qel::Tool {
 
-/// Opens a path that must not lead out of a directory, as openat(2) with the result of its resolution checked by the
-/// kernel: a descriptor, or -1 with the reason in errno.  EXDEV: the path leads out, by "..", by a symbolic link, or
-/// because the target of a link is absolute.  A leading slash in `path` itself does not count.
+/// Like openat(2), but confines the resolution of `path` to the directory.  Returns a descriptor, or -1 with the reason
+/// in errno.  EXDEV: the path escapes the directory through ".." or a symbolic link, or a symbolic link has an absolute
+/// target.  Leading slashes in `path` itself are ignored.
 ///
-/// There is no window between a check and the open: a directory or link that another process replaces during the call
-/// is either resolved in its old or in its new form, and never outside.
+/// The confinement is free of races: if another process replaces a directory or a link during the call, the old or the
+/// new object is resolved, but never one outside the directory.
 ///
-/// `mode` counts only with O_CREAT.  O_NOFOLLOW and O_DIRECTORY are not supported.
+/// `mode` is ignored without O_CREAT.  O_NOFOLLOW and O_DIRECTORY are not supported.
 [[nodiscard]] int openBeneath(int directory, const std::string& path, int flags, mode_t mode);
 
-/// The two ways in which openBeneath() does this.  The first fails with ENOSYS before Linux 5.6, and with EPERM under
-/// some filters of system calls.  The second works everywhere, with a system call for each component.
+/// The two implementations of openBeneath().  openBeneathInKernel() uses openat2(2); it fails with ENOSYS before Linux
+/// 5.6 and with EPERM under some seccomp filters.  openBeneathByComponents() always works, but needs at least one
+/// system call for each path component.
 [[nodiscard]] int openBeneathInKernel(int directory, const std::string& path, int flags, mode_t mode);
 [[nodiscard]] int openBeneathByComponents(int directory, const std::string& path, int flags, mode_t mode);
 

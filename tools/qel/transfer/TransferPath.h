@@ -8,18 +8,18 @@
 
 namespace Qel::Tool {
 
-/// The path of one end of a copy: any path, or one beneath a directory that it must not lead out of.
+/// The path of the source or destination of a copy, optionally confined to a directory.
 struct TransferPath {
-    std::string given;     ///< as the user wrote it
-    std::string name;      ///< the whole path
-    std::string directory; ///< empty if the path may lead anywhere
-    std::string beneath;   ///< the part of `name` that follows `directory`
+    std::string given;     ///< as specified by the user
+    std::string name;      ///< the full path
+    std::string directory; ///< empty if the path is not confined
+    std::string beneath;   ///< the part of `name` after `directory`
 
-    /// A descriptor, or -1 with the reason in errno; EXDEV if the path leads out of the directory.  Waits until it can
-    /// be opened or an interruption is noted (see NotesInterruption), which leaves EINTR.
+    /// Returns a descriptor, or -1 with the reason in errno; EXDEV if the path escapes the directory.  A blocking open
+    /// is retried after a signal, unless an interruption was noted (see NotesInterruption); errno is then EINTR.
     [[nodiscard]] int open(int flags, mode_t mode = 0) const;
-    /// Sets the error message after open() failed; `end` is the word for the end of the copy, "src" or "dst".  `code`,
-    /// or badInput for a path that leads out of the directory.
+    /// Sets the error message after open() failed; `end` is "src" or "dst".  Returns `code`, or badInput if the path
+    /// escapes the directory.
     [[nodiscard]] ExitCode reportFailure(const char* end, ExitCode code) const;
 };
 

@@ -37,7 +37,7 @@ std::string bar(double share, std::size_t inner) {
 std::string describeBytes(double bytes) {
     static constexpr std::array units{"B", "KiB", "MiB", "GiB", "TiB", "PiB", "EiB"};
     std::size_t unit = 0;
-    // What would be printed as 1024.0 is 1.0 of the next unit.
+    // Values that would be rounded to 1024.0 are printed as 1.0 of the next unit.
     for (; bytes >= 1023.95 && unit + 1 < units.size(); ++unit)
         bytes /= 1024;
     std::ostringstream text;
@@ -86,7 +86,7 @@ void TransferProgress::show(long long moved, Clock::time_point now) {
 
 void TransferProgress::draw(Clock::time_point now) {
     static constexpr const char* clearToEnd = "\x1B[K"; // ECMA-48, EL
-    // The last column stays free: some terminals begin the next line when it is filled.
+    // Leave the last column free: some terminals wrap when it is filled.
     m_out << '\r' << progressLine(m_moved, m_total, now - m_start, m_width > 0 ? m_width - 1 : 0) << clearToEnd
           << std::flush;
 }

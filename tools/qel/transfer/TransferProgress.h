@@ -7,29 +7,29 @@
 
 namespace Qel::Tool {
 
-/// A number of bytes in the largest binary unit that it fills: "512 B", "1.5 KiB".
+/// A number of bytes in the largest suitable binary unit: "512 B", "1.5 KiB".
 [[nodiscard]] std::string describeBytes(double bytes);
 
-/// How far a transfer is, in one line of at most `width` characters: a bar if there is room for one, the share, the
-/// bytes, their rate, and the time left; once all is there, the time that it took.  A total that was exceeded counts as
-/// reached.
+/// A progress line of at most `width` characters: a bar if there is room for one, the percentage, the bytes, the rate,
+/// and the remaining time, or the elapsed time of a complete transfer.  If `moved` exceeds `total`, the transfer counts
+/// as complete.
 [[nodiscard]] std::string progressLine(long long moved, long long total, std::chrono::duration<double> elapsed,
                                        std::size_t width);
 
-/// Shows on a terminal how far a transfer is, on a line that is drawn anew a few times in a second.
+/// Shows the progress of a transfer in a terminal, on a line that is redrawn up to ten times per second.
 class TransferProgress {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// `width`: characters in a line of the terminal.
+    /// `width`: number of columns of the terminal.
     TransferProgress(std::ostream& out, long long total, std::size_t width);
     TransferProgress(const TransferProgress&) = delete;
     TransferProgress& operator=(const TransferProgress&) = delete;
-    /// Draws the last state and leaves the line.
+    /// Draws the final state and ends the line.
     ~TransferProgress();
 
     void show(long long moved, Clock::time_point now = Clock::now());
-    /// The bytes that were moved last are all that there are, whatever the total was expected to be.
+    /// Marks the transfer as complete: sets the total to the number of bytes copied.
     void complete() { m_total = m_moved; }
 
 private:

@@ -52,7 +52,7 @@ ExitCode readVocabularies(const std::string& name, QelMessage& message, VocFileK
         } while (cursor->nextSibling(Element::vocabulary) == 0);
         return ExitCode::success;
     }
-    // A map that has lost its last vocabulary is an empty message.
+    // A map without vocabularies is an empty message.
     if (cursor->firstChild() != 0) {
         kind = VocFileKind::map;
         return ExitCode::success;
@@ -60,7 +60,7 @@ ExitCode readVocabularies(const std::string& name, QelMessage& message, VocFileK
     cursor->seekRoot();
     kind = VocFileKind::single;
     if (cursor->seek(Element::data) != 0 || cursor->seek(Element::agent) != 0)
-        return console.fail(ExitCode::badInput, shownName(name) + ": no vocabulary in it");
+        return console.fail(ExitCode::badInput, shownName(name) + ": contains no vocabulary");
     return checkLengths(shownName(name), *cursor, console);
 }
 
@@ -70,9 +70,8 @@ ExitCode readVocMap(const std::string& name, QelMessage& message, const Console&
         return code;
     if (kind == VocFileKind::map)
         return ExitCode::success;
-    return console.fail(ExitCode::badInput, shownName(name) +
-                                                ": one vocabulary without a name, and no map; `qel voc merge` puts it "
-                                                "into one");
+    return console.fail(ExitCode::badInput,
+                        shownName(name) + ": an unnamed vocabulary, not a map; use `qel voc merge` to create a map");
 }
 
 void addVocOption(Options& options, const char* purpose) {

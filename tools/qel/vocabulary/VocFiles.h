@@ -9,24 +9,24 @@
 
 namespace Qel::Tool {
 
-/// What a file of vocabularies holds.
+/// Content of a vocabulary file.
 enum class VocFileKind {
-    map,   ///< any number of vocabularies, with their names
-    single ///< one vocabulary without a name, as an agent keeps its own
+    map,   ///< any number of named vocabularies
+    single ///< one unnamed vocabulary, the form in which an agent stores its own
 };
 
-/// Reads a file of vocabularies.  ExitCode::badInput, and an error that names the place, if it can't be read, holds
-/// none, or has a name or a version that is longer than one may be.
+/// Reads a vocabulary file.  Returns ExitCode::badInput if it cannot be read, contains no vocabulary, or contains a
+/// name or version that exceeds the limit, after printing an error with the position.
 [[nodiscard]] ExitCode readVocabularies(const std::string& name, QelMessage& message, VocFileKind& kind,
                                         const Console& console);
 
-/// The same for a file that must be a map.
+/// Like readVocabularies(), but also rejects a file that is not a map.
 [[nodiscard]] ExitCode readVocMap(const std::string& name, QelMessage& message, const Console& console);
 
-/// Adds `--voc`, with what the vocabularies are for.
+/// Adds the option `--voc`; `purpose` is its help text.
 void addVocOption(Options& options, const char* purpose);
 
-/// Reads the map that `--voc` names; null without the option.
+/// Reads the map specified by `--voc`; `vocabularies` stays null without the option.
 [[nodiscard]] ExitCode readVocOption(const Invocation& invocation, const Console& console, QelVocMapSP& vocabularies);
 
 } // namespace Qel::Tool
