@@ -6,9 +6,9 @@
 namespace Qel::TestSupport {
 
 inline RandomFamily randomBackup() {
-    // Without a base configuration it is written with an empty one, as an environment is.
+    // Without a base configuration, an empty one is written, as for an environment.
     constexpr OddRecord holdsEnvironment{.settlesLate = true};
-    // The connection is read into the local agent's, whose protocol it keeps if it has none.
+    // Read into the connection of the local agent: without a protocol of its own, it keeps that one's.
     constexpr OddRecord completesConnection{.settlesLate = true};
     return {
         .fields{
