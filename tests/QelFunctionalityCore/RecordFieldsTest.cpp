@@ -136,7 +136,7 @@ TEST_F(RecordFieldsTest, UnreadableOptionalValueLeavesFieldUnchangedAndReadingCo
         }
 }
 
-/// Elements that host records do not createElement.
+/// Elements that host records do not require.
 const ElementsByRecord mayBeMissing{
     {"QelCPULoad", {}},
     {"QelCommonDevice", {1026, 1496}},

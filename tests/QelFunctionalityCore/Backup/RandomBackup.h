@@ -8,7 +8,7 @@ namespace Qel::TestSupport {
 inline RandomFamily randomBackup() {
     // Without a base configuration, an empty one is written, as for an environment.
     constexpr OddRecord holdsEnvironment{.settlesLate = true};
-    // Read into the connection of the local agent: without a protocol of its own, it keeps that one's.
+    // The connection is read into that of the local agent, whose protocol it keeps if it has none.
     constexpr OddRecord completesConnection{.settlesLate = true};
     return {
         .fields{

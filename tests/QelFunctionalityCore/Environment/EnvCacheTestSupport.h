@@ -112,7 +112,7 @@ private:
     boost::shared_ptr<Factory> m_factory{new Factory};
 };
 
-/// The n-th EID; EIDs are sorted by their numbers.
+/// The n-th EID in sort order.
 [[nodiscard]] inline QelEID eidOf(long long number) {
     return {number, 1};
 }

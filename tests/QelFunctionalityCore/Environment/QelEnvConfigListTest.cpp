@@ -206,7 +206,7 @@ TEST(QelEnvConfigListTest, EarlierDifferencesTakePrecedence) {
     QelEnvConfig lesser;
     QelEnvConfig greater;
     EXPECT_EQ(lesser.compare(greater), 0);
-    // From the last to the first, each against all that follow it.
+    // Compares each difference with all later ones, starting with the last.
     for (auto each = std::rbegin(differences); each != std::rend(differences); ++each) {
         std::swap(lesser, greater);
         each->make(lesser, greater);

@@ -24,8 +24,8 @@ namespace {
 constexpr const char* endOfStorage = "&";
 constexpr const char* slash = "/";
 
-// Logs which step failed, but not the content: it includes a password.  Returns true, the failure result of the
-// callers.
+// Logs which step failed, but not the content: it includes a password.  Returns true, which the
+// callers return on failure.
 bool failure(int line, const char* function, const char* prettyFunction, const char* what) {
     Log2(QEL_MODULE, "core/src/QelFunctionalityCore/QelBackupMBase", line, function, prettyFunction)
         .put(LogLevel::error, "%s", what);

@@ -42,16 +42,16 @@ public:
     /// If the path does not exist, the position is unchanged.
     int seek(const std::string& path);
 
-    /// Read the value at a path.  The position is always restored, and no element is created.
+    /// Reads the value at a path.  The position is always restored, and no element is created.
     int getValue(int& value, const std::string& path);
     int getValue(std::string& value, const std::string& path);
     int getValueBase64(std::string& value, const std::string& path);
-    /// Write the value at a path, creating missing elements.  The position is always restored.
+    /// Writes the value at a path, creating missing elements.  The position is always restored.
     int putValue(int value, const std::string& path);
     int putValue(const std::string& value, const std::string& path);
     int putValueBase64(const std::string& value, const std::string& path);
 
-    /// Move down one level.  After a failure at a section, continue with seekRoot() or an absolute path: see
+    /// Moves down one level.  After a failure at a section, continue with seekRoot() or an absolute path: see
     /// adjustLevel().
     int firstChild(const std::string& name);
     int firstChild();

@@ -19,7 +19,7 @@ public:
                               const boost::shared_ptr<QelVEnvConfig>& vconfig);
     QelEnvCoreBasicMaintainer(const QelEID& eid, const boost::shared_ptr<QelEnvConfig>& config);
     QelEnvCoreBasicMaintainer(const QelEID& eid, const boost::shared_ptr<QelVEnvConfig>& vconfig);
-    /// Copies the record.  Changes of the other's configurations that are not in its record yet are lost in the copy.
+    /// Copies the record.  Changes of configurations that are not in the record yet are not copied.
     QelEnvCoreBasicMaintainer(const QelEnvCoreBasicMaintainer& other);
     QelEnvCoreBasicMaintainer& operator=(const QelEnvCoreBasicMaintainer& other);
     ~QelEnvCoreBasicMaintainer() = default;

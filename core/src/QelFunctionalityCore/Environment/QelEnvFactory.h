@@ -49,7 +49,7 @@ public:
     QelEnvFactory(const QelEnvFactory&) = delete;
     QelEnvFactory& operator=(const QelEnvFactory&) = delete;
 
-    /// Register an object for a type, replacing an earlier one; a null pointer unregisters it.
+    /// Registers an object for a type, replacing an earlier one; a null pointer unregisters it.
     void setChildFactory(const QelEnvType& type, boost::shared_ptr<QelEnvChildFactory> factory);
     void setEnvUpdater(const QelEnvType& type, boost::shared_ptr<QelEnvUpdater> updater);
 

@@ -21,7 +21,7 @@ public:
     virtual int updateEnv(const QelEnv& env) = 0;
     /// Called before an environment leaves the cache, and after the cache has rejected one that was offered.
     virtual int removeEnv(const QelEID& eid) = 0;
-    /// Passes the children of one environment that are in the cache.
+    /// Receives the children of one environment that are in the cache.
     virtual void syncEnvList(const QelEID& parent, const QelEnvIDList& children) = 0;
     /// Returns 0 if the updater wants to receive the changes of this environment.
     virtual int checkEnv(const QelEnv& env) = 0;
