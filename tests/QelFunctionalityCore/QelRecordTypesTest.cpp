@@ -26,7 +26,7 @@ using testing::SizeIs;
 constexpr int element = 1115;
 constexpr int runs = 200;
 
-TEST(QelRecordTypesTest, AreOrderedByDistinctNames) {
+TEST(QelRecordTypesTest, AreSortedByUniqueNames) {
     const auto types = recordTypes();
     EXPECT_THAT(types, testing::Not(SizeIs(0)));
     const auto unordered =
@@ -34,14 +34,14 @@ TEST(QelRecordTypesTest, AreOrderedByDistinctNames) {
     EXPECT_EQ(unordered, types.end()) << unordered->name;
 }
 
-TEST(QelRecordTypesTest, EachIsFoundByItsName) {
+TEST(QelRecordTypesTest, FindsEachByName) {
     for (const QelRecordType& type : recordTypes())
         EXPECT_EQ(findRecordType(type.name), &type);
     for (const char* const unknown : {"", "QelEn", "QelEnvx", "qelenv", "ZZZ"})
         EXPECT_EQ(findRecordType(unknown), nullptr) << unknown;
 }
 
-TEST(QelRecordTypesTest, TellTheStampsOfTheirWriters) {
+TEST(QelRecordTypesTest, ReportStampsOfTheirWriters) {
     const QelRecordType* const vconfig = findRecordType("QelVEnvConfig");
     ASSERT_NE(vconfig, nullptr);
     EXPECT_EQ(vconfig->nsId, 292);
@@ -52,7 +52,7 @@ TEST(QelRecordTypesTest, TellTheStampsOfTheirWriters) {
     EXPECT_EQ(guid->layout, nullptr);
 }
 
-TEST(QelRecordTypesTest, TellTheTableInWritingAndInReadingOrder) {
+TEST(QelRecordTypesTest, ListFieldsInWritingAndReadingOrder) {
     const QelRecordType* const env = findRecordType("QelEnv");
     ASSERT_NE(env, nullptr);
     ASSERT_NE(env->layout, nullptr);
@@ -66,28 +66,28 @@ TEST(QelRecordTypesTest, TellTheTableInWritingAndInReadingOrder) {
     EXPECT_THAT(read, ElementsAre(1185, 1872, 1870, 1866, 1192, 1003));
 }
 
-/// The element that the end of a field's name names, "address2050"; 0 if none does.
-int elementNamedBy(std::string_view field) {
+/// The element ID at the end of a field's name ("address2050"), or 0 if there is none.
+int elementInName(std::string_view field) {
     const std::size_t digits = field.size() - std::min(field.size(), field.find_last_not_of("0123456789") + 1);
     return digits == 4 ? std::stoi(std::string(field.substr(field.size() - digits))) : 0;
 }
 
-void expectEachUnderItsNumber(const QelWireLayout& layout) {
+void expectNumberedFieldsMatchElements(const QelWireLayout& layout) {
     for (const QelWireField& field : layout.fields) {
-        const int named = elementNamedBy(field.name);
+        const int named = elementInName(field.name);
         EXPECT_TRUE(named == 0 || named == field.ownID()) << layout.typeName << "::" << field.name;
         if (field.codec->kind == QelWireKind::group)
-            expectEachUnderItsNumber(*field.codec->layout());
+            expectNumberedFieldsMatchElements(*field.codec->layout());
     }
 }
 
-TEST(QelRecordTypesTest, AFieldThatIsNamedByANumberStandsInTheElementOfThatNumber) {
+TEST(QelRecordTypesTest, NumberInFieldNameIsElementID) {
     for (const QelRecordType& type : recordTypes())
         if (type.layout)
-            expectEachUnderItsNumber(*type.layout);
+            expectNumberedFieldsMatchElements(*type.layout);
 }
 
-/// The element of a field; 0 if the record has none of that name.
+/// The element of a field, or 0 if the record has no field with that name.
 int elementOf(std::string_view record, std::string_view name) {
     const QelRecordType* const type = findRecordType(record);
     if (type && type->layout)
@@ -97,8 +97,8 @@ int elementOf(std::string_view record, std::string_view name) {
     return 0;
 }
 
-// What a record writes, it reads: where its own tests only do both, a wrong element would not show.
-TEST(QelRecordTypesTest, FieldsStandInTheElementsOfTheProtocol) {
+// A round trip does not reveal a wrong element ID.  These fields have no other test that does.
+TEST(QelRecordTypesTest, FieldsUseProtocolElements) {
     EXPECT_EQ(elementOf("QelForwardPoint", "eid"), 1866);
     EXPECT_EQ(elementOf("QelInfrastructureNode", "folder"), 2240);
     EXPECT_EQ(elementOf("QelLogInfo", "name"), 1026);
@@ -113,14 +113,14 @@ TEST(QelRecordTypesTest, FieldsStandInTheElementsOfTheProtocol) {
     EXPECT_EQ(elementOf("QelProgCredentials", "secret"), 1394);
 }
 
-TEST(QelRecordTypesTest, EachOddRecordIsAmongThem) {
+TEST(QelRecordTypesTest, IncludeAllUnusualRecords) {
     for (const auto& [name, oddness] : families().odd)
         EXPECT_NE(findRecordType(name), nullptr) << name;
 }
 
 class EachRecordType : public testing::TestWithParam<QelRecordType> {
 protected:
-    /// Puts the cursor where the record belongs: at the only element of a new message, or at its root.  Messages have a
+    /// Moves the cursor to the place of a record: the only element of a new message, or its root.  Messages carry a
     /// time, without which no session can be read.
     static void place(const TestMessage& message) {
         message->setTime(1'795'167'000);
@@ -128,7 +128,7 @@ protected:
         if (!GetParam().isWholeMessage)
             message.cursor().newChild(element);
     }
-    /// A message with a record, filled at random and under the cursor.
+    /// A message with a randomly filled record under the cursor.
     void make(const TestMessage& message) {
         place(message);
         random.fill(message.cursor(), GetParam().name, GetParam().layout);
@@ -142,12 +142,12 @@ protected:
                 if (message->cursor().curName() != position)
                     message->cursor().seekUp();
         if (results.read == 0 || !odd.staysWhereItFailed) {
-            EXPECT_EQ(from.cursor().curName(), position) << "the reader came back";
+            EXPECT_EQ(from.cursor().curName(), position) << "reader restores the position";
         }
-        EXPECT_EQ(to.cursor().curName(), position) << "the writer came back";
+        EXPECT_EQ(to.cursor().curName(), position) << "writer restores the position";
         return results;
     }
-    /// What was written is read and written again, and is the same.
+    /// Reads the written record, writes it again and compares.
     void expectFixedPoint(const TestMessage& written) {
         const TestMessage again;
         expectRewritten(written, again);
@@ -170,14 +170,14 @@ private:
 protected:
     RandomRecord random{20261120, families()};
     const OddRecord odd = families().oddnessOf(std::string(GetParam().name));
-    const LogCapture log; // what readers say of damaged messages
+    const LogCapture log; // what readers log about damaged messages
 };
 
-TEST_P(EachRecordType, CanBeMadeAtRandom) {
+TEST_P(EachRecordType, CanBeGeneratedRandomly) {
     EXPECT_TRUE(random.knows(GetParam().name, GetParam().layout));
 }
 
-TEST_P(EachRecordType, WritesWhatItReads) {
+TEST_P(EachRecordType, SurvivesRoundTrip) {
     for (int run = 0; run < runs && !HasFailure(); ++run) {
         const TestMessage made;
         make(made);
@@ -189,7 +189,7 @@ TEST_P(EachRecordType, WritesWhatItReads) {
     }
 }
 
-TEST_P(EachRecordType, IsReadOrRefusedWhenElementsAreDamaged) {
+TEST_P(EachRecordType, ReadingDamagedElementsSucceedsOrFailsCleanly) {
     int refused = 0;
     for (int run = 0; run < runs && !HasFailure(); ++run) {
         const TestMessage made;

@@ -25,7 +25,7 @@ inline RandomFamily makeFamilies() {
     return all;
 }
 
-/// How the records of the library are filled.
+/// How to fill the records of each family.
 inline const RandomFamily& families() {
     static const RandomFamily all = makeFamilies();
     return all;

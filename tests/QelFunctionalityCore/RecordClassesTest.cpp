@@ -1,5 +1,5 @@
-// Whether each record class of the library is in the list of record types.  The library's own symbols tell the classes:
-// a table, a reader or writer of a class's own, and a factory each leave one.
+// Checks that every record class of the library is in the list of record types.  The classes are found in the library's
+// symbols: each table, each reader or writer of a class, and each factory exports one.
 
 #include <cstdio>
 #include <cstdlib>
@@ -24,7 +24,7 @@ std::string demangled(const char* symbol) {
     return status == 0 ? text.get() : symbol;
 }
 
-/// The symbols that the library defines, demangled.
+/// The demangled symbols that the library defines.
 std::set<std::string> librarySymbols() {
     std::set<std::string> symbols;
     FILE* const pipe = popen(QEL_NM " --dynamic --defined-only " QEL_LIBRARY, "r");
@@ -42,8 +42,8 @@ std::set<std::string> librarySymbols() {
     return symbols;
 }
 
-/// The class that a symbol tells to be a record.
-std::optional<std::string> recordToldBy(const std::string& symbol) {
+/// The record class to which a symbol belongs.
+std::optional<std::string> recordOfSymbol(const std::string& symbol) {
     static const std::regex forms[] = {
         std::regex(R"(Qel::QelWireLayout const& Qel::qelWireLayout<(.+?) ?>\(\))"),
         std::regex(R"((Qel::.+)::Reader::operator\(\)\(Qel::QelMessageIterator const&, (.+)&\) const)"),
@@ -54,7 +54,7 @@ std::optional<std::string> recordToldBy(const std::string& symbol) {
         std::smatch match;
         if (!std::regex_match(symbol, match, form))
             continue;
-        // A functor that reads something else than the class around it belongs to no record of that class.
+        // A functor for another class than the enclosing one does not make the enclosing class a record.
         if (match.size() > 2 && match[1] != match[2])
             return std::nullopt;
         return match[1];
@@ -63,38 +63,39 @@ std::optional<std::string> recordToldBy(const std::string& symbol) {
 }
 
 std::set<std::string> listedClasses() {
-    // No records: a subtree that nobody looks into, whose owner gives it the element that it stands in, and what two
-    // records have in common.
+    // Not records: QelAnyData is an opaque subtree whose owner chooses the element, and QelPerfMonBlock is the common
+    // part of two records.
     std::set<std::string> classes{"Qel::QelAnyData", "Qel::QelPerfMonBlock"};
     for (const QelRecordType& type : recordTypes())
         classes.insert(demangled(type.record->name()));
     return classes;
 }
 
-TEST(RecordClassesTest, ASymbolTellsItsRecord) {
-    EXPECT_EQ(recordToldBy("Qel::QelWireLayout const& Qel::qelWireLayout<Qel::QelOS>()"), "Qel::QelOS");
-    EXPECT_EQ(recordToldBy("Qel::QelGUID::Reader::operator()(Qel::QelMessageIterator const&, Qel::QelGUID&) const"),
+TEST(RecordClassesTest, SymbolIdentifiesRecord) {
+    EXPECT_EQ(recordOfSymbol("Qel::QelWireLayout const& Qel::qelWireLayout<Qel::QelOS>()"), "Qel::QelOS");
+    EXPECT_EQ(recordOfSymbol("Qel::QelGUID::Reader::operator()(Qel::QelMessageIterator const&, Qel::QelGUID&) const"),
               "Qel::QelGUID");
-    EXPECT_EQ(recordToldBy("Qel::A::B::Writer::operator()(Qel::QelMessageIterator&, Qel::A::B const&) const"),
+    EXPECT_EQ(recordOfSymbol("Qel::A::B::Writer::operator()(Qel::QelMessageIterator&, Qel::A::B const&) const"),
               "Qel::A::B");
-    EXPECT_EQ(recordToldBy("vtable for Qel::QelDerivedParserFactoryT<Qel::QelNetNIC, Qel::QelNetDevice, x>"),
+    EXPECT_EQ(recordOfSymbol("vtable for Qel::QelDerivedParserFactoryT<Qel::QelNetNIC, Qel::QelNetDevice, x>"),
               "Qel::QelNetNIC");
-    EXPECT_EQ(recordToldBy("Qel::A::Reader::operator()(Qel::QelMessageIterator const&, unsigned int&) const"),
+    EXPECT_EQ(recordOfSymbol("Qel::A::Reader::operator()(Qel::QelMessageIterator const&, unsigned int&) const"),
               std::nullopt);
-    EXPECT_EQ(recordToldBy("Qel::recordTypes()"), std::nullopt);
+    EXPECT_EQ(recordOfSymbol("Qel::recordTypes()"), std::nullopt);
 }
 
-TEST(RecordClassesTest, EachIsInTheListOfRecordTypes) {
+TEST(RecordClassesTest, ListOfRecordTypesIsComplete) {
     const std::set<std::string> listed = listedClasses();
-    std::set<std::string> told;
+    std::set<std::string> found;
     for (const std::string& symbol : librarySymbols())
-        if (const auto record = recordToldBy(symbol))
-            told.insert(*record);
-    EXPECT_THAT(told, testing::Contains("Qel::QelGUID"));
-    EXPECT_THAT(told, testing::Contains("Qel::QelPackageRpm"));
+        if (const auto record = recordOfSymbol(symbol))
+            found.insert(*record);
+    EXPECT_THAT(found, testing::Contains("Qel::QelGUID"));
+    EXPECT_THAT(found, testing::Contains("Qel::QelPackageRpm"));
     std::set<std::string> missing;
-    std::set_difference(told.begin(), told.end(), listed.begin(), listed.end(), std::inserter(missing, missing.end()));
-    EXPECT_THAT(missing, testing::IsEmpty()) << "one line in QelRecordTypes.cpp each";
+    std::set_difference(found.begin(), found.end(), listed.begin(), listed.end(),
+                        std::inserter(missing, missing.end()));
+    EXPECT_THAT(missing, testing::IsEmpty()) << "add one line for each to its family's list of record types";
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// What a missing, an unreadable and a refused element does to each record that has a table.  The expectations are
-// listed here and not taken from the tables, so that a table that changes fails.
+// The effect of a missing, an unreadable and a rejected element on each record that has a table.  The expectations are
+// listed here rather than taken from the tables, so that a change of a table fails a test.
 
 #include <array>
 #include <map>
@@ -11,16 +11,15 @@
 
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelFunctionalityCore/RandomFamilies.h"
+#include "support/FaultyCursor.h"
 #include "support/LogCapture.h"
 #include "support/RandomRecord.h"
-#include "support/ScriptedCursor.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
 namespace {
 
 using namespace Qel::TestSupport;
-using Operation = ScriptedCursor::Operation;
 
 constexpr int recordElement = 1115;
 
@@ -32,7 +31,7 @@ bool contains(const ElementsByRecord& lists, std::string_view record, int elemen
     return found != lists.end() && found->second.contains(element);
 }
 
-/// A row of a table that has an element of its own, and the path to that from the root.
+/// A table row with its own element, and the path to it from the root.
 struct Row {
     const QelWireField* field;
     ElementPath path;
@@ -59,7 +58,7 @@ std::vector<Row> rowsOf(const QelRecordType& type) {
     return rows;
 }
 
-/// Whether one get reads the whole of it.
+/// Whether a single get reads the whole value.
 bool isSimple(const QelWireCodec& codec) {
     switch (codec.kind) {
     case QelWireKind::text:
@@ -75,7 +74,7 @@ bool isSimple(const QelWireCodec& codec) {
     }
 }
 
-/// A message with an element for a record, under the cursor.
+/// A message with the element of a record under the cursor.
 class RecordMessage : public TestMessage {
 public:
     RecordMessage() {
@@ -83,7 +82,7 @@ public:
         get()->setRequestId("request");
         cursor().newChild(recordElement);
     }
-    /// Fills the element.
+    /// Fills the element with random fields.
     RecordMessage(const QelRecordType& type, RandomRecord& random) : RecordMessage() {
         random.fill(cursor(), type.name, type.layout);
     }
@@ -91,8 +90,8 @@ public:
 
 class RecordFieldsTest : public testing::Test {
 protected:
-    /// Makes the element exist.
-    static void require(const TestMessage& message, const Row& row) {
+    /// Creates the missing elements on the path of a row.
+    static void createElement(const TestMessage& message, const Row& row) {
         const auto cursor = message.root();
         for (const int id : row.path)
             if (cursor->seek(id) != 0)
@@ -111,33 +110,33 @@ protected:
     }
 
     RandomRecord random{20261122, families()};
-    const LogCapture log; // what readers say of incomplete messages
+    const LogCapture log; // what readers log about incomplete messages
 };
 
-/// The simple values that may be missing, and fail the record when they are there and can't be read.
+/// Simple values that may be missing, but fail the record if they are present and unreadable.
 const ElementsByRecord mustBeReadable{
     {"QelBrowseColumn", {2206, 2214}},   {"QelIPPool", {1496, 1705}},
     {"QelIPPoolBaseData", {1784, 2050}}, {"QelInfrastructureFolderAttributes", {1496}},
     {"QelMailerAccount", {1026, 1099}},  {"QelPolicy", {1026, 1496}},
 };
 
-TEST_F(RecordFieldsTest, AnUnreadableOptionalValueLeavesTheFieldAndReadingGoesOn) {
+TEST_F(RecordFieldsTest, UnreadableOptionalValueLeavesFieldUnchangedAndReadingContinues) {
     for (const QelRecordType& type : recordTypes())
         for (const Row& row : rowsOf(type)) {
             if (!isSimple(*row.field->codec) || row.field->read == QelWireRead::required)
                 continue;
-            if (type.name == "QelDate") // needs one of its two fields
+            if (type.name == "QelDate") // requires one of its two fields
                 continue;
             const RecordMessage message(type, random);
-            require(message, row);
-            const ScriptedCursor unreadable(message.cursor(), failsBelow({Operation::get}, row.path));
+            createElement(message, row);
+            const UnreadableElement unreadable(message.cursor(), row.path);
             const RecordMessage written;
             const int expected = contains(mustBeReadable, type.name, row.element()) ? -1 : 0;
             EXPECT_EQ(type.rewrite(unreadable, written.cursor()).read, expected) << nameOf(type, row);
         }
 }
 
-/// The elements that the records of a host don't need.
+/// Elements that host records do not require.
 const ElementsByRecord mayBeMissing{
     {"QelCPULoad", {}},
     {"QelCommonDevice", {1026, 1496}},
@@ -192,7 +191,7 @@ const ElementsByRecord mayBeMissing{
     {"QelWindowsDevice", {2112}},
 };
 
-TEST_F(RecordFieldsTest, ARecordOfAHostNeedsItsRequiredElementsOnly) {
+TEST_F(RecordFieldsTest, HostRecordNeedsOnlyItsRequiredElements) {
     for (const auto& [name, optional] : mayBeMissing) {
         const QelRecordType* const type = findRecordType(name);
         ASSERT_NE(type, nullptr) << name;
@@ -206,7 +205,7 @@ TEST_F(RecordFieldsTest, ARecordOfAHostNeedsItsRequiredElementsOnly) {
     }
 }
 
-/// The elements whose values the records of a network and of a host may fail to put.
+/// Elements of network and host records whose write errors are ignored.
 const ElementsByRecord mayBeRefused{
     {"QelFirewallRule", {1026, 1195, 1196, 1197, 1198, 1199, 1200, 1201, 1202, 1203, 1204}},
     {"QelFirewallRule::NetAddress", {1068}},
@@ -225,7 +224,7 @@ const ElementsByRecord mayBeRefused{
     {"QelVncConsoleInfo", {2310, 2311, 2312}},
 };
 
-/// The records of a network whose puts all count.
+/// Network records in which every write error counts.
 constexpr std::array<std::string_view, 9> careful{
     "QelAllocateIPParams", "QelFirewallRule::PortRange",
     "QelIPPool",           "QelIPPoolAllocationItem",
@@ -234,8 +233,8 @@ constexpr std::array<std::string_view, 9> careful{
     "QelRangedResource",
 };
 
-TEST_F(RecordFieldsTest, ARefusedValueFailsTheRecordUnlessItsResultIsIgnored) {
-    constexpr int attempts = 60; // a random record has each of its fields within fewer
+TEST_F(RecordFieldsTest, RejectedValueFailsRecordUnlessItsResultIsIgnored) {
+    constexpr int attempts = 60; // enough for a random record to have each of its fields at least once
     std::set<std::string_view> names(careful.begin(), careful.end());
     for (const ElementsByRecord* const lists : {&mayBeMissing, &mayBeRefused})
         for (const auto& list : *lists)
@@ -244,15 +243,15 @@ TEST_F(RecordFieldsTest, ARefusedValueFailsTheRecordUnlessItsResultIsIgnored) {
         const QelRecordType* const type = findRecordType(name);
         ASSERT_NE(type, nullptr) << name;
         for (const Row& row : rowsOf(*type)) {
-            if (row.field->codec->kind == QelWireKind::bits) // puts no value
+            if (row.field->codec->kind == QelWireKind::bits) // writes no value
                 continue;
             bool isWritten = false;
             for (int left = attempts; left > 0 && !isWritten; --left) {
                 const RecordMessage message(*type, random);
                 const RecordMessage written;
-                ScriptedCursor refusing(written.cursor(), failsBelow({Operation::put, Operation::add}, row.path));
+                RefusedElement refusing(written.cursor(), row.path);
                 const auto results = type->rewrite(message.cursor(), refusing);
-                isWritten = refusing.replacedCalls() > 0;
+                isWritten = refusing.faults() > 0;
                 if (isWritten) {
                     EXPECT_EQ(results.write == 0, contains(mayBeRefused, name, row.element())) << nameOf(*type, row);
                 }

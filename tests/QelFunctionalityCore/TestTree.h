@@ -4,7 +4,7 @@
 
 namespace Qel {
 
-/// A message to read from and to write to, used as the cursor at its root.
+/// A message to read from and write to; converts to the cursor at its root.
 class TestTree {
 public:
     QelMessageIterator& operator*() const { return m_message.cursor(); }
@@ -15,7 +15,7 @@ private:
     TestSupport::TestMessage m_message;
 };
 
-// What tests ask of an element.
+// Queries for elements.
 using TestSupport::childIDs;
 using TestSupport::childValue;
 using TestSupport::countChildren;

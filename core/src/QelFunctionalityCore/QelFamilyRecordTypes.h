@@ -7,7 +7,7 @@
 
 namespace Qel {
 
-/// The type of a record with a table.
+/// The record type of a class whose wire form is a table.
 template <class Record> QelRecordType tableRecordType() {
     const QelWireLayout& layout = qelWireLayout<Record>();
     return makeRecordType<Record>(layout.typeName, &layout);

@@ -7,11 +7,11 @@
 
 namespace Qel {
 
-/// Every record type of the library, ordered by name.
+/// All record types of the library, sorted by name.
 [[nodiscard]] std::span<const QelRecordType> recordTypes();
 
-/// The record type of this name, or null.  An instance of a template that has an alias is listed by the alias, and is
-/// found by the template's name, too.
+/// Returns the record type with this name, or null.  A template instance that has an alias is listed under the alias;
+/// the name of the template finds it too.
 [[nodiscard]] const QelRecordType* findRecordType(std::string_view name);
 
 } // namespace Qel

@@ -16,7 +16,7 @@ using testing::NotNull;
 
 class QelExcludeListTest : public RecordTest {};
 
-TEST_F(QelExcludeListTest, TheOptionsStandBeforeThePaths) {
+TEST_F(QelExcludeListTest, OptionsPrecedePaths) {
     QelExcludeList list{"/tmp", "/proc"};
     list.option1982 = list.option1044 = true;
     const QelExcludeList back = roundTrip(list);
@@ -26,12 +26,12 @@ TEST_F(QelExcludeListTest, TheOptionsStandBeforeThePaths) {
     EXPECT_THAT(childIDs(message), ElementsAre(1982, 1044, 1156, 1156));
 }
 
-TEST_F(QelExcludeListTest, ANewOneWritesNothing) {
+TEST_F(QelExcludeListTest, DefaultWritesNothing) {
     EXPECT_THAT(roundTrip(QelExcludeList()), IsEmpty());
     EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
-TEST_F(QelExcludeListTest, ReadingReplacesTheOptionsAndAddsToThePaths) {
+TEST_F(QelExcludeListTest, ReadingReplacesOptionsAndAppendsPaths) {
     EXPECT_EQ(write(QelExcludeList{"/tmp"}), 0);
     QelExcludeList list{"/old"};
     list.option1982 = list.option1044 = true;
@@ -54,7 +54,7 @@ protected:
     }
 };
 
-TEST_F(QelEnvBackupDataTest, EachFieldComesBack) {
+TEST_F(QelEnvBackupDataTest, AllFieldsSurviveRoundTrip) {
     const QelEnvBackupData back = roundTrip(sample());
     ASSERT_THAT(back.env, NotNull());
     EXPECT_EQ(back.env->getEID(), QelEID(1, 2));
@@ -66,14 +66,14 @@ TEST_F(QelEnvBackupDataTest, EachFieldComesBack) {
     EXPECT_EQ(message.curType(), "env:env");
 }
 
-TEST_F(QelEnvBackupDataTest, ANullEnvironmentAndAnEmptyListOfPathsAreNotWritten) {
+TEST_F(QelEnvBackupDataTest, NullEnvironmentAndEmptyPathsAreNotWritten) {
     const QelEnvBackupData back = roundTrip(QelEnvBackupData());
     EXPECT_THAT(childIDs(message), ElementsAre(1981));
     EXPECT_THAT(back.env, IsNull());
     EXPECT_THAT(back.paths, IsEmpty());
 }
 
-TEST_F(QelEnvBackupDataTest, WhatIsMissingOrUnreadableStaysAsItWas) {
+TEST_F(QelEnvBackupDataTest, MissingOrUnreadableFieldsAreUnchanged) {
     message.newChild(1624); // an environment without EIDs
     message.seekUp();
     message.newChild(1980);
@@ -93,7 +93,7 @@ protected:
     int readAny(Data& data) { return message.getObject(data, QelReaderDerived<QelBackupData>(true), 1307); }
 };
 
-TEST_F(QelBackupDataFamilyTest, TheClassComesBackByTheType) {
+TEST_F(QelBackupDataFamilyTest, TypeDeterminesClass) {
     boost::shared_ptr<QelEnvBackupData> env(new QelEnvBackupData);
     env->paths = {"/etc"};
     EXPECT_EQ(writeAny(env), 0);
@@ -107,14 +107,14 @@ TEST_F(QelBackupDataFamilyTest, TheClassComesBackByTheType) {
     EXPECT_THAT(backEnv->paths, ElementsAre("/etc"));
 }
 
-TEST_F(QelBackupDataFamilyTest, TheBaseHasNoFields) {
+TEST_F(QelBackupDataFamilyTest, BaseClassHasNoFields) {
     EXPECT_EQ(writeAny(Data(new QelBackupData)), 0);
     message.seek(1307);
     EXPECT_EQ(message.curType(), "backup:backup_data");
     EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
-TEST_F(QelBackupDataFamilyTest, AnUnknownTypeIsReadAsTheBase) {
+TEST_F(QelBackupDataFamilyTest, UnknownTypeIsReadAsBaseClass) {
     message.newChild(1307);
     message.setComplexType(282, 999);
     message.seekUp();

@@ -35,20 +35,20 @@ protected:
         stuff.maxChainLength = length;
         return stuff;
     }
-    /// What a limit of so many days says of a chain that is so many seconds old.
+    /// Whether a chain with an age of `age` seconds exceeds a limit of `days`.
     static bool isOld(int days, long age) {
         QelBackupOperationStuff stuff;
         stuff.maxChainAge = days;
         for (;;) {
             const std::time_t now = std::time(nullptr);
             const bool isOld = stuff.oldChain(now - age);
-            if (std::time(nullptr) == now) // or else the age was another one
+            if (std::time(nullptr) == now) // otherwise the age was different
                 return isOld;
         }
     }
 };
 
-TEST_F(QelBackupOperationStuffTest, EachFieldComesBack) {
+TEST_F(QelBackupOperationStuffTest, AllFieldsSurviveRoundTrip) {
     const QelBackupOperationStuff back = roundTrip(sample());
     EXPECT_THAT(childIDs(message), ElementsAre(1986, 2087, 2088, 2089, 1983, 1007));
     ASSERT_TRUE(back.connection.isSpecified());
@@ -60,12 +60,12 @@ TEST_F(QelBackupOperationStuffTest, EachFieldComesBack) {
     EXPECT_EQ(back.option1007, sample().option1007);
 }
 
-TEST_F(QelBackupOperationStuffTest, WhatIsUnspecifiedIsNotWritten) {
+TEST_F(QelBackupOperationStuffTest, UnspecifiedSettingsAreNotWritten) {
     EXPECT_EQ(write(QelBackupOperationStuff()), 0);
     EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
-TEST_F(QelBackupOperationStuffTest, WhatIsMissingOrUnreadableIsUnspecified) {
+TEST_F(QelBackupOperationStuffTest, MissingOrUnreadableSettingsAreUnspecified) {
     EXPECT_EQ(write(sample()), 0);
     replace(2087, "many");
     replace(1986, "a connection without an address");
@@ -78,20 +78,20 @@ TEST_F(QelBackupOperationStuffTest, WhatIsMissingOrUnreadableIsUnspecified) {
     EXPECT_FALSE(back.option2089.isSpecified());
 }
 
-TEST_F(QelBackupOperationStuffTest, AConnectionThatCannotBeWrittenFails) {
+TEST_F(QelBackupOperationStuffTest, UnwritableConnectionFails) {
     QelBackupOperationStuff stuff;
     stuff.connection = QelConnectionInfo(); // no address
     EXPECT_EQ(write(stuff), -1);
 }
 
-TEST_F(QelBackupOperationStuffTest, AChainIsLongFromTheGreatestLengthOn) {
+TEST_F(QelBackupOperationStuffTest, ChainIsLongFromMaximumLengthOn) {
     EXPECT_TRUE(withLength(4).longChain(5));
     EXPECT_TRUE(withLength(5).longChain(5));
     EXPECT_FALSE(withLength(6).longChain(5));
     EXPECT_TRUE(withLength(1).longChain(1));
 }
 
-TEST_F(QelBackupOperationStuffTest, WithoutAGreatestLengthNoChainIsLong) {
+TEST_F(QelBackupOperationStuffTest, NoChainIsLongWithoutMaximumLength) {
     EXPECT_FALSE(withLength(0).longChain(5));
     EXPECT_FALSE(withLength(-1).longChain(5));
     QelBackupOperationStuff stuff = withLength(5);
@@ -99,14 +99,14 @@ TEST_F(QelBackupOperationStuffTest, WithoutAGreatestLengthNoChainIsLong) {
     EXPECT_FALSE(stuff.longChain(5));
 }
 
-TEST_F(QelBackupOperationStuffTest, AChainIsOldASecondAfterTheGreatestAge) {
+TEST_F(QelBackupOperationStuffTest, ChainIsOldOneSecondAfterMaximumAge) {
     EXPECT_FALSE(isOld(1, 86400));
     EXPECT_TRUE(isOld(1, 86401));
     EXPECT_FALSE(isOld(2, 86401));
-    EXPECT_TRUE(isOld(-1, 0)) << "below zero every chain is";
+    EXPECT_TRUE(isOld(-1, 0)) << "every chain is old if the limit is negative";
 }
 
-TEST_F(QelBackupOperationStuffTest, WithoutAGreatestAgeNoChainIsOld) {
+TEST_F(QelBackupOperationStuffTest, NoChainIsOldWithoutMaximumAge) {
     EXPECT_FALSE(isOld(0, 1'000'000'000));
     QelBackupOperationStuff stuff;
     EXPECT_FALSE(stuff.oldChain(0));
@@ -115,7 +115,7 @@ TEST_F(QelBackupOperationStuffTest, WithoutAGreatestAgeNoChainIsOld) {
     EXPECT_FALSE(stuff.oldChain(0));
 }
 
-TEST_F(QelBackupOperationStuffTest, TheGreatestAgesAndTimesDontOverflow) {
+TEST_F(QelBackupOperationStuffTest, ExtremeAgesAndTimesDoNotOverflow) {
     QelBackupOperationStuff stuff;
     stuff.maxChainAge = std::numeric_limits<int>::max();
     EXPECT_FALSE(stuff.oldChain(0));
@@ -124,7 +124,7 @@ TEST_F(QelBackupOperationStuffTest, TheGreatestAgesAndTimesDontOverflow) {
     EXPECT_FALSE(stuff.oldChain(std::numeric_limits<long>::max()));
 }
 
-TEST_F(QelBackupOperationStuffTest, ComplementTakesOnlyWhatIsUnspecified) {
+TEST_F(QelBackupOperationStuffTest, ComplementSetsOnlyUnspecifiedSettings) {
     QelBackupOperationStuff stuff;
     stuff.maxChainAge = 60;
     stuff.option1007 = 90;
@@ -137,7 +137,7 @@ TEST_F(QelBackupOperationStuffTest, ComplementTakesOnlyWhatIsUnspecified) {
     EXPECT_EQ(stuff.option1007.get(), 90);
 }
 
-TEST_F(QelBackupOperationStuffTest, ComplementTakesAnUnspecifiedValueAsSuch) {
+TEST_F(QelBackupOperationStuffTest, ComplementKeepsUnspecifiedValueUnspecified) {
     QelBackupOperationStuff stuff;
     QelBackupOperationStuff other;
     other.option2089.get() = 5;
@@ -148,7 +148,7 @@ TEST_F(QelBackupOperationStuffTest, ComplementTakesAnUnspecifiedValueAsSuch) {
 
 class QelBackupMConfigTest : public QelBackupOperationStuffTest {};
 
-TEST_F(QelBackupMConfigTest, TheDefaultsAreAllSpecified) {
+TEST_F(QelBackupMConfigTest, AllDefaultsAreSpecified) {
     const QelBackupMConfig config;
     ASSERT_TRUE(config.connection.isSpecified());
     EXPECT_EQ(config.connection.get().address, QelAgentConnectionInfo::localConnectionInfo().address);
@@ -163,7 +163,7 @@ TEST_F(QelBackupMConfigTest, TheDefaultsAreAllSpecified) {
     EXPECT_EQ(config.option1007, zero);
 }
 
-TEST_F(QelBackupMConfigTest, SettingsAreKeptAndTheRestIsTheDefault) {
+TEST_F(QelBackupMConfigTest, KeepsSettingsAndUsesDefaultsForOthers) {
     QelBackupOperationStuff stuff;
     stuff.maxChainAge = 6;
     const QelBackupMConfig config(stuff);
@@ -175,7 +175,7 @@ TEST_F(QelBackupMConfigTest, SettingsAreKeptAndTheRestIsTheDefault) {
     EXPECT_TRUE(config.option1007.isSpecified());
 }
 
-TEST_F(QelBackupMConfigTest, ItIsWrittenAsTheSettingsAre) {
+TEST_F(QelBackupMConfigTest, IsWrittenLikeOperationSettings) {
     const QelBackupMConfig back = roundTrip(QelBackupMConfig(sample()));
     EXPECT_THAT(childIDs(message), ElementsAre(1986, 2087, 2088, 2089, 1983, 1007));
     EXPECT_EQ(back.option1983, sample().option1983);
@@ -186,7 +186,7 @@ TEST_F(QelBackupMConfigTest, ItIsWrittenAsTheSettingsAre) {
     EXPECT_EQ(message.seekPresence(2089), -1);
 }
 
-TEST_F(QelBackupMConfigTest, EverySettingIsRequiredButTheOthersAreReadAllTheSame) {
+TEST_F(QelBackupMConfigTest, MissingSettingFailsAfterOthersWereRead) {
     for (const int id : {1986, 2087, 2088, 2089, 1983, 1007}) {
         clear();
         EXPECT_EQ(write(sample()), 0);
@@ -202,14 +202,14 @@ TEST_F(QelBackupMConfigTest, EverySettingIsRequiredButTheOthersAreReadAllTheSame
     }
 }
 
-TEST_F(QelBackupMConfigTest, AConnectionWithoutAProtocolKeepsTheLocalAgents) {
+TEST_F(QelBackupMConfigTest, ConnectionWithoutProtocolKeepsThatOfLocalAgent) {
     const QelBackupMConfig back = roundTrip(QelBackupMConfig(sample()));
     EXPECT_EQ(back.connection.get().address, "keeper.example.org");
     EXPECT_THAT(sample().connection.get().protocol, IsEmpty());
     EXPECT_EQ(back.connection.get().protocol, QelAgentConnectionInfo::protocolAgent);
 }
 
-TEST_F(QelBackupMConfigTest, AMissingSettingIsUnspecifiedAfterwards) {
+TEST_F(QelBackupMConfigTest, MissingSettingBecomesUnspecified) {
     EXPECT_EQ(write(sample()), 0);
     remove(2089);
     QelBackupMConfig config;

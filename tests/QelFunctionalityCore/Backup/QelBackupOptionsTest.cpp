@@ -37,14 +37,14 @@ protected:
     }
 };
 
-TEST_F(QelBackupOptionsTest, TheOperationsSettingsStandFirstInTheSameElement) {
+TEST_F(QelBackupOptionsTest, OperationSettingsComeFirstInSameElement) {
     EXPECT_EQ(write(sample()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(2087, 1197, 1496, 1014, 1980, 1981, 1828));
     EXPECT_EQ(childValue(message, 1496), "bmlnaHRseQ==");
     EXPECT_THAT(childrenIn(1014), ElementsAre(1006));
 }
 
-TEST_F(QelBackupOptionsTest, EachFieldComesBack) {
+TEST_F(QelBackupOptionsTest, AllFieldsSurviveRoundTrip) {
     const QelBackupOptions back = roundTrip(sample());
     EXPECT_EQ(back.operation.maxChainLength, sample().operation.maxChainLength);
     EXPECT_EQ(back.kind, 1);
@@ -57,7 +57,7 @@ TEST_F(QelBackupOptionsTest, EachFieldComesBack) {
     EXPECT_EQ(back.storage.get().path, "/vault");
 }
 
-TEST_F(QelBackupOptionsTest, NewOnesWriteTheListsOnly) {
+TEST_F(QelBackupOptionsTest, DefaultWritesOnlyLists) {
     const QelBackupOptions back = roundTrip(QelBackupOptions());
     EXPECT_THAT(childIDs(message), ElementsAre(1980, 1981));
     EXPECT_EQ(back.kind, 0);
@@ -65,7 +65,7 @@ TEST_F(QelBackupOptionsTest, NewOnesWriteTheListsOnly) {
     EXPECT_FALSE(back.storage.isSpecified());
 }
 
-TEST_F(QelBackupOptionsTest, EachBitOfTheKindIsAnElement) {
+TEST_F(QelBackupOptionsTest, EachKindBitIsAnElement) {
     QelBackupOptions options;
     options.kind = 3;
     EXPECT_EQ(write(options), 0);
@@ -76,7 +76,7 @@ TEST_F(QelBackupOptionsTest, EachBitOfTheKindIsAnElement) {
     EXPECT_THAT(childrenIn(1197), ElementsAre(1628));
 }
 
-TEST_F(QelBackupOptionsTest, ReadingAddsToTheKind) {
+TEST_F(QelBackupOptionsTest, ReadingAddsKindBits) {
     QelBackupOptions options;
     options.kind = 3;
     EXPECT_EQ(write(options), 0);
@@ -85,10 +85,10 @@ TEST_F(QelBackupOptionsTest, ReadingAddsToTheKind) {
     EXPECT_EQ(options.kind, 7);
     clear();
     EXPECT_EQ(read(options), 0);
-    EXPECT_EQ(options.kind, 7) << "without the element too";
+    EXPECT_EQ(options.kind, 7) << "also without the element";
 }
 
-TEST_F(QelBackupOptionsTest, ATextBringsTheOptionAroundItWithIt) {
+TEST_F(QelBackupOptionsTest, NonEmptyStringImpliesOption) {
     QelBackupOptions options;
     options.text1006 = "x";
     const QelBackupOptions back = roundTrip(options);
@@ -96,7 +96,7 @@ TEST_F(QelBackupOptionsTest, ATextBringsTheOptionAroundItWithIt) {
     EXPECT_EQ(back.text1006, "x");
 }
 
-TEST_F(QelBackupOptionsTest, TheOptionStandsWithoutTheTextToo) {
+TEST_F(QelBackupOptionsTest, OptionIsWrittenWithoutString) {
     QelBackupOptions options;
     options.option1014 = true;
     const QelBackupOptions back = roundTrip(options);
@@ -105,14 +105,14 @@ TEST_F(QelBackupOptionsTest, TheOptionStandsWithoutTheTextToo) {
     EXPECT_THAT(childrenIn(1014), IsEmpty());
 }
 
-TEST_F(QelBackupOptionsTest, ReadingReplacesTheOption) {
+TEST_F(QelBackupOptionsTest, ReadingReplacesOption) {
     QelBackupOptions options = sample();
     EXPECT_EQ(read(options), 0);
     EXPECT_FALSE(options.option1014);
-    EXPECT_EQ(options.text1006, "a/b") << "what was there stays";
+    EXPECT_EQ(options.text1006, "a/b") << "previous value is kept";
 }
 
-TEST_F(QelBackupOptionsTest, NothingThatIsMissingOrUnreadableFails) {
+TEST_F(QelBackupOptionsTest, MissingOrUnreadableFieldsAreIgnored) {
     for (const int id : {2087, 1496, 1828, 1986})
         message.putValue("?", id);
     QelBackupOptions options = sample();
@@ -123,13 +123,13 @@ TEST_F(QelBackupOptionsTest, NothingThatIsMissingOrUnreadableFails) {
     EXPECT_THAT(options.paths, ElementsAre("/etc"));
 }
 
-TEST_F(QelBackupOptionsTest, AnOperationThatCannotBeWrittenFails) {
+TEST_F(QelBackupOptionsTest, UnwritableOperationFails) {
     QelBackupOptions options;
     options.operation.connection = QelConnectionInfo(); // no address
     EXPECT_EQ(write(options), -1);
 }
 
-TEST_F(QelBackupOptionsTest, TheElementsAreTyped) {
+TEST_F(QelBackupOptionsTest, ElementsAreTyped) {
     EXPECT_EQ(typeOf(QelBackupOptions()), "backup:backup_options");
     EXPECT_EQ(typeOf(QelRestoreOptions()), "backup:restore_options");
     EXPECT_EQ(typeOf(QelSelectiveRestoreOptions()), "backup:selective_restore_options");
@@ -139,7 +139,7 @@ TEST_F(QelBackupOptionsTest, TheElementsAreTyped) {
 
 class QelBackupRequestOptionsTest : public RecordTest {};
 
-TEST_F(QelBackupRequestOptionsTest, RestoreOptionsComeBack) {
+TEST_F(QelBackupRequestOptionsTest, RestoreOptionsSurviveRoundTrip) {
     QelRestoreOptions options;
     EXPECT_FALSE(options.option1152);
     options.option1152 = true;
@@ -154,7 +154,7 @@ TEST_F(QelBackupRequestOptionsTest, RestoreOptionsComeBack) {
     EXPECT_FALSE(options.storage.isSpecified());
 }
 
-TEST_F(QelBackupRequestOptionsTest, SelectiveRestoreOptionsComeBack) {
+TEST_F(QelBackupRequestOptionsTest, SelectiveRestoreOptionsSurviveRoundTrip) {
     QelSelectiveRestoreOptions options;
     EXPECT_FALSE(options.option1832);
     options.option1832 = true;
@@ -162,7 +162,7 @@ TEST_F(QelBackupRequestOptionsTest, SelectiveRestoreOptionsComeBack) {
     EXPECT_THAT(childIDs(message), ElementsAre(1832));
 }
 
-TEST_F(QelBackupRequestOptionsTest, AnEnvironmentsInfoIsAskedForInFullUnlessAMessageSaysOtherwise) {
+TEST_F(QelBackupRequestOptionsTest, EnvironmentInfoIsCompleteByDefault) {
     QelBackupGetEnvInfoOptions options;
     EXPECT_TRUE(options.option1624);
     EXPECT_TRUE(options.option2064);
@@ -174,7 +174,7 @@ TEST_F(QelBackupRequestOptionsTest, AnEnvironmentsInfoIsAskedForInFullUnlessAMes
     EXPECT_FALSE(options.option2064);
 }
 
-TEST_F(QelBackupRequestOptionsTest, TheKindOfInfoComesBackByTheType) {
+TEST_F(QelBackupRequestOptionsTest, TypeDeterminesKindOfInfo) {
     using Options = boost::shared_ptr<QelBackupGetInfoOptions>;
     const Options env(new QelBackupGetEnvInfoOptions);
     EXPECT_EQ(message.putObject(env, QelWriterDerived<QelBackupGetInfoOptions>(), 1307), 0);
@@ -188,7 +188,7 @@ TEST_F(QelBackupRequestOptionsTest, TheKindOfInfoComesBackByTheType) {
     EXPECT_THAT(dynamic_cast<const QelBackupGetEnvInfoOptions*>(back.get()), IsNull());
 }
 
-TEST_F(QelBackupRequestOptionsTest, RemoveOptionsComeBack) {
+TEST_F(QelBackupRequestOptionsTest, RemoveOptionsSurviveRoundTrip) {
     QelRemoveBackupOptions options;
     options.eid = QelEID(1, 2);
     options.option1015 = true;
@@ -201,12 +201,12 @@ TEST_F(QelBackupRequestOptionsTest, RemoveOptionsComeBack) {
     EXPECT_THAT(typeOf(QelRemoveBackupOptions()), IsEmpty());
 }
 
-TEST_F(QelBackupRequestOptionsTest, NewRemoveOptionsWriteNothing) {
+TEST_F(QelBackupRequestOptionsTest, DefaultRemoveOptionsWriteNothing) {
     EXPECT_EQ(write(QelRemoveBackupOptions()), 0);
     EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
-TEST_F(QelBackupRequestOptionsTest, AnEidThatIsMissingOrUnreadableStaysAsItWas) {
+TEST_F(QelBackupRequestOptionsTest, MissingOrUnreadableEidIsUnchanged) {
     QelRemoveBackupOptions options;
     options.eid = QelEID(1, 2);
     EXPECT_EQ(read(options), 0);
@@ -215,7 +215,7 @@ TEST_F(QelBackupRequestOptionsTest, AnEidThatIsMissingOrUnreadableStaysAsItWas) 
     EXPECT_EQ(options.eid, QelEID(1, 2));
 }
 
-TEST_F(QelBackupRequestOptionsTest, ListOptionsComeBack) {
+TEST_F(QelBackupRequestOptionsTest, ListOptionsSurviveRoundTrip) {
     QelListBackupOptions options;
     EXPECT_FALSE(options.option1626);
     EXPECT_TRUE(options.option1134);
@@ -232,7 +232,7 @@ TEST_F(QelBackupRequestOptionsTest, ListOptionsComeBack) {
     EXPECT_THAT(childIDs(message), ElementsAre(1866, 1626, 1134, 2028, 1828));
 }
 
-TEST_F(QelBackupRequestOptionsTest, AFlagThatDefaultsToTrueIsFalseAfterAMessageWithoutIt) {
+TEST_F(QelBackupRequestOptionsTest, MissingFlagIsReadAsFalseEvenIfItDefaultsToTrue) {
     QelListBackupOptions options;
     EXPECT_EQ(read(options), 0);
     EXPECT_FALSE(options.option1134);
@@ -240,7 +240,7 @@ TEST_F(QelBackupRequestOptionsTest, AFlagThatDefaultsToTrueIsFalseAfterAMessageW
     EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
-TEST_F(QelBackupRequestOptionsTest, SearchOptionsComeBack) {
+TEST_F(QelBackupRequestOptionsTest, SearchOptionsSurviveRoundTrip) {
     QelSearchBackupOptions options;
     options.hostName = std::string("web1");
     options.ip = std::string("192.0.2.1");
@@ -257,7 +257,7 @@ TEST_F(QelBackupRequestOptionsTest, SearchOptionsComeBack) {
     EXPECT_EQ(childValue(message, 1146), "2023-11-14T22:13:20Z");
 }
 
-TEST_F(QelBackupRequestOptionsTest, TimesNotAboveZeroAreNotWritten) {
+TEST_F(QelBackupRequestOptionsTest, OnlyPositiveTimesAreWritten) {
     QelSearchBackupOptions options;
     EXPECT_EQ(write(options), 0);
     options.timeFrom = options.timeTo = -1;
@@ -268,7 +268,7 @@ TEST_F(QelBackupRequestOptionsTest, TimesNotAboveZeroAreNotWritten) {
     EXPECT_THAT(childIDs(message), ElementsAre(1146));
 }
 
-TEST_F(QelBackupRequestOptionsTest, ATimeThatIsMissingOrUnreadableIsNone) {
+TEST_F(QelBackupRequestOptionsTest, MissingOrUnreadableTimeIsUnset) {
     message.putValue("soon", 1147);
     QelSearchBackupOptions options;
     options.hostName = std::string("old");

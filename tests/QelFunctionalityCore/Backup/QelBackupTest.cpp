@@ -58,19 +58,19 @@ protected:
     QelDSObjectInfo object;
 };
 
-TEST_F(QelDSObjectInfoTest, EachFieldComesBack) {
+TEST_F(QelDSObjectInfoTest, AllFieldsSurviveRoundTrip) {
     expectSampleObject(roundTrip(object));
     EXPECT_THAT(childIDs(message), ElementsAre(1010, 1004, 1024, 1007, 2028, 1134));
     EXPECT_EQ(childValue(message, 1004), "2023-11-14T22:13:20Z");
 }
 
-TEST_F(QelDSObjectInfoTest, ANewOneIsEmptyAndAllOfItIsWritten) {
+TEST_F(QelDSObjectInfoTest, DefaultIsEmptyAndWrittenCompletely) {
     expectEmptyObject(QelDSObjectInfo());
     EXPECT_EQ(write(QelDSObjectInfo()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1010, 1004, 1024, 1007, 2028, 1134));
 }
 
-TEST_F(QelDSObjectInfoTest, EverythingButTheInfoIsRequired) {
+TEST_F(QelDSObjectInfoTest, AllFieldsExceptInfoAreRequired) {
     for (const int id : {1010, 1004, 1024, 1007, 2028}) {
         clear();
         EXPECT_EQ(write(object), 0);
@@ -78,11 +78,11 @@ TEST_F(QelDSObjectInfoTest, EverythingButTheInfoIsRequired) {
         QelDSObjectInfo back;
         EXPECT_EQ(read(back), -1) << id;
         message.putValue("?", id);
-        EXPECT_EQ(read(back), id == 1010 ? 0 : -1) << id << " any text is an ID";
+        EXPECT_EQ(read(back), id == 1010 ? 0 : -1) << id << " any string is an ID";
     }
 }
 
-TEST_F(QelDSObjectInfoTest, AnInfoThatIsMissingOrUnreadableStaysAsItWas) {
+TEST_F(QelDSObjectInfoTest, MissingOrUnreadableInfoIsUnchanged) {
     EXPECT_EQ(write(object), 0);
     replace(1134, "no info");
     QelDSObjectInfo back;
@@ -93,11 +93,11 @@ TEST_F(QelDSObjectInfoTest, AnInfoThatIsMissingOrUnreadableStaysAsItWas) {
     EXPECT_EQ(back.info.text, "old");
 }
 
-TEST_F(QelDSObjectInfoTest, TheElementIsTyped) {
+TEST_F(QelDSObjectInfoTest, ElementIsTyped) {
     EXPECT_EQ(typeOf(object), "storage:ds_object_info");
 }
 
-TEST_F(QelDSObjectInfoTest, SwapExchangesEverything) {
+TEST_F(QelDSObjectInfoTest, SwapExchangesAllFields) {
     QelDSObjectInfo other;
     other.swap(object);
     expectSampleObject(other);
@@ -106,7 +106,7 @@ TEST_F(QelDSObjectInfoTest, SwapExchangesEverything) {
 
 class QelBackupTest : public RecordTest {};
 
-TEST_F(QelBackupTest, ItsOwnFieldsStandBeforeThoseOfTheObject) {
+TEST_F(QelBackupTest, OwnFieldsPrecedeObjectFields) {
     const QelBackup back = roundTrip(sampleBackup());
     EXPECT_THAT(childIDs(message), ElementsAre(1866, 1496, 1259, 1786, 1010, 1004, 1024, 1007, 2028, 1134));
     expectSampleObject(back);
@@ -117,17 +117,17 @@ TEST_F(QelBackupTest, ItsOwnFieldsStandBeforeThoseOfTheObject) {
     EXPECT_EQ(childValue(message, 1496), "YmVmb3JlAHVwZ3JhZGU=");
 }
 
-TEST_F(QelBackupTest, TheLocalFlagStaysBehind) {
+TEST_F(QelBackupTest, LocalFlagIsNotSent) {
     EXPECT_FALSE(roundTrip(sampleBackup()).localFlag);
 }
 
-TEST_F(QelBackupTest, AnEmptyDescriptionAndNoFlagsAreNotWritten) {
+TEST_F(QelBackupTest, EmptyDescriptionAndZeroFlagsAreNotWritten) {
     QelBackup backup;
     EXPECT_EQ(write(backup), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1866, 1259, 1010, 1004, 1024, 1007, 2028, 1134));
 }
 
-TEST_F(QelBackupTest, FlagsWithoutTheFirstBitAreAnEmptyElementAndComeBackAsNone) {
+TEST_F(QelBackupTest, FlagsWithoutFirstBitAreWrittenAsEmptyElementAndReadAsZero) {
     QelBackup backup = sampleBackup();
     backup.flags = 2;
     const QelBackup back = roundTrip(backup);
@@ -136,14 +136,14 @@ TEST_F(QelBackupTest, FlagsWithoutTheFirstBitAreAnEmptyElementAndComeBackAsNone)
     EXPECT_EQ(back.flags, 0);
 }
 
-TEST_F(QelBackupTest, OnlyTheFirstBitOfTheFlagsIsWritten) {
+TEST_F(QelBackupTest, OnlyFirstFlagBitIsWritten) {
     QelBackup backup = sampleBackup();
     backup.flags = 3;
     EXPECT_EQ(roundTrip(backup).flags, 1);
     EXPECT_THAT(childrenIn(1786), ElementsAre(2131));
 }
 
-TEST_F(QelBackupTest, ReadingReplacesTheFlags) {
+TEST_F(QelBackupTest, ReadingReplacesFlags) {
     QelBackup backup = sampleBackup();
     backup.flags = 0;
     EXPECT_EQ(write(backup), 0);
@@ -152,11 +152,11 @@ TEST_F(QelBackupTest, ReadingReplacesTheFlags) {
     EXPECT_EQ(backup.flags, 0);
 }
 
-TEST_F(QelBackupTest, TheEnvironmentAndTheObjectAreRequired) {
+TEST_F(QelBackupTest, EnvironmentAndObjectAreRequired) {
     expectRequired(sampleBackup(), {1866, 1010, 2028});
 }
 
-TEST_F(QelBackupTest, AnUnreadableDescriptionOrCountStaysAsItWas) {
+TEST_F(QelBackupTest, UnreadableDescriptionOrCountIsUnchanged) {
     EXPECT_EQ(write(sampleBackup()), 0);
     replace(1496, "?");
     replace(1259, "?");
@@ -168,11 +168,11 @@ TEST_F(QelBackupTest, AnUnreadableDescriptionOrCountStaysAsItWas) {
     EXPECT_EQ(back.count, 5);
 }
 
-TEST_F(QelBackupTest, TheElementHasNoType) {
+TEST_F(QelBackupTest, ElementHasNoType) {
     EXPECT_THAT(typeOf(sampleBackup()), IsEmpty());
 }
 
-TEST_F(QelBackupTest, SwapExchangesEverything) {
+TEST_F(QelBackupTest, SwapExchangesAllFields) {
     QelBackup a = sampleBackup();
     QelBackup b;
     b.swap(a);
@@ -190,7 +190,7 @@ TEST_F(QelBackupTest, SwapExchangesEverything) {
     EXPECT_FALSE(a.localFlag);
 }
 
-TEST_F(QelBackupTest, SwapWithItselfChangesNothing) {
+TEST_F(QelBackupTest, SelfSwapChangesNothing) {
     QelBackup backup = sampleBackup();
     backup.swap(backup);
     expectSampleObject(backup);
@@ -200,7 +200,7 @@ TEST_F(QelBackupTest, SwapWithItselfChangesNothing) {
 
 class QelNewBackupDataTest : public RecordTest {};
 
-TEST_F(QelNewBackupDataTest, TheBackupStandsInAnElementOfItsOwn) {
+TEST_F(QelNewBackupDataTest, BackupHasItsOwnElement) {
     QelNewBackupData data;
     static_cast<QelBackup&>(data) = sampleBackup();
     const QelNewBackupData back = roundTrip(data);
@@ -209,7 +209,7 @@ TEST_F(QelNewBackupDataTest, TheBackupStandsInAnElementOfItsOwn) {
     EXPECT_EQ(back.eid, QelEID(3, 4));
 }
 
-TEST_F(QelNewBackupDataTest, WithoutTheBackupReadingFails) {
+TEST_F(QelNewBackupDataTest, MissingBackupFailsReading) {
     QelNewBackupData data;
     EXPECT_EQ(read(data), -1);
     message.newChild(1006);
@@ -220,26 +220,26 @@ TEST_F(QelNewBackupDataTest, WithoutTheBackupReadingFails) {
 
 class QelDestroyedBackupsDataTest : public RecordTest {};
 
-TEST_F(QelDestroyedBackupsDataTest, TheIdsComeBack) {
+TEST_F(QelDestroyedBackupsDataTest, IdsSurviveRoundTrip) {
     QelDestroyedBackupsData data;
     data.ids = {"a/b", "a/c"};
     EXPECT_EQ(roundTrip(data).ids, data.ids);
     EXPECT_THAT(childIDs(message), ElementsAre(1010, 1010));
 }
 
-TEST_F(QelDestroyedBackupsDataTest, AnEmptyListWritesNothingAndCannotBeReadBack) {
+TEST_F(QelDestroyedBackupsDataTest, EmptyListWritesNothingAndCannotBeReadBack) {
     QelDestroyedBackupsData data;
     EXPECT_EQ(write(data), 0);
     EXPECT_THAT(childIDs(message), IsEmpty());
     EXPECT_EQ(read(data), -1);
 }
 
-TEST(QelBackupSubscriptionsTest, SubscribersHearOfBackupsByName) {
+TEST(QelBackupSubscriptionsTest, SubscriptionNamesMatchProtocol) {
     EXPECT_EQ(QelNewBackupData::subscriptionName, "new_backup_subscription");
     EXPECT_EQ(QelDestroyedBackupsData::subscriptionName, "destroyed_backups_subscription");
 }
 
-TEST(QelBackupFactoriesTest, EachIsTheDefaultOfItsFamily) {
+TEST(QelBackupFactoriesTest, EachIsDefaultOfItsFamily) {
     EXPECT_EQ(QelDerivedParserFactory<QelNewBackupData>::defaultFactory(), &factoryQelNewBackupData);
     EXPECT_EQ(QelDerivedParserFactory<QelDestroyedBackupsData>::defaultFactory(), &factoryQelDestroyedBackupsData);
 }

@@ -22,7 +22,7 @@ using testing::StartsWith;
 
 class QelBackupTraceTest : public RecordTest {
 protected:
-    /// The first call that is logged during `use`.
+    /// The first call logged during `use`.
     template <class Use> static std::string firstCall(const Use& use) {
         const LogCapture log;
         static_cast<void>(use());
@@ -45,20 +45,20 @@ private:
     }
 };
 
-TEST_F(QelBackupTraceTest, EveryReaderAndWriterTellsThatItIsCalled) {
+TEST_F(QelBackupTraceTest, EveryReaderAndWriterLogsItsCall) {
     expectTraced<QelBackup, QelNewBackupData, QelDestroyedBackupsData, QelBackupData, QelEnvBackupData, QelExcludeList,
                  QelBackupOperationStuff, QelBackupMConfig, QelBackupOptions, QelRestoreOptions,
                  QelSelectiveRestoreOptions, QelBackupGetInfoOptions, QelBackupGetEnvInfoOptions,
                  QelRemoveBackupOptions, QelListBackupOptions, QelSearchBackupOptions>();
 }
 
-TEST_F(QelBackupTraceTest, ALogOfErrorsTellsNothingOfIt) {
+TEST_F(QelBackupTraceTest, CallsAreNotLoggedAtErrorLevel) {
     const LogCapture log(LogLevel::error);
     EXPECT_EQ(write(QelBackupOptions()), 0);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-// A derived record without functors of its own would be read without its own fields.
+// A derived record without its own functors would be read without its own fields.
 struct Derived : QelRestoreOptions {};
 static_assert(!std::is_invocable_v<QelRestoreOptions::Reader, const QelMessageIterator&, Derived&>);
 static_assert(!std::is_invocable_v<QelRestoreOptions::Writer, QelMessageIterator&, const Derived&>);

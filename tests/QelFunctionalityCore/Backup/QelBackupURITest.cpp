@@ -17,7 +17,7 @@ using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-/// Thousands of the URIs here can't be read, and each is logged.
+/// Parses without logging: thousands of the URIs in these tests are invalid, and each is logged as an error.
 QelBackupURI parsed(const std::string& path) {
     const LogCapture log(LogLevel::error);
     return QelBackupURI("backup://" + path);
@@ -32,8 +32,8 @@ std::string pathOf(const QelBackupURI& name) {
     return uri.getUriPath();
 }
 
-/// The vault as it stands in a URI, without the "&".
-std::string vaultText() {
+/// The encoded vault as it appears in a URI, without the "&".
+std::string vaultHex() {
     QelBackupURI name("a/b", "");
     name.storage(vault());
     const std::string path = pathOf(name);
@@ -77,47 +77,47 @@ void expectVault(const QelBackupURI& name) {
     EXPECT_EQ(location.password, "secret");
 }
 
-TEST(QelBackupURITest, TheBackupHasOneSlashOfItsOwn) {
+TEST(QelBackupURITest, BackupContainsOneSlash) {
     expectNames(parsed("a/b/c"), "a/b", "c");
     expectNames(parsed("a/b/c/d"), "a/b", "c/d");
 }
 
-TEST(QelBackupURITest, WithoutASubPathTheTextEndsWithASlash) {
+TEST(QelBackupURITest, UriWithoutSubPathEndsWithSlash) {
     expectNames(parsed("a/b"), "a/b", "");
     expectNames(parsed("a/b/"), "a/b", "");
     EXPECT_EQ(pathOf(parsed("a/b")), "a/b/");
 }
 
-TEST(QelBackupURITest, APathWithoutASlashNamesNothing) {
+TEST(QelBackupURITest, PathWithoutSlashIsInvalid) {
     expectNothing(parsed("abc"));
     expectNothing(parsed(""));
     expectNothing(parsed("a\\b"));
 }
 
-TEST(QelBackupURITest, ABackslashEndsTheBackupOnlyBehindTheFirstSlash) {
+TEST(QelBackupURITest, BackslashEndsBackupOnlyAfterFirstSlash) {
     expectNames(parsed("a/b\\c"), "a/b", "c");
     EXPECT_EQ(pathOf(parsed("a/b\\c")), "a/b/c");
     expectNames(parsed("a\\b/c"), "a\\b/c", "");
     expectNames(parsed("a/b/c\\d"), "a/b", "c\\d");
 }
 
-TEST(QelBackupURITest, ASlashWithNothingBehindItBelongsToTheBackup) {
+TEST(QelBackupURITest, TrailingSlashBelongsToBackup) {
     expectNames(parsed("abc/"), "abc/", "");
     expectNames(parsed("/"), "/", "");
     expectNames(parsed("//c"), "/", "c");
 }
 
-TEST(QelBackupURITest, AnAmpersandBehindTheFirstSlashIsNothingSpecial) {
+TEST(QelBackupURITest, AmpersandAfterFirstSlashIsOrdinary) {
     expectNames(parsed("a/b&c/d"), "a/b&c", "d");
 }
 
-TEST(QelBackupURITest, OtherTextsNameNothing) {
+TEST(QelBackupURITest, OtherStringsAreInvalid) {
     for (const char* const text : {"file://a/b/c", "Backup://a/b/c", "backups://a/b/c", "backu://a/b/c", "a/b/c", "",
                                    "backup:/a/b/c", "://a/b/c"})
         expectNothing(QelBackupURI(text));
 }
 
-TEST(QelBackupURITest, ANameThatIsNoneHasNoUri) {
+TEST(QelBackupURITest, InvalidObjectHasNoUri) {
     QelURI uri;
     uri.setUri("file://kept");
     EXPECT_EQ(QelBackupURI().uri(uri), 1);
@@ -125,7 +125,7 @@ TEST(QelBackupURITest, ANameThatIsNoneHasNoUri) {
     EXPECT_EQ(uri.getUri(), "file://kept");
 }
 
-TEST(QelBackupURITest, AStorageComesBack) {
+TEST(QelBackupURITest, StorageSurvivesRoundTrip) {
     QelBackupURI name("a/b", "c");
     name.storage(vault());
     QelURI uri;
@@ -134,36 +134,36 @@ TEST(QelBackupURITest, AStorageComesBack) {
     expectVault(QelBackupURI(uri.getUri()));
 }
 
-TEST(QelBackupURITest, AStorageIsInLowerCaseHexadecimal) {
-    EXPECT_THAT(vaultText(), testing::MatchesRegex("([0-9a-f][0-9a-f])+"));
-    EXPECT_THAT(vaultText(), StartsWith("ab51454c")) << "a message in binary form";
-    std::string upper = vaultText();
+TEST(QelBackupURITest, StorageIsLowerCaseHexadecimal) {
+    EXPECT_THAT(vaultHex(), testing::MatchesRegex("([0-9a-f][0-9a-f])+"));
+    EXPECT_THAT(vaultHex(), StartsWith("ab51454c")) << "a message in binary form";
+    std::string upper = vaultHex();
     for (char& c : upper)
         c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     expectVault(parsed(upper + "&a/b/c"));
 }
 
-TEST(QelBackupURITest, BehindAStorageABackupMayHoldAnAmpersand) {
-    const QelBackupURI name = parsed(vaultText() + "&a&b/c/d");
+TEST(QelBackupURITest, BackupAfterStorageMayContainAmpersand) {
+    const QelBackupURI name = parsed(vaultHex() + "&a&b/c/d");
     EXPECT_EQ(name.backup(), "a&b/c");
     EXPECT_EQ(name.subPath(), "d");
 }
 
-TEST(QelBackupURITest, AStorageWithoutABackupBehindItIsDropped) {
-    expectNothing(parsed(vaultText() + "&"));
-    expectNothing(parsed(vaultText() + "&a"));
-    expectNothing(parsed(vaultText() + "&a\\b"));
+TEST(QelBackupURITest, StorageWithoutBackupIsDiscarded) {
+    expectNothing(parsed(vaultHex() + "&"));
+    expectNothing(parsed(vaultHex() + "&a"));
+    expectNothing(parsed(vaultHex() + "&a\\b"));
 }
 
-TEST(QelBackupURITest, ALastDigitAloneIsAByte) {
-    std::string text = vaultText();
+TEST(QelBackupURITest, SingleLastDigitIsAByte) {
+    std::string text = vaultHex();
     ASSERT_THAT(text, EndsWith("00"));
     text.pop_back();
     expectVault(parsed(text + "&a/b/c"));
 }
 
-TEST(QelBackupURITest, APairMayHaveASignOrABlank) {
-    std::string text = vaultText();
+TEST(QelBackupURITest, PairMayContainSignOrBlank) {
+    std::string text = vaultHex();
     const std::size_t version = 8;
     ASSERT_EQ(text.substr(version, 2), "01");
     text[version] = '+';
@@ -171,26 +171,26 @@ TEST(QelBackupURITest, APairMayHaveASignOrABlank) {
     expectVault(parsed(text + "&a/b/c"));
 }
 
-TEST(QelBackupURITest, WhatStandsBehindAPairThatIsNoNumberIsNotRead) {
-    expectVault(parsed(vaultText() + "zz" + vaultText() + "&a/b/c"));
-    expectVault(parsed(vaultText() + "    &a/b/c"));
-    expectVault(parsed(vaultText() + std::string(1, '\0') + "&a/b/c"));
+TEST(QelBackupURITest, DecodingStopsAtPairThatIsNotANumber) {
+    expectVault(parsed(vaultHex() + "zz" + vaultHex() + "&a/b/c"));
+    expectVault(parsed(vaultHex() + "    &a/b/c"));
+    expectVault(parsed(vaultHex() + std::string(1, '\0') + "&a/b/c"));
 }
 
-TEST(QelBackupURITest, APairThatIsNoNumberInTheMiddleCutsTheStorageOff) {
-    std::string text = vaultText();
+TEST(QelBackupURITest, InvalidPairInMiddleTruncatesStorage) {
+    std::string text = vaultHex();
     text.replace(text.size() / 2 / 2 * 2, 2, "zz");
     expectNothing(parsed(text + "&a/b/c"));
 }
 
-TEST(QelBackupURITest, NoTruncatedStorageIsTaken) {
-    const std::string text = vaultText();
+TEST(QelBackupURITest, RejectsTruncatedStorage) {
+    const std::string text = vaultHex();
     for (std::size_t length = 0; length < text.size() - 1; ++length)
         expectNothing(parsed(text.substr(0, length) + "&a/b/c"));
 }
 
-TEST(QelBackupURITest, NoAlteredStorageIsTaken) {
-    const std::string text = vaultText();
+TEST(QelBackupURITest, RejectsAlteredStorage) {
+    const std::string text = vaultHex();
     for (std::size_t at = 0; at < text.size(); ++at) {
         std::string altered = text;
         altered[at] = altered[at] == '0' ? '1' : '0';
@@ -198,7 +198,7 @@ TEST(QelBackupURITest, NoAlteredStorageIsTaken) {
     }
 }
 
-TEST(QelBackupURITest, MegabytesOfTheSameComeToNothing) {
+TEST(QelBackupURITest, RejectsMegabytesOfRepeatedInput) {
     constexpr std::size_t megabyte = std::size_t{1} << 20;
     for (const char* const piece : {"&", "/&", "0", "f", " ", "zz", "\t1", "ab51454c"}) {
         std::string text;
@@ -210,11 +210,11 @@ TEST(QelBackupURITest, MegabytesOfTheSameComeToNothing) {
     expectNothing(parsed(std::string(megabyte, '&')));
     expectNothing(parsed(std::string(megabyte, '&') + "a/b/c"));
     EXPECT_EQ(parsed(std::string(megabyte, '/')).subPath().size(), megabyte - 2);
-    // Blanks are skipped from every pair anew, but not walked anew.
+    // The blanks are scanned once, not once per pair.
     expectNothing(parsed(std::string(megabyte, ' ') + "41&a/b/c"));
 }
 
-/// What is logged while a text is parsed, each with its function.
+/// The log lines written while a URI is parsed, each prefixed by its function.
 std::vector<std::string> logOf(const std::string& path) {
     const LogCapture log(LogLevel::error);
     (void)QelBackupURI("backup://" + path);
@@ -227,8 +227,8 @@ std::vector<std::string> logOf(const std::string& path) {
     return texts;
 }
 
-TEST(QelBackupURITest, TheLogTellsWhatFailedAndNoSecret) {
-    const std::string text = vaultText();
+TEST(QelBackupURITest, LogNamesFailedStepWithoutSecret) {
+    const std::string text = vaultHex();
     EXPECT_THAT(logOf(text.substr(0, text.size() - 4) + "&a/b/c"), ElementsAre("decode: decode binary"));
     EXPECT_THAT(logOf("&a/b/c"), ElementsAre("decode: decode binary"));
     EXPECT_THAT(logOf(hexadecimal(binaryOf(*TestMessage().get())) + "&a/b/c"), ElementsAre("decode: parse object"));
@@ -236,13 +236,13 @@ TEST(QelBackupURITest, TheLogTellsWhatFailedAndNoSecret) {
     EXPECT_THAT(logOf("abc"), IsEmpty());
 }
 
-TEST(QelBackupURITest, AMessageOfAnotherRecordIsNoStorage) {
+TEST(QelBackupURITest, MessageOfAnotherRecordIsNotAStorage) {
     const TestMessage message;
     message.cursor().putValue("/vault", 1156); // neither a type nor base64
     expectNothing(parsed(hexadecimal(binaryOf(*message.get())) + "&a/b/c"));
 }
 
-TEST(QelBackupURITest, AStorageBeyondWhatAMessageMayBeHasNoUri) {
+TEST(QelBackupURITest, StorageAboveMessageLimitHasNoUri) {
     QelDSLocation location = vault();
     location.password.assign(QelLimits::messageBytes, 'x');
     QelBackupURI name("a/b", "c");

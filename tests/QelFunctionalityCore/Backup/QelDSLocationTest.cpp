@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 class QelDSLocationTest : public RecordTest {};
 
-TEST_F(QelDSLocationTest, EachFieldComesBack) {
+TEST_F(QelDSLocationTest, AllFieldsSurviveRoundTrip) {
     const QelDSLocation back = roundTrip(vault());
     EXPECT_EQ(back.type, 2);
     EXPECT_EQ(back.path, "/vault");
@@ -25,13 +25,13 @@ TEST_F(QelDSLocationTest, EachFieldComesBack) {
     EXPECT_THAT(childIDs(message), ElementsAre(1007, 1156, 1630, 1032));
 }
 
-TEST_F(QelDSLocationTest, ThePathIsEncodedAndThePasswordIsNot) {
+TEST_F(QelDSLocationTest, PathIsBase64AndPasswordIsPlain) {
     EXPECT_EQ(write(vault()), 0);
     EXPECT_EQ(childValue(message, 1156), "L3ZhdWx0");
     EXPECT_EQ(childValue(message, 1032), "secret");
 }
 
-TEST_F(QelDSLocationTest, EverythingIsWrittenAlways) {
+TEST_F(QelDSLocationTest, AllFieldsAreAlwaysWritten) {
     EXPECT_EQ(write(QelDSLocation()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1007, 1156, 1630, 1032));
     EXPECT_EQ(childValue(message, 1007), "0");
@@ -51,11 +51,11 @@ TEST_F(QelDSLocationTest, TypeAndPathAreRequired) {
     }
 }
 
-TEST_F(QelDSLocationTest, WithoutNameAndPasswordTheyStayAsTheyWere) {
+TEST_F(QelDSLocationTest, MissingNameAndPasswordAreUnchanged) {
     EXPECT_EQ(write(vault()), 0);
     remove(1032);
     remove(1630);
-    message.newChild(1630); // no realm in it
+    message.newChild(1630); // without a realm
     message.seekUp();
     QelDSLocation location;
     location.password = "old";
@@ -65,18 +65,18 @@ TEST_F(QelDSLocationTest, WithoutNameAndPasswordTheyStayAsTheyWere) {
     EXPECT_FALSE(location.authName.name.isSpecified());
 }
 
-TEST_F(QelDSLocationTest, TheElementHasNoType) {
+TEST_F(QelDSLocationTest, ElementHasNoType) {
     EXPECT_THAT(typeOf(vault()), IsEmpty());
 }
 
-TEST_F(QelDSLocationTest, AConfigurationHoldsOneInAnElementOfItsOwn) {
+TEST_F(QelDSLocationTest, ConfigurationContainsLocationElement) {
     QelDSConfiguration configuration;
     configuration.location = vault();
     EXPECT_EQ(roundTrip(configuration).location.path, "/vault");
     EXPECT_THAT(childIDs(message), ElementsAre(1828));
 }
 
-TEST_F(QelDSLocationTest, AConfigurationNeedsItsLocation) {
+TEST_F(QelDSLocationTest, ConfigurationRequiresLocation) {
     QelDSConfiguration configuration;
     EXPECT_EQ(read(configuration), -1);
     message.newChild(1828);

@@ -29,7 +29,7 @@ std::string nameOf(const QelEnvConfig& config) {
 
 class QelV2VMigrateOptionsTest : public RecordTest {};
 
-TEST_F(QelV2VMigrateOptionsTest, EachFieldComesBack) {
+TEST_F(QelV2VMigrateOptionsTest, AllFieldsSurviveRoundTrip) {
     QelV2VMigrateOptions options;
     options.option1152 = true;
     options.option1296 = true;
@@ -39,7 +39,7 @@ TEST_F(QelV2VMigrateOptionsTest, EachFieldComesBack) {
     options.config = configNamed("web1");
     const QelV2VMigrateOptions back = roundTrip(options);
     EXPECT_THAT(childIDs(message), ElementsAre(1152, 1296, 1014, 2103, 1007, 1185));
-    EXPECT_EQ(childValue(message, 1152), "") << "the presence is the option";
+    EXPECT_EQ(childValue(message, 1152), "") << "the presence of the element is the option";
     EXPECT_EQ(back.option1152, options.option1152);
     EXPECT_EQ(back.option1296, options.option1296);
     EXPECT_EQ(back.option1014, options.option1014);
@@ -49,7 +49,7 @@ TEST_F(QelV2VMigrateOptionsTest, EachFieldComesBack) {
     EXPECT_EQ(nameOf(*back.config), "web1");
 }
 
-TEST_F(QelV2VMigrateOptionsTest, AnOptionThatIsFalseIsNotWrittenAndComesBackSpecified) {
+TEST_F(QelV2VMigrateOptionsTest, FalseOptionIsNotWrittenAndReadAsSpecified) {
     QelV2VMigrateOptions options;
     options.option1152 = false;
     const QelV2VMigrateOptions back = roundTrip(options);
@@ -57,7 +57,7 @@ TEST_F(QelV2VMigrateOptionsTest, AnOptionThatIsFalseIsNotWrittenAndComesBackSpec
     EXPECT_EQ(back.option1152, options.option1152);
 }
 
-TEST_F(QelV2VMigrateOptionsTest, AnUnspecifiedOptionComesBackAsFalse) {
+TEST_F(QelV2VMigrateOptionsTest, UnspecifiedOptionIsReadAsFalse) {
     const QelV2VMigrateOptions back = roundTrip(QelV2VMigrateOptions());
     for (const auto* const option : {&back.option1152, &back.option1296, &back.option1014}) {
         EXPECT_TRUE(option->isSpecified());
@@ -67,7 +67,7 @@ TEST_F(QelV2VMigrateOptionsTest, AnUnspecifiedOptionComesBackAsFalse) {
     EXPECT_FALSE(back.type.isSpecified());
 }
 
-TEST_F(QelV2VMigrateOptionsTest, AnOptionThatIsTrueButUnspecifiedIsNotWritten) {
+TEST_F(QelV2VMigrateOptionsTest, TrueButUnspecifiedOptionIsNotWritten) {
     QelV2VMigrateOptions options;
     options.option1014 = true;
     options.option1014.specify(false);
@@ -75,20 +75,20 @@ TEST_F(QelV2VMigrateOptionsTest, AnOptionThatIsTrueButUnspecifiedIsNotWritten) {
     EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
-TEST_F(QelV2VMigrateOptionsTest, ANullConfigurationIsNotWrittenAndComesBackEmpty) {
+TEST_F(QelV2VMigrateOptionsTest, NullConfigurationIsNotWrittenAndReadAsEmpty) {
     const QelV2VMigrateOptions back = roundTrip(QelV2VMigrateOptions());
     EXPECT_EQ(message.seekPresence(1185), -1);
     ASSERT_THAT(back.config, NotNull());
     EXPECT_EQ(nameOf(*back.config), "(none)");
 }
 
-TEST_F(QelV2VMigrateOptionsTest, AConfigurationThatIsThereIsReadInto) {
+TEST_F(QelV2VMigrateOptionsTest, ReadsIntoExistingConfiguration) {
     QelV2VMigrateOptions options;
     options.config = configNamed("old");
     const boost::shared_ptr<QelEnvConfig> before = options.config;
     EXPECT_EQ(read(options), 0);
     EXPECT_EQ(options.config, before);
-    EXPECT_EQ(nameOf(*before), "old") << "without the element it stays as it was";
+    EXPECT_EQ(nameOf(*before), "old") << "unchanged without the element";
 
     QelV2VMigrateOptions other;
     other.config = configNamed("new");
@@ -97,7 +97,7 @@ TEST_F(QelV2VMigrateOptionsTest, AConfigurationThatIsThereIsReadInto) {
     EXPECT_EQ(nameOf(*before), "new");
 }
 
-TEST_F(QelV2VMigrateOptionsTest, WhatIsUnreadableIsUnspecified) {
+TEST_F(QelV2VMigrateOptionsTest, UnreadableOptionsAreUnspecified) {
     message.putValue("?", 1007);
     QelV2VMigrateOptions options;
     options.type = 5;
@@ -120,7 +120,7 @@ protected:
     }
 };
 
-TEST_F(QelP2VMigrateOptionsTest, EachFieldComesBack) {
+TEST_F(QelP2VMigrateOptionsTest, AllFieldsSurviveRoundTrip) {
     const QelP2VMigrateOptions back = roundTrip(sample());
     EXPECT_THAT(childIDs(message), ElementsAre(1185, 1346, 1821, 1100, 1100, 1811));
     EXPECT_THAT(childrenIn(1346), ElementsAre(1156, 1156));
@@ -134,7 +134,7 @@ TEST_F(QelP2VMigrateOptionsTest, EachFieldComesBack) {
     EXPECT_EQ(back.nestedName, "sda1");
 }
 
-TEST_F(QelP2VMigrateOptionsTest, TheNameStandsInAPartitionOfADisk) {
+TEST_F(QelP2VMigrateOptionsTest, NameIsNestedInPartitionOfDisk) {
     EXPECT_EQ(write(sample()), 0);
     ASSERT_EQ(message.seek(1811), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1115));
@@ -143,9 +143,9 @@ TEST_F(QelP2VMigrateOptionsTest, TheNameStandsInAPartitionOfADisk) {
     EXPECT_EQ(childValue(message, 1026), "sda1");
 }
 
-TEST_F(QelP2VMigrateOptionsTest, NewOnesWriteTheListOnly) {
+TEST_F(QelP2VMigrateOptionsTest, DefaultWritesOnlyList) {
     EXPECT_EQ(write(QelP2VMigrateOptions()), 0);
-    EXPECT_THAT(childIDs(message), ElementsAre(1346)) << "an empty name makes no disk";
+    EXPECT_THAT(childIDs(message), ElementsAre(1346)) << "an empty name creates no disk element";
     QelP2VMigrateOptions back;
     EXPECT_EQ(read(back), 0);
     ASSERT_THAT(back.config, NotNull());
@@ -153,14 +153,14 @@ TEST_F(QelP2VMigrateOptionsTest, NewOnesWriteTheListOnly) {
     EXPECT_FALSE(back.option1821.isSpecified());
 }
 
-TEST_F(QelP2VMigrateOptionsTest, AnOptionThatIsFalseIsWrittenAsZero) {
+TEST_F(QelP2VMigrateOptionsTest, FalseOptionIsWrittenAsZero) {
     QelP2VMigrateOptions options;
     options.option1821 = false;
     EXPECT_EQ(roundTrip(options).option1821, options.option1821);
     EXPECT_EQ(childValue(message, 1821), "0");
 }
 
-TEST_F(QelP2VMigrateOptionsTest, ADiskWithoutAPartitionOrANameLeavesTheName) {
+TEST_F(QelP2VMigrateOptionsTest, DiskWithoutPartitionOrNameLeavesNameUnchanged) {
     QelP2VMigrateOptions options;
     options.nestedName = "old";
     message.newChild(1811);
@@ -170,22 +170,22 @@ TEST_F(QelP2VMigrateOptionsTest, ADiskWithoutAPartitionOrANameLeavesTheName) {
     message.putChild(1115);
     message.seekUp();
     EXPECT_EQ(read(options), 0);
-    EXPECT_EQ(message.curID(), recordElement) << "the cursor comes back";
+    EXPECT_EQ(message.curID(), recordElement) << "the position is restored";
     EXPECT_EQ(options.nestedName, "old");
 }
 
-TEST_F(QelP2VMigrateOptionsTest, NothingThatIsMissingOrUnreadableFails) {
+TEST_F(QelP2VMigrateOptionsTest, MissingOrUnreadableFieldsAreIgnored) {
     EXPECT_EQ(write(sample()), 0);
     message.putChild(1100); // a service without a name
     replace(1821, "?");
     QelP2VMigrateOptions back;
     EXPECT_EQ(read(back), 0);
     EXPECT_FALSE(back.option1821.isSpecified());
-    EXPECT_THAT(back.services, SizeIs(2)) << "those before it stay";
-    EXPECT_EQ(back.nestedName, "sda1") << "and what is behind it is read";
+    EXPECT_THAT(back.services, SizeIs(2)) << "elements before the unreadable one are kept";
+    EXPECT_EQ(back.nestedName, "sda1") << "fields after it are read";
 }
 
-TEST_F(QelP2VMigrateOptionsTest, AServiceThatCannotBeReadEndsTheServices) {
+TEST_F(QelP2VMigrateOptionsTest, UnreadableServiceEndsServiceList) {
     message.putChild(1100);
     QelService service;
     service.name = "cron";
@@ -199,7 +199,7 @@ TEST_F(QelP2VMigrateOptionsTest, AServiceThatCannotBeReadEndsTheServices) {
 
 class QelMigrateFamiliesTest : public RecordTest {
 protected:
-    /// Each class is a family of its own, of which it is the default.
+    /// Each class is the default of its own family.
     template <class Options> void expectFamily(const char* type) {
         const boost::shared_ptr<Options> options(new Options);
         EXPECT_EQ(message.putObject(options, QelWriterDerived<Options>(), 1307), 0);
@@ -224,7 +224,7 @@ protected:
     }
 };
 
-TEST_F(QelMigrateFamiliesTest, EachClassIsAFamilyOfItsOwn) {
+TEST_F(QelMigrateFamiliesTest, EachClassHasItsOwnFamily) {
     expectFamily<QelP2VMigrateOptions>("migration:p2v_migrate_options");
     expectFamily<QelCalculateHWNodeNotes>("migration:hw_node_notes");
     expectFamily<QelV2PMigrateOptions>("migration:v2p_migrate_options");
@@ -232,7 +232,7 @@ TEST_F(QelMigrateFamiliesTest, EachClassIsAFamilyOfItsOwn) {
     expectFamily<QelMigratorCloneOptions>("migration:clone_options");
 }
 
-TEST_F(QelMigrateFamiliesTest, ThreeOfThemHaveNoFields) {
+TEST_F(QelMigrateFamiliesTest, ThreeClassesHaveNoFields) {
     expectEmpty<QelCalculateHWNodeNotes>();
     expectEmpty<QelV2PMigrateOptions>();
     expectEmpty<QelMigratorCloneOptions>();

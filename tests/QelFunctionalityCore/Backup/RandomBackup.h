@@ -6,9 +6,9 @@
 namespace Qel::TestSupport {
 
 inline RandomFamily randomBackup() {
-    // Without a base configuration it is written with an empty one, as an environment is.
+    // Without a base configuration, an empty one is written, as for an environment.
     constexpr OddRecord holdsEnvironment{.settlesLate = true};
-    // The connection is read into the local agent's, whose protocol it keeps if it has none.
+    // The connection is read into that of the local agent, whose protocol it keeps if it has none.
     constexpr OddRecord completesConnection{.settlesLate = true};
     return {
         .fields{

@@ -6,7 +6,7 @@
 
 namespace Qel {
 
-/// A vault with a keeper.
+/// A storage with an account.
 inline QelDSLocation vault() {
     QelDSLocation location;
     location.type = 2;

@@ -43,13 +43,13 @@ protected:
     const LogCapture log;
 };
 
-TEST_F(DebugConfigurationTest, EveryLevelFrom0To6IsGivenWithoutAWord) {
+TEST_F(DebugConfigurationTest, LevelsFrom0To6AreReturnedWithoutLogging) {
     for (const int level : {0, 1, 4, 6})
         EXPECT_EQ(system("<log_level>" + std::to_string(level) + "</log_level>").level(), level);
     EXPECT_THAT(log.texts(), IsEmpty());
 }
 
-TEST_F(DebugConfigurationTest, ALevelOutOfRangeIsLoggedAndGivenAllTheSame) {
+TEST_F(DebugConfigurationTest, LevelOutOfRangeIsLoggedAndReturned) {
     EXPECT_EQ(system("<log_level>7</log_level>").level(), 7);
     EXPECT_EQ(system("<log_level>-1</log_level>").level(), -1);
     EXPECT_THAT(log.texts(), ElementsAre(invalidLevel, invalidLevel));
@@ -57,14 +57,14 @@ TEST_F(DebugConfigurationTest, ALevelOutOfRangeIsLoggedAndGivenAllTheSame) {
     EXPECT_EQ(log.lines()[0].file, "core/src/QelFunctionalityCore/QelConfig");
 }
 
-TEST_F(DebugConfigurationTest, AMissingLevelOrOneThatIsNoNumberIsLoggedAsUnreadAndAsInvalid) {
+TEST_F(DebugConfigurationTest, MissingOrNonNumericLevelIsLoggedAsUnreadAndAsInvalid) {
     EXPECT_EQ(system("").level(), -1);
     EXPECT_THAT(log.texts(), ElementsAre(failedLevel, invalidLevel));
     EXPECT_EQ(system("<log_level>high</log_level>").level(), -1);
     EXPECT_EQ(log.texts().size(), 4u);
 }
 
-TEST_F(DebugConfigurationTest, WithoutTheSectionTheLevelIsInvalidAndTheRestSilentlyAtItsDefault) {
+TEST_F(DebugConfigurationTest, WithoutSectionOnlyInvalidLevelIsLogged) {
     for (const char* elements : {"<data><agent/></data>", "<data/>", ""}) {
         const LogCapture capture;
         const Debug::Configuration settings(parsed(elements));
@@ -75,20 +75,20 @@ TEST_F(DebugConfigurationTest, WithoutTheSectionTheLevelIsInvalidAndTheRestSilen
     }
 }
 
-TEST_F(DebugConfigurationTest, AnEmptyConfigurationCountsAsOneWithoutTheSection) {
+TEST_F(DebugConfigurationTest, EmptyConfigurationIsTreatedAsMissingSection) {
     const Debug::Configuration settings{QelConfiguration()};
     EXPECT_EQ(settings.level(), -1);
     EXPECT_THAT(log.texts(), ElementsAre(invalidLevel));
 }
 
-TEST_F(DebugConfigurationTest, TheFormatIsTheFunctionNameLevelAnd0WithoutAWord) {
+TEST_F(DebugConfigurationTest, FormatIsFunctionNameLevelAndSilentlyDefaultsTo0) {
     EXPECT_EQ(system("<log_func_name_level>2</log_func_name_level>").format(), 2);
     EXPECT_EQ(system("").format(), 0);
     EXPECT_EQ(system("<log_func_name_level>x</log_func_name_level>").format(), 0);
     EXPECT_THAT(log.texts(), IsEmpty());
 }
 
-TEST_F(DebugConfigurationTest, TheFilterIsMadeOfBothLists) {
+TEST_F(DebugConfigurationTest, FilterContainsBothLists) {
     const Debug::ModuleFilter filter = system("<log_process_plugins>a b</log_process_plugins>"
                                               "<log_ignore_plugins>b</log_ignore_plugins>")
                                            .filter();
@@ -98,7 +98,7 @@ TEST_F(DebugConfigurationTest, TheFilterIsMadeOfBothLists) {
     EXPECT_THAT(log.texts(), IsEmpty());
 }
 
-TEST_F(DebugConfigurationTest, EachListThatIsMissingIsLogged) {
+TEST_F(DebugConfigurationTest, MissingListsAreLogged) {
     const Debug::ModuleFilter ignoring = system("<log_ignore_plugins>b</log_ignore_plugins>").filter();
     EXPECT_THAT(log.texts(), ElementsAre(failedProcessed));
     EXPECT_TRUE(ignoring.passes("a"));
@@ -112,7 +112,7 @@ TEST_F(DebugConfigurationTest, EachListThatIsMissingIsLogged) {
     EXPECT_THAT(log.texts(), ElementsAre(failedProcessed, failedIgnored, failedProcessed, failedIgnored));
 }
 
-TEST_F(DebugConfigurationTest, ReadingAgainFindsTheSameAndLaterChangesDontShow) {
+TEST_F(DebugConfigurationTest, LaterChangesHaveNoEffect) {
     QelConfiguration configuration =
         parsed("<data><system><configuration><log_level>3</log_level></configuration></system></data>");
     const Debug::Configuration settings(configuration);
@@ -125,7 +125,7 @@ TEST_F(DebugConfigurationTest, ReadingAgainFindsTheSameAndLaterChangesDontShow) 
     }
 }
 
-TEST_F(DebugConfigurationTest, TheOrderIsThatOfTheGlobalFileAtEachCall) {
+TEST_F(DebugConfigurationTest, OrderIsReadFromGlobalFileAtEachCall) {
     const TestSupport::TempFolder root;
     setenv("QEL_ROOT", root.path("").c_str(), 1);
     const auto store = [&](const std::string& order) {
@@ -143,16 +143,16 @@ TEST_F(DebugConfigurationTest, TheOrderIsThatOfTheGlobalFileAtEachCall) {
     unsetenv("QEL_ROOT");
 }
 
-TEST_F(DebugConfigurationTest, TheLogTakesItsSettings) {
+TEST_F(DebugConfigurationTest, LogUsesSettings) {
     const int before = debug_level;
     Debug::setSettingsProvider(std::make_shared<Debug::Configuration>(
         parsed("<data><system><configuration><log_level>6</log_level><log_process_plugins/>"
                "<log_ignore_plugins>noisy</log_ignore_plugins></configuration></system></data>")));
     EXPECT_EQ(debug_level, 6);
-    const std::size_t told = log.lines().size();
+    const std::size_t linesBefore = log.lines().size();
     Log2("noisy", "f", 1, "f", "f").put(1, "not to be seen");
     Log2("quiet", "f", 1, "f", "f").put(6, "seen");
-    EXPECT_EQ(log.lines().size(), told + 1);
+    EXPECT_EQ(log.lines().size(), linesBefore + 1);
     Debug::setSettingsProvider(nullptr);
     debug_level = before;
 }

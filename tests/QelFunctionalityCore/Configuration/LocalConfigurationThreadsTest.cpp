@@ -11,8 +11,8 @@ namespace Qel {
 
 namespace {
 
-/// Threads that repeat their work while at least one of them has rounds to go.  Without the lock of the local
-/// configuration they destroy what another one copies; a build with the thread sanitizer reports each access.
+/// Threads that repeat their work while at least one of them has rounds left.  Without the lock of the local
+/// configuration, one thread destroys what another one copies; the thread sanitizer reports each such access.
 class LocalConfigurationThreadsTest : public testing::Test {
 protected:
     static constexpr int rounds = 200;
@@ -47,7 +47,7 @@ private:
     std::vector<std::thread> m_threads;
 };
 
-TEST_F(LocalConfigurationThreadsTest, EveryConfigurationIsOneThatWasSet) {
+TEST_F(LocalConfigurationThreadsTest, EveryConfigurationReadIsOneThatWasSet) {
     const std::array configurations{configurationOf(localEID), configurationOf(masterEID)};
     std::atomic<int> strangers{0};
     QelConfiguration::setLocalConfig(configurations[0].getMessage());
@@ -63,8 +63,8 @@ TEST_F(LocalConfigurationThreadsTest, EveryConfigurationIsOneThatWasSet) {
     EXPECT_EQ(strangers, 0);
 }
 
-// The reference is not read, since it outlives the lock.
-TEST_F(LocalConfigurationThreadsTest, IdentityIsLookedUpWhileConfigurationsAreSet) {
+// The returned reference is not read: it is not protected by the lock after the call.
+TEST_F(LocalConfigurationThreadsTest, IdentityLookupIsSafeWhileConfigurationsAreSet) {
     const QelConfiguration configuration = configurationOf(localEID);
     const QelEID* const identity = &QelConfiguration::getLocalEID();
     std::atomic<int> others{0};

@@ -18,7 +18,7 @@ using TestSupport::LogCapture;
 
 constexpr const char* option = "/data/system/configuration/sorting_order";
 
-/// A test with a global configuration file of its own.
+/// Provides a global configuration file for each test.
 class GlobalOptionTest : public ::testing::Test {
 protected:
     GlobalOptionTest() { setenv("QEL_ROOT", root.path("").c_str(), 1); }
@@ -37,7 +37,7 @@ protected:
     const std::string file = root.path("etc/qel/qel.conf");
 };
 
-TEST_F(GlobalOptionTest, IsReadAndEachStepIsTraced) {
+TEST_F(GlobalOptionTest, ReadTracesEachStep) {
     store("1");
     const LogCapture log;
     int value = 0;
@@ -53,7 +53,7 @@ TEST_F(GlobalOptionTest, IsReadAndEachStepIsTraced) {
     }
 }
 
-TEST_F(GlobalOptionTest, IsReadAnewAtEachCall) {
+TEST_F(GlobalOptionTest, FileIsReadAtEachCall) {
     store("1");
     int value = 0;
     EXPECT_EQ(oh_read_global_config_option(option, value), 0);
@@ -62,7 +62,7 @@ TEST_F(GlobalOptionTest, IsReadAnewAtEachCall) {
     EXPECT_EQ(value, -5);
 }
 
-TEST_F(GlobalOptionTest, AMissingFileIsAnErrorWithItsPath) {
+TEST_F(GlobalOptionTest, MissingFileLogsItsPath) {
     const LogCapture log(LogLevel::error);
     int value = 7;
     EXPECT_EQ(oh_read_global_config_option(option, value), 1);
@@ -70,7 +70,7 @@ TEST_F(GlobalOptionTest, AMissingFileIsAnErrorWithItsPath) {
     EXPECT_THAT(log.texts(), ElementsAre("1 [oh_read_global_config_option] can't read config file: " + file));
 }
 
-TEST_F(GlobalOptionTest, ADamagedFileIsAnErrorToo) {
+TEST_F(GlobalOptionTest, DamagedFileIsLogged) {
     root.write("etc/qel/qel.conf", "<message><data>");
     const LogCapture log(LogLevel::error);
     int value = 7;
@@ -78,7 +78,7 @@ TEST_F(GlobalOptionTest, ADamagedFileIsAnErrorToo) {
     EXPECT_THAT(log.texts(), ElementsAre("1 [oh_read_global_config_option] can't read config file: " + file));
 }
 
-TEST_F(GlobalOptionTest, AMissingSectionIsAnErrorWithTheOption) {
+TEST_F(GlobalOptionTest, MissingSectionLogsOption) {
     root.write("etc/qel/qel.conf", "<message><data/></message>");
     const LogCapture log(LogLevel::error);
     int value = 7;
@@ -87,7 +87,7 @@ TEST_F(GlobalOptionTest, AMissingSectionIsAnErrorWithTheOption) {
     EXPECT_THAT(log.texts(), ElementsAre("1 [oh_read_global_config_option] Can't seek path: " + std::string(option)));
 }
 
-TEST_F(GlobalOptionTest, AValueThatIsNoNumberIsAnErrorWithTheResultAndWithoutTheValue) {
+TEST_F(GlobalOptionTest, NonNumericValueLogsResultButNotValue) {
     store("secret");
     const LogCapture log(LogLevel::error);
     int value = 7;
@@ -97,7 +97,7 @@ TEST_F(GlobalOptionTest, AValueThatIsNoNumberIsAnErrorWithTheResultAndWithoutThe
                                          " option from global config with error 1."));
 }
 
-TEST_F(GlobalOptionTest, AValueWithinItsBoundsIsTaken) {
+TEST_F(GlobalOptionTest, ValueInRangeIsUsed) {
     store("1");
     const LogCapture log(LogLevel::error);
     int value = 0;
@@ -106,7 +106,7 @@ TEST_F(GlobalOptionTest, AValueWithinItsBoundsIsTaken) {
     EXPECT_THAT(log.texts(), IsEmpty());
 }
 
-TEST_F(GlobalOptionTest, AValueOutOfItsBoundsIsLoggedAndTheDefaultStays) {
+TEST_F(GlobalOptionTest, ValueOutOfRangeIsLoggedAndDefaultIsKept) {
     store("2");
     const LogCapture log(LogLevel::error);
     int value = 0;
@@ -116,7 +116,7 @@ TEST_F(GlobalOptionTest, AValueOutOfItsBoundsIsLoggedAndTheDefaultStays) {
                 ElementsAre("1 [oh_get_global_config_option] Value : " + std::string(option) + " must be from 0..1"));
 }
 
-TEST_F(GlobalOptionTest, AValueOnAnExcludedBorderIsRefused) {
+TEST_F(GlobalOptionTest, ValueOnExclusiveBoundIsRejected) {
     store("0");
     const LogCapture log(LogLevel::error);
     int value = 9;
@@ -125,7 +125,7 @@ TEST_F(GlobalOptionTest, AValueOnAnExcludedBorderIsRefused) {
     EXPECT_EQ(log.texts().size(), 1u);
 }
 
-TEST_F(GlobalOptionTest, WhatCantBeReadIsntCheckedEither) {
+TEST_F(GlobalOptionTest, UnreadableValueIsNotRangeChecked) {
     const LogCapture log(LogLevel::error);
     int value = 9;
     EXPECT_EQ(get(value, 0, 1, true), 1);

@@ -17,7 +17,7 @@ QelAuthName authName(const std::string& name, const std::string& domain, const Q
     return made;
 }
 
-TEST(QelAuthNameTest, DomainAndNameTravelAsBase64BeforeTheRealm) {
+TEST(QelAuthNameTest, DomainAndNameAreBase64AndPrecedeRealm) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(authName("root", "lan"), 0), 0);
     EXPECT_EQ(childValue(*tree, 1374), "bGFu");
@@ -29,7 +29,7 @@ TEST(QelAuthNameTest, DomainAndNameTravelAsBase64BeforeTheRealm) {
     EXPECT_EQ(tree->curID(), 1026);
 }
 
-TEST(QelAuthNameTest, WhatIsUnspecifiedIsNotWrittenAndReadsAsUnspecified) {
+TEST(QelAuthNameTest, UnspecifiedFieldsAreNotWrittenAndReadAsUnspecified) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelAuthName(), 0), 0);
     EXPECT_EQ(countChildren(*tree), 1);
@@ -39,7 +39,7 @@ TEST(QelAuthNameTest, WhatIsUnspecifiedIsNotWrittenAndReadsAsUnspecified) {
     EXPECT_FALSE(read.domain.isSpecified());
 }
 
-TEST(QelAuthNameTest, ASpecifiedEmptyNameStaysSpecified) {
+TEST(QelAuthNameTest, SpecifiedEmptyNameStaysSpecified) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(authName("", ""), 0), 0);
     QelAuthName read;
@@ -48,7 +48,7 @@ TEST(QelAuthNameTest, ASpecifiedEmptyNameStaysSpecified) {
     EXPECT_TRUE(read.domain.isSpecified());
 }
 
-TEST(QelAuthNameTest, WithoutARealmTheNamesAreReadAndTheReadFails) {
+TEST(QelAuthNameTest, MissingRealmFailsAfterNamesAreRead) {
     TestTree tree;
     tree->putValueBase64("root", 1026);
     QelAuthName read;
@@ -58,7 +58,7 @@ TEST(QelAuthNameTest, WithoutARealmTheNamesAreReadAndTheReadFails) {
     EXPECT_EQ(tree->getObj(read, 0), -1);
 }
 
-TEST(QelAuthNameTest, TheOrderIsByDomainAndThenByName) {
+TEST(QelAuthNameTest, OrdersByDomainThenName) {
     EXPECT_LT(authName("b", "a"), authName("a", "b"));
     EXPECT_LT(authName("a", "a"), authName("b", "a"));
     EXPECT_FALSE(authName("a", "a") < authName("a", "a"));
@@ -68,7 +68,7 @@ TEST(QelAuthNameTest, TheOrderIsByDomainAndThenByName) {
     EXPECT_FALSE(authName("a", "") < withoutDomain);
 }
 
-TEST(QelAuthNameTest, OneNameInTwoRealmsIsOneMemberOfASetAndTheFirstStays) {
+TEST(QelAuthNameTest, SetKeepsFirstOfEqualNamesInDifferentRealms) {
     std::set<QelAuthName> names;
     names.insert(authName("root", "lan", QelGUID(1, 1)));
     names.insert(authName("root", "lan", QelGUID(2, 2)));
@@ -96,7 +96,7 @@ QelSecurityPrincipal principal() {
 
 using Form = QelSecurityPrincipal::PropertyForm;
 
-TEST(QelSecurityPrincipalTest, ComesBackAsItWasInEitherForm) {
+TEST(QelSecurityPrincipalTest, BothFormsSurviveRoundTrip) {
     for (const Form form : {Form::attributes, Form::properties}) {
         TestTree tree;
         ASSERT_EQ(tree->putObject(principal(), QelSecurityPrincipal::Writer(form), 0), 0);
@@ -115,7 +115,7 @@ TEST(QelSecurityPrincipalTest, ComesBackAsItWasInEitherForm) {
     }
 }
 
-TEST(QelSecurityPrincipalTest, TheFormTellsTheElementOfTheProperties) {
+TEST(QelSecurityPrincipalTest, FormSelectsPropertyElement) {
     TestTree attributes;
     ASSERT_EQ(attributes->putObj(principal(), 0), 0);
     ASSERT_EQ(attributes->seek(1307), 0);
@@ -144,7 +144,7 @@ TEST(QelSecurityPrincipalTest, EmptySetsAreNotWrittenAndMayBeMissing) {
     EXPECT_EQ(read.realm, QelGUID(1, 2));
 }
 
-TEST(QelSecurityPrincipalTest, AnUnreadableMemberOfAnySetFailsTheReadBeforeTheName) {
+TEST(QelSecurityPrincipalTest, UnreadableSetMemberFailsReadingBeforeName) {
     for (const int set : {1029, 1737, 2121}) {
         TestTree tree;
         tree->newChild(set);
@@ -157,7 +157,7 @@ TEST(QelSecurityPrincipalTest, AnUnreadableMemberOfAnySetFailsTheReadBeforeTheNa
     }
 }
 
-TEST(QelSecurityPrincipalTest, AnUnreadablePropertyFailsTheReadAndTheCursorComesBack) {
+TEST(QelSecurityPrincipalTest, UnreadablePropertyFailsReadingAndRestoresPosition) {
     TestTree tree;
     tree->newChild(1307);
     tree->newChild(1918);
@@ -169,7 +169,7 @@ TEST(QelSecurityPrincipalTest, AnUnreadablePropertyFailsTheReadAndTheCursorComes
     EXPECT_EQ(tree->curName(), "/");
 }
 
-TEST(QelSecurityPrincipalTest, WithoutARealmTheReadFails) {
+TEST(QelSecurityPrincipalTest, MissingRealmFailsReading) {
     TestTree tree;
     QelSecurityPrincipal read;
     EXPECT_EQ(tree->getObj(read, 0), -1);

@@ -33,7 +33,7 @@ constexpr const char* sample = "<data><system><configuration>"
 
 class QelConfigurationIteratorTest : public ::testing::Test {
 protected:
-    /// What a relative path reads at the present position: tells where the iterator stands.
+    /// What a relative path reads at the current position: shows where the iterator is.
     std::string read(const std::string& path) {
         std::string value = "(none)";
         at.getValue(value, path);
@@ -44,12 +44,12 @@ protected:
     QelConfigurationIterator empty{parsed("<data/>")};
 };
 
-TEST_F(QelConfigurationIteratorTest, StartsAtTheDataElement) {
+TEST_F(QelConfigurationIteratorTest, StartsAtDataElement) {
     EXPECT_EQ(read("system/log_level"), "4");
     EXPECT_EQ(at.seekUp(), -1);
 }
 
-TEST_F(QelConfigurationIteratorTest, APathBeginsAtTheDataElementOrAtThePosition) {
+TEST_F(QelConfigurationIteratorTest, PathStartsAtDataElementOrCurrentPosition) {
     EXPECT_EQ(read("/system/log_level"), "4");
     ASSERT_EQ(at.seek("/system"), 0);
     EXPECT_EQ(read("log_level"), "4");
@@ -59,21 +59,21 @@ TEST_F(QelConfigurationIteratorTest, APathBeginsAtTheDataElementOrAtThePosition)
     EXPECT_EQ(read("etc"), "/etc");
 }
 
-TEST_F(QelConfigurationIteratorTest, ASlashAloneIsTheDataElement) {
+TEST_F(QelConfigurationIteratorTest, SlashIsDataElement) {
     ASSERT_EQ(at.seek("/system/paths"), 0);
     EXPECT_EQ(at.seek("/"), 0);
     EXPECT_EQ(at.seekUp(), -1);
     EXPECT_EQ(read("system/log_level"), "4");
 }
 
-TEST_F(QelConfigurationIteratorTest, ElementsCanBeNamedByTheirIds) {
+TEST_F(QelConfigurationIteratorTest, PathMayContainElementIds) {
     QelConfigurationIterator byID(parsed("<e1307><agent><e1021><id>x</id></e1021></agent></e1307>"));
     std::string value;
     EXPECT_EQ(byID.getValue(value, "/e1044/e1010"), 0);
     EXPECT_EQ(value, "x");
 }
 
-TEST_F(QelConfigurationIteratorTest, AnIntegerIsReadAndSomethingElseIsAFailure) {
+TEST_F(QelConfigurationIteratorTest, ReadsIntegersOnly) {
     int number = 9;
     EXPECT_EQ(at.getValue(number, "/system/paths/etc"), -1);
     EXPECT_EQ(number, 9);
@@ -81,7 +81,7 @@ TEST_F(QelConfigurationIteratorTest, AnIntegerIsReadAndSomethingElseIsAFailure) 
     EXPECT_EQ(number, 4);
 }
 
-TEST_F(QelConfigurationIteratorTest, AMissingPathLeavesEverythingAsItWas) {
+TEST_F(QelConfigurationIteratorTest, MissingPathLeavesOutputAndPositionUnchanged) {
     const std::string before = textOf(at);
     ASSERT_EQ(at.seek("/system"), 0);
     for (const char* path :
@@ -99,13 +99,13 @@ TEST_F(QelConfigurationIteratorTest, AMissingPathLeavesEverythingAsItWas) {
     EXPECT_EQ(textOf(at), before);
 }
 
-TEST_F(QelConfigurationIteratorTest, ATrailingSlashLeavesAnEmptyName) {
+TEST_F(QelConfigurationIteratorTest, TrailingSlashIsFollowedByEmptyName) {
     EXPECT_EQ(at.seek("/system/"), -1);
     EXPECT_EQ(at.seek("/system/paths/"), -1);
     EXPECT_EQ(at.seek("//"), -1);
 }
 
-TEST_F(QelConfigurationIteratorTest, PuttingAValueMakesThePathAndComesBack) {
+TEST_F(QelConfigurationIteratorTest, PutCreatesPathAndRestoresPosition) {
     EXPECT_EQ(empty.putValue(7, "/system/a/b"), 0);
     EXPECT_EQ(textOf(empty), "<data><system><configuration><a><b>7</b></a></configuration></system></data>");
     EXPECT_EQ(empty.seekUp(), -1);
@@ -114,7 +114,7 @@ TEST_F(QelConfigurationIteratorTest, PuttingAValueMakesThePathAndComesBack) {
     EXPECT_EQ(value, 7);
 }
 
-TEST_F(QelConfigurationIteratorTest, PuttingAValueUsesWhatIsThere) {
+TEST_F(QelConfigurationIteratorTest, PutUsesExistingElements) {
     ASSERT_EQ(at.seek("/system"), 0);
     EXPECT_EQ(at.putValue(std::string("2"), "log_level"), 0);
     EXPECT_EQ(at.putValueBase64(std::string("\0x", 2), "key"), 0);
@@ -126,13 +126,13 @@ TEST_F(QelConfigurationIteratorTest, PuttingAValueUsesWhatIsThere) {
     EXPECT_EQ(key, std::string("\0x", 2));
 }
 
-TEST_F(QelConfigurationIteratorTest, AnOptionInABareSectionGetsAConfigurationElement) {
+TEST_F(QelConfigurationIteratorTest, FirstOptionOfSectionCreatesConfigurationElement) {
     EXPECT_EQ(at.putValue(1, "/bare/option"), 0);
     EXPECT_EQ(read("/bare/option"), "1");
     EXPECT_NE(textOf(at).find("<bare><configuration><option>1</option></configuration></bare>"), std::string::npos);
 }
 
-TEST_F(QelConfigurationIteratorTest, AnEmptyNameIsMadeLikeAnyOther) {
+TEST_F(QelConfigurationIteratorTest, EmptyNameIsCreatedLikeAnyOther) {
     EXPECT_EQ(at.putValue(5, "/system/new/"), 0);
     EXPECT_EQ(at.seek("/system/new"), 0);
     EXPECT_EQ(read(""), "5");
@@ -142,7 +142,7 @@ TEST_F(QelConfigurationIteratorTest, AnEmptyNameIsMadeLikeAnyOther) {
     EXPECT_EQ(read("log_level"), "4");
 }
 
-TEST_F(QelConfigurationIteratorTest, UpFromAnOptionIsItsSection) {
+TEST_F(QelConfigurationIteratorTest, UpFromOptionIsSection) {
     ASSERT_EQ(at.seek("/system/paths"), 0);
     EXPECT_EQ(at.seekUp(), 0);
     EXPECT_EQ(read("log_level"), "4");
@@ -152,13 +152,13 @@ TEST_F(QelConfigurationIteratorTest, UpFromAnOptionIsItsSection) {
     EXPECT_EQ(read("system/log_level"), "4");
 }
 
-TEST_F(QelConfigurationIteratorTest, UpFromWithinAnOptionIsOneElement) {
+TEST_F(QelConfigurationIteratorTest, UpInsideOptionIsParentElement) {
     ASSERT_EQ(at.seek("/system/paths/etc"), 0);
     EXPECT_EQ(at.seekUp(), 0);
     EXPECT_EQ(read("etc"), "/etc");
 }
 
-TEST_F(QelConfigurationIteratorTest, ChildrenAreOneStepDown) {
+TEST_F(QelConfigurationIteratorTest, ChildrenAreOneLevelDown) {
     ASSERT_EQ(at.firstChild(), 0);
     EXPECT_EQ(read("log_level"), "4");
     ASSERT_EQ(at.firstChild("paths"), 0);
@@ -169,7 +169,7 @@ TEST_F(QelConfigurationIteratorTest, ChildrenAreOneStepDown) {
     EXPECT_EQ(read("log_level"), "4");
 }
 
-TEST_F(QelConfigurationIteratorTest, ANewChildIsAppendedEvenIfOneOfThatNameIsThere) {
+TEST_F(QelConfigurationIteratorTest, NewChildIsAppendedEvenIfNameExists) {
     ASSERT_EQ(at.seek("/system"), 0);
     ASSERT_EQ(at.newChild("log_level"), 0);
     EXPECT_EQ(at.seekUp(), 0);
@@ -177,7 +177,7 @@ TEST_F(QelConfigurationIteratorTest, ANewChildIsAppendedEvenIfOneOfThatNameIsThe
     EXPECT_NE(textOf(at).find("</paths><log_level/></configuration>"), std::string::npos);
 }
 
-TEST_F(QelConfigurationIteratorTest, AMissingChildLeavesTheIteratorWhereItWas) {
+TEST_F(QelConfigurationIteratorTest, MissingChildLeavesPositionUnchanged) {
     EXPECT_EQ(at.firstChild("none"), -1);
     EXPECT_EQ(read("system/log_level"), "4");
     ASSERT_EQ(at.seek("/system/paths"), 0);
@@ -186,10 +186,11 @@ TEST_F(QelConfigurationIteratorTest, AMissingChildLeavesTheIteratorWhereItWas) {
     EXPECT_EQ(empty.firstChild(), -1);
 }
 
-TEST_F(QelConfigurationIteratorTest, AMissingChildOfASectionLeavesTheCursorInTheConfigurationElement) {
+TEST_F(QelConfigurationIteratorTest, MissingChildOfSectionLeavesCursorInConfigurationElement) {
     ASSERT_EQ(at.seek("/system"), 0);
     EXPECT_EQ(at.firstChild("none"), -1);
-    // A relative path looks for a further one in it, and the step up leads to the section instead of the data element.
+    // A relative path looks for another one inside it, and one step up leads to the section instead of the data
+    // element.
     EXPECT_EQ(read("log_level"), "(none)");
     EXPECT_EQ(at.seekUp(), 0);
     EXPECT_EQ(at.seek("configuration"), 0);
@@ -201,7 +202,7 @@ TEST_F(QelConfigurationIteratorTest, AMissingChildOfASectionLeavesTheCursorInThe
     EXPECT_EQ(read("/system/log_level"), "4");
 }
 
-TEST_F(QelConfigurationIteratorTest, TheChildrenOfASectionWithoutOptionsAreAFailure) {
+TEST_F(QelConfigurationIteratorTest, SectionWithoutOptionsHasNoChildren) {
     ASSERT_EQ(at.seek("/bare"), 0);
     EXPECT_EQ(at.firstChild(), -1);
     EXPECT_EQ(at.newChild("option"), -1);
@@ -209,7 +210,7 @@ TEST_F(QelConfigurationIteratorTest, TheChildrenOfASectionWithoutOptionsAreAFail
     EXPECT_EQ(read("system/log_level"), "4");
 }
 
-TEST_F(QelConfigurationIteratorTest, WithoutADataElementNothingIsFoundAndNothingMade) {
+TEST_F(QelConfigurationIteratorTest, WithoutDataElementNothingIsFoundOrCreated) {
     QelConfigurationIterator bare(parsed(""));
     EXPECT_EQ(bare.seekRoot(), -1);
     EXPECT_EQ(bare.seek("/"), -1);
@@ -219,7 +220,7 @@ TEST_F(QelConfigurationIteratorTest, WithoutADataElementNothingIsFoundAndNothing
     EXPECT_NE(root->firstChild(), 0);
 }
 
-TEST_F(QelConfigurationIteratorTest, AFurtherIteratorHasACopyAndStartsAtTheDataElement) {
+TEST_F(QelConfigurationIteratorTest, GetIteratorCopiesTreeAndStartsAtDataElement) {
     ASSERT_EQ(at.seek("/system"), 0);
     const std::unique_ptr<QelConfigurationIterator> other(at.getIterator());
     EXPECT_NE(other->getMessage(), at.getMessage());
@@ -230,24 +231,24 @@ TEST_F(QelConfigurationIteratorTest, AFurtherIteratorHasACopyAndStartsAtTheDataE
     EXPECT_EQ(read("log_level"), "4");
 }
 
-TEST_F(QelConfigurationIteratorTest, AConfigurationOfItsOwnCanBeHad) {
+TEST_F(QelConfigurationIteratorTest, GetConfigCopiesTree) {
     const std::unique_ptr<QelConfiguration> configuration(at.getConfig());
     ASSERT_NE(configuration->getMessage(), nullptr);
     EXPECT_NE(configuration->getMessage(), at.getMessage());
     EXPECT_EQ(textOf(*configuration->getMessage()), TestSupport::textOf(*at.getMessage()));
 }
 
-TEST_F(QelConfigurationIteratorTest, ASavedPositionIsKeptUntilTheNextIsSaved) {
+TEST_F(QelConfigurationIteratorTest, SavedPositionIsKeptUntilNextSave) {
     at.savePath();
     ASSERT_EQ(at.adjustLevel(), 0);
     at.restorePath();
     ASSERT_EQ(at.seek("/system/paths"), 0);
-    // The walk has saved the position before it.
+    // followPath() has saved the position before the walk.
     at.restorePath();
     EXPECT_EQ(read("system/log_level"), "4");
 }
 
-TEST_F(QelConfigurationIteratorTest, AFailedStepOfAWalkLeavesTheLevelAsItWas) {
+TEST_F(QelConfigurationIteratorTest, FailedStepLeavesLevelUnchanged) {
     ASSERT_EQ(at.seek("/system"), 0);
     EXPECT_EQ(at.seekSubPath("none"), -1);
     at.restorePath();
@@ -260,14 +261,14 @@ TEST_F(QelConfigurationIteratorTest, AFailedStepOfAWalkLeavesTheLevelAsItWas) {
 
 using QelConfigurationIteratorDeathTest = QelConfigurationIteratorTest;
 
-TEST_F(QelConfigurationIteratorDeathTest, GoingBackWithoutAKeptPositionEndsTheProcess) {
+TEST_F(QelConfigurationIteratorDeathTest, RestoringWithoutSavedPositionTerminatesProcess) {
     EXPECT_DEATH(at.restorePath(), "core/src/QelFunctionalityCore/QelConfig:[0-9]+.*restorePath");
     at.savePath();
     at.restorePath();
     EXPECT_DEATH(at.restorePath(), "QelConfig");
 }
 
-TEST_F(QelConfigurationIteratorDeathTest, KeepingAPositionWithoutAMessageEndsTheProcess) {
+TEST_F(QelConfigurationIteratorDeathTest, SavingWithoutMessageTerminatesProcess) {
     QelConfigurationIterator nothing(nullptr);
     EXPECT_EQ(nothing.seekRoot(), -1);
     EXPECT_DEATH(nothing.savePath(), "core/src/QelFunctionalityCore/QelConfig:[0-9]+.*savePath");

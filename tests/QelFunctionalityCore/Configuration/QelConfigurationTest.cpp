@@ -33,7 +33,7 @@ std::string entry(const std::string& id) {
     return "<entry><id>" + id + "</id></entry>";
 }
 
-/// A cursor at an element of the configuration; fails the test if it isn't there.
+/// A cursor at an element of the configuration; fails the test if the element is missing.
 class At {
 public:
     At(const QelConfiguration& configuration, std::initializer_list<int> path)
@@ -66,12 +66,12 @@ std::vector<QelEID> slavesOf(const QelConfiguration& configuration) {
     return {slaves.begin(), slaves.end()};
 }
 
-TEST(QelConfigurationTest, TheTextsAndNumbersOfTheWireAreTheseOnes) {
+TEST(QelConfigurationTest, ConstantsMatchProtocol) {
     EXPECT_EQ(QelConfiguration::subscriptionName, "qelconf_subscription");
     EXPECT_EQ(QelConfiguration::eventTag, 1044);
 }
 
-TEST(QelConfigurationTest, OnAnEmptyConfigurationEveryOperationFails) {
+TEST(QelConfigurationTest, EveryOperationFailsOnEmptyConfiguration) {
     QelConfiguration empty;
     QelEID some;
     QelGUID id;
@@ -101,7 +101,7 @@ TEST(QelConfigurationTest, OnAnEmptyConfigurationEveryOperationFails) {
     EXPECT_EQ(empty.getMappingTable(table), -1);
 }
 
-TEST(QelConfigurationTest, OwnsACopyOfTheMessage) {
+TEST(QelConfigurationTest, OwnsCopyOfMessage) {
     const TestSupport::TestMessage message;
     message.cursor().newChild(1307);
     QelConfiguration configuration(message.get());
@@ -110,7 +110,7 @@ TEST(QelConfigurationTest, OwnsACopyOfTheMessage) {
     EXPECT_NE(message.cursor().firstChild(), 0);
 }
 
-TEST(QelConfigurationTest, CopiesOwnTreesOfTheirOwn) {
+TEST(QelConfigurationTest, CopiesOwnSeparateTrees) {
     const QelConfiguration original = withAgent();
     QelConfiguration copy(original);
     QelConfiguration assigned;
@@ -123,7 +123,7 @@ TEST(QelConfigurationTest, CopiesOwnTreesOfTheirOwn) {
     EXPECT_EQ(read, eid(1));
 }
 
-TEST(QelConfigurationTest, AssigningItselfChangesNothingAndAnEmptyOneEmpties) {
+TEST(QelConfigurationTest, SelfAssignmentChangesNothingAndEmptyAssignmentEmpties) {
     QelConfiguration configuration = withAgent();
     QelMessage* const message = configuration.getMessage();
     const QelConfiguration& itself = configuration;
@@ -133,7 +133,7 @@ TEST(QelConfigurationTest, AssigningItselfChangesNothingAndAnEmptyOneEmpties) {
     EXPECT_EQ(configuration.getMessage(), nullptr);
 }
 
-TEST(QelConfigurationTest, ResettingTakesTheEnvelopeIfToldSo) {
+TEST(QelConfigurationTest, ResetOptionallyCopiesEnvelope) {
     const TestSupport::TestMessage message;
     message->setRequestId("7");
     QelConfiguration configuration;
@@ -146,20 +146,20 @@ TEST(QelConfigurationTest, ResettingTakesTheEnvelopeIfToldSo) {
     EXPECT_EQ(configuration.getMessage(), nullptr);
 }
 
-TEST(QelConfigurationTest, ItsOwnMessageMayBeItsSource) {
+TEST(QelConfigurationTest, ResetAcceptsOwnMessage) {
     QelConfiguration configuration = withAgent();
     configuration.reset(configuration.getMessage(), false);
     EXPECT_EQ(configuration.setEID(eid(1)), 0);
 }
 
-TEST(QelConfigurationTest, WhatAnIteratorWritesDoesntComeBack) {
+TEST(QelConfigurationTest, IteratorWritesToCopy) {
     const QelConfiguration configuration = withAgent();
     const std::unique_ptr<QelConfigurationIterator> at(configuration.getIterator());
     EXPECT_EQ(at->putValue(1, "/agent/option"), 0);
     EXPECT_EQ(countChildren(*At(configuration, {1307, 1044, 1021})), 0);
 }
 
-TEST(QelConfigurationTest, AFileComesBackAsItWasSaved) {
+TEST(QelConfigurationTest, SavedFileIsReadBack) {
     const TestSupport::TempFolder folder;
     QelConfiguration saved = withAgent();
     ASSERT_EQ(saved.setEID(eid(1)), 0);
@@ -169,7 +169,7 @@ TEST(QelConfigurationTest, AFileComesBackAsItWasSaved) {
     EXPECT_EQ(textOf(*read.getMessage()), textOf(*saved.getMessage()));
 }
 
-TEST(QelConfigurationTest, AFileThatCantBeReadLeavesTheConfigurationAsItWas) {
+TEST(QelConfigurationTest, UnreadableFileLeavesConfigurationUnchanged) {
     const TestSupport::TempFolder folder;
     QelConfiguration configuration = withAgent();
     QelMessage* const message = configuration.getMessage();
@@ -178,7 +178,7 @@ TEST(QelConfigurationTest, AFileThatCantBeReadLeavesTheConfigurationAsItWas) {
     EXPECT_EQ(configuration.getMessage(), message);
 }
 
-TEST(QelConfigurationTest, TheIdentityIsReadAsItWasSet) {
+TEST(QelConfigurationTest, IdentityIsReadBack) {
     QelConfiguration configuration = withAgent();
     QelEID read = eid(9);
     EXPECT_EQ(configuration.getEID(read), -1);
@@ -190,7 +190,7 @@ TEST(QelConfigurationTest, TheIdentityIsReadAsItWasSet) {
     EXPECT_EQ(countChildren(*At(configuration, {1307, 1044, 1021}), 1010), 1);
 }
 
-TEST(QelConfigurationTest, SettingTheIdentityMakesNoSection) {
+TEST(QelConfigurationTest, SettingIdentityDoesNotCreateSection) {
     QelConfiguration configuration = parsed("<data/>");
     const std::string before = textOf(*configuration.getMessage());
     EXPECT_EQ(configuration.setEID(eid(1)), -1);
@@ -208,18 +208,18 @@ std::string realms(const std::string& wanted) {
                                    "</id></realm></realms>");
 }
 
-TEST(QelConfigurationTest, TheBuiltinRealmIsTheFirstWithItsIdentifier) {
+TEST(QelConfigurationTest, BuiltinRealmIsFirstWithItsId) {
     const QelConfiguration configuration = parsed(realms(eid(2).toString()));
     QelGUID id;
     ASSERT_EQ(configuration.getBuiltinRealmID(id), 0);
     EXPECT_EQ(id, eid(2));
     const boost::shared_ptr<QelRealm> realm = configuration.getBuiltinRealm();
     ASSERT_NE(realm, nullptr);
-    // Its type is one that nobody knows, so it is read as a plain realm.
+    // Its type is unknown, so it is read as a plain realm.
     EXPECT_EQ(realm->name, "second");
 }
 
-TEST(QelConfigurationTest, WithoutAMatchThereIsNoBuiltinRealm) {
+TEST(QelConfigurationTest, WithoutMatchThereIsNoBuiltinRealm) {
     EXPECT_EQ(parsed(realms(eid(3).toString())).getBuiltinRealm(), nullptr);
     EXPECT_EQ(parsed(realms("no identifier")).getBuiltinRealm(), nullptr);
     const std::string wanted = "<builtin_realm>" + eid(1).toString() + "</builtin_realm>";
@@ -229,7 +229,7 @@ TEST(QelConfigurationTest, WithoutAMatchThereIsNoBuiltinRealm) {
     EXPECT_EQ(parsed("<data/>").getBuiltinRealm(), nullptr);
 }
 
-TEST(QelConfigurationTest, SettingTheMasterMakesTheSectionAndJoinsTheGroup) {
+TEST(QelConfigurationTest, SettingMasterCreatesSectionAndJoinsGroup) {
     QelConfiguration configuration = parsed("<data/>");
     ASSERT_EQ(configuration.setMaster(eid(1)), 0);
     EXPECT_TRUE(configuration.isInServerGroup());
@@ -239,7 +239,7 @@ TEST(QelConfigurationTest, SettingTheMasterMakesTheSectionAndJoinsTheGroup) {
     EXPECT_EQ(configuration.delMaster(), -1);
 }
 
-TEST(QelConfigurationTest, AMasterTakesThePlaceOfTheOldOne) {
+TEST(QelConfigurationTest, NewMasterReplacesOldOne) {
     QelConfiguration configuration = parsed("<data><server_group/></data>");
     ASSERT_EQ(configuration.setMaster(eid(1)), 0);
     ASSERT_EQ(configuration.setMaster(eid(2)), 0);
@@ -251,17 +251,17 @@ TEST(QelConfigurationTest, AMasterTakesThePlaceOfTheOldOne) {
     EXPECT_EQ(countChildren(*At(configuration, {1307, 1875})), 1);
 }
 
-TEST(QelConfigurationTest, ALoneAgentIsItsOwnMaster) {
+TEST(QelConfigurationTest, AgentWithoutGroupIsItsOwnMaster) {
     const QelConfiguration configuration = withAgent();
     EXPECT_FALSE(configuration.isInServerGroup());
     EXPECT_TRUE(configuration.isMaster());
     EXPECT_FALSE(configuration.isSlave());
 }
 
-TEST(QelConfigurationTest, InAGroupTheMasterIsTheOneThatTheGroupNames) {
+TEST(QelConfigurationTest, GroupConfigurationDeterminesMaster) {
     QelConfiguration configuration = withAgent();
     ASSERT_EQ(configuration.setMaster(eid(1)), 0);
-    // Who doesn't know its own identity is neither.
+    // An agent without an identity of its own is neither master nor slave.
     EXPECT_FALSE(configuration.isMaster());
     EXPECT_FALSE(configuration.isSlave());
     ASSERT_EQ(configuration.setEID(eid(1)), 0);
@@ -272,13 +272,13 @@ TEST(QelConfigurationTest, InAGroupTheMasterIsTheOneThatTheGroupNames) {
     EXPECT_TRUE(configuration.isSlave());
 }
 
-TEST(QelConfigurationTest, AMasterElementWithoutAnIdentifierIsNoGroup) {
+TEST(QelConfigurationTest, MasterElementWithoutIdIsNotAGroup) {
     const QelConfiguration configuration = parsed(section("server_group", "<master/>"));
     EXPECT_FALSE(configuration.isInServerGroup());
     EXPECT_TRUE(configuration.isMaster());
 }
 
-TEST(QelConfigurationTest, MasternessIsTheListOfSlaves) {
+TEST(QelConfigurationTest, MasternessIsPresenceOfSlaveList) {
     QelConfiguration configuration = parsed("<data/>");
     EXPECT_EQ(configuration.setMasterness(), 0);
     EXPECT_EQ(configuration.setMasterness(), 0);
@@ -288,14 +288,14 @@ TEST(QelConfigurationTest, MasternessIsTheListOfSlaves) {
     EXPECT_EQ(configuration.unsetMasterness(), 0);
 }
 
-TEST(QelConfigurationTest, AMasterWithSlavesStaysMaster) {
+TEST(QelConfigurationTest, MasternessWithSlavesCannotBeUnset) {
     QelConfiguration configuration = parsed("<data/>");
     ASSERT_EQ(configuration.addClientEnv(eid(1)), 0);
     EXPECT_EQ(configuration.unsetMasterness(), -1);
     EXPECT_THAT(slavesOf(configuration), ElementsAre(eid(1)));
 }
 
-TEST(QelConfigurationTest, ASlaveAddedTwiceStandsThereTwiceAndIsRemovedOnceAtATime) {
+TEST(QelConfigurationTest, SlaveAddedTwiceIsListedTwiceAndRemovedOneAtATime) {
     QelConfiguration configuration = parsed("<data/>");
     for (const int number : {1, 2, 1})
         ASSERT_EQ(configuration.addClientEnv(eid(number)), 0);
@@ -307,7 +307,7 @@ TEST(QelConfigurationTest, ASlaveAddedTwiceStandsThereTwiceAndIsRemovedOnceAtATi
     EXPECT_THAT(slavesOf(configuration), ElementsAre(eid(2)));
 }
 
-TEST(QelConfigurationTest, UnreadableSlavesAreSkippedAndTheSetKeepsWhatItHad) {
+TEST(QelConfigurationTest, UnreadableSlavesAreSkippedAndSetKeepsItsMembers) {
     const QelConfiguration configuration = parsed(
         section("server_group", "<slaves><entry/>" + entry("no identifier") + entry(eid(2).toString()) + "</slaves>"));
     QelEIDList slaves;
@@ -316,7 +316,7 @@ TEST(QelConfigurationTest, UnreadableSlavesAreSkippedAndTheSetKeepsWhatItHad) {
     EXPECT_THAT(slaves, ElementsAre(eid(1), eid(2)));
 }
 
-TEST(QelConfigurationTest, AMappingIsFoundByItsAgent) {
+TEST(QelConfigurationTest, FindsMappingByAgent) {
     QelConfiguration configuration = withAgent();
     QelConnectionInfo info;
     EXPECT_EQ(configuration.findMapping(eid(1), info), -1);
@@ -330,7 +330,7 @@ TEST(QelConfigurationTest, AMappingIsFoundByItsAgent) {
     EXPECT_EQ(childValue(*At(configuration, {1307, 1044, 1021, 1677, 1008}), 1068), "one");
 }
 
-TEST(QelConfigurationTest, AnExistingMappingIsKept) {
+TEST(QelConfigurationTest, ExistingMappingIsKept) {
     QelConfiguration configuration = withAgent();
     ASSERT_EQ(configuration.setMapping(eid(1), connection("old")), 0);
     ASSERT_EQ(configuration.setMapping(eid(1), connection("new")), 0);
@@ -344,7 +344,7 @@ TEST(QelConfigurationTest, AnExistingMappingIsKept) {
     EXPECT_EQ(info.address, "new");
 }
 
-TEST(QelConfigurationTest, AMappingThatCantBeWrittenWholeIsNoFailure) {
+TEST(QelConfigurationTest, PartlyWrittenMappingIsNotAnError) {
     QelConfiguration configuration = withAgent();
     EXPECT_EQ(configuration.setMapping(eid(1), QelConnectionInfo()), 0);
     QelConnectionInfo info = connection("old");
@@ -352,7 +352,7 @@ TEST(QelConfigurationTest, AMappingThatCantBeWrittenWholeIsNoFailure) {
     EXPECT_EQ(info.address, "old");
 }
 
-TEST(QelConfigurationTest, RemovingAMappingThatIsntThereIsNoFailureUnlessThereIsNoTable) {
+TEST(QelConfigurationTest, RemovingMissingMappingSucceedsIfTableExists) {
     QelConfiguration configuration = withAgent();
     EXPECT_EQ(configuration.removeMapping(eid(1)), -1);
     ASSERT_EQ(configuration.setMapping(eid(1), connection("one")), 0);
@@ -362,7 +362,7 @@ TEST(QelConfigurationTest, RemovingAMappingThatIsntThereIsNoFailureUnlessThereIs
     EXPECT_EQ(countChildren(*At(configuration, {1307, 1044, 1021, 1677})), 0);
 }
 
-TEST(QelConfigurationTest, TheMappingTableIsAddedToWhatTheMapHolds) {
+TEST(QelConfigurationTest, MappingTableIsMergedIntoMap) {
     QelConfiguration configuration = withAgent();
     std::map<QelEID, QelConnectionInfo> table;
     table[eid(1)] = connection("old");
@@ -377,7 +377,7 @@ TEST(QelConfigurationTest, TheMappingTableIsAddedToWhatTheMapHolds) {
     EXPECT_EQ(table[eid(9)].address, "nine");
 }
 
-TEST(QelConfigurationTest, EntriesWithoutAnIdentifierAreNoMappingsAndThoseWithoutAConnectionAre) {
+TEST(QelConfigurationTest, EntryNeedsIdButNoConnection) {
     const QelConfiguration configuration = parsed(section("agent", "<mapping_table><entry/>" + entry("no identifier") +
                                                                        entry(eid(2).toString()) + "</mapping_table>"));
     std::map<QelEID, QelConnectionInfo> table;
@@ -390,7 +390,7 @@ TEST(QelConfigurationTest, EntriesWithoutAnIdentifierAreNoMappingsAndThoseWithou
     EXPECT_EQ(table.size(), 1u);
 }
 
-TEST(QelConfigurationTest, AsARecordItIsItsDataElement) {
+TEST(QelConfigurationTest, IsWrittenAsItsDataElement) {
     QelConfiguration configuration = withAgent();
     ASSERT_EQ(configuration.setEID(eid(1)), 0);
     TestTree tree;
@@ -405,7 +405,7 @@ TEST(QelConfigurationTest, AsARecordItIsItsDataElement) {
     EXPECT_EQ(countChildren(*target), 0);
 }
 
-TEST(QelConfigurationTest, AsARecordItTakesTheWholeMessageWithItsEnvelope) {
+TEST(QelConfigurationTest, ReadsWholeMessageWithEnvelope) {
     const TestSupport::TestMessage message;
     message->setRequestId("7");
     message.cursor().newChild(1307);
@@ -416,7 +416,7 @@ TEST(QelConfigurationTest, AsARecordItTakesTheWholeMessageWithItsEnvelope) {
     EXPECT_EQ(textOf(*read.getMessage()), textOf(*message.get()));
 }
 
-TEST(QelConfigurationTest, RecordThatWasReadOwnsItsTree) {
+TEST(QelConfigurationTest, ConfigurationReadOwnsItsTree) {
     QelConfiguration sent = withAgent();
     ASSERT_EQ(sent.setEID(eid(1)), 0);
     QelConfiguration received;
@@ -433,7 +433,7 @@ TEST(QelConfigurationTest, RecordThatWasReadOwnsItsTree) {
     EXPECT_EQ(own, eid(2));
 }
 
-TEST(QelConfigurationTest, ItsFactoryIsTheDefaultOne) {
+TEST(QelConfigurationTest, FactoryIsDefault) {
     EXPECT_EQ(QelDerivedParserFactory<QelConfiguration>::defaultFactory(), &factoryQelConfiguration);
     TestTree tree;
     tree->newChild(1307);
@@ -452,7 +452,7 @@ TEST_F(LocalConfigurationTest, IsEmptyUntilItIsSet) {
     EXPECT_FALSE(QelConfiguration::getLocalEID().isValid());
 }
 
-TEST_F(LocalConfigurationTest, IsACopyAndIsGivenAsCopies) {
+TEST_F(LocalConfigurationTest, IsCopiedOnSetAndOnGet) {
     QelConfiguration configuration = withAgent();
     ASSERT_EQ(configuration.setEID(eid(1)), 0);
     EXPECT_EQ(QelConfiguration::setLocalConfig(configuration.getMessage()), 0);
@@ -465,7 +465,7 @@ TEST_F(LocalConfigurationTest, IsACopyAndIsGivenAsCopies) {
     EXPECT_EQ(QelConfiguration::getLocalEID(), eid(1));
 }
 
-TEST_F(LocalConfigurationTest, ANewConfigurationBringsItsOwnIdentity) {
+TEST_F(LocalConfigurationTest, NewConfigurationChangesIdentity) {
     QelConfiguration configuration = withAgent();
     ASSERT_EQ(configuration.setEID(eid(1)), 0);
     QelConfiguration::setLocalConfig(configuration.getMessage());

@@ -24,7 +24,7 @@ QelConnectivityInfo connectivity(const std::string& protocol, int port, const st
     return info;
 }
 
-TEST(QelConnectivityInfoTest, ProtocolAndPortStandBeforeTheAddress) {
+TEST(QelConnectivityInfoTest, ProtocolAndPortPrecedeAddress) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(connectivity("ssl", 4434, "10.0.0.1"), 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1195, 1704, 1687));
@@ -35,7 +35,7 @@ TEST(QelConnectivityInfoTest, ProtocolAndPortStandBeforeTheAddress) {
     EXPECT_EQ(read.address, "10.0.0.1");
 }
 
-TEST(QelConnectivityInfoTest, AnEmptyProtocolAndAPortNotAboveZeroAreNotWritten) {
+TEST(QelConnectivityInfoTest, EmptyProtocolAndNonPositivePortAreNotWritten) {
     for (const int port : {0, -1, -4434}) {
         TestTree tree;
         ASSERT_EQ(tree->putObj(connectivity("", port, "host"), 0), 0);
@@ -43,7 +43,7 @@ TEST(QelConnectivityInfoTest, AnEmptyProtocolAndAPortNotAboveZeroAreNotWritten) 
     }
 }
 
-TEST(QelConnectivityInfoTest, WhatIsMissingOrNoNumberStaysAsItWas) {
+TEST(QelConnectivityInfoTest, MissingOrNonNumericFieldsAreUnchanged) {
     TestTree tree;
     tree->putValue("many", 1704);
     tree->putValue("host", 1687);
@@ -54,13 +54,13 @@ TEST(QelConnectivityInfoTest, WhatIsMissingOrNoNumberStaysAsItWas) {
     EXPECT_EQ(read.address, "host");
 }
 
-TEST(QelConnectivityInfoTest, WithoutAnAddressNothingIsWritten) {
+TEST(QelConnectivityInfoTest, WithoutAddressNothingIsWritten) {
     TestTree tree;
     EXPECT_EQ(tree->putObj(connectivity("ssl", 1, ""), 0), -1);
     EXPECT_EQ(countChildren(*tree), 0);
 }
 
-TEST(QelConnectivityInfoTest, WithoutAnAddressTheRestIsReadAndTheReadFails) {
+TEST(QelConnectivityInfoTest, MissingAddressFailsAfterOthersAreRead) {
     TestTree tree;
     tree->putValue("ssl", 1195);
     tree->putValue(7, 1704);
@@ -70,7 +70,7 @@ TEST(QelConnectivityInfoTest, WithoutAnAddressTheRestIsReadAndTheReadFails) {
     EXPECT_EQ(read.port, 7);
 }
 
-TEST(QelConnectionInfoTest, ThePasswordIsWrittenFirstAndTheTripleLast) {
+TEST(QelConnectionInfoTest, PasswordIsWrittenFirstAndAddressLast) {
     QelConnectionInfo info;
     info.protocol = "ssl";
     info.address = "host";
@@ -94,7 +94,7 @@ TEST(QelConnectionInfoTest, ThePasswordIsWrittenFirstAndTheTripleLast) {
     EXPECT_EQ(read.address, "host");
 }
 
-TEST(QelConnectionInfoTest, AnEmptyPasswordIsNotWritten) {
+TEST(QelConnectionInfoTest, EmptyPasswordIsNotWritten) {
     QelConnectionInfo info;
     info.address = "host";
     TestTree tree;
@@ -102,7 +102,7 @@ TEST(QelConnectionInfoTest, AnEmptyPasswordIsNotWritten) {
     EXPECT_THAT(childIDs(*tree), ElementsAre(1630, 1687));
 }
 
-TEST(QelConnectionInfoTest, WithoutAnAddressTheWriteFailsBehindTheAuthName) {
+TEST(QelConnectionInfoTest, WithoutAddressWritingFailsAfterAuthName) {
     QelConnectionInfo info;
     info.password = "secret";
     TestTree tree;
@@ -111,7 +111,7 @@ TEST(QelConnectionInfoTest, WithoutAnAddressTheWriteFailsBehindTheAuthName) {
     EXPECT_THAT(getErrorMessage(), Not(HasSubstr("secret")));
 }
 
-TEST(QelConnectionInfoTest, EverythingButTheAddressMayBeMissing) {
+TEST(QelConnectionInfoTest, OnlyAddressIsRequired) {
     TestTree tree;
     tree->putValue("host", 1687);
     QelConnectionInfo read;
@@ -121,7 +121,7 @@ TEST(QelConnectionInfoTest, EverythingButTheAddressMayBeMissing) {
     EXPECT_EQ(read.address, "host");
 }
 
-TEST(QelConnectionInfoTest, AnUnreadablePasswordOrAuthNameIsTolerated) {
+TEST(QelConnectionInfoTest, UnreadablePasswordOrAuthNameIsIgnored) {
     TestTree tree;
     tree->putValue("%%% secret", 1032);
     tree->newChild(1630);
@@ -133,7 +133,7 @@ TEST(QelConnectionInfoTest, AnUnreadablePasswordOrAuthNameIsTolerated) {
     EXPECT_THAT(getErrorMessage(), Not(HasSubstr("secret")));
 }
 
-TEST(QelConnectionInfoTest, TheNameAndThePasswordAreReadBeforeTheAddressIsMissed) {
+TEST(QelConnectionInfoTest, AuthNameAndPasswordAreReadBeforeMissingAddressFails) {
     TestTree tree;
     tree->putValueBase64("pw", 1032);
     QelConnectionInfo read;
@@ -141,7 +141,7 @@ TEST(QelConnectionInfoTest, TheNameAndThePasswordAreReadBeforeTheAddressIsMissed
     EXPECT_EQ(read.password, "pw");
 }
 
-TEST(QelConnectionInfoTest, AFailedReadOfTheAuthNameDoesntKeepThePasswordFromBeingRead) {
+TEST(QelConnectionInfoTest, PasswordIsReadAfterUnreadableAuthName) {
     TestTree tree;
     tree->newChild(1630);
     tree->seekUp();
@@ -152,7 +152,7 @@ TEST(QelConnectionInfoTest, AFailedReadOfTheAuthNameDoesntKeepThePasswordFromBei
     EXPECT_EQ(read.password, "pw");
 }
 
-TEST(QelAgentConnectionInfoTest, AnAgentIsAddressedByItsIdentity) {
+TEST(QelAgentConnectionInfoTest, AddressIsIdentityOfAgent) {
     const QelEID eid(1, 2);
     const QelAgentConnectionInfo info(eid);
     EXPECT_EQ(info.protocol, "agent");
@@ -169,7 +169,7 @@ TEST(QelAgentConnectionInfoTest, AnAgentIsAddressedByItsIdentity) {
     EXPECT_EQ(tree->curType(), "env:connection_info");
 }
 
-TEST(QelAgentConnectionInfoTest, TheLocalAndTheMasterAgentAreOneObjectEach) {
+TEST(QelAgentConnectionInfoTest, LocalAndMasterAgentAreSingletons) {
     QelConnectionInfo& local = QelAgentConnectionInfo::localConnectionInfo();
     QelConnectionInfo& master = QelAgentConnectionInfo::masterConnectionInfo();
     EXPECT_EQ(&local, &QelAgentConnectionInfo::localConnectionInfo());
@@ -180,7 +180,7 @@ TEST(QelAgentConnectionInfoTest, TheLocalAndTheMasterAgentAreOneObjectEach) {
     EXPECT_EQ(master.address, "master");
 }
 
-TEST(QelAgentConnectionInfoTest, AChangeStaysUntilTheAddressIsEmptied) {
+TEST(QelAgentConnectionInfoTest, ChangesAreKeptUntilAddressIsCleared) {
     QelConnectionInfo& local = QelAgentConnectionInfo::localConnectionInfo();
     local.address = "elsewhere";
     local.protocol = "ssl";

@@ -30,7 +30,7 @@ std::vector<std::string> shown(const Options& options) {
 
 class QelOptionsFileSerializerTest : public ::testing::Test {
 protected:
-    int readText(const std::string& elements, Options& options) const {
+    int readElements(const std::string& elements, Options& options) const {
         folder.write("options", "<message>" + elements + "</message>");
         return file.read(options);
     }
@@ -40,7 +40,7 @@ protected:
     Options former{Option("former", {"x"})};
 };
 
-TEST_F(QelOptionsFileSerializerTest, NamesValuesAndOrderComeBack) {
+TEST_F(QelOptionsFileSerializerTest, NamesValuesAndOrderSurviveRoundTrip) {
     const Options written{Option("to", {"text", "binary"}), Option("", {"in.xml"}), Option("depth", {""})};
     ASSERT_EQ(file.write(written), 0);
     ASSERT_EQ(file.read(former), 0);
@@ -48,14 +48,14 @@ TEST_F(QelOptionsFileSerializerTest, NamesValuesAndOrderComeBack) {
     EXPECT_EQ(former[2].value.size(), 1u);
 }
 
-TEST_F(QelOptionsFileSerializerTest, AnEmptySetIsAFileToo) {
+TEST_F(QelOptionsFileSerializerTest, EmptySetIsWrittenAsFile) {
     ASSERT_EQ(file.write(former), 0);
     ASSERT_EQ(file.write({}), 0);
     EXPECT_EQ(file.read(former), 0);
     EXPECT_THAT(former, IsEmpty());
 }
 
-TEST_F(QelOptionsFileSerializerTest, AnOptionWithoutValuesCantBeWrittenAndNoFileIs) {
+TEST_F(QelOptionsFileSerializerTest, OptionWithoutValuesFailsAndWritesNoFile) {
     EXPECT_EQ(file.write({Option("to", {"text"}), Option("json", {})}), -1);
     EXPECT_FALSE(std::filesystem::exists(folder.path("options")));
     ASSERT_EQ(file.write(former), 0);
@@ -65,50 +65,50 @@ TEST_F(QelOptionsFileSerializerTest, AnOptionWithoutValuesCantBeWrittenAndNoFile
     EXPECT_THAT(shown(kept), ElementsAre("former: x"));
 }
 
-TEST_F(QelOptionsFileSerializerTest, AFileThatCantBeWrittenIsAFailure) {
+TEST_F(QelOptionsFileSerializerTest, UnwritableFileFails) {
     EXPECT_EQ(QelOptionsFileSerializer(folder.path("none/options")).write(former), -1);
 }
 
-TEST_F(QelOptionsFileSerializerTest, AMissingOrDamagedFileLeavesTheOptionsAsTheyWere) {
+TEST_F(QelOptionsFileSerializerTest, MissingOrDamagedFileLeavesOptionsUnchanged) {
     EXPECT_EQ(file.read(former), -1);
     folder.write("options", "<message><option>");
     EXPECT_EQ(file.read(former), -1);
     EXPECT_THAT(shown(former), ElementsAre("former: x"));
 }
 
-TEST_F(QelOptionsFileSerializerTest, APositionalOptionHasExactlyOneValue) {
+TEST_F(QelOptionsFileSerializerTest, PositionalOptionHasExactlyOneValue) {
     for (const char* values : {"", "<value>a</value><value>b</value>"}) {
         EXPECT_EQ(
-            readText("<option><name>n</name><value>v</value></option><option>" + std::string(values) + "</option>",
-                     former),
+            readElements("<option><name>n</name><value>v</value></option><option>" + std::string(values) + "</option>",
+                         former),
             -1);
         EXPECT_THAT(shown(former), ElementsAre("former: x")) << values;
     }
-    EXPECT_EQ(readText("<option><name/><value>a</value></option>", former), 0);
+    EXPECT_EQ(readElements("<option><name/><value>a</value></option>", former), 0);
     EXPECT_THAT(shown(former), ElementsAre(": a"));
 }
 
-TEST_F(QelOptionsFileSerializerTest, ValuesOfOneNameAreJoinedInThePlaceOfTheFirst) {
-    EXPECT_EQ(readText("<option><name>a</name><value>1</value><value>2</value></option>"
-                       "<option><name>b</name><value>3</value></option>"
-                       "<option><name>a</name><value>4</value></option>",
-                       former),
+TEST_F(QelOptionsFileSerializerTest, ValuesOfSameNameAreMergedIntoFirst) {
+    EXPECT_EQ(readElements("<option><name>a</name><value>1</value><value>2</value></option>"
+                           "<option><name>b</name><value>3</value></option>"
+                           "<option><name>a</name><value>4</value></option>",
+                           former),
               0);
     EXPECT_THAT(shown(former), ElementsAre("a: 1 2 4", "b: 3"));
 }
 
-TEST_F(QelOptionsFileSerializerTest, SeveralPositionalOptionsStayApart) {
-    EXPECT_EQ(readText("<option><value>1</value></option><option><value>1</value></option>", former), 0);
+TEST_F(QelOptionsFileSerializerTest, PositionalOptionsAreNotMerged) {
+    EXPECT_EQ(readElements("<option><value>1</value></option><option><value>1</value></option>", former), 0);
     EXPECT_THAT(shown(former), ElementsAre(": 1", ": 1"));
 }
 
-TEST_F(QelOptionsFileSerializerTest, ANameMayComeWithoutValuesOnReading) {
-    EXPECT_EQ(readText("<option><name>json</name></option>", former), 0);
+TEST_F(QelOptionsFileSerializerTest, NamedOptionWithoutValuesIsRead) {
+    EXPECT_EQ(readElements("<option><name>json</name></option>", former), 0);
     EXPECT_THAT(shown(former), ElementsAre("json:"));
 }
 
-TEST_F(QelOptionsFileSerializerTest, WhatIsNoOptionIsPassedOver) {
-    EXPECT_EQ(readText("<data/><option><name>a</name><value>1</value></option><data/>", former), 0);
+TEST_F(QelOptionsFileSerializerTest, OtherElementsAreSkipped) {
+    EXPECT_EQ(readElements("<data/><option><name>a</name><value>1</value></option><data/>", former), 0);
     EXPECT_THAT(shown(former), ElementsAre("a: 1"));
 }
 

@@ -18,7 +18,7 @@ QelRealm realm(const QelGUID& id, int type, const std::string& name, bool readOn
     return made;
 }
 
-TEST(QelRealmTest, IsEmptyAtStart) {
+TEST(QelRealmTest, DefaultIsEmpty) {
     const QelRealm fresh;
     EXPECT_FALSE(fresh.id.isValid());
     EXPECT_EQ(fresh.type, 0);
@@ -26,7 +26,7 @@ TEST(QelRealmTest, IsEmptyAtStart) {
     EXPECT_FALSE(fresh.readOnly);
 }
 
-TEST(QelRealmTest, AReadOnlyRealmReadsBackWithItsFlag) {
+TEST(QelRealmTest, ReadOnlyFlagSurvivesRoundTrip) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(realm(QelGUID(1, 2), 3, "users", true), 1957), 0);
     ASSERT_EQ(tree->seek(1957), 0);
@@ -43,7 +43,7 @@ TEST(QelRealmTest, AReadOnlyRealmReadsBackWithItsFlag) {
     EXPECT_EQ(read.name, "users");
 }
 
-TEST(QelRealmTest, OneThatIsNotReadOnlyHasNoFlagElement) {
+TEST(QelRealmTest, WritableRealmHasNoFlagElement) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(realm(QelGUID(1, 2), 3, "users"), 0), 0);
     EXPECT_NE(tree->seekPresence(2116), 0);
@@ -52,7 +52,7 @@ TEST(QelRealmTest, OneThatIsNotReadOnlyHasNoFlagElement) {
     EXPECT_FALSE(read.readOnly);
 }
 
-TEST(QelRealmTest, TheFlagStandsFirstAndTheIdentifierLast) {
+TEST(QelRealmTest, FlagIsFirstAndIdLast) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(realm(QelGUID(1, 2), 3, "users", true), 0), 0);
     ASSERT_EQ(tree->firstChild(), 0);
@@ -62,14 +62,14 @@ TEST(QelRealmTest, TheFlagStandsFirstAndTheIdentifierLast) {
     }
 }
 
-TEST(QelRealmTest, NameAndTypeMustBeThere) {
+TEST(QelRealmTest, NameAndTypeAreRequired) {
     TestTree withoutName;
     withoutName->putValue(QelGUID(1, 2).toString(), 1010);
     withoutName->putChild(2116);
     withoutName->putValue(3, 1007);
     QelRealm read;
     EXPECT_EQ(withoutName->getObj(read, 0), -1);
-    // The identifier and the flag are read before the name, the type behind it.
+    // The ID and the flag are read before the name, the type after it.
     EXPECT_EQ(read.id, QelGUID(1, 2));
     EXPECT_TRUE(read.readOnly);
     EXPECT_EQ(read.type, 0);
@@ -82,7 +82,7 @@ TEST(QelRealmTest, NameAndTypeMustBeThere) {
     EXPECT_EQ(read.name, "users");
 }
 
-TEST(QelRealmTest, TheIdentifierMayBeMissingOrUnreadable) {
+TEST(QelRealmTest, IdMayBeMissingOrUnreadable) {
     TestTree tree;
     tree->putValue("users", 1026);
     tree->putValue(3, 1007);
@@ -94,7 +94,7 @@ TEST(QelRealmTest, TheIdentifierMayBeMissingOrUnreadable) {
     EXPECT_EQ(read.id, QelGUID(1, 2));
 }
 
-TEST(QelRealmTest, SetTakesTheNameOnly) {
+TEST(QelRealmTest, SetCopiesOnlyName) {
     QelRealm target = realm(QelGUID(1, 2), 3, "old");
     EXPECT_EQ(target.set(realm(QelGUID(1, 2), 3, "new")), 0);
     EXPECT_EQ(target.name, "new");
@@ -103,7 +103,7 @@ TEST(QelRealmTest, SetTakesTheNameOnly) {
     EXPECT_FALSE(target.readOnly);
 }
 
-TEST(QelRealmTest, SetRefusesAnythingElse) {
+TEST(QelRealmTest, SetRejectsOtherDifferences) {
     const QelRealm original = realm(QelGUID(1, 2), 3, "old");
     for (const QelRealm& other :
          {realm(QelGUID(1, 3), 3, "new"), realm(QelGUID(1, 2), 4, "new"), realm(QelGUID(1, 2), 3, "new", true)}) {
@@ -115,14 +115,14 @@ TEST(QelRealmTest, SetRefusesAnythingElse) {
     }
 }
 
-TEST(QelRealmTest, SetOnAReadOnlyRealmIsRefusedEvenIfNothingWouldChange) {
+TEST(QelRealmTest, SetFailsOnReadOnlyRealmEvenWithoutChange) {
     clearErrorMessage();
     QelRealm target = realm(QelGUID(1, 2), 3, "same", true);
     EXPECT_EQ(target.set(realm(QelGUID(1, 2), 3, "same")), -1);
     EXPECT_EQ(getErrorMessage(), "Couldn't change read-only parameters");
 }
 
-TEST(QelRealmTest, TheWellKnownRealmsDifferInTheLastByteOfTheSecondHalf) {
+TEST(QelRealmTest, WellKnownRealmsDifferInLastByteOfSecondHalf) {
     const QelGUID* const known[] = {
         &QelRealm::sessionRealmID,        &QelRealm::foreignSecurityPrincipalRealmID,
         &QelRealm::externalSystemRealmID, &QelRealm::sqlRealmID,
@@ -135,7 +135,7 @@ TEST(QelRealmTest, TheWellKnownRealmsDifferInTheLastByteOfTheSecondHalf) {
     EXPECT_EQ(QelRealm::sessionRealmID.toString(), "00000000-0000-0000-0000-000000000002");
 }
 
-TEST(QelRealmTest, AnElementOfNoTypeReadsAsAPlainRealm) {
+TEST(QelRealmTest, UntypedElementIsReadAsPlainRealm) {
     TestTree tree;
     tree->putValue("users", 1026);
     tree->putValue(3, 1007);
@@ -146,7 +146,7 @@ TEST(QelRealmTest, AnElementOfNoTypeReadsAsAPlainRealm) {
     EXPECT_EQ(QelDerivedParserFactory<QelRealm>::defaultFactory(), &factoryQelRealm);
 }
 
-TEST(QelRealmTest, AListOfRealmsIsARunOfThem) {
+TEST(QelRealmTest, RealmListIsSequenceOfElements) {
     QelRealmList realms;
     realms.emplace_back(new QelRealm(realm(QelGUID(1, 2), 3, "first")));
     realms.emplace_back(new QelRealm(realm(QelGUID(1, 3), 3, "second")));

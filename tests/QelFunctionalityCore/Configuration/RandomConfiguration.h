@@ -5,7 +5,7 @@
 
 namespace Qel::TestSupport {
 
-/// A parameter of any name.
+/// A parameter with any name.
 inline void putParameter(RandomRecord& random, QelMessageIterator& cursor) {
     inChild(static_cast<int>(1001 + random.below(20)), identifier())(random, cursor);
 }
@@ -13,7 +13,7 @@ inline void putParameter(RandomRecord& random, QelMessageIterator& cursor) {
 inline RandomFamily randomConfiguration() {
     return {
         .withoutTable{{"QelConfiguration", inChild(1307, several(3, putParameter))}},
-        .fields{{{"QelConnectivityInfo", 1687}, textIn(1687, "host-")}}, // an empty address can't be written
+        .fields{{{"QelConnectivityInfo", 1687}, textIn(1687, "host-")}}, // an empty address cannot be written
     };
 }
 

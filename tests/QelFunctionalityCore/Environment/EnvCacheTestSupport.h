@@ -18,7 +18,7 @@
 
 namespace Qel {
 
-/// Collects what is logged, whatever its level, while it lives.
+/// Captures all log entries, whatever their level, during its lifetime.
 class LogCapture {
 public:
     struct Entry {
@@ -60,7 +60,7 @@ public:
     MOCK_METHOD(int, checkEnv, (const QelEnv&), (override));
 };
 
-/// An updater that is registered for a type as long as this lives; a call that no test expects fails the test.
+/// Registers a mock updater for a type during its lifetime.  A call that no test expects fails the test.
 class RegisteredUpdater {
 public:
     explicit RegisteredUpdater(const QelEnvType& type) : m_type(type), m_updater(new testing::StrictMock<MockUpdater>) {
@@ -84,7 +84,7 @@ public:
     unsigned getSortKey() const override { return static_cast<unsigned>(getStatus().state); }
 };
 
-/// Makes environments of the type "keyed", and counts them, as long as this lives.
+/// Creates and counts environments of the type "keyed" during its lifetime.
 class KeyedEnvFactory {
 public:
     static constexpr const char* type = "keyed";
@@ -112,12 +112,12 @@ private:
     boost::shared_ptr<Factory> m_factory{new Factory};
 };
 
-/// The n-th identifier, in the order of the numbers.
+/// The n-th EID in sort order.
 [[nodiscard]] inline QelEID eidOf(long long number) {
     return {number, 1};
 }
 
-/// A value for the setters of a configuration.
+/// A specified property for the setters of a configuration.
 [[nodiscard]] inline QelStringOptionalProperty specified(const std::string& text) {
     QelStringOptionalProperty property;
     property = text;
@@ -135,13 +135,13 @@ private:
     return env;
 }
 
-/// The name in an environment's base configuration; "(none)" for none.
+/// The name in an environment's base configuration; "(none)" if there is none.
 [[nodiscard]] inline std::string nameOf(const boost::shared_ptr<const QelEnv>& env) {
     QelStringOptionalProperty name;
     return env && env->getConfig()->getName(name) == 0 && name.isSpecified() ? name.get() : "(none)";
 }
 
-/// A cache file of its own that envCache() uses.
+/// Provides a cache file for each test, which envCache() uses.
 class EnvCacheTest : public testing::Test {
 protected:
     EnvCacheTest() { initEnvCache(file.path(), false); }
@@ -150,14 +150,14 @@ protected:
         initEnvCache({}, false);
     }
 
-    /// Another attachment to the file, as another process has it.
+    /// A second attachment to the file, like that of another process.
     [[nodiscard]] QelEnvCacheSP attachAgain() const {
         return QelEnvCache::createInstance(file.path(), boost::shared_ptr<QelEnvCache::PreProcess>(new Silent));
     }
 
     static void insert(const QelEnv& env) { ASSERT_EQ(envCache()->insert(env), 0); }
 
-    /// References to the current snapshot, as the file counts them.
+    /// The reference count of the current snapshot in the file.
     [[nodiscard]] std::uint32_t snapshotReferences() const { return file.word(20 + file.word(20)); }
 
     [[nodiscard]] std::vector<std::string> findings() const {
@@ -171,7 +171,7 @@ protected:
     const TestSupport::TempFile file;
 
 private:
-    /// Asks nobody.
+    /// Calls no updater.
     struct Silent : QelEnvCache::PreProcess {
         int insert(const QelEnv&) override { return 0; }
         int update(const QelEnv&) override { return 0; }

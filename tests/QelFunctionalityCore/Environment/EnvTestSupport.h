@@ -13,7 +13,7 @@
 
 namespace Qel::TestSupport {
 
-/// A property that is specified.
+/// A specified property.
 template <class T> QelOptionalProperty<T> given(const T& value) {
     QelOptionalProperty<T> property;
     property.set(value);
@@ -23,7 +23,7 @@ inline QelStringOptionalProperty given(const char* value) {
     return given(std::string(value));
 }
 
-/// What a getter of a text gives: the value, "(unspecified)", or "(fails)".
+/// The result of a string getter: the value, "(unspecified)", or "(fails)".
 inline std::string textBy(const QelEnvConfig& config, int (QelEnvConfig::*get)(QelStringOptionalProperty&) const) {
     QelStringOptionalProperty property;
     if ((config.*get)(property) != 0)
@@ -31,13 +31,13 @@ inline std::string textBy(const QelEnvConfig& config, int (QelEnvConfig::*get)(Q
     return property.isSpecified() ? property.get() : "(unspecified)";
 }
 
-/// The namespace and complex type with which a writer stamps, as the cursor tells them.
+/// Expects the namespace and complex type under the cursor to be those of a writer.
 template <class Writer> void expectStampOf(const QelMessageIterator& cursor) {
     EXPECT_EQ(cursor.curType(), QelDerivedKey<Writer>());
     EXPECT_EQ(cursor.curNamespaceID(), Writer::getNSID());
 }
 
-/// The elements that a configuration's writer writes.
+/// The element IDs that a configuration's writer writes.
 inline std::vector<int> writtenIDs(const QelEnvConfig& config) {
     const TestMessage message;
     EXPECT_EQ(QelEnvConfig::Writer()(message.cursor(), config), 0);
@@ -65,7 +65,7 @@ inline std::string virtualConfigBytesOf(const QelEnvCoreBasic& record) {
     return {record.virtualConfigBytes(), record.vconfigSize};
 }
 
-/// A cursor on an element that is deeper than the binary form allows.
+/// A cursor at an element nested deeper than the binary form allows.
 struct TooDeepMessage : TestMessage {
     TooDeepMessage() {
         cursor().newChild(1185);
@@ -76,7 +76,7 @@ struct TooDeepMessage : TestMessage {
     }
 };
 
-/// A child factory that makes whatever its members say.
+/// A child factory that creates the objects its members specify.
 struct TestChildFactory : QelEnvChildFactory {
     boost::shared_ptr<QelEnvBase> createEnv() override {
         ++made;
@@ -95,7 +95,7 @@ struct TestChildFactory : QelEnvChildFactory {
     int made = 0;
 };
 
-/// The class that an object was made as.
+/// The dynamic type of an object.
 template <class Object> const std::type_info& typeOf(const Object& object) {
     return typeid(object);
 }
@@ -106,10 +106,10 @@ struct TestEnv : QelEnv {
     [[nodiscard]] unsigned getSortKey() const override { return 7; }
 };
 
-/// Something that isn't an environment.
+/// An object that is not an environment.
 struct ForeignEnv : QelEnvBase {};
 
-/// A child factory that is registered as long as this object lives.
+/// Registers a child factory during its lifetime.
 class RegisteredFactory {
 public:
     explicit RegisteredFactory(const QelEnvType& type) : m_type(type), m_factory(new TestChildFactory) {

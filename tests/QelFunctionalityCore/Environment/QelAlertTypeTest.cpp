@@ -20,19 +20,19 @@ QelAlertType readFrom(const std::string& text, int expectedResult) {
     return type;
 }
 
-TEST(QelAlertTypeTest, ReadsTheFourLevels) {
+TEST(QelAlertTypeTest, ReadsFourLevels) {
     EXPECT_EQ(readFrom("0", 0), QelAlertType::green);
     EXPECT_EQ(readFrom("1", 0), QelAlertType::yellow);
     EXPECT_EQ(readFrom("2", 0), QelAlertType::red);
     EXPECT_EQ(readFrom("3", 0), QelAlertType::black);
 }
 
-TEST(QelAlertTypeTest, RefusesAnythingElseAndLeavesTheLevel) {
+TEST(QelAlertTypeTest, OtherValuesFailAndLeaveLevelUnchanged) {
     for (const char* const text : {"4", "-1", "", "red", "2147483648"})
         EXPECT_EQ(readFrom(text, -1), QelAlertType::red) << text;
 }
 
-TEST(QelAlertTypeTest, WritesTheNumberOfTheLevelWithoutAType) {
+TEST(QelAlertTypeTest, WritesUntypedNumber) {
     const TestMessage message;
     ASSERT_EQ(message.cursor().putObject(QelAlertType::black, QelAlertTypeWriter(), element), 0);
     EXPECT_EQ(TestSupport::childValue(message.cursor(), element), "3");

@@ -1,4 +1,4 @@
-// What environments cost in allocations.
+// Counts the memory allocations of operations on environments.
 
 #include <gmock/gmock.h>
 
@@ -10,7 +10,7 @@ namespace {
 
 using namespace Qel::TestSupport;
 
-/// The record of an environment with so many addresses in each of its configurations.
+/// The record of an environment with `count` addresses in each of its configurations.
 boost::shared_ptr<QelEnvCoreBasic> recordWithAddresses(int count) {
     std::vector<QelIPAddress> addresses;
     for (int i = 0; i < count; ++i)
@@ -22,14 +22,14 @@ boost::shared_ptr<QelEnvCoreBasic> recordWithAddresses(int count) {
     return QelEnv(someEID, config, vconfig).getCoreBasic();
 }
 
-/// What a hundred times as many elements may cost more: a few doublings of the buffers that hold them.
+/// Allocations allowed for a hundred times as many elements: a few doublings of the buffers that hold them.
 constexpr std::size_t someDoublings = 30;
 
-TEST(QelEnvAllocationTest, TheCountIsThatOfThisProgramAndItsLibraries) {
+TEST(QelEnvAllocationTest, CountIncludesProgramAndLibraries) {
     EXPECT_GE(allocationsOf([] { static_cast<void>(QelEnv()); }), 4U);
 }
 
-TEST(QelEnvAllocationTest, IdentityOfAnEnvironmentOverARecordCostsTheSameWhateverItsConfigurations) {
+TEST(QelEnvAllocationTest, IdentityCostsSameWhateverConfigurations) {
     const auto readIdentity = [](const boost::shared_ptr<QelEnvCoreBasic>& record) {
         return allocationsOf([&] {
             const QelEnv env(record);
@@ -44,7 +44,7 @@ TEST(QelEnvAllocationTest, IdentityOfAnEnvironmentOverARecordCostsTheSameWhateve
     EXPECT_EQ(readIdentity(large), readIdentity(blank));
 }
 
-TEST(QelEnvAllocationTest, ParsingAConfigurationCostsPerMessageAndNotPerElement) {
+TEST(QelEnvAllocationTest, ParsingAllocatesPerMessageNotPerElement) {
     const auto parse = [](int count) {
         const auto record = recordWithAddresses(count);
         const QelEnv env(record);
@@ -57,7 +57,7 @@ TEST(QelEnvAllocationTest, ParsingAConfigurationCostsPerMessageAndNotPerElement)
     EXPECT_LE(parse(1000), parse(10) + someDoublings);
 }
 
-TEST(QelEnvAllocationTest, FlatteningAConfigurationCostsPerMessageAndNotPerElement) {
+TEST(QelEnvAllocationTest, FlatteningAllocatesPerMessageNotPerElement) {
     const auto flatten = [](int count) {
         QelEnv env(recordWithAddresses(count));
         env.getConfig()->setName(given("changed"));

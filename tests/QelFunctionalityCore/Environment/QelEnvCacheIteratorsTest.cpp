@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 class QelEnvCacheIteratorsTest : public EnvCacheTest {
 protected:
-    /// Environments 1 to 6: the odd ones below 100, the even ones below 200.
+    /// Environments 1 to 6: the odd ones are children of 100, the even ones of 200.
     static void insertTwoFamilies() {
         for (const int number : {6, 2, 5, 1, 3, 4})
             insert(makeEnv(eidOf(number), std::to_string(number), "untold", eidOf(number % 2 ? 100 : 200)));
@@ -34,7 +34,7 @@ protected:
     }
 };
 
-TEST_F(QelEnvCacheIteratorsTest, ListIteratorWalksInTheOrderOfTheIdentifiers) {
+TEST_F(QelEnvCacheIteratorsTest, ListIteratorFollowsEidOrder) {
     insertTwoFamilies();
     const auto list = envCache()->getEnvList();
     std::vector<std::string> names;
@@ -43,7 +43,7 @@ TEST_F(QelEnvCacheIteratorsTest, ListIteratorWalksInTheOrderOfTheIdentifiers) {
     EXPECT_THAT(names, ElementsAre("1", "2", "3", "4", "5", "6"));
 }
 
-TEST_F(QelEnvCacheIteratorsTest, ListIteratorComparesPlaces) {
+TEST_F(QelEnvCacheIteratorsTest, ListIteratorComparesPositions) {
     insertTwoFamilies();
     const auto list = envCache()->getEnvList();
     auto a = list->begin();
@@ -53,31 +53,31 @@ TEST_F(QelEnvCacheIteratorsTest, ListIteratorComparesPlaces) {
     EXPECT_TRUE(QelEnvCache::EnvValuesList::const_iterator() == QelEnvCache::EnvValuesList::const_iterator());
 }
 
-TEST_F(QelEnvCacheIteratorsTest, OneObjectIsMadeForEachPlaceThatIsLookedAt) {
+TEST_F(QelEnvCacheIteratorsTest, CreatesOneObjectPerDereferencedPosition) {
     const KeyedEnvFactory keyed;
     for (const int number : {1, 2, 3})
         insert(makeEnv(eidOf(number), "env", KeyedEnvFactory::type));
     const auto list = envCache()->getEnvList();
     const int before = keyed.made();
     auto at = list->begin();
-    EXPECT_EQ(keyed.made(), before) << "not before it is looked at";
+    EXPECT_EQ(keyed.made(), before) << "not created before it is dereferenced";
     const QelEnvCSP first = at.operator->();
     EXPECT_EQ(at.operator->(), first);
     EXPECT_EQ(keyed.made(), before + 1);
     ++at;
     ++at;
     EXPECT_EQ(at->getEID(), eidOf(3));
-    EXPECT_EQ(keyed.made(), before + 2) << "none for the place passed over";
-    EXPECT_EQ(first->getEID(), eidOf(1)) << "what was given out stays";
+    EXPECT_EQ(keyed.made(), before + 2) << "none for the position skipped";
+    EXPECT_EQ(first->getEID(), eidOf(1)) << "an environment returned earlier stays valid";
 }
 
-TEST_F(QelEnvCacheIteratorsTest, EnvironmentOfAnIteratorReadsStraightFromTheFile) {
+TEST_F(QelEnvCacheIteratorsTest, EnvironmentOfIteratorReadsFromFile) {
     insert(makeEnv(eidOf(1)));
     const auto list = envCache()->getEnvList();
     EXPECT_EQ(list->begin()->getCoreBasic().get(), list->get(eidOf(1)));
 }
 
-TEST_F(QelEnvCacheIteratorsTest, EntryWithoutRecordIsANullEnvironmentAndNobodysChild) {
+TEST_F(QelEnvCacheIteratorsTest, EntryWithoutRecordIsNullAndHasNoParent) {
     insertTwoFamilies();
     const auto list = envCache()->getEnvList();
     const std::uint32_t snapshot = 20 + file.word(20);
@@ -88,7 +88,7 @@ TEST_F(QelEnvCacheIteratorsTest, EntryWithoutRecordIsANullEnvironmentAndNobodysC
     EXPECT_THAT(keysOf(Keys(eidOf(100), list)), ElementsAre(eidOf(3), eidOf(5)));
 }
 
-TEST_F(QelEnvCacheIteratorsTest, FlatIsAForwardIteratorOverAllEnvironments) {
+TEST_F(QelEnvCacheIteratorsTest, FlatIsForwardIteratorOverAllEnvironments) {
     static_assert(std::is_same_v<std::iterator_traits<Flat>::reference, const QelEnv*>);
     insertTwoFamilies();
     const auto list = envCache()->getEnvList();
@@ -98,10 +98,10 @@ TEST_F(QelEnvCacheIteratorsTest, FlatIsAForwardIteratorOverAllEnvironments) {
     for (; at != Flat(list->end()); at++)
         EXPECT_EQ((*at)->getEID(), eidOf(++number));
     EXPECT_EQ(number, 6);
-    EXPECT_EQ((*start)->getEID(), eidOf(1)) << "a copy stays where it is";
+    EXPECT_EQ((*start)->getEID(), eidOf(1)) << "a copy keeps its position";
 }
 
-TEST_F(QelEnvCacheIteratorsTest, ChildIsWhoNamesTheParent) {
+TEST_F(QelEnvCacheIteratorsTest, ChildHasEidOfParent) {
     const QelEnv env = makeEnv(eidOf(1), "env", "untold", eidOf(100));
     EXPECT_TRUE(Data::isChild(eidOf(100))(&env));
     EXPECT_FALSE(Data::isChild(eidOf(1))(&env));
@@ -109,7 +109,7 @@ TEST_F(QelEnvCacheIteratorsTest, ChildIsWhoNamesTheParent) {
     EXPECT_FALSE(Data::isChild(eidOf(100))(nullptr));
 }
 
-TEST_F(QelEnvCacheIteratorsTest, ChildrenAreFilteredFromTheListGiven) {
+TEST_F(QelEnvCacheIteratorsTest, ChildrenAreFilteredFromGivenList) {
     insertTwoFamilies();
     const auto list = envCache()->getEnvList();
     insert(makeEnv(eidOf(7), "7", "untold", eidOf(100)));
@@ -127,21 +127,21 @@ TEST_F(QelEnvCacheIteratorsTest, RangeKeepsItsListAlive) {
     EXPECT_THAT(keysOf(keys), ElementsAre(eidOf(1), eidOf(3), eidOf(5)));
 }
 
-TEST_F(QelEnvCacheIteratorsTest, ChildrenComeFromTheProcessesCacheWhenNoListIsGiven) {
+TEST_F(QelEnvCacheIteratorsTest, ChildrenDefaultToCacheOfProcess) {
     insertTwoFamilies();
     EXPECT_THAT(namesOf(Data(eidOf(100))), ElementsAre("1", "3", "5"));
     EXPECT_THAT(keysOf(Keys(eidOf(200))), ElementsAre(eidOf(2), eidOf(4), eidOf(6)));
-    EXPECT_EQ(snapshotReferences(), 1U) << "the lists went with the ranges";
+    EXPECT_EQ(snapshotReferences(), 1U) << "the ranges have released their lists";
 }
 
-TEST_F(QelEnvCacheIteratorsTest, WithoutACacheNobodyHasChildren) {
+TEST_F(QelEnvCacheIteratorsTest, WithoutCacheThereAreNoChildren) {
     initEnvCache(file.path() + "/below", false);
     const LogCapture log;
     EXPECT_THAT(namesOf(Data(eidOf(100))), IsEmpty());
     EXPECT_THAT(keysOf(Keys(eidOf(100))), IsEmpty());
 }
 
-TEST_F(QelEnvCacheIteratorsTest, NullListIsAnEmptyRange) {
+TEST_F(QelEnvCacheIteratorsTest, NullListIsEmptyRange) {
     const QelEnvCache::EnvValuesListPtr none;
     const Keys keys(eidOf(100), none);
     EXPECT_EQ(keys.begin(), keys.end());
@@ -149,7 +149,7 @@ TEST_F(QelEnvCacheIteratorsTest, NullListIsAnEmptyRange) {
     EXPECT_EQ(data.begin(), data.end());
 }
 
-// ---- the order of sets of identifiers
+// ---- the order of sets of EIDs
 
 class EnvIDOrderTest : public EnvCacheTest {
 protected:
@@ -167,7 +167,7 @@ protected:
     const QelEnvIDComparator less{};
 };
 
-TEST_F(EnvIDOrderTest, SetsAreOrderedByTheSortKeysOfTheCache) {
+TEST_F(EnvIDOrderTest, SetsAreOrderedBySortKeysFromCache) {
     const QelEnvIDList byKey{eidOf(1), eidOf(2), eidOf(3), eidOf(4)};
     EXPECT_THAT(byKey, ElementsAre(eidOf(2), eidOf(3), eidOf(1), eidOf(4)));
     sort_order_by_veid = 0;
@@ -175,23 +175,23 @@ TEST_F(EnvIDOrderTest, SetsAreOrderedByTheSortKeysOfTheCache) {
     EXPECT_THAT(byIdentifier, ElementsAre(eidOf(1), eidOf(2), eidOf(3), eidOf(4)));
 }
 
-TEST_F(EnvIDOrderTest, UnknownEnvironmentFallsBackToTheIdentifier) {
+TEST_F(EnvIDOrderTest, UnknownEnvironmentIsOrderedByEid) {
     EXPECT_TRUE(less(eidOf(1), eidOf(5)));
     EXPECT_FALSE(less(eidOf(5), eidOf(1)));
     EXPECT_TRUE(less(eidOf(0), eidOf(2)));
     EXPECT_TRUE(less(eidOf(5), eidOf(6)));
 }
 
-TEST_F(EnvIDOrderTest, WithoutACacheTheIdentifierDecides) {
+TEST_F(EnvIDOrderTest, WithoutCacheSetsAreOrderedByEid) {
     finiEnvCache();
     initEnvCache(file.path() + "/below", false);
     const LogCapture log;
     EXPECT_TRUE(less(eidOf(1), eidOf(2)));
     EXPECT_FALSE(less(eidOf(2), eidOf(1)));
-    EXPECT_EQ(log.entries.size(), 2U) << "each comparison asks for the cache once";
+    EXPECT_EQ(log.entries.size(), 2U) << "each comparison calls envCache() once";
 }
 
-TEST_F(EnvIDOrderTest, ChildrenAreSyncedInThatOrder) {
+TEST_F(EnvIDOrderTest, ChildrenAreSyncedInSortKeyOrder) {
     const RegisteredUpdater updater(QelEnv::type);
     EXPECT_CALL(*updater, syncEnvList(QelEID(), ElementsAre(eidOf(2), eidOf(3), eidOf(1), eidOf(4))));
     envCache()->syncEnvListOf(QelEID());

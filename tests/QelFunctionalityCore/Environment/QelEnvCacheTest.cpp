@@ -46,7 +46,7 @@ class QelEnvCacheTest : public EnvCacheTest {};
 
 // ---- the cache of the process
 
-TEST_F(QelEnvCacheTest, FirstCallAttachesAndLaterOnesGiveTheSameObject) {
+TEST_F(QelEnvCacheTest, FirstCallAttachesAndLaterCallsReturnSameObject) {
     EXPECT_FALSE(file.exists());
     const QelEnvCacheSP cache = envCache();
     ASSERT_TRUE(cache);
@@ -55,7 +55,7 @@ TEST_F(QelEnvCacheTest, FirstCallAttachesAndLaterOnesGiveTheSameObject) {
     EXPECT_EQ(envCache(), cache);
 }
 
-TEST_F(QelEnvCacheTest, FreshFileHasEveryByteInItsPlace) {
+TEST_F(QelEnvCacheTest, NewFileHasDocumentedLayout) {
     if (QelMemoryMappedFile::getMemoryPageSize() != 4096)
         GTEST_SKIP() << "pages of another size";
     ASSERT_TRUE(envCache());
@@ -80,14 +80,14 @@ TEST_F(QelEnvCacheTest, FreshFileHasEveryByteInItsPlace) {
     expected[4064 / 4] = 1;                                 // references of the snapshot
     expected[4068 / 4] = 0;                                 // records
     expected[4072 / 4] = 1;                                 // reserved slots
-    for (unsigned offset = 0; offset < 4096; offset += 4) { // what isn't told is zero
-        if (offset == 4056)                                 // the link of a block in use has no meaning
+    for (unsigned offset = 0; offset < 4096; offset += 4) { // all other words are zero
+        if (offset == 4056)                                 // the link of an allocated block is undefined
             continue;
         EXPECT_EQ(file.word(offset), expected[offset / 4]) << "offset " << offset;
     }
 }
 
-TEST_F(QelEnvCacheTest, NothingIsOpenedByTheConstructor) {
+TEST_F(QelEnvCacheTest, ConstructorOpensNothing) {
     const QelEnvCacheSP cache(new QelEnvCache(file.path()));
     EXPECT_FALSE(file.exists());
     EXPECT_FALSE(cache->isAccessible());
@@ -96,13 +96,13 @@ TEST_F(QelEnvCacheTest, NothingIsOpenedByTheConstructor) {
     EXPECT_FALSE(cache->getEnvCopy(eidOf(1)));
 }
 
-TEST_F(QelEnvCacheTest, LimitsAreThoseOfAllProcesses) {
+TEST_F(QelEnvCacheTest, LimitsAreEqualInAllProcesses) {
     EXPECT_EQ(QelEnvCache::maxRecordSize, 0x1000000U);
     EXPECT_EQ(QelEnvCache::maxLiveLists, 16U);
     EXPECT_EQ(QelEnvCache::maxFileSize, 0x40000000U);
 }
 
-TEST_F(QelEnvCacheTest, FileKeepsItsEnvironmentsUnlessTheNamingRemovesIt) {
+TEST_F(QelEnvCacheTest, FileKeepsItsEnvironmentsUnlessInitRemovesIt) {
     insert(makeEnv(eidOf(1)));
     finiEnvCache();
     EXPECT_EQ(initEnvCache(file.path(), false), 0);
@@ -114,16 +114,16 @@ TEST_F(QelEnvCacheTest, FileKeepsItsEnvironmentsUnlessTheNamingRemovesIt) {
     EXPECT_EQ(initEnvCache(file.path() + ".missing", true), 0) << "nothing to remove";
 }
 
-TEST_F(QelEnvCacheTest, FiniDropsTheObjectAndTheNextCallAttachesAnew) {
+TEST_F(QelEnvCacheTest, FiniReleasesObjectAndNextCallAttachesAgain) {
     const QelEnvCacheSP first = envCache();
     finiEnvCache();
-    EXPECT_TRUE(first->isAccessible()) << "whoever keeps it goes on";
+    EXPECT_TRUE(first->isAccessible()) << "an owner can continue to use it";
     const QelEnvCacheSP second = envCache();
     EXPECT_TRUE(second);
     EXPECT_NE(first, second);
 }
 
-TEST_F(QelEnvCacheTest, UnusableFileIsMarkedAndToldAtEachCall) {
+TEST_F(QelEnvCacheTest, UnusableFileIsMarkedAndLoggedAtEachCall) {
     ASSERT_TRUE(envCache());
     finiEnvCache();
     file.setWord(28, 1);
@@ -134,10 +134,10 @@ TEST_F(QelEnvCacheTest, UnusableFileIsMarkedAndToldAtEachCall) {
     EXPECT_THAT(log.entries, ElementsAre(unavailable(-12), unavailable(-14)));
     EXPECT_THAT(log.sources, ElementsAre("QelFunctionalityCore core/src/QelFunctionalityCore/QelEnvCache",
                                          "QelFunctionalityCore core/src/QelFunctionalityCore/QelEnvCache"));
-    EXPECT_TRUE(file.exists()) << "an administrator may want to look at it";
+    EXPECT_TRUE(file.exists()) << "kept for an administrator to examine";
 }
 
-TEST_F(QelEnvCacheTest, FileThatBecomesUsableIsAttachedAtTheNextCall) {
+TEST_F(QelEnvCacheTest, FileThatBecomesUsableIsAttachedAtNextCall) {
     ASSERT_TRUE(envCache());
     finiEnvCache();
     file.setWord(52, 0);
@@ -156,7 +156,7 @@ TEST_F(QelEnvCacheTest, EmptyPathIsTriedAndLoggedAtEachCall) {
     EXPECT_THAT(log.entries, ElementsAre(unavailable(-2), unavailable(-2)));
 }
 
-TEST_F(QelEnvCacheTest, InstanceIsAttachedByTheSecondAttemptWhenTheCauseHasPassed) {
+TEST_F(QelEnvCacheTest, SecondAttemptAttachesIfCauseHasPassed) {
     const std::string folder = file.path();
     const LogSink oldSink = setLogSink([&](const LogRecord&) { std::filesystem::create_directory(folder); });
     const QelEnvCacheSP cache = QelEnvCache::createInstance(folder + "/below", nullptr);
@@ -165,7 +165,7 @@ TEST_F(QelEnvCacheTest, InstanceIsAttachedByTheSecondAttemptWhenTheCauseHasPasse
     EXPECT_TRUE(cache->isAccessible());
 }
 
-TEST_F(QelEnvCacheTest, FileThatCannotBeMappedIsNoCache) {
+TEST_F(QelEnvCacheTest, UnmappableFileIsNotACache) {
     initEnvCache(file.path() + "/below", false);
     const LogCapture log;
     EXPECT_FALSE(envCache());
@@ -174,7 +174,7 @@ TEST_F(QelEnvCacheTest, FileThatCannotBeMappedIsNoCache) {
     EXPECT_TRUE(envCache());
 }
 
-TEST_F(QelEnvCacheTest, InstanceAsksTheStageThatItWasGiven) {
+TEST_F(QelEnvCacheTest, InstanceCallsGivenPreProcess) {
     struct Stage : QelEnvCache::PreProcess {
         int insert(const QelEnv& env) override { return env.getParentEID().isValid() ? 41 : 0; }
         int update(const QelEnv&) override { return 42; }
@@ -192,7 +192,7 @@ TEST_F(QelEnvCacheTest, InstanceAsksTheStageThatItWasGiven) {
 
 // ---- insert
 
-TEST_F(QelEnvCacheTest, TypeWithoutUpdaterEntersTheCache) {
+TEST_F(QelEnvCacheTest, TypeWithoutUpdaterIsInserted) {
     ASSERT_TRUE(envCache());
     const LogCapture log;
     EXPECT_EQ(envCache()->insert(makeEnv(eidOf(1), "one", type)), 0);
@@ -201,7 +201,7 @@ TEST_F(QelEnvCacheTest, TypeWithoutUpdaterEntersTheCache) {
     EXPECT_EQ(nameOf(envCache()->getEnvCopy(eidOf(1))), "one");
 }
 
-TEST_F(QelEnvCacheTest, UpdaterHearsOfAnInsertionBeforeTheFileDoes) {
+TEST_F(QelEnvCacheTest, UpdaterIsCalledBeforeInsertReachesFile) {
     const RegisteredUpdater updater(type);
     {
         const InSequence order;
@@ -217,7 +217,7 @@ TEST_F(QelEnvCacheTest, UpdaterHearsOfAnInsertionBeforeTheFileDoes) {
     EXPECT_TRUE(envCache()->getEnvCopy(eidOf(1)));
 }
 
-TEST_F(QelEnvCacheTest, RefusingUpdaterKeepsAnEnvironmentOut) {
+TEST_F(QelEnvCacheTest, UpdaterCanRejectInsert) {
     const RegisteredUpdater updater(type);
     EXPECT_CALL(*updater, checkEnv).WillOnce(Return(0));
     EXPECT_CALL(*updater, insertEnv).WillOnce(Return(77));
@@ -227,14 +227,14 @@ TEST_F(QelEnvCacheTest, RefusingUpdaterKeepsAnEnvironmentOut) {
     EXPECT_FALSE(envCache()->getEnvCopy(eidOf(1)));
 }
 
-TEST_F(QelEnvCacheTest, UninterestedUpdaterIsNotToldOfAnInsertion) {
+TEST_F(QelEnvCacheTest, UninterestedUpdaterIsNotCalledForInsert) {
     const RegisteredUpdater updater(type);
     EXPECT_CALL(*updater, checkEnv).WillOnce(Return(1));
     EXPECT_EQ(envCache()->insert(makeEnv(eidOf(1), "one", type)), 0);
     EXPECT_TRUE(envCache()->getEnvCopy(eidOf(1)));
 }
 
-TEST_F(QelEnvCacheTest, InsertionOfAnExistingEnvironmentMakesTheUpdaterForgetIt) {
+TEST_F(QelEnvCacheTest, InsertOfExistingEnvironmentCallsRemoveOfUpdater) {
     insert(makeEnv(eidOf(1), "first", type));
     const RegisteredUpdater updater(type);
     {
@@ -249,7 +249,7 @@ TEST_F(QelEnvCacheTest, InsertionOfAnExistingEnvironmentMakesTheUpdaterForgetIt)
     EXPECT_EQ(nameOf(envCache()->getEnvCopy(eidOf(1))), "first");
 }
 
-TEST_F(QelEnvCacheTest, EvenAnUninterestedUpdaterIsToldToForget) {
+TEST_F(QelEnvCacheTest, FailedInsertCallsRemoveOfUninterestedUpdaterToo) {
     insert(makeEnv(eidOf(1), "first", type));
     const RegisteredUpdater updater(type);
     EXPECT_CALL(*updater, checkEnv).WillOnce(Return(1));
@@ -257,7 +257,7 @@ TEST_F(QelEnvCacheTest, EvenAnUninterestedUpdaterIsToldToForget) {
     EXPECT_EQ(envCache()->insert(makeEnv(eidOf(1), "second", type)), -5);
 }
 
-TEST_F(QelEnvCacheTest, EnvironmentWithoutIdentifierIsRefusedUnheard) {
+TEST_F(QelEnvCacheTest, EnvironmentWithoutEidIsRejectedWithoutCallingUpdater) {
     const RegisteredUpdater updater(type);
     ASSERT_TRUE(envCache());
     const LogCapture log;
@@ -267,7 +267,7 @@ TEST_F(QelEnvCacheTest, EnvironmentWithoutIdentifierIsRefusedUnheard) {
     EXPECT_EQ(envCache()->getEnvList()->size(), 0U);
 }
 
-TEST_F(QelEnvCacheTest, RecordAboveSixteenMebibytesIsRefusedAndForgotten) {
+TEST_F(QelEnvCacheTest, RecordAbove16MiBIsRejectedAndRemovedFromUpdater) {
     const RegisteredUpdater updater(type);
     EXPECT_CALL(*updater, checkEnv).WillOnce(Return(0));
     EXPECT_CALL(*updater, insertEnv).WillOnce(Return(0));
@@ -280,7 +280,7 @@ TEST_F(QelEnvCacheTest, RecordAboveSixteenMebibytesIsRefusedAndForgotten) {
 
 // ---- update
 
-TEST_F(QelEnvCacheTest, UpdaterHearsOfAnUpdateBeforeTheFileDoes) {
+TEST_F(QelEnvCacheTest, UpdaterIsCalledBeforeUpdateReachesFile) {
     insert(makeEnv(eidOf(1), "old", type));
     const RegisteredUpdater updater(type);
     {
@@ -297,14 +297,14 @@ TEST_F(QelEnvCacheTest, UpdaterHearsOfAnUpdateBeforeTheFileDoes) {
     EXPECT_EQ(nameOf(envCache()->getEnvCopy(eidOf(1))), "new");
 }
 
-TEST_F(QelEnvCacheTest, UpdateOfATypeWithoutUpdaterSaysSo) {
+TEST_F(QelEnvCacheTest, UpdateOfTypeWithoutUpdaterIsLogged) {
     insert(makeEnv(eidOf(1), "old", type));
     const LogCapture log;
     EXPECT_EQ(envCache()->update(makeEnv(eidOf(1), "new", type)), 0);
     EXPECT_THAT(log.entries, ElementsAre(noUpdater("mock"), called("update", eidOf(1), 0)));
 }
 
-TEST_F(QelEnvCacheTest, RefusingUpdaterKeepsAnUpdateOut) {
+TEST_F(QelEnvCacheTest, UpdaterCanRejectUpdate) {
     insert(makeEnv(eidOf(1), "old", type));
     const RegisteredUpdater updater(type);
     EXPECT_CALL(*updater, checkEnv).WillOnce(Return(0));
@@ -315,7 +315,7 @@ TEST_F(QelEnvCacheTest, RefusingUpdaterKeepsAnUpdateOut) {
     EXPECT_EQ(nameOf(envCache()->getEnvCopy(eidOf(1))), "old");
 }
 
-TEST_F(QelEnvCacheTest, UninterestedUpdaterIsNotToldOfAnUpdate) {
+TEST_F(QelEnvCacheTest, UninterestedUpdaterIsNotCalledForUpdate) {
     insert(makeEnv(eidOf(1), "old", type));
     const RegisteredUpdater updater(type);
     EXPECT_CALL(*updater, checkEnv).WillOnce(Return(-1));
@@ -323,7 +323,7 @@ TEST_F(QelEnvCacheTest, UninterestedUpdaterIsNotToldOfAnUpdate) {
     EXPECT_EQ(nameOf(envCache()->getEnvCopy(eidOf(1))), "new");
 }
 
-TEST_F(QelEnvCacheTest, UpdateOfAnUnknownEnvironmentMakesTheUpdaterForgetIt) {
+TEST_F(QelEnvCacheTest, UpdateOfUnknownEnvironmentCallsRemoveOfUpdater) {
     const RegisteredUpdater updater(type);
     {
         const InSequence order;
@@ -338,7 +338,7 @@ TEST_F(QelEnvCacheTest, UpdateOfAnUnknownEnvironmentMakesTheUpdaterForgetIt) {
 
 // ---- remove
 
-TEST_F(QelEnvCacheTest, RemovingAnUnknownEnvironmentIsSuccessAndSilent) {
+TEST_F(QelEnvCacheTest, RemovingUnknownEnvironmentSucceedsWithoutLogging) {
     const RegisteredUpdater updater(type);
     ASSERT_TRUE(envCache());
     const LogCapture log;
@@ -347,7 +347,7 @@ TEST_F(QelEnvCacheTest, RemovingAnUnknownEnvironmentIsSuccessAndSilent) {
     EXPECT_THAT(log.entries, IsEmpty());
 }
 
-TEST_F(QelEnvCacheTest, UpdaterHearsOfARemovalBeforeTheFileDoes) {
+TEST_F(QelEnvCacheTest, UpdaterIsCalledBeforeRemoveReachesFile) {
     insert(makeEnv(eidOf(1), "one", type));
     const RegisteredUpdater updater(type);
     EXPECT_CALL(*updater, removeEnv(eidOf(1))).WillOnce([](const QelEID& eid) {
@@ -361,7 +361,7 @@ TEST_F(QelEnvCacheTest, UpdaterHearsOfARemovalBeforeTheFileDoes) {
     EXPECT_THAT(findings(), IsEmpty());
 }
 
-TEST_F(QelEnvCacheTest, RefusingUpdaterKeepsAnEnvironmentIn) {
+TEST_F(QelEnvCacheTest, UpdaterCanRejectRemove) {
     insert(makeEnv(eidOf(1), "one", type));
     const RegisteredUpdater updater(type);
     EXPECT_CALL(*updater, removeEnv).WillOnce(Return(5));
@@ -371,14 +371,14 @@ TEST_F(QelEnvCacheTest, RefusingUpdaterKeepsAnEnvironmentIn) {
     EXPECT_TRUE(envCache()->getEnvCopy(eidOf(1)));
 }
 
-TEST_F(QelEnvCacheTest, RemovalOfATypeWithoutUpdaterSaysNothingOfIt) {
+TEST_F(QelEnvCacheTest, RemovalOfTypeWithoutUpdaterDoesNotLogIt) {
     insert(makeEnv(eidOf(1), "one", type));
     const LogCapture log;
     EXPECT_EQ(envCache()->remove(eidOf(1)), 0);
     EXPECT_THAT(log.entries, ElementsAre(called("remove", eidOf(1), 0)));
 }
 
-TEST_F(QelEnvCacheTest, RemovalThatAnotherProcessOvertakesIsTold) {
+TEST_F(QelEnvCacheTest, RemovalFailsIfAnotherProcessRemovesFirst) {
     insert(makeEnv(eidOf(1), "one", type));
     const QelEnvCacheSP other = attachAgain();
     const RegisteredUpdater updater(type);
@@ -386,7 +386,7 @@ TEST_F(QelEnvCacheTest, RemovalThatAnotherProcessOvertakesIsTold) {
     EXPECT_EQ(envCache()->remove(eidOf(1)), -6);
 }
 
-// ---- what one gets out
+// ---- reading
 
 TEST_F(QelEnvCacheTest, CopyIsWritableAndIndependent) {
     insert(makeEnv(eidOf(1), "one"));
@@ -400,14 +400,14 @@ TEST_F(QelEnvCacheTest, CopyIsWritableAndIndependent) {
     EXPECT_FALSE(envCache()->getEnvCopy(eidOf(1)));
 }
 
-TEST_F(QelEnvCacheTest, CopyIsOfTheClassOfItsType) {
+TEST_F(QelEnvCacheTest, CopyHasClassOfItsType) {
     const KeyedEnvFactory keyed;
     insert(makeEnv(eidOf(1), "one", KeyedEnvFactory::type));
     EXPECT_TRUE(boost::dynamic_pointer_cast<KeyedEnv>(envCache()->getEnvCopy(eidOf(1))));
     EXPECT_TRUE(boost::dynamic_pointer_cast<const KeyedEnv>(envCache()->getEnvList()->getEnv(eidOf(1))));
 }
 
-TEST_F(QelEnvCacheTest, ListShowsTheStateOfItsMaking) {
+TEST_F(QelEnvCacheTest, ListIsSnapshotOfItsCreation) {
     insert(makeEnv(eidOf(1), "old"));
     const auto list = envCache()->getEnvList();
     ASSERT_EQ(envCache()->update(makeEnv(eidOf(1), "new")), 0);
@@ -418,7 +418,7 @@ TEST_F(QelEnvCacheTest, ListShowsTheStateOfItsMaking) {
     EXPECT_EQ(nameOf(envCache()->getEnvList()->getEnv(eidOf(1))), "new");
 }
 
-TEST_F(QelEnvCacheTest, EnvironmentOfAListReadsStraightFromTheFile) {
+TEST_F(QelEnvCacheTest, EnvironmentOfListReadsFromFile) {
     insert(makeEnv(eidOf(1), "one"));
     const auto list = envCache()->getEnvList();
     const LogCapture log;
@@ -430,7 +430,7 @@ TEST_F(QelEnvCacheTest, EnvironmentOfAListReadsStraightFromTheFile) {
     EXPECT_THAT(log.entries, IsEmpty());
 }
 
-TEST_F(QelEnvCacheTest, SeventeenthListIsRefusedUntilOneGoes) {
+TEST_F(QelEnvCacheTest, SeventeenthListFailsUntilOneIsReleased) {
     std::vector<QelEnvCache::EnvValuesListPtr> lists;
     for (int i = 0; i < 16; ++i) {
         lists.push_back(envCache()->getEnvList());
@@ -438,7 +438,7 @@ TEST_F(QelEnvCacheTest, SeventeenthListIsRefusedUntilOneGoes) {
     }
     EXPECT_EQ(snapshotReferences(), 17U);
     EXPECT_FALSE(envCache()->getEnvList());
-    EXPECT_TRUE(attachAgain()->getEnvList()) << "each object counts for itself";
+    EXPECT_TRUE(attachAgain()->getEnvList()) << "each cache object has its own limit";
     lists.pop_back();
     EXPECT_TRUE(envCache()->getEnvList());
     lists.clear();
@@ -446,9 +446,9 @@ TEST_F(QelEnvCacheTest, SeventeenthListIsRefusedUntilOneGoes) {
     EXPECT_THAT(findings(), IsEmpty());
 }
 
-// ---- what the updater of the generic type is told
+// ---- synchronising the updater of the generic type
 
-TEST_F(QelEnvCacheTest, GenericUpdaterIsToldTheChildrenOfAnEnvironment) {
+TEST_F(QelEnvCacheTest, GenericUpdaterReceivesChildrenOfEnvironment) {
     for (const int number : {3, 1, 2})
         insert(makeEnv(eidOf(number), "env", type, eidOf(number == 2 ? 9 : 7)));
     const RegisteredUpdater updater(QelEnv::type);
@@ -458,10 +458,10 @@ TEST_F(QelEnvCacheTest, GenericUpdaterIsToldTheChildrenOfAnEnvironment) {
     envCache()->syncEnvListOf(eidOf(7));
     envCache()->syncEnvListOf(eidOf(8));
     EXPECT_THAT(log.entries, IsEmpty());
-    EXPECT_EQ(snapshotReferences(), 1U) << "the list was given back";
+    EXPECT_EQ(snapshotReferences(), 1U) << "the list was released";
 }
 
-TEST_F(QelEnvCacheTest, GenericUpdaterIsToldTheSlavesAsChildrenOfNobody) {
+TEST_F(QelEnvCacheTest, GenericUpdaterReceivesSlavesWithInvalidParent) {
     const RegisteredUpdater updater(QelEnv::type);
     EXPECT_CALL(*updater, syncEnvList(QelEID(), ElementsAre(eidOf(4), eidOf(5))));
     envCache()->syncSlaveList(QelEnvIDList{eidOf(5), eidOf(4)});
@@ -476,7 +476,7 @@ TEST_F(QelEnvCacheTest, MissingGenericUpdaterIsLogged) {
                 ElementsAre(Entry{4, "[syncEnvListOf] EnvUpdater is not found for 'generic'."}, noUpdater("generic")));
 }
 
-TEST_F(QelEnvCacheTest, ChildrenThatCannotBeListedAreLogged) {
+TEST_F(QelEnvCacheTest, FailureToListChildrenIsLogged) {
     std::vector<QelEnvCache::EnvValuesListPtr> lists;
     for (int i = 0; i < 16; ++i)
         lists.push_back(envCache()->getEnvList());
@@ -488,7 +488,7 @@ TEST_F(QelEnvCacheTest, ChildrenThatCannotBeListedAreLogged) {
 
 // ---- fork
 
-TEST_F(QelEnvCacheTest, ForkedChildAttachesAnewAndItsOldListIsEmpty) {
+TEST_F(QelEnvCacheTest, ForkedChildAttachesAgainAndItsOldListIsEmpty) {
     insert(makeEnv(eidOf(1), "one"));
     const QelEnvCacheSP cache = envCache();
     QelEnvCache::EnvValuesListPtr list = cache->getEnvList();
@@ -517,7 +517,7 @@ TEST_F(QelEnvCacheTest, ForkedChildAttachesAnewAndItsOldListIsEmpty) {
                   return cache->insert(makeEnv(eidOf(3))) == cacheNotAttached ? 0 : 8;
               }),
               0);
-    EXPECT_EQ(envCache(), cache) << "the parent notices nothing";
+    EXPECT_EQ(envCache(), cache) << "the parent is not affected";
     EXPECT_EQ(nameOf(list->getEnv(eidOf(1))), "one");
     EXPECT_EQ(list->size(), 1U);
     EXPECT_EQ(nameOf(cache->getEnvCopy(eidOf(2))), "two");
@@ -525,7 +525,7 @@ TEST_F(QelEnvCacheTest, ForkedChildAttachesAnewAndItsOldListIsEmpty) {
     EXPECT_THAT(findings(), IsEmpty());
 }
 
-TEST_F(QelEnvCacheTest, ListsOfTheParentDoNotCountAgainstTheChild) {
+TEST_F(QelEnvCacheTest, ListsOfParentDoNotCountAgainstChild) {
     std::vector<QelEnvCache::EnvValuesListPtr> lists;
     for (int i = 0; i < 16; ++i)
         lists.push_back(envCache()->getEnvList());
@@ -534,13 +534,13 @@ TEST_F(QelEnvCacheTest, ListsOfTheParentDoNotCountAgainstTheChild) {
 
 // ---- threads
 
-TEST_F(QelEnvCacheTest, ThreadsOfOneProcessReadAndWriteAtOnce) {
+TEST_F(QelEnvCacheTest, ThreadsReadAndWriteConcurrently) {
     constexpr int writers = 2;
     constexpr int readers = 2;
     constexpr int keys = 12;
     constexpr int steps = 300;
     ASSERT_TRUE(envCache());
-    // Each writer has keys of its own: the name of an environment tells them, and grows with each step.
+    // Each writer has its own keys.  The name of an environment contains its key and grows with each step.
     const auto nameAt = [](int key, int step) {
         return std::to_string(key) + ':' + std::string(static_cast<std::size_t>(1 + (step * 37) % 500), 'x');
     };

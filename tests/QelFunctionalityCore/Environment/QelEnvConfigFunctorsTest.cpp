@@ -4,7 +4,7 @@
 #include "QelFunctionalityCore/Environment/QelVEnvConfig.h"
 #include "QelMessage/QelDefaultMap.h"
 
-// How configurations and filters cross the wire.
+// The wire form of configurations and filters.
 
 namespace Qel {
 namespace {
@@ -27,10 +27,10 @@ constexpr int searchDomains = 1558;
 constexpr int agentVersion = 1223;
 constexpr int disabled = 1705;
 
-/// The elements of the canonical order.
+/// The elements in canonical order.
 constexpr int canonical[] = {1026, 1496, 1374, 1261, 1687, 1276, 1277, 1007, 1281, 1558, 1895, 1896, 2153, 1476, 1223};
 
-/// An element with these empty children, read as a configuration and written again.
+/// Reads an element with these empty children as a configuration and writes it again.
 std::vector<int> rewritten(const std::vector<int>& ids, EnvConfigType configType = EnvConfigType::virtualised) {
     const TestMessage message;
     message.cursor().newChild(config);
@@ -39,7 +39,7 @@ std::vector<int> rewritten(const std::vector<int>& ids, EnvConfigType configType
     return writtenIDs(QelEnvConfig(&message.cursor(), configType));
 }
 
-TEST(QelEnvConfigFunctorsTest, ThePositionOfAnElementIsThatInTheCanonicalOrder) {
+TEST(QelEnvConfigFunctorsTest, PositionIsThatInCanonicalOrder) {
     const QelEnvConfig order;
     int position = 0;
     for (const int id : canonical)
@@ -50,21 +50,21 @@ TEST(QelEnvConfigFunctorsTest, ThePositionOfAnElementIsThatInTheCanonicalOrder) 
     EXPECT_EQ(order.getPositionOfTheTag("no such name"), -1);
 }
 
-TEST(QelEnvConfigFunctorsTest, WritesElementsInTheCanonicalOrder) {
+TEST(QelEnvConfigFunctorsTest, WritesElementsInCanonicalOrder) {
     EXPECT_THAT(rewritten(std::vector<int>(std::rbegin(canonical), std::rend(canonical))), ElementsAreArray(canonical));
 }
 
-TEST(QelEnvConfigFunctorsTest, AnElementWithoutAPositionStaysBehindTheOneThatItFollowed) {
+TEST(QelEnvConfigFunctorsTest, ElementWithoutPositionStaysAfterItsPredecessor) {
     EXPECT_THAT(rewritten({agentVersion, name, 1003, hostname}), ElementsAre(name, 1003, hostname, agentVersion));
     EXPECT_THAT(rewritten({agentVersion, name, 1003, 1004, hostname, 1005}),
                 ElementsAre(name, 1003, 1004, hostname, 1005, agentVersion));
 }
 
-TEST(QelEnvConfigFunctorsTest, AnElementWithoutAPositionThatIsTheFirstStaysTheFirst) {
+TEST(QelEnvConfigFunctorsTest, FirstElementWithoutPositionStaysFirst) {
     EXPECT_THAT(rewritten({1003, 1004, hostname, name}), ElementsAre(1003, 1004, name, hostname));
 }
 
-TEST(QelEnvConfigFunctorsTest, ElementsOfOneKindKeepTheirOrder) {
+TEST(QelEnvConfigFunctorsTest, EqualElementsKeepTheirOrder) {
     const TestMessage message;
     message.cursor().newChild(config);
     for (const char* const text : {"b", "a", "c"})
@@ -78,7 +78,7 @@ TEST(QelEnvConfigFunctorsTest, ElementsOfOneKindKeepTheirOrder) {
     EXPECT_THAT(servers.get(), ElementsAre("b", "a", "c"));
 }
 
-/// A class that knows one more element and puts it first.
+/// A class that adds one element to the order, at the front.
 class ExtendedConfig : public QelEnvConfig {
 public:
     using QelEnvConfig::QelEnvConfig;
@@ -88,7 +88,7 @@ public:
     }
 };
 
-TEST(QelEnvConfigFunctorsTest, ADerivedClassMayExtendTheOrder) {
+TEST(QelEnvConfigFunctorsTest, DerivedClassMayExtendOrder) {
     const TestMessage message;
     message.cursor().newChild(config);
     for (const int id : {hostname, disabled, name})
@@ -97,12 +97,12 @@ TEST(QelEnvConfigFunctorsTest, ADerivedClassMayExtendTheOrder) {
                 ElementsAre(disabled, name, hostname));
 }
 
-TEST(QelEnvConfigFunctorsTest, WithoutATreeOrChildrenNothingIsWritten) {
+TEST(QelEnvConfigFunctorsTest, WithoutTreeOrChildrenNothingIsWritten) {
     EXPECT_THAT(writtenIDs(QelEnvConfig()), IsEmpty());
     EXPECT_THAT(rewritten({}), IsEmpty());
 }
 
-TEST(QelEnvConfigFunctorsTest, ReadsAllChildrenWithWhatTheyHold) {
+TEST(QelEnvConfigFunctorsTest, ReadsAllChildrenWithTheirContent) {
     const TestMessage message;
     message.cursor().newChild(config);
     message.cursor().newChild(1003);
@@ -115,7 +115,7 @@ TEST(QelEnvConfigFunctorsTest, ReadsAllChildrenWithWhatTheyHold) {
     QelEnvConfig read;
     read.setName(given("gone"));
     ASSERT_EQ(QelEnvConfig::Reader()(message.cursor(), read), 0);
-    EXPECT_EQ(message.cursor().curID(), config) << "the cursor came back";
+    EXPECT_EQ(message.cursor().curID(), config) << "the position is restored";
     EXPECT_EQ(textBy(read, &QelEnvConfig::getName), "(unspecified)");
 
     const TestMessage out;
@@ -125,7 +125,7 @@ TEST(QelEnvConfigFunctorsTest, ReadsAllChildrenWithWhatTheyHold) {
     EXPECT_EQ(taken(out.cursor().toTextFromChild()), taken(message.cursor().toTextFromChild()));
 }
 
-TEST(QelEnvConfigFunctorsTest, ReadingMakesANewRecordOfTheElement) {
+TEST(QelEnvConfigFunctorsTest, ReadingCreatesRecordOfElement) {
     const TestMessage message;
     message.cursor().newChild(config);
     message.cursor().putValue(std::string("abcdefghijklmnopqrst"), type);
@@ -136,14 +136,14 @@ TEST(QelEnvConfigFunctorsTest, ReadingMakesANewRecordOfTheElement) {
     EXPECT_FALSE(before->type.isSpecified());
 }
 
-TEST(QelEnvConfigFunctorsTest, WhatCannotBeSerialisedIsReadAllTheSame) {
+TEST(QelEnvConfigFunctorsTest, UnserialisableElementIsRead) {
     QelEnvConfig read;
     EXPECT_EQ(QelEnvConfig::Reader()(TooDeepMessage().cursor(), read), 0);
     EXPECT_THAT(writtenIDs(read), ElementsAre(1115, agentVersion));
     EXPECT_FALSE(read.getType().isSpecified());
 }
 
-TEST(QelEnvConfigFunctorsTest, EachClassIsStampedAndReadBackAsItself) {
+TEST(QelEnvConfigFunctorsTest, EachClassIsStampedAndReadAsItself) {
     EXPECT_EQ(QelEnvConfig::Writer::getNSID(), 292);
     EXPECT_EQ(QelEnvConfig::Writer::getTypeID(), 120);
     EXPECT_EQ(QelVEnvConfig::Writer::getNSID(), 292);
@@ -163,7 +163,7 @@ TEST(QelEnvConfigFunctorsTest, EachClassIsStampedAndReadBackAsItself) {
     EXPECT_EQ(countChildren(message.cursor(), agentVersion), 0);
 }
 
-TEST(QelEnvConfigFunctorsTest, AnElementWithoutATypeIsABaseConfiguration) {
+TEST(QelEnvConfigFunctorsTest, UntypedElementIsBaseConfiguration) {
     const TestMessage message;
     message.cursor().putChild(1872);
     boost::shared_ptr<QelEnvConfig> read;
@@ -173,7 +173,7 @@ TEST(QelEnvConfigFunctorsTest, AnElementWithoutATypeIsABaseConfiguration) {
     EXPECT_EQ(read->getConfigType(), EnvConfigType::base);
 }
 
-TEST(QelEnvConfigFunctorsTest, AClassWithoutAFactoryIsWrittenAsTheBaseClass) {
+TEST(QelEnvConfigFunctorsTest, ClassWithoutFactoryIsWrittenAsBaseClass) {
     const TestMessage message;
     const boost::shared_ptr<QelEnvConfig> extended(new ExtendedConfig);
     ASSERT_EQ(message.cursor().putObject(extended, QelWriterDerived<QelEnvConfig>(), config), 0);
@@ -181,7 +181,7 @@ TEST(QelEnvConfigFunctorsTest, AClassWithoutAFactoryIsWrittenAsTheBaseClass) {
     expectStampOf<QelEnvConfig::Writer>(message.cursor());
 }
 
-TEST(QelEnvConfigFunctorsTest, ChildrenOfANewTreeStandInItsNamespace) {
+TEST(QelEnvConfigFunctorsTest, ChildrenOfNewTreeAreInItsNamespace) {
     QelEnvConfig written;
     written.setName(given("x"));
     const TestMessage message;
@@ -205,7 +205,7 @@ int filterBy(const std::vector<int>& ids, int before = 0) {
     return filter;
 }
 
-TEST(QelEnvConfigFunctorsTest, AFilterIsWrittenAsEmptyElements) {
+TEST(QelEnvConfigFunctorsTest, FilterIsWrittenAsEmptyElements) {
     EXPECT_THAT(filterElements(0), IsEmpty());
     EXPECT_THAT(filterElements(1), ElementsAre(name, domain, hostname, type, architecture, operatingSystem, addresses));
     EXPECT_THAT(filterElements(2), ElementsAre(nameservers));
@@ -215,7 +215,7 @@ TEST(QelEnvConfigFunctorsTest, AFilterIsWrittenAsEmptyElements) {
     EXPECT_THAT(filterElements(14), ElementsAre(nameservers, searchDomains, addresses));
 }
 
-TEST(QelEnvConfigFunctorsTest, AFilterIsReadFromTheElementsThatAreThere) {
+TEST(QelEnvConfigFunctorsTest, FilterIsReadFromPresentElements) {
     EXPECT_EQ(filterBy({}), 0);
     EXPECT_EQ(filterBy({nameservers}), 2);
     EXPECT_EQ(filterBy({searchDomains}), 4);
@@ -227,7 +227,7 @@ TEST(QelEnvConfigFunctorsTest, AFilterIsReadFromTheElementsThatAreThere) {
     EXPECT_EQ(filterBy({nameservers}, 4), 6) << "bits are added";
 }
 
-TEST(QelEnvConfigFunctorsTest, AFilterOfAddressesAloneReadsBackWithTheBasicFields) {
+TEST(QelEnvConfigFunctorsTest, AddressFilterIsReadBackWithBasicFields) {
     EXPECT_EQ(filterBy(filterElements(8)), 9);
     EXPECT_EQ(filterBy(filterElements(1)), 9);
     EXPECT_EQ(filterBy(filterElements(15)), 15);

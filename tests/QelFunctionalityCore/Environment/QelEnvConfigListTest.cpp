@@ -4,7 +4,7 @@
 
 #include "EnvTestSupport.h"
 
-// The lists of a configuration, and the order of configurations.
+// The lists in a configuration, and the comparison of configurations.
 
 namespace Qel {
 namespace {
@@ -49,7 +49,7 @@ Texts nameserversBy(const QelEnvConfig& config) {
     return list.isSpecified() ? list.get() : Texts{"(unspecified)"};
 }
 
-TEST(QelEnvConfigListTest, WithoutATreeListsFailAndStayAsTheyWere) {
+TEST(QelEnvConfigListTest, WithoutTreeListsFailAndAreUnchanged) {
     const QelEnvConfig config;
     auto texts = given(Texts{""});
     EXPECT_EQ(config.getNameservers(texts), -1);
@@ -63,7 +63,7 @@ TEST(QelEnvConfigListTest, WithoutATreeListsFailAndStayAsTheyWere) {
     EXPECT_EQ(ips.get().size(), 1U);
 }
 
-TEST(QelEnvConfigListTest, AMissingListIsUnspecifiedAndEmpty) {
+TEST(QelEnvConfigListTest, MissingListIsUnspecifiedAndEmpty) {
     const ListElement element;
     auto texts = given(Texts{"left"});
     EXPECT_EQ(element.config().getNameservers(texts), 0);
@@ -83,28 +83,28 @@ TEST(QelEnvConfigListTest, AddressesAreReplaced) {
     EXPECT_THAT(writtenIDs(config), ElementsAre(agentVersion));
 }
 
-TEST(QelEnvConfigListTest, ASpecifiedEmptyListOfAddressesIsOneEmptyElement) {
+TEST(QelEnvConfigListTest, SpecifiedEmptyAddressListIsOneEmptyElement) {
     QelEnvConfig config;
     EXPECT_EQ(config.setAddresses(given(Addresses())), 0);
     EXPECT_THAT(writtenIDs(config), ElementsAre(addresses, agentVersion));
     EXPECT_THAT(ipsBy(config), IsEmpty());
 }
 
-TEST(QelEnvConfigListTest, AnAddressThatCannotBeReadEndsTheListThatIsSpecifiedNevertheless) {
+TEST(QelEnvConfigListTest, UnreadableAddressEndsListButListIsSpecified) {
     const ListElement element;
     element.cursor().putObj(QelIPAddress("10.0.0.1"), addresses);
     element.cursor().putChild(addresses);
     EXPECT_THAT(ipsBy(element.config()), ElementsAre("10.0.0.1"));
 }
 
-TEST(QelEnvConfigListTest, NameserversAreStoredOnceAndInTheirOrder) {
+TEST(QelEnvConfigListTest, NameserversAreStoredOnceAndInOrder) {
     QelEnvConfig config;
     EXPECT_EQ(config.setNameservers(given(Texts{"10.0.0.1", "10.0.0.1", "10.0.0.2"})), 0);
     EXPECT_THAT(nameserversBy(config), ElementsAre("10.0.0.1", "10.0.0.2"));
     EXPECT_THAT(writtenIDs(config), ElementsAre(nameservers, nameservers, agentVersion));
 }
 
-TEST(QelEnvConfigListTest, OfSeveralTextsOfOneNameserverTheFirstStaysAsItWasWritten) {
+TEST(QelEnvConfigListTest, FirstSpellingOfNameserverIsKept) {
     QelEnvConfig config;
     EXPECT_EQ(config.setNameservers(given(Texts{"FE80:0::1", "10.0.0.9", "fe80::1", "::10.0.0.9"})), 0);
     EXPECT_THAT(nameserversBy(config), ElementsAre("FE80:0::1", "10.0.0.9"));
@@ -134,7 +134,7 @@ TEST(QelEnvConfigListTest, SearchDomainsAndChildTypesAreSets) {
     EXPECT_THAT(set.get(), ElementsAre("ct", "vm"));
 }
 
-TEST(QelEnvConfigListTest, OneEmptyTextIsAnEmptySetButOneAmongOthersIsAnItem) {
+TEST(QelEnvConfigListTest, SingleEmptyStringIsEmptySetButOneAmongOthersIsItem) {
     QelStringSetOptionalProperty set;
     EXPECT_EQ(ListElement(searchDomains, {""}).config().getSearchDomains(set), 0);
     EXPECT_TRUE(set.isSpecified());
@@ -143,7 +143,7 @@ TEST(QelEnvConfigListTest, OneEmptyTextIsAnEmptySetButOneAmongOthersIsAnItem) {
     EXPECT_THAT(set.get(), ElementsAre("", "a"));
 }
 
-/// One way to give a configuration something to be compared by; the later in the list, the later it is looked at.
+/// One way to make configurations differ.  Differences later in the list are compared later.
 struct Difference {
     const char* what;
     void (*make)(QelEnvConfig& lesser, QelEnvConfig& greater);
@@ -155,7 +155,7 @@ void differ(QelEnvConfig& lesser, QelEnvConfig& greater) {
     (greater.*set)(given("b"));
 }
 
-/// The child `id` of a configuration that is to have one, beside what the configuration has already.
+/// Adds a child `id` to a configuration and keeps its other children.
 void add(QelEnvConfig& config, int id, const char* text) {
     const TestMessage message;
     message.cursor().newChild(1185);
@@ -202,11 +202,11 @@ constexpr Difference differences[] = {
      }},
 };
 
-TEST(QelEnvConfigListTest, EachDifferenceDecidesAndTheEarlierOnesWin) {
+TEST(QelEnvConfigListTest, EarlierDifferencesTakePrecedence) {
     QelEnvConfig lesser;
     QelEnvConfig greater;
     EXPECT_EQ(lesser.compare(greater), 0);
-    // From the last to the first, each against all that follow it.
+    // Compares each difference with all later ones, starting with the last.
     for (auto each = std::rbegin(differences); each != std::rend(differences); ++each) {
         std::swap(lesser, greater);
         each->make(lesser, greater);
@@ -216,7 +216,7 @@ TEST(QelEnvConfigListTest, EachDifferenceDecidesAndTheEarlierOnesWin) {
     }
 }
 
-TEST(QelEnvConfigListTest, TheLongerListIsTheGreater) {
+TEST(QelEnvConfigListTest, LongerListIsGreater) {
     QelEnvConfig one;
     one.setAddresses(given(Addresses{QelIPAddress("10.0.0.1")}));
     QelEnvConfig two;
@@ -225,7 +225,7 @@ TEST(QelEnvConfigListTest, TheLongerListIsTheGreater) {
     EXPECT_EQ(two.compare(one), 1);
 }
 
-TEST(QelEnvConfigListTest, AnUnspecifiedValueComparesAsAnEmptyOneExceptForTheType) {
+TEST(QelEnvConfigListTest, UnspecifiedValueComparesAsEmptyExceptType) {
     QelEnvConfig empty;
     empty.setName(given(""));
     empty.setAddresses(given(Addresses()));

@@ -20,7 +20,7 @@ constexpr int agentVersion = 1223;
 constexpr int baseSample = 1895;
 constexpr int customized = 1766;
 
-/// A cursor on an element to be read as a configuration.
+/// A cursor at an element to read as a configuration.
 class Element : public TestMessage {
 public:
     Element() { cursor().newChild(1185); }
@@ -45,7 +45,7 @@ constexpr TextField textFields[] = {
     {"description", 1496, &QelEnvConfig::getDescription, &QelEnvConfig::setDescription},
 };
 
-TEST(QelEnvConfigTest, WithoutATreeGettersFailAndLeaveTheirOutput) {
+TEST(QelEnvConfigTest, WithoutTreeGettersFailAndLeaveOutputUnchanged) {
     const QelEnvConfig config(static_cast<const QelMessageIterator*>(nullptr), EnvConfigType::base);
     for (const TextField& field : textFields) {
         QelStringOptionalProperty text;
@@ -70,7 +70,7 @@ TEST(QelEnvConfigTest, WithoutATreeGettersFailAndLeaveTheirOutput) {
     EXPECT_FALSE(config.getType().isSpecified());
 }
 
-TEST(QelEnvConfigTest, EachTextStandsInItsElement) {
+TEST(QelEnvConfigTest, EachStringHasItsElement) {
     for (const TextField& field : textFields) {
         QelEnvConfig config;
         EXPECT_EQ((config.*field.set)(given("value")), 0) << field.what;
@@ -86,7 +86,7 @@ TEST(QelEnvConfigTest, EachTextStandsInItsElement) {
     }
 }
 
-TEST(QelEnvConfigTest, AnUnspecifiedTextMakesATreeWithNothingButTheVersion) {
+TEST(QelEnvConfigTest, SettingUnspecifiedStringCreatesTreeWithVersionOnly) {
     QelEnvConfig config;
     EXPECT_EQ(config.setName(QelStringOptionalProperty()), 0);
     EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "(unspecified)");
@@ -96,7 +96,7 @@ TEST(QelEnvConfigTest, AnUnspecifiedTextMakesATreeWithNothingButTheVersion) {
     EXPECT_EQ(childValue(message.cursor(), agentVersion), "40500");
 }
 
-TEST(QelEnvConfigTest, AMissingTextIsUnspecifiedAndKeepsItsValue) {
+TEST(QelEnvConfigTest, MissingStringIsUnspecifiedAndKeepsItsValue) {
     const Element element;
     auto text = given("left");
     EXPECT_EQ(element.config().getName(text), 0);
@@ -104,13 +104,13 @@ TEST(QelEnvConfigTest, AMissingTextIsUnspecifiedAndKeepsItsValue) {
     EXPECT_EQ(text.get(), "left");
 }
 
-TEST(QelEnvConfigTest, AnElementWithoutAValueIsASpecifiedEmptyText) {
+TEST(QelEnvConfigTest, ElementWithoutValueIsSpecifiedEmptyString) {
     const Element element;
     element->putChild(name);
     EXPECT_EQ(textBy(element.config(), &QelEnvConfig::getName), "");
 }
 
-TEST(QelEnvConfigTest, TheDescriptionIsBase64) {
+TEST(QelEnvConfigTest, DescriptionIsBase64) {
     QelEnvConfig config;
     config.setDescription(given(std::string("\0\n\xFF", 3)));
     const TestMessage message;
@@ -119,7 +119,7 @@ TEST(QelEnvConfigTest, TheDescriptionIsBase64) {
     EXPECT_EQ(textBy(config, &QelEnvConfig::getDescription), std::string("\0\n\xFF", 3));
 }
 
-TEST(QelEnvConfigTest, ADescriptionThatIsNoBase64IsSpecifiedAndNotRead) {
+TEST(QelEnvConfigTest, InvalidBase64DescriptionIsSpecifiedButNotRead) {
     const Element element;
     element->putValue(std::string("?"), description);
     QelStringOptionalProperty text;
@@ -128,7 +128,7 @@ TEST(QelEnvConfigTest, ADescriptionThatIsNoBase64IsSpecifiedAndNotRead) {
     EXPECT_EQ(text, given("left"));
 }
 
-TEST(QelEnvConfigTest, SettingTheHostNameIsTraced) {
+TEST(QelEnvConfigTest, SettingHostNameIsTraced) {
     const int levelBefore = debug_level;
     std::vector<LogRecord> records;
     const LogSink sinkBefore = setLogSink([&](const LogRecord& record) { records.push_back(record); });
@@ -147,7 +147,7 @@ TEST(QelEnvConfigTest, SettingTheHostNameIsTraced) {
     EXPECT_STREQ(records[0].file, "core/src/QelFunctionalityCore/QelEnvConfig");
 }
 
-TEST(QelEnvConfigTest, TheTypeLivesInTheTreeAndInTheRecord) {
+TEST(QelEnvConfigTest, TypeIsInTreeAndInRecord) {
     const auto core = recordOf("", "");
     QelEnvConfig config(core, EnvConfigType::base);
     EXPECT_EQ(config.setType("vm"), 0);
@@ -170,7 +170,7 @@ TEST(QelEnvConfigTest, TheTypeLivesInTheTreeAndInTheRecord) {
     EXPECT_THAT(writtenIDs(config), ElementsAre(agentVersion));
 }
 
-TEST(QelEnvConfigTest, TheOperatingSystemIsReplaced) {
+TEST(QelEnvConfigTest, OperatingSystemIsReplaced) {
     QelEnvConfig config;
     EXPECT_EQ(config.setOS(QelOS("linux", "debian", nullptr, nullptr)), 0);
     EXPECT_EQ(config.setOS(QelOS("linux", "fedora", nullptr, nullptr)), 0);
@@ -180,7 +180,7 @@ TEST(QelEnvConfigTest, TheOperatingSystemIsReplaced) {
     EXPECT_THAT(writtenIDs(config), ElementsAre(1277, agentVersion));
 }
 
-TEST(QelEnvConfigTest, AnOperatingSystemThatIsMissingOrNamelessFails) {
+TEST(QelEnvConfigTest, MissingOrUnnamedOperatingSystemFails) {
     const Element element;
     QelOS os;
     EXPECT_EQ(element.config().getOS(os), -1);
@@ -188,7 +188,7 @@ TEST(QelEnvConfigTest, AnOperatingSystemThatIsMissingOrNamelessFails) {
     EXPECT_EQ(element.config().getOS(os), -1);
 }
 
-TEST(QelEnvConfigTest, TheBaseSampleIsOptional) {
+TEST(QelEnvConfigTest, BaseSampleIsOptional) {
     QelEnvConfig config;
     EXPECT_EQ(config.setBaseSampleId(given(QelGUID(1, 2))), 0);
     EXPECT_EQ(config.setBaseSampleId(given(QelGUID(3, 4))), 0);
@@ -202,7 +202,7 @@ TEST(QelEnvConfigTest, TheBaseSampleIsOptional) {
     EXPECT_FALSE(sample.isSpecified());
 }
 
-TEST(QelEnvConfigTest, ABaseSampleThatIsNoIdentifierIsSpecifiedAndNotRead) {
+TEST(QelEnvConfigTest, InvalidBaseSampleIsSpecifiedButNotRead) {
     const Element element;
     element->putValue(std::string("none"), baseSample);
     QelOptionalProperty<QelGUID> sample;
@@ -210,7 +210,7 @@ TEST(QelEnvConfigTest, ABaseSampleThatIsNoIdentifierIsSpecifiedAndNotRead) {
     EXPECT_EQ(sample, given(QelGUID()));
 }
 
-TEST(QelEnvConfigTest, TheBaseSnapshotIsWrittenWhateverItIs) {
+TEST(QelEnvConfigTest, BaseSnapshotIsAlwaysWritten) {
     QelEnvConfig config;
     EXPECT_EQ(config.setBaseSnapshotId(QelGUID()), 0);
     QelGUID snapshot(1, 2);
@@ -221,7 +221,7 @@ TEST(QelEnvConfigTest, TheBaseSnapshotIsWrittenWhateverItIs) {
     EXPECT_EQ(Element().config().getBaseSnapshotId(snapshot), -1);
 }
 
-TEST(QelEnvConfigTest, WhetherItIsCustomizedIsRead) {
+TEST(QelEnvConfigTest, ReadsCustomizedFlag) {
     const Element element;
     bool flag = true;
     EXPECT_EQ(element.config().getConfigCustomized(flag), -1);
@@ -230,7 +230,7 @@ TEST(QelEnvConfigTest, WhetherItIsCustomizedIsRead) {
     EXPECT_FALSE(flag);
 }
 
-TEST(QelEnvConfigTest, ATreeThatArrivesWithoutAVersionCountsAsAnOldAgents) {
+TEST(QelEnvConfigTest, TreeWithoutVersionIsFromOldAgent) {
     const Element element;
     EXPECT_EQ(element.config().getAgentVersion(), 40000);
     EXPECT_THAT(writtenIDs(element.config()), ElementsAre(agentVersion));
@@ -242,14 +242,14 @@ TEST(QelEnvConfigTest, ATreeThatArrivesWithoutAVersionCountsAsAnOldAgents) {
     EXPECT_EQ(element.config().getAgentVersion(), 41000);
 }
 
-TEST(QelEnvConfigTest, AVirtualConfigurationHasNoVersion) {
+TEST(QelEnvConfigTest, VirtualConfigurationHasNoVersion) {
     const Element element;
     element->putValue(41000, agentVersion);
     EXPECT_EQ(element.config(EnvConfigType::virtualised).getAgentVersion(), -1);
     EXPECT_THAT(writtenIDs(Element().config(EnvConfigType::virtualised)), IsEmpty());
 }
 
-TEST(QelEnvConfigTest, IsAViewOnItsHalfOfARecord) {
+TEST(QelEnvConfigTest, IsViewOfItsHalfOfRecord) {
     const Element element;
     element->putValue(std::string("base"), name);
     const Element other;
@@ -264,7 +264,7 @@ TEST(QelEnvConfigTest, IsAViewOnItsHalfOfARecord) {
     EXPECT_EQ(virtualised.getConfigType(), EnvConfigType::virtualised);
 }
 
-TEST(QelEnvConfigTest, ReadAtTheRootOfAMessageIsReadBackFromItsRecord) {
+TEST(QelEnvConfigTest, ConfigurationReadAtRootSurvivesRoundTripThroughRecord) {
     const TestMessage message;
     message->setSession("secret");
     message.cursor().putValue(std::string("first"), name);
@@ -272,14 +272,14 @@ TEST(QelEnvConfigTest, ReadAtTheRootOfAMessageIsReadBackFromItsRecord) {
     for (const EnvConfigType half : {EnvConfigType::base, EnvConfigType::virtualised}) {
         const QelEnvConfig config(&message.cursor(), half);
         EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "first");
-        // The record that the configuration has.
+        // The record of the configuration.
         const auto record = QelEnvCoreBasic::createInstance(&message.cursor(), half);
         EXPECT_EQ(record->type, "vm");
         const QelEnvConfig back(record, half);
         EXPECT_EQ(textBy(back, &QelEnvConfig::getName), "first");
         EXPECT_EQ(writtenIDs(back), writtenIDs(config));
         EXPECT_EQ((configBytesOf(*record) + virtualConfigBytesOf(*record)).find("secret"), std::string::npos)
-            << "the envelope is no part of a configuration";
+            << "the envelope is not part of a configuration";
 
         const auto replaced = QelEnvCoreBasic::createInstance(&message.cursor(), *record, half);
         EXPECT_EQ(textBy(QelEnvConfig(replaced, half), &QelEnvConfig::getName), "first");
@@ -287,7 +287,7 @@ TEST(QelEnvConfigTest, ReadAtTheRootOfAMessageIsReadBackFromItsRecord) {
     EXPECT_EQ(message.cursor().curName(), "/");
 }
 
-TEST(QelEnvConfigTest, ANewTreeHasItsRootInNamespace292) {
+TEST(QelEnvConfigTest, RootOfNewTreeIsInNamespace292) {
     const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
     config->setName(given("a"));
     const QelEnvCoreBasicMaintainer maintainer(someEID, config);
@@ -298,14 +298,14 @@ TEST(QelEnvConfigTest, ANewTreeHasItsRootInNamespace292) {
     EXPECT_EQ(tree.cursor().curNamespaceID(), 292);
 }
 
-TEST(QelEnvConfigTest, ANullRecordIsReplacedByABlankOne) {
+TEST(QelEnvConfigTest, NullRecordIsReplacedByBlankOne) {
     QelEnvConfig config(boost::shared_ptr<QelEnvCoreBasic>(), EnvConfigType::base);
     EXPECT_FALSE(config.getType().isSpecified());
     EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "(fails)");
     EXPECT_EQ(config.setType("vm"), 0);
 }
 
-TEST(QelEnvConfigTest, IsParsedFromTheRecordWhenSomebodyAsks) {
+TEST(QelEnvConfigTest, IsParsedFromRecordOnFirstAccess) {
     const Element element;
     element->putValue(std::string("first"), name);
     std::string bytes = flattened(element.cursor());
@@ -318,7 +318,7 @@ TEST(QelEnvConfigTest, IsParsedFromTheRecordWhenSomebodyAsks) {
     EXPECT_EQ(textBy(late, &QelEnvConfig::getName), "(fails)");
 }
 
-TEST(QelEnvConfigTest, ADamagedConfigurationIsNone) {
+TEST(QelEnvConfigTest, DamagedConfigurationHasNoTree) {
     QelEnvConfig config(recordOf("damaged", ""), EnvConfigType::base);
     EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "(fails)");
     EXPECT_EQ(config.getAgentVersion(), -1);
@@ -326,7 +326,7 @@ TEST(QelEnvConfigTest, ADamagedConfigurationIsNone) {
     EXPECT_EQ(config.getAgentVersion(), 40500);
 }
 
-TEST(QelEnvConfigTest, ResetDropsTheTreeAndIfAskedTheRecord) {
+TEST(QelEnvConfigTest, ResetDropsTreeAndOptionallyRecord) {
     const Element element;
     element->putValue(std::string("vm"), type);
     QelEnvConfig config = element.config();
@@ -337,7 +337,7 @@ TEST(QelEnvConfigTest, ResetDropsTheTreeAndIfAskedTheRecord) {
     EXPECT_FALSE(config.getType().isSpecified());
 }
 
-TEST(QelEnvConfigTest, ACopyHasATreeOfItsOwnAndSharesTheRecord) {
+TEST(QelEnvConfigTest, CopyHasItsOwnTreeAndSharesRecord) {
     QelEnvConfig original;
     original.setName(given("one"));
     original.setType("vm");
@@ -358,7 +358,7 @@ TEST(QelEnvConfigTest, ACopyHasATreeOfItsOwnAndSharesTheRecord) {
     EXPECT_EQ(textBy(copy, &QelEnvConfig::getName), "(fails)");
 }
 
-TEST(QelEnvConfigTest, ACopyOfAVirtualConfigurationAsABaseOneStaysVirtual) {
+TEST(QelEnvConfigTest, BaseCopyOfVirtualConfigurationStaysVirtual) {
     const Element element;
     element->putValue(std::string("one"), name);
     QelEnvConfig copy;
@@ -366,7 +366,7 @@ TEST(QelEnvConfigTest, ACopyOfAVirtualConfigurationAsABaseOneStaysVirtual) {
     EXPECT_THAT(writtenIDs(copy), ElementsAre(name));
 }
 
-TEST(QelEnvConfigTest, EditingForeverKeepsOneElementOfEach) {
+TEST(QelEnvConfigTest, RepeatedEditingKeepsOneElementOfEach) {
     QelEnvConfig config;
     for (int i = 0; i < 1000; ++i)
         config.setName(given(std::to_string(i)));

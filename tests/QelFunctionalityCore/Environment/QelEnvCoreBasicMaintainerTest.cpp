@@ -24,7 +24,7 @@ template <class Config> boost::shared_ptr<Config> named(const char* name, const 
     return config;
 }
 
-/// A record as a maintainer makes it of two configurations.
+/// The record that a maintainer creates from two configurations.
 boost::shared_ptr<QelEnvCoreBasic> namedRecord(const char* base, const char* virtualised) {
     return Maintainer(someEID, named<QelEnvConfig>(base), named<QelVEnvConfig>(virtualised)).m_core;
 }
@@ -41,7 +41,7 @@ void expectClean(const Maintainer& maintainer) {
     EXPECT_FALSE(maintainer.vconfigDirty);
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, BeginsWithABlankRecordAndEmptyConfigurations) {
+TEST(QelEnvCoreBasicMaintainerTest, StartsWithBlankRecordAndEmptyConfigurations) {
     Maintainer maintainer;
     expectClean(maintainer);
     EXPECT_EQ(maintainer.m_config->getConfigType(), EnvConfigType::base);
@@ -52,7 +52,7 @@ TEST(QelEnvCoreBasicMaintainerTest, BeginsWithABlankRecordAndEmptyConfigurations
     EXPECT_EQ(&maintainer.m_vconfig->getType(), &maintainer.m_core->type);
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, IsAViewOnARecord) {
+TEST(QelEnvCoreBasicMaintainerTest, IsViewOfRecord) {
     const auto record = namedRecord("base", "virtual");
     Maintainer maintainer(record);
     expectClean(maintainer);
@@ -66,7 +66,7 @@ TEST(QelEnvCoreBasicMaintainerTest, IsAViewOnARecord) {
     EXPECT_EQ(maintainer.getBuffer(nullptr, length, nullptr), 0);
 }
 
-TEST(QelEnvCoreBasicMaintainerDeathTest, ANullRecordOrConfigurationEndsTheProcess) {
+TEST(QelEnvCoreBasicMaintainerDeathTest, NullRecordOrConfigurationTerminatesProcess) {
     EXPECT_DEATH(Maintainer(boost::shared_ptr<QelEnvCoreBasic>()), "core/src/QelFunctionalityCore/QelEnv:");
     EXPECT_DEATH(Maintainer(someEID, ConfigSP(), named<QelVEnvConfig>("")), "core/src/QelFunctionalityCore/QelEnv:");
     EXPECT_DEATH(Maintainer(someEID, named<QelEnvConfig>(""), VConfigSP()), "core/src/QelFunctionalityCore/QelEnv:");
@@ -74,7 +74,7 @@ TEST(QelEnvCoreBasicMaintainerDeathTest, ANullRecordOrConfigurationEndsTheProces
     EXPECT_DEATH(Maintainer(someEID, VConfigSP()), "core/src/QelFunctionalityCore/QelEnv:");
 }
 
-TEST(QelEnvCoreBasicMaintainerDeathTest, AConfigurationOfTheOtherTypeEndsTheProcess) {
+TEST(QelEnvCoreBasicMaintainerDeathTest, ConfigurationOfOtherTypeTerminatesProcess) {
     const ConfigSP virtualAsBase(
         new QelEnvConfig(static_cast<const QelMessageIterator*>(nullptr), EnvConfigType::virtualised));
     EXPECT_DEATH(Maintainer(someEID, virtualAsBase), "core/src/QelFunctionalityCore/QelEnv:");
@@ -82,7 +82,7 @@ TEST(QelEnvCoreBasicMaintainerDeathTest, AConfigurationOfTheOtherTypeEndsTheProc
     EXPECT_DEATH(Maintainer(someEID, baseAsVirtual), "core/src/QelFunctionalityCore/QelEnv:");
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTwoConfigurations) {
+TEST(QelEnvCoreBasicMaintainerTest, CreatesRecordFromTwoConfigurations) {
     const Maintainer maintainer(someEID, named<QelEnvConfig>("base", "b"), named<QelVEnvConfig>("virtual", "v"));
     expectClean(maintainer);
     EXPECT_EQ(maintainer.m_core->eid, someEID);
@@ -93,25 +93,25 @@ TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTwoConfigurations) {
     EXPECT_EQ(maintainer.m_config->getAgentVersion(), 40500);
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfConfigurationsWithoutTrees) {
+TEST(QelEnvCoreBasicMaintainerTest, CreatesRecordFromConfigurationsWithoutTrees) {
     const Maintainer maintainer(someEID, ConfigSP(new QelEnvConfig), VConfigSP(new QelVEnvConfig));
     EXPECT_EQ(maintainer.m_core->length(), 92U);
     EXPECT_EQ(maintainer.m_core->eid, someEID);
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTheBaseConfigurationAlone) {
+TEST(QelEnvCoreBasicMaintainerTest, CreatesRecordFromBaseConfigurationOnly) {
     const ConfigSP config = named<QelEnvConfig>("base", "b");
     const Maintainer maintainer(someEID, config);
     expectClean(maintainer);
     EXPECT_EQ(maintainer.m_core->eid, someEID);
     EXPECT_EQ(maintainer.m_core->type, "b");
     EXPECT_EQ(maintainer.m_core->vconfigSize, 0U);
-    EXPECT_NE(maintainer.m_config, config) << "the view is remade over the new record";
+    EXPECT_NE(maintainer.m_config, config) << "the view is replaced by one of the new record";
     EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "base");
     EXPECT_EQ(textBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "(fails)");
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTheVirtualConfigurationAlone) {
+TEST(QelEnvCoreBasicMaintainerTest, CreatesRecordFromVirtualConfigurationOnly) {
     const Maintainer maintainer(someEID, named<QelVEnvConfig>("virtual", "v"));
     expectClean(maintainer);
     EXPECT_EQ(maintainer.m_core->eid, someEID);
@@ -121,7 +121,7 @@ TEST(QelEnvCoreBasicMaintainerTest, MakesARecordOfTheVirtualConfigurationAlone) 
     EXPECT_EQ(textBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "virtual");
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, AConfigurationOnARecordBringsTheOtherHalfAlong) {
+TEST(QelEnvCoreBasicMaintainerTest, ConfigurationOfRecordKeepsOtherHalf) {
     const auto record = namedRecord("base", "virtual");
     record->parentEID = otherEID;
     const ConfigSP config(new QelEnvConfig(record, EnvConfigType::base));
@@ -139,7 +139,7 @@ TEST(QelEnvCoreBasicMaintainerTest, AConfigurationOnARecordBringsTheOtherHalfAlo
               "a new and longer name of the virtual configuration");
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, ACopyHasTheRecordButNotWhatIsNotInIt) {
+TEST(QelEnvCoreBasicMaintainerTest, CopyHasRecordWithoutUnsavedChanges) {
     Maintainer original(namedRecord("base", "virtual"));
     original.m_config->setName(given("changed"));
     original.configDirty = true;
@@ -159,13 +159,13 @@ TEST(QelEnvCoreBasicMaintainerTest, ACopyHasTheRecordButNotWhatIsNotInIt) {
     EXPECT_EQ(textBy(*original.m_config, &QelEnvConfig::getName), "changed");
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, ACopyOfOneWithoutARecordHasNone) {
+TEST(QelEnvCoreBasicMaintainerTest, CopyOfOneWithoutRecordHasNone) {
     Maintainer without;
     without.m_core.reset();
     EXPECT_EQ(Maintainer(without).m_core, nullptr);
 }
 
-/// A factory whose virtual configurations come with a tree that no record holds.
+/// A factory that creates virtual configurations with a tree that is not in the record.
 class UnsavedVirtualConfigTest : public testing::Test {
 protected:
     UnsavedVirtualConfigTest() : factory("unsaved") {
@@ -181,7 +181,7 @@ protected:
     boost::shared_ptr<QelEnvCoreBasic> record = recordOf("", "");
 };
 
-TEST_F(UnsavedVirtualConfigTest, IsDirtyInACopyIfTheRecordHasNoBytesOfIt) {
+TEST_F(UnsavedVirtualConfigTest, IsDirtyInCopyIfRecordDoesNotContainIt) {
     const Maintainer view(record);
     expectClean(view);
     const Maintainer copy(view);
@@ -189,13 +189,13 @@ TEST_F(UnsavedVirtualConfigTest, IsDirtyInACopyIfTheRecordHasNoBytesOfIt) {
     EXPECT_TRUE(copy.vconfigDirty);
 }
 
-TEST_F(UnsavedVirtualConfigTest, IsDirtyInARecordOfTwoConfigurations) {
+TEST_F(UnsavedVirtualConfigTest, IsDirtyInRecordOfTwoConfigurations) {
     const Maintainer maintainer(someEID, named<QelEnvConfig>("base", "unsaved"), VConfigSP(new QelVEnvConfig));
     EXPECT_FALSE(maintainer.configDirty);
     EXPECT_TRUE(maintainer.vconfigDirty);
 }
 
-TEST_F(UnsavedVirtualConfigTest, IsDirtyInARecordOfAVirtualConfigurationWithoutATree) {
+TEST_F(UnsavedVirtualConfigTest, IsDirtyInRecordOfVirtualConfigurationWithoutTree) {
     const auto type = [](const QelEnvType& name) {
         const auto config = boost::make_shared<QelVEnvConfig>();
         config->setType(name);
@@ -208,13 +208,13 @@ TEST_F(UnsavedVirtualConfigTest, IsDirtyInARecordOfAVirtualConfigurationWithoutA
     EXPECT_TRUE(maintainer.vconfigDirty);
 }
 
-TEST_F(UnsavedVirtualConfigTest, IsCleanInARecordOfAVirtualConfiguration) {
+TEST_F(UnsavedVirtualConfigTest, IsCleanInRecordOfVirtualConfiguration) {
     const Maintainer maintainer(someEID, named<QelVEnvConfig>("virtual", "unsaved"));
     EXPECT_GT(maintainer.m_core->vconfigSize, 0U);
     expectClean(maintainer);
 }
 
-TEST_F(UnsavedVirtualConfigTest, IsCleanIfTheRecordHasBytesOfIt) {
+TEST_F(UnsavedVirtualConfigTest, IsCleanIfRecordContainsIt) {
     const Maintainer view(record);
     Maintainer copy(view);
     ASSERT_TRUE(copy.vconfigDirty);
@@ -222,12 +222,12 @@ TEST_F(UnsavedVirtualConfigTest, IsCleanIfTheRecordHasBytesOfIt) {
     expectClean(Maintainer(copy));
 }
 
-TEST_F(UnsavedVirtualConfigTest, IsNobodysConcernWhereOnlyABaseConfigurationIsGiven) {
+TEST_F(UnsavedVirtualConfigTest, IsIgnoredIfOnlyBaseConfigurationIsGiven) {
     const Maintainer maintainer(someEID, named<QelEnvConfig>("base", "unsaved"));
     expectClean(maintainer);
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, ADirtyHalfIsSerialisedIntoANewRecord) {
+TEST(QelEnvCoreBasicMaintainerTest, DirtyHalfIsSerialisedIntoNewRecord) {
     const auto record = namedRecord("base", "virtual");
     record->status = {4, 5};
     Maintainer maintainer(record);
@@ -246,7 +246,7 @@ TEST(QelEnvCoreBasicMaintainerTest, ADirtyHalfIsSerialisedIntoANewRecord) {
     EXPECT_EQ(textBy(*again.m_config, &QelEnvConfig::getName), "changed");
     EXPECT_EQ(textBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual");
     EXPECT_EQ(textBy(QelEnvConfig(record, EnvConfigType::base), &QelEnvConfig::getName), "base")
-        << "the former record stays as it was";
+        << "the previous record is unchanged";
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, BothHalvesMayBeDirty) {
@@ -260,7 +260,7 @@ TEST(QelEnvCoreBasicMaintainerTest, BothHalvesMayBeDirty) {
     EXPECT_EQ(textBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual 2");
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, WhatIsCleanIsNotSerialised) {
+TEST(QelEnvCoreBasicMaintainerTest, CleanHalfIsNotSerialised) {
     Maintainer maintainer(namedRecord("base", "virtual"));
     maintainer.m_config->setName(given("changed"));
     maintainer.vconfigDirty = true;
@@ -275,7 +275,7 @@ TEST(QelEnvCoreBasicMaintainerTest, DirtyHalvesWithoutTreesAreEmpty) {
     expectClean(maintainer);
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, AConfigurationThatWasReplacedBringsItsOwnBytes) {
+TEST(QelEnvCoreBasicMaintainerTest, ReplacedConfigurationBringsItsOwnBytes) {
     Maintainer maintainer(namedRecord("base", "virtual"));
     maintainer.m_config.reset(new QelEnvConfig(namedRecord("replaced", "ignored"), EnvConfigType::base));
     maintainer.vconfigDirty = true;
@@ -285,7 +285,7 @@ TEST(QelEnvCoreBasicMaintainerTest, AConfigurationThatWasReplacedBringsItsOwnByt
     EXPECT_EQ(textBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual");
 }
 
-/// The type that a record has after its configurations, with types of their own, were brought in.
+/// The type of a record after configurations with their own types were serialised into it.
 std::string typeBy(const char* base, bool isBaseDirty, const char* virtualised, bool isVirtualDirty) {
     Maintainer maintainer;
     maintainer.m_core->type = "old";
@@ -297,23 +297,23 @@ std::string typeBy(const char* base, bool isBaseDirty, const char* virtualised, 
     return maintainer.m_core->type.c_str();
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, TheTypeOfTheVirtualConfigurationWins) {
+TEST(QelEnvCoreBasicMaintainerTest, TypeOfVirtualConfigurationTakesPrecedence) {
     EXPECT_EQ(typeBy("b", true, "v", true), "v");
     EXPECT_EQ(typeBy(nullptr, true, "v", true), "v");
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, TheTypeOfTheBaseConfigurationCountsIfTheVirtualOneHasNone) {
+TEST(QelEnvCoreBasicMaintainerTest, TypeOfBaseConfigurationIsUsedIfVirtualOneHasNone) {
     EXPECT_EQ(typeBy("b", true, nullptr, true), "b");
     EXPECT_EQ(typeBy("b", true, nullptr, false), "b");
     EXPECT_EQ(typeBy("b", true, "v", false), "old");
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, TheTypeOfACleanConfigurationChangesNothing) {
+TEST(QelEnvCoreBasicMaintainerTest, TypeOfCleanConfigurationIsIgnored) {
     EXPECT_EQ(typeBy("b", false, nullptr, true), "old");
     EXPECT_EQ(typeBy(nullptr, true, nullptr, true), "old");
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, AConfigurationThatCannotBeSerialisedChangesNothing) {
+TEST(QelEnvCoreBasicMaintainerTest, UnserialisableConfigurationChangesNothing) {
     const auto record = namedRecord("base", "virtual");
     Maintainer maintainer(record);
     maintainer.m_config.reset(new QelEnvConfig(&TooDeepMessage().cursor(), EnvConfigType::base));

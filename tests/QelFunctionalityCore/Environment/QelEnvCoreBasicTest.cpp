@@ -16,7 +16,7 @@ using Record = boost::shared_ptr<QelEnvCoreBasic>;
 
 constexpr int type = 1007;
 
-/// A cursor on an element that could be a configuration.
+/// A cursor at an element that can serve as a configuration.
 class ConfigElement : public TestMessage {
 public:
     explicit ConfigElement(const char* typeText = nullptr) {
@@ -38,7 +38,7 @@ int intAt(const std::string& bytes, std::size_t offset) {
     return value;
 }
 
-/// A record with a distinct value in every field of its head.
+/// A record with a distinct value in every field of its fixed part.
 Record fullRecord(const std::string& config, const std::string& vconfig) {
     Record record = recordOf(config, vconfig);
     record->refCount.setRefCount(9);
@@ -55,7 +55,7 @@ Record blank() {
     return QelEnvCoreBasic::createInstance(nullptr, EnvConfigType::base);
 }
 
-TEST(QelEnvCoreBasicTest, LiesInMemoryAsTheCacheFileHasIt) {
+TEST(QelEnvCoreBasicTest, MemoryLayoutIsThatOfCacheFile) {
     const std::string bytes = bytesOf(*fullRecord("base", "virtual"));
     ASSERT_EQ(bytes.size(), 92U + 4 + 7);
     EXPECT_EQ(intAt(bytes, 0), 9);
@@ -70,7 +70,7 @@ TEST(QelEnvCoreBasicTest, LiesInMemoryAsTheCacheFileHasIt) {
     EXPECT_EQ(bytes.substr(99), std::string(4, '\0'));
 }
 
-TEST(QelEnvCoreBasicTest, ABlankRecordHasOnlyItsState) {
+TEST(QelEnvCoreBasicTest, BlankRecordHasOnlyItsState) {
     const Record record = blank();
     EXPECT_EQ(record->length(), 92U);
     EXPECT_EQ(record->status, QelEnvStatus(1, 0));
@@ -83,7 +83,7 @@ TEST(QelEnvCoreBasicTest, ABlankRecordHasOnlyItsState) {
     EXPECT_EQ(record->getVirtualConfig(), nullptr);
 }
 
-TEST(QelEnvCoreBasicTest, ItsBufferIsItself) {
+TEST(QelEnvCoreBasicTest, BufferIsRecordItself) {
     const Record record = recordOf("abc", "de");
     const void* address = nullptr;
     unsigned length = 0;
@@ -96,7 +96,7 @@ TEST(QelEnvCoreBasicTest, ItsBufferIsItself) {
     EXPECT_EQ(length, 97U);
 }
 
-TEST(QelEnvCoreBasicTest, ACopyOfTheHeadCountsItsOwnReferences) {
+TEST(QelEnvCoreBasicTest, CopyOfFixedPartHasItsOwnReferenceCount) {
     const Record record = fullRecord("base", "virtual");
     const QelEnvCoreBasic copy(*record);
     EXPECT_EQ(copy.refCount.getRefCount(), 0);
@@ -105,7 +105,7 @@ TEST(QelEnvCoreBasicTest, ACopyOfTheHeadCountsItsOwnReferences) {
     EXPECT_EQ(copy.data[0], '\0');
 }
 
-TEST(QelEnvCoreBasicTest, GivesItsConfigurationsAsMessages) {
+TEST(QelEnvCoreBasicTest, ReturnsConfigurationsAsMessages) {
     const ConfigElement base("base");
     const ConfigElement virtualised("virtual");
     const Record record = recordOf(base.flat(), virtualised.flat());
@@ -117,20 +117,20 @@ TEST(QelEnvCoreBasicTest, GivesItsConfigurationsAsMessages) {
     EXPECT_EQ(childValue(vconfig.cursor(), type), "virtual");
 }
 
-TEST(QelEnvCoreBasicTest, DamagedConfigurationsGiveNoMessage) {
+TEST(QelEnvCoreBasicTest, DamagedConfigurationsReturnNull) {
     const Record record = recordOf("no message", "neither");
     EXPECT_EQ(record->getConfig(), nullptr);
     EXPECT_EQ(record->getVirtualConfig(), nullptr);
 }
 
-TEST(QelEnvCoreBasicTest, ResettingTheVirtualConfigurationLeavesTheBaseOne) {
+TEST(QelEnvCoreBasicTest, ResettingVirtualConfigurationKeepsBaseOne) {
     const Record record = recordOf("base", "virtual");
     record->resetVirtualConfigData();
     EXPECT_EQ(record->vconfigSize, 0U);
     EXPECT_EQ(configBytesOf(*record), "base");
 }
 
-TEST(QelEnvCoreBasicTest, ResettingTheBaseConfigurationMovesAsManyBytesAsItHad) {
+TEST(QelEnvCoreBasicTest, ResettingBaseConfigurationMovesAtMostItsSize) {
     std::string longer;
     for (int i = 0; i < 300; ++i)
         longer += static_cast<char>('a' + i % 23);
@@ -139,18 +139,18 @@ TEST(QelEnvCoreBasicTest, ResettingTheBaseConfigurationMovesAsManyBytesAsItHad) 
     EXPECT_EQ(record->configSize, 0U);
     EXPECT_EQ(record->vconfigSize, 300U);
     EXPECT_EQ(virtualConfigBytesOf(*record).substr(0, 100), longer.substr(0, 100));
-    // The bytes behind them didn't move: they are what lay there before.
+    // The bytes after them were not moved and are unchanged.
     EXPECT_EQ(virtualConfigBytesOf(*record).substr(100), longer.substr(0, 200));
 }
 
-TEST(QelEnvCoreBasicTest, ResettingTheBaseConfigurationReadsNothingBehindTheRecord) {
+TEST(QelEnvCoreBasicTest, ResettingBaseConfigurationDoesNotReadPastRecord) {
     const Record record = recordOf(std::string(3000, 'B'), "virtual");
     record->resetConfigData();
     EXPECT_EQ(virtualConfigBytesOf(*record), "virtual");
     EXPECT_EQ(record->length(), 99U);
 }
 
-TEST(QelEnvCoreBasicTest, CombinesTheHeadAndBaseOfOneWithTheVirtualConfigurationOfAnother) {
+TEST(QelEnvCoreBasicTest, CombinesFixedPartAndBaseOfOneWithVirtualConfigurationOfAnother) {
     const Record a = fullRecord("base of a", "virtual of a");
     const Record b = recordOf("base of b", "virtual of b!");
     b->eid = otherEID;
@@ -165,11 +165,11 @@ TEST(QelEnvCoreBasicTest, CombinesTheHeadAndBaseOfOneWithTheVirtualConfiguration
     EXPECT_EQ(virtualConfigBytesOf(*made), "virtual of b!");
 }
 
-TEST(QelEnvCoreBasicTest, AnUnspecifiedTypeOfTheSecondLeavesThatOfTheFirst) {
+TEST(QelEnvCoreBasicTest, UnspecifiedTypeOfSecondKeepsTypeOfFirst) {
     EXPECT_EQ(QelEnvCoreBasic::createInstance(*fullRecord("", ""), *recordOf("", "v"))->type, "vm");
 }
 
-TEST(QelEnvCoreBasicTest, ADeepCopyDiffersOnlyInItsReferences) {
+TEST(QelEnvCoreBasicTest, DeepCopyDiffersOnlyInReferenceCount) {
     const Record record = fullRecord("base", "virtual");
     const Record copy = QelEnvCoreBasic::createInstance(*record);
     EXPECT_NE(copy, record);
@@ -177,7 +177,7 @@ TEST(QelEnvCoreBasicTest, ADeepCopyDiffersOnlyInItsReferences) {
     EXPECT_EQ(bytesOf(*copy).substr(4), bytesOf(*record).substr(4));
 }
 
-TEST(QelEnvCoreBasicTest, TakesAnElementAsOneOfItsConfigurations) {
+TEST(QelEnvCoreBasicTest, ElementBecomesConfiguration) {
     const ConfigElement element("vm");
     const Record base = QelEnvCoreBasic::createInstance(&element.cursor(), EnvConfigType::base);
     EXPECT_EQ(configBytesOf(*base), element.flat());
@@ -190,35 +190,35 @@ TEST(QelEnvCoreBasicTest, TakesAnElementAsOneOfItsConfigurations) {
     EXPECT_EQ(virtualised->status, QelEnvStatus(1, 0));
 }
 
-TEST(QelEnvCoreBasicTest, TakesTheFirstFifteenCharactersOfALongerType) {
+TEST(QelEnvCoreBasicTest, TruncatesTypeToFifteenCharacters) {
     const ConfigElement element("abcdefghijklmnopqrst");
     EXPECT_EQ(QelEnvCoreBasic::createInstance(element.cursor(), EnvConfigType::base)->type, "abcdefghijklmno");
 }
 
-TEST(QelEnvCoreBasicTest, AnElementWithoutATypeLeavesItUnspecified) {
+TEST(QelEnvCoreBasicTest, ElementWithoutTypeLeavesTypeUnspecified) {
     EXPECT_FALSE(QelEnvCoreBasic::createInstance(ConfigElement().cursor(), EnvConfigType::base)->type.isSpecified());
     const Record empty = QelEnvCoreBasic::createInstance(ConfigElement("").cursor(), EnvConfigType::base);
     EXPECT_TRUE(empty->type.isSpecified());
     EXPECT_EQ(empty->type.length(), 0U);
 }
 
-TEST(QelEnvCoreBasicTest, ANullCursorCopiesTheOldRecord) {
+TEST(QelEnvCoreBasicTest, NullCursorCopiesOldRecord) {
     const Record old = fullRecord("base", "virtual");
     const Record made = QelEnvCoreBasic::createInstance(nullptr, *old, EnvConfigType::base);
     EXPECT_EQ(bytesOf(*made).substr(4), bytesOf(*old).substr(4));
 }
 
-TEST(QelEnvCoreBasicTest, ReplacesTheBaseConfigurationAndKeepsTheVirtualOne) {
+TEST(QelEnvCoreBasicTest, ReplacesBaseConfigurationAndKeepsVirtualOne) {
     const ConfigElement element("ct");
     const std::string kept(5000, 'V');
     const Record old = fullRecord("base", kept);
     const Record made = QelEnvCoreBasic::createInstance(&element.cursor(), *old, EnvConfigType::base);
     EXPECT_EQ(configBytesOf(*made), element.flat());
     EXPECT_EQ(virtualConfigBytesOf(*made), kept);
-    EXPECT_EQ(bytesOf(*made).substr(4, 76), bytesOf(*old).substr(4, 76)) << "the type is the old record's, too";
+    EXPECT_EQ(bytesOf(*made).substr(4, 76), bytesOf(*old).substr(4, 76)) << "including the type of the old record";
 }
 
-TEST(QelEnvCoreBasicTest, ReplacesTheVirtualConfigurationAndKeepsTheBaseOne) {
+TEST(QelEnvCoreBasicTest, ReplacesVirtualConfigurationAndKeepsBaseOne) {
     const ConfigElement element("ct");
     const std::string kept(5000, 'B');
     const Record old = fullRecord(kept, "virtual");
@@ -228,7 +228,7 @@ TEST(QelEnvCoreBasicTest, ReplacesTheVirtualConfigurationAndKeepsTheBaseOne) {
     EXPECT_EQ(bytesOf(*made).substr(4, 76), bytesOf(*old).substr(4, 76));
 }
 
-TEST(QelEnvCoreBasicTest, AnElementThatCannotBeSerialisedGivesABlankRecord) {
+TEST(QelEnvCoreBasicTest, UnserialisableElementMakesBlankRecord) {
     const TooDeepMessage deep;
     EXPECT_EQ(bytesOf(*QelEnvCoreBasic::createInstance(deep.cursor(), EnvConfigType::base)), bytesOf(*blank()));
     const Record old = fullRecord("base", "virtual");
@@ -236,7 +236,7 @@ TEST(QelEnvCoreBasicTest, AnElementThatCannotBeSerialisedGivesABlankRecord) {
               bytesOf(*blank()));
 }
 
-TEST(QelEnvCoreBasicTest, RoomForConfigurationsIsZero) {
+TEST(QelEnvCoreBasicTest, SpaceForConfigurationsIsZeroed) {
     const Record made = QelEnvCoreBasic::createWithRoom(*fullRecord("base", ""), 64);
     EXPECT_THAT(std::string(made->configBytes(), 64), Each('\0'));
     EXPECT_EQ(made->eid, someEID);

@@ -22,13 +22,13 @@ boost::shared_ptr<QelEnvCoreBasic> recordOfType(const QelEnvType& type) {
     return record;
 }
 
-TEST(QelEnvFactoryTest, ThereIsOne) {
+TEST(QelEnvFactoryTest, IsSingleton) {
     EXPECT_EQ(&QelEnvFactory::getInstance(), &QelEnvFactory::getInstance());
     EXPECT_FALSE(std::is_copy_constructible_v<QelEnvFactory>);
     EXPECT_FALSE(std::is_copy_assignable_v<QelEnvFactory>);
 }
 
-TEST(QelEnvFactoryTest, AnUnknownTypeGivesNoEnvironmentButAPlainOneOverARecord) {
+TEST(QelEnvFactoryTest, UnknownTypeCreatesPlainEnvironmentOnlyOverRecord) {
     EXPECT_EQ(factories().createEnv(QelEnvType("unknown")), nullptr);
     EXPECT_EQ(factories().createEnv(QelEnvType()), nullptr);
 
@@ -45,7 +45,7 @@ struct TestVEnvConfig : QelVEnvConfig {
     using QelVEnvConfig::QelVEnvConfig;
 };
 
-TEST(QelEnvFactoryTest, AKnownTypeGivesWhatItsChildFactoryMakes) {
+TEST(QelEnvFactoryTest, KnownTypeCreatesObjectsOfItsChildFactory) {
     const RegisteredFactory factory("known");
     factory->fresh = [] { return boost::shared_ptr<QelEnvBase>(new TestEnv); };
     factory->over = [](const boost::shared_ptr<QelEnvCoreBasic>& core) {
@@ -62,10 +62,10 @@ TEST(QelEnvFactoryTest, AKnownTypeGivesWhatItsChildFactoryMakes) {
     EXPECT_EQ(typeOf(*factories().createVEnvConfig(record)), typeid(TestVEnvConfig));
     EXPECT_EQ(typeOf(*QelEnv(record).getVirtualConfig()), typeid(TestVEnvConfig));
 
-    EXPECT_EQ(factories().createEnv(QelEnvType("known2")), nullptr) << "another type isn't concerned";
+    EXPECT_EQ(factories().createEnv(QelEnvType("known2")), nullptr) << "other types are not affected";
 }
 
-TEST(QelEnvFactoryTest, AnObjectOfTheWrongClassIsNone) {
+TEST(QelEnvFactoryTest, ObjectOfWrongClassIsNull) {
     const RegisteredFactory factory("wrong");
     factory->fresh = [] { return boost::shared_ptr<QelEnvBase>(new ForeignEnv); };
     factory->over = [](const boost::shared_ptr<QelEnvCoreBasic>&) {
@@ -75,14 +75,14 @@ TEST(QelEnvFactoryTest, AnObjectOfTheWrongClassIsNone) {
     EXPECT_EQ(factories().createEnv(recordOfType("wrong")), nullptr);
 }
 
-TEST(QelEnvFactoryTest, ATypeThatIsEmptyAndOneThatIsUnsetAreTwo) {
+TEST(QelEnvFactoryTest, EmptyAndUnspecifiedTypesDiffer) {
     const RegisteredFactory factory("");
     factory->fresh = [] { return boost::shared_ptr<QelEnvBase>(new TestEnv); };
     EXPECT_NE(factories().createEnv(QelEnvType("")), nullptr);
     EXPECT_EQ(factories().createEnv(QelEnvType()), nullptr);
 }
 
-TEST(QelEnvFactoryDeathTest, ANullRecordEndsTheProcess) {
+TEST(QelEnvFactoryDeathTest, NullRecordTerminatesProcess) {
     const boost::shared_ptr<QelEnvCoreBasic> none;
     EXPECT_DEATH(static_cast<void>(factories().createEnv(none)), "core/src/QelFunctionalityCore/QelEnv:");
     EXPECT_DEATH(static_cast<void>(factories().createVEnvConfig(none)), "core/src/QelFunctionalityCore/QelEnv:");
@@ -96,7 +96,7 @@ struct SilentUpdater : QelEnvUpdater {
     int checkEnv(const QelEnv&) override { return 0; }
 };
 
-TEST(QelEnvFactoryTest, FindsTheUpdaterOfAType) {
+TEST(QelEnvFactoryTest, FindsUpdaterOfType) {
     EXPECT_EQ(factories().getEnvUpdater("updated"), nullptr);
     const boost::shared_ptr<QelEnvUpdater> updater(new SilentUpdater);
     factories().setEnvUpdater("updated", updater);

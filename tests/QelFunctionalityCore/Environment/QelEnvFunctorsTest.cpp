@@ -2,7 +2,7 @@
 
 #include "EnvTestSupport.h"
 
-// How environments cross the wire.
+// The wire form of environments.
 
 namespace Qel {
 namespace {
@@ -19,18 +19,18 @@ constexpr int config = 1185;
 constexpr int vconfig = 1872;
 constexpr int name = 1026;
 
-/// A cursor on the element of an environment with nothing in it.
+/// A cursor at the empty element of an environment.
 class EnvElement : public TestMessage {
 public:
     EnvElement() { cursor().newChild(environment); }
-    /// With its two identifiers.
+    /// Adds the two EIDs.
     static void identify(const EnvElement& element) {
         element->putObj(otherEID, parentEID);
         element->putObj(someEID, eid);
     }
     QelMessageIterator* operator->() const { return &cursor(); }
 
-    /// A configuration of a class, with a name and if told a type.
+    /// Adds a configuration of a class, with a name and optionally a type.
     template <class Config> void putConfig(int id, const char* nameText, const char* typeText) const {
         const boost::shared_ptr<QelEnvConfig> made(new Config);
         made->setName(given(nameText));
@@ -45,7 +45,7 @@ struct IdentifiedElement : EnvElement {
     IdentifiedElement() { identify(*this); }
 };
 
-TEST(QelEnvFunctorsTest, WithNothingButItsIdentifiersItIsGenericAndBlank) {
+TEST(QelEnvFunctorsTest, EnvironmentWithOnlyItsEidsIsGenericAndBlank) {
     const IdentifiedElement element;
     QelEnv env;
     ASSERT_EQ(element.read(env), 0);
@@ -61,7 +61,7 @@ TEST(QelEnvFunctorsTest, WithNothingButItsIdentifiersItIsGenericAndBlank) {
     EXPECT_EQ(env.getCoreBasic()->length(), 92U);
 }
 
-TEST(QelEnvFunctorsTest, WithoutAnIdentifierItIsRefusedThoughTheConfigurationsWereRead) {
+TEST(QelEnvFunctorsTest, MissingEidFailsAfterConfigurationsAreRead) {
     for (const int present : {parentEID, eid}) {
         const EnvElement element;
         element->putObj(otherEID, present);
@@ -74,15 +74,15 @@ TEST(QelEnvFunctorsTest, WithoutAnIdentifierItIsRefusedThoughTheConfigurationsWe
         EXPECT_EQ(textBy(*read.getConfig(), &QelEnvConfig::getName), "base") << present;
         EXPECT_EQ(textBy(*read.getVirtualConfig(), &QelEnvConfig::getName), "virtual") << present;
         EXPECT_EQ(env.getType(), "vm") << present;
-        EXPECT_EQ(env.getStatus(), QelEnvStatus(1, 0)) << "read after the identifiers, so not at all";
-        // The parent's identifier comes first.
+        EXPECT_EQ(env.getStatus(), QelEnvStatus(1, 0)) << "read after the EIDs, so not at all";
+        // The EID of the parent is read first.
         EXPECT_EQ(env.getParentEID(), present == parentEID ? otherEID : QelEID());
         EXPECT_EQ(env.getEID(), QelEID());
-        EXPECT_EQ(element->curID(), environment) << "the cursor came back";
+        EXPECT_EQ(element->curID(), environment) << "the position is restored";
     }
 }
 
-TEST(QelEnvFunctorsTest, ABadIdentifierIsRefused) {
+TEST(QelEnvFunctorsTest, RejectsInvalidEid) {
     const EnvElement element;
     element->putObj(otherEID, parentEID);
     element->putValue(std::string("no identifier"), eid);
@@ -90,7 +90,7 @@ TEST(QelEnvFunctorsTest, ABadIdentifierIsRefused) {
     EXPECT_EQ(element.read(env), -1);
 }
 
-/// The type of an environment whose configurations tell these.
+/// The type of an environment whose configurations have these types.
 std::string typeBy(const char* base, const char* virtualised) {
     const IdentifiedElement element;
     element.putConfig<QelEnvConfig>(config, "base", base);
@@ -103,15 +103,15 @@ std::string typeBy(const char* base, const char* virtualised) {
     return read;
 }
 
-TEST(QelEnvFunctorsTest, TheTypeIsThatOfTheVirtualElseOfTheBaseConfigurationElseGeneric) {
+TEST(QelEnvFunctorsTest, TypeIsFromVirtualElseBaseConfigurationElseGeneric) {
     EXPECT_EQ(typeBy("b", "v"), "v");
     EXPECT_EQ(typeBy("b", nullptr), "b");
     EXPECT_EQ(typeBy(nullptr, "v"), "v");
     EXPECT_EQ(typeBy(nullptr, nullptr), "generic");
-    EXPECT_EQ(typeBy("b", ""), "") << "a type that is specified and empty is one";
+    EXPECT_EQ(typeBy("b", ""), "") << "a specified empty type counts as a type";
 }
 
-TEST(QelEnvFunctorsTest, AVirtualConfigurationOfAnotherClassIsNone) {
+TEST(QelEnvFunctorsTest, VirtualConfigurationOfOtherClassIsIgnored) {
     const IdentifiedElement element;
     element.putConfig<QelEnvConfig>(vconfig, "not virtual", "b");
     QelEnv env;
@@ -121,7 +121,7 @@ TEST(QelEnvFunctorsTest, AVirtualConfigurationOfAnotherClassIsNone) {
     EXPECT_EQ(env.getType(), "generic");
 }
 
-TEST(QelEnvFunctorsTest, WhatCameFromAMessageIsNotInTheRecordYet) {
+TEST(QelEnvFunctorsTest, ConfigurationsReadAreNotInRecordYet) {
     const IdentifiedElement element;
     element.putConfig<QelEnvConfig>(config, "base", nullptr);
     element.putConfig<QelVEnvConfig>(vconfig, "virtual", nullptr);
@@ -135,7 +135,7 @@ TEST(QelEnvFunctorsTest, WhatCameFromAMessageIsNotInTheRecordYet) {
     EXPECT_EQ(textBy(*view.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
 }
 
-TEST(QelEnvFunctorsTest, TheRecordTakesTheTreesAndNotTheElementsThatTheyCameFrom) {
+TEST(QelEnvFunctorsTest, RecordContainsTreesRatherThanOriginalElements) {
     const IdentifiedElement element;
     for (const int id : {config, vconfig}) {
         element->newChild(id);
@@ -148,7 +148,7 @@ TEST(QelEnvFunctorsTest, TheRecordTakesTheTreesAndNotTheElementsThatTheyCameFrom
     env.syncBuffer();
     const TestMessage base(env.getCoreBasic()->getConfig());
     ASSERT_EQ(base.cursor().firstChild(config), 0);
-    EXPECT_THAT(childIDs(base.cursor()), ElementsAre(name, 1223)) << "with the version that a tree is given";
+    EXPECT_THAT(childIDs(base.cursor()), ElementsAre(name, 1223)) << "with the version added to each tree";
     const TestMessage virtualised(env.getCoreBasic()->getVirtualConfig());
     EXPECT_EQ(virtualised.cursor().firstChild(config), 0) << "every tree has the same root";
 }
@@ -161,8 +161,8 @@ std::vector<int> alertsBy(const std::vector<std::string>& texts) {
     for (int i = 0; i < qelAlertReasonCount; ++i)
         env.setAlertType(static_cast<QelAlertReason>(i), QelAlertType::red);
     EXPECT_EQ(element.read(env), 0);
-    EXPECT_EQ(element->curID(), environment) << "the cursor came back";
-    // The sizes of the configurations follow the levels in the record.
+    EXPECT_EQ(element->curID(), environment) << "the position is restored";
+    // The sizes of the configurations follow the alert levels in the record.
     EXPECT_EQ(env.getCoreBasic()->length(), 92U);
     std::vector<int> levels;
     for (int i = 0; i < qelAlertReasonCount; ++i)
@@ -170,18 +170,18 @@ std::vector<int> alertsBy(const std::vector<std::string>& texts) {
     return levels;
 }
 
-TEST(QelEnvFunctorsTest, TheNthAlertLevelIsThatOfTheNthReason) {
+TEST(QelEnvFunctorsTest, NthAlertLevelIsForNthReason) {
     EXPECT_THAT(alertsBy({"0", "1", "2", "3", "0"}), ElementsAre(0, 1, 2, 3, 0));
 }
 
-TEST(QelEnvFunctorsTest, AMissingOrBadAlertLevelLeavesItsSlot) {
+TEST(QelEnvFunctorsTest, MissingOrInvalidAlertLevelLeavesSlotUnchanged) {
     EXPECT_THAT(alertsBy({}), ElementsAre(2, 2, 2, 2, 2));
     EXPECT_THAT(alertsBy({"0", "0", "0", "0"}), ElementsAre(0, 0, 0, 0, 2));
     EXPECT_THAT(alertsBy({"0", "4", "x", "-1", "3"}), ElementsAre(0, 2, 2, 2, 3));
     EXPECT_THAT(alertsBy({"0", "0", "0", "0", "0", "1"}), ElementsAre(0, 0, 0, 0, 0)) << "there are no more reasons";
 }
 
-TEST(QelEnvFunctorsTest, AStatusIsReadIfItIsThere) {
+TEST(QelEnvFunctorsTest, StatusIsOptional) {
     const IdentifiedElement element;
     element->putObj(QelEnvStatus(8, 9), status);
     QelEnv env;
@@ -189,7 +189,7 @@ TEST(QelEnvFunctorsTest, AStatusIsReadIfItIsThere) {
     EXPECT_EQ(env.getStatus(), QelEnvStatus(8, 9));
 }
 
-TEST(QelEnvFunctorsTest, WritesIdentifiersStatusAlertLevelsAndConfigurations) {
+TEST(QelEnvFunctorsTest, WritesEidsStatusAlertLevelsAndConfigurations) {
     const boost::shared_ptr<QelEnvConfig> base(new QelEnvConfig);
     base->setName(given("base"));
     QelEnv env(someEID, base);
@@ -217,7 +217,7 @@ TEST(QelEnvFunctorsTest, WritesIdentifiersStatusAlertLevelsAndConfigurations) {
     cursor.seekUp();
 }
 
-TEST(QelEnvFunctorsTest, EachPartStandsInTheNamespaceThatIsLeftWhenItIsWritten) {
+TEST(QelEnvFunctorsTest, EachPartIsInNamespaceCurrentWhenWritten) {
     const TestMessage message;
     ASSERT_EQ(message.cursor().putObj(QelEnv(), environment), 0);
     const QelMessageIterator& cursor = message.cursor();
@@ -225,11 +225,11 @@ TEST(QelEnvFunctorsTest, EachPartStandsInTheNamespaceThatIsLeftWhenItIsWritten) 
     std::vector<int> namespaces;
     for (int more = cursor.firstChild(); more == 0; more = cursor.nextSibling())
         namespaces.push_back(cursor.curNamespaceID());
-    // The stamped status clears the namespace for the alert levels behind it.
+    // The stamped status clears the namespace for the alert levels after it.
     EXPECT_THAT(namespaces, ElementsAre(292, 292, 292, 0, 0, 0, 0, 0, 292, 292));
 }
 
-TEST(QelEnvFunctorsTest, AnEmptyConfigurationIsAnEmptyStampedElement) {
+TEST(QelEnvFunctorsTest, EmptyConfigurationIsEmptyStampedElement) {
     const TestMessage message;
     ASSERT_EQ(message.cursor().putObj(QelEnv(), environment), 0);
     const QelMessageIterator& cursor = message.cursor();
@@ -242,7 +242,7 @@ TEST(QelEnvFunctorsTest, AnEmptyConfigurationIsAnEmptyStampedElement) {
     expectStampOf<QelVEnvConfig::Writer>(cursor);
 }
 
-TEST(QelEnvFunctorsTest, IsTheDefaultOfItsRegistry) {
+TEST(QelEnvFunctorsTest, IsDefaultOfItsRegistry) {
     const IdentifiedElement element;
     boost::shared_ptr<QelEnv> env;
     EXPECT_EQ(element->getObject(env, QelReaderDerived<QelEnv>(false), 0), -1);
@@ -251,7 +251,7 @@ TEST(QelEnvFunctorsTest, IsTheDefaultOfItsRegistry) {
     EXPECT_EQ(env->getEID(), someEID);
 }
 
-TEST(QelEnvFunctorsTest, WhatWasWrittenReadsBackTheSame) {
+TEST(QelEnvFunctorsTest, SurvivesRoundTrip) {
     const IdentifiedElement element;
     element->putObj(QelEnvStatus(8, 9), status);
     element->putValue(3, alert);
@@ -270,7 +270,7 @@ TEST(QelEnvFunctorsTest, WhatWasWrittenReadsBackTheSame) {
     EXPECT_EQ(again.getMaxAlertType(), QelAlertType::black);
 }
 
-TEST(QelEnvSPReaderTest, AnUnknownTypeGivesAPlainEnvironment) {
+TEST(QelEnvSPReaderTest, UnknownTypeCreatesPlainEnvironment) {
     const IdentifiedElement element;
     element.putConfig<QelVEnvConfig>(vconfig, "virtual", "unknown");
     boost::shared_ptr<QelEnv> env;
@@ -280,14 +280,14 @@ TEST(QelEnvSPReaderTest, AnUnknownTypeGivesAPlainEnvironment) {
     EXPECT_EQ(element->curID(), environment);
 }
 
-TEST(QelEnvSPReaderTest, AFailureLeavesTheOutput) {
+TEST(QelEnvSPReaderTest, FailureLeavesOutputUnchanged) {
     boost::shared_ptr<QelEnv> env(new QelEnv);
     const auto before = env;
     EXPECT_EQ(QelEnv::EnvSPReader()(EnvElement().cursor(), env), -1);
     EXPECT_EQ(env, before);
 }
 
-TEST(QelEnvSPReaderTest, AKnownTypeGivesTheClassOfItsFactory) {
+TEST(QelEnvSPReaderTest, KnownTypeCreatesClassOfItsFactory) {
     const RegisteredFactory factory("known");
     factory->fresh = [] { return boost::shared_ptr<QelEnvBase>(new TestEnv); };
     const IdentifiedElement element;
@@ -303,7 +303,7 @@ TEST(QelEnvSPReaderTest, AKnownTypeGivesTheClassOfItsFactory) {
     EXPECT_EQ(element->curID(), environment);
 }
 
-TEST(QelEnvSPReaderTest, AFactoryThatMakesSomethingElseGivesAPlainEnvironment) {
+TEST(QelEnvSPReaderTest, FactoryOfOtherClassesFallsBackToPlainEnvironment) {
     const RegisteredFactory factory("wrong");
     factory->fresh = [] { return boost::shared_ptr<QelEnvBase>(new ForeignEnv); };
     const IdentifiedElement element;

@@ -22,17 +22,17 @@ std::vector<int> written(const QelEnvMListOptions& options) {
     return childIDs(message.cursor());
 }
 
-TEST(QelEnvMListOptionsTest, WritesNothingForEveryEnvironment) {
+TEST(QelEnvMListOptionsTest, WritesNothingIfUnrestricted) {
     EXPECT_THAT(written(QelEnvMListOptions()), IsEmpty());
 }
 
-TEST(QelEnvMListOptionsTest, WithoutCountAndTypeItWritesOnlyItsStates) {
+TEST(QelEnvMListOptionsTest, WritesOnlyStatesWithoutCountAndType) {
     QelEnvMListOptions options;
     options.states = {QelEnvStatus(3, 0), QelEnvStatus(1, 2)};
     EXPECT_THAT(written(options), ElementsAre(states, states));
 }
 
-TEST(QelEnvMListOptionsTest, WritesEveryCountButMinusOne) {
+TEST(QelEnvMListOptionsTest, WritesEveryCountExceptMinusOne) {
     QelEnvMListOptions options;
     for (const int number : {0, 1, -2}) {
         options.count = number;
@@ -40,7 +40,7 @@ TEST(QelEnvMListOptionsTest, WritesEveryCountButMinusOne) {
     }
 }
 
-TEST(QelEnvMListOptionsTest, WritesStatesInOrderEachStamped) {
+TEST(QelEnvMListOptionsTest, WritesStampedStatesInOrder) {
     const TestMessage message;
     QelEnvMListOptions options;
     options.count = 5;
@@ -60,7 +60,7 @@ TEST(QelEnvMListOptionsTest, WritesStatesInOrderEachStamped) {
     EXPECT_EQ(childValue(message.cursor(), state), "1");
 }
 
-TEST(QelEnvMListOptionsTest, ReadsNothingAndBadCountsAsTheyWere) {
+TEST(QelEnvMListOptionsTest, MissingOrInvalidCountIsUnchanged) {
     const TestMessage message;
     QelEnvMListOptions read;
     read.count = 3;

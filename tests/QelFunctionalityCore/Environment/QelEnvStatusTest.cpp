@@ -13,11 +13,11 @@ using testing::ElementsAre;
 constexpr int state = 1421;
 constexpr int transition = 1588;
 
-TEST(QelEnvStatusTest, BeginsInStateOneWithoutATransition) {
+TEST(QelEnvStatusTest, StartsInStateOneWithoutTransition) {
     EXPECT_EQ(QelEnvStatus(), QelEnvStatus(1, 0));
 }
 
-TEST(QelEnvStatusTest, OrdersByStateAndThenByTransitionAsSignedNumbers) {
+TEST(QelEnvStatusTest, OrdersByStateThenTransitionAsSignedNumbers) {
     EXPECT_LT(QelEnvStatus(1, 9), QelEnvStatus(2, 0));
     EXPECT_LT(QelEnvStatus(1, 0), QelEnvStatus(1, 1));
     EXPECT_LT(QelEnvStatus(-1, 0), QelEnvStatus(0, 0));
@@ -25,7 +25,7 @@ TEST(QelEnvStatusTest, OrdersByStateAndThenByTransitionAsSignedNumbers) {
     EXPECT_FALSE(QelEnvStatus(3, 4) < QelEnvStatus(3, 4));
 }
 
-TEST(QelEnvStatusTest, WritesTheStateAlwaysAndATransitionIfThereIsOne) {
+TEST(QelEnvStatusTest, AlwaysWritesStateAndNonZeroTransition) {
     const TestMessage message;
     message.cursor().putObj(QelEnvStatus(0, 0), 1192);
     message.cursor().firstChild();
@@ -42,7 +42,7 @@ TEST(QelEnvStatusTest, WritesTheStateAlwaysAndATransitionIfThereIsOne) {
     EXPECT_EQ(QelEnvStatus::Writer::getTypeID(), 118);
 }
 
-TEST(QelEnvStatusTest, ReadsWhatIsThereAndLeavesTheRest) {
+TEST(QelEnvStatusTest, ReadsPresentFieldsAndLeavesOthersUnchanged) {
     const TestMessage message;
     QelEnvStatus status(7, 8);
     EXPECT_EQ(QelEnvStatus::Reader()(message.cursor(), status), 0);

@@ -26,11 +26,11 @@ const QelEnv& asConst(const QelEnv& env) {
     return env;
 }
 
-TEST(QelEnvTest, ItsGeneralTypeIsGeneric) {
+TEST(QelEnvTest, DefaultTypeIsGeneric) {
     EXPECT_EQ(QelEnv::type, "generic");
 }
 
-TEST(QelEnvTest, AFreshEnvironmentIsBlank) {
+TEST(QelEnvTest, NewEnvironmentIsBlank) {
     const QelEnv env;
     EXPECT_EQ(env.getEID(), QelEID());
     EXPECT_EQ(env.getParentEID(), QelEID());
@@ -42,7 +42,7 @@ TEST(QelEnvTest, AFreshEnvironmentIsBlank) {
     EXPECT_EQ(textBy(*env.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
 }
 
-TEST(QelEnvTest, WhatIsSetStandsInTheRecord) {
+TEST(QelEnvTest, SettersWriteToRecord) {
     QelEnv env;
     env.setParentEID(otherEID);
     env.setStatus({5, 6});
@@ -57,17 +57,17 @@ TEST(QelEnvTest, WhatIsSetStandsInTheRecord) {
     EXPECT_EQ(env.getAlertType(reason(3)), QelAlertType::green);
 }
 
-TEST(QelEnvTest, TheMaximumOfTheAlertLevelsIsTheWorst) {
+TEST(QelEnvTest, MaximumOfAlertLevelsIsWorst) {
     QelEnv env;
     env.setAlertType(reason(2), QelAlertType::red);
     env.setAlertType(reason(3), QelAlertType::yellow);
     EXPECT_EQ(env.getMaxAlertType(), QelAlertType::red);
     for (int i = 0; i < qelAlertReasonCount; ++i)
         env.setAlertType(reason(i), static_cast<QelAlertType>(-1));
-    EXPECT_EQ(env.getMaxAlertType(), QelAlertType::green) << "it starts from 0";
+    EXPECT_EQ(env.getMaxAlertType(), QelAlertType::green) << "never below 0";
 }
 
-TEST(QelEnvTest, IsAViewOnARecord) {
+TEST(QelEnvTest, IsViewOfRecord) {
     const auto record = recordOf("", "");
     record->eid = someEID;
     record->type = "vm";
@@ -77,7 +77,7 @@ TEST(QelEnvTest, IsAViewOnARecord) {
     EXPECT_EQ(env.getType(), "vm");
 }
 
-TEST(QelEnvTest, IsMadeOfItsConfigurations) {
+TEST(QelEnvTest, IsCreatedFromConfigurations) {
     const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
     config->setName(given("base"));
     const boost::shared_ptr<QelVEnvConfig> vconfig(new QelVEnvConfig);
@@ -96,18 +96,18 @@ TEST(QelEnvTest, IsMadeOfItsConfigurations) {
     EXPECT_EQ(textBy(*virtualised.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
 }
 
-TEST(QelEnvDeathTest, ANullRecordEndsTheProcess) {
+TEST(QelEnvDeathTest, NullRecordTerminatesProcess) {
     EXPECT_DEATH(QelEnv(boost::shared_ptr<QelEnvCoreBasic>()), "core/src/QelFunctionalityCore/QelEnv:");
 }
 
-/// Whether asking for the buffer makes a new record, which only a configuration marked as changed does.
+/// Whether getBuffer() creates a new record, which happens only if a configuration is marked as changed.
 bool makesNewRecord(QelEnv& env) {
     const auto before = env.getCoreBasic();
     env.syncBuffer();
     return env.getCoreBasic() != before;
 }
 
-TEST(QelEnvTest, OnlyTheFormsForChangingMarkAConfigurationAsChanged) {
+TEST(QelEnvTest, OnlyNonConstGettersMarkConfigurationAsChanged) {
     QelEnv env;
     static_cast<void>(asConst(env).getConfig());
     static_cast<void>(asConst(env).getVirtualConfig());
@@ -119,7 +119,7 @@ TEST(QelEnvTest, OnlyTheFormsForChangingMarkAConfigurationAsChanged) {
     EXPECT_TRUE(makesNewRecord(env));
 }
 
-TEST(QelEnvTest, ANewRecordWithoutChangesEqualsTheOldOne) {
+TEST(QelEnvTest, NewRecordWithoutChangesEqualsOldOne) {
     const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
     config->setName(given("base"));
     config->setType("vm");
@@ -135,14 +135,14 @@ TEST(QelEnvTest, ANewRecordWithoutChangesEqualsTheOldOne) {
               std::string(reinterpret_cast<const char*>(before.get()), length));
 }
 
-TEST(QelEnvTest, SyncingBringsChangesIntoTheRecord) {
+TEST(QelEnvTest, SyncBufferWritesChangesToRecord) {
     QelEnv env;
     env.getConfig()->setName(given("changed"));
     env.syncBuffer();
     EXPECT_EQ(textBy(*QelEnv(env.getCoreBasic()).getConfig(), &QelEnvConfig::getName), "changed");
 }
 
-TEST(QelEnvTest, BufferOfAConfigurationThatCannotBeSerialisedFails) {
+TEST(QelEnvTest, BufferOfUnserialisableConfigurationFails) {
     QelEnv env;
     *env.getConfig() = QelEnvConfig(&TooDeepMessage().cursor(), EnvConfigType::base);
     unsigned length = 0;
@@ -164,7 +164,7 @@ private:
     }
 };
 
-TEST_F(QelEnvTitleTest, EachRuleGivesWayToTheOneBeforeIt) {
+TEST_F(QelEnvTitleTest, EarlierRulesTakePrecedence) {
     EXPECT_EQ(env.getTitle(), someEID.toString());
     base().setAddresses(given(addresses({"10.0.0.1/24"})));
     EXPECT_EQ(env.getTitle(), "10.0.0.1");
@@ -180,26 +180,26 @@ TEST_F(QelEnvTitleTest, EachRuleGivesWayToTheOneBeforeIt) {
     EXPECT_EQ(env.getTitle(), "virtual name");
 }
 
-TEST_F(QelEnvTitleTest, ASpecifiedEmptyNameIsATitle) {
+TEST_F(QelEnvTitleTest, SpecifiedEmptyNameIsTitle) {
     base().setName(given("base name"));
     virtualised().setName(given(""));
     EXPECT_EQ(env.getTitle(), "");
 }
 
-TEST_F(QelEnvTitleTest, ASpecifiedEmptyHostNameIsATitle) {
+TEST_F(QelEnvTitleTest, SpecifiedEmptyHostNameIsTitle) {
     base().setAddresses(given(addresses({"10.0.0.1"})));
     base().setHostname(given(""));
     EXPECT_EQ(env.getTitle(), "");
 }
 
-TEST_F(QelEnvTitleTest, TheFirstAddressOfVersion4IsPreferred) {
+TEST_F(QelEnvTitleTest, FirstIPv4AddressIsPreferred) {
     base().setAddresses(given(addresses({"::1", "10.0.0.1", "10.0.0.2"})));
     EXPECT_EQ(env.getTitle(), "10.0.0.1");
     base().setAddresses(given(addresses({"", "::1", "10.0.0.1"})));
     EXPECT_EQ(env.getTitle(), "10.0.0.1");
 }
 
-TEST_F(QelEnvTitleTest, WithoutOneTheFirstAddressIsTaken) {
+TEST_F(QelEnvTitleTest, FirstAddressIsUsedWithoutIPv4Address) {
     base().setAddresses(given(addresses({"::1"})));
     EXPECT_EQ(env.getTitle(), "::1");
     base().setAddresses(given(addresses({"fe80::2", "::1"})));
@@ -208,14 +208,14 @@ TEST_F(QelEnvTitleTest, WithoutOneTheFirstAddressIsTaken) {
     EXPECT_EQ(env.getTitle(), "");
 }
 
-TEST_F(QelEnvTitleTest, AnEmptyListOfAddressesGoesOn) {
+TEST_F(QelEnvTitleTest, EmptyAddressListIsSkipped) {
     virtualised().setAddresses(given(Addresses()));
     EXPECT_EQ(env.getTitle(), someEID.toString());
     base().setAddresses(given(addresses({"::1"})));
     EXPECT_EQ(env.getTitle(), "::1");
 }
 
-TEST_F(QelEnvTitleTest, DamagedConfigurationsLeaveTheIdentityUntouched) {
+TEST_F(QelEnvTitleTest, DamagedConfigurationsDoNotAffectIdentity) {
     const auto record = recordOf("damaged", "damaged, too");
     record->eid = someEID;
     record->status = {3, 4};
@@ -227,7 +227,7 @@ TEST_F(QelEnvTitleTest, DamagedConfigurationsLeaveTheIdentityUntouched) {
     EXPECT_EQ(damaged.getTitle(), someEID.toString());
 }
 
-TEST_F(QelEnvTitleTest, NothingIsParsedBeforeItIsAskedFor) {
+TEST_F(QelEnvTitleTest, ConfigurationsAreParsedOnDemand) {
     base().setName(given("base name"));
     env.syncBuffer();
     const auto record = env.getCoreBasic();
@@ -237,14 +237,14 @@ TEST_F(QelEnvTitleTest, NothingIsParsedBeforeItIsAskedFor) {
     EXPECT_EQ(view.getTitle(), someEID.toString());
 }
 
-/// An environment whose virtual configuration is another view.
+/// An environment that supplies another view as its virtual configuration.
 struct OtherViewEnv : QelEnv {
     using QelEnv::getVirtualConfig;
     [[nodiscard]] boost::shared_ptr<const QelVEnvConfig> getVirtualConfig() const override { return other; }
     boost::shared_ptr<QelVEnvConfig> other;
 };
 
-TEST_F(QelEnvTitleTest, ADerivedClassMaySupplyAnotherView) {
+TEST_F(QelEnvTitleTest, DerivedClassMaySupplyAnotherView) {
     OtherViewEnv derived;
     derived.getConfig()->setName(given("base name"));
     EXPECT_EQ(derived.getTitle(), "base name");

@@ -15,7 +15,7 @@ constexpr int detail = 1279;
 constexpr int version = 1223;
 constexpr int name = 1026;
 
-TEST(QelOSTest, TakesKindNameVersionAndDetailInThatOrder) {
+TEST(QelOSTest, ConstructorTakesKindNameVersionAndDetail) {
     const QelOS os("linux", "debian", "12", "6.1");
     EXPECT_EQ(os.osKind, given("linux"));
     EXPECT_EQ(os.osName, given("debian"));
@@ -23,7 +23,7 @@ TEST(QelOSTest, TakesKindNameVersionAndDetailInThatOrder) {
     EXPECT_EQ(os.osDetail, given("6.1"));
 }
 
-TEST(QelOSTest, ANullPointerLeavesAFieldUnspecified) {
+TEST(QelOSTest, NullPointerLeavesFieldUnspecified) {
     const QelOS os(nullptr, "debian", nullptr, nullptr);
     EXPECT_FALSE(os.osKind.isSpecified());
     EXPECT_TRUE(os.osName.isSpecified());
@@ -31,7 +31,7 @@ TEST(QelOSTest, ANullPointerLeavesAFieldUnspecified) {
     EXPECT_FALSE(os.osDetail.isSpecified());
 }
 
-TEST(QelOSTest, WritesKindDetailVersionAndNameInThatOrder) {
+TEST(QelOSTest, WritesKindDetailVersionAndNameInOrder) {
     const TestMessage message;
     ASSERT_EQ(message.cursor().putObj(QelOS("linux", "debian", "12", "6.1"), 1277), 0);
     message.cursor().firstChild();
@@ -45,14 +45,14 @@ TEST(QelOSTest, WritesKindDetailVersionAndNameInThatOrder) {
     EXPECT_EQ(QelOS::Writer::getTypeID(), 117);
 }
 
-TEST(QelOSTest, WritesTheNameEvenIfUnspecified) {
+TEST(QelOSTest, WritesNameEvenIfUnspecified) {
     const TestMessage message;
     ASSERT_EQ(QelOS::Writer()(message.cursor(), QelOS()), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(name));
     EXPECT_EQ(childValue(message.cursor(), name), "");
 }
 
-TEST(QelOSTest, WithoutANameReadingFailsAfterTheOthersWereRead) {
+TEST(QelOSTest, MissingNameFailsAfterOtherFieldsAreRead) {
     const TestMessage message;
     message.cursor().putValue(std::string("linux"), kind);
     message.cursor().putValue(std::string("6.1"), detail);
@@ -65,7 +65,7 @@ TEST(QelOSTest, WithoutANameReadingFailsAfterTheOthersWereRead) {
     EXPECT_FALSE(os.osName.isSpecified());
 }
 
-TEST(QelOSTest, FieldsThatAreNotThereAreUnspecified) {
+TEST(QelOSTest, MissingFieldsAreUnspecified) {
     const TestMessage message;
     message.cursor().putValue(std::string("debian"), name);
     QelOS os("linux", nullptr, "12", "6.1");
@@ -76,12 +76,12 @@ TEST(QelOSTest, FieldsThatAreNotThereAreUnspecified) {
     EXPECT_EQ(os.osName, given("debian"));
 }
 
-TEST(QelOSTest, ComparesWithoutRegardToCase) {
+TEST(QelOSTest, CompareIgnoresCase) {
     EXPECT_EQ(QelOS("Linux", "Debian", "A", "B").compare(QelOS("lINUX", "dEBIAN", "a", "b")), 0);
     EXPECT_EQ(QelOS().compare(QelOS("", "", "", "")), 0);
 }
 
-TEST(QelOSTest, TheFirstOfKindNameVersionAndDetailThatDiffersDecides) {
+TEST(QelOSTest, ComparesKindThenNameThenVersionThenDetail) {
     EXPECT_LT(QelOS("a", "b", "b", "b").compare(QelOS("b", "a", "a", "a")), 0);
     EXPECT_LT(QelOS("a", "a", "b", "b").compare(QelOS("a", "b", "a", "a")), 0);
     EXPECT_LT(QelOS("a", "a", "a", "b").compare(QelOS("a", "a", "b", "a")), 0);

@@ -28,30 +28,30 @@ QelQoS limit(const std::string& id, long long softLimit, long long hardLimit) {
     return made;
 }
 
-TEST(QelQoSTest, BeginsWithAHardLimitOfZeroAndNoSoftOne) {
+TEST(QelQoSTest, DefaultHasZeroHardLimitAndNoSoftLimit) {
     const QelQoS made("cpu");
     EXPECT_EQ(made.id, "cpu");
     EXPECT_EQ(made.hardLimit, 0);
     EXPECT_FALSE(made.softLimit.isSpecified());
 }
 
-TEST(QelQoSTest, UnlimitedIsTheLargestNumber) {
+TEST(QelQoSTest, UnlimitedIsLargestNumber) {
     EXPECT_EQ(QelQoS::unlimited, 9223372036854775807);
 }
 
-TEST(QelQoSTest, ASetHoldsOneLimitOfEachIdentifier) {
+TEST(QelQoSTest, SetHoldsOneLimitPerIdentifier) {
     std::set<QelQoS> limits{limit("ram", 1)};
     EXPECT_FALSE(limits.insert(limit("ram", 2)).second);
     EXPECT_TRUE(limits.insert(limit("cpu", 1)).second);
     EXPECT_EQ(limits.begin()->id, "cpu");
 }
 
-TEST(QelQoSTest, CompareByIdFindsTheIdentifier) {
+TEST(QelQoSTest, CompareByIdFindsIdentifier) {
     EXPECT_TRUE(QelQoS::CompareById("ram")(limit("ram", 9)));
     EXPECT_FALSE(QelQoS::CompareById("ram")(limit("RAM", 9)));
 }
 
-TEST(QelQoSTest, WritesIdentifierHardLimitAndASpecifiedSoftOne) {
+TEST(QelQoSTest, WritesIdentifierHardLimitAndSpecifiedSoftLimit) {
     const TestMessage message;
     ASSERT_EQ(QelQoS::Writer()(message.cursor(), limit("ram", QelQoS::unlimited)), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(identifier, hard));
@@ -66,7 +66,7 @@ TEST(QelQoSTest, WritesIdentifierHardLimitAndASpecifiedSoftOne) {
     EXPECT_EQ(both.cursor().curType(), "");
 }
 
-TEST(QelQoSTest, ReadsWhatWasWritten) {
+TEST(QelQoSTest, SurvivesRoundTrip) {
     const TestMessage message;
     ASSERT_EQ(QelQoS::Writer()(message.cursor(), limit("ram", 1, 2)), 0);
     QelQoS read("x");
@@ -75,7 +75,7 @@ TEST(QelQoSTest, ReadsWhatWasWritten) {
     EXPECT_TRUE(read.softLimit.isSpecified());
 }
 
-TEST(QelQoSTest, ReadingNeedsIdentifierAndHardLimit) {
+TEST(QelQoSTest, IdentifierAndHardLimitAreRequired) {
     const TestMessage noIdentifier;
     noIdentifier.cursor().putValue(1, hard);
     QelQoS read;
@@ -90,7 +90,7 @@ TEST(QelQoSTest, ReadingNeedsIdentifierAndHardLimit) {
     EXPECT_EQ(QelQoS::Reader()(noHardLimit.cursor(), read), -1);
 }
 
-TEST(QelQoSTest, ABadSoftLimitIsUnspecified) {
+TEST(QelQoSTest, InvalidSoftLimitIsUnspecified) {
     const TestMessage message;
     ASSERT_EQ(QelQoS::Writer()(message.cursor(), limit("ram", 2)), 0);
     message.cursor().putValue(std::string("some"), soft);
@@ -99,12 +99,12 @@ TEST(QelQoSTest, ABadSoftLimitIsUnspecified) {
     EXPECT_FALSE(read.softLimit.isSpecified());
 }
 
-TEST(QelQoSTest, TextIsSoftAndHardLimitOrTheHardOneAlone) {
+TEST(QelQoSTest, StringContainsSoftAndHardLimitOrOnlyHardLimit) {
     EXPECT_EQ(limit("", 1, 2).toString(), "1:2");
     EXPECT_EQ(limit("", -2).toString(), "-2");
 }
 
-TEST(QelQoSTest, OneNumberIsBothLimitsAndNeitherSpecifies) {
+TEST(QelQoSTest, SingleNumberSetsBothLimitsWithoutSpecifyingSoftOne) {
     QelQoS parsed;
     ASSERT_EQ(parsed.fromString("5"), 0);
     EXPECT_EQ(parsed.hardLimit, 5);
@@ -119,18 +119,18 @@ TEST(QelQoSTest, TwoNumbersAreSoftAndHardLimit) {
     EXPECT_EQ(parsed.softLimit.get(), 1);
     EXPECT_FALSE(parsed.softLimit.isSpecified());
 
-    // What follows a number that could be read has no say.
+    // Characters after a valid number are ignored.
     ASSERT_EQ(parsed.fromString("3:x"), 0);
     EXPECT_EQ(parsed.hardLimit, 3);
 }
 
-TEST(QelQoSTest, ParsingKeepsASpecifiedSoftLimitSpecified) {
+TEST(QelQoSTest, ParsingKeepsSoftLimitSpecified) {
     QelQoS parsed = limit("", 1, 1);
     ASSERT_EQ(parsed.fromString("3:4"), 0);
     EXPECT_EQ(parsed.toString(), "3:4");
 }
 
-TEST(QelQoSTest, TextWithoutANumberChangesNothing) {
+TEST(QelQoSTest, StringWithoutNumberChangesNothing) {
     for (const char* const text : {"x", "", ":5", "  "}) {
         QelQoS parsed = limit("ram", 8, 9);
         EXPECT_EQ(parsed.fromString(text), -1) << text;
@@ -148,7 +148,7 @@ TEST(QelQoSTest, ComparesIdentifierThenHardThenSoftLimit) {
     EXPECT_EQ(limit("a", 2, 5).compare(limit("a", 2, 5)), 0);
 }
 
-TEST(QelQoSTest, SoftLimitsCountOnlyIfBothAreSpecified) {
+TEST(QelQoSTest, SoftLimitsAreComparedOnlyIfBothAreSpecified) {
     EXPECT_EQ(limit("a", 2, 5).compare(limit("a", 5)), 0);
     EXPECT_EQ(limit("a", 5).compare(limit("a", 2, 5)), 0);
 }

@@ -23,7 +23,7 @@ QelQoS limit(const std::string& id, long long hardLimit) {
     return made;
 }
 
-/// An element to be read as a virtual configuration.
+/// A cursor at an element to read as a virtual configuration.
 class Element : public TestMessage {
 public:
     Element() { cursor().newChild(1185); }
@@ -42,14 +42,14 @@ std::vector<std::string> limitsBy(const QelVEnvConfig& config, int expected = 0)
     return texts;
 }
 
-TEST(QelVEnvConfigTest, IsAVirtualConfigurationHoweverItIsMade) {
+TEST(QelVEnvConfigTest, AllConstructorsMakeVirtualConfiguration) {
     EXPECT_EQ(QelVEnvConfig().getConfigType(), EnvConfigType::virtualised);
     EXPECT_EQ(Element().config().getConfigType(), EnvConfigType::virtualised);
     EXPECT_EQ(QelVEnvConfig(recordOf("", "")).getConfigType(), EnvConfigType::virtualised);
     EXPECT_EQ(QelVEnvConfig(boost::shared_ptr<QelEnvCoreBasic>()).getConfigType(), EnvConfigType::virtualised);
 }
 
-TEST(QelVEnvConfigTest, OfABaseConfigurationIsACopyOfIt) {
+TEST(QelVEnvConfigTest, CopiesBaseConfiguration) {
     QelEnvConfig base;
     base.setName(given("base"));
     const QelVEnvConfig copy(base);
@@ -58,14 +58,14 @@ TEST(QelVEnvConfigTest, OfABaseConfigurationIsACopyOfIt) {
     EXPECT_EQ(copy.getAgentVersion(), 40500);
 }
 
-TEST(QelVEnvConfigTest, ANewTreeHasNoVersion) {
+TEST(QelVEnvConfigTest, NewTreeHasNoVersion) {
     QelVEnvConfig config;
     EXPECT_EQ(config.setName(QelStringOptionalProperty()), 0);
     EXPECT_THAT(writtenIDs(config), IsEmpty());
     EXPECT_EQ(config.getAgentVersion(), -1);
 }
 
-TEST(QelVEnvConfigTest, WithoutATreeGettersFailAndLeaveTheirOutput) {
+TEST(QelVEnvConfigTest, WithoutTreeGettersFailAndLeaveOutputUnchanged) {
     const QelVEnvConfig config;
     bool flag = true;
     EXPECT_EQ(config.getDisabled(flag), -1);
@@ -78,7 +78,7 @@ TEST(QelVEnvConfigTest, WithoutATreeGettersFailAndLeaveTheirOutput) {
     EXPECT_TRUE(one.isSpecified());
 }
 
-TEST(QelVEnvConfigTest, IsEnabledUnlessItTellsOtherwise) {
+TEST(QelVEnvConfigTest, IsEnabledByDefault) {
     bool flag = true;
     const Element element;
     EXPECT_EQ(element.config().getDisabled(flag), 0);
@@ -89,7 +89,7 @@ TEST(QelVEnvConfigTest, IsEnabledUnlessItTellsOtherwise) {
     EXPECT_FALSE(flag);
 }
 
-TEST(QelVEnvConfigTest, TheDisabledFlagIsANumber) {
+TEST(QelVEnvConfigTest, DisabledFlagIsNumber) {
     QelVEnvConfig config;
     for (const bool value : {true, false, true}) {
         EXPECT_EQ(config.setDisabled(value), 0);
@@ -116,7 +116,7 @@ TEST(QelVEnvConfigTest, LimitsAreReplaced) {
     EXPECT_THAT(writtenIDs(config), IsEmpty());
 }
 
-TEST(QelVEnvConfigTest, ALimitThatCannotBeReadFailsAndEndsTheList) {
+TEST(QelVEnvConfigTest, UnreadableLimitFailsAndEndsList) {
     const Element element;
     element->putObj(limit("ram", 1), qos);
     element->newChild(qos);
@@ -126,11 +126,11 @@ TEST(QelVEnvConfigTest, ALimitThatCannotBeReadFailsAndEndsTheList) {
     element->putObj(limit("disk", 1), 0);
     element->seekUp();
     EXPECT_THAT(limitsBy(element.config(), -1), ElementsAre("ram=1"));
-    // The tree can still be read, so the cursor came back.
+    // The tree can still be read, so the position was restored.
     EXPECT_THAT(writtenIDs(element.config()), ElementsAre(qos, qos, qos));
 }
 
-TEST(QelVEnvConfigTest, ReadingTwiceGivesTheSameAfterAFailureToo) {
+TEST(QelVEnvConfigTest, ReadingTwiceGivesSameResultEvenAfterFailure) {
     const Element element;
     element->newChild(qos);
     element->putValue(std::string("cpu"), resource);
@@ -142,7 +142,7 @@ TEST(QelVEnvConfigTest, ReadingTwiceGivesTheSameAfterAFailureToo) {
     EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "x");
 }
 
-TEST(QelVEnvConfigTest, OneLimitIsFoundByItsIdentifier) {
+TEST(QelVEnvConfigTest, FindsLimitByIdentifier) {
     QelVEnvConfig config;
     config.setQoSes(given(Limits{limit("ram", 1), limit("cpu", 2)}));
     QelOptionalProperty<QelQoS> wanted;
@@ -157,7 +157,7 @@ TEST(QelVEnvConfigTest, OneLimitIsFoundByItsIdentifier) {
     EXPECT_EQ(unknown.get().hardLimit, 5);
 }
 
-TEST(QelVEnvConfigTest, OneLimitFailsWhereTheListDoes) {
+TEST(QelVEnvConfigTest, SingleLimitFailsIfListFails) {
     const Element element;
     element->newChild(qos);
     element->putValue(std::string("cpu"), resource);
@@ -167,7 +167,7 @@ TEST(QelVEnvConfigTest, OneLimitFailsWhereTheListDoes) {
     EXPECT_TRUE(wanted.isSpecified());
 }
 
-TEST(QelVEnvConfigTest, SettingOneLimitReplacesThatOfItsIdentifier) {
+TEST(QelVEnvConfigTest, SettingLimitReplacesLimitWithSameIdentifier) {
     QelVEnvConfig config;
     QelOptionalProperty<QelQoS> ram;
     ram.get() = limit("ram", 1);

@@ -25,7 +25,7 @@ template <class Record> void expectEmptyRecord(int typeID) {
     EXPECT_EQ(Record::Writer::getTypeID(), typeID);
 }
 
-/// The factory reads its own class by the stamp, and any other element as the default.
+/// The factory reads its own class by the stamp, and any other element as the default class.
 template <class Record> void expectDefaultOfItsRegistry() {
     const TestMessage message;
     boost::shared_ptr<Record> read;
@@ -45,14 +45,14 @@ TEST(QelVtRecordsTest, RecordsWithoutFieldsReadAndWriteNothing) {
     expectEmptyRecord<QelLogOptions>(311);
 }
 
-TEST(QelVtRecordsTest, EachIsTheDefaultOfItsRegistry) {
+TEST(QelVtRecordsTest, EachIsDefaultOfItsRegistry) {
     expectDefaultOfItsRegistry<QelVtInfo>();
     expectDefaultOfItsRegistry<QelVtSettings>();
     expectDefaultOfItsRegistry<QelNativeConfig>();
     expectDefaultOfItsRegistry<QelLogOptions>();
 }
 
-TEST(QelVtRecordsTest, SettingsWriteWhatIsSpecified) {
+TEST(QelVtRecordsTest, SettingsWriteSpecifiedFields) {
     const TestMessage message;
     QelVtSettings settings;
     EXPECT_EQ(message.cursor().putObject(settings, QelVtSettings::Writer(), 0), 0);
@@ -73,7 +73,7 @@ TEST(QelVtRecordsTest, SettingsWriteWhatIsSpecified) {
     EXPECT_EQ(read.description, settings.description);
 }
 
-TEST(QelVtRecordsTest, SettingsOfABadIdentifierHaveNone) {
+TEST(QelVtRecordsTest, InvalidSettingsIdIsUnspecified) {
     const TestMessage message;
     message.cursor().putValue(std::string("no identifier"), settingsId);
     QelVtSettings settings;

@@ -5,7 +5,7 @@
 
 namespace Qel::TestSupport {
 
-/// A configuration of this complex type, base or virtual.
+/// A configuration with this complex type, base or virtual.
 inline RandomFill configuration(int typeID) {
     return [typeID](RandomRecord& random, QelMessageIterator& cursor) {
         cursor.setComplexType(292, typeID);
@@ -28,8 +28,7 @@ inline RandomFamily randomEnvironment() {
             {{"QelEnv", 1185}, inChild(1185, configuration(120))},
             {{"QelEnv", 1872}, inChild(1872, configuration(121))},
         },
-        // Without a base configuration it is written with an empty one, which counts as an old agent's when it is read
-        // back, and so gets a version.
+        // Without a base configuration, an empty one is written.  Read back, it gets the version of an old agent.
         .odd{{"QelEnv", {.settlesLate = true}}},
     };
 }

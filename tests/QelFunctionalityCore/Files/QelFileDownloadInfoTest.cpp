@@ -21,7 +21,7 @@ using namespace Qel::TestSupport;
 const QelFilerOptions create;
 const QelFilerOptions overwrite(QelFilerOptions::overwrite);
 
-TEST(QelFileDownloadInfoTest, ThePathIsTheNameAtTheOtherEnd) {
+TEST(QelFileDownloadInfoTest, PathIsNameAtSendingEnd) {
     QelSecurityAttributes attributes;
     QelFileDownloadInfo info("/here", "/there", 5, 6, overwrite, &attributes);
     EXPECT_EQ(info.path, "/there");
@@ -33,7 +33,7 @@ TEST(QelFileDownloadInfoTest, ThePathIsTheNameAtTheOtherEnd) {
     EXPECT_EQ(info.getAttrs(), &attributes);
 }
 
-TEST(QelFileDownloadInfoTest, WhatWasGivenCanBeReplaced) {
+TEST(QelFileDownloadInfoTest, SettersReplaceConstructorArguments) {
     QelFileDownloadInfo info("/here", "/there", 0, 0, overwrite, nullptr);
     const QelSecurityAttributes attributes;
     info.setDst("/elsewhere");
@@ -44,7 +44,7 @@ TEST(QelFileDownloadInfoTest, WhatWasGivenCanBeReplaced) {
     EXPECT_EQ(info.getAttrs(), &attributes);
 }
 
-TEST(QelFileDownloadInfoTest, BlocksAreAddedToTheData) {
+TEST(QelFileDownloadInfoTest, BlocksAreAppendedToData) {
     QelFileDownloadInfo info("", "/there", 0, 0, create, nullptr);
     EXPECT_EQ(info.saveBuffer("a\0b", 3), 0);
     EXPECT_EQ(info.saveBuffer("", 0), 0);
@@ -60,7 +60,7 @@ protected:
     TempFolder folder;
 };
 
-TEST_F(QelFileDownloadToFileTest, BlocksGoIntoANewFile) {
+TEST_F(QelFileDownloadToFileTest, BlocksAreWrittenToNewFile) {
     QelFileDownloadToFile download("/there", destination(), 5, 0, create, nullptr);
     EXPECT_EQ(download.path, "/there");
     EXPECT_EQ(download.getDst(), destination());
@@ -72,7 +72,7 @@ TEST_F(QelFileDownloadToFileTest, BlocksGoIntoANewFile) {
     EXPECT_EQ(download.data, "");
 }
 
-TEST_F(QelFileDownloadToFileTest, TheFileHasTheModeOfTheAttributes) {
+TEST_F(QelFileDownloadToFileTest, FileHasModeOfAttributes) {
     QelSecurityAttributes attributes;
     attributes.mode = 0604;
     QelFileDownloadToFile download("/there", destination(), 5, 0, create, &attributes);
@@ -82,7 +82,7 @@ TEST_F(QelFileDownloadToFileTest, TheFileHasTheModeOfTheAttributes) {
     EXPECT_EQ(status.st_mode & 0777U, 0604U);
 }
 
-TEST_F(QelFileDownloadToFileTest, AnExistingFileFailsToStartWithoutOverwrite) {
+TEST_F(QelFileDownloadToFileTest, StartFailsForExistingFileWithoutOverwrite) {
     folder.write("a", "old");
     QelFileDownloadToFile download("/there", destination(), 5, 0, create, nullptr);
     EXPECT_EQ(download.start(), -1);
@@ -92,14 +92,14 @@ TEST_F(QelFileDownloadToFileTest, AnExistingFileFailsToStartWithoutOverwrite) {
     EXPECT_EQ(download.start(), 0);
 }
 
-TEST_F(QelFileDownloadToFileTest, AMissingFolderFailsToStart) {
+TEST_F(QelFileDownloadToFileTest, StartFailsForMissingFolder) {
     QelFileDownloadToFile download("/there", folder.path("none/a"), 5, 0, create, nullptr);
     EXPECT_EQ(download.start(), -1);
     EXPECT_EQ(getErrorMessage(),
               "Cannot open dst file \"" + folder.path("none/a") + "\": No such file or directory [2]");
 }
 
-TEST_F(QelFileDownloadToFileTest, OffsetsMayAppendTruncateOrGoSomewhere) {
+TEST_F(QelFileDownloadToFileTest, OffsetMayAppendTruncateOrSeek) {
     const auto copied = [this](long long offset) {
         folder.write("a", "0123456789");
         QelFileDownloadToFile download("/there", destination(), 3, offset, overwrite, nullptr);
@@ -114,7 +114,7 @@ TEST_F(QelFileDownloadToFileTest, OffsetsMayAppendTruncateOrGoSomewhere) {
     EXPECT_EQ(copied(QelFile::truncateOffset), "new");
 }
 
-TEST_F(QelFileDownloadToFileTest, ADescriptorIsTakenOver) {
+TEST_F(QelFileDownloadToFileTest, TakesOwnershipOfDescriptor) {
     folder.write("a", "0123456789");
     const int descriptor = open(destination().c_str(), O_WRONLY);
     {
@@ -129,7 +129,7 @@ TEST_F(QelFileDownloadToFileTest, ADescriptorIsTakenOver) {
     EXPECT_EQ(folder.read("a"), "01new56789");
 }
 
-TEST_F(QelFileDownloadToFileTest, TheEndClosesTheDescriptor) {
+TEST_F(QelFileDownloadToFileTest, FinishClosesDescriptor) {
     folder.write("a", "");
     const int descriptor = open(destination().c_str(), O_WRONLY);
     QelFileDownloadToFile download("/there", descriptor, 3, 0);
@@ -139,14 +139,14 @@ TEST_F(QelFileDownloadToFileTest, TheEndClosesTheDescriptor) {
     EXPECT_EQ(fcntl(descriptor, F_GETFD), -1);
 }
 
-TEST_F(QelFileDownloadToFileTest, AFullDiskIsAFailure) {
+TEST_F(QelFileDownloadToFileTest, FullDiskFails) {
     QelFileDownloadToFile download("/there", "/dev/full", 3, 0, overwrite, nullptr);
     ASSERT_EQ(download.start(), 0);
     EXPECT_EQ(download.saveBuffer("new", 3), -1);
     EXPECT_EQ(getErrorMessage(), "Cannot write to file \"/dev/full\": No space left on device [28]");
 }
 
-TEST_F(QelFileDownloadToFileTest, AWriteThatComesShortIsAFailureAndKeepsWhatCame) {
+TEST_F(QelFileDownloadToFileTest, ShortWriteFailsAndKeepsWrittenPart) {
     const int result = inChild([this] {
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{2, 2};
@@ -158,7 +158,7 @@ TEST_F(QelFileDownloadToFileTest, AWriteThatComesShortIsAFailureAndKeepsWhatCame
             return 2;
         if (getErrorMessage() != "Cannot write to file \"" + destination() + "\": No space left on device [28]")
             return 3;
-        // The reason is told by a write that comes to nothing.
+        // Only a write that stores nothing sets errno.
         if (download.saveBuffer("llo", 3) != -1)
             return 4;
         return getErrorMessage() == "Cannot write to file \"" + destination() + "\": File too large [27]" ? 0 : 5;
@@ -167,7 +167,7 @@ TEST_F(QelFileDownloadToFileTest, AWriteThatComesShortIsAFailureAndKeepsWhatCame
     EXPECT_EQ(folder.read("a"), "he");
 }
 
-TEST_F(QelFileDownloadToFileTest, BeforeStartAndAfterFinishNothingCanBeWritten) {
+TEST_F(QelFileDownloadToFileTest, WritingFailsBeforeStartAndAfterFinish) {
     QelFileDownloadToFile download("/there", destination(), 5, 0, create, nullptr);
     const std::string closed = "Cannot write to file \"" + destination() + "\": Bad file descriptor [9]";
     EXPECT_EQ(download.saveBuffer("x", 1), -1);

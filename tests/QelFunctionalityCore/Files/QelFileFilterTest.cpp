@@ -31,21 +31,21 @@ std::vector<int> written(const Filter& filter) {
     return childIDs(*tree);
 }
 
-TEST(QelFileFilterTest, WithoutBitsNothingIsWritten) {
+TEST(QelFileFilterTest, EmptyMaskWritesNothing) {
     Filter filter = everyOwnerForm();
     filter.name = "x";
     filter.sizeFrom = 5;
     EXPECT_TRUE(written(filter).empty());
 }
 
-TEST(QelFileFilterTest, CriteriaAreWrittenInTheirOrder) {
+TEST(QelFileFilterTest, CriteriaAreWrittenInOrder) {
     Filter filter = everyOwnerForm();
     filter.setValid(~0U);
     EXPECT_THAT(written(filter),
                 ElementsAre(1026, 1007, 1150, 1146, 1147, 1148, 1149, userFrom, userTo, groupFrom, groupTo));
 }
 
-TEST(QelFileFilterTest, EachBitStandsForItsCriterion) {
+TEST(QelFileFilterTest, EachBitSelectsItsCriterion) {
     const std::pair<unsigned, int> criteria[] = {
         {2048, 1026}, {1, 1007},     {4096, 1150}, {128, 1146},     {256, 1147}, {1024, 1148},
         {512, 1149},  {2, userName}, {4, uid},     {16, groupName}, {32, gid},
@@ -64,7 +64,7 @@ TEST(QelFileFilterTest, EachBitStandsForItsCriterion) {
     }
 }
 
-TEST(QelFileFilterTest, NameAndPathMayHoldAnyBytes) {
+TEST(QelFileFilterTest, NameAndPathMayContainAnyBytes) {
     Filter filter;
     filter.name = std::string("\xFF\0*", 3);
     filter.path = "/a b";
@@ -77,7 +77,7 @@ TEST(QelFileFilterTest, NameAndPathMayHoldAnyBytes) {
     EXPECT_EQ(read.path, filter.path);
 }
 
-TEST(QelFileFilterTest, ARangeIsWrittenBeforeANameAndReadBackAlone) {
+TEST(QelFileFilterTest, RangeIsPreferredToNameWhenWriting) {
     Filter filter = everyOwnerForm();
     filter.setValid(Filter::validUserName | Filter::validUserRange);
     const TestTree tree;
@@ -90,19 +90,19 @@ TEST(QelFileFilterTest, ARangeIsWrittenBeforeANameAndReadBackAlone) {
     EXPECT_EQ(read.userName, "");
 }
 
-TEST(QelFileFilterTest, ANameIsWrittenBeforeANumber) {
+TEST(QelFileFilterTest, NameIsPreferredToNumberWhenWriting) {
     Filter filter = everyOwnerForm();
     filter.setValid(Filter::validUserName | Filter::validUid | Filter::validGroupName | Filter::validGid);
     EXPECT_THAT(written(filter), ElementsAre(userName, groupName));
 }
 
-TEST(QelFileFilterTest, TheGroupsRangeIsWrittenBeforeItsNameAndNumber) {
+TEST(QelFileFilterTest, GroupRangeIsPreferredToNameAndNumberWhenWriting) {
     Filter filter = everyOwnerForm();
     filter.setValid(Filter::validGroupRange | Filter::validGroupName | Filter::validGid);
     EXPECT_THAT(written(filter), ElementsAre(groupFrom, groupTo));
 }
 
-TEST(QelFileFilterTest, AReaderTakesTheNameThenTheNumberThenTheRange) {
+TEST(QelFileFilterTest, ReadingPrefersNameThenNumberThenRange) {
     const TestTree tree;
     tree->putValue(100, userFrom);
     tree->putValue(200, userTo);
@@ -125,7 +125,7 @@ TEST(QelFileFilterTest, AReaderTakesTheNameThenTheNumberThenTheRange) {
     EXPECT_EQ(byName.uid, 0);
 }
 
-TEST(QelFileFilterTest, HalfARangeSetsNothing) {
+TEST(QelFileFilterTest, HalfRangeIsIgnored) {
     for (const int half : {userFrom, userTo, groupFrom, groupTo}) {
         const TestTree tree;
         tree->putValue(100, half);
@@ -135,7 +135,7 @@ TEST(QelFileFilterTest, HalfARangeSetsNothing) {
     }
 }
 
-TEST(QelFileFilterTest, ReadingForgetsTheMaskAndNeverFails) {
+TEST(QelFileFilterTest, ReadingClearsMaskAndNeverFails) {
     const TestTree tree;
     tree->putValue(std::string("many"), 1148);
     tree->putValue(std::string("one"), 1007);

@@ -15,7 +15,7 @@ using testing::ElementsAre;
 
 constexpr int data = 1328, path = 1156, offset = 1087, size = 1024;
 
-TEST(QelFileInfoTest, DataThatIsEmptyIsNotWritten) {
+TEST(QelFileInfoTest, EmptyDataIsNotWritten) {
     const TestTree tree;
     writeTo(tree, QelFileInfo("/a", 5, 6));
     EXPECT_THAT(childIDs(*tree), ElementsAre(path, offset, size));
@@ -35,7 +35,7 @@ TEST(QelFileInfoTest, DataComesFirst) {
     EXPECT_EQ(read.offset, 0);
 }
 
-TEST(QelFileInfoTest, OnlyThePathDecidesWhetherItIsRead) {
+TEST(QelFileInfoTest, OnlyPathIsRequired) {
     const TestTree tree;
     tree->putValue(std::string("!"), data);
     tree->putValue(std::string("none"), offset);
@@ -50,7 +50,7 @@ TEST(QelFileInfoTest, OnlyThePathDecidesWhetherItIsRead) {
     EXPECT_EQ(info.offset, 6);
 }
 
-TEST(QelFileInfoTest, WhatCouldBeReadStaysWhenThePathCanNot) {
+TEST(QelFileInfoTest, FieldsReadBeforeUnreadablePathAreKept) {
     const TestTree tree;
     tree->putValueLongLong(1LL << 40U, size);
     QelFileInfo info;
@@ -58,7 +58,7 @@ TEST(QelFileInfoTest, WhatCouldBeReadStaysWhenThePathCanNot) {
     EXPECT_EQ(info.size, 1LL << 40U);
 }
 
-TEST(QelFileInfoTest, ItStartsAtOnceAndIsItsOwnSourceAndDestination) {
+TEST(QelFileInfoTest, StartsImmediatelyAndIsItsOwnSourceAndDestination) {
     QelFileInfo info("/a", 0, 0);
     EXPECT_EQ(info.start(), 0);
     info.finish();
@@ -66,7 +66,7 @@ TEST(QelFileInfoTest, ItStartsAtOnceAndIsItsOwnSourceAndDestination) {
     EXPECT_EQ(info.getDst(), "/a");
 }
 
-TEST(QelSecurityAttributesTest, TheModeIsAllThereIs) {
+TEST(QelSecurityAttributesTest, ModeIsOnlyField) {
     const TestTree tree;
     QelSecurityAttributes attributes;
     EXPECT_NE(tree->getObj(attributes, 0), 0);
@@ -76,7 +76,7 @@ TEST(QelSecurityAttributesTest, TheModeIsAllThereIs) {
     EXPECT_EQ(readFrom<QelSecurityAttributes>(tree).mode, 0640);
 }
 
-TEST(QelUGIDLimitsTest, EachLimitMustBeThere) {
+TEST(QelUGIDLimitsTest, EachLimitIsRequired) {
     QelUGIDLimits limits;
     limits.limit1 = 1;
     limits.limit2 = 2;

@@ -20,12 +20,12 @@ protected:
     QelFilePathReaderTest() { setenv("QEL_ROOT", root.path("").c_str(), 1); }
     ~QelFilePathReaderTest() override { unsetenv("QEL_ROOT"); }
 
-    /// What a path reads as.
+    /// The result of reading a path.
     std::string read(const std::string& path) {
         message.cursor().putValueBase64(path, 0);
         std::string result = "before";
         const int code = QelFilePathReader()(message.cursor(), result);
-        EXPECT_EQ(code != 0, result == "before") << "a failure leaves the path";
+        EXPECT_EQ(code != 0, result == "before") << "a failure leaves the path unchanged";
         return result;
     }
     [[nodiscard]] std::string uploadsOf(const std::string& client) const {
@@ -36,24 +36,24 @@ protected:
     TestMessage message;
 };
 
-TEST_F(QelFilePathReaderTest, AnyOtherPathStaysAsItIs) {
+TEST_F(QelFilePathReaderTest, OtherPathsAreUnchanged) {
     for (const std::string path : {"/a/b", "", "a/$SESSION$", "$SESSION", "$session$/a", "../$SESSION$"})
         EXPECT_EQ(read(path), path);
 }
 
-TEST_F(QelFilePathReaderTest, TheSessionsUploadFolderTakesThePlaceOfTheWord) {
+TEST_F(QelFilePathReaderTest, PrefixIsReplacedBySessionUploadFolder) {
     message->setSession("anna");
     message->setOrigin("origin");
     EXPECT_EQ(read("$SESSION$/a"), uploadsOf("anna") + "/a");
     EXPECT_EQ(read("$SESSION$"), uploadsOf("anna"));
 }
 
-TEST_F(QelFilePathReaderTest, WithoutASessionTheOriginIsTheClient) {
+TEST_F(QelFilePathReaderTest, OriginIsClientWithoutSession) {
     message->setOrigin("origin");
     EXPECT_EQ(read("$SESSION$/a"), uploadsOf("origin") + "/a");
 }
 
-TEST_F(QelFilePathReaderTest, TheFolderIsCreatedForTheAgentAlone) {
+TEST_F(QelFilePathReaderTest, FolderIsAccessibleOnlyToAgent) {
     message->setSession("anna");
     (void)read("$SESSION$/a");
     struct stat status {};
@@ -62,18 +62,18 @@ TEST_F(QelFilePathReaderTest, TheFolderIsCreatedForTheAgentAlone) {
     EXPECT_EQ(status.st_mode & 077U, 0U);
 }
 
-TEST_F(QelFilePathReaderTest, TheReplacementIsOneOfText) {
+TEST_F(QelFilePathReaderTest, PrefixIsReplacedTextually) {
     message->setSession("anna");
     EXPECT_EQ(read("$SESSION$/../../x"), uploadsOf("anna") + "/../../x");
     EXPECT_EQ(read("$SESSION$x"), uploadsOf("anna") + "x");
     EXPECT_EQ(read("$SESSION$$SESSION$"), uploadsOf("anna") + "$SESSION$");
 }
 
-TEST_F(QelFilePathReaderTest, WithoutAClientThereIsNoFolder) {
+TEST_F(QelFilePathReaderTest, WithoutClientThereIsNoFolder) {
     EXPECT_EQ(read("$SESSION$/a"), "before");
 }
 
-TEST_F(QelFilePathReaderTest, AClientWhoseNameLeadsElsewhereHasNoFolder) {
+TEST_F(QelFilePathReaderTest, RejectsClientNameThatLeavesFolder) {
     for (const char* const name : {"..", ".", "a/b", "/etc", "../anna"}) {
         message->setSession(name);
         EXPECT_EQ(read("$SESSION$/a"), "before") << name;
@@ -81,28 +81,28 @@ TEST_F(QelFilePathReaderTest, AClientWhoseNameLeadsElsewhereHasNoFolder) {
     }
 }
 
-TEST_F(QelFilePathReaderTest, AFolderThatCanNotBeCreatedIsAFailure) {
+TEST_F(QelFilePathReaderTest, UncreatableFolderFails) {
     const std::string inTheWay = root.write("var/lib/qel/clients", "a file");
     message->setSession("anna");
     EXPECT_EQ(read("$SESSION$/a"), "before");
     EXPECT_EQ(getErrorMessage(), "cannot create directory '" + inTheWay + "/anna': Not a directory");
 }
 
-TEST_F(QelFilePathReaderTest, AFileInTheFoldersPlaceIsAFailure) {
+TEST_F(QelFilePathReaderTest, FileInPlaceOfFolderFails) {
     root.write("var/lib/qel/clients/anna/uploads", "a file");
     message->setSession("anna");
     EXPECT_EQ(read("$SESSION$/a"), "before");
     EXPECT_EQ(getErrorMessage(), "cannot create directory '" + uploadsOf("anna") + "': Not a directory");
 }
 
-TEST_F(QelFilePathReaderTest, WhatIsNoBase64IsAFailure) {
+TEST_F(QelFilePathReaderTest, InvalidBase64Fails) {
     message.cursor().putValue(std::string("!"), 0);
     std::string path = "before";
     EXPECT_EQ(QelFilePathReader()(message.cursor(), path), -1);
     EXPECT_EQ(path, "before");
 }
 
-TEST_F(QelFilePathReaderTest, AMissingElementIsAFailure) {
+TEST_F(QelFilePathReaderTest, MissingElementFails) {
     std::string path = "before";
     EXPECT_EQ(message.cursor().getObject(path, QelFilePathReader(), 1156), -1);
     EXPECT_EQ(path, "before");

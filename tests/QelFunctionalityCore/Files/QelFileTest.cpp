@@ -39,13 +39,13 @@ protected:
     QelFile file;
 };
 
-TEST_F(QelFileTest, ANewOneIsClosed) {
+TEST_F(QelFileTest, NewObjectIsClosed) {
     EXPECT_FALSE(file.isOpened());
     file.close();
     EXPECT_FALSE(file.isOpened());
 }
 
-TEST_F(QelFileTest, TheDescriptorGoesWithTheObject) {
+TEST_F(QelFileTest, DestructorClosesDescriptor) {
     int descriptor = -1;
     {
         QelFile opened;
@@ -56,7 +56,7 @@ TEST_F(QelFileTest, TheDescriptorGoesWithTheObject) {
     EXPECT_EQ(fcntl(descriptor, F_GETFD), -1);
 }
 
-TEST_F(QelFileTest, ClosingClosesTheDescriptor) {
+TEST_F(QelFileTest, CloseClosesDescriptor) {
     ASSERT_EQ(file.openRead(folder.write("a", "x"), 0, nullptr), 0);
     const int descriptor = file.descriptor();
     file.close();
@@ -64,8 +64,8 @@ TEST_F(QelFileTest, ClosingClosesTheDescriptor) {
     EXPECT_EQ(fcntl(descriptor, F_GETFD), -1);
 }
 
-TEST_F(QelFileTest, ClosingReportsWhatTheSystemReports) {
-    EXPECT_EQ(file.close(), 0) << "there is nothing to close";
+TEST_F(QelFileTest, CloseReturnsSystemResult) {
+    EXPECT_EQ(file.close(), 0) << "nothing to close";
     ASSERT_EQ(file.openRead(folder.write("a", "x"), 0, nullptr), 0);
     EXPECT_EQ(file.close(), 0);
     QelFile noFile(-2);
@@ -74,13 +74,13 @@ TEST_F(QelFileTest, ClosingReportsWhatTheSystemReports) {
     EXPECT_FALSE(noFile.isOpened());
 }
 
-TEST_F(QelFileTest, TheSizeIsThatOfTheFile) {
+TEST_F(QelFileTest, SizeIsThatOfFile) {
     long long size = 0;
     ASSERT_EQ(file.openRead(folder.write("a", "hello"), 0, &size), 0);
     EXPECT_EQ(size, 5);
 }
 
-TEST_F(QelFileTest, AnOffsetIsGoneToAndTakenFromTheSize) {
+TEST_F(QelFileTest, OffsetIsSoughtAndSubtractedFromSize) {
     long long size = 0;
     ASSERT_EQ(file.openRead(folder.write("a", "hello"), 2, &size), 0);
     EXPECT_EQ(size, 3);
@@ -89,20 +89,20 @@ TEST_F(QelFileTest, AnOffsetIsGoneToAndTakenFromTheSize) {
     EXPECT_EQ(next, 'l');
 }
 
-TEST_F(QelFileTest, AFileThatEndsBeforeTheOffsetHasLessThanNothing) {
+TEST_F(QelFileTest, SizeIsNegativeIfFileEndsBeforeOffset) {
     long long size = 0;
     ASSERT_EQ(file.openRead(folder.write("a", "hello"), 8, &size), 0);
     EXPECT_EQ(size, -3);
 }
 
-TEST_F(QelFileTest, OffsetsBelowZeroAreNotGoneTo) {
+TEST_F(QelFileTest, NegativeOffsetsAreNotSought) {
     long long size = 0;
     ASSERT_EQ(file.openRead(folder.write("a", "hello"), -2, &size), 0);
     EXPECT_EQ(size, 5);
     EXPECT_EQ(lseek(file.descriptor(), 0, SEEK_CUR), 0);
 }
 
-TEST_F(QelFileTest, SizesBeyondFourGigabytesAreTold) {
+TEST_F(QelFileTest, ReturnsSizesAboveFourGigabytes) {
     const std::string path = folder.write("a", "");
     constexpr long long big = (1LL << 32U) + 7;
     ASSERT_EQ(truncate64(path.c_str(), big), 0);
@@ -111,7 +111,7 @@ TEST_F(QelFileTest, SizesBeyondFourGigabytesAreTold) {
     EXPECT_EQ(size, 7);
 }
 
-TEST_F(QelFileTest, AMissingFileIsAFailureWithItsReason) {
+TEST_F(QelFileTest, MissingFileSetsErrno) {
     long long size = 77;
     EXPECT_EQ(file.openRead(folder.path("none"), 0, &size), -1);
     EXPECT_EQ(errno, ENOENT);
@@ -119,19 +119,19 @@ TEST_F(QelFileTest, AMissingFileIsAFailureWithItsReason) {
     EXPECT_FALSE(file.isOpened());
 }
 
-TEST_F(QelFileTest, AFileInAMissingFolderIsNotCreated) {
+TEST_F(QelFileTest, FileInMissingFolderIsNotCreated) {
     EXPECT_EQ(file.openWrite(folder.path("none/a"), 0, create, nullptr), -1);
     EXPECT_EQ(errno, ENOENT);
 }
 
-TEST_F(QelFileTest, AFolderCanNotBeWritten) {
+TEST_F(QelFileTest, FolderCannotBeOpenedForWriting) {
     EXPECT_EQ(file.openWrite(folder.path("."), 0, overwrite, nullptr), -1);
     EXPECT_EQ(errno, EISDIR);
     EXPECT_EQ(file.openWrite(folder.path("."), 0, create, nullptr), -1);
     EXPECT_EQ(errno, EEXIST);
 }
 
-TEST_F(QelFileTest, WithoutOverwriteAnExistingFileIsLeftAlone) {
+TEST_F(QelFileTest, ExistingFileIsUnchangedWithoutOverwrite) {
     for (const long long offset : {0LL, QelFile::appendOffset, QelFile::truncateOffset}) {
         EXPECT_EQ(file.openWrite(folder.write("a", "old"), offset, create, nullptr), -1);
         EXPECT_EQ(errno, EEXIST);
@@ -139,7 +139,7 @@ TEST_F(QelFileTest, WithoutOverwriteAnExistingFileIsLeftAlone) {
     }
 }
 
-TEST_F(QelFileTest, AMissingFileIsCreatedWhateverTheOffset) {
+TEST_F(QelFileTest, MissingFileIsCreatedForAnyOffset) {
     for (const long long offset : {0LL, QelFile::appendOffset, QelFile::truncateOffset}) {
         const std::string name = "new" + std::to_string(offset);
         for (const auto& [options, suffix] : {std::pair{create, "c"}, {overwrite, "o"}}) {
@@ -151,32 +151,32 @@ TEST_F(QelFileTest, AMissingFileIsCreatedWhateverTheOffset) {
     }
 }
 
-TEST_F(QelFileTest, OverwritingKeepsWhatIsBehind) {
+TEST_F(QelFileTest, OverwritingKeepsRestOfFile) {
     ASSERT_EQ(file.openWrite(folder.write("a", "old content"), 0, overwrite, nullptr), 0);
     expectWrites(file, "new");
     EXPECT_EQ(folder.read("a"), "new content");
 }
 
-TEST_F(QelFileTest, AnOffsetIsWhereWritingBegins) {
+TEST_F(QelFileTest, WritingStartsAtOffset) {
     ASSERT_EQ(file.openWrite(folder.write("a", "old content"), 4, overwrite, nullptr), 0);
     expectWrites(file, "CON");
     EXPECT_EQ(folder.read("a"), "old CONtent");
 }
 
-TEST_F(QelFileTest, AppendingGoesToTheEndAsItIsThen) {
+TEST_F(QelFileTest, AppendWritesToCurrentEnd) {
     ASSERT_EQ(file.openWrite(folder.write("a", "one "), QelFile::appendOffset, overwrite, nullptr), 0);
     folder.write("a", "one and a half ");
     expectWrites(file, "two");
     EXPECT_EQ(folder.read("a"), "one and a half two");
 }
 
-TEST_F(QelFileTest, TruncatingDropsWhatWasThere) {
+TEST_F(QelFileTest, TruncateDropsContent) {
     ASSERT_EQ(file.openWrite(folder.write("a", "old content"), QelFile::truncateOffset, overwrite, nullptr), 0);
     expectWrites(file, "new");
     EXPECT_EQ(folder.read("a"), "new");
 }
 
-TEST_F(QelFileTest, OtherOffsetsBelowZeroNeitherAppendNorTruncate) {
+TEST_F(QelFileTest, OtherNegativeOffsetsNeitherAppendNorTruncate) {
     for (const long long offset : {-3LL, -4LL, -(1LL << 40U)}) {
         QelFile opened;
         ASSERT_EQ(opened.openWrite(folder.write("a", "old content"), offset, overwrite, nullptr), 0);
@@ -185,7 +185,7 @@ TEST_F(QelFileTest, OtherOffsetsBelowZeroNeitherAppendNorTruncate) {
     }
 }
 
-TEST_F(QelFileTest, ANewFileHasTheModeThatIsAskedForWhateverTheUmask) {
+TEST_F(QelFileTest, NewFileHasRequestedModeWhateverUmask) {
     const mode_t before = umask(077);
     QelFile plain;
     QelFile special;
@@ -193,19 +193,19 @@ TEST_F(QelFileTest, ANewFileHasTheModeThatIsAskedForWhateverTheUmask) {
     attributes.mode = 0666;
     EXPECT_EQ(plain.openWrite(folder.path("plain"), 0, create, nullptr), 0);
     EXPECT_EQ(special.openWrite(folder.path("special"), 0, create, &attributes), 0);
-    EXPECT_EQ(umask(before), 077U) << "the umask is as it was";
+    EXPECT_EQ(umask(before), 077U) << "the umask is restored";
     EXPECT_EQ(modeOf(folder.path("plain")), 0777U);
     EXPECT_EQ(modeOf(folder.path("special")), 0666U);
 }
 
-TEST_F(QelFileTest, TheUmaskComesBackAfterAFailureToo) {
+TEST_F(QelFileTest, UmaskIsRestoredAfterFailure) {
     const mode_t before = umask(027);
     EXPECT_EQ(file.openRead(folder.path("none"), 0, nullptr), -1);
     EXPECT_EQ(errno, ENOENT);
     EXPECT_EQ(umask(before), 027U);
 }
 
-TEST_F(QelFileTest, ATakenDescriptorIsUsedInPlaceOfThePath) {
+TEST_F(QelFileTest, OpenDescriptorIsUsedInsteadOfPath) {
     folder.write("a", "hello");
     QelFile taken(open(folder.path("a").c_str(), O_RDWR));
     long long size = 0;
@@ -216,7 +216,7 @@ TEST_F(QelFileTest, ATakenDescriptorIsUsedInPlaceOfThePath) {
     EXPECT_EQ(folder.read("a"), "hell!");
 }
 
-TEST_F(QelFileTest, WhereAnOffsetCanNotBeGoneToTheFileIsClosedAndErrnoTellsWhy) {
+TEST_F(QelFileTest, FailedSeekClosesFileAndSetsErrno) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     const QelFile other(ends[1]);
@@ -227,7 +227,7 @@ TEST_F(QelFileTest, WhereAnOffsetCanNotBeGoneToTheFileIsClosedAndErrnoTellsWhy) 
     EXPECT_EQ(fcntl(ends[0], F_GETFD), -1);
 }
 
-TEST_F(QelFileTest, WhereTheSizeCanNotBeToldTheFileIsClosedAndErrnoTellsWhy) {
+TEST_F(QelFileTest, FailedSizeQueryClosesFileAndSetsErrno) {
     QelFile noFile(-2);
     long long size = 77;
     EXPECT_EQ(noFile.openRead("", 0, &size), -1);
@@ -236,7 +236,7 @@ TEST_F(QelFileTest, WhereTheSizeCanNotBeToldTheFileIsClosedAndErrnoTellsWhy) {
     EXPECT_FALSE(noFile.isOpened());
 }
 
-TEST_F(QelFileTest, AFileThatMayNotBeReadIsAFailure) {
+TEST_F(QelFileTest, UnreadableFileFails) {
     const std::string path = folder.write("secret", "x");
     ASSERT_EQ(chmod(folder.path("").c_str(), 0755), 0);
     ASSERT_EQ(chmod(path.c_str(), 0), 0);
@@ -251,7 +251,7 @@ TEST_F(QelFileTest, AFileThatMayNotBeReadIsAFailure) {
 
 std::atomic<int> interruptions;
 
-/// Whether a thread of this process waits for something.
+/// Whether a thread of this process is blocked.
 bool isAsleep(pid_t thread) {
     std::string id;
     std::string name;
@@ -260,7 +260,7 @@ bool isAsleep(pid_t thread) {
     return state == 'S';
 }
 
-TEST_F(QelFileTest, AnInterruptedOpenIsTriedAgain) {
+TEST_F(QelFileTest, InterruptedOpenIsRetried) {
     const std::string fifo = folder.path("fifo");
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     struct sigaction count {};
@@ -268,7 +268,7 @@ TEST_F(QelFileTest, AnInterruptedOpenIsTriedAgain) {
     count.sa_handler = [](int) { ++interruptions; };
     ASSERT_EQ(sigaction(SIGUSR1, &count, &before), 0);
 
-    // The open waits for a writer; it is interrupted several times before one comes.
+    // The open blocks until a writer opens the other end; signals interrupt it several times before that.
     std::atomic<bool> hasEnded = false;
     const pthread_t opener = pthread_self();
     const pid_t openerID = gettid();
@@ -276,7 +276,7 @@ TEST_F(QelFileTest, AnInterruptedOpenIsTriedAgain) {
         for (interruptions = 0; interruptions < 5 && !hasEnded; std::this_thread::yield())
             if (isAsleep(openerID))
                 pthread_kill(opener, SIGUSR1);
-        // Fails as long as nobody has the other end open.
+        // Fails until the other end is open.
         int end = -1;
         while (end == -1 && !hasEnded)
             end = open(fifo.c_str(), O_WRONLY | O_NONBLOCK);

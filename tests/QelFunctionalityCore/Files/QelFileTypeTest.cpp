@@ -22,13 +22,13 @@ boost::shared_ptr<File> named(const std::string& fileName) {
     return file;
 }
 
-/// The bits in the order in which their elements are written, and those.
+/// The bits in the order in which their elements are written, and the element IDs.
 constexpr std::pair<unsigned, int> attributes[] = {
     {0x1, 1007},   {0x2, 1135},   {0x4, 1025},   {0x10, 1029}, {0x8, 1030},  {0x20, 1027},
     {0x100, 1136}, {0x200, 1137}, {0x800, 1798}, {0x40, 1024}, {0x80, 1023},
 };
 
-TEST(QelFileTypeTest, TheNameComesFirstThenTheChildrenAndTheValuesLast) {
+TEST(QelFileTypeTest, NameIsFirstThenChildrenAndValuesLast) {
     File file;
     file.children = {named("a"), named("b")};
     file.values = {1, 2};
@@ -42,7 +42,7 @@ TEST(QelFileTypeTest, TheNameComesFirstThenTheChildrenAndTheValuesLast) {
     EXPECT_EQ(childIDs(*tree), expected);
 }
 
-TEST(QelFileTypeTest, EachBitStandsForItsAttribute) {
+TEST(QelFileTypeTest, EachBitSelectsItsAttribute) {
     for (const auto& [bit, element] : attributes) {
         File file;
         file.setValid(bit);
@@ -54,7 +54,7 @@ TEST(QelFileTypeTest, EachBitStandsForItsAttribute) {
     }
 }
 
-TEST(QelFileTypeTest, ReadBackItHasItsNameAndNoBitOfIt) {
+TEST(QelFileTypeTest, ReadingSetsNameButNotItsBit) {
     File file;
     file.name = std::string("\xFF\0x", 3);
     file.linkTarget = "/etc";
@@ -68,7 +68,7 @@ TEST(QelFileTypeTest, ReadBackItHasItsNameAndNoBitOfIt) {
     EXPECT_EQ(read.validMask, static_cast<unsigned>(File::validLinkTarget));
 }
 
-TEST(QelFileTypeTest, ReadingForgetsWhatWasValidBefore) {
+TEST(QelFileTypeTest, ReadingClearsMask) {
     const TestTree tree;
     writeTo(tree, File());
     File file;
@@ -77,17 +77,17 @@ TEST(QelFileTypeTest, ReadingForgetsWhatWasValidBefore) {
     EXPECT_EQ(file.validMask, 0U);
 }
 
-TEST(QelFileTypeTest, WithoutANameItIsNotRead) {
+TEST(QelFileTypeTest, NameIsRequired) {
     const TestTree tree;
     tree->putValue(1, 1007);
     File file;
     file.setValid(File::validLinks);
     EXPECT_EQ(tree->getObj(file, 0), -1);
-    EXPECT_EQ(file.validMask, static_cast<unsigned>(File::validLinks)) << "the mask is as it was";
+    EXPECT_EQ(file.validMask, static_cast<unsigned>(File::validLinks)) << "the mask is unchanged";
     EXPECT_EQ(file.type, 0);
 }
 
-TEST(QelFileTypeTest, AChildThatCanNotBeReadFailsTheWholeFile) {
+TEST(QelFileTypeTest, UnreadableChildFailsReading) {
     const TestTree tree;
     File folder;
     folder.children = {named("a")};
@@ -97,12 +97,12 @@ TEST(QelFileTypeTest, AChildThatCanNotBeReadFailsTheWholeFile) {
     tree->putChild(child);
     File file;
     EXPECT_EQ(tree->getObj(file, 0), -1);
-    EXPECT_THAT(file.children, SizeIs(1)) << "what was read before stays";
-    EXPECT_EQ(file.type, 0) << "attributes come behind the children";
-    EXPECT_EQ(file.validMask, static_cast<unsigned>(File::validName)) << "set for the name, and not yet dropped";
+    EXPECT_THAT(file.children, SizeIs(1)) << "children read before are kept";
+    EXPECT_EQ(file.type, 0) << "attributes are read after the children";
+    EXPECT_EQ(file.validMask, static_cast<unsigned>(File::validName)) << "set for the name, and not yet cleared";
 }
 
-TEST(QelFileTypeTest, AChildThatCanNotBeWrittenEndsTheWriting) {
+TEST(QelFileTypeTest, UnwritableChildFailsWriting) {
     File folder;
     folder.children = {named("a"), nullptr, named("b")};
     folder.setValid(File::validType);
@@ -113,7 +113,7 @@ TEST(QelFileTypeTest, AChildThatCanNotBeWrittenEndsTheWriting) {
     EXPECT_EQ(countChildren(*tree, name), 1);
 }
 
-TEST(QelFileTypeTest, ATreeOfFilesComesBack) {
+TEST(QelFileTypeTest, FileTreeSurvivesRoundTrip) {
     File root;
     root.name = "root";
     root.children = {named("folder"), named("file")};
@@ -131,7 +131,7 @@ TEST(QelFileTypeTest, ATreeOfFilesComesBack) {
     EXPECT_THAT(read.values, ElementsAre(-1, 1LL << 40U));
 }
 
-TEST(QelFileTypeTest, ABadValueEndsTheValuesAndNotTheFile) {
+TEST(QelFileTypeTest, BadValueEndsValueListButNotReading) {
     const TestTree tree;
     writeTo(tree, *named("x"));
     tree->putValue(5, value);
@@ -140,13 +140,13 @@ TEST(QelFileTypeTest, ABadValueEndsTheValuesAndNotTheFile) {
     EXPECT_THAT(readFrom<File>(tree).values, ElementsAre(5));
 }
 
-/// The bits in the order of the mask's elements, and those.
+/// The bits in the order of the mask's elements, and the element IDs.
 constexpr std::pair<unsigned, int> maskBits[] = {
     {0x1, 1007},  {0x400, name}, {0x2, 1135},  {0x4, 1025},   {0x8, 1030},   {0x10, 1029},
     {0x20, 1027}, {0x40, 1024},  {0x80, 1023}, {0x100, 1136}, {0x200, 1137}, {0x800, 1798},
 };
 
-TEST(QelFileTypeMaskTest, EachBitIsAnEmptyElementInItsPlace) {
+TEST(QelFileTypeMaskTest, BitsAreEmptyElementsInOrder) {
     const TestTree tree;
     EXPECT_EQ(QelWriterFileTypeMask(*tree, ~0U), 0);
     std::vector<int> expected;
@@ -160,7 +160,7 @@ TEST(QelFileTypeMaskTest, EachBitIsAnEmptyElementInItsPlace) {
     EXPECT_EQ(mask, 0xFFFU);
 }
 
-TEST(QelFileTypeMaskTest, EachBitComesBackAlone) {
+TEST(QelFileTypeMaskTest, EachBitSurvivesRoundTrip) {
     for (const auto& [bit, element] : maskBits) {
         const TestTree tree;
         EXPECT_EQ(QelWriterFileTypeMask(*tree, bit), 0);
@@ -171,14 +171,14 @@ TEST(QelFileTypeMaskTest, EachBitComesBackAlone) {
     }
 }
 
-TEST(QelFileTypeMaskTest, TheBitOfTheNameIsAFlagAndNoName) {
+TEST(QelFileTypeMaskTest, NameBitIsEmptyElementWithoutName) {
     const TestTree tree;
     EXPECT_EQ(QelWriterFileTypeMask(*tree, 0x400), 0);
     ASSERT_EQ(countChildren(*tree, name), 1);
     EXPECT_EQ(childValue(*tree, name), "");
 }
 
-TEST(QelFileTypeMaskTest, NothingIsAskedForByAnEmptyElement) {
+TEST(QelFileTypeMaskTest, EmptyElementIsEmptyMask) {
     const TestTree tree;
     unsigned mask = 0xFFF;
     EXPECT_EQ(QelReaderFileTypeMask(*tree, mask), 0);

@@ -18,7 +18,7 @@ using namespace Qel::TestSupport;
 constexpr auto unknown = QelFileInfo::unknownSize;
 constexpr int block = QelFileInfo::maxBlockSize;
 
-TEST(QelFileUploadInfoTest, ThePathIsTheNameAtTheOtherEnd) {
+TEST(QelFileUploadInfoTest, PathIsNameAtReceivingEnd) {
     QelFileUploadInfo info("/here", "/there", 0, 0, nullptr);
     EXPECT_EQ(info.path, "/there");
     EXPECT_EQ(info.getSrc(), "/here");
@@ -28,25 +28,25 @@ TEST(QelFileUploadInfoTest, ThePathIsTheNameAtTheOtherEnd) {
     EXPECT_EQ(QelFileUploadInfo("/there", 0, 0, nullptr).getSrc(), "");
 }
 
-TEST(QelFileUploadInfoTest, OfGivenDataASizeIsTaken) {
+TEST(QelFileUploadInfoTest, CopiesSizeBytesOfData) {
     QelFileUploadInfo info("/there", 3, 7, "a\0cdef");
     EXPECT_EQ(info.data, std::string("a\0c", 3));
     EXPECT_EQ(info.size, 3);
     EXPECT_EQ(info.offset, 7);
 }
 
-TEST(QelFileUploadInfoTest, WithoutASizeTheDataEndLikeACString) {
+TEST(QelFileUploadInfoTest, UnknownSizeMeansCString) {
     QelFileUploadInfo info("/here", "/there", unknown, 0, "abc\0def");
     EXPECT_EQ(info.data, "abc");
     EXPECT_EQ(info.size, 3);
 }
 
-TEST(QelFileUploadInfoTest, WithoutDataTheSizeStays) {
+TEST(QelFileUploadInfoTest, SizeIsKeptWithoutData) {
     EXPECT_EQ(QelFileUploadInfo("/there", 5, 0, nullptr).size, 5);
     EXPECT_EQ(QelFileUploadInfo("/there", unknown, 0, nullptr).size, -1);
 }
 
-TEST(QelFileUploadInfoTest, AllDataAreOneBlock) {
+TEST(QelFileUploadInfoTest, AllDataIsOneBlock) {
     QelFileUploadInfo info("/there", unknown, 0, "hello");
     EXPECT_EQ(info.start(), 0);
     const char* buffer = nullptr;
@@ -55,7 +55,7 @@ TEST(QelFileUploadInfoTest, AllDataAreOneBlock) {
     EXPECT_EQ(std::string(buffer, static_cast<std::size_t>(length)), "hello");
 }
 
-TEST(QelFileUploadInfoTest, ASizeThatIsNotThatOfTheDataIsAFailure) {
+TEST(QelFileUploadInfoTest, SizeMismatchFails) {
     const char* buffer = nullptr;
     int length = 1;
     for (const long long size : {4LL, 6LL, -1LL, 0x80000000LL}) {
@@ -67,11 +67,11 @@ TEST(QelFileUploadInfoTest, ASizeThatIsNotThatOfTheDataIsAFailure) {
     }
 }
 
-TEST(QelFileUploadInfoTest, ASizeBelowZeroTakesNoData) {
+TEST(QelFileUploadInfoTest, NegativeSizeCopiesNoData) {
     EXPECT_EQ(QelFileUploadInfo("/there", -2, 0, "hello").data, "");
 }
 
-TEST(QelFileUploadInfoTest, OnTheWireItIsAFileInfo) {
+TEST(QelFileUploadInfoTest, IsSentAsFileInfo) {
     const TestTree tree;
     writeTo(tree, QelFileUploadInfo("/here", "/there", unknown, 7, "hello"));
     const auto read = readFrom<QelFileInfo>(tree);
@@ -85,14 +85,15 @@ TEST(QelFileUploadInfoTest, OnTheWireItIsAFileInfo) {
 
 class QelFileUploadFromFileTest : public testing::Test {
 protected:
-    /// The next block, or what went wrong.
+    /// The next block, or the error message.
     static std::string nextBlock(QelFileUploadFromFile& upload, int length) {
         const char* buffer = nullptr;
         if (upload.fillBuffer(buffer, length) != 0)
             return "failed: " + getErrorMessage();
         return {buffer, static_cast<std::size_t>(length)};
     }
-    /// A file that was left open would be read in place of the one that has its name now.
+    /// Expects that the upload has closed its file: a file left open would be read instead of the one that has its name
+    /// now.
     void expectReadsReplacement(QelFileUploadFromFile& upload) const {
         folder.write("new", "other");
         std::filesystem::rename(folder.path("new"), source());
@@ -104,15 +105,15 @@ protected:
     TempFolder folder;
 };
 
-TEST_F(QelFileUploadFromFileTest, AnUnknownSizeIsReadAtOnce) {
+TEST_F(QelFileUploadFromFileTest, UnknownSizeIsReadByConstructor) {
     folder.write("a", "hello");
     EXPECT_EQ(QelFileUploadFromFile(source(), "/there", unknown, 0).size, 5);
     EXPECT_EQ(QelFileUploadFromFile(source(), "/there", unknown, 2).size, 3);
-    EXPECT_EQ(QelFileUploadFromFile(source(), "/there", 4, 2).size, 4) << "a known one stays";
+    EXPECT_EQ(QelFileUploadFromFile(source(), "/there", 4, 2).size, 4) << "a known size is kept";
     EXPECT_EQ(QelFileUploadFromFile(folder.path("none"), "/there", unknown, 0).size, unknown);
 }
 
-TEST_F(QelFileUploadFromFileTest, TheFileGoesBlockByBlock) {
+TEST_F(QelFileUploadFromFileTest, FileIsReadBlockByBlock) {
     const std::string content = std::string(block, 'x') + std::string(block, 'y') + "end";
     QelFileUploadFromFile upload(folder.write("a", content), "/there", unknown, 0);
     ASSERT_EQ(upload.start(), 0);
@@ -123,61 +124,61 @@ TEST_F(QelFileUploadFromFileTest, TheFileGoesBlockByBlock) {
     upload.finish();
 }
 
-TEST_F(QelFileUploadFromFileTest, AnOffsetIsWhereReadingBegins) {
+TEST_F(QelFileUploadFromFileTest, ReadingStartsAtOffset) {
     QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", unknown, 1);
     ASSERT_EQ(upload.start(), 0);
     EXPECT_EQ(nextBlock(upload, 3), "ell");
     EXPECT_EQ(nextBlock(upload, 3), "o");
 }
 
-TEST_F(QelFileUploadFromFileTest, NoMoreThanABlockIsGiven) {
+TEST_F(QelFileUploadFromFileTest, ReturnsAtMostOneBlock) {
     QelFileUploadFromFile upload(folder.write("a", std::string(block + 1, 'x')), "/there", unknown, 0);
     ASSERT_EQ(upload.start(), 0);
     EXPECT_EQ(nextBlock(upload, block + 1).size(), static_cast<std::size_t>(block));
     EXPECT_EQ(nextBlock(upload, block), "x");
 }
 
-TEST_F(QelFileUploadFromFileTest, NoMoreIsReadThanTheBufferHolds) {
+TEST_F(QelFileUploadFromFileTest, ReadsAtMostRequestedLength) {
     QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", 2, 0);
     ASSERT_EQ(upload.start(), 0);
     EXPECT_EQ(nextBlock(upload, 1000), "he");
 }
 
-TEST_F(QelFileUploadFromFileTest, AMissingFileFailsToStart) {
+TEST_F(QelFileUploadFromFileTest, StartFailsForMissingFile) {
     QelFileUploadFromFile upload(folder.path("none"), "/there", unknown, 0);
     EXPECT_EQ(upload.start(), -1);
     EXPECT_EQ(getErrorMessage(), "Cannot open src file \"" + folder.path("none") + "\": No such file or directory [2]");
 }
 
-TEST_F(QelFileUploadFromFileTest, AFileThatShrankFailsToStart) {
+TEST_F(QelFileUploadFromFileTest, StartFailsIfFileShrank) {
     QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", unknown, 0);
     folder.write("a", "hell");
     EXPECT_EQ(upload.start(), -1);
     EXPECT_EQ(getErrorMessage(), "Src file size was changed \"" + source() + "\"");
     folder.write("a", "hello again");
-    EXPECT_EQ(upload.start(), 0) << "it was closed, and may be tried again";
+    EXPECT_EQ(upload.start(), 0) << "it was closed and can be started again";
 }
 
-TEST_F(QelFileUploadFromFileTest, ReadingTheSizeLeavesNoFileOpen) {
+TEST_F(QelFileUploadFromFileTest, ReadingSizeLeavesNoFileOpen) {
     QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", unknown, 0);
     expectReadsReplacement(upload);
 }
 
-TEST_F(QelFileUploadFromFileTest, AFileThatShrankIsNotLeftOpen) {
+TEST_F(QelFileUploadFromFileTest, ShrunkFileIsNotLeftOpen) {
     QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", unknown, 0);
     folder.write("a", "hell");
     EXPECT_EQ(upload.start(), -1);
     expectReadsReplacement(upload);
 }
 
-TEST_F(QelFileUploadFromFileTest, AFileThatGrewIsReadUpToItsSize) {
+TEST_F(QelFileUploadFromFileTest, GrownFileIsReadUpToOriginalSize) {
     QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", unknown, 0);
     folder.write("a", "hello again");
     ASSERT_EQ(upload.start(), 0);
     EXPECT_EQ(nextBlock(upload, 5), "hello");
 }
 
-TEST_F(QelFileUploadFromFileTest, AnEmptyFileStartsAndHasNoFirstBlock) {
+TEST_F(QelFileUploadFromFileTest, EmptyFileStartsButHasNoBlock) {
     QelFileUploadFromFile upload(folder.write("a", ""), "/there", unknown, 0);
     EXPECT_EQ(upload.size, 0);
     ASSERT_EQ(upload.start(), 0);
@@ -185,7 +186,7 @@ TEST_F(QelFileUploadFromFileTest, AnEmptyFileStartsAndHasNoFirstBlock) {
     EXPECT_EQ(nextBlock(upload, 1), "failed: Cannot read from file \"" + source() + "\": Success [0]");
 }
 
-TEST_F(QelFileUploadFromFileTest, TheEndOfTheFileIsAFailure) {
+TEST_F(QelFileUploadFromFileTest, EndOfFileFails) {
     QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", unknown, 0);
     ASSERT_EQ(upload.start(), 0);
     ASSERT_EQ(truncate(source().c_str(), 2), 0);
@@ -193,13 +194,13 @@ TEST_F(QelFileUploadFromFileTest, TheEndOfTheFileIsAFailure) {
     EXPECT_EQ(nextBlock(upload, 3), "failed: Cannot read from file \"" + source() + "\": Success [0]");
 }
 
-TEST_F(QelFileUploadFromFileTest, AFolderCanBeOpenedAndNotRead) {
+TEST_F(QelFileUploadFromFileTest, FolderCanBeOpenedButNotRead) {
     QelFileUploadFromFile upload(folder.path("."), "/there", 1, 0);
     ASSERT_EQ(upload.start(), 0);
     EXPECT_EQ(nextBlock(upload, 1), "failed: Cannot read from file \"" + folder.path(".") + "\": Is a directory [21]");
 }
 
-TEST_F(QelFileUploadFromFileTest, LengthsBelowOneReadNothing) {
+TEST_F(QelFileUploadFromFileTest, NonPositiveLengthsReadNothing) {
     QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", unknown, 0);
     ASSERT_EQ(upload.start(), 0);
     for (int length : {0, -1}) {
@@ -210,7 +211,7 @@ TEST_F(QelFileUploadFromFileTest, LengthsBelowOneReadNothing) {
     EXPECT_EQ(nextBlock(upload, 5), "hello");
 }
 
-TEST_F(QelFileUploadFromFileTest, BeforeStartAndAfterFinishThereIsNothingToRead) {
+TEST_F(QelFileUploadFromFileTest, ReadingFailsBeforeStartAndAfterFinish) {
     QelFileUploadFromFile upload(folder.write("a", "hello"), "/there", unknown, 0);
     const std::string closed = "failed: Cannot read from file \"" + source() + "\": Bad file descriptor [9]";
     EXPECT_EQ(nextBlock(upload, 5), closed);
@@ -221,7 +222,7 @@ TEST_F(QelFileUploadFromFileTest, BeforeStartAndAfterFinishThereIsNothingToRead)
     EXPECT_EQ(nextBlock(upload, 5), "hello");
 }
 
-TEST_F(QelFileUploadFromFileTest, ADescriptorIsNotUsed) {
+TEST_F(QelFileUploadFromFileTest, DescriptorIsIgnored) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     const QelFile reading(ends[0]);
@@ -234,7 +235,7 @@ TEST_F(QelFileUploadFromFileTest, ADescriptorIsNotUsed) {
     EXPECT_EQ(getErrorMessage(), "Cannot open src file \"\": No such file or directory [2]");
 }
 
-TEST_F(QelFileUploadFromFileTest, ASizeThatStayedUnknownGivesNothing) {
+TEST_F(QelFileUploadFromFileTest, UnknownSizeReadsNothing) {
     QelFileUploadFromFile upload(source(), "/there", unknown, 0);
     folder.write("a", "hello");
     ASSERT_EQ(upload.start(), 0);

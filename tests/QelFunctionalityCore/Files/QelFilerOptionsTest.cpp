@@ -14,14 +14,14 @@ using testing::IsEmpty;
 constexpr int outer = 1138;
 constexpr int inner = 1139;
 
-TEST(QelFilerOptionsTest, NoFlagIsNoElement) {
+TEST(QelFilerOptionsTest, NoFlagsWriteNothing) {
     const TestTree tree;
     writeTo(tree, QelFilerOptions());
     EXPECT_THAT(childIDs(*tree), IsEmpty());
     EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags, 0U);
 }
 
-TEST(QelFilerOptionsTest, EachPlainFlagIsAnEmptyElement) {
+TEST(QelFilerOptionsTest, PlainFlagsAreEmptyElements) {
     for (const auto& [flag, element] : {std::pair{1U, 1152}, {2U, 1151}, {4U, 1140}, {64U, 1170}, {128U, 1174}}) {
         const TestTree tree;
         writeTo(tree, QelFilerOptions(flag));
@@ -31,7 +31,7 @@ TEST(QelFilerOptionsTest, EachPlainFlagIsAnEmptyElement) {
     }
 }
 
-TEST(QelFilerOptionsTest, TheOuterElementAloneIsBitSixteen) {
+TEST(QelFilerOptionsTest, OuterElementAloneIsBit16) {
     const TestTree tree;
     writeTo(tree, QelFilerOptions(16));
     EXPECT_THAT(childIDs(*tree), ElementsAre(outer));
@@ -41,7 +41,7 @@ TEST(QelFilerOptionsTest, TheOuterElementAloneIsBitSixteen) {
     EXPECT_EQ(readFrom<QelFilerOptions>(tree).flags, 16U);
 }
 
-TEST(QelFilerOptionsTest, WithTheInnerElementItIsBitThirtyTwo) {
+TEST(QelFilerOptionsTest, OuterElementWithInnerElementIsBit32) {
     for (const unsigned flags : {32U, 16U | 32U}) {
         const TestTree tree;
         writeTo(tree, QelFilerOptions(flags));
@@ -53,13 +53,13 @@ TEST(QelFilerOptionsTest, WithTheInnerElementItIsBitThirtyTwo) {
     }
 }
 
-TEST(QelFilerOptionsTest, FlagsAreWrittenInTheirOrder) {
+TEST(QelFilerOptionsTest, FlagsAreWrittenInOrder) {
     const TestTree tree;
     writeTo(tree, QelFilerOptions(~0U));
     EXPECT_THAT(childIDs(*tree), ElementsAre(1152, 1151, 1140, 1170, 1174, outer));
 }
 
-TEST(QelFilerOptionsTest, ReadingReplacesTheFlags) {
+TEST(QelFilerOptionsTest, ReadingReplacesFlags) {
     const TestTree tree;
     tree->putChild(1140);
     QelFilerOptions options(~0U);

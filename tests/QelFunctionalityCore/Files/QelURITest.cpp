@@ -19,12 +19,12 @@ void expectInvalid(const std::string& text) {
     EXPECT_EQ(uri.getUri(), "") << text;
 }
 
-TEST(QelURITest, ANewOneIsInvalid) {
+TEST(QelURITest, DefaultIsInvalid) {
     EXPECT_FALSE(QelURI().isValid());
     EXPECT_EQ(QelURI().getUri(), "");
 }
 
-TEST(QelURITest, TheTextIsSplitAtTheFirstSeparator) {
+TEST(QelURITest, StringIsSplitAtFirstSeparator) {
     const QelURI uri = uriOf("backup://a://b/c");
     EXPECT_TRUE(uri.isValid());
     EXPECT_EQ(uri.getUriType(), "backup");
@@ -32,37 +32,37 @@ TEST(QelURITest, TheTextIsSplitAtTheFirstSeparator) {
     EXPECT_EQ(uri.getUri(), "backup://a://b/c");
 }
 
-TEST(QelURITest, ThePathMayBeEmpty) {
+TEST(QelURITest, PathMayBeEmpty) {
     const QelURI uri = uriOf("ab://");
     EXPECT_TRUE(uri.isValid());
     EXPECT_EQ(uri.getUriPath(), "");
     EXPECT_EQ(uri.getUri(), "ab://");
 }
 
-TEST(QelURITest, OneLetterIsADriveAndNoType) {
+TEST(QelURITest, SingleLetterIsDriveAndNotType) {
     expectInvalid("C://folder");
     expectInvalid("C:/folder");
 }
 
-TEST(QelURITest, ATextWithoutATypeLeavesBothPartsEmpty) {
+TEST(QelURITest, StringWithoutTypeMakesBothPartsEmpty) {
     for (const char* const text : {"", "://", "://path", "path", "type:/path", "type:path", "type//:path"})
         expectInvalid(text);
 }
 
-TEST(QelURITest, AnInvalidTextTakesAwayWhatWasThere) {
+TEST(QelURITest, InvalidStringClearsPreviousValue) {
     QelURI uri = uriOf("backup://a");
     uri.setUri("nothing");
     EXPECT_FALSE(uri.isValid());
     EXPECT_EQ(uri.getUriPath(), "");
 }
 
-TEST(QelURITest, APathWithoutATypeIsInvalid) {
+TEST(QelURITest, PathWithoutTypeIsInvalid) {
     QelURI uri;
     uri.setUriPath("a/b");
     EXPECT_FALSE(uri.isValid());
     EXPECT_EQ(uri.getUri(), "");
     uri.setUriType("x");
-    EXPECT_TRUE(uri.isValid()) << "the length of a type is asked for in a text only";
+    EXPECT_TRUE(uri.isValid()) << "only setUri() checks the length of the type";
     EXPECT_EQ(uri.getUri(), "x://a/b");
 }
 

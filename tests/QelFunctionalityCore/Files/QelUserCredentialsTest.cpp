@@ -23,7 +23,7 @@ void putNestedGid(const TestTree& tree, const std::string& number) {
     tree->seekUp();
 }
 
-TEST(QelUserCredentialsTest, ANameGoesBeforeANumber) {
+TEST(QelUserCredentialsTest, NameIsPreferredToNumber) {
     QelUserCredentials credentials;
     credentials.name = "anna";
     credentials.uid = 1000;
@@ -33,7 +33,7 @@ TEST(QelUserCredentialsTest, ANameGoesBeforeANumber) {
     EXPECT_EQ(countChildren(*tree, uid), 0);
 }
 
-TEST(QelUserCredentialsTest, WithoutANameTheNumberIsWritten) {
+TEST(QelUserCredentialsTest, NumberIsWrittenWithoutName) {
     QelUserCredentials credentials;
     credentials.uid = 0;
     const TestTree tree;
@@ -43,7 +43,7 @@ TEST(QelUserCredentialsTest, WithoutANameTheNumberIsWritten) {
     EXPECT_EQ(readFrom<QelUserCredentials>(tree).uid, 0U);
 }
 
-TEST(QelUserCredentialsTest, NumbersAboveTheSignedOnesComeBack) {
+TEST(QelUserCredentialsTest, NumbersAboveSignedRangeSurviveRoundTrip) {
     QelUserCredentials credentials;
     credentials.uid = 0xFFFFFFFE;
     const TestTree tree;
@@ -52,14 +52,14 @@ TEST(QelUserCredentialsTest, NumbersAboveTheSignedOnesComeBack) {
     EXPECT_EQ(readFrom<QelUserCredentials>(tree).uid, 0xFFFFFFFE);
 }
 
-TEST(QelUserCredentialsTest, EmptyOnesAreNothingButTheirFlags) {
+TEST(QelUserCredentialsTest, DefaultWritesOnlyFlags) {
     const TestTree tree;
     writeTo(tree, QelUserCredentials());
     EXPECT_EQ(countChildren(*tree), 1);
     EXPECT_EQ(childValue(*tree, flags), "0");
 }
 
-TEST(QelUserCredentialsTest, ANumberIsNotReadBesideAName) {
+TEST(QelUserCredentialsTest, NumberIsIgnoredIfNameIsPresent) {
     const TestTree tree;
     tree->putValue(std::string("anna"), name);
     tree->putValue(7, uid);
@@ -68,7 +68,7 @@ TEST(QelUserCredentialsTest, ANumberIsNotReadBesideAName) {
     EXPECT_EQ(credentials.uid, QelUserCredentials::noUid);
 }
 
-TEST(QelUserCredentialsTest, AnUnreadableNumberOrFlagLeavesWhatWasThere) {
+TEST(QelUserCredentialsTest, UnreadableNumberOrFlagsAreUnchanged) {
     const TestTree tree;
     tree->putValue(std::string("seven"), uid);
     tree->putValue(std::string("many"), flags);
@@ -80,7 +80,7 @@ TEST(QelUserCredentialsTest, AnUnreadableNumberOrFlagLeavesWhatWasThere) {
     EXPECT_EQ(credentials.flags, 6);
 }
 
-TEST(QelUserCredentialsTest, NamesOfGroupsGoBeforeTheirNumbers) {
+TEST(QelUserCredentialsTest, GroupNamesArePreferredToNumbers) {
     QelUserCredentials credentials;
     credentials.groups = {"wheel", "disk"};
     credentials.gids = {6, 10};
@@ -94,7 +94,7 @@ TEST(QelUserCredentialsTest, NamesOfGroupsGoBeforeTheirNumbers) {
     EXPECT_THAT(read.gids, IsEmpty());
 }
 
-TEST(QelUserCredentialsTest, NumbersOfGroupsAreWrittenOnTheItem) {
+TEST(QelUserCredentialsTest, GroupNumbersAreWrittenInItem) {
     QelUserCredentials credentials;
     credentials.gids = {6, 10};
     const TestTree tree;
@@ -104,14 +104,14 @@ TEST(QelUserCredentialsTest, NumbersOfGroupsAreWrittenOnTheItem) {
     EXPECT_THAT(readFrom<QelUserCredentials>(tree).gids, IsEmpty());
 }
 
-TEST(QelUserCredentialsTest, NumbersOfGroupsAreReadFromWithinTheItem) {
+TEST(QelUserCredentialsTest, GroupNumbersAreReadFromElementInsideItem) {
     const TestTree tree;
     putNestedGid(tree, "6");
     putNestedGid(tree, "10");
     EXPECT_THAT(readFrom<QelUserCredentials>(tree).gids, ElementsAre(6, 10));
 }
 
-TEST(QelUserCredentialsTest, TheFirstUnreadableGroupEndsTheListAndNotTheRecord) {
+TEST(QelUserCredentialsTest, UnreadableGroupEndsListButNotReading) {
     const TestTree tree;
     putNestedGid(tree, "6");
     putNestedGid(tree, "six");
@@ -122,7 +122,7 @@ TEST(QelUserCredentialsTest, TheFirstUnreadableGroupEndsTheListAndNotTheRecord) 
     EXPECT_EQ(read.flags, 3);
 }
 
-TEST(QelUserCredentialsTest, AnEmptyElementIsReadAsNobody) {
+TEST(QelUserCredentialsTest, EmptyElementIsReadAsNoUser) {
     const TestTree tree;
     const QelUserCredentials credentials = readFrom<QelUserCredentials>(tree);
     EXPECT_EQ(credentials.name, "");
@@ -130,7 +130,7 @@ TEST(QelUserCredentialsTest, AnEmptyElementIsReadAsNobody) {
     EXPECT_EQ(credentials.flags, 0);
 }
 
-TEST(QelUserCredentialsTest, GetUidTellsWhetherThereIsANumber) {
+TEST(QelUserCredentialsTest, GetUidReturnsWhetherNumberIsPresent) {
     const TestTree tree;
     unsigned number = 12;
     EXPECT_NE(QelUserCredentials::getUid(*tree, number), 0);

@@ -4,7 +4,7 @@
 
 namespace Qel::TestSupport {
 
-/// One of the three forms; the second number of the range stands behind the first.
+/// One of the three forms; the second number of the range follows the first.
 inline RandomFill owner(int name, int id, int rangeFrom) {
     return [name, id, rangeFrom](RandomRecord& random, QelMessageIterator& cursor) {
         switch (random.below(3)) {
@@ -24,7 +24,7 @@ inline RandomFill owner(int name, int id, int rangeFrom) {
 inline RandomFamily randomFiles() {
     return {
         .fields{
-            {{"QelFileFilter", 0}, nothing()}, // no element: the mask is told by what is there
+            {{"QelFileFilter", 0}, nothing()}, // no element: the elements present determine the mask
             {{"QelFileFilter", 1025}, owner(1025, 1030, 1142)},
             {{"QelFileFilter", 1029}, owner(1029, 1027, 1144)},
             {{"QelFileType", 0}, nothing()},
@@ -33,7 +33,7 @@ inline RandomFamily randomFiles() {
             {{"QelUserCredentials", 1030}, numberIn(1030)},
             {{"QelUserCredentials", 1027}, inChild(1027, numberIn(1030))},
         },
-        // The numbers of groups aren't read where they are written.
+        // Group numbers are not read where they are written.
         .odd{{"QelUserCredentials", {.settlesLate = true}}},
     };
 }

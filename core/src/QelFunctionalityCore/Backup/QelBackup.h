@@ -10,15 +10,15 @@
 
 namespace Qel {
 
-/// A backup as its storage holds it.
+/// A backup, as recorded by the storage that holds it.
 struct QelBackup : QelDSObjectInfo {
     using traced_in_log = void;
 
-    QelEID eid; ///< of the environment that was backed up; QelDSObjectInfo::eid is the storage's
+    QelEID eid; ///< environment that was backed up; QelDSObjectInfo::eid is that of the storage
     std::string description;
     int count = 0;
-    int flags = 0;          ///< only bit 1 crosses the wire
-    bool localFlag = false; ///< never crosses the wire
+    int flags = 0;          ///< only the bit with value 1 is sent
+    bool localFlag = false; ///< never sent
 
     void swap(QelBackup& other) noexcept;
 
@@ -28,7 +28,7 @@ struct QelBackup : QelDSObjectInfo {
     using writer_type = Writer;
 };
 
-/// Tells that a backup was made.
+/// Event: a backup was created.
 struct QelNewBackupData : QelBackup {
     static constexpr std::string_view subscriptionName = "new_backup_subscription";
 
@@ -38,7 +38,7 @@ struct QelNewBackupData : QelBackup {
     using writer_type = Writer;
 };
 
-/// Tells that backups are gone.
+/// Event: backups were removed.
 struct QelDestroyedBackupsData {
     using traced_in_log = void;
 
@@ -46,7 +46,7 @@ struct QelDestroyedBackupsData {
 
     virtual ~QelDestroyedBackupsData() = default;
 
-    std::vector<std::string> ids; ///< without any it can be written but not read back
+    std::vector<std::string> ids; ///< an empty list can be written but not read back
 
     using Reader = QelRecordReader<QelDestroyedBackupsData>;
     using Writer = QelRecordWriter<QelDestroyedBackupsData>;

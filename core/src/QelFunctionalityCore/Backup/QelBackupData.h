@@ -12,7 +12,7 @@
 
 namespace Qel {
 
-/// What a backup holds.  It has no fields: each kind of backup derives its own.
+/// The content of a backup.  It has no fields: each kind of backup derives its own class.
 struct QelBackupData {
     using traced_in_log = void;
 
@@ -24,13 +24,12 @@ struct QelBackupData {
     using writer_type = Writer;
 };
 
-/// A backup of an environment.
+/// A backup of an environment.  Reading always returns 0.
 struct QelEnvBackupData : QelBackupData {
-    boost::shared_ptr<QelEnv> env; ///< as it was then; null isn't sent
+    boost::shared_ptr<QelEnv> env; ///< at the time of the backup; null is not sent
     std::vector<std::string> paths;
     QelExcludeList excludes;
 
-    /// Always 0.
     using Reader = QelRecordReader<QelEnvBackupData>;
     using Writer = QelRecordWriter<QelEnvBackupData>;
     using reader_type = Reader;

@@ -9,14 +9,14 @@ namespace Qel {
 
 namespace {
 
-constexpr long long secondsOfDay = 86400;
+constexpr long long secondsPerDay = 86400;
 
 template <class T> void complementProperty(QelOptionalProperty<T>& property, const QelOptionalProperty<T>& other) {
     if (!property.isSpecified())
         property = other;
 }
 
-// The settings stand alike in both records; only what a missing one means differs.
+// Both records have the same fields.  They differ in whether a missing setting is an error.
 template <class Record, QelWireRead read> struct SettingsWire : WireWords<Record> {
     using Words = WireWords<Record>;
     static constexpr QelWireField fields[] = {
@@ -38,7 +38,7 @@ bool QelBackupOperationStuff::longChain(int length) const {
 bool QelBackupOperationStuff::oldChain(long time) const {
     if (!maxChainAge.isSpecified() || maxChainAge.get() == 0)
         return false;
-    return time < std::time(nullptr) - maxChainAge.get() * secondsOfDay;
+    return time < std::time(nullptr) - maxChainAge.get() * secondsPerDay;
 }
 
 void QelBackupOperationStuff::complement(const QelBackupOperationStuff& other) {
@@ -73,7 +73,7 @@ QelBackupMConfig::QelBackupMConfig(const QelBackupOperationStuff& settings) : Qe
     complement(QelBackupMConfig());
 }
 
-// The first pass takes all that is there, the second one stops at what is not.
+// The first pass reads every setting that is present; the second fails at the first missing one.
 int QelBackupMConfig::Reader::operator()(const QelMessageIterator& cursor, QelBackupMConfig& config) const {
     traceBackupCall(__PRETTY_FUNCTION__);
     if (const int result = QelBackupOperationStuff::Reader()(cursor, static_cast<QelBackupOperationStuff&>(config)))

@@ -7,40 +7,40 @@
 
 namespace Qel {
 
-/// Settings of one operation of the backup service.  What isn't specified is left to the service.
+/// Settings of one backup operation.  The service chooses the values of unspecified settings.  Reading always returns
+/// 0.
 struct QelBackupOperationStuff {
     using traced_in_log = void;
 
-    QelOptionalProperty<QelConnectionInfo> connection; ///< the agent that does the work
-    QelOptionalProperty<int> maxChainLength;           ///< incremental backups behind a full one; below 1 for no limit
-    QelOptionalProperty<int> maxChainAge;              ///< days since the full backup; 0 for no limit
+    QelOptionalProperty<QelConnectionInfo> connection; ///< agent that performs the operation
+    QelOptionalProperty<int> maxChainLength;           ///< incremental backups after a full one; < 1: no limit
+    QelOptionalProperty<int> maxChainAge;              ///< days since the full backup; 0: no limit
     QelOptionalProperty<int> option2089;
     QelOptionalProperty<int> option1983;
     QelOptionalProperty<int> option1007;
 
-    /// Whether a chain of this length is as long as one may be.
+    /// Returns whether a chain of this length has reached maxChainLength.
     [[nodiscard]] bool longChain(int length) const;
-    /// Whether a chain that began at this time, in seconds since the epoch, is older than one may be.
+    /// Returns whether a chain that began at `time`, in seconds since the epoch, is older than maxChainAge.
     [[nodiscard]] bool oldChain(long time) const;
-    /// Takes what isn't specified here from `other`.
+    /// Copies each setting that is unspecified here from `other`.
     void complement(const QelBackupOperationStuff& other);
 
-    /// Always 0.
     using Reader = QelRecordReader<QelBackupOperationStuff>;
     using Writer = QelRecordWriter<QelBackupOperationStuff>;
     using reader_type = Reader;
     using writer_type = Writer;
 };
 
-/// The backup service's own settings, all of them specified.
+/// The backup service's own settings.  All of them are specified.
 struct QelBackupMConfig : QelBackupOperationStuff {
-    /// The local agent, chains without limits, and no options but 1983.
+    /// Defaults: the local agent, chains without limits, option1983 set to 1, the other options 0.
     QelBackupMConfig();
-    /// The settings given, and the default ones for the rest.
+    /// Copies `settings` and fills in the defaults for unspecified ones.
     explicit QelBackupMConfig(const QelBackupOperationStuff& settings);
 
-    /// -1 unless all settings are there; then those that are have been read.  The connection is read into the one that
-    /// is there, so that one without a protocol keeps the local agent's.
+    /// Returns -1 unless all settings are present; those that are present are read in any case.  The connection is read
+    /// into the existing one, so a connection without a protocol keeps that of the local agent.
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelBackupMConfig& config) const;
     };

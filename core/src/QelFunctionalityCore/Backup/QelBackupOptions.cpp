@@ -11,7 +11,8 @@ namespace {
 constexpr int option1014Element = 1014;
 constexpr int text1006Element = 1006;
 
-// The text stands in the element whose presence is the option, so a text can't be told without the option.
+// The presence of the element is the option, and the element contains the string.  A string is therefore never sent
+// without the option.
 int readOption1014(const QelMessageIterator& cursor, QelBackupOptions& options) {
     options.option1014 = cursor.seek(option1014Element) == 0;
     if (options.option1014) {

@@ -10,28 +10,27 @@
 #include "QelFunctionalityCore/Values/QelEID.h"
 #include "QelMessage/QelDerivedParsers.h"
 
-// What the requests to the backup service ask for.  Options that are named after their elements have their meaning from
-// the service; here they are kept and passed on.  A flag is what its element says: a message that lacks it makes it
-// false, whatever its default.
+// Options of requests to the backup service.  Options named after their element IDs are only stored and passed on; the
+// service defines their meaning.  A flag is the presence of its element: reading a message without the element sets the
+// flag to false, whatever its default.
 
 namespace Qel {
 
-/// How to make a backup.
+/// How to make a backup.  Reading always returns 0.
 struct QelBackupOptions {
     using traced_in_log = void;
 
     virtual ~QelBackupOptions() = default;
 
     QelBackupOperationStuff operation;
-    int kind = 0; ///< bits 1 and 2; a read adds the bits of the message to those that are set
+    int kind = 0; ///< bits 1 and 2; reading adds the bits of the message to those already set
     std::string description;
-    bool option1014 = false; ///< comes back true if `text1006` isn't empty
+    bool option1014 = false; ///< read back as true if `text1006` is not empty
     std::string text1006;
     std::vector<std::string> paths;
     QelExcludeList excludes;
     QelOptionalProperty<QelDSLocation> storage;
 
-    /// Always 0.
     using Reader = QelRecordReader<QelBackupOptions>;
     using Writer = QelRecordWriter<QelBackupOptions>;
     using reader_type = Reader;
@@ -53,7 +52,7 @@ struct QelRestoreOptions {
     using writer_type = Writer;
 };
 
-/// How to restore some of the files in a backup.
+/// How to restore selected files of a backup.
 struct QelSelectiveRestoreOptions {
     using traced_in_log = void;
 
@@ -67,7 +66,7 @@ struct QelSelectiveRestoreOptions {
     using writer_type = Writer;
 };
 
-/// What to tell of a backup.  It has no fields: each kind of backup derives its own.
+/// Which information about a backup to return.  It has no fields: each kind of backup derives its own class.
 struct QelBackupGetInfoOptions {
     using traced_in_log = void;
 
@@ -79,7 +78,7 @@ struct QelBackupGetInfoOptions {
     using writer_type = Writer;
 };
 
-/// What to tell of an environment's backup.
+/// Which information about the backup of an environment to return.
 struct QelBackupGetEnvInfoOptions : QelBackupGetInfoOptions {
     bool option1624 = true;
     bool option2064 = true;
@@ -94,7 +93,7 @@ struct QelBackupGetEnvInfoOptions : QelBackupGetInfoOptions {
 struct QelRemoveBackupOptions {
     using traced_in_log = void;
 
-    QelEID eid; ///< not sent unless valid
+    QelEID eid; ///< sent only if valid
     bool option1015 = false;
     QelOptionalProperty<QelDSLocation> storage;
 
@@ -108,11 +107,11 @@ struct QelRemoveBackupOptions {
 struct QelListBackupOptions {
     using traced_in_log = void;
 
-    QelEID eid; ///< of an environment; not sent unless valid
+    QelEID eid; ///< of an environment; sent only if valid
     bool option1626 = false;
     bool option1134 = true;
     QelOptionalProperty<QelDSLocation> storage;
-    QelEID eid2028; ///< of a storage's environment; not sent unless valid
+    QelEID eid2028; ///< of the environment that holds the storage; sent only if valid
 
     using Reader = QelRecordReader<QelListBackupOptions>;
     using Writer = QelRecordWriter<QelListBackupOptions>;
@@ -120,17 +119,17 @@ struct QelListBackupOptions {
     using writer_type = Writer;
 };
 
-/// Which backups to look for.
+/// Which backups to search for.
 struct QelSearchBackupOptions {
     using traced_in_log = void;
 
     QelOptionalProperty<std::string> hostName;
     QelOptionalProperty<std::string> ip;
-    long timeFrom = 0; ///< seconds since the epoch; 0 and below for no bound
-    long timeTo = 0;   ///< the same
+    long timeFrom = 0; ///< seconds since the epoch; <= 0: no bound
+    long timeTo = 0;   ///< seconds since the epoch; <= 0: no bound
     QelOptionalProperty<QelDSLocation> storage;
 
-    /// A bound that the message lacks is none.  Always 0.
+    /// Always returns 0.  A bound that is missing from the message is set to 0.
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelSearchBackupOptions& options) const;
     };

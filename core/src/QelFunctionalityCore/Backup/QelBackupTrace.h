@@ -4,19 +4,19 @@
 
 #include "QelMessage/QelRecord.h"
 
-// The functors of the backup service's records follow its requests through the log: each call opens with a record
-// "Calling [signature]" at LogLevel::trace.  A record that takes part says so, for itself and those derived from it:
+// The functors of the backup service's records log each call: "Calling [signature]" at LogLevel::trace.  A record opts
+// in, for itself and for classes derived from it, with a member type:
 //
 //     struct QelBackup {
 //         using traced_in_log = void;
 //         ...
 //     };
 //
-// Functors that such a record writes by hand call traceBackupCall() themselves.
+// Hand-written functors of such a record call traceBackupCall() themselves.
 
 namespace Qel {
 
-/// Logs the entry of a functor, whose `__PRETTY_FUNCTION__` is given.
+/// Logs the call of a functor; `signature` is its `__PRETTY_FUNCTION__`.
 void traceBackupCall(const char* signature);
 
 namespace Internal {
@@ -28,7 +28,7 @@ concept TracedRecord = requires {
 
 } // namespace Internal
 
-// Like their primary templates, these take no object of a derived class, which would lose its own fields.
+// Like the primary templates, these reject objects of derived classes: the fields of the derived class would be lost.
 
 template <Internal::TracedRecord Record> struct QelRecordReader<Record> {
     template <std::same_as<Record> Exact> int operator()(const QelMessageIterator& cursor, Exact& record) const {

@@ -24,19 +24,20 @@ namespace {
 constexpr const char* endOfStorage = "&";
 constexpr const char* slash = "/";
 
-// What failed, and nothing of the content: that holds a password.  True, for the caller to give on.
+// Logs which step failed, but not the content: it includes a password.  Returns true, which the
+// callers return on failure.
 bool failure(int line, const char* function, const char* prettyFunction, const char* what) {
     Log2(QEL_MODULE, "core/src/QelFunctionalityCore/QelBackupMBase", line, function, prettyFunction)
         .put(LogLevel::error, "%s", what);
     return true;
 }
 
-// One byte from each two characters, as scanf's %2x takes them: a pair may be a single digit, have a sign or a prefix,
-// or begin behind blanks, however many.  Ends, without failing, at the first pair that is no number.
+// Decodes two characters at a time, by the rules of scanf's %2x: a pair may be a single digit, have a sign or a prefix,
+// or follow any number of blanks.  Stops without an error at the first pair that is not a number.
 std::string fromHexadecimal(std::string_view text) {
     std::string bytes;
     bytes.reserve(text.size() / 2);
-    std::size_t start = 0; // kept, so that a long run of blanks is walked once and not from each pair
+    std::size_t start = 0; // carried over, so that a long run of blanks is scanned once and not once per pair
     for (std::size_t i = 0; i < text.size(); i += 2) {
         start = std::max(start, i);
         while (start < text.size() && std::isspace(static_cast<unsigned char>(text[start])))
@@ -51,7 +52,7 @@ std::string fromHexadecimal(std::string_view text) {
     return bytes;
 }
 
-// Both are true on failure.  The fields stand below the root of a message of their own.
+// Both return true on failure.  The fields are nested in the root of a separate message.
 
 bool decode(const std::string& text, std::size_t length, QelDSLocation& location) {
     const char* const signature = __PRETTY_FUNCTION__;
@@ -114,7 +115,7 @@ QelBackupURI::QelBackupURI(const std::string& uri) {
         m_storage = location;
     }
 
-    // Only behind the first slash a backslash ends the backup too.
+    // A backslash also ends the backup, but only after the first slash.
     const std::size_t end = path.find_first_of("/\\", separator + 1);
     m_backup = path.substr(start, end - start);
     if (end != std::string::npos)

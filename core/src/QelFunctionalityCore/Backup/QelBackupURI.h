@@ -8,36 +8,36 @@
 
 namespace Qel {
 
-/// The name of a backup, or of something in it, as one text for places that carry nothing else:
+/// The name of a backup, or of a path inside one, as a single string:
 ///
 ///     backup://PART1/PART2/SUBPATH
 ///     backup://STORAGE&PART1/PART2/SUBPATH
 ///
-/// PART1/PART2 is the backup.  STORAGE is a message in binary form in hexadecimal, with the fields of a QelDSLocation
-/// below its root; so whoever sees such a name has the password of the storage.  Nothing is escaped: a backup without a
-/// slash of its own, or with more than one, doesn't come back as it was.
+/// PART1/PART2 is the backup.  STORAGE is a message in binary form, hex-encoded, with the fields of a QelDSLocation
+/// under its root.  It contains the storage's password, so treat such a URI as a secret.  Nothing is escaped: a backup
+/// whose name does not contain exactly one slash does not survive a round trip.
 class QelBackupURI {
 public:
-    /// The type of the URIs: "backup".
+    /// The URI type: "backup".
     static const std::string TYPE;
 
-    /// Names nothing.
+    /// Refers to no backup.
     QelBackupURI() = default;
     QelBackupURI(const std::string& backup, const std::string& subPath) : m_backup(backup), m_subPath(subPath) {}
-    /// Parses a text.  One that can't be parsed names nothing.
+    /// Parses `uri`.  If that fails, the object refers to no backup.
     explicit QelBackupURI(const std::string& uri);
 
-    /// Whether it names a backup.
+    /// Whether the object refers to a backup.
     [[nodiscard]] bool isValid() const { return !m_backup.empty(); }
     [[nodiscard]] const std::string& backup() const { return m_backup; }
-    /// A path in the backup; empty for the whole of it.
+    /// Path inside the backup; empty for the whole backup.
     [[nodiscard]] const std::string& subPath() const { return m_subPath; }
 
-    /// Where the backup lies; unspecified if the name doesn't tell.
+    /// The location of the backup; unspecified if the URI does not contain it.
     [[nodiscard]] const QelOptionalProperty<QelDSLocation>& storage() const { return m_storage; }
     void storage(const QelDSLocation& location) { m_storage = location; }
 
-    /// 0, or 1 if it names nothing or the storage can't be encoded; then `out` is as it was.
+    /// Returns 0, or 1 if the object refers to no backup or the storage cannot be encoded; `out` is then unchanged.
     [[nodiscard]] int uri(QelURI& out) const;
 
 private:

@@ -7,12 +7,12 @@
 
 namespace Qel {
 
-/// A storage of backups, and as whom to enter it.
+/// A backup storage and the account to access it with.
 struct QelDSLocation {
     int type = 0;
     std::string path;
     QelAuthName authName;
-    std::string password; ///< goes out as it is, in no other form; never to be logged
+    std::string password; ///< sent as plain text, not base64; never log it
 
     using Reader = QelRecordReader<QelDSLocation>;
     using Writer = QelRecordWriter<QelDSLocation>;
@@ -20,7 +20,7 @@ struct QelDSLocation {
     using writer_type = Writer;
 };
 
-/// The storage that a service works with.
+/// The storage that a service uses.
 struct QelDSConfiguration {
     QelDSLocation location;
 

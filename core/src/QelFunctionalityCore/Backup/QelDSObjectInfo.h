@@ -8,20 +8,19 @@
 
 namespace Qel {
 
-/// What a storage knows of an object that it holds.
+/// What a storage records about an object that it holds.  Reading returns -1 if a field other than `info` is missing.
 struct QelDSObjectInfo {
     virtual ~QelDSObjectInfo() = default;
 
-    long time = 0;      ///< when it was stored; seconds since the epoch
+    long time = 0;      ///< when the object was stored; seconds since the epoch
     long long size = 0; ///< bytes
     int type = 0;
     std::string id;
-    QelEID eid; ///< the environment that holds the storage
+    QelEID eid; ///< environment that holds the storage
     QelInfo info;
 
     void swap(QelDSObjectInfo& other) noexcept;
 
-    /// -1 unless everything but the info is there.
     using Reader = QelRecordReader<QelDSObjectInfo>;
     using Writer = QelRecordWriter<QelDSObjectInfo>;
     using reader_type = Reader;

@@ -8,7 +8,8 @@
 
 namespace Qel {
 
-/// Paths that a backup leaves out, with two options that the backup service gives their meaning.
+/// Paths to exclude from a backup, and two options whose meaning the backup service defines.  Reading appends to the
+/// existing paths.
 struct QelExcludeList : std::vector<std::string> {
     using traced_in_log = void;
 
@@ -17,7 +18,6 @@ struct QelExcludeList : std::vector<std::string> {
 
     using std::vector<std::string>::vector;
 
-    /// Adds to the paths that are there.
     using Reader = QelRecordReader<QelExcludeList>;
     using Writer = QelRecordWriter<QelExcludeList>;
     using reader_type = Reader;

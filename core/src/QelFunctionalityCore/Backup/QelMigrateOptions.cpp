@@ -13,7 +13,7 @@ constexpr int diskElement = 1811;
 constexpr int partitionElement = 1115;
 constexpr int nameElement = 1026;
 
-// The configuration is read into the one that is there, so what a derived class keeps in it stays.
+// Reads into the existing configuration, so that an object of a derived class and its own data are kept.
 template <class Options> int readConfig(const QelMessageIterator& cursor, Options& options) {
     if (!options.config)
         options.config.reset(new QelEnvConfig);

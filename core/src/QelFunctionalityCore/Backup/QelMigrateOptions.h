@@ -11,32 +11,32 @@
 #include "QelMessage/QelDerivedParsers.h"
 #include "QelMessage/QelRecord.h"
 
-// What moves a server into another form.  Options that are named after their elements have their meaning from the
-// migration service; here they are kept and passed on.  Each class begins a family of its own.
+// Options of conversions between physical and virtual servers.  Options named after their element IDs are only stored
+// and passed on; the migration service defines their meaning.  Each class is the base of its own family of derived
+// records.
 //
-// Reading always leaves a configuration, an empty one if the message has none; and an option that is told by an empty
-// element is specified afterwards, as false if the message lacks it.
+// Reading always creates a configuration; it is empty if the message has none.  An option sent as an empty element is
+// always specified after reading: true if the element is present, false otherwise.
 
 namespace Qel {
 
-/// A physical server becomes a virtual one.
+/// Converts a physical server to a virtual one.  Reading always returns 0.
 struct QelP2VMigrateOptions {
     virtual ~QelP2VMigrateOptions() = default;
 
-    boost::shared_ptr<QelEnvConfig> config; ///< of the new server; null isn't sent
+    boost::shared_ptr<QelEnvConfig> config; ///< of the new server; null is not sent
     std::vector<std::string> list1346;
     QelOptionalProperty<bool> option1821; ///< sent as a number
     std::vector<QelService> services;
     std::string nestedName; ///< of a partition of the server's disk
 
-    /// Always 0.
     using Reader = QelRecordReader<QelP2VMigrateOptions>;
     using Writer = QelRecordWriter<QelP2VMigrateOptions>;
     using reader_type = Reader;
     using writer_type = Writer;
 };
 
-/// Which notes on a hardware node to calculate.
+/// Which notes about a hardware node to calculate.
 struct QelCalculateHWNodeNotes {
     virtual ~QelCalculateHWNodeNotes() = default;
 
@@ -46,7 +46,7 @@ struct QelCalculateHWNodeNotes {
     using writer_type = Writer;
 };
 
-/// A virtual server becomes a physical one.
+/// Converts a virtual server to a physical one.
 struct QelV2PMigrateOptions {
     virtual ~QelV2PMigrateOptions() = default;
 
@@ -56,7 +56,7 @@ struct QelV2PMigrateOptions {
     using writer_type = Writer;
 };
 
-/// A virtual machine or container moves to another one.
+/// Migrates a virtual machine or container to another one.  Reading and writing always return 0.
 struct QelV2VMigrateOptions {
     virtual ~QelV2VMigrateOptions() = default;
 
@@ -67,16 +67,15 @@ struct QelV2VMigrateOptions {
 
     QelOptionalProperty<std::string> text2103;
     QelOptionalProperty<int> type;
-    boost::shared_ptr<QelEnvConfig> config; ///< of the new one; null isn't sent
+    boost::shared_ptr<QelEnvConfig> config; ///< of the new server; null is not sent
 
-    /// Both always 0.
     using Reader = QelRecordReader<QelV2VMigrateOptions>;
     using Writer = QelRecordWriter<QelV2VMigrateOptions>;
     using reader_type = Reader;
     using writer_type = Writer;
 };
 
-/// A virtual server is doubled.
+/// Clones a virtual server.
 struct QelMigratorCloneOptions {
     virtual ~QelMigratorCloneOptions() = default;
 

@@ -1,10 +1,10 @@
 #pragma once
 
-/// The element IDs of a configuration tree, and how it is laid out:
+/// Element IDs of a configuration tree.  Its layout:
 ///
 ///     /  data  SECTION  configuration  OPTION...
 ///
-/// Every section keeps its options below a `configuration` element of its own.
+/// Each section keeps its options in its own `configuration` element.
 namespace Qel::ConfigurationElement {
 
 inline constexpr int data = 1307;
@@ -17,8 +17,8 @@ inline constexpr int serverGroup = 1875;
 
 // Section `agent`.
 inline constexpr int mappingTable = 1677;
-inline constexpr int address = 1068;        ///< of a mapping's entry, as plain text
-inline constexpr int connectionInfo = 1876; ///< of a mapping's entry
+inline constexpr int address = 1068;        ///< of a mapping entry, as plain text
+inline constexpr int connectionInfo = 1876; ///< of a mapping entry
 
 // Section `security`.
 inline constexpr int builtinRealm = 2016;
@@ -29,8 +29,8 @@ inline constexpr int realm = 1957;
 inline constexpr int master = 1680;
 inline constexpr int slaves = 1681;
 
-// Everywhere.
+// Common to all sections.
 inline constexpr int id = 1010;
-inline constexpr int entry = 1008; ///< of the mapping table and of the slaves
+inline constexpr int entry = 1008; ///< of the mapping table and of the list of slaves
 
 } // namespace Qel::ConfigurationElement

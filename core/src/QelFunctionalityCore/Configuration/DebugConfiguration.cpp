@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* sourcePath = "core/src/QelFunctionalityCore/QelConfig";
 
-// Signatures as they stand in the log, whatever the compiler would make of them.
+// Signatures as they appear in the log, independent of the compiler's __PRETTY_FUNCTION__.
 constexpr const char* levelSignature = "virtual int Qel::Debug::Configuration::level() const";
 constexpr const char* filterSignature = "virtual Qel::Debug::ModuleFilter Qel::Debug::Configuration::filter() const";
 

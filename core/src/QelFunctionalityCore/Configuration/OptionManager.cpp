@@ -13,7 +13,7 @@ namespace {
 constexpr const char* sourcePath = "core/src/QelCommon/OptionManager";
 constexpr const char* functionName = "oh_read_global_config_option";
 
-// Every failure to find or read the option; what the cursor answered is no business of the caller.
+// Returned for every failure to find or read the option, whatever the cursor returned.
 constexpr int notRead = 1;
 constexpr int noCursor = -1;
 

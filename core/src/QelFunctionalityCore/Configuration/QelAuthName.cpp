@@ -19,7 +19,7 @@ template <> const QelWireLayout& qelWireLayout<QelAuthName>() {
 
 namespace {
 
-// One table for each form of the properties.
+// One table for each PropertyForm.
 template <int propertyItem> struct PrincipalWire : WireWords<QelSecurityPrincipal> {
     using Words = WireWords<QelSecurityPrincipal>;
     static constexpr QelWireField fields[] = {

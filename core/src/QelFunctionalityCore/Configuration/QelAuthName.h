@@ -12,13 +12,14 @@
 
 namespace Qel {
 
-/// A login name, tied to the realm that knows it.
+/// A login name and the realm that defines it.
 struct QelAuthName {
     QelOptionalProperty<std::string> name;
     QelOptionalProperty<std::string> domain;
-    QelGUID realm; ///< identifier of a QelRealm
+    QelGUID realm; ///< ID of a QelRealm
 
-    /// By domain, then by name.  The realm takes no part: one name in two realms is one member of a set.
+    /// Orders by domain, then by name.  The realm is not compared, so a set holds a name only once even if it exists in
+    /// two realms.
     friend bool operator<(const QelAuthName& a, const QelAuthName& b) {
         const int order = a.domain.compare(b.domain);
         return (order != 0 ? order : a.name.compare(b.name)) < 0;
@@ -30,17 +31,16 @@ struct QelAuthName {
     using writer_type = Writer;
 };
 
-/// A login name with what belongs to it: three sets of names, whose meaning the agent settles, and named lists of
-/// texts.
+/// A login name with three sets of related names, whose meaning the agent defines, and named lists of strings.
 struct QelSecurityPrincipal : QelAuthName {
     using Properties = std::set<boost::shared_ptr<QelNamedOpStrListProperty>, QelLessNamedOpStrListPropertyPtr>;
 
     std::set<QelAuthName> namesFirst;
     std::set<QelAuthName> namesSecond;
     std::set<QelAuthName> namesThird;
-    Properties properties; ///< no null pointers
+    Properties properties; ///< no null elements
 
-    /// Which elements hold the properties: the record around this one tells.
+    /// Which elements hold the properties.  The enclosing record determines it.
     enum class PropertyForm : bool { attributes, properties };
 
     struct Reader;
@@ -49,7 +49,7 @@ struct QelSecurityPrincipal : QelAuthName {
     using writer_type = Writer;
 };
 
-/// -1 if a name or a property is unreadable, or the realm is missing.
+/// Returns -1 if a name or a property cannot be read or the realm is missing.
 struct QelSecurityPrincipal::Reader {
     explicit Reader(PropertyForm propertyForm = PropertyForm::attributes) : form(propertyForm) {}
 

@@ -43,7 +43,7 @@ QelConfiguration& QelConfiguration::operator=(const QelConfiguration& other) {
 }
 
 QelConfiguration::~QelConfiguration() {
-    // The cursor goes before the tree that it stands on.
+    // The cursor points into the tree, so destroy it first.
     m_iterator.reset();
 }
 
@@ -124,7 +124,7 @@ boost::shared_ptr<QelRealm> QelConfiguration::getBuiltinRealm() const {
     QelRealmList all;
     if (getBuiltinRealmID(wanted) != 0)
         return {};
-    // A realm of a kind that this library doesn't know still is a realm.
+    // A realm of an unknown derived class is read as a plain realm.
     constexpr bool asPlainRealm = true;
     const auto reader = QelReaderDerivedList<int, QelRealm>(realm, QelReaderRequired, asPlainRealm);
     if (m_iterator->getObject(all, reader, realms) != 0)
@@ -173,7 +173,7 @@ int QelConfiguration::setMasterness() {
 int QelConfiguration::unsetMasterness() {
     if (walk({data, serverGroup, configuration, slaves}) != 0)
         return 0;
-    // Its slaves would be left without a master.
+    // Slaves would be left without a master.
     if (m_iterator->seekPresence(entry) == 0)
         return -1;
     m_iterator->deleteFromChild();
@@ -212,7 +212,8 @@ int QelConfiguration::setMapping(const QelEID& eid, const QelConnectionInfo& inf
     if (walk({data, agent, configuration}) != 0)
         return -1;
     static_cast<void>(seekOrMake(*m_iterator, mappingTable));
-    // What an administrator has set isn't overwritten by what an agent tells of itself.
+    // An existing mapping may have been set by an administrator.  What an agent reports about itself must not overwrite
+    // it.
     if (seekEntry(eid))
         return 0;
     m_iterator->newChild(entry);

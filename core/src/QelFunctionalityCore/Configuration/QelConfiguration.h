@@ -19,14 +19,15 @@ namespace Qel {
 
 class QelConfigurationIterator;
 
-/// The configuration of an agent: a tree, and what of it the library itself needs to know.  That is who the agent is,
-/// which agents it reaches and how, and its place in a server group, which has one master and any number of slaves.
+/// The configuration of an agent: a tree, with accessors for the parts that the library itself uses.  These are the
+/// agent's identity, the agents that it can reach and how, and its place in a server group, which has one master and
+/// any number of slaves.
 ///
-/// It is empty, or owns a tree of its own; what is changed reaches the disk with saveToFile() only.  Operations give 0
-/// for success and -1 for failure unless told otherwise.  It belongs to one thread at a time: reading moves its cursor.
+/// A configuration is empty or owns its tree.  Only saveToFile() writes changes to disk.  Operations return 0 on
+/// success and -1 on failure unless stated otherwise.  Not thread-safe: even reading moves the internal cursor.
 class QelConfiguration {
 public:
-    /// The subscription by which clients hear of changes, and the tag of their events.
+    /// Name of the subscription to changes, and the tag of its events.
     static constexpr std::string_view subscriptionName = "qelconf_subscription";
     static constexpr int eventTag = 1044;
 
@@ -35,92 +36,94 @@ public:
     using reader_type = Reader;
     using writer_type = Writer;
 
-    /// With a copy of the message's tree; empty for null.
+    /// Copies the tree of the message; null makes an empty configuration.
     explicit QelConfiguration(QelMessage* message = nullptr);
     QelConfiguration(const QelConfiguration& other);
     QelConfiguration& operator=(const QelConfiguration& other);
     virtual ~QelConfiguration();
 
-    /// Takes a copy of the message, with its envelope or without; null empties the configuration.
+    /// Replaces the content with a copy of the message, with or without its envelope; null empties the configuration.
     void reset(QelMessage* message, bool withEnvelope);
 
-    /// The message itself, or null.
+    /// The message itself, owned by this object; may be null.
     [[nodiscard]] QelMessage* getMessage() const { return m_message.get(); }
-    /// A new iterator on a copy of the tree, so that what it writes doesn't come here; the caller's.  Null if empty.
+    /// Returns a new iterator over a copy of the tree, owned by the caller; null if the configuration is empty.
+    /// Changes made through the iterator do not affect this object.
     [[nodiscard]] QelConfigurationIterator* getIterator() const;
 
     [[nodiscard]] int saveToFile(const std::string& path) const;
-    /// A file that can't be read leaves the configuration as it was.
+    /// If the file cannot be read, the configuration is unchanged.
     [[nodiscard]] int readFromFile(const std::string& path);
 
-    /// This agent's identity.  Setting it wants the section to be there.
+    /// This agent's identity.  The setter fails if the section `agent` is missing.
     int getEID(QelEID& eid) const;
     int setEID(const QelEID& eid);
 
     int getBuiltinRealmID(QelGUID& id) const;
-    /// The realm with that identifier, or an empty pointer.
+    /// The realm with the ID that getBuiltinRealmID() returns; null if there is none.
     [[nodiscard]] boost::shared_ptr<QelRealm> getBuiltinRealm() const;
 
-    /// The master of the server group; that there is one makes the agent a member.  Setting makes what is missing.
+    /// The master of the server group.  An agent is a member of a group if it has a master.  The setter creates missing
+    /// elements.
     int getMaster(QelEID& eid) const;
     int setMaster(const QelEID& eid);
     /// Leaves the group.
     int delMaster();
     [[nodiscard]] bool isInServerGroup() const;
-    /// A lone agent counts as its own master.
+    /// An agent outside a group counts as its own master.
     [[nodiscard]] bool isMaster() const;
     [[nodiscard]] bool isSlave() const;
 
-    /// Makes the list of slaves, if it isn't there.
+    /// Creates the list of slaves if it is missing.
     int setMasterness();
-    /// Removes the list of slaves; -1 if there are any.
+    /// Removes the list of slaves; -1 if it has entries.
     int unsetMasterness();
-    /// Adds a slave, even one that is in the list.
+    /// Adds a slave, without checking for duplicates.
     int addClientEnv(const QelEID& eid);
     /// Removes the first entry of a slave; -1 if there is none.
     int delClientEnv(const QelEID& eid);
     /// Adds the slaves to the set.
     void getGroupSlaves(std::set<QelEID, QelEnvIDComparator>& slaves) const;
 
-    /// How to reach an agent; -1 if the table doesn't tell.  An unreadable connection leaves `info` as it was, and is
-    /// 0.
+    /// Looks up how to reach an agent; -1 if the table has no entry for it.  If the entry's connection cannot be read,
+    /// returns 0 and leaves `info` unchanged.
     int findMapping(const QelEID& eid, QelConnectionInfo& info) const;
-    /// Adds a mapping.  An existing one stays as it is: to change it, remove it first.
+    /// Adds a mapping.  An existing one is kept: to change it, remove it first.
     int setMapping(const QelEID& eid, const QelConnectionInfo& info);
-    /// 0 also if there was none; -1 without a table.
+    /// Returns 0 even if there is no mapping; -1 if there is no table.
     int removeMapping(const QelEID& eid);
-    /// Adds the table's mappings, in place of those of the same agents.
+    /// Adds the mappings to `table`, replacing those of the same agents.
     int getMappingTable(std::map<QelEID, QelConnectionInfo>& table) const;
 
-    /// The configuration of the process, which starts empty.  These are safe to call from any thread.
+    /// The configuration of the process, initially empty.  These functions are thread-safe.
     static int setLocalConfig(QelMessage* message);
     [[nodiscard]] static QelConfiguration getLocalConfig();
-    /// The identity that it tells; invalid as long as it tells none.
+    /// The identity in that configuration; invalid if it contains none.
     [[nodiscard]] static const QelEID& getLocalEID();
 
 private:
-    /// To the element at the end of a path from the root.
+    /// Moves the cursor from the root along a path of elements.
     int walk(std::initializer_list<int> path) const;
-    /// To the server group's options, which it makes if need be.
+    /// Moves the cursor to the options of the server group, creating missing elements.
     int walkToGroup();
-    /// From a list to its entry with this identifier; false, and at the list still, if there is none.
+    /// Moves the cursor from a list to its entry with this EID.  If there is none, returns false and stays at the list.
     [[nodiscard]] bool seekEntry(const QelEID& eid) const;
     template <class Visit> void forEachEntry(const Visit& visit) const;
 
     boost::shared_ptr<QelMessage> m_message;
-    boost::shared_ptr<QelMessageIterator> m_iterator; ///< on m_message, used by all accessors
+    boost::shared_ptr<QelMessageIterator> m_iterator; ///< cursor of m_message, moved by all accessors
 
     static boost::shared_ptr<QelMessage> m_localConf;
-    static QelEID m_localEID;  ///< of m_localConf, once it was asked for
-    static QelLock m_confLock; ///< guards the two before it
+    static QelEID m_localEID;  ///< EID in m_localConf; invalid until getLocalEID() reads it
+    static QelLock m_confLock; ///< protects m_localConf and m_localEID
 };
 
-/// Takes the whole message in which the cursor stands, with its envelope; -1 if there is none.
+/// Copies the whole message of the cursor, with its envelope; -1 if the cursor has no message.
 struct QelConfiguration::Reader {
     int operator()(const QelMessageIterator& cursor, QelConfiguration& configuration) const;
 };
 
-/// Adds the data element as a child of the current one; -1 if there is none.
+/// Adds the data element as a child of the current element; -1 if there is no data element.
 struct QelConfiguration::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelConfiguration& configuration) const;
 };

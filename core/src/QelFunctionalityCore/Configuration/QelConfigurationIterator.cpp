@@ -20,7 +20,7 @@ constexpr int optionLevel = 2;
 
 QelConfigurationIterator::QelConfigurationIterator(QelMessage* message)
     : m_message(message), m_iterator(message ? message->rootIterator() : nullptr) {
-    // A tree without a data element is no failure yet: every walk will tell.
+    // A missing data element is not an error yet: every later operation fails.
     static_cast<void>(seekRoot());
 }
 
@@ -82,7 +82,7 @@ int QelConfigurationIterator::followPath(const std::string& path, bool create) {
             return 0;
         from = 1;
     }
-    // The text behind the last slash is a name like any other, and so is an empty one.
+    // The part after the last slash is a name too, even if it is empty.
     for (;;) {
         const std::size_t end = path.find(separator, from);
         const std::string name = path.substr(from, end == std::string::npos ? end : end - from);
@@ -102,30 +102,30 @@ int QelConfigurationIterator::seek(const std::string& path) {
 }
 
 template <class Action>
-int QelConfigurationIterator::comeBackAfter(const std::string& path, bool create, const Action& action) {
+int QelConfigurationIterator::applyAtPath(const std::string& path, bool create, const Action& action) {
     const int result = followPath(path, create) == 0 ? action(*m_iterator) : -1;
     restorePath();
     return result;
 }
 
 int QelConfigurationIterator::getValue(int& value, const std::string& path) {
-    return comeBackAfter(path, false, [&](const QelMessageIterator& at) { return at.getValue(value, getEmptyID()); });
+    return applyAtPath(path, false, [&](const QelMessageIterator& at) { return at.getValue(value, getEmptyID()); });
 }
 int QelConfigurationIterator::getValue(std::string& value, const std::string& path) {
-    return comeBackAfter(path, false, [&](const QelMessageIterator& at) { return at.getValue(value, getEmptyID()); });
+    return applyAtPath(path, false, [&](const QelMessageIterator& at) { return at.getValue(value, getEmptyID()); });
 }
 int QelConfigurationIterator::getValueBase64(std::string& value, const std::string& path) {
-    return comeBackAfter(path, false,
-                         [&](const QelMessageIterator& at) { return at.getValueBase64(value, getEmptyID()); });
+    return applyAtPath(path, false,
+                       [&](const QelMessageIterator& at) { return at.getValueBase64(value, getEmptyID()); });
 }
 int QelConfigurationIterator::putValue(int value, const std::string& path) {
-    return comeBackAfter(path, true, [&](QelMessageIterator& at) { return at.putValue(value, getEmptyID()); });
+    return applyAtPath(path, true, [&](QelMessageIterator& at) { return at.putValue(value, getEmptyID()); });
 }
 int QelConfigurationIterator::putValue(const std::string& value, const std::string& path) {
-    return comeBackAfter(path, true, [&](QelMessageIterator& at) { return at.putValue(value, getEmptyID()); });
+    return applyAtPath(path, true, [&](QelMessageIterator& at) { return at.putValue(value, getEmptyID()); });
 }
 int QelConfigurationIterator::putValueBase64(const std::string& value, const std::string& path) {
-    return comeBackAfter(path, true, [&](QelMessageIterator& at) { return at.putValueBase64(value, getEmptyID()); });
+    return applyAtPath(path, true, [&](QelMessageIterator& at) { return at.putValueBase64(value, getEmptyID()); });
 }
 
 template <class Move> int QelConfigurationIterator::stepDown(const Move& move) {
@@ -150,9 +150,9 @@ int QelConfigurationIterator::newChild(const std::string& name) {
 int QelConfigurationIterator::adjustLevel() {
     if (enterOptions(false) != 0)
         return -1;
-    // Saved behind the step into the `configuration` element and not before it.  A firstChild() or newChild() that
-    // fails at a section so goes back to level 1 with the cursor inside that element.  Callers of old rely on finding
-    // the cursor there, and have settled that such a failure is followed by seekRoot() or an absolute path.
+    // The position is saved after entering the `configuration` element, not before.  If firstChild() or newChild()
+    // fails at a section, the level goes back to 1 but the cursor stays inside that element.  Existing callers rely on
+    // that cursor position; after such a failure they call seekRoot() or use an absolute path.
     savePath();
     ++m_level;
     return 0;

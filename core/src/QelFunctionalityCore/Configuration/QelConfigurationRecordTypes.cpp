@@ -8,7 +8,7 @@ namespace Qel {
 
 namespace {
 
-// A record that is all that a message holds.
+// A record that occupies a whole message.
 template <class Record> QelRecordType wholeMessage(std::string_view name) {
     QelRecordType type = makeRecordType<Record>(name);
     type.isWholeMessage = true;

@@ -11,7 +11,7 @@ bool isAboveZero(int port) {
     return port > 0;
 }
 
-QelConnectionInfo& fillUnlessAddressed(QelConnectionInfo& info, const char* address) {
+QelConnectionInfo& setAddressIfEmpty(QelConnectionInfo& info, const char* address) {
     if (info.address.empty()) {
         info.protocol = QelAgentConnectionInfo::protocolAgent;
         info.address = address;
@@ -21,7 +21,7 @@ QelConnectionInfo& fillUnlessAddressed(QelConnectionInfo& info, const char* addr
 
 QelConnectionInfo agentAt(const char* address) {
     QelConnectionInfo info;
-    return fillUnlessAddressed(info, address);
+    return setAddressIfEmpty(info, address);
 }
 
 } // namespace
@@ -67,13 +67,13 @@ QelAgentConnectionInfo::QelAgentConnectionInfo(const QelEID& eid) {
 QelConnectionInfo& QelAgentConnectionInfo::localConnectionInfo() {
     static constexpr const char* local = "local";
     static QelConnectionInfo info = agentAt(local);
-    return fillUnlessAddressed(info, local);
+    return setAddressIfEmpty(info, local);
 }
 
 QelConnectionInfo& QelAgentConnectionInfo::masterConnectionInfo() {
     static constexpr const char* master = "master";
     static QelConnectionInfo info = agentAt(master);
-    return fillUnlessAddressed(info, master);
+    return setAddressIfEmpty(info, master);
 }
 
 } // namespace Qel

@@ -11,24 +11,24 @@ namespace Qel {
 
 struct QelConnectivityInfo;
 
-/// The functors of the triple of protocol, address and port, for every record that holds one.
+/// Functors for protocol, address and port, shared by all records that contain them.
 struct QelConnectivityInfoMarshal {
-    /// -1 if there is no address.
+    /// Returns -1 if the address is missing.
     using Reader = QelRecordReader<QelConnectivityInfo>;
 
-    /// -1, and nothing is written, without an address.
+    /// Returns -1 and writes nothing if the address is empty.
     struct Writer : QelWriterBaseT<Writer> {
         int operator()(QelMessageIterator& cursor, const QelConnectivityInfo& info) const;
     };
 };
 
-/// How a program is reached.
+/// How to reach a program.
 struct QelConnectivityInfo {
     virtual ~QelConnectivityInfo() = default;
 
     std::string protocol; ///< "agent" for agents; may be empty
-    int port = 0;         ///< 0 and below: none is told
-    std::string address;  ///< what the protocol makes of it
+    int port = 0;         ///< <= 0: unset
+    std::string address;  ///< its format depends on the protocol
 
     using Reader = QelConnectivityInfoMarshal::Reader;
     using Writer = QelConnectivityInfoMarshal::Writer;
@@ -36,10 +36,10 @@ struct QelConnectivityInfo {
     using writer_type = Writer;
 };
 
-/// How a program is reached, and as whom.
+/// How to reach a program, and with which account.
 struct QelConnectionInfo : QelConnectivityInfo {
     QelAuthName authName;
-    std::string password; ///< may hold any bytes; never to be logged
+    std::string password; ///< may contain any bytes; never log it
 
     using Reader = QelRecordReader<QelConnectionInfo>;
     using Writer = QelRecordWriter<QelConnectionInfo>;
@@ -47,15 +47,15 @@ struct QelConnectionInfo : QelConnectivityInfo {
     using writer_type = Writer;
 };
 
-/// How an agent is reached.
+/// How to reach an agent.
 struct QelAgentConnectionInfo : QelConnectionInfo {
     static constexpr std::string_view protocolAgent = "agent";
 
-    /// An agent is addressed by its identity, which the transport resolves.
+    /// The address is the agent's EID, which the transport resolves.
     explicit QelAgentConnectionInfo(const QelEID& eid);
 
-    /// The agent of this host, and the master of its server group.  Each is one object of the process: who changes it
-    /// changes it for everyone, and an address that was emptied is filled again.
+    /// The agent of this host, and the master of its server group.  Each is a single object shared by the whole
+    /// process.  If its address has been cleared, the call sets it again.
     static QelConnectionInfo& localConnectionInfo();
     static QelConnectionInfo& masterConnectionInfo();
 

@@ -33,7 +33,7 @@ struct OptionWriter : QelWriterBase {
     }
 };
 
-/// Reads one option into the set.
+/// Reads one option and adds it to the set.
 struct OptionReader {
     int operator()(const QelMessageIterator& cursor, Options& options) const {
         std::string name;
@@ -55,7 +55,7 @@ private:
                                   [&](const Option& option) { return option.string_key == name; });
         if (found == options.end())
             found = options.insert(options.end(), Option(name, {}));
-        // A name without values is an option that is merely there.
+        // A named option needs no values: its presence alone is meaningful.
         static_cast<void>(readValues(cursor, *found));
         return 0;
     }

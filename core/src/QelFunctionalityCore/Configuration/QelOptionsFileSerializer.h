@@ -15,7 +15,7 @@ class QelProgramOptions {
 public:
     using Options = std::vector<boost::program_options::basic_option<char>>;
 
-    /// Where sets of options are kept.  0 for success, -1 for failure.
+    /// Storage for sets of options.  Operations return 0 on success and -1 on failure.
     class serializer {
     public:
         virtual int read(Options& options) const = 0;
@@ -24,20 +24,20 @@ public:
     };
 };
 
-/// Keeps a set of options in a file, as a message:
+/// Stores a set of options in a file, as a message:
 ///
 ///     <option><name>to</name><value>text</value></option>     a named option, with one or more values
 ///     <option><value>server.xml</value></option>              a positional option, with one value
 ///
-/// Names and values are kept, and the order; nothing else of an option is.
+/// Only names, values and their order are stored.
 class QelOptionsFileSerializer : public QelProgramOptions::serializer {
 public:
     explicit QelOptionsFileSerializer(std::string path) : m_path(std::move(path)) {}
 
-    /// Replaces `options` by what the file holds.  Values of one name that stands there several times are joined in the
-    /// place of the first.  On failure `options` stays as it was.
+    /// Replaces `options` with the content of the file.  Values of options with the same name are merged into the first
+    /// of them.  On failure, `options` is unchanged.
     [[nodiscard]] int read(QelProgramOptions::Options& options) const override;
-    /// Replaces what was in the file.  An option without a value can't be written: then the file stays as it was.
+    /// Replaces the file.  Fails if an option has no value; the file is then unchanged.
     [[nodiscard]] int write(const QelProgramOptions::Options& options) const override;
 
 private:

@@ -11,12 +11,12 @@
 
 namespace Qel {
 
-/// A body of users that one authority knows: the host's own, a directory's.
+/// A set of users managed by one authority, such as the host or a directory service.
 struct QelRealm {
     virtual ~QelRealm() = default;
 
-    /// Takes the name of `other`, the only thing of a realm that changes.  -1, and an error message, if the two differ
-    /// in identifier or type, or either is read-only.
+    /// Copies the name of `other`; no other field of a realm can change.  Returns -1 and sets the error message if the
+    /// IDs or types differ or either realm is read-only.
     [[nodiscard]] virtual int set(const QelRealm& other);
 
     QelGUID id;
@@ -24,7 +24,7 @@ struct QelRealm {
     std::string name;
     bool readOnly = false;
 
-    /// Realms that every agent knows.
+    /// Realms known to every agent.
     static constexpr QelGUID systemRealmID{};
     static constexpr QelGUID sessionRealmID{0, 0x0200000000000000};
     static constexpr QelGUID foreignSecurityPrincipalRealmID{0, 0x0300000000000000};

@@ -4,16 +4,16 @@
 
 namespace Qel {
 
-/// How far an environment has left its normal range.
+/// How far an environment is outside its normal range.
 enum class QelAlertType : int { green = 0, yellow = 1, red = 2, black = 3 };
 
-/// What an alert level is about: an index into the levels of an environment, below `qelAlertReasonCount`.  What the
-/// reasons stand for is settled by the agent.
+/// The subject of an alert level: an index into the levels of an environment, below `qelAlertReasonCount`.  The agent
+/// defines the meaning of each reason.
 enum class QelAlertReason : int {};
 
 inline constexpr int qelAlertReasonCount = 5;
 
-/// Reads an alert level from the current element; -1, and the level as it was, for anything but 0 to 3.
+/// Reads an alert level from the current element.  For anything but 0 to 3, returns -1 and leaves the level unchanged.
 struct QelAlertTypeReader {
     int operator()(const QelMessageIterator& cursor, QelAlertType& type) const;
 };

@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char* sourcePath = "core/src/QelFunctionalityCore/QelEnv";
 
-// The address to show for an environment: an IPv4 one if there is any.
+// The address to display for an environment: the first IPv4 address, or the first address if there is none.
 std::string chooseAddress(const std::vector<QelIPAddress>& addresses) {
     const auto shown = std::find_if(addresses.begin(), addresses.end(), [](const QelIPAddress& address) {
         return !address.ip.empty() && !QelIPv6::isResembling(address.ip);
@@ -116,7 +116,7 @@ void QelEnv::syncBuffer() {
     getBuffer(&buffer, length, nullptr);
 }
 
-/// What the table of an environment can't state: its fields lie in the flat record and in the configurations.
+/// Table steps for fields that are not members of QelEnv: they are in the flat record and in the configurations.
 struct QelEnv::WireSteps {
     static int readConfig(const QelMessageIterator& cursor, QelEnv& env) {
         return cursor.getObject(env.m_maintainer.m_config, QelReaderDerived<QelEnvConfig>(true), configElement);
@@ -154,7 +154,7 @@ struct QelEnv::WireSteps {
         return cursor.putObj(env.getStatus(), statusElement);
     }
 
-    // The n-th element is the level of the n-th reason; a bad one leaves its slot, and missing ones the slots behind.
+    // The n-th element is the level of the n-th reason.  An invalid or missing level leaves its slot unchanged.
     static int readAlerts(const QelMessageIterator& cursor, QelEnv& env) {
         if (cursor.firstChild(alertElement) != 0)
             return 0;
@@ -177,7 +177,7 @@ struct QelEnv::WireSteps {
     static constexpr int alertElement = 1003;
 
 private:
-    // Whatever of the configurations was read, both are there afterwards and tell the type.
+    // Even if reading failed, both configurations must exist; the type is derived from them.
     static void settleConfigs(QelEnv& env) {
         QelEnvCoreBasicMaintainer& maintainer = env.m_maintainer;
         if (!maintainer.m_vconfig)
@@ -206,7 +206,7 @@ template <> struct Wire<QelEnv> : WireWords<QelEnv> {
         step<&Steps::readVirtualConfig, &Steps::writeVirtualConfig, QelVEnvConfig>(
             "virtualConfig", Steps::virtualConfigElement, ignored),
     };
-    // The configurations come first, since they tell the type.
+    // The configurations are read first because they determine the type.
     static constexpr int readOrder[] = {1185, 1872, 1870, 1866, 1192, 1003};
 };
 template <> const QelWireLayout& qelWireLayout<QelEnv>() {
@@ -216,7 +216,7 @@ template <> const QelWireLayout& qelWireLayout<QelEnv>() {
 int QelEnv::Reader::operator()(const QelMessageIterator& cursor, QelEnv& env) const {
     if (readByLayout(wireLayoutOf<QelEnv>, &env, cursor) != 0)
         return -1;
-    // What came from the message isn't in the record yet.
+    // The configurations that were read are not in the record yet.
     env.m_maintainer.configDirty = env.m_maintainer.vconfigDirty = true;
     return 0;
 }
@@ -225,7 +225,7 @@ int QelEnv::Writer::operator()(QelMessageIterator& cursor, const QelEnv& env) co
     return writeByLayout(wireLayoutOf<QelEnv>, &env, cursor);
 }
 
-// An environment of a known type is read twice, the first time only to learn its type.
+// An environment whose type has a factory is read twice: the first pass only determines the type.
 int QelEnv::EnvSPReader::operator()(const QelMessageIterator& cursor, boost::shared_ptr<QelEnv>& out) const {
     boost::shared_ptr<QelEnv> plain(new QelEnv());
     const std::unique_ptr<QelMessageIterator> second(cursor.newIterator(false));

@@ -25,22 +25,22 @@ Logger logger(int line, const char* function, const char* prettyFunction) {
     return Log2(QEL_MODULE, sourcePath, line, function, prettyFunction);
 }
 
-// An environment that reads from the mapped file.  The record is not to be written to; the classes of environments
-// serve private records as well, so the type can't say it.
+// An environment that reads from the mapped file.  The record must not be written to, but the type cannot express that:
+// the environment classes also serve private records.
 boost::shared_ptr<QelEnv> envOverMappedRecord(const QelEnvCoreBasic* record) {
     const boost::shared_ptr<QelEnvCoreBasic> wrapped(const_cast<QelEnvCoreBasic*>(record), &deleter_fake);
     return QelEnvFactory::getInstance().createEnv(wrapped);
 }
 
 // Offers a change to the updater of the environment's type.
-int offer(const QelEnv& env, int (QelEnvUpdater::*tell)(const QelEnv&)) {
+int offer(const QelEnv& env, int (QelEnvUpdater::*notify)(const QelEnv&)) {
     const auto updater = QelEnvFactory::getInstance().getEnvUpdater(env.getType());
     if (!updater) {
         logger(__LINE__, __func__, __PRETTY_FUNCTION__)
             .put(LogLevel::trace, "EnvUpdater is not found for '%s'.", env.getType().c_str());
         return 0;
     }
-    return updater->checkEnv(env) == 0 ? (updater.get()->*tell)(env) : 0;
+    return updater->checkEnv(env) == 0 ? (updater.get()->*notify)(env) : 0;
 }
 
 void logChange(const char* operation, const QelEID& eid, int result) {
@@ -55,7 +55,8 @@ std::optional<std::uint32_t> sortKeyOf(const QelEID& eid) {
     return env ? std::optional<std::uint32_t>(env->getSortKey()) : std::nullopt;
 }
 
-// Sets of identifiers lie below the cache that knows their sort keys, so the cache tells them where to ask.
+// Sets of EIDs are in a lower layer than the cache, which knows the sort keys.  So the cache registers itself as their
+// source.
 [[maybe_unused]] const bool isSortKeySourceSet = (QelEnvIDComparator::setSortKeySource(&sortKeyOf), true);
 
 } // namespace

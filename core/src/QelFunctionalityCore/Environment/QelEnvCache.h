@@ -14,16 +14,17 @@ namespace Qel {
 
 extern template class QelCacheLogic<QelEID, QelEnvCoreBasic, QelMappedMemoryManager>;
 
-/// The environments that all processes of the agent share, in one mapped file.
+/// The environments that all processes of the agent share, in one memory-mapped file.
 ///
-/// Every change is offered to the environment's updater first (PreProcess), outside the file's lock; two writers of one
-/// environment can therefore reach the updater in one order and the file in the other.
+/// Every change is first offered to the environment's updater (PreProcess), without holding the file lock.  Therefore
+/// concurrent writers of one environment may reach the updater in one order and the file in the other.
 ///
-/// Results of the operations are those of QelCacheResult, or what an updater answered.
+/// Operations return a QelCacheResult or the result of an updater.
 class QelEnvCache : public QelCacheLogic<QelEID, QelEnvCoreBasic, QelMappedMemoryManager> {
 public:
-    /// The stage that a change passes before it reaches the file.  This one asks the updater of the environment's type,
-    /// if it has one and that wants to hear of the environment.  Anything but 0 stops the change.
+    /// Called before a change reaches the file.  The default implementation calls the updater of the environment's
+    /// type, if there is one; for inserts and updates, only if its checkEnv() returns 0.  A nonzero result rejects the
+    /// change.
     class PreProcess {
     public:
         virtual int insert(const QelEnv& env);
@@ -39,35 +40,35 @@ public:
     class EnvValuesList;
     using EnvValuesListPtr = boost::intrusive_ptr<EnvValuesList>;
 
-    /// Limits of the cache: bytes of the largest record, lists that one object may hold at once, bytes of the file.
+    /// Limits: bytes of the largest record, lists alive at a time per cache object, bytes of the file.
     static constexpr unsigned maxRecordSize = 0x1000000;
     static constexpr unsigned maxLiveLists = 16;
     static constexpr unsigned maxFileSize = 0x40000000;
 
-    /// Keeps the name; nothing is opened.
+    /// Stores the name; opens nothing.
     explicit QelEnvCache(const std::string& fileName);
 
-    /// A cache attached to the file, or null with a log record.  An unusable file is marked so and stays where it is:
-    /// it is removed by an administrator, or by initEnvCache.
+    /// Returns a cache attached to the file, or null after logging an error.  An unusable file is marked as such and
+    /// kept, until an administrator or initEnvCache() removes it.
     [[nodiscard]] static boost::intrusive_ptr<QelEnvCache> createInstance(const std::string& fileName,
                                                                           boost::shared_ptr<PreProcess> preProcess);
 
-    /// A list of the current state; null when too many are alive or none can be had.
+    /// Returns a snapshot of the current state; null if too many lists are alive or no snapshot can be taken.
     [[nodiscard]] EnvValuesListPtr getEnvList();
-    /// A private, writable copy of an environment, or null.
+    /// Returns a private, writable copy of an environment, or null.
     [[nodiscard]] boost::shared_ptr<QelEnv> getEnvCopy(const QelEID& eid);
 
-    /// -1 for an environment without an EID.
+    /// Returns -1 if the environment has no EID.
     int insert(const QelEnv& env);
-    /// As `insert`.  When the file refuses an update that the updater agreed to, the updater is told to forget the
-    /// environment, as after a refused insert: it then hears of it anew with the next update.
+    /// Like insert().  If the updater accepts an update but the file rejects it, the updater's removeEnv() is called,
+    /// as after a rejected insert.  The next update offers the environment to the updater again.
     int update(const QelEnv& env);
-    /// Removing what isn't there is success.
+    /// Removing a missing environment succeeds.
     int remove(const QelEID& eid);
 
-    /// Tells the updater of the generic type which children an environment has.
+    /// Passes the children of an environment to the updater of the generic type.
     void syncEnvListOf(const QelEID& eid);
-    /// Tells the updater of the generic type which slaves the agent has, as the children of no environment.
+    /// Passes the slaves of the agent to the updater of the generic type, with an invalid EID as their parent.
     void syncSlaveList(const QelEnvIDList& list);
 
 private:
@@ -79,13 +80,13 @@ private:
 
 using QelEnvCacheSP = boost::intrusive_ptr<QelEnvCache>;
 
-/// A snapshot of all environments, ordered by EID.  Environments made from it read straight from the file: they live no
-/// longer than the list and are not written to.
+/// A snapshot of all environments, sorted by EID.  Environments created from it read directly from the file: they are
+/// read-only and must not outlive the list.
 class QelEnvCache::EnvValuesList : public QelEnvCache::ValuesList {
 public:
     using ValuesList::ValuesList;
 
-    /// Walks the records and makes an environment for each that is looked at.
+    /// Iterates over the records.  Creates an environment only for a record that is dereferenced.
     class const_iterator {
     public:
         const_iterator() = default;
@@ -97,30 +98,31 @@ public:
         }
         bool operator==(const const_iterator& other) const { return m_record == other.m_record; }
 
-        /// The environment at this place; null for a record without data.
+        /// The environment at this position; null for a record without data.
         QelEnvCSP operator->() const;
 
     private:
         const record_t* m_record = nullptr;
-        mutable QelEnvCSP m_env; // of the place where it was last asked for
+        mutable QelEnvCSP m_env; // of the position last dereferenced
     };
 
-    /// The environment, or null.
+    /// Returns the environment, or null.
     [[nodiscard]] QelEnvCSP getEnv(const QelEID& eid) const;
 
     [[nodiscard]] const_iterator begin() const { return const_iterator(ValuesList::begin()); }
     [[nodiscard]] const_iterator end() const { return const_iterator(ValuesList::end()); }
 };
 
-/// Names the file of the process's cache and with `removeOld` removes it first.  Comes before the first envCache(), and
-/// before threads start.  Always 0.
+/// Sets the path of the process's cache file; with `removeOld`, removes an existing file.  Call it before the first
+/// envCache() and before threads start.  Always returns 0.
 int initEnvCache(const std::string& path, bool removeOld);
 
-/// The process's cache, attached at the first call and again at the first call after a fork.  Null, with a log record,
-/// if the file can't be used or none was named; each call tries again.  The attaching calls come while one thread runs.
+/// Returns the process's cache, attached on the first call and again on the first call after a fork.  Returns null and
+/// logs an error if the file is unusable or no path is set; the next call tries again.  A call that attaches must be
+/// made while the process has a single thread.
 [[nodiscard]] QelEnvCacheSP envCache();
 
-/// Drops the process's cache.
+/// Releases the process's cache.
 void finiEnvCache();
 
 } // namespace Qel

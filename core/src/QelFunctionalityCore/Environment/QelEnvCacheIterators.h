@@ -10,8 +10,8 @@
 
 namespace Qel::Cache::Iterator {
 
-/// All environments of a list.  What it points at is null for a record without data, and lives until the iterator
-/// moves.
+/// Iterates over all environments of a list.  The pointer it yields is null for a record without data, and valid until
+/// the iterator moves.
 class Flat : public boost::iterator_facade<Flat, const QelEnv, boost::forward_traversal_tag, const QelEnv*> {
 public:
     Flat() = default;
@@ -29,10 +29,10 @@ private:
 
 namespace Children {
 
-/// The children of one environment, in the order of their EIDs.
+/// The children of one environment, sorted by EID.
 class Data {
 public:
-    /// True for a child of one environment.
+    /// Predicate that selects the children of one environment.
     class isChild {
     public:
         isChild() = default;
@@ -44,9 +44,9 @@ public:
     };
     using iterator = boost::filter_iterator<isChild, Flat>;
 
-    /// From a list of the process's cache; empty when there is none.
-    explicit Data(const QelEID& parent) : Data(parent, listOfProcess()) {}
-    /// From a list, which may be null.
+    /// Uses a list of the process's cache; empty if there is none.
+    explicit Data(const QelEID& parent) : Data(parent, processList()) {}
+    /// Uses a given list, which may be null.
     Data(const QelEID& parent, QelEnvCache::EnvValuesListPtr list) : m_parent(parent), m_list(std::move(list)) {}
 
     [[nodiscard]] iterator begin() const {
@@ -57,7 +57,7 @@ public:
     }
 
 private:
-    static QelEnvCache::EnvValuesListPtr listOfProcess() {
+    static QelEnvCache::EnvValuesListPtr processList() {
         const QelEnvCacheSP cache = envCache();
         return cache ? cache->getEnvList() : nullptr;
     }

@@ -14,7 +14,7 @@ using namespace EnvConfigElement;
 namespace {
 
 constexpr int agentVersionOfNewTree = 40500;
-constexpr int agentVersionIfNotTold = 40000; // what older agents, which didn't tell theirs, count as
+constexpr int defaultAgentVersion = 40000; // of older agents, which do not send theirs
 
 boost::shared_ptr<QelEnvCoreBasic> blankRecord() {
     return QelEnvCoreBasic::createInstance(nullptr, EnvConfigType::base);
@@ -128,7 +128,7 @@ void QelEnvConfig::applyVersionDefault() const {
     if (m_configType != EnvConfigType::base || !m_msg || m_msg->getValue(version, agentVersion) == 0)
         return;
     m_msg->deleteChild(agentVersion);
-    m_msg->putValue(agentVersionIfNotTold, agentVersion);
+    m_msg->putValue(defaultAgentVersion, agentVersion);
 }
 
 QelMessageIterator& QelEnvConfig::initMsg() {
@@ -281,7 +281,7 @@ int QelEnvConfig::getAgentVersion() const {
     const QelMessageIterator* const cursor = tree();
     if (!cursor || m_configType != EnvConfigType::base)
         return -1;
-    int version = agentVersionIfNotTold;
+    int version = defaultAgentVersion;
     cursor->getValue(version, agentVersion);
     return version;
 }
@@ -300,7 +300,7 @@ int QelEnvConfig::getOptionalListAttribute(QelOptionalProperty<Container>& list,
 
 template <class Container> int QelEnvConfig::getStringListAttr(QelOptionalProperty<Container>& list, int id) const {
     const int result = getOptionalListAttribute(list, id);
-    // One empty element stands for a list that is specified and empty.
+    // A single empty element represents a list that is specified and empty.
     if (result == 0 && list.get().size() == 1 && list.get().begin()->empty())
         list.get().clear();
     return result;
@@ -352,18 +352,18 @@ int QelEnvConfig::getChildTypes(QelStringSetOptionalProperty& list) const {
 }
 
 int QelEnvConfig::compare(const QelEnvConfig& other) const {
-    const auto compareTexts = [&](int (QelEnvConfig::*get)(QelStringOptionalProperty&) const) {
+    const auto compareStrings = [&](int (QelEnvConfig::*get)(QelStringOptionalProperty&) const) {
         return sign(valueOrEmpty(valueOf(*this, get)).compare(valueOrEmpty(valueOf(other, get))));
     };
-    // Name and domain come before the type: configurations of one name lie together whatever their technology.
-    if (const int order = compareTexts(&QelEnvConfig::getName))
+    // Name and domain come before the type, so that configurations of one name are adjacent whatever their technology.
+    if (const int order = compareStrings(&QelEnvConfig::getName))
         return order;
-    if (const int order = compareTexts(&QelEnvConfig::getDomain))
+    if (const int order = compareStrings(&QelEnvConfig::getDomain))
         return order;
     if (const int order = sign(getType().compare(other.getType())))
         return order;
     for (const auto get : {&QelEnvConfig::getHostname, &QelEnvConfig::getDescription, &QelEnvConfig::getArchitecture})
-        if (const int order = compareTexts(get))
+        if (const int order = compareStrings(get))
             return order;
     if (const int order = sign(valueOf(*this, &QelEnvConfig::getOS).compare(valueOf(other, &QelEnvConfig::getOS))))
         return order;

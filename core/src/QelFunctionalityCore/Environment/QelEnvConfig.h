@@ -23,21 +23,21 @@ using QelStringSetOptionalProperty = QelOptionalProperty<std::set<std::string>>;
 using QelIPAddressListOptionalProperty = QelOptionalProperty<std::vector<QelIPAddress>>;
 using QelQoSListOptionalProperty = QelOptionalProperty<std::set<QelQoS>>;
 
-/// A configuration of an environment: a view on a small message tree.  Every getter reads an element of that tree,
-/// every setter replaces one.  The tree is parsed from the flat record when somebody first asks for it, so an
-/// environment that comes from the cache costs no parsing as long as only its identity is used.
+/// A configuration of an environment: a view of a small message tree.  Each getter reads an element of the tree; each
+/// setter replaces one.  The tree is parsed from the flat record on first access, so an environment from the cache
+/// costs no parsing if only its identity is used.
 ///
-/// An element that is absent is an unspecified value; one that is there without content is a specified empty one.
+/// An absent element is an unspecified value; an element without content is a specified, empty value.
 ///
-/// Operations return 0, or -1 when there is no tree or an element can't be read or written.  An object belongs to one
-/// thread at a time, and a view on a record of the cache must not outlive the list that the record came from.
+/// Operations return 0, or -1 if there is no tree or an element cannot be read or written.  Not thread-safe.  A view of
+/// a cache record must not outlive the list that the record came from.
 class QelEnvConfig {
 public:
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelEnvConfig& config) const;
     };
-    /// Writes the children of the tree in the canonical order; an element that the order doesn't know stays behind the
-    /// one that it followed.
+    /// Writes the children of the tree in canonical order.  An element without a position in that order stays directly
+    /// after its predecessor.
     struct Writer : QelWriterBaseT<Writer> {
         static constexpr int getNSID() { return 292; }
         static constexpr int getTypeID() { return 120; }
@@ -48,8 +48,8 @@ public:
 
     /// Bits of a filter: the parts of a configuration that a request asks for.
     enum Filter : int { filterBasic = 1, filterNameservers = 2, filterSearchDomains = 4, filterAddresses = 8 };
-    /// Writes a filter as empty elements, and reads it from those that are there.  Addresses belong to the basic fields
-    /// too, so a filter of filterAddresses alone reads back with filterBasic.  Both always return 0.
+    /// Writes a filter as empty elements, and reads it from the elements that are present.  The basic fields include
+    /// the addresses, so filterAddresses alone is read back with filterBasic.  Both always return 0.
     struct FilterConfigReader {
         int operator()(const QelMessageIterator& cursor, int& filter) const;
     };
@@ -57,22 +57,23 @@ public:
         int operator()(QelMessageIterator& cursor, int filter) const;
     };
 
-    /// Without a tree.
+    /// A configuration without a tree.
     QelEnvConfig() : QelEnvConfig(static_cast<const QelMessageIterator*>(nullptr), EnvConfigType::base) {}
-    /// Reads the configuration under the cursor; without a tree for a null cursor.
+    /// Reads the configuration under the cursor.  A null cursor makes a configuration without a tree.
     QelEnvConfig(const QelMessageIterator* cursor, EnvConfigType type);
-    /// A view on one half of a record; a null record is replaced by a blank one.
+    /// A view of one of the two configurations of a record; a null record is replaced by a blank one.
     QelEnvConfig(boost::shared_ptr<QelEnvCoreBasic> core, EnvConfigType type);
     QelEnvConfig(const QelEnvConfig& other);
-    /// Takes a copy of the tree, and shares the record.
+    /// Copies the tree and shares the record.
     QelEnvConfig& operator=(const QelEnvConfig& other);
     virtual ~QelEnvConfig();
 
-    /// Place of an element name in the canonical order, -1 for one that isn't in it.  A derived class may extend it.
+    /// The position of an element name in the canonical order, or -1 if it has none.  Derived classes may extend the
+    /// order.
     [[nodiscard]] virtual int getPositionOfTheTag(const std::string& name) const;
 
     [[nodiscard]] EnvConfigType getConfigType() const { return m_configType; }
-    /// Drops the tree, and with `resetCore` the record too.
+    /// Discards the tree and, with `resetCore`, the record.
     void reset(bool resetCore);
 
     int getName(QelStringOptionalProperty& name) const;
@@ -89,11 +90,11 @@ public:
     int setAddresses(const QelIPAddressListOptionalProperty& addresses);
     int getOS(QelOS& os) const;
     int setOS(const QelOS& os);
-    /// The type as the record holds it.
+    /// The type as stored in the record.
     [[nodiscard]] const QelEnvType& getType() const;
     int setType(const QelEnvType& type);
     int getNameservers(QelStringListOptionalProperty& nameservers) const;
-    /// Stores each name server once: of several texts for one address the first stays.
+    /// Stores each name server once: of several spellings of one address, the first is kept.
     int setNameservers(const QelStringListOptionalProperty& nameservers);
     int getSearchDomains(QelStringSetOptionalProperty& domains) const;
     int getBaseSampleId(QelOptionalProperty<QelGUID>& id) const;
@@ -102,27 +103,28 @@ public:
     int setBaseSnapshotId(const QelGUID& id);
     int getChildTypes(QelStringSetOptionalProperty& types) const;
     int getConfigCustomized(bool& customized) const;
-    /// Version of the agent that wrote a base configuration (40500 is 4.5.0); -1 without a tree and for a virtual
-    /// configuration.
+    /// The version of the agent that wrote a base configuration (40500 is 4.5.0); -1 if there is no tree, and for a
+    /// virtual configuration.
     [[nodiscard]] int getAgentVersion() const;
 
-    /// Orders by name, domain, type, host name, description, architecture, operating system, addresses, name servers,
-    /// search domains and child types: below zero, zero or above zero.
+    /// Compares name, domain, type, host name, description, architecture, operating system, addresses, name servers,
+    /// search domains and child types, in this order.  Returns a value < 0, 0 or > 0.
     [[nodiscard]] int compare(const QelEnvConfig& other) const;
 
 protected:
-    /// The tree, parsed from the record if it has not been yet; null if there is none.
+    /// The tree, parsed from the record on first use; null if there is none.
     [[nodiscard]] QelMessageIterator* tree() const;
-    /// The tree, made if there is none.
+    /// The tree, created if there is none.
     QelMessageIterator& initMsg();
 
-    /// Replaces the elements `id` by those of a list; an empty list leaves one empty element, an unspecified one none.
+    /// Replaces the elements `id` with those of a list.  An empty list is written as one empty element, an unspecified
+    /// list as none.
     template <class List> int setListAttr(const QelOptionalProperty<List>& list, int id);
 
 private:
     friend class QelEnvCoreBasicMaintainer;
 
-    /// Destroys a cursor together with its message.
+    /// Destroys a cursor and its message.
     struct DestroyTree {
         void operator()(QelMessageIterator* cursor) const;
     };
@@ -142,7 +144,7 @@ private:
     template <class Container> int getStringListAttr(QelOptionalProperty<Container>& list, int id) const;
 
     mutable Tree m_msg;
-    mutable bool m_isParsed = true; // false while the tree, if there is one, still lies in the record only
+    mutable bool m_isParsed = true; // false: the tree has not been parsed from the record yet
     EnvConfigType m_configType;
     boost::shared_ptr<QelEnvCoreBasic> m_core;
 };

@@ -2,14 +2,14 @@
 
 namespace Qel::EnvConfigElement {
 
-/// The path that reports about configurations name.
+/// The source path in log records and failed checks about configurations.
 inline constexpr const char* sourcePath = "core/src/QelFunctionalityCore/QelEnvConfig";
 
-/// The element at the top of a configuration's tree, and the namespace of the tree.
+/// The root element of a configuration's tree, and the namespace of the tree.
 inline constexpr int root = 1185;
 inline constexpr int rootNamespace = 292;
 
-// The elements below it.
+// Children of the root element.
 inline constexpr int name = 1026;
 inline constexpr int description = 1496; // base64
 inline constexpr int domain = 1374;

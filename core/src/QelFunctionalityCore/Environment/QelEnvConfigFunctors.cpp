@@ -19,15 +19,15 @@ using namespace EnvConfigElement;
 
 template class QelDerivedParserFactory<QelEnvConfig>;
 
-// The order of construction is that of the text.
+// Static objects are constructed in the order of their definitions.
 QelDerivedParserFactoryT<QelVEnvConfig, QelEnvConfig, QelEnvConfig, QelEnvConfig::Reader> factoryQelVEnvConfig(false);
 static QelLock positionLock;
 QelDerivedParserFactoryT<QelEnvConfig, QelEnvConfig> factoryQelEnvConfig(true);
 
 namespace {
 
-// The elements of a configuration as a record's table would state them.  A configuration is read by copying its
-// elements, so an unreadable one fails no read: the getters report it.
+// The elements of a configuration in the form of a record with a table.  Reading a configuration only copies its
+// elements, so an unreadable element does not fail the read; its getter reports the error.
 struct Elements {
     QelStringOptionalProperty name, description, domain, hostname, architecture, type;
     std::vector<QelIPAddress> addresses;
@@ -40,7 +40,7 @@ struct Elements {
     QelOptionalProperty<bool> configCustomized, disabled;
 };
 
-// How many of them have a position in the canonical order; those behind them stay behind what they followed.
+// The first fields have a position in the canonical order.  The others stay after their predecessor.
 constexpr int positionCount = 15;
 
 } // namespace
@@ -119,7 +119,7 @@ int QelEnvConfig::Writer::operator()(QelMessageIterator& cursor, const QelEnvCon
         return 0;
 
     std::multimap<int, std::unique_ptr<QelMessageIterator>> children;
-    int lastInserted = -1; // before all that have a position
+    int lastInserted = -1; // before all positions
     do {
         const int position = config.getPositionOfTheTag(source->curName());
         if (position >= 0)
@@ -152,7 +152,7 @@ int QelEnvConfig::FilterConfigReader::operator()(const QelMessageIterator& curso
         filter |= filterNameservers;
     if (isAnyPresent(cursor, {searchDomains}))
         filter |= filterSearchDomains;
-    // Addresses alone can't be told from addresses among the basic fields; whoever asks for them gets both.
+    // Addresses alone cannot be distinguished from the addresses among the basic fields, so both bits are set.
     if (isAnyPresent(cursor, {addresses}))
         filter |= filterBasic | filterAddresses;
     else if (isAnyPresent(cursor, {name, domain, hostname, type, architecture, operatingSystem}))

@@ -14,7 +14,7 @@ namespace Qel {
 namespace {
 
 constexpr std::size_t dataOffset = 88;
-constexpr int bufferTooSmall = -2; // measureOrFlatten's answer to a null buffer
+constexpr int bufferTooSmall = -2; // result of measureOrFlatten for a null buffer
 constexpr int typeElement = 1007;
 
 using Record = boost::shared_ptr<QelEnvCoreBasic>;
@@ -31,7 +31,7 @@ static_assert(offsetof(QelEnvCoreBasic, vconfigSize) == 84);
 static_assert(offsetof(QelEnvCoreBasic, data) == dataOffset);
 #pragma GCC diagnostic pop
 
-// The configurations reach beyond the one declared byte of `data`, into the block that the record was allocated with.
+// The configurations extend past the single declared byte of `data`, into the rest of the allocated block.
 char* dataOf(QelEnvCoreBasic& record) {
     return reinterpret_cast<char*>(&record) + dataOffset;
 }
@@ -45,9 +45,9 @@ template <class... Head> Record allocate(std::size_t dataSize, const Head&... he
 
 /// The bytes of a configuration.
 ///
-/// They are always those of one element.  The root of a message would be flattened as a whole message, with the
-/// envelope; the configuration's fields would then be children of the root that is parsed from it, where the
-/// configuration itself is expected.  So a root is copied to an element first.
+/// They always encode a single element.  Flattening the root of a message would encode the whole message with its
+/// envelope: after parsing, the fields of the configuration would be children of the root, where the configuration
+/// element itself is expected.  Therefore a root is first copied to an element.
 class FlatConfig {
 public:
     explicit FlatConfig(const QelMessageIterator& it) : m_element(&it) {
@@ -93,7 +93,7 @@ void readType(const QelMessageIterator& it, QelEnvType& type) {
 
 } // namespace
 
-// The copy begins with references of its own, hence a fresh base.
+// The reference count is not copied, hence a fresh base.
 // NOLINTNEXTLINE(bugprone-copy-constructor-init)
 QelEnvCoreBasic::QelEnvCoreBasic(const QelEnvCoreBasic& other)
     : QelCachedItem(), parentEID(other.parentEID), eid(other.eid), status(other.status), type(other.type),
@@ -133,7 +133,7 @@ void QelEnvCoreBasic::resetVirtualConfigData() {
 }
 
 void QelEnvCoreBasic::resetConfigData() {
-    // Behind a virtual configuration that is the shorter one there is nothing of this record to move.
+    // A virtual configuration that is shorter than the base one ends the record: do not read past it.
     std::memmove(dataOf(*this), virtualConfigBytes(), std::min(configSize, vconfigSize));
     configSize = 0;
 }

@@ -11,18 +11,18 @@ namespace Qel {
 namespace {
 
 constexpr const char* sourcePath = "core/src/QelFunctionalityCore/QelEnv";
-constexpr int bufferTooSmall = -2; // measureOrFlatten's answer to a null buffer
+constexpr int bufferTooSmall = -2; // result of measureOrFlatten for a null buffer
 
 } // namespace
 
-/// The bytes of one configuration in a new record: flattened from a tree that may have changed, or copied from the
+/// The bytes of one configuration in a new record: serialised from a tree that may have changed, or copied from the
 /// configuration's own record.
 struct QelEnvCoreBasicMaintainer::Half {
     const QelMessageIterator* tree = nullptr;
     const char* bytes = nullptr;
     int size = 0;
 
-    /// False when the tree can't be serialised.
+    /// Returns false if the tree cannot be serialised.
     bool measure() { return !tree || tree->getMessage()->measureOrFlatten(nullptr, &size, tree) == bufferTooSmall; }
     bool fill(char* destination) {
         if (tree)
@@ -131,7 +131,8 @@ QelEnvCoreBasicMaintainer::Half QelEnvCoreBasicMaintainer::virtualHalf() const {
     return {nullptr, m_vconfig->m_core->virtualConfigBytes(), static_cast<int>(m_vconfig->m_core->vconfigSize)};
 }
 
-// The type that the virtual configuration tells wins over that of the base one; a clean configuration changes nothing.
+// The type in the virtual configuration takes precedence over that in the base one.  An unchanged configuration does
+// not change the type.
 QelEnvType QelEnvCoreBasicMaintainer::typeByConfigs() const {
     QelEnvType type = m_core->type;
     const QelEnvType& baseType = m_config->getType();

@@ -6,27 +6,27 @@
 
 namespace Qel {
 
-/// Keeps an environment's flat record in step with its two configurations: a change of a configuration is a change of
-/// its tree, and the record follows when somebody asks for its bytes.
+/// Keeps the flat record of an environment in sync with its two configurations.  Changing a configuration only changes
+/// its tree; getBuffer() serialises the tree into a new record.
 class QelEnvCoreBasicMaintainer {
 public:
     /// A blank record.
     QelEnvCoreBasicMaintainer();
-    /// A view on a record, which isn't copied and must not be null.
+    /// A view of a record, which is not copied and must not be null.
     explicit QelEnvCoreBasicMaintainer(boost::shared_ptr<QelEnvCoreBasic> core);
-    // A new record from configurations, which must not be null.  The record is null when memory was short.
+    // Builds a new record from configurations, which must not be null.  The record is null if memory is exhausted.
     QelEnvCoreBasicMaintainer(const QelEID& eid, const boost::shared_ptr<QelEnvConfig>& config,
                               const boost::shared_ptr<QelVEnvConfig>& vconfig);
     QelEnvCoreBasicMaintainer(const QelEID& eid, const boost::shared_ptr<QelEnvConfig>& config);
     QelEnvCoreBasicMaintainer(const QelEID& eid, const boost::shared_ptr<QelVEnvConfig>& vconfig);
-    /// Copies the record.  What was changed in the other's configurations and isn't in its record stays behind.
+    /// Copies the record.  Changes of configurations that are not in the record yet are not copied.
     QelEnvCoreBasicMaintainer(const QelEnvCoreBasicMaintainer& other);
     QelEnvCoreBasicMaintainer& operator=(const QelEnvCoreBasicMaintainer& other);
     ~QelEnvCoreBasicMaintainer() = default;
 
-    /// Brings the record in step and tells its address, if `out` isn't null, and length.  0, or -1 with nothing changed
-    /// when a configuration can't be serialised.  The record replaces the former one, which stays with whoever shares
-    /// it.  The third argument has no meaning.
+    /// Serialises changed configurations into a new record, then returns the length of the record and, if `out` is not
+    /// null, its address.  Returns 0, or -1 with nothing changed if a configuration cannot be serialised.  Other owners
+    /// of the previous record keep it.  The third argument is ignored.
     int getBuffer(const void** out, unsigned& length, const void*);
 
     boost::shared_ptr<QelEnvCoreBasic> m_core;
@@ -36,10 +36,10 @@ public:
     bool vconfigDirty = false; ///< the tree of m_vconfig may differ from the bytes in m_core
 
 private:
-    struct Half; // where the new bytes of one configuration come from
+    struct Half; // source of the bytes of one configuration
 
     void remakeViews();
-    // A view may come with a tree that isn't from the record: a child factory's may.
+    // A new view may have a tree that is not from the record, for example one from a child factory.
     void applyDirtyRule();
     [[nodiscard]] bool isConfigUnsaved() const;
     [[nodiscard]] bool isVirtualConfigUnsaved() const;

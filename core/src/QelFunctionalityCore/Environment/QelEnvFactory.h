@@ -12,7 +12,7 @@ class QelEnv;
 class QelEnvUpdater;
 class QelVEnvConfig;
 
-/// Root of the environment classes that child factories make.
+/// Base class of the environments that child factories create.
 class QelEnvBase {
 public:
     virtual ~QelEnvBase() = default;
@@ -23,7 +23,7 @@ protected:
     QelEnvBase& operator=(const QelEnvBase&) = default;
 };
 
-/// Makes the environments of one virtualisation technology.
+/// Creates the environments of one virtualisation technology.
 class QelEnvChildFactory {
 public:
     /// A new, empty environment.
@@ -40,8 +40,8 @@ public:
     virtual ~QelEnvChildFactory() = default;
 };
 
-/// Finds the virtualisation technology of an environment by its type.  The libraries of the technologies register what
-/// they bring while they load; registration is complete before the first use, since lookups take no lock.
+/// Finds the virtualisation technology of an environment by its type.  The technologies' libraries register factories
+/// and updaters while they load.  Registration must be complete before the first lookup: lookups take no lock.
 class QelEnvFactory {
 public:
     [[nodiscard]] static QelEnvFactory& getInstance();
@@ -49,18 +49,18 @@ public:
     QelEnvFactory(const QelEnvFactory&) = delete;
     QelEnvFactory& operator=(const QelEnvFactory&) = delete;
 
-    /// Register for a type, in place of what was registered for it; a null pointer takes it out.
+    /// Registers an object for a type, replacing an earlier one; a null pointer unregisters it.
     void setChildFactory(const QelEnvType& type, boost::shared_ptr<QelEnvChildFactory> factory);
     void setEnvUpdater(const QelEnvType& type, boost::shared_ptr<QelEnvUpdater> updater);
 
-    /// The updater of a type, or null.
+    /// The updater for a type, or null.
     [[nodiscard]] boost::shared_ptr<QelEnvUpdater> getEnvUpdater(const QelEnvType& type) const;
 
-    /// A new environment of a type; null if the type is unknown or its factory makes something else.
+    /// A new environment of a type; null if the type is unknown or its factory creates an object of another class.
     [[nodiscard]] boost::shared_ptr<QelEnv> createEnv(const QelEnvType& type) const;
-    /// An environment over a record, of the record's type; a plain one for an unknown type.
+    /// An environment over a record, of the record's type; a plain one if the type is unknown.
     [[nodiscard]] boost::shared_ptr<QelEnv> createEnv(const boost::shared_ptr<QelEnvCoreBasic>& core) const;
-    /// A virtual configuration over a record, of the record's type; a plain one for an unknown type.
+    /// A virtual configuration over a record, of the record's type; a plain one if the type is unknown.
     [[nodiscard]] boost::shared_ptr<QelVEnvConfig>
     createVEnvConfig(const boost::shared_ptr<QelEnvCoreBasic>& core) const;
 

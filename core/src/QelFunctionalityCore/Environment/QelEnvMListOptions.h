@@ -7,13 +7,13 @@
 
 namespace Qel {
 
-/// What a request for a list of environments asks for.
+/// Filter of a request for a list of environments.
 struct QelEnvMListOptions {
     static constexpr int anyCount = -1;
 
-    int count = anyCount;          ///< at most so many environments
-    std::string type;              ///< of this type; empty for every type
-    std::set<QelEnvStatus> states; ///< in one of these states; empty for every state
+    int count = anyCount;          ///< maximum number of environments
+    std::string type;              ///< only this type; empty: all types
+    std::set<QelEnvStatus> states; ///< only these states; empty: all states
 
     using Reader = QelRecordReader<QelEnvMListOptions>;
     using Writer = QelRecordWriter<QelEnvMListOptions>;

@@ -6,12 +6,12 @@
 
 namespace Qel {
 
-/// The state that an environment is in and the transition that it goes through, both in the agent's own codes.
+/// The state of an environment and its current transition, both as codes that the agent defines.
 struct QelEnvStatus {
     QelEnvStatus() = default;
     QelEnvStatus(int inState, int inTransition) : state(inState), transition(inTransition) {}
 
-    /// By state, then by transition.
+    /// Orders by state, then by transition.
     friend auto operator<=>(const QelEnvStatus&, const QelEnvStatus&) = default;
 
     int state = 1;

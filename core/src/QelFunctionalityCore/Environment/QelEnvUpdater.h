@@ -8,22 +8,22 @@ namespace Qel {
 
 class QelEnv;
 
-/// Environments by their EIDs.
+/// A set of EIDs of environments.
 using QelEnvIDList = std::set<QelEID, QelEnvIDComparator>;
 
-/// What a virtualisation technology wants to know of the environments of its type.  Registered with QelEnvFactory.  The
-/// calls come outside the cache's lock and on the thread that changes the cache.
+/// Receives the changes of environments of one type, on behalf of a virtualisation technology.  Registered with
+/// QelEnvFactory.  Called without the cache lock, on the thread that changes the cache.
 class QelEnvUpdater {
 public:
-    /// An environment is about to enter the cache.  Anything but 0 keeps it out and is the caller's result.
+    /// Called before an environment enters the cache.  A nonzero result rejects it and becomes the caller's result.
     virtual int insertEnv(const QelEnv& env) = 0;
-    /// An environment is about to change.  Anything but 0 keeps the change out and is the caller's result.
+    /// Called before an environment changes.  A nonzero result rejects the change and becomes the caller's result.
     virtual int updateEnv(const QelEnv& env) = 0;
-    /// An environment is about to leave, or one that was announced didn't get in.
+    /// Called before an environment leaves the cache, and after the cache has rejected one that was offered.
     virtual int removeEnv(const QelEID& eid) = 0;
-    /// The children of one environment, as the cache knows them.
+    /// Receives the children of one environment that are in the cache.
     virtual void syncEnvList(const QelEID& parent, const QelEnvIDList& children) = 0;
-    /// 0 if the updater wants to hear of this environment.
+    /// Returns 0 if the updater wants to receive the changes of this environment.
     virtual int checkEnv(const QelEnv& env) = 0;
 
     QelEnvUpdater() = default;

@@ -14,7 +14,7 @@ void assign(QelOptionalProperty<std::string>& property, const char* text) {
         property.set(text);
 }
 
-const char* textOf(const QelOptionalProperty<std::string>& property) {
+const char* valueOrEmpty(const QelOptionalProperty<std::string>& property) {
     return property.isSpecified() ? property.get().c_str() : "";
 }
 
@@ -29,7 +29,7 @@ QelOS::QelOS(const char* kind, const char* name, const char* version, const char
 
 int QelOS::compare(const QelOS& other) const {
     for (const auto member : {&QelOS::osKind, &QelOS::osName, &QelOS::osVersion, &QelOS::osDetail})
-        if (const int order = strcasecmp(textOf(this->*member), textOf(other.*member)))
+        if (const int order = strcasecmp(valueOrEmpty(this->*member), valueOrEmpty(other.*member)))
             return order;
     return 0;
 }

@@ -13,7 +13,7 @@ struct QelOS {
     /// A null pointer leaves the field unspecified.
     QelOS(const char* kind, const char* name, const char* version, const char* detail);
 
-    /// Orders without regard to case by kind, name, version and detail; an unspecified field compares as an empty one.
+    /// Compares kind, name, version and detail, ignoring case; an unspecified field compares as an empty string.
     [[nodiscard]] int compare(const QelOS& other) const;
 
     QelOptionalProperty<std::string> osKind; ///< "linux", "windows"

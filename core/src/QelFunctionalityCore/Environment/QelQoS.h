@@ -8,7 +8,7 @@
 
 namespace Qel {
 
-/// A limit on one resource of an environment.  The unit is the resource's own.
+/// A limit on one resource of an environment.  The unit depends on the resource.
 struct QelQoS {
     /// No limit.
     static constexpr long long unlimited = std::numeric_limits<long long>::max();
@@ -16,22 +16,22 @@ struct QelQoS {
     QelQoS() = default;
     explicit QelQoS(const std::string& resource) : id(resource) {}
 
-    /// "soft:hard", or "hard" alone when the soft limit isn't specified.
+    /// "soft:hard", or only "hard" if the soft limit is not specified.
     [[nodiscard]] std::string toString() const;
-    /// Parses "soft:hard", or one number for both; -1, and nothing changed, if `text` doesn't begin with a number.  The
-    /// soft limit's value is stored without being specified: who wants it sent calls `softLimit.specify(true)`.
+    /// Parses "soft:hard", or a single number for both.  Returns -1 and changes nothing if `text` does not start with a
+    /// number.  Sets the value of the soft limit without specifying it: call `softLimit.specify(true)` to have it sent.
     int fromString(const std::string& text);
 
-    /// Orders by identifier, then hard limit, then, where both are specified, soft limit: -1, 0 or 1.
+    /// Orders by identifier, then hard limit, then soft limit if both are specified.  Returns -1, 0 or 1.
     [[nodiscard]] int compare(const QelQoS& other) const;
-    /// By identifier alone, so that a set holds one limit of each resource.
+    /// Orders by identifier only, so that a set holds one limit per resource.
     friend bool operator<(const QelQoS& a, const QelQoS& b) { return a.id < b.id; }
 
     std::string id;                           ///< the resource's name
-    QelOptionalProperty<long long> softLimit; ///< may be exceeded for a time
-    long long hardLimit = 0;                  ///< may not be exceeded
+    QelOptionalProperty<long long> softLimit; ///< may be exceeded temporarily
+    long long hardLimit = 0;                  ///< must not be exceeded
 
-    /// True for the limit of one resource.
+    /// Predicate that selects the limit of one resource.
     class CompareById {
     public:
         explicit CompareById(std::string resource) : m_resource(std::move(resource)) {}

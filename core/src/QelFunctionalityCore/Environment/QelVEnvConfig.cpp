@@ -42,7 +42,7 @@ template <class Limits> int QelVEnvConfig::getQoSLikeListExT(QelOptionalProperty
         if (cursor->getObj(limit, getEmptyID()) == 0) {
             limits.get().insert(limit);
         } else {
-            // An element without content marks a list that is specified and empty.
+            // An element without content represents a list that is specified and empty.
             if (cursor->firstChild() == 0) {
                 cursor->seekUp();
                 result = -1;

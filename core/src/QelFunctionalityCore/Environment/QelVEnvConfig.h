@@ -4,7 +4,7 @@
 
 namespace Qel {
 
-/// The configuration of a virtual environment: adds limits and the disabled flag to that of any environment.
+/// The configuration of a virtual environment: adds limits and the disabled flag to those of any environment.
 class QelVEnvConfig : public QelEnvConfig {
 public:
     using Reader = QelReaderAs<QelEnvConfig>;
@@ -18,15 +18,15 @@ public:
         : QelEnvConfig(std::move(core), EnvConfigType::virtualised) {}
     explicit QelVEnvConfig(const QelEnvConfig& other) : QelEnvConfig(other) {}
 
-    /// Whether the environment may not be started; false when the configuration doesn't tell.
+    /// Whether the environment must not be started; false if the configuration does not specify it.
     int getDisabled(bool& disabled) const;
     int setDisabled(bool disabled);
 
     int getQoSes(QelQoSListOptionalProperty& limits) const;
     int setQoSes(const QelQoSListOptionalProperty& limits);
-    /// The limit of the resource that the property's value names; unspecified when there is none.
+    /// Looks up the limit of the resource whose identifier is in the property's value; unspecified if there is none.
     int getQoS(QelOptionalProperty<QelQoS>& limit) const;
-    /// Replaces the limit of one resource.  Whether the property is specified has no effect.
+    /// Replaces the limit of one resource, whether or not the property is specified.
     int setQoS(const QelOptionalProperty<QelQoS>& limit);
 
 private:

@@ -9,7 +9,7 @@
 
 namespace Qel {
 
-/// What a virtualisation technology tells of itself.  It has no fields: the technologies derive theirs.
+/// Properties of a virtualisation technology.  It has no fields: each technology derives its own class.
 struct QelVtInfo {
     virtual ~QelVtInfo() = default;
 
@@ -32,7 +32,7 @@ struct QelVtSettings {
     using writer_type = Writer;
 };
 
-/// Configuration in a virtualisation technology's own form; derived by the technologies.
+/// Configuration in the native format of a virtualisation technology; each technology derives its own class.
 struct QelNativeConfig {
     virtual ~QelNativeConfig() = default;
 
@@ -42,7 +42,7 @@ struct QelNativeConfig {
     using writer_type = Writer;
 };
 
-/// Options of a request for an environment's logs; derived by the technologies.
+/// Options of a request for the logs of an environment; each technology derives its own class.
 struct QelLogOptions {
     virtual ~QelLogOptions() = default;
 

@@ -7,13 +7,13 @@
 
 namespace Qel {
 
-/// Owner of a file descriptor.  Operations return 0, or -1 with the reason in errno.
+/// Owns a file descriptor.  Operations return 0, or -1 with errno set.
 class QelFile {
 public:
-    static constexpr long long appendOffset = -1;   ///< in place of an offset: what is written goes to the end
-    static constexpr long long truncateOffset = -2; ///< in place of an offset: what the file held is dropped
+    static constexpr long long appendOffset = -1;   ///< as an offset: append to the file
+    static constexpr long long truncateOffset = -2; ///< as an offset: truncate the file
 
-    /// Takes over a descriptor; -1 is none.
+    /// Takes ownership of a descriptor; -1 for none.
     explicit QelFile(int descriptor = -1) : m_descriptor(descriptor) {}
     QelFile(const QelFile&) = delete;
     QelFile& operator=(const QelFile&) = delete;
@@ -21,18 +21,20 @@ public:
 
     [[nodiscard]] bool isOpened() const { return m_descriptor != -1; }
     [[nodiscard]] int descriptor() const { return m_descriptor; }
-    /// 0, or -1 if the file system could not store what was written.  This is closed in either case.
+    /// Returns 0, or -1 if the file system could not store data written earlier.  The file is closed in either case.
     int close();
 
-    /// Both open the file unless this is open already, and go to an offset above 0.  When either fails this is closed.
+    /// Both operations open the file unless one is already open, and seek to an offset above 0.  After a failure the
+    /// file is closed.
     ///
-    /// While a file is created the umask of the whole process is 0: the file gets just the mode that it is to have, and
-    /// so does one that another thread creates at that moment.
+    /// The umask of the whole process is 0 during the open, so that a new file gets exactly the requested mode.  So
+    /// does a file that another thread creates at that moment.
     ///
-    /// With `size` not null it becomes the number of bytes in the file behind the offset; below 0 if it ends before it.
+    /// If `size` is not null, it receives the number of bytes in the file after the offset; it is negative if the file
+    /// ends before the offset.
     [[nodiscard]] int openRead(const std::string& path, long long offset, long long* size);
-    /// Creates the file, with mode 0777 unless `attrs` tell another; one that exists is a failure without
-    /// QelFilerOptions::overwrite.
+    /// Creates the file with the mode in `attrs`, or 0777 if `attrs` is null.  Without QelFilerOptions::overwrite, an
+    /// existing file is an error.
     [[nodiscard]] int openWrite(const std::string& path, long long offset, const QelFilerOptions& options,
                                 const QelSecurityAttributes* attrs);
 

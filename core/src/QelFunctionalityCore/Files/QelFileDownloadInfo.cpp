@@ -43,7 +43,7 @@ int QelFileDownloadToFile::saveBuffer(const char* buffer, int length) {
     const ssize_t written = length < 0 ? 0 : ::write(m_file.descriptor(), buffer, static_cast<std::size_t>(length));
     if (written == length)
         return 0;
-    // A write that comes short leaves no reason in errno.  That of a file is that there is no room for the rest.
+    // A short write does not set errno.  For a file it means that there is no space for the rest.
     const int error = written == -1 ? errno : ENOSPC;
     setErrorMessage("Cannot write to file \"%s\": %s [%d]", dst.c_str(), std::strerror(error), error);
     return -1;

@@ -7,20 +7,20 @@
 
 namespace Qel {
 
-/// The end of a transfer that takes the bytes.  `path` is the name at the other end.  On the wire it is a QelFileInfo.
+/// The receiving end of a transfer.  `path` is the name at the sending end.  Sent as a QelFileInfo.
 struct QelFileDownloadInfo : QelFileInfo {
-    /// The attributes stay the caller's; null for none.
+    /// The caller keeps ownership of the attributes, which may be null.
     QelFileDownloadInfo(const std::string& destination, const std::string& src, long long fileSize,
                         long long fileOffset, const QelFilerOptions& fileOptions,
                         const QelSecurityAttributes* attributes);
 
-    std::string dst; ///< the file here; empty if there is none
+    std::string dst; ///< local file; empty if there is none
     QelFilerOptions options;
     const QelSecurityAttributes* attrs; ///< not owned; may be null
 
     [[nodiscard]] std::string getDst() const override { return dst; }
 
-    /// Takes the next block.  0, or -1.  Here it is added to the data.
+    /// Processes the next block.  Returns 0 or -1.  This implementation appends the block to `data`.
     [[nodiscard]] virtual int saveBuffer(const char* buffer, int length);
     virtual void setDst(const std::string& destination) { dst = destination; }
     [[nodiscard]] virtual const QelFilerOptions& getOptions() const { return options; }
@@ -34,17 +34,18 @@ struct QelFileDownloadInfo : QelFileInfo {
     using writer_type = Writer;
 };
 
-/// Writes the blocks into a file.  QelFile::appendOffset and truncateOffset may stand for the offset.
+/// Writes the blocks to a file.  The offset may be QelFile::appendOffset or truncateOffset.
 struct QelFileDownloadToFile : QelFileDownloadInfo {
     QelFileDownloadToFile(const std::string& src, const std::string& destination, long long fileSize,
                           long long fileOffset, const QelFilerOptions& fileOptions,
                           const QelSecurityAttributes* attributes);
-    /// Writes to a descriptor that it takes over.
+    /// Takes ownership of a descriptor and writes to it.
     QelFileDownloadToFile(const std::string& src, int descriptor, long long fileSize, long long fileOffset);
 
     [[nodiscard]] int start() override;
     void finish() override;
-    /// -1, with the error message set, if not all of it could be written; what could stays in the file.
+    /// Returns -1 and sets the error message if the block could not be written completely; the part that was written
+    /// stays in the file.
     [[nodiscard]] int saveBuffer(const char* buffer, int length) override;
 
 private:

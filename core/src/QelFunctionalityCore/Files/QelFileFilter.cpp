@@ -9,7 +9,7 @@ namespace {
 
 using Filter = QelFileFilter;
 
-/// The three forms in which an owner is told.
+/// The three forms of an owner: name, number, or range of numbers.
 struct Owner {
     int nameElement, numberElement, fromElement, toElement;
     unsigned nameBit, numberBit, rangeBit;

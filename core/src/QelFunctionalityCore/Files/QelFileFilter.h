@@ -6,7 +6,8 @@
 
 namespace Qel {
 
-/// Which files a search is for.  A criterion counts if its bit is in the mask.
+/// Criteria of a file search.  A criterion applies if its bit is in the mask.  Reading always returns 0: a field that
+/// cannot be read is not a criterion.
 struct QelFileFilter {
     enum ValidMask : unsigned {
         validType = 1,
@@ -23,33 +24,32 @@ struct QelFileFilter {
         validName = 2048,
         validPath = 4096,
     };
-    /// Numbers of users or groups, both ends included.
+    /// A range of user or group IDs, including both ends.
     struct Range {
         int from = 0;
         int to = 0;
     };
 
-    std::string name; ///< may hold any bytes, as may `path`
+    std::string name; ///< may contain any bytes, as may `path`
     int type = 0;
-    std::string path;   ///< where the search begins
+    std::string path;   ///< where the search starts
     long mtimeFrom = 0; ///< seconds since the epoch, as is `mtimeTo`
     long mtimeTo = 0;
     long long sizeFrom = 0; ///< bytes, as is `sizeTo`
     long long sizeTo = 0;
-    /// The owner, and the group, is told in one of three forms.  A writer takes the range before the name and the name
-    /// before the number; a reader takes the name before the number, and that before the range.
+    /// Owner and group each have three forms, of which one applies.  Writing prefers the range, then the name, then the
+    /// number.  Reading prefers the name, then the number, then the range.
     Range userRange;
     std::string userName;
     int uid = 0;
     Range groupRange;
     std::string groupName;
     int gid = 0;
-    unsigned validMask = 0; ///< of ValidMask
+    unsigned validMask = 0; ///< bits of ValidMask
 
     void setValid(unsigned bit) { validMask |= bit; }
     [[nodiscard]] bool isValid(unsigned bit) const { return (validMask & bit) != 0; }
 
-    /// Always 0: what can't be read isn't a criterion.
     using Reader = QelRecordReader<QelFileFilter>;
     using Writer = QelRecordWriter<QelFileFilter>;
     using reader_type = Reader;

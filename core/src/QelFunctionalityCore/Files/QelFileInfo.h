@@ -6,31 +6,32 @@
 
 namespace Qel {
 
-/// A file, or a piece of one, on its way between two agents.
+/// A file, or a part of one, in transfer between two agents.
 ///
-/// A transport calls start(), then moves blocks (see the classes of the two ends), then finish(), and needs not know
-/// whether the bytes are in memory or on disk.
+/// A transport calls start(), moves blocks (see the classes of the two ends), then calls finish().  It does not need to
+/// know whether the bytes are in memory or on disk.
+///
+/// Reading returns the result for the path: a size, an offset or data that cannot be read are left unchanged.
 struct QelFileInfo {
     static constexpr long long unknownSize = -1;
-    /// Bytes that one block holds at most.
+    /// Maximum number of bytes in a block.
     static constexpr int maxBlockSize = 0x80000;
 
     explicit QelFileInfo(const std::string& filePath = {}, long long fileSize = unknownSize, long long fileOffset = 0)
         : path(filePath), size(fileSize), offset(fileOffset) {}
     virtual ~QelFileInfo() = default;
 
-    std::string path; ///< may hold any bytes; of which end, the classes of the ends tell
-    long long size;   ///< bytes to move
-    long long offset; ///< of the first of them in the file
-    std::string data; ///< them, if they are in memory
+    std::string path; ///< may contain any bytes; the classes of the two ends specify which end it names
+    long long size;   ///< bytes to transfer
+    long long offset; ///< position of the first byte in the file
+    std::string data; ///< the bytes, if they are in memory
 
-    /// 0, or -1 with the error message set.
+    /// Returns 0, or -1 with the error message set.
     [[nodiscard]] virtual int start() { return 0; }
     virtual void finish() {}
     [[nodiscard]] virtual std::string getSrc() const { return path; }
     [[nodiscard]] virtual std::string getDst() const { return path; }
 
-    /// The result is that of the path: a size, an offset or data that can't be read stay as they were.
     using Reader = QelRecordReader<QelFileInfo>;
     using Writer = QelRecordWriter<QelFileInfo>;
     using reader_type = Reader;

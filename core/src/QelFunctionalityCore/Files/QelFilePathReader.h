@@ -7,20 +7,21 @@ namespace Qel {
 
 class QelMessageIterator;
 
-/// What the requests to the file service have in common.
+/// Common to the requests of the file service.
 struct QelFilerBase {
-    /// At the start of a path: the folder for the uploads of the client that sent the message.
+    /// As the start of a path: the upload folder of the client that sent the message.
     static constexpr std::string_view SESSION_DIR = "$SESSION$";
 };
 
-/// Reads a path from the current element, in base64.  SESSION_DIR at its start gives way to the client's upload folder,
-/// which is created if need be.  The client is the message's session, or without one its origin.
+/// Reads a base64-encoded path from the current element.  SESSION_DIR at its start is replaced by the client's upload
+/// folder, which is created if necessary.  The session of the message identifies the client; without a session, its
+/// origin does.
 ///
-/// 0, or -1 with the path as it was: without a path, or, with the error message set, without a client that has a
-/// folder.
+/// Returns 0, or -1 with `path` unchanged if the element has no path or the client has no folder.  In the latter case
+/// the error message is set.
 ///
-/// The replacement is one of text: what follows is not looked at, so that "$SESSION$/.." leads out of the folder.  Who
-/// gives access by such a path has to look where it leads.
+/// The rest of the path is not checked: "$SESSION$/.." leads out of the folder.  A caller that grants access by such a
+/// path must check where it leads.
 struct QelFilePathReader {
     int operator()(const QelMessageIterator& cursor, std::string& path) const;
 };

@@ -22,14 +22,14 @@ constexpr int linksElement = 1136;
 constexpr int linkTargetElement = 1137;
 constexpr int extraElement = 1798;
 
-/// The mask of attributes, as a record.
+/// The attribute mask as a record.
 struct AttributeMask {
     unsigned mask = 0;
 };
 
 } // namespace
 
-// Its own table names it, since a file has files.
+// Declared before the table that refers to it: the children of a file are files.
 template <> const QelWireLayout& qelWireLayout<QelFileType>();
 
 template <> struct Wire<QelFileType> : WireWords<QelFileType> {

@@ -9,7 +9,8 @@
 
 namespace Qel {
 
-/// A file, with its children if it is a folder.  An attribute is known if its bit is in the mask.
+/// A file and, for a folder, its children.  An attribute is known if its bit is in the mask.  Reading returns -1 if the
+/// name is missing or a child cannot be read.
 struct QelFileType {
     enum ValidMask : unsigned {
         validType = 0x1,
@@ -22,38 +23,37 @@ struct QelFileType {
         validTime = 0x80,
         validLinks = 0x100,
         validLinkTarget = 0x200,
-        validName = 0x400, ///< off after a read, which needs the name and so has nothing to tell of it
+        validName = 0x400, ///< cleared by reading: the name is required and always known
         validExtra = 0x800,
     };
 
-    std::vector<boost::shared_ptr<QelFileType>> children; ///< none is null: a null one can't be written
-    std::string name;                                     ///< may hold any bytes, as may `linkTarget`
+    std::vector<boost::shared_ptr<QelFileType>> children; ///< no null elements: they cannot be written
+    std::string name;                                     ///< may contain any bytes, as may `linkTarget`
     int type = 0;
-    int mode = 0; ///< of chmod(2)
+    int mode = 0; ///< as in chmod(2)
     std::string ownerName;
     int uid = 0;
     std::string groupName;
     int gid = 0;
     long long size = 0; ///< bytes
     long mtime = 0;     ///< seconds since the epoch
-    int links = 0;      ///< names that the file has
+    int links = 0;      ///< hard links
     std::string linkTarget;
     std::string extra;
     std::vector<long long> values;
-    unsigned validMask = 0; ///< of ValidMask
+    unsigned validMask = 0; ///< bits of ValidMask
 
     void setValid(unsigned bit) { validMask |= bit; }
     [[nodiscard]] bool isValid(unsigned bit) const { return (validMask & bit) != 0; }
 
-    /// -1 without a name, or with a child that can't be read.
     using Reader = QelRecordReader<QelFileType>;
     using Writer = QelRecordWriter<QelFileType>;
     using reader_type = Reader;
     using writer_type = Writer;
 };
 
-/// Which attributes a request wants: bits of QelFileType::ValidMask, each told by an empty element that has the ID of
-/// the attribute.  Both return 0; the reader replaces the mask.
+/// Which attributes a request wants: bits of QelFileType::ValidMask.  A bit is encoded as an empty element with the ID
+/// of the attribute.  Both functions return 0.  The reader replaces the mask.
 int QelReaderFileTypeMask(const QelMessageIterator& cursor, unsigned& mask);
 int QelWriterFileTypeMask(QelMessageIterator& cursor, unsigned mask);
 

@@ -62,13 +62,14 @@ int QelFileUploadFromFile::start() {
         return -1;
     }
     m_capacity = static_cast<int>(std::clamp<long long>(size, 0, maxBlockSize));
-    // Not set to zeros: every byte that is handed out was read before.
+    // Not zero-initialised: only bytes that were read are returned.
     m_buffer.reset(new char[static_cast<std::size_t>(m_capacity)]);
     return 0;
 }
 
 int QelFileUploadFromFile::fillBuffer(const char*& buffer, int& length) {
-    // The end of the file leaves errno alone, and the message is not to tell of an error that was long before.
+    // At the end of the file, read() does not set errno.  Clear it, so that the message does not report an earlier
+    // error.
     errno = 0;
     length = static_cast<int>(
         ::read(m_file.descriptor(), m_buffer.get(), static_cast<std::size_t>(std::clamp(length, 0, m_capacity))));

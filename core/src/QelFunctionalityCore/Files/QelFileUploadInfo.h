@@ -8,20 +8,22 @@
 
 namespace Qel {
 
-/// The end of a transfer that gives the bytes.  `path` is the name at the other end.  On the wire it is a QelFileInfo.
+/// The sending end of a transfer.  `path` is the name at the receiving end.  Sent as a QelFileInfo.
 struct QelFileUploadInfo : QelFileInfo {
-    /// With `bytes` not null, takes `fileSize` of them, or with unknownSize a C string, whose length becomes the size.
+    /// If `bytes` is not null, copies `fileSize` bytes from it.  With unknownSize, `bytes` is a C string and its length
+    /// becomes the size.
     QelFileUploadInfo(const std::string& source, const std::string& dst, long long fileSize, long long fileOffset,
                       const char* bytes);
     QelFileUploadInfo(const std::string& dst, long long fileSize, long long fileOffset, const char* bytes);
 
-    std::string src; ///< the file here; empty if there is none
+    std::string src; ///< local file; empty if there is none
 
     [[nodiscard]] std::string getSrc() const override { return src; }
 
-    /// The next block, which stays this object's and lasts until the next call.  0, or -1.
+    /// Returns the next block, which this object owns and which is valid until the next call.  The result is 0 or -1.
     ///
-    /// Here it is all the data at once, `length` being set to its size; -1 if that isn't `size`, or above 2^31 - 1.
+    /// This implementation returns all the data at once and sets `length` to its size.  It fails if that is not `size`
+    /// or is above 2^31 - 1.
     [[nodiscard]] virtual int fillBuffer(const char*& buffer, int& length);
     virtual void setSrc(const std::string& source) { src = source; }
 
@@ -31,18 +33,18 @@ struct QelFileUploadInfo : QelFileInfo {
     using writer_type = Writer;
 };
 
-/// Gives the bytes of a file, block by block.
+/// Reads the blocks from a file.
 struct QelFileUploadFromFile : QelFileUploadInfo {
-    /// With unknownSize the size becomes that of the file behind the offset; it stays unknown if the file can't be
-    /// opened, which start() will tell.
+    /// With unknownSize, the size becomes the number of bytes in the file after the offset.  If the file cannot be
+    /// opened, the size stays unknown and start() reports the error.
     QelFileUploadFromFile(const std::string& source, const std::string& dst, long long fileSize, long long fileOffset);
-    /// Without a file until setSrc() names it.  The descriptor isn't used.
+    /// Has no file until setSrc() names one.  The descriptor is ignored.
     QelFileUploadFromFile(int descriptor, const std::string& dst, long long fileSize, long long fileOffset);
 
     [[nodiscard]] int start() override;
     void finish() override;
-    /// Reads at most `length` bytes, and no more than a block or what start() was told is there; `length` becomes what
-    /// was read.  -1, with the error message set, if that is nothing: nobody asks for bytes that aren't there.
+    /// Reads at most `length` bytes, limited to a block and to `size`, and sets `length` to the number of bytes read.
+    /// Returns -1 and sets the error message if no bytes are read, which includes the end of the file.
     [[nodiscard]] int fillBuffer(const char*& buffer, int& length) override;
 
 private:

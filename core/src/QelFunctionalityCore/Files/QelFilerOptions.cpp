@@ -8,7 +8,7 @@ namespace {
 
 using Options = QelFilerOptions;
 
-// The element by itself is the one flag, and with the other element in it the other.
+// The outer element alone encodes option1138; with the inner element it encodes option1139.
 constexpr int outerElement = 1138;
 constexpr int innerElement = 1139;
 

@@ -4,13 +4,14 @@
 
 namespace Qel {
 
-/// Flags of a file operation.  What those without a name of their own mean lies with the file service.
+/// Flags of a file operation.  The file service defines the meaning of the numbered ones.  Reading always returns 0 and
+/// replaces all flags.
 struct QelFilerOptions {
     enum Flag : unsigned {
         overwrite = 1, ///< an existing file may be written to
         option1151 = 2,
         option1140 = 4,
-        option1138 = 16, ///< the two exclude each other: with both, option1139 is what reaches the reader
+        option1138 = 16, ///< excludes option1139: if both are set, the reader gets option1139
         option1139 = 32,
         option1170 = 64,
         option1174 = 128,
@@ -22,7 +23,6 @@ struct QelFilerOptions {
 
     [[nodiscard]] bool has(Flag flag) const { return (flags & flag) != 0; }
 
-    /// Always 0; what was set before is forgotten.
     using Reader = QelRecordReader<QelFilerOptions>;
     using Writer = QelRecordWriter<QelFilerOptions>;
     using reader_type = Reader;

@@ -4,9 +4,9 @@
 
 namespace Qel {
 
-/// What a new file is created with.
+/// Attributes of a new file.
 struct QelSecurityAttributes {
-    int mode = 0777; ///< permissions, as of chmod(2); the process's umask takes nothing from them
+    int mode = 0777; ///< permissions as in chmod(2), not restricted by the umask
 
     using Reader = QelRecordReader<QelSecurityAttributes>;
     using Writer = QelRecordWriter<QelSecurityAttributes>;

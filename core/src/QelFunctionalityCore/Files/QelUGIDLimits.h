@@ -4,7 +4,7 @@
 
 namespace Qel {
 
-/// Four limits on the numbers of users and groups.  What each of them bounds lies with the host's user service.
+/// Four limits on user and group IDs.  The host's user service defines what each of them limits.
 struct QelUGIDLimits {
     int limit1 = 0;
     int limit2 = 0;

@@ -4,7 +4,7 @@
 
 namespace Qel {
 
-/// A name of the form TYPE://PATH.  Neither part is escaped or looked into.
+/// A name of the form TYPE://PATH.  Neither part is escaped or interpreted.
 class QelURI {
 public:
     QelURI() = default;
@@ -14,10 +14,10 @@ public:
 
     /// Whether there is a type.
     [[nodiscard]] virtual bool isValid() const;
-    /// Takes both parts from a text, split at its first "://".  A text without that, or with less than two characters
-    /// before it, leaves both empty: one letter is a drive.
+    /// Splits a string at its first "://".  Without a separator, or with fewer than two characters before it, both
+    /// parts become empty: a single letter is a drive.
     virtual void setUri(const std::string& uri);
-    /// The text; empty if there is no type.
+    /// The string; empty if there is no type.
     [[nodiscard]] virtual std::string getUri() const;
 
     void setUriType(const std::string& type) { m_type = type; }

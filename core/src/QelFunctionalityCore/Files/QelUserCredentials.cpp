@@ -12,7 +12,7 @@ constexpr int userNumber = 1030;
 constexpr int groupName = 1029;
 constexpr int groupNumber = 1027;
 
-// Numbers of users cross the wire as signed ones.
+// User IDs are sent as signed numbers.
 int readUid(const QelMessageIterator& cursor, QelUserCredentials& credentials) {
     return cursor.seekPresence(userName) == 0 ? 0 : QelUserCredentials::getUid(cursor, credentials.uid);
 }

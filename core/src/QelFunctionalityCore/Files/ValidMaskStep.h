@@ -2,7 +2,7 @@
 
 #include "QelMessage/QelMessageIterator.h"
 
-// The step of a table at which a record forgets which fields were set before it was read.  For source files only.
+// A table step that clears the validity mask of a record before its fields are read.  For source files only.
 
 namespace Qel::Internal {
 
