@@ -226,7 +226,7 @@ TEST(QelInfoTest, ATextThatDoublesAtEveryLevelIsCutOff) {
     const std::string filler(10'000, '.');
     for (const std::string& format : {"%p%%p%" + filler, "%p%%p%%" + filler + "%"}) {
         EXPECT_LE(nested(200, format).toString().size(), QelInfo::mostWork);
-        EXPECT_EQ(getErrorMessage(), "the text of an info takes more than 67108864 characters to make and is cut off");
+        EXPECT_EQ(getErrorMessage(), "expanding an info takes more than 67108864 characters; its text is truncated");
         clearErrorMessage();
     }
     EXPECT_EQ(nested(200, "%p%%p%%q%").getParameterByPath("p/q"), "") << "a path makes no text but its own";
@@ -270,7 +270,7 @@ TEST(QelInfoTest, WorkUpToTheLimitIsDoneAndNoMore) {
     EXPECT_EQ(formatted("%x%", {parameter("x", std::string(longest, '-'))}).toString().size(), longest);
     EXPECT_EQ(getErrorMessage(), "");
     EXPECT_EQ(formatted("%x%", {parameter("x", std::string(longest + 1, '-'))}).toString().size(), 0U);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("is cut off"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("is truncated"));
 }
 
 TEST(QelInfoTest, ATextCostsNoMoreAllocationsForMorePlaceholders) {

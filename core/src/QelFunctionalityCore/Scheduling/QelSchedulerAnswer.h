@@ -8,23 +8,23 @@
 
 namespace Qel {
 
-/// A trigger's answer for its caller: a time that a long can't hold is no time.
+/// Converts a computed run time to the result of a trigger; qelNoTime if it does not fit in a long.
 [[nodiscard]] constexpr long toAnswer(std::int64_t time) {
     return std::in_range<long>(time) ? static_cast<long>(time) : qelNoTime;
 }
 
-/// The same, where the time must not lie behind the trigger's end.
+/// Like toAnswer(), but also qelNoTime if the time is after the trigger's end.
 [[nodiscard]] inline long toAnswerUntil(const QelSchedulerTrigger& trigger, std::int64_t time) {
     return trigger.end != qelNoTime && time > trigger.end ? qelNoTime : toAnswer(time);
 }
 
-/// Whether the trigger's end has passed.
+/// Returns whether the trigger's end has passed.
 [[nodiscard]] inline bool isOver(const QelSchedulerTrigger& trigger, long now) {
     return trigger.end != qelNoTime && trigger.end < now;
 }
 
-/// The result where the calendar needn't be asked: a negative time has no answer, and a trigger that is over no more
-/// runs.  Nothing otherwise.
+/// Handles the cases that need no calendar: a negative time is an error, and a trigger whose end has passed has no more
+/// runs.  Otherwise returns nullopt.
 [[nodiscard]] inline std::optional<int> answerAtOnce(const QelSchedulerTrigger& trigger, long now, long& next) {
     if (now < 0)
         return -1;

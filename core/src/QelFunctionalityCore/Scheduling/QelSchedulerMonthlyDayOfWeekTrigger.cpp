@@ -12,7 +12,7 @@ namespace Qel {
 int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) const {
     if (const auto result = answerAtOnce(*this, now, next))
         return *result;
-    // Unlike the trigger with days of the month this one looks at the present month.
+    // Starts at the current month, unlike QelSchedulerMonthlyTrigger.
     const long from = std::max(start, now);
     long timeOfDay = 0;
     std::tm month{};
@@ -27,7 +27,7 @@ int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) co
         const QelSchedulerMonthDuration runs(monthStart, weekDays, weekNumbers);
         if (!runs.isValid())
             return -1;
-        // A run that isn't after the start gives up the rest of the month.
+        // A run not after the start discards the rest of the month.
         if (const std::int64_t run = runs.getNextRunTime(now); run != runs.end && run > start) {
             next = toAnswer(run);
             return 0;
@@ -40,7 +40,7 @@ int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) co
     const QelSchedulerMonthDuration runs(monthStart, weekDays, weekNumbers);
     if (!runs.isValid())
         return -1;
-    // The trigger's end isn't asked, here or above.
+    // As above, the run is not compared with the trigger's end.
     next = toAnswer(runs.getNextRunTime(now));
     return 0;
 }
