@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
-#include "QelFunctionalityCore/Scheduling/QelSchedulerAnswer.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerRunTime.h"
 
 namespace Qel {
 
@@ -28,7 +28,7 @@ std::optional<std::int64_t> addSteps(std::int64_t start, std::int64_t now, std::
 } // namespace
 
 int QelSchedulerDailyTrigger::getNextRunTime(long now, long& next) const {
-    if (const auto result = answerAtOnce(*this, now, next))
+    if (const auto result = resultWithoutCalendar(*this, now, next))
         return *result;
     if (start > now) {
         next = start;
@@ -36,7 +36,7 @@ int QelSchedulerDailyTrigger::getNextRunTime(long now, long& next) const {
     }
     if (interval.isSpecified() && interval.get() != 0) {
         const auto run = addSteps(start, now, interval.get() * secondsPerDay);
-        next = run ? toAnswerUntil(*this, *run) : qelNoTime;
+        next = run ? toRunTimeUntilEnd(*this, *run) : qelNoTime;
         return 0;
     }
     const auto nextDay = addSteps(start, now, secondsPerDay);
@@ -53,7 +53,7 @@ int QelSchedulerDailyTrigger::getNextRunTime(long now, long& next) const {
         // Weekends only; `weekendsOnly` is not evaluated.  A Saturday is already a run day.
         run += (saturday - local.tm_wday) * secondsPerDay;
     }
-    next = toAnswerUntil(*this, run);
+    next = toRunTimeUntilEnd(*this, run);
     return 0;
 }
 

@@ -127,11 +127,11 @@ int QelSchedulerMonthDuration::addLastDay(const Month& month) {
 
 int QelSchedulerMonthDuration::getLastDayOfMonth(int month, int year, int& last) {
     // The 32nd day of a month rolls over into the next month by 32 minus the length of the month.
-    constexpr int beyondAnyMonth = 32;
+    constexpr int pastAnyMonth = 32;
     std::tm rolled{};
-    if (makeDate(year, month, beyondAnyMonth, rolled) != 0)
+    if (makeDate(year, month, pastAnyMonth, rolled) != 0)
         return -1;
-    last = beyondAnyMonth - rolled.tm_mday;
+    last = pastAnyMonth - rolled.tm_mday;
     return 0;
 }
 

@@ -3,14 +3,14 @@
 #include <algorithm>
 
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
-#include "QelFunctionalityCore/Scheduling/QelSchedulerAnswer.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerCalendar.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthly.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerRunTime.h"
 
 namespace Qel {
 
 int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) const {
-    if (const auto result = answerAtOnce(*this, now, next))
+    if (const auto result = resultWithoutCalendar(*this, now, next))
         return *result;
     // Starts at the current month, unlike QelSchedulerMonthlyTrigger.
     const long from = std::max(start, now);
@@ -29,7 +29,7 @@ int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) co
             return -1;
         // A run not after the start discards the rest of the month.
         if (const std::int64_t run = runs.getNextRunTime(now); run != runs.end && run > start) {
-            next = toAnswer(run);
+            next = toRunTime(run);
             return 0;
         }
     }
@@ -41,7 +41,7 @@ int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) co
     if (!runs.isValid())
         return -1;
     // As above, the run is not compared with the trigger's end.
-    next = toAnswer(runs.getNextRunTime(now));
+    next = toRunTime(runs.getNextRunTime(now));
     return 0;
 }
 

@@ -3,14 +3,14 @@
 #include <algorithm>
 
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
-#include "QelFunctionalityCore/Scheduling/QelSchedulerAnswer.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerCalendar.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthly.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerRunTime.h"
 
 namespace Qel {
 
 int QelSchedulerMonthlyTrigger::getNextRunTime(long now, long& next) const {
-    if (const auto result = answerAtOnce(*this, now, next))
+    if (const auto result = resultWithoutCalendar(*this, now, next))
         return *result;
     long timeOfDay = 0;
     std::tm first{};
@@ -29,7 +29,7 @@ int QelSchedulerMonthlyTrigger::getNextRunTime(long now, long& next) const {
         if (!runs.isValid())
             return -1;
         if (const std::int64_t run = runs.getNextRunTime(now); run != runs.end) {
-            next = toAnswer(run);
+            next = toRunTime(run);
             return 0;
         }
     }
@@ -40,7 +40,7 @@ int QelSchedulerMonthlyTrigger::getNextRunTime(long now, long& next) const {
     const QelSchedulerMonthDuration runs(monthStart, days);
     if (!runs.isValid())
         return -1;
-    next = toAnswerUntil(*this, runs.getNextRunTime(now));
+    next = toRunTimeUntilEnd(*this, runs.getNextRunTime(now));
     return 0;
 }
 

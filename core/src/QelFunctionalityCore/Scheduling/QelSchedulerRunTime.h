@@ -9,13 +9,13 @@
 namespace Qel {
 
 /// Converts a computed run time to the result of a trigger; qelNoTime if it does not fit in a long.
-[[nodiscard]] constexpr long toAnswer(std::int64_t time) {
+[[nodiscard]] constexpr long toRunTime(std::int64_t time) {
     return std::in_range<long>(time) ? static_cast<long>(time) : qelNoTime;
 }
 
-/// Like toAnswer(), but also qelNoTime if the time is after the trigger's end.
-[[nodiscard]] inline long toAnswerUntil(const QelSchedulerTrigger& trigger, std::int64_t time) {
-    return trigger.end != qelNoTime && time > trigger.end ? qelNoTime : toAnswer(time);
+/// Like toRunTime(), but also qelNoTime if the time is after the trigger's end.
+[[nodiscard]] inline long toRunTimeUntilEnd(const QelSchedulerTrigger& trigger, std::int64_t time) {
+    return trigger.end != qelNoTime && time > trigger.end ? qelNoTime : toRunTime(time);
 }
 
 /// Returns whether the trigger's end has passed.
@@ -25,7 +25,8 @@ namespace Qel {
 
 /// Handles the cases that need no calendar: a negative time is an error, and a trigger whose end has passed has no more
 /// runs.  Otherwise returns nullopt.
-[[nodiscard]] inline std::optional<int> answerAtOnce(const QelSchedulerTrigger& trigger, long now, long& next) {
+[[nodiscard]] inline std::optional<int> resultWithoutCalendar(const QelSchedulerTrigger& trigger, long now,
+                                                              long& next) {
     if (now < 0)
         return -1;
     if (!isOver(trigger, now))
