@@ -225,7 +225,7 @@ TEST(QelInfoTest, TruncatesExponentialExpansion) {
     EXPECT_EQ(getErrorMessage(), "");
     const std::string filler(10'000, '.');
     for (const std::string& format : {"%p%%p%" + filler, "%p%%p%%" + filler + "%"}) {
-        EXPECT_LE(nested(200, format).toString().size(), QelInfo::mostWork);
+        EXPECT_LE(nested(200, format).toString().size(), QelInfo::expansionLimit);
         EXPECT_EQ(getErrorMessage(), "expanding an info takes more than 67108864 characters; its text is truncated");
         clearErrorMessage();
     }
@@ -236,16 +236,17 @@ TEST(QelInfoTest, TruncatesExponentialExpansion) {
 TEST(QelInfoTest, ExpandsTextOfExactlyTheBudget) {
     clearErrorMessage();
     // The budget counts the characters of each format, plus one per format.
-    EXPECT_EQ(QelInfo(std::string(QelInfo::mostWork - 1, '-'), "", false).toString().size(), QelInfo::mostWork - 1);
+    EXPECT_EQ(QelInfo(std::string(QelInfo::expansionLimit - 1, '-'), "", false).toString().size(),
+              QelInfo::mostWork - 1);
     EXPECT_EQ(getErrorMessage(), "");
-    EXPECT_EQ(QelInfo(std::string(QelInfo::mostWork, '-'), "", false).toString(), "");
+    EXPECT_EQ(QelInfo(std::string(QelInfo::expansionLimit, '-'), "", false).toString(), "");
     EXPECT_NE(getErrorMessage(), "");
     clearErrorMessage();
 }
 
 TEST(QelInfoTest, ParameterMayUseRemainingBudget) {
     const std::string format = "%x%";
-    const std::size_t left = QelInfo::mostWork - (format.size() + 1);
+    const std::size_t left = QelInfo::expansionLimit - (format.size() + 1);
     clearErrorMessage();
     EXPECT_EQ(formatted(format, {parameter("x", std::string(left - 1, '-'))}).toString().size(), left - 1);
     EXPECT_EQ(getErrorMessage(), "");
@@ -265,7 +266,7 @@ TEST(QelInfoTest, TruncatesRepeatedParameter) {
 TEST(QelInfoTest, StopsExactlyAtBudget) {
     // Each text costs its characters plus one.
     constexpr std::size_t costOfFormat = 4;
-    constexpr std::size_t longest = QelInfo::mostWork - costOfFormat - 1;
+    constexpr std::size_t longest = QelInfo::expansionLimit - costOfFormat - 1;
     clearErrorMessage();
     EXPECT_EQ(formatted("%x%", {parameter("x", std::string(longest, '-'))}).toString().size(), longest);
     EXPECT_EQ(getErrorMessage(), "");

@@ -10,7 +10,7 @@
 
 namespace Qel {
 
-/// An environment left its normal range or returned to it.  Abstract root of the alerts: it has no factory, so only
+/// An environment left its normal range or returned to it.  Common root of the alerts, without a factory: only
 /// derived alerts are created from messages.
 struct QelAlertData : QelEventData {
     using AlertType = QelAlertType;

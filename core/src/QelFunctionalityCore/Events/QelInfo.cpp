@@ -73,7 +73,7 @@ private:
         m_isTruncated = work > m_budget;
         if (m_isTruncated)
             setErrorMessage("expanding an info takes more than %zu characters; its text is truncated",
-                            QelInfo::mostWork);
+                            QelInfo::expansionLimit);
         else
             m_budget -= work;
         return !m_isTruncated;
@@ -81,7 +81,7 @@ private:
 
     FormatOf m_formatOf;
     std::string m_text;
-    std::size_t m_budget = QelInfo::mostWork;
+    std::size_t m_budget = QelInfo::expansionLimit;
     bool m_isTruncated = false;
 };
 

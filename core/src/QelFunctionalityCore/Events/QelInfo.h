@@ -26,7 +26,7 @@ struct QelInfo {
     /// Budget of one expansion: format characters plus parameters, equal to the size limit of a message.  An info that
     /// references each parameter once never exceeds it.  One that repeats its parameters at every level grows
     /// exponentially; its text is truncated at this limit.
-    static constexpr std::size_t mostWork = std::size_t{64} << 20;
+    static constexpr std::size_t expansionLimit = std::size_t{64} << 20;
 
     // Results of serializeToString() and deserializeFromString().
     static constexpr int badText = -5;

@@ -35,7 +35,7 @@ struct QelNetDevice {
 };
 
 /// Returns -1 and leaves the cursor at the element of the kind if that is not a known kind.  All other fields may be
-/// missing or malformed and are then left unchanged.
+/// missing or malformed and are then left unchanged, except that a missing flag reads as false.
 struct QelNetDevice::Reader {
     int operator()(const QelMessageIterator& cursor, QelNetDevice& device) const;
 };
