@@ -237,7 +237,7 @@ TEST(QelInfoTest, ExpandsTextOfExactlyTheBudget) {
     clearErrorMessage();
     // The budget counts the characters of each format, plus one per format.
     EXPECT_EQ(QelInfo(std::string(QelInfo::expansionLimit - 1, '-'), "", false).toString().size(),
-              QelInfo::mostWork - 1);
+              QelInfo::expansionLimit - 1);
     EXPECT_EQ(getErrorMessage(), "");
     EXPECT_EQ(QelInfo(std::string(QelInfo::expansionLimit, '-'), "", false).toString(), "");
     EXPECT_NE(getErrorMessage(), "");
