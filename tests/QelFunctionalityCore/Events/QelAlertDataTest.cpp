@@ -25,13 +25,13 @@ boost::shared_ptr<QelAlertData> shared(const QelAlertData& alert) {
     return boost::shared_ptr<QelAlertData>(new QelAlertData(alert));
 }
 
-TEST(QelAlertDataTest, ANewOneIsGreenAndOfNoEnvironment) {
+TEST(QelAlertDataTest, DefaultIsGreenWithoutEnvironment) {
     const QelAlertData alert;
     EXPECT_FALSE(alert.eid.isValid());
     EXPECT_EQ(alert.type, QelAlertType::green);
 }
 
-TEST(QelAlertDataTest, TellsTheEnvironmentAndTheColour) {
+TEST(QelAlertDataTest, InfoContainsEnvironmentAndColour) {
     const std::pair<QelAlertType, const char*> colours[] = {{QelAlertType::green, "green"},
                                                             {QelAlertType::yellow, "yellow"},
                                                             {QelAlertType::red, "red"},
@@ -45,7 +45,7 @@ TEST(QelAlertDataTest, TellsTheEnvironmentAndTheColour) {
     }
 }
 
-TEST(QelAlertDataTest, AColourThatThereIsntHasNoName) {
+TEST(QelAlertDataTest, UnknownColourHasNoName) {
     for (const int none : {-1, 4}) {
         QelInfo info("%type%", "", true);
         alertOf(static_cast<QelAlertType>(none)).toInfo(info);
@@ -53,13 +53,13 @@ TEST(QelAlertDataTest, AColourThatThereIsntHasNoName) {
     }
 }
 
-TEST(QelAlertDataTest, HasTheSubscriptionOfAllAlerts) {
+TEST(QelAlertDataTest, AddsAlertSubscription) {
     const TestSupport::TestMessage message;
     EXPECT_EQ(QelAlertData().addSubscriptionName(*message.get()), 0);
     EXPECT_THAT(message->getSubscriptions(), ElementsAre("alerts_subscription"));
 }
 
-TEST(QelAlertDataTest, IsOfTheSameThingInTheSameEnvironment) {
+TEST(QelAlertDataTest, CompareIDComparesEnvironments) {
     const QelAlertData alert = alertOf(QelAlertType::red);
     QelAlertData elsewhere = alert;
     elsewhere.eid = QelEID(1, 2);
@@ -68,7 +68,7 @@ TEST(QelAlertDataTest, IsOfTheSameThingInTheSameEnvironment) {
     EXPECT_FALSE(alert.compareID(nullptr));
 }
 
-TEST(QelAlertDataTest, TellsTheSameWithTheSameColour) {
+TEST(QelAlertDataTest, CompareDataComparesColours) {
     const QelAlertData alert = alertOf(QelAlertType::red);
     QelAlertData elsewhere = alert;
     elsewhere.eid = QelEID(1, 2);
@@ -79,14 +79,14 @@ TEST(QelAlertDataTest, TellsTheSameWithTheSameColour) {
     EXPECT_FALSE(alert.compareData(nullptr));
 }
 
-TEST(QelAlertDataTest, TheEnvironmentIsWrittenFirst) {
+TEST(QelAlertDataTest, WritesEnvironmentFirst) {
     const TestTree tree;
     ASSERT_EQ(QelAlertData::Writer()(*tree, alertOf(QelAlertType::red)), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1866, 1007));
     EXPECT_EQ(childValue(*tree, 1007), "2");
 }
 
-TEST(QelAlertDataTest, TheColourIsReadFirst) {
+TEST(QelAlertDataTest, ReadsColourFirst) {
     const TestTree tree;
     ASSERT_EQ(QelAlertData::Writer()(*tree, alertOf(QelAlertType::red)), 0);
     tree->deleteChild(1866);
@@ -95,7 +95,7 @@ TEST(QelAlertDataTest, TheColourIsReadFirst) {
     EXPECT_EQ(alert.type, QelAlertType::red);
 }
 
-TEST(QelAlertDataTest, AColourThatThereIsntIsNotRead) {
+TEST(QelAlertDataTest, RejectsUnknownColour) {
     for (const char* const bad : {"4", "-1", "", "red", "4294967296"}) {
         const TestTree tree;
         ASSERT_EQ(tree->putObj(someEID, 1866), 0);

@@ -35,11 +35,11 @@ void expectNamed(const QelInfo& info) {
         EXPECT_TRUE(parameter.translatable) << name;
 }
 
-TEST(QelEnvInfoTest, NamesAnEnvironment) {
+TEST(QelEnvInfoTest, ContainsIdentifierTitleAndType) {
     expectNamed(QelEnvInfo(namedEnv()));
 }
 
-TEST(QelEnvInfoTest, FillingAgainReplacesTheParameters) {
+TEST(QelEnvInfoTest, FillReplacesParameters) {
     QelEnv other = namedEnv();
     QelStringOptionalProperty name;
     name.set("mail");
@@ -52,12 +52,12 @@ TEST(QelEnvInfoTest, FillingAgainReplacesTheParameters) {
 
 using QelEnvInfoCacheTest = EnvCacheTest;
 
-TEST_F(QelEnvInfoCacheTest, AnEnvironmentOfTheCacheIsFoundByItsIdentifier) {
+TEST_F(QelEnvInfoCacheTest, LooksUpEnvironmentInCache) {
     insert(namedEnv());
     expectNamed(QelEnvInfo(eid));
 }
 
-TEST_F(QelEnvInfoCacheTest, AnEnvironmentThatHasVanishedShowsItsIdentifier) {
+TEST_F(QelEnvInfoCacheTest, UsesIdentifierAsTitleIfNotInCache) {
     const QelEnvInfo info(eid);
     EXPECT_EQ(info.toString(), eid.toString());
     EXPECT_EQ(info.getParameterByPath("eid"), eid.toString());
@@ -65,7 +65,7 @@ TEST_F(QelEnvInfoCacheTest, AnEnvironmentThatHasVanishedShowsItsIdentifier) {
     EXPECT_TRUE(info.getParameter("title")->translatable);
 }
 
-TEST(QelEnvInfoTest, WithoutACacheAnEnvironmentShowsItsIdentifier) {
+TEST(QelEnvInfoTest, UsesIdentifierAsTitleWithoutCache) {
     initEnvCache({}, false);
     EXPECT_EQ(QelEnvInfo(eid).toString(), eid.toString());
 }

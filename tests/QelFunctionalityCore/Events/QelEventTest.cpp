@@ -45,7 +45,7 @@ protected:
         tree->seek(element);
     }
     int read(QelEvent& event) const { return QelEvent::Reader()(*tree, event); }
-    /// At the payload.
+    /// A cursor at the payload.
     void seekPayload() const {
         ASSERT_EQ(tree->seek(1307), 0);
         ASSERT_EQ(tree->seek(1913), 0);
@@ -58,9 +58,9 @@ protected:
     TestTree tree;
 };
 
-// --- A new event
+// --- Construction
 
-TEST(QelEventTest, ANewOneIsOfTheLocalAgentNow) {
+TEST(QelEventTest, DefaultsToLocalAgentAndCurrentTime) {
     const LocalConfig config(localEID);
     QelToken token;
     token.sid = QelSID("S-1-5-18");
@@ -81,28 +81,28 @@ TEST(QelEventTest, ANewOneIsOfTheLocalAgentNow) {
     EXPECT_TRUE(event.info.empty());
 }
 
-TEST(QelEventTest, EachHasAnIdentifierOfItsOwn) {
+TEST(QelEventTest, IdentifiersAreUnique) {
     const QelEvent first;
     const QelEvent second;
     EXPECT_TRUE(first.id.isValid());
     EXPECT_NE(first.id, second.id);
 }
 
-TEST(QelEventTest, TheConstructorTakesTheSource) {
+TEST(QelEventTest, ConstructorSetsSource) {
     EXPECT_EQ(QelEvent("plug-in").source, "plug-in");
     EXPECT_EQ(factoryQelEvent.createObject()->source, "agent");
 }
 
 // --- Subscriptions
 
-TEST(QelEventTest, AClassAddsItsSubscriptionName) {
+TEST(QelEventTest, AddsSubscriptionNameOfClass) {
     const TestSupport::TestMessage message;
     EXPECT_EQ(QelEventData::addSubscription(QelEvent(), *message.get()), 0);
     EXPECT_EQ(QelEventData::addSubscription(QelConfiguration(), *message.get()), 0);
     EXPECT_THAT(message->getSubscriptions(), ElementsAre("events_subscription", "qelconf_subscription"));
 }
 
-TEST(QelEventTest, AnUnknownPayloadHasNothingToTellAndNoSubscription) {
+TEST(QelEventTest, UnknownPayloadHasNoInfoAndNoSubscription) {
     const TestSupport::TestMessage message;
     QelAnyEventData data;
     EXPECT_EQ(data.addSubscriptionName(*message.get()), 0);
@@ -113,9 +113,9 @@ TEST(QelEventTest, AnUnknownPayloadHasNothingToTellAndNoSubscription) {
     EXPECT_EQ(info, before);
 }
 
-// --- In a message
+// --- Marshalling
 
-TEST_F(QelEventMessageTest, TheInfoComesLastAndThePayloadBeforeIt) {
+TEST_F(QelEventMessageTest, WritesPayloadAndInfoLast) {
     write(eventWith(someAlert()));
     EXPECT_THAT(childIDs(*tree), ElementsAre(1866, 1004, 1803, 1264, 1911, 1259, 1010, 1307, 1134));
     EXPECT_EQ(tree->curType(), "env:event");
@@ -124,7 +124,7 @@ TEST_F(QelEventMessageTest, TheInfoComesLastAndThePayloadBeforeIt) {
     EXPECT_EQ(childValue(*tree, 1496), "why");
 }
 
-TEST_F(QelEventMessageTest, AnEventWithoutAPayloadHasNoElementForIt) {
+TEST_F(QelEventMessageTest, OmitsElementOfMissingPayload) {
     write(eventWith());
     EXPECT_THAT(childIDs(*tree), ElementsAre(1866, 1004, 1803, 1264, 1911, 1259, 1010, 1134));
     QelEvent event;
@@ -132,7 +132,7 @@ TEST_F(QelEventMessageTest, AnEventWithoutAPayloadHasNoElementForIt) {
     EXPECT_THAT(event.data, IsNull());
 }
 
-TEST_F(QelEventMessageTest, IsReadAsItWasWritten) {
+TEST_F(QelEventMessageTest, RoundTrips) {
     QelEvent event = eventWith(someAlert());
     event.time = 1'000'000'000;
     event.source = "source";
@@ -154,7 +154,7 @@ TEST_F(QelEventMessageTest, IsReadAsItWasWritten) {
     EXPECT_EQ(alert->reason, "why");
 }
 
-TEST_F(QelEventMessageTest, WithoutATimeItTakesThatOfTheMessage) {
+TEST_F(QelEventMessageTest, MissingTimeDefaultsToTimeOfMessage) {
     write(eventWith());
     tree->getMessage()->setTime(1'234'567'890);
     for (const bool isMalformed : {false, true}) {
@@ -168,7 +168,7 @@ TEST_F(QelEventMessageTest, WithoutATimeItTakesThatOfTheMessage) {
     }
 }
 
-TEST_F(QelEventMessageTest, WithoutAnyTimeItKeepsItsOwn) {
+TEST_F(QelEventMessageTest, TimeMissingInRecordAndMessageIsUnchanged) {
     write(eventWith());
     tree->deleteChild(1004);
     QelEvent event;
@@ -177,7 +177,7 @@ TEST_F(QelEventMessageTest, WithoutAnyTimeItKeepsItsOwn) {
     EXPECT_EQ(event.time, 42);
 }
 
-TEST_F(QelEventMessageTest, WithoutASidItKeepsItsOwn) {
+TEST_F(QelEventMessageTest, MissingSidIsUnchanged) {
     write(eventWith());
     tree->deleteChild(1911);
     QelEvent event;
@@ -186,20 +186,20 @@ TEST_F(QelEventMessageTest, WithoutASidItKeepsItsOwn) {
     EXPECT_EQ(event.sid, QelSID("S-1-5-18"));
 }
 
-TEST_F(QelEventMessageTest, WithoutAMandatoryFieldItIsNotRead) {
+TEST_F(QelEventMessageTest, RejectsMissingRequiredField) {
     const QelEvent event = eventWith(someAlert());
     for (const int missing : {1866, 1803, 1264, 1259, 1010, 1134}) {
         write(event);
         tree->deleteChild(missing);
         QelEvent back;
         EXPECT_EQ(read(back), -1) << missing;
-        EXPECT_EQ(back.data != nullptr, missing == 1134) << missing << ": what comes behind it isn't read";
+        EXPECT_EQ(back.data != nullptr, missing == 1134) << missing << ": later fields are not read";
         EXPECT_EQ(tree->curID(), element);
         tree->seekUp();
     }
 }
 
-TEST_F(QelEventMessageTest, APayloadOfAnUnknownClassIsNotRead) {
+TEST_F(QelEventMessageTest, IgnoresPayloadOfUnknownClass) {
     write(eventWith(someAlert()));
     seekPayload();
     tree->setComplexType(285, 101);
@@ -210,7 +210,7 @@ TEST_F(QelEventMessageTest, APayloadOfAnUnknownClassIsNotRead) {
     EXPECT_EQ(event.info.text, "text");
 }
 
-TEST_F(QelEventMessageTest, APayloadThatIsMalformedIsNotRead) {
+TEST_F(QelEventMessageTest, IgnoresMalformedPayload) {
     write(eventWith(someAlert()));
     seekPayload();
     tree->deleteChild(1007);
@@ -221,7 +221,7 @@ TEST_F(QelEventMessageTest, APayloadThatIsMalformedIsNotRead) {
     EXPECT_THAT(event.data, IsNull());
 }
 
-TEST_F(QelEventMessageTest, AnEmptyPayloadElementIsNoPayload) {
+TEST_F(QelEventMessageTest, IgnoresEmptyPayloadElement) {
     write(eventWith());
     tree->putChild(1307);
     QelEvent event;
@@ -229,7 +229,7 @@ TEST_F(QelEventMessageTest, AnEmptyPayloadElementIsNoPayload) {
     EXPECT_THAT(event.data, IsNull());
 }
 
-TEST_F(QelEventMessageTest, AnUnknownPayloadIsCarriedAsItIs) {
+TEST_F(QelEventMessageTest, UnknownPayloadRoundTripsVerbatim) {
     const TestTree source;
     source->newChild(1307);
     source->putValue(std::string("kept"), 1026);
@@ -247,22 +247,22 @@ TEST_F(QelEventMessageTest, AnUnknownPayloadIsCarriedAsItIs) {
     EXPECT_EQ(back->any.get(1026, name), "kept");
 }
 
-/// A payload that nobody has made a factory for.
+/// A payload class without a registered factory.
 struct ForeignData : QelEventData {
     void toInfo(QelInfo&) const override {}
     int addSubscriptionName(QelMessage&) override { return 0; }
 };
 
-TEST_F(QelEventMessageTest, APayloadThatCantBeWrittenFailsTheEvent) {
+TEST_F(QelEventMessageTest, UnwritablePayloadFailsWrite) {
     EXPECT_NE(tree->putObj(eventWith(boost::shared_ptr<QelEventData>(new ForeignData)), element), 0);
 }
 
-TEST_F(QelEventMessageTest, AnEmptySidFailsTheEvent) {
+TEST_F(QelEventMessageTest, EmptySidFailsWrite) {
     QelEvent event = eventWith(someAlert());
     ASSERT_EQ(event.sid.fromBinary(nullptr, 0), 0);
     EXPECT_NE(tree->putObj(event, element), 0);
     ASSERT_EQ(tree->seek(element), 0);
-    EXPECT_EQ(tree->seekPresence(1259), -1) << "what comes behind it isn't written";
+    EXPECT_EQ(tree->seekPresence(1259), -1) << "later fields are not written";
 }
 
 } // namespace

@@ -28,7 +28,7 @@ QelInfo formatted(const std::string& format, std::initializer_list<QelInfo> para
     return info;
 }
 
-/// An info with so many levels of parameters below it, each of which names the next one.
+/// An info with nested parameters, `levels` deep; each format refers to the next level.
 QelInfo nested(int levels, const std::string& format = "<%p%>") {
     QelInfo info(levels == 0 ? "end" : format, "p", true);
     if (levels > 0)
@@ -36,7 +36,7 @@ QelInfo nested(int levels, const std::string& format = "<%p%>") {
     return info;
 }
 
-TEST(QelInfoTest, ANewOneIsEmptyAndTranslatable) {
+TEST(QelInfoTest, DefaultIsEmptyAndTranslatable) {
     const QelInfo info;
     EXPECT_TRUE(info.empty());
     EXPECT_EQ(info.name, "");
@@ -45,7 +45,7 @@ TEST(QelInfoTest, ANewOneIsEmptyAndTranslatable) {
     EXPECT_EQ(info.toString(), "");
 }
 
-TEST(QelInfoTest, TheConstructorTakesTheTextFirst) {
+TEST(QelInfoTest, ConstructorTakesTextFirst) {
     const QelInfo info("text", "name", false);
     EXPECT_EQ(info.text, "text");
     EXPECT_EQ(info.name, "name");
@@ -66,29 +66,29 @@ TEST(QelInfoTest, SwapExchangesEveryField) {
 
 // --- Placeholders
 
-TEST(QelInfoTest, APlaceholderBecomesTheTextOfItsParameter) {
+TEST(QelInfoTest, ReplacesPlaceholderByTextOfParameter) {
     EXPECT_EQ(formatted("%a% and %b%", {parameter("a", "one"), parameter("b", "two")}).toString(), "one and two");
     EXPECT_EQ(formatted("%a%%a%", {parameter("a", "one")}).toString(), "oneone");
 }
 
-TEST(QelInfoTest, APlaceholderWithoutAParameterVanishes) {
+TEST(QelInfoTest, RemovesPlaceholderWithoutParameter) {
     EXPECT_EQ(formatted("a %x% b").toString(), "a  b");
 }
 
-TEST(QelInfoTest, APercentSignThatNoOtherFollowsStays) {
+TEST(QelInfoTest, KeepsUnmatchedPercentSign) {
     EXPECT_EQ(formatted("100%").toString(), "100%");
     EXPECT_EQ(formatted("100% done").toString(), "100% done");
     EXPECT_EQ(formatted("%").toString(), "%");
     EXPECT_EQ(formatted("%x% of 100%", {parameter("x", "50%")}).toString(), "50% of 100%");
 }
 
-TEST(QelInfoTest, TwoPercentSignsAreAPlaceholderWithAnEmptyKey) {
+TEST(QelInfoTest, AdjacentPercentSignsAreEmptyKey) {
     EXPECT_EQ(formatted("100%% sure").toString(), "100 sure");
     EXPECT_EQ(formatted("100%% sure", {parameter("", "!")}).toString(), "100! sure");
     EXPECT_EQ(formatted("%%%").toString(), "%");
 }
 
-TEST(QelInfoTest, ParametersOfOneNameAreJoinedInTheirOrder) {
+TEST(QelInfoTest, JoinsParametersWithSameNameInOrder) {
     QelInfo info = formatted("[%x%]", {parameter("x", "2"), parameter("x", "1"), parameter("w", "no")});
     EXPECT_EQ(info.toString(), "[2,1]");
     EXPECT_EQ(&info.setParameter(parameter("x", "3")), &info);
@@ -97,17 +97,17 @@ TEST(QelInfoTest, ParametersOfOneNameAreJoinedInTheirOrder) {
     EXPECT_EQ(info.toString(), "[3,]");
 }
 
-TEST(QelInfoTest, AParameterIsResolvedAgainstItsOwnParameters) {
+TEST(QelInfoTest, ExpandsParameterWithItsOwnParameters) {
     QelInfo env = formatted("%title% (%type%)", {parameter("title", "web"), parameter("type", "container")});
     env.name = "env";
     EXPECT_EQ(formatted("%env%: %title%", {env}).toString(), "web (container): ");
 }
 
-TEST(QelInfoTest, WhatAParameterYieldsIsNotResolvedAgain) {
+TEST(QelInfoTest, DoesNotExpandResultAgain) {
     EXPECT_EQ(formatted("%a%b%", {parameter("a", "%"), parameter("b", "no")}).toString(), "%b%");
 }
 
-TEST(QelInfoTest, AParameterThatBelongsToTheInfoItselfCanBeSetAgain) {
+TEST(QelInfoTest, AcceptsOwnParameterAsArgument) {
     QelInfo info = formatted("%x%", {parameter("x", "first"), parameter("x", "second")});
     info.setParameter(*info.getParameter("x"));
     EXPECT_EQ(info.toString(), "first");
@@ -116,7 +116,7 @@ TEST(QelInfoTest, AParameterThatBelongsToTheInfoItselfCanBeSetAgain) {
     EXPECT_EQ(info.parameters.size(), 2U);
 }
 
-TEST(QelInfoTest, GetParameterGivesTheFirstOfItsName) {
+TEST(QelInfoTest, GetParameterReturnsFirstWithName) {
     const QelInfo info = formatted("", {parameter("x", "1"), parameter("x", "2")});
     ASSERT_NE(info.getParameter("x"), nullptr);
     EXPECT_EQ(info.getParameter("x")->text, "1");
@@ -137,26 +137,26 @@ struct Upper {
     const std::string& operator()(const std::string&) const { return fixed; }
 };
 
-TEST(QelInfoTest, ATranslatorTakesTheFormatsThatAreTranslatable) {
+TEST(QelInfoTest, TranslatesOnlyTranslatableFormats) {
     const QelInfo info =
         formatted("%count% of %all%", {QelInfo("3", "count", false), QelInfo("all of %n%", "all", true)});
     EXPECT_EQ(info.toStringWithTranslator<German>(), "3 von (all of )");
     EXPECT_EQ(info.toStringWithTranslator<QelNullTranslator>(), "3 of all of ");
 }
 
-TEST(QelInfoTest, AFormatThatIsGivenIsTakenAsItIs) {
+TEST(QelInfoTest, DoesNotTranslateExplicitFormat) {
     const QelInfo info = formatted("unused", {parameter("all", "x")});
     EXPECT_EQ(info.toStringWithTranslator<German>("only %all%"), "only (x)");
     EXPECT_EQ(info.toStringWithTranslator<German>(""), "");
 }
 
-TEST(QelInfoTest, ATranslatorMayGiveAReference) {
+TEST(QelInfoTest, TranslatorMayReturnReference) {
     EXPECT_EQ(formatted("", {QelInfo("y", "x", false)}).toStringWithTranslator<Upper>(), "y!");
 }
 
 // --- Paths
 
-TEST(QelInfoTest, APathLeadsToAnInnerParameter) {
+TEST(QelInfoTest, PathSelectsNestedParameter) {
     QelInfo a("A:%b%", "a", true);
     a.addParameter(parameter("b", "B"));
     const QelInfo info = formatted("top %a%", {a});
@@ -168,13 +168,13 @@ TEST(QelInfoTest, APathLeadsToAnInnerParameter) {
         EXPECT_EQ(info.getParameterByPath(own), "top A:B") << own;
 }
 
-TEST(QelInfoTest, APathToWhatIsMissingGivesNothing) {
+TEST(QelInfoTest, PathToMissingParameterIsEmpty) {
     const QelInfo info = formatted("top", {parameter("a", "A")});
     for (const char* const path : {"b", "b/a", "a/b", "a/b/c", "A"})
         EXPECT_EQ(info.getParameterByPath(path), "") << path;
 }
 
-TEST(QelInfoTest, TheLastSegmentTakesAllParametersOfItsName) {
+TEST(QelInfoTest, LastSegmentSelectsAllParametersWithName) {
     QelInfo first("1", "a", true);
     first.addParameter(parameter("b", "x")).addParameter(parameter("b", "y"));
     QelInfo second("2", "a", true);
@@ -182,13 +182,13 @@ TEST(QelInfoTest, TheLastSegmentTakesAllParametersOfItsName) {
     const QelInfo info = formatted("", {first, second});
     EXPECT_EQ(info.getParameterByPath("a"), "1,2");
     EXPECT_EQ(info.getParameterByPath("a/b"), "x,y");
-    EXPECT_EQ(info.getParameterByPath("a/"), "1") << "a slash goes into the first one";
+    EXPECT_EQ(info.getParameterByPath("a/"), "1") << "a trailing slash selects the first one";
 }
 
-// --- What a peer may have sent
+// --- Limits
 
-TEST(QelInfoTest, ParametersNestedAsDeepAsAMessageMayBeAreRead) {
-    // The info's own element is the first level, the text of the innermost parameter the last one.
+TEST(QelInfoTest, ReadsParametersNestedToDepthLimit) {
+    // The info's own element is the first level, the text of the innermost parameter the last.
     constexpr int levels = static_cast<int>(QelLimits::depth) - 2;
     const QelInfo deep = nested(levels);
     std::string text;
@@ -204,11 +204,11 @@ TEST(QelInfoTest, ParametersNestedAsDeepAsAMessageMayBeAreRead) {
     EXPECT_EQ(read.getParameterByPath(path + "/p"), "");
 
     const std::string before = text;
-    EXPECT_EQ(nested(levels + 1).serializeToString(text), QelInfo::outOfResources) << "one level more";
+    EXPECT_EQ(nested(levels + 1).serializeToString(text), QelInfo::outOfResources) << "one level too many";
     EXPECT_EQ(text, before);
 }
 
-TEST(QelInfoTest, ParametersNestedDeeperThanAMessageMayBeAreRefused) {
+TEST(QelInfoTest, RejectsParametersNestedBeyondDepthLimit) {
     std::string text = "<message><info>";
     for (unsigned level = 0; level < QelLimits::depth; ++level)
         text += "<parameter>";
@@ -219,33 +219,34 @@ TEST(QelInfoTest, ParametersNestedDeeperThanAMessageMayBeAreRefused) {
     EXPECT_EQ(info.text, "kept");
 }
 
-TEST(QelInfoTest, ATextThatDoublesAtEveryLevelIsCutOff) {
+TEST(QelInfoTest, TruncatesExponentialExpansion) {
     clearErrorMessage();
     EXPECT_EQ(nested(10, "%p%%p%").toString().size(), 3U << 10);
     EXPECT_EQ(getErrorMessage(), "");
     const std::string filler(10'000, '.');
     for (const std::string& format : {"%p%%p%" + filler, "%p%%p%%" + filler + "%"}) {
-        EXPECT_LE(nested(200, format).toString().size(), QelInfo::mostWork);
-        EXPECT_EQ(getErrorMessage(), "the text of an info takes more than 67108864 characters to make and is cut off");
+        EXPECT_LE(nested(200, format).toString().size(), QelInfo::expansionLimit);
+        EXPECT_EQ(getErrorMessage(), "expanding an info takes more than 67108864 characters; its text is truncated");
         clearErrorMessage();
     }
-    EXPECT_EQ(nested(200, "%p%%p%%q%").getParameterByPath("p/q"), "") << "a path makes no text but its own";
+    EXPECT_EQ(nested(200, "%p%%p%%q%").getParameterByPath("p/q"), "") << "a path expands only the selected parameters";
     EXPECT_EQ(getErrorMessage(), "");
 }
 
-TEST(QelInfoTest, ATextOfAllTheWorkThatIsAllowedIsMade) {
+TEST(QelInfoTest, ExpandsTextOfExactlyTheBudget) {
     clearErrorMessage();
-    // The limit counts the characters of each format, and one for the format itself.
-    EXPECT_EQ(QelInfo(std::string(QelInfo::mostWork - 1, '-'), "", false).toString().size(), QelInfo::mostWork - 1);
+    // The budget counts the characters of each format, plus one per format.
+    EXPECT_EQ(QelInfo(std::string(QelInfo::expansionLimit - 1, '-'), "", false).toString().size(),
+              QelInfo::expansionLimit - 1);
     EXPECT_EQ(getErrorMessage(), "");
-    EXPECT_EQ(QelInfo(std::string(QelInfo::mostWork, '-'), "", false).toString(), "");
+    EXPECT_EQ(QelInfo(std::string(QelInfo::expansionLimit, '-'), "", false).toString(), "");
     EXPECT_NE(getErrorMessage(), "");
     clearErrorMessage();
 }
 
-TEST(QelInfoTest, AParameterMayTakeTheWorkThatIsLeft) {
+TEST(QelInfoTest, ParameterMayUseRemainingBudget) {
     const std::string format = "%x%";
-    const std::size_t left = QelInfo::mostWork - (format.size() + 1);
+    const std::size_t left = QelInfo::expansionLimit - (format.size() + 1);
     clearErrorMessage();
     EXPECT_EQ(formatted(format, {parameter("x", std::string(left - 1, '-'))}).toString().size(), left - 1);
     EXPECT_EQ(getErrorMessage(), "");
@@ -254,27 +255,27 @@ TEST(QelInfoTest, AParameterMayTakeTheWorkThatIsLeft) {
     clearErrorMessage();
 }
 
-TEST(QelInfoTest, OneTextThatIsNamedOverAndOverIsCutOff) {
+TEST(QelInfoTest, TruncatesRepeatedParameter) {
     std::string format;
     for (int i = 0; i < 1000; ++i)
         format += "%x%";
     const QelInfo info = formatted(format, {parameter("x", std::string(1 << 20, '-'))});
-    EXPECT_EQ(info.toString().size(), std::size_t{63} << 20) << "as many as there is room for beside the format";
+    EXPECT_EQ(info.toString().size(), std::size_t{63} << 20) << "the budget left after the format";
 }
 
-TEST(QelInfoTest, WorkUpToTheLimitIsDoneAndNoMore) {
-    // Each text costs one more than its characters.
+TEST(QelInfoTest, StopsExactlyAtBudget) {
+    // Each text costs its characters plus one.
     constexpr std::size_t costOfFormat = 4;
-    constexpr std::size_t longest = QelInfo::mostWork - costOfFormat - 1;
+    constexpr std::size_t longest = QelInfo::expansionLimit - costOfFormat - 1;
     clearErrorMessage();
     EXPECT_EQ(formatted("%x%", {parameter("x", std::string(longest, '-'))}).toString().size(), longest);
     EXPECT_EQ(getErrorMessage(), "");
     EXPECT_EQ(formatted("%x%", {parameter("x", std::string(longest + 1, '-'))}).toString().size(), 0U);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("is cut off"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("is truncated"));
 }
 
-TEST(QelInfoTest, ATextCostsNoMoreAllocationsForMorePlaceholders) {
-    // Longer than a string holds within itself.
+TEST(QelInfoTest, AllocationsDoNotDependOnPlaceholderCount) {
+    // Longer than the small string buffer.
     const std::string filler(100, '-');
     const auto cost = [&](int count) {
         QelInfo info("", "", true);
@@ -290,9 +291,9 @@ TEST(QelInfoTest, ATextCostsNoMoreAllocationsForMorePlaceholders) {
     EXPECT_LE(cost(1000), cost(1) + someDoublings);
 }
 
-// --- In a message
+// --- Marshalling
 
-TEST(QelInfoTest, StandsInAMessageTextFirstAndWithoutKeys) {
+TEST(QelInfoTest, WritesTextFirstAndNoKeys) {
     const TestTree tree;
     QelInfo info("%x%", "top", true);
     info.addParameter(QelInfo("1", "x", false));
@@ -303,13 +304,13 @@ TEST(QelInfoTest, StandsInAMessageTextFirstAndWithoutKeys) {
     for (int more = tree->firstChild(); more == 0; more = tree->nextSibling())
         ids.push_back(tree->curID());
     EXPECT_THAT(ids, testing::ElementsAre(1224, 1026, 1912, 1017));
-    EXPECT_EQ(tree->curType(), "") << "a parameter isn't stamped";
-    EXPECT_EQ(countChildren(*tree), 2) << "its text and its name";
+    EXPECT_EQ(tree->curType(), "") << "a parameter has no complex type";
+    EXPECT_EQ(countChildren(*tree), 2) << "text and name";
     EXPECT_EQ(childValue(*tree, 1026), "x");
     EXPECT_EQ(childValue(*tree, 1224), "MQ==");
 }
 
-TEST(QelInfoTest, IsReadAsItWasWritten) {
+TEST(QelInfoTest, RoundTrips) {
     QelInfo info("%x% \xFF\n", "top", false);
     info.addParameter(parameter("x", "1")).addParameter(parameter("x", "2")).addParameter(nested(3));
     const TestTree tree;
@@ -320,11 +321,11 @@ TEST(QelInfoTest, IsReadAsItWasWritten) {
     EXPECT_EQ(read, info);
 }
 
-TEST(QelInfoTest, WithoutTextOrNameItIsNotRead) {
+TEST(QelInfoTest, RejectsMissingTextOrName) {
     TestSupport::expectRequired(QelInfo("text", "name", true), {1224, 1026});
 }
 
-TEST(QelInfoTest, AParameterWithoutANameFailsTheInfo) {
+TEST(QelInfoTest, RejectsParameterWithoutName) {
     const TestTree tree;
     ASSERT_EQ(tree->putObject(formatted("%x%", {parameter("x", "1")}), QelInfo::Writer(), 0), 0);
     tree->seek(1017);
@@ -335,9 +336,9 @@ TEST(QelInfoTest, AParameterWithoutANameFailsTheInfo) {
     EXPECT_EQ(tree->curName(), "/");
 }
 
-// --- As a text
+// --- Serialisation to a string
 
-TEST(QelInfoTest, ATextHoldsTheInfoAlone) {
+TEST(QelInfoTest, StringContainsOnlyTheInfo) {
     std::string text;
     ASSERT_EQ(formatted("%x%", {parameter("x", "1")}).serializeToString(text), 0);
     EXPECT_THAT(text, HasSubstr("<info xmlns=\"urn:qel:env\" xsi:type=\"env:info\">"));
@@ -346,7 +347,7 @@ TEST(QelInfoTest, ATextHoldsTheInfoAlone) {
     EXPECT_EQ(read.toString(), "1");
 }
 
-TEST(QelInfoTest, ATextThatIsNoInfoLeavesTheInfoAlone) {
+TEST(QelInfoTest, InvalidStringLeavesInfoUnchanged) {
     QelInfo info("kept", "name", false);
     const QelInfo before = info;
     EXPECT_EQ(info.deserializeFromString(nullptr), -6);
@@ -358,7 +359,7 @@ TEST(QelInfoTest, ATextThatIsNoInfoLeavesTheInfoAlone) {
 
 // --- Against a model
 
-/// The same as an info, in the plainest form.
+/// Reference implementation of QelInfo.
 struct Model {
     std::string name;
     std::string format;
@@ -440,7 +441,7 @@ private:
     std::mt19937 m_random;
 };
 
-TEST(QelInfoTest, TextsAndPathsAreThoseOfASimpleModel) {
+TEST(QelInfoTest, TextsAndPathsMatchReferenceModel) {
     RandomModel random(20261121);
     int found = 0;
     for (int run = 0; run < 3000 && !HasFailure(); ++run) {
@@ -453,7 +454,7 @@ TEST(QelInfoTest, TextsAndPathsAreThoseOfASimpleModel) {
             found += model.byPath(path).empty() ? 0 : 1;
         }
     }
-    EXPECT_GT(found, 1000) << "paths that lead somewhere";
+    EXPECT_GT(found, 1000) << "paths with a result";
 }
 
 } // namespace

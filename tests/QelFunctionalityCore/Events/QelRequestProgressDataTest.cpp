@@ -16,7 +16,7 @@ using testing::IsEmpty;
 using TestSupport::childIDs;
 using TestSupport::someEID;
 
-/// The progress of a request in the root of a message.
+/// Progress of a request in the root of a message.
 class QelRequestProgressDataTest : public testing::Test {
 protected:
     void write(const QelRequestProgressData& data) { ASSERT_EQ(QelRequestProgressData::Writer()(*tree, data), 0); }
@@ -32,7 +32,7 @@ QelRequestProgressData of(const std::string& requestId) {
     return data;
 }
 
-TEST_F(QelRequestProgressDataTest, ANewOneIsOfTheLocalAgent) {
+TEST_F(QelRequestProgressDataTest, DefaultsToLocalAgent) {
     const LocalConfig config(localEID);
     const QelRequestProgressData data("copying");
     EXPECT_EQ(data.session.eid, localEID);
@@ -44,12 +44,12 @@ TEST_F(QelRequestProgressDataTest, ANewOneIsOfTheLocalAgent) {
     EXPECT_TRUE(factoryQelRequestProgressData.createObject()->info.empty());
 }
 
-TEST_F(QelRequestProgressDataTest, WhatIsNotSetIsNotWritten) {
+TEST_F(QelRequestProgressDataTest, OmitsUnsetFields) {
     write(QelRequestProgressData());
     EXPECT_THAT(childIDs(*tree), IsEmpty());
 }
 
-TEST_F(QelRequestProgressDataTest, ProgressBelowOneIsNotWritten) {
+TEST_F(QelRequestProgressDataTest, OmitsProgressBelowOne) {
     for (const int progress : {0, -1}) {
         QelRequestProgressData data;
         data.progress = progress;
@@ -58,7 +58,7 @@ TEST_F(QelRequestProgressDataTest, ProgressBelowOneIsNotWritten) {
     }
 }
 
-TEST_F(QelRequestProgressDataTest, NegativeStatesAndTimesAreWritten) {
+TEST_F(QelRequestProgressDataTest, WritesNegativeStateAndTime) {
     QelRequestProgressData data;
     data.state = -1;
     data.time = -1;
@@ -66,7 +66,7 @@ TEST_F(QelRequestProgressDataTest, NegativeStatesAndTimesAreWritten) {
     EXPECT_THAT(childIDs(*tree), ElementsAre(1192, 1004));
 }
 
-TEST_F(QelRequestProgressDataTest, IsReadAsItWasWritten) {
+TEST_F(QelRequestProgressDataTest, RoundTrips) {
     QelRequestProgressData data("copying");
     data.requestId = "a/b";
     data.parentId = "a";
@@ -96,22 +96,22 @@ TEST_F(QelRequestProgressDataTest, IsReadAsItWasWritten) {
     EXPECT_EQ(back.session.session, "s");
 }
 
-TEST_F(QelRequestProgressDataTest, ItsFieldsStandInTheNamespaceOfProgress) {
+TEST_F(QelRequestProgressDataTest, FieldsHaveProgressNamespace) {
     QelRequestProgressData data = of("a");
     data.operation = "copy";
     tree->newChild(1115);
     ASSERT_EQ(tree->putObject(data, QelRequestProgressData::Writer(), 0), 0);
-    EXPECT_EQ(tree->curNamespaceID(), 0) << "its element doesn't";
+    EXPECT_EQ(tree->curNamespaceID(), 0) << "of the record's own element";
     EXPECT_EQ(tree->curType(), "");
     tree->firstChild();
     EXPECT_EQ(tree->curNamespaceID(), 296);
     tree->seekUp();
     tree->newChild(1116);
-    EXPECT_EQ(tree->curNamespaceID(), 0) << "nor does what is written behind it";
+    EXPECT_EQ(tree->curNamespaceID(), 0) << "of elements written afterwards";
 }
 
-// The info is a typed record, and those clear the saved namespace.
-TEST_F(QelRequestProgressDataTest, BehindTheInfoTheNamespaceIsGone) {
+// The info is a typed record, and the writer of a typed record resets the saved namespace.
+TEST_F(QelRequestProgressDataTest, FieldsAfterInfoHaveNoNamespace) {
     QelRequestProgressData data("text");
     data.requestId = "a";
     data.state = 1;
@@ -122,9 +122,9 @@ TEST_F(QelRequestProgressDataTest, BehindTheInfoTheNamespaceIsGone) {
     EXPECT_EQ(tree->curNamespaceID(), 0);
 }
 
-// --- What the message tells
+// --- Defaults from the envelope
 
-TEST_F(QelRequestProgressDataTest, TheRequestIsThatOfTheMessage) {
+TEST_F(QelRequestProgressDataTest, MissingRequestDefaultsToRequestOfMessage) {
     message().setRequestId("r/1");
     QelRequestProgressData data;
     EXPECT_EQ(read(data), 0);
@@ -132,14 +132,14 @@ TEST_F(QelRequestProgressDataTest, TheRequestIsThatOfTheMessage) {
     EXPECT_EQ(data.parentId, "r");
 }
 
-TEST_F(QelRequestProgressDataTest, WithoutARequestItIsNotRead) {
+TEST_F(QelRequestProgressDataTest, RejectsMissingRequest) {
     tree->putValue(std::string("copy"), 1638);
     QelRequestProgressData data;
     EXPECT_EQ(read(data), -1);
     EXPECT_EQ(data.operation, "");
 }
 
-TEST_F(QelRequestProgressDataTest, TheTimeIsThatOfTheMessageUnlessItIsAboveZero) {
+TEST_F(QelRequestProgressDataTest, NonPositiveTimeDefaultsToTimeOfMessage) {
     message().setTime(1'234'567'890);
     write(of("a"));
     QelRequestProgressData data;
@@ -154,7 +154,7 @@ TEST_F(QelRequestProgressDataTest, TheTimeIsThatOfTheMessageUnlessItIsAboveZero)
     }
 }
 
-TEST_F(QelRequestProgressDataTest, TheSessionIsThatOfTheMessage) {
+TEST_F(QelRequestProgressDataTest, MissingSessionDefaultsToSessionOfMessage) {
     message().setSession("of the message");
     write(of("a"));
     QelRequestProgressData data;
@@ -162,12 +162,12 @@ TEST_F(QelRequestProgressDataTest, TheSessionIsThatOfTheMessage) {
     EXPECT_EQ(data.session.session, "of the message");
 }
 
-TEST_F(QelRequestProgressDataTest, TheAgentOfTheSessionIsTheSender) {
+TEST_F(QelRequestProgressDataTest, SessionAgentIsSender) {
     write(of("a"));
     QelRequestProgressData data;
     data.session.eid = localEID;
     EXPECT_EQ(read(data), 0);
-    EXPECT_EQ(data.session.eid, localEID) << "unless there is none";
+    EXPECT_EQ(data.session.eid, localEID) << "unchanged without a sender";
     message().setSenderEID("no identifier");
     EXPECT_EQ(read(data), 0);
     EXPECT_EQ(data.session.eid, localEID);
@@ -176,7 +176,7 @@ TEST_F(QelRequestProgressDataTest, TheAgentOfTheSessionIsTheSender) {
     EXPECT_EQ(data.session.eid, someEID);
 }
 
-TEST_F(QelRequestProgressDataTest, AStateThatIsMissingIsZero) {
+TEST_F(QelRequestProgressDataTest, MissingStateIsZero) {
     write(of("a"));
     QelRequestProgressData data;
     data.state = 5;
@@ -188,7 +188,7 @@ TEST_F(QelRequestProgressDataTest, AStateThatIsMissingIsZero) {
 
 // --- Requests and their parents
 
-TEST_F(QelRequestProgressDataTest, TheParentIsWhatStandsBeforeTheLastSlash) {
+TEST_F(QelRequestProgressDataTest, ParentIsPathBeforeLastSlash) {
     write(of("a/b/c"));
     QelRequestProgressData data;
     EXPECT_EQ(read(data), 0);
@@ -196,7 +196,7 @@ TEST_F(QelRequestProgressDataTest, TheParentIsWhatStandsBeforeTheLastSlash) {
     EXPECT_EQ(data.parentId, "a/b");
 }
 
-TEST_F(QelRequestProgressDataTest, AParentThatIsToldMustBeThatOfThePath) {
+TEST_F(QelRequestProgressDataTest, RejectsParentThatContradictsPath) {
     for (const auto& [parent, result] : {std::pair("a/b", 0), std::pair("x", -1), std::pair("a", -1)}) {
         const TestTree other;
         QelRequestProgressData data = of("a/b/c");
@@ -208,7 +208,7 @@ TEST_F(QelRequestProgressDataTest, AParentThatIsToldMustBeThatOfThePath) {
     }
 }
 
-TEST_F(QelRequestProgressDataTest, ARequestThatIsNoPathHasTheParentThatIsTold) {
+TEST_F(QelRequestProgressDataTest, RequestWithoutSlashKeepsExplicitParent) {
     QelRequestProgressData data = of("c");
     data.parentId = "x";
     write(data);
@@ -217,7 +217,7 @@ TEST_F(QelRequestProgressDataTest, ARequestThatIsNoPathHasTheParentThatIsTold) {
     EXPECT_EQ(back.parentId, "x");
 }
 
-TEST_F(QelRequestProgressDataTest, ARequestAtTheRootHasNoParent) {
+TEST_F(QelRequestProgressDataTest, RequestAtRootHasNoParent) {
     write(of("/a"));
     QelRequestProgressData data;
     EXPECT_EQ(read(data), 0);

@@ -60,7 +60,7 @@ boost::shared_ptr<QelAlertData> shared(const QelResourceAlertData& alert) {
     return boost::shared_ptr<QelAlertData>(new QelResourceAlertData(alert));
 }
 
-/// Vocabularies with one parameter "used"; without a value type if that is empty.
+/// Vocabularies with one parameter "used", without a value type if `valueType` is empty.
 boost::shared_ptr<QelVocMap> vocabularies(const std::string& valueType) {
     QelMessage* const message = QelMessage::getFactory()->createNew();
     const std::string text =
@@ -74,9 +74,9 @@ boost::shared_ptr<QelVocMap> vocabularies(const std::string& valueType) {
     return map;
 }
 
-// --- Told to a user
+// --- Conversion to an info
 
-TEST(QelResourceAlertDataTest, TellsTheValuesAndTheLimits) {
+TEST(QelResourceAlertDataTest, InfoContainsValueAndLimits) {
     QelResourceAlertData alert = someAlert();
     alert.soft = integer(80);
     QelInfo info("old", "old", false);
@@ -92,13 +92,13 @@ TEST(QelResourceAlertDataTest, TellsTheValuesAndTheLimits) {
     EXPECT_EQ(info.parameters.size(), 6U);
 }
 
-TEST(QelResourceAlertDataTest, WithoutASoftLimitNothingIsToldOfIt) {
+TEST(QelResourceAlertDataTest, InfoHasEmptySoftLimitIfUnset) {
     QelInfo info;
     someAlert().toInfo(info);
     EXPECT_THAT(info.toString(), HasSubstr("soft limit:  hard limit: 100"));
 }
 
-TEST(QelResourceAlertDataTest, ADoubleIsToldByItsBits) {
+TEST(QelResourceAlertDataTest, InfoShowsDoubleAsBitPattern) {
     QelResourceAlertData alert = someAlert();
     alert.isInteger = false;
     alert.current.real = 0.5;
@@ -107,15 +107,15 @@ TEST(QelResourceAlertDataTest, ADoubleIsToldByItsBits) {
     EXPECT_EQ(info.getParameterByPath("cur"), std::to_string(std::bit_cast<long long>(0.5)));
 }
 
-TEST(QelResourceAlertDataTest, HasASubscriptionBesideThatOfAllAlerts) {
+TEST(QelResourceAlertDataTest, AddsOwnAndAlertSubscription) {
     const TestSupport::TestMessage message;
     EXPECT_EQ(someAlert().addSubscriptionName(*message.get()), 0);
     EXPECT_THAT(message->getSubscriptions(), ElementsAre("alerts_subscription", "resource_alerts_subscription"));
 }
 
-// --- Compared
+// --- Comparison
 
-TEST(QelResourceAlertDataTest, IsOfTheSameThingWithTheSameCounter) {
+TEST(QelResourceAlertDataTest, CompareIDComparesEnvironmentAndCounter) {
     const QelResourceAlertData alert = someAlert();
     EXPECT_TRUE(alert.compareID(shared(with(&QelResourceAlertData::current, integer(1)))));
     EXPECT_FALSE(alert.compareID(shared(with(&QelResourceAlertData::subsystem, std::string("cpu")))));
@@ -126,7 +126,7 @@ TEST(QelResourceAlertDataTest, IsOfTheSameThingWithTheSameCounter) {
     EXPECT_FALSE(alert.compareID(nullptr));
 }
 
-TEST(QelResourceAlertDataTest, IsNotOfTheSameThingAsAnAlertOfAnotherClass) {
+TEST(QelResourceAlertDataTest, CompareIDRejectsOtherClass) {
     boost::shared_ptr<QelServerGroupAlertData> group(new QelServerGroupAlertData);
     group->eid = someEID;
     group->subsystem = "memory";
@@ -134,14 +134,14 @@ TEST(QelResourceAlertDataTest, IsNotOfTheSameThingAsAnAlertOfAnotherClass) {
     EXPECT_FALSE(group->compareID(shared(someAlert())));
 }
 
-TEST(QelResourceAlertDataTest, AnInstanceMatchesItselfAndTheOneThatStandsForAll) {
+TEST(QelResourceAlertDataTest, InstanceMatchesItselfAndWildcard) {
     const std::string any(QelResourceAlertData::anyInstance);
     EXPECT_EQ(any, "ANY_INSTANCE");
     const auto matches = [](const QelResourceAlertData& a, const QelResourceAlertData& b) {
         EXPECT_EQ(a == b, a.compareID(shared(b)));
         return a == b;
     };
-    EXPECT_TRUE(matches(someAlert(), someAlert())) << "both have none";
+    EXPECT_TRUE(matches(someAlert(), someAlert())) << "neither has an instance";
     EXPECT_TRUE(matches(withInstance("x"), withInstance("x")));
     EXPECT_FALSE(matches(withInstance("x"), withInstance("y")));
     EXPECT_FALSE(matches(someAlert(), withInstance("x")));
@@ -154,7 +154,7 @@ TEST(QelResourceAlertDataTest, AnInstanceMatchesItselfAndTheOneThatStandsForAll)
     EXPECT_FALSE(matches(unspecified, withInstance("x")));
 }
 
-TEST(QelResourceAlertDataTest, TellsTheSameWithTheSameColour) {
+TEST(QelResourceAlertDataTest, CompareDataComparesColours) {
     const QelResourceAlertData alert = someAlert();
     EXPECT_TRUE(alert.compareData(shared(with(&QelResourceAlertData::id, std::string("free")))));
     QelResourceAlertData red = alert;
@@ -162,18 +162,18 @@ TEST(QelResourceAlertDataTest, TellsTheSameWithTheSameColour) {
     EXPECT_FALSE(alert.compareData(shared(red)));
 }
 
-TEST(QelResourceAlertDataTest, EqualsOneOfTheSameColourAndCounter) {
+TEST(QelResourceAlertDataTest, EqualityComparesColourAndCounter) {
     const QelResourceAlertData alert = someAlert();
     QelResourceAlertData other = alert;
     other.eid = QelEID(1, 2);
-    EXPECT_TRUE(alert == other) << "in whatever environment";
+    EXPECT_TRUE(alert == other) << "environments are not compared";
     EXPECT_FALSE(alert == with(&QelResourceAlertData::subsystem, std::string("cpu")));
     EXPECT_FALSE(alert == with(&QelResourceAlertData::id, std::string("free")));
     other.type = QelAlertType::red;
     EXPECT_FALSE(alert == other);
 }
 
-// --- In a message
+// --- Marshalling
 
 /// An alert in the root of a message.
 class QelResourceAlertDataMessageTest : public testing::Test {
@@ -192,14 +192,14 @@ protected:
     TestTree tree;
 };
 
-TEST_F(QelResourceAlertDataMessageTest, TheFieldsStandBehindThoseOfEveryAlert) {
+TEST_F(QelResourceAlertDataMessageTest, WritesOwnFieldsAfterBase) {
     QelResourceAlertData alert = withInstance("x");
     alert.soft = integer(80);
     write(alert);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1866, 1007, 1094, 1905, 1906, 1065, 1066, 1067));
 }
 
-TEST_F(QelResourceAlertDataMessageTest, EachValueThatIsRefusedFailsTheWriteAndNotTheOtherValues) {
+TEST_F(QelResourceAlertDataMessageTest, RejectedValueFailsWriteButNotOtherValues) {
     for (const bool isInteger : {true, false})
         for (const int refused : {1065, 1066, 1067}) {
             QelResourceAlertData alert = someAlert();
@@ -219,7 +219,7 @@ TEST_F(QelResourceAlertDataMessageTest, EachValueThatIsRefusedFailsTheWriteAndNo
         }
 }
 
-TEST_F(QelResourceAlertDataMessageTest, WhatIsUnsetIsNotWritten) {
+TEST_F(QelResourceAlertDataMessageTest, OmitsUnsetFields) {
     write(someAlert());
     EXPECT_THAT(childIDs(*tree), ElementsAre(1866, 1007, 1094, 1906, 1065, 1067));
     QelResourceAlertData back;
@@ -230,7 +230,7 @@ TEST_F(QelResourceAlertDataMessageTest, WhatIsUnsetIsNotWritten) {
     EXPECT_EQ(back.hard.integer, 100);
 }
 
-TEST_F(QelResourceAlertDataMessageTest, WithoutVocabulariesTheRecordTellsTheForm) {
+TEST_F(QelResourceAlertDataMessageTest, RecordDeterminesFormWithoutVocabularies) {
     QelResourceAlertData alert = someAlert();
     alert.isInteger = false;
     alert.current.real = 0.5;
@@ -238,14 +238,14 @@ TEST_F(QelResourceAlertDataMessageTest, WithoutVocabulariesTheRecordTellsTheForm
     write(alert);
     EXPECT_EQ(childValue(*tree, 1065), "0.5");
     QelResourceAlertData back;
-    EXPECT_EQ(read(back), -1) << "which is integers in a new one";
+    EXPECT_EQ(read(back), -1) << "a default record expects integers";
     back.isInteger = false;
     EXPECT_EQ(read(back), 0);
     EXPECT_EQ(back.hard.real, 1.5);
     EXPECT_FALSE(back.isInteger);
 }
 
-TEST_F(QelResourceAlertDataMessageTest, TheVocabulariesTellTheForm) {
+TEST_F(QelResourceAlertDataMessageTest, VocabulariesDetermineForm) {
     QelResourceAlertData alert = someAlert();
     alert.current.real = 0.5;
     alert.hard.real = 1.5;
@@ -257,12 +257,12 @@ TEST_F(QelResourceAlertDataMessageTest, TheVocabulariesTellTheForm) {
     EXPECT_EQ(childValue(*tree, 1066), "1");
     QelResourceAlertData back;
     EXPECT_EQ(read(back, "0"), 0);
-    EXPECT_FALSE(back.isInteger) << "the reader keeps the form";
+    EXPECT_FALSE(back.isInteger) << "the reader stores the form";
     EXPECT_EQ(back.current.real, 0.5);
     EXPECT_EQ(back.soft.get().real, 1);
 }
 
-TEST_F(QelResourceAlertDataMessageTest, AnyValueTypeButZeroMeansIntegers) {
+TEST_F(QelResourceAlertDataMessageTest, NonzeroValueTypeMeansIntegers) {
     QelResourceAlertData alert = someAlert();
     alert.isInteger = false;
     write(alert, "-3");
@@ -274,7 +274,7 @@ TEST_F(QelResourceAlertDataMessageTest, AnyValueTypeButZeroMeansIntegers) {
     EXPECT_EQ(back.current.integer, 90);
 }
 
-TEST_F(QelResourceAlertDataMessageTest, AValueTypeThatCantBeReadLeavesTheForm) {
+TEST_F(QelResourceAlertDataMessageTest, MalformedValueTypeKeepsForm) {
     write(someAlert(), "");
     EXPECT_EQ(childValue(*tree, 1065), "90");
     for (const char* const unreadable : {"", "real"})
@@ -286,7 +286,7 @@ TEST_F(QelResourceAlertDataMessageTest, AValueTypeThatCantBeReadLeavesTheForm) {
         }
 }
 
-TEST_F(QelResourceAlertDataMessageTest, ACounterThatNoVocabularyKnowsHasTheFormOfTheRecord) {
+TEST_F(QelResourceAlertDataMessageTest, RecordDeterminesFormOfUnknownCounter) {
     write(with(&QelResourceAlertData::id, std::string("free")), "0");
     EXPECT_EQ(childValue(*tree, 1065), "90");
     QelResourceAlertData back;
@@ -294,18 +294,18 @@ TEST_F(QelResourceAlertDataMessageTest, ACounterThatNoVocabularyKnowsHasTheFormO
     EXPECT_TRUE(back.isInteger);
 }
 
-TEST_F(QelResourceAlertDataMessageTest, WithoutAMandatoryFieldItIsNotRead) {
+TEST_F(QelResourceAlertDataMessageTest, RejectsMissingRequiredField) {
     for (const int missing : {1866, 1007, 1094, 1906, 1065, 1067}) {
         const TestTree other;
         ASSERT_EQ(QelResourceAlertData::Writer()(*other, someAlert()), 0);
         other->deleteChild(missing);
         QelResourceAlertData back;
         EXPECT_NE(QelResourceAlertData::Reader()(*other, back), 0) << missing;
-        EXPECT_EQ(back.hard.integer, missing == 1065 ? 100 : 0) << missing << ": each value is tried";
+        EXPECT_EQ(back.hard.integer, missing == 1065 ? 100 : 0) << missing << ": all values are read";
     }
 }
 
-TEST_F(QelResourceAlertDataMessageTest, ASoftLimitThatIsMalformedIsNone) {
+TEST_F(QelResourceAlertDataMessageTest, MalformedSoftLimitIsUnspecified) {
     write(someAlert());
     tree->putValue(std::string("high"), 1066);
     QelResourceAlertData back;

@@ -28,14 +28,14 @@ boost::shared_ptr<QelAlertData> shared(const QelServerGroupAlertData& alert) {
     return boost::shared_ptr<QelAlertData>(new QelServerGroupAlertData(alert));
 }
 
-/// The same alert with one field changed.
+/// someAlert() with one field changed.
 template <class Value> QelServerGroupAlertData with(Value QelServerGroupAlertData::*field, const Value& value) {
     QelServerGroupAlertData alert = someAlert();
     alert.*field = value;
     return alert;
 }
 
-TEST(QelServerGroupAlertDataTest, TellsTheIdentifierOfTheEnvironment) {
+TEST(QelServerGroupAlertDataTest, InfoContainsIdentifierOfEnvironment) {
     QelInfo info("old", "old", false);
     someAlert().toInfo(info);
     EXPECT_EQ(info.toString(), "Marisko group problem with " + someEID.toString() +
@@ -52,13 +52,13 @@ TEST(QelServerGroupAlertDataTest, TellsTheIdentifierOfTheEnvironment) {
     EXPECT_EQ(info.getParameterByPath("type"), "red");
 }
 
-TEST(QelServerGroupAlertDataTest, HasASubscriptionBesideThatOfAllAlerts) {
+TEST(QelServerGroupAlertDataTest, AddsOwnAndAlertSubscription) {
     const TestSupport::TestMessage message;
     EXPECT_EQ(someAlert().addSubscriptionName(*message.get()), 0);
     EXPECT_THAT(message->getSubscriptions(), ElementsAre("alerts_subscription", "server_group_alerts_subscription"));
 }
 
-TEST(QelServerGroupAlertDataTest, IsOfTheSameThingInTheSameEnvironmentAndSubsystem) {
+TEST(QelServerGroupAlertDataTest, CompareIDComparesEnvironmentAndSubsystem) {
     const QelServerGroupAlertData alert = someAlert();
     EXPECT_TRUE(alert.compareID(shared(with(&QelServerGroupAlertData::code, 1))));
     EXPECT_FALSE(alert.compareID(shared(with(&QelServerGroupAlertData::subsystem, std::string("disk")))));
@@ -68,10 +68,10 @@ TEST(QelServerGroupAlertDataTest, IsOfTheSameThingInTheSameEnvironmentAndSubsyst
     EXPECT_FALSE(alert.compareID(nullptr));
     boost::shared_ptr<QelAlertData> plain(new QelAlertData);
     plain->eid = alert.eid;
-    EXPECT_FALSE(alert.compareID(plain)) << "of another class";
+    EXPECT_FALSE(alert.compareID(plain)) << "different class";
 }
 
-TEST(QelServerGroupAlertDataTest, TellsTheSameWithTheSameCodeReasonAndSubsystem) {
+TEST(QelServerGroupAlertDataTest, CompareDataComparesCodeReasonAndSubsystem) {
     const QelServerGroupAlertData alert = someAlert();
     QelServerGroupAlertData repeated = alert;
     repeated.type = QelAlertType::green;
@@ -83,10 +83,10 @@ TEST(QelServerGroupAlertDataTest, TellsTheSameWithTheSameCodeReasonAndSubsystem)
     EXPECT_FALSE(alert.compareData(nullptr));
     boost::shared_ptr<QelAlertData> plain(new QelAlertData);
     plain->type = alert.type;
-    EXPECT_FALSE(alert.compareData(plain)) << "of another class";
+    EXPECT_FALSE(alert.compareData(plain)) << "different class";
 }
 
-TEST(QelServerGroupAlertDataTest, EqualsOneOfTheSameColourAndSubsystem) {
+TEST(QelServerGroupAlertDataTest, EqualityComparesColourAndSubsystem) {
     const QelServerGroupAlertData alert = someAlert();
     EXPECT_TRUE(alert == with(&QelServerGroupAlertData::code, 1));
     EXPECT_FALSE(alert == with(&QelServerGroupAlertData::subsystem, std::string("disk")));
@@ -95,13 +95,13 @@ TEST(QelServerGroupAlertDataTest, EqualsOneOfTheSameColourAndSubsystem) {
     EXPECT_FALSE(alert == green);
 }
 
-TEST(QelServerGroupAlertDataTest, TheFieldsStandBehindThoseOfEveryAlert) {
+TEST(QelServerGroupAlertDataTest, WritesOwnFieldsAfterBase) {
     const TestTree tree;
     ASSERT_EQ(QelServerGroupAlertData::Writer()(*tree, someAlert()), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1866, 1007, 1405, 1496, 1094));
 }
 
-TEST(QelServerGroupAlertDataTest, FieldsOfItsOwnMayBeMissing) {
+TEST(QelServerGroupAlertDataTest, OwnFieldsAreOptional) {
     const TestTree tree;
     const QelAlertData base = someAlert();
     ASSERT_EQ(QelAlertData::Writer()(*tree, base), 0);
@@ -114,7 +114,7 @@ TEST(QelServerGroupAlertDataTest, FieldsOfItsOwnMayBeMissing) {
     EXPECT_EQ(QelServerGroupAlertData::Reader()(*tree, alert), 0);
     EXPECT_EQ(alert.code, 0);
     tree->deleteChild(1007);
-    EXPECT_EQ(QelServerGroupAlertData::Reader()(*tree, alert), -1) << "those of every alert may not";
+    EXPECT_EQ(QelServerGroupAlertData::Reader()(*tree, alert), -1) << "the base fields are required";
 }
 
 } // namespace

@@ -4,13 +4,13 @@
 
 namespace Qel::TestSupport {
 
-/// Infos, as deep as chance will have it.
+/// Nested parameters of random depth.
 inline void putParameters(RandomRecord& random, QelMessageIterator& cursor) {
     for (unsigned left = random.below(3) == 0 ? 2 : 0; left > 0; --left)
         inChild(1017, record("QelInfo"))(random, cursor);
 }
 
-/// The current value and the hard limit, and now and then the soft one between them.
+/// Current value and hard limit, sometimes with a soft limit between them.
 inline RandomFill alertValues() {
     return inTurn({bigNumberIn(1065), perhaps(bigNumberIn(1066)), bigNumberIn(1067)});
 }
@@ -23,12 +23,12 @@ inline RandomFamily randomEvents() {
             {{"QelEvent", 1004}, timeIn(1004)},
             {{"QelEvent", 1307}, inChild(1307, inChild(1913, payload))},
             {{"QelInfo", 1017}, putParameters},
-            {{"QelRequestProgressData", 1010}, textIn(1010, "request-")}, // an empty identifier isn't written
+            {{"QelRequestProgressData", 1010}, textIn(1010, "request-")}, // an empty identifier is not written
             {{"QelRequestProgressData", 1004}, timeIn(1004)},
             {{"QelRequestProgressData", 1962}, textIn(1962)},
             {{"QelResourceAlertData", 1065}, alertValues()},
         },
-        // Progress of a request without a name is written without it, and becomes that of the message's request.
+        // A progress record without a request ID omits it, and reads back the request ID of the message.
         .odd{{"QelRequestProgressData", {.settlesLate = true}}},
     };
 }

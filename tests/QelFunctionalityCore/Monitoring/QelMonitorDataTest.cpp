@@ -20,7 +20,7 @@ constexpr int counter = 1906;
 
 const QelEID eid(QelGUID(1, 2));
 
-/// An element with a name, within which `fill` stands.
+/// Writes a named element whose children `fill` writes.
 template <class Fill> void named(QelMessageIterator& at, int element, const char* name, const Fill& fill) {
     at.newChild(element);
     if (name)
@@ -60,10 +60,10 @@ protected:
     int read(const QelVocMapSP& vocabulary = {}) {
         report = {};
         const int result = at.getObject(report, QelMonitorData::Reader(vocabulary), 0);
-        EXPECT_EQ(at.curID(), 1115) << "the cursor comes back";
+        EXPECT_EQ(at.curID(), 1115) << "the cursor is restored";
         return result;
     }
-    /// A vocabulary in which each of these counters has a value type.
+    /// A vocabulary that defines a value type for each of these counters.
     static QelVocMapSP vocabularyOf(const std::vector<std::pair<const char*, const char*>>& types) {
         QelMessage* const message = makeMap({{"counters", "1"}});
         const std::unique_ptr<QelMessageIterator> to(message->rootIterator());
@@ -89,7 +89,7 @@ protected:
     QelMonitorData report;
 };
 
-TEST_F(QelMonitorDataTest, CountersStandInInstancesOfSubsystems) {
+TEST_F(QelMonitorDataTest, ReadsCountersOfInstancesOfSubsystems) {
     putHead();
     named(at, subsystem, "cpu", [&] {
         named(at, instance, "cpu0", [&] {
@@ -120,7 +120,7 @@ TEST_F(QelMonitorDataTest, CountersStandInInstancesOfSubsystems) {
     EXPECT_EQ(countChildren(other.cursor(), instance), 2);
 }
 
-TEST_F(QelMonitorDataTest, TheVocabularyTellsTheFormOfACounter) {
+TEST_F(QelMonitorDataTest, VocabularyDeterminesFormOfCounter) {
     putHead();
     putCounters({{"load", "5"}, {"bytes", "6"}, {"unknown", "7"}, {"odd", "8"}});
     const QelVocMapSP vocabulary = vocabularyOf({{"load", "0"}, {"bytes", "1"}, {"odd", "often"}});
@@ -129,26 +129,26 @@ TEST_F(QelMonitorDataTest, TheVocabularyTellsTheFormOfACounter) {
     EXPECT_EQ(stat("load").current.real, 5.0);
     EXPECT_TRUE(stat("bytes").isInteger);
     EXPECT_EQ(stat("bytes").current.integer, 6);
-    EXPECT_TRUE(stat("unknown").isInteger) << "the vocabulary doesn't know it";
-    EXPECT_TRUE(stat("odd").isInteger) << "its value type can't be read";
+    EXPECT_TRUE(stat("unknown").isInteger) << "not in the vocabulary";
+    EXPECT_TRUE(stat("odd").isInteger) << "malformed value type";
 
     ASSERT_EQ(read(), 0);
     EXPECT_TRUE(stat("load").isInteger) << "without a vocabulary";
     EXPECT_EQ(stat("load").current.integer, 5);
 }
 
-TEST_F(QelMonitorDataTest, ACounterKeepsItsFormFromInstanceToInstance) {
+TEST_F(QelMonitorDataTest, CounterHasSameFormInAllInstances) {
     putHead();
     named(at, subsystem, "cpu", [&] {
         for (const char* const each : {"cpu0", "cpu1"})
             named(at, instance, each, [&] { putCounter(at, "load", "0.5"); });
     });
-    EXPECT_EQ(read(), -1) << "these are no integers";
+    EXPECT_EQ(read(), -1) << "the values are not integers";
     ASSERT_EQ(read(vocabularyOf({{"load", "0"}})), 0);
     EXPECT_EQ(report.data["cpu"]["cpu1"]["load"].current.real, 0.5);
 }
 
-TEST_F(QelMonitorDataTest, EachCounterIsWrittenInItsOwnForm) {
+TEST_F(QelMonitorDataTest, WritesEachCounterInItsOwnForm) {
     QelPerfStat& real = report.data["cpu"]["cpu0"]["load"];
     real.isInteger = false;
     real.current.real = 0.5;
@@ -165,7 +165,7 @@ TEST_F(QelMonitorDataTest, EachCounterIsWrittenInItsOwnForm) {
     EXPECT_EQ(childValue(at, 1065), "0.5");
 }
 
-TEST_F(QelMonitorDataTest, EachPartThatIsRefusedFailsTheWriteAndNotTheOtherParts) {
+TEST_F(QelMonitorDataTest, RejectedPartFailsWriteButNotOtherParts) {
     report.eid = eid;
     report.data["cpu"]["cpu0"]["load"].current.integer = 5;
     constexpr int name = 1026;
@@ -178,13 +178,13 @@ TEST_F(QelMonitorDataTest, EachPartThatIsRefusedFailsTheWriteAndNotTheOtherParts
     }
 }
 
-TEST_F(QelMonitorDataTest, AReportWithoutDataIsOne) {
+TEST_F(QelMonitorDataTest, AcceptsReportWithoutData) {
     putHead();
     EXPECT_EQ(read(), 0);
     EXPECT_THAT(report.data, IsEmpty());
 }
 
-TEST_F(QelMonitorDataTest, AnEmptyLevelIsNoFailure) {
+TEST_F(QelMonitorDataTest, AcceptsEmptyLevels) {
     putHead();
     named(at, subsystem, "empty", [] {});
     named(at, subsystem, "half", [&] { named(at, instance, "empty", [] {}); });
@@ -194,7 +194,7 @@ TEST_F(QelMonitorDataTest, AnEmptyLevelIsNoFailure) {
     EXPECT_EQ(report.data.size(), 1U);
 }
 
-TEST_F(QelMonitorDataTest, TheEnvironmentAndTheIntervalMustBeThere) {
+TEST_F(QelMonitorDataTest, RequiresEnvironmentAndInterval) {
     at.putObj(interval, 1086);
     putCounters({{"load", "5"}});
     expectFailure("no readable identifier of the environment");
@@ -204,12 +204,12 @@ TEST_F(QelMonitorDataTest, TheEnvironmentAndTheIntervalMustBeThere) {
     EXPECT_EQ(report.eid, eid);
 }
 
-TEST_F(QelMonitorDataTest, ASubsystemOrInstanceWithoutANameFails) {
+TEST_F(QelMonitorDataTest, RejectsSubsystemOrInstanceWithoutName) {
     putHead();
     named(at, subsystem, nullptr, [&] { named(at, instance, "cpu0", [&] { putCounter(at, "load", "5"); }); });
     putCounters({{"load", "5"}});
     expectFailure("a subsystem has no name");
-    EXPECT_EQ(report.data[""]["cpu0"]["load"].current.integer, 5) << "the walk ends below it and not at once";
+    EXPECT_EQ(report.data[""]["cpu0"]["load"].current.integer, 5) << "the descent to the first counter completes";
     EXPECT_FALSE(report.data.contains("cpu"));
 
     at.deleteChild(subsystem);
@@ -218,13 +218,13 @@ TEST_F(QelMonitorDataTest, ASubsystemOrInstanceWithoutANameFails) {
     expectFailure("an instance has no name");
 }
 
-TEST_F(QelMonitorDataTest, ACounterWithoutANameEndsItsInstanceOnly) {
+TEST_F(QelMonitorDataTest, CounterWithoutNameEndsItsInstanceOnly) {
     putHead();
     named(at, subsystem, "cpu", [&] {
         named(at, instance, "cpu0", [&] {
             putCounter(at, "before", "1");
             putCounter(at, nullptr, "2");
-            putCounter(at, "behind", "3");
+            putCounter(at, "after", "3");
         });
         named(at, instance, "cpu1", [&] { putCounter(at, "next", "4"); });
     });
@@ -234,22 +234,22 @@ TEST_F(QelMonitorDataTest, ACounterWithoutANameEndsItsInstanceOnly) {
     EXPECT_EQ(report.data["cpu"]["cpu1"]["next"].current.integer, 4);
 }
 
-TEST_F(QelMonitorDataTest, AMalformedCounterEndsTheReport) {
+TEST_F(QelMonitorDataTest, MalformedCounterEndsReport) {
     putHead();
-    putCounters({{"good", "1"}, {"bad", "text"}, {"behind", "3"}});
+    putCounters({{"good", "1"}, {"bad", "text"}, {"after", "3"}});
     named(at, subsystem, "net", [] {});
     expectFailure("cpu / cpu0 / bad has no readable values");
     EXPECT_EQ(stat("good").current.integer, 1);
-    EXPECT_FALSE(report.data["cpu"]["cpu0"].contains("behind"));
+    EXPECT_FALSE(report.data["cpu"]["cpu0"].contains("after"));
 }
 
-TEST_F(QelMonitorDataTest, ACounterWithoutValuesFails) {
+TEST_F(QelMonitorDataTest, RejectsCounterWithoutValues) {
     putHead();
     named(at, subsystem, "cpu", [&] { named(at, instance, "cpu0", [&] { named(at, counter, "load", [] {}); }); });
     expectFailure("cpu / cpu0 / load has no readable values");
 }
 
-TEST_F(QelMonitorDataTest, TheVocabularyIsAskedOnceForACounter) {
+TEST_F(QelMonitorDataTest, LooksUpEachCounterOnce) {
     putHead();
     named(at, subsystem, "cpu", [&] {
         for (int i = 0; i < 100; ++i)

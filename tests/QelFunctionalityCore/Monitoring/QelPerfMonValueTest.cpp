@@ -27,11 +27,11 @@ protected:
 using Values = testing::Types<QelPerfMonActualValue, QelPerfMonHistoricalValue>;
 TYPED_TEST_SUITE(QelPerfMonValueTest, Values);
 
-TYPED_TEST(QelPerfMonValueTest, BeginsWithZeros) {
+TYPED_TEST(QelPerfMonValueTest, DefaultIsZero) {
     EXPECT_THAT(this->value.values, Each(0.0));
 }
 
-TYPED_TEST(QelPerfMonValueTest, TravelsAsTheBytesItConsistsOf) {
+TYPED_TEST(QelPerfMonValueTest, RoundTripsVerbatim) {
     std::memcpy(this->value.header, "the producer's..", 16);
     this->value.set(0, 1.5);
     this->value.set(13, -2.0);
@@ -51,9 +51,9 @@ TYPED_TEST(QelPerfMonValueTest, TravelsAsTheBytesItConsistsOf) {
     EXPECT_EQ(std::memcmp(&read, &this->value, sizeof read), 0);
 }
 
-TYPED_TEST(QelPerfMonValueTest, OfAWrongLengthFailsAndLeavesTheRecordAlone) {
+TYPED_TEST(QelPerfMonValueTest, WrongLengthLeavesRecordUnchanged) {
     this->value.set(3, 7);
-    EXPECT_EQ(this->at.getObj(this->value, 0), -1) << "no block at all";
+    EXPECT_EQ(this->at.getObj(this->value, 0), -1) << "missing value";
     for (const std::size_t length : {0U, 127U, 129U, 256U}) {
         this->at.deleteChild(block);
         this->at.putValueBase64(std::string(length, 'x'), block);
@@ -67,7 +67,7 @@ TYPED_TEST(QelPerfMonValueTest, OfAWrongLengthFailsAndLeavesTheRecordAlone) {
     EXPECT_EQ(this->value.header[0], 0);
 }
 
-TEST(QelPerfMonValueDeathTest, AnIndexBeyondTheBlockEndsTheProcess) {
+TEST(QelPerfMonValueDeathTest, IndexOutOfRangeTerminates) {
     QelPerfMonActualValue actual;
     EXPECT_DEATH(actual.set(14, 1), "core/src/QelFunctionalityCore/QelPerfMonBase:67");
     QelPerfMonHistoricalValue historical;

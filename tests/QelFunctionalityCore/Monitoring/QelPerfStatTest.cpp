@@ -20,7 +20,7 @@ protected:
             at.putValue(std::string(values[i]), elements[i]);
     }
     int read(int integer) { return at.getObject(stat, QelPerfStat::Reader(integer), 0); }
-    /// What a writer puts, in its order.
+    /// The elements that a writer adds, in order.
     std::vector<std::string> written(const QelPerfStat::Writer& writer) {
         const TestMessage other;
         QelMessageIterator& to = other.cursor();
@@ -36,13 +36,13 @@ protected:
     QelPerfStat stat;
 };
 
-TEST_F(QelPerfStatTest, BeginsAsIntegersOfZero) {
+TEST_F(QelPerfStatTest, DefaultIsIntegerZero) {
     EXPECT_TRUE(stat.isInteger);
     for (const QelPerfValue& value : {stat.current, stat.stat1060, stat.stat1061, stat.stat1062})
         EXPECT_EQ(value.integer, 0);
 }
 
-TEST_F(QelPerfStatTest, IntegersAreReadIntoTheirPlaces) {
+TEST_F(QelPerfStatTest, ReadsIntegersIntoTheirMembers) {
     put({"1", "-2", "9000000000000000000", "4"});
     EXPECT_EQ(read(1), 0);
     EXPECT_TRUE(stat.isInteger);
@@ -50,11 +50,11 @@ TEST_F(QelPerfStatTest, IntegersAreReadIntoTheirPlaces) {
     EXPECT_EQ(stat.stat1061.integer, -2);
     EXPECT_EQ(stat.stat1062.integer, 9'000'000'000'000'000'000);
     EXPECT_EQ(stat.current.integer, 4);
-    EXPECT_EQ(read(7), 0) << "anything but 0";
+    EXPECT_EQ(read(7), 0) << "any nonzero value";
     EXPECT_TRUE(stat.isInteger);
 }
 
-TEST_F(QelPerfStatTest, WithAZeroANumberIsADouble) {
+TEST_F(QelPerfStatTest, ZeroValueTypeReadsDoubles) {
     put({"5", "0.5", "-1e300", "2.25"});
     EXPECT_EQ(read(0), 0);
     EXPECT_FALSE(stat.isInteger);
@@ -66,7 +66,7 @@ TEST_F(QelPerfStatTest, WithAZeroANumberIsADouble) {
                 ElementsAre("stat_1060 5", "stat_1061 0.5", "stat_1062 -1e+300", "current 2.25"));
 }
 
-TEST_F(QelPerfStatTest, AllFourAreReadThoughOneFails) {
+TEST_F(QelPerfStatTest, ReadsRemainingValuesAfterFailure) {
     put({"1", "text", "3", "4"});
     stat.stat1061.integer = 7;
     EXPECT_EQ(read(1), -1);
@@ -76,7 +76,7 @@ TEST_F(QelPerfStatTest, AllFourAreReadThoughOneFails) {
     EXPECT_EQ(stat.current.integer, 4);
 }
 
-TEST_F(QelPerfStatTest, EachOfTheFourMustBeThere) {
+TEST_F(QelPerfStatTest, RequiresAllFourValues) {
     for (const int missing : {1060, 1061, 1062, 1065}) {
         while (at.firstChild() == 0)
             at.deleteFromChild();
@@ -87,23 +87,23 @@ TEST_F(QelPerfStatTest, EachOfTheFourMustBeThere) {
     }
 }
 
-TEST_F(QelPerfStatTest, ADoubleIsNoInteger) {
+TEST_F(QelPerfStatTest, RejectsDoubleAsInteger) {
     put({"1", "2", "3", "4.5"});
     EXPECT_EQ(read(1), -1);
     EXPECT_EQ(read(0), 0);
 }
 
-TEST_F(QelPerfStatTest, TheModeTellsTheFormToWrite) {
+TEST_F(QelPerfStatTest, WriterModeSelectsForm) {
     stat.stat1060.integer = 1;
     stat.current.integer = 4;
     const auto integers = ElementsAre("stat_1060 1", "stat_1061 0", "stat_1062 0", "current 4");
-    EXPECT_THAT(written(QelPerfStat::Writer()), integers) << "as the record says";
+    EXPECT_THAT(written(QelPerfStat::Writer()), integers) << "form of the record";
     EXPECT_THAT(written(QelPerfStat::Writer(1)), integers);
 
     stat.stat1060.real = 1.5;
     stat.current.real = 4.5;
     const auto doubles = ElementsAre("stat_1060 1.5", "stat_1061 0", "stat_1062 0", "current 4.5");
-    EXPECT_THAT(written(QelPerfStat::Writer(0)), doubles) << "whatever the record says";
+    EXPECT_THAT(written(QelPerfStat::Writer(0)), doubles) << "overrides the form of the record";
     EXPECT_THAT(written(QelPerfStat::Writer(2)), doubles);
     EXPECT_THAT(written(QelPerfStat::Writer(-2)), doubles);
     stat.isInteger = false;

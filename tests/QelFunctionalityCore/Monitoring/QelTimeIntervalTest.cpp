@@ -32,7 +32,7 @@ protected:
     QelTimeInterval read = interval(1, 2, 3);
 };
 
-TEST_F(QelTimeIntervalTest, BothEndsTravelInTheirZone) {
+TEST_F(QelTimeIntervalTest, RoundTripsBothEndsAndZone) {
     EXPECT_EQ(at.putObj(interval(1'795'167'000, 1'795'170'600, 60), 0), 0);
     EXPECT_EQ(childValue(at, start), "2026-11-20T10:30:00+01:00");
     EXPECT_EQ(childValue(at, end), "2026-11-20T11:30:00+01:00");
@@ -43,14 +43,14 @@ TEST_F(QelTimeIntervalTest, BothEndsTravelInTheirZone) {
     EXPECT_EQ(read.zone, 60);
 }
 
-TEST_F(QelTimeIntervalTest, TheZoneIsThatOfTheEnd) {
+TEST_F(QelTimeIntervalTest, ZoneIsTakenFromEnd) {
     at.putValueTimeZone(100, 60, start);
     at.putValueTimeZone(200, -120, end);
     EXPECT_EQ(at.getObj(read, 0), 0);
     EXPECT_EQ(read.zone, -120);
 }
 
-TEST_F(QelTimeIntervalTest, AMissingOrBadEndFails) {
+TEST_F(QelTimeIntervalTest, RejectsMissingOrMalformedEnd) {
     EXPECT_EQ(at.getObj(read, 0), -1);
     at.putValueTimeZone(100, 60, start);
     EXPECT_EQ(at.getObj(read, 0), -1);
@@ -60,10 +60,10 @@ TEST_F(QelTimeIntervalTest, AMissingOrBadEndFails) {
     at.deleteChild(start);
     at.deleteChild(end);
     at.putValueTimeZone(200, 60, end);
-    EXPECT_EQ(at.getObj(read, 0), -1) << "no start";
+    EXPECT_EQ(at.getObj(read, 0), -1) << "missing start";
 }
 
-TEST_F(QelTimeIntervalTest, OnlyWhatWasReadIsLogged) {
+TEST_F(QelTimeIntervalTest, LogsOnlySuccessfulReads) {
     const LogCapture log;
     EXPECT_EQ(at.getObj(read, 0), -1);
     EXPECT_THAT(log.texts(), IsEmpty());
@@ -74,7 +74,7 @@ TEST_F(QelTimeIntervalTest, OnlyWhatWasReadIsLogged) {
     EXPECT_EQ(log.lines()[0].line, 25);
 }
 
-TEST_F(QelTimeIntervalTest, AMaskTellsTheEndsToWrite) {
+TEST_F(QelTimeIntervalTest, MaskSelectsEndsToWrite) {
     const QelTimeInterval both = interval(100, 200);
     EXPECT_EQ(at.putObject(both, QelTimeInterval::Writer(1), 0), 0);
     EXPECT_EQ(childValue(at, start), "1970-01-01T00:01:40+00:00");
@@ -88,7 +88,7 @@ TEST_F(QelTimeIntervalTest, AMaskTellsTheEndsToWrite) {
     EXPECT_EQ(at.firstChild(), -1);
 }
 
-TEST_F(QelTimeIntervalTest, AnOpenIntervalHasNoEndToWrite) {
+TEST_F(QelTimeIntervalTest, OmitsOpenEnds) {
     const auto written = [&](long from, long to) {
         while (at.firstChild() == 0)
             at.deleteFromChild();
@@ -103,7 +103,7 @@ TEST_F(QelTimeIntervalTest, AnOpenIntervalHasNoEndToWrite) {
     EXPECT_EQ(written(-1, 0), std::pair(true, true));
 }
 
-TEST_F(QelTimeIntervalTest, AStartAloneIsAMoment) {
+TEST_F(QelTimeIntervalTest, SetStartSetsBothEnds) {
     read.setStart(7);
     EXPECT_EQ(read.startTime, 7);
     EXPECT_EQ(read.endTime, 7);

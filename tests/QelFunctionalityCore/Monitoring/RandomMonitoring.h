@@ -18,7 +18,7 @@ inline RandomFill statistic() {
     return inTurn({bigNumberIn(1060), bigNumberIn(1061), bigNumberIn(1062), bigNumberIn(1065)});
 }
 
-/// Runs of elements with a name each, one in the other, and a statistic in each of the innermost.
+/// Sequences of named elements, nested by `levels`, with a statistic in each innermost element.
 inline RandomFill counters(std::span<const int> levels) {
     if (levels.empty())
         return inChild(1018, statistic());

@@ -9,24 +9,24 @@
 
 namespace Qel {
 
-/// Whether the object is of just this class.
+/// Returns whether the dynamic type of the object is exactly `Class`.
 template <class Class, class Base> bool isExactly(const Base& object) {
     return typeid(object) == typeid(Class);
 }
 
 using TestSupport::childIDs;
 
-/// A test of a network record, which puts many elements by hand.
+/// Fixture for network records, with helpers that write elements by hand.
 class NetworkRecordTest : public TestSupport::RecordTest {
 protected:
-    /// Goes to a new, empty element.
-    void startAnew() {
+    /// Adds a new, empty record element and moves the cursor to it.
+    void newElement() {
         message.seekRoot();
         message.newChild(recordElement);
     }
 
     [[nodiscard]] std::string value(int id) const { return TestSupport::childValue(message, id); }
-    /// The value of child `id` of child `parent`.
+    /// Returns the value of child `id` of child `parent`.
     [[nodiscard]] std::string valueIn(int parent, int id) const {
         EXPECT_EQ(message.seek(parent), 0);
         std::string text = value(id);
@@ -34,7 +34,7 @@ protected:
         return text;
     }
     void put(int id, const std::string& text) { message.putValue(text, id); }
-    /// Adds a child with one child of its own.
+    /// Adds a child that has one child.
     void putIn(int parent, int id, const std::string& text) {
         message.newChild(parent);
         put(id, text);

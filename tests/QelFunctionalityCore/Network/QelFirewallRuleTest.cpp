@@ -26,7 +26,7 @@ Rule fullRule() {
     return rule;
 }
 
-TEST(QelFirewallRuleTest, PublishesTheWordsOfThePacketFilter) {
+TEST(QelFirewallRuleTest, DefinesPacketFilterKeywords) {
     EXPECT_EQ(Rule::PT_TCP, "tcp");
     EXPECT_EQ(Rule::PT_UDP, "udp");
     EXPECT_EQ(Rule::CT_INPUT, "INPUT");
@@ -37,12 +37,12 @@ TEST(QelFirewallRuleTest, PublishesTheWordsOfThePacketFilter) {
     EXPECT_EQ(Rule::PL_REJECT, "REJECT");
 }
 
-TEST(QelFirewallRuleTest, HasNoPortsAtStart) {
+TEST(QelFirewallRuleTest, DefaultHasNoPorts) {
     EXPECT_EQ(Rule().sourcePorts, (Rule::PortRange{-1, -1}));
     EXPECT_EQ(Rule().destinationPorts.toString('-'), "");
 }
 
-TEST(QelFirewallRuleTest, AnyFieldMakesADifference) {
+TEST(QelFirewallRuleTest, EqualityComparesAllFields) {
     void (*const changes[])(Rule&) = {
         [](Rule& rule) { rule.name += 'x'; },
         [](Rule& rule) { rule.text1195 += 'x'; },
@@ -69,7 +69,7 @@ TEST(QelFirewallRuleTest, AnyFieldMakesADifference) {
     }
 }
 
-TEST(QelFirewallRuleTest, PortsAsText) {
+TEST(QelFirewallRuleTest, FormatsPorts) {
     EXPECT_EQ((Rule::PortRange{1000, 2000}.toString('-')), "1000-2000");
     EXPECT_EQ((Rule::PortRange{80, -1}.toString('-')), "80");
     EXPECT_EQ((Rule::PortRange{-1, -1}.toString('-')), "");
@@ -77,7 +77,7 @@ TEST(QelFirewallRuleTest, PortsAsText) {
     EXPECT_EQ((Rule::PortRange{0, 0}.toString(':')), "0:0");
 }
 
-TEST(QelFirewallRuleTest, AnAddressAsText) {
+TEST(QelFirewallRuleTest, FormatsAddress) {
     EXPECT_EQ((Rule::NetAddress{"10.0.0.0", "8"}.toString('/')), "10.0.0.0/8");
     EXPECT_EQ((Rule::NetAddress{"10.0.0.0", ""}.toString('/')), "10.0.0.0");
     EXPECT_EQ((Rule::NetAddress{"", "8"}.toString('/')), "");
@@ -86,7 +86,7 @@ TEST(QelFirewallRuleTest, AnAddressAsText) {
 
 using QelFirewallRuleRecordTest = NetworkRecordTest;
 
-TEST_F(QelFirewallRuleRecordTest, EachFieldComesBackInItsPlace) {
+TEST_F(QelFirewallRuleRecordTest, RoundTripsAllFields) {
     EXPECT_EQ(roundTrip(fullRule()), fullRule());
     EXPECT_THAT(childIDs(message), ElementsAre(1026, 1195, 1196, 1197, 1198, 1199, 1200, 1201, 1202, 1203, 1204));
     EXPECT_THAT(childrenIn(1199), ElementsAre(1068, 1069));
@@ -100,15 +100,15 @@ TEST_F(QelFirewallRuleRecordTest, EachFieldComesBackInItsPlace) {
     message.seekUp();
 }
 
-TEST_F(QelFirewallRuleRecordTest, OfAnEmptyRuleOnlyNameAndFlagAreWritten) {
+TEST_F(QelFirewallRuleRecordTest, EmptyRuleWritesOnlyNameAndFlag) {
     EXPECT_EQ(write(Rule()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1026, 1198));
     EXPECT_EQ(value(1198), "0");
     Rule rule;
-    EXPECT_EQ(read(rule), -1) << "without the required text it can't be read back";
+    EXPECT_EQ(read(rule), -1) << "cannot be read without the required string";
 }
 
-TEST_F(QelFirewallRuleRecordTest, ASecondPortWithoutAFirstIsLost) {
+TEST_F(QelFirewallRuleRecordTest, DropsSecondPortWithoutFirst) {
     Rule rule = fullRule();
     rule.sourcePorts = {-1, 80};
     const Rule back = roundTrip(rule);
@@ -116,25 +116,25 @@ TEST_F(QelFirewallRuleRecordTest, ASecondPortWithoutAFirstIsLost) {
     EXPECT_EQ(back.sourcePorts, (Rule::PortRange{-1, -1}));
 }
 
-TEST_F(QelFirewallRuleRecordTest, AMaskWithoutAnAddressIsLost) {
+TEST_F(QelFirewallRuleRecordTest, DropsMaskWithoutAddress) {
     Rule rule = fullRule();
     rule.source = {"", "255.0.0.0"};
     EXPECT_EQ(roundTrip(rule).source, Rule::NetAddress());
     EXPECT_NE(message.seekPresence(1199), 0);
 }
 
-TEST_F(QelFirewallRuleRecordTest, NameAndTheFirstTextAreRequired) {
+TEST_F(QelFirewallRuleRecordTest, RequiresNameAndFirstString) {
     Rule rule;
     put(1195, "tcp");
     EXPECT_EQ(read(rule), -1);
     EXPECT_THAT(getErrorMessage(), HasSubstr("(name) is missing"));
-    startAnew();
+    newElement();
     put(1026, "web");
     EXPECT_EQ(read(rule), -1);
     EXPECT_THAT(getErrorMessage(), HasSubstr("(text1195) is missing"));
 }
 
-TEST_F(QelFirewallRuleRecordTest, TheRestMayBeMissingAndStaysAsItWas) {
+TEST_F(QelFirewallRuleRecordTest, MissingOptionalFieldsAreUnchanged) {
     put(1026, "ssh");
     put(1195, "udp");
     Rule rule = fullRule();
@@ -145,7 +145,7 @@ TEST_F(QelFirewallRuleRecordTest, TheRestMayBeMissingAndStaysAsItWas) {
     EXPECT_EQ(rule, expected);
 }
 
-TEST_F(QelFirewallRuleRecordTest, AFlagThatIsNoneIsIgnored) {
+TEST_F(QelFirewallRuleRecordTest, IgnoresMalformedFlag) {
     put(1026, "ssh");
     put(1195, "tcp");
     put(1198, "perhaps");
@@ -154,27 +154,27 @@ TEST_F(QelFirewallRuleRecordTest, AFlagThatIsNoneIsIgnored) {
     EXPECT_TRUE(rule.flag1198);
 }
 
-TEST_F(QelFirewallRuleRecordTest, APartThatIsThereMustBeReadable) {
+TEST_F(QelFirewallRuleRecordTest, RejectsMalformedAddressOrPorts) {
     const auto expectFailure = [this](int part, int id, const std::string& text) {
-        startAnew();
+        newElement();
         put(1026, "ssh");
         put(1195, "tcp");
         putIn(part, id, text);
         Rule rule;
         EXPECT_EQ(read(rule), -1) << part;
     };
-    expectFailure(1199, 1069, "255.0.0.0"); // no address
+    expectFailure(1199, 1069, "255.0.0.0"); // missing address
     expectFailure(1200, 1069, "255.0.0.0");
-    expectFailure(1201, 1194, "80"); // no first port
+    expectFailure(1201, 1194, "80"); // missing first port
     expectFailure(1202, 1194, "80");
     expectFailure(1201, 1193, "http");
 }
 
-TEST_F(QelFirewallRuleRecordTest, AnUnreadableSecondPortIsIgnored) {
+TEST_F(QelFirewallRuleRecordTest, IgnoresMalformedSecondPort) {
     put(1193, "80");
     Rule::PortRange ports{1, 2};
     EXPECT_EQ(read(ports), 0);
-    EXPECT_EQ(ports, (Rule::PortRange{80, 2})) << "a missing one stays as it was";
+    EXPECT_EQ(ports, (Rule::PortRange{80, 2})) << "a missing one is unchanged";
     put(1194, "http");
     EXPECT_EQ(read(ports), 0);
     EXPECT_EQ(ports, (Rule::PortRange{80, 2}));

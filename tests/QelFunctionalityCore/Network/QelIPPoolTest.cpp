@@ -28,7 +28,7 @@ QelIPRange rangeOf(const QelIPv6& start, const QelIPv6& end, unsigned prefix) {
 
 using QelIPRangeTest = NetworkRecordTest;
 
-TEST_F(QelIPRangeTest, IsGivenByTwoEnds) {
+TEST_F(QelIPRangeTest, RoundTripsStartAndEnd) {
     const QelIPRange back = roundTrip(rangeOf(first, last, 0));
     EXPECT_EQ(back.start, first);
     EXPECT_EQ(back.end, last);
@@ -36,27 +36,27 @@ TEST_F(QelIPRangeTest, IsGivenByTwoEnds) {
     EXPECT_THAT(childIDs(message), ElementsAre(1597, 1663));
 }
 
-TEST_F(QelIPRangeTest, IsGivenByAStartAndAPrefix) {
+TEST_F(QelIPRangeTest, RoundTripsStartAndPrefix) {
     for (const unsigned prefix : {1U, 24U, 128U}) {
-        startAnew();
+        newElement();
         const QelIPRange back = roundTrip(rangeOf(first, last, prefix));
         EXPECT_EQ(back.prefix, prefix);
-        EXPECT_TRUE(back.end.isAny()) << "a prefix stands in place of the end";
+        EXPECT_TRUE(back.end.isAny()) << "the prefix replaces the end";
         EXPECT_THAT(childIDs(message), ElementsAre(1597, 1784));
         EXPECT_EQ(value(1784), std::to_string(prefix));
     }
 }
 
-TEST_F(QelIPRangeTest, APrefixBeyondTheLastBitIsAMask) {
+TEST_F(QelIPRangeTest, PrefixAbove128IsMask) {
     EXPECT_EQ(roundTrip(rangeOf(first, QelIPv6(), 4294967040)).prefix, 4294967040U);
     EXPECT_THAT(childIDs(message), ElementsAre(1597, 1784));
     EXPECT_EQ(value(1784), "255.255.255.0");
-    startAnew();
+    newElement();
     EXPECT_EQ(roundTrip(rangeOf(first, QelIPv6(), 129)).prefix, 129U);
     EXPECT_EQ(value(1784), "0.0.0.129");
 }
 
-TEST_F(QelIPRangeTest, WithNeitherEndNorPrefixItIsNeitherWrittenNorRead) {
+TEST_F(QelIPRangeTest, RequiresEndOrPrefix) {
     EXPECT_EQ(write(rangeOf(first, QelIPv6(), 0)), -1);
     EXPECT_THAT(childIDs(message), ElementsAre(1597));
     QelIPRange addresses;
@@ -66,12 +66,12 @@ TEST_F(QelIPRangeTest, WithNeitherEndNorPrefixItIsNeitherWrittenNorRead) {
     EXPECT_EQ(read(addresses), -1);
 }
 
-TEST_F(QelIPRangeTest, AStartIsRequired) {
+TEST_F(QelIPRangeTest, RequiresStart) {
     put(1663, "10.0.0.9");
     put(1784, "24");
     QelIPRange addresses;
     EXPECT_EQ(read(addresses), -1);
-    EXPECT_EQ(addresses.prefix, 0U) << "nothing is read behind it";
+    EXPECT_EQ(addresses.prefix, 0U) << "later fields are not read";
     put(1597, "10.0.0.1");
     EXPECT_EQ(read(addresses), 0);
     EXPECT_EQ(addresses.prefix, 24U);
@@ -80,9 +80,9 @@ TEST_F(QelIPRangeTest, AStartIsRequired) {
 
 class QelIPPoolTest : public NetworkRecordTest {
 protected:
-    /// A field that may be missing, but not malformed.
+    /// Checks that a field is optional but must not be malformed.
     template <class Record> void expectRefused(int id, const std::string& text) {
-        startAnew();
+        newElement();
         Record record;
         EXPECT_EQ(read(record), 0) << id;
         put(id, text);
@@ -90,7 +90,7 @@ protected:
     }
 };
 
-TEST_F(QelIPPoolTest, EachFieldComesBackInItsPlace) {
+TEST_F(QelIPPoolTest, RoundTripsAllFields) {
     QelIPPool pool;
     pool.netmask = "255.255.255.0";
     pool.nameServers = {QelIPv6(std::string("192.0.2.53")), first};
@@ -115,7 +115,7 @@ TEST_F(QelIPPoolTest, EachFieldComesBackInItsPlace) {
     EXPECT_EQ(back.disabled, pool.disabled);
     EXPECT_THAT(childIDs(message), ElementsAre(1784, 1708, 2050, 1010, 1026, 1496, 2160, 2161, 1705));
     EXPECT_THAT(childrenIn(1708), ElementsAre(1281, 1281));
-    EXPECT_EQ(valueIn(1708, 1281), "192.0.2.53") << "an IPv4 address goes out as such";
+    EXPECT_EQ(valueIn(1708, 1281), "192.0.2.53") << "IPv4 addresses are written in dotted form";
     EXPECT_THAT(childrenIn(2160), ElementsAre(1662, 1662));
     EXPECT_THAT(childrenIn(2161), ElementsAre(1010, 1010));
     EXPECT_EQ(value(1496), "YQBi");
@@ -127,7 +127,7 @@ TEST_F(QelIPPoolTest, EachFieldComesBackInItsPlace) {
     message.seekUp();
 }
 
-TEST_F(QelIPPoolTest, OfAnEmptyPoolNothingIsWritten) {
+TEST_F(QelIPPoolTest, EmptyPoolWritesNothing) {
     const QelIPPool back = roundTrip(QelIPPool());
     EXPECT_THAT(childIDs(message), IsEmpty());
     EXPECT_FALSE(back.nameServers.isSpecified());
@@ -136,7 +136,7 @@ TEST_F(QelIPPoolTest, OfAnEmptyPoolNothingIsWritten) {
     EXPECT_FALSE(back.disabled.isSpecified());
 }
 
-TEST_F(QelIPPoolTest, ListsThatAreSpecifiedAndEmptyComeBackSo) {
+TEST_F(QelIPPoolTest, RoundTripsSpecifiedEmptyLists) {
     QelIPPool pool;
     pool.nameServers.specify(true);
     pool.ranges.specify(true);
@@ -153,21 +153,21 @@ TEST_F(QelIPPoolTest, ListsThatAreSpecifiedAndEmptyComeBackSo) {
     EXPECT_EQ(back.disabled, pool.disabled);
 }
 
-TEST_F(QelIPPoolTest, WhatIsThereMustBeReadable) {
+TEST_F(QelIPPoolTest, RejectsMalformedFields) {
     expectRefused<QelIPPool>(1010, "no identifier");
     expectRefused<QelIPPool>(1496, "?");
     expectRefused<QelIPPool>(1705, "perhaps");
-    startAnew();
+    newElement();
     putIn(2161, 1010, "no identifier");
     QelIPPool pool;
     EXPECT_EQ(read(pool), -1);
     EXPECT_FALSE(pool.members.isSpecified());
-    startAnew();
+    newElement();
     putIn(2160, 1662, "");
     EXPECT_EQ(read(pool), -1) << "a range without a start";
 }
 
-TEST_F(QelIPPoolTest, MissingElementsLeaveWhatIsSpecified) {
+TEST_F(QelIPPoolTest, MissingElementsLeaveFieldsUnchanged) {
     QelIPPool pool;
     pool.nameServers = {first};
     pool.ranges = {rangeOf(first, last, 0)};
@@ -184,18 +184,18 @@ TEST_F(QelIPPoolTest, MissingElementsLeaveWhatIsSpecified) {
     EXPECT_TRUE(pool.disabled.get());
 }
 
-TEST_F(QelIPPoolTest, TheBaseIsReadFirst) {
+TEST_F(QelIPPoolTest, ReadsBaseFirst) {
     QelIPPoolAllocation allocation;
     put(1784, "24");
     EXPECT_EQ(read(allocation), -1);
     EXPECT_EQ(allocation.netmask, "24");
 }
 
-TEST_F(QelIPPoolTest, AnAllocationNeedsItsAddress) {
+TEST_F(QelIPPoolTest, AllocationRequiresAddress) {
     QelIPPoolAllocation allocation;
     EXPECT_EQ(write(allocation), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1262));
-    startAnew();
+    newElement();
     EXPECT_EQ(read(allocation), -1);
     allocation.netmask = "24";
     allocation.address = "10.0.0.7";
@@ -203,14 +203,14 @@ TEST_F(QelIPPoolTest, AnAllocationNeedsItsAddress) {
     EXPECT_THAT(childIDs(message), ElementsAre(1784, 1262));
 }
 
-TEST_F(QelIPPoolTest, AnAllocationItemDoesNot) {
+TEST_F(QelIPPoolTest, AllocationItemDoesNotRequireAddress) {
     QelIPPoolAllocationItem item;
     item.address = first;
     EXPECT_EQ(read(item), 0);
     EXPECT_EQ(item.address, first);
     EXPECT_EQ(write(item), 0);
-    EXPECT_THAT(childIDs(message), ElementsAre(1262)) << "neither an invalid identifier nor the time 0";
-    startAnew();
+    EXPECT_THAT(childIDs(message), ElementsAre(1262)) << "omits the invalid identifier and the time 0";
+    newElement();
     item.id = QelGUID(1, 2);
     item.time = 1LL << 40;
     const QelIPPoolAllocationItem back = roundTrip(item);
@@ -219,19 +219,19 @@ TEST_F(QelIPPoolTest, AnAllocationItemDoesNot) {
     expectRefused<QelIPPoolAllocationItem>(1010, "no identifier");
 }
 
-TEST_F(QelIPPoolTest, TheNumbersOfAUsageAreAlwaysWritten) {
+TEST_F(QelIPPoolTest, UsageAlwaysWritesNumbers) {
     QelIPPoolUsage usage;
     EXPECT_EQ(write(usage), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1259, 1059));
     usage.count = 7;
-    startAnew();
+    newElement();
     put(1259, "many");
     EXPECT_EQ(read(usage), 0);
     EXPECT_EQ(usage.count, 7);
     expectRefused<QelIPPoolUsage>(1010, "no identifier");
 }
 
-TEST_F(QelIPPoolTest, AnAllocationThatCannotBeReadEndsTheListOnly) {
+TEST_F(QelIPPoolTest, MalformedAllocationEndsListOnly) {
     putIn(2178, 1262, "10.0.0.1");
     putIn(2178, 1010, "no identifier");
     putIn(2178, 1262, "10.0.0.3");
@@ -240,7 +240,7 @@ TEST_F(QelIPPoolTest, AnAllocationThatCannotBeReadEndsTheListOnly) {
     EXPECT_THAT(usage.allocations, SizeIs(1));
 }
 
-TEST_F(QelIPPoolTest, ARequestComesBack) {
+TEST_F(QelIPPoolTest, RoundTripsRequest) {
     QelAllocateIPParams request;
     request.id = QelGUID(1, 2);
     request.id2182 = QelGUID(3, 4);
@@ -258,7 +258,7 @@ TEST_F(QelIPPoolTest, ARequestComesBack) {
     EXPECT_THAT(childIDs(message), ElementsAre(1010, 2182, 2183, 2183, 1262, 1262, 1262, 1004, 1259));
 }
 
-TEST_F(QelIPPoolTest, OfAnEmptyRequestTheNumbersAreWritten) {
+TEST_F(QelIPPoolTest, EmptyRequestWritesNumbers) {
     EXPECT_EQ(write(QelAllocateIPParams()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1004, 1259));
     for (const int id : {1010, 2182, 2183})

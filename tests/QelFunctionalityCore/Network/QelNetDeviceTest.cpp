@@ -26,7 +26,7 @@ template <class T = QelNetDevice> boost::shared_ptr<T> make(const std::string& i
 
 class QelNetDeviceTest : public NetworkRecordTest {
 protected:
-    /// Writes and reads by the class.
+    /// Writes and reads through the functors of the class.
     Device passOn(const Device& device) {
         EXPECT_EQ(message.putObject(device, QelWriterDerived<QelNetDevice>(), 1114), 0);
         Device back;
@@ -41,7 +41,7 @@ protected:
     }
 };
 
-TEST_F(QelNetDeviceTest, EachFieldComesBackInItsPlace) {
+TEST_F(QelNetDeviceTest, RoundTripsAllFields) {
     QelNetDevice device;
     device.id = "eth0";
     device.ipAddresses = {QelIPAddress("10.0.0.1/24"), QelIPAddress("2001:db8::1/64")};
@@ -65,18 +65,18 @@ TEST_F(QelNetDeviceTest, EachFieldComesBackInItsPlace) {
     EXPECT_THAT(childrenIn(1192), ElementsAre(2133));
 }
 
-TEST_F(QelNetDeviceTest, OfAnEmptyDeviceOnlyTheIdentityIsWritten) {
+TEST_F(QelNetDeviceTest, EmptyDeviceWritesOnlyID) {
     EXPECT_EQ(write(QelNetDevice()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1010));
-    startAnew();
+    newElement();
     EXPECT_EQ(write(QelNetNIC()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1010));
-    startAnew();
+    newElement();
     EXPECT_EQ(write(QelNetVLAN()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1010, 2051, 2052));
 }
 
-TEST_F(QelNetDeviceTest, AnEmptyElementReadsAndLeavesTheFields) {
+TEST_F(QelNetDeviceTest, EmptyElementLeavesFieldsUnchanged) {
     QelNetVLAN device;
     device.id = "kept";
     device.text2048 = "kept";
@@ -86,10 +86,10 @@ TEST_F(QelNetDeviceTest, AnEmptyElementReadsAndLeavesTheFields) {
     EXPECT_EQ(device.id, "kept");
     EXPECT_EQ(device.text2048, "kept");
     EXPECT_EQ(device.text2051, "kept");
-    EXPECT_EQ(device.kind, 0) << "the kind is told by what is there";
+    EXPECT_EQ(device.kind, 0) << "a missing kind resets it";
 }
 
-TEST_F(QelNetDeviceTest, AnAbsentFlagReadsAsFalse) {
+TEST_F(QelNetDeviceTest, MissingFlagReadsAsFalse) {
     for (bool QelNetDevice::*const flag : {&QelNetDevice::flag2066, &QelNetDevice::flag2305}) {
         QelNetDevice device;
         device.*flag = true;
@@ -98,26 +98,26 @@ TEST_F(QelNetDeviceTest, AnAbsentFlagReadsAsFalse) {
     }
 }
 
-TEST_F(QelNetDeviceTest, AnAddressThatCannotBeReadEndsTheListOnly) {
+TEST_F(QelNetDeviceTest, MalformedAddressEndsListOnly) {
     putIn(2047, 1262, "10.0.0.1");
     message.putChild(2047);
     putIn(2047, 1262, "10.0.0.3");
-    put(1282, "behind");
+    put(1282, "after");
     QelNetDevice device;
     EXPECT_EQ(read(device), 0);
     ASSERT_THAT(device.ipAddresses, SizeIs(1));
     EXPECT_EQ(device.ipAddresses[0].ip, "10.0.0.1");
-    EXPECT_EQ(device.text1282, "behind");
+    EXPECT_EQ(device.text1282, "after");
 }
 
-TEST_F(QelNetDeviceTest, TheFirstKindWinsOverTheSecond) {
+TEST_F(QelNetDeviceTest, FirstKindTakesPrecedence) {
     QelNetDevice device;
     device.kind = 3;
     const QelNetDevice back = roundTrip(device);
     EXPECT_THAT(childrenIn(1192), ElementsAre(1758));
     EXPECT_EQ(back.kind, QelNetDevice::kindFirst);
 
-    startAnew();
+    newElement();
     message.newChild(1192);
     message.putChild(2133);
     message.putChild(1758);
@@ -126,7 +126,7 @@ TEST_F(QelNetDeviceTest, TheFirstKindWinsOverTheSecond) {
     EXPECT_EQ(device.kind, QelNetDevice::kindFirst);
 }
 
-TEST_F(QelNetDeviceTest, AnElementThatNamesNoKindFailsAndKeepsTheCursor) {
+TEST_F(QelNetDeviceTest, UnknownKindFailsAndLeavesCursorAtElement) {
     putIn(1192, 1421, "1");
     QelNetDevice device;
     device.kind = 3;
@@ -136,7 +136,7 @@ TEST_F(QelNetDeviceTest, AnElementThatNamesNoKindFailsAndKeepsTheCursor) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("can't read QelNetDevice: element status (kind) is malformed"));
 }
 
-TEST_F(QelNetDeviceTest, AKindOfOtherBitsIsWrittenAsAnElementThatNamesNone) {
+TEST_F(QelNetDeviceTest, UnknownKindBitsWriteEmptyElement) {
     QelNetDevice device;
     device.kind = 4;
     EXPECT_EQ(write(device), 0);
@@ -144,7 +144,7 @@ TEST_F(QelNetDeviceTest, AKindOfOtherBitsIsWrittenAsAnElementThatNamesNone) {
     EXPECT_EQ(read(device), -1);
 }
 
-TEST_F(QelNetDeviceTest, ABaseThatFailsFailsTheDerivedDevices) {
+TEST_F(QelNetDeviceTest, BaseFailureFailsDerivedDevices) {
     message.putChild(1192);
     put(1836, "not reached");
     put(2051, "not reached");
@@ -161,14 +161,14 @@ TEST_F(QelNetDeviceTest, ABaseThatFailsFailsTheDerivedDevices) {
     message.seekUp();
 }
 
-TEST_F(QelNetDeviceTest, DerivedFieldsFollowTheBases) {
+TEST_F(QelNetDeviceTest, DerivedFieldsFollowBase) {
     QelNetNIC nic;
     nic.id = "eth0";
     nic.text1836 = "52:54:00:12:34:56";
     EXPECT_EQ(roundTrip(nic).text1836, nic.text1836);
     EXPECT_THAT(childIDs(message), ElementsAre(1010, 1836));
 
-    startAnew();
+    newElement();
     QelNetVLAN vlan;
     vlan.text2051 = "eth0";
     vlan.text2052 = "17";
@@ -180,7 +180,7 @@ TEST_F(QelNetDeviceTest, DerivedFieldsFollowTheBases) {
     EXPECT_THAT(childIDs(message), ElementsAre(1010, 2051, 2052, 1836));
 }
 
-TEST_F(QelNetDeviceTest, EveryClassComesBackAsItself) {
+TEST_F(QelNetDeviceTest, RoundTripsEveryClass) {
     EXPECT_THAT(dynamic_cast<QelNetNIC*>(passOn(make<QelNetNIC>()).get()), NotNull());
     EXPECT_THAT(dynamic_cast<QelNetVLAN*>(passOn(make<QelNetVLAN>()).get()), NotNull());
     const Device bridge = passOn(make<QelNetBridge>("br0"));
@@ -191,14 +191,14 @@ TEST_F(QelNetDeviceTest, EveryClassComesBackAsItself) {
     EXPECT_TRUE(isExactly<QelNetDevice>(*plain));
 }
 
-TEST_F(QelNetDeviceTest, EveryClassHasItsStamp) {
+TEST_F(QelNetDeviceTest, EveryClassHasComplexType) {
     expectStamp(make(), "env:net_device");
     expectStamp(make<QelNetNIC>(), "env:net_nic");
     expectStamp(make<QelNetVLAN>(), "network:net_vlan");
     expectStamp(make<QelNetBridge>(), "network:net_bridge");
 }
 
-TEST_F(QelNetDeviceTest, AnUntypedDeviceIsAPlainOneIfThatIsAsked) {
+TEST_F(QelNetDeviceTest, UntypedDeviceIsBaseClassOnRequest) {
     putIn(1114, 1010, "lo");
     Device back;
     EXPECT_EQ(message.getObject(back, QelReaderDerived<QelNetDevice>(false), 1114), -1);
@@ -207,13 +207,13 @@ TEST_F(QelNetDeviceTest, AnUntypedDeviceIsAPlainOneIfThatIsAsked) {
     EXPECT_EQ(back->id, "lo");
 }
 
-// --- filters
+// --- Filters
 
 std::vector<Device> oneOfEach() {
     return {make("lo"), make<QelNetNIC>("eth0"), make<QelNetVLAN>("eth0.17"), make<QelNetBridge>("br0")};
 }
 
-/// The identities of the devices that satisfy the filter, of one of each class.
+/// Returns the IDs of those devices, one of each class, that match the filter.
 std::vector<std::string> passing(const Device& filter) {
     std::vector<std::string> ids;
     for (const Device& device : oneOfEach())
@@ -222,23 +222,23 @@ std::vector<std::string> passing(const Device& filter) {
     return ids;
 }
 
-TEST(CheckFilterTest, AnEmptyPlainFilterAcceptsEveryDevice) {
+TEST(CheckFilterTest, EmptyBaseFilterMatchesEveryDevice) {
     EXPECT_THAT(passing(make()), ElementsAre("lo", "eth0", "eth0.17", "br0"));
 }
 
-TEST(CheckFilterTest, AnEmptyFilterOfAClassAcceptsThatClassOnly) {
+TEST(CheckFilterTest, EmptyDerivedFilterMatchesOwnClassOnly) {
     EXPECT_THAT(passing(make<QelNetNIC>()), ElementsAre("eth0"));
     EXPECT_THAT(passing(make<QelNetVLAN>()), ElementsAre("eth0.17"));
     EXPECT_THAT(passing(make<QelNetBridge>()), ElementsAre("br0"));
 }
 
-TEST(CheckFilterTest, AnIdentityMustBeEqual) {
+TEST(CheckFilterTest, ComparesID) {
     EXPECT_THAT(passing(make("eth0")), ElementsAre("eth0"));
     EXPECT_THAT(passing(make("ETH0")), IsEmpty());
     EXPECT_THAT(passing(make<QelNetNIC>("br0")), IsEmpty());
 }
 
-TEST(CheckFilterTest, TheTextOfANicIsComparedIfTheFilterHasIt) {
+TEST(CheckFilterTest, ComparesNicStringIfSetInFilter) {
     const auto nic = make<QelNetNIC>();
     nic->text1836 = "52:54:00:12:34:56";
     const auto filter = make<QelNetNIC>();
@@ -249,7 +249,7 @@ TEST(CheckFilterTest, TheTextOfANicIsComparedIfTheFilterHasIt) {
     EXPECT_FALSE(checkFilter(nic, filter));
 }
 
-TEST(CheckFilterTest, BothTextsOfAVlanAreComparedButNotItsThird) {
+TEST(CheckFilterTest, ComparesOnlyTwoStringsOfVlan) {
     const auto vlan = make<QelNetVLAN>();
     vlan->text2051 = "eth0";
     vlan->text2052 = "17";
@@ -265,22 +265,22 @@ TEST(CheckFilterTest, BothTextsOfAVlanAreComparedButNotItsThird) {
     EXPECT_FALSE(checkFilter(vlan, filter));
 }
 
-TEST(CheckFilterTest, EveryAddressOfTheFilterMustBeThere) {
+TEST(CheckFilterTest, RequiresEveryAddressOfFilter) {
     const auto device = make();
     device->ipAddresses = {QelIPAddress("10.0.0.1/24"), QelIPAddress("10.0.0.2/16")};
     const auto filter = make();
     filter->ipAddresses = {QelIPAddress("10.0.0.2")};
-    EXPECT_TRUE(checkFilter(device, filter)) << "with any mask";
+    EXPECT_TRUE(checkFilter(device, filter)) << "any mask";
     filter->ipAddresses = {QelIPAddress("10.0.0.2"), QelIPAddress("10.0.0.1/24")};
-    EXPECT_TRUE(checkFilter(device, filter)) << "in any order";
+    EXPECT_TRUE(checkFilter(device, filter)) << "any order";
     filter->ipAddresses.emplace_back("10.0.0.3");
     EXPECT_FALSE(checkFilter(device, filter));
     filter->ipAddresses = {QelIPAddress("10.0.0.2/24")};
-    EXPECT_FALSE(checkFilter(device, filter)) << "the address of one with the mask of another";
-    EXPECT_FALSE(checkFilter(make(), filter)) << "a device without addresses";
+    EXPECT_FALSE(checkFilter(device, filter)) << "address and mask of different entries";
+    EXPECT_FALSE(checkFilter(make(), filter)) << "device without addresses";
 }
 
-TEST(CheckFilterTest, AnAddressWithoutTheAddressWantsTheMaskInEitherForm) {
+TEST(CheckFilterTest, AddressWithMaskOnlyMatchesBothMaskForms) {
     const auto device = make();
     device->ipAddresses = {QelIPAddress("10.0.0.1/24")};
     for (const char* const mask : {"24", "255.255.255.0"}) {
@@ -294,7 +294,7 @@ TEST(CheckFilterTest, AnAddressWithoutTheAddressWantsTheMaskInEitherForm) {
     EXPECT_FALSE(checkFilter(device, other));
 }
 
-TEST(CheckFilterTest, TheBytesAreComparedIfTheFilterHasThem) {
+TEST(CheckFilterTest, ComparesBytesIfSetInFilter) {
     const auto device = make<QelNetBridge>();
     device->text2048 = "a";
     const auto filter = make();
@@ -305,7 +305,7 @@ TEST(CheckFilterTest, TheBytesAreComparedIfTheFilterHasThem) {
     EXPECT_FALSE(checkFilter(device, filter));
 }
 
-TEST(CheckFilterTest, OtherFieldsTakeNoPart) {
+TEST(CheckFilterTest, IgnoresOtherFields) {
     const auto filter = make();
     filter->text1282 = filter->text2307 = "x";
     filter->flag2066 = filter->flag2305 = true;
@@ -313,9 +313,9 @@ TEST(CheckFilterTest, OtherFieldsTakeNoPart) {
     EXPECT_THAT(passing(filter), SizeIs(4));
 }
 
-// --- the service
+// --- Service base class
 
-TEST(QelFunctionalTest, AServiceIsDestroyedByItsRoot) {
+TEST(QelFunctionalTest, ServiceIsDestroyedThroughRootClass) {
     struct Service : QelNetworkMBase {
         explicit Service(bool& isDestroyed) : destroyed(isDestroyed) {}
         ~Service() override { destroyed = true; }

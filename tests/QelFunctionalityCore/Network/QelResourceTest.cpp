@@ -32,7 +32,7 @@ QelResourceIpPool poolOf(const std::vector<Range>& ranges) {
     return pool;
 }
 
-TEST(QelResourceTypeTest, NamesAndValuesAreTold) {
+TEST(QelResourceTypeTest, MapsTypesToNames) {
     EXPECT_EQ(IDResourceNameMap.at(QelResourceType::ip), "resource_ip");
     EXPECT_EQ(IDResourceNameMap.at(QelResourceType::none), "");
     EXPECT_EQ(ResourceNameIDMap.at("resource_ip"), QelResourceType::ip);
@@ -42,7 +42,7 @@ TEST(QelResourceTypeTest, NamesAndValuesAreTold) {
     EXPECT_EQ(static_cast<int>(QelResourceType::ip), 1);
 }
 
-TEST(QelResourceTypeTest, ClassesKnowTheirs) {
+TEST(QelResourceTypeTest, ConstructorsSetType) {
     EXPECT_EQ(QelResource().type, QelResourceType::none);
     EXPECT_EQ(QelResourceIp().type, QelResourceType::ip);
     EXPECT_EQ(QelResourceIp().value, 0U);
@@ -60,27 +60,27 @@ protected:
         put(1663, end);
         message.seekUp();
     }
-    /// What a pool is when it is read from the element.
+    /// Returns a pool read from the element.
     std::vector<Range> readRanges(int expected = 0) {
         QelResourceIpPool pool;
         EXPECT_EQ(read(pool), expected);
-        EXPECT_EQ(message.curID(), 1021) << "the cursor comes back";
+        EXPECT_EQ(message.curID(), 1021) << "the cursor is restored";
         return {pool.ranges.begin(), pool.ranges.end()};
     }
 };
 
-TEST_F(QelResourceTest, AResourceHasNothingToWrite) {
+TEST_F(QelResourceTest, BaseResourceWritesNothing) {
     EXPECT_EQ(roundTrip(QelResource(QelResourceType::ip)).type, QelResourceType::none);
     EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
-TEST_F(QelResourceTest, AnAddressTravelsAsText) {
+TEST_F(QelResourceTest, WritesAddressAsString) {
     EXPECT_EQ(roundTrip(QelResourceIp(strToIp("10.0.0.7"))).value, strToIp("10.0.0.7"));
     EXPECT_THAT(childIDs(message), ElementsAre(1262));
     EXPECT_EQ(value(1262), "10.0.0.7");
 }
 
-TEST_F(QelResourceTest, AnAddressIsRequired) {
+TEST_F(QelResourceTest, RequiresAddress) {
     QelResourceIp resource(5);
     EXPECT_EQ(read(resource), -1);
     EXPECT_EQ(resource.value, 5U);
@@ -89,24 +89,24 @@ TEST_F(QelResourceTest, AnAddressIsRequired) {
     EXPECT_EQ(resource.value, 0U);
 }
 
-TEST_F(QelResourceTest, APoolOfNoTypeHasAnEmptyName) {
+TEST_F(QelResourceTest, PoolWithoutTypeWritesEmptyName) {
     EXPECT_EQ(roundTrip(QelResourcePool()).type, QelResourceType::none);
     EXPECT_THAT(childIDs(message), ElementsAre(1007));
     EXPECT_EQ(value(1007), "");
 }
 
-TEST_F(QelResourceTest, APoolTellsItsTypeByName) {
+TEST_F(QelResourceTest, PoolWritesTypeByName) {
     EXPECT_EQ(roundTrip(QelResourcePool(QelResourceType::ip)).type, QelResourceType::ip);
     EXPECT_EQ(value(1007), "resource_ip");
 }
 
-TEST_F(QelResourceTest, AMissingTypeIsNoneInADerivedPoolToo) {
+TEST_F(QelResourceTest, MissingTypeResetsTypeOfDerivedPool) {
     QelResourceIpPool pool;
     EXPECT_EQ(read(pool), 0);
     EXPECT_EQ(pool.type, QelResourceType::none);
 }
 
-TEST_F(QelResourceTest, AnUnknownTypeIsNeitherReadNorWritten) {
+TEST_F(QelResourceTest, RejectsUnknownType) {
     put(1007, "resource_disk");
     QelResourcePool pool(QelResourceType::ip);
     EXPECT_EQ(read(pool), -1);
@@ -115,7 +115,7 @@ TEST_F(QelResourceTest, AnUnknownTypeIsNeitherReadNorWritten) {
     QelResourceIpPool derived;
     EXPECT_EQ(read(derived), -1);
 
-    startAnew();
+    newElement();
     EXPECT_EQ(write(QelResourcePool(static_cast<QelResourceType>(7))), -1);
     derived.type = static_cast<QelResourceType>(7);
     derived.ranges.insert({5, 6});
@@ -123,7 +123,7 @@ TEST_F(QelResourceTest, AnUnknownTypeIsNeitherReadNorWritten) {
     EXPECT_THAT(childIDs(message), IsEmpty());
 }
 
-TEST_F(QelResourceTest, ARangeOfOneAddressIsOneElementAndAnyOtherTwoInOne) {
+TEST_F(QelResourceTest, SingleAddressIsOneElementAndRangeHasTwoChildren) {
     EXPECT_EQ(write(poolOf({{5, 5}, {7, 8}})), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1007, 1262, 1662));
     EXPECT_EQ(value(1262), "0.0.0.5");
@@ -132,18 +132,18 @@ TEST_F(QelResourceTest, ARangeOfOneAddressIsOneElementAndAnyOtherTwoInOne) {
     EXPECT_EQ(valueIn(1662, 1663), "0.0.0.8");
 }
 
-TEST_F(QelResourceTest, TwoAddressesWithOneBetweenThemAreTwoElements) {
+TEST_F(QelResourceTest, SeparateAddressesAreSeparateElements) {
     EXPECT_EQ(write(poolOf({{1, 1}, {3, 3}})), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1007, 1262, 1262));
 }
 
-TEST_F(QelResourceTest, APoolComesBack) {
+TEST_F(QelResourceTest, RoundTripsPool) {
     const std::vector<Range> ranges{addresses("0.0.0.1", "9.255.255.255"), addresses("10.0.0.5", "10.0.0.5"),
                                     addresses("255.0.0.0", "255.255.255.254")};
     EXPECT_EQ(roundTrip(poolOf(ranges)).ranges, poolOf(ranges).ranges);
 }
 
-TEST_F(QelResourceTest, WhatTouchesIsMergedInWhateverOrderItComes) {
+TEST_F(QelResourceTest, MergesAdjacentRangesInAnyOrder) {
     put(1262, "10.0.0.9");
     putRange("10.0.0.1", "10.0.0.4");
     put(1262, "10.0.0.5");
@@ -151,7 +151,7 @@ TEST_F(QelResourceTest, WhatTouchesIsMergedInWhateverOrderItComes) {
     EXPECT_THAT(readRanges(), ElementsAre(addresses("10.0.0.1", "10.0.0.5"), addresses("10.0.0.9", "10.0.0.9")));
 }
 
-TEST_F(QelResourceTest, UnknownChildrenArePassedOver) {
+TEST_F(QelResourceTest, IgnoresUnknownChildren) {
     put(1026, "a name");
     put(1262, "10.0.0.1");
     putRange("10.0.0.2", "10.0.0.3");
@@ -160,11 +160,11 @@ TEST_F(QelResourceTest, UnknownChildrenArePassedOver) {
     EXPECT_THAT(readRanges(), ElementsAre(addresses("10.0.0.1", "10.0.0.3")));
 }
 
-TEST_F(QelResourceTest, ARangeThatCannotBeInAPoolFailsAndWhatWasReadBeforeStays) {
+TEST_F(QelResourceTest, InvalidRangeFailsAndKeepsEarlierRanges) {
     const std::pair<const char*, const char*> bad[] = {
         {leastAddress, "10.0.0.1"}, {"10.0.0.1", greatestAddress}, {"10.0.0.2", "10.0.0.1"}, {"10.0.0.1", "nowhere"}};
     for (const auto& [start, end] : bad) {
-        startAnew();
+        newElement();
         put(1262, "10.0.0.77");
         putRange(start, end);
         put(1262, "10.0.0.99");
@@ -173,15 +173,15 @@ TEST_F(QelResourceTest, ARangeThatCannotBeInAPoolFailsAndWhatWasReadBeforeStays)
     }
 }
 
-TEST_F(QelResourceTest, ARangeNeedsBothEnds) {
+TEST_F(QelResourceTest, RangeRequiresBothEnds) {
     putIn(1662, 1597, "10.0.0.1");
     EXPECT_THAT(readRanges(-1), IsEmpty());
-    startAnew();
+    newElement();
     putIn(1662, 1663, "10.0.0.1");
     EXPECT_THAT(readRanges(-1), IsEmpty());
 }
 
-TEST_F(QelResourceTest, ReadingAgainAddsToTheRanges) {
+TEST_F(QelResourceTest, ReadingAgainAddsRanges) {
     QelResourceIpPool pool = poolOf({addresses("10.0.0.1", "10.0.0.2")});
     put(1262, "10.0.0.3");
     EXPECT_EQ(read(pool), 0);
@@ -190,17 +190,17 @@ TEST_F(QelResourceTest, ReadingAgainAddsToTheRanges) {
 
 using QelResourceDeathTest = QelResourceTest;
 
-TEST_F(QelResourceDeathTest, ASingleExtremeAddressEndsTheProcess) {
+TEST_F(QelResourceDeathTest, SingleExtremeAddressTerminates) {
     for (const char* const extreme : {leastAddress, greatestAddress, "no address", ""}) {
-        startAnew();
+        newElement();
         put(1262, extreme);
         QelResourceIpPool pool;
         EXPECT_DEATH(static_cast<void>(read(pool)), "core/src/QelCore/QelContainers.*570.*insert") << extreme;
     }
 }
 
-TEST_F(QelResourceTest, ManyAddressesInDescendingOrderAreReadInOneGo) {
-    // One by one this would move 20 billion ranges, for minutes.
+TEST_F(QelResourceTest, ReadsManyDescendingAddressesInLinearTime) {
+    // Inserted one by one, these would move 20 billion ranges and take minutes.
     constexpr unsigned count = 200'000;
     for (unsigned left = count; left > 0; --left) {
         message.newChild(1262);
@@ -212,7 +212,7 @@ TEST_F(QelResourceTest, ManyAddressesInDescendingOrderAreReadInOneGo) {
     EXPECT_EQ(pool.ranges.size(), count);
 }
 
-// --- pairs
+// --- Pairs
 
 class QelPoolResourcePairTest : public NetworkRecordTest {
 protected:
@@ -230,7 +230,7 @@ protected:
     }
 };
 
-TEST_F(QelPoolResourcePairTest, BothComeBackAsTheirClasses) {
+TEST_F(QelPoolResourcePairTest, RoundTripsBothClasses) {
     const QelPoolResourcePair back = roundTrip(full());
     const auto* const pool = dynamic_cast<QelResourceIpPool*>(back.pool.get());
     ASSERT_THAT(pool, NotNull());
@@ -243,15 +243,15 @@ TEST_F(QelPoolResourcePairTest, BothComeBackAsTheirClasses) {
     EXPECT_EQ(typeOf(1665), "resource:ip_resource");
 }
 
-TEST_F(QelPoolResourcePairTest, NothingIsWrittenForTwoNullPointers) {
+TEST_F(QelPoolResourcePairTest, NullPointersWriteNothing) {
     EXPECT_EQ(write(QelPoolResourcePair()), 0);
     EXPECT_THAT(childIDs(message), IsEmpty());
     QelPoolResourcePair pair = full();
     EXPECT_EQ(read(pair), 0);
-    EXPECT_THAT(pair.pool, NotNull()) << "what is missing stays as it was";
+    EXPECT_THAT(pair.pool, NotNull()) << "a missing member is unchanged";
 }
 
-TEST_F(QelPoolResourcePairTest, AnUntypedOrMalformedPartIsIgnored) {
+TEST_F(QelPoolResourcePairTest, IgnoresUntypedOrMalformedMember) {
     message.putChild(1974);
     putIn(1665, 1262, "10.0.0.1");
     QelPoolResourcePair pair;
@@ -259,7 +259,7 @@ TEST_F(QelPoolResourcePairTest, AnUntypedOrMalformedPartIsIgnored) {
     EXPECT_THAT(pair.pool, IsNull());
     EXPECT_THAT(pair.resource, IsNull());
 
-    startAnew();
+    newElement();
     ASSERT_EQ(write(full()), 0);
     message.seek(1665);
     message.deleteChild(1262);
@@ -269,14 +269,14 @@ TEST_F(QelPoolResourcePairTest, AnUntypedOrMalformedPartIsIgnored) {
     EXPECT_THAT(pair.resource, IsNull());
 }
 
-TEST_F(QelPoolResourcePairTest, APartThatCannotBeWrittenDoesNotFailThePair) {
+TEST_F(QelPoolResourcePairTest, UnwritableMemberDoesNotFailPair) {
     QelPoolResourcePair pair = full();
     pair.pool->type = static_cast<QelResourceType>(7);
     EXPECT_EQ(write(pair), 0);
     EXPECT_THAT(childrenIn(1665), ElementsAre(1262));
 }
 
-TEST_F(QelPoolResourcePairTest, TheBasesTravelAsThemselves) {
+TEST_F(QelPoolResourcePairTest, RoundTripsBaseClasses) {
     QelPoolResourcePair pair;
     pair.pool.reset(new QelResourcePool);
     pair.resource.reset(new QelResource);

@@ -23,7 +23,7 @@ constexpr auto text = &cell<QelRowSet::Cell>;
 class QelRowSetTest : public NetworkRecordTest {
 protected:
     void putColumn(const std::string& name) { putIn(1082, 1026, name); }
-    /// Adds a row with a cell for each text.
+    /// Adds a row with one cell per string.
     void putRow(const std::vector<std::string>& texts) {
         message.newChild(1739);
         for (const std::string& each : texts)
@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(QelRowSetTest, ColumnsRowsAndNumbersComeBack) {
+TEST_F(QelRowSetTest, RoundTripsColumnsRowsAndNumbers) {
     QelRowSet set;
     set.columns = {column("name", {}), column("", {column("free", {}), column("total", {})})};
     set.rows = {{text("a", {}), text("", {text("1", {}), text("2", {})})}, {text("b", {})}};
@@ -50,7 +50,7 @@ TEST_F(QelRowSetTest, ColumnsRowsAndNumbersComeBack) {
     message.seekUp();
 }
 
-TEST_F(QelRowSetTest, AnUnknownNumberIsNotWrittenAndReadsAsUnknown) {
+TEST_F(QelRowSetTest, OmitsUnknownNumberAndReadsItAsUnknown) {
     QelRowSet set;
     set.columns = {column("name", {})};
     EXPECT_EQ(set.count, 2147483647);
@@ -63,10 +63,10 @@ TEST_F(QelRowSetTest, AnUnknownNumberIsNotWrittenAndReadsAsUnknown) {
     put(1259, "many");
     set.count = 5;
     EXPECT_EQ(read(set), 0);
-    EXPECT_EQ(set.count, 2147483647) << "nor does a number that is none tell anything";
+    EXPECT_EQ(set.count, 2147483647) << "malformed number";
 }
 
-TEST_F(QelRowSetTest, WithoutColumnsItIsNotRead) {
+TEST_F(QelRowSetTest, RequiresColumns) {
     putRow({"YQ=="});
     put(1259, "1");
     QelRowSet set;
@@ -74,7 +74,7 @@ TEST_F(QelRowSetTest, WithoutColumnsItIsNotRead) {
     EXPECT_THAT(set.rows, IsEmpty());
 }
 
-TEST_F(QelRowSetTest, ARowWithoutCellsEndsTheRows) {
+TEST_F(QelRowSetTest, EmptyRowEndsRows) {
     putColumn("name");
     putRow({"YQ=="});
     putRow({});
@@ -83,10 +83,10 @@ TEST_F(QelRowSetTest, ARowWithoutCellsEndsTheRows) {
     QelRowSet set;
     EXPECT_EQ(read(set), 0);
     EXPECT_THAT(set.rows, ElementsAre(ElementsAre(text("a", {}))));
-    EXPECT_EQ(set.count, 3) << "what follows is read";
+    EXPECT_EQ(set.count, 3) << "later fields are read";
 }
 
-TEST_F(QelRowSetTest, ATextHidesTheChildren) {
+TEST_F(QelRowSetTest, StringHidesChildren) {
     message.newChild(1082);
     put(1026, "name");
     putColumn("child");
@@ -96,26 +96,26 @@ TEST_F(QelRowSetTest, ATextHidesTheChildren) {
     EXPECT_THAT(set.columns, ElementsAre(column("name", {})));
 
     set.columns = {column("name", {column("child", {})})};
-    startAnew();
+    newElement();
     EXPECT_EQ(write(set), 0);
     EXPECT_THAT(childrenIn(1082), ElementsAre(1026));
 }
 
-TEST_F(QelRowSetTest, AnEmptyCellLeavesAnEmptyElement) {
+TEST_F(QelRowSetTest, EmptyCellIsEmptyElement) {
     QelRowSet set;
     set.columns = {column("", {})};
     EXPECT_EQ(roundTrip(set).columns, set.columns);
     EXPECT_THAT(childrenIn(1082), IsEmpty());
 }
 
-TEST_F(QelRowSetTest, AMissingTextIsEmptyWhateverTheCellHeld) {
+TEST_F(QelRowSetTest, MissingStringClearsValue) {
     QelRowSet::Column cell = column("before", {});
     putColumn("child");
     EXPECT_EQ(read(cell), 0);
     EXPECT_EQ(cell, column("", {column("child", {})}));
 }
 
-TEST_F(QelRowSetTest, AnUnreadableValueLeadsToTheChildrenAsAMissingOneDoes) {
+TEST_F(QelRowSetTest, MalformedValueReadsChildrenLikeMissingOne) {
     put(1018, "?");
     putIn(1082, 1018, "YQ==");
     QelRowSet::Cell cell = text("before", {});
@@ -123,13 +123,13 @@ TEST_F(QelRowSetTest, AnUnreadableValueLeadsToTheChildrenAsAMissingOneDoes) {
     EXPECT_EQ(cell, text("", {text("a", {})}));
     putIn(1082, 1018, "?");
     cell.children.clear();
-    EXPECT_EQ(read(cell), 0) << "nor does one in a child fail";
+    EXPECT_EQ(read(cell), 0) << "malformed value in a child";
     EXPECT_EQ(cell, text("", {text("a", {}), text("", {})}));
 }
 
 using QelPagerSortConditionTest = NetworkRecordTest;
 
-TEST_F(QelPagerSortConditionTest, ADescendingOrderIsAFlag) {
+TEST_F(QelPagerSortConditionTest, DescendingOrderIsWrittenAsFlag) {
     QelPagerSortCondition condition;
     condition.column = "name";
     condition.descending = true;
@@ -140,27 +140,27 @@ TEST_F(QelPagerSortConditionTest, ADescendingOrderIsAFlag) {
     EXPECT_EQ(value(1378), "");
 }
 
-TEST_F(QelPagerSortConditionTest, AnAscendingOrderIsNotWritten) {
+TEST_F(QelPagerSortConditionTest, AscendingOrderIsNotWritten) {
     EXPECT_EQ(write(QelPagerSortCondition()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1741));
 }
 
-TEST_F(QelPagerSortConditionTest, TheOrderIsReadAsAValue) {
+TEST_F(QelPagerSortConditionTest, OrderIsReadAsValue) {
     QelPagerSortCondition condition;
     condition.descending = true;
     put(1741, "name");
     EXPECT_EQ(read(condition), 0);
-    EXPECT_TRUE(condition.descending) << "a missing one leaves it";
+    EXPECT_TRUE(condition.descending) << "a missing one leaves it unchanged";
     put(1378, "0");
     EXPECT_EQ(read(condition), 0);
     EXPECT_FALSE(condition.descending);
     message.deleteChild(1378);
     put(1378, "perhaps");
     EXPECT_EQ(read(condition), 0);
-    EXPECT_FALSE(condition.descending) << "nor does one that is none change it";
+    EXPECT_FALSE(condition.descending) << "so does a malformed one";
 }
 
-TEST_F(QelPagerSortConditionTest, AColumnIsRequired) {
+TEST_F(QelPagerSortConditionTest, RequiresColumn) {
     message.putChild(1378);
     QelPagerSortCondition condition;
     EXPECT_EQ(read(condition), -1);

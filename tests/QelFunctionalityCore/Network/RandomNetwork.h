@@ -8,7 +8,7 @@
 
 namespace Qel::TestSupport {
 
-/// One that can be in a pool; often a neighbour of another.
+/// An address that a pool can contain, often adjacent to another one.
 inline unsigned poolAddress(RandomRecord& random) {
     return 0x0A000001U + random.below(40);
 }
@@ -29,7 +29,7 @@ inline void putPoolRange(RandomRecord& random, QelMessageIterator& cursor) {
     cursor.seekUp();
 }
 
-/// A prefix, a mask as a number or as an address; nothing only where the range has an end.
+/// A prefix, or a mask as a number or an address; empty only if the range has an end.
 inline void putPrefix(RandomRecord& random, QelMessageIterator& cursor) {
     static constexpr std::array<const char*, 5> prefixes{"24", "128", "4294967040", "255.255.255.0", "1"};
     if (cursor.seekPresence(1663) != 0 || random.below(2) == 0)
@@ -48,7 +48,7 @@ inline void putPoolType(RandomRecord& random, QelMessageIterator& cursor) {
     cursor.putValue(random.below(2) == 0 ? "resource_ip" : "", 1007);
 }
 
-/// A cell of a row set, with its text in element `id`.
+/// A cell of a row set with its string in element `id`.
 inline RandomFill cell(int id) {
     return [id](RandomRecord& random, QelMessageIterator& cursor) {
         if (random.below(3) == 0) {
@@ -61,7 +61,7 @@ inline RandomFill cell(int id) {
     };
 }
 
-/// Whether an address is the least or the greatest, which no pool can hold.
+/// Returns whether a subtree contains the minimum or maximum address, which no pool can contain.
 inline bool holdsExtremeAddress(const QelMessageIterator& cursor) {
     if (cursor.curID() == 1262) {
         std::string text;
@@ -86,7 +86,7 @@ inline bool holdsText(const QelMessageIterator& cursor) {
 
 inline RandomFamily randomNetwork() {
     constexpr OddRecord holdsPool{.isFatal = holdsExtremeAddress};
-    constexpr OddRecord isDevice{.staysWhereItFailed = true}; // at a kind that isn't known
+    constexpr OddRecord isDevice{.staysWhereItFailed = true}; // at an unknown kind
     return {
         .withoutTable{
             {"QelNetDevice", record("QelNetDevice")},
@@ -96,7 +96,7 @@ inline RandomFamily randomNetwork() {
             {"QelStringTree<1026, false>", cell(1026)},
         },
         .fields{
-            {{"QelFirewallRule", 1195}, textIn(1195, "text ")}, // an empty one isn't written, yet wanted
+            {{"QelFirewallRule", 1195}, textIn(1195, "text ")}, // an empty one is required but not written
             {{"QelIPPoolBaseData", 1708}, inChild(1708, several(2, putNameServer))},
             {{"QelIPRange", 1663}, poolAddressIn(1663)},
             {{"QelIPRange", 1784}, putPrefix},

@@ -12,7 +12,7 @@
 #include "QelFunctionalityCore/Profile/QelProfile.h"
 #include "QelFunctionalityCore/TestTree.h"
 
-// The set algebra of profiles against a model on plain maps.
+// Compares the set algebra of profiles with a model based on maps.
 
 namespace Qel {
 
@@ -29,11 +29,11 @@ constexpr int screenID = 2188;
 using Texts = std::map<int, std::string>;
 using Items = std::map<std::string, int>;
 
-/// A profile, by the elements of what is specified in it.
+/// Reference model of a profile, keyed by the elements of its specified members.
 struct Model {
     Texts owner;                ///< SID and name
-    Texts sections;             ///< those without items, each told by one text
-    std::map<int, Items> lists; ///< browse lists and screens, each item told by a number
+    Texts sections;             ///< sections without items, each represented by one string
+    std::map<int, Items> lists; ///< browse lists and screens, each item represented by a number
 
     friend bool operator==(const Model&, const Model&) = default;
 
@@ -53,7 +53,7 @@ void showValue(const Model& model, std::ostream& out) {
     rc::show(model.lists, out);
 }
 
-// --- Between the model and the profile
+// --- Conversion between model and profile
 
 QelProfile toProfile(const Model& model) {
     QelProfile profile;
@@ -127,9 +127,9 @@ Model toModel(const QelProfile& profile) {
     return model;
 }
 
-// --- What the model says
+// --- Operations of the model
 
-/// What a message with the profile holds: a SID hides the name.
+/// The content of a message with the profile: a SID hides the name.
 Model sent(Model model) {
     if (model.owner.contains(sidID))
         model.owner.erase(authNameID);
@@ -148,28 +148,28 @@ Model merged(Model model, const Model& other) {
     return model;
 }
 
-/// A filter, and the browse lists that it still holds where the section is not specified.
+/// A filter, and the browse lists that it retains although the section is unspecified.
 struct Filter {
     Model profile;
-    Items forgotten;
+    Items retained;
 
-    /// The names that it narrows browse lists by.
+    /// The names used to select browse lists.
     [[nodiscard]] const Items& names() const {
         const auto found = profile.lists.find(browseID);
-        return found == profile.lists.end() ? forgotten : found->second;
+        return found == profile.lists.end() ? retained : found->second;
     }
 };
 
 void showValue(const Filter& filter, std::ostream& out) {
     showValue(filter.profile, out);
-    out << ", forgotten ";
-    rc::show(filter.forgotten, out);
+    out << ", retained ";
+    rc::show(filter.retained, out);
 }
 
 QelProfile toProfile(const Filter& filter) {
     QelProfile profile = toProfile(filter.profile);
     if (!profile.browse.isSpecified())
-        for (const auto& [name, number] : filter.forgotten)
+        for (const auto& [name, number] : filter.retained)
             profile.browse.get().items.insert(QelBrowseInfo(name));
     return profile;
 }
@@ -203,8 +203,8 @@ Selection selected(const Model& stored, const Filter& filter, QelFilterMode mode
     return selection;
 }
 
-/// What comes of a filter that travels.
-Model travelled(const Model& filter) {
+/// A filter after a round trip.
+Model roundTripped(const Model& filter) {
     Model model = sent(filter);
     for (auto& [id, text] : model.sections)
         text.clear();
@@ -217,14 +217,14 @@ Model travelled(const Model& filter) {
     return model;
 }
 
-// --- Examples
+// --- Generators
 
-/// Examples are small enough to be of any shape from the first on.
+/// Uses the nominal size from the first example on; the values are small anyway.
 template <class T> rc::Gen<T> inFullSize(const rc::Gen<T>& generator) {
     return rc::gen::resize(rc::kNominalSize, generator);
 }
 
-/// Up to as many entries as there are keys.
+/// A map with at most one entry per key.
 template <class Map>
 rc::Gen<Map> mapFrom(const std::vector<typename Map::key_type>& keys,
                      const rc::Gen<typename Map::mapped_type>& values) {
@@ -249,7 +249,7 @@ rc::Gen<Model> someModel() {
 
 rc::Gen<Filter> someFilter() {
     return inFullSize(rc::gen::build<Filter>(rc::gen::set(&Filter::profile, someModel()),
-                                             rc::gen::set(&Filter::forgotten, someItems())));
+                                             rc::gen::set(&Filter::retained, someItems())));
 }
 
 } // namespace
@@ -269,7 +269,7 @@ namespace {
 
 constexpr int profileID = 1307;
 
-/// A message with a profile, and a cursor in its element.
+/// Writes a profile and moves the cursor into its element.
 template <class Writer> void put(TestTree& tree, const QelProfile& profile, const Writer& writer) {
     tree->newChild(profileID);
     RC_ASSERT(tree->putObject(profile, writer, 0) == 0);
@@ -277,7 +277,7 @@ template <class Writer> void put(TestTree& tree, const QelProfile& profile, cons
     RC_ASSERT(tree->seek(profileID) == 0);
 }
 
-RC_GTEST_PROP(ProfileModelTest, AProfileComesBack, (const Model& model)) {
+RC_GTEST_PROP(ProfileModelTest, RoundTripsProfile, (const Model& model)) {
     TestTree tree;
     put(tree, toProfile(model), QelProfile::Writer());
     QelProfile read;
@@ -286,7 +286,7 @@ RC_GTEST_PROP(ProfileModelTest, AProfileComesBack, (const Model& model)) {
     RC_ASSERT(tree->curID() == profileID);
 }
 
-RC_GTEST_PROP(ProfileModelTest, MergesAsMapsDo, (const Model& here, const Model& other)) {
+RC_GTEST_PROP(ProfileModelTest, MergeMatchesModel, (const Model& here, const Model& other)) {
     QelProfile profile = toProfile(here);
     const QelProfile laidOver = toProfile(other);
     RC_ASSERT(profile.merge(laidOver) == 0);
@@ -309,26 +309,25 @@ void checkSelection(const Model& stored, const Filter& filter, QelFilterMode mod
     RC_ASSERT(tree->curID() == (expected.isCursorLost ? browseID : profileID));
 }
 
-RC_GTEST_PROP(ProfileModelTest, ADifferenceIsThatOfMaps, (const Model& stored, const Filter& filter)) {
+RC_GTEST_PROP(ProfileModelTest, DifferenceMatchesModel, (const Model& stored, const Filter& filter)) {
     checkSelection(stored, filter, QelFilterMode::difference);
 }
 
-RC_GTEST_PROP(ProfileModelTest, AnIntersectionIsThatOfMaps, (const Model& stored, const Filter& filter)) {
+RC_GTEST_PROP(ProfileModelTest, IntersectionMatchesModel, (const Model& stored, const Filter& filter)) {
     checkSelection(stored, filter, QelFilterMode::intersection);
 }
 
-RC_GTEST_PROP(ProfileModelTest, AFilterKeepsItsSectionsOnTheWay, (const Model& filter)) {
+RC_GTEST_PROP(ProfileModelTest, RoundTripsSectionsOfFilter, (const Model& filter)) {
     TestTree tree;
     put(tree, toProfile(filter), QelProfile::filterWriter());
     QelProfile read;
     RC_ASSERT(tree->getObject(read, QelProfile::filterReader(), 0) == 0);
-    RC_ASSERT(toModel(read) == travelled(filter));
+    RC_ASSERT(toModel(read) == roundTripped(filter));
     RC_ASSERT(tree->curID() == profileID);
 }
 
-RC_GTEST_PROP(ProfileModelTest, DifferenceAndIntersectionBySectionsMakeTheWhole,
-              (const Model& stored, const Model& filter)) {
-    const Filter bySections{travelled(filter), {}};
+RC_GTEST_PROP(ProfileModelTest, DifferenceAndIntersectionAddUpToProfile, (const Model& stored, const Model& filter)) {
+    const Filter bySections{roundTripped(filter), {}};
     TestTree tree;
     put(tree, toProfile(stored), QelProfile::Writer());
     const auto filterProfile = boost::make_shared<QelProfile>(toProfile(bySections));

@@ -19,7 +19,7 @@ inline QelScreenInfo screenInfo(const std::string& name) {
     return info;
 }
 
-/// The lists or screens of these names.
+/// Settings with lists or screens of these names.
 template <class Settings> Settings settingsOf(const std::vector<std::string>& names) {
     Settings settings;
     for (const std::string& name : names) {
@@ -36,7 +36,7 @@ inline QelPersonalSettings personalSettings(const std::string& name) {
     return settings;
 }
 
-/// A profile with a SID and every section, with two lists and two screens.
+/// A profile with a SID and all sections, with two lists and two screens.
 inline QelProfile fullProfile() {
     QelProfile profile{QelSID("S-1-5-42")};
     profile.personal = personalSettings("Ann");
@@ -47,7 +47,7 @@ inline QelProfile fullProfile() {
     return profile;
 }
 
-/// The names of a section's items, in their order.
+/// Returns the names of a section's items in order.
 template <class Settings> std::vector<std::string> namesOf(const Settings& settings) {
     std::vector<std::string> names;
     for (const auto& item : settings.items)
@@ -55,7 +55,7 @@ template <class Settings> std::vector<std::string> namesOf(const Settings& setti
     return names;
 }
 
-/// The elements of the sections that a profile has, in the order in which they are written.
+/// Returns the element IDs of the specified sections in writing order.
 inline std::vector<int> sectionsOf(const QelProfile& profile) {
     std::vector<int> sections;
     const auto add = [&](const auto& section, int id) {

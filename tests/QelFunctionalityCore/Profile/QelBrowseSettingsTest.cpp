@@ -16,7 +16,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-TEST(QelBrowseColumnTest, WhatIsMissingButTheNameStaysAsItWas) {
+TEST(QelBrowseColumnTest, MissingOptionalFieldsAreUnchanged) {
     TestTree tree;
     tree->putValue("cpu", 2213);
     QelBrowseColumn column;
@@ -30,7 +30,7 @@ TEST(QelBrowseColumnTest, WhatIsMissingButTheNameStaysAsItWas) {
     EXPECT_EQ(column.text, "heading");
 }
 
-TEST(QelBrowseColumnTest, WhatIsThereMustBeReadable) {
+TEST(QelBrowseColumnTest, RejectsMalformedFields) {
     for (const int id : {2206, 2214}) {
         TestTree tree;
         tree->putValue("cpu", 2213);
@@ -40,7 +40,7 @@ TEST(QelBrowseColumnTest, WhatIsThereMustBeReadable) {
     }
 }
 
-TEST(QelBrowseColumnTest, TheTextAndTheNumberAreCopiedButNotMarshalled) {
+TEST(QelBrowseColumnTest, TextAndLocalIDAreCopiedButNotSent) {
     QelBrowseColumn column;
     column.text = "heading";
     column.localID = 5;
@@ -56,14 +56,14 @@ TEST(QelBrowseColumnTest, TheTextAndTheNumberAreCopiedButNotMarshalled) {
     EXPECT_EQ(read.localID, 0);
 }
 
-TEST(QelBrowseInfoTest, OneMadeFromANameHasNoNumberYet) {
+TEST(QelBrowseInfoTest, ConstructedFromNameHasNoLocalID) {
     const QelBrowseInfo info("machines");
     EXPECT_EQ(info.name, "machines");
     EXPECT_EQ(info.localID, -1);
     EXPECT_EQ(QelBrowseInfo().localID, 0);
 }
 
-TEST(QelBrowseInfoTest, NoColumnsAreEmptyElements) {
+TEST(QelBrowseInfoTest, EmptyColumnListsAreEmptyElements) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(browseInfo("machines"), 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(2209, 2210, 2216, 2215, 2211));
@@ -75,11 +75,11 @@ TEST(QelBrowseInfoTest, NoColumnsAreEmptyElements) {
     EXPECT_THAT(read.columns2211, IsEmpty());
 }
 
-TEST(QelBrowseInfoTest, EveryElementMustBeThere) {
+TEST(QelBrowseInfoTest, RequiresEveryElement) {
     TestSupport::expectRequired(browseInfo("machines"), {2209, 2210, 2216, 2215, 2211});
 }
 
-TEST(QelBrowseInfoTest, AFilterHoldsTheNameOnly) {
+TEST(QelBrowseInfoTest, FilterWritesNameOnly) {
     TestTree tree;
     ASSERT_EQ(tree->putObject(browseInfo("machines", 9), QelBrowseInfo::filterWriter(), 2200), 0);
     ASSERT_EQ(tree->seek(2200), 0);
@@ -91,7 +91,7 @@ TEST(QelBrowseInfoTest, AFilterHoldsTheNameOnly) {
     EXPECT_EQ(read.value2210, 0);
 }
 
-TEST(QelBrowseInfoTest, AFilterWithoutANameIsRefused) {
+TEST(QelBrowseInfoTest, FilterRejectsMissingName) {
     TestTree tree;
     QelBrowseInfo read("old");
     EXPECT_EQ(tree->getObject(read, QelBrowseInfo::filterReader(), 0), -1);
@@ -99,7 +99,7 @@ TEST(QelBrowseInfoTest, AFilterWithoutANameIsRefused) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("browse_name is missing"));
 }
 
-TEST(QelBrowseSettingsTest, AreOrderedByNameAndKeepTheFirstOfAName) {
+TEST(QelBrowseSettingsTest, OrdersByNameAndKeepsFirstDuplicate) {
     TestTree tree;
     for (const auto& info : {browseInfo("b", 1), browseInfo("a", 2), browseInfo("b", 3)}) {
         tree->newChild(2200);
@@ -112,14 +112,14 @@ TEST(QelBrowseSettingsTest, AreOrderedByNameAndKeepTheFirstOfAName) {
     EXPECT_EQ(read.items.rbegin()->value2210, 1);
 }
 
-TEST(QelBrowseSettingsTest, NoItemsAreNoFailure) {
+TEST(QelBrowseSettingsTest, AcceptsNoItems) {
     TestTree tree;
     QelBrowseSettings read;
     EXPECT_EQ(tree->getObj(read, 0), 0);
     EXPECT_THAT(read.items, IsEmpty());
 }
 
-/// A message with lists of these names in the root.
+/// A message with lists of these names in its root.
 class QelBrowseFilterTest : public testing::Test {
 protected:
     void putLists(const std::vector<std::string>& names) {
@@ -143,20 +143,20 @@ protected:
     QelBrowseSettings settings;
 };
 
-TEST_F(QelBrowseFilterTest, AnIntersectionTakesTheListsThatTheFilterNames) {
+TEST_F(QelBrowseFilterTest, IntersectionSelectsListsNamedInFilter) {
     putLists({"a", "b"});
     EXPECT_EQ(readIntersection({"a", "c"}), 0);
     EXPECT_THAT(namesOf(settings), ElementsAre("a"));
     EXPECT_EQ(settings.items.begin()->value2210, 1) << "as a whole";
 }
 
-TEST_F(QelBrowseFilterTest, ADifferenceTakesTheOthers) {
+TEST_F(QelBrowseFilterTest, DifferenceSelectsOtherLists) {
     putLists({"a", "b", "d"});
     EXPECT_EQ(readDifference({"a", "c"}), 0);
     EXPECT_THAT(namesOf(settings), ElementsAre("b", "d"));
 }
 
-TEST_F(QelBrowseFilterTest, WithoutNamesAllAreReadAndTheCursorComesBack) {
+TEST_F(QelBrowseFilterTest, EmptyFilterReadsAllAndRestoresCursor) {
     putLists({"a", "b"});
     for (const auto& none : {boost::shared_ptr<QelBrowseSettings>(), filter({})}) {
         settings.items.clear();
@@ -169,7 +169,7 @@ TEST_F(QelBrowseFilterTest, WithoutNamesAllAreReadAndTheCursorComesBack) {
     }
 }
 
-TEST_F(QelBrowseFilterTest, TheCursorEndsOnTheLastList) {
+TEST_F(QelBrowseFilterTest, FilteredReadLeavesCursorAtLastList) {
     putLists({"a", "b"});
     tree->putValue("other", 1026);
     EXPECT_EQ(readIntersection({"a"}), 0);
@@ -180,7 +180,7 @@ TEST_F(QelBrowseFilterTest, TheCursorEndsOnTheLastList) {
     EXPECT_EQ(tree->curName(), "/");
 }
 
-TEST_F(QelBrowseFilterTest, WhereThereAreNoListsNothingMoves) {
+TEST_F(QelBrowseFilterTest, FilteredReadWithoutListsKeepsCursor) {
     tree->putValue("other", 1026);
     settings = *filter({"old"});
     EXPECT_EQ(readIntersection({"a"}), 0);
@@ -189,17 +189,17 @@ TEST_F(QelBrowseFilterTest, WhereThereAreNoListsNothingMoves) {
     EXPECT_EQ(tree->curName(), "/");
 }
 
-TEST_F(QelBrowseFilterTest, AnEmptyNameEndsTheReadAndKeepsWhatCameBefore) {
+TEST_F(QelBrowseFilterTest, EmptyNameFailsAndKeepsEarlierLists) {
     putLists({"a", "", "c"});
     EXPECT_EQ(readIntersection({"a", "c"}), -1);
     EXPECT_THAT(namesOf(settings), ElementsAre("a"));
     EXPECT_THAT(getErrorMessage(), HasSubstr("browse_info: its name is empty"));
     EXPECT_EQ(tree->curID(), 2200);
-    EXPECT_EQ(childValue(*tree, 2209), "") << "the cursor stays where it is";
+    EXPECT_EQ(childValue(*tree, 2209), "") << "the cursor stays at the item";
     EXPECT_EQ(tree->nextSibling(2200), 0);
 }
 
-TEST_F(QelBrowseFilterTest, AMissingNameEndsTheReadAndKeepsWhatCameBefore) {
+TEST_F(QelBrowseFilterTest, MissingNameFailsAndKeepsEarlierLists) {
     putLists({"x"});
     tree->putChild(2200);
     putLists({"y"});
@@ -208,7 +208,7 @@ TEST_F(QelBrowseFilterTest, AMissingNameEndsTheReadAndKeepsWhatCameBefore) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("browse_info: element browse_name is missing"));
 }
 
-TEST_F(QelBrowseFilterTest, AListThatFailsHalfWayGoesInWithWhatItHas) {
+TEST_F(QelBrowseFilterTest, PartlyMalformedListIsKept) {
     tree->newChild(2200);
     tree->putValue("a", 2209);
     tree->putValue(3, 2210);
@@ -220,14 +220,14 @@ TEST_F(QelBrowseFilterTest, AListThatFailsHalfWayGoesInWithWhatItHas) {
     EXPECT_EQ(settings.items.begin()->value2210, 3);
 }
 
-TEST_F(QelBrowseFilterTest, AListThatIsThereAlreadyStays) {
+TEST_F(QelBrowseFilterTest, ExistingListIsNotReplaced) {
     settings.items = {browseInfo("a", 99)};
     putLists({"a"});
     EXPECT_EQ(readIntersection({"a"}), 0);
     EXPECT_EQ(settings.items.begin()->value2210, 99);
 }
 
-TEST_F(QelBrowseFilterTest, AFilteringReaderCanBeCopied) {
+TEST_F(QelBrowseFilterTest, FilteringReaderIsCopyable) {
     putLists({"a", "b"});
     const QelBrowseSettings::intersectionReader reader(filter({"b"}));
     const QelBrowseSettings::intersectionReader copy = reader;

@@ -10,13 +10,13 @@ namespace Qel {
 
 namespace {
 
-TEST(QelDesktopActionTest, TheNameIsWrittenFirst) {
+TEST(QelDesktopActionTest, WritesNameFirst) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDesktopAction(), 0), 0);
     EXPECT_THAT(childIDs(*tree), testing::ElementsAre(2205, 2206));
 }
 
-TEST(QelDesktopActionTest, TheNameIsReadFirst) {
+TEST(QelDesktopActionTest, ReadsNameFirst) {
     TestTree tree;
     tree->putValue("true", 2206);
     QelDesktopAction action;
@@ -24,7 +24,7 @@ TEST(QelDesktopActionTest, TheNameIsReadFirst) {
     EXPECT_FALSE(action.flag2206);
 }
 
-TEST(QelDesktopSettingsTest, NoActionsAreAnEmptyElement) {
+TEST(QelDesktopSettingsTest, EmptyActionsAreEmptyElement) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDesktopSettings(), 0), 0);
     ASSERT_EQ(tree->seek(1503), 0);
@@ -35,7 +35,7 @@ TEST(QelDesktopSettingsTest, NoActionsAreAnEmptyElement) {
     EXPECT_TRUE(read.actions.empty());
 }
 
-TEST(QelDesktopSettingsTest, TheElementOfTheActionsMustBeThere) {
+TEST(QelDesktopSettingsTest, RequiresElementOfActions) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelDesktopSettings(), 0), 0);
     ASSERT_EQ(tree->deleteChild(1503), 0);
@@ -43,7 +43,7 @@ TEST(QelDesktopSettingsTest, TheElementOfTheActionsMustBeThere) {
     EXPECT_EQ(tree->getObj(read, 0), -1);
 }
 
-TEST(QelDesktopSettingsTest, EveryFieldMustBeThere) {
+TEST(QelDesktopSettingsTest, RequiresEveryField) {
     TestSupport::expectRequired(QelDesktopSettings(), {2207, 2203, 2202, 2201, 2208});
 }
 

@@ -17,14 +17,14 @@ using testing::IsEmpty;
 
 constexpr int profileID = 1307;
 
-/// A filter of sections.
+/// A filter with these sections specified.
 template <class... Section> QelProfile filterOf(Section... sections) {
     QelProfile filter;
     ((filter.*sections).specify(true), ...);
     return filter;
 }
 
-/// A message with a cursor in the element of a profile.
+/// A message with the cursor in a profile's element.
 class QelProfileFilterTest : public testing::Test {
 protected:
     QelProfileFilterTest() { tree->newChild(profileID); }
@@ -38,11 +38,11 @@ protected:
     int readIntersection(const QelProfile& filter) {
         return tree->getObject(profile, QelProfile::intersectionReader(boost::make_shared<QelProfile>(filter)), 0);
     }
-    void expectBack() { EXPECT_EQ(tree->curID(), profileID); }
-    void expectLeftInBrowse() {
+    void expectCursorRestored() { EXPECT_EQ(tree->curID(), profileID); }
+    void expectCursorInBrowse() {
         EXPECT_EQ(tree->curID(), 2185);
         tree->seekUp();
-        expectBack();
+        expectCursorRestored();
     }
 
     TestTree tree;
@@ -51,7 +51,7 @@ protected:
 
 // --- Writing
 
-TEST_F(QelProfileFilterTest, SectionsAreWrittenAsEmptyElements) {
+TEST_F(QelProfileFilterTest, WritesSectionsAsEmptyElements) {
     const QelProfile full = fullProfile();
     QelProfile filter = full;
     filter.browse.specify(false);
@@ -63,10 +63,10 @@ TEST_F(QelProfileFilterTest, SectionsAreWrittenAsEmptyElements) {
         EXPECT_EQ(countChildren(*tree), 0) << id;
         tree->seekUp();
     }
-    expectBack();
+    expectCursorRestored();
 }
 
-TEST_F(QelProfileFilterTest, ScreensAloneAreOneEmptyElement) {
+TEST_F(QelProfileFilterTest, WritesScreensAsOneEmptyElement) {
     QelProfile filter;
     filter.screen = settingsOf<QelScreenSettings>({"s", "t"});
     ASSERT_EQ(writeFilter(filter), 0);
@@ -75,11 +75,11 @@ TEST_F(QelProfileFilterTest, ScreensAloneAreOneEmptyElement) {
     EXPECT_EQ(countChildren(*tree), 0);
 }
 
-TEST_F(QelProfileFilterTest, BrowseListsAreWrittenByName) {
+TEST_F(QelProfileFilterTest, WritesNamesOfBrowseLists) {
     QelProfile filter;
     filter.browse = settingsOf<QelBrowseSettings>({"a", "b"});
     ASSERT_EQ(writeFilter(filter), 0);
-    EXPECT_EQ(tree->curID(), 2185) << "the cursor stays there";
+    EXPECT_EQ(tree->curID(), 2185) << "the cursor stays in the element";
     EXPECT_THAT(childIDs(*tree), ElementsAre(2200, 2200));
     ASSERT_EQ(tree->seek(2200), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(2209));
@@ -88,7 +88,7 @@ TEST_F(QelProfileFilterTest, BrowseListsAreWrittenByName) {
     EXPECT_EQ(childValue(*tree, 2209), "b");
 }
 
-TEST_F(QelProfileFilterTest, WhatIsWrittenBehindTheBrowseListsStandsInTheirElement) {
+TEST_F(QelProfileFilterTest, NestsLaterSectionsInElementOfBrowseLists) {
     ASSERT_EQ(
         writeFilter(filterOf(&QelProfile::screen, &QelProfile::browse, &QelProfile::desktop, &QelProfile::personal)),
         0);
@@ -96,10 +96,10 @@ TEST_F(QelProfileFilterTest, WhatIsWrittenBehindTheBrowseListsStandsInTheirEleme
     EXPECT_THAT(childIDs(*tree), ElementsAre(2186, 2188));
     tree->seekUp();
     EXPECT_THAT(childIDs(*tree), ElementsAre(2187, 2185));
-    expectBack();
+    expectCursorRestored();
 }
 
-TEST_F(QelProfileFilterTest, ASidHidesTheName) {
+TEST_F(QelProfileFilterTest, SidSuppressesName) {
     QelProfile filter{QelAuthName()};
     ASSERT_EQ(writeFilter(filter), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1630));
@@ -109,14 +109,14 @@ TEST_F(QelProfileFilterTest, ASidHidesTheName) {
     EXPECT_THAT(childIDs(*other), ElementsAre(1911));
 }
 
-TEST_F(QelProfileFilterTest, AnEmptySidFailsTheWritingBeforeTheSections) {
+TEST_F(QelProfileFilterTest, EmptySidFailsWriteBeforeSections) {
     QelProfile filter = fullProfile();
     filter.sid.get().fromBinary(nullptr, 0);
     EXPECT_EQ(writeFilter(filter), -1);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1911));
 }
 
-/// A cursor that refuses to write one element.
+/// A cursor that rejects one element.
 class RefusingIterator : public QelBinaryIterator {
 public:
     RefusingIterator(QelBinary* message, int refusedID) : QelBinaryIterator(message), m_refused(refusedID) {}
@@ -133,7 +133,7 @@ private:
     int m_refused;
 };
 
-TEST_F(QelProfileFilterTest, ARefusedElementFailsTheWriting) {
+TEST_F(QelProfileFilterTest, RejectedElementFailsWrite) {
     for (const int refused : {2187, 2184, 2209, 2186, 2188}) {
         const TestSupport::TestMessage message;
         RefusingIterator cursor(&dynamic_cast<QelBinary&>(*message.get()), refused);
@@ -142,7 +142,7 @@ TEST_F(QelProfileFilterTest, ARefusedElementFailsTheWriting) {
     }
 }
 
-TEST_F(QelProfileFilterTest, ARefusedNameFailsTheWritingOfAnItem) {
+TEST_F(QelProfileFilterTest, RejectedNameFailsWriteOfItem) {
     const TestSupport::TestMessage message;
     RefusingIterator cursor(&dynamic_cast<QelBinary&>(*message.get()), 2217);
     EXPECT_EQ(cursor.putObject(screenInfo("s"), QelScreenInfo::filterWriter(), 0), -1);
@@ -150,7 +150,7 @@ TEST_F(QelProfileFilterTest, ARefusedNameFailsTheWritingOfAnItem) {
 
 // --- Reading
 
-TEST_F(QelProfileFilterTest, ASectionThatIsThereIsSpecifiedWhateverItHolds) {
+TEST_F(QelProfileFilterTest, ReadsPresentSectionAsSpecified) {
     tree->putValue("no settings at all", 2187);
     profile.personal = personalSettings("Ann");
     EXPECT_EQ(readFilter(profile), 0);
@@ -159,7 +159,7 @@ TEST_F(QelProfileFilterTest, ASectionThatIsThereIsSpecifiedWhateverItHolds) {
     EXPECT_EQ(profile.personal->personalText, "");
 }
 
-TEST_F(QelProfileFilterTest, TheContentOfAProfileIsNotSeen) {
+TEST_F(QelProfileFilterTest, IgnoresContentOfSections) {
     putProfile(fullProfile());
     EXPECT_EQ(readFilter(profile), 0);
     EXPECT_EQ(profile.sid->toString(), "S-1-5-42");
@@ -167,17 +167,17 @@ TEST_F(QelProfileFilterTest, TheContentOfAProfileIsNotSeen) {
     EXPECT_EQ(profile.personal->personalName, "");
     EXPECT_THAT(profile.browse->items, IsEmpty());
     EXPECT_THAT(profile.screen->items, IsEmpty());
-    expectBack();
+    expectCursorRestored();
 }
 
-TEST_F(QelProfileFilterTest, SectionsThatAreMissingStayAsTheyWere) {
+TEST_F(QelProfileFilterTest, MissingSectionsAreUnchanged) {
     profile = fullProfile();
     EXPECT_EQ(readFilter(profile), 0);
     EXPECT_EQ(profile.personal->personalName, "Ann");
     EXPECT_THAT(namesOf(profile.browse.get()), ElementsAre("a", "b"));
 }
 
-TEST_F(QelProfileFilterTest, NamesThatWereWrittenAreNotSeen) {
+TEST_F(QelProfileFilterTest, IgnoresWrittenNames) {
     QelProfile filter;
     filter.browse = settingsOf<QelBrowseSettings>({"a", "b"});
     ASSERT_EQ(writeFilter(filter), 0);
@@ -187,14 +187,14 @@ TEST_F(QelProfileFilterTest, NamesThatWereWrittenAreNotSeen) {
     EXPECT_THAT(profile.browse->items, IsEmpty());
 }
 
-TEST_F(QelProfileFilterTest, WhatStandsInTheElementOfTheBrowseListsIsNotSeen) {
+TEST_F(QelProfileFilterTest, IgnoresSectionsNestedInElementOfBrowseLists) {
     ASSERT_EQ(writeFilter(filterOf(&QelProfile::browse, &QelProfile::desktop, &QelProfile::screen)), 0);
     tree->seekUp();
     EXPECT_EQ(readFilter(profile), 0);
     EXPECT_THAT(sectionsOf(profile), ElementsAre(2185));
 }
 
-TEST_F(QelProfileFilterTest, ItemsBesideASectionAreCheckedAndForgotten) {
+TEST_F(QelProfileFilterTest, ValidatesAndDiscardsItemsNextToSection) {
     tree->putChild(2185);
     tree->putChild(2188);
     tree->putObject(browseInfo("a"), QelBrowseInfo::filterWriter(), 2200);
@@ -202,34 +202,34 @@ TEST_F(QelProfileFilterTest, ItemsBesideASectionAreCheckedAndForgotten) {
     EXPECT_EQ(readFilter(profile), 0);
     EXPECT_THAT(profile.browse->items, IsEmpty());
     EXPECT_THAT(profile.screen->items, IsEmpty());
-    expectBack();
+    expectCursorRestored();
 }
 
-TEST_F(QelProfileFilterTest, AnItemBesideTheBrowseListsMustHaveAName) {
+TEST_F(QelProfileFilterTest, RejectsItemWithoutNameNextToBrowseLists) {
     tree->putChild(2185);
     tree->putChild(2186);
     tree->putChild(2188);
     tree->putChild(2200);
     EXPECT_EQ(readFilter(profile), -1);
     EXPECT_THAT(sectionsOf(profile), ElementsAre(2185, 2186));
-    expectBack();
+    expectCursorRestored();
 }
 
-TEST_F(QelProfileFilterTest, AnItemBesideTheScreensMustHaveAName) {
+TEST_F(QelProfileFilterTest, RejectsItemWithoutNameNextToScreens) {
     tree->putChild(2188);
     tree->putChild(2219);
     EXPECT_EQ(readFilter(profile), -1);
     EXPECT_THAT(sectionsOf(profile), ElementsAre(2188));
 }
 
-TEST_F(QelProfileFilterTest, ItemsWithoutTheirSectionAreNotLookedAt) {
+TEST_F(QelProfileFilterTest, IgnoresItemsWithoutTheirSection) {
     tree->putChild(2200);
     tree->putChild(2219);
     EXPECT_EQ(readFilter(profile), 0);
     EXPECT_FALSE(profile.hasSettings());
 }
 
-TEST_F(QelProfileFilterTest, TheIdentityOfAFilterIsRead) {
+TEST_F(QelProfileFilterTest, ReadsOwner) {
     ASSERT_EQ(writeFilter(QelProfile{QelAuthName()}), 0);
     EXPECT_EQ(readFilter(profile), 0);
     EXPECT_TRUE(profile.authName.isSpecified());
@@ -242,9 +242,9 @@ TEST_F(QelProfileFilterTest, TheIdentityOfAFilterIsRead) {
     EXPECT_FALSE(profile.authName.isSpecified());
 }
 
-TEST_F(QelProfileFilterTest, ABadIdentityFailsTheReadBeforeTheSections) {
+TEST_F(QelProfileFilterTest, MalformedOwnerFailsBeforeSections) {
     for (const int id : {1911, 1630}) {
-        tree->putValue("nobody", id);
+        tree->putValue("malformed", id);
         tree->putChild(2187);
         EXPECT_EQ(readFilter(profile), -1) << id;
         EXPECT_FALSE(profile.hasSettings()) << id;
@@ -254,13 +254,13 @@ TEST_F(QelProfileFilterTest, ABadIdentityFailsTheReadBeforeTheSections) {
 
 // --- Difference and intersection
 
-TEST_F(QelProfileFilterTest, WithoutSectionsInTheFilterTheWholeProfileIsRead) {
+TEST_F(QelProfileFilterTest, FilterWithoutSectionsReadsWholeProfile) {
     putProfile(fullProfile());
     const auto expectAll = [&](int result) {
         EXPECT_EQ(result, 0);
         EXPECT_EQ(profile.sid->toString(), "S-1-5-42");
         EXPECT_THAT(sectionsOf(profile), ElementsAre(2187, 2184, 2185, 2186, 2188));
-        expectBack();
+        expectCursorRestored();
         profile = QelProfile();
     };
     expectAll(tree->getObject(profile, QelProfile::differenceReader(nullptr), 0));
@@ -269,7 +269,7 @@ TEST_F(QelProfileFilterTest, WithoutSectionsInTheFilterTheWholeProfileIsRead) {
     expectAll(readIntersection(QelProfile(QelAuthName())));
 }
 
-TEST_F(QelProfileFilterTest, WithASectionInTheFilterNoIdentityIsRead) {
+TEST_F(QelProfileFilterTest, FilterWithSectionsSkipsOwner) {
     putProfile(fullProfile());
     EXPECT_EQ(readDifference(filterOf(&QelProfile::personal)), 0);
     EXPECT_EQ(readIntersection(filterOf(&QelProfile::personal)), 0);
@@ -277,7 +277,7 @@ TEST_F(QelProfileFilterTest, WithASectionInTheFilterNoIdentityIsRead) {
     EXPECT_FALSE(profile.authName.isSpecified());
 }
 
-TEST_F(QelProfileFilterTest, TheDifferenceIsWhatTheFilterLacks) {
+TEST_F(QelProfileFilterTest, DifferenceReadsSectionsNotInFilter) {
     QelProfile stored;
     stored.personal = personalSettings("Ann");
     stored.interface = QelInterfaceSettings();
@@ -286,7 +286,7 @@ TEST_F(QelProfileFilterTest, TheDifferenceIsWhatTheFilterLacks) {
     EXPECT_THAT(sectionsOf(profile), ElementsAre(2184));
 }
 
-TEST_F(QelProfileFilterTest, TheIntersectionIsWhatTheFilterHas) {
+TEST_F(QelProfileFilterTest, IntersectionReadsSectionsInFilter) {
     QelProfile stored;
     stored.personal = personalSettings("Ann");
     stored.interface = QelInterfaceSettings();
@@ -296,7 +296,7 @@ TEST_F(QelProfileFilterTest, TheIntersectionIsWhatTheFilterHas) {
     EXPECT_EQ(profile.personal->personalName, "Ann");
 }
 
-TEST_F(QelProfileFilterTest, EachSectionIsInEitherTheDifferenceOrTheIntersection) {
+TEST_F(QelProfileFilterTest, EachSectionIsInDifferenceOrIntersection) {
     putProfile(fullProfile());
     const auto expectSplit = [&](auto section, int id) {
         const QelProfile filter = filterOf(section);
@@ -307,7 +307,7 @@ TEST_F(QelProfileFilterTest, EachSectionIsInEitherTheDifferenceOrTheIntersection
         EXPECT_EQ(sectionsOf(profile).size(), 4U);
         EXPECT_THAT(sectionsOf(profile), testing::Not(testing::Contains(id)));
         profile = QelProfile();
-        expectBack();
+        expectCursorRestored();
     };
     expectSplit(&QelProfile::personal, 2187);
     expectSplit(&QelProfile::interface, 2184);
@@ -316,26 +316,26 @@ TEST_F(QelProfileFilterTest, EachSectionIsInEitherTheDifferenceOrTheIntersection
     expectSplit(&QelProfile::screen, 2188);
 }
 
-TEST_F(QelProfileFilterTest, AnIntersectionNarrowsBrowseListsByNameAndThenFindsNoMoreSections) {
+TEST_F(QelProfileFilterTest, IntersectionSelectsBrowseListsByNameAndMissesLaterSections) {
     putProfile(fullProfile());
     QelProfile filter = fullProfile();
     filter.browse = settingsOf<QelBrowseSettings>({"b", "c"});
     EXPECT_EQ(readIntersection(filter), 0);
     EXPECT_THAT(sectionsOf(profile), ElementsAre(2187, 2184, 2185));
     EXPECT_THAT(namesOf(profile.browse.get()), ElementsAre("b"));
-    expectLeftInBrowse();
+    expectCursorInBrowse();
 }
 
-TEST_F(QelProfileFilterTest, BrowseListsWithoutAnItemLeaveTheCursorInPlace) {
+TEST_F(QelProfileFilterTest, EmptyBrowseListsRestoreCursor) {
     QelProfile stored = fullProfile();
     stored.browse = QelBrowseSettings();
     putProfile(stored);
     EXPECT_EQ(readIntersection(fullProfile()), 0);
     EXPECT_THAT(sectionsOf(profile), ElementsAre(2187, 2184, 2185, 2186, 2188));
-    expectBack();
+    expectCursorRestored();
 }
 
-TEST_F(QelProfileFilterTest, ScreensAreNotNarrowedByName) {
+TEST_F(QelProfileFilterTest, ScreensAreNotSelectedByName) {
     putProfile(fullProfile());
     QelProfile filter;
     filter.screen = settingsOf<QelScreenSettings>({"s"});
@@ -343,17 +343,17 @@ TEST_F(QelProfileFilterTest, ScreensAreNotNarrowedByName) {
     EXPECT_THAT(namesOf(profile.screen.get()), ElementsAre("s", "t"));
 }
 
-TEST_F(QelProfileFilterTest, NamesInAnUnspecifiedSectionMakeADifferenceOfNames) {
+TEST_F(QelProfileFilterTest, NamesInUnspecifiedSectionApplyToDifference) {
     putProfile(fullProfile());
     QelProfile filter = filterOf(&QelProfile::personal);
     filter.browse.get() = settingsOf<QelBrowseSettings>({"a"});
     EXPECT_EQ(readDifference(filter), 0);
     EXPECT_THAT(sectionsOf(profile), ElementsAre(2184, 2185));
     EXPECT_THAT(namesOf(profile.browse.get()), ElementsAre("b"));
-    expectLeftInBrowse();
+    expectCursorInBrowse();
 }
 
-TEST_F(QelProfileFilterTest, ASectionThatFailsEndsTheReadAndKeepsTheOnesBeforeIt) {
+TEST_F(QelProfileFilterTest, MalformedSectionFailsAndKeepsEarlierSections) {
     for (const int bad : {2187, 2184, 2186, 2188}) {
         TestTree other;
         ASSERT_EQ(other->putObj(fullProfile(), 0), 0);
@@ -378,7 +378,7 @@ TEST_F(QelProfileFilterTest, ASectionThatFailsEndsTheReadAndKeepsTheOnesBeforeIt
     }
 }
 
-TEST_F(QelProfileFilterTest, AListWithoutANameEndsTheReadOfAProfile) {
+TEST_F(QelProfileFilterTest, ListWithoutNameFailsProfile) {
     putProfile(fullProfile());
     ASSERT_EQ(tree->seek(2185), 0);
     tree->putChild(2200);
@@ -390,7 +390,7 @@ TEST_F(QelProfileFilterTest, AListWithoutANameEndsTheReadOfAProfile) {
     EXPECT_THAT(namesOf(profile.browse.get()), ElementsAre("a"));
 }
 
-TEST_F(QelProfileFilterTest, AProfileMayBeReadIntoItsOwnFilter) {
+TEST_F(QelProfileFilterTest, CanReadIntoFilterItself) {
     QelProfile stored;
     stored.browse = settingsOf<QelBrowseSettings>({"a", "b", "c"});
     putProfile(stored);

@@ -20,7 +20,7 @@ QelAuthName authName(const std::string& name) {
     return made;
 }
 
-TEST(QelProfileTest, OneThatWasJustMadeHasItsOwnerAndNoSettings) {
+TEST(QelProfileTest, NewProfileHasOwnerAndNoSettings) {
     const QelProfile byName(authName("ann"));
     EXPECT_FALSE(byName.hasSettings());
     EXPECT_FALSE(byName.sid.isSpecified());
@@ -36,13 +36,13 @@ TEST(QelProfileTest, OneThatWasJustMadeHasItsOwnerAndNoSettings) {
     EXPECT_EQ(bySid.localID, -1);
 }
 
-TEST(QelProfileTest, TheDefaultProfileIsThatOfItsOwner) {
+TEST(QelProfileTest, DefaultProfileHasOwner) {
     EXPECT_EQ(QelProfile::getDefaultProfile(authName("ann"))->authName->name.get(), "ann");
     EXPECT_EQ(QelProfile::getDefaultProfile(QelSID("S-1-5-42"))->sid->toString(), "S-1-5-42");
     EXPECT_FALSE(QelProfile::getDefaultProfile(QelSID("S-1-5-42"))->hasSettings());
 }
 
-TEST(QelProfileTest, AnySectionMakesSettings) {
+TEST(QelProfileTest, AnySectionCountsAsSettings) {
     const auto has = [](auto section) {
         QelProfile profile;
         (profile.*section).specify(true);
@@ -57,13 +57,13 @@ TEST(QelProfileTest, AnySectionMakesSettings) {
     EXPECT_FALSE(has(&QelProfile::authName));
 }
 
-TEST(QelProfileTest, IsWrittenInOrder) {
+TEST(QelProfileTest, WritesFieldsInOrder) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(fullProfile(), 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1911, 2187, 2184, 2185, 2186, 2188));
 }
 
-TEST(QelProfileTest, ASidHidesTheNameWhenWritten) {
+TEST(QelProfileTest, SidSuppressesNameOnWrite) {
     QelProfile profile(authName("ann"));
     profile.sid = QelSID("S-1-5-42");
     TestTree tree;
@@ -71,7 +71,7 @@ TEST(QelProfileTest, ASidHidesTheNameWhenWritten) {
     EXPECT_THAT(childIDs(*tree), ElementsAre(1911));
 }
 
-TEST(QelProfileTest, TheNameIsWrittenWithoutASid) {
+TEST(QelProfileTest, WritesNameWithoutSid) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(QelProfile(authName("ann")), 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1630));
@@ -81,7 +81,7 @@ TEST(QelProfileTest, TheNameIsWrittenWithoutASid) {
     EXPECT_FALSE(read.sid.isSpecified());
 }
 
-TEST(QelProfileTest, ASidHidesTheNameWhenRead) {
+TEST(QelProfileTest, SidSuppressesNameOnRead) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(authName("bob"), 1630), 0);
     ASSERT_EQ(tree->putObj(QelSID("S-1-5-42"), 1911), 0);
@@ -92,7 +92,7 @@ TEST(QelProfileTest, ASidHidesTheNameWhenRead) {
     EXPECT_EQ(read.authName->name.get(), "ann");
 }
 
-TEST(QelProfileTest, ABadSidFailsTheReadBeforeAnythingElse) {
+TEST(QelProfileTest, MalformedSidFailsBeforeOtherFields) {
     TestTree tree;
     tree->putValue("no sid", 1911);
     ASSERT_EQ(tree->putObj(authName("ann"), 1630), 0);
@@ -105,7 +105,7 @@ TEST(QelProfileTest, ABadSidFailsTheReadBeforeAnythingElse) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("element sid (sid) is malformed"));
 }
 
-TEST(QelProfileTest, ABadNameFailsTheRead) {
+TEST(QelProfileTest, RejectsMalformedName) {
     TestTree tree;
     tree->putChild(1630);
     ASSERT_EQ(tree->putObj(personalSettings("Ann"), 2187), 0);
@@ -115,7 +115,7 @@ TEST(QelProfileTest, ABadNameFailsTheRead) {
     EXPECT_FALSE(read.hasSettings());
 }
 
-TEST(QelProfileTest, AnEmptySidFailsTheWriting) {
+TEST(QelProfileTest, EmptySidFailsWrite) {
     QelProfile profile = fullProfile();
     profile.sid.get().fromBinary(nullptr, 0);
     TestTree tree;
@@ -123,7 +123,7 @@ TEST(QelProfileTest, AnEmptySidFailsTheWriting) {
     EXPECT_NE(tree->seekPresence(2187), 0);
 }
 
-TEST(QelProfileTest, AFailingSectionKeepsTheOnesBeforeIt) {
+TEST(QelProfileTest, MalformedSectionKeepsEarlierSections) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(fullProfile(), 0), 0);
     ASSERT_EQ(tree->seek(2185), 0);
@@ -135,7 +135,7 @@ TEST(QelProfileTest, AFailingSectionKeepsTheOnesBeforeIt) {
     EXPECT_EQ(tree->curName(), "/");
 }
 
-TEST(QelProfileTest, SectionsThatAreMissingStayAsTheyWere) {
+TEST(QelProfileTest, MissingSectionsAreUnchanged) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(personalSettings("Ann"), 2187), 0);
     QelProfile read = fullProfile();
@@ -146,18 +146,18 @@ TEST(QelProfileTest, SectionsThatAreMissingStayAsTheyWere) {
     EXPECT_THAT(namesOf(read.browse.get()), ElementsAre("a", "b"));
 }
 
-TEST(QelProfileTest, ASectionThatFailsStaysSpecifiedIfItWas) {
+TEST(QelProfileTest, MalformedSectionRemainsSpecified) {
     TestTree tree;
     tree->newChild(2187);
     tree->putValue("Bob", 2191);
     tree->seekUp();
     QelProfile read = fullProfile();
-    EXPECT_EQ(tree->getObj(read, 0), -1) << "the second text is missing";
+    EXPECT_EQ(tree->getObj(read, 0), -1) << "missing second string";
     EXPECT_TRUE(read.personal.isSpecified());
-    EXPECT_EQ(read.personal->personalName, "Bob") << "as far as it was read";
+    EXPECT_EQ(read.personal->personalName, "Bob") << "fields read before the failure";
 }
 
-TEST(QelProfileTest, SpecifiedBrowseListsThatAreEmptyAreAnEmptyElement) {
+TEST(QelProfileTest, SpecifiedEmptyBrowseListsAreEmptyElement) {
     QelProfile profile;
     profile.browse = QelBrowseSettings();
     TestTree tree;
@@ -173,7 +173,7 @@ TEST(QelProfileTest, SpecifiedBrowseListsThatAreEmptyAreAnEmptyElement) {
     EXPECT_FALSE(read.screen.isSpecified());
 }
 
-TEST(QelProfileTest, TheNumberIsCopiedButNotMarshalled) {
+TEST(QelProfileTest, LocalIDIsCopiedButNotSent) {
     QelProfile profile = fullProfile();
     profile.localID = 5;
     const QelProfile copy = profile;
@@ -187,7 +187,7 @@ TEST(QelProfileTest, TheNumberIsCopiedButNotMarshalled) {
 
 // --- Merging
 
-TEST(QelProfileMergeTest, ListsOfTheOtherReplaceThoseOfTheSameName) {
+TEST(QelProfileMergeTest, ReplacesListsByName) {
     QelProfile here;
     here.browse = settingsOf<QelBrowseSettings>({"b", "c"});
     QelProfile other;
@@ -199,7 +199,7 @@ TEST(QelProfileMergeTest, ListsOfTheOtherReplaceThoseOfTheSameName) {
     EXPECT_THAT(namesOf(other.browse.get()), ElementsAre("a", "b"));
 }
 
-TEST(QelProfileMergeTest, ColumnsAreNotMerged) {
+TEST(QelProfileMergeTest, DoesNotMergeColumns) {
     QelBrowseInfo wide("a");
     wide.columns2216.resize(3);
     QelBrowseInfo narrow("a");
@@ -215,7 +215,7 @@ TEST(QelProfileMergeTest, ColumnsAreNotMerged) {
     EXPECT_EQ(here.browse->items.begin()->columns2211.size(), 1U);
 }
 
-TEST(QelProfileMergeTest, SpecifiedButEmptyListsSpecifyThoseHereAndLeaveThem) {
+TEST(QelProfileMergeTest, SpecifiedEmptyListsSpecifySectionAndKeepItems) {
     QelProfile here;
     here.browse.get() = settingsOf<QelBrowseSettings>({"b", "c"});
     ASSERT_FALSE(here.browse.isSpecified());
@@ -226,7 +226,7 @@ TEST(QelProfileMergeTest, SpecifiedButEmptyListsSpecifyThoseHereAndLeaveThem) {
     EXPECT_THAT(namesOf(here.browse.get()), ElementsAre("b", "c"));
 }
 
-TEST(QelProfileMergeTest, UnspecifiedListsOfTheOtherChangeNothing) {
+TEST(QelProfileMergeTest, UnspecifiedListsChangeNothing) {
     QelProfile here;
     QelProfile other;
     other.browse.get() = settingsOf<QelBrowseSettings>({"a"});
@@ -237,7 +237,7 @@ TEST(QelProfileMergeTest, UnspecifiedListsOfTheOtherChangeNothing) {
     EXPECT_THAT(here.screen->items, IsEmpty());
 }
 
-TEST(QelProfileMergeTest, OtherSectionsAreReplaced) {
+TEST(QelProfileMergeTest, ReplacesOtherSections) {
     QelProfile here;
     here.personal = personalSettings("Ann");
     here.personal.get().localID = 1;
@@ -254,14 +254,14 @@ TEST(QelProfileMergeTest, OtherSectionsAreReplaced) {
     EXPECT_THAT(sectionsOf(here), ElementsAre(2187, 2184, 2186));
 }
 
-TEST(QelProfileMergeTest, AnIdentityIsTakenButNeverOverwritten) {
+TEST(QelProfileMergeTest, CopiesOwnerButNeverOverwritesIt) {
     QelProfile other(authName("bob"));
     other.sid = QelSID("S-1-5-43");
 
     QelProfile bySid(QelSID("S-1-5-42"));
     EXPECT_EQ(bySid.merge(other), 0);
     EXPECT_EQ(bySid.sid->toString(), "S-1-5-42");
-    EXPECT_EQ(bySid.authName->name.get(), "bob") << "each kind by itself";
+    EXPECT_EQ(bySid.authName->name.get(), "bob") << "SID and name independently";
     EXPECT_TRUE(bySid.authName.isSpecified());
 
     QelProfile byName(authName("ann"));
@@ -269,15 +269,15 @@ TEST(QelProfileMergeTest, AnIdentityIsTakenButNeverOverwritten) {
     EXPECT_EQ(byName.authName->name.get(), "ann");
     EXPECT_EQ(byName.sid->toString(), "S-1-5-43");
 
-    QelProfile nobody;
-    EXPECT_EQ(byName.merge(nobody), 0);
+    QelProfile unowned;
+    EXPECT_EQ(byName.merge(unowned), 0);
     EXPECT_TRUE(byName.sid.isSpecified());
-    EXPECT_EQ(nobody.merge(QelProfile()), 0);
-    EXPECT_FALSE(nobody.sid.isSpecified());
-    EXPECT_FALSE(nobody.authName.isSpecified());
+    EXPECT_EQ(unowned.merge(QelProfile()), 0);
+    EXPECT_FALSE(unowned.sid.isSpecified());
+    EXPECT_FALSE(unowned.authName.isSpecified());
 }
 
-TEST(QelProfileMergeTest, AProfileMergedWithItselfIsUnchanged) {
+TEST(QelProfileMergeTest, MergeWithItselfChangesNothing) {
     QelProfile profile = fullProfile();
     EXPECT_EQ(profile.merge(profile), 0);
     EXPECT_THAT(sectionsOf(profile), ElementsAre(2187, 2184, 2185, 2186, 2188));

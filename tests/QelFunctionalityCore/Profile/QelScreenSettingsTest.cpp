@@ -14,7 +14,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(QelScreenInfoTest, NoSectionsAreAnEmptyElementThatMustBeThere) {
+TEST(QelScreenInfoTest, RequiresElementOfEmptySections) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(screenInfo("overview"), 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(2217, 2218));
@@ -26,7 +26,7 @@ TEST(QelScreenInfoTest, NoSectionsAreAnEmptyElementThatMustBeThere) {
     EXPECT_EQ(tree->getObj(read, 0), -1);
 }
 
-TEST(QelScreenInfoTest, AFilterHoldsTheNameOnly) {
+TEST(QelScreenInfoTest, FilterWritesNameOnly) {
     QelScreenInfo info = screenInfo("overview");
     info.sections.resize(1);
     TestTree tree;
@@ -40,11 +40,11 @@ TEST(QelScreenInfoTest, AFilterHoldsTheNameOnly) {
     EXPECT_EQ(getErrorMessage(), "can't read /: element screen_name is missing");
 }
 
-TEST(QelDashboardSectionTest, EveryFieldMustBeThere) {
+TEST(QelDashboardSectionTest, RequiresEveryField) {
     TestSupport::expectRequired(QelDashboardSection(), {2217, 2220, 1739, 2212});
 }
 
-TEST(QelScreenSettingsTest, AreOrderedByName) {
+TEST(QelScreenSettingsTest, OrdersByName) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(settingsOf<QelScreenSettings>({"t", "s"}), 0), 0);
     QelScreenSettings read;
@@ -52,7 +52,7 @@ TEST(QelScreenSettingsTest, AreOrderedByName) {
     EXPECT_THAT(namesOf(read), ElementsAre("s", "t"));
 }
 
-TEST(QelScreenSettingsTest, AFilterSelectsByNameAndLeavesTheCursorOnTheLastScreen) {
+TEST(QelScreenSettingsTest, FilterSelectsByNameAndLeavesCursorAtLastScreen) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(settingsOf<QelScreenSettings>({"s", "t"}), 2188), 0);
     ASSERT_EQ(tree->seek(2188), 0);
@@ -70,7 +70,7 @@ TEST(QelScreenSettingsTest, AFilterSelectsByNameAndLeavesTheCursorOnTheLastScree
     EXPECT_EQ(childValue(*tree, 2217), "t");
 }
 
-TEST(QelScreenSettingsTest, AFilterWithoutNamesReadsAllScreens) {
+TEST(QelScreenSettingsTest, EmptyFilterReadsAllScreens) {
     TestTree tree;
     ASSERT_EQ(tree->putObj(settingsOf<QelScreenSettings>({"s", "t"}), 0), 0);
     QelScreenSettings read;
@@ -78,7 +78,7 @@ TEST(QelScreenSettingsTest, AFilterWithoutNamesReadsAllScreens) {
     EXPECT_THAT(namesOf(read), ElementsAre("s", "t"));
 }
 
-TEST(QelScreenSettingsTest, AScreenWithoutANameEndsAFilteredRead) {
+TEST(QelScreenSettingsTest, ScreenWithoutNameFailsFilteredRead) {
     TestTree tree;
     tree->putChild(2219);
     const auto filter = boost::make_shared<QelScreenSettings>(settingsOf<QelScreenSettings>({"s"}));

@@ -9,7 +9,7 @@ namespace Qel {
 
 namespace {
 
-TEST(QelTextBoolTest, TextsAreToldByHowTheyBegin) {
+TEST(QelTextBoolTest, ParsesPrefix) {
     for (const char* const text : {"true", "trueish", "0", "01", "0 or 1"}) {
         QelTextBool value = false;
         EXPECT_EQ(value.fromString(text), 0) << text;
@@ -22,7 +22,7 @@ TEST(QelTextBoolTest, TextsAreToldByHowTheyBegin) {
     }
 }
 
-TEST(QelTextBoolTest, AnyOtherTextIsRefusedAndLeavesTheValue) {
+TEST(QelTextBoolTest, OtherStringsLeaveValueUnchanged) {
     for (const char* const text : {"", "tru", "fals", "True", "FALSE", " true", "yes", "2", "-1"})
         for (const bool before : {false, true}) {
             QelTextBool value = before;
@@ -31,7 +31,7 @@ TEST(QelTextBoolTest, AnyOtherTextIsRefusedAndLeavesTheValue) {
         }
 }
 
-TEST(QelTextBoolTest, IsWrittenAsAWord) {
+TEST(QelTextBoolTest, FormatsAsWord) {
     QelDesktopAction action;
     action.name = "open";
     for (const bool flag : {false, true}) {
@@ -50,7 +50,7 @@ int readAction(const char* flag, QelDesktopAction& action) {
     return tree->getObj(action, 0);
 }
 
-TEST(QelTextBoolTest, TheDigitsOfARecordMeanTheReverseOfTheUsual) {
+TEST(QelTextBoolTest, DigitsAreInvertedInRecord) {
     QelDesktopAction action;
     EXPECT_EQ(readAction("0", action), 0);
     EXPECT_TRUE(action.flag2206);
@@ -58,7 +58,7 @@ TEST(QelTextBoolTest, TheDigitsOfARecordMeanTheReverseOfTheUsual) {
     EXPECT_FALSE(action.flag2206);
 }
 
-TEST(QelTextBoolTest, AMissingOrUnknownOneFailsTheRecord) {
+TEST(QelTextBoolTest, MissingOrUnknownValueFailsRecord) {
     QelDesktopAction action;
     EXPECT_EQ(readAction(nullptr, action), -1);
     EXPECT_EQ(readAction("perhaps", action), -1);

@@ -8,10 +8,10 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyDayOfWeekTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthlyTrigger.h"
 #include "SlowCalendar.h"
-#include "TriggerAnswer.h"
+#include "TriggerResult.h"
 
-// In Ireland standard time is that of the summer, and winter time is a summer time of minus one hour: tm_isdst is 1 in
-// winter.  A winter midnight in standard time is 23:00 of the day before on the clocks.
+// In Ireland, standard time is that of the summer, and winter time is a daylight saving time of minus one hour:
+// tm_isdst is 1 in winter.  A winter midnight in standard time is 23:00 of the previous day on the wall clock.
 
 namespace Qel {
 
@@ -19,7 +19,7 @@ namespace {
 
 constexpr long hour = 3600;
 
-/// The rule as a POSIX string, and from the time zone database.
+/// The rule as a POSIX TZ string, and from the time zone database.
 class NegativeSummerTimeTest : public testing::TestWithParam<const char*> {
 protected:
     void SetUp() override {
@@ -28,7 +28,7 @@ protected:
         ASSERT_TRUE(localtime_r(&winter, &january));
         ASSERT_EQ(january.tm_gmtoff, 0);
         if (january.tm_isdst == 0)
-            GTEST_SKIP() << "this time zone database has winter time as standard time";
+            GTEST_SKIP() << "this time zone database defines winter time as standard time";
     }
 
     ScopedTimeZone zone{GetParam()};
@@ -37,7 +37,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Zones, NegativeSummerTimeTest, testing::Values("IST-1GMT0,M10.5.0,M3.5.0/1", "Europe/Dublin"),
                          [](const auto& zone) { return zone.index == 0 ? "Rule" : "Database"; });
 
-TEST_P(NegativeSummerTimeTest, EachMonthHasItsLastDay) {
+TEST_P(NegativeSummerTimeTest, FindsLastDayOfEachMonth) {
     constexpr int lengths[] = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     for (int month = 0; month < 12; ++month) {
         int last = 0;
@@ -49,7 +49,7 @@ TEST_P(NegativeSummerTimeTest, EachMonthHasItsLastDay) {
     }
 }
 
-TEST_P(NegativeSummerTimeTest, EachMonthBeginsWithItsWeekDay) {
+TEST_P(NegativeSummerTimeTest, FindsFirstWeekDayOfEachMonth) {
     for (const SlowDate& date : slowDates()) {
         if (date.year < 2024 || date.year > 2026 || date.day > 7)
             continue;
@@ -68,22 +68,22 @@ TEST_P(NegativeSummerTimeTest, MonthEndsAtMidnightInStandardTime) {
     EXPECT_EQ(QelSchedulerMonthDuration(local(2024, 7, 1, 3), 31).end, local(2024, 8, 1));
 }
 
-/// A run at an hour of the day: by clocks of standard time, but by the local ones where those would show the month
-/// before on the first of the month.
+/// Expected run at an hour of the day: in standard time, or on the wall clock if standard time would still be in the
+/// previous month on the first of the month.
 long expectedRun(const SlowDate& date, int hourOfDay) {
     const bool isWinter = date.month <= 3 || date.month >= 11;
     const long midnight = date.number * testDay;
     return midnight + hourOfDay * hour - (isWinter && hourOfDay == 0 ? 0 : hour);
 }
 
-/// In the middle of a month, away from the changes of clocks.
+/// A date in the middle of a month, away from daylight saving changes.
 const SlowDate& secondMonday(int year, int month) {
     return *std::find_if(slowDates().begin(), slowDates().end(), [&](const SlowDate& date) {
         return date.year == year && date.month == month && date.weekDay == 1 && date.day > 7;
     });
 }
 
-/// A trigger that runs on the second Monday of each month of 2024, by the number of that day or of its week.
+/// Triggers that run on the second Monday of each month of 2024, selected by day or by week number.
 QelSchedulerMonthlyTrigger byDay(const SlowDate& monday, const std::set<int>& months, long start) {
     QelSchedulerMonthlyTrigger trigger(start, qelNoTime);
     trigger.days = {monday.day};
@@ -98,35 +98,35 @@ QelSchedulerMonthlyDayOfWeekTrigger byWeekDay(const std::set<int>& months, long 
     return trigger;
 }
 
-TEST_P(NegativeSummerTimeTest, MonthlyTriggersRunInTheMonthOfTheirStart) {
+TEST_P(NegativeSummerTimeTest, MonthlyTriggersRunInMonthOfStart) {
     for (int month = 1; month <= 12; ++month)
         for (const int hourOfDay : {0, 1, 12, 23}) {
             const SlowDate& monday = secondMonday(2024, month);
             const long start = local(2024, month, 1, hourOfDay);
-            const TriggerAnswer expected = runAt(expectedRun(monday, hourOfDay));
-            EXPECT_EQ(ask(byDay(monday, {month}, start), start), expected) << month << ' ' << hourOfDay;
-            EXPECT_EQ(ask(byWeekDay({month}, start), start), expected) << month << ' ' << hourOfDay;
+            const TriggerResult expected = runAt(expectedRun(monday, hourOfDay));
+            EXPECT_EQ(nextRun(byDay(monday, {month}, start), start), expected) << month << ' ' << hourOfDay;
+            EXPECT_EQ(nextRun(byWeekDay({month}, start), start), expected) << month << ' ' << hourOfDay;
         }
 }
 
-TEST_P(NegativeSummerTimeTest, MonthlyTriggersRunInALaterMonth) {
+TEST_P(NegativeSummerTimeTest, MonthlyTriggersRunInLaterMonth) {
     for (int month = 1; month <= 12; ++month)
         for (const int hourOfDay : {0, 1, 12, 23}) {
             const int startMonth = month == 1 ? 12 : month - 1;
             const long start = local(month == 1 ? 2023 : 2024, startMonth, 20, hourOfDay);
             const SlowDate& monday = secondMonday(2024, month);
-            const TriggerAnswer expected = runAt(expectedRun(monday, hourOfDay));
-            EXPECT_EQ(ask(byDay(monday, {month}, start), start), expected) << month << ' ' << hourOfDay;
-            EXPECT_EQ(ask(byWeekDay({month}, start), start), expected) << month << ' ' << hourOfDay;
+            const TriggerResult expected = runAt(expectedRun(monday, hourOfDay));
+            EXPECT_EQ(nextRun(byDay(monday, {month}, start), start), expected) << month << ' ' << hourOfDay;
+            EXPECT_EQ(nextRun(byWeekDay({month}, start), start), expected) << month << ' ' << hourOfDay;
         }
 }
 
-TEST_P(NegativeSummerTimeTest, LastDayOfEachMonthIsARun) {
+TEST_P(NegativeSummerTimeTest, RunsOnLastDayOfEachMonth) {
     for (int month = 1; month <= 12; ++month) {
         QelSchedulerMonthlyTrigger trigger(local(2024, month, 1, 12), qelNoTime);
         trigger.days = {QelSchedulerMonthDuration::lastDay};
         trigger.months = {month};
-        const TriggerAnswer answer = ask(trigger, trigger.start);
+        const TriggerResult answer = nextRun(trigger, trigger.start);
         EXPECT_EQ(answer.result, 0);
         EXPECT_EQ(answer.next, utc(2024, month + 1, 0, 11)) << month;
     }

@@ -27,7 +27,7 @@ using SchedulingRecordTest = RecordTest;
 
 class QelSchedulerTriggerTest : public SchedulingRecordTest {};
 
-TEST_F(QelSchedulerTriggerTest, StartAndEndComeBack) {
+TEST_F(QelSchedulerTriggerTest, RoundTripsStartAndEnd) {
     const auto back = roundTrip(QelSchedulerOnceTrigger(1'700'000'000, 1'700'003'600));
     EXPECT_EQ(back.start, 1'700'000'000);
     EXPECT_EQ(back.end, 1'700'003'600);
@@ -35,23 +35,23 @@ TEST_F(QelSchedulerTriggerTest, StartAndEndComeBack) {
     EXPECT_EQ(childValue(message, 1063), "2023-11-14T22:13:20Z");
 }
 
-TEST_F(QelSchedulerTriggerTest, AMissingStartFails) {
+TEST_F(QelSchedulerTriggerTest, RejectsMissingStart) {
     message.putValueTime(5, 1064);
     QelSchedulerOnceTrigger trigger;
     EXPECT_EQ(read(trigger), -1);
     EXPECT_THAT(getErrorMessage(), HasSubstr("element start_time (start) is missing"));
 }
 
-TEST_F(QelSchedulerTriggerTest, NoEndIsNotWrittenAndReadsAsNone) {
+TEST_F(QelSchedulerTriggerTest, OmitsUnsetEndAndReadsItAsUnset) {
     ASSERT_EQ(write(QelSchedulerOnceTrigger(5, qelNoTime)), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1063));
     QelSchedulerOnceTrigger trigger(1, 2);
     EXPECT_EQ(read(trigger), 0);
     EXPECT_EQ(trigger.start, 5);
-    EXPECT_EQ(trigger.end, qelNoTime) << "also where there was one before";
+    EXPECT_EQ(trigger.end, qelNoTime) << "resets a previous end";
 }
 
-TEST_F(QelSchedulerTriggerTest, AnUnreadableEndReadsAsNone) {
+TEST_F(QelSchedulerTriggerTest, MalformedEndReadsAsUnset) {
     message.putValueTime(5, 1063);
     message.putValue("never", 1064);
     QelSchedulerOnceTrigger trigger(1, 2);
@@ -60,22 +60,22 @@ TEST_F(QelSchedulerTriggerTest, AnUnreadableEndReadsAsNone) {
     EXPECT_EQ(trigger.end, qelNoTime);
 }
 
-TEST_F(QelSchedulerTriggerTest, ANegativeStartIsNotWritten) {
+TEST_F(QelSchedulerTriggerTest, NegativeStartFailsWrite) {
     for (const long start : {-1L, -2L}) {
         EXPECT_EQ(write(QelSchedulerOnceTrigger(start, 7)), -1);
         EXPECT_THAT(childIDs(message), IsEmpty());
     }
-    EXPECT_EQ(write(QelSchedulerOnceTrigger()), -1) << "one that was given no start";
+    EXPECT_EQ(write(QelSchedulerOnceTrigger()), -1) << "no start";
     EXPECT_EQ(write(QelSchedulerOnceTrigger(0, 7)), 0);
 }
 
-TEST_F(QelSchedulerTriggerTest, AnEndBeforeTheEpochIsAnEnd) {
+TEST_F(QelSchedulerTriggerTest, AcceptsEndBeforeEpoch) {
     EXPECT_EQ(roundTrip(QelSchedulerOnceTrigger(5, -2)).end, -2);
 }
 
 class QelSchedulerDailyTriggerRecordTest : public SchedulingRecordTest {};
 
-TEST_F(QelSchedulerDailyTriggerRecordTest, EachFieldComesBackBehindTheBasesFields) {
+TEST_F(QelSchedulerDailyTriggerRecordTest, RoundTripsFieldsAfterBase) {
     QelSchedulerDailyTrigger trigger(5, 9);
     trigger.interval = 3;
     trigger.weekdaysOnly = trigger.weekendsOnly = true;
@@ -84,10 +84,10 @@ TEST_F(QelSchedulerDailyTriggerRecordTest, EachFieldComesBackBehindTheBasesField
     EXPECT_TRUE(back.weekdaysOnly);
     EXPECT_TRUE(back.weekendsOnly);
     EXPECT_THAT(childIDs(message), ElementsAre(1063, 1064, 2095, 2096, 2097));
-    EXPECT_EQ(childValue(message, 2096), "") << "the presence is the flag";
+    EXPECT_EQ(childValue(message, 2096), "") << "the flag is encoded by presence";
 }
 
-TEST_F(QelSchedulerDailyTriggerRecordTest, OnlyWhatIsSetIsWritten) {
+TEST_F(QelSchedulerDailyTriggerRecordTest, WritesOnlySetFields) {
     const QelSchedulerDailyTrigger back = roundTrip(QelSchedulerDailyTrigger(5, qelNoTime));
     EXPECT_FALSE(back.interval.isSpecified());
     EXPECT_FALSE(back.weekdaysOnly);
@@ -95,7 +95,7 @@ TEST_F(QelSchedulerDailyTriggerRecordTest, OnlyWhatIsSetIsWritten) {
     EXPECT_THAT(childIDs(message), ElementsAre(1063));
 }
 
-TEST_F(QelSchedulerDailyTriggerRecordTest, AMalformedIntervalIsNone) {
+TEST_F(QelSchedulerDailyTriggerRecordTest, MalformedIntervalIsUnspecified) {
     message.putValueTime(5, 1063);
     message.putValue("often", 2095);
     QelSchedulerDailyTrigger trigger;
@@ -103,7 +103,7 @@ TEST_F(QelSchedulerDailyTriggerRecordTest, AMalformedIntervalIsNone) {
     EXPECT_FALSE(trigger.interval.isSpecified());
 }
 
-TEST_F(QelSchedulerDailyTriggerRecordTest, ABaseThatFailsFails) {
+TEST_F(QelSchedulerDailyTriggerRecordTest, BaseFailureFailsRecord) {
     QelSchedulerDailyTrigger trigger;
     EXPECT_EQ(read(trigger), -1);
     EXPECT_EQ(write(QelSchedulerDailyTrigger(-1, 5)), -1);
@@ -114,7 +114,7 @@ template <class Trigger> Trigger sample();
 
 template <> QelSchedulerWeeklyTrigger sample() {
     QelSchedulerWeeklyTrigger trigger(5, 9);
-    trigger.weeks = 60; // the reader takes any number
+    trigger.weeks = 60; // the reader does not check the range
     trigger.days = {7, 0, 3};
     return trigger;
 }
@@ -136,7 +136,7 @@ template <> QelSchedulerMonthlyDayOfWeekTrigger sample() {
 
 class QelSchedulerSetTriggerRecordTest : public SchedulingRecordTest {
 protected:
-    /// A part that is missing or malformed fails the record.
+    /// Checks that a record with a missing or malformed field is rejected.
     template <class Trigger> void expectRequired(int id) {
         ASSERT_EQ(write(sample<Trigger>()), 0);
         replace(id, "x");
@@ -149,21 +149,21 @@ protected:
     }
 };
 
-TEST_F(QelSchedulerSetTriggerRecordTest, AWeeklyTriggerComesBack) {
+TEST_F(QelSchedulerSetTriggerRecordTest, RoundTripsWeeklyTrigger) {
     const auto back = roundTrip(sample<QelSchedulerWeeklyTrigger>());
     EXPECT_EQ(back.weeks, 60);
     EXPECT_THAT(back.days, ElementsAre(0, 3, 7));
     EXPECT_THAT(childIDs(message), ElementsAre(1063, 1064, 2098, 1995, 1995, 1995));
 }
 
-TEST_F(QelSchedulerSetTriggerRecordTest, AMonthlyTriggerComesBack) {
+TEST_F(QelSchedulerSetTriggerRecordTest, RoundTripsMonthlyTrigger) {
     const auto back = roundTrip(sample<QelSchedulerMonthlyTrigger>());
     EXPECT_THAT(back.days, ElementsAre(1, 32));
     EXPECT_THAT(back.months, ElementsAre(2, 12));
     EXPECT_THAT(childIDs(message), ElementsAre(1063, 1064, 2099, 2099, 2100, 2100));
 }
 
-TEST_F(QelSchedulerSetTriggerRecordTest, AMonthlyDayOfWeekTriggerComesBack) {
+TEST_F(QelSchedulerSetTriggerRecordTest, RoundTripsMonthlyDayOfWeekTrigger) {
     const auto back = roundTrip(sample<QelSchedulerMonthlyDayOfWeekTrigger>());
     EXPECT_THAT(back.weekDays, ElementsAre(1));
     EXPECT_THAT(back.weekNumbers, ElementsAre(1, 6));
@@ -171,7 +171,7 @@ TEST_F(QelSchedulerSetTriggerRecordTest, AMonthlyDayOfWeekTriggerComesBack) {
     EXPECT_THAT(childIDs(message), ElementsAre(1063, 1064, 1995, 2101, 2101, 2100));
 }
 
-TEST_F(QelSchedulerSetTriggerRecordTest, EveryPartOfThemIsRequired) {
+TEST_F(QelSchedulerSetTriggerRecordTest, RequiresEveryField) {
     for (const int id : {1063, 2098, 1995})
         expectRequired<QelSchedulerWeeklyTrigger>(id);
     for (const int id : {1063, 2099, 2100})
@@ -180,7 +180,7 @@ TEST_F(QelSchedulerSetTriggerRecordTest, EveryPartOfThemIsRequired) {
         expectRequired<QelSchedulerMonthlyDayOfWeekTrigger>(id);
 }
 
-TEST_F(QelSchedulerSetTriggerRecordTest, AnEmptySetWritesNothingAndCannotBeReadBack) {
+TEST_F(QelSchedulerSetTriggerRecordTest, EmptySetWritesNothingAndCannotBeRead) {
     QelSchedulerWeeklyTrigger trigger(5, qelNoTime);
     EXPECT_EQ(write(trigger), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1063, 2098));
@@ -201,7 +201,7 @@ protected:
     }
 };
 
-TEST_F(QelScheduleTaskTest, EachFieldComesBackInItsPlace) {
+TEST_F(QelScheduleTaskTest, RoundTripsAllFields) {
     QelScheduleTask task = sampleTask();
     task.id.generate();
     task.description = std::string("every\0night", 11);
@@ -223,21 +223,21 @@ TEST_F(QelScheduleTaskTest, EachFieldComesBackInItsPlace) {
     EXPECT_EQ(childValue(message, 1705), "1");
 }
 
-TEST_F(QelScheduleTaskTest, WhatIsUnsetIsNotWritten) {
+TEST_F(QelScheduleTaskTest, OmitsUnsetFields) {
     QelScheduleTask task;
     EXPECT_EQ(write(task), 0);
     EXPECT_THAT(childIDs(message), IsEmpty());
-    EXPECT_EQ(read(task), -1) << "a task without triggers doesn't read back";
+    EXPECT_EQ(read(task), -1) << "a task without triggers cannot be read";
 }
 
-TEST_F(QelScheduleTaskTest, ATaskThatIsEnabledSaysSoIfSpecified) {
+TEST_F(QelScheduleTaskTest, WritesSpecifiedEnabledState) {
     QelScheduleTask task = sampleTask();
     task.disabled = false;
     EXPECT_EQ(roundTrip(task).disabled, task.disabled);
     EXPECT_EQ(childValue(message, 1705), "0");
 }
 
-TEST_F(QelScheduleTaskTest, EachTriggerComesBackAsItsClass) {
+TEST_F(QelScheduleTaskTest, RoundTripsTriggersOfEachClass) {
     QelScheduleTask task;
     task.triggers = {
         once(1), boost::shared_ptr<QelSchedulerTrigger>(new QelSchedulerDailyTrigger(2, qelNoTime)),
@@ -264,16 +264,16 @@ TEST_F(QelScheduleTaskTest, EachTriggerComesBackAsItsClass) {
                                    "scheduler:monthly_trigger", "scheduler:monthly_day_of_week_trigger"));
 }
 
-TEST_F(QelScheduleTaskTest, TriggersAreRequired) {
+TEST_F(QelScheduleTaskTest, RequiresTriggers) {
     QelScheduleTask task;
     EXPECT_EQ(read(task), -1);
     message.newChild(2093);
     message.seekUp();
-    EXPECT_EQ(read(task), -1) << "none in the wrapper";
+    EXPECT_EQ(read(task), -1) << "empty wrapper";
     EXPECT_THAT(getErrorMessage(), HasSubstr("element triggers (triggers)"));
 }
 
-TEST_F(QelScheduleTaskTest, ATriggerThatFailsOrIsOfNoKnownClassFailsTheTask) {
+TEST_F(QelScheduleTaskTest, RejectsMalformedTriggerOrUnknownClass) {
     ASSERT_EQ(write(sampleTask()), 0);
     message.seek(2093);
     message.newChild(2094);
@@ -281,24 +281,24 @@ TEST_F(QelScheduleTaskTest, ATriggerThatFailsOrIsOfNoKnownClassFailsTheTask) {
     message.seekUp();
     message.seekUp();
     QelScheduleTask task;
-    EXPECT_EQ(read(task), -1) << "no class";
+    EXPECT_EQ(read(task), -1) << "missing class";
     message.seek(2093);
     message.seek(2094);
     message.deleteChild(1063);
     message.seekUp();
     message.seekUp();
-    EXPECT_EQ(read(task), -1) << "no start";
+    EXPECT_EQ(read(task), -1) << "missing start";
 }
 
-TEST_F(QelScheduleTaskTest, ATriggerThatCannotBeWrittenFailsTheTask) {
+TEST_F(QelScheduleTaskTest, UnwritableTriggerFailsTask) {
     QelScheduleTask task;
     task.triggers = {once(-3)};
     EXPECT_EQ(write(task), -1);
     task.triggers = {boost::shared_ptr<QelSchedulerTrigger>()};
-    EXPECT_EQ(write(task), -1) << "no trigger at all";
+    EXPECT_EQ(write(task), -1) << "null trigger";
 }
 
-TEST_F(QelScheduleTaskTest, OtherMalformedFieldsLeaveTheDefaults) {
+TEST_F(QelScheduleTaskTest, MalformedOptionalFieldsKeepDefaults) {
     ASSERT_EQ(write(sampleTask()), 0);
     for (const int id : {1010, 2092, 1496, 2001, 1705})
         replace(id, "?");
@@ -311,7 +311,7 @@ TEST_F(QelScheduleTaskTest, OtherMalformedFieldsLeaveTheDefaults) {
     EXPECT_FALSE(task.disabled.isSpecified());
 }
 
-TEST_F(QelScheduleTaskTest, ATriggerOfAnyClassIsRewrittenByTheNameOfTheBase) {
+TEST_F(QelScheduleTaskTest, RewritesDerivedTriggerByNameOfBase) {
     const QelRecordType* const type = findRecordType("QelSchedulerTrigger");
     ASSERT_THAT(type, NotNull());
     ASSERT_EQ(message.putObject(sample<QelSchedulerMonthlyTrigger>(), QelSchedulerMonthlyTrigger::Writer(), 0), 0);

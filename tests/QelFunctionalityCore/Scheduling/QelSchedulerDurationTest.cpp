@@ -10,14 +10,14 @@ namespace {
 
 constexpr std::int64_t lastTime = std::numeric_limits<std::int64_t>::max();
 
-TEST(QelSchedulerDurationTest, ASpanIsValidAndEndsAfterItsLength) {
+TEST(QelSchedulerDurationTest, SpanIsValidAndEndsAfterItsLength) {
     const QelSchedulerDuration span(100, 20);
     EXPECT_EQ(span.begin, 100);
     EXPECT_EQ(span.end, 120);
     EXPECT_TRUE(span.isValid());
 }
 
-TEST(QelSchedulerDurationTest, ASpanCanBeMadeInvalidAndIsCopiedSo) {
+TEST(QelSchedulerDurationTest, InvalidStateIsCopied) {
     QelSchedulerDuration span(100, 20);
     span.setInvalid();
     const QelSchedulerDuration copy = span;
@@ -25,12 +25,12 @@ TEST(QelSchedulerDurationTest, ASpanCanBeMadeInvalidAndIsCopiedSo) {
     EXPECT_EQ(copy.end, 120);
 }
 
-TEST(QelSchedulerDurationTest, ASpanBeyondTheLastTimeIsInvalid) {
+TEST(QelSchedulerDurationTest, SpanThatOverflowsIsInvalid) {
     EXPECT_TRUE(QelSchedulerDuration(lastTime - 20, 20).isValid());
     EXPECT_FALSE(QelSchedulerDuration(lastTime - 19, 20).isValid());
 }
 
-TEST(QelSchedulerDayDurationTest, SortingByDayGreaterAscends) {
+TEST(QelSchedulerDayDurationTest, SortingByDayGreaterIsAscending) {
     const QelSchedulerDayDuration early(10, 1, 5);
     const QelSchedulerDayDuration late(20, 2, 5);
     EXPECT_TRUE(QelSchedulerDayDuration::dayGreater(early, late));
@@ -49,28 +49,28 @@ protected:
     const Period period;
 };
 
-TEST_F(QelSchedulerPeriodDurationTest, ReachesFromTheFirstDaysBeginToTheEndOfTheDayThatBeginsLast) {
+TEST_F(QelSchedulerPeriodDurationTest, ExtendsFromFirstBeginToEndOfLastDay) {
     EXPECT_EQ(period.begin, 100);
-    EXPECT_EQ(period.end, 310) << "though another day ends at 1000";
+    EXPECT_EQ(period.end, 310) << "although another day ends at 1000";
 }
 
-TEST_F(QelSchedulerPeriodDurationTest, BeforeTheBeginTheNextRunIsTheBegin) {
+TEST_F(QelSchedulerPeriodDurationTest, NextRunBeforeBeginIsBegin) {
     EXPECT_EQ(period.getNextRunTime(-5), 100);
     EXPECT_EQ(period.getNextRunTime(99), 100);
 }
 
-TEST_F(QelSchedulerPeriodDurationTest, ARunAtTheVeryTimeIsNotTheNext) {
+TEST_F(QelSchedulerPeriodDurationTest, RunAtGivenTimeIsNotNext) {
     EXPECT_EQ(period.getNextRunTime(100), 200);
     EXPECT_EQ(period.getNextRunTime(199), 200);
     EXPECT_EQ(period.getNextRunTime(200), 300);
 }
 
-TEST_F(QelSchedulerPeriodDurationTest, WithNoRunLeftTheAnswerIsTheEnd) {
+TEST_F(QelSchedulerPeriodDurationTest, ReturnsEndWithoutRunsLeft) {
     EXPECT_EQ(period.getNextRunTime(300), 310);
     EXPECT_EQ(period.getNextRunTime(310), 310);
 }
 
-TEST_F(QelSchedulerPeriodDurationTest, BehindTheEndTheAnswerIsTheEndWhichHasPassed) {
+TEST_F(QelSchedulerPeriodDurationTest, ReturnsEndEvenAfterIt) {
     EXPECT_EQ(period.getNextRunTime(311), 310);
     EXPECT_EQ(period.getNextRunTime(lastTime), 310);
 }

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "TimeZones.h"
-#include "TriggerAnswer.h"
+#include "TriggerResult.h"
 
 namespace Qel {
 
@@ -33,89 +33,92 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Zones, QelSchedulerMonthlyDayOfWeekTriggerTest, testing::ValuesIn(testZones), zoneTestName);
 
 // The Mondays of January 2024 are the 1st, 8th, 15th, 22nd and 29th.
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, RunsOnItsDaysAtTheTimeOfDayOfTheStart) {
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, RunsOnItsDaysAtTimeOfStart) {
     const QelSchedulerMonthlyDayOfWeekTrigger trigger = nth({monday}, {2, lastWeek}, allMonths, start(2024, 1, 1, 3));
-    EXPECT_EQ(ask(trigger, start(2024, 1, 1, 3)), runAt(at(2024, 1, 8, 3)));
-    EXPECT_EQ(ask(trigger, at(2024, 1, 8, 3) - 1), runAt(at(2024, 1, 8, 3)));
-    EXPECT_EQ(ask(trigger, at(2024, 1, 8, 3)), runAt(at(2024, 1, 29, 3)));
-    EXPECT_EQ(ask(trigger, at(2024, 1, 29, 3)), runAt(at(2024, 2, 12, 3)));
+    EXPECT_EQ(nextRun(trigger, start(2024, 1, 1, 3)), runAt(at(2024, 1, 8, 3)));
+    EXPECT_EQ(nextRun(trigger, at(2024, 1, 8, 3) - 1), runAt(at(2024, 1, 8, 3)));
+    EXPECT_EQ(nextRun(trigger, at(2024, 1, 8, 3)), runAt(at(2024, 1, 29, 3)));
+    EXPECT_EQ(nextRun(trigger, at(2024, 1, 29, 3)), runAt(at(2024, 2, 12, 3)));
 }
 
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, ThePresentMonthCounts) {
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, ConsidersCurrentMonth) {
     const QelSchedulerMonthlyDayOfWeekTrigger trigger = nth({monday}, {2}, allMonths, start(2024, 1, 1, 3));
-    EXPECT_EQ(ask(trigger, start(2024, 6, 2)), runAt(at(2024, 6, 10, 3)));
-    EXPECT_EQ(ask(trigger, start(2027, 2, 2)), runAt(at(2027, 2, 8, 3)));
+    EXPECT_EQ(nextRun(trigger, start(2024, 6, 2)), runAt(at(2024, 6, 10, 3)));
+    EXPECT_EQ(nextRun(trigger, start(2027, 2, 2)), runAt(at(2027, 2, 8, 3)));
 }
 
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, AStartInTheFutureTellsTheMonth) {
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, FutureStartDeterminesMonth) {
     const QelSchedulerMonthlyDayOfWeekTrigger trigger = nth({monday}, {3}, allMonths, start(2024, 5, 10, 3));
-    EXPECT_EQ(ask(trigger, start(2024, 1, 1)), runAt(at(2024, 5, 20, 3)));
+    EXPECT_EQ(nextRun(trigger, start(2024, 1, 1)), runAt(at(2024, 5, 20, 3)));
 }
 
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, ARunNotAfterTheStartGivesUpTheRestOfTheMonth) {
-    EXPECT_EQ(ask(nth({monday}, {2, 4}, allMonths, start(2024, 1, 10, 3)), start(2024, 1, 2)),
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, RunBeforeStartDiscardsRestOfMonth) {
+    EXPECT_EQ(nextRun(nth({monday}, {2, 4}, allMonths, start(2024, 1, 10, 3)), start(2024, 1, 2)),
               runAt(at(2024, 2, 12, 3)))
-        << "22 January isn't looked for";
+        << "22 January is not considered";
 }
 
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, AMonthWithoutTheDayHasNoAnswer) {
-    EXPECT_EQ(ask(nth({friday}, {5}, allMonths, start(2024, 1, 1)), start(2024, 1, 1)), noAnswer)
-        << "March is not looked at";
-    EXPECT_EQ(ask(nth({wednesday}, {5}, {1, 2}, start(2024, 1, 1)), start(2024, 1, 31, 12)), noAnswer) << "February";
-    EXPECT_EQ(ask(nth({wednesday}, {5}, {1, 5}, start(2024, 1, 1)), start(2024, 1, 31, 12)), runAt(at(2024, 5, 29)));
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, RejectsMonthWithoutDay) {
+    EXPECT_EQ(nextRun(nth({friday}, {5}, allMonths, start(2024, 1, 1)), start(2024, 1, 1)), failure)
+        << "March is not considered";
+    EXPECT_EQ(nextRun(nth({wednesday}, {5}, {1, 2}, start(2024, 1, 1)), start(2024, 1, 31, 12)), failure) << "February";
+    EXPECT_EQ(nextRun(nth({wednesday}, {5}, {1, 5}, start(2024, 1, 1)), start(2024, 1, 31, 12)),
+              runAt(at(2024, 5, 29)));
 }
 
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, AMonthThatIsNotInTheSetIsPassedOver) {
-    EXPECT_EQ(ask(nth({sunday}, {1}, {2, 12}, start(2024, 3, 1, 3)), start(2024, 3, 1, 3)), runAt(at(2024, 12, 1, 3)));
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, SkipsMonthsNotInSet) {
+    EXPECT_EQ(nextRun(nth({sunday}, {1}, {2, 12}, start(2024, 3, 1, 3)), start(2024, 3, 1, 3)),
+              runAt(at(2024, 12, 1, 3)));
 }
 
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, TheEndIsLookedAtOnlyOnceItHasPassed) {
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, EndOnlyCountsOnceItHasPassed) {
     const long end = start(2024, 1, 3);
     const QelSchedulerMonthlyDayOfWeekTrigger trigger = nth({monday}, {2}, allMonths, start(2024, 1, 1, 3), end);
-    EXPECT_EQ(ask(trigger, end), runAt(at(2024, 1, 8, 3))) << "behind the end";
-    EXPECT_EQ(ask(nth({monday}, {1}, allMonths, start(2024, 1, 2), end), end), runAt(at(2024, 2, 5)));
-    EXPECT_EQ(ask(trigger, end + 1), noMoreRuns);
-    EXPECT_EQ(ask(nth({}, {}, {}, start(2024, 1, 1), end), end + 1), noMoreRuns);
+    EXPECT_EQ(nextRun(trigger, end), runAt(at(2024, 1, 8, 3))) << "after the end";
+    EXPECT_EQ(nextRun(nth({monday}, {1}, allMonths, start(2024, 1, 2), end), end), runAt(at(2024, 2, 5)));
+    EXPECT_EQ(nextRun(trigger, end + 1), noMoreRuns);
+    EXPECT_EQ(nextRun(nth({}, {}, {}, start(2024, 1, 1), end), end + 1), noMoreRuns);
 }
 
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, EmptySetsAndNegativeTimesHaveNoAnswer) {
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, RejectsEmptySetsAndNegativeTimes) {
     const long first = start(2024, 1, 1);
-    EXPECT_EQ(ask(nth({}, {1}, {1}, first), first), noAnswer);
-    EXPECT_EQ(ask(nth({1}, {}, {1}, first), first), noAnswer);
-    EXPECT_EQ(ask(nth({1}, {1}, {}, first), first), noAnswer);
-    EXPECT_EQ(ask(nth({1}, {1}, {0, 13}, first), first), noAnswer);
-    EXPECT_EQ(ask(nth({1}, {1}, {1}, first), -1), noAnswer);
+    EXPECT_EQ(nextRun(nth({}, {1}, {1}, first), first), failure);
+    EXPECT_EQ(nextRun(nth({1}, {}, {1}, first), first), failure);
+    EXPECT_EQ(nextRun(nth({1}, {1}, {}, first), first), failure);
+    EXPECT_EQ(nextRun(nth({1}, {1}, {0, 13}, first), first), failure);
+    EXPECT_EQ(nextRun(nth({1}, {1}, {1}, first), -1), failure);
 }
 
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, AWeekNumberThatIsNoneHasNoAnswer) {
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, RejectsInvalidWeekNumber) {
     const long first = start(2024, 1, 1);
-    EXPECT_EQ(ask(nth({monday}, {0, 2}, allMonths, first), first), noAnswer);
-    EXPECT_EQ(ask(nth({monday}, {2, 7}, allMonths, first), first), noAnswer);
+    EXPECT_EQ(nextRun(nth({monday}, {0, 2}, allMonths, first), first), failure);
+    EXPECT_EQ(nextRun(nth({monday}, {2, 7}, allMonths, first), first), failure);
 }
 
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, WhereTheCalendarOrALongEndsThereIsNoAnswer) {
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, RejectsDatesOutOfRange) {
     constexpr long last = std::numeric_limits<long>::max();
     if (sizeof(long) == 4) {
-        EXPECT_EQ(ask(nth({friday}, {1}, allMonths, start(2038, 1, 1)), start(2038, 1, 2)), noMoreRuns);
-        EXPECT_EQ(ask(nth({friday}, {2}, allMonths, start(2038, 1, 1)), start(2038, 1, 2)), runAt(at(2038, 1, 8)));
-        EXPECT_EQ(ask(nth({friday}, {4}, allMonths, start(2038, 1, 1)), start(2038, 1, 2)), noMoreRuns);
+        EXPECT_EQ(nextRun(nth({friday}, {1}, allMonths, start(2038, 1, 1)), start(2038, 1, 2)), noMoreRuns);
+        EXPECT_EQ(nextRun(nth({friday}, {2}, allMonths, start(2038, 1, 1)), start(2038, 1, 2)), runAt(at(2038, 1, 8)));
+        EXPECT_EQ(nextRun(nth({friday}, {4}, allMonths, start(2038, 1, 1)), start(2038, 1, 2)), noMoreRuns);
     } else {
-        EXPECT_EQ(ask(nth({friday}, {1}, allMonths, last), 0), noAnswer);
-        EXPECT_EQ(ask(nth({friday}, {1}, allMonths, 0), last), noAnswer);
+        EXPECT_EQ(nextRun(nth({friday}, {1}, allMonths, last), 0), failure);
+        EXPECT_EQ(nextRun(nth({friday}, {1}, allMonths, 0), last), failure);
     }
 }
 
-TEST(QelSchedulerMonthlyDayOfWeekTriggerClockTest, ARunAtTheStartItselfGivesUpTheRestOfTheMonth) {
+TEST(QelSchedulerMonthlyDayOfWeekTriggerClockTest, RunAtStartDiscardsRestOfMonth) {
     const ScopedTimeZone zone("Asia/Kolkata");
-    EXPECT_EQ(ask(nth({monday}, {2, 4}, {1}, local(2024, 1, 8, 3)), local(2024, 1, 2)), runAt(local(2025, 1, 13, 3)));
+    EXPECT_EQ(nextRun(nth({monday}, {2, 4}, {1}, local(2024, 1, 8, 3)), local(2024, 1, 2)),
+              runAt(local(2025, 1, 13, 3)));
 }
 
-TEST(QelSchedulerMonthlyDayOfWeekTriggerClockTest, RunsInSummerAreAnHourLateOnTheClocks) {
+TEST(QelSchedulerMonthlyDayOfWeekTriggerClockTest, SummerRunsAreOneHourLateOnWallClock) {
     const ScopedTimeZone zone("Europe/Berlin");
     const QelSchedulerMonthlyDayOfWeekTrigger trigger = nth({sunday}, {lastWeek}, allMonths, local(2024, 1, 1, 5));
-    EXPECT_EQ(ask(trigger, local(2024, 3, 2)), runAt(local(2024, 3, 31, 6))) << "the day of the change";
-    EXPECT_EQ(ask(trigger, local(2024, 7, 2)), runAt(local(2024, 7, 28, 6)));
-    EXPECT_EQ(ask(trigger, local(2024, 10, 2)), runAt(local(2024, 10, 27, 5))) << "and back";
+    EXPECT_EQ(nextRun(trigger, local(2024, 3, 2)), runAt(local(2024, 3, 31, 6))) << "the day of the change";
+    EXPECT_EQ(nextRun(trigger, local(2024, 7, 2)), runAt(local(2024, 7, 28, 6)));
+    EXPECT_EQ(nextRun(trigger, local(2024, 10, 2)), runAt(local(2024, 10, 27, 5))) << "and back";
 }
 
 } // namespace

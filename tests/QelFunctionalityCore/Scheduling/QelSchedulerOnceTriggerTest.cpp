@@ -2,26 +2,26 @@
 
 #include <gtest/gtest.h>
 
-#include "TriggerAnswer.h"
+#include "TriggerResult.h"
 
 namespace Qel {
 
 namespace {
 
-TEST(QelSchedulerOnceTriggerTest, RunsAtTheStartAndNeverAgain) {
+TEST(QelSchedulerOnceTriggerTest, RunsAtStartOnly) {
     const QelSchedulerOnceTrigger trigger(1000, qelNoTime);
-    EXPECT_EQ(ask(trigger, 0), runAt(1000));
-    EXPECT_EQ(ask(trigger, 999), runAt(1000));
-    EXPECT_EQ(ask(trigger, 1000), noMoreRuns) << "a run at the very time isn't the next";
-    EXPECT_EQ(ask(trigger, 1001), noMoreRuns);
+    EXPECT_EQ(nextRun(trigger, 0), runAt(1000));
+    EXPECT_EQ(nextRun(trigger, 999), runAt(1000));
+    EXPECT_EQ(nextRun(trigger, 1000), noMoreRuns) << "a run at the given time is not the next";
+    EXPECT_EQ(nextRun(trigger, 1001), noMoreRuns);
 }
 
-TEST(QelSchedulerOnceTriggerTest, TheEndHasNoMeaning) {
-    EXPECT_EQ(ask(QelSchedulerOnceTrigger(1000, 500), 700), runAt(1000));
+TEST(QelSchedulerOnceTriggerTest, IgnoresEnd) {
+    EXPECT_EQ(nextRun(QelSchedulerOnceTrigger(1000, 500), 700), runAt(1000));
 }
 
-TEST(QelSchedulerOnceTriggerTest, ANegativeTimeHasNoAnswer) {
-    EXPECT_EQ(ask(QelSchedulerOnceTrigger(1000, qelNoTime), -1), noAnswer);
+TEST(QelSchedulerOnceTriggerTest, RejectsNegativeTime) {
+    EXPECT_EQ(nextRun(QelSchedulerOnceTrigger(1000, qelNoTime), -1), failure);
 }
 
 } // namespace

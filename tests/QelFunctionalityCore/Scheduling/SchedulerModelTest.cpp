@@ -13,17 +13,17 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerOnceTrigger.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
 #include "SlowCalendar.h"
-#include "TriggerAnswer.h"
+#include "TriggerResult.h"
 
-// Each trigger against a model that says in the plainest way what a user would expect of it, and finds it by walking
-// the days one by one.  Where a trigger is odd on purpose the case is counted under the oddity's name instead; each of
-// the oddities must make a difference somewhere, or it wouldn't be one.
+// Compares each trigger with a reference model that computes the run a user would expect, searching day by day.  Cases
+// in which a trigger deviates on purpose are counted by deviation instead of compared.  Every deviation must change a
+// result at least once.
 
 namespace Qel {
 
 namespace {
 
-constexpr int comparedCases = 10'000; // of each trigger in each zone
+constexpr int comparedCases = 10'000; // per trigger and zone
 
 const char* const none = nullptr;
 
@@ -39,7 +39,7 @@ long timeOfDay(long time) {
     return parts.tm_hour * 3600L + parts.tm_min * 60L + parts.tm_sec;
 }
 
-/// A month of a year, both as people count them.
+/// A month from 1 and a year AD.
 struct YearMonth {
     int year;
     int month;
@@ -50,8 +50,8 @@ YearMonth monthOf(const std::tm& parts) {
     return {parts.tm_year + 1900, parts.tm_mon + 1};
 }
 
-/// The first month behind `from` that is in the set, which has at least one.
-YearMonth monthBehind(YearMonth from, const std::set<int>& months) {
+/// Returns the next month after `from` in the set, which is not empty.
+YearMonth monthAfter(YearMonth from, const std::set<int>& months) {
     do {
         from.month = from.month == 12 ? 1 : from.month + 1;
         from.year += from.month == 1;
@@ -87,9 +87,9 @@ protected:
         return chance(50) ? all : subset(1, 12, 5);
     }
 
-    /// Times that let a walk of four years end before 2038.
+    /// Start times that allow a search of four years before 2038.
     long someStart() { return between(utc(1999, 1, 1), utc(2030, 1, 1)); }
-    /// Mostly in the weeks around the start.
+    /// Mostly within weeks of the start.
     long someNow(long start) {
         if (chance(5))
             return start;
@@ -98,36 +98,36 @@ protected:
     }
     long someEnd(long start) { return chance(70) ? qelNoTime : start + between(-testDay, 200 * testDay); }
 
-    /// Compares until enough cases were no oddities.
-    template <class MakeCase> void compare(const std::set<std::string_view>& oddities, const MakeCase& makeCase) {
-        std::map<std::string_view, int> differences;
+    /// Compares until enough cases without a deviation have been checked.
+    template <class MakeCase> void compare(const std::set<std::string_view>& deviations, const MakeCase& makeCase) {
+        std::map<std::string_view, int> changedResults;
         for (int compared = 0; compared < comparedCases;) {
-            const auto [trigger, now, expected, oddity] = makeCase();
-            const TriggerAnswer answer = ask(trigger, now);
-            if (oddity) {
-                ASSERT_TRUE(oddities.contains(oddity)) << oddity;
-                differences[oddity] += !(answer == expected);
+            const auto [trigger, now, expected, deviation] = makeCase();
+            const TriggerResult result = nextRun(trigger, now);
+            if (deviation) {
+                ASSERT_TRUE(deviations.contains(deviation)) << deviation;
+                changedResults[deviation] += !(result == expected);
                 continue;
             }
             ++compared;
-            ASSERT_EQ(answer, expected) << "start " << trigger.start << ", end " << trigger.end << ", now " << now
+            ASSERT_EQ(result, expected) << "start " << trigger.start << ", end " << trigger.end << ", now " << now
                                         << ", " << GetParam().name;
         }
-        for (const std::string_view oddity : oddities)
-            EXPECT_GT(differences[oddity], 0) << "makes no difference: " << oddity;
+        for (const std::string_view deviation : deviations)
+            EXPECT_GT(changedResults[deviation], 0) << "deviation without effect: " << deviation;
     }
 
     template <class Trigger> struct Case {
         Trigger trigger;
         long now;
-        TriggerAnswer expected;
-        const char* oddity;
+        TriggerResult expected;
+        const char* deviation;
     };
 
     [[nodiscard]] bool isPastLateHour(long start) const {
         return GetParam().hasSummerTime && timeOfDay(start) >= 23 * 3600;
     }
-    /// The first run after `now`, on the clocks of standard time.
+    /// Returns the first run after `now` in standard time.
     [[nodiscard]] std::optional<long> walk(long now, long start,
                                            const std::function<bool(const SlowDate&)>& isRunDay) const {
         return walkToRun(now, timeOfDay(start), GetParam().standardOffset, isRunDay);
@@ -150,21 +150,21 @@ TEST_P(SchedulerModelTest, Once) {
 
 // --- Daily
 
-constexpr const char* startComesFirst = "a start in the future is the first run, whatever its day and the end";
-constexpr const char* clocksChange = "days are 86400 seconds, whatever the clocks do meanwhile";
+constexpr const char* startComesFirst = "a start in the future is the first run, regardless of week day and end";
+constexpr const char* clocksChange = "days are 86400 seconds, even across a daylight saving change";
 
 TEST_P(SchedulerModelTest, Daily) {
-    std::set<std::string_view> oddities{startComesFirst};
+    std::set<std::string_view> deviations{startComesFirst};
     if (GetParam().hasSummerTime)
-        oddities.insert(clocksChange);
-    compare(oddities, [this] {
+        deviations.insert(clocksChange);
+    compare(deviations, [this] {
         QelSchedulerDailyTrigger trigger(someStart(), qelNoTime);
         trigger.end = someEnd(trigger.start);
         if (chance(30))
             trigger.interval = static_cast<int>(between(0, 20));
         trigger.weekdaysOnly = chance(50);
         trigger.weekendsOnly = chance(50);
-        // Sundays of 23 and 25 hours are few: most of the starts in summer time zones are around midnight.
+        // Sundays of 23 and 25 hours are rare: place most starts in zones with daylight saving time around midnight.
         if (GetParam().hasSummerTime && chance(50))
             trigger.start += testDay - 1800 - timeOfDay(trigger.start) + (chance(50) ? 3600 : 0);
         const long now = someNow(trigger.start);
@@ -185,11 +185,11 @@ TEST_P(SchedulerModelTest, Daily) {
             run += testDay;
 
         const bool isOver = trigger.end != qelNoTime && trigger.end < run;
-        const char* const oddity = now < trigger.start && candidate == trigger.start ? startComesFirst
-                                   : interval == 0 && localParts(candidate).tm_gmtoff != localParts(run).tm_gmtoff
-                                       ? clocksChange
-                                       : none;
-        return Case<QelSchedulerDailyTrigger>{trigger, now, isOver ? noMoreRuns : runAt(run), oddity};
+        const char* const deviation = now < trigger.start && candidate == trigger.start ? startComesFirst
+                                      : interval == 0 && localParts(candidate).tm_gmtoff != localParts(run).tm_gmtoff
+                                          ? clocksChange
+                                          : none;
+        return Case<QelSchedulerDailyTrigger>{trigger, now, isOver ? noMoreRuns : runAt(run), deviation};
     });
 }
 
@@ -208,7 +208,7 @@ TEST_P(SchedulerModelTest, Weekly) {
                 trigger.days.contains(date.weekDay) || (date.weekDay == 0 && trigger.days.contains(7));
             return isInDays && date.weekOfYear % trigger.weeks == 0;
         };
-        // UTC throughout, and a run at the start is one.
+        // UTC throughout; a run at the start counts.
         const long run = orNoTime(walkToRun(std::max(now, trigger.start - 1), (trigger.start) % testDay, 0, isRunDay));
         const bool isOver = trigger.end != qelNoTime && (trigger.end < now || trigger.end < run);
         return Case<QelSchedulerWeeklyTrigger>{trigger, now, isOver ? noMoreRuns : runAt(run), none};
@@ -218,17 +218,17 @@ TEST_P(SchedulerModelTest, Weekly) {
 // --- Monthly
 
 constexpr const char* lateHour =
-    "midnights are those of standard time, so that in summer a run in the last hour of a day is one of the next";
-constexpr const char* noDay = "a month without any of the days has no answer";
-constexpr const char* twiceLast = "the number of the last day and 32 together are a run in the next month too";
+    "midnights are in standard time, so in summer a run in the last hour of a day counts for the next day";
+constexpr const char* noDay = "a month without any of the days is an error";
+constexpr const char* twiceLast = "the number of the last day together with 32 adds a run in the next month";
 constexpr const char* wholeMonth = "the month of the start counts from its first day";
-constexpr const char* noEnd = "the end doesn't count in the month of the start";
-constexpr const char* yearsLater = "in a later year the start's month is looked for in the start's own year";
-constexpr const char* otherMonth = "only the month of the start and the next one of the set behind it are looked at";
+constexpr const char* noEnd = "the end is ignored in the month of the start";
+constexpr const char* yearsLater = "in a later year, the month of the start is searched for in the year of the start";
+constexpr const char* otherMonth = "only the month of the start and the next one in the set are considered";
 
-/// The oddity that may apply, given what is expected without any.
-const char* monthlyOddity(const QelSchedulerMonthlyTrigger& trigger, long now, std::optional<long> run,
-                          const TestZone& zone, const IsDay& isDay) {
+/// Returns the deviation that may apply, given the expected run without any.
+const char* monthlyDeviation(const QelSchedulerMonthlyTrigger& trigger, long now, std::optional<long> run,
+                             const TestZone& zone, const IsDay& isDay) {
     if (trigger.end != qelNoTime && trigger.end < now)
         return none;
     if (zone.hasSummerTime && timeOfDay(trigger.start) >= 23 * 3600)
@@ -236,7 +236,7 @@ const char* monthlyOddity(const QelSchedulerMonthlyTrigger& trigger, long now, s
     YearMonth first = monthOf(localParts(trigger.start));
     const bool isLaterYear = first.year < monthOf(localParts(now)).year;
     first.year = std::max(first.year, monthOf(localParts(now)).year);
-    const YearMonth second = monthBehind(first, trigger.months);
+    const YearMonth second = monthAfter(first, trigger.months);
     const bool usesFirst = trigger.months.contains(first.month);
 
     if (isLaterYear && usesFirst)
@@ -264,10 +264,10 @@ const char* monthlyOddity(const QelSchedulerMonthlyTrigger& trigger, long now, s
 }
 
 TEST_P(SchedulerModelTest, Monthly) {
-    std::set<std::string_view> oddities{noDay, twiceLast, wholeMonth, noEnd, yearsLater, otherMonth};
+    std::set<std::string_view> deviations{noDay, twiceLast, wholeMonth, noEnd, yearsLater, otherMonth};
     if (GetParam().hasSummerTime)
-        oddities.insert(lateHour);
-    compare(oddities, [this] {
+        deviations.insert(lateHour);
+    compare(deviations, [this] {
         QelSchedulerMonthlyTrigger trigger(someStart(), qelNoTime);
         trigger.end = someEnd(trigger.start);
         trigger.days = subset(1, 32, 4);
@@ -281,26 +281,26 @@ TEST_P(SchedulerModelTest, Monthly) {
         const std::optional<long> run = walk(std::max(now, trigger.start - 1), trigger.start, isRunDay);
         const bool isOver = trigger.end != qelNoTime && (trigger.end < now || (run && trigger.end < *run));
         return Case<QelSchedulerMonthlyTrigger>{trigger, now, isOver ? noMoreRuns : runAt(orNoTime(run)),
-                                                monthlyOddity(trigger, now, run, GetParam(), isDay)};
+                                                monthlyDeviation(trigger, now, run, GetParam(), isDay)};
     });
 }
 
 // --- Monthly, day of week
 
-constexpr const char* givenUp = "a run that isn't after the start gives up the rest of its month";
-constexpr const char* endPassed = "the end counts only once it has passed";
+constexpr const char* restDiscarded = "a run not after the start discards the rest of its month";
+constexpr const char* endPassed = "the end only counts once it has passed";
 
-/// Whether one of the two months that are looked at has none of the days.
-bool looksAtMonthWithout(const IsDay& isDay, long from, const std::set<int>& months) {
+/// Returns whether one of the two considered months has none of the days.
+bool considersMonthWithout(const IsDay& isDay, long from, const std::set<int>& months) {
     const YearMonth first = monthOf(localParts(from));
-    return (months.contains(first.month) && !hasDay(first, isDay)) || !hasDay(monthBehind(first, months), isDay);
+    return (months.contains(first.month) && !hasDay(first, isDay)) || !hasDay(monthAfter(first, months), isDay);
 }
 
 TEST_P(SchedulerModelTest, MonthlyDayOfWeek) {
-    std::set<std::string_view> oddities{noDay, givenUp, endPassed};
+    std::set<std::string_view> deviations{noDay, restDiscarded, endPassed};
     if (GetParam().hasSummerTime)
-        oddities.insert(lateHour);
-    compare(oddities, [this] {
+        deviations.insert(lateHour);
+    compare(deviations, [this] {
         QelSchedulerMonthlyDayOfWeekTrigger trigger(someStart(), qelNoTime);
         trigger.end = someEnd(trigger.start);
         trigger.weekDays = subset(0, 6, 3);
@@ -318,20 +318,20 @@ TEST_P(SchedulerModelTest, MonthlyDayOfWeek) {
 
         const bool isOver = trigger.end != qelNoTime && trigger.end < now;
         const std::optional<long> fromNow = walk(now, trigger.start, isRunDay);
-        const char* oddity = none;
+        const char* deviation = none;
         if (!isOver) {
             if (isPastLateHour(trigger.start))
-                oddity = lateHour;
-            else if (looksAtMonthWithout(isDay, std::max(trigger.start, now), trigger.months))
-                oddity = noDay;
+                deviation = lateHour;
+            else if (considersMonthWithout(isDay, std::max(trigger.start, now), trigger.months))
+                deviation = noDay;
             else if (fromNow && *fromNow <= trigger.start)
-                oddity = givenUp;
+                deviation = restDiscarded;
             else if (trigger.end != qelNoTime && run && trigger.end < *run)
-                oddity = endPassed;
+                deviation = endPassed;
         }
-        const bool isBehind = isOver || (trigger.end != qelNoTime && run && trigger.end < *run);
-        return Case<QelSchedulerMonthlyDayOfWeekTrigger>{trigger, now, isBehind ? noMoreRuns : runAt(orNoTime(run)),
-                                                         oddity};
+        const bool isPastEnd = isOver || (trigger.end != qelNoTime && run && trigger.end < *run);
+        return Case<QelSchedulerMonthlyDayOfWeekTrigger>{trigger, now, isPastEnd ? noMoreRuns : runAt(orNoTime(run)),
+                                                         deviation};
     });
 }
 

@@ -10,20 +10,19 @@
 
 namespace Qel {
 
-/// A date that is reached by walking from 1 January 1970 day by day.
-///
-/// Slow on purpose and without the C library: what it says about dates is an independent second opinion.
+/// A date computed by counting days from 1 January 1970.  Deliberately slow and independent of the C library: a
+/// reference implementation.
 struct SlowDate {
     int year = 1970;
     int month = 1;
     int day = 1;
     int weekDay = 4;    ///< 0 for Sunday
-    int weekOfYear = 0; ///< the week of 1 January is 0; a Monday begins the next
+    int weekOfYear = 0; ///< 0 contains 1 January; weeks begin on Monday
     long number = 0;    ///< days since the epoch
 
     [[nodiscard]] int lengthOfMonth() const {
         if (month == 2)
-            return year % 4 == 0 ? 29 : 28; // none of the tests' years is a common century
+            return year % 4 == 0 ? 29 : 28; // the tests use no year in which the century rule matters
         return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
     }
     [[nodiscard]] bool isLastOfMonth() const { return day == lengthOfMonth(); }
@@ -39,13 +38,13 @@ struct SlowDate {
             year += month == 1;
         }
         if (month == 1 && day == 1)
-            weekOfYear = weekDay == 0 ? -1 : 0; // a Sunday is the end of a week that isn't this year's
+            weekOfYear = weekDay == 0 ? -1 : 0; // a Sunday ends a week of the previous year
         else if (weekDay == 1)
             ++weekOfYear;
     }
 };
 
-/// Every date from 1970 to 2041, each found from the one before.
+/// All dates from 1970 to 2041.
 inline const std::vector<SlowDate>& slowDates() {
     static const std::vector<SlowDate> dates = [] {
         std::vector<SlowDate> walked;
@@ -56,8 +55,8 @@ inline const std::vector<SlowDate>& slowDates() {
     return dates;
 }
 
-/// The first time after `after` at second `timeOfDay` of a date that `isRunDay` names, by clocks that are `offset`
-/// seconds ahead of UTC all year round.  Nothing within `longest` days.
+/// Returns the first run after `after`: a date accepted by `isRunDay` at `timeOfDay`, in a zone that is always `offset`
+/// seconds ahead of UTC.  Returns nullopt if there is none within `longest` days.
 inline std::optional<long> walkToRun(long after, long timeOfDay, long offset,
                                      const std::function<bool(const SlowDate&)>& isRunDay, std::size_t longest = 1500) {
     const auto& dates = slowDates();
@@ -70,7 +69,7 @@ inline std::optional<long> walkToRun(long after, long timeOfDay, long offset,
     return std::nullopt;
 }
 
-/// Whether a month has a day that `isDay` names.
+/// Returns whether a month has a day accepted by `isDay`.
 inline bool hasDay(int year, int month, const std::function<bool(const SlowDate&)>& isDay) {
     const auto& dates = slowDates();
     for (auto i = static_cast<std::size_t>(year - 1970) * 365; dates[i].year <= year; ++i)

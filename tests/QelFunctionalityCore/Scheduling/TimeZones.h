@@ -9,10 +9,10 @@
 
 namespace Qel {
 
-/// A place that the tests are run at.
+/// A time zone that the tests run in.
 struct TestZone {
     const char* name;
-    long standardOffset; ///< seconds that standard time is ahead of UTC
+    long standardOffset; ///< offset of standard time from UTC in seconds
     bool hasSummerTime;
 };
 
@@ -30,7 +30,7 @@ inline constexpr TestZone testZones[] = {
 inline constexpr TestZone utcZone = testZones[0];
 inline constexpr TestZone berlin = testZones[1];
 
-/// Sets the process's time zone and restores it.
+/// Sets the time zone of the process and restores it on destruction.
 class ScopedTimeZone {
 public:
     explicit ScopedTimeZone(const char* name) {
@@ -53,7 +53,7 @@ private:
     std::optional<std::string> m_old;
 };
 
-/// Runs each test in each of the zones.
+/// Runs each test in each zone.
 class ZoneTest : public testing::TestWithParam<TestZone> {
 protected:
     ScopedTimeZone zone{GetParam().name};
@@ -67,7 +67,7 @@ inline std::string zoneTestName(const testing::TestParamInfo<TestZone>& info) {
     return name;
 }
 
-/// A date and time of day; the month counts from 1.
+/// A date and time of day; months are 1 to 12.
 inline std::tm civil(int year, int month, int day, int hour, int minute, int second) {
     std::tm parts{};
     parts.tm_year = year - 1900;
@@ -80,19 +80,19 @@ inline std::tm civil(int year, int month, int day, int hour, int minute, int sec
     return parts;
 }
 
-/// When it is this time in UTC.
+/// Converts from UTC to seconds since the epoch.
 inline long utc(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
     std::tm parts = civil(year, month, day, hour, minute, second);
     return timegm(&parts);
 }
 
-/// When the clocks of the zone that is set show this.
+/// Converts from local time in the current zone.
 inline long local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
     std::tm parts = civil(year, month, day, hour, minute, second);
     return std::mktime(&parts);
 }
 
-/// The same with the clocks at standard time, in summer too.
+/// Converts from standard time of a zone, also in summer.
 inline long standard(const TestZone& zone, int year, int month, int day, int hour = 0, int minute = 0) {
     return utc(year, month, day, hour, minute) - zone.standardOffset;
 }

@@ -17,7 +17,7 @@ const char* colourOf(QelAlertType type) {
 
 } // namespace
 
-/// A colour that there isn't is malformed.
+/// An unknown colour is malformed input.
 template <> struct QelWireValue<QelAlertType> {
     static constexpr QelWireKind kind = QelWireKind::integer;
     static int read(const QelMessageIterator& cursor, QelAlertType& type, int id, const QelWireField&) {

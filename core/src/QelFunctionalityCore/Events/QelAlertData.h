@@ -10,8 +10,8 @@
 
 namespace Qel {
 
-/// An environment has left its normal range, or come back to it.  The root of the alerts, none of its own: it has no
-/// factory.
+/// An environment left its normal range or returned to it.  Common root of the alerts, without a factory: only
+/// derived alerts are created from messages.
 struct QelAlertData : QelEventData {
     using AlertType = QelAlertType;
     using AlertReason = QelAlertReason;
@@ -21,18 +21,19 @@ struct QelAlertData : QelEventData {
     QelEID eid;
     AlertType type = AlertType::green;
 
-    /// Sets the parameters "env", which names the environment, and "type", the colour.
+    /// Sets the parameters "env" (the environment) and "type" (the colour).
     void toInfo(QelInfo& info) const override;
     int addSubscriptionName(QelMessage& message) override;
 
-    /// Whether the other alert is about the same thing, so that it takes this one's place.  False for null.
+    /// Returns whether the other alert has the same subject and therefore supersedes this one.  False for null.
     [[nodiscard]] virtual bool compareID(boost::shared_ptr<QelAlertData> other) const;
-    /// Whether the other alert tells the same, so that it isn't worth to be told again.  False for null.
+    /// Returns whether the other alert reports the same state, so that sending it again would be redundant.  False for
+    /// null.
     [[nodiscard]] virtual bool compareData(boost::shared_ptr<QelAlertData> other) const;
-    /// Whether the alerts have one colour, be they about two environments.
+    /// Compares the colours only; the environments may differ.
     [[nodiscard]] bool operator==(const QelAlertData& other) const { return type == other.type; }
 
-    /// -1 without the environment, or without one of the four colours.
+    /// Returns -1 if the environment is missing or the colour is not one of the four.
     using Reader = QelRecordReader<QelAlertData>;
     using Writer = QelRecordWriter<QelAlertData>;
     using reader_type = Reader;

@@ -7,12 +7,12 @@ namespace Qel {
 
 class QelEnv;
 
-/// An info named "env" that names an environment: its text is the title, and it has the parameters "eid", "title" and
+/// An info named "env" that identifies an environment.  Its text is the title; its parameters are "eid", "title" and
 /// "type".
 struct QelEnvInfo : QelInfo {
     explicit QelEnvInfo(const QelEnv& env);
-    /// Asks the process's cache.  An environment that isn't there, or without a cache, has its identifier as its title,
-    /// so that something is shown, and no type.
+    /// Looks the environment up in this process's cache.  If it is not found, or there is no cache, the identifier
+    /// serves as the title and "type" is not set.
     explicit QelEnvInfo(const QelEID& eid);
 
     /// Sets the three parameters.

@@ -12,11 +12,12 @@
 
 namespace Qel {
 
-/// Something that happened, as subscribers hear of it: who, when, where and why, and a payload that tells what.
+/// Something that happened, as delivered to subscribers: who, when, where and why, with an optional payload.
 struct QelEvent {
     static constexpr std::string_view subscriptionName = "events_subscription";
 
-    /// With a new identifier, the present time, the local agent as its place and the current token as who did it.
+    /// Generates an identifier.  The time is the current time, the environment is the local agent, the SID is that of
+    /// the current token.
     explicit QelEvent(std::string itsSource = "agent");
     virtual ~QelEvent() = default;
 
@@ -30,8 +31,8 @@ struct QelEvent {
     boost::shared_ptr<QelEventData> data; ///< may be null
     QelInfo info;                         ///< what happened, for a user
 
-    /// A time that is missing is that of the message.  A payload that is missing, unreadable or of an unknown class
-    /// leaves `data` as it was, and the event is good without.
+    /// A missing time defaults to that of the message envelope.  If the payload is missing, malformed or of an unknown
+    /// class, `data` is left unchanged and reading still succeeds.
     using Reader = QelRecordReader<QelEvent>;
     using Writer = QelRecordWriter<QelEvent>;
     using reader_type = Reader;

@@ -9,22 +9,22 @@ namespace Qel {
 
 struct QelInfo;
 
-/// What an event is about.  Each class of payloads names the subscriptions by which clients hear of it: a message
-/// carries the names, and who has subscribed to one of them gets it.
+/// The payload of an event.  Each payload class defines the subscriptions that it is delivered to: a message carries
+/// their names, and reaches every client subscribed to at least one of them.
 struct QelEventData {
-    /// Tells the payload to a user: replaces the info, or leaves it as it was where the payload has nothing to tell.
+    /// Describes the payload to a user: replaces `info`, or leaves it unchanged if the payload has no description.
     virtual void toInfo(QelInfo& info) const = 0;
     virtual ~QelEventData() = default;
-    /// Adds the names of the payload's subscriptions to a message; nonzero at the first that isn't taken.
+    /// Adds the names of the payload's subscriptions to a message.  Returns nonzero at the first name that is rejected.
     virtual int addSubscriptionName(QelMessage& message) = 0;
 
-    /// Adds the name that the class `T` has as its `subscriptionName`.
+    /// Adds `T::subscriptionName`.
     template <class T> static int addSubscription(const T&, QelMessage& message) {
         return message.addSubscription(T::subscriptionName.data());
     }
 };
 
-/// A payload of a class that this process doesn't know, carried as it is.
+/// A payload of a class unknown to this process, carried unchanged.
 struct QelAnyEventData : QelEventData {
     QelAnyData any{1307};
 

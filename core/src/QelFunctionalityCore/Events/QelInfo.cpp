@@ -18,7 +18,7 @@ constexpr int nameElement = 1026;
 constexpr int parameterElement = 1017;
 constexpr int textVersion = 40500;
 
-// A parameter holds its own name, so the key isn't written beside it, but is read from there.
+// A parameter contains its own name, so the map key is not written separately but read from there.
 int readParameters(const QelMessageIterator& cursor, QelInfo& info) {
     info.parameters.clear();
     return QelReaderMap(parameterElement, QelReaderOptional,
@@ -29,7 +29,7 @@ int writeParameters(QelMessageIterator& cursor, const QelInfo& info) {
     return QelWriterMap(parameterElement, QelWriterEmpty(), QelInfo::Writer())(cursor, info.parameters);
 }
 
-/// Appends the text of one info after the other to one string, so that nothing is copied on the way.
+/// Expands placeholders recursively into a single output string, without intermediate copies.
 class Substitution {
 public:
     using FormatOf = std::string_view (*)(const QelInfo& info, std::string& storage);
@@ -37,7 +37,7 @@ public:
     explicit Substitution(FormatOf formatOf) : m_formatOf(formatOf) {}
 
     void append(const QelInfo& info, std::string_view format) {
-        if (!mayWork(format.size()))
+        if (!spend(format.size()))
             return;
         std::size_t copied = 0;
         for (std::size_t open = format.find('%'); open != npos; open = format.find('%', copied)) {
@@ -51,10 +51,10 @@ public:
         m_text.append(format, copied);
     }
 
-    /// Of all parameters of a name.
+    /// Appends the text of every parameter with this name.
     void appendParameters(const QelInfo::Parameters& parameters, std::string_view name) {
         auto at = parameters.lower_bound(name);
-        for (bool isFirst = true; at != parameters.end() && at->first == name && !m_isCutOff; ++at) {
+        for (bool isFirst = true; at != parameters.end() && at->first == name && !m_isTruncated; ++at) {
             if (!isFirst)
                 m_text += ',';
             isFirst = false;
@@ -68,21 +68,21 @@ public:
 private:
     static constexpr std::size_t npos = std::string_view::npos;
 
-    bool mayWork(std::size_t formatSize) {
+    bool spend(std::size_t formatSize) {
         const std::size_t work = formatSize + 1;
-        m_isCutOff = work > m_workLeft;
-        if (m_isCutOff)
-            setErrorMessage("the text of an info takes more than %zu characters to make and is cut off",
-                            QelInfo::mostWork);
+        m_isTruncated = work > m_budget;
+        if (m_isTruncated)
+            setErrorMessage("expanding an info takes more than %zu characters; its text is truncated",
+                            QelInfo::expansionLimit);
         else
-            m_workLeft -= work;
-        return !m_isCutOff;
+            m_budget -= work;
+        return !m_isTruncated;
     }
 
     FormatOf m_formatOf;
     std::string m_text;
-    std::size_t m_workLeft = QelInfo::mostWork;
-    bool m_isCutOff = false;
+    std::size_t m_budget = QelInfo::expansionLimit;
+    bool m_isTruncated = false;
 };
 
 } // namespace
@@ -100,7 +100,7 @@ template <> const QelWireLayout& qelWireLayout<QelInfo>() {
     return wireLayoutOf<QelInfo>;
 }
 
-// Not defaulted: that would look into the parameters, and so at this class, before it is complete.
+// Not defaulted in the class: comparing the parameters needs the complete type.
 bool QelInfo::operator==(const QelInfo& other) const {
     return name == other.name && text == other.text && translatable == other.translatable &&
            parameters == other.parameters;

@@ -11,36 +11,36 @@
 
 namespace Qel {
 
-/// A message text that is kept apart from its values until someone wants to read it: a format with `%name%`
-/// placeholders, and named parameters, each of them an info again.  So a client can show, or translate, a text long
-/// after the agent made it.
+/// A message text stored separately from its values: a format with `%name%` placeholders, and named parameters that are
+/// infos themselves.  The text is expanded only when it is displayed, so that a client can show or translate it long
+/// after the agent created it.
 ///
-/// Text from an info.  The key of a placeholder is what stands between two `%`, be it nothing.  It is replaced by the
-/// texts of all parameters of that name, in their order and joined by commas, and vanishes if there is none.  A `%`
-/// that no other one follows, or that is the last character, stays.  Each parameter's text is made in the same way from
-/// its own parameters.
+/// Expansion: a placeholder's key is the string between two `%`; it may be empty.  The placeholder is replaced by the
+/// texts of all parameters with that name, in insertion order, separated by commas; without any it expands to nothing.
+/// A `%` without a matching second one is copied unchanged.  The text of each parameter is expanded with its own
+/// parameters.
 struct QelInfo {
-    /// By name; one name can occur many times.
+    /// Keyed by name; a name may occur more than once.
     using Parameters = std::multimap<std::string, QelInfo, std::less<>>;
 
-    /// The format characters and parameters that one text may take to make, as many as a message may have bytes.  An
-    /// info that names its parameters once each stays below it whatever it is; one that names them over and over, level
-    /// by level, could ask for more text than there is memory, and is cut off there.
-    static constexpr std::size_t mostWork = std::size_t{64} << 20;
+    /// Budget of one expansion: format characters plus parameters, equal to the size limit of a message.  An info that
+    /// references each parameter once never exceeds it.  One that repeats its parameters at every level grows
+    /// exponentially; its text is truncated at this limit.
+    static constexpr std::size_t expansionLimit = std::size_t{64} << 20;
 
-    // What serializeToString() and deserializeFromString() answer.
+    // Results of serializeToString() and deserializeFromString().
     static constexpr int badText = -5;
     static constexpr int nullArgument = -6;
     static constexpr int unusableMessage = -11;
     static constexpr int outOfResources = -13;
 
-    std::string name; ///< under which a parent's placeholders find it
+    std::string name; ///< key of the placeholders that refer to it
     std::string text; ///< the format
     bool translatable = true;
     Parameters parameters;
 
     QelInfo() = default;
-    /// The text comes first.
+    /// The text is the first argument, unlike the member order.
     QelInfo(std::string itsText, std::string itsName, bool isTranslatable)
         : name(std::move(itsName)), text(std::move(itsText)), translatable(isTranslatable) {}
 
@@ -49,30 +49,30 @@ struct QelInfo {
     [[nodiscard]] bool empty() const { return text.empty(); }
     void swap(QelInfo& other) noexcept;
 
-    /// Adds a parameter behind those of its name.
+    /// Adds a parameter after those with the same name.
     QelInfo& addParameter(QelInfo parameter);
-    /// Puts a parameter in place of all those of its name.
+    /// Replaces all parameters with the same name by this one.
     QelInfo& setParameter(QelInfo parameter);
-    /// The first parameter of this name, or null.
+    /// Returns the first parameter with this name, or null.
     [[nodiscard]] const QelInfo* getParameter(std::string_view parameterName) const;
 
-    /// The text of what a path of parameter names leads to.  Leading slashes don't count, and a path of nothing else
-    /// gives the info's own text; all segments but the last take the first parameter of their name, the last one all of
-    /// them, joined by commas.  Empty if a parameter is missing.
+    /// Returns the text at a slash-separated path of parameter names.  Leading slashes are ignored; an empty path
+    /// selects the info itself.  Every segment but the last selects the first parameter with its name; the last selects
+    /// all of them, separated by commas.  Empty if a parameter is missing.
     [[nodiscard]] std::string getParameterByPath(std::string_view path) const;
 
     [[nodiscard]] std::string toString() const;
-    /// The same in another language.  A `Translator` is made for each format that is translatable and called with it;
-    /// it answers, as anything that converts to a string_view, the format to take in its place.
+    /// Returns the text in another language.  A `Translator` is constructed for each translatable format and called
+    /// with it; its result, anything convertible to a string_view, replaces the format.
     template <class Translator> [[nodiscard]] std::string toStringWithTranslator() const;
-    /// With another format than its own, which is taken as it is.
+    /// Expands `format`, which is not translated, instead of the own format.
     template <class Translator> [[nodiscard]] std::string toStringWithTranslator(std::string_view format) const;
 
-    /// The info as the text of a message that holds it alone.  `out` changes on success only; otherwise the result is
-    /// `unusableMessage` or `outOfResources`.
+    /// Writes the info to `out` as the text form of a message with no other content.  On failure returns
+    /// `unusableMessage` or `outOfResources` and leaves `out` unchanged.
     [[nodiscard]] int serializeToString(std::string& out) const;
-    /// The reverse.  On failure the info stays as it was, and the result is `nullArgument`, `badText`,
-    /// `unusableMessage` or `outOfResources`.
+    /// Inverse of serializeToString().  On failure returns `nullArgument`, `badText`, `unusableMessage` or
+    /// `outOfResources` and leaves the info unchanged.
     [[nodiscard]] int deserializeFromString(const char* message);
 
     using Reader = QelRecordReader<QelInfo>;
@@ -81,14 +81,14 @@ struct QelInfo {
     using writer_type = Writer;
 
 private:
-    /// Tells the format of an info, which lies in the info or in `storage`.
+    /// Returns the format of an info: a view of the info itself or of `storage`.
     using FormatOf = std::string_view (*)(const QelInfo& info, std::string& storage);
 
     [[nodiscard]] static std::string substitute(const QelInfo& info, std::string_view format, FormatOf formatOf);
     template <class Translator> static std::string_view translatedFormat(const QelInfo& info, std::string& storage);
 };
 
-/// Translates nothing.
+/// The identity translation.
 struct QelNullTranslator {
     const std::string& operator()(const std::string& format) const { return format; }
 };

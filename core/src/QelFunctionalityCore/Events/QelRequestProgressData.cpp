@@ -54,8 +54,8 @@ bool hasItems(const QelEIDList& eids) {
     return !eids.empty();
 }
 
-// The path of a request tells its parent, and a parent that is told must be that one.
-int settleParent(QelRequestProgressData& data) {
+// The request ID is a path that determines the parent; an explicit parent must match it.
+int resolveParent(QelRequestProgressData& data) {
     const std::size_t slash = data.requestId.rfind('/');
     if (slash == std::string::npos)
         return 0;
@@ -100,7 +100,7 @@ QelRequestProgressData::QelRequestProgressData(std::string text)
 
 int QelRequestProgressData::Reader::operator()(const QelMessageIterator& cursor, QelRequestProgressData& data) const {
     data.state = 0;
-    if (readByLayout(wireLayoutOf<QelRequestProgressData>, &data, cursor) != 0 || settleParent(data) != 0)
+    if (readByLayout(wireLayoutOf<QelRequestProgressData>, &data, cursor) != 0 || resolveParent(data) != 0)
         return -1;
     QelGUID sender;
     if (sender.fromString(cursor.getMessage()->getSenderEID().c_str()) == 0)
@@ -108,8 +108,7 @@ int QelRequestProgressData::Reader::operator()(const QelMessageIterator& cursor,
     return 0;
 }
 
-// The namespace belongs to what the record writes and not to its element, which the writer of a typed record would mark
-// as well.
+// The namespace applies to the fields only.  The writer of a typed record would also mark the record's own element.
 int QelRequestProgressData::Writer::operator()(QelMessageIterator& cursor, const QelRequestProgressData& data) const {
     cursor.saveNamespace(progressNamespace);
     const int result = writeByLayout(wireLayoutOf<QelRequestProgressData>, &data, cursor);

@@ -9,35 +9,36 @@
 
 namespace Qel {
 
-/// A session, and whose it is.
+/// A session and the agent that owns it.
 struct QelSessionID {
     std::string session;
-    QelEID eid; ///< of the agent that has the session
+    QelEID eid; ///< of the agent that owns the session
 };
 
-/// How far a long request has come.  What `progress` and `state` mean is between the agent and its clients.
+/// Progress of a long-running request.  The values of `progress` and `state` are defined by the agent and its clients.
 ///
-/// A field that isn't set isn't sent, and what is missing is taken from the message that carries the record, so a
-/// sender leaves out what the envelope tells already.
+/// Unset fields are not sent; the reader takes missing ones from the message envelope.  A sender therefore omits what
+/// the envelope already contains.
 struct QelRequestProgressData {
     explicit QelRequestProgressData(std::string text = std::string());
     virtual ~QelRequestProgressData() = default;
 
-    std::string requestId; ///< a path: what stands before its last slash is the request that this one is a part of
+    std::string requestId; ///< a path: the part before its last slash is the parent request
     std::string parentId;
     std::string operation;
-    QelInfo info; ///< what is being done, for a user
+    QelInfo info; ///< current activity, for a user
     int progress = 0;
     int state = 0;
-    long time = 0; ///< seconds since the epoch; 0 for none
+    long time = 0; ///< seconds since the epoch; 0 if unset
     QelEIDList eids;
-    QelSessionID session; ///< of which only the session is sent: the agent is the sender of the message
+    QelSessionID session; ///< only the session is sent; the agent is the sender of the message
 
-    /// -1 if neither the record nor the message tells the request, or the parent that is told isn't that of the path.
+    /// Returns -1 if neither the record nor the envelope contains the request ID, or if the parent contradicts the
+    /// path.
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelRequestProgressData& data) const;
     };
-    /// Always 0: an observer that misses a field is better off than one that hears nothing.
+    /// Always returns 0: an update with a missing field is more useful to an observer than none.
     struct Writer : QelWriterBaseT<Writer> {
         int operator()(QelMessageIterator& cursor, const QelRequestProgressData& data) const;
     };

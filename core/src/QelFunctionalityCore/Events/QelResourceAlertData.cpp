@@ -17,7 +17,7 @@ constexpr int currentElement = 1065;
 constexpr int softElement = 1066;
 constexpr int hardElement = 1067;
 
-// All values are tried, whatever becomes of the others.
+// All values are read or written even if one of them fails.
 template <class Reader, class Member>
 int getPerfValues(const QelMessageIterator& cursor, QelResourceAlertData& alert, Member QelPerfValue::*member) {
     const Reader reader;
@@ -72,9 +72,9 @@ template <> const QelWireLayout& qelWireLayout<QelResourceAlertData>() {
 
 namespace {
 
-// The values come last, in the form that the fields before them tell.
+// The values are last because the preceding fields determine their form.
 constexpr std::size_t fieldsBeforeValues = std::size(Wire<QelResourceAlertData>::fields) - 1;
-constexpr unsigned char theOnlyField[] = {0};
+constexpr unsigned char onlyField[] = {0};
 
 constexpr QelWireLayout partOf(std::span<const QelWireField> fields, std::span<const unsigned char> order) {
     QelWireLayout part = wireLayoutOf<QelResourceAlertData>;
@@ -84,7 +84,7 @@ constexpr QelWireLayout partOf(std::span<const QelWireField> fields, std::span<c
 }
 constexpr QelWireLayout head = partOf(wireLayoutOf<QelResourceAlertData>.fields.first(fieldsBeforeValues),
                                       wireLayoutOf<QelResourceAlertData>.readingOrder.first(fieldsBeforeValues));
-constexpr QelWireLayout values = partOf(wireLayoutOf<QelResourceAlertData>.fields.last(1), theOnlyField);
+constexpr QelWireLayout values = partOf(wireLayoutOf<QelResourceAlertData>.fields.last(1), onlyField);
 
 } // namespace
 

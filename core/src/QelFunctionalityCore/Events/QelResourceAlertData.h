@@ -11,32 +11,32 @@ namespace Qel {
 
 class QelVocMap;
 
-/// A counter of an environment has passed one of its limits.  Its three values are all integers or all doubles.
+/// A counter of an environment exceeded one of its limits.  Its three values are all integers or all doubles.
 struct QelResourceAlertData : QelAlertData {
     static constexpr std::string_view subscriptionName = "resource_alerts_subscription";
-    /// An instance that stands for each of them.
+    /// Instance name that matches every instance.
     static constexpr std::string_view anyInstance = "ANY_INSTANCE";
 
     std::string subsystem;
-    QelOptionalProperty<std::string> instance; ///< of the subsystem, where it has several: a disk, an interface
-    std::string id;                            ///< of the counter, as the vocabularies have it
-    bool isInteger = true;                     ///< which member of the values holds; it isn't sent
+    QelOptionalProperty<std::string> instance; ///< of the subsystem, if it has several: a disk, an interface
+    std::string id;                            ///< of the counter, as defined in the vocabularies
+    bool isInteger = true;                     ///< active member of the values; not sent
     QelPerfValue current;
     QelPerfValue hard;
     QelOptionalProperty<QelPerfValue> soft;
 
-    /// The values are told as integers, whatever they are: a double shows as its bits.
+    /// The values are formatted as integers in either case: a double appears as its bit pattern.
     void toInfo(QelInfo& info) const override;
     int addSubscriptionName(QelMessage& message) override;
 
-    /// Of one environment, subsystem, counter and instance.
+    /// Compares environment, subsystem, counter and instance.
     [[nodiscard]] bool compareID(boost::shared_ptr<QelAlertData> other) const override;
-    /// Of one colour, subsystem, counter and instance.
+    /// Compares colour, subsystem, counter and instance.
     [[nodiscard]] bool operator==(const QelResourceAlertData& other) const;
 
-    /// The vocabularies tell how the values of the counter travel; where they don't, or there are none, `isInteger`
-    /// does.  The reader keeps in it what it went by.  Each value counts: without the current one or the hard limit an
-    /// alert isn't read, but what there is of them is.
+    /// The vocabularies determine the wire form of a counter's values.  For an unknown counter, or without
+    /// vocabularies, `isInteger` does.  The reader stores the form that it used in `isInteger`.  It fails if the
+    /// current value or the hard limit is missing, after reading the values that are present.
     class Reader {
     public:
         explicit Reader(boost::shared_ptr<QelVocMap> vocabularies = {}) : m_vocabularies(std::move(vocabularies)) {}

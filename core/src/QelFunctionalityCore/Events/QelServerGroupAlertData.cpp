@@ -28,7 +28,7 @@ void QelServerGroupAlertData::toInfo(QelInfo& info) const {
     info.setParameter(QelInfo(subsystem, "subsystem", true));
     info.setParameter(QelInfo(reason, "reason", true));
     info.setParameter(QelInfo(intToStr(code), "code", false));
-    // The members of a group may know a server by different titles, so this message tells the identifier.
+    // Members of a group may use different titles for the same server, so this message shows the identifier.
     info.setParameter(QelInfo(eid.toString(), "env", false));
 }
 

@@ -9,25 +9,25 @@ namespace Qel {
 
 class QelVocMap;
 
-/// A server group has lost a part of what keeps it together.
+/// A component of a server group failed.
 struct QelServerGroupAlertData : QelAlertData {
     static constexpr std::string_view subscriptionName = "server_group_alerts_subscription";
 
-    int code = 0; ///< of the failure, by the subsystem's own count
+    int code = 0; ///< error code, defined by the subsystem
     std::string reason;
     std::string subsystem;
 
     void toInfo(QelInfo& info) const override;
     int addSubscriptionName(QelMessage& message) override;
 
-    /// Of one environment and one subsystem.
+    /// Compares environment and subsystem.
     [[nodiscard]] bool compareID(boost::shared_ptr<QelAlertData> other) const override;
-    /// Whether code, reason and subsystem are equal, whatever the colours are.
+    /// Compares code, reason and subsystem, not the colour.
     [[nodiscard]] bool compareData(boost::shared_ptr<QelAlertData> other) const override;
-    /// Of one colour and one subsystem.
+    /// Compares colour and subsystem.
     [[nodiscard]] bool operator==(const QelServerGroupAlertData& other) const;
 
-    /// Made with the agent's vocabularies, as those of all alerts are; they play no part in this one.
+    /// Constructible from vocabularies like the functors of the other alerts; it does not use them.
     struct Reader : QelRecordReader<QelServerGroupAlertData> {
         explicit Reader(const boost::shared_ptr<QelVocMap>& = {}) {}
     };

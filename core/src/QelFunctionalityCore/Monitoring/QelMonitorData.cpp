@@ -16,16 +16,16 @@ constexpr int eidElement = 1866;
 constexpr int instanceElement = 1905;
 constexpr int counterElement = 1906;
 
-/// Reads one report.  What fails sets the result and is told, the first failure only; the walk then ends at every
-/// level, but not before it has gone down to the first counter below.
+/// Reads one report.  The first failure is reported through setErrorMessage and stops the iteration at every level; the
+/// descent to the first counter still completes.
 class ReportReader {
 public:
     ReportReader(const QelMessageIterator& cursor, const QelVocMap* vocabulary, QelMonitorData& report)
         : m_cursor(cursor), m_vocabulary(vocabulary), m_report(report) {}
 
     int read() {
-        note(m_cursor.getObj(m_report.eid, eidElement), "no readable identifier of the environment");
-        note(m_cursor.getObj(m_report.interval, intervalElement), "no readable interval");
+        check(m_cursor.getObj(m_report.eid, eidElement), "no readable identifier of the environment");
+        check(m_cursor.getObj(m_report.interval, intervalElement), "no readable interval");
         forEachChild(subsystemElement, [&] {
             const std::string subsystem = readName("a subsystem");
             forEachChild(instanceElement, [&] {
@@ -39,7 +39,7 @@ public:
     }
 
 private:
-    void note(int result, const std::string& failure) {
+    void check(int result, const std::string& failure) {
         if (result == 0)
             return;
         if (m_result == 0)
@@ -47,7 +47,7 @@ private:
         m_result |= result;
     }
 
-    /// `visit` tells whether to go on with the next child.
+    /// `visit` returns whether to continue with the next sibling.
     template <class Visit> void forEachChild(int id, const Visit& visit) {
         if (m_cursor.firstChild(id) != 0)
             return;
@@ -58,23 +58,22 @@ private:
 
     std::string readName(const char* owner) {
         std::string name;
-        note(m_cursor.getValue(name, nameElement), std::string(owner) + " has no name");
+        check(m_cursor.getValue(name, nameElement), std::string(owner) + " has no name");
         return name;
     }
 
     bool readCounter(const std::string& subsystem, const std::string& instance) {
         std::string counter;
-        // A counter without a name ends its instance, and the report goes on with the next one: a report is of use
-        // without it.
+        // A counter without a name ends its instance but not the report, which is still useful without it.
         if (m_cursor.getValue(counter, nameElement) != 0)
             return false;
         QelPerfStat& stat = m_report.data[subsystem][instance][counter];
-        note(m_cursor.getObject(stat, QelPerfStat::Reader(valueTypeOf(counter)), valueElement),
-             subsystem + " / " + instance + " / " + counter + " has no readable values");
+        check(m_cursor.getObject(stat, QelPerfStat::Reader(valueTypeOf(counter)), valueElement),
+              subsystem + " / " + instance + " / " + counter + " has no readable values");
         return true;
     }
 
-    /// A counter comes once for each instance, so what the vocabulary tells of it is kept.
+    /// Cached: a counter occurs once per instance.
     int valueTypeOf(const std::string& counter) {
         const auto [known, isNew] = m_valueTypes.emplace(counter, 1);
         if (isNew && m_vocabulary)

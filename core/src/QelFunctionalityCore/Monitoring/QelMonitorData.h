@@ -13,9 +13,9 @@ namespace Qel {
 
 class QelVocMap;
 
-/// What the counters of an environment were over an interval.
+/// Counter statistics of an environment over an interval.
 struct QelMonitorData {
-    /// By the counter's name: the ID of its parameter in the vocabulary.
+    /// Keyed by counter name: the ID of its parameter in the vocabulary.
     using Counters = std::map<std::string, QelPerfStat>;
     using Instances = std::map<std::string, Counters>;
     using Subsystems = std::map<std::string, Instances>;
@@ -30,12 +30,12 @@ struct QelMonitorData {
     using writer_type = Writer;
 };
 
-/// Adds the counters that are there to `data`.  -1 at the first one that can't be read, or without a readable
-/// identifier or interval; then the error message tells which.  A subsystem or an instance without anything in it is
-/// left out, and so is what stands behind a counter without a name in its instance, with that counter.
+/// Adds the counters of the message to `data`.  Returns -1 if the identifier or the interval is missing or malformed,
+/// and at the first malformed counter; the error message specifies which.  Empty subsystems and instances are skipped.
+/// A counter without a name is skipped together with the rest of its instance.
 struct QelMonitorData::Reader {
-    /// The form of a counter is what the vocabulary tells (see QelVocMap::readValueType), and integer where it tells
-    /// none, or is null.
+    /// The vocabulary determines the form of a counter (see QelVocMap::readValueType); integer if it does not list the
+    /// counter, or is null.
     explicit Reader(const boost::shared_ptr<QelVocMap>& vocMap = {}) : vocabulary(vocMap) {}
 
     int operator()(const QelMessageIterator& cursor, QelMonitorData& report) const;
@@ -43,7 +43,7 @@ struct QelMonitorData::Reader {
     boost::shared_ptr<QelVocMap> vocabulary;
 };
 
-/// Writes each counter in its own form.
+/// Writes each counter in the form that it is stored in.
 struct QelMonitorData::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelMonitorData& report) const;
 };

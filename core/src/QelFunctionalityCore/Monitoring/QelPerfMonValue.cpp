@@ -15,7 +15,7 @@ namespace {
 constexpr int blockElement = 1010;
 constexpr const char* sourcePath = "core/src/QelFunctionalityCore/QelPerfMonBase";
 
-// The block's form in memory is its form on the wire.
+// The in-memory layout is the wire format.
 static_assert(sizeof(QelPerfMonBlock) == 128 && offsetof(QelPerfMonBlock, values) == 16);
 static_assert(std::is_trivially_copyable_v<QelPerfMonBlock>);
 

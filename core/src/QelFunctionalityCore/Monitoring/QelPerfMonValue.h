@@ -4,19 +4,19 @@
 
 namespace Qel {
 
-/// What the two value blocks of the performance monitor have in common: 128 bytes that travel as they are, in base64
-/// and in the byte order of the agent's machine.
+/// Common part of the two value blocks of the performance monitor: 128 bytes, sent verbatim in base64 and in the byte
+/// order of the agent's machine.
 struct QelPerfMonBlock {
     static constexpr unsigned count = 14;
 
-    unsigned char header[16] = {}; ///< belongs to the side that makes the block; this library only carries it
-    double values[count] = {};     ///< what each is, is settled by the performance monitor
+    unsigned char header[16] = {}; ///< owned by the producer of the block; opaque to this library
+    double values[count] = {};     ///< their meaning is defined by the performance monitor
 
     struct Reader;
     struct Writer;
 };
 
-/// -1, and the block as it was, for anything but 128 bytes.
+/// Returns -1 and leaves the block unchanged unless the value has exactly 128 bytes.
 struct QelPerfMonBlock::Reader {
     int operator()(const QelMessageIterator& cursor, QelPerfMonBlock& block) const;
 };
@@ -25,21 +25,21 @@ struct QelPerfMonBlock::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelPerfMonBlock& block) const;
 };
 
-/// Values of this moment.
+/// Current values.
 struct QelPerfMonActualValue : QelPerfMonBlock {
     using reader_type = Reader;
     using writer_type = Writer;
 
-    /// Ends the process unless `index` is below `count`.
+    /// Terminates the process unless `index` < `count`.
     void set(unsigned index, double value);
 };
 
-/// Values of the past.
+/// Historical values.
 struct QelPerfMonHistoricalValue : QelPerfMonBlock {
     using reader_type = Reader;
     using writer_type = Writer;
 
-    /// Ends the process unless `index` is below `count`.
+    /// Terminates the process unless `index` < `count`.
     void set(unsigned index, double value);
 };
 

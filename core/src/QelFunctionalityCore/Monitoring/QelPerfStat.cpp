@@ -9,7 +9,7 @@ struct Value {
     QelPerfValue QelPerfStat::*member;
 };
 
-// In the order of the wire.
+// In wire order.
 constexpr Value values[] = {
     {1060, &QelPerfStat::stat1060},
     {1061, &QelPerfStat::stat1061},

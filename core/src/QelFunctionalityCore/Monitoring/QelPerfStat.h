@@ -4,16 +4,16 @@
 
 namespace Qel {
 
-/// The value of a counter.  What it belongs to knows which of the two it is.
+/// The value of a counter.  The enclosing record specifies the active member.
 union QelPerfValue {
     long long integer = 0;
     double real;
 };
 
-/// The statistic of one counter over an interval.  What the numbered values mean is settled by the table of counters,
-/// which isn't part of this library.
+/// Statistics of one counter over an interval.  The table of counters, which is not part of this library, defines the
+/// numbered values.
 struct QelPerfStat {
-    /// Which form all four values have.  The wire doesn't tell: the reader is told, by whoever knows the vocabulary.
+    /// Form of all four values.  The wire does not encode it: the caller of the reader supplies it from the vocabulary.
     bool isInteger = true;
 
     QelPerfValue current;
@@ -27,9 +27,9 @@ struct QelPerfStat {
     using writer_type = Writer;
 };
 
-/// -1 unless all four values are there and have the form.
+/// Returns -1 unless all four values are present and well-formed.
 struct QelPerfStat::Reader {
-    /// As integers unless it is 0, which means doubles: the value type of a vocabulary.
+    /// The value type of a vocabulary: 0 for doubles, otherwise integers.
     explicit Reader(int integer = 1) : isInteger(integer != 0) {}
 
     int operator()(const QelMessageIterator& cursor, QelPerfStat& stat) const;
@@ -38,7 +38,7 @@ struct QelPerfStat::Reader {
 };
 
 struct QelPerfStat::Writer : QelWriterBaseT<Writer> {
-    /// What a mode is, besides any other number, which is doubles.
+    /// Any other value means doubles.
     enum Mode : int { asStored = -1, asDoubles = 0, asIntegers = 1 };
 
     explicit Writer(int writerMode = asStored) : mode(writerMode) {}

@@ -4,16 +4,16 @@
 
 namespace Qel {
 
-/// What a report covers.  Times are seconds since the epoch.
+/// The period that a report covers.  Times are seconds since the epoch.
 struct QelTimeInterval {
     long startTime = 0;
     long endTime = 0;
-    int zone = 0; ///< of both, in minutes east of Greenwich
+    int zone = 0; ///< of both ends, in minutes east of UTC
 
-    /// The end of an interval that has none.
+    /// End of an open interval.
     static constexpr long openEnd = 0x7fffffff;
 
-    /// Makes it the moment `time`.
+    /// Sets both ends to `time`.
     void setStart(long time) { startTime = endTime = time; }
 
     struct Reader;
@@ -22,12 +22,12 @@ struct QelTimeInterval {
     using writer_type = Writer;
 };
 
-/// -1 unless both ends are there.  The zone is that of the end.
+/// Returns -1 unless both ends are present.  The zone is that of the end.
 struct QelTimeInterval::Reader {
     int operator()(const QelMessageIterator& cursor, QelTimeInterval& interval) const;
 };
 
-/// Writes the ends that a mask names.
+/// Writes the ends selected by a mask.
 struct QelTimeInterval::Writer : QelWriterBaseT<Writer> {
     enum Ends : int { start = 1, end = 2 };
 
@@ -40,8 +40,7 @@ struct QelTimeInterval::Writer : QelWriterBaseT<Writer> {
     int ends;
 };
 
-/// A writer of the ends that an interval has, for one that may be open: a start of 0 and an end of
-/// QelTimeInterval::openEnd are none.
+/// Returns a writer that omits open ends: a start of 0 and an end of QelTimeInterval::openEnd.
 [[nodiscard]] QelTimeInterval::Writer timeIntervalWriter(const QelTimeInterval& interval);
 
 } // namespace Qel

@@ -7,10 +7,10 @@
 
 namespace Qel {
 
-/// A packet filter rule of an environment or a host.  It takes any texts: what the fields without a name mean is the
-/// business of the service that fills it in.
+/// A packet filter rule of an environment or a host.  Strings are not validated.  The service that fills in the rule
+/// defines the fields without a name.
 struct QelFirewallRule {
-    /// What the service stores for protocol, chain and policy.
+    /// Values that the service uses for protocol, chain and policy.
     static constexpr std::string_view PT_TCP = "tcp";
     static constexpr std::string_view PT_UDP = "udp";
     static constexpr std::string_view CT_INPUT = "INPUT";
@@ -25,7 +25,7 @@ struct QelFirewallRule {
         std::string address; ///< empty for any
         std::string mask;
 
-        /// "address", or "address", the separator and "mask"; empty without an address.
+        /// Formats "ADDRESS" or "ADDRESS<separator>MASK"; empty without an address.
         [[nodiscard]] std::string toString(char separator) const;
 
         friend bool operator==(const NetAddress&, const NetAddress&) = default;
@@ -41,12 +41,12 @@ struct QelFirewallRule {
         constexpr bool operator()(int port) const { return port != noPort; }
     };
 
-    /// Ports of one side.  Without a `first` there are none, and a `second` is lost on the wire.
+    /// Ports of one side.  Empty if `first` is `noPort`; `second` is then not sent.
     struct PortRange {
         int first = noPort;
-        int second = noPort; ///< the last one; `noPort` if the first is the only one
+        int second = noPort; ///< last port; `noPort` for the single port `first`
 
-        /// "first", or "first", the separator and "second"; empty without ports.
+        /// Formats "FIRST" or "FIRST<separator>SECOND"; empty without ports.
         [[nodiscard]] std::string toString(char separator) const;
 
         friend bool operator==(const PortRange&, const PortRange&) = default;
@@ -58,7 +58,7 @@ struct QelFirewallRule {
     };
 
     std::string name;
-    std::string text1195; ///< required: a rule with an empty one can be written but not read back
+    std::string text1195; ///< required: an empty one can be written but not read
     std::string text1196;
     std::string text1197;
     bool flag1198 = false;
@@ -71,9 +71,9 @@ struct QelFirewallRule {
 
     friend bool operator==(const QelFirewallRule&, const QelFirewallRule&) = default;
 
-    /// -1 without `name` or `text1195`, and if an address or a port range is there but can't be read.
+    /// Returns -1 if `name` or `text1195` is missing, or an address or a port range is malformed.
     using Reader = QelRecordReader<QelFirewallRule>;
-    /// Always 0.
+    /// Always returns 0.
     using Writer = QelRecordWriter<QelFirewallRule>;
     using reader_type = Reader;
     using writer_type = Writer;

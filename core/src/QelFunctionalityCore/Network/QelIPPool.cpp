@@ -23,7 +23,7 @@ int writeEnd(QelMessageIterator& cursor, const QelIPRange& addresses) {
     return addresses.end.isAny() ? -1 : cursor.putObject(addresses.end, QelIPWriter(), endElement);
 }
 
-// The reader of addresses takes a mask and a plain number alike.
+// QelIPReader accepts a mask as well as a plain number.
 int readPrefix(const QelMessageIterator& cursor, QelIPRange& addresses) {
     cursor.getObject(addresses.prefix, QelIPReader(), prefixElement);
     return addresses.prefix == 0 && addresses.end.isAny() ? -1 : 0;
@@ -44,7 +44,7 @@ int readNameServers(const QelMessageIterator& cursor, QelIPPoolBaseData& data) {
     data.nameServers.specify(result == 0);
     return result;
 }
-// IPv4 addresses go out as such, for agents that know no others.
+// IPv4 addresses are written in dotted form for agents without IPv6 support.
 int writeNameServers(QelMessageIterator& cursor, const QelIPPoolBaseData& data) {
     if (!data.nameServers.isSpecified())
         return 0;

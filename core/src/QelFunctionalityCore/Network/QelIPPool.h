@@ -9,27 +9,26 @@
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
 
-// Named pools of IPv4 and IPv6 addresses, as the service that allocates from them describes them (see QelIPPoolMBase).
-// An IPv4 address stands in a QelIPv6 as the IPv4-compatible one.  What the fields without a name mean is the business
-// of that service.
+// Named pools of IPv4 and IPv6 addresses, as described by the service that allocates from them (see QelIPPoolMBase).
+// An IPv4 address is stored in a QelIPv6 as an IPv4-compatible address.  The service defines the fields without a name.
 
 namespace Qel {
 
-/// Addresses from a start up to an end, or those of the network that a start and a prefix tell.
+/// An address range given by start and end, or a network given by start and prefix.
 struct QelIPRange {
     QelIPv6 start;
     QelIPv6 end;         ///< the any address if there is a prefix
-    unsigned prefix = 0; ///< bits, up to 128; above that an IPv4 mask as a number; 0 if there is an end
+    unsigned prefix = 0; ///< length in bits, up to 128; above that, an IPv4 mask as a number; 0 if there is an end
 
-    /// -1 without a start, and with neither an end nor a prefix.
+    /// Returns -1 if the start is missing, or both end and prefix are.
     using Reader = QelRecordReader<QelIPRange>;
-    /// With a prefix the end isn't written.  -1 with neither.
+    /// Omits the end if there is a prefix.  Returns -1 if both are unset.
     using Writer = QelRecordWriter<QelIPRange>;
     using reader_type = Reader;
     using writer_type = Writer;
 };
 
-/// What pools and allocations from them share.
+/// Fields common to pools and allocations.
 struct QelIPPoolBaseData {
     std::string netmask;
     QelOptionalProperty<std::vector<QelIPv6>> nameServers;
@@ -56,7 +55,7 @@ struct QelIPPool : QelIPPoolBaseData {
     using writer_type = Writer;
 };
 
-/// An address that was allocated, with what its owner needs to use it.
+/// An allocated address, with the settings that its owner needs to use it.
 struct QelIPPoolAllocation : QelIPPoolBaseData {
     std::string address;
 
@@ -66,11 +65,11 @@ struct QelIPPoolAllocation : QelIPPoolBaseData {
     using writer_type = Writer;
 };
 
-/// Who has an address, and since when.
+/// The owner of an allocated address, and the time of the allocation.
 struct QelIPPoolAllocationItem {
     QelGUID id;
-    QelIPv6 address;    ///< a message without one leaves it
-    long long time = 0; ///< 0 for none
+    QelIPv6 address;    ///< unchanged if the message has none
+    long long time = 0; ///< 0 if unset
 
     using Reader = QelRecordReader<QelIPPoolAllocationItem>;
     using Writer = QelRecordWriter<QelIPPoolAllocationItem>;
@@ -78,12 +77,12 @@ struct QelIPPoolAllocationItem {
     using writer_type = Writer;
 };
 
-/// How full a pool is.
+/// Usage of a pool.
 struct QelIPPoolUsage {
     QelGUID id;
     long long count = 0;
     long long value1059 = 0;
-    std::vector<QelIPPoolAllocationItem> allocations; ///< up to the first that can't be read
+    std::vector<QelIPPoolAllocationItem> allocations; ///< the reader stops at the first malformed one
 
     using Reader = QelRecordReader<QelIPPoolUsage>;
     using Writer = QelRecordWriter<QelIPPoolUsage>;

@@ -4,8 +4,8 @@
 
 namespace Qel {
 
-/// Interface of the service that allocates addresses from named pools.  The service declares its operations in a class
-/// derived from this.
+/// Base class of the service that allocates addresses from named pools; the service declares its operations in a
+/// derived class.
 class QelIPPoolMBase : public QelFunctional {
 public:
     ~QelIPPoolMBase() override = 0;

@@ -29,7 +29,7 @@ std::string QelInterfaceRate::toString() const {
 
 int QelInterfaceRate::fromStringEx(const std::string& text) {
     std::istringstream stream(text);
-    stream.imbue(std::locale::classic()); // whatever the process's locale thinks of digits
+    stream.imbue(std::locale::classic()); // independent of the process's locale
     std::string part;
     if (!std::getline(stream, part, ':') || part.empty() || !(stream >> rateClass))
         return 1;

@@ -8,18 +8,18 @@ namespace Qel {
 
 /// Bandwidth limit of one traffic class on a network interface.
 struct QelInterfaceRate {
-    unsigned int rateClass = 0; ///< of the traffic
-    long long rate = 0;         ///< 0 for no limit
+    unsigned int rateClass = 0; ///< traffic class
+    long long rate = 0;         ///< 0 for unlimited
 
-    /// -1, 0 or 1: by class, then by rate.
+    /// Returns -1, 0 or 1; orders by class, then by rate.
     [[nodiscard]] int compare(const QelInterfaceRate& other) const;
 
-    /// "*:CLASS:RATE" in decimal, for the interfaces of every name; empty without a limit.
+    /// Formats "*:CLASS:RATE" in decimal, where "*" matches every interface name; empty if unlimited.
     [[nodiscard]] std::string toString() const;
 
-    /// Takes class and rate from such a text, whatever stands before the first colon.  1 if nothing does, or no class
-    /// follows it.  A text without the second colon leaves the rate; a rate that is no number reads as 0, and one that
-    /// doesn't fit as the nearest that does.
+    /// Parses class and rate from "NAME:CLASS[:RATE]"; any non-empty name is accepted.  Returns 1 if the name is empty
+    /// or the class is malformed.  Without a second colon the rate is unchanged.  A malformed rate becomes 0, one out
+    /// of range the nearest limit.
     [[nodiscard]] int fromStringEx(const std::string& text);
 
     using Reader = QelRecordReader<QelInterfaceRate>;

@@ -28,8 +28,8 @@ int readKind(const QelMessageIterator& cursor, QelNetDevice& device) {
     return device.kind == 0 ? -1 : 0;
 }
 
-// A kind of other bits than the two leaves an element that names no kind, which no reader takes: a newer service's
-// device is not to be mistaken for one of no kind.
+// A kind with neither of the two bits is written as an empty element, which every reader rejects: a device from a newer
+// service must not be mistaken for a device without a kind.
 int writeKind(QelMessageIterator& cursor, const QelNetDevice& device) {
     if (device.kind == 0)
         return 0;
@@ -63,8 +63,8 @@ template <> const QelWireLayout& qelWireLayout<QelNetDevice>() {
 
 int QelNetDevice::Reader::operator()(const QelMessageIterator& cursor, QelNetDevice& device) const {
     const int result = readByLayout(qelWireLayout<QelNetDevice>(), &device, cursor);
-    // Nothing but the kind can fail.  The cursor is left there for whoever wants to know what else stands in it: a
-    // message with a kind from a newer service is given up as a whole, so nobody reads on from here.
+    // Only the kind can fail.  The cursor is left at its element so that the caller can inspect the unknown content;
+    // such a message is rejected as a whole, so nothing else is read through this cursor.
     if (result != 0)
         cursor.seek(kindElement);
     return result;
@@ -103,28 +103,28 @@ QelDerivedParserFactoryT<QelNetBridge, QelNetDevice> factoryQelNetBridge(false);
 
 namespace {
 
-bool fits(const std::string& wanted, const std::string& actual) {
+bool matches(const std::string& wanted, const std::string& actual) {
     return wanted.empty() || wanted == actual;
 }
 
-// What a class adds to the conditions of QelNetDevice.
-bool fitsOwnFields(const QelNetNIC& device, const QelNetNIC& filter) {
-    return fits(filter.text1836, device.text1836);
+// Conditions of the derived classes, in addition to those of QelNetDevice.
+bool matchesOwnFields(const QelNetNIC& device, const QelNetNIC& filter) {
+    return matches(filter.text1836, device.text1836);
 }
-bool fitsOwnFields(const QelNetVLAN& device, const QelNetVLAN& filter) {
-    return fits(filter.text2051, device.text2051) && fits(filter.text2052, device.text2052);
+bool matchesOwnFields(const QelNetVLAN& device, const QelNetVLAN& filter) {
+    return matches(filter.text2051, device.text2051) && matches(filter.text2052, device.text2052);
 }
-bool fitsOwnFields(const QelNetBridge&, const QelNetBridge&) {
+bool matchesOwnFields(const QelNetBridge&, const QelNetBridge&) {
     return true;
 }
 
-// Whether a filter of class `Device`, or else of a class that isn't, lets the device pass.
-template <class Device> bool fitsAs(const QelNetDevice& device, const QelNetDevice& filter) {
+// Returns whether the filter is not a `Device`, or both are and their own fields match.
+template <class Device> bool matchesAs(const QelNetDevice& device, const QelNetDevice& filter) {
     const auto* const wanted = dynamic_cast<const Device*>(&filter);
     if (!wanted)
         return true;
     const auto* const actual = dynamic_cast<const Device*>(&device);
-    return actual && fitsOwnFields(*actual, *wanted);
+    return actual && matchesOwnFields(*actual, *wanted);
 }
 
 bool hasAddress(const QelNetDevice& device, const QelIPAddress& wanted) {
@@ -134,11 +134,11 @@ bool hasAddress(const QelNetDevice& device, const QelIPAddress& wanted) {
 } // namespace
 
 bool checkFilter(const boost::shared_ptr<QelNetDevice>& device, const boost::shared_ptr<QelNetDevice>& filter) {
-    return fits(filter->id, device->id) && fitsAs<QelNetNIC>(*device, *filter) &&
-           fitsAs<QelNetVLAN>(*device, *filter) && fitsAs<QelNetBridge>(*device, *filter) &&
+    return matches(filter->id, device->id) && matchesAs<QelNetNIC>(*device, *filter) &&
+           matchesAs<QelNetVLAN>(*device, *filter) && matchesAs<QelNetBridge>(*device, *filter) &&
            std::all_of(filter->ipAddresses.begin(), filter->ipAddresses.end(),
                        [&](const QelIPAddress& wanted) { return hasAddress(*device, wanted); }) &&
-           fits(filter->text2048, device->text2048);
+           matches(filter->text2048, device->text2048);
 }
 
 } // namespace Qel

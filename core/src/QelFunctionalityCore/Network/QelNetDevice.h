@@ -11,22 +11,22 @@
 
 namespace Qel {
 
-/// A network device of a host, or a filter for such devices (see checkFilter()).  What the fields without a name mean
-/// is the business of the service that owns the devices.
+/// A network device of a host, or a filter for such devices (see checkFilter()).  The service that owns the devices
+/// defines the fields without a name.
 struct QelNetDevice {
     virtual ~QelNetDevice() = default;
 
     /// Bits of `kind`.
     enum Kind : int { kindFirst = 1, kindSecond = 2 };
 
-    std::string id; ///< identity on the host
+    std::string id; ///< unique on the host
     std::vector<QelIPAddress> ipAddresses;
     std::string text2048; ///< may hold any bytes
     std::string text1282;
     std::string text2307;
     bool flag2066 = false;
     bool flag2305 = false;
-    int kind = 0; ///< bits of Kind, of which one crosses the wire, `kindFirst` before `kindSecond`
+    int kind = 0; ///< bits of Kind; at most one is sent, `kindFirst` in preference to `kindSecond`
 
     struct Reader;
     using Writer = QelRecordWriter<QelNetDevice>;
@@ -34,8 +34,8 @@ struct QelNetDevice {
     using writer_type = Writer;
 };
 
-/// -1, and the cursor is left at the element of the kind, if that names none.  Every other field may be missing or
-/// malformed, and then stays as it was.
+/// Returns -1 and leaves the cursor at the element of the kind if that is not a known kind.  All other fields may be
+/// missing or malformed and are then left unchanged, except that a missing flag reads as false.
 struct QelNetDevice::Reader {
     int operator()(const QelMessageIterator& cursor, QelNetDevice& device) const;
 };
@@ -50,7 +50,7 @@ struct QelNetNIC : QelNetDevice {
     using writer_type = Writer;
 };
 
-/// A virtual network on an adapter.
+/// A VLAN on an adapter.
 struct QelNetVLAN : QelNetDevice {
     std::string text2051;
     std::string text2052;
@@ -70,11 +70,12 @@ struct QelNetBridge : QelNetDevice {
     using writer_type = Writer;
 };
 
-/// Whether a device satisfies a filter: a device whose fields that aren't empty are the conditions.  Neither is null.
+/// Returns whether a device matches a filter.  The non-empty fields of the filter are the conditions.  Neither pointer
+/// may be null.
 ///
-/// A filter of class QelNetDevice takes devices of every class, one of a derived class its own class only.  Compared
-/// are `id`, `text2048`, a NIC's `text1836`, and a VLAN's `text2051` and `text2052`.  For each address of the filter
-/// the device must have one that ipCompare finds to be it.  The other fields take no part.
+/// A filter of class QelNetDevice matches devices of every class, a filter of a derived class only its own class.
+/// Compared are `id`, `text2048`, `text1836` of a NIC, and `text2051` and `text2052` of a VLAN.  For each address of
+/// the filter the device must have one that is equal according to ipCompare.  All other fields are ignored.
 [[nodiscard]] bool checkFilter(const boost::shared_ptr<QelNetDevice>& device,
                                const boost::shared_ptr<QelNetDevice>& filter);
 

@@ -4,8 +4,8 @@
 
 namespace Qel {
 
-/// Interface of the service that owns a host's network devices.  The service declares its operations in a class derived
-/// from this.
+/// Base class of the service that owns a host's network devices; the service declares its operations in a derived
+/// class.
 class QelNetworkMBase : public QelFunctional {
 public:
     ~QelNetworkMBase() override = 0;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int descendingElement = 1378;
 
-// Written as a flag, yet read as a value: a client may also send 0 to ask for the ascending order by name.
+// Written as a flag but read as a value: a client may send 0 to request ascending order explicitly.
 int readDescending(const QelMessageIterator& cursor, QelPagerSortCondition& condition) {
     return cursor.getValue(condition.descending, descendingElement);
 }

@@ -6,10 +6,10 @@
 
 namespace Qel {
 
-/// How a client that takes a long list page by page wants it sorted.
+/// Sort order requested by a client that fetches a long list page by page.
 struct QelPagerSortCondition {
-    std::string column;      ///< what the list's service calls it
-    bool descending = false; ///< stays as it was where the message doesn't tell it
+    std::string column;      ///< column name, defined by the service of the list
+    bool descending = false; ///< unchanged if the message has none
 
     using Reader = QelRecordReader<QelPagerSortCondition>;
     using Writer = QelRecordWriter<QelPagerSortCondition>;

@@ -48,14 +48,14 @@ int writeAddress(QelMessageIterator& cursor, const QelResourceIp& resource) {
     return cursor.putObject(resource.value, QelIPWriter(), valueElement);
 }
 
-/// Reads a child of a pool and adds what it holds to a list of ranges; passes over a child of no known form.
+/// Reads one child of a pool and appends its value or range to `ranges`; ignores children of other kinds.
 template <class T, T emptyValue, class ValueReader> struct ElementParser {
     int operator()(const QelMessageIterator& cursor, std::vector<range<T>>& ranges) const {
         range<T> found{emptyValue, emptyValue};
         switch (cursor.curID()) {
         case valueElement:
-            // Not checked, unlike the bounds of a range: who writes a single value has it from a set, which holds no
-            // extreme one, so that one here is an error of this system's and ends the process in the set.
+            // Not checked, unlike the bounds of a range: a writer takes single values from a set, which never contains
+            // the extreme values.  One here is an internal error, and the set terminates the process.
             cursor.getObject(found.start, ValueReader(), getEmptyID());
             found.end = found.start;
             break;
@@ -84,7 +84,7 @@ private:
 int readRanges(const QelMessageIterator& cursor, QelResourceIpPool& pool) {
     std::vector<range<unsigned>> ranges;
     const int result = QelReaderListAllT(ElementParser<unsigned, 0, QelIPReader>(), QelReaderOptional)(cursor, ranges);
-    // All at once: a message may hold a million of them in descending order.
+    // A single insertion: a message may contain a million ranges in descending order.
     pool.ranges.insert(ranges.begin(), ranges.end());
     return result;
 }

@@ -12,17 +12,17 @@
 #include "QelMessage/QelDerivedParsers.h"
 #include "QelMessage/QelRecord.h"
 
-// What an agent allocates, and the pools that it allocates from.  There is one kind so far: IPv4 addresses.
+// Resources that an agent allocates, and the pools that it allocates from.  IPv4 addresses are the only kind.
 
 namespace Qel {
 
 enum class QelResourceType : int { none = 0, ip = 1 };
 
-/// The types and their names on the wire; the name of `none` is empty.
+/// Maps between the types and their names on the wire; the name of `none` is empty.
 extern const std::map<QelResourceType, std::string> IDResourceNameMap;
 extern const std::map<std::string, QelResourceType> ResourceNameIDMap;
 
-/// One thing that can be allocated.  Its type is told by its class and doesn't cross the wire.
+/// A single allocatable resource.  Its class determines `type`, which is not sent.
 struct QelResource {
     explicit QelResource(QelResourceType resourceType = QelResourceType::none) : type(resourceType) {}
     QelResource(const QelResource&) = default;
@@ -37,14 +37,14 @@ struct QelResource {
     using writer_type = Writer;
 };
 
-/// One of the things that a pool keeps in ranges, in an element `elementID` as an address.
+/// A single value of a ranged pool, sent as an address in element `elementID`.
 template <class T, QelResourceType resourceType, T emptyValue, int elementID, int nsID, int typeID>
 struct QelRangedResource : QelResource {
     explicit QelRangedResource(T resourceValue = emptyValue) : QelResource(resourceType), value(resourceValue) {}
 
     T value;
 
-    /// -1 without a value; a text that is no address reads as the empty value.
+    /// Returns -1 if the value is missing; a malformed address reads as `emptyValue`.
     using Reader = QelRecordReader<QelRangedResource>;
     using Writer = QelRecordWriter<QelRangedResource>;
     using reader_type = Reader;
@@ -54,7 +54,7 @@ struct QelRangedResource : QelResource {
 /// An IPv4 address, as a number.
 using QelResourceIp = QelRangedResource<unsigned int, QelResourceType::ip, 0U, 1262, 281, 251>;
 
-/// A set of things that can be allocated.
+/// A set of allocatable resources.
 struct QelResourcePool {
     explicit QelResourcePool(QelResourceType resourceType = QelResourceType::none) : type(resourceType) {}
     QelResourcePool(const QelResourcePool&) = default;
@@ -63,26 +63,26 @@ struct QelResourcePool {
 
     QelResourceType type;
 
-    /// A message that tells no type gives `none`, to derived pools as well.  -1 for a type that nobody knows.
+    /// Without a type in the message, `type` becomes `none`, in derived pools as well.  Returns -1 for an unknown type.
     using Reader = QelRecordReader<QelResourcePool>;
     using Writer = QelRecordWriter<QelResourcePool>;
     using reader_type = Reader;
     using writer_type = Writer;
 };
 
-/// A pool that keeps what it holds in ranges.  On the wire a range of one value is one element, any other an element
-/// with its start and its end.
+/// A pool that stores its resources as ranges.  On the wire, a range of one value is a single element; any other is an
+/// element with start and end.
 ///
-/// The least and the greatest number of the type can't be in a pool.  A range that reaches to one of them, or ends
-/// before it starts, fails the reader with -1; a single value that is one of them is taken for an error of this
-/// system's own, and ends the process.
+/// The minimum and the maximum of `T` cannot be in a pool.  The reader returns -1 for a range that includes one of them
+/// or ends before it starts.  A single value equal to one of them is treated as an internal error and terminates the
+/// process.
 template <class T, T emptyValue, class ValueReader, class ValueWriter, int nsID, int typeID>
 struct QelRangedPool : QelResourcePool {
     QelRangedPool() : QelResourcePool(QelResourceType::ip) {}
 
     compressed_set<T, std::vector, std::allocator<range<T>>> ranges;
 
-    /// Elements that are neither a value nor a range are passed over.  What was read before a failure stays.
+    /// Ignores elements that are neither a value nor a range.  Elements read before a failure are kept.
     using Reader = QelRecordReader<QelRangedPool>;
     using Writer = QelRecordWriter<QelRangedPool>;
     using reader_type = Reader;
@@ -92,7 +92,7 @@ struct QelRangedPool : QelResourcePool {
 /// A pool of IPv4 addresses, as numbers.
 using QelResourceIpPool = QelRangedPool<unsigned int, 0, QelIPReader, QelIPWriter, 281, 250>;
 
-/// What a client asks to be allocated and from where, or was allocated.  Either may be null.
+/// A requested or completed allocation: the resource, and the pool that it comes from.  Either may be null.
 struct QelPoolResourcePair {
     QelPoolResourcePair() = default;
     QelPoolResourcePair(const QelPoolResourcePair&) = default;
@@ -102,9 +102,9 @@ struct QelPoolResourcePair {
     boost::shared_ptr<QelResourcePool> pool;
     boost::shared_ptr<QelResource> resource;
 
-    /// Always 0: what is missing, malformed or of an unknown class stays as it was.
+    /// Always returns 0: a missing or malformed member, or one of an unknown class, is left unchanged.
     using Reader = QelRecordReader<QelPoolResourcePair>;
-    /// Always 0.
+    /// Always returns 0.
     using Writer = QelRecordWriter<QelPoolResourcePair>;
     using reader_type = Reader;
     using writer_type = Writer;

@@ -8,12 +8,12 @@
 
 namespace Qel {
 
-/// A cell of a row set: a text, or further cells.  The text stands in element `id`, in base64 if `encoded`.
+/// A cell of a row set: either a string, stored in element `id` and base64-encoded if `encoded`, or nested cells.
 ///
-/// A cell with a text is read and written without its children, and one that has neither leaves an empty element.
+/// The children of a cell with a string are neither read nor written.  A cell with neither is an empty element.
 template <int id, bool encoded> struct QelStringTree {
     std::string value;
-    std::vector<QelStringTree> children; ///< only where `value` is empty
+    std::vector<QelStringTree> children; ///< only if `value` is empty
 
     struct Reader;
     struct Writer;
@@ -25,7 +25,7 @@ template <int id, bool encoded> struct QelStringTree {
     }
 };
 
-/// A missing or unreadable value leads to the children.  -1 if one of them is unreadable.
+/// Reads the children if the string is missing or malformed.  Returns -1 if one of them is malformed.
 template <int id, bool encoded> struct QelStringTree<id, encoded>::Reader {
     int operator()(const QelMessageIterator& cursor, QelStringTree& cell) const;
 };
@@ -36,16 +36,16 @@ template <int id, bool encoded> struct QelStringTree<id, encoded>::Writer : QelW
 
 /// A page of a long list, as a table.
 struct QelRowSet {
-    /// The number that isn't known; it doesn't cross the wire.
+    /// Value of an unknown number; not sent.
     static constexpr int unknown = std::numeric_limits<int>::max();
 
     using Column = QelStringTree<1026, false>;
     using Cell = QelStringTree<1018, true>;
 
-    std::vector<Column> columns;         ///< names; the reader wants at least one
-    std::vector<std::vector<Cell>> rows; ///< no row is empty; reading ends at the first that can't be read
-    int count = unknown;                 ///< `unknown` if the message doesn't tell it
-    int value1040 = unknown;             ///< the same
+    std::vector<Column> columns;         ///< names; the reader requires at least one
+    std::vector<std::vector<Cell>> rows; ///< rows are not empty; the reader stops at the first malformed one
+    int count = unknown;                 ///< `unknown` if the message has none
+    int value1040 = unknown;             ///< `unknown` if the message has none
 
     using Reader = QelRecordReader<QelRowSet>;
     using Writer = QelRecordWriter<QelRowSet>;

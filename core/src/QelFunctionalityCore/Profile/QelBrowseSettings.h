@@ -13,7 +13,7 @@ namespace Qel {
 
 /// A column of a browse list.
 struct QelBrowseColumn : QelProfileRecord {
-    std::string text; ///< never marshalled
+    std::string text; ///< not sent
     std::string name;
     QelTextBool flag2206;
     int value2214 = 0;
@@ -24,9 +24,9 @@ struct QelBrowseColumn : QelProfileRecord {
     using writer_type = Writer;
 };
 
-/// A browse list: which columns it shows.  The console gives the numbered fields their meaning.
+/// The column layout of a browse list.  The console defines the numbered fields.
 struct QelBrowseInfo : QelProfileRecord {
-    /// The element of the name.
+    /// Element ID of the name.
     static constexpr int nameID = 2209;
 
     std::string name;
@@ -38,7 +38,7 @@ struct QelBrowseInfo : QelProfileRecord {
     QelBrowseInfo() = default;
     explicit QelBrowseInfo(const std::string& listName);
 
-    /// By name alone.
+    /// Compares names only.
     friend bool operator<(const QelBrowseInfo& a, const QelBrowseInfo& b) { return a.name < b.name; }
 
     using Reader = QelRecordReader<QelBrowseInfo>;
@@ -49,10 +49,10 @@ struct QelBrowseInfo : QelProfileRecord {
     using writer_type = Writer;
 };
 
-/// The browse lists, one of a name.
+/// The browse lists, with unique names.
 struct QelBrowseSettings : QelProfileRecord {
     using Item = QelBrowseInfo;
-    /// The element of an item.
+    /// Element ID of an item.
     static constexpr int itemID = 2200;
 
     std::set<QelBrowseInfo> items;
@@ -65,12 +65,12 @@ struct QelBrowseSettings : QelProfileRecord {
     using writer_type = Writer;
 };
 
-/// Adds the lists in the current element whose names the filter holds, or doesn't; with no filter, or one without
-/// names, all.  An item of which only a part is readable goes in with that part.
+/// Adds those lists in the current element whose names are in the filter (intersection) or not in it (difference).  A
+/// null or empty filter adds all.  A partly malformed item is added with the fields that could be read.
 ///
-/// 0, or -1 at an item without a name, with what was added before.
+/// Returns -1 at an item without a name; items added before remain.
 ///
-/// With names to look at, the cursor isn't brought back: it ends on the last item, or on the one without a name.
+/// If the filter is not empty, the cursor is not restored: it ends at the last item, or at the item without a name.
 [[nodiscard]] int readFiltered(const QelMessageIterator& cursor, QelBrowseSettings& settings,
                                const QelBrowseSettings* filter, QelFilterMode mode);
 

@@ -9,7 +9,7 @@
 
 namespace Qel {
 
-/// An action that the interface's desktop offers.
+/// An action on the desktop of the management interface.
 struct QelDesktopAction : QelProfileRecord {
     QelTextBool flag2206;
     std::string name;
@@ -20,7 +20,7 @@ struct QelDesktopAction : QelProfileRecord {
     using writer_type = Writer;
 };
 
-/// The interface's desktop.  The console gives the numbered options their meaning.
+/// Desktop of the management interface.  The console defines the numbered options.
 struct QelDesktopSettings : QelProfileRecord {
     QelTextBool option2207;
     QelTextBool option2203;

@@ -6,13 +6,13 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Profile/QelProfileFilter.h"
 
-// The walk over the named items of a section.  For source files only.
+// Filtered iteration over the named items of a section.  Private header.
 
 namespace Qel::Internal {
 
-/// Where nothing is to be selected, the settings' own reader reads them and comes back.  The walk doesn't: it leaves
-/// the cursor on the last item, or on the one that ended it.  Which sections an intersection finds behind its browse
-/// lists follows from that, and agents of all ages are to find the same.
+/// Without a filter, the settings' own reader reads all items and restores the cursor.  The filtered iteration does
+/// not: it leaves the cursor at the last item, or at the item that ended it.  The position determines which sections an
+/// intersection finds after its browse lists; agents of all versions depend on it.
 template <class Settings>
 int readFilteredItems(const QelMessageIterator& cursor, Settings& settings, const Settings* filter,
                       QelFilterMode mode) {
@@ -30,7 +30,7 @@ int readFilteredItems(const QelMessageIterator& cursor, Settings& settings, cons
             return -1;
         }
         if (filter->items.contains(key) == (mode == QelFilterMode::intersection)) {
-            // An item that can't be read whole is taken as far as it could.
+            // A partly malformed item is kept with the fields that could be read.
             Item item;
             static_cast<void>(typename Item::Reader()(cursor, item));
             settings.items.insert(std::move(item));

@@ -8,7 +8,7 @@
 
 namespace Qel {
 
-/// Options of the management interface.  The console gives them their meaning; they bear the numbers of their elements.
+/// Options of the management interface.  The console defines them; they are named after their element IDs.
 struct QelInterfaceSettings : QelProfileRecord {
     int option2197 = 0;
     QelTextBool option2195;

@@ -7,7 +7,7 @@
 
 namespace Qel {
 
-/// Who the user of the management interface is.  The console gives the texts their meaning.
+/// Identity of the user of the management interface.  The console defines the strings.
 struct QelPersonalSettings : QelProfileRecord {
     std::string personalName;
     std::string personalText;

@@ -13,7 +13,7 @@ namespace Qel {
 
 namespace {
 
-// In the order in which they are written.
+// In writing order.
 constexpr int sidID = 1911;
 constexpr int authNameID = 1630;
 constexpr int personalID = 2187;
@@ -22,7 +22,7 @@ constexpr int browseID = 2185;
 constexpr int desktopID = 2186;
 constexpr int screenID = 2188;
 
-/// Reads and specifies a property from child `id`, if there is one.
+/// Reads and specifies a property from child `id` if it exists.
 template <class T, class Reader = typename T::reader_type>
 int readIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id,
                   const Reader& reader = Reader()) {
@@ -34,7 +34,7 @@ int readIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<T>& prop
     return 0;
 }
 
-// The name is the second choice: a SID hides it.
+// The SID takes precedence: with one, the name is neither read nor written.
 int readAuthName(const QelMessageIterator& cursor, QelProfile& profile) {
     return cursor.seekPresence(sidID) == 0 ? 0 : readIfPresent(cursor, profile.authName, authNameID);
 }
@@ -44,20 +44,20 @@ int writeAuthName(QelMessageIterator& cursor, const QelProfile& profile) {
     return cursor.putObj(profile.authName.get(), authNameID);
 }
 
-template <class T> constexpr QelWireCodec keepingCodec() {
+template <class T> constexpr QelWireCodec optionalCodec() {
     QelWireCodec codec = qelWireCodec<QelOptionalProperty<T>>;
     codec.read = [](const QelMessageIterator& cursor, void* property, int id, const QelWireField&) {
         return readIfPresent(cursor, *static_cast<QelOptionalProperty<T>*>(property), id);
     };
     return codec;
 }
-template <class T> constexpr QelWireCodec keeping = keepingCodec<T>();
+template <class T> constexpr QelWireCodec unchangedIfAbsent = optionalCodec<T>();
 
 struct ProfileWords : WireWords<QelProfile> {
-    /// A property that a message without its element leaves as it was.
+    /// A property that is left unchanged if its element is missing.
     template <auto member> static constexpr QelWireField part(int id) {
         QelWireField row = field<member>(id, optional, ifSet);
-        row.codec = &keeping<std::remove_cvref_t<decltype((std::declval<QelProfile>().*member).get())>>;
+        row.codec = &unchangedIfAbsent<std::remove_cvref_t<decltype((std::declval<QelProfile>().*member).get())>>;
         return row;
     }
 };
@@ -121,7 +121,7 @@ void mergeItems(QelOptionalProperty<Settings>& section, const QelOptionalPropert
     if (!other.isSpecified())
         return;
     auto items = other->items;
-    items.merge(section->items); // takes only the names that aren't there yet
+    items.merge(section->items); // moves only the names not present yet
     section->items = std::move(items);
     section.specify(true);
 }
@@ -148,7 +148,7 @@ template <class T> void specifyIfPresent(const QelMessageIterator& cursor, QelOp
         section = T();
 }
 
-// The items are looked for beside the section's element and not in it; they are checked and forgotten.
+// The items are expected next to the section's element, not inside it; they are validated and discarded.
 template <class Settings>
 int specifyItemsIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<Settings>& section, int id) {
     if (cursor.seekPresence(id) != 0)

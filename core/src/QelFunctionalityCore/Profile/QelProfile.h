@@ -16,34 +16,34 @@
 
 namespace Qel {
 
-/// What the management interface remembers about a user or a group.  Each section may be unspecified, so a profile may
-/// be a part of one, or a filter that tells which sections of another are meant.
+/// Settings that the management interface stores for a user or a group.  Any section may be unspecified, so a profile
+/// can also be partial, or a filter whose specified sections select those of another profile.
 struct QelProfile : QelProfileRecord {
-    QelOptionalProperty<QelSID> sid;           ///< whose profile it is
-    QelOptionalProperty<QelAuthName> authName; ///< the same told by name; not written beside `sid`, nor read
+    QelOptionalProperty<QelSID> sid;           ///< the owner
+    QelOptionalProperty<QelAuthName> authName; ///< the owner's name; neither written nor read if there is a SID
     QelOptionalProperty<QelPersonalSettings> personal;
     QelOptionalProperty<QelInterfaceSettings> interface;
     QelOptionalProperty<QelBrowseSettings> browse;
     QelOptionalProperty<QelDesktopSettings> desktop;
     QelOptionalProperty<QelScreenSettings> screen;
 
-    /// Nobody's: a filter, or one to read into.
+    /// A profile without an owner: a filter, or one to read into.
     QelProfile();
     explicit QelProfile(const QelAuthName& owner);
     explicit QelProfile(const QelSID& owner);
 
-    /// The profile of one who has set nothing yet.
+    /// Returns a profile without any sections.
     [[nodiscard]] static std::unique_ptr<QelProfile> getDefaultProfile(const QelAuthName& owner);
     [[nodiscard]] static std::unique_ptr<QelProfile> getDefaultProfile(const QelSID& owner);
 
-    /// Whether any section is specified.
+    /// Returns whether any section is specified.
     [[nodiscard]] bool hasSettings() const;
 
-    /// Lays another profile over this one.  Its sections replace those here; of browse lists and screens only those of
-    /// the same name, each as a whole.  An identity is taken where this profile has none of that kind.  Always 0.
+    /// Overlays another profile.  Its sections replace those of this one; browse lists and screens are replaced
+    /// individually, by name, each as a whole.  SID and name are copied only if unspecified here.  Always returns 0.
     int merge(const QelProfile& other);
 
-    /// A section that is missing stays as it was; one that is malformed gives -1.
+    /// A missing section is left unchanged; returns -1 for a malformed one.
     using Reader = QelRecordReader<QelProfile>;
     using Writer = QelRecordWriter<QelProfile>;
     struct filterReader;
@@ -54,30 +54,30 @@ struct QelProfile : QelProfileRecord {
     using writer_type = Writer;
 };
 
-/// Reads a filter as it travels: the identity, and which sections there are.  Each that is there becomes an empty one,
-/// whatever it holds, so the names of browse lists that a writer of filters sent along are not seen.
+/// Reads a filter: the owner, and which sections are present.  Each section present becomes an empty one; its content
+/// is ignored, including the names of browse lists that filterWriter writes.
 ///
-/// -1 for an unreadable identity, and where there are browse lists or screens, for an item of them without a name that
-/// stands directly in the profile's element; the names of such items are not kept.
+/// Returns -1 if the owner is malformed.  If browse lists or screens are present, also returns -1 for one of their
+/// items without a name directly in the profile's element; the names of such items are discarded.
 struct QelProfile::filterReader {
     int operator()(const QelMessageIterator& cursor, QelProfile& filter) const;
 };
 
-/// Writes a filter: the identity, an empty element for each section, and the names of the browse lists.
+/// Writes a filter: the owner, an empty element for each section, and the names of the browse lists.
 ///
-/// A filter with browse lists leaves the cursor one level deeper, in their element, and there stand the elements of the
-/// desktop and the screens as well: that is the format of filters.
+/// With browse lists, the cursor is left one level deeper, in their element, and the elements of desktop and screens
+/// are nested there.  That is the wire format of filters.
 struct QelProfile::filterWriter : QelWriterBaseT<filterWriter> {
     int operator()(QelMessageIterator& cursor, const QelProfile& filter) const;
 };
 
-/// Reads the sections in the current element that the filter has, or hasn't; with no filter, or one without sections,
-/// the whole profile.  Identities are read in the latter case only.
+/// Reads those sections in the current element that the filter has (intersection) or lacks (difference).  If the filter
+/// is null or has no sections, reads the whole profile; only then is the owner read.
 ///
-/// Of the browse lists an intersection takes those that the filter names, if it names any.  The cursor is then left in
-/// their element, and desktop and screens, which are looked for there, aren't found.
+/// Of the browse lists, an intersection reads those named in the filter, if it names any.  The cursor is then left in
+/// their element, so desktop and screens, which are looked up from there, are not found.
 ///
-/// -1 for a malformed section; those before it stay.
+/// Returns -1 for a malformed section; sections read before remain.
 [[nodiscard]] int readFiltered(const QelMessageIterator& cursor, QelProfile& profile, const QelProfile* filter,
                                QelFilterMode mode);
 

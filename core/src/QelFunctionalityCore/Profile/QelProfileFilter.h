@@ -7,8 +7,8 @@
 
 #include "QelMessage/QelMessageIterator.h"
 
-// What the set algebra of profiles is made of.  A filter is itself a profile: a section is in it when it is specified,
-// and of a section's items it selects those whose names it holds.
+// Set algebra of profiles.  A filter is itself a profile: its specified sections, and the item names in them, form the
+// set.
 
 namespace Qel {
 
@@ -18,30 +18,30 @@ namespace Internal {
 
 } // namespace Internal
 
-/// Reads the name of an item and nothing else of it.  -1 if there is none.
+/// Reads only the name of an item.  Returns -1 if it is missing.
 template <class Item> struct QelItemNameReader {
     int operator()(const QelMessageIterator& cursor, Item& item) const {
         return Internal::readItemName(cursor, item.name, Item::nameID);
     }
 };
 
-/// Writes the name of an item and nothing else of it.
+/// Writes only the name of an item.
 template <class Item> struct QelItemNameWriter : QelWriterBaseT<QelItemNameWriter<Item>> {
     int operator()(QelMessageIterator& cursor, const Item& item) const {
         return cursor.putValue(item.name, Item::nameID) == 0 ? 0 : -1;
     }
 };
 
-/// Which part of a message is read through a filter.
+/// Part of a message that is read through a filter.
 enum class QelFilterMode : bool {
-    difference,   ///< what the filter doesn't hold
-    intersection, ///< what it does
+    difference,   ///< elements not in the filter
+    intersection, ///< elements in the filter
 };
 
-/// Reads a part of what stands in a message, as readFiltered() of the record tells.  Without a filter it reads all.
+/// Reads part of a message; see readFiltered() of the record.  Reads everything if there is no filter.
 template <class Record, QelFilterMode mode> class QelFilteredReader {
 public:
-    /// May be null.
+    /// `filter` may be null.
     explicit QelFilteredReader(boost::shared_ptr<const Record> filter) : m_filter(std::move(filter)) {}
 
     int operator()(const QelMessageIterator& cursor, Record& record) const {

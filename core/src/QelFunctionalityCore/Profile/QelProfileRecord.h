@@ -2,12 +2,12 @@
 
 namespace Qel {
 
-/// What every record of an interface profile begins with.
+/// Common base of the records of an interface profile.
 struct QelProfileRecord {
-    /// For the program that keeps the record, which may number it.  It is copied with the record and never marshalled.
+    /// An application-defined number, copied with the record but never sent.
     int localID = 0;
 
-    /// The number of what nobody has numbered yet: a profile made for its owner, a browse list made from its name.
+    /// Initial number of a profile created for its owner and of a browse list created from its name.
     static constexpr int noLocalID = -1;
 };
 

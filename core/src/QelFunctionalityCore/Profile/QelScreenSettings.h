@@ -10,7 +10,7 @@
 
 namespace Qel {
 
-/// A section of a dashboard screen, and where it stands.
+/// A section of a dashboard screen and its position.
 struct QelDashboardSection : QelProfileRecord {
     std::string name;
     std::string text;
@@ -25,13 +25,13 @@ struct QelDashboardSection : QelProfileRecord {
 
 /// The layout of a dashboard screen.
 struct QelScreenInfo : QelProfileRecord {
-    /// The element of the name.
+    /// Element ID of the name.
     static constexpr int nameID = 2217;
 
     std::string name;
     std::vector<QelDashboardSection> sections;
 
-    /// By name alone.
+    /// Compares names only.
     friend bool operator<(const QelScreenInfo& a, const QelScreenInfo& b) { return a.name < b.name; }
 
     using Reader = QelRecordReader<QelScreenInfo>;
@@ -42,10 +42,10 @@ struct QelScreenInfo : QelProfileRecord {
     using writer_type = Writer;
 };
 
-/// The dashboard screens, one of a name.
+/// The dashboard screens, with unique names.
 struct QelScreenSettings : QelProfileRecord {
     using Item = QelScreenInfo;
-    /// The element of an item.
+    /// Element ID of an item.
     static constexpr int itemID = 2219;
 
     std::set<QelScreenInfo> items;
@@ -58,8 +58,8 @@ struct QelScreenSettings : QelProfileRecord {
     using writer_type = Writer;
 };
 
-/// For screens what it is for browse lists.  A profile read through a filter takes its screens whole; this is for those
-/// who read a QelScreenSettings by itself.
+/// Reads dashboard screens like readFiltered() for QelBrowseSettings.  A filtered profile reads its screens without a
+/// filter; this function is for a separate QelScreenSettings.
 [[nodiscard]] int readFiltered(const QelMessageIterator& cursor, QelScreenSettings& settings,
                                const QelScreenSettings* filter, QelFilterMode mode);
 

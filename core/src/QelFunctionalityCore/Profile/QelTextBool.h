@@ -5,22 +5,21 @@
 
 namespace Qel {
 
-/// A bool of an interface profile, which travels as a text.
+/// A bool of an interface profile, sent as a string.
 struct QelTextBool {
     bool value = false;
 
     constexpr QelTextBool() = default;
-    // Implicit, both: a record's user sees a bool.
+    // Both conversions are implicit, so that the field can be used as a bool.
     constexpr QelTextBool(bool on) : value(on) {}
     constexpr operator bool() const { return value; }
 
-    /// "true" or "false".
+    /// Returns "true" or "false".
     [[nodiscard]] std::string toString() const;
-    /// Goes by how the text begins: with "true" or "0" it is true, with "false" or "1" false.  -1, and the value as it
-    /// was, for any other.
+    /// Parses the prefix: "true" or "0" is true, "false" or "1" is false.  For any other string, returns -1 and leaves
+    /// the value unchanged.
     ///
-    /// The digits mean the reverse of what they do in all other records.  Profiles have been stored that way, so it
-    /// stays.
+    /// The digits are inverted compared to all other records.  Stored profiles depend on it.
     int fromString(std::string_view text);
 };
 

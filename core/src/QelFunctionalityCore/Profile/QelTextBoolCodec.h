@@ -5,7 +5,7 @@
 #include "QelFunctionalityCore/Profile/QelTextBool.h"
 #include "QelMessage/QelWireValue.h"
 
-// How a QelTextBool stands in the tables of records.  For source files only.
+// Codec of QelTextBool for wire tables.  Private header.
 
 namespace Qel {
 

@@ -1,4 +1,4 @@
-// A time_t of 64 bits on 32-bit machines, for this file alone: local times are computed beyond 2038 there too.
+// Selects a 64-bit time_t on 32-bit machines, in this file only, so that local times after 2038 work there too.
 #if !defined(__LP64__)
 #undef _FILE_OFFSET_BITS
 #define _FILE_OFFSET_BITS 64
@@ -12,7 +12,7 @@ namespace Qel {
 static_assert(sizeof(std::time_t) == sizeof(std::int64_t));
 
 int localTimeCopy(std::int64_t time, std::tm& out) {
-    // The two together are localtime() without its static buffer, which threads would share.
+    // Equivalent to localtime() without its static buffer, which all threads share.
     tzset();
     const std::time_t seconds = time;
     std::tm local{};
@@ -24,7 +24,7 @@ int localTimeCopy(std::int64_t time, std::tm& out) {
 
 namespace {
 
-// mktime() and timegm() set the week day exactly when they succeed; -1, which they return on failure, may be a time.
+// mktime() and timegm() set tm_wday if and only if they succeed.  Their error value -1 is also a valid time.
 constexpr int untouched = -1;
 
 std::tm midnightOf(int year, int month, int day, int isDst) {

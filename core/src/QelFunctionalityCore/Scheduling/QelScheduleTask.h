@@ -8,14 +8,14 @@
 
 namespace Qel {
 
-/// A task and when it runs.  The service that owns tasks gives name, category and time their meaning; here they are
-/// kept and passed on.
+/// A scheduled task.  The service that owns tasks defines name, category and time; this library only stores and
+/// forwards them.
 struct QelScheduleTask {
     QelGUID id;
     std::string taskName;
     std::string description;
     std::string category;
-    QelSchedulerTriggerList triggers; ///< a task without any can be written but not read back
+    QelSchedulerTriggerList triggers; ///< an empty list can be written but not read
     long taskTime = qelNoTime;        ///< seconds since the epoch, or -1
     QelOptionalProperty<bool> disabled;
 

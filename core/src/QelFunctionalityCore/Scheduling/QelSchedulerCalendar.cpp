@@ -10,9 +10,9 @@ namespace {
 
 constexpr int january = 1;
 constexpr int december = 12;
-constexpr int mostTurns = 3; ///< of the year, after which the search for a month ends
+constexpr int maxYears = 3; ///< limit of the search for a month, in turns of the year
 
-// True if the year turned.
+// Returns whether the year changed.
 bool stepMonth(int& month, int& year) {
     if (month < december) {
         ++month;
@@ -34,12 +34,12 @@ int getRunTime(long t, long& seconds) {
 }
 
 int getNextMonth(int& month, int& year, const std::set<int>& months) {
-    constexpr int lastYear = std::numeric_limits<int>::max() - mostTurns - 1;
+    constexpr int lastYear = std::numeric_limits<int>::max() - maxYears - 1;
     if (months.empty() || month < january || month > december || year < 0 || year > lastYear)
         return -1;
-    stepMonth(month, year); // whether or not the year turns here doesn't count
+    stepMonth(month, year); // a turn of the year in this step is not counted
     for (int turns = 0; !months.contains(month);)
-        if (stepMonth(month, year) && ++turns == mostTurns)
+        if (stepMonth(month, year) && ++turns == maxYears)
             return -1;
     return 0;
 }

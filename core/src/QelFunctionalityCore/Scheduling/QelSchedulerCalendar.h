@@ -4,14 +4,14 @@
 
 namespace Qel {
 
-/// The local time of day of `t`, in seconds since midnight by the clocks.  -1, and `seconds` unchanged, where the
-/// calendar doesn't reach.
+/// Computes the local time of day of `t`, in seconds since midnight on the wall clock.  Returns -1 and leaves `seconds`
+/// unchanged if the local time cannot be represented.
 [[nodiscard]] int getRunTime(long t, long& seconds);
 
-/// Goes on to the next month that `months` holds.  Months count from 1 for January to 12, years from 1900.
+/// Advances to the next month in `months`.  Months are 1 for January to 12, years count from 1900.
 ///
-/// -1, and nothing changed, if `months` is empty, `month` is none or `year` is negative.  -1, and month and year where
-/// the search ended, if `months` holds no month.
+/// Returns -1 and changes nothing if `months` is empty, `month` is not a month or `year` is negative.  If `months`
+/// contains no valid month, returns -1 and leaves month and year where the search ended.
 [[nodiscard]] int getNextMonth(int& month, int& year, const std::set<int>& months);
 
 } // namespace Qel

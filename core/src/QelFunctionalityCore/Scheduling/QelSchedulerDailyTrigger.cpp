@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
-#include "QelFunctionalityCore/Scheduling/QelSchedulerAnswer.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerRunTime.h"
 
 namespace Qel {
 
@@ -13,10 +13,10 @@ namespace {
 constexpr int sunday = 0;
 constexpr int saturday = 6;
 
-// The first of the times a multiple of `step` behind `start` that comes after `now`, which isn't before `start`.  A
-// negative step leads to one before `now`.  Nothing if 64 bits don't hold it.
+// Returns the first time `start` + k * `step` after `now`, which must not be before `start`.  With a negative step, the
+// result is before `now`.  Returns nullopt on 64-bit overflow.
 std::optional<std::int64_t> addSteps(std::int64_t start, std::int64_t now, std::int64_t step) {
-    // What lies between the two may need all of the 64 bits.
+    // Unsigned: the difference may need all 64 bits.
     const std::uint64_t elapsed = static_cast<std::uint64_t>(now) - static_cast<std::uint64_t>(start);
     const auto sinceStep = static_cast<std::int64_t>(elapsed % static_cast<std::uint64_t>(std::abs(step)));
     std::int64_t next = 0;
@@ -28,7 +28,7 @@ std::optional<std::int64_t> addSteps(std::int64_t start, std::int64_t now, std::
 } // namespace
 
 int QelSchedulerDailyTrigger::getNextRunTime(long now, long& next) const {
-    if (const auto result = answerAtOnce(*this, now, next))
+    if (const auto result = resultWithoutCalendar(*this, now, next))
         return *result;
     if (start > now) {
         next = start;
@@ -36,7 +36,7 @@ int QelSchedulerDailyTrigger::getNextRunTime(long now, long& next) const {
     }
     if (interval.isSpecified() && interval.get() != 0) {
         const auto run = addSteps(start, now, interval.get() * secondsPerDay);
-        next = run ? toAnswerUntil(*this, *run) : qelNoTime;
+        next = run ? toRunTimeUntilEnd(*this, *run) : qelNoTime;
         return 0;
     }
     const auto nextDay = addSteps(start, now, secondsPerDay);
@@ -50,10 +50,10 @@ int QelSchedulerDailyTrigger::getNextRunTime(long now, long& next) const {
         else if (local.tm_wday == saturday)
             run += 2 * secondsPerDay;
     } else if (local.tm_wday != sunday) {
-        // Weekends only, though `weekendsOnly` isn't asked.  Nothing is added to a Saturday.
+        // Weekends only; `weekendsOnly` is not evaluated.  A Saturday is already a run day.
         run += (saturday - local.tm_wday) * secondsPerDay;
     }
-    next = toAnswerUntil(*this, run);
+    next = toRunTimeUntilEnd(*this, run);
     return 0;
 }
 

@@ -5,18 +5,18 @@
 
 namespace Qel {
 
-/// Runs every so many days, or on working days, or on weekends, at the time of day of `start` in seconds since midnight
-/// UTC: a change of clocks moves the runs.
+/// Runs every `interval` days, on working days or on weekends, at the time of day of `start` in UTC: a daylight saving
+/// change moves the runs on the wall clock.
 ///
-/// A `start` in the future is the first run, whatever day it is and even if it lies behind `end`.
+/// A `start` in the future is the first run, on any day and even after `end`.
 struct QelSchedulerDailyTrigger : QelSchedulerTrigger {
     using QelSchedulerTrigger::QelSchedulerTrigger;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
 
-    QelOptionalProperty<int> interval; ///< days from run to run; 0 as if not given; goes before the flags below
+    QelOptionalProperty<int> interval; ///< days between runs; 0 means unset; takes precedence over the flags
     bool weekdaysOnly = false;         ///< Monday to Friday, local time
-    /// Carried only.  It is by having neither an interval nor `weekdaysOnly` that a trigger runs on weekends.
+    /// Stored only.  A trigger with neither `interval` nor `weekdaysOnly` runs on weekends.
     bool weekendsOnly = false;
 
     using Reader = QelRecordReader<QelSchedulerDailyTrigger>;

@@ -16,11 +16,11 @@ constexpr std::int64_t longestMonth = 31 * secondsPerDay;
 
 } // namespace
 
-/// The month of a start time.
+/// The month that contains a start time.
 struct QelSchedulerMonthDuration::Month {
     std::tm start;
-    int last;         ///< number of its last day
-    int firstWeekDay; ///< week day of its first day
+    int last;         ///< number of the last day
+    int firstWeekDay; ///< week day of the first day
 
     static int findFirstWeekDay(int month, int year, int& weekDay) {
         std::tm first{};
@@ -30,12 +30,12 @@ struct QelSchedulerMonthDuration::Month {
         return 0;
     }
 
-    /// As getNWeekDayOfMonth().
+    /// See getNWeekDayOfMonth().
     [[nodiscard]] int findWeekDay(int weekDay, int n, int& day) const {
         if (n < 1 || n > lastWeek)
             return -1;
         int found = evaluateNWeekDayOfMonth(weekDay, firstWeekDay, n);
-        // The last one is as many weeks before a sixth as are beyond the end.
+        // `found` is the sixth; go back by the number of weeks that it is past the end of the month.
         if (n == lastWeek && found > last)
             found -= (found - last + daysPerWeek - 1) / daysPerWeek * daysPerWeek;
         day = found > last ? -1 : found;
@@ -108,7 +108,7 @@ int QelSchedulerMonthDuration::beginMonth(Month& month) const {
     return getLastDayOfMonth(month.start.tm_mon, month.start.tm_year, month.last);
 }
 
-// `begin` is the start until the span is finished.
+// Until finish(), `begin` is the start time.
 std::int64_t QelSchedulerMonthDuration::beginOf(const Month& month, int day) const {
     return begin + (day - month.start.tm_mday) * secondsPerDay;
 }
@@ -126,12 +126,12 @@ int QelSchedulerMonthDuration::addLastDay(const Month& month) {
 }
 
 int QelSchedulerMonthDuration::getLastDayOfMonth(int month, int year, int& last) {
-    // No month has 32 days: by as many as it lacks does its 32nd lie in the next.
-    constexpr int beyondAnyMonth = 32;
+    // The 32nd day of a month rolls over into the next month by 32 minus the length of the month.
+    constexpr int pastAnyMonth = 32;
     std::tm rolled{};
-    if (makeDate(year, month, beyondAnyMonth, rolled) != 0)
+    if (makeDate(year, month, pastAnyMonth, rolled) != 0)
         return -1;
-    last = beyondAnyMonth - rolled.tm_mday;
+    last = pastAnyMonth - rolled.tm_mday;
     return 0;
 }
 
@@ -144,7 +144,7 @@ int QelSchedulerMonthDuration::isLastDayOfMonth(int month, int year, int day, bo
 }
 
 int QelSchedulerMonthDuration::evaluateNWeekDayOfMonth(int weekDay, int firstWeekDay, int n) {
-    // In 64 bits, since week days come from messages and may be any number.
+    // 64 bits: week days come from messages and may be any int.
     const std::int64_t sinceFirst = std::int64_t{weekDay} - firstWeekDay;
     const std::int64_t weeks = std::int64_t{n} * daysPerWeek;
     const std::int64_t day = sinceFirst + weeks + (sinceFirst < 0 ? 1 : 1 - daysPerWeek);

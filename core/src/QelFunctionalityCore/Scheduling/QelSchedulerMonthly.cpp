@@ -7,11 +7,11 @@ namespace Qel {
 
 namespace {
 
-// The first of `month` at `timeOfDay`, counted from the midnight in standard time that begins the month.
+// Computes the first of `month` at `timeOfDay`, relative to `midnight`, the start of the month in standard time.
 //
-// Where that midnight is early on the clocks, as in an Irish winter, the clocks show the month before until its time of
-// day is reached, and a span that began then would have the days of that month.  Such a time counts from the clocks'
-// own midnight.
+// With negative daylight saving time (Irish winter) that midnight is still in the previous month on the wall clock.  A
+// time of day in the first hour would then belong to that month, and a span starting there would contain the wrong
+// days; it is therefore counted from the wall clock's midnight.
 int findFirstOfMonth(std::int64_t midnight, int month, long timeOfDay, std::int64_t& monthStart) {
     std::int64_t first = midnight + timeOfDay;
     std::tm local{};

@@ -3,16 +3,16 @@
 #include <algorithm>
 
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
-#include "QelFunctionalityCore/Scheduling/QelSchedulerAnswer.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerCalendar.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthly.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerRunTime.h"
 
 namespace Qel {
 
 int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) const {
-    if (const auto result = answerAtOnce(*this, now, next))
+    if (const auto result = resultWithoutCalendar(*this, now, next))
         return *result;
-    // Unlike the trigger with days of the month this one looks at the present month.
+    // Starts at the current month, unlike QelSchedulerMonthlyTrigger.
     const long from = std::max(start, now);
     long timeOfDay = 0;
     std::tm month{};
@@ -27,9 +27,9 @@ int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) co
         const QelSchedulerMonthDuration runs(monthStart, weekDays, weekNumbers);
         if (!runs.isValid())
             return -1;
-        // A run that isn't after the start gives up the rest of the month.
+        // A run not after the start discards the rest of the month.
         if (const std::int64_t run = runs.getNextRunTime(now); run != runs.end && run > start) {
-            next = toAnswer(run);
+            next = toRunTime(run);
             return 0;
         }
     }
@@ -40,8 +40,8 @@ int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) co
     const QelSchedulerMonthDuration runs(monthStart, weekDays, weekNumbers);
     if (!runs.isValid())
         return -1;
-    // The trigger's end isn't asked, here or above.
-    next = toAnswer(runs.getNextRunTime(now));
+    // As above, the run is not compared with the trigger's end.
+    next = toRunTime(runs.getNextRunTime(now));
     return 0;
 }
 

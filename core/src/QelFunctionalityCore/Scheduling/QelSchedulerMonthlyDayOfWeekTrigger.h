@@ -8,18 +8,18 @@ namespace Qel {
 
 /// Runs on the n-th week days of certain months, at the local time of day of `start`.
 ///
-/// It looks at the present month, or that of `start` if that lies in the future, and at the first of `months` behind
-/// it. If either has no such day at all, there is no answer.  If the month's next run isn't after `start`, the later
-/// ones are given up.  `end` counts only once it has passed, so that a run may lie behind it.  In summer time the runs
-/// are an hour late on the clocks.
+/// Only two months are considered: the current one, or that of `start` if it is in the future, and the next of `months`
+/// after it.  If either has none of the week days, the call fails.  If the next run in the month is not after `start`,
+/// the later ones of that month are skipped.  `end` is only compared with the current time, so a run may be after it.
+/// During daylight saving time, runs are one hour late on the wall clock.
 struct QelSchedulerMonthlyDayOfWeekTrigger : QelSchedulerTrigger {
     using QelSchedulerTrigger::QelSchedulerTrigger;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
 
-    std::set<int> weekDays;    ///< 0 for Sunday to 6 for Saturday; empty gives no answer
-    std::set<int> weekNumbers; ///< 1 to 5, and 6 for the last one; empty or others give no answer
-    std::set<int> months;      ///< 1 to 12; empty gives no answer
+    std::set<int> weekDays;    ///< 0 for Sunday to 6 for Saturday; must not be empty
+    std::set<int> weekNumbers; ///< 1 to 5, and 6 for the last one; must not be empty or contain other numbers
+    std::set<int> months;      ///< 1 to 12; must not be empty
 
     using Reader = QelRecordReader<QelSchedulerMonthlyDayOfWeekTrigger>;
     using Writer = QelRecordWriter<QelSchedulerMonthlyDayOfWeekTrigger>;

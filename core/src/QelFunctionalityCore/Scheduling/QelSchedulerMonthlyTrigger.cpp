@@ -3,14 +3,14 @@
 #include <algorithm>
 
 #include "QelFunctionalityCore/Scheduling/QelLocalTime.h"
-#include "QelFunctionalityCore/Scheduling/QelSchedulerAnswer.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerCalendar.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerMonthly.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerRunTime.h"
 
 namespace Qel {
 
 int QelSchedulerMonthlyTrigger::getNextRunTime(long now, long& next) const {
-    if (const auto result = answerAtOnce(*this, now, next))
+    if (const auto result = resultWithoutCalendar(*this, now, next))
         return *result;
     long timeOfDay = 0;
     std::tm first{};
@@ -18,7 +18,7 @@ int QelSchedulerMonthlyTrigger::getNextRunTime(long now, long& next) const {
     if (days.empty() || months.empty() || getRunTime(start, timeOfDay) != 0 || localTimeCopy(start, first) != 0 ||
         localTimeCopy(now, present) != 0)
         return -1;
-    // The year moves on to the present one and the month doesn't: it stays that of the start for ever.
+    // The year advances to the current one, but the month remains that of the start.
     first.tm_year = std::max(first.tm_year, present.tm_year);
 
     if (months.contains(first.tm_mon + 1)) {
@@ -29,7 +29,7 @@ int QelSchedulerMonthlyTrigger::getNextRunTime(long now, long& next) const {
         if (!runs.isValid())
             return -1;
         if (const std::int64_t run = runs.getNextRunTime(now); run != runs.end) {
-            next = toAnswer(run);
+            next = toRunTime(run);
             return 0;
         }
     }
@@ -40,7 +40,7 @@ int QelSchedulerMonthlyTrigger::getNextRunTime(long now, long& next) const {
     const QelSchedulerMonthDuration runs(monthStart, days);
     if (!runs.isValid())
         return -1;
-    next = toAnswerUntil(*this, runs.getNextRunTime(now));
+    next = toRunTimeUntilEnd(*this, runs.getNextRunTime(now));
     return 0;
 }
 

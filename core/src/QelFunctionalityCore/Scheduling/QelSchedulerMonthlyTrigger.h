@@ -8,18 +8,18 @@ namespace Qel {
 
 /// Runs on certain days of certain months, at the local time of day of `start`.
 ///
-/// It looks at two months only: that of `start`, and the first of `months` behind it in the year of `start` or the
-/// present one, whichever is later.  When their runs have passed, the answer is the end of the last one's day, and
-/// stays so when that has passed too.  If a month that it looks at has none of the days, there is no answer.  The month
-/// of `start` counts whole, so that a run may lie before `start`, and behind `end` too.  In summer time the runs are an
-/// hour late on the clocks.
+/// Only two months are considered: that of `start`, and the next of `months` after it, both in the year of `start` or
+/// the current year, whichever is later.  Once their runs have passed, the result is the end of the last run day, even
+/// when that has passed too.  If a considered month has none of the days, the call fails.  The month of `start` counts
+/// as a whole, so a run may be before `start`, and also after `end`.  During daylight saving time, runs are one hour
+/// late on the wall clock.
 struct QelSchedulerMonthlyTrigger : QelSchedulerTrigger {
     using QelSchedulerTrigger::QelSchedulerTrigger;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
 
-    std::set<int> days;   ///< 1 to 31, and 32 for the last day; empty gives no answer
-    std::set<int> months; ///< 1 to 12; empty gives no answer
+    std::set<int> days;   ///< 1 to 31, and 32 for the last day; must not be empty
+    std::set<int> months; ///< 1 to 12; must not be empty
 
     using Reader = QelRecordReader<QelSchedulerMonthlyTrigger>;
     using Writer = QelRecordWriter<QelSchedulerMonthlyTrigger>;

@@ -4,7 +4,7 @@
 
 namespace Qel {
 
-/// Runs once, at `start`.  `end` has no meaning.
+/// Runs once, at `start`.  `end` is ignored.
 struct QelSchedulerOnceTrigger : QelSchedulerTrigger {
     using QelSchedulerTrigger::QelSchedulerTrigger;
 

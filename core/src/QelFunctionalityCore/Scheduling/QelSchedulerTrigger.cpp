@@ -23,7 +23,7 @@ int writeStart(QelMessageIterator& cursor, const QelSchedulerTrigger& trigger) {
     return trigger.start < 0 ? -1 : cursor.putValueTime(trigger.start, startElement);
 }
 
-// Without a readable element there is no end, whatever the trigger held before.
+// A missing or malformed end resets the previous value.
 int readEnd(const QelMessageIterator& cursor, QelSchedulerTrigger& trigger) {
     if (cursor.getValueTime(trigger.end, endElement) != 0)
         trigger.end = qelNoTime;

@@ -9,11 +9,11 @@
 
 namespace Qel {
 
-/// The time that is none.
+/// Sentinel for an unset time.
 inline constexpr long qelNoTime = -1;
 
-/// Tells when a scheduled task runs next.  The answer follows from the trigger's fields and the present time alone: a
-/// trigger keeps no memory of past runs.
+/// Computes the next run of a scheduled task.  The result depends only on the fields and the current time; a trigger
+/// does not record past runs.
 ///
 /// Times are seconds since the epoch.
 struct QelSchedulerTrigger {
@@ -23,17 +23,17 @@ struct QelSchedulerTrigger {
     QelSchedulerTrigger& operator=(const QelSchedulerTrigger&) = default;
     virtual ~QelSchedulerTrigger();
 
-    /// The first run after `now`; `next` -1 means that there are no more, or none that a long can hold.  Each class
-    /// tells where its answers differ from this.
+    /// Computes the first run after `now`.  Sets `next` to -1 if there are no more runs, or the next one does not fit
+    /// in a long.  Derived classes document their deviations.
     ///
-    /// -1, and `next` unchanged, if there is no answer: for a field that makes no sense, a negative `now` (but not in
-    /// the weekly trigger), and where the calendar doesn't reach.
+    /// Returns -1 and leaves `next` unchanged on error: an invalid field, a negative `now` (except in the weekly
+    /// trigger), or a date out of range.
     [[nodiscard]] virtual int getNextRunTime(long now, long& next) const = 0;
 
-    long start = qelNoTime; ///< first possible run, and the source of the time of day
-    long end = qelNoTime;   ///< last possible run; -1 for no end
+    long start = qelNoTime; ///< earliest run; determines the time of day
+    long end = qelNoTime;   ///< latest run; -1 for no end
 
-    /// The reader fails without a start, the writer on a negative one.
+    /// The reader fails if the start is missing, the writer if it is negative.
     using Reader = QelRecordReader<QelSchedulerTrigger>;
     using Writer = QelRecordWriter<QelSchedulerTrigger>;
     using reader_type = Reader;

@@ -12,7 +12,7 @@ namespace {
 constexpr int sunday = 0;
 constexpr int daysPerWeek = 7;
 
-// The Monday after the week of `start`.  Of a Sunday's week that is the Monday of the week after the next.
+// The Monday after the week of `start`.  For a Sunday, this is eight days later: the week after next.
 int findNextMonday(const std::tm& start, std::int64_t& time) {
     const int monday = start.tm_mday - start.tm_wday + daysPerWeek + 1;
     return makeLocalMidnight(start.tm_year, start.tm_mon, monday, start.tm_isdst, time);

@@ -6,14 +6,14 @@
 
 namespace Qel {
 
-/// The run days of what is left of a week, from the day of a start time up to and including the coming Sunday, each at
-/// the start's time of day.
+/// The run days of the rest of a week, from the day of a start time up to and including the next Sunday, each at the
+/// start's time of day.
 ///
-/// The run on the Sunday reaches to the midnight that ends it.  A start on a Sunday has that day alone, whose run then
-/// reaches over the whole following week.
+/// The run on the Sunday extends to the midnight at the end of that day.  If the start is a Sunday, it is the only day,
+/// and its run extends over the whole following week.
 class QelSchedulerWeekDuration : public QelSchedulerPeriodDuration {
 public:
-    /// Week days count from 0 for Sunday to 6 for Saturday; other numbers are no run days.
+    /// Week days are 0 for Sunday to 6 for Saturday; other numbers are ignored.
     QelSchedulerWeekDuration(std::int64_t start, const std::set<int>& weekDays);
 
 private:

@@ -1,6 +1,6 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
 
-#include "QelFunctionalityCore/Scheduling/QelSchedulerAnswer.h"
+#include "QelFunctionalityCore/Scheduling/QelSchedulerRunTime.h"
 #include "QelFunctionalityCore/Scheduling/QelWeeklyCalculator.h"
 
 namespace Qel {
@@ -15,7 +15,7 @@ int QelSchedulerWeeklyTrigger::getNextRunTime(long now, long& next) const {
     }
     if (days.empty())
         return -1;
-    next = toAnswerUntil(*this, Weekly::Calculator(weeks, days).next(now, start));
+    next = toRunTimeUntilEnd(*this, Weekly::Calculator(weeks, days).next(now, start));
     return 0;
 }
 

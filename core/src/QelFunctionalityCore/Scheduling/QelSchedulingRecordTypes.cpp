@@ -11,7 +11,7 @@ namespace Qel {
 
 namespace {
 
-// A base without objects of its own: the element's complex type names the class, and that has its own table.
+// An abstract base: the element's complex type specifies the class, which has its own table.
 template <class Base> struct AnyReader {
     int operator()(const QelMessageIterator& cursor, boost::shared_ptr<Base>& record) const {
         return QelReaderDerived<Base>(false)(cursor, record);

@@ -13,17 +13,17 @@ using boost::gregorian::date_duration;
 
 constexpr int daysPerWeek = 7;
 
-// What the dates reach, with room behind for a run in the following year.
+// Range of boost::gregorian::date, less a margin for a run in the following year.
 constexpr std::int64_t earliest = -17'987'443'200; // 1400-01-01
 constexpr std::int64_t latest = 253'086'768'000;   // 9990-01-01
 
-bool isReached(std::int64_t time) {
+bool isInRange(std::int64_t time) {
     return earliest <= time && time < latest;
 }
 
 const date epoch(1970, 1, 1);
 
-// Seconds since midnight, before the epoch too.
+// Seconds since midnight, also for times before the epoch.
 std::int64_t timeOfDay(std::int64_t time) {
     const std::int64_t remainder = time % secondsPerDay;
     return remainder < 0 ? remainder + secondsPerDay : remainder;
@@ -41,12 +41,12 @@ Calculator::Calculator(int periodInWeeks, const std::set<int>& weekDays) : weeks
 }
 
 int Calculator::weekDay(int w) {
-    // In 64 bits, since week days come from messages and may be any number.
+    // 64 bits: week days come from messages and may be any int.
     return static_cast<int>(daysPerWeek - (std::int64_t{daysPerWeek} - w) % daysPerWeek);
 }
 
 std::int64_t Calculator::next(std::int64_t now, std::int64_t start) const {
-    if (!isReached(now) || !isReached(start))
+    if (!isInRange(now) || !isInRange(start))
         return -1;
     date from = dateOf(start);
     if (now >= start)
@@ -66,7 +66,7 @@ int Calculator::doNext(date d) const {
 }
 
 int Calculator::doNext(int i, int w) const {
-    const int firstWeekDay = (w - i % daysPerWeek + daysPerWeek) % daysPerWeek; // of 1 January, 0 for a Sunday
+    const int firstWeekDay = (w - i % daysPerWeek + daysPerWeek) % daysPerWeek; // of 1 January, 0 for Sunday
     const double week = std::ceil((firstWeekDay + i) / 7.0) - 1.0;
     double activeWeek = std::ceil(week / weeks) * weeks;
     int day = *days.begin();
