@@ -114,7 +114,7 @@ TEST(QelRecordTypesTest, FieldsUseProtocolElements) {
 }
 
 TEST(QelRecordTypesTest, IncludeAllUnusualRecords) {
-    for (const auto& [name, oddness] : families().odd)
+    for (const auto& [name, exceptions] : families().exceptions)
         EXPECT_NE(findRecordType(name), nullptr) << name;
 }
 
@@ -137,11 +137,11 @@ protected:
         place(to);
         const std::string position = to.cursor().curName();
         const auto results = GetParam().rewrite(from.cursor(), to.cursor());
-        if (odd.leavesTheCursorDeeper)
+        if (exceptions.leavesCursorInDescendant)
             for (const TestMessage* const message : {&from, &to})
                 if (message->cursor().curName() != position)
                     message->cursor().seekUp();
-        if (results.read == 0 || !odd.staysWhereItFailed) {
+        if (results.read == 0 || !exceptions.keepsPositionOnFailure) {
             EXPECT_EQ(from.cursor().curName(), position) << "reader restores the position";
         }
         EXPECT_EQ(to.cursor().curName(), position) << "writer restores the position";
@@ -151,7 +151,7 @@ protected:
     void expectFixedPoint(const TestMessage& written) {
         const TestMessage again;
         expectRewritten(written, again);
-        if (!odd.settlesLate) {
+        if (!exceptions.needsSecondRoundTrip) {
             EXPECT_EQ(textOf(*again.get()), textOf(*written.get()));
             return;
         }
@@ -169,7 +169,7 @@ private:
 
 protected:
     RandomRecord random{20261120, families()};
-    const OddRecord odd = families().oddnessOf(std::string(GetParam().name));
+    const RecordExceptions exceptions = families().exceptionsOf(std::string(GetParam().name));
     const LogCapture log; // what readers log about damaged messages
 };
 
@@ -196,13 +196,13 @@ TEST_P(EachRecordType, ReadingDamagedElementsSucceedsOrFailsCleanly) {
         make(made);
         for (unsigned left = random.below(4) + 1; left > 0; --left)
             random.damage(made.cursor());
-        if (odd.isFatal && odd.isFatal(*made.root()))
+        if (exceptions.isFatal && exceptions.isFatal(*made.root()))
             continue;
         const TestMessage written;
         const auto results = rewrite(made, written);
         if (results.read != 0 || results.write != 0)
             ++refused;
-        else if (!odd.isReadable || odd.isReadable(written.cursor()))
+        else if (!exceptions.isReadable || exceptions.isReadable(written.cursor()))
             expectFixedPoint(written);
     }
     RecordProperty("refused", refused);

@@ -11,15 +11,16 @@
 
 #include "QelFunctionalityCore/QelRecordTypes.h"
 #include "QelFunctionalityCore/RandomFamilies.h"
-#include "support/FaultyCursor.h"
 #include "support/LogCapture.h"
 #include "support/RandomRecord.h"
+#include "support/ScriptedCursor.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
 namespace {
 
 using namespace Qel::TestSupport;
+using Operation = ScriptedCursor::Operation;
 
 constexpr int recordElement = 1115;
 
@@ -129,7 +130,7 @@ TEST_F(RecordFieldsTest, UnreadableOptionalValueLeavesFieldUnchangedAndReadingCo
                 continue;
             const RecordMessage message(type, random);
             createElement(message, row);
-            const UnreadableElement unreadable(message.cursor(), row.path);
+            const ScriptedCursor unreadable(message.cursor(), failsBelow({Operation::get}, row.path));
             const RecordMessage written;
             const int expected = contains(mustBeReadable, type.name, row.element()) ? -1 : 0;
             EXPECT_EQ(type.rewrite(unreadable, written.cursor()).read, expected) << nameOf(type, row);
@@ -249,9 +250,9 @@ TEST_F(RecordFieldsTest, RejectedValueFailsRecordUnlessItsResultIsIgnored) {
             for (int left = attempts; left > 0 && !isWritten; --left) {
                 const RecordMessage message(*type, random);
                 const RecordMessage written;
-                RefusedElement refusing(written.cursor(), row.path);
+                ScriptedCursor refusing(written.cursor(), failsBelow({Operation::put, Operation::add}, row.path));
                 const auto results = type->rewrite(message.cursor(), refusing);
-                isWritten = refusing.faults() > 0;
+                isWritten = refusing.replacedCalls() > 0;
                 if (isWritten) {
                     EXPECT_EQ(results.write == 0, contains(mayBeRefused, name, row.element())) << nameOf(*type, row);
                 }

@@ -15,13 +15,13 @@ class RandomRecord;
 using RandomFill = std::function<void(RandomRecord& random, QelMessageIterator& cursor)>;
 
 /// Exceptions of a record from the properties that hold for all others when it is read and written.
-struct OddRecord {
+struct RecordExceptions {
     /// The first round trip may change the written form; only the second is stable.
-    bool settlesLate = false;
+    bool needsSecondRoundTrip = false;
     /// A failed read does not restore the cursor.
-    bool staysWhereItFailed = false;
+    bool keepsPositionOnFailure = false;
     /// The functors leave the cursor in a descendant of the record's element.
-    bool leavesTheCursorDeeper = false;
+    bool leavesCursorInDescendant = false;
     /// Returns whether reading the current element would end the process.
     bool (*isFatal)(const QelMessageIterator& cursor) = nullptr;
     /// Returns whether a record that was read from a damaged message and written again can be read back.
@@ -33,22 +33,22 @@ struct RandomFamily {
     /// Records without a table, and abstract records that are written as one of several classes.
     std::map<std::string, RandomFill> withoutTable{};
     /// Records with constraints between their fields, which tables cannot express.
-    std::map<std::string, RandomFill> insteadOfTable{};
+    std::map<std::string, RandomFill> replacesTable{};
     /// Steps, and fields with constraints on their values, by the class of the table and the element ID.
     std::map<std::pair<std::string, int>, RandomFill> fields{};
-    std::map<std::string, OddRecord> odd{};
+    std::map<std::string, RecordExceptions> exceptions{};
 
-    [[nodiscard]] OddRecord oddnessOf(const std::string& name) const {
-        const auto found = odd.find(name);
-        return found == odd.end() ? OddRecord() : found->second;
+    [[nodiscard]] RecordExceptions exceptionsOf(const std::string& name) const {
+        const auto found = exceptions.find(name);
+        return found == exceptions.end() ? RecordExceptions() : found->second;
     }
 
     /// Merges another family into this one.
     void add(RandomFamily other) {
         withoutTable.merge(other.withoutTable);
-        insteadOfTable.merge(other.insteadOfTable);
+        replacesTable.merge(other.replacesTable);
         fields.merge(other.fields);
-        odd.merge(other.odd);
+        exceptions.merge(other.exceptions);
     }
 };
 

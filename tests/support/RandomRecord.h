@@ -36,7 +36,7 @@ public:
             byHand->second(*this, cursor);
             return;
         }
-        if (const auto whole = m_families.insteadOfTable.find(name); whole != m_families.insteadOfTable.end()) {
+        if (const auto whole = m_families.replacesTable.find(name); whole != m_families.replacesTable.end()) {
             whole->second(*this, cursor);
             return;
         }

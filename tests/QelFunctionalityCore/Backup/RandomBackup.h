@@ -7,9 +7,9 @@ namespace Qel::TestSupport {
 
 inline RandomFamily randomBackup() {
     // Without a base configuration, an empty one is written, as for an environment.
-    constexpr OddRecord holdsEnvironment{.settlesLate = true};
+    constexpr RecordExceptions holdsEnvironment{.needsSecondRoundTrip = true};
     // The connection is read into that of the local agent, whose protocol it keeps if it has none.
-    constexpr OddRecord completesConnection{.settlesLate = true};
+    constexpr RecordExceptions completesConnection{.needsSecondRoundTrip = true};
     return {
         .fields{
             {{"QelBackupOptions", 1014}, inChild(1014, textIn(1006))},
@@ -19,7 +19,7 @@ inline RandomFamily randomBackup() {
             {{"QelP2VMigrateOptions", 1811}, inChild(1811, inChild(1115, textIn(1026)))},
             {{"QelV2VMigrateOptions", 1185}, inChild(1185, configuration(120))},
         },
-        .odd{
+        .exceptions{
             {"QelBackupMConfig", completesConnection},
             {"QelEnvBackupData", holdsEnvironment},
             {"QelP2VMigrateOptions", holdsEnvironment},

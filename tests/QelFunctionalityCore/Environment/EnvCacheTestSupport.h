@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ostream>
 #include <span>
 #include <string>
 #include <utility>
@@ -10,46 +9,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "QelCommon/Log.h"
 #include "QelFunctionalityCore/Environment/QelEnvCache.h"
 #include "QelFunctionalityCore/Environment/QelEnvFactory.h"
 #include "qel/cachefile/CacheFileChecker.h"
+#include "support/LogCapture.h"
 #include "support/TempFile.h"
 
 namespace Qel {
 
-/// Captures all log entries, whatever their level, during its lifetime.
-class LogCapture {
-public:
-    struct Entry {
-        int level;
-        std::string text;
-
-        friend bool operator==(const Entry&, const Entry&) = default;
-        friend void PrintTo(const Entry& entry, std::ostream* out) {
-            *out << "level " << entry.level << ": " << entry.text;
-        }
-    };
-
-    LogCapture()
-        : m_oldLevel(std::exchange(debug_level, 6)), m_oldSink(setLogSink([this](const LogRecord& record) {
-              entries.push_back({record.level, record.text});
-              sources.push_back(std::string(record.module) + ' ' + record.file);
-          })) {}
-    LogCapture(const LogCapture&) = delete;
-    LogCapture& operator=(const LogCapture&) = delete;
-    ~LogCapture() {
-        setLogSink(std::move(m_oldSink));
-        debug_level = m_oldLevel;
-    }
-
-    std::vector<Entry> entries;
-    std::vector<std::string> sources; ///< module and source path of each entry
-
-private:
-    int m_oldLevel;
-    LogSink m_oldSink;
-};
+using TestSupport::LogCapture;
 
 class MockUpdater : public QelEnvUpdater {
 public:

@@ -29,7 +29,7 @@ inline RandomFamily randomEnvironment() {
             {{"QelEnv", 1872}, inChild(1872, configuration(121))},
         },
         // Without a base configuration, an empty one is written.  Read back, it gets the version of an old agent.
-        .odd{{"QelEnv", {.settlesLate = true}}},
+        .exceptions{{"QelEnv", {.needsSecondRoundTrip = true}}},
     };
 }
 

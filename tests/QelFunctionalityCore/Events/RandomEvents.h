@@ -29,7 +29,7 @@ inline RandomFamily randomEvents() {
             {{"QelResourceAlertData", 1065}, alertValues()},
         },
         // A progress record without a request ID omits it, and reads back the request ID of the message.
-        .odd{{"QelRequestProgressData", {.settlesLate = true}}},
+        .exceptions{{"QelRequestProgressData", {.needsSecondRoundTrip = true}}},
     };
 }
 

@@ -34,7 +34,7 @@ inline RandomFamily randomFiles() {
             {{"QelUserCredentials", 1027}, inChild(1027, numberIn(1030))},
         },
         // Group numbers are not read where they are written.
-        .odd{{"QelUserCredentials", {.settlesLate = true}}},
+        .exceptions{{"QelUserCredentials", {.needsSecondRoundTrip = true}}},
     };
 }
 

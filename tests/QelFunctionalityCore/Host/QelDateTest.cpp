@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "FixedResultCursor.h"
+#include "support/ScriptedCursor.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
@@ -62,10 +62,11 @@ TEST(QelTimeZoneTest, RequiresBothStrings) {
 }
 
 TEST(QelTimeZoneTest, ReaderFailsOnMinusOneOnly) {
-    const FixedResultCursor otherFailure(-2);
+    const TestMessage message;
+    const ScriptedCursor otherFailure(message.cursor(), fails(ScriptedCursor::Operation::get, {}, -2));
     QelTimeZone read;
     EXPECT_EQ(QelTimeZone::Reader()(otherFailure, read), 0);
-    const FixedResultCursor failure(-1);
+    const ScriptedCursor failure(message.cursor(), fails(ScriptedCursor::Operation::get, {}, -1));
     EXPECT_EQ(QelTimeZone::Reader()(failure, read), -1);
 }
 

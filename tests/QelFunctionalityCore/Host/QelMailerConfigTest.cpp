@@ -57,16 +57,6 @@ TEST(QelMailerAccountTest, WritesBothStringsAndRequiresNeither) {
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1026, 1099));
 }
 
-/// A cursor whose string reads by ID fail.
-class UnreadableStringCursor : public QelBinaryIterator {
-public:
-    explicit UnreadableStringCursor(const TestMessage& message)
-        : QelBinaryIterator(dynamic_cast<const QelBinaryIterator*>(&message.cursor())) {}
-
-    using QelBinaryIterator::getValue;
-    int getValue(std::string&, int) const override { return -1; }
-};
-
 class QelMailerConfigTest : public testing::Test {
 protected:
     [[nodiscard]] QelMessageIterator& cursor() const { return message.cursor(); }
@@ -116,7 +106,7 @@ TEST_F(QelMailerConfigTest, UnreadableAccountLeavesCursorAtAccounts) {
     cursor().putValueBase64("name", 1026);
     cursor().seekUp();
     cursor().seekUp();
-    UnreadableStringCursor unreadable(message);
+    const ScriptedCursor unreadable(message.cursor(), fails(ScriptedCursor::Operation::get, {1026, 1099}));
     EXPECT_EQ(QelMailerConfig::Reader()(unreadable, config), -1);
     EXPECT_EQ(unreadable.curID(), accounts);
     EXPECT_FALSE(config.account2152.isSpecified());

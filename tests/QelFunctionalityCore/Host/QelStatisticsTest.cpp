@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "FixedResultCursor.h"
 #include "support/RequiredChildren.h"
+#include "support/ScriptedCursor.h"
 #include "support/TestMessage.h"
 
 namespace Qel {
@@ -87,10 +87,11 @@ TEST(QelStatisticsTest, CpuLoadRequiresAllNumbers) {
 }
 
 TEST(QelStatisticsTest, CpuLoadReaderFailsOnMinusOneOnly) {
-    const FixedResultCursor otherFailure(-2);
+    const TestMessage message;
+    const ScriptedCursor otherFailure(message.cursor(), fails(ScriptedCursor::Operation::get, {}, -2));
     QelCPULoad read;
     EXPECT_EQ(QelCPULoad::Reader()(otherFailure, read), 0);
-    const FixedResultCursor failure(-1);
+    const ScriptedCursor failure(message.cursor(), fails(ScriptedCursor::Operation::get, {}, -1));
     EXPECT_EQ(QelCPULoad::Reader()(failure, read), -1);
 }
 

@@ -37,9 +37,9 @@ inline bool holdsPackageOrPath(const QelMessageIterator& cursor) {
 
 inline RandomFamily randomHost() {
     // Group IDs are written as values of the group elements, but read from their children.
-    constexpr OddRecord holdsCredentials{.settlesLate = true};
+    constexpr RecordExceptions holdsCredentials{.needsSecondRoundTrip = true};
     // A server without an address is written as an empty element, which is not read back as a server.
-    constexpr OddRecord holdsServer{.settlesLate = true};
+    constexpr RecordExceptions holdsServer{.needsSecondRoundTrip = true};
     return {
         .withoutTable{
             {"QelCommonDevice", oneOf({"QelCommonDevice", "QelScsiDevice", "QelWindowsDevice"})},
@@ -48,7 +48,7 @@ inline RandomFamily randomHost() {
             {"QelTopData", inTurn({several(3, inChild(1179, topSet())), numberIn(1040, 0, 4999)})},
             {"QelTopData::TopSet", topSet()},
         },
-        .insteadOfTable{{"QelDate", putDate}},
+        .replacesTable{{"QelDate", putDate}},
         .fields{
             {{"QelDevMountInfo", 1117}, textIn(1117, "at ")},
             {{"QelInstallationPackage", 1156}, putPackagePath}, // an empty path is not written
@@ -58,9 +58,9 @@ inline RandomFamily randomHost() {
             {{"QelService", 0}, nothing()}, // the repeated fields are skipped
             {{"QelService", 1422}, atLeastOne(4, numberIn(1422, 0, 6))},
         },
-        .odd{
+        .exceptions{
             {"QelInstallationPackage", {.isReadable = holdsPackageOrPath}},
-            {"QelMailerConfig", {.leavesTheCursorDeeper = true}}, // at the accounts element
+            {"QelMailerConfig", {.leavesCursorInDescendant = true}}, // at the accounts element
             {"QelProcessMExecParams", holdsCredentials},
             {"QelProgCredentials", holdsCredentials},
             {"QelVncConnectionInfo", holdsServer},

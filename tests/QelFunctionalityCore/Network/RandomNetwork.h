@@ -85,8 +85,8 @@ inline bool holdsText(const QelMessageIterator& cursor) {
 }
 
 inline RandomFamily randomNetwork() {
-    constexpr OddRecord holdsPool{.isFatal = holdsExtremeAddress};
-    constexpr OddRecord isDevice{.staysWhereItFailed = true}; // at an unknown kind
+    constexpr RecordExceptions holdsPool{.isFatal = holdsExtremeAddress};
+    constexpr RecordExceptions isDevice{.keepsPositionOnFailure = true}; // at an unknown kind
     return {
         .withoutTable{
             {"QelNetDevice", record("QelNetDevice")},
@@ -109,7 +109,7 @@ inline RandomFamily randomNetwork() {
             {{"QelRowSet", 1259}, numberIn(1259)},
             {{"QelRowSet", 1040}, numberIn(1040)},
         },
-        .odd{
+        .exceptions{
             {"QelFirewallRule", {.isReadable = holdsText}},
             {"QelNetBridge", isDevice},
             {"QelNetDevice", isDevice},

@@ -5,8 +5,7 @@
 
 #include "ProfileSamples.h"
 #include "QelFunctionalityCore/TestTree.h"
-#include "QelMessage/QelBinary.h"
-#include "QelMessage/QelBinaryIterator.h"
+#include "support/ScriptedCursor.h"
 
 namespace Qel {
 
@@ -116,27 +115,11 @@ TEST_F(QelProfileFilterTest, EmptySidFailsWriteBeforeSections) {
     EXPECT_THAT(childIDs(*tree), ElementsAre(1911));
 }
 
-/// A cursor that rejects one element.
-class RefusingIterator : public QelBinaryIterator {
-public:
-    RefusingIterator(QelBinary* message, int refusedID) : QelBinaryIterator(message), m_refused(refusedID) {}
-
-    using QelBinaryIterator::putValue;
-    int putValue(const char* data, int length, int id) override {
-        return id == m_refused ? 5 : QelBinaryIterator::putValue(data, length, id);
-    }
-    int putValue(const std::string& value, int id) override {
-        return id == m_refused ? 5 : QelBinaryIterator::putValue(value, id);
-    }
-
-private:
-    int m_refused;
-};
-
 TEST_F(QelProfileFilterTest, RejectedElementFailsWrite) {
     for (const int refused : {2187, 2184, 2209, 2186, 2188}) {
         const TestSupport::TestMessage message;
-        RefusingIterator cursor(&dynamic_cast<QelBinary&>(*message.get()), refused);
+        TestSupport::ScriptedCursor cursor(
+            message.cursor(), TestSupport::fails(TestSupport::ScriptedCursor::Operation::put, {refused}, 5));
         EXPECT_EQ(cursor.putObject(fullProfile(), QelProfile::filterWriter(), 0), -1) << refused;
         EXPECT_NE(message.cursor().seekPresence(refused), 0) << refused;
     }
@@ -144,7 +127,8 @@ TEST_F(QelProfileFilterTest, RejectedElementFailsWrite) {
 
 TEST_F(QelProfileFilterTest, RejectedNameFailsWriteOfItem) {
     const TestSupport::TestMessage message;
-    RefusingIterator cursor(&dynamic_cast<QelBinary&>(*message.get()), 2217);
+    TestSupport::ScriptedCursor cursor(message.cursor(),
+                                       TestSupport::fails(TestSupport::ScriptedCursor::Operation::put, {2217}, 5));
     EXPECT_EQ(cursor.putObject(screenInfo("s"), QelScreenInfo::filterWriter(), 0), -1);
 }
 

@@ -4,7 +4,7 @@
 
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/TestTree.h"
-#include "support/RefusingCursor.h"
+#include "support/ScriptedCursor.h"
 
 namespace Qel {
 namespace {
@@ -87,7 +87,9 @@ TEST(QelDirRealmTest, WriterRejectsInvalidRealm) {
 
 TEST(QelDirRealmTest, WriterStopsAtFirstFailureButIgnoresThatOfLogin) {
     const TestSupport::TestMessage message;
-    EXPECT_EQ(TestSupport::RefusingCursor(message).putObj(realm(), 0), -1);
+    TestSupport::ScriptedCursor cursor(message.cursor(),
+                                       TestSupport::fails(TestSupport::ScriptedCursor::Operation::put));
+    EXPECT_EQ(cursor.putObj(realm(), 0), -1);
     EXPECT_EQ(message.cursor().seekPresence(1630), 0) << "a failure to write the login is ignored";
     EXPECT_EQ(TestSupport::refusedWrite(realm().loginType), 0);
 }

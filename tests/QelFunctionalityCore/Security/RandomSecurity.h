@@ -44,7 +44,7 @@ inline bool holdsName(const QelMessageIterator& cursor) {
 
 inline RandomFamily randomSecurity() {
     // An empty name is not written, but reads require one. A role is a task.
-    constexpr OddRecord wantsName{.isReadable = holdsName};
+    constexpr RecordExceptions wantsName{.isReadable = holdsName};
     return {
         .withoutTable{
             {"QelDirAttribute", inTurn({textIn(1026), several(3, textIn(1018))})},
@@ -66,7 +66,7 @@ inline RandomFamily randomSecurity() {
             {{"QelSession", 1307}, several(3, inChild(1307, putSessionItem))},
             {{"QelTask", 1026}, textIn(1026, "task-")}, // reads require a name
         },
-        .odd{
+        .exceptions{
             {"QelRole", wantsName},
             {"QelTask", wantsName},
         },

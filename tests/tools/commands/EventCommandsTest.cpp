@@ -214,7 +214,7 @@ TEST_F(EventCommandsTest, RenderLimitsTextSize) {
     const ToolRun run = runTool({"info", "render", write("bomb", text + "</info></message>")});
     EXPECT_EQ(run.code, ExitCode::failed);
     EXPECT_EQ(run.out, "");
-    EXPECT_THAT(run.err, HasSubstr("takes more than 67108864 characters to make and is cut off"));
+    EXPECT_THAT(run.err, HasSubstr("takes more than 67108864 characters; its text is truncated"));
 }
 
 TEST_F(EventCommandsTest, RewriteReproducesExamples) {
