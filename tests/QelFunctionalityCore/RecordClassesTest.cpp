@@ -45,7 +45,7 @@ std::set<std::string> librarySymbols() {
 /// The record class to which a symbol belongs.
 std::optional<std::string> recordOfSymbol(const std::string& symbol) {
     static const std::regex forms[] = {
-        std::regex(R"(Qel::QelWireLayout const& Qel::qelWireLayout<(.+?) ?>\(\))"),
+        std::regex(R"((Qel::.+)::wire)"),
         std::regex(R"((Qel::.+)::Reader::operator\(\)\(Qel::QelMessageIterator const&, (.+)&\) const)"),
         std::regex(R"((Qel::.+)::Writer::operator\(\)\(Qel::QelMessageIterator&, (.+) const&\) const)"),
         std::regex(R"(vtable for Qel::QelDerivedParserFactoryT<(Qel::\w+), .*>)"),
@@ -72,7 +72,7 @@ std::set<std::string> listedClasses() {
 }
 
 TEST(RecordClassesTest, SymbolIdentifiesRecord) {
-    EXPECT_EQ(recordOfSymbol("Qel::QelWireLayout const& Qel::qelWireLayout<Qel::QelOS>()"), "Qel::QelOS");
+    EXPECT_EQ(recordOfSymbol("Qel::QelOS::wire"), "Qel::QelOS");
     EXPECT_EQ(recordOfSymbol("Qel::QelGUID::Reader::operator()(Qel::QelMessageIterator const&, Qel::QelGUID&) const"),
               "Qel::QelGUID");
     EXPECT_EQ(recordOfSymbol("Qel::A::B::Writer::operator()(Qel::QelMessageIterator&, Qel::A::B const&) const"),

@@ -13,55 +13,45 @@ namespace {
 using namespace Qel::TestSupport;
 
 /// A family with two classes, and a record with objects of the family in fields of every kind.
-struct Animal {
+struct Animal : QelRecord<Animal> {
     virtual ~Animal() = default;
     std::string name;
-    using Reader = QelRecordReader<Animal>;
-    using Writer = QelRecordWriter<Animal>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
-struct Bird : Animal {
+struct Bird : QelRecord<Bird, Animal> {
     int wings = 2;
-    using Reader = QelRecordReader<Bird>;
-    using Writer = QelRecordWriter<Bird>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
-struct Zoo {
+struct Zoo : QelRecord<Zoo> {
     boost::shared_ptr<Animal> star;
     std::vector<boost::shared_ptr<Animal>> animals;
     std::vector<boost::shared_ptr<Animal>> guests;
-    using reader_type = QelRecordReader<Zoo>;
-    using writer_type = QelRecordWriter<Zoo>;
+
+    static const QelWireLayout& wire;
 };
 
 } // namespace
 
 template <> struct Wire<Animal> : WireWords<Animal> {
     static constexpr int nsId = 292, typeId = 166;
-    static constexpr QelWireField fields[] = {field<&Animal::name>(1026, required, always)};
+    static constexpr QelWireField fields[] = {field<&R::name>(1026, required, always)};
 };
-template <> const QelWireLayout& qelWireLayout<Animal>() {
-    return wireLayoutOf<Animal>;
-}
+const QelWireLayout& Animal::wire = wireLayoutOf<Animal>;
 template <> struct Wire<Bird> : WireWords<Bird> {
     static constexpr int nsId = 292, typeId = 167;
-    static constexpr QelWireField fields[] = {base<Animal>(), field<&Bird::wings>(1259, required, always)};
+    static constexpr QelWireField fields[] = {base<Animal>(), field<&R::wings>(1259, required, always)};
 };
-template <> const QelWireLayout& qelWireLayout<Bird>() {
-    return wireLayoutOf<Bird>;
-}
+const QelWireLayout& Bird::wire = wireLayoutOf<Bird>;
 template <> struct Wire<Zoo> : WireWords<Zoo> {
     static constexpr QelWireField fields[] = {
-        derived<&Zoo::star, false>(1114, ignored, always).unchecked(),
-        derivedList<&Zoo::animals, true>(1115, optional),
-        wrappedDerivedList<&Zoo::guests, false>(1915, 1295, optional, ifSet),
+        derived<&R::star, false>(1114, ignored, always).bestEffort(),
+        derivedList<&R::animals, true>(1115, optional),
+        wrappedDerivedList<&R::guests, false>(1915, 1295, optional, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<Zoo>() {
-    return wireLayoutOf<Zoo>;
-}
+const QelWireLayout& Zoo::wire = wireLayoutOf<Zoo>;
 
 namespace {
 

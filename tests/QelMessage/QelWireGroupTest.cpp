@@ -13,14 +13,13 @@ namespace {
 using namespace Qel::TestSupport;
 using testing::HasSubstr;
 
-struct House {
+struct House : QelRecord<House> {
     std::string street;
     int floors = 0;
     std::string colour;
     std::string owner;
 
-    using reader_type = QelRecordReader<House>;
-    using writer_type = QelRecordWriter<House>;
+    static const QelWireLayout& wire;
 };
 
 int readOwner(const QelMessageIterator& cursor, House& house) {
@@ -39,18 +38,16 @@ constexpr int nameOf = 1026;
 
 template <> struct Wire<House> : WireWords<House> {
     static constexpr QelWireField walls[] = {
-        field<&House::floors>(::Qel::floors, required, always),
-        field<&House::colour>(::Qel::colour, optional, ifSet),
+        field<&R::floors>(::Qel::floors, required, always),
+        field<&R::colour>(::Qel::colour, optional, ifSet),
     };
     static constexpr QelWireField fields[] = {
-        field<&House::street>(nameOf, required, always),
+        field<&R::street>(nameOf, required, always),
         grouped<walls, 292>("outside", outside, required),
         step<&readOwner, &writeOwner, std::string>("owner", 1031, ignored),
     };
 };
-template <> const QelWireLayout& qelWireLayout<House>() {
-    return wireLayoutOf<House>;
-}
+const QelWireLayout& House::wire = wireLayoutOf<House>;
 
 namespace {
 
@@ -95,7 +92,7 @@ TEST_F(QelWireGroupTest, ReportsAMissingGroupAndAMissingFieldOfAGroup) {
 }
 
 TEST_F(QelWireGroupTest, LayoutDescribesFieldsOfAGroupAndContentOfAStep) {
-    const auto& fields = qelWireLayout<House>().fields;
+    const auto& fields = House::wire.fields;
     EXPECT_EQ(fields[1].codec->kind, QelWireKind::group);
     const QelWireLayout* const inner = fields[1].codec->layout();
     EXPECT_EQ(inner->typeName, "House");

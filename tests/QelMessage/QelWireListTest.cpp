@@ -16,29 +16,28 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 /// A record with required lists.
-struct RequiredLists {
+struct RequiredLists : QelRecord<RequiredLists> {
     std::vector<int> items;
     std::vector<int> wrapped;
-    using reader_type = QelRecordReader<RequiredLists>;
-    using writer_type = QelRecordWriter<RequiredLists>;
+
+    static const QelWireLayout& wire;
 };
 
 /// A record whose wrapper elements must contain items: a failure for the required list, ignored for the other.
-struct FilledLists {
+struct FilledLists : QelRecord<FilledLists> {
     std::vector<int> items;
     std::vector<int> spare;
-    using reader_type = QelRecordReader<FilledLists>;
-    using writer_type = QelRecordWriter<FilledLists>;
+
+    static const QelWireLayout& wire;
 };
 
 /// Lists whose items hold their values in a child, and a list that a read clears first.
-struct House {
+struct House : QelRecord<House> {
     std::vector<std::string> tenants;
     std::set<std::string> pets;
     std::vector<int> rooms;
 
-    using reader_type = QelRecordReader<House>;
-    using writer_type = QelRecordWriter<House>;
+    static const QelWireLayout& wire;
 };
 
 constexpr int tenant = 1025;
@@ -50,34 +49,28 @@ constexpr int room = 1115;
 
 template <> struct Wire<RequiredLists> : WireWords<RequiredLists> {
     static constexpr QelWireField fields[] = {
-        list<&RequiredLists::items>(1029, required),
-        wrapped<&RequiredLists::wrapped>(1980, 1156, required, always),
+        list<&R::items>(1029, required),
+        wrapped<&R::wrapped>(1980, 1156, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<RequiredLists>() {
-    return wireLayoutOf<RequiredLists>;
-}
+const QelWireLayout& RequiredLists::wire = wireLayoutOf<RequiredLists>;
 
 template <> struct Wire<FilledLists> : WireWords<FilledLists> {
     static constexpr QelWireField fields[] = {
-        wrapped<&FilledLists::items>(1980, 1156, required, always).filled(),
-        wrapped<&FilledLists::spare>(1029, 1010, ignored, always).filled(),
+        wrapped<&R::items>(1980, 1156, required, always).nonEmpty(),
+        wrapped<&R::spare>(1029, 1010, ignored, always).nonEmpty(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<FilledLists>() {
-    return wireLayoutOf<FilledLists>;
-}
+const QelWireLayout& FilledLists::wire = wireLayoutOf<FilledLists>;
 
 template <> struct Wire<House> : WireWords<House> {
     static constexpr QelWireField fields[] = {
-        list<&House::tenants>(tenant, optional).holding(nameOf),
-        list<&House::pets>(pet, optional).holding(nameOf),
-        list<&House::rooms>(room, optional).cleared(),
+        list<&R::tenants>(tenant, optional).withValue(nameOf),
+        list<&R::pets>(pet, optional).withValue(nameOf),
+        list<&R::rooms>(room, optional).cleared(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<House>() {
-    return wireLayoutOf<House>;
-}
+const QelWireLayout& House::wire = wireLayoutOf<House>;
 
 namespace {
 
@@ -149,7 +142,7 @@ TEST_F(QelWireListTest, ClearedListKeepsOnlyTheLastRead) {
 }
 
 TEST_F(QelWireListTest, LayoutReportsTheValueElementOfAnItem) {
-    const auto& fields = qelWireLayout<House>().fields;
+    const auto& fields = House::wire.fields;
     EXPECT_EQ(fields[0].value, nameOf);
     EXPECT_EQ(fields[1].value, nameOf);
     EXPECT_EQ(fields[2].value, 0);

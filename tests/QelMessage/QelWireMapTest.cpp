@@ -15,37 +15,33 @@ using testing::IsEmpty;
 using testing::Pair;
 
 /// A record with a complex type, as the value of a map.
-struct Price {
+struct Price : QelRecord<Price> {
     int amount = 0;
-    using reader_type = QelRecordReader<Price>;
-    using writer_type = QelRecordWriter<Price>;
+
+    static const QelWireLayout& wire;
 };
-struct PriceList {
+struct PriceList : QelRecord<PriceList> {
     std::map<std::string, int> amounts;
     std::map<std::string, Price> prices;
-    using reader_type = QelRecordReader<PriceList>;
-    using writer_type = QelRecordWriter<PriceList>;
+
+    static const QelWireLayout& wire;
 };
 
 } // namespace
 
 template <> struct Wire<Price> : WireWords<Price> {
     static constexpr int nsId = 292, typeId = 117;
-    static constexpr QelWireField fields[] = {field<&Price::amount>(1010, required, always)};
+    static constexpr QelWireField fields[] = {field<&R::amount>(1010, required, always)};
 };
-template <> const QelWireLayout& qelWireLayout<Price>() {
-    return wireLayoutOf<Price>;
-}
+const QelWireLayout& Price::wire = wireLayoutOf<Price>;
 
 template <> struct Wire<PriceList> : WireWords<PriceList> {
     static constexpr QelWireField fields[] = {
-        map<&PriceList::amounts>(1307, 1240, 1018, optional),
-        wrappedMap<&PriceList::prices>(2276, 2273, 1011, 0, optional, always),
+        map<&R::amounts>(1307, 1240, 1018, optional),
+        wrappedMap<&R::prices>(2276, 2273, 1011, 0, optional, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<PriceList>() {
-    return wireLayoutOf<PriceList>;
-}
+const QelWireLayout& PriceList::wire = wireLayoutOf<PriceList>;
 
 namespace {
 

@@ -30,24 +30,23 @@ private:
 };
 
 /// Bit masks and flags, some replaced by a read and some only added to.
-struct Masks {
+struct Masks : QelRecord<Masks> {
     int mask = 0;
     unsigned wrapped = 0;
     int added = 0;
     bool flag = false;
     Maybe given{};
-    using reader_type = QelRecordReader<Masks>;
-    using writer_type = QelRecordWriter<Masks>;
+
+    static const QelWireLayout& wire;
 };
 
 /// Fields whose presence is recorded in a bit mask.
-struct Masked {
+struct Masked : QelRecord<Masked> {
     std::string name;
     int number = 0;
     unsigned mask = 0;
 
-    using reader_type = QelRecordReader<Masked>;
-    using writer_type = QelRecordWriter<Masked>;
+    static const QelWireLayout& wire;
 };
 
 } // namespace
@@ -59,26 +58,22 @@ template <> struct QelWireValue<Maybe> : QelWireValue<bool> {
 
 template <> struct Wire<Masks> : WireWords<Masks> {
     static constexpr QelWireField fields[] = {
-        bits<&Masks::mask, QelWireBit{1, 1844}, QelWireBit{4, 1456}>(),
-        wrappedBits<&Masks::wrapped, QelWireBit{2, 1628}, QelWireBit{1, 1627}>(1197, ifSet),
-        wrappedBits<&Masks::added, QelWireBit{1, 2131}>(1786, always).kept(),
-        Wire::flag<&Masks::flag>(1917).kept(),
-        Wire::flag<&Masks::given>(1152),
+        bits<&R::mask, QelWireBit{1, 1844}, QelWireBit{4, 1456}>(),
+        wrappedBits<&R::wrapped, QelWireBit{2, 1628}, QelWireBit{1, 1627}>(1197, ifSet),
+        wrappedBits<&R::added, QelWireBit{1, 2131}>(1786, always).kept(),
+        Wire::flag<&R::flag>(1917).kept(),
+        Wire::flag<&R::given>(1152),
     };
 };
-template <> const QelWireLayout& qelWireLayout<Masks>() {
-    return wireLayoutOf<Masks>;
-}
+const QelWireLayout& Masks::wire = wireLayoutOf<Masks>;
 
 template <> struct Wire<Masked> : WireWords<Masked> {
     static constexpr QelWireField fields[] = {
-        marked<&Masked::name, &Masked::mask>(1026, 1, required, always),
-        marked<&Masked::number, &Masked::mask>(1010, 4, ignored, ifSet),
+        marked<&R::name, &R::mask>(1026, 1, required, always),
+        marked<&R::number, &R::mask>(1010, 4, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<Masked>() {
-    return wireLayoutOf<Masked>;
-}
+const QelWireLayout& Masked::wire = wireLayoutOf<Masked>;
 
 namespace {
 

@@ -14,19 +14,16 @@ using namespace Qel::TestSupport;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-struct Part {
+struct Part : QelRecord<Part> {
     int number = 0;
 
-    using Reader = QelRecordReader<Part>;
-    using Writer = QelRecordWriter<Part>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 enum class Colour : int { red = 1, blue = 2 };
 
 /// A record with a field of each kind.
-struct Whole : Part {
+struct Whole : QelRecord<Whole, Part> {
     std::string required = "r";
     std::string optional;
     std::string encoded;
@@ -46,18 +43,15 @@ struct Whole : Part {
     int given = -1;
     std::string byHand;
 
-    using Reader = QelRecordReader<Whole>;
-    using Writer = QelRecordWriter<Whole>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Fields with a reading order that differs from the writing order.
-struct Reordered {
+struct Reordered : QelRecord<Reordered> {
     int first = 0;
     int second = 0;
-    using reader_type = QelRecordReader<Reordered>;
-    using writer_type = QelRecordWriter<Reordered>;
+
+    static const QelWireLayout& wire;
 };
 
 constexpr bool isGiven(int number) {
@@ -74,49 +68,43 @@ int writeByHand(QelMessageIterator& cursor, const Whole& whole) {
 
 template <> struct Wire<Part> : WireWords<Part> {
     static constexpr int nsId = 292, typeId = 117;
-    static constexpr QelWireField fields[] = {field<&Part::number>(1010, required, always)};
+    static constexpr QelWireField fields[] = {field<&R::number>(1010, required, always)};
 };
-template <> const QelWireLayout& qelWireLayout<Part>() {
-    return wireLayoutOf<Part>;
-}
+const QelWireLayout& Part::wire = wireLayoutOf<Part>;
 
 template <> struct Wire<Whole> : WireWords<Whole> {
     static constexpr QelWireField fields[] = {
         base<Part>(),
-        field<&Whole::required>(1001, WireWords::required, always),
-        field<&Whole::optional>(1002, WireWords::optional, ifSet),
-        field<&Whole::encoded>(1496, WireWords::optional, ifSet, base64),
-        field<&Whole::ignored>(1005, WireWords::ignored, ifSet),
-        field<&Whole::time>(1004, WireWords::optional, ifSet, WireWords::time),
-        field<&Whole::big>(1066, WireWords::optional, ifSet),
-        field<&Whole::small>(1030, WireWords::optional, ifSet),
-        field<&Whole::real>(1041, WireWords::optional, ifSet),
-        field<&Whole::truth>(1705, WireWords::optional, ifSet),
-        Wire::flag<&Whole::flag>(2066),
-        field<&Whole::colour>(1007, WireWords::optional, always),
-        field<&Whole::part>(1300, WireWords::optional, always),
-        field<&Whole::pointer>(1301, WireWords::optional, ifSet),
-        Wire::list<&Whole::list>(1029, WireWords::optional),
-        Wire::wrapped<&Whole::wrapped>(1980, 1156, WireWords::optional, always),
-        Wire::list<&Whole::parts>(1115, WireWords::optional),
-        fieldIf<&Whole::given, isGiven>(1259, WireWords::ignored),
+        field<&R::required>(1001, WireWords::required, always),
+        field<&R::optional>(1002, WireWords::optional, ifSet),
+        field<&R::encoded>(1496, WireWords::optional, ifSet, base64),
+        field<&R::ignored>(1005, WireWords::ignored, ifSet),
+        field<&R::time>(1004, WireWords::optional, ifSet, WireWords::time),
+        field<&R::big>(1066, WireWords::optional, ifSet),
+        field<&R::small>(1030, WireWords::optional, ifSet),
+        field<&R::real>(1041, WireWords::optional, ifSet),
+        field<&R::truth>(1705, WireWords::optional, ifSet),
+        Wire::flag<&R::flag>(2066),
+        field<&R::colour>(1007, WireWords::optional, always),
+        field<&R::part>(1300, WireWords::optional, always),
+        field<&R::pointer>(1301, WireWords::optional, ifSet),
+        Wire::list<&R::list>(1029, WireWords::optional),
+        Wire::wrapped<&R::wrapped>(1980, 1156, WireWords::optional, always),
+        Wire::list<&R::parts>(1115, WireWords::optional),
+        fieldIf<&R::given, isGiven>(1259, WireWords::ignored),
         step<&readByHand, &writeByHand>("byHand", 1240, WireWords::ignored),
     };
 };
-template <> const QelWireLayout& qelWireLayout<Whole>() {
-    return wireLayoutOf<Whole>;
-}
+const QelWireLayout& Whole::wire = wireLayoutOf<Whole>;
 
 template <> struct Wire<Reordered> : WireWords<Reordered> {
     static constexpr QelWireField fields[] = {
-        field<&Reordered::first>(1010, required, always),
-        field<&Reordered::second>(1011, required, always),
+        field<&R::first>(1010, required, always),
+        field<&R::second>(1011, required, always),
     };
     static constexpr int readOrder[] = {1011, 1010};
 };
-template <> const QelWireLayout& qelWireLayout<Reordered>() {
-    return wireLayoutOf<Reordered>;
-}
+const QelWireLayout& Reordered::wire = wireLayoutOf<Reordered>;
 
 namespace {
 
@@ -288,12 +276,12 @@ TEST_F(QelWireTableTest, MissingElementLeavesThePointerUnchanged) {
 }
 
 TEST(QelWireLayoutTest, DescribesNamesKindsAndElements) {
-    const QelWireLayout& layout = qelWireLayout<Whole>();
+    const QelWireLayout& layout = Whole::wire;
     const auto& fields = layout.fields;
     EXPECT_EQ(layout.nsId, 0);
     EXPECT_EQ(layout.typeId, 50);
     EXPECT_EQ(fields[0].codec->kind, QelWireKind::base);
-    EXPECT_EQ(fields[0].codec->layout(), &qelWireLayout<Part>());
+    EXPECT_EQ(fields[0].codec->layout(), &Part::wire);
     EXPECT_EQ(fields[1].name, "required");
     EXPECT_EQ(fields[1].codec->kind, QelWireKind::text);
     EXPECT_EQ(fields[5].form, QelWireForm::time);
@@ -302,13 +290,13 @@ TEST(QelWireLayoutTest, DescribesNamesKindsAndElements) {
     EXPECT_EQ(fields[14].codec->kind, QelWireKind::sequence);
     EXPECT_EQ(fields[14].codec->item->kind, QelWireKind::integer);
     EXPECT_EQ(fields[15].codec->kind, QelWireKind::set);
-    EXPECT_EQ(fields[16].codec->item->layout(), &qelWireLayout<Part>());
+    EXPECT_EQ(fields[16].codec->item->layout(), &Part::wire);
     EXPECT_EQ(fields[18].codec->kind, QelWireKind::step);
     EXPECT_EQ(fields[18].name, "byHand");
 }
 
 TEST_F(QelWireTableTest, RecordTypeRewritesWithoutKnowingTheClass) {
-    const QelRecordType type = makeRecordType<Part>("Part", &qelWireLayout<Part>());
+    const QelRecordType type = makeRecordType<Part>("Part", &Part::wire);
     EXPECT_EQ(type.nsId, 292);
     EXPECT_EQ(type.typeId, 117);
     message.putValue(5, 1010);

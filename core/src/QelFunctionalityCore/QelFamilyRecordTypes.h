@@ -9,7 +9,7 @@ namespace Qel {
 
 /// The record type of a class whose wire form is a table.
 template <class Record> QelRecordType tableRecordType() {
-    const QelWireLayout& layout = qelWireLayout<Record>();
+    const QelWireLayout& layout = Record::wire;
     return makeRecordType<Record>(layout.typeName, &layout);
 }
 

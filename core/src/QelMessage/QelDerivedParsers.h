@@ -9,15 +9,14 @@
 #include "QelMessage/QelCombinators.h"
 #include "QelMessage/QelDefaultMap.h"
 
-// Polymorphic records.  One registry for each base class connects an element's complex type with the class to make on
-// reading, and an object's run-time type with the writer to use.  Factories are global objects:
+// Polymorphic records.  Each base class has a registry, which maps the complex type of an element to the class to read,
+// and the run-time type of an object to the writer to use.  Factories are global objects:
 //
 //     QelDerivedParserFactoryT<QelNetNIC, QelNetDevice> factoryQelNetNIC(false);
 //
-// They register while the library loads, when one thread runs; afterwards the registries are only read.
+// They register while the library loads, before there are other threads; from then on the registries are read-only.
 //
-// The header of a base class declares its registry, and one source file, which includes QelDerivedRegistry.h, defines
-// it:
+// The header of a base class declares its registry; one source file includes QelDerivedRegistry.h and defines it:
 //
 //     extern template class QelDerivedParserFactory<QelNetDevice>;
 //     template class QelDerivedParserFactory<QelNetDevice>;
@@ -28,18 +27,18 @@ namespace Qel {
 template <class Base, class Key = Base> class QelDerivedParserFactory {
 public:
     struct FactoryData {
-        std::map<std::string, QelDerivedParserFactory*> factories;       ///< by complex type, as curType() tells it
+        std::map<std::string, QelDerivedParserFactory*> factories;       ///< by complex type, as curType() returns it
         std::map<std::string, QelDerivedParserFactory*> factoriesByType; ///< by std::type_info::name()
-        QelDerivedParserFactory* defaultFactory = nullptr;               ///< for what the lookups don't find
+        QelDerivedParserFactory* defaultFactory = nullptr;               ///< used if a lookup finds nothing
     };
 
     QelDerivedParserFactory(const QelDerivedParserFactory&) = delete;
     QelDerivedParserFactory& operator=(const QelDerivedParserFactory&) = delete;
     virtual ~QelDerivedParserFactory();
 
-    /// Reads the current element into a new object, which is the caller's; `out` stays as it was on failure.
+    /// Reads the current element into a new object, which the caller owns; `out` is unchanged on failure.
     virtual int read(const QelMessageIterator& cursor, Base*& out) const = 0;
-    /// Writes the object, which is of this factory's class, into the current element and stamps it.
+    /// Writes the object, which must be of this factory's class, into the current element and stamps it.
     virtual int write(QelMessageIterator& cursor, const Base* object) const = 0;
     [[nodiscard]] virtual boost::shared_ptr<Base> createObject() const = 0;
 
@@ -48,22 +47,22 @@ public:
     static QelDerivedParserFactory*& defaultFactory() { return factoryData().defaultFactory; }
     static FactoryData& factoryData() { return *factoryInternalData(); }
     /// The registry, created by the first call: a factory's constructor may run before any other of the library.
-    /// Defined in QelDerivedRegistry.h, out of sight of the callers.  A caller that could inline it would have a
-    /// registry of its own, which is empty.
+    /// Defined in QelDerivedRegistry.h, so that callers cannot inline it: a program that did would get a second, empty
+    /// registry.
     static const boost::shared_ptr<FactoryData>& factoryInternalData();
 
 protected:
     QelDerivedParserFactory() = default;
 
-    /// Registers this factory under `key` and under the class `typeName`.  Two classes with one key can't be told
-    /// apart on the wire, so a duplicate ends the process at load.
+    /// Registers this factory under `key` and under the class `typeName`.  A duplicate key ends the process at load,
+    /// since the two classes could not be distinguished on the wire.
     void registerAs(bool isDefault, const std::string& key, const char* typeName);
 
 private:
-    boost::shared_ptr<FactoryData> m_data; // keeps the registry until its last factory has gone
+    boost::shared_ptr<FactoryData> m_data; // keeps the registry alive until its last factory is destroyed
 };
 
-/// True for a registry entry that is this factory.
+/// Tests whether a registry entry is the given factory.
 template <class Factory> class QelIsFactoryEqual {
 public:
     explicit QelIsFactoryEqual(const Factory* factory) : m_factory(factory) {}
@@ -73,7 +72,7 @@ private:
     const Factory* m_factory;
 };
 
-/// The complex-type key of a writer: what curType() answers for an element that it stamped.
+/// The complex type that a writer stamps, as curType() returns it.
 template <class Writer> std::string QelDerivedKey() {
     const char* const nsText = Writer::getStrNSID();
     const char* const typeText = Writer::getStrTypeID();
@@ -87,7 +86,7 @@ template <class Writer> std::string QelDerivedKey() {
     return ns.empty() ? type : ns + ':' + type;
 }
 
-/// The factory of one concrete class.
+/// The factory of a concrete class.
 template <class Data, class Base, class Key = Base, class TReader = typename Data::Reader,
           class TWriter = typename Data::Writer>
 class QelDerivedParserFactoryT final : public QelDerivedParserFactory<Base, Key> {
@@ -112,11 +111,11 @@ private:
 /// Reads an object of the class that the element's complex type names.
 template <class Base, class Key = Base> class QelReaderDerived {
 public:
-    /// With `useDefault` an element of no or of an unknown type is read as the registry's default class; without it,
-    /// or without a default class, it is a failure, -1.
+    /// If `useDefault` is set, an element of an unknown type or of none is read as the registry's default class;
+    /// otherwise, or if there is no default class, reading returns -1.
     explicit QelReaderDerived(bool useDefault) : m_useDefault(useDefault) {}
 
-    /// `out` stays as it was on failure.
+    /// `out` is unchanged on failure.
     template <class T> int operator()(const QelMessageIterator& cursor, boost::shared_ptr<T>& out) const {
         const auto* const factory = findFactory(cursor.curType());
         if (!factory)
@@ -145,8 +144,8 @@ template <class Base> QelReaderDerived<Base> QelReaderDerivedValid(bool useDefau
     return QelReaderDerived<Base>(useDefault);
 }
 
-/// Writes an object through the factory of its run-time class, or as the default class when that has none; -1 without a
-/// default.  A null pointer raises std::bad_typeid.
+/// Writes an object through the factory of its run-time class.  An object of an unregistered class is written as the
+/// default class; returns -1 if there is none.  Throws std::bad_typeid for a null pointer.
 template <class Factory> struct QelDerivedWrite {
     template <class Base> int operator()(QelMessageIterator& cursor, const Base* object) const {
         const auto entry = Factory::factoriesByType().find(typeid(*object).name());

@@ -8,25 +8,25 @@
 
 namespace Qel {
 
-/// A record type as tools see it: found by its name, described, and read and written without knowing its class.
+/// Type-erased access to a record class for tools: find it by name, describe it, and read and write its records.
 struct QelRecordType {
-    /// What the two functors of a record answered; `write` is 0 if the reading failed.
+    /// The results of a record's Reader and Writer; `write` is 0 if the reading failed.
     struct Results {
         int read;
         int write;
     };
 
-    std::string_view name;       ///< of the class, "Outer::Inner" where nested
-    int nsId;                    ///< that its writer stamps; 0 for none
-    int typeId;                  ///< that its writer stamps; 100 and below for none
-    const QelWireLayout* layout; ///< its table; null for a type that isn't told by one
+    std::string_view name;       ///< of the class; "Outer::Inner" if it is nested
+    int nsId;                    ///< stamped by its writer; 0: none
+    int typeId;                  ///< stamped by its writer; <= 100: none
+    const QelWireLayout* layout; ///< its table; null if functions read and write it
     Results (*rewrite)(const QelMessageIterator& from, QelMessageIterator& to);
     const std::type_info* record = nullptr; ///< the class
-    bool isWholeMessage = false;            ///< takes and fills a message from its root, and no element of it
+    bool isWholeMessage = false;            ///< its functors start at the root of a message, not at an element
 };
 
-/// Describes a record type.  `rewrite` reads the current element into a new object and writes that into the current
-/// element of the other cursor, stamped.
+/// Makes the descriptor of a class.  `rewrite` reads the current element into a new object and writes that object, with
+/// its stamp, into the current element of the other cursor.
 template <class Record, class Reader = typename Record::reader_type, class Writer = typename Record::writer_type>
 QelRecordType makeRecordType(std::string_view name, const QelWireLayout* layout = nullptr) {
     return {name,

@@ -11,11 +11,10 @@ namespace Qel {
 
 namespace {
 
-// Counts the failures that were told to the user, so that a record that contains the one that failed doesn't tell it
-// again with a vaguer place.
-thread_local unsigned failuresTold = 0;
+// Counts reported failures, so that a record that contains the failed one does not report it again at a vaguer place.
+thread_local unsigned failuresReported = 0;
 
-// The element under the cursor, as a path from the root.
+// The path of the current element from the root.
 std::string placeOf(const QelMessageIterator& cursor) {
     const std::unique_ptr<QelMessageIterator> climber(cursor.newIterator(false));
     std::string path;
@@ -26,9 +25,9 @@ std::string placeOf(const QelMessageIterator& cursor) {
     return path.empty() ? "/" : path;
 }
 
-void tellFailure(const char* verb, const QelWireLayout& layout, const QelWireField& field,
-                 const QelMessageIterator& cursor, const char* what) {
-    ++failuresTold;
+void reportFailure(const char* verb, const QelWireLayout& layout, const QelWireField& field,
+                   const QelMessageIterator& cursor, const char* what) {
+    ++failuresReported;
     const int id = field.ownID();
     const std::string element = id == 0 ? std::string() : "element " + QelNames::elementName(id) + " ";
     setErrorMessage("%s: can't %s %.*s: %s(%.*s) %s", placeOf(cursor).c_str(), verb,
@@ -41,7 +40,7 @@ bool isPresent(const QelWireField& field, const QelMessageIterator& cursor) {
 }
 
 int readField(const QelWireLayout& layout, const QelWireField& field, void* record, const QelMessageIterator& cursor) {
-    const unsigned toldBefore = failuresTold;
+    const unsigned reportedBefore = failuresReported;
     if (field.codec->read(cursor, field.member(record), field.id, field) == 0) {
         if (field.mask)
             *field.mask(record) |= field.bit;
@@ -52,8 +51,8 @@ int readField(const QelWireLayout& layout, const QelWireField& field, void* reco
     const bool present = isPresent(field, cursor);
     if (field.read == QelWireRead::optional && !present)
         return 0;
-    if (failuresTold == toldBefore)
-        tellFailure("read", layout, field, cursor, present ? "is malformed" : "is missing");
+    if (failuresReported == reportedBefore)
+        reportFailure("read", layout, field, cursor, present ? "is malformed" : "is missing");
     return -1;
 }
 
@@ -62,7 +61,7 @@ bool isWritten(const QelWireField& field, void* record, const void* member) {
         return true;
     if (field.mask)
         return (*field.mask(record) & field.bit) != 0;
-    return field.test ? field.test(member) : field.codec->isSet(member);
+    return field.writtenIf ? field.writtenIf(member) : field.codec->isSet(member);
 }
 
 int writeField(const QelWireLayout& layout, const QelWireField& field, const void* record, QelMessageIterator& cursor) {
@@ -70,11 +69,11 @@ int writeField(const QelWireLayout& layout, const QelWireField& field, const voi
     const void* const member = field.member(whole);
     if (!isWritten(field, whole, member))
         return 0;
-    const unsigned toldBefore = failuresTold;
-    if (field.codec->write(cursor, member, field.id, field) == 0 || field.ignoresWriteFailure)
+    const unsigned reportedBefore = failuresReported;
+    if (field.codec->write(cursor, member, field.id, field) == 0 || field.isBestEffort || layout.isBestEffort)
         return 0;
-    if (failuresTold == toldBefore)
-        tellFailure("write", layout, field, cursor, "was refused");
+    if (failuresReported == reportedBefore)
+        reportFailure("write", layout, field, cursor, "was refused");
     return -1;
 }
 

@@ -9,28 +9,28 @@ namespace Qel {
 
 class QelMessageIterator;
 
-/// What a missing or an unreadable element does to the reading of a record.
+/// The effect of a missing or malformed element on reading a record.
 enum class QelWireRead : unsigned char {
-    required, ///< either is a failure
-    optional, ///< missing: the field stays as it was; unreadable: a failure
-    ignored,  ///< either: the field stays as it was
+    required, ///< either fails the record
+    optional, ///< missing: the field is unchanged; malformed: fails the record
+    ignored,  ///< either leaves the field unchanged
 };
 
 /// When a field is written.
 enum class QelWireWrite : unsigned char {
     always,
-    ifSet, ///< a text or container that isn't empty, an optional that is specified, a number that isn't 0, or a test of
-           ///< the field's own
+    ifSet, ///< a string or container that is not empty, an optional that is specified, a number other than 0, or a
+           ///< field for which its own test is true
 };
 
-/// How a value stands in its element.
+/// How an element encodes its value.
 enum class QelWireForm : unsigned char {
     plain,
-    base64, ///< text only
+    base64, ///< strings only
     time,   ///< long only: seconds since the epoch
 };
 
-/// What kind of value a field holds.
+/// The kind of a field's value.
 enum class QelWireKind : unsigned char {
     text,
     integer,     ///< 32 bits
@@ -40,123 +40,112 @@ enum class QelWireKind : unsigned char {
     presence, ///< no value: the element's presence is the field
     bits,     ///< a bit mask: the presence of an empty element for each bit
     record,   ///< a record in an element of its own
-    derived,  ///< a record of one of several classes, which the element's complex type tells
+    derived,  ///< a record of one of several classes, selected by the element's complex type
     base,     ///< a record at the same element
     group,    ///< further rows of the same record, in an element of their own
     sequence, ///< a run of items in order
     set,      ///< a run of items, sorted and without duplicates
     map,      ///< a run of entries
-    step,     ///< written by hand
+    step,     ///< read and written by functions of the record
 };
 
 struct QelWireField;
 struct QelWireLayout;
 
-/// A bit of a mask, and the empty element whose presence tells it.
+/// A bit of a mask, and the empty element whose presence encodes it.
 struct QelWireBit {
     unsigned bit;
     int id;
 };
 
-/// The classes of a family that elements of a field may hold, by the complex types that tell them.
+/// The classes of records that elements of a field may hold, by their complex types.
 struct QelWireClasses {
-    std::vector<std::string> types; ///< as a cursor's curType() answers, in order
-    std::string byDefault;          ///< the one that is read from an element of another type or of none; empty: none
+    std::vector<std::string> types; ///< as curType() of a cursor returns them, sorted
+    std::string byDefault;          ///< the class for an element of another type or of none; empty if there is none
 };
 
-/// How the values of one type cross the wire.  `id` 0 is the current element, as everywhere.
+/// How the values of one type are read and written.  `id` 0 is the current element, as everywhere.
 struct QelWireCodec {
-    QelWireKind kind;
-    std::string_view typeName; ///< of a record: its class
-    bool isOptional;           ///< a property that may be unset
-    const QelWireCodec* key;   ///< of a map: its keys'
-    const QelWireCodec* item;  ///< of a container: its items', of a map its values', of a step what it amounts to
-    const QelWireLayout* (*layout)(); ///< of a record with a table, or of a group
-    int (*read)(const QelMessageIterator&, void* member, int id, const QelWireField&);
-    int (*write)(QelMessageIterator&, const void* member, int id, const QelWireField&);
-    bool (*isSet)(const void* member);     ///< what QelWireWrite::ifSet asks
-    std::span<const QelWireBit> bits = {}; ///< of a bit mask: in writing order
-    QelWireClasses (*classes)() = nullptr; ///< of a derived record
+    QelWireKind kind{};
+    std::string_view typeName{};                ///< of a record: its class
+    bool isOptional = false;                    ///< a property that may be unset
+    const QelWireCodec* key = nullptr;          ///< of a map: the codec of its keys
+    const QelWireCodec* item = nullptr;         ///< of a container: of its items; of a map: of its values; of a step:
+                                                ///< of its content
+    const QelWireLayout* (*layout)() = nullptr; ///< of a record with a table, or of a group
+    int (*read)(const QelMessageIterator&, void* member, int id, const QelWireField&) = nullptr;
+    int (*write)(QelMessageIterator&, const void* member, int id, const QelWireField&) = nullptr;
+    bool (*isSet)(const void* member) = nullptr; ///< the test of QelWireWrite::ifSet
+    std::span<const QelWireBit> bits{};          ///< of a bit mask: in writing order
+    QelWireClasses (*classes)() = nullptr;       ///< of a derived record
 };
 
 /// One row of a record's table.
 struct QelWireField {
-    std::string_view name; ///< of the member
-    int id;                ///< element ID; 0 for what stands directly in the record's element
-    int item, key, value;  ///< IDs of a container's item, and of the key and the value within; 0 if there is none
-    QelWireRead read;
-    QelWireWrite write;
-    QelWireForm form;
-    const QelWireCodec* codec;
-    void* (*member)(void* record);
-    bool (*test)(const void* member);          ///< in place of the codec's isSet, if not null
-    bool ignoresWriteFailure = false;          ///< the record is written on when this field could not be
-    bool needsItems = false;                   ///< of a container: one without any items is malformed
-    bool keepsSet = false;                     ///< of a flag, a mask, an optional: reading clears nothing
+    std::string_view name{}; ///< of the member
+    int id = 0;              ///< element ID; 0 for content directly in the record's element
+    int item = 0;            ///< element ID of a container's items; 0 if there is none
+    int key = 0;             ///< element ID of the key in a map's entry
+    int value = 0;           ///< element ID of the value in an item or entry; 0 for the item itself
+    QelWireRead read{};
+    QelWireWrite write{};
+    QelWireForm form{};
+    const QelWireCodec* codec = nullptr;
+    void* (*member)(void* record) = nullptr;
+    bool (*writtenIf)(const void* member) = nullptr; ///< replaces the codec's isSet
+    bool isBestEffort = false;
+    bool isNonEmpty = false;
+    bool isKept = false;
+    bool isCleared = false;
     unsigned bit = 0;                          ///< of `mask`: whether the field is set; reading the field sets it
-    unsigned* (*mask)(void* record) = nullptr; ///< the record's mask, if one of its bits stands for the field
-    bool clearsFirst = false;                  ///< of a sequence: what was in it goes before it is read
+    unsigned* (*mask)(void* record) = nullptr; ///< the record's mask, if one of its bits belongs to the field
 
-    /// The same row, whose failure to be written is none of the record.
-    [[nodiscard]] constexpr QelWireField unchecked() const {
-        QelWireField row = *this;
-        row.ignoresWriteFailure = true;
-        return row;
+    /// Ignores a failure to write this field.
+    [[nodiscard]] constexpr QelWireField bestEffort() const { return with(&QelWireField::isBestEffort, true); }
+
+    /// Rejects the container's element as malformed if it contains no items.
+    [[nodiscard]] constexpr QelWireField nonEmpty() const { return with(&QelWireField::isNonEmpty, true); }
+
+    /// Keeps the value of a flag, a bit mask or an optional if its elements are missing, instead of clearing it.
+    [[nodiscard]] constexpr QelWireField kept() const { return with(&QelWireField::isKept, true); }
+
+    /// Clears a sequence before reading, instead of appending to it.
+    [[nodiscard]] constexpr QelWireField cleared() const { return with(&QelWireField::isCleared, true); }
+
+    /// Sets the form of a step's content.
+    [[nodiscard]] constexpr QelWireField withForm(QelWireForm stepForm) const {
+        return with(&QelWireField::form, stepForm);
     }
 
-    /// The same row of a container in an element of its own, which no reader takes without any items.
-    [[nodiscard]] constexpr QelWireField filled() const {
-        QelWireField row = *this;
-        row.needsItems = true;
-        return row;
-    }
+    /// Nests the value of each item of a sequence or set in an element `valueID`.
+    [[nodiscard]] constexpr QelWireField withValue(int valueID) const { return with(&QelWireField::value, valueID); }
 
-    /// The same row of a flag, a bit mask or an optional, whose missing elements leave what is set.
-    [[nodiscard]] constexpr QelWireField kept() const {
-        QelWireField row = *this;
-        row.keepsSet = true;
-        return row;
-    }
-
-    /// The same row of a sequence, which reading replaces where others add to what is there.
-    [[nodiscard]] constexpr QelWireField cleared() const {
-        QelWireField row = *this;
-        row.clearsFirst = true;
-        return row;
-    }
-
-    /// The same row of a step, with the form of what it writes.
-    [[nodiscard]] constexpr QelWireField as(QelWireForm stepForm) const {
-        QelWireField row = *this;
-        row.form = stepForm;
-        return row;
-    }
-
-    /// The same row of a sequence or set, each of whose items holds its value in an element of its own.
-    [[nodiscard]] constexpr QelWireField holding(int valueID) const {
-        QelWireField row = *this;
-        row.value = valueID;
-        return row;
-    }
-
-    /// The ID that tells this row from the others.
+    /// The ID that distinguishes this row from the others of its table.
     [[nodiscard]] constexpr int ownID() const { return id != 0 ? id : item; }
+
+private:
+    template <class T> [[nodiscard]] constexpr QelWireField with(T QelWireField::*property, T setting) const {
+        QelWireField row = *this;
+        row.*property = setting;
+        return row;
+    }
 };
 
-/// A record's table: what the engine works on and what tools can walk.
+/// A record's table: the input of the engine, and of tools that describe records.
 struct QelWireLayout {
     std::string_view typeName; ///< the record's class, without its namespace
     int nsId;
     int typeId;
     std::span<const QelWireField> fields;        ///< in writing order
     std::span<const unsigned char> readingOrder; ///< indices of `fields`
+    bool isBestEffort = false;                   ///< ignores a failure to write any of the fields
 };
 
-/// Reads a record from the current element by its table.  -1 at the first field that fails; then, unless a reader below
-/// has told it already, the error message names the element.
+/// Reads a record from the current element by its table.  Returns -1 at the first field that fails, and names its
+/// element in the error message, unless a nested reader has already done so.
 [[nodiscard]] int readByLayout(const QelWireLayout& layout, void* record, const QelMessageIterator& cursor);
 
-/// Writes a record into the current element by its table.  -1 at the first field that fails.
+/// Writes a record into the current element by its table.  Returns -1 at the first field that fails.
 [[nodiscard]] int writeByLayout(const QelWireLayout& layout, const void* record, QelMessageIterator& cursor);
 
 } // namespace Qel

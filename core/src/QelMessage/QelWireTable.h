@@ -8,19 +8,19 @@
 
 #include "QelMessage/QelWireValue.h"
 
-// How a record's wire form is stated.  Only the source file of a record family includes this:
+// Declares the wire form of a record.  Only the source file of a record includes this:
 //
 //     template <> struct Wire<QelOS> : WireWords<QelOS> {
 //         static constexpr int nsId = 292, typeId = 117;
 //         static constexpr QelWireField fields[] = {        // in writing order
-//             field<&QelOS::osKind>(1846, optional, ifSet),
-//             field<&QelOS::osName>(1026, required, always),
+//             field<&R::osKind>(1846, optional, ifSet),
+//             field<&R::osName>(1026, required, always),
 //         };
-//         static constexpr int readOrder[] = {1026, 1846};  // only where reading goes another way
+//         static constexpr int readOrder[] = {1026, 1846};  // only if the reading order differs
 //     };
-//     template <> const QelWireLayout& qelWireLayout<QelOS>() { return wireLayoutOf<QelOS>; }
+//     const QelWireLayout& QelOS::wire = wireLayoutOf<QelOS>;
 //
-// A record without a namespace and a type of its own leaves out nsId and typeId, one without fields leaves out fields.
+// `R` is the record.  A record without a stamp omits nsId and typeId; one without fields omits `fields`.
 
 namespace Qel {
 
@@ -41,7 +41,7 @@ template <class Member, auto predicate> bool testMember(const void* member) {
     return predicate(*static_cast<const Member*>(member));
 }
 
-template <class T, auto predicate> struct WireCheckedValue : QelWireValue<T> {
+template <class T, auto predicate> struct WireValidatedValue : QelWireValue<T> {
     static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField& field) {
         T taken{};
         if (QelWireValue<T>::read(cursor, taken, id, field) != 0 || !predicate(taken))
@@ -51,7 +51,7 @@ template <class T, auto predicate> struct WireCheckedValue : QelWireValue<T> {
     }
 };
 
-/// Whether a bool is true, or a wrapper of one that may be unset holds a true one.
+/// Whether a bool, or an optional wrapper of one, is set and true.
 template <class Flag> bool isRaised(const void* member) {
     const Flag& flag = *static_cast<const Flag*>(member);
     if constexpr (std::is_same_v<Flag, bool>)
@@ -62,77 +62,71 @@ template <class Flag> bool isRaised(const void* member) {
 
 template <class Flag>
 inline constexpr QelWireCodec presenceCodec{
-    QelWireKind::presence,
-    {},
-    !std::is_same_v<Flag, bool>,
-    nullptr,
-    nullptr,
-    nullptr,
-    [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
-        *static_cast<Flag*>(member) = cursor.seekPresence(id) == 0 || (field.keepsSet && isRaised<Flag>(member));
-        return 0;
-    },
-    [](QelMessageIterator& cursor, const void*, int id, const QelWireField&) { return cursor.putChild(id); },
-    &isRaised<Flag>};
+    .kind = QelWireKind::presence,
+    .isOptional = !std::is_same_v<Flag, bool>,
+    .read =
+        [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
+            *static_cast<Flag*>(member) = cursor.seekPresence(id) == 0 || (field.isKept && isRaised<Flag>(member));
+            return 0;
+        },
+    .write = [](QelMessageIterator& cursor, const void*, int id, const QelWireField&) { return cursor.putChild(id); },
+    .isSet = &isRaised<Flag>,
+};
 
 template <QelWireBit... bits> inline constexpr QelWireBit wireBits[] = {bits...};
 
-/// A mask in an element of its own, or with `id` 0 in the current one.
+/// A mask in an element of its own, or in the current element if `id` is 0.
 template <class Mask, QelWireBit... bits>
 inline constexpr QelWireCodec bitsCodec{
-    QelWireKind::bits,
-    {},
-    false,
-    nullptr,
-    nullptr,
-    nullptr,
-    [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
-        Mask& mask = *static_cast<Mask*>(member);
-        unsigned found = field.keepsSet ? static_cast<unsigned>(mask) : 0;
-        if (id == 0 || cursor.seek(id) == 0) {
+    .kind = QelWireKind::bits,
+    .read =
+        [](const QelMessageIterator& cursor, void* member, int id, const QelWireField& field) {
+            Mask& mask = *static_cast<Mask*>(member);
+            unsigned found = field.isKept ? static_cast<unsigned>(mask) : 0;
+            if (id == 0 || cursor.seek(id) == 0) {
+                for (const QelWireBit& each : wireBits<bits...>)
+                    found |= cursor.seekPresence(each.id) == 0 ? each.bit : 0;
+                if (id != 0)
+                    cursor.seekUp();
+            }
+            mask = static_cast<Mask>(found);
+            return 0;
+        },
+    .write =
+        [](QelMessageIterator& cursor, const void* member, int id, const QelWireField&) {
+            const auto mask = static_cast<unsigned>(*static_cast<const Mask*>(member));
+            if (id != 0)
+                cursor.newChild(id);
             for (const QelWireBit& each : wireBits<bits...>)
-                found |= cursor.seekPresence(each.id) == 0 ? each.bit : 0;
+                if ((mask & each.bit) != 0)
+                    cursor.putChild(each.id);
             if (id != 0)
                 cursor.seekUp();
-        }
-        mask = static_cast<Mask>(found);
-        return 0;
-    },
-    [](QelMessageIterator& cursor, const void* member, int id, const QelWireField&) {
-        const auto mask = static_cast<unsigned>(*static_cast<const Mask*>(member));
-        if (id != 0)
-            cursor.newChild(id);
-        for (const QelWireBit& each : wireBits<bits...>)
-            if ((mask & each.bit) != 0)
-                cursor.putChild(each.id);
-        if (id != 0)
-            cursor.seekUp();
-        return 0;
-    },
-    [](const void* member) { return *static_cast<const Mask*>(member) != 0; },
-    wireBits<bits...>};
+            return 0;
+        },
+    .isSet = [](const void* member) { return *static_cast<const Mask*>(member) != 0; },
+    .bits = wireBits<bits...>,
+};
 
-/// A base's functors are called directly: they neither stamp the element again nor clear the namespace.
+template <class Base> const QelWireLayout* layoutOfBase() {
+    if constexpr (WireRecordWithTable<Base>)
+        return &layoutOf<Base>();
+    else
+        return nullptr;
+}
+
+/// Calls a base's functors directly, so that they neither stamp the element again nor clear the namespace.
 template <class Base>
-inline constexpr QelWireCodec baseCodec{QelWireKind::base,
-                                        typeName<Base>(),
-                                        false,
-                                        nullptr,
-                                        nullptr,
-                                        []() -> const QelWireLayout* {
-                                            if constexpr (WireRecordWithTable<Base>)
-                                                return &qelWireLayout<Base>();
-                                            else
-                                                return nullptr;
-                                        },
-                                        [](const QelMessageIterator& cursor, void* base, int, const QelWireField&) {
-                                            return typename Base::reader_type()(cursor, *static_cast<Base*>(base));
-                                        },
-                                        [](QelMessageIterator& cursor, const void* base, int, const QelWireField&) {
-                                            return
-                                                typename Base::writer_type()(cursor, *static_cast<const Base*>(base));
-                                        },
-                                        [](const void*) { return true; }};
+inline constexpr QelWireCodec baseCodec{
+    .kind = QelWireKind::base,
+    .typeName = typeName<Base>(),
+    .layout = &layoutOfBase<Base>,
+    .read = [](const QelMessageIterator& cursor, void* base, int,
+               const QelWireField&) { return typename Base::reader_type()(cursor, *static_cast<Base*>(base)); },
+    .write = [](QelMessageIterator& cursor, const void* base, int,
+                const QelWireField&) { return typename Base::writer_type()(cursor, *static_cast<const Base*>(base)); },
+    .isSet = [](const void*) { return true; },
+};
 
 consteval bool haveDistinctIDs(std::span<const QelWireField> fields) {
     for (std::size_t i = 0; i < fields.size(); ++i)
@@ -152,32 +146,35 @@ inline constexpr auto inOrder = [] {
 
 /// The rows of a group as a table, which is read in writing order.
 template <class Record, const auto& rows, int nsID>
-inline constexpr QelWireLayout groupLayout{typeName<Record>(), nsID, 50, rows, inOrder<std::size(rows)>};
+inline constexpr QelWireLayout groupLayout{.typeName = typeName<Record>(),
+                                           .nsId = nsID,
+                                           .typeId = 50,
+                                           .fields = rows,
+                                           .readingOrder = inOrder<std::size(rows)>};
 
 template <class Record, const auto& rows, int nsID>
 inline constexpr QelWireCodec groupCodec{
-    QelWireKind::group,
-    {},
-    false,
-    nullptr,
-    nullptr,
-    [] { return &groupLayout<Record, rows, nsID>; },
-    [](const QelMessageIterator& cursor, void* record, int id, const QelWireField&) {
-        if (cursor.seek(id) != 0)
-            return -1;
-        const int result = readByLayout(groupLayout<Record, rows, nsID>, record, cursor);
-        cursor.seekUp();
-        return result;
-    },
-    [](QelMessageIterator& cursor, const void* record, int id, const QelWireField&) {
-        cursor.newChild(id);
-        if (nsID != 0)
-            cursor.setNamespace(nsID);
-        const int result = writeByLayout(groupLayout<Record, rows, nsID>, record, cursor);
-        cursor.seekUp();
-        return result;
-    },
-    [](const void*) { return true; }};
+    .kind = QelWireKind::group,
+    .layout = [] { return &groupLayout<Record, rows, nsID>; },
+    .read =
+        [](const QelMessageIterator& cursor, void* record, int id, const QelWireField&) {
+            if (cursor.seek(id) != 0)
+                return -1;
+            const int result = readByLayout(groupLayout<Record, rows, nsID>, record, cursor);
+            cursor.seekUp();
+            return result;
+        },
+    .write =
+        [](QelMessageIterator& cursor, const void* record, int id, const QelWireField&) {
+            cursor.newChild(id);
+            if (nsID != 0)
+                cursor.setNamespace(nsID);
+            const int result = writeByLayout(groupLayout<Record, rows, nsID>, record, cursor);
+            cursor.seekUp();
+            return result;
+        },
+    .isSet = [](const void*) { return true; },
+};
 
 template <class Value> constexpr const QelWireCodec* contentOf() {
     if constexpr (std::is_void_v<Value>)
@@ -187,24 +184,22 @@ template <class Value> constexpr const QelWireCodec* contentOf() {
 }
 
 template <class Record, auto readStep, auto writeStep, class Value>
-inline constexpr QelWireCodec stepCodec{QelWireKind::step,
-                                        {},
-                                        false,
-                                        nullptr,
-                                        contentOf<Value>(),
-                                        nullptr,
-                                        [](const QelMessageIterator& cursor, void* record, int, const QelWireField&) {
-                                            return readStep(cursor, *static_cast<Record*>(record));
-                                        },
-                                        [](QelMessageIterator& cursor, const void* record, int, const QelWireField&) {
-                                            return writeStep(cursor, *static_cast<const Record*>(record));
-                                        },
-                                        [](const void*) { return true; }};
+inline constexpr QelWireCodec stepCodec{
+    .kind = QelWireKind::step,
+    .item = contentOf<Value>(),
+    .read = [](const QelMessageIterator& cursor, void* record, int,
+               const QelWireField&) { return readStep(cursor, *static_cast<Record*>(record)); },
+    .write = [](QelMessageIterator& cursor, const void* record, int,
+                const QelWireField&) { return writeStep(cursor, *static_cast<const Record*>(record)); },
+    .isSet = [](const void*) { return true; },
+};
 
 } // namespace Internal
 
-/// The words that a table is written in.
+/// The vocabulary of a table.
 template <class Record> struct WireWords {
+    using R = Record;
+
     static constexpr QelWireRead required = QelWireRead::required;
     static constexpr QelWireRead optional = QelWireRead::optional;
     static constexpr QelWireRead ignored = QelWireRead::ignored;
@@ -214,32 +209,36 @@ template <class Record> struct WireWords {
     static constexpr QelWireForm base64 = QelWireForm::base64;
     static constexpr QelWireForm time = QelWireForm::time;
 
-    /// What the table is called where tables are shown.
+    // Defaults, which a table may replace.
+
+    /// The name under which tools show the table.
     static constexpr std::string_view typeName = Internal::typeName<Record>();
     static constexpr int nsId = 0, typeId = 50;
     static constexpr std::span<const QelWireField> fields{};
     static constexpr std::span<const int> readOrder{};
+    /// Ignores a failure to write any of the fields.
+    static constexpr bool bestEffort = false;
 
     /// A value or record in element `id`.
     template <auto member>
     static constexpr QelWireField field(int id, QelWireRead read, QelWireWrite write, QelWireForm form = plain) {
         return row<member>(id, 0, read, write, form, &qelWireCodec<Member<member>>);
     }
-    /// The same, written only if `predicate` holds for the member.
+    /// A value or record in element `id`, written only if `predicate(value)` is true.
     template <auto member, auto predicate>
     static constexpr QelWireField fieldIf(int id, QelWireRead read, QelWireForm form = plain) {
         QelWireField made = field<member>(id, read, ifSet, form);
-        made.test = &Internal::testMember<Member<member>, predicate>;
+        made.writtenIf = &Internal::testMember<Member<member>, predicate>;
         return made;
     }
-    /// The same for a value of which not all are taken: one for which `predicate` doesn't hold is as unreadable as one
-    /// of another form.
+    /// A value in element `id`; one for which `predicate(value)` is false is malformed.
     template <auto member, auto predicate>
-    static constexpr QelWireField checked(int id, QelWireRead read, QelWireWrite write, QelWireForm form = plain) {
-        using Value = Internal::WireCheckedValue<Member<member>, predicate>;
+    static constexpr QelWireField validated(int id, QelWireRead read, QelWireWrite write, QelWireForm form = plain) {
+        using Value = Internal::WireValidatedValue<Member<member>, predicate>;
         return row<member>(id, 0, read, write, form, &qelWireCodec<Member<member>, Value>);
     }
-    /// A value or record in element `id`, whose `bit` in the record's member `mask` tells whether it is set.
+    /// A value or record in element `id`.  `bit` of the record's member `mask` indicates whether it is set; reading the
+    /// element sets the bit.
     template <auto member, auto mask>
     static constexpr QelWireField marked(int id, unsigned bit, QelWireRead read, QelWireWrite write,
                                          QelWireForm form = plain) {
@@ -249,14 +248,14 @@ template <class Record> struct WireWords {
         made.mask = [](void* record) { return &(static_cast<Record*>(record)->*mask); };
         return made;
     }
-    /// A bool that the presence of the empty element `id` tells.  One that may be unset is specified by every read.
+    /// A bool that is true if the empty element `id` is present.  Every read specifies an optional one.
     template <auto member> static constexpr QelWireField flag(int id) {
         static_assert(std::is_same_v<typename Internal::WireContent<Member<member>>::type, bool>,
                       "flag<> is for bool members: the presence of the element is the value");
         return row<member>(id, 0, optional, ifSet, plain, &Internal::presenceCodec<Member<member>>);
     }
-    /// A bit mask of 32 bits: each bit is told by the presence of an empty element, directly in the record's element.
-    /// Neither reading nor writing fails.
+    /// A mask of 32 bits: one empty element for each bit that is set, directly in the record's element.  Neither
+    /// reading nor writing fails.
     template <auto member, QelWireBit... known> static constexpr QelWireField bits() {
         static_assert(std::is_integral_v<Member<member>> && sizeof(Member<member>) == sizeof(unsigned) &&
                           sizeof...(known) > 0,
@@ -264,14 +263,10 @@ template <class Record> struct WireWords {
         return row<member>(0, Internal::wireBits<known...>[0].id, optional, ifSet, plain,
                            &Internal::bitsCodec<Member<member>, known...>);
     }
-    /// The same in an element `wrapper` of its own.
+    /// The elements of bits<>, nested in an element `wrapper`.
     template <auto member, QelWireBit... known>
     static constexpr QelWireField wrappedBits(int wrapper, QelWireWrite write) {
-        QelWireField made = bits<member, known...>();
-        made.id = wrapper;
-        made.item = 0;
-        made.write = write;
-        return made;
+        return wrap(bits<member, known...>(), wrapper, 0, write);
     }
     /// A run of elements `item` directly in the record's element.
     template <auto member> static constexpr QelWireField list(int item, QelWireRead read, QelWireForm form = plain) {
@@ -280,17 +275,14 @@ template <class Record> struct WireWords {
                       "list<> is for sequences and sets");
         return row<member>(0, item, read, ifSet, form, &qelWireCodec<Member<member>>);
     }
-    /// A run of elements `item` in an element `wrapper` of its own.
+    /// A run of elements `item`, nested in an element `wrapper`.
     template <auto member>
     static constexpr QelWireField wrapped(int wrapper, int item, QelWireRead read, QelWireWrite write,
                                           QelWireForm form = plain) {
-        QelWireField made = list<member>(item, read, form);
-        made.id = wrapper;
-        made.write = write;
-        return made;
+        return wrap(list<member>(item, read, form), wrapper, item, write);
     }
-    /// A run of entries `item` directly in the record's element, each with its key in element `key` and its value in
-    /// element `value`, or with `value` 0 in the entry itself.
+    /// A run of entries `item` directly in the record's element.  Each entry contains its key in element `key` and its
+    /// value in element `value`; if `value` is 0, the entry itself holds the value.
     template <auto member>
     static constexpr QelWireField map(int item, int key, int value, QelWireRead read, QelWireForm form = plain) {
         static_assert(qelWireCodec<Member<member>>.kind == QelWireKind::map, "map<> is for maps");
@@ -299,77 +291,71 @@ template <class Record> struct WireWords {
         made.value = value;
         return made;
     }
-    /// The same in an element `wrapper` of its own.
+    /// The entries of map<>, nested in an element `wrapper`.
     template <auto member>
     static constexpr QelWireField wrappedMap(int wrapper, int item, int key, int value, QelWireRead read,
                                              QelWireWrite write, QelWireForm form = plain) {
-        QelWireField made = map<member>(item, key, value, read, form);
-        made.id = wrapper;
-        made.write = write;
-        return made;
+        return wrap(map<member>(item, key, value, read, form), wrapper, item, write);
     }
-    /// A pointer to a record of one of the classes registered for its base.  With `useDefault` an element of another
-    /// type is read as the base's default class.
+    /// A pointer to a record of a class registered for its base.  The element's complex type selects the class; if
+    /// `useDefault` is set, an element of another type is read as the default class.
     template <auto member, bool useDefault>
     static constexpr QelWireField derived(int id, QelWireRead read, QelWireWrite write) {
         using Pointer = Member<member>;
         using Value = Internal::WireDerivedValue<typename Pointer::element_type, useDefault>;
         return row<member>(id, 0, read, write, plain, &qelWireCodec<Pointer, Value>);
     }
-    /// A run of such records in elements `item`, directly in the record's element.
+    /// A run of the records of derived<> in elements `item`, directly in the record's element.
     template <auto member, bool useDefault> static constexpr QelWireField derivedList(int item, QelWireRead read) {
         using List = Member<member>;
         using ItemValue = Internal::WireDerivedValue<typename List::value_type::element_type, useDefault>;
         return row<member>(0, item, read, ifSet, plain,
                            &qelWireCodec<List, Internal::WireSequenceValue<List, ItemValue>>);
     }
-    /// The same in an element `wrapper` of its own.
+    /// The run of derivedList<>, nested in an element `wrapper`.
     template <auto member, bool useDefault>
     static constexpr QelWireField wrappedDerivedList(int wrapper, int item, QelWireRead read, QelWireWrite write) {
-        QelWireField made = derivedList<member, useDefault>(item, read);
-        made.id = wrapper;
-        made.write = write;
-        return made;
+        return wrap(derivedList<member, useDefault>(item, read), wrapper, item, write);
     }
     /// The fields of a base class, at the same element.
     template <class Base> static constexpr QelWireField base(QelWireRead read = required) {
         static_assert(std::is_base_of_v<Base, Record>, "base<> takes a base class of the record");
-        return {Internal::typeName<Base>(),
-                0,
-                0,
-                0,
-                0,
-                read,
-                always,
-                plain,
-                &Internal::baseCodec<Base>,
-                [](void* record) -> void* { return static_cast<Base*>(static_cast<Record*>(record)); },
-                nullptr};
+        return {.name = Internal::typeName<Base>(),
+                .read = read,
+                .codec = &Internal::baseCodec<Base>,
+                .member = [](void* record) -> void* { return static_cast<Base*>(static_cast<Record*>(record)); }};
     }
-    /// Further rows of the record in an element of their own, which is always written.  `rows` is another array of the
-    /// table, `nsID` the namespace of that element; 0 leaves it that of its surroundings.
+    /// Further rows of the record, nested in an element that is always written.  `rows` is another array of the table;
+    /// `nsID` is the namespace of the element, 0 for that of its parent.
     template <const auto& rows, int nsID = 0>
     static constexpr QelWireField grouped(std::string_view name, int id, QelWireRead read) {
         static_assert(Internal::haveDistinctIDs(rows), "two rows of this group share one element ID");
-        QelWireField made = whole(name, id, read, always);
-        made.codec = &Internal::groupCodec<Record, rows, nsID>;
-        return made;
+        return whole(name, id, read, always, &Internal::groupCodec<Record, rows, nsID>);
     }
-    /// A part that two functions read and write by hand: `int (const QelMessageIterator&, Record&)` and
+    /// A part that two functions read and write: `int (const QelMessageIterator&, Record&)` and
     /// `int (QelMessageIterator&, const Record&)`, both at the record's element.  `id` is the element that they use.
-    /// `Value` tells those who only describe what stands there: the type of such a field, a container for a run of
-    /// elements `id`; void is for what no type tells.
+    /// `Value` describes its content for tools: the type of such a field, or a container for a run of elements `id`;
+    /// void if no type describes it.
     template <auto readStep, auto writeStep, class Value = void>
     static constexpr QelWireField step(std::string_view name, int id, QelWireRead read, QelWireWrite write = always) {
-        QelWireField made = whole(name, id, read, write);
-        made.codec = &Internal::stepCodec<Record, readStep, writeStep, Value>;
-        return made;
+        return whole(name, id, read, write, &Internal::stepCodec<Record, readStep, writeStep, Value>);
     }
 
 private:
     /// A row whose codec works on the whole record.
-    static constexpr QelWireField whole(std::string_view name, int id, QelWireRead read, QelWireWrite write) {
-        return {name, id, 0, 0, 0, read, write, plain, nullptr, [](void* record) { return record; }, nullptr};
+    static constexpr QelWireField whole(std::string_view name, int id, QelWireRead read, QelWireWrite write,
+                                        const QelWireCodec* codec) {
+        return {.name = name, .id = id, .read = read, .write = write, .codec = codec, .member = [](void* record) {
+                    return record;
+                }};
+    }
+
+    /// A row whose elements are nested in an element of their own.
+    static constexpr QelWireField wrap(QelWireField row, int wrapper, int item, QelWireWrite write) {
+        row.id = wrapper;
+        row.item = item;
+        row.write = write;
+        return row;
     }
 
     template <auto member> using Member = std::remove_cvref_t<decltype(std::declval<Record&>().*member)>;
@@ -377,17 +363,14 @@ private:
     template <auto member>
     static constexpr QelWireField row(int id, int item, QelWireRead read, QelWireWrite write, QelWireForm form,
                                       const QelWireCodec* codec) {
-        return {Internal::memberName<member>(),
-                id,
-                item,
-                0,
-                0,
-                read,
-                write,
-                form,
-                codec,
-                [](void* record) -> void* { return &(static_cast<Record*>(record)->*member); },
-                nullptr};
+        return {.name = Internal::memberName<member>(),
+                .id = id,
+                .item = item,
+                .read = read,
+                .write = write,
+                .form = form,
+                .codec = codec,
+                .member = [](void* record) -> void* { return &(static_cast<Record*>(record)->*member); }};
     }
 };
 
@@ -434,7 +417,11 @@ template <class Record> inline constexpr auto readingOrderOf = readingOrder<Reco
 
 /// The table of a record as data.
 template <class Record>
-inline constexpr QelWireLayout wireLayoutOf{Wire<Record>::typeName, Wire<Record>::nsId, Wire<Record>::typeId,
-                                            Wire<Record>::fields, Internal::readingOrderOf<Record>};
+inline constexpr QelWireLayout wireLayoutOf{.typeName = Wire<Record>::typeName,
+                                            .nsId = Wire<Record>::nsId,
+                                            .typeId = Wire<Record>::typeId,
+                                            .fields = Wire<Record>::fields,
+                                            .readingOrder = Internal::readingOrderOf<Record>,
+                                            .isBestEffort = Wire<Record>::bestEffort};
 
 } // namespace Qel

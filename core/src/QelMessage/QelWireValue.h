@@ -12,7 +12,7 @@
 #include "QelMessage/QelRecord.h"
 #include "QelMessage/QelWireLayout.h"
 
-// How each type of member crosses the wire.  A new type is taught here once, by a specialisation of QelWireValue:
+// How each type of member is read and written.  A specialisation of QelWireValue adds a type:
 //
 //     template <> struct QelWireValue<T> {
 //         static constexpr QelWireKind kind = QelWireKind::text;
@@ -21,9 +21,9 @@
 //         static bool isSet(const T& value);
 //     };
 //
-// A wrapper that may be unset derives it from that of the type within, and names that type as `Specified`.
+// The specialisation of an optional wrapper derives from that of the wrapped type, and names that type `Specified`.
 //
-// `id` 0 is the current element.  A read that fails, be it for want of the element, leaves the value as it was.
+// `id` 0 is the current element.  A failed read leaves the value unchanged, also if the element is missing.
 
 namespace Qel {
 
@@ -46,7 +46,7 @@ concept WireRecordWithTable = WireRecord<T> && std::same_as<typename T::reader_t
 template <class T>
 concept WireNumber = std::is_enum_v<T> ||(std::is_integral_v<T> && !std::is_same_v<T, bool>);
 
-// A container with functors of its own is a record.
+// A container that has functors is a record.
 template <class T>
 concept WireSequence = !std::same_as<T, std::string> && !WireRecord<T> && requires(T container) {
     container.emplace_back();
@@ -58,7 +58,7 @@ concept WireSet = !WireRecord<T> && requires(T container, typename T::key_type k
     requires std::same_as<typename T::key_type, typename T::value_type>;
 };
 
-/// The class name in the compiler's spelling of a type, without its namespaces.
+/// The name of a class, without its namespaces.
 template <class T> consteval std::string_view typeName() {
     std::string_view name = __PRETTY_FUNCTION__;
     name = name.substr(name.find("T = ") + 4);
@@ -69,7 +69,7 @@ template <class T> consteval std::string_view typeName() {
     return name;
 }
 
-/// What a pointer to a record points to, as its QelWireValue names it; any other type itself.
+/// The record that a pointer refers to, which its QelWireValue names; any other type is itself.
 template <class T, class Value> struct WireRecordType { using type = T; };
 template <class T, class Value>
 requires requires {
@@ -80,10 +80,10 @@ struct WireRecordType<T, Value> {
 };
 
 template <class T> constexpr const QelWireLayout* layoutOfRecord() {
-    return &qelWireLayout<T>();
+    return &layoutOf<T>();
 }
 
-/// The type within a wrapper that may be unset; any other type itself.
+/// The type inside an optional wrapper; any other type is itself.
 template <class T> struct WireContent { using type = T; };
 template <class T>
 requires requires {
@@ -111,9 +111,9 @@ template <> struct QelWireValue<std::string> {
     static bool isSet(const std::string& value) { return !value.empty(); }
 };
 
-/// Numbers and enumerations.  One that doesn't fit the member is as unreadable as one that is no number.
+/// Numbers and enumerations.  A number out of the member's range is malformed.
 template <Internal::WireNumber T> struct QelWireValue<T> {
-    // A long is as long as the machine says, but what it holds, a time or a size, wants 64 bits where there are any.
+    // A long holds a time or a size: 64 bits on the wire, although it has 32 on i386.
     static constexpr QelWireKind kind = sizeof(T) > sizeof(int) || std::is_same_v<T, long> ? QelWireKind::longInteger
                                                                                            : QelWireKind::integer;
     static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField& field) {
@@ -183,7 +183,7 @@ template <Internal::WireRecord T> struct QelWireValue<T> {
 
 namespace Internal {
 
-/// Walks the items of a container in their places: in the element `id`, or with 0 in the current one.
+/// Reads the items of a container, which are nested in element `id`, or in the current element if `id` is 0.
 template <class ReadItem>
 int readWireItems(const QelMessageIterator& cursor, int id, const QelWireField& field, const ReadItem& readItem) {
     if (id != 0 && cursor.seek(id) != 0)
@@ -194,7 +194,7 @@ int readWireItems(const QelMessageIterator& cursor, int id, const QelWireField& 
             result = readItem();
         while (result == 0 && cursor.nextSibling(field.item) == 0);
         cursor.seekUp();
-    } else if (field.needsItems || (id == 0 && field.read == QelWireRead::required)) {
+    } else if (field.isNonEmpty || (id == 0 && field.read == QelWireRead::required)) {
         result = -1;
     }
     if (id != 0)
@@ -220,13 +220,13 @@ int writeWireItems(QelMessageIterator& cursor, const Container& items, int id, c
     return result == 0 ? 0 : -1;
 }
 
-/// A run of items in order.  `V` tells how an item crosses the wire.
+/// A run of items in order.  `V` reads and writes one item.
 template <class C, class V> struct WireSequenceValue {
     using ItemValue = V;
     using Item = typename C::value_type;
     static constexpr QelWireKind kind = QelWireKind::sequence;
     static int read(const QelMessageIterator& cursor, C& items, int id, const QelWireField& field) {
-        if (field.clearsFirst)
+        if (field.isCleared)
             items.clear();
         return readWireItems(cursor, id, field, [&] {
             items.emplace_back();
@@ -243,7 +243,7 @@ template <class C, class V> struct WireSequenceValue {
     static bool isSet(const C& items) { return !items.empty(); }
 };
 
-/// A pointer to a record whose class the element's complex type tells.
+/// A pointer to a record whose class is selected by the element's complex type.
 template <class Base, bool useDefault> struct WireDerivedValue {
     using RecordType = Base;
     static constexpr QelWireKind kind = QelWireKind::derived;
@@ -292,8 +292,8 @@ template <Internal::WireSet C> struct QelWireValue<C> {
     static bool isSet(const C& items) { return !items.empty(); }
 };
 
-/// A run of entries, each with its key in element `field.key` and its value in `field.value`, or with 0 there in the
-/// entry's own element.  Of entries with one key the first stays.
+/// A run of entries.  Each contains its key in element `field.key` and its value in element `field.value`; if that is
+/// 0, the entry itself holds the value.  The first of several entries with one key is kept.
 template <class K, class M, class Compare> struct QelWireValue<std::map<K, M, Compare>> {
     using Key = K;
     using KeyValue = QelWireValue<K>;
@@ -322,7 +322,7 @@ template <class K, class M, class Compare> struct QelWireValue<std::map<K, M, Co
     static bool isSet(const Map& map) { return !map.empty(); }
 
 private:
-    // A value in the entry's own element doesn't stamp it: the element is the pair's.
+    // A value that the entry itself holds does not stamp it: the element belongs to the pair.
     static int writeValue(QelMessageIterator& cursor, const M& value, const QelWireField& field) {
         if constexpr (Internal::WireRecord<M>)
             if (field.value == 0)
@@ -331,7 +331,7 @@ private:
     }
 };
 
-/// A pointer to a record of just this class.  Null isn't written; reading makes a new record.
+/// A pointer to a record of exactly this class.  Null is not written; reading allocates a new record.
 template <Internal::WireRecord T> struct QelWireValue<boost::shared_ptr<T>> {
     using RecordType = T;
     static constexpr QelWireKind kind = QelWireKind::record;

@@ -36,7 +36,7 @@ protected:
 private:
     template <class Record> void expectTracedOne() {
         const auto isCallOf = [](const char* functor) {
-            const std::string name = "Qel::" + std::string(qelWireLayout<Record>().typeName);
+            const std::string name = "Qel::" + std::string(Record::wire.typeName);
             return AllOf(StartsWith("4 Calling [int Qel::"), HasSubstr(functor), HasSubstr(name));
         };
         Record record;

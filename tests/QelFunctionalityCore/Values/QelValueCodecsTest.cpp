@@ -13,18 +13,15 @@ namespace Qel {
 
 namespace {
 
-struct Inner {
+struct Inner : QelRecord<Inner> {
     int number = 0;
 
     friend bool operator==(const Inner&, const Inner&) = default;
 
-    using Reader = QelRecordReader<Inner>;
-    using Writer = QelRecordWriter<Inner>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
-struct Values {
+struct Values : QelRecord<Values> {
     limited_length_string<16> type;
     QelIPv6 address;
     QelOptionalProperty<std::string> title;
@@ -33,41 +30,34 @@ struct Values {
     QelOptionalProperty<std::vector<QelIPv6>> servers;
     QelEIDList members;
 
-    using Reader = QelRecordReader<Values>;
-    using Writer = QelRecordWriter<Values>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace
 
 template <> struct Wire<Inner> : WireWords<Inner> {
-    static constexpr QelWireField fields[] = {field<&Inner::number>(1259, required, always)};
+    static constexpr QelWireField fields[] = {field<&R::number>(1259, required, always)};
 };
-template <> const QelWireLayout& qelWireLayout<Inner>() {
-    return wireLayoutOf<Inner>;
-}
+const QelWireLayout& Inner::wire = wireLayoutOf<Inner>;
 
 template <> struct Wire<Values> : WireWords<Values> {
     static constexpr QelWireField fields[] = {
-        field<&Values::type>(1007, optional, ifSet),         field<&Values::address>(1262, optional, ifSet),
-        field<&Values::title>(1026, ignored, ifSet, base64), field<&Values::disabled>(1705, optional, ifSet),
-        field<&Values::inner>(1185, optional, ifSet),        wrapped<&Values::servers>(1708, 1281, optional, ifSet),
-        field<&Values::members>(1899, optional, always),
+        field<&R::type>(1007, optional, ifSet),         field<&R::address>(1262, optional, ifSet),
+        field<&R::title>(1026, ignored, ifSet, base64), field<&R::disabled>(1705, optional, ifSet),
+        field<&R::inner>(1185, optional, ifSet),        wrapped<&R::servers>(1708, 1281, optional, ifSet),
+        field<&R::members>(1899, optional, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<Values>() {
-    return wireLayoutOf<Values>;
-}
+const QelWireLayout& Values::wire = wireLayoutOf<Values>;
 
 namespace {
 
 const QelWireField& row(int id) {
-    for (const QelWireField& field : qelWireLayout<Values>().fields)
+    for (const QelWireField& field : Values::wire.fields)
         if (field.ownID() == id)
             return field;
     ADD_FAILURE() << "no row " << id;
-    return qelWireLayout<Values>().fields.front();
+    return Values::wire.fields.front();
 }
 
 TEST(QelValueCodecsTest, OmitsUnsetFields) {
@@ -148,7 +138,7 @@ TEST(QelValueCodecsTest, RowDescribesContentOfOptional) {
     EXPECT_TRUE(row(1185).codec->isOptional);
     EXPECT_EQ(row(1185).codec->kind, QelWireKind::record);
     EXPECT_THAT(std::string(row(1185).codec->typeName), testing::EndsWith("Inner"));
-    EXPECT_EQ(row(1185).codec->layout(), &qelWireLayout<Inner>());
+    EXPECT_EQ(row(1185).codec->layout(), &Inner::wire);
     EXPECT_EQ(row(1708).codec->kind, QelWireKind::sequence);
     EXPECT_EQ(row(1708).codec->item, &qelWireCodec<QelIPv6>);
     EXPECT_FALSE(row(1262).codec->isOptional);

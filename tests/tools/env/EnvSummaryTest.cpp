@@ -61,7 +61,7 @@ TEST(EnvTreeTest, LongChainOfParentsIsDrawn) {
 
 TEST(EnvSummaryTest, UnspecifiedTypeIsNullInJson) {
     std::ostringstream out;
-    printAsJson(out, {summary(1, 2)});
+    Qel::Tool::printJson(out, toJson({summary(1, 2)}));
     EXPECT_THAT(out.str(), testing::HasSubstr("\"type\": null"));
 }
 

@@ -168,8 +168,9 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
         return console.fail(ExitCode::failed, invocation.arguments[0] + ": cannot take a snapshot");
     if (hasParent)
         envs = isTree ? descendantsOf(parent, envs) : childrenOf(parent, envs);
-    const auto print = invocation.has("json") ? printAsJson : isTree ? printAsTree : printAsTable;
-    print(console.out, envs);
+    Output(invocation, console)
+        .print([&] { return toJson(envs); },
+               [&](std::ostream& out) { (isTree ? printAsTree : printAsTable)(out, envs); });
     return ExitCode::success;
 }
 

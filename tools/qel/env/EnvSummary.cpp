@@ -31,7 +31,7 @@ std::string highestAlert(const EnvSummary& env) {
     return std::to_string(level) + ' ' + nameOfAlert(level);
 }
 
-Json toJson(const EnvSummary& env) {
+Json summaryAsJson(const EnvSummary& env) {
     return {{"eid", env.eid.toString()},
             {"parent", env.parent.toString()},
             {"type", env.type ? Json(*env.type) : Json()},
@@ -176,11 +176,11 @@ void printAsTree(std::ostream& out, const std::vector<EnvSummary>& all) {
     table.print(out);
 }
 
-void printAsJson(std::ostream& out, const std::vector<EnvSummary>& all) {
+Json toJson(const std::vector<EnvSummary>& all) {
     Json array = Json::array();
     for (const EnvSummary& env : all)
-        array.push_back(toJson(env));
-    printJson(out, array);
+        array.push_back(summaryAsJson(env));
+    return array;
 }
 
 } // namespace Qel::Tool

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "QelFunctionalityCore/Environment/QelEnv.h"
+#include "qel/cli/Json.h"
 
 namespace Qel::Tool {
 
@@ -31,6 +32,7 @@ void printAsTable(std::ostream& out, const std::vector<EnvSummary>& all);
 /// parent is not in `all`, and one environment of each cycle of parents.
 void printAsTree(std::ostream& out, const std::vector<EnvSummary>& all);
 
-void printAsJson(std::ostream& out, const std::vector<EnvSummary>& all);
+/// An array with one object per environment.
+[[nodiscard]] Json toJson(const std::vector<EnvSummary>& all);
 
 } // namespace Qel::Tool

@@ -280,7 +280,7 @@ private:
 
     void appendRun(Node parent, const QelWireField& field) {
         Node holder = field.id == 0 ? parent : appendElement(occurring(parent, field), field.id, *field.codec);
-        const bool isNeeded = field.needsItems || (field.id == 0 && field.read == QelWireRead::required);
+        const bool isNeeded = field.isNonEmpty || (field.id == 0 && field.read == QelWireRead::required);
         Node item = appendElement(running(holder, isNeeded), field.item, *field.codec);
         if (field.codec->kind == QelWireKind::map)
             appendEntry(item, field);

@@ -33,30 +33,24 @@ void QelBackup::swap(QelBackup& other) noexcept {
 
 template <> struct Wire<QelBackup> : WireWords<QelBackup> {
     static constexpr QelWireField fields[] = {
-        field<&QelBackup::eid>(1866, required, always),
-        field<&QelBackup::description>(1496, ignored, ifSet, base64),
-        field<&QelBackup::count>(1259, ignored, always),
-        wrappedBits<&QelBackup::flags, QelWireBit{1, 2131}>(1786, ifSet),
+        field<&R::eid>(1866, required, always),
+        field<&R::description>(1496, ignored, ifSet, base64),
+        field<&R::count>(1259, ignored, always),
+        wrappedBits<&R::flags, QelWireBit{1, 2131}>(1786, ifSet),
         base<QelDSObjectInfo>(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelBackup>() {
-    return wireLayoutOf<QelBackup>;
-}
+const QelWireLayout& QelBackup::wire = wireLayoutOf<QelBackup>;
 
 template <> struct Wire<QelNewBackupData> : WireWords<QelNewBackupData> {
     static constexpr QelWireField fields[] = {step<&readBackup, &writeBackup>("backup", backupElement, required)};
 };
-template <> const QelWireLayout& qelWireLayout<QelNewBackupData>() {
-    return wireLayoutOf<QelNewBackupData>;
-}
+const QelWireLayout& QelNewBackupData::wire = wireLayoutOf<QelNewBackupData>;
 
 template <> struct Wire<QelDestroyedBackupsData> : WireWords<QelDestroyedBackupsData> {
-    static constexpr QelWireField fields[] = {list<&QelDestroyedBackupsData::ids>(1010, required)};
+    static constexpr QelWireField fields[] = {list<&R::ids>(1010, required)};
 };
-template <> const QelWireLayout& qelWireLayout<QelDestroyedBackupsData>() {
-    return wireLayoutOf<QelDestroyedBackupsData>;
-}
+const QelWireLayout& QelDestroyedBackupsData::wire = wireLayoutOf<QelDestroyedBackupsData>;
 
 template class QelDerivedParserFactory<QelNewBackupData>;
 template class QelDerivedParserFactory<QelDestroyedBackupsData>;

@@ -11,7 +11,7 @@
 namespace Qel {
 
 /// A backup, as recorded by the storage that holds it.
-struct QelBackup : QelDSObjectInfo {
+struct QelBackup : QelRecord<QelBackup, QelDSObjectInfo> {
     using traced_in_log = void;
 
     QelEID eid; ///< environment that was backed up; QelDSObjectInfo::eid is that of the storage
@@ -22,24 +22,18 @@ struct QelBackup : QelDSObjectInfo {
 
     void swap(QelBackup& other) noexcept;
 
-    using Reader = QelRecordReader<QelBackup>;
-    using Writer = QelRecordWriter<QelBackup>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Event: a backup was created.
-struct QelNewBackupData : QelBackup {
+struct QelNewBackupData : QelRecord<QelNewBackupData, QelBackup> {
     static constexpr std::string_view subscriptionName = "new_backup_subscription";
 
-    using Reader = QelRecordReader<QelNewBackupData>;
-    using Writer = QelRecordWriter<QelNewBackupData>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Event: backups were removed.
-struct QelDestroyedBackupsData {
+struct QelDestroyedBackupsData : QelRecord<QelDestroyedBackupsData> {
     using traced_in_log = void;
 
     static constexpr std::string_view subscriptionName = "destroyed_backups_subscription";
@@ -48,10 +42,7 @@ struct QelDestroyedBackupsData {
 
     std::vector<std::string> ids; ///< an empty list can be written but not read back
 
-    using Reader = QelRecordReader<QelDestroyedBackupsData>;
-    using Writer = QelRecordWriter<QelDestroyedBackupsData>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelNewBackupData>;

@@ -6,21 +6,17 @@
 namespace Qel {
 
 template <> struct Wire<QelBackupData> : WireWords<QelBackupData> { static constexpr int nsId = 282, typeId = 284; };
-template <> const QelWireLayout& qelWireLayout<QelBackupData>() {
-    return wireLayoutOf<QelBackupData>;
-}
+const QelWireLayout& QelBackupData::wire = wireLayoutOf<QelBackupData>;
 
 template <> struct Wire<QelEnvBackupData> : WireWords<QelEnvBackupData> {
     static constexpr int nsId = 282, typeId = 285;
     static constexpr QelWireField fields[] = {
-        field<&QelEnvBackupData::env>(1624, ignored, ifSet).unchecked(),
-        wrapped<&QelEnvBackupData::paths>(1980, 1156, ignored, ifSet),
-        field<&QelEnvBackupData::excludes>(1981, ignored, always),
+        field<&R::env>(1624, ignored, ifSet).bestEffort(),
+        wrapped<&R::paths>(1980, 1156, ignored, ifSet),
+        field<&R::excludes>(1981, ignored, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelEnvBackupData>() {
-    return wireLayoutOf<QelEnvBackupData>;
-}
+const QelWireLayout& QelEnvBackupData::wire = wireLayoutOf<QelEnvBackupData>;
 
 template class QelDerivedParserFactory<QelBackupData>;
 

@@ -13,27 +13,21 @@
 namespace Qel {
 
 /// The content of a backup.  It has no fields: each kind of backup derives its own class.
-struct QelBackupData {
+struct QelBackupData : QelRecord<QelBackupData> {
     using traced_in_log = void;
 
     virtual ~QelBackupData() = default;
 
-    using Reader = QelRecordReader<QelBackupData>;
-    using Writer = QelRecordWriter<QelBackupData>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A backup of an environment.  Reading always returns 0.
-struct QelEnvBackupData : QelBackupData {
+struct QelEnvBackupData : QelRecord<QelEnvBackupData, QelBackupData> {
     boost::shared_ptr<QelEnv> env; ///< at the time of the backup; null is not sent
     std::vector<std::string> paths;
     QelExcludeList excludes;
 
-    using Reader = QelRecordReader<QelEnvBackupData>;
-    using Writer = QelRecordWriter<QelEnvBackupData>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelBackupData>;

@@ -51,14 +51,10 @@ void QelBackupOperationStuff::complement(const QelBackupOperationStuff& other) {
 }
 
 template <> struct Wire<QelBackupOperationStuff> : SettingsWire<QelBackupOperationStuff, QelWireRead::ignored> {};
-template <> const QelWireLayout& qelWireLayout<QelBackupOperationStuff>() {
-    return wireLayoutOf<QelBackupOperationStuff>;
-}
+const QelWireLayout& QelBackupOperationStuff::wire = wireLayoutOf<QelBackupOperationStuff>;
 
 template <> struct Wire<QelBackupMConfig> : SettingsWire<QelBackupMConfig, QelWireRead::required> {};
-template <> const QelWireLayout& qelWireLayout<QelBackupMConfig>() {
-    return wireLayoutOf<QelBackupMConfig>;
-}
+const QelWireLayout& QelBackupMConfig::wire = wireLayoutOf<QelBackupMConfig>;
 
 QelBackupMConfig::QelBackupMConfig() {
     connection = QelAgentConnectionInfo::localConnectionInfo();
@@ -69,7 +65,7 @@ QelBackupMConfig::QelBackupMConfig() {
     option1007 = 0;
 }
 
-QelBackupMConfig::QelBackupMConfig(const QelBackupOperationStuff& settings) : QelBackupOperationStuff(settings) {
+QelBackupMConfig::QelBackupMConfig(const QelBackupOperationStuff& settings) : QelRecord(settings) {
     complement(QelBackupMConfig());
 }
 
@@ -78,7 +74,7 @@ int QelBackupMConfig::Reader::operator()(const QelMessageIterator& cursor, QelBa
     traceBackupCall(__PRETTY_FUNCTION__);
     if (const int result = QelBackupOperationStuff::Reader()(cursor, static_cast<QelBackupOperationStuff&>(config)))
         return result;
-    return readByLayout(qelWireLayout<QelBackupMConfig>(), &config, cursor);
+    return readByLayout(QelBackupMConfig::wire, &config, cursor);
 }
 
 } // namespace Qel

@@ -9,7 +9,7 @@ namespace Qel {
 
 /// Settings of one backup operation.  The service chooses the values of unspecified settings.  Reading always returns
 /// 0.
-struct QelBackupOperationStuff {
+struct QelBackupOperationStuff : QelRecord<QelBackupOperationStuff> {
     using traced_in_log = void;
 
     QelOptionalProperty<QelConnectionInfo> connection; ///< agent that performs the operation
@@ -26,14 +26,11 @@ struct QelBackupOperationStuff {
     /// Copies each setting that is unspecified here from `other`.
     void complement(const QelBackupOperationStuff& other);
 
-    using Reader = QelRecordReader<QelBackupOperationStuff>;
-    using Writer = QelRecordWriter<QelBackupOperationStuff>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// The backup service's own settings.  All of them are specified.
-struct QelBackupMConfig : QelBackupOperationStuff {
+struct QelBackupMConfig : QelRecord<QelBackupMConfig, QelBackupOperationStuff> {
     /// Defaults: the local agent, chains without limits, option1983 set to 1, the other options 0.
     QelBackupMConfig();
     /// Copies `settings` and fills in the defaults for unspecified ones.
@@ -44,9 +41,9 @@ struct QelBackupMConfig : QelBackupOperationStuff {
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelBackupMConfig& config) const;
     };
-    using Writer = QelRecordWriter<QelBackupMConfig>;
     using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

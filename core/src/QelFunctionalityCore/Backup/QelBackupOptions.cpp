@@ -39,98 +39,82 @@ constexpr bool isBound(long time) {
 template <> struct Wire<QelBackupOptions> : WireWords<QelBackupOptions> {
     static constexpr int nsId = 282, typeId = 107;
     static constexpr QelWireField fields[] = {
-        field<&QelBackupOptions::operation>(0, ignored, always),
-        wrappedBits<&QelBackupOptions::kind, QelWireBit{1, 1627}, QelWireBit{2, 1628}>(1197, ifSet).kept(),
-        field<&QelBackupOptions::description>(1496, ignored, ifSet, base64),
+        field<&R::operation>(0, ignored, always),
+        wrappedBits<&R::kind, QelWireBit{1, 1627}, QelWireBit{2, 1628}>(1197, ifSet).kept(),
+        field<&R::description>(1496, ignored, ifSet, base64),
         step<&readOption1014, &writeOption1014>("option1014", option1014Element, ignored, ifSet),
-        wrapped<&QelBackupOptions::paths>(1980, 1156, ignored, always),
-        field<&QelBackupOptions::excludes>(1981, ignored, always),
-        field<&QelBackupOptions::storage>(1828, ignored, ifSet).unchecked(),
+        wrapped<&R::paths>(1980, 1156, ignored, always),
+        field<&R::excludes>(1981, ignored, always),
+        field<&R::storage>(1828, ignored, ifSet).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelBackupOptions>() {
-    return wireLayoutOf<QelBackupOptions>;
-}
+const QelWireLayout& QelBackupOptions::wire = wireLayoutOf<QelBackupOptions>;
 
 template <> struct Wire<QelRestoreOptions> : WireWords<QelRestoreOptions> {
     static constexpr int nsId = 282, typeId = 108;
     static constexpr QelWireField fields[] = {
-        flag<&QelRestoreOptions::option1152>(1152),
-        field<&QelRestoreOptions::storage>(1828, ignored, ifSet).unchecked(),
+        flag<&R::option1152>(1152),
+        field<&R::storage>(1828, ignored, ifSet).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelRestoreOptions>() {
-    return wireLayoutOf<QelRestoreOptions>;
-}
+const QelWireLayout& QelRestoreOptions::wire = wireLayoutOf<QelRestoreOptions>;
 
 template <> struct Wire<QelSelectiveRestoreOptions> : WireWords<QelSelectiveRestoreOptions> {
     static constexpr int nsId = 282, typeId = 109;
-    static constexpr QelWireField fields[] = {flag<&QelSelectiveRestoreOptions::option1832>(1832)};
+    static constexpr QelWireField fields[] = {flag<&R::option1832>(1832)};
 };
-template <> const QelWireLayout& qelWireLayout<QelSelectiveRestoreOptions>() {
-    return wireLayoutOf<QelSelectiveRestoreOptions>;
-}
+const QelWireLayout& QelSelectiveRestoreOptions::wire = wireLayoutOf<QelSelectiveRestoreOptions>;
 
 template <> struct Wire<QelBackupGetInfoOptions> : WireWords<QelBackupGetInfoOptions> {
     static constexpr int nsId = 282, typeId = 282;
 };
-template <> const QelWireLayout& qelWireLayout<QelBackupGetInfoOptions>() {
-    return wireLayoutOf<QelBackupGetInfoOptions>;
-}
+const QelWireLayout& QelBackupGetInfoOptions::wire = wireLayoutOf<QelBackupGetInfoOptions>;
 
 template <> struct Wire<QelBackupGetEnvInfoOptions> : WireWords<QelBackupGetEnvInfoOptions> {
     static constexpr int nsId = 282, typeId = 283;
     static constexpr QelWireField fields[] = {
-        flag<&QelBackupGetEnvInfoOptions::option1624>(1624),
-        flag<&QelBackupGetEnvInfoOptions::option2064>(2064),
+        flag<&R::option1624>(1624),
+        flag<&R::option2064>(2064),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelBackupGetEnvInfoOptions>() {
-    return wireLayoutOf<QelBackupGetEnvInfoOptions>;
-}
+const QelWireLayout& QelBackupGetEnvInfoOptions::wire = wireLayoutOf<QelBackupGetEnvInfoOptions>;
 
 template <> struct Wire<QelRemoveBackupOptions> : WireWords<QelRemoveBackupOptions> {
     static constexpr QelWireField fields[] = {
-        field<&QelRemoveBackupOptions::eid>(1866, ignored, ifSet),
-        flag<&QelRemoveBackupOptions::option1015>(1015),
-        field<&QelRemoveBackupOptions::storage>(1828, ignored, ifSet).unchecked(),
+        field<&R::eid>(1866, ignored, ifSet),
+        flag<&R::option1015>(1015),
+        field<&R::storage>(1828, ignored, ifSet).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelRemoveBackupOptions>() {
-    return wireLayoutOf<QelRemoveBackupOptions>;
-}
+const QelWireLayout& QelRemoveBackupOptions::wire = wireLayoutOf<QelRemoveBackupOptions>;
 
 template <> struct Wire<QelListBackupOptions> : WireWords<QelListBackupOptions> {
     static constexpr QelWireField fields[] = {
-        field<&QelListBackupOptions::eid>(1866, ignored, ifSet),
-        flag<&QelListBackupOptions::option1626>(1626),
-        flag<&QelListBackupOptions::option1134>(1134),
-        field<&QelListBackupOptions::eid2028>(2028, ignored, ifSet),
-        field<&QelListBackupOptions::storage>(1828, ignored, ifSet).unchecked(),
+        field<&R::eid>(1866, ignored, ifSet),
+        flag<&R::option1626>(1626),
+        flag<&R::option1134>(1134),
+        field<&R::eid2028>(2028, ignored, ifSet),
+        field<&R::storage>(1828, ignored, ifSet).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelListBackupOptions>() {
-    return wireLayoutOf<QelListBackupOptions>;
-}
+const QelWireLayout& QelListBackupOptions::wire = wireLayoutOf<QelListBackupOptions>;
 
 template <> struct Wire<QelSearchBackupOptions> : WireWords<QelSearchBackupOptions> {
     static constexpr QelWireField fields[] = {
-        field<&QelSearchBackupOptions::hostName>(1261, ignored, ifSet),
-        field<&QelSearchBackupOptions::ip>(1262, ignored, ifSet),
-        fieldIf<&QelSearchBackupOptions::timeFrom, isBound>(1146, ignored, time),
-        fieldIf<&QelSearchBackupOptions::timeTo, isBound>(1147, ignored, time),
-        field<&QelSearchBackupOptions::storage>(1828, ignored, ifSet).unchecked(),
+        field<&R::hostName>(1261, ignored, ifSet),
+        field<&R::ip>(1262, ignored, ifSet),
+        fieldIf<&R::timeFrom, isBound>(1146, ignored, time),
+        fieldIf<&R::timeTo, isBound>(1147, ignored, time),
+        field<&R::storage>(1828, ignored, ifSet).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelSearchBackupOptions>() {
-    return wireLayoutOf<QelSearchBackupOptions>;
-}
+const QelWireLayout& QelSearchBackupOptions::wire = wireLayoutOf<QelSearchBackupOptions>;
 
 int QelSearchBackupOptions::Reader::operator()(const QelMessageIterator& cursor,
                                                QelSearchBackupOptions& options) const {
     traceBackupCall(__PRETTY_FUNCTION__);
     options.timeFrom = options.timeTo = 0;
-    return readByLayout(qelWireLayout<QelSearchBackupOptions>(), &options, cursor);
+    return readByLayout(QelSearchBackupOptions::wire, &options, cursor);
 }
 
 template class QelDerivedParserFactory<QelBackupOptions>;

@@ -17,7 +17,7 @@
 namespace Qel {
 
 /// How to make a backup.  Reading always returns 0.
-struct QelBackupOptions {
+struct QelBackupOptions : QelRecord<QelBackupOptions> {
     using traced_in_log = void;
 
     virtual ~QelBackupOptions() = default;
@@ -31,14 +31,11 @@ struct QelBackupOptions {
     QelExcludeList excludes;
     QelOptionalProperty<QelDSLocation> storage;
 
-    using Reader = QelRecordReader<QelBackupOptions>;
-    using Writer = QelRecordWriter<QelBackupOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// How to restore a backup.
-struct QelRestoreOptions {
+struct QelRestoreOptions : QelRecord<QelRestoreOptions> {
     using traced_in_log = void;
 
     virtual ~QelRestoreOptions() = default;
@@ -46,65 +43,50 @@ struct QelRestoreOptions {
     bool option1152 = false;
     QelOptionalProperty<QelDSLocation> storage;
 
-    using Reader = QelRecordReader<QelRestoreOptions>;
-    using Writer = QelRecordWriter<QelRestoreOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// How to restore selected files of a backup.
-struct QelSelectiveRestoreOptions {
+struct QelSelectiveRestoreOptions : QelRecord<QelSelectiveRestoreOptions> {
     using traced_in_log = void;
 
     virtual ~QelSelectiveRestoreOptions() = default;
 
     bool option1832 = false;
 
-    using Reader = QelRecordReader<QelSelectiveRestoreOptions>;
-    using Writer = QelRecordWriter<QelSelectiveRestoreOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Which information about a backup to return.  It has no fields: each kind of backup derives its own class.
-struct QelBackupGetInfoOptions {
+struct QelBackupGetInfoOptions : QelRecord<QelBackupGetInfoOptions> {
     using traced_in_log = void;
 
     virtual ~QelBackupGetInfoOptions() = default;
 
-    using Reader = QelRecordReader<QelBackupGetInfoOptions>;
-    using Writer = QelRecordWriter<QelBackupGetInfoOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Which information about the backup of an environment to return.
-struct QelBackupGetEnvInfoOptions : QelBackupGetInfoOptions {
+struct QelBackupGetEnvInfoOptions : QelRecord<QelBackupGetEnvInfoOptions, QelBackupGetInfoOptions> {
     bool option1624 = true;
     bool option2064 = true;
 
-    using Reader = QelRecordReader<QelBackupGetEnvInfoOptions>;
-    using Writer = QelRecordWriter<QelBackupGetEnvInfoOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Which backups to remove.
-struct QelRemoveBackupOptions {
+struct QelRemoveBackupOptions : QelRecord<QelRemoveBackupOptions> {
     using traced_in_log = void;
 
     QelEID eid; ///< sent only if valid
     bool option1015 = false;
     QelOptionalProperty<QelDSLocation> storage;
 
-    using Reader = QelRecordReader<QelRemoveBackupOptions>;
-    using Writer = QelRecordWriter<QelRemoveBackupOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Which backups to list.
-struct QelListBackupOptions {
+struct QelListBackupOptions : QelRecord<QelListBackupOptions> {
     using traced_in_log = void;
 
     QelEID eid; ///< of an environment; sent only if valid
@@ -113,14 +95,11 @@ struct QelListBackupOptions {
     QelOptionalProperty<QelDSLocation> storage;
     QelEID eid2028; ///< of the environment that holds the storage; sent only if valid
 
-    using Reader = QelRecordReader<QelListBackupOptions>;
-    using Writer = QelRecordWriter<QelListBackupOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Which backups to search for.
-struct QelSearchBackupOptions {
+struct QelSearchBackupOptions : QelRecord<QelSearchBackupOptions> {
     using traced_in_log = void;
 
     QelOptionalProperty<std::string> hostName;
@@ -133,9 +112,9 @@ struct QelSearchBackupOptions {
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelSearchBackupOptions& options) const;
     };
-    using Writer = QelRecordWriter<QelSearchBackupOptions>;
     using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelBackupOptions>;

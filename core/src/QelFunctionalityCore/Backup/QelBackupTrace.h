@@ -33,17 +33,17 @@ concept TracedRecord = requires {
 template <Internal::TracedRecord Record> struct QelRecordReader<Record> {
     template <std::same_as<Record> Exact> int operator()(const QelMessageIterator& cursor, Exact& record) const {
         traceBackupCall(__PRETTY_FUNCTION__);
-        return readByLayout(qelWireLayout<Record>(), &record, cursor);
+        return readByLayout(Internal::layoutOf<Record>(), &record, cursor);
     }
 };
 
 template <Internal::TracedRecord Record> struct QelRecordWriter<Record> : QelWriterBaseT<QelRecordWriter<Record>> {
-    static int getNSID() { return qelWireLayout<Record>().nsId; }
-    static int getTypeID() { return qelWireLayout<Record>().typeId; }
+    static int getNSID() { return Internal::layoutOf<Record>().nsId; }
+    static int getTypeID() { return Internal::layoutOf<Record>().typeId; }
 
     template <std::same_as<Record> Exact> int operator()(QelMessageIterator& cursor, const Exact& record) const {
         traceBackupCall(__PRETTY_FUNCTION__);
-        return writeByLayout(qelWireLayout<Record>(), &record, cursor);
+        return writeByLayout(Internal::layoutOf<Record>(), &record, cursor);
     }
 };
 

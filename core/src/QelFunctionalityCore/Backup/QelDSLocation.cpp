@@ -5,24 +5,22 @@
 namespace Qel {
 
 template <> struct Wire<QelDSLocation> : WireWords<QelDSLocation> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&QelDSLocation::type>(1007, required, always).unchecked(),
-        field<&QelDSLocation::path>(1156, required, always, base64).unchecked(),
-        field<&QelDSLocation::authName>(1630, ignored, always).unchecked(),
-        field<&QelDSLocation::password>(1032, ignored, always).unchecked(),
+        field<&R::type>(1007, required, always),
+        field<&R::path>(1156, required, always, base64),
+        field<&R::authName>(1630, ignored, always),
+        field<&R::password>(1032, ignored, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelDSLocation>() {
-    return wireLayoutOf<QelDSLocation>;
-}
+const QelWireLayout& QelDSLocation::wire = wireLayoutOf<QelDSLocation>;
 
 template <> struct Wire<QelDSConfiguration> : WireWords<QelDSConfiguration> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&QelDSConfiguration::location>(1828, required, always).unchecked(),
+        field<&R::location>(1828, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelDSConfiguration>() {
-    return wireLayoutOf<QelDSConfiguration>;
-}
+const QelWireLayout& QelDSConfiguration::wire = wireLayoutOf<QelDSConfiguration>;
 
 } // namespace Qel

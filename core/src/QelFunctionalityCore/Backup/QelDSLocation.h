@@ -8,26 +8,20 @@
 namespace Qel {
 
 /// A backup storage and the account to access it with.
-struct QelDSLocation {
+struct QelDSLocation : QelRecord<QelDSLocation> {
     int type = 0;
     std::string path;
     QelAuthName authName;
     std::string password; ///< sent as plain text, not base64; never log it
 
-    using Reader = QelRecordReader<QelDSLocation>;
-    using Writer = QelRecordWriter<QelDSLocation>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// The storage that a service uses.
-struct QelDSConfiguration {
+struct QelDSConfiguration : QelRecord<QelDSConfiguration> {
     QelDSLocation location;
 
-    using Reader = QelRecordReader<QelDSConfiguration>;
-    using Writer = QelRecordWriter<QelDSConfiguration>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -18,16 +18,11 @@ void QelDSObjectInfo::swap(QelDSObjectInfo& other) noexcept {
 template <> struct Wire<QelDSObjectInfo> : WireWords<QelDSObjectInfo> {
     static constexpr int nsId = 286, typeId = 175;
     static constexpr QelWireField fields[] = {
-        field<&QelDSObjectInfo::id>(1010, required, always),
-        field<&QelDSObjectInfo::time>(1004, required, always, WireWords::time),
-        field<&QelDSObjectInfo::size>(1024, required, always),
-        field<&QelDSObjectInfo::type>(1007, required, always),
-        field<&QelDSObjectInfo::eid>(2028, required, always),
-        field<&QelDSObjectInfo::info>(1134, ignored, always),
+        field<&R::id>(1010, required, always),   field<&R::time>(1004, required, always, WireWords::time),
+        field<&R::size>(1024, required, always), field<&R::type>(1007, required, always),
+        field<&R::eid>(2028, required, always),  field<&R::info>(1134, ignored, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelDSObjectInfo>() {
-    return wireLayoutOf<QelDSObjectInfo>;
-}
+const QelWireLayout& QelDSObjectInfo::wire = wireLayoutOf<QelDSObjectInfo>;
 
 } // namespace Qel

@@ -9,7 +9,7 @@
 namespace Qel {
 
 /// What a storage records about an object that it holds.  Reading returns -1 if a field other than `info` is missing.
-struct QelDSObjectInfo {
+struct QelDSObjectInfo : QelRecord<QelDSObjectInfo> {
     virtual ~QelDSObjectInfo() = default;
 
     long time = 0;      ///< when the object was stored; seconds since the epoch
@@ -21,10 +21,7 @@ struct QelDSObjectInfo {
 
     void swap(QelDSObjectInfo& other) noexcept;
 
-    using Reader = QelRecordReader<QelDSObjectInfo>;
-    using Writer = QelRecordWriter<QelDSObjectInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

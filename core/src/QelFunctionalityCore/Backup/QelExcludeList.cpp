@@ -20,13 +20,11 @@ int writePaths(QelMessageIterator& cursor, const QelExcludeList& list) {
 
 template <> struct Wire<QelExcludeList> : WireWords<QelExcludeList> {
     static constexpr QelWireField fields[] = {
-        flag<&QelExcludeList::option1982>(1982),
-        flag<&QelExcludeList::option1044>(1044),
+        flag<&R::option1982>(1982),
+        flag<&R::option1044>(1044),
         step<&readPaths, &writePaths>("paths", pathElement, optional, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelExcludeList>() {
-    return wireLayoutOf<QelExcludeList>;
-}
+const QelWireLayout& QelExcludeList::wire = wireLayoutOf<QelExcludeList>;
 
 } // namespace Qel

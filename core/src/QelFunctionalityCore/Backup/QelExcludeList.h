@@ -10,7 +10,7 @@ namespace Qel {
 
 /// Paths to exclude from a backup, and two options whose meaning the backup service defines.  Reading appends to the
 /// existing paths.
-struct QelExcludeList : std::vector<std::string> {
+struct QelExcludeList : QelRecord<QelExcludeList>, std::vector<std::string> {
     using traced_in_log = void;
 
     bool option1982 = false;
@@ -18,10 +18,7 @@ struct QelExcludeList : std::vector<std::string> {
 
     using std::vector<std::string>::vector;
 
-    using Reader = QelRecordReader<QelExcludeList>;
-    using Writer = QelRecordWriter<QelExcludeList>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -59,46 +59,37 @@ template <> struct Wire<QelP2VMigrateOptions> : WireWords<QelP2VMigrateOptions> 
     };
     static constexpr int readOrder[] = {configElement, 1821, 1346, 1100, diskElement};
 };
-template <> const QelWireLayout& qelWireLayout<QelP2VMigrateOptions>() {
-    return wireLayoutOf<QelP2VMigrateOptions>;
-}
+const QelWireLayout& QelP2VMigrateOptions::wire = wireLayoutOf<QelP2VMigrateOptions>;
 
 template <> struct Wire<QelCalculateHWNodeNotes> : WireWords<QelCalculateHWNodeNotes> {
     static constexpr int nsId = 294, typeId = 307;
 };
-template <> const QelWireLayout& qelWireLayout<QelCalculateHWNodeNotes>() {
-    return wireLayoutOf<QelCalculateHWNodeNotes>;
-}
+const QelWireLayout& QelCalculateHWNodeNotes::wire = wireLayoutOf<QelCalculateHWNodeNotes>;
 
 template <> struct Wire<QelV2PMigrateOptions> : WireWords<QelV2PMigrateOptions> {
     static constexpr int nsId = 294, typeId = 278;
 };
-template <> const QelWireLayout& qelWireLayout<QelV2PMigrateOptions>() {
-    return wireLayoutOf<QelV2PMigrateOptions>;
-}
+const QelWireLayout& QelV2PMigrateOptions::wire = wireLayoutOf<QelV2PMigrateOptions>;
 
 template <> struct Wire<QelV2VMigrateOptions> : WireWords<QelV2VMigrateOptions> {
     using Options = QelV2VMigrateOptions;
     static constexpr int nsId = 294, typeId = 277;
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        flag<&Options::option1152>(1152).unchecked(),
-        flag<&Options::option1296>(1296).unchecked(),
-        flag<&Options::option1014>(1014).unchecked(),
-        field<&Options::text2103>(2103, ignored, ifSet).unchecked(),
-        field<&Options::type>(1007, ignored, ifSet).unchecked(),
-        step<&readConfig<Options>, &writeConfig<Options>>("config", configElement, ignored, ifSet).unchecked(),
+        flag<&Options::option1152>(1152),
+        flag<&Options::option1296>(1296),
+        flag<&Options::option1014>(1014),
+        field<&Options::text2103>(2103, ignored, ifSet),
+        field<&Options::type>(1007, ignored, ifSet),
+        step<&readConfig<Options>, &writeConfig<Options>>("config", configElement, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelV2VMigrateOptions>() {
-    return wireLayoutOf<QelV2VMigrateOptions>;
-}
+const QelWireLayout& QelV2VMigrateOptions::wire = wireLayoutOf<QelV2VMigrateOptions>;
 
 template <> struct Wire<QelMigratorCloneOptions> : WireWords<QelMigratorCloneOptions> {
     static constexpr int nsId = 294, typeId = 275;
 };
-template <> const QelWireLayout& qelWireLayout<QelMigratorCloneOptions>() {
-    return wireLayoutOf<QelMigratorCloneOptions>;
-}
+const QelWireLayout& QelMigratorCloneOptions::wire = wireLayoutOf<QelMigratorCloneOptions>;
 
 template class QelDerivedParserFactory<QelP2VMigrateOptions>;
 template class QelDerivedParserFactory<QelCalculateHWNodeNotes>;

@@ -21,7 +21,7 @@
 namespace Qel {
 
 /// Converts a physical server to a virtual one.  Reading always returns 0.
-struct QelP2VMigrateOptions {
+struct QelP2VMigrateOptions : QelRecord<QelP2VMigrateOptions> {
     virtual ~QelP2VMigrateOptions() = default;
 
     boost::shared_ptr<QelEnvConfig> config; ///< of the new server; null is not sent
@@ -30,34 +30,25 @@ struct QelP2VMigrateOptions {
     std::vector<QelService> services;
     std::string nestedName; ///< of a partition of the server's disk
 
-    using Reader = QelRecordReader<QelP2VMigrateOptions>;
-    using Writer = QelRecordWriter<QelP2VMigrateOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Which notes about a hardware node to calculate.
-struct QelCalculateHWNodeNotes {
+struct QelCalculateHWNodeNotes : QelRecord<QelCalculateHWNodeNotes> {
     virtual ~QelCalculateHWNodeNotes() = default;
 
-    using Reader = QelRecordReader<QelCalculateHWNodeNotes>;
-    using Writer = QelRecordWriter<QelCalculateHWNodeNotes>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Converts a virtual server to a physical one.
-struct QelV2PMigrateOptions {
+struct QelV2PMigrateOptions : QelRecord<QelV2PMigrateOptions> {
     virtual ~QelV2PMigrateOptions() = default;
 
-    using Reader = QelRecordReader<QelV2PMigrateOptions>;
-    using Writer = QelRecordWriter<QelV2PMigrateOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Migrates a virtual machine or container to another one.  Reading and writing always return 0.
-struct QelV2VMigrateOptions {
+struct QelV2VMigrateOptions : QelRecord<QelV2VMigrateOptions> {
     virtual ~QelV2VMigrateOptions() = default;
 
     // Sent as empty elements.
@@ -69,20 +60,14 @@ struct QelV2VMigrateOptions {
     QelOptionalProperty<int> type;
     boost::shared_ptr<QelEnvConfig> config; ///< of the new server; null is not sent
 
-    using Reader = QelRecordReader<QelV2VMigrateOptions>;
-    using Writer = QelRecordWriter<QelV2VMigrateOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Clones a virtual server.
-struct QelMigratorCloneOptions {
+struct QelMigratorCloneOptions : QelRecord<QelMigratorCloneOptions> {
     virtual ~QelMigratorCloneOptions() = default;
 
-    using Reader = QelRecordReader<QelMigratorCloneOptions>;
-    using Writer = QelRecordWriter<QelMigratorCloneOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelP2VMigrateOptions>;

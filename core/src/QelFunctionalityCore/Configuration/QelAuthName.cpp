@@ -8,14 +8,12 @@ namespace Qel {
 template <> struct Wire<QelAuthName> : WireWords<QelAuthName> {
     static constexpr int nsId = 292, typeId = 148;
     static constexpr QelWireField fields[] = {
-        field<&QelAuthName::domain>(1374, ignored, ifSet, base64),
-        field<&QelAuthName::name>(1026, ignored, ifSet, base64),
-        field<&QelAuthName::realm>(1957, required, always),
+        field<&R::domain>(1374, ignored, ifSet, base64),
+        field<&R::name>(1026, ignored, ifSet, base64),
+        field<&R::realm>(1957, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelAuthName>() {
-    return wireLayoutOf<QelAuthName>;
-}
+const QelWireLayout& QelAuthName::wire = wireLayoutOf<QelAuthName>;
 
 namespace {
 
@@ -37,9 +35,7 @@ struct WithProperties;
 
 template <> struct Wire<QelSecurityPrincipal> : PrincipalWire<1918> {};
 template <> struct Wire<WithProperties> : PrincipalWire<1930> {};
-template <> const QelWireLayout& qelWireLayout<QelSecurityPrincipal>() {
-    return wireLayoutOf<QelSecurityPrincipal>;
-}
+const QelWireLayout& QelSecurityPrincipal::wire = wireLayoutOf<QelSecurityPrincipal>;
 
 namespace {
 

@@ -13,7 +13,7 @@
 namespace Qel {
 
 /// A login name and the realm that defines it.
-struct QelAuthName {
+struct QelAuthName : QelRecord<QelAuthName> {
     QelOptionalProperty<std::string> name;
     QelOptionalProperty<std::string> domain;
     QelGUID realm; ///< ID of a QelRealm
@@ -25,10 +25,7 @@ struct QelAuthName {
         return (order != 0 ? order : a.name.compare(b.name)) < 0;
     }
 
-    using Reader = QelRecordReader<QelAuthName>;
-    using Writer = QelRecordWriter<QelAuthName>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A login name with three sets of related names, whose meaning the agent defines, and named lists of strings.
@@ -47,6 +44,8 @@ struct QelSecurityPrincipal : QelAuthName {
     struct Writer;
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// Returns -1 if a name or a property cannot be read or the realm is missing.

@@ -22,8 +22,8 @@ std::vector<QelRecordType> configurationRecordTypes() {
         tableRecordType<QelAuthName>(),
         tableRecordType<QelConnectionInfo>(),
         tableRecordType<QelRealm>(),
-        makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &qelWireLayout<QelConnectivityInfo>()),
-        makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &qelWireLayout<QelSecurityPrincipal>()),
+        makeRecordType<QelConnectivityInfo>("QelConnectivityInfo", &QelConnectivityInfo::wire),
+        makeRecordType<QelSecurityPrincipal>("QelSecurityPrincipal", &QelSecurityPrincipal::wire),
         wholeMessage<QelConfiguration>("QelConfiguration"),
     };
 }

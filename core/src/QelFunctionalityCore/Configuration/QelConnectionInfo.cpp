@@ -28,36 +28,32 @@ QelConnectionInfo agentAt(const char* address) {
 
 template <> struct Wire<QelConnectivityInfo> : WireWords<QelConnectivityInfo> {
     static constexpr QelWireField fields[] = {
-        field<&QelConnectivityInfo::protocol>(1195, ignored, ifSet),
-        fieldIf<&QelConnectivityInfo::port, isAboveZero>(1704, ignored),
-        field<&QelConnectivityInfo::address>(1687, required, always),
+        field<&R::protocol>(1195, ignored, ifSet),
+        fieldIf<&R::port, isAboveZero>(1704, ignored),
+        field<&R::address>(1687, required, always),
     };
     static constexpr int readOrder[] = {1704, 1195, 1687};
 };
-template <> const QelWireLayout& qelWireLayout<QelConnectivityInfo>() {
-    return wireLayoutOf<QelConnectivityInfo>;
-}
+const QelWireLayout& QelConnectivityInfo::wire = wireLayoutOf<QelConnectivityInfo>;
 
 int QelConnectivityInfoMarshal::Writer::operator()(QelMessageIterator& cursor, const QelConnectivityInfo& info) const {
     if (info.address.empty()) {
         setErrorMessage("can't write QelConnectivityInfo: address is empty");
         return -1;
     }
-    return writeByLayout(qelWireLayout<QelConnectivityInfo>(), &info, cursor);
+    return writeByLayout(QelConnectivityInfo::wire, &info, cursor);
 }
 
 template <> struct Wire<QelConnectionInfo> : WireWords<QelConnectionInfo> {
     static constexpr int nsId = 292, typeId = 149;
     static constexpr QelWireField fields[] = {
-        field<&QelConnectionInfo::password>(1032, ignored, ifSet, base64),
-        field<&QelConnectionInfo::authName>(1630, ignored, always).unchecked(),
+        field<&R::password>(1032, ignored, ifSet, base64),
+        field<&R::authName>(1630, ignored, always).bestEffort(),
         base<QelConnectivityInfo>(),
     };
     static constexpr int readOrder[] = {1630, 1032, 0};
 };
-template <> const QelWireLayout& qelWireLayout<QelConnectionInfo>() {
-    return wireLayoutOf<QelConnectionInfo>;
-}
+const QelWireLayout& QelConnectionInfo::wire = wireLayoutOf<QelConnectionInfo>;
 
 QelAgentConnectionInfo::QelAgentConnectionInfo(const QelEID& eid) {
     protocol = protocolAgent;

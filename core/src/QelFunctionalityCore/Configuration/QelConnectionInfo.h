@@ -34,21 +34,20 @@ struct QelConnectivityInfo {
     using Writer = QelConnectivityInfoMarshal::Writer;
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// How to reach a program, and with which account.
-struct QelConnectionInfo : QelConnectivityInfo {
+struct QelConnectionInfo : QelRecord<QelConnectionInfo, QelConnectivityInfo> {
     QelAuthName authName;
     std::string password; ///< may contain any bytes; never log it
 
-    using Reader = QelRecordReader<QelConnectionInfo>;
-    using Writer = QelRecordWriter<QelConnectionInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// How to reach an agent.
-struct QelAgentConnectionInfo : QelConnectionInfo {
+struct QelAgentConnectionInfo : QelRecordAs<QelConnectionInfo, 292, 149> {
     static constexpr std::string_view protocolAgent = "agent";
 
     /// The address is the agent's EID, which the transport resolves.
@@ -58,11 +57,6 @@ struct QelAgentConnectionInfo : QelConnectionInfo {
     /// process.  If its address has been cleared, the call sets it again.
     static QelConnectionInfo& localConnectionInfo();
     static QelConnectionInfo& masterConnectionInfo();
-
-    using Reader = QelReaderAs<QelConnectionInfo>;
-    using Writer = QelWriterAs<QelConnectionInfo, 292, 149>;
-    using reader_type = Reader;
-    using writer_type = Writer;
 };
 
 } // namespace Qel

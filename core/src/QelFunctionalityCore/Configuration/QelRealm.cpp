@@ -9,16 +9,14 @@ namespace Qel {
 template <> struct Wire<QelRealm> : WireWords<QelRealm> {
     static constexpr int nsId = 292, typeId = 159;
     static constexpr QelWireField fields[] = {
-        flag<&QelRealm::readOnly>(2116),
-        field<&QelRealm::name>(1026, required, always),
-        field<&QelRealm::type>(1007, required, always),
-        field<&QelRealm::id>(1010, ignored, always).unchecked(),
+        flag<&R::readOnly>(2116),
+        field<&R::name>(1026, required, always),
+        field<&R::type>(1007, required, always),
+        field<&R::id>(1010, ignored, always).bestEffort(),
     };
     static constexpr int readOrder[] = {1010, 2116, 1026, 1007};
 };
-template <> const QelWireLayout& qelWireLayout<QelRealm>() {
-    return wireLayoutOf<QelRealm>;
-}
+const QelWireLayout& QelRealm::wire = wireLayoutOf<QelRealm>;
 
 int QelRealm::set(const QelRealm& other) {
     if (type != other.type || id != other.id || readOnly || other.readOnly) {

@@ -12,7 +12,7 @@
 namespace Qel {
 
 /// A set of users managed by one authority, such as the host or a directory service.
-struct QelRealm {
+struct QelRealm : QelRecord<QelRealm> {
     virtual ~QelRealm() = default;
 
     /// Copies the name of `other`; no other field of a realm can change.  Returns -1 and sets the error message if the
@@ -33,10 +33,7 @@ struct QelRealm {
     static constexpr QelGUID internalRealmID{0, 0x0600000000000000};
     static constexpr QelGUID autoRealmID{0, 0x0700000000000000};
 
-    using Reader = QelRecordReader<QelRealm>;
-    using Writer = QelRecordWriter<QelRealm>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 using QelRealmList = std::vector<boost::shared_ptr<QelRealm>>;

@@ -209,9 +209,7 @@ template <> struct Wire<QelEnv> : WireWords<QelEnv> {
     // The configurations are read first because they determine the type.
     static constexpr int readOrder[] = {1185, 1872, 1870, 1866, 1192, 1003};
 };
-template <> const QelWireLayout& qelWireLayout<QelEnv>() {
-    return wireLayoutOf<QelEnv>;
-}
+const QelWireLayout& QelEnv::wire = wireLayoutOf<QelEnv>;
 
 int QelEnv::Reader::operator()(const QelMessageIterator& cursor, QelEnv& env) const {
     if (readByLayout(wireLayoutOf<QelEnv>, &env, cursor) != 0)

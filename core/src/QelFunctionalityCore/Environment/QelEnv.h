@@ -6,6 +6,7 @@
 
 #include "QelFunctionalityCore/Environment/QelEnvCoreBasicMaintainer.h"
 #include "QelFunctionalityCore/Environment/QelEnvFactory.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
@@ -36,6 +37,8 @@ public:
     };
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 
     /// A blank record and empty configurations.
     QelEnv();

@@ -14,6 +14,7 @@
 #include "QelFunctionalityCore/Values/QelIPAddress.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelDerivedParsers.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
@@ -45,6 +46,8 @@ public:
     };
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 
     /// Bits of a filter: the parts of a configuration that a request asks for.
     enum Filter : int { filterBasic = 1, filterNameservers = 2, filterSearchDomains = 4, filterAddresses = 8 };

@@ -49,28 +49,26 @@ template <> struct Wire<Elements> : WireWords<Elements> {
     static constexpr std::string_view typeName = "QelEnvConfig";
     static constexpr int nsId = 292, typeId = 120;
     static constexpr QelWireField fields[] = {
-        field<&Elements::name>(EnvConfigElement::name, ignored, ifSet),
-        field<&Elements::description>(EnvConfigElement::description, ignored, ifSet, base64),
-        field<&Elements::domain>(EnvConfigElement::domain, ignored, ifSet),
-        field<&Elements::hostname>(EnvConfigElement::hostname, ignored, ifSet),
-        list<&Elements::addresses>(EnvConfigElement::addresses, ignored),
-        field<&Elements::architecture>(EnvConfigElement::architecture, ignored, ifSet),
-        field<&Elements::os>(EnvConfigElement::operatingSystem, ignored, ifSet),
-        field<&Elements::type>(EnvConfigElement::type, ignored, ifSet),
-        list<&Elements::nameservers>(EnvConfigElement::nameservers, ignored),
-        list<&Elements::searchDomains>(EnvConfigElement::searchDomains, ignored),
-        field<&Elements::baseSample>(EnvConfigElement::baseSample, ignored, ifSet),
-        field<&Elements::baseSnapshot>(EnvConfigElement::baseSnapshot, ignored, ifSet),
-        list<&Elements::childTypes>(EnvConfigElement::childTypes, ignored),
-        list<&Elements::qos>(EnvConfigElement::qos, ignored),
-        field<&Elements::agentVersion>(EnvConfigElement::agentVersion, ignored, ifSet),
-        field<&Elements::configCustomized>(EnvConfigElement::configCustomized, ignored, ifSet),
-        field<&Elements::disabled>(EnvConfigElement::disabled, ignored, ifSet),
+        field<&R::name>(EnvConfigElement::name, ignored, ifSet),
+        field<&R::description>(EnvConfigElement::description, ignored, ifSet, base64),
+        field<&R::domain>(EnvConfigElement::domain, ignored, ifSet),
+        field<&R::hostname>(EnvConfigElement::hostname, ignored, ifSet),
+        list<&R::addresses>(EnvConfigElement::addresses, ignored),
+        field<&R::architecture>(EnvConfigElement::architecture, ignored, ifSet),
+        field<&R::os>(EnvConfigElement::operatingSystem, ignored, ifSet),
+        field<&R::type>(EnvConfigElement::type, ignored, ifSet),
+        list<&R::nameservers>(EnvConfigElement::nameservers, ignored),
+        list<&R::searchDomains>(EnvConfigElement::searchDomains, ignored),
+        field<&R::baseSample>(EnvConfigElement::baseSample, ignored, ifSet),
+        field<&R::baseSnapshot>(EnvConfigElement::baseSnapshot, ignored, ifSet),
+        list<&R::childTypes>(EnvConfigElement::childTypes, ignored),
+        list<&R::qos>(EnvConfigElement::qos, ignored),
+        field<&R::agentVersion>(EnvConfigElement::agentVersion, ignored, ifSet),
+        field<&R::configCustomized>(EnvConfigElement::configCustomized, ignored, ifSet),
+        field<&R::disabled>(EnvConfigElement::disabled, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelEnvConfig>() {
-    return wireLayoutOf<Elements>;
-}
+const QelWireLayout& QelEnvConfig::wire = wireLayoutOf<Elements>;
 
 namespace {
 

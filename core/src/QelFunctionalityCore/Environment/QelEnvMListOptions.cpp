@@ -14,13 +14,11 @@ constexpr bool isLimited(int count) {
 
 template <> struct Wire<QelEnvMListOptions> : WireWords<QelEnvMListOptions> {
     static constexpr QelWireField fields[] = {
-        fieldIf<&QelEnvMListOptions::count, isLimited>(1259, ignored),
-        field<&QelEnvMListOptions::type>(1007, ignored, ifSet),
-        list<&QelEnvMListOptions::states>(1192, optional),
+        fieldIf<&R::count, isLimited>(1259, ignored),
+        field<&R::type>(1007, ignored, ifSet),
+        list<&R::states>(1192, optional),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelEnvMListOptions>() {
-    return wireLayoutOf<QelEnvMListOptions>;
-}
+const QelWireLayout& QelEnvMListOptions::wire = wireLayoutOf<QelEnvMListOptions>;
 
 } // namespace Qel

@@ -7,12 +7,10 @@ namespace Qel {
 template <> struct Wire<QelEnvStatus> : WireWords<QelEnvStatus> {
     static constexpr int nsId = 292, typeId = 118;
     static constexpr QelWireField fields[] = {
-        field<&QelEnvStatus::state>(1421, ignored, always),
-        field<&QelEnvStatus::transition>(1588, ignored, ifSet),
+        field<&R::state>(1421, ignored, always),
+        field<&R::transition>(1588, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelEnvStatus>() {
-    return wireLayoutOf<QelEnvStatus>;
-}
+const QelWireLayout& QelEnvStatus::wire = wireLayoutOf<QelEnvStatus>;
 
 } // namespace Qel

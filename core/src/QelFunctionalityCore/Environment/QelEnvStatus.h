@@ -7,7 +7,7 @@
 namespace Qel {
 
 /// The state of an environment and its current transition, both as codes that the agent defines.
-struct QelEnvStatus {
+struct QelEnvStatus : QelRecord<QelEnvStatus> {
     QelEnvStatus() = default;
     QelEnvStatus(int inState, int inTransition) : state(inState), transition(inTransition) {}
 
@@ -17,10 +17,7 @@ struct QelEnvStatus {
     int state = 1;
     int transition = 0;
 
-    using Reader = QelRecordReader<QelEnvStatus>;
-    using Writer = QelRecordWriter<QelEnvStatus>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -20,9 +20,9 @@ std::vector<QelRecordType> environmentRecordTypes() {
         tableRecordType<QelQoS>(),
         tableRecordType<QelVtInfo>(),
         tableRecordType<QelVtSettings>(),
-        makeRecordType<QelEnv>("QelEnv", &qelWireLayout<QelEnv>()),
-        makeRecordType<QelEnvConfig>("QelEnvConfig", &qelWireLayout<QelEnvConfig>()),
-        makeRecordType<QelVEnvConfig>("QelVEnvConfig", &qelWireLayout<QelEnvConfig>()),
+        makeRecordType<QelEnv>("QelEnv", &QelEnv::wire),
+        makeRecordType<QelEnvConfig>("QelEnvConfig", &QelEnvConfig::wire),
+        makeRecordType<QelVEnvConfig>("QelVEnvConfig", &QelEnvConfig::wire),
     };
 }
 

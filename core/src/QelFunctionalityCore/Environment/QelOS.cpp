@@ -37,14 +37,12 @@ int QelOS::compare(const QelOS& other) const {
 template <> struct Wire<QelOS> : WireWords<QelOS> {
     static constexpr int nsId = 292, typeId = 117;
     static constexpr QelWireField fields[] = {
-        field<&QelOS::osKind>(1846, ignored, ifSet),
-        field<&QelOS::osDetail>(1279, ignored, ifSet),
-        field<&QelOS::osVersion>(1223, ignored, ifSet),
-        field<&QelOS::osName>(1026, required, always),
+        field<&R::osKind>(1846, ignored, ifSet),
+        field<&R::osDetail>(1279, ignored, ifSet),
+        field<&R::osVersion>(1223, ignored, ifSet),
+        field<&R::osName>(1026, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelOS>() {
-    return wireLayoutOf<QelOS>;
-}
+const QelWireLayout& QelOS::wire = wireLayoutOf<QelOS>;
 
 } // namespace Qel

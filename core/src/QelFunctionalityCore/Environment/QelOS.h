@@ -8,7 +8,7 @@
 namespace Qel {
 
 /// An operating system.
-struct QelOS {
+struct QelOS : QelRecord<QelOS> {
     QelOS() = default;
     /// A null pointer leaves the field unspecified.
     QelOS(const char* kind, const char* name, const char* version, const char* detail);
@@ -21,10 +21,7 @@ struct QelOS {
     QelOptionalProperty<std::string> osVersion;
     QelOptionalProperty<std::string> osDetail; ///< a kernel release, an edition
 
-    using Reader = QelRecordReader<QelOS>;
-    using Writer = QelRecordWriter<QelOS>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

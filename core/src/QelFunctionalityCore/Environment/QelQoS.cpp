@@ -38,13 +38,11 @@ int QelQoS::compare(const QelQoS& other) const {
 
 template <> struct Wire<QelQoS> : WireWords<QelQoS> {
     static constexpr QelWireField fields[] = {
-        field<&QelQoS::id>(1010, required, always),
-        field<&QelQoS::hardLimit>(1067, required, always),
-        field<&QelQoS::softLimit>(1066, ignored, ifSet),
+        field<&R::id>(1010, required, always),
+        field<&R::hardLimit>(1067, required, always),
+        field<&R::softLimit>(1066, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelQoS>() {
-    return wireLayoutOf<QelQoS>;
-}
+const QelWireLayout& QelQoS::wire = wireLayoutOf<QelQoS>;
 
 } // namespace Qel

@@ -9,7 +9,7 @@
 namespace Qel {
 
 /// A limit on one resource of an environment.  The unit depends on the resource.
-struct QelQoS {
+struct QelQoS : QelRecord<QelQoS> {
     /// No limit.
     static constexpr long long unlimited = std::numeric_limits<long long>::max();
 
@@ -41,10 +41,7 @@ struct QelQoS {
         std::string m_resource;
     };
 
-    using Reader = QelRecordReader<QelQoS>;
-    using Writer = QelRecordWriter<QelQoS>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

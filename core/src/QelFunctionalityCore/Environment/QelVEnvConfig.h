@@ -5,18 +5,13 @@
 namespace Qel {
 
 /// The configuration of a virtual environment: adds limits and the disabled flag to those of any environment.
-class QelVEnvConfig : public QelEnvConfig {
+class QelVEnvConfig : public QelRecordAs<QelEnvConfig, 292, 121> {
 public:
-    using Reader = QelReaderAs<QelEnvConfig>;
-    using Writer = QelWriterAs<QelEnvConfig, 292, 121>;
-    using reader_type = Reader;
-    using writer_type = Writer;
-
     QelVEnvConfig() : QelVEnvConfig(static_cast<const QelMessageIterator*>(nullptr)) {}
-    explicit QelVEnvConfig(const QelMessageIterator* cursor) : QelEnvConfig(cursor, EnvConfigType::virtualised) {}
+    explicit QelVEnvConfig(const QelMessageIterator* cursor) : QelRecordAs(cursor, EnvConfigType::virtualised) {}
     explicit QelVEnvConfig(boost::shared_ptr<QelEnvCoreBasic> core)
-        : QelEnvConfig(std::move(core), EnvConfigType::virtualised) {}
-    explicit QelVEnvConfig(const QelEnvConfig& other) : QelEnvConfig(other) {}
+        : QelRecordAs(std::move(core), EnvConfigType::virtualised) {}
+    explicit QelVEnvConfig(const QelEnvConfig& other) : QelRecordAs(other) {}
 
     /// Whether the environment must not be started; false if the configuration does not specify it.
     int getDisabled(bool& disabled) const;

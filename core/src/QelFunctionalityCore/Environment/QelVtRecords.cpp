@@ -7,32 +7,24 @@
 namespace Qel {
 
 template <> struct Wire<QelVtInfo> : WireWords<QelVtInfo> { static constexpr int nsId = 292, typeId = 151; };
-template <> const QelWireLayout& qelWireLayout<QelVtInfo>() {
-    return wireLayoutOf<QelVtInfo>;
-}
+const QelWireLayout& QelVtInfo::wire = wireLayoutOf<QelVtInfo>;
 
 template <> struct Wire<QelVtSettings> : WireWords<QelVtSettings> {
     static constexpr int nsId = 292, typeId = 152;
     static constexpr QelWireField fields[] = {
-        field<&QelVtSettings::settingsId>(1897, ignored, ifSet),
-        field<&QelVtSettings::description>(1496, ignored, ifSet),
+        field<&R::settingsId>(1897, ignored, ifSet),
+        field<&R::description>(1496, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelVtSettings>() {
-    return wireLayoutOf<QelVtSettings>;
-}
+const QelWireLayout& QelVtSettings::wire = wireLayoutOf<QelVtSettings>;
 
 template <> struct Wire<QelNativeConfig> : WireWords<QelNativeConfig> {
     static constexpr int nsId = 292, typeId = 309;
 };
-template <> const QelWireLayout& qelWireLayout<QelNativeConfig>() {
-    return wireLayoutOf<QelNativeConfig>;
-}
+const QelWireLayout& QelNativeConfig::wire = wireLayoutOf<QelNativeConfig>;
 
 template <> struct Wire<QelLogOptions> : WireWords<QelLogOptions> { static constexpr int nsId = 292, typeId = 311; };
-template <> const QelWireLayout& qelWireLayout<QelLogOptions>() {
-    return wireLayoutOf<QelLogOptions>;
-}
+const QelWireLayout& QelLogOptions::wire = wireLayoutOf<QelLogOptions>;
 
 template class QelDerivedParserFactory<QelVtInfo>;
 template class QelDerivedParserFactory<QelVtSettings>;

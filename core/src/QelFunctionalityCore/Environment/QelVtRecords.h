@@ -10,46 +10,34 @@
 namespace Qel {
 
 /// Properties of a virtualisation technology.  It has no fields: each technology derives its own class.
-struct QelVtInfo {
+struct QelVtInfo : QelRecord<QelVtInfo> {
     virtual ~QelVtInfo() = default;
 
-    using Reader = QelRecordReader<QelVtInfo>;
-    using Writer = QelRecordWriter<QelVtInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Settings of a virtualisation technology.
-struct QelVtSettings {
+struct QelVtSettings : QelRecord<QelVtSettings> {
     virtual ~QelVtSettings() = default;
 
     QelOptionalProperty<QelGUID> settingsId;
     QelOptionalProperty<std::string> description;
 
-    using Reader = QelRecordReader<QelVtSettings>;
-    using Writer = QelRecordWriter<QelVtSettings>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Configuration in the native format of a virtualisation technology; each technology derives its own class.
-struct QelNativeConfig {
+struct QelNativeConfig : QelRecord<QelNativeConfig> {
     virtual ~QelNativeConfig() = default;
 
-    using Reader = QelRecordReader<QelNativeConfig>;
-    using Writer = QelRecordWriter<QelNativeConfig>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Options of a request for the logs of an environment; each technology derives its own class.
-struct QelLogOptions {
+struct QelLogOptions : QelRecord<QelLogOptions> {
     virtual ~QelLogOptions() = default;
 
-    using Reader = QelRecordReader<QelLogOptions>;
-    using Writer = QelRecordWriter<QelLogOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelVtInfo>;

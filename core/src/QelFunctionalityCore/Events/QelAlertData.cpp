@@ -31,14 +31,12 @@ template <> struct QelWireValue<QelAlertType> {
 
 template <> struct Wire<QelAlertData> : WireWords<QelAlertData> {
     static constexpr QelWireField fields[] = {
-        field<&QelAlertData::eid>(1866, required, always),
-        field<&QelAlertData::type>(1007, required, always),
+        field<&R::eid>(1866, required, always),
+        field<&R::type>(1007, required, always),
     };
     static constexpr int readOrder[] = {1007, 1866};
 };
-template <> const QelWireLayout& qelWireLayout<QelAlertData>() {
-    return wireLayoutOf<QelAlertData>;
-}
+const QelWireLayout& QelAlertData::wire = wireLayoutOf<QelAlertData>;
 
 void QelAlertData::toInfo(QelInfo& info) const {
     info.setParameter(QelEnvInfo(eid));

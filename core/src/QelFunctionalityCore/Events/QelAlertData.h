@@ -7,12 +7,13 @@
 #include "QelFunctionalityCore/Environment/QelAlertType.h"
 #include "QelFunctionalityCore/Events/QelEventData.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// An environment left its normal range or returned to it.  Common root of the alerts, without a factory: only
 /// derived alerts are created from messages.
-struct QelAlertData : QelEventData {
+struct QelAlertData : QelRecord<QelAlertData, QelEventData> {
     using AlertType = QelAlertType;
     using AlertReason = QelAlertReason;
 
@@ -33,11 +34,8 @@ struct QelAlertData : QelEventData {
     /// Compares the colours only; the environments may differ.
     [[nodiscard]] bool operator==(const QelAlertData& other) const { return type == other.type; }
 
-    /// Returns -1 if the environment is missing or the colour is not one of the four.
-    using Reader = QelRecordReader<QelAlertData>;
-    using Writer = QelRecordWriter<QelAlertData>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: returns -1 if the environment is missing or the colour is not one of the four.
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

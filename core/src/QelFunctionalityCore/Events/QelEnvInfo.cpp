@@ -4,11 +4,11 @@
 
 namespace Qel {
 
-QelEnvInfo::QelEnvInfo(const QelEnv& env) : QelInfo("%title%", "env", true) {
+QelEnvInfo::QelEnvInfo(const QelEnv& env) : QelRecordAs("%title%", "env", true) {
     fill(env);
 }
 
-QelEnvInfo::QelEnvInfo(const QelEID& eid) : QelInfo("%title%", "env", true) {
+QelEnvInfo::QelEnvInfo(const QelEID& eid) : QelRecordAs("%title%", "env", true) {
     const QelEnvCacheSP cache = envCache();
     if (const boost::shared_ptr<QelEnv> env = cache ? cache->getEnvCopy(eid) : nullptr) {
         fill(*env);

@@ -9,7 +9,7 @@ class QelEnv;
 
 /// An info named "env" that identifies an environment.  Its text is the title; its parameters are "eid", "title" and
 /// "type".
-struct QelEnvInfo : QelInfo {
+struct QelEnvInfo : QelRecordAs<QelInfo, 292, 161> {
     explicit QelEnvInfo(const QelEnv& env);
     /// Looks the environment up in this process's cache.  If it is not found, or there is no cache, the identifier
     /// serves as the title and "type" is not set.
@@ -17,11 +17,6 @@ struct QelEnvInfo : QelInfo {
 
     /// Sets the three parameters.
     void fill(const QelEnv& env);
-
-    using Reader = QelReaderAs<QelInfo>;
-    using Writer = QelWriterAs<QelInfo, 292, 161>;
-    using reader_type = Reader;
-    using writer_type = Writer;
 
 private:
     void set(const char* parameterName, std::string parameterText);

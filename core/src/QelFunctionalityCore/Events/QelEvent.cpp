@@ -43,21 +43,19 @@ QelDerivedParserFactoryT<QelEvent, QelEvent> factoryQelEvent(true);
 template <> struct Wire<QelEvent> : WireWords<QelEvent> {
     static constexpr int nsId = 292, typeId = 160;
     static constexpr QelWireField fields[] = {
-        field<&QelEvent::eid>(1866, required, always),
+        field<&R::eid>(1866, required, always),
         step<&readTime, &writeTime>("time", timeElement, ignored),
-        field<&QelEvent::source>(1803, required, always),
-        field<&QelEvent::category>(1264, required, always),
-        field<&QelEvent::sid>(1911, ignored, always),
-        field<&QelEvent::severity>(1259, required, always),
-        field<&QelEvent::id>(1010, required, always),
+        field<&R::source>(1803, required, always),
+        field<&R::category>(1264, required, always),
+        field<&R::sid>(1911, ignored, always),
+        field<&R::severity>(1259, required, always),
+        field<&R::id>(1010, required, always),
         step<&readPayload, &writePayload>("data", dataElement, ignored, ifSet),
-        field<&QelEvent::info>(1134, required, always),
+        field<&R::info>(1134, required, always),
     };
     static constexpr int readOrder[] = {1866, timeElement, 1803, 1264, 1259, 1010, 1911, dataElement, 1134};
 };
-template <> const QelWireLayout& qelWireLayout<QelEvent>() {
-    return wireLayoutOf<QelEvent>;
-}
+const QelWireLayout& QelEvent::wire = wireLayoutOf<QelEvent>;
 
 QelEvent::QelEvent(std::string itsSource)
     : eid(QelConfiguration::getLocalEID()), time(std::time(nullptr)), source(std::move(itsSource)),

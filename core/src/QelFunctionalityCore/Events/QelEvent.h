@@ -9,11 +9,12 @@
 #include "QelFunctionalityCore/Events/QelInfo.h"
 #include "QelFunctionalityCore/Security/QelSID.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Something that happened, as delivered to subscribers: who, when, where and why, with an optional payload.
-struct QelEvent {
+struct QelEvent : QelRecord<QelEvent> {
     static constexpr std::string_view subscriptionName = "events_subscription";
 
     /// Generates an identifier.  The time is the current time, the environment is the local agent, the SID is that of
@@ -31,12 +32,9 @@ struct QelEvent {
     boost::shared_ptr<QelEventData> data; ///< may be null
     QelInfo info;                         ///< what happened, for a user
 
-    /// A missing time defaults to that of the message envelope.  If the payload is missing, malformed or of an unknown
-    /// class, `data` is left unchanged and reading still succeeds.
-    using Reader = QelRecordReader<QelEvent>;
-    using Writer = QelRecordWriter<QelEvent>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: a missing time defaults to that of the message envelope.  If the payload is missing, malformed or of an
+    /// unknown class, `data` is left unchanged and reading still succeeds.
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelEvent>;

@@ -13,12 +13,10 @@ QelDerivedParserFactoryT<QelAnyEventData, QelEventData> factoryQelAnyEventData(t
 template <> struct Wire<QelAnyEventData> : WireWords<QelAnyEventData> {
     static constexpr int nsId = 292, typeId = 156;
     static constexpr QelWireField fields[] = {
-        field<&QelAnyEventData::any>(0, required, always),
+        field<&R::any>(0, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelAnyEventData>() {
-    return wireLayoutOf<QelAnyEventData>;
-}
+const QelWireLayout& QelAnyEventData::wire = wireLayoutOf<QelAnyEventData>;
 
 void QelAnyEventData::toInfo(QelInfo&) const {}
 

@@ -25,16 +25,13 @@ struct QelEventData {
 };
 
 /// A payload of a class unknown to this process, carried unchanged.
-struct QelAnyEventData : QelEventData {
+struct QelAnyEventData : QelRecord<QelAnyEventData, QelEventData> {
     QelAnyData any{1307};
 
     void toInfo(QelInfo& info) const override;
     int addSubscriptionName(QelMessage& message) override;
 
-    using Reader = QelRecordReader<QelAnyEventData>;
-    using Writer = QelRecordWriter<QelAnyEventData>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelEventData>;

@@ -15,9 +15,9 @@ std::vector<QelRecordType> eventsRecordTypes() {
         tableRecordType<QelAnyEventData>(),
         tableRecordType<QelEvent>(),
         tableRecordType<QelInfo>(),
-        makeRecordType<QelRequestProgressData>("QelRequestProgressData", &qelWireLayout<QelRequestProgressData>()),
-        makeRecordType<QelResourceAlertData>("QelResourceAlertData", &qelWireLayout<QelResourceAlertData>()),
-        makeRecordType<QelServerGroupAlertData>("QelServerGroupAlertData", &qelWireLayout<QelServerGroupAlertData>()),
+        makeRecordType<QelRequestProgressData>("QelRequestProgressData", &QelRequestProgressData::wire),
+        makeRecordType<QelResourceAlertData>("QelResourceAlertData", &QelResourceAlertData::wire),
+        makeRecordType<QelServerGroupAlertData>("QelServerGroupAlertData", &QelServerGroupAlertData::wire),
     };
 }
 

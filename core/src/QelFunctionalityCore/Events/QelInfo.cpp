@@ -90,15 +90,13 @@ private:
 template <> struct Wire<QelInfo> : WireWords<QelInfo> {
     static constexpr int nsId = 292, typeId = 161;
     static constexpr QelWireField fields[] = {
-        field<&QelInfo::text>(1224, required, always, base64),
-        field<&QelInfo::name>(nameElement, required, always),
-        flag<&QelInfo::translatable>(1912),
+        field<&R::text>(1224, required, always, base64),
+        field<&R::name>(nameElement, required, always),
+        flag<&R::translatable>(1912),
         step<&readParameters, &writeParameters>("parameters", parameterElement, optional),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelInfo>() {
-    return wireLayoutOf<QelInfo>;
-}
+const QelWireLayout& QelInfo::wire = wireLayoutOf<QelInfo>;
 
 // Not defaulted in the class: comparing the parameters needs the complete type.
 bool QelInfo::operator==(const QelInfo& other) const {

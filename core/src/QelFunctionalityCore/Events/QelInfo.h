@@ -19,7 +19,7 @@ namespace Qel {
 /// texts of all parameters with that name, in insertion order, separated by commas; without any it expands to nothing.
 /// A `%` without a matching second one is copied unchanged.  The text of each parameter is expanded with its own
 /// parameters.
-struct QelInfo {
+struct QelInfo : QelRecord<QelInfo> {
     /// Keyed by name; a name may occur more than once.
     using Parameters = std::multimap<std::string, QelInfo, std::less<>>;
 
@@ -75,10 +75,7 @@ struct QelInfo {
     /// `outOfResources` and leaves the info unchanged.
     [[nodiscard]] int deserializeFromString(const char* message);
 
-    using Reader = QelRecordReader<QelInfo>;
-    using Writer = QelRecordWriter<QelInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 
 private:
     /// Returns the format of an info: a view of the info itself or of `storage`.

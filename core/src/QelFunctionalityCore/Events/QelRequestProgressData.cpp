@@ -77,23 +77,22 @@ QelDerivedParserFactoryT<QelRequestProgressData, QelRequestProgressData> factory
 
 template <> struct Wire<QelRequestProgressData> : WireWords<QelRequestProgressData> {
     using Data = QelRequestProgressData;
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        step<&readRequest, &writeRequest>("requestId", requestElement, required, ifSet).unchecked(),
-        field<&Data::parentId>(1914, ignored, ifSet).unchecked(),
-        field<&Data::operation>(1638, ignored, ifSet).unchecked(),
-        fieldIf<&Data::info, hasText>(1224, ignored).unchecked(),
-        fieldIf<&Data::progress, isAboveZero>(1397, ignored).unchecked(),
-        field<&Data::state>(1192, ignored, ifSet).unchecked(),
-        step<&readTime, &writeTime>("time", timeElement, ignored, ifSet).unchecked(),
-        fieldIf<&Data::eids, hasItems>(1899, ignored).unchecked(),
-        step<&readSession, &writeSession>("session", sessionElement, ignored, ifSet).unchecked(),
+        step<&readRequest, &writeRequest>("requestId", requestElement, required, ifSet),
+        field<&Data::parentId>(1914, ignored, ifSet),
+        field<&Data::operation>(1638, ignored, ifSet),
+        fieldIf<&Data::info, hasText>(1224, ignored),
+        fieldIf<&Data::progress, isAboveZero>(1397, ignored),
+        field<&Data::state>(1192, ignored, ifSet),
+        step<&readTime, &writeTime>("time", timeElement, ignored, ifSet),
+        fieldIf<&Data::eids, hasItems>(1899, ignored),
+        step<&readSession, &writeSession>("session", sessionElement, ignored, ifSet),
     };
     static constexpr int readOrder[] = {requestElement, 1914, 1638, timeElement,   1224,
                                         1397,           1192, 1899, sessionElement};
 };
-template <> const QelWireLayout& qelWireLayout<QelRequestProgressData>() {
-    return wireLayoutOf<QelRequestProgressData>;
-}
+const QelWireLayout& QelRequestProgressData::wire = wireLayoutOf<QelRequestProgressData>;
 
 QelRequestProgressData::QelRequestProgressData(std::string text)
     : info(std::move(text), "", true), session{{}, QelConfiguration::getLocalEID()} {}

@@ -44,6 +44,8 @@ struct QelRequestProgressData {
     };
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelRequestProgressData>;

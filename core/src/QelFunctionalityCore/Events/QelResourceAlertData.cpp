@@ -60,15 +60,13 @@ template <> struct Wire<QelResourceAlertData> : WireWords<QelResourceAlertData> 
     static constexpr int nsId = 285, typeId = 102;
     static constexpr QelWireField fields[] = {
         base<QelAlertData>(),
-        field<&QelResourceAlertData::subsystem>(1094, required, always),
-        field<&QelResourceAlertData::instance>(1905, ignored, ifSet),
-        field<&QelResourceAlertData::id>(1906, required, always),
+        field<&R::subsystem>(1094, required, always),
+        field<&R::instance>(1905, ignored, ifSet),
+        field<&R::id>(1906, required, always),
         step<&readValues, &writeValues>("current, soft, hard", currentElement, required),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelResourceAlertData>() {
-    return wireLayoutOf<QelResourceAlertData>;
-}
+const QelWireLayout& QelResourceAlertData::wire = wireLayoutOf<QelResourceAlertData>;
 
 namespace {
 

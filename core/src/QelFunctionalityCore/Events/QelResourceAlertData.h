@@ -6,6 +6,7 @@
 #include "QelFunctionalityCore/Events/QelAlertData.h"
 #include "QelFunctionalityCore/Monitoring/QelPerfStat.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
@@ -55,6 +56,8 @@ struct QelResourceAlertData : QelAlertData {
     };
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 
 private:
     [[nodiscard]] bool isSameInstance(const QelResourceAlertData& other) const;

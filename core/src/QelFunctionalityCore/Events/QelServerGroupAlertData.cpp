@@ -12,14 +12,12 @@ template <> struct Wire<QelServerGroupAlertData> : WireWords<QelServerGroupAlert
     static constexpr int nsId = 285, typeId = 300;
     static constexpr QelWireField fields[] = {
         base<QelAlertData>(),
-        field<&QelServerGroupAlertData::code>(1405, ignored, always).unchecked(),
-        field<&QelServerGroupAlertData::reason>(1496, ignored, always).unchecked(),
-        field<&QelServerGroupAlertData::subsystem>(1094, ignored, always).unchecked(),
+        field<&R::code>(1405, ignored, always).bestEffort(),
+        field<&R::reason>(1496, ignored, always).bestEffort(),
+        field<&R::subsystem>(1094, ignored, always).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelServerGroupAlertData>() {
-    return wireLayoutOf<QelServerGroupAlertData>;
-}
+const QelWireLayout& QelServerGroupAlertData::wire = wireLayoutOf<QelServerGroupAlertData>;
 
 void QelServerGroupAlertData::toInfo(QelInfo& info) const {
     info = QelInfo("Marisko group problem with %env%. Subsystem: %subsystem% failed, reason %reason% [code %code%].",

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "QelFunctionalityCore/Events/QelAlertData.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
@@ -36,6 +37,8 @@ struct QelServerGroupAlertData : QelAlertData {
     };
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 extern QelDerivedParserFactoryT<QelServerGroupAlertData, QelEventData> factoryQelServerGroupAlertData;

@@ -70,19 +70,17 @@ template <> struct Wire<QelFileFilter> : WireWords<QelFileFilter> {
     static constexpr auto mask = &Filter::validMask;
     static constexpr QelWireField fields[] = {
         step<&Internal::clearValidMask<Filter>, &Internal::leaveValidMask<Filter>>("validMask", 0, required),
-        marked<&Filter::name, mask>(1026, Filter::validName, ignored, ifSet, base64).unchecked(),
-        marked<&Filter::type, mask>(1007, Filter::validType, ignored, ifSet).unchecked(),
-        marked<&Filter::path, mask>(1150, Filter::validPath, ignored, ifSet, base64).unchecked(),
-        marked<&Filter::mtimeFrom, mask>(1146, Filter::validTimeFrom, ignored, ifSet, time).unchecked(),
-        marked<&Filter::mtimeTo, mask>(1147, Filter::validTimeTo, ignored, ifSet, time).unchecked(),
-        marked<&Filter::sizeFrom, mask>(1148, Filter::validSizeFrom, ignored, ifSet).unchecked(),
-        marked<&Filter::sizeTo, mask>(1149, Filter::validSizeTo, ignored, ifSet).unchecked(),
+        marked<&Filter::name, mask>(1026, Filter::validName, ignored, ifSet, base64).bestEffort(),
+        marked<&Filter::type, mask>(1007, Filter::validType, ignored, ifSet).bestEffort(),
+        marked<&Filter::path, mask>(1150, Filter::validPath, ignored, ifSet, base64).bestEffort(),
+        marked<&Filter::mtimeFrom, mask>(1146, Filter::validTimeFrom, ignored, ifSet, time).bestEffort(),
+        marked<&Filter::mtimeTo, mask>(1147, Filter::validTimeTo, ignored, ifSet, time).bestEffort(),
+        marked<&Filter::sizeFrom, mask>(1148, Filter::validSizeFrom, ignored, ifSet).bestEffort(),
+        marked<&Filter::sizeTo, mask>(1149, Filter::validSizeTo, ignored, ifSet).bestEffort(),
         step<&readOwner<user>, &writeOwner<user>>("user", 1025, ignored, ifSet),
         step<&readOwner<group>, &writeOwner<group>>("group", 1029, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelFileFilter>() {
-    return wireLayoutOf<QelFileFilter>;
-}
+const QelWireLayout& QelFileFilter::wire = wireLayoutOf<QelFileFilter>;
 
 } // namespace Qel

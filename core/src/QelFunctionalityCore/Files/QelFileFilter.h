@@ -8,7 +8,7 @@ namespace Qel {
 
 /// Criteria of a file search.  A criterion applies if its bit is in the mask.  Reading always returns 0: a field that
 /// cannot be read is not a criterion.
-struct QelFileFilter {
+struct QelFileFilter : QelRecord<QelFileFilter> {
     enum ValidMask : unsigned {
         validType = 1,
         validUserName = 2,
@@ -50,10 +50,7 @@ struct QelFileFilter {
     void setValid(unsigned bit) { validMask |= bit; }
     [[nodiscard]] bool isValid(unsigned bit) const { return (validMask & bit) != 0; }
 
-    using Reader = QelRecordReader<QelFileFilter>;
-    using Writer = QelRecordWriter<QelFileFilter>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -12,7 +12,7 @@ namespace Qel {
 /// know whether the bytes are in memory or on disk.
 ///
 /// Reading returns the result for the path: a size, an offset or data that cannot be read are left unchanged.
-struct QelFileInfo {
+struct QelFileInfo : QelRecord<QelFileInfo> {
     static constexpr long long unknownSize = -1;
     /// Maximum number of bytes in a block.
     static constexpr int maxBlockSize = 0x80000;
@@ -32,10 +32,7 @@ struct QelFileInfo {
     [[nodiscard]] virtual std::string getSrc() const { return path; }
     [[nodiscard]] virtual std::string getDst() const { return path; }
 
-    using Reader = QelRecordReader<QelFileInfo>;
-    using Writer = QelRecordWriter<QelFileInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

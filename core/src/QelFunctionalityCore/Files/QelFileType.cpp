@@ -29,36 +29,31 @@ struct AttributeMask {
 
 } // namespace
 
-// Declared before the table that refers to it: the children of a file are files.
-template <> const QelWireLayout& qelWireLayout<QelFileType>();
-
 template <> struct Wire<QelFileType> : WireWords<QelFileType> {
     static constexpr auto mask = &File::validMask;
     static constexpr QelWireField fields[] = {
         marked<&File::name, mask>(nameElement, File::validName, required, always, base64),
         list<&File::children>(1161, optional),
         step<&Internal::clearValidMask<File>, &Internal::leaveValidMask<File>>("validMask", 0, required),
-        marked<&File::type, mask>(typeElement, File::validType, ignored, ifSet).unchecked(),
-        marked<&File::mode, mask>(modeElement, File::validMode, ignored, ifSet).unchecked(),
-        marked<&File::ownerName, mask>(ownerNameElement, File::validOwnerName, ignored, ifSet).unchecked(),
-        marked<&File::groupName, mask>(groupNameElement, File::validGroupName, ignored, ifSet).unchecked(),
-        marked<&File::uid, mask>(uidElement, File::validUid, ignored, ifSet).unchecked(),
-        marked<&File::gid, mask>(gidElement, File::validGid, ignored, ifSet).unchecked(),
-        marked<&File::links, mask>(linksElement, File::validLinks, ignored, ifSet).unchecked(),
-        marked<&File::linkTarget, mask>(linkTargetElement, File::validLinkTarget, ignored, ifSet, base64).unchecked(),
-        marked<&File::extra, mask>(extraElement, File::validExtra, ignored, ifSet).unchecked(),
-        marked<&File::size, mask>(sizeElement, File::validSize, ignored, ifSet).unchecked(),
-        marked<&File::mtime, mask>(mtimeElement, File::validTime, ignored, ifSet, time).unchecked(),
-        list<&File::values>(1087, ignored).unchecked(),
+        marked<&File::type, mask>(typeElement, File::validType, ignored, ifSet).bestEffort(),
+        marked<&File::mode, mask>(modeElement, File::validMode, ignored, ifSet).bestEffort(),
+        marked<&File::ownerName, mask>(ownerNameElement, File::validOwnerName, ignored, ifSet).bestEffort(),
+        marked<&File::groupName, mask>(groupNameElement, File::validGroupName, ignored, ifSet).bestEffort(),
+        marked<&File::uid, mask>(uidElement, File::validUid, ignored, ifSet).bestEffort(),
+        marked<&File::gid, mask>(gidElement, File::validGid, ignored, ifSet).bestEffort(),
+        marked<&File::links, mask>(linksElement, File::validLinks, ignored, ifSet).bestEffort(),
+        marked<&File::linkTarget, mask>(linkTargetElement, File::validLinkTarget, ignored, ifSet, base64).bestEffort(),
+        marked<&File::extra, mask>(extraElement, File::validExtra, ignored, ifSet).bestEffort(),
+        marked<&File::size, mask>(sizeElement, File::validSize, ignored, ifSet).bestEffort(),
+        marked<&File::mtime, mask>(mtimeElement, File::validTime, ignored, ifSet, time).bestEffort(),
+        list<&File::values>(1087, ignored).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelFileType>() {
-    return wireLayoutOf<QelFileType>;
-}
+const QelWireLayout& QelFileType::wire = wireLayoutOf<QelFileType>;
 
 template <> struct Wire<AttributeMask> : WireWords<AttributeMask> {
     static constexpr QelWireField fields[] = {
-        bits<&AttributeMask::mask, QelWireBit{File::validType, typeElement}, QelWireBit{File::validName, nameElement},
+        bits<&R::mask, QelWireBit{File::validType, typeElement}, QelWireBit{File::validName, nameElement},
              QelWireBit{File::validMode, modeElement}, QelWireBit{File::validOwnerName, ownerNameElement},
              QelWireBit{File::validUid, uidElement}, QelWireBit{File::validGroupName, groupNameElement},
              QelWireBit{File::validGid, gidElement}, QelWireBit{File::validSize, sizeElement},

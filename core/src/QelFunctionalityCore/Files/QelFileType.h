@@ -11,7 +11,7 @@ namespace Qel {
 
 /// A file and, for a folder, its children.  An attribute is known if its bit is in the mask.  Reading returns -1 if the
 /// name is missing or a child cannot be read.
-struct QelFileType {
+struct QelFileType : QelRecord<QelFileType> {
     enum ValidMask : unsigned {
         validType = 0x1,
         validMode = 0x2,
@@ -46,10 +46,7 @@ struct QelFileType {
     void setValid(unsigned bit) { validMask |= bit; }
     [[nodiscard]] bool isValid(unsigned bit) const { return (validMask & bit) != 0; }
 
-    using Reader = QelRecordReader<QelFileType>;
-    using Writer = QelRecordWriter<QelFileType>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Which attributes a request wants: bits of QelFileType::ValidMask.  A bit is encoded as an empty element with the ID

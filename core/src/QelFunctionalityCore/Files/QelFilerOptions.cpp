@@ -40,8 +40,6 @@ template <> struct Wire<QelFilerOptions> : WireWords<QelFilerOptions> {
         step<&readNested, &writeNested>("flags", outerElement, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelFilerOptions>() {
-    return wireLayoutOf<QelFilerOptions>;
-}
+const QelWireLayout& QelFilerOptions::wire = wireLayoutOf<QelFilerOptions>;
 
 } // namespace Qel

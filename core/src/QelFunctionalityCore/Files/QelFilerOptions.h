@@ -6,7 +6,7 @@ namespace Qel {
 
 /// Flags of a file operation.  The file service defines the meaning of the numbered ones.  Reading always returns 0 and
 /// replaces all flags.
-struct QelFilerOptions {
+struct QelFilerOptions : QelRecord<QelFilerOptions> {
     enum Flag : unsigned {
         overwrite = 1, ///< an existing file may be written to
         option1151 = 2,
@@ -23,10 +23,7 @@ struct QelFilerOptions {
 
     [[nodiscard]] bool has(Flag flag) const { return (flags & flag) != 0; }
 
-    using Reader = QelRecordReader<QelFilerOptions>;
-    using Writer = QelRecordWriter<QelFilerOptions>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -6,11 +6,9 @@ namespace Qel {
 
 template <> struct Wire<QelSecurityAttributes> : WireWords<QelSecurityAttributes> {
     static constexpr QelWireField fields[] = {
-        field<&QelSecurityAttributes::mode>(1135, required, always),
+        field<&R::mode>(1135, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelSecurityAttributes>() {
-    return wireLayoutOf<QelSecurityAttributes>;
-}
+const QelWireLayout& QelSecurityAttributes::wire = wireLayoutOf<QelSecurityAttributes>;
 
 } // namespace Qel

@@ -5,13 +5,10 @@
 namespace Qel {
 
 /// Attributes of a new file.
-struct QelSecurityAttributes {
+struct QelSecurityAttributes : QelRecord<QelSecurityAttributes> {
     int mode = 0777; ///< permissions as in chmod(2), not restricted by the umask
 
-    using Reader = QelRecordReader<QelSecurityAttributes>;
-    using Writer = QelRecordWriter<QelSecurityAttributes>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -5,15 +5,14 @@
 namespace Qel {
 
 template <> struct Wire<QelUGIDLimits> : WireWords<QelUGIDLimits> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&QelUGIDLimits::limit1>(1539, required, always).unchecked(),
-        field<&QelUGIDLimits::limit2>(1540, required, always).unchecked(),
-        field<&QelUGIDLimits::limit3>(1541, required, always).unchecked(),
-        field<&QelUGIDLimits::limit4>(1542, required, always).unchecked(),
+        field<&R::limit1>(1539, required, always),
+        field<&R::limit2>(1540, required, always),
+        field<&R::limit3>(1541, required, always),
+        field<&R::limit4>(1542, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelUGIDLimits>() {
-    return wireLayoutOf<QelUGIDLimits>;
-}
+const QelWireLayout& QelUGIDLimits::wire = wireLayoutOf<QelUGIDLimits>;
 
 } // namespace Qel

@@ -5,16 +5,13 @@
 namespace Qel {
 
 /// Four limits on user and group IDs.  The host's user service defines what each of them limits.
-struct QelUGIDLimits {
+struct QelUGIDLimits : QelRecord<QelUGIDLimits> {
     int limit1 = 0;
     int limit2 = 0;
     int limit3 = 0;
     int limit4 = 0;
 
-    using Reader = QelRecordReader<QelUGIDLimits>;
-    using Writer = QelRecordWriter<QelUGIDLimits>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -49,15 +49,11 @@ int QelUserCredentials::getUid(const QelMessageIterator& cursor, unsigned& uid) 
 
 template <> struct Wire<QelUserCredentials> : WireWords<QelUserCredentials> {
     static constexpr QelWireField fields[] = {
-        field<&QelUserCredentials::name>(userName, ignored, ifSet),
-        step<&readUid, &writeUid>("uid", userNumber, ignored, ifSet),
-        list<&QelUserCredentials::groups>(groupName, ignored),
-        step<&readGids, &writeGids>("gids", groupNumber, ignored, ifSet),
-        field<&QelUserCredentials::flags>(1176, ignored, always),
+        field<&R::name>(userName, ignored, ifSet), step<&readUid, &writeUid>("uid", userNumber, ignored, ifSet),
+        list<&R::groups>(groupName, ignored),      step<&readGids, &writeGids>("gids", groupNumber, ignored, ifSet),
+        field<&R::flags>(1176, ignored, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelUserCredentials>() {
-    return wireLayoutOf<QelUserCredentials>;
-}
+const QelWireLayout& QelUserCredentials::wire = wireLayoutOf<QelUserCredentials>;
 
 } // namespace Qel

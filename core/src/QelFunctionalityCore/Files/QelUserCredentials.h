@@ -9,7 +9,7 @@ namespace Qel {
 
 /// The credentials for a file operation: a user and groups, each by name or by number.  Names take precedence: numbers
 /// are sent only if there are no names.
-struct QelUserCredentials {
+struct QelUserCredentials : QelRecord<QelUserCredentials> {
     static constexpr unsigned noUid = 0xFFFFFFFF;
 
     std::string name;
@@ -24,10 +24,7 @@ struct QelUserCredentials {
     /// Reads the user ID from the current element.  On failure, `uid` is unchanged.
     static int getUid(const QelMessageIterator& cursor, unsigned& uid);
 
-    using Reader = QelRecordReader<QelUserCredentials>;
-    using Writer = QelRecordWriter<QelUserCredentials>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

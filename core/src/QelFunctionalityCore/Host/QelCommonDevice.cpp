@@ -28,23 +28,19 @@ boost::shared_ptr<QelCommonDevice> QelScsiDevice::clone() const {
 template <> struct Wire<QelCommonDevice> : WireWords<QelCommonDevice> {
     static constexpr int nsId = 278, typeId = 301;
     static constexpr QelWireField fields[] = {
-        field<&QelCommonDevice::name>(1026, ignored, always),
-        field<&QelCommonDevice::description>(1496, ignored, always),
+        field<&R::name>(1026, ignored, always),
+        field<&R::description>(1496, ignored, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelCommonDevice>() {
-    return wireLayoutOf<QelCommonDevice>;
-}
+const QelWireLayout& QelCommonDevice::wire = wireLayoutOf<QelCommonDevice>;
 
 template <> struct Wire<QelWindowsDevice> : WireWords<QelWindowsDevice> {
     static constexpr int nsId = 278, typeId = 302;
     static constexpr QelWireField fields[] = {
         base<QelCommonDevice>(),
-        field<&QelWindowsDevice::f2112>(2112, ignored, always),
+        field<&R::f2112>(2112, ignored, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelWindowsDevice>() {
-    return wireLayoutOf<QelWindowsDevice>;
-}
+const QelWireLayout& QelWindowsDevice::wire = wireLayoutOf<QelWindowsDevice>;
 
 } // namespace Qel

@@ -10,7 +10,7 @@
 namespace Qel {
 
 /// A device of a host.
-struct QelCommonDevice {
+struct QelCommonDevice : QelRecord<QelCommonDevice> {
     virtual ~QelCommonDevice() = default;
 
     /// Returns a copy with the dynamic type of the object.
@@ -19,30 +19,19 @@ struct QelCommonDevice {
     std::string name;
     std::string description;
 
-    using Reader = QelRecordReader<QelCommonDevice>;
-    using Writer = QelRecordWriter<QelCommonDevice>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
-struct QelWindowsDevice : QelCommonDevice {
+struct QelWindowsDevice : QelRecord<QelWindowsDevice, QelCommonDevice> {
     [[nodiscard]] boost::shared_ptr<QelCommonDevice> clone() const override;
 
     std::string f2112;
 
-    using Reader = QelRecordReader<QelWindowsDevice>;
-    using Writer = QelRecordWriter<QelWindowsDevice>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
-struct QelScsiDevice : QelWindowsDevice {
+struct QelScsiDevice : QelRecordAs<QelWindowsDevice, 278, 303> {
     [[nodiscard]] boost::shared_ptr<QelCommonDevice> clone() const override;
-
-    using Reader = QelReaderAs<QelWindowsDevice>;
-    using Writer = QelWriterAs<QelWindowsDevice, 278, 303>;
-    using reader_type = Reader;
-    using writer_type = Writer;
 };
 
 extern template class QelDerivedParserFactory<QelCommonDevice>;

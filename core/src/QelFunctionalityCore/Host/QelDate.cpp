@@ -8,13 +8,11 @@ namespace Qel {
 template <> struct Wire<QelTimeZone> : WireWords<QelTimeZone> {
     static constexpr int nsId = 292;
     static constexpr QelWireField fields[] = {
-        field<&QelTimeZone::name>(1026, required, always),
-        field<&QelTimeZone::f1788>(1788, required, always),
+        field<&R::name>(1026, required, always),
+        field<&R::f1788>(1788, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelTimeZone>() {
-    return wireLayoutOf<QelTimeZone>;
-}
+const QelWireLayout& QelTimeZone::wire = wireLayoutOf<QelTimeZone>;
 
 int QelTimeZone::Reader::operator()(const QelMessageIterator& cursor, QelTimeZone& zone) const {
     for (const QelWireField& field : Wire<QelTimeZone>::fields)
@@ -26,16 +24,14 @@ int QelTimeZone::Reader::operator()(const QelMessageIterator& cursor, QelTimeZon
 template <> struct Wire<QelDate> : WireWords<QelDate> {
     static constexpr int nsId = 292;
     static constexpr QelWireField fields[] = {
-        field<&QelDate::time>(1004, ignored, always, WireWords::time),
-        field<&QelDate::f2007>(2007, ignored, ifSet),
+        field<&R::time>(1004, ignored, always, WireWords::time),
+        field<&R::f2007>(2007, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelDate>() {
-    return wireLayoutOf<QelDate>;
-}
+const QelWireLayout& QelDate::wire = wireLayoutOf<QelDate>;
 
 int QelDate::Reader::operator()(const QelMessageIterator& cursor, QelDate& date) const {
-    const int result = readByLayout(qelWireLayout<QelDate>(), &date, cursor);
+    const int result = readByLayout(QelDate::wire, &date, cursor);
     if (result == 0 && date.isEmpty()) {
         setErrorMessage("can't read QelDate: neither time nor string is set");
         return -1;
@@ -48,7 +44,7 @@ int QelDate::Writer::operator()(QelMessageIterator& cursor, const QelDate& date)
         setErrorMessage("can't write QelDate: neither time nor string is set");
         return -1;
     }
-    return writeByLayout(qelWireLayout<QelDate>(), &date, cursor);
+    return writeByLayout(QelDate::wire, &date, cursor);
 }
 
 } // namespace Qel

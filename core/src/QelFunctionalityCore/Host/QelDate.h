@@ -7,7 +7,7 @@
 namespace Qel {
 
 /// The time zone of a host.
-struct QelTimeZone {
+struct QelTimeZone : QelRecord<QelTimeZone> {
     std::string name;
     std::string f1788;
 
@@ -15,9 +15,9 @@ struct QelTimeZone {
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelTimeZone& zone) const;
     };
-    using Writer = QelRecordWriter<QelTimeZone>;
     using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// A point in time, as a number or a string.
@@ -37,6 +37,8 @@ struct QelDate {
     };
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -4,11 +4,12 @@
 #include <vector>
 
 #include "QelFunctionalityCore/Host/QelStatistics.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A file system on a disk of a host.
-struct QelDiskPartition {
+struct QelDiskPartition : QelRecord<QelDiskPartition> {
     std::string name;
     std::string f1297;
     int f1299 = 0;
@@ -17,20 +18,14 @@ struct QelDiskPartition {
     QelUsageStats blocks; ///< bytes
     QelUsageStats inodes;
 
-    using Reader = QelRecordReader<QelDiskPartition>;
-    using Writer = QelRecordWriter<QelDiskPartition>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// The file systems of a host.
-struct QelDisk {
+struct QelDisk : QelRecord<QelDisk> {
     std::vector<QelDiskPartition> partitions;
 
-    using Reader = QelRecordReader<QelDisk>;
-    using Writer = QelRecordWriter<QelDisk>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -9,7 +9,7 @@
 namespace Qel {
 
 /// A disk image.  All fields are optional; a field that cannot be read becomes unspecified.
-struct QelDiskImage {
+struct QelDiskImage : QelRecord<QelDiskImage> {
     QelOptionalProperty<QelGUID> id;
     QelOptionalProperty<QelGUID> f2248;
     QelOptionalProperty<std::string> name;
@@ -19,25 +19,19 @@ struct QelDiskImage {
     QelOptionalProperty<bool> f1856;
     QelOptionalProperty<long long> size; ///< bytes
 
-    using Reader = QelRecordReader<QelDiskImage>;
-    using Writer = QelRecordWriter<QelDiskImage>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A disk image with its type.
-struct QelImageInfo {
+struct QelImageInfo : QelRecord<QelImageInfo> {
     int type = 0;
     QelOptionalProperty<QelDiskImage> image;
 
-    using Reader = QelRecordReader<QelImageInfo>;
-    using Writer = QelRecordWriter<QelImageInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A directory shared with other hosts.  All fields are optional; a field that cannot be read becomes unspecified.
-struct QelFileShare {
+struct QelFileShare : QelRecord<QelFileShare> {
     QelOptionalProperty<QelGUID> id;
     QelOptionalProperty<std::string> name;
     QelOptionalProperty<std::string> path;
@@ -49,10 +43,7 @@ struct QelFileShare {
     QelOptionalProperty<int> f1712;
     QelOptionalProperty<long long> size; ///< bytes
 
-    using Reader = QelRecordReader<QelFileShare>;
-    using Writer = QelRecordWriter<QelFileShare>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -13,54 +13,42 @@
 namespace Qel {
 
 /// The version of a virtualisation technology.
-struct QelVtVersion {
+struct QelVtVersion : QelRecord<QelVtVersion> {
     std::string f1846;
     std::string f1276;
     std::string f2103;
 
-    using Reader = QelRecordReader<QelVtVersion>;
-    using Writer = QelRecordWriter<QelVtVersion>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Names of file types.  Reading always succeeds.
-struct QelFileListType {
+struct QelFileListType : QelRecord<QelFileListType> {
     std::vector<std::string> f2289;
 
-    using Reader = QelRecordReader<QelFileListType>;
-    using Writer = QelRecordWriter<QelFileListType>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A configuration from which new environments are created.
-struct QelEnvSample {
+struct QelEnvSample : QelRecord<QelEnvSample> {
     QelGUID id;
     boost::shared_ptr<QelVEnvConfig> config; ///< may be null
 
-    using Reader = QelRecordReader<QelEnvSample>;
-    using Writer = QelRecordWriter<QelEnvSample>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A sample with its name and version.
-struct QelSampleConf {
+struct QelSampleConf : QelRecord<QelSampleConf> {
     boost::shared_ptr<QelEnvConfig> config; ///< must not be null
     QelGUID id;
     std::string name;
     std::string f1034; ///< any bytes
     QelVtVersion vtVersion;
 
-    using Reader = QelRecordReader<QelSampleConf>;
-    using Writer = QelRecordWriter<QelSampleConf>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Criteria for looking up a host.
-struct QelHNLookupInfoType {
+struct QelHNLookupInfoType : QelRecord<QelHNLookupInfoType> {
     std::string hostname;
     std::vector<std::string> f1072;
     QelOS os;
@@ -69,9 +57,9 @@ struct QelHNLookupInfoType {
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelHNLookupInfoType& info) const;
     };
-    using Writer = QelRecordWriter<QelHNLookupInfoType>;
     using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -79,10 +79,10 @@ std::vector<QelRecordType> hostRecordTypes() {
         tableRecordType<QelVncConsoleInfo>(),
         tableRecordType<QelVtVersion>(),
         tableRecordType<QelWindowsDevice>(),
-        makeRecordType<QelPackageDeb>("QelPackageDeb", &qelWireLayout<QelPackageLinux>()),
-        makeRecordType<QelPackageRpm>("QelPackageRpm", &qelWireLayout<QelPackageLinux>()),
+        makeRecordType<QelPackageDeb>("QelPackageDeb", &QelPackageLinux::wire),
+        makeRecordType<QelPackageRpm>("QelPackageRpm", &QelPackageLinux::wire),
         makeRecordType<QelProcessInfo>("QelProcessInfo"),
-        makeRecordType<QelScsiDevice>("QelScsiDevice", &qelWireLayout<QelWindowsDevice>()),
+        makeRecordType<QelScsiDevice>("QelScsiDevice", &QelWindowsDevice::wire),
         makeRecordType<QelTopData>("QelTopData"),
         makeRecordType<QelTopData::TopSet>("QelTopData::TopSet"),
     };

@@ -9,39 +9,33 @@ namespace Qel {
 
 template <> struct Wire<QelMailTemplate> : WireWords<QelMailTemplate> {
     static constexpr QelWireField fields[] = {
-        field<&QelMailTemplate::name>(1026, required, always),
-        field<&QelMailTemplate::text1328>(1328, required, always, base64),
-        flag<&QelMailTemplate::flag1607>(1607).kept(),
+        field<&R::name>(1026, required, always),
+        field<&R::text1328>(1328, required, always, base64),
+        flag<&R::flag1607>(1607).kept(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelMailTemplate>() {
-    return wireLayoutOf<QelMailTemplate>;
-}
+const QelWireLayout& QelMailTemplate::wire = wireLayoutOf<QelMailTemplate>;
 
 template <> struct Wire<QelMailerAccount> : WireWords<QelMailerAccount> {
     static constexpr QelWireField fields[] = {
-        field<&QelMailerAccount::name>(1026, optional, always),
-        field<&QelMailerAccount::address1099>(1099, optional, always),
+        field<&R::name>(1026, optional, always),
+        field<&R::address1099>(1099, optional, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelMailerAccount>() {
-    return wireLayoutOf<QelMailerAccount>;
-}
+const QelWireLayout& QelMailerAccount::wire = wireLayoutOf<QelMailerAccount>;
 
 template <> struct Wire<QelMailerConfig> : WireWords<QelMailerConfig> {
     static constexpr int enabledElement = 2150, accountsElement = 2151;
     static constexpr QelWireField accounts[] = {
-        field<&QelMailerConfig::account2152>(2152, optional, ifSet).kept(),
-        field<&QelMailerConfig::account1044>(1044, optional, ifSet).kept(),
+        field<&R::account2152>(2152, optional, ifSet).kept(),
+        field<&R::account1044>(1044, optional, ifSet).kept(),
     };
     static constexpr QelWireField fields[] = {
-        field<&QelMailerConfig::enabled2150>(enabledElement, required, always),
+        field<&R::enabled2150>(enabledElement, required, always),
         grouped<accounts>("accounts", accountsElement, optional),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelMailerConfig>() {
-    return wireLayoutOf<QelMailerConfig>;
-}
+const QelWireLayout& QelMailerConfig::wire = wireLayoutOf<QelMailerConfig>;
 
 int QelMailerConfig::merge(const QelMailerConfig& other) {
     enabled2150 = other.enabled2150;

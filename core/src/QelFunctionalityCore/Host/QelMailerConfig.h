@@ -8,26 +8,20 @@
 namespace Qel {
 
 /// A template for mail sent by the agent.
-struct QelMailTemplate {
+struct QelMailTemplate : QelRecord<QelMailTemplate> {
     std::string name;
     std::string text1328;  ///< any bytes
     bool flag1607 = false; ///< a read may set it but never clears it
 
-    using Reader = QelRecordReader<QelMailTemplate>;
-    using Writer = QelRecordWriter<QelMailTemplate>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A sender or recipient of mail.
-struct QelMailerAccount {
+struct QelMailerAccount : QelRecord<QelMailerAccount> {
     std::string name;
     std::string address1099;
 
-    using Reader = QelRecordReader<QelMailerAccount>;
-    using Writer = QelRecordWriter<QelMailerAccount>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// The agent's mail notification settings.
@@ -50,6 +44,8 @@ struct QelMailerConfig {
     };
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

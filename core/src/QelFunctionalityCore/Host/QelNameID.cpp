@@ -29,24 +29,20 @@ template <> struct Wire<QelGroupNameID> : WireWords<QelGroupNameID> {
     static constexpr std::string_view typeName = "QelGroupNameID";
     static constexpr QelWireField fields[] = {
         step<&readID<QelGroupNameID, 1027>, &writeID<QelGroupNameID, 1027>, int>("id", 1027, required, ifSet),
-        field<&QelGroupNameID::name>(1026, ignored, ifSet),
+        field<&R::name>(1026, ignored, ifSet),
     };
     static constexpr int readOrder[] = {1026, 1027};
 };
-template <> const QelWireLayout& qelWireLayout<QelGroupNameID>() {
-    return wireLayoutOf<QelGroupNameID>;
-}
+template <> const QelWireLayout& QelGroupNameID::wire = wireLayoutOf<QelGroupNameID>;
 
 template <> struct Wire<QelUserNameID> : WireWords<QelUserNameID> {
     static constexpr std::string_view typeName = "QelUserNameID";
     static constexpr QelWireField fields[] = {
         step<&readID<QelUserNameID, 1030>, &writeID<QelUserNameID, 1030>, int>("id", 1030, required, ifSet),
-        field<&QelUserNameID::name>(1026, ignored, ifSet),
+        field<&R::name>(1026, ignored, ifSet),
     };
     static constexpr int readOrder[] = {1026, 1030};
 };
-template <> const QelWireLayout& qelWireLayout<QelUserNameID>() {
-    return wireLayoutOf<QelUserNameID>;
-}
+template <> const QelWireLayout& QelUserNameID::wire = wireLayoutOf<QelUserNameID>;
 
 } // namespace Qel

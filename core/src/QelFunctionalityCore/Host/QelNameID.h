@@ -8,7 +8,7 @@ namespace Qel {
 
 /// A user or group, identified by name, by number, or both.  The number is stored in element `idElement`.  `none` is
 /// the sentinel for an unset number.
-template <class ID, ID none, int idElement> struct QelNameIDTmpl {
+template <class ID, ID none, int idElement> struct QelNameIDTmpl : QelRecord<QelNameIDTmpl<ID, none, idElement>> {
     std::string name;
     ID id = none;
 
@@ -16,14 +16,14 @@ template <class ID, ID none, int idElement> struct QelNameIDTmpl {
     [[nodiscard]] bool isName() const { return !name.empty(); }
     [[nodiscard]] bool isEmpty() const { return !isID() && !isName(); }
 
-    /// An unreadable number counts as unset.  Reading returns -1 if both the name and the number are unset.
-    using Reader = QelRecordReader<QelNameIDTmpl>;
-    using Writer = QelRecordWriter<QelNameIDTmpl>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: an unreadable number counts as unset.  Reading returns -1 if both the name and the number are unset.
+    static const QelWireLayout& wire;
 };
 
 using QelGroupNameID = QelNameIDTmpl<unsigned, 4294967295U, 1027>;
 using QelUserNameID = QelNameIDTmpl<unsigned, 4294967295U, 1030>;
+
+template <> const QelWireLayout& QelGroupNameID::wire;
+template <> const QelWireLayout& QelUserNameID::wire;
 
 } // namespace Qel

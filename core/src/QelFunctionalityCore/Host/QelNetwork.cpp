@@ -17,26 +17,22 @@ bool QelNetInterface::isLoopback() const {
 template <> struct Wire<QelNetInterface> : WireWords<QelNetInterface> {
     static constexpr int nsId = 292, typeId = 136;
     static constexpr QelWireField fields[] = {
-        field<&QelNetInterface::name>(1026, required, always),
-        list<&QelNetInterface::addresses>(1071, optional),
-        list<&QelNetInterface::f1072>(1072, optional),
-        field<&QelNetInterface::flags>(1712, ignored, always),
+        field<&R::name>(1026, required, always),
+        list<&R::addresses>(1071, optional),
+        list<&R::f1072>(1072, optional),
+        field<&R::flags>(1712, ignored, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelNetInterface>() {
-    return wireLayoutOf<QelNetInterface>;
-}
+const QelWireLayout& QelNetInterface::wire = wireLayoutOf<QelNetInterface>;
 
 template <> struct Wire<QelNetwork> : WireWords<QelNetwork> {
     static constexpr QelWireField fields[] = {
-        field<&QelNetwork::hostname>(1261, required, always),
-        field<&QelNetwork::f1282>(1282, required, always),
-        list<&QelNetwork::nameservers>(1281, optional),
-        list<&QelNetwork::interfaces>(1250, optional),
+        field<&R::hostname>(1261, required, always),
+        field<&R::f1282>(1282, required, always),
+        list<&R::nameservers>(1281, optional),
+        list<&R::interfaces>(1250, optional),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelNetwork>() {
-    return wireLayoutOf<QelNetwork>;
-}
+const QelWireLayout& QelNetwork::wire = wireLayoutOf<QelNetwork>;
 
 } // namespace Qel

@@ -9,7 +9,7 @@
 namespace Qel {
 
 /// A network interface of a host, with its addresses.
-struct QelNetInterface {
+struct QelNetInterface : QelRecord<QelNetInterface> {
     std::string name;
     std::vector<QelIPAddress> addresses;
     std::vector<std::string> f1072;
@@ -19,23 +19,17 @@ struct QelNetInterface {
     [[nodiscard]] bool isArpable() const;
     [[nodiscard]] bool isLoopback() const;
 
-    using Reader = QelRecordReader<QelNetInterface>;
-    using Writer = QelRecordWriter<QelNetInterface>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// The network settings of a host.
-struct QelNetwork {
+struct QelNetwork : QelRecord<QelNetwork> {
     std::string hostname;
     std::string f1282;
     std::vector<std::string> nameservers;
     std::vector<QelNetInterface> interfaces;
 
-    using Reader = QelRecordReader<QelNetwork>;
-    using Writer = QelRecordWriter<QelNetwork>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -33,39 +33,30 @@ bool hasDetailOrName(const QelOS& os) {
 template <> struct Wire<QelPackage> : WireWords<QelPackage> {
     static constexpr int nsId = 292, typeId = 155;
     static constexpr QelWireField fields[] = {
-        field<&QelPackage::name>(1026, required, always),
-        field<&QelPackage::version>(1223, ignored, ifSet),
-        field<&QelPackage::release>(1853, ignored, ifSet),
-        field<&QelPackage::description>(1496, ignored, ifSet),
-        fieldIf<&QelPackage::os, hasDetailOrName>(1277, optional),
-        field<&QelPackage::arch>(2005, ignored, ifSet),
+        field<&R::name>(1026, required, always),          field<&R::version>(1223, ignored, ifSet),
+        field<&R::release>(1853, ignored, ifSet),         field<&R::description>(1496, ignored, ifSet),
+        fieldIf<&R::os, hasDetailOrName>(1277, optional), field<&R::arch>(2005, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelPackage>() {
-    return wireLayoutOf<QelPackage>;
-}
+const QelWireLayout& QelPackage::wire = wireLayoutOf<QelPackage>;
 
 template <> struct Wire<QelPackageLinux> : WireWords<QelPackageLinux> {
     static constexpr int nsId = 302, typeId = 272;
     static constexpr QelWireField fields[] = {
         base<QelPackage>(),
-        step<&readFilePath, &writeFilePath, std::string>("filePath", pathElement, ignored, ifSet).as(base64),
+        step<&readFilePath, &writeFilePath, std::string>("filePath", pathElement, ignored, ifSet).withForm(base64),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelPackageLinux>() {
-    return wireLayoutOf<QelPackageLinux>;
-}
+const QelWireLayout& QelPackageLinux::wire = wireLayoutOf<QelPackageLinux>;
 
 template <> struct Wire<QelInstallationPackage> : WireWords<QelInstallationPackage> {
     static constexpr int packageElement = 1295;
     static constexpr QelWireField fields[] = {
-        derived<&QelInstallationPackage::package, true>(packageElement, ignored, ifSet),
-        field<&QelInstallationPackage::path>(pathElement, required, ifSet, base64),
+        derived<&R::package, true>(packageElement, ignored, ifSet),
+        field<&R::path>(pathElement, required, ifSet, base64),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelInstallationPackage>() {
-    return wireLayoutOf<QelInstallationPackage>;
-}
+const QelWireLayout& QelInstallationPackage::wire = wireLayoutOf<QelInstallationPackage>;
 
 int QelInstallationPackage::Reader::operator()(const QelMessageIterator& cursor, QelInstallationPackage& record) const {
     if (cursor.getObject(record.package, QelReaderDerived<QelPackage>(true),

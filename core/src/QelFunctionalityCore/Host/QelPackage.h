@@ -12,7 +12,7 @@
 namespace Qel {
 
 /// A software package.
-struct QelPackage {
+struct QelPackage : QelRecord<QelPackage> {
     virtual ~QelPackage() = default;
 
     std::string name;
@@ -22,40 +22,24 @@ struct QelPackage {
     QelOS os; ///< written only if its detail or name is specified
     std::string arch;
 
-    using Reader = QelRecordReader<QelPackage>;
-    using Writer = QelRecordWriter<QelPackage>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A package of a Linux distribution.
-struct QelPackageLinux : QelPackage {
+struct QelPackageLinux : QelRecord<QelPackageLinux, QelPackage> {
     std::string filePath; ///< path of the package file, in the form accepted by QelFilePathReader
 
-    using Reader = QelRecordReader<QelPackageLinux>;
-    using Writer = QelRecordWriter<QelPackageLinux>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
-struct QelPackageRpm : QelPackageLinux {
-    using Reader = QelReaderAs<QelPackageLinux>;
-    using Writer = QelWriterAs<QelPackageLinux, 302, 230>;
-    using reader_type = Reader;
-    using writer_type = Writer;
-};
+struct QelPackageRpm : QelRecordAs<QelPackageLinux, 302, 230> {};
 
-struct QelPackageDeb : QelPackageLinux {
-    using Reader = QelReaderAs<QelPackageLinux>;
-    using Writer = QelWriterAs<QelPackageLinux, 302, 273>;
-    using reader_type = Reader;
-    using writer_type = Writer;
-};
+struct QelPackageDeb : QelRecordAs<QelPackageLinux, 302, 273> {};
 
 using QelPackageList = std::vector<boost::shared_ptr<QelPackage>>;
 
 /// A package to install, or the path of one.  If a message contains both, only the package is read.
-struct QelInstallationPackage {
+struct QelInstallationPackage : QelRecord<QelInstallationPackage> {
     boost::shared_ptr<QelPackage> package;
     std::string path; ///< in the form accepted by QelFilePathReader
 
@@ -63,9 +47,9 @@ struct QelInstallationPackage {
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelInstallationPackage& record) const;
     };
-    using Writer = QelRecordWriter<QelInstallationPackage>;
     using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelPackage>;

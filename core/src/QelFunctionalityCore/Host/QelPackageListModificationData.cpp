@@ -22,20 +22,18 @@ bool isOperation(int operation) {
 
 template <> struct Wire<QelPackageListModificationData> : WireWords<QelPackageListModificationData> {
     static constexpr QelWireField fields[] = {
-        checked<&QelPackageListModificationData::operation, isOperation>(1007, required, always),
-        field<&QelPackageListModificationData::eid>(1866, required, always),
-        wrappedDerivedList<&QelPackageListModificationData::packages, true>(1915, 1295, required, always).filled(),
+        validated<&R::operation, isOperation>(1007, required, always),
+        field<&R::eid>(1866, required, always),
+        wrappedDerivedList<&R::packages, true>(1915, 1295, required, always).nonEmpty(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelPackageListModificationData>() {
-    return wireLayoutOf<QelPackageListModificationData>;
-}
+const QelWireLayout& QelPackageListModificationData::wire = wireLayoutOf<QelPackageListModificationData>;
 
 int QelPackageListModificationData::Writer::operator()(QelMessageIterator& cursor,
                                                        const QelPackageListModificationData& data) const {
     if (data.packages.empty())
         return 0;
-    return writeWithListLast(qelWireLayout<QelPackageListModificationData>(), &data, cursor);
+    return writeWithListLast(QelPackageListModificationData::wire, &data, cursor);
 }
 
 } // namespace Qel

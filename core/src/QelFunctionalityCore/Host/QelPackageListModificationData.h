@@ -4,11 +4,12 @@
 
 #include "QelFunctionalityCore/Host/QelPackage.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Payload of the event that reports a change of an environment's packages.
-struct QelPackageListModificationData {
+struct QelPackageListModificationData : QelRecord<QelPackageListModificationData> {
     static constexpr std::string_view subscriptionName = "package_list_subscription";
 
     virtual ~QelPackageListModificationData() = default;
@@ -17,14 +18,14 @@ struct QelPackageListModificationData {
     QelEID eid;
     QelPackageList packages;
 
-    using Reader = QelRecordReader<QelPackageListModificationData>;
     /// Writes nothing and returns 0 if there are no packages, since nothing has changed.  Otherwise stops at the first
     /// failure: 1 for the packages, the failure code of list writers, -1 for any other field.
     struct Writer : QelWriterBaseT<Writer> {
         int operator()(QelMessageIterator& cursor, const QelPackageListModificationData& data) const;
     };
-    using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelPackageListModificationData>;

@@ -6,23 +6,19 @@ namespace Qel {
 
 template <> struct Wire<QelPackageManagerOptions> : WireWords<QelPackageManagerOptions> {
     static constexpr QelWireField fields[] = {
-        bits<&QelPackageManagerOptions::options, QelWireBit{1, 1844}, QelWireBit{2, 1456}, QelWireBit{4, 1736},
-             QelWireBit{8, 1152}, QelWireBit{16, 1853}, QelWireBit{32, 1917}>(),
+        bits<&R::options, QelWireBit{1, 1844}, QelWireBit{2, 1456}, QelWireBit{4, 1736}, QelWireBit{8, 1152},
+             QelWireBit{16, 1853}, QelWireBit{32, 1917}>(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelPackageManagerOptions>() {
-    return wireLayoutOf<QelPackageManagerOptions>;
-}
+const QelWireLayout& QelPackageManagerOptions::wire = wireLayoutOf<QelPackageManagerOptions>;
 
 template <> struct Wire<QelPackageManagerListOptions> : WireWords<QelPackageManagerListOptions> {
     static constexpr QelWireField fields[] = {
         base<QelPackageManagerOptions>(),
-        list<&QelPackageManagerListOptions::types>(1007, optional),
-        wrappedBits<&QelPackageManagerListOptions::listFlags, QelWireBit{1, 1627}>(1197, ifSet).kept(),
+        list<&R::types>(1007, optional),
+        wrappedBits<&R::listFlags, QelWireBit{1, 1627}>(1197, ifSet).kept(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelPackageManagerListOptions>() {
-    return wireLayoutOf<QelPackageManagerListOptions>;
-}
+const QelWireLayout& QelPackageManagerListOptions::wire = wireLayoutOf<QelPackageManagerListOptions>;
 
 } // namespace Qel

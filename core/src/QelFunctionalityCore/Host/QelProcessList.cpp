@@ -121,18 +121,16 @@ template <> struct Wire<QelProcessList> : WireWords<QelProcessList> {
     static constexpr QelWireField fields[] = {
         step<&readRows, &writeRows, std::vector<QelProcessInfo>>("rows", rowElement, required),
         step<&readNames, &writeNames, Names>("paramNames", nameElement, required),
-        field<&QelProcessList::running>(1035, ignored, always),
-        field<&QelProcessList::sleeping>(1036, ignored, always),
-        field<&QelProcessList::stopped>(1037, ignored, always),
-        field<&QelProcessList::zombie>(1038, ignored, always),
-        field<&QelProcessList::uninterruptible>(1039, ignored, always),
-        field<&QelProcessList::idle>(1046, ignored, always),
-        field<&QelProcessList::total>(1040, ignored, always),
+        field<&R::running>(1035, ignored, always),
+        field<&R::sleeping>(1036, ignored, always),
+        field<&R::stopped>(1037, ignored, always),
+        field<&R::zombie>(1038, ignored, always),
+        field<&R::uninterruptible>(1039, ignored, always),
+        field<&R::idle>(1046, ignored, always),
+        field<&R::total>(1040, ignored, always),
     };
     static constexpr int readOrder[] = {1083, 1035, 1036, 1037, 1038, 1039, 1046, 1040, 1080};
 };
-template <> const QelWireLayout& qelWireLayout<QelProcessList>() {
-    return wireLayoutOf<QelProcessList>;
-}
+const QelWireLayout& QelProcessList::wire = wireLayoutOf<QelProcessList>;
 
 } // namespace Qel

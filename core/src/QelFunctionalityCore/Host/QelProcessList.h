@@ -45,7 +45,7 @@ struct QelProcessInfo {
 /// The processes of a host.  The first row with columns determines the columns of the list; writing fails if those of
 /// another row differ.  A list whose only column has an empty name can be written but not read back: on the wire it is
 /// indistinguishable from a list without columns.
-struct QelProcessList {
+struct QelProcessList : QelRecord<QelProcessList> {
     std::vector<QelProcessInfo> rows;
     std::vector<std::string>
         paramNames; ///< the columns; set by reading, ignored by writing, which takes them from the rows
@@ -59,10 +59,7 @@ struct QelProcessList {
     int idle = 0;
     int total = 0;
 
-    using Reader = QelRecordReader<QelProcessList>;
-    using Writer = QelRecordWriter<QelProcessList>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

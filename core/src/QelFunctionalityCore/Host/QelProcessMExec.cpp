@@ -7,31 +7,27 @@ namespace Qel {
 template <> struct Wire<QelProgCredentials> : WireWords<QelProgCredentials> {
     static constexpr QelWireField fields[] = {
         base<QelUserCredentials>(),
-        field<&QelProgCredentials::login>(1393, ignored, always, base64),
-        field<&QelProgCredentials::secret>(1394, ignored, always, base64),
+        field<&R::login>(1393, ignored, always, base64),
+        field<&R::secret>(1394, ignored, always, base64),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelProgCredentials>() {
-    return wireLayoutOf<QelProgCredentials>;
-}
+const QelWireLayout& QelProgCredentials::wire = wireLayoutOf<QelProgCredentials>;
 
 template <> struct Wire<QelProcessMExecParams> : WireWords<QelProcessMExecParams> {
     static constexpr QelWireField streams[] = {
-        field<&QelProcessMExecParams::stdinData>(1054, ignored, always, base64),
-        flag<&QelProcessMExecParams::wantStdout>(1057),
-        flag<&QelProcessMExecParams::wantStderr>(1396),
-        flag<&QelProcessMExecParams::wantExtra>(2085),
+        field<&R::stdinData>(1054, ignored, always, base64),
+        flag<&R::wantStdout>(1057),
+        flag<&R::wantStderr>(1396),
+        flag<&R::wantExtra>(2085),
     };
     static constexpr QelWireField fields[] = {
-        list<&QelProcessMExecParams::args>(1390, optional, base64),
-        list<&QelProcessMExecParams::env>(1391, optional, base64),
+        list<&R::args>(1390, optional, base64),
+        list<&R::env>(1391, optional, base64),
         grouped<streams>("streams", 1395, optional),
-        field<&QelProcessMExecParams::credentials>(1158, optional, always),
+        field<&R::credentials>(1158, optional, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelProcessMExecParams>() {
-    return wireLayoutOf<QelProcessMExecParams>;
-}
+const QelWireLayout& QelProcessMExecParams::wire = wireLayoutOf<QelProcessMExecParams>;
 
 namespace {
 
@@ -51,13 +47,11 @@ int QelProcessMExecParams::WriterStdio::operator()(QelMessageIterator& cursor,
 
 template <> struct Wire<QelProcessMExecOutput> : WireWords<QelProcessMExecOutput> {
     static constexpr QelWireField fields[] = {
-        field<&QelProcessMExecOutput::code>(1192, required, always),
-        field<&QelProcessMExecOutput::out>(1057, ignored, always, base64),
-        field<&QelProcessMExecOutput::err>(1396, ignored, always, base64),
+        field<&R::code>(1192, required, always),
+        field<&R::out>(1057, ignored, always, base64),
+        field<&R::err>(1396, ignored, always, base64),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelProcessMExecOutput>() {
-    return wireLayoutOf<QelProcessMExecOutput>;
-}
+const QelWireLayout& QelProcessMExecOutput::wire = wireLayoutOf<QelProcessMExecOutput>;
 
 } // namespace Qel

@@ -4,22 +4,20 @@
 #include <vector>
 
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Credentials under which a program runs.
-struct QelProgCredentials : QelUserCredentials {
+struct QelProgCredentials : QelRecord<QelProgCredentials, QelUserCredentials> {
     std::string login;
     std::string secret; ///< any bytes; must never be logged
 
-    using Reader = QelRecordReader<QelProgCredentials>;
-    using Writer = QelRecordWriter<QelProgCredentials>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Parameters for running a program on another host.
-struct QelProcessMExecParams {
+struct QelProcessMExecParams : QelRecord<QelProcessMExecParams> {
     struct ReaderStdio;
     struct WriterStdio;
 
@@ -33,10 +31,7 @@ struct QelProcessMExecParams {
 
     QelProgCredentials credentials;
 
-    using Reader = QelRecordReader<QelProcessMExecParams>;
-    using Writer = QelRecordWriter<QelProcessMExecParams>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Reads the fields that describe the standard streams: the input, and which output to return.
@@ -49,15 +44,12 @@ struct QelProcessMExecParams::WriterStdio : QelWriterBase {
 };
 
 /// Result of a program that ran on another host.
-struct QelProcessMExecOutput {
+struct QelProcessMExecOutput : QelRecord<QelProcessMExecOutput> {
     int code = 0;    ///< the exit code
     std::string out; ///< content of its standard output; any bytes
     std::string err;
 
-    using Reader = QelRecordReader<QelProcessMExecOutput>;
-    using Writer = QelRecordWriter<QelProcessMExecOutput>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

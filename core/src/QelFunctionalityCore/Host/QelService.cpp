@@ -59,25 +59,23 @@ int writeLevels(QelMessageIterator& cursor, const QelService& service) {
 
 template <> struct Wire<QelService> : WireWords<QelService> {
     static constexpr QelWireField fields[] = {
-        field<&QelService::name>(1026, required, always),
-        field<&QelService::description>(descriptionElement, ignored, ifSet, base64),
-        fieldIf<&QelService::state, isKnown>(stateElement, ignored),
-        field<&QelService::info>(1788, ignored, ifSet, base64),
-        flag<&QelService::enabled>(1426),
-        field<&QelService::status>(1192, ignored, ifSet),
-        field<&QelService::startScript>(1728, ignored, ifSet),
-        field<&QelService::stopScript>(1729, ignored, ifSet),
+        field<&R::name>(1026, required, always),
+        field<&R::description>(descriptionElement, ignored, ifSet, base64),
+        fieldIf<&R::state, isKnown>(stateElement, ignored),
+        field<&R::info>(1788, ignored, ifSet, base64),
+        flag<&R::enabled>(1426),
+        field<&R::status>(1192, ignored, ifSet),
+        field<&R::startScript>(1728, ignored, ifSet),
+        field<&R::stopScript>(1729, ignored, ifSet),
         step<&skipRepetition, &writeRepetition>("description and state, again", 0, ignored),
-        list<&QelService::provides>(1735, optional),
-        list<&QelService::requirements>(1734, optional),
-        flag<&QelService::system>(1646),
+        list<&R::provides>(1735, optional),
+        list<&R::requirements>(1734, optional),
+        flag<&R::system>(1646),
         step<&readLevels, &writeLevels>("levels", levelElement, optional, ifSet),
     };
     static constexpr int readOrder[] = {1026, stateElement, 1426, descriptionElement, 1788, 1728, 1192, 1729, 0,
                                         1735, 1734,         1646, levelElement};
 };
-template <> const QelWireLayout& qelWireLayout<QelService>() {
-    return wireLayoutOf<QelService>;
-}
+const QelWireLayout& QelService::wire = wireLayoutOf<QelService>;
 
 } // namespace Qel

@@ -10,7 +10,7 @@
 namespace Qel {
 
 /// A system service of a managed host.  The host agent that fills the fields defines their exact meaning.
-struct QelService {
+struct QelService : QelRecord<QelService> {
     static constexpr int unknownState = -1;
 
     /// A flag for each of the run levels 0 to 6.
@@ -30,12 +30,9 @@ struct QelService {
     bool system = false;
     QelOptionalProperty<ServiceLevelsListType> levels; ///< if specified but empty, not written
 
-    /// Reading returns -1 if there is no name or a level is out of range.  It appends to the lists and levels and does
-    /// not clear them first.
-    using Reader = QelRecordReader<QelService>;
-    using Writer = QelRecordWriter<QelService>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: returns -1 if there is no name or a level is out of range.  It appends to the lists and levels
+    /// and does not clear them first.
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

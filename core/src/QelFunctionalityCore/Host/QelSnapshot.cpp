@@ -25,21 +25,20 @@ int writeConfig(QelMessageIterator& cursor, const QelSnapshot& snapshot) {
 } // namespace
 
 template <> struct Wire<QelSnapshot> : WireWords<QelSnapshot> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&QelSnapshot::id>(1010, required, always).unchecked(),
-        field<&QelSnapshot::name>(1007, required, always).unchecked(),
-        field<&QelSnapshot::text1026>(1026, required, always).unchecked(),
-        field<&QelSnapshot::description>(1496, ignored, ifSet, base64).unchecked(),
-        step<&readConfig, &writeConfig, QelEnvConfig>("config", configElement, ignored, ifSet).unchecked(),
+        field<&R::id>(1010, required, always),
+        field<&R::name>(1007, required, always),
+        field<&R::text1026>(1026, required, always),
+        field<&R::description>(1496, ignored, ifSet, base64),
+        step<&readConfig, &writeConfig, QelEnvConfig>("config", configElement, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelSnapshot>() {
-    return wireLayoutOf<QelSnapshot>;
-}
+const QelWireLayout& QelSnapshot::wire = wireLayoutOf<QelSnapshot>;
 
 int QelSnapshot::Reader::operator()(const QelMessageIterator& cursor, QelSnapshot& snapshot) const {
     int result = 0;
-    QelWireLayout row = qelWireLayout<QelSnapshot>();
+    QelWireLayout row = QelSnapshot::wire;
     for (const auto order = row.readingOrder; const unsigned char& index : order) {
         row.readingOrder = {&index, 1};
         if (readByLayout(row, &snapshot, cursor) != 0)

@@ -11,7 +11,7 @@
 namespace Qel {
 
 /// A snapshot of an environment.
-struct QelSnapshot {
+struct QelSnapshot : QelRecord<QelSnapshot> {
     QelGUID id;
     std::string name;
     std::string text1026;
@@ -23,9 +23,9 @@ struct QelSnapshot {
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelSnapshot& snapshot) const;
     };
-    using Writer = QelRecordWriter<QelSnapshot>;
     using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -7,55 +7,43 @@ namespace Qel {
 // Fields named after their element ID are opaque here; the agent that fills them defines their meaning.
 
 /// Usage of a resource, in bytes, blocks or inodes.
-struct QelUsageStats {
+struct QelUsageStats : QelRecord<QelUsageStats> {
     long long total = 0;
     long long used = 0;
     long long free = 0;
 
-    using Reader = QelRecordReader<QelUsageStats>;
-    using Writer = QelRecordWriter<QelUsageStats>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A counter over time.
-struct QelStats {
+struct QelStats : QelRecord<QelStats> {
     long long f1060 = 0;
     long long f1061 = 0;
     long long f1062 = 0;
     long long f1065 = 0;
     long long f1040 = 0;
 
-    using Reader = QelRecordReader<QelStats>;
-    using Writer = QelRecordWriter<QelStats>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Traffic in one direction.
-struct QelNetTransferStat {
+struct QelNetTransferStat : QelRecord<QelNetTransferStat> {
     long long f1056 = 0; ///< optional; a failed read is ignored
     long long f1055 = 0;
 
-    using Reader = QelRecordReader<QelNetTransferStat>;
-    using Writer = QelRecordWriter<QelNetTransferStat>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Traffic in both directions.
-struct QelNetTransfer {
+struct QelNetTransfer : QelRecord<QelNetTransfer> {
     QelNetTransferStat in;
     QelNetTransferStat out;
 
-    using Reader = QelRecordReader<QelNetTransfer>;
-    using Writer = QelRecordWriter<QelNetTransfer>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// CPU time by use.
-struct QelCPULoad {
+struct QelCPULoad : QelRecord<QelCPULoad> {
     long long f1044 = 0;
     long long f1025 = 0;
     long long f1045 = 0;
@@ -65,34 +53,28 @@ struct QelCPULoad {
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelCPULoad& load) const;
     };
-    using Writer = QelRecordWriter<QelCPULoad>;
     using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// A load average.
-struct QelLoadAvg1 {
+struct QelLoadAvg1 : QelRecord<QelLoadAvg1> {
     double f1060 = 0;
     double f1061 = 0;
     double f1062 = 0;
     double f1065 = 0; ///< the only required field
 
-    using Reader = QelRecordReader<QelLoadAvg1>;
-    using Writer = QelRecordWriter<QelLoadAvg1>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// The load averages over three periods, shortest first.
-struct QelLoadAvg {
+struct QelLoadAvg : QelRecord<QelLoadAvg> {
     QelLoadAvg1 f1041;
     QelLoadAvg1 f1042;
     QelLoadAvg1 f1043;
 
-    using Reader = QelRecordReader<QelLoadAvg>;
-    using Writer = QelRecordWriter<QelLoadAvg>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -4,11 +4,12 @@
 
 #include "QelFunctionalityCore/Environment/QelOS.h"
 #include "QelFunctionalityCore/Host/QelStatistics.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Architecture, operating system, processors and memory of a host.
-struct QelSystemInfo {
+struct QelSystemInfo : QelRecord<QelSystemInfo> {
     std::string arch;
     QelOS os;
 
@@ -26,10 +27,7 @@ struct QelSystemInfo {
     QelUsageStats memory; ///< bytes
     QelUsageStats swap;   ///< bytes
 
-    using Reader = QelRecordReader<QelSystemInfo>;
-    using Writer = QelRecordWriter<QelSystemInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

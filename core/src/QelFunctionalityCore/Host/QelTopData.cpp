@@ -53,14 +53,12 @@ int QelTopData::Writer::operator()(QelMessageIterator& cursor, const QelTopData&
 
 template <> struct Wire<QelTopInfo> : WireWords<QelTopInfo> {
     static constexpr QelWireField fields[] = {
-        field<&QelTopInfo::f1017>(1017, required, always),
-        flag<&QelTopInfo::f1378>(1378),
-        flag<&QelTopInfo::f1346>(1346),
-        fieldIf<&QelTopInfo::f1899, isFilled>(1899, ignored),
+        field<&R::f1017>(1017, required, always),
+        flag<&R::f1378>(1378),
+        flag<&R::f1346>(1346),
+        fieldIf<&R::f1899, isFilled>(1899, ignored),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelTopInfo>() {
-    return wireLayoutOf<QelTopInfo>;
-}
+const QelWireLayout& QelTopInfo::wire = wireLayoutOf<QelTopInfo>;
 
 } // namespace Qel

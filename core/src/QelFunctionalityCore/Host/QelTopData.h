@@ -65,16 +65,13 @@ struct QelTopData {
 };
 
 /// Parameters of a request for QelTopData.
-struct QelTopInfo {
+struct QelTopInfo : QelRecord<QelTopInfo> {
     std::string f1017;
     bool f1378 = false;
     bool f1346 = false;
     QelEIDList f1899;
 
-    using Reader = QelRecordReader<QelTopInfo>;
-    using Writer = QelRecordWriter<QelTopInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

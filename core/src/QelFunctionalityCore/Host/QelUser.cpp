@@ -31,27 +31,23 @@ template <> struct Wire<QelUser> : WireWords<QelUser> {
     static constexpr QelWireField fields[] = {
         base<QelUserNameID>(),
         step<&readPrimaryGroup, &writePrimaryGroup, QelGroupNameID>("groupId", primaryGroupElement, optional),
-        list<&QelUser::groups>(1029, optional),
-        field<&QelUser::comment>(1031, ignored, ifSet),
-        field<&QelUser::password>(1032, ignored, ifSet, base64),
-        field<&QelUser::shell>(1033, ignored, ifSet),
-        field<&QelUser::home>(1034, ignored, ifSet),
+        list<&R::groups>(1029, optional),
+        field<&R::comment>(1031, ignored, ifSet),
+        field<&R::password>(1032, ignored, ifSet, base64),
+        field<&R::shell>(1033, ignored, ifSet),
+        field<&R::home>(1034, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelUser>() {
-    return wireLayoutOf<QelUser>;
-}
+const QelWireLayout& QelUser::wire = wireLayoutOf<QelUser>;
 
 template <> struct Wire<QelGroup> : WireWords<QelGroup> {
     static constexpr int nameElement = 1026;
     static constexpr QelWireField fields[] = {
-        field<&QelGroup::group>(0, required, always),
-        list<&QelGroup::members>(1025, optional).holding(nameElement),
-        list<&QelGroup::memberGroups>(1737, optional).holding(nameElement),
+        field<&R::group>(0, required, always),
+        list<&R::members>(1025, optional).withValue(nameElement),
+        list<&R::memberGroups>(1737, optional).withValue(nameElement),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelGroup>() {
-    return wireLayoutOf<QelGroup>;
-}
+const QelWireLayout& QelGroup::wire = wireLayoutOf<QelGroup>;
 
 } // namespace Qel

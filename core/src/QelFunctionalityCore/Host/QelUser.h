@@ -5,11 +5,12 @@
 #include <vector>
 
 #include "QelFunctionalityCore/Host/QelNameID.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A user of a host.
-struct QelUser : QelUserNameID {
+struct QelUser : QelRecord<QelUser, QelUserNameID> {
     QelGroupNameID groupId; ///< primary group; if empty, written as an empty element, which reads as a missing one
     std::vector<QelGroupNameID> groups;
     std::string comment;
@@ -17,22 +18,16 @@ struct QelUser : QelUserNameID {
     std::string shell;
     std::string home;
 
-    using Reader = QelRecordReader<QelUser>;
-    using Writer = QelRecordWriter<QelUser>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A group of users.
-struct QelGroup {
+struct QelGroup : QelRecord<QelGroup> {
     QelGroupNameID group;
     std::set<std::string> members;      ///< users
     std::set<std::string> memberGroups; ///< groups whose members belong to this group
 
-    using Reader = QelRecordReader<QelGroup>;
-    using Writer = QelRecordWriter<QelGroup>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

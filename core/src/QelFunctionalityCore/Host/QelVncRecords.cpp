@@ -8,14 +8,12 @@ namespace Qel {
 template <> struct Wire<QelVncConnectionInfo> : WireWords<QelVncConnectionInfo> {
     static constexpr int nsId = 292, typeId = 390;
     static constexpr QelWireField fields[] = {
-        field<&QelVncConnectionInfo::server2308>(2308, ignored, ifSet).kept().unchecked(),
-        field<&QelVncConnectionInfo::server2309>(2309, ignored, ifSet).kept().unchecked(),
-        field<&QelVncConnectionInfo::password>(1032, required, always, base64),
+        field<&R::server2308>(2308, ignored, ifSet).kept().bestEffort(),
+        field<&R::server2309>(2309, ignored, ifSet).kept().bestEffort(),
+        field<&R::password>(1032, required, always, base64),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelVncConnectionInfo>() {
-    return wireLayoutOf<QelVncConnectionInfo>;
-}
+const QelWireLayout& QelVncConnectionInfo::wire = wireLayoutOf<QelVncConnectionInfo>;
 
 namespace {
 
@@ -36,18 +34,16 @@ int writeNumber(QelMessageIterator& cursor, const QelVncConsoleInfo& console) {
 template <> struct Wire<QelVncConsoleInfo> : WireWords<QelVncConsoleInfo> {
     using Console = QelVncConsoleInfo;
     static constexpr QelWireField fields[] = {
-        field<&Console::value2310>(2310, ignored, ifSet).kept().unchecked(),
+        field<&Console::value2310>(2310, ignored, ifSet).kept().bestEffort(),
         step<&readNumber<&Console::value2312, 2312>, &writeNumber<&Console::value2312, 2312>, int>("value2312", 2312,
                                                                                                    ignored)
-            .unchecked(),
+            .bestEffort(),
         step<&readNumber<&Console::value2311, 2311>, &writeNumber<&Console::value2311, 2311>, int>("value2311", 2311,
                                                                                                    ignored)
-            .unchecked(),
+            .bestEffort(),
         field<&Console::connection>(0, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelVncConsoleInfo>() {
-    return wireLayoutOf<QelVncConsoleInfo>;
-}
+const QelWireLayout& QelVncConsoleInfo::wire = wireLayoutOf<QelVncConsoleInfo>;
 
 } // namespace Qel

@@ -9,28 +9,22 @@
 namespace Qel {
 
 /// How to connect to a graphical console.
-struct QelVncConnectionInfo {
+struct QelVncConnectionInfo : QelRecord<QelVncConnectionInfo> {
     std::string password; ///< required, may be empty; must never be logged
     QelOptionalProperty<QelConnectivityInfo> server2308;
     QelOptionalProperty<QelConnectivityInfo> server2309;
 
-    using Reader = QelRecordReader<QelVncConnectionInfo>;
-    using Writer = QelRecordWriter<QelVncConnectionInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A graphical console.  Its fields are stored in the element of its connection, with the type of the connection.
-struct QelVncConsoleInfo {
+struct QelVncConsoleInfo : QelRecord<QelVncConsoleInfo> {
     QelOptionalProperty<int> value2310;
     int value2311 = 0; ///< 0 after a failed read
     int value2312 = 0; ///< 0 after a failed read
     QelVncConnectionInfo connection;
 
-    using Reader = QelRecordReader<QelVncConsoleInfo>;
-    using Writer = QelRecordWriter<QelVncConsoleInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

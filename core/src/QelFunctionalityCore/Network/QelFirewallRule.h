@@ -9,7 +9,7 @@ namespace Qel {
 
 /// A packet filter rule of an environment or a host.  Strings are not validated.  The service that fills in the rule
 /// defines the fields without a name.
-struct QelFirewallRule {
+struct QelFirewallRule : QelRecord<QelFirewallRule> {
     /// Values that the service uses for protocol, chain and policy.
     static constexpr std::string_view PT_TCP = "tcp";
     static constexpr std::string_view PT_UDP = "udp";
@@ -21,7 +21,7 @@ struct QelFirewallRule {
     static constexpr std::string_view PL_REJECT = "REJECT";
 
     /// Addresses of one side.
-    struct NetAddress {
+    struct NetAddress : QelRecord<NetAddress> {
         std::string address; ///< empty for any
         std::string mask;
 
@@ -30,10 +30,7 @@ struct QelFirewallRule {
 
         friend bool operator==(const NetAddress&, const NetAddress&) = default;
 
-        using Reader = QelRecordReader<NetAddress>;
-        using Writer = QelRecordWriter<NetAddress>;
-        using reader_type = Reader;
-        using writer_type = Writer;
+        static const QelWireLayout& wire;
     };
 
     static constexpr int noPort = -1;
@@ -42,7 +39,7 @@ struct QelFirewallRule {
     };
 
     /// Ports of one side.  Empty if `first` is `noPort`; `second` is then not sent.
-    struct PortRange {
+    struct PortRange : QelRecord<PortRange> {
         int first = noPort;
         int second = noPort; ///< last port; `noPort` for the single port `first`
 
@@ -51,10 +48,7 @@ struct QelFirewallRule {
 
         friend bool operator==(const PortRange&, const PortRange&) = default;
 
-        using Reader = QelRecordReader<PortRange>;
-        using Writer = QelRecordWriter<PortRange>;
-        using reader_type = Reader;
-        using writer_type = Writer;
+        static const QelWireLayout& wire;
     };
 
     std::string name;
@@ -71,12 +65,9 @@ struct QelFirewallRule {
 
     friend bool operator==(const QelFirewallRule&, const QelFirewallRule&) = default;
 
-    /// Returns -1 if `name` or `text1195` is missing, or an address or a port range is malformed.
-    using Reader = QelRecordReader<QelFirewallRule>;
-    /// Always returns 0.
-    using Writer = QelRecordWriter<QelFirewallRule>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: returns -1 if `name` or `text1195` is missing, or an address or a port range is malformed.
+    /// Writer: always returns 0.
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -57,86 +57,69 @@ int writeNameServers(QelMessageIterator& cursor, const QelIPPoolBaseData& data) 
 template <> struct Wire<QelIPRange> : WireWords<QelIPRange> {
     static constexpr int nsId = 306, typeId = 134;
     static constexpr QelWireField fields[] = {
-        field<&QelIPRange::start>(1597, required, always),
+        field<&R::start>(1597, required, always),
         step<&readEnd, &writeEnd>("end", endElement, ignored, ifSet),
         step<&readPrefix, &writePrefix>("prefix", prefixElement, required, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelIPRange>() {
-    return wireLayoutOf<QelIPRange>;
-}
+const QelWireLayout& QelIPRange::wire = wireLayoutOf<QelIPRange>;
 
 template <> struct Wire<QelIPPoolBaseData> : WireWords<QelIPPoolBaseData> {
     static constexpr QelWireField fields[] = {
-        field<&QelIPPoolBaseData::netmask>(1784, optional, ifSet),
+        field<&R::netmask>(1784, optional, ifSet),
         step<&readNameServers, &writeNameServers>("nameServers", nameServersElement, optional, ifSet),
-        field<&QelIPPoolBaseData::address2050>(2050, optional, ifSet),
+        field<&R::address2050>(2050, optional, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelIPPoolBaseData>() {
-    return wireLayoutOf<QelIPPoolBaseData>;
-}
+const QelWireLayout& QelIPPoolBaseData::wire = wireLayoutOf<QelIPPoolBaseData>;
 
 template <> struct Wire<QelIPPool> : WireWords<QelIPPool> {
     static constexpr QelWireField fields[] = {
         base<QelIPPoolBaseData>(),
-        field<&QelIPPool::id>(1010, optional, ifSet),
-        field<&QelIPPool::name>(1026, ignored, ifSet),
-        field<&QelIPPool::description>(1496, optional, ifSet, base64),
-        wrapped<&QelIPPool::ranges>(2160, 1662, optional, ifSet).kept(),
-        wrapped<&QelIPPool::members>(2161, 1010, optional, ifSet).kept(),
-        field<&QelIPPool::disabled>(1705, optional, ifSet).kept(),
+        field<&R::id>(1010, optional, ifSet),
+        field<&R::name>(1026, ignored, ifSet),
+        field<&R::description>(1496, optional, ifSet, base64),
+        wrapped<&R::ranges>(2160, 1662, optional, ifSet).kept(),
+        wrapped<&R::members>(2161, 1010, optional, ifSet).kept(),
+        field<&R::disabled>(1705, optional, ifSet).kept(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelIPPool>() {
-    return wireLayoutOf<QelIPPool>;
-}
+const QelWireLayout& QelIPPool::wire = wireLayoutOf<QelIPPool>;
 
 template <> struct Wire<QelIPPoolAllocation> : WireWords<QelIPPoolAllocation> {
     static constexpr QelWireField fields[] = {
         base<QelIPPoolBaseData>(),
-        field<&QelIPPoolAllocation::address>(1262, required, always).unchecked(),
+        field<&R::address>(1262, required, always).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelIPPoolAllocation>() {
-    return wireLayoutOf<QelIPPoolAllocation>;
-}
+const QelWireLayout& QelIPPoolAllocation::wire = wireLayoutOf<QelIPPoolAllocation>;
 
 template <> struct Wire<QelIPPoolAllocationItem> : WireWords<QelIPPoolAllocationItem> {
     static constexpr QelWireField fields[] = {
-        field<&QelIPPoolAllocationItem::id>(1010, optional, ifSet),
-        field<&QelIPPoolAllocationItem::address>(1262, ignored, always),
-        field<&QelIPPoolAllocationItem::time>(1004, ignored, ifSet),
+        field<&R::id>(1010, optional, ifSet),
+        field<&R::address>(1262, ignored, always),
+        field<&R::time>(1004, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelIPPoolAllocationItem>() {
-    return wireLayoutOf<QelIPPoolAllocationItem>;
-}
+const QelWireLayout& QelIPPoolAllocationItem::wire = wireLayoutOf<QelIPPoolAllocationItem>;
 
 template <> struct Wire<QelIPPoolUsage> : WireWords<QelIPPoolUsage> {
     static constexpr QelWireField fields[] = {
-        field<&QelIPPoolUsage::id>(1010, optional, ifSet),
-        field<&QelIPPoolUsage::count>(1259, ignored, always),
-        field<&QelIPPoolUsage::value1059>(1059, ignored, always),
-        list<&QelIPPoolUsage::allocations>(2178, ignored),
+        field<&R::id>(1010, optional, ifSet),
+        field<&R::count>(1259, ignored, always),
+        field<&R::value1059>(1059, ignored, always),
+        list<&R::allocations>(2178, ignored),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelIPPoolUsage>() {
-    return wireLayoutOf<QelIPPoolUsage>;
-}
+const QelWireLayout& QelIPPoolUsage::wire = wireLayoutOf<QelIPPoolUsage>;
 
 template <> struct Wire<QelAllocateIPParams> : WireWords<QelAllocateIPParams> {
     static constexpr QelWireField fields[] = {
-        field<&QelAllocateIPParams::id>(1010, optional, ifSet),
-        field<&QelAllocateIPParams::id2182>(2182, optional, ifSet),
-        list<&QelAllocateIPParams::ids2183>(2183, optional),
-        list<&QelAllocateIPParams::addresses>(1262, optional),
-        field<&QelAllocateIPParams::time>(1004, ignored, always),
-        field<&QelAllocateIPParams::count>(1259, ignored, always),
+        field<&R::id>(1010, optional, ifSet),   field<&R::id2182>(2182, optional, ifSet),
+        list<&R::ids2183>(2183, optional),      list<&R::addresses>(1262, optional),
+        field<&R::time>(1004, ignored, always), field<&R::count>(1259, ignored, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelAllocateIPParams>() {
-    return wireLayoutOf<QelAllocateIPParams>;
-}
+const QelWireLayout& QelAllocateIPParams::wire = wireLayoutOf<QelAllocateIPParams>;
 
 } // namespace Qel

@@ -15,33 +15,27 @@
 namespace Qel {
 
 /// An address range given by start and end, or a network given by start and prefix.
-struct QelIPRange {
+struct QelIPRange : QelRecord<QelIPRange> {
     QelIPv6 start;
     QelIPv6 end;         ///< the any address if there is a prefix
     unsigned prefix = 0; ///< length in bits, up to 128; above that, an IPv4 mask as a number; 0 if there is an end
 
-    /// Returns -1 if the start is missing, or both end and prefix are.
-    using Reader = QelRecordReader<QelIPRange>;
-    /// Omits the end if there is a prefix.  Returns -1 if both are unset.
-    using Writer = QelRecordWriter<QelIPRange>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: returns -1 if the start is missing, or both end and prefix are.
+    /// Writer: omits the end if there is a prefix.  Returns -1 if both are unset.
+    static const QelWireLayout& wire;
 };
 
 /// Fields common to pools and allocations.
-struct QelIPPoolBaseData {
+struct QelIPPoolBaseData : QelRecord<QelIPPoolBaseData> {
     std::string netmask;
     QelOptionalProperty<std::vector<QelIPv6>> nameServers;
     QelIPv6 address2050;
 
-    using Reader = QelRecordReader<QelIPPoolBaseData>;
-    using Writer = QelRecordWriter<QelIPPoolBaseData>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A named pool.
-struct QelIPPool : QelIPPoolBaseData {
+struct QelIPPool : QelRecord<QelIPPool, QelIPPoolBaseData> {
     QelGUID id;
     std::string name;
     std::string description; ///< may hold any bytes
@@ -49,49 +43,37 @@ struct QelIPPool : QelIPPoolBaseData {
     QelOptionalProperty<std::set<QelGUID>> members;
     QelOptionalProperty<bool> disabled;
 
-    using Reader = QelRecordReader<QelIPPool>;
-    using Writer = QelRecordWriter<QelIPPool>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// An allocated address, with the settings that its owner needs to use it.
-struct QelIPPoolAllocation : QelIPPoolBaseData {
+struct QelIPPoolAllocation : QelRecord<QelIPPoolAllocation, QelIPPoolBaseData> {
     std::string address;
 
-    using Reader = QelRecordReader<QelIPPoolAllocation>;
-    using Writer = QelRecordWriter<QelIPPoolAllocation>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// The owner of an allocated address, and the time of the allocation.
-struct QelIPPoolAllocationItem {
+struct QelIPPoolAllocationItem : QelRecord<QelIPPoolAllocationItem> {
     QelGUID id;
     QelIPv6 address;    ///< unchanged if the message has none
     long long time = 0; ///< 0 if unset
 
-    using Reader = QelRecordReader<QelIPPoolAllocationItem>;
-    using Writer = QelRecordWriter<QelIPPoolAllocationItem>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Usage of a pool.
-struct QelIPPoolUsage {
+struct QelIPPoolUsage : QelRecord<QelIPPoolUsage> {
     QelGUID id;
     long long count = 0;
     long long value1059 = 0;
     std::vector<QelIPPoolAllocationItem> allocations; ///< the reader stops at the first malformed one
 
-    using Reader = QelRecordReader<QelIPPoolUsage>;
-    using Writer = QelRecordWriter<QelIPPoolUsage>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A request for addresses.
-struct QelAllocateIPParams {
+struct QelAllocateIPParams : QelRecord<QelAllocateIPParams> {
     QelGUID id;
     QelGUID id2182;
     std::set<QelGUID> ids2183;
@@ -99,10 +81,7 @@ struct QelAllocateIPParams {
     long long time = 0;
     int count = 0;
 
-    using Reader = QelRecordReader<QelAllocateIPParams>;
-    using Writer = QelRecordWriter<QelAllocateIPParams>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

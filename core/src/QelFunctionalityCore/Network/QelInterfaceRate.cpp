@@ -10,13 +10,11 @@ namespace Qel {
 
 template <> struct Wire<QelInterfaceRate> : WireWords<QelInterfaceRate> {
     static constexpr QelWireField fields[] = {
-        field<&QelInterfaceRate::rateClass>(1417, required, always),
-        field<&QelInterfaceRate::rate>(1251, ignored, always).unchecked(),
+        field<&R::rateClass>(1417, required, always),
+        field<&R::rate>(1251, ignored, always).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelInterfaceRate>() {
-    return wireLayoutOf<QelInterfaceRate>;
-}
+const QelWireLayout& QelInterfaceRate::wire = wireLayoutOf<QelInterfaceRate>;
 
 int QelInterfaceRate::compare(const QelInterfaceRate& other) const {
     const auto order = std::pair(rateClass, rate) <=> std::pair(other.rateClass, other.rate);

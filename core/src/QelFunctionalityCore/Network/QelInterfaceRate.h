@@ -7,7 +7,7 @@
 namespace Qel {
 
 /// Bandwidth limit of one traffic class on a network interface.
-struct QelInterfaceRate {
+struct QelInterfaceRate : QelRecord<QelInterfaceRate> {
     unsigned int rateClass = 0; ///< traffic class
     long long rate = 0;         ///< 0 for unlimited
 
@@ -22,10 +22,7 @@ struct QelInterfaceRate {
     /// of range the nearest limit.
     [[nodiscard]] int fromStringEx(const std::string& text);
 
-    using Reader = QelRecordReader<QelInterfaceRate>;
-    using Writer = QelRecordWriter<QelInterfaceRate>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

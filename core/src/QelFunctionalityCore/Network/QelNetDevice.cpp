@@ -47,22 +47,20 @@ int writeKind(QelMessageIterator& cursor, const QelNetDevice& device) {
 template <> struct Wire<QelNetDevice> : WireWords<QelNetDevice> {
     static constexpr int nsId = 292, typeId = 166;
     static constexpr QelWireField fields[] = {
-        field<&QelNetDevice::id>(1010, ignored, always).unchecked(),
-        list<&QelNetDevice::ipAddresses>(2047, ignored).unchecked(),
-        field<&QelNetDevice::text2048>(2048, ignored, ifSet, base64).unchecked(),
-        field<&QelNetDevice::text1282>(1282, ignored, ifSet).unchecked(),
-        field<&QelNetDevice::text2307>(2307, ignored, ifSet).unchecked(),
-        flag<&QelNetDevice::flag2066>(2066).unchecked(),
-        flag<&QelNetDevice::flag2305>(2305).unchecked(),
+        field<&R::id>(1010, ignored, always).bestEffort(),
+        list<&R::ipAddresses>(2047, ignored).bestEffort(),
+        field<&R::text2048>(2048, ignored, ifSet, base64).bestEffort(),
+        field<&R::text1282>(1282, ignored, ifSet).bestEffort(),
+        field<&R::text2307>(2307, ignored, ifSet).bestEffort(),
+        flag<&R::flag2066>(2066).bestEffort(),
+        flag<&R::flag2305>(2305).bestEffort(),
         step<&readKind, &writeKind>("kind", kindElement, optional, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelNetDevice>() {
-    return wireLayoutOf<QelNetDevice>;
-}
+const QelWireLayout& QelNetDevice::wire = wireLayoutOf<QelNetDevice>;
 
 int QelNetDevice::Reader::operator()(const QelMessageIterator& cursor, QelNetDevice& device) const {
-    const int result = readByLayout(qelWireLayout<QelNetDevice>(), &device, cursor);
+    const int result = readByLayout(QelNetDevice::wire, &device, cursor);
     // Only the kind can fail.  The cursor is left at its element so that the caller can inspect the unknown content;
     // such a message is rejected as a whole, so nothing else is read through this cursor.
     if (result != 0)
@@ -74,25 +72,21 @@ template <> struct Wire<QelNetNIC> : WireWords<QelNetNIC> {
     static constexpr int nsId = 292, typeId = 167;
     static constexpr QelWireField fields[] = {
         base<QelNetDevice>(),
-        field<&QelNetNIC::text1836>(1836, ignored, ifSet).unchecked(),
+        field<&R::text1836>(1836, ignored, ifSet).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelNetNIC>() {
-    return wireLayoutOf<QelNetNIC>;
-}
+const QelWireLayout& QelNetNIC::wire = wireLayoutOf<QelNetNIC>;
 
 template <> struct Wire<QelNetVLAN> : WireWords<QelNetVLAN> {
     static constexpr int nsId = 299, typeId = 217;
     static constexpr QelWireField fields[] = {
         base<QelNetDevice>(),
-        field<&QelNetVLAN::text2051>(2051, ignored, always).unchecked(),
-        field<&QelNetVLAN::text2052>(2052, ignored, always).unchecked(),
-        field<&QelNetVLAN::text1836>(1836, ignored, ifSet).unchecked(),
+        field<&R::text2051>(2051, ignored, always).bestEffort(),
+        field<&R::text2052>(2052, ignored, always).bestEffort(),
+        field<&R::text1836>(1836, ignored, ifSet).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelNetVLAN>() {
-    return wireLayoutOf<QelNetVLAN>;
-}
+const QelWireLayout& QelNetVLAN::wire = wireLayoutOf<QelNetVLAN>;
 
 template class QelDerivedParserFactory<QelNetDevice>;
 

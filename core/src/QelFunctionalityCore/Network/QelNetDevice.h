@@ -13,7 +13,7 @@ namespace Qel {
 
 /// A network device of a host, or a filter for such devices (see checkFilter()).  The service that owns the devices
 /// defines the fields without a name.
-struct QelNetDevice {
+struct QelNetDevice : QelRecord<QelNetDevice> {
     virtual ~QelNetDevice() = default;
 
     /// Bits of `kind`.
@@ -29,9 +29,9 @@ struct QelNetDevice {
     int kind = 0; ///< bits of Kind; at most one is sent, `kindFirst` in preference to `kindSecond`
 
     struct Reader;
-    using Writer = QelRecordWriter<QelNetDevice>;
     using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// Returns -1 and leaves the cursor at the element of the kind if that is not a known kind.  All other fields may be
@@ -41,34 +41,23 @@ struct QelNetDevice::Reader {
 };
 
 /// A physical adapter.
-struct QelNetNIC : QelNetDevice {
+struct QelNetNIC : QelRecord<QelNetNIC, QelNetDevice> {
     std::string text1836;
 
-    using Reader = QelRecordReader<QelNetNIC>;
-    using Writer = QelRecordWriter<QelNetNIC>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A VLAN on an adapter.
-struct QelNetVLAN : QelNetDevice {
+struct QelNetVLAN : QelRecord<QelNetVLAN, QelNetDevice> {
     std::string text2051;
     std::string text2052;
     std::string text1836;
 
-    using Reader = QelRecordReader<QelNetVLAN>;
-    using Writer = QelRecordWriter<QelNetVLAN>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A bridge.
-struct QelNetBridge : QelNetDevice {
-    using Reader = QelReaderAs<QelNetDevice>;
-    using Writer = QelWriterAs<QelNetDevice, 299, 218>;
-    using reader_type = Reader;
-    using writer_type = Writer;
-};
+struct QelNetBridge : QelRecordAs<QelNetDevice, 299, 218> {};
 
 /// Returns whether a device matches a filter.  The non-empty fields of the filter are the conditions.  Neither pointer
 /// may be null.

@@ -31,8 +31,8 @@ std::vector<QelRecordType> networkRecordTypes() {
         tableRecordType<QelResourceIpPool>(),
         tableRecordType<QelResourcePool>(),
         tableRecordType<QelRowSet>(),
-        makeRecordType<QelNetBridge>("QelNetBridge", &qelWireLayout<QelNetDevice>()),
-        makeRecordType<QelNetDevice>("QelNetDevice", &qelWireLayout<QelNetDevice>()),
+        makeRecordType<QelNetBridge>("QelNetBridge", &QelNetDevice::wire),
+        makeRecordType<QelNetDevice>("QelNetDevice", &QelNetDevice::wire),
         makeRecordType<QelStringTree<1018, true>>("QelStringTree<1018, true>"),
         makeRecordType<QelStringTree<1026, false>>("QelStringTree<1026, false>"),
     };

@@ -20,12 +20,10 @@ int writeDescending(QelMessageIterator& cursor, const QelPagerSortCondition& con
 
 template <> struct Wire<QelPagerSortCondition> : WireWords<QelPagerSortCondition> {
     static constexpr QelWireField fields[] = {
-        field<&QelPagerSortCondition::column>(1741, required, always),
+        field<&R::column>(1741, required, always),
         step<&readDescending, &writeDescending>("descending", descendingElement, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelPagerSortCondition>() {
-    return wireLayoutOf<QelPagerSortCondition>;
-}
+const QelWireLayout& QelPagerSortCondition::wire = wireLayoutOf<QelPagerSortCondition>;
 
 } // namespace Qel

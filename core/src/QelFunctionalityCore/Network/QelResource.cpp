@@ -109,9 +109,7 @@ const IDResourceName IDResourceNameMap(std::begin(namesOfIDs), std::end(namesOfI
 const ResourceNameID ResourceNameIDMap(std::begin(idsOfNames), std::end(idsOfNames));
 
 template <> struct Wire<QelResource> : WireWords<QelResource> { static constexpr int nsId = 281, typeId = 129; };
-template <> const QelWireLayout& qelWireLayout<QelResource>() {
-    return wireLayoutOf<QelResource>;
-}
+const QelWireLayout& QelResource::wire = wireLayoutOf<QelResource>;
 
 template <> struct Wire<QelResourceIp> : WireWords<QelResourceIp> {
     static constexpr std::string_view typeName = "QelResourceIp";
@@ -121,9 +119,7 @@ template <> struct Wire<QelResourceIp> : WireWords<QelResourceIp> {
         step<&readAddress, &writeAddress>("value", valueElement, required),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelResourceIp>() {
-    return wireLayoutOf<QelResourceIp>;
-}
+template <> const QelWireLayout& QelResourceIp::wire = wireLayoutOf<QelResourceIp>;
 
 template <> struct Wire<QelResourcePool> : WireWords<QelResourcePool> {
     static constexpr int nsId = 281, typeId = 249;
@@ -131,9 +127,7 @@ template <> struct Wire<QelResourcePool> : WireWords<QelResourcePool> {
         step<&readType, &writeType>("type", typeElement, optional),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelResourcePool>() {
-    return wireLayoutOf<QelResourcePool>;
-}
+const QelWireLayout& QelResourcePool::wire = wireLayoutOf<QelResourcePool>;
 
 template <> struct Wire<QelResourceIpPool> : WireWords<QelResourceIpPool> {
     static constexpr std::string_view typeName = "QelResourceIpPool";
@@ -143,19 +137,16 @@ template <> struct Wire<QelResourceIpPool> : WireWords<QelResourceIpPool> {
         step<&readRanges, &writeRanges>("ranges", rangeElement, optional, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelResourceIpPool>() {
-    return wireLayoutOf<QelResourceIpPool>;
-}
+template <> const QelWireLayout& QelResourceIpPool::wire = wireLayoutOf<QelResourceIpPool>;
 
 template <> struct Wire<QelPoolResourcePair> : WireWords<QelPoolResourcePair> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        derived<&QelPoolResourcePair::pool, false>(1974, ignored, ifSet).unchecked(),
-        derived<&QelPoolResourcePair::resource, false>(1665, ignored, ifSet).unchecked(),
+        derived<&R::pool, false>(1974, ignored, ifSet),
+        derived<&R::resource, false>(1665, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelPoolResourcePair>() {
-    return wireLayoutOf<QelPoolResourcePair>;
-}
+const QelWireLayout& QelPoolResourcePair::wire = wireLayoutOf<QelPoolResourcePair>;
 
 template class QelDerivedParserFactory<QelResource>;
 template class QelDerivedParserFactory<QelResourcePool>;

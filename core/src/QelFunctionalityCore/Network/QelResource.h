@@ -23,7 +23,7 @@ extern const std::map<QelResourceType, std::string> IDResourceNameMap;
 extern const std::map<std::string, QelResourceType> ResourceNameIDMap;
 
 /// A single allocatable resource.  Its class determines `type`, which is not sent.
-struct QelResource {
+struct QelResource : QelRecord<QelResource> {
     explicit QelResource(QelResourceType resourceType = QelResourceType::none) : type(resourceType) {}
     QelResource(const QelResource&) = default;
     QelResource& operator=(const QelResource&) = default;
@@ -31,31 +31,27 @@ struct QelResource {
 
     QelResourceType type;
 
-    using Reader = QelRecordReader<QelResource>;
-    using Writer = QelRecordWriter<QelResource>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A single value of a ranged pool, sent as an address in element `elementID`.
 template <class T, QelResourceType resourceType, T emptyValue, int elementID, int nsID, int typeID>
-struct QelRangedResource : QelResource {
-    explicit QelRangedResource(T resourceValue = emptyValue) : QelResource(resourceType), value(resourceValue) {}
+struct QelRangedResource
+    : QelRecord<QelRangedResource<T, resourceType, emptyValue, elementID, nsID, typeID>, QelResource> {
+    explicit QelRangedResource(T resourceValue = emptyValue)
+        : QelRangedResource::QelRecord(resourceType), value(resourceValue) {}
 
     T value;
 
-    /// Returns -1 if the value is missing; a malformed address reads as `emptyValue`.
-    using Reader = QelRecordReader<QelRangedResource>;
-    using Writer = QelRecordWriter<QelRangedResource>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: returns -1 if the value is missing; a malformed address reads as `emptyValue`.
+    static const QelWireLayout& wire;
 };
 
 /// An IPv4 address, as a number.
 using QelResourceIp = QelRangedResource<unsigned int, QelResourceType::ip, 0U, 1262, 281, 251>;
 
 /// A set of allocatable resources.
-struct QelResourcePool {
+struct QelResourcePool : QelRecord<QelResourcePool> {
     explicit QelResourcePool(QelResourceType resourceType = QelResourceType::none) : type(resourceType) {}
     QelResourcePool(const QelResourcePool&) = default;
     QelResourcePool& operator=(const QelResourcePool&) = default;
@@ -63,11 +59,9 @@ struct QelResourcePool {
 
     QelResourceType type;
 
-    /// Without a type in the message, `type` becomes `none`, in derived pools as well.  Returns -1 for an unknown type.
-    using Reader = QelRecordReader<QelResourcePool>;
-    using Writer = QelRecordWriter<QelResourcePool>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: without a type in the message, `type` becomes `none`, in derived pools as well.  Returns -1 for an
+    /// unknown type.
+    static const QelWireLayout& wire;
 };
 
 /// A pool that stores its resources as ranges.  On the wire, a range of one value is a single element; any other is an
@@ -77,23 +71,21 @@ struct QelResourcePool {
 /// or ends before it starts.  A single value equal to one of them is treated as an internal error and terminates the
 /// process.
 template <class T, T emptyValue, class ValueReader, class ValueWriter, int nsID, int typeID>
-struct QelRangedPool : QelResourcePool {
-    QelRangedPool() : QelResourcePool(QelResourceType::ip) {}
+struct QelRangedPool
+    : QelRecord<QelRangedPool<T, emptyValue, ValueReader, ValueWriter, nsID, typeID>, QelResourcePool> {
+    QelRangedPool() : QelRangedPool::QelRecord(QelResourceType::ip) {}
 
     compressed_set<T, std::vector, std::allocator<range<T>>> ranges;
 
-    /// Ignores elements that are neither a value nor a range.  Elements read before a failure are kept.
-    using Reader = QelRecordReader<QelRangedPool>;
-    using Writer = QelRecordWriter<QelRangedPool>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: ignores elements that are neither a value nor a range.  Elements read before a failure are kept.
+    static const QelWireLayout& wire;
 };
 
 /// A pool of IPv4 addresses, as numbers.
 using QelResourceIpPool = QelRangedPool<unsigned int, 0, QelIPReader, QelIPWriter, 281, 250>;
 
 /// A requested or completed allocation: the resource, and the pool that it comes from.  Either may be null.
-struct QelPoolResourcePair {
+struct QelPoolResourcePair : QelRecord<QelPoolResourcePair> {
     QelPoolResourcePair() = default;
     QelPoolResourcePair(const QelPoolResourcePair&) = default;
     QelPoolResourcePair& operator=(const QelPoolResourcePair&) = default;
@@ -102,13 +94,13 @@ struct QelPoolResourcePair {
     boost::shared_ptr<QelResourcePool> pool;
     boost::shared_ptr<QelResource> resource;
 
-    /// Always returns 0: a missing or malformed member, or one of an unknown class, is left unchanged.
-    using Reader = QelRecordReader<QelPoolResourcePair>;
-    /// Always returns 0.
-    using Writer = QelRecordWriter<QelPoolResourcePair>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: always returns 0: a missing or malformed member, or one of an unknown class, is left unchanged.
+    /// Writer: always returns 0.
+    static const QelWireLayout& wire;
 };
+
+template <> const QelWireLayout& QelResourceIp::wire;
+template <> const QelWireLayout& QelResourceIpPool::wire;
 
 extern template class QelDerivedParserFactory<QelResource>;
 extern template class QelDerivedParserFactory<QelResourcePool>;

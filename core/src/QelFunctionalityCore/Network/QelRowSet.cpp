@@ -57,16 +57,14 @@ template <int QelRowSet::*number, int id> int writeNumber(QelMessageIterator& cu
 
 template <> struct Wire<QelRowSet> : WireWords<QelRowSet> {
     static constexpr QelWireField fields[] = {
-        list<&QelRowSet::columns>(cellElement, required),
+        list<&R::columns>(cellElement, required),
         step<&readRows, &writeRows>("rows", rowElement, ignored, ifSet),
-        step<&readNumber<&QelRowSet::count, countElement>, &writeNumber<&QelRowSet::count, countElement>>(
-            "count", countElement, ignored, ifSet),
-        step<&readNumber<&QelRowSet::value1040, totalElement>, &writeNumber<&QelRowSet::value1040, totalElement>>(
+        step<&readNumber<&R::count, countElement>, &writeNumber<&R::count, countElement>>("count", countElement,
+                                                                                          ignored, ifSet),
+        step<&readNumber<&R::value1040, totalElement>, &writeNumber<&R::value1040, totalElement>>(
             "value1040", totalElement, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelRowSet>() {
-    return wireLayoutOf<QelRowSet>;
-}
+const QelWireLayout& QelRowSet::wire = wireLayoutOf<QelRowSet>;
 
 } // namespace Qel

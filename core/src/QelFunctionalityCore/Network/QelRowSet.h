@@ -35,7 +35,7 @@ template <int id, bool encoded> struct QelStringTree<id, encoded>::Writer : QelW
 };
 
 /// A page of a long list, as a table.
-struct QelRowSet {
+struct QelRowSet : QelRecord<QelRowSet> {
     /// Value of an unknown number; not sent.
     static constexpr int unknown = std::numeric_limits<int>::max();
 
@@ -47,10 +47,7 @@ struct QelRowSet {
     int count = unknown;                 ///< `unknown` if the message has none
     int value1040 = unknown;             ///< `unknown` if the message has none
 
-    using Reader = QelRecordReader<QelRowSet>;
-    using Writer = QelRecordWriter<QelRowSet>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 extern template struct QelStringTree<1026, false>::Reader;

@@ -8,36 +8,32 @@ namespace Qel {
 
 template <> struct Wire<QelBrowseColumn> : WireWords<QelBrowseColumn> {
     static constexpr QelWireField fields[] = {
-        field<&QelBrowseColumn::name>(2213, required, always),
-        field<&QelBrowseColumn::flag2206>(2206, optional, always),
-        field<&QelBrowseColumn::value2214>(2214, optional, always),
+        field<&R::name>(2213, required, always),
+        field<&R::flag2206>(2206, optional, always),
+        field<&R::value2214>(2214, optional, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelBrowseColumn>() {
-    return wireLayoutOf<QelBrowseColumn>;
-}
+const QelWireLayout& QelBrowseColumn::wire = wireLayoutOf<QelBrowseColumn>;
 
 template <> struct Wire<QelBrowseInfo> : WireWords<QelBrowseInfo> {
     static constexpr QelWireField fields[] = {
-        field<&QelBrowseInfo::name>(QelBrowseInfo::nameID, required, always),
-        field<&QelBrowseInfo::value2210>(2210, required, always),
-        wrapped<&QelBrowseInfo::columns2216>(2216, 2212, required, always),
-        wrapped<&QelBrowseInfo::columns2215>(2215, 2212, required, always),
-        wrapped<&QelBrowseInfo::columns2211>(2211, 2212, required, always),
+        field<&R::name>(QelBrowseInfo::nameID, required, always),
+        field<&R::value2210>(2210, required, always),
+        wrapped<&R::columns2216>(2216, 2212, required, always),
+        wrapped<&R::columns2215>(2215, 2212, required, always),
+        wrapped<&R::columns2211>(2211, 2212, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelBrowseInfo>() {
-    return wireLayoutOf<QelBrowseInfo>;
-}
+const QelWireLayout& QelBrowseInfo::wire = wireLayoutOf<QelBrowseInfo>;
 
 template <> struct Wire<QelBrowseSettings> : WireWords<QelBrowseSettings> {
-    static constexpr QelWireField fields[] = {list<&QelBrowseSettings::items>(QelBrowseSettings::itemID, optional)};
+    static constexpr QelWireField fields[] = {list<&R::items>(QelBrowseSettings::itemID, optional)};
 };
-template <> const QelWireLayout& qelWireLayout<QelBrowseSettings>() {
-    return wireLayoutOf<QelBrowseSettings>;
-}
+const QelWireLayout& QelBrowseSettings::wire = wireLayoutOf<QelBrowseSettings>;
 
-QelBrowseInfo::QelBrowseInfo(const std::string& listName) : QelProfileRecord{noLocalID}, name(listName) {}
+QelBrowseInfo::QelBrowseInfo(const std::string& listName) : name(listName) {
+    localID = noLocalID;
+}
 
 int readFiltered(const QelMessageIterator& cursor, QelBrowseSettings& settings, const QelBrowseSettings* filter,
                  QelFilterMode mode) {

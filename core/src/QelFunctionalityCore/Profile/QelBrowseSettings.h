@@ -12,20 +12,17 @@
 namespace Qel {
 
 /// A column of a browse list.
-struct QelBrowseColumn : QelProfileRecord {
+struct QelBrowseColumn : QelRecord<QelBrowseColumn, QelProfileRecord> {
     std::string text; ///< not sent
     std::string name;
     QelTextBool flag2206;
     int value2214 = 0;
 
-    using Reader = QelRecordReader<QelBrowseColumn>;
-    using Writer = QelRecordWriter<QelBrowseColumn>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// The column layout of a browse list.  The console defines the numbered fields.
-struct QelBrowseInfo : QelProfileRecord {
+struct QelBrowseInfo : QelRecord<QelBrowseInfo, QelProfileRecord> {
     /// Element ID of the name.
     static constexpr int nameID = 2209;
 
@@ -41,28 +38,24 @@ struct QelBrowseInfo : QelProfileRecord {
     /// Compares names only.
     friend bool operator<(const QelBrowseInfo& a, const QelBrowseInfo& b) { return a.name < b.name; }
 
-    using Reader = QelRecordReader<QelBrowseInfo>;
-    using Writer = QelRecordWriter<QelBrowseInfo>;
     using filterReader = QelItemNameReader<QelBrowseInfo>;
     using filterWriter = QelItemNameWriter<QelBrowseInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// The browse lists, with unique names.
-struct QelBrowseSettings : QelProfileRecord {
+struct QelBrowseSettings : QelRecord<QelBrowseSettings, QelProfileRecord> {
     using Item = QelBrowseInfo;
     /// Element ID of an item.
     static constexpr int itemID = 2200;
 
     std::set<QelBrowseInfo> items;
 
-    using Reader = QelRecordReader<QelBrowseSettings>;
-    using Writer = QelRecordWriter<QelBrowseSettings>;
     using differenceReader = QelFilteredReader<QelBrowseSettings, QelFilterMode::difference>;
     using intersectionReader = QelFilteredReader<QelBrowseSettings, QelFilterMode::intersection>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// Adds those lists in the current element whose names are in the filter (intersection) or not in it (difference).  A

@@ -10,18 +10,15 @@
 namespace Qel {
 
 /// An action on the desktop of the management interface.
-struct QelDesktopAction : QelProfileRecord {
+struct QelDesktopAction : QelRecord<QelDesktopAction, QelProfileRecord> {
     QelTextBool flag2206;
     std::string name;
 
-    using Reader = QelRecordReader<QelDesktopAction>;
-    using Writer = QelRecordWriter<QelDesktopAction>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Desktop of the management interface.  The console defines the numbered options.
-struct QelDesktopSettings : QelProfileRecord {
+struct QelDesktopSettings : QelRecord<QelDesktopSettings, QelProfileRecord> {
     QelTextBool option2207;
     QelTextBool option2203;
     QelTextBool option2202;
@@ -29,10 +26,7 @@ struct QelDesktopSettings : QelProfileRecord {
     std::string option2208;
     std::vector<QelDesktopAction> actions;
 
-    using Reader = QelRecordReader<QelDesktopSettings>;
-    using Writer = QelRecordWriter<QelDesktopSettings>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -9,7 +9,7 @@
 namespace Qel {
 
 /// Options of the management interface.  The console defines them; they are named after their element IDs.
-struct QelInterfaceSettings : QelProfileRecord {
+struct QelInterfaceSettings : QelRecord<QelInterfaceSettings, QelProfileRecord> {
     int option2197 = 0;
     QelTextBool option2195;
     QelTextBool option2299;
@@ -20,10 +20,7 @@ struct QelInterfaceSettings : QelProfileRecord {
     std::string option2194;
     std::string option2198;
 
-    using Reader = QelRecordReader<QelInterfaceSettings>;
-    using Writer = QelRecordWriter<QelInterfaceSettings>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

@@ -6,12 +6,10 @@ namespace Qel {
 
 template <> struct Wire<QelPersonalSettings> : WireWords<QelPersonalSettings> {
     static constexpr QelWireField fields[] = {
-        field<&QelPersonalSettings::personalName>(2191, required, always),
-        field<&QelPersonalSettings::personalText>(1788, required, always),
+        field<&R::personalName>(2191, required, always),
+        field<&R::personalText>(1788, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelPersonalSettings>() {
-    return wireLayoutOf<QelPersonalSettings>;
-}
+const QelWireLayout& QelPersonalSettings::wire = wireLayoutOf<QelPersonalSettings>;
 
 } // namespace Qel

@@ -8,14 +8,11 @@
 namespace Qel {
 
 /// Identity of the user of the management interface.  The console defines the strings.
-struct QelPersonalSettings : QelProfileRecord {
+struct QelPersonalSettings : QelRecord<QelPersonalSettings, QelProfileRecord> {
     std::string personalName;
     std::string personalText;
 
-    using Reader = QelRecordReader<QelPersonalSettings>;
-    using Writer = QelRecordWriter<QelPersonalSettings>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

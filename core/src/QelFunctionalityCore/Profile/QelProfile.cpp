@@ -75,11 +75,11 @@ template <> struct Wire<QelProfile> : ProfileWords {
         part<&QelProfile::screen>(screenID),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelProfile>() {
-    return wireLayoutOf<QelProfile>;
-}
+const QelWireLayout& QelProfile::wire = wireLayoutOf<QelProfile>;
 
-QelProfile::QelProfile() : QelProfileRecord{noLocalID} {}
+QelProfile::QelProfile() {
+    localID = noLocalID;
+}
 
 QelProfile::QelProfile(const QelAuthName& owner) : QelProfile() {
     authName = owner;

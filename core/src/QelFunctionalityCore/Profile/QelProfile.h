@@ -18,7 +18,7 @@ namespace Qel {
 
 /// Settings that the management interface stores for a user or a group.  Any section may be unspecified, so a profile
 /// can also be partial, or a filter whose specified sections select those of another profile.
-struct QelProfile : QelProfileRecord {
+struct QelProfile : QelRecord<QelProfile, QelProfileRecord> {
     QelOptionalProperty<QelSID> sid;           ///< the owner
     QelOptionalProperty<QelAuthName> authName; ///< the owner's name; neither written nor read if there is a SID
     QelOptionalProperty<QelPersonalSettings> personal;
@@ -43,15 +43,13 @@ struct QelProfile : QelProfileRecord {
     /// individually, by name, each as a whole.  SID and name are copied only if unspecified here.  Always returns 0.
     int merge(const QelProfile& other);
 
-    /// A missing section is left unchanged; returns -1 for a malformed one.
-    using Reader = QelRecordReader<QelProfile>;
-    using Writer = QelRecordWriter<QelProfile>;
     struct filterReader;
     struct filterWriter;
     using differenceReader = QelFilteredReader<QelProfile, QelFilterMode::difference>;
     using intersectionReader = QelFilteredReader<QelProfile, QelFilterMode::intersection>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+
+    /// Reader: a missing section is left unchanged; returns -1 for a malformed one.
+    static const QelWireLayout& wire;
 };
 
 /// Reads a filter: the owner, and which sections are present.  Each section present becomes an empty one; its content

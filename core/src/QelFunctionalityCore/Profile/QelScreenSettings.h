@@ -11,20 +11,17 @@
 namespace Qel {
 
 /// A section of a dashboard screen and its position.
-struct QelDashboardSection : QelProfileRecord {
+struct QelDashboardSection : QelRecord<QelDashboardSection, QelProfileRecord> {
     std::string name;
     std::string text;
     int order = 0;
     int slot = 0;
 
-    using Reader = QelRecordReader<QelDashboardSection>;
-    using Writer = QelRecordWriter<QelDashboardSection>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// The layout of a dashboard screen.
-struct QelScreenInfo : QelProfileRecord {
+struct QelScreenInfo : QelRecord<QelScreenInfo, QelProfileRecord> {
     /// Element ID of the name.
     static constexpr int nameID = 2217;
 
@@ -34,28 +31,24 @@ struct QelScreenInfo : QelProfileRecord {
     /// Compares names only.
     friend bool operator<(const QelScreenInfo& a, const QelScreenInfo& b) { return a.name < b.name; }
 
-    using Reader = QelRecordReader<QelScreenInfo>;
-    using Writer = QelRecordWriter<QelScreenInfo>;
     using filterReader = QelItemNameReader<QelScreenInfo>;
     using filterWriter = QelItemNameWriter<QelScreenInfo>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// The dashboard screens, with unique names.
-struct QelScreenSettings : QelProfileRecord {
+struct QelScreenSettings : QelRecord<QelScreenSettings, QelProfileRecord> {
     using Item = QelScreenInfo;
     /// Element ID of an item.
     static constexpr int itemID = 2219;
 
     std::set<QelScreenInfo> items;
 
-    using Reader = QelRecordReader<QelScreenSettings>;
-    using Writer = QelRecordWriter<QelScreenSettings>;
     using differenceReader = QelFilteredReader<QelScreenSettings, QelFilterMode::difference>;
     using intersectionReader = QelFilteredReader<QelScreenSettings, QelFilterMode::intersection>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// Reads dashboard screens like readFiltered() for QelBrowseSettings.  A filtered profile reads its screens without a

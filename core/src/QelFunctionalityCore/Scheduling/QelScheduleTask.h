@@ -5,12 +5,13 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A scheduled task.  The service that owns tasks defines name, category and time; this library only stores and
 /// forwards them.
-struct QelScheduleTask {
+struct QelScheduleTask : QelRecord<QelScheduleTask> {
     QelGUID id;
     std::string taskName;
     std::string description;
@@ -19,10 +20,7 @@ struct QelScheduleTask {
     long taskTime = qelNoTime;        ///< seconds since the epoch, or -1
     QelOptionalProperty<bool> disabled;
 
-    using Reader = QelRecordReader<QelScheduleTask>;
-    using Writer = QelRecordWriter<QelScheduleTask>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

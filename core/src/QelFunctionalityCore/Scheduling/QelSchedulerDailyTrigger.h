@@ -2,6 +2,7 @@
 
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
@@ -9,8 +10,8 @@ namespace Qel {
 /// change moves the runs on the wall clock.
 ///
 /// A `start` in the future is the first run, on any day and even after `end`.
-struct QelSchedulerDailyTrigger : QelSchedulerTrigger {
-    using QelSchedulerTrigger::QelSchedulerTrigger;
+struct QelSchedulerDailyTrigger : QelRecord<QelSchedulerDailyTrigger, QelSchedulerTrigger> {
+    using QelRecord::QelRecord;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
 
@@ -19,10 +20,7 @@ struct QelSchedulerDailyTrigger : QelSchedulerTrigger {
     /// Stored only.  A trigger with neither `interval` nor `weekdaysOnly` runs on weekends.
     bool weekendsOnly = false;
 
-    using Reader = QelRecordReader<QelSchedulerDailyTrigger>;
-    using Writer = QelRecordWriter<QelSchedulerDailyTrigger>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 extern QelDerivedParserFactoryT<QelSchedulerDailyTrigger, QelSchedulerTrigger> factoryQelSchedulerDailyTrigger;

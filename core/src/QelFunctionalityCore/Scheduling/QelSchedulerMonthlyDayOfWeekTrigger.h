@@ -3,6 +3,7 @@
 #include <set>
 
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
@@ -12,8 +13,8 @@ namespace Qel {
 /// after it.  If either has none of the week days, the call fails.  If the next run in the month is not after `start`,
 /// the later ones of that month are skipped.  `end` is only compared with the current time, so a run may be after it.
 /// During daylight saving time, runs are one hour late on the wall clock.
-struct QelSchedulerMonthlyDayOfWeekTrigger : QelSchedulerTrigger {
-    using QelSchedulerTrigger::QelSchedulerTrigger;
+struct QelSchedulerMonthlyDayOfWeekTrigger : QelRecord<QelSchedulerMonthlyDayOfWeekTrigger, QelSchedulerTrigger> {
+    using QelRecord::QelRecord;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
 
@@ -21,10 +22,7 @@ struct QelSchedulerMonthlyDayOfWeekTrigger : QelSchedulerTrigger {
     std::set<int> weekNumbers; ///< 1 to 5, and 6 for the last one; must not be empty or contain other numbers
     std::set<int> months;      ///< 1 to 12; must not be empty
 
-    using Reader = QelRecordReader<QelSchedulerMonthlyDayOfWeekTrigger>;
-    using Writer = QelRecordWriter<QelSchedulerMonthlyDayOfWeekTrigger>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 extern QelDerivedParserFactoryT<QelSchedulerMonthlyDayOfWeekTrigger, QelSchedulerTrigger>

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
@@ -13,18 +14,15 @@ namespace Qel {
 /// when that has passed too.  If a considered month has none of the days, the call fails.  The month of `start` counts
 /// as a whole, so a run may be before `start`, and also after `end`.  During daylight saving time, runs are one hour
 /// late on the wall clock.
-struct QelSchedulerMonthlyTrigger : QelSchedulerTrigger {
-    using QelSchedulerTrigger::QelSchedulerTrigger;
+struct QelSchedulerMonthlyTrigger : QelRecord<QelSchedulerMonthlyTrigger, QelSchedulerTrigger> {
+    using QelRecord::QelRecord;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
 
     std::set<int> days;   ///< 1 to 31, and 32 for the last day; must not be empty
     std::set<int> months; ///< 1 to 12; must not be empty
 
-    using Reader = QelRecordReader<QelSchedulerMonthlyTrigger>;
-    using Writer = QelRecordWriter<QelSchedulerMonthlyTrigger>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 extern QelDerivedParserFactoryT<QelSchedulerMonthlyTrigger, QelSchedulerTrigger> factoryQelSchedulerMonthlyTrigger;

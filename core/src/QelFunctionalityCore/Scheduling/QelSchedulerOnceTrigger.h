@@ -1,19 +1,17 @@
 #pragma once
 
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Runs once, at `start`.  `end` is ignored.
-struct QelSchedulerOnceTrigger : QelSchedulerTrigger {
-    using QelSchedulerTrigger::QelSchedulerTrigger;
+struct QelSchedulerOnceTrigger : QelRecord<QelSchedulerOnceTrigger, QelSchedulerTrigger> {
+    using QelRecord::QelRecord;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
 
-    using Reader = QelRecordReader<QelSchedulerOnceTrigger>;
-    using Writer = QelRecordWriter<QelSchedulerOnceTrigger>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 extern QelDerivedParserFactoryT<QelSchedulerOnceTrigger, QelSchedulerTrigger> factoryQelSchedulerOnceTrigger;

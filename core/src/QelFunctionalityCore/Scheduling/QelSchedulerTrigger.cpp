@@ -40,71 +40,59 @@ QelSchedulerTrigger::~QelSchedulerTrigger() = default;
 template <> struct Wire<QelSchedulerTrigger> : WireWords<QelSchedulerTrigger> {
     static constexpr int nsId = 292, typeId = 294;
     static constexpr QelWireField fields[] = {
-        step<&readStart, &writeStart, long>("start", startElement, required).as(time),
-        step<&readEnd, &writeEnd, long>("end", endElement, ignored, ifSet).as(time),
+        step<&readStart, &writeStart, long>("start", startElement, required).withForm(time),
+        step<&readEnd, &writeEnd, long>("end", endElement, ignored, ifSet).withForm(time),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelSchedulerTrigger>() {
-    return wireLayoutOf<QelSchedulerTrigger>;
-}
+const QelWireLayout& QelSchedulerTrigger::wire = wireLayoutOf<QelSchedulerTrigger>;
 
 template <> struct Wire<QelSchedulerOnceTrigger> : WireWords<QelSchedulerOnceTrigger> {
     static constexpr int nsId = 283, typeId = 299;
     static constexpr QelWireField fields[] = {base<QelSchedulerTrigger>()};
 };
-template <> const QelWireLayout& qelWireLayout<QelSchedulerOnceTrigger>() {
-    return wireLayoutOf<QelSchedulerOnceTrigger>;
-}
+const QelWireLayout& QelSchedulerOnceTrigger::wire = wireLayoutOf<QelSchedulerOnceTrigger>;
 
 template <> struct Wire<QelSchedulerDailyTrigger> : WireWords<QelSchedulerDailyTrigger> {
     static constexpr int nsId = 283, typeId = 295;
     static constexpr QelWireField fields[] = {
         base<QelSchedulerTrigger>(),
-        field<&QelSchedulerDailyTrigger::interval>(2095, ignored, ifSet).unchecked(),
-        flag<&QelSchedulerDailyTrigger::weekdaysOnly>(2096).unchecked(),
-        flag<&QelSchedulerDailyTrigger::weekendsOnly>(2097).unchecked(),
+        field<&R::interval>(2095, ignored, ifSet).bestEffort(),
+        flag<&R::weekdaysOnly>(2096).bestEffort(),
+        flag<&R::weekendsOnly>(2097).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelSchedulerDailyTrigger>() {
-    return wireLayoutOf<QelSchedulerDailyTrigger>;
-}
+const QelWireLayout& QelSchedulerDailyTrigger::wire = wireLayoutOf<QelSchedulerDailyTrigger>;
 
 template <> struct Wire<QelSchedulerWeeklyTrigger> : WireWords<QelSchedulerWeeklyTrigger> {
     static constexpr int nsId = 283, typeId = 296;
     static constexpr QelWireField fields[] = {
         base<QelSchedulerTrigger>(),
-        field<&QelSchedulerWeeklyTrigger::weeks>(2098, required, always),
-        list<&QelSchedulerWeeklyTrigger::days>(1995, required),
+        field<&R::weeks>(2098, required, always),
+        list<&R::days>(1995, required),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelSchedulerWeeklyTrigger>() {
-    return wireLayoutOf<QelSchedulerWeeklyTrigger>;
-}
+const QelWireLayout& QelSchedulerWeeklyTrigger::wire = wireLayoutOf<QelSchedulerWeeklyTrigger>;
 
 template <> struct Wire<QelSchedulerMonthlyTrigger> : WireWords<QelSchedulerMonthlyTrigger> {
     static constexpr int nsId = 283, typeId = 297;
     static constexpr QelWireField fields[] = {
         base<QelSchedulerTrigger>(),
-        list<&QelSchedulerMonthlyTrigger::days>(2099, required),
-        list<&QelSchedulerMonthlyTrigger::months>(2100, required),
+        list<&R::days>(2099, required),
+        list<&R::months>(2100, required),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelSchedulerMonthlyTrigger>() {
-    return wireLayoutOf<QelSchedulerMonthlyTrigger>;
-}
+const QelWireLayout& QelSchedulerMonthlyTrigger::wire = wireLayoutOf<QelSchedulerMonthlyTrigger>;
 
 template <> struct Wire<QelSchedulerMonthlyDayOfWeekTrigger> : WireWords<QelSchedulerMonthlyDayOfWeekTrigger> {
     static constexpr int nsId = 283, typeId = 298;
     static constexpr QelWireField fields[] = {
         base<QelSchedulerTrigger>(),
-        list<&QelSchedulerMonthlyDayOfWeekTrigger::weekDays>(1995, required),
-        list<&QelSchedulerMonthlyDayOfWeekTrigger::weekNumbers>(2101, required),
-        list<&QelSchedulerMonthlyDayOfWeekTrigger::months>(2100, required),
+        list<&R::weekDays>(1995, required),
+        list<&R::weekNumbers>(2101, required),
+        list<&R::months>(2100, required),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelSchedulerMonthlyDayOfWeekTrigger>() {
-    return wireLayoutOf<QelSchedulerMonthlyDayOfWeekTrigger>;
-}
+const QelWireLayout& QelSchedulerMonthlyDayOfWeekTrigger::wire = wireLayoutOf<QelSchedulerMonthlyDayOfWeekTrigger>;
 
 template class QelDerivedParserFactory<QelSchedulerTrigger>;
 

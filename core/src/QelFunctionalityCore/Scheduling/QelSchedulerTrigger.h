@@ -16,7 +16,7 @@ inline constexpr long qelNoTime = -1;
 /// does not record past runs.
 ///
 /// Times are seconds since the epoch.
-struct QelSchedulerTrigger {
+struct QelSchedulerTrigger : QelRecord<QelSchedulerTrigger> {
     QelSchedulerTrigger() = default;
     QelSchedulerTrigger(long startTime, long endTime) : start(startTime), end(endTime) {}
     QelSchedulerTrigger(const QelSchedulerTrigger&) = default;
@@ -33,11 +33,8 @@ struct QelSchedulerTrigger {
     long start = qelNoTime; ///< earliest run; determines the time of day
     long end = qelNoTime;   ///< latest run; -1 for no end
 
-    /// The reader fails if the start is missing, the writer if it is negative.
-    using Reader = QelRecordReader<QelSchedulerTrigger>;
-    using Writer = QelRecordWriter<QelSchedulerTrigger>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    /// Reader: fails if the start is missing.  Writer: fails if it is negative.
+    static const QelWireLayout& wire;
 };
 
 using QelSchedulerTriggerList = std::list<boost::shared_ptr<QelSchedulerTrigger>>;

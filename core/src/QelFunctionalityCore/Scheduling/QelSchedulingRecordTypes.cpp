@@ -18,7 +18,7 @@ template <class Base> struct AnyReader {
     }
 };
 template <class Base> QelRecordType anyOf() {
-    const QelWireLayout& layout = qelWireLayout<Base>();
+    const QelWireLayout& layout = Base::wire;
     QelRecordType type =
         makeRecordType<boost::shared_ptr<Base>, AnyReader<Base>, QelWriterDerived<Base>>(layout.typeName);
     type.nsId = layout.nsId;

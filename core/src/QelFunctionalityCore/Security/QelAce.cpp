@@ -6,13 +6,11 @@ namespace Qel {
 
 template <> struct Wire<QelObjectRights> : WireWords<QelObjectRights> {
     static constexpr QelWireField fields[] = {
-        field<&QelObjectRights::object>(1935, required, always),
-        list<&QelObjectRights::rights>(2082, ignored).unchecked(),
-        list<&QelObjectRights::operations>(1999, ignored).unchecked(),
+        field<&R::object>(1935, required, always),
+        list<&R::rights>(2082, ignored).bestEffort(),
+        list<&R::operations>(1999, ignored).bestEffort(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelObjectRights>() {
-    return wireLayoutOf<QelObjectRights>;
-}
+const QelWireLayout& QelObjectRights::wire = wireLayoutOf<QelObjectRights>;
 
 } // namespace Qel

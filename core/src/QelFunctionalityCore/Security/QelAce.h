@@ -10,31 +10,18 @@
 namespace Qel {
 
 /// Rights on an object, as right numbers and as operation names.  The agent defines the meaning of the numbers.
-struct QelObjectRights {
+struct QelObjectRights : QelRecord<QelObjectRights> {
     QelGUID object;
     std::vector<int> rights;
     std::set<std::string> operations;
 
-    using Reader = QelRecordReader<QelObjectRights>;
-    using Writer = QelRecordWriter<QelObjectRights>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Granted rights.
-struct QelAce : QelObjectRights {
-    using Reader = QelReaderAs<QelObjectRights>;
-    using Writer = QelWriterAs<QelObjectRights, 0, 50>;
-    using reader_type = Reader;
-    using writer_type = Writer;
-};
+struct QelAce : QelRecordAs<QelObjectRights, 0, 50> {};
 
 /// Rights to be checked.
-struct QelCheck : QelObjectRights {
-    using Reader = QelReaderAs<QelObjectRights>;
-    using Writer = QelWriterAs<QelObjectRights, 0, 50>;
-    using reader_type = Reader;
-    using writer_type = Writer;
-};
+struct QelCheck : QelRecordAs<QelObjectRights, 0, 50> {};
 
 } // namespace Qel

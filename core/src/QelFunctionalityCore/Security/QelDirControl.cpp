@@ -12,9 +12,9 @@ template <QelWireRead oidRead> struct ControlWire : WireWords<QelDirControl> {
     using Words = WireWords<QelDirControl>;
     static constexpr int nsId = 270, typeId = 181;
     static constexpr QelWireField fields[] = {
-        Words::field<&QelDirControl::oid>(1007, oidRead, Words::always).unchecked(),
-        Words::field<&QelDirControl::critical>(1921, Words::ignored, Words::always).unchecked(),
-        Words::field<&QelDirControl::value>(1018, Words::ignored, Words::always).unchecked(),
+        Words::field<&QelDirControl::oid>(1007, oidRead, Words::always).bestEffort(),
+        Words::field<&QelDirControl::critical>(1921, Words::ignored, Words::always).bestEffort(),
+        Words::field<&QelDirControl::value>(1018, Words::ignored, Words::always).bestEffort(),
     };
 };
 
@@ -24,9 +24,7 @@ struct WithOptionalOid;
 
 template <> struct Wire<QelDirControl> : ControlWire<QelWireRead::required> {};
 template <> struct Wire<WithOptionalOid> : ControlWire<QelWireRead::ignored> {};
-template <> const QelWireLayout& qelWireLayout<QelDirControl>() {
-    return wireLayoutOf<QelDirControl>;
-}
+const QelWireLayout& QelDirControl::wire = wireLayoutOf<QelDirControl>;
 
 int QelDirControl::Reader::operator()(const QelMessageIterator& cursor, QelDirControl& control) const {
     return readByLayout(oidRequired ? wireLayoutOf<QelDirControl> : wireLayoutOf<WithOptionalOid>, &control, cursor);
@@ -49,27 +47,23 @@ template <> struct Wire<QelDirSortControl> : WireWords<QelDirSortControl> {
     static constexpr int nsId = 270, typeId = 184;
     static constexpr QelWireField fields[] = {
         step<&readControl, &writeControl>("QelDirControl", 0, required),
-        field<&QelDirSortControl::attribute>(1926, required, always),
-        field<&QelDirSortControl::reverse>(1927, required, always),
+        field<&R::attribute>(1926, required, always),
+        field<&R::reverse>(1927, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelDirSortControl>() {
-    return wireLayoutOf<QelDirSortControl>;
-}
+const QelWireLayout& QelDirSortControl::wire = wireLayoutOf<QelDirSortControl>;
 
 template <> struct Wire<QelDirVlvControl> : WireWords<QelDirVlvControl> {
     static constexpr int nsId = 270, typeId = 183;
     static constexpr QelWireField fields[] = {
         step<&readControl, &writeControl>("QelDirControl", 0, required),
-        field<&QelDirVlvControl::beforeCount>(1923, required, always),
-        field<&QelDirVlvControl::afterCount>(1924, required, always),
-        field<&QelDirVlvControl::offset>(1087, required, always),
-        field<&QelDirVlvControl::count>(1259, required, always),
+        field<&R::beforeCount>(1923, required, always),
+        field<&R::afterCount>(1924, required, always),
+        field<&R::offset>(1087, required, always),
+        field<&R::count>(1259, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelDirVlvControl>() {
-    return wireLayoutOf<QelDirVlvControl>;
-}
+const QelWireLayout& QelDirVlvControl::wire = wireLayoutOf<QelDirVlvControl>;
 
 template class QelDerivedParserFactory<QelDirControl>;
 

@@ -20,6 +20,8 @@ struct QelDirControl {
     struct Writer;
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 struct QelDirControl::Reader {
@@ -49,6 +51,8 @@ struct QelDirSortControl : virtual QelDirControl {
     using Writer = QelRecordWriter<QelDirSortControl>;
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// Virtual list view: requests a window of a long list (draft-ietf-ldapext-ldapv3-vlv).
@@ -66,6 +70,8 @@ struct QelDirVlvControl : virtual QelDirControl {
     using Writer = QelRecordWriter<QelDirVlvControl>;
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 extern template class QelDerivedParserFactory<QelDirControl>;

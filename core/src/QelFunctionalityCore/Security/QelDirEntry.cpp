@@ -30,16 +30,14 @@ int QelDirAttributeWriter::operator()(QelMessageIterator& cursor, const QelNamed
 template <> struct Wire<QelDirEntry> : WireWords<QelDirEntry> {
     static constexpr int nsId = 270;
     static constexpr QelWireField fields[] = {
-        field<&QelDirEntry::dn>(1928, required, always),
-        list<&QelDirEntry::attributes>(1918, optional),
+        field<&R::dn>(1928, required, always),
+        list<&R::attributes>(1918, optional),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelDirEntry>() {
-    return wireLayoutOf<QelDirEntry>;
-}
+const QelWireLayout& QelDirEntry::wire = wireLayoutOf<QelDirEntry>;
 
 int QelDirEntry::Writer::operator()(QelMessageIterator& cursor, const QelDirEntry& entry) const {
-    return writeWithListLast(qelWireLayout<QelDirEntry>(), &entry, cursor);
+    return writeWithListLast(QelDirEntry::wire, &entry, cursor);
 }
 
 } // namespace Qel

@@ -31,17 +31,17 @@ struct QelDirAttribute : QelNamedStrListProperty {
 };
 
 /// An entry of a directory.
-struct QelDirEntry {
+struct QelDirEntry : QelRecord<QelDirEntry> {
     std::string dn; ///< distinguished name
     std::vector<QelDirAttribute> attributes;
 
-    using Reader = QelRecordReader<QelDirEntry>;
     /// -1 if the name cannot be written; 1, the failure code of list writers, if an attribute cannot be written.
     struct Writer : QelRecordWriter<QelDirEntry> {
         int operator()(QelMessageIterator& cursor, const QelDirEntry& entry) const;
     };
-    using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

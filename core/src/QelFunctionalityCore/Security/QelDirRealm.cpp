@@ -33,30 +33,27 @@ int writeRealm(QelMessageIterator& cursor, const QelRealm& realm) {
 } // namespace
 
 template <> struct Wire<QelDirRealm::LoginType> : WireWords<QelDirRealm::LoginType> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&QelDirRealm::LoginType::domain>(1374, ignored, ifSet, base64).unchecked(),
-        field<&QelDirRealm::LoginType::loginName>(1026, ignored, ifSet, base64).unchecked(),
-        field<&QelDirRealm::LoginType::realm>(1957, ignored, ifSet).unchecked(),
+        field<&R::domain>(1374, ignored, ifSet, base64),
+        field<&R::loginName>(1026, ignored, ifSet, base64),
+        field<&R::realm>(1957, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelDirRealm::LoginType>() {
-    return wireLayoutOf<QelDirRealm::LoginType>;
-}
+const QelWireLayout& QelDirRealm::LoginType::wire = wireLayoutOf<QelDirRealm::LoginType>;
 
 template <> struct Wire<QelDirRealm> : WireWords<QelDirRealm> {
     static constexpr int nsId = 270, typeId = 182;
     static constexpr QelWireField fields[] = {
-        field<&QelDirRealm::loginType>(1630, ignored, always).unchecked(),
+        field<&R::loginType>(1630, ignored, always).bestEffort(),
         step<&readRealm, &writeRealm>("QelRealm", 0, required),
-        checked<&QelDirRealm::address, isNotEmpty>(1687, required, always),
-        checked<&QelDirRealm::port, isNotZero>(1704, required, always),
-        field<&QelDirRealm::baseDN>(1958, required, always),
-        field<&QelDirRealm::searchDN>(1959, required, always),
+        validated<&R::address, isNotEmpty>(1687, required, always),
+        validated<&R::port, isNotZero>(1704, required, always),
+        field<&R::baseDN>(1958, required, always),
+        field<&R::searchDN>(1959, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelDirRealm>() {
-    return wireLayoutOf<QelDirRealm>;
-}
+const QelWireLayout& QelDirRealm::wire = wireLayoutOf<QelDirRealm>;
 
 bool QelDirRealm::isValid() const {
     if (address.empty() || port == 0 || searchDN.size() < baseDN.size())
@@ -87,7 +84,7 @@ int QelDirRealm::set(const QelRealm& other) {
 }
 
 int QelDirRealm::Reader::operator()(const QelMessageIterator& cursor, QelDirRealm& realm) const {
-    if (readByLayout(qelWireLayout<QelDirRealm>(), &realm, cursor) != 0)
+    if (readByLayout(QelDirRealm::wire, &realm, cursor) != 0)
         return -1;
     if (realm.isValid())
         return 0;
@@ -97,7 +94,7 @@ int QelDirRealm::Reader::operator()(const QelMessageIterator& cursor, QelDirReal
 
 int QelDirRealm::Writer::operator()(QelMessageIterator& cursor, const QelDirRealm& realm) const {
     if (realm.isValid())
-        return writeByLayout(qelWireLayout<QelDirRealm>(), &realm, cursor);
+        return writeByLayout(QelDirRealm::wire, &realm, cursor);
     setErrorMessage("can't write QelDirRealm: %s", invalidRealm);
     return -1;
 }

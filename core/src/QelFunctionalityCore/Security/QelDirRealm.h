@@ -4,6 +4,7 @@
 
 #include "QelFunctionalityCore/Configuration/QelRealm.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
@@ -13,15 +14,12 @@ struct QelDirRealm : QelRealm {
     static constexpr int directoryType = 1;
 
     /// Identity under which the agent logs in to the directory.  All fields are optional.
-    struct LoginType {
+    struct LoginType : QelRecord<LoginType> {
         QelOptionalProperty<std::string> loginName;
         QelOptionalProperty<std::string> domain;
         QelOptionalProperty<QelGUID> realm; ///< identifier of a QelRealm
 
-        using Reader = QelRecordReader<LoginType>;
-        using Writer = QelRecordWriter<LoginType>;
-        using reader_type = Reader;
-        using writer_type = Writer;
+        static const QelWireLayout& wire;
     };
 
     QelDirRealm() { type = directoryType; }
@@ -44,6 +42,8 @@ struct QelDirRealm : QelRealm {
     struct Writer;
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// -1 if the realm has another type or is not valid.  Fields read before the failure are kept.

@@ -16,35 +16,31 @@ bool isFolderType(int type) {
 
 template <> struct Wire<QelInfrastructureFolderAttributes> : WireWords<QelInfrastructureFolderAttributes> {
     static constexpr QelWireField fields[] = {
-        field<&QelInfrastructureFolderAttributes::name>(1026, required, always),
-        checked<&QelInfrastructureFolderAttributes::type, isFolderType>(1007, required, always),
-        field<&QelInfrastructureFolderAttributes::description>(1496, optional, ifSet),
+        field<&R::name>(1026, required, always),
+        validated<&R::type, isFolderType>(1007, required, always),
+        field<&R::description>(1496, optional, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelInfrastructureFolderAttributes>() {
-    return wireLayoutOf<QelInfrastructureFolderAttributes>;
-}
+const QelWireLayout& QelInfrastructureFolderAttributes::wire = wireLayoutOf<QelInfrastructureFolderAttributes>;
 
 template <> struct Wire<QelInfrastructureNode> : WireWords<QelInfrastructureNode> {
     static constexpr QelWireField fields[] = {
-        field<&QelInfrastructureNode::nodeID>(1010, required, always),
-        field<&QelInfrastructureNode::parentID>(2241, required, always),
-        field<&QelInfrastructureNode::folder>(2240, optional, ifSet),
+        field<&R::nodeID>(1010, required, always),
+        field<&R::parentID>(2241, required, always),
+        field<&R::folder>(2240, optional, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelInfrastructureNode>() {
-    return wireLayoutOf<QelInfrastructureNode>;
-}
+const QelWireLayout& QelInfrastructureNode::wire = wireLayoutOf<QelInfrastructureNode>;
 
 // On failure these writers return 1, the readers -1.  Callers test for nonzero.
 
 int QelInfrastructureFolderAttributes::Writer::operator()(QelMessageIterator& cursor,
                                                           const QelInfrastructureFolderAttributes& attributes) const {
-    return writeByLayout(qelWireLayout<QelInfrastructureFolderAttributes>(), &attributes, cursor) == 0 ? 0 : 1;
+    return writeByLayout(QelInfrastructureFolderAttributes::wire, &attributes, cursor) == 0 ? 0 : 1;
 }
 
 int QelInfrastructureNode::Writer::operator()(QelMessageIterator& cursor, const QelInfrastructureNode& node) const {
-    return writeByLayout(qelWireLayout<QelInfrastructureNode>(), &node, cursor) == 0 ? 0 : 1;
+    return writeByLayout(QelInfrastructureNode::wire, &node, cursor) == 0 ? 0 : 1;
 }
 
 } // namespace Qel

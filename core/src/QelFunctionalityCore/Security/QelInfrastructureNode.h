@@ -9,7 +9,7 @@
 namespace Qel {
 
 /// Attributes of a folder in the infrastructure tree.
-struct QelInfrastructureFolderAttributes {
+struct QelInfrastructureFolderAttributes : QelRecord<QelInfrastructureFolderAttributes> {
     static constexpr int leastType = 1;
     static constexpr int greatestType = 5;
 
@@ -17,10 +17,10 @@ struct QelInfrastructureFolderAttributes {
     int type = 0; ///< `leastType` to `greatestType`, checked by reads but not by writes
     QelOptionalProperty<std::string> description;
 
-    using Reader = QelRecordReader<QelInfrastructureFolderAttributes>;
     struct Writer;
-    using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// 1 if a field could not be written.
@@ -29,15 +29,15 @@ struct QelInfrastructureFolderAttributes::Writer : QelRecordWriter<QelInfrastruc
 };
 
 /// Position of an object in the infrastructure tree.
-struct QelInfrastructureNode {
+struct QelInfrastructureNode : QelRecord<QelInfrastructureNode> {
     QelGUID nodeID;
     QelGUID parentID;
     QelOptionalProperty<QelInfrastructureFolderAttributes> folder; ///< folders only
 
-    using Reader = QelRecordReader<QelInfrastructureNode>;
     struct Writer;
-    using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// 1 if a field could not be written.

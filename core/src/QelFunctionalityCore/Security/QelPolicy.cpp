@@ -50,36 +50,32 @@ int QelPolicyRuleMapWriter::operator()(QelMessageIterator& cursor, const QelPoli
 }
 
 template <> struct Wire<QelPolicy> : WireWords<QelPolicy> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&QelPolicy::policyID>(1010, optional, ifSet).unchecked(),
-        field<&QelPolicy::name>(1026, optional, ifSet, base64).unchecked(),
-        field<&QelPolicy::description>(1496, optional, ifSet, base64).unchecked(),
-        wrappedMap<&QelPolicy::assignments>(2275, 2277, 2285, 2286, optional, ifSet).unchecked(),
-        step<&readPolicyRules, &writeRules<QelPolicy>>("rules", rulesElement, optional, ifSet).unchecked(),
+        field<&R::policyID>(1010, optional, ifSet),
+        field<&R::name>(1026, optional, ifSet, base64),
+        field<&R::description>(1496, optional, ifSet, base64),
+        wrappedMap<&R::assignments>(2275, 2277, 2285, 2286, optional, ifSet),
+        step<&readPolicyRules, &writeRules<QelPolicy>>("rules", rulesElement, optional, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelPolicy>() {
-    return wireLayoutOf<QelPolicy>;
-}
+const QelWireLayout& QelPolicy::wire = wireLayoutOf<QelPolicy>;
 
 template <> struct Wire<QelObjectToPolicyAssignment> : WireWords<QelObjectToPolicyAssignment> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&QelObjectToPolicyAssignment::object>(1010, required, always).unchecked(),
-        field<&QelObjectToPolicyAssignment::policyLevel>(2286, ignored, always).unchecked(),
+        field<&R::object>(1010, required, always),
+        field<&R::policyLevel>(2286, ignored, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelObjectToPolicyAssignment>() {
-    return wireLayoutOf<QelObjectToPolicyAssignment>;
-}
+const QelWireLayout& QelObjectToPolicyAssignment::wire = wireLayoutOf<QelObjectToPolicyAssignment>;
 
 template <> struct Wire<QelEffectivePolicyAssignment> : WireWords<QelEffectivePolicyAssignment> {
     static constexpr QelWireField fields[] = {
-        field<&QelEffectivePolicyAssignment::policyID>(2285, required, always),
+        field<&R::policyID>(2285, required, always),
         step<&readEffectiveRules, &writeRules<QelEffectivePolicyAssignment>>("rules", rulesElement, optional, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelEffectivePolicyAssignment>() {
-    return wireLayoutOf<QelEffectivePolicyAssignment>;
-}
+const QelWireLayout& QelEffectivePolicyAssignment::wire = wireLayoutOf<QelEffectivePolicyAssignment>;
 
 } // namespace Qel

@@ -23,40 +23,31 @@ struct QelPolicyRuleMapWriter : QelWriterBase {
 };
 
 /// A policy, or a subset of its fields in a request.
-struct QelPolicy {
+struct QelPolicy : QelRecord<QelPolicy> {
     QelOptionalProperty<QelGUID> policyID;
     QelOptionalProperty<std::string> name;
     QelOptionalProperty<std::string> description;
     QelOptionalProperty<std::map<QelGUID, int>> assignments; ///< object to policy level
     QelOptionalProperty<QelPolicyRuleMap> rules;
 
-    using Reader = QelRecordReader<QelPolicy>;
-    using Writer = QelRecordWriter<QelPolicy>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// The level of a policy on an object.
-struct QelObjectToPolicyAssignment {
+struct QelObjectToPolicyAssignment : QelRecord<QelObjectToPolicyAssignment> {
     QelGUID object;
     int policyLevel = 0;
 
-    using Reader = QelRecordReader<QelObjectToPolicyAssignment>;
-    using Writer = QelRecordWriter<QelObjectToPolicyAssignment>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A policy as it applies to an object, with the rules that are in effect.
-struct QelEffectivePolicyAssignment {
+struct QelEffectivePolicyAssignment : QelRecord<QelEffectivePolicyAssignment> {
     QelGUID policyID;
     /// A read sets this to specified if the element is present, even if its content cannot be read.
     QelOptionalProperty<QelPolicyRuleMap> rules;
 
-    using Reader = QelRecordReader<QelEffectivePolicyAssignment>;
-    using Writer = QelRecordWriter<QelEffectivePolicyAssignment>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

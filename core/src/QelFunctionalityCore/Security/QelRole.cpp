@@ -6,34 +6,28 @@ namespace Qel {
 
 template <> struct Wire<QelTask> : WireWords<QelTask> {
     static constexpr QelWireField fields[] = {
-        list<&QelTask::operations>(1999, ignored),
-        field<&QelTask::description>(1496, ignored, ifSet, base64),
-        field<&QelTask::name>(1026, required, ifSet),
+        list<&R::operations>(1999, ignored),
+        field<&R::description>(1496, ignored, ifSet, base64),
+        field<&R::name>(1026, required, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelTask>() {
-    return wireLayoutOf<QelTask>;
-}
+const QelWireLayout& QelTask::wire = wireLayoutOf<QelTask>;
 
 template <> struct Wire<QelRole> : WireWords<QelRole> {
     static constexpr QelWireField fields[] = {
-        list<&QelRole::roles>(1859, ignored),
+        list<&R::roles>(1859, ignored),
         base<QelTask>(),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelRole>() {
-    return wireLayoutOf<QelRole>;
-}
+const QelWireLayout& QelRole::wire = wireLayoutOf<QelRole>;
 
 template <> struct Wire<QelRoleAssignment> : WireWords<QelRoleAssignment> {
     static constexpr QelWireField fields[] = {
-        field<&QelRoleAssignment::role>(1859, required, always),
-        field<&QelRoleAssignment::subject>(2071, required, always),
-        field<&QelRoleAssignment::object>(1935, required, always),
+        field<&R::role>(1859, required, always),
+        field<&R::subject>(2071, required, always),
+        field<&R::object>(1935, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelRoleAssignment>() {
-    return wireLayoutOf<QelRoleAssignment>;
-}
+const QelWireLayout& QelRoleAssignment::wire = wireLayoutOf<QelRoleAssignment>;
 
 } // namespace Qel

@@ -10,37 +10,28 @@
 namespace Qel {
 
 /// A named set of operations.
-struct QelTask {
+struct QelTask : QelRecord<QelTask> {
     std::string name; ///< required by reads; writes accept an empty one
     std::string description;
     std::set<std::string> operations; ///< names
 
-    using Reader = QelRecordReader<QelTask>;
-    using Writer = QelRecordWriter<QelTask>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// A task that also includes other roles.
-struct QelRole : QelTask {
+struct QelRole : QelRecord<QelRole, QelTask> {
     std::set<std::string> roles; ///< names
 
-    using Reader = QelRecordReader<QelRole>;
-    using Writer = QelRecordWriter<QelRole>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 /// Assigns a role on an object to a subject.
-struct QelRoleAssignment {
+struct QelRoleAssignment : QelRecord<QelRoleAssignment> {
     std::string role; ///< name of a QelRole
     QelSID subject;
     QelGUID object;
 
-    using Reader = QelRecordReader<QelRoleAssignment>;
-    using Writer = QelRecordWriter<QelRoleAssignment>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

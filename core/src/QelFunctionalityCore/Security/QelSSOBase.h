@@ -7,15 +7,15 @@
 namespace Qel {
 
 /// Location of the single sign-on server.
-struct QelSSOServerConfig {
+struct QelSSOServerConfig : QelRecord<QelSSOServerConfig> {
     std::string server;
     std::string serverVersion;
     bool enabled = false;
 
     struct Reader;
-    using Writer = QelRecordWriter<QelSSOServerConfig>;
     using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// Logs an error and returns -1 if a required parameter is missing.
@@ -25,7 +25,7 @@ struct QelSSOServerConfig::Reader {
 
 /// Registration of a service with the single sign-on server.  Fields named after their element ID are opaque data of
 /// the server.
-struct QelSSOServiceProviderConfig {
+struct QelSSOServiceProviderConfig : QelRecord<QelSSOServiceProviderConfig> {
     std::string name;
     bool enabled = false;
     std::string field2137;
@@ -39,9 +39,9 @@ struct QelSSOServiceProviderConfig {
     std::string providerVersion; ///< optional
 
     struct Reader;
-    using Writer = QelRecordWriter<QelSSOServiceProviderConfig>;
     using reader_type = Reader;
-    using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// Logs an error and returns -1 if a required parameter is missing.

@@ -31,14 +31,14 @@ std::vector<QelRecordType> securityRecordTypes() {
         tableRecordType<QelSSOServerConfig>(),
         tableRecordType<QelSSOServiceProviderConfig>(),
         tableRecordType<QelTask>(),
-        makeRecordType<QelAce>("QelAce", &qelWireLayout<QelObjectRights>()),
-        makeRecordType<QelCheck>("QelCheck", &qelWireLayout<QelObjectRights>()),
+        makeRecordType<QelAce>("QelAce", &QelObjectRights::wire),
+        makeRecordType<QelCheck>("QelCheck", &QelObjectRights::wire),
         makeRecordType<QelDirAttribute>("QelDirAttribute"),
-        makeRecordType<QelDirControl>("QelDirControl", &qelWireLayout<QelDirControl>()),
-        makeRecordType<QelDirRealm>("QelDirRealm", &qelWireLayout<QelDirRealm>()),
+        makeRecordType<QelDirControl>("QelDirControl", &QelDirControl::wire),
+        makeRecordType<QelDirRealm>("QelDirRealm", &QelDirRealm::wire),
         makeRecordType<QelSID>("QelSID"),
-        makeRecordType<QelSession>("QelSession", &qelWireLayout<QelSession>()),
-        makeRecordType<QelToken>("QelToken", &qelWireLayout<QelToken>()),
+        makeRecordType<QelSession>("QelSession", &QelSession::wire),
+        makeRecordType<QelToken>("QelToken", &QelToken::wire),
     };
 }
 

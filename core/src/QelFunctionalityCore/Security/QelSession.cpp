@@ -62,21 +62,20 @@ int writeData(QelMessageIterator& cursor, const QelSession& session) {
 } // namespace
 
 template <> struct Wire<QelSession> : WireWords<QelSession> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&QelSession::sessionID>(1010, required, always).unchecked(),
-        field<&QelSession::authName>(1025, required, always).unchecked(),
-        field<&QelSession::time1961>(1961, required, always, time).unchecked(),
-        field<&QelSession::time1799>(1799, required, always, time).unchecked(),
-        step<&readTimeout, &writeTimeout>("timeout", timeoutElement, optional, ifSet).unchecked(),
-        step<&readRevision, &writeRevision>("revision", revisionElement, required).unchecked(),
-        field<&QelSession::token>(1944, ignored, always).unchecked(),
-        field<&QelSession::peerAddress>(1262, ignored, ifSet).unchecked(),
-        step<&readData, &writeData>("data", entryElement, ignored).unchecked(), // must be last: see layoutFor
+        field<&R::sessionID>(1010, required, always),
+        field<&R::authName>(1025, required, always),
+        field<&R::time1961>(1961, required, always, time),
+        field<&R::time1799>(1799, required, always, time),
+        step<&readTimeout, &writeTimeout>("timeout", timeoutElement, optional, ifSet),
+        step<&readRevision, &writeRevision>("revision", revisionElement, required),
+        field<&R::token>(1944, ignored, always),
+        field<&R::peerAddress>(1262, ignored, ifSet),
+        step<&readData, &writeData>("data", entryElement, ignored), // must be last: see layoutFor
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelSession>() {
-    return wireLayoutOf<QelSession>;
-}
+const QelWireLayout& QelSession::wire = wireLayoutOf<QelSession>;
 
 namespace {
 
@@ -122,13 +121,12 @@ int QelSessionDataWriter::operator()(QelMessageIterator& cursor, const QelSessio
 }
 
 template <> struct Wire<QelRegisteredClient> : WireWords<QelRegisteredClient> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&QelRegisteredClient::clientID>(1010, required, always).unchecked(),
-        field<&QelRegisteredClient::clientValue>(1259, required, always).unchecked(),
+        field<&R::clientID>(1010, required, always),
+        field<&R::clientValue>(1259, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelRegisteredClient>() {
-    return wireLayoutOf<QelRegisteredClient>;
-}
+const QelWireLayout& QelRegisteredClient::wire = wireLayoutOf<QelRegisteredClient>;
 
 } // namespace Qel

@@ -28,6 +28,8 @@ public:
     using reader_type = Reader;
     using writer_type = Writer;
 
+    static const QelWireLayout& wire;
+
     virtual ~QelSession() = default;
 
     /// The session's data.  Writer uses the const overload, Reader the other one.
@@ -82,14 +84,11 @@ struct QelSessionDataWriter : QelWriterBase {
 };
 
 /// A client registered with the agent.
-struct QelRegisteredClient {
+struct QelRegisteredClient : QelRecord<QelRegisteredClient> {
     std::string clientID;
     int clientValue = 0;
 
-    using Reader = QelRecordReader<QelRegisteredClient>;
-    using Writer = QelRecordWriter<QelRegisteredClient>;
-    using reader_type = Reader;
-    using writer_type = Writer;
+    static const QelWireLayout& wire;
 };
 
 } // namespace Qel

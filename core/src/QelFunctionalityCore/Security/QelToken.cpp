@@ -14,16 +14,12 @@ namespace Qel {
 template <> struct Wire<QelToken> : WireWords<QelToken> {
     static constexpr int nsId = 292, typeId = 147;
     static constexpr QelWireField fields[] = {
-        field<&QelToken::sid>(1025, required, always),
-        wrapped<&QelToken::groups>(2011, 1911, ignored, always),
-        wrapped<&QelToken::denied>(2012, 1911, ignored, always),
-        wrapped<&QelToken::privileges>(2013, 2014, ignored, always),
-        field<&QelToken::authName>(1026, ignored, ifSet),
+        field<&R::sid>(1025, required, always),           wrapped<&R::groups>(2011, 1911, ignored, always),
+        wrapped<&R::denied>(2012, 1911, ignored, always), wrapped<&R::privileges>(2013, 2014, ignored, always),
+        field<&R::authName>(1026, ignored, ifSet),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelToken>() {
-    return wireLayoutOf<QelToken>;
-}
+const QelWireLayout& QelToken::wire = wireLayoutOf<QelToken>;
 
 namespace {
 
@@ -93,14 +89,14 @@ bool QelToken::isOrBelongsTo(const QelSID& principal) const {
 
 int QelToken::Reader::operator()(const QelMessageIterator& cursor, QelToken& token) const {
     QelToken read;
-    if (readByLayout(qelWireLayout<QelToken>(), &read, cursor) != 0)
+    if (readByLayout(QelToken::wire, &read, cursor) != 0)
         return -1;
     token = std::move(read);
     return 0;
 }
 
 int QelToken::Writer::operator()(QelMessageIterator& cursor, const QelToken& token) const {
-    if (writeByLayout(qelWireLayout<QelToken>(), &token, cursor) == 0)
+    if (writeByLayout(QelToken::wire, &token, cursor) == 0)
         return 0;
     // 1 is the failure code of list writers; any other failure is -1.
     return token.sid.toBinary().empty() ? -1 : 1;

@@ -21,6 +21,8 @@ public:
     using reader_type = Reader;
     using writer_type = Writer;
 
+    static const QelWireLayout& wire;
+
     QelSID sid; ///< "S-1-0-0": unset
     std::set<QelSID> groups;
     std::set<QelSID> denied;

@@ -48,14 +48,14 @@ template <> struct QelWireValue<QelIPv6> : Internal::WireTextByFunctors<QelIPv6>
     static bool isSet(const QelIPv6& value) { return !value.isAny(); }
 };
 
-/// A read marks the property specified if it succeeds, and unspecified if it fails.  In a row with `keepsSet`, a failed
+/// A read marks the property specified if it succeeds, and unspecified if it fails.  In a row with kept(), a failed
 /// read leaves the mark unchanged.
 template <class T> struct QelWireValue<QelOptionalProperty<T>> : QelWireValue<T> {
     using Specified = T;
     static int read(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id,
                     const QelWireField& field) {
         const int result = QelWireValue<T>::read(cursor, property.get(), id, field);
-        if (result == 0 || !field.keepsSet)
+        if (result == 0 || !field.isKept)
             property.specify(result == 0);
         return result;
     }

@@ -11,14 +11,13 @@ namespace Qel {
 namespace Element = VocabularyElement;
 
 template <> struct Wire<QelVocID> : WireWords<QelVocID> {
+    static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&QelVocID::name>(Element::name, required, always).unchecked(),
-        field<&QelVocID::version>(Element::version, required, always).unchecked(),
+        field<&R::name>(Element::name, required, always),
+        field<&R::version>(Element::version, required, always),
     };
 };
-template <> const QelWireLayout& qelWireLayout<QelVocID>() {
-    return wireLayoutOf<QelVocID>;
-}
+const QelWireLayout& QelVocID::wire = wireLayoutOf<QelVocID>;
 
 namespace {
 
@@ -45,14 +44,14 @@ int readVersion(const QelMessageIterator& vocabulary, QelVocID& vocID) {
 
 int QelVocID::Reader::operator()(const QelMessageIterator& cursor, QelVocID& vocID) const {
     if (versionElement)
-        return readByLayout(qelWireLayout<QelVocID>(), &vocID, cursor);
+        return readByLayout(QelVocID::wire, &vocID, cursor);
     if (cursor.getObject(vocID.name, QelReaderLimitedLengthString(), Element::name) != 0)
         return -1;
     return readVersion(cursor, vocID);
 }
 
 int QelVocID::Writer::operator()(QelMessageIterator& cursor, const QelVocID& vocID) const {
-    return writeByLayout(qelWireLayout<QelVocID>(), &vocID, cursor);
+    return writeByLayout(QelVocID::wire, &vocID, cursor);
 }
 
 } // namespace Qel

@@ -5,6 +5,7 @@
 
 #include "QelCore/QelContainers.h"
 #include "QelMessage/QelMessageIterator.h"
+#include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
@@ -27,6 +28,8 @@ struct QelVocID {
     struct Writer;
     using reader_type = Reader;
     using writer_type = Writer;
+
+    static const QelWireLayout& wire;
 };
 
 /// -1 if the name or the version is missing.  A name or version of 256 or more characters terminates the process.

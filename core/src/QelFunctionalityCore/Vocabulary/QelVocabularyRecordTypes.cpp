@@ -15,7 +15,7 @@ struct LoneVocIDReader : QelVocID::Reader {
 
 std::vector<QelRecordType> vocabularyRecordTypes() {
     return {
-        makeRecordType<QelVocID, LoneVocIDReader>("QelVocID", &qelWireLayout<QelVocID>()),
+        makeRecordType<QelVocID, LoneVocIDReader>("QelVocID", &QelVocID::wire),
         makeRecordType<QelVocPrototype>("QelVocPrototype"),
     };
 }

@@ -13,11 +13,11 @@ namespace {
 using namespace Qel::TestSupport;
 using testing::HasSubstr;
 
-struct Choosy {
+struct Choosy : QelRecord<Choosy> {
     int even = 4;
     std::string text = "old";
-    using reader_type = QelRecordReader<Choosy>;
-    using writer_type = QelRecordWriter<Choosy>;
+
+    static const QelWireLayout& wire;
 };
 constexpr bool isEven(int number) {
     return number % 2 == 0;
@@ -30,19 +30,17 @@ bool isNotEmpty(const std::string& text) {
 
 template <> struct Wire<Choosy> : WireWords<Choosy> {
     static constexpr QelWireField fields[] = {
-        checked<&Choosy::even, isEven>(1007, required, always),
-        checked<&Choosy::text, isNotEmpty>(1026, ignored, always, base64),
+        validated<&R::even, isEven>(1007, required, always),
+        validated<&R::text, isNotEmpty>(1026, ignored, always, base64),
     };
 };
-template <> const QelWireLayout& qelWireLayout<Choosy>() {
-    return wireLayoutOf<Choosy>;
-}
+const QelWireLayout& Choosy::wire = wireLayoutOf<Choosy>;
 
 namespace {
 
-class QelWireCheckedTest : public RecordTest {};
+class QelWireValidatedTest : public RecordTest {};
 
-TEST_F(QelWireCheckedTest, RejectedValueIsMalformedAndLeavesTheFieldUnchanged) {
+TEST_F(QelWireValidatedTest, RejectedValueIsMalformedAndLeavesTheFieldUnchanged) {
     message.putValue(5, 1007);
     Choosy record;
     EXPECT_EQ(read(record), -1);
@@ -53,7 +51,7 @@ TEST_F(QelWireCheckedTest, RejectedValueIsMalformedAndLeavesTheFieldUnchanged) {
     EXPECT_THAT(getErrorMessage(), HasSubstr("(even) is missing"));
 }
 
-TEST_F(QelWireCheckedTest, AcceptedValueIsRead) {
+TEST_F(QelWireValidatedTest, AcceptedValueIsRead) {
     message.putValue(6, 1007);
     message.putValueBase64(std::string("new"), 1026);
     Choosy record;
@@ -62,7 +60,7 @@ TEST_F(QelWireCheckedTest, AcceptedValueIsRead) {
     EXPECT_EQ(record.text, "new");
 }
 
-TEST_F(QelWireCheckedTest, IgnoredFieldDropsRejectedValuesAndWritingAcceptsAll) {
+TEST_F(QelWireValidatedTest, IgnoredFieldDropsRejectedValuesAndWritingAcceptsAll) {
     message.putValue(6, 1007);
     message.putChild(1026);
     Choosy record;

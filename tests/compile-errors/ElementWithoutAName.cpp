@@ -1,0 +1,7 @@
+// error: "no element has this name; see QelElementNames.h"
+#include "QelMessage/QelElementNames.h"
+
+int element() {
+    using Qel::operator""_element;
+    return "no_such_element"_element;
+}
