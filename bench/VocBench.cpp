@@ -16,14 +16,12 @@
 #include <pugixml.hpp>
 
 #include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
-#include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
 #include "QelMessage/QelMessage.h"
 
 namespace Qel {
 
 namespace {
 
-namespace Element = VocabularyElement;
 using Clock = std::chrono::steady_clock;
 
 constexpr int vocabularies = 20;

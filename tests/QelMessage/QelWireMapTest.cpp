@@ -50,7 +50,7 @@ class QelWireMapTest : public RecordTest {};
 TEST_F(QelWireMapTest, MapEntryContainsItsKeyAndValue) {
     PriceList list;
     list.amounts = {{"adult", 9}, {"child", 4}};
-    list.prices = {{"a", Price{1}}};
+    list.prices = {{"a", Price{.amount = 1}}};
     const PriceList back = roundTrip(list);
     EXPECT_THAT(back.amounts, ElementsAre(Pair("adult", 9), Pair("child", 4)));
     EXPECT_EQ(back.prices.at("a").amount, 1);

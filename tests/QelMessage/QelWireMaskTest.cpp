@@ -108,14 +108,14 @@ TEST_F(QelWireMaskTest, ReadingReplacesAMask) {
     message.newChild(1197);
     message.putChild(1627);
     message.seekUp();
-    Masks masks{8 | 1, 8 | 2, 0, false, {}};
+    Masks masks{.mask = 8 | 1, .wrapped = 8 | 2, .added = 0, .flag = false, .given = {}};
     EXPECT_EQ(read(masks), 0);
     EXPECT_EQ(masks.mask, 4);
     EXPECT_EQ(masks.wrapped, 1U);
 }
 
 TEST_F(QelWireMaskTest, ReadingWithoutTheWrapperClearsAMask) {
-    Masks masks{1, 2, 0, false, {}};
+    Masks masks{.mask = 1, .wrapped = 2, .added = 0, .flag = false, .given = {}};
     EXPECT_EQ(read(masks), 0);
     EXPECT_EQ(masks.mask, 0);
     EXPECT_EQ(masks.wrapped, 0U);
@@ -144,7 +144,7 @@ TEST_F(QelWireMaskTest, OptionalFlagIsSpecifiedByEveryRead) {
 }
 
 TEST_F(QelWireMaskTest, KeptMaskOrFlagOnlyGainsBits) {
-    Masks masks{0, 0, 4, true, {}};
+    Masks masks{.mask = 0, .wrapped = 0, .added = 4, .flag = true, .given = {}};
     EXPECT_EQ(read(masks), 0);
     EXPECT_EQ(masks.added, 4);
     EXPECT_TRUE(masks.flag);

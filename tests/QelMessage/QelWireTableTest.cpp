@@ -125,10 +125,10 @@ Whole filled() {
     whole.flag = true;
     whole.colour = Colour::blue;
     whole.part.number = 8;
-    whole.pointer.reset(new Part{9});
+    whole.pointer.reset(new Part{.number = 9});
     whole.list = {3, 1, 3};
     whole.wrapped = {"b", "a"};
-    whole.parts = {Part{1}, Part{2}};
+    whole.parts = {Part{.number = 1}, Part{.number = 2}};
     whole.given = 0;
     whole.byHand = "hand";
     return whole;

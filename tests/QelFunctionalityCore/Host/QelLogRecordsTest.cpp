@@ -13,7 +13,7 @@ using testing::ElementsAre;
 TEST(QelLogParametersTest, EachLogIsWrittenAsOneListItem) {
     QelLogParameters parameters;
     parameters.eid = someEID;
-    parameters.logs = {{"disk", 3}, {"net", 4}};
+    parameters.logs = {{.name = "disk", .f1089 = 3}, {.name = "net", .f1089 = 4}};
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(parameters, 0), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1866, 1089, 1094, 1094));

@@ -28,7 +28,7 @@ TEST(QelStatisticsTest, AllUseNamespace292AndOnlyUsageHasType) {
 TEST(QelStatisticsTest, UsageRequiresAllNumbers) {
     for (const int element : {1040, 1058, 1059}) {
         const TestMessage message;
-        EXPECT_EQ(message.cursor().putObj(QelUsageStats{1LL << 40, 2, 3}, 0), 0);
+        EXPECT_EQ(message.cursor().putObj(QelUsageStats{.total = 1LL << 40, .used = 2, .free = 3}, 0), 0);
         EXPECT_THAT(childIDs(message.cursor()), ElementsAre(1040, 1058, 1059));
         QelUsageStats read;
         EXPECT_EQ(message.cursor().getObj(read, 0), 0);

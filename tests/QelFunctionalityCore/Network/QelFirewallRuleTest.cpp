@@ -17,10 +17,10 @@ Rule fullRule() {
     rule.text1196 = Rule::CT_INPUT;
     rule.text1197 = Rule::PL_ACCEPT;
     rule.flag1198 = true;
-    rule.source = {"10.0.0.0", "255.0.0.0"};
-    rule.destination = {"192.0.2.1", ""};
-    rule.sourcePorts = {1024, 65535};
-    rule.destinationPorts = {443, Rule::noPort};
+    rule.source = {.address = "10.0.0.0", .mask = "255.0.0.0"};
+    rule.destination = {.address = "192.0.2.1", .mask = ""};
+    rule.sourcePorts = {.first = 1024, .second = 65535};
+    rule.destinationPorts = {.first = 443, .second = Rule::noPort};
     rule.text1203 = "eth0";
     rule.text1204 = "eth1";
     return rule;
@@ -38,7 +38,7 @@ TEST(QelFirewallRuleTest, DefinesPacketFilterKeywords) {
 }
 
 TEST(QelFirewallRuleTest, DefaultHasNoPorts) {
-    EXPECT_EQ(Rule().sourcePorts, (Rule::PortRange{-1, -1}));
+    EXPECT_EQ(Rule().sourcePorts, (Rule::PortRange{.first = -1, .second = -1}));
     EXPECT_EQ(Rule().destinationPorts.toString('-'), "");
 }
 
@@ -70,17 +70,17 @@ TEST(QelFirewallRuleTest, EqualityComparesAllFields) {
 }
 
 TEST(QelFirewallRuleTest, FormatsPorts) {
-    EXPECT_EQ((Rule::PortRange{1000, 2000}.toString('-')), "1000-2000");
-    EXPECT_EQ((Rule::PortRange{80, -1}.toString('-')), "80");
-    EXPECT_EQ((Rule::PortRange{-1, -1}.toString('-')), "");
-    EXPECT_EQ((Rule::PortRange{-1, 80}.toString(':')), "");
-    EXPECT_EQ((Rule::PortRange{0, 0}.toString(':')), "0:0");
+    EXPECT_EQ((Rule::PortRange{.first = 1000, .second = 2000}.toString('-')), "1000-2000");
+    EXPECT_EQ((Rule::PortRange{.first = 80, .second = -1}.toString('-')), "80");
+    EXPECT_EQ((Rule::PortRange{.first = -1, .second = -1}.toString('-')), "");
+    EXPECT_EQ((Rule::PortRange{.first = -1, .second = 80}.toString(':')), "");
+    EXPECT_EQ((Rule::PortRange{.first = 0, .second = 0}.toString(':')), "0:0");
 }
 
 TEST(QelFirewallRuleTest, FormatsAddress) {
-    EXPECT_EQ((Rule::NetAddress{"10.0.0.0", "8"}.toString('/')), "10.0.0.0/8");
-    EXPECT_EQ((Rule::NetAddress{"10.0.0.0", ""}.toString('/')), "10.0.0.0");
-    EXPECT_EQ((Rule::NetAddress{"", "8"}.toString('/')), "");
+    EXPECT_EQ((Rule::NetAddress{.address = "10.0.0.0", .mask = "8"}.toString('/')), "10.0.0.0/8");
+    EXPECT_EQ((Rule::NetAddress{.address = "10.0.0.0", .mask = ""}.toString('/')), "10.0.0.0");
+    EXPECT_EQ((Rule::NetAddress{.address = "", .mask = "8"}.toString('/')), "");
     EXPECT_EQ((Rule::NetAddress{}.toString('/')), "");
 }
 
@@ -110,15 +110,15 @@ TEST_F(QelFirewallRuleRecordTest, EmptyRuleWritesOnlyNameAndFlag) {
 
 TEST_F(QelFirewallRuleRecordTest, DropsSecondPortWithoutFirst) {
     Rule rule = fullRule();
-    rule.sourcePorts = {-1, 80};
+    rule.sourcePorts = {.first = -1, .second = 80};
     const Rule back = roundTrip(rule);
     EXPECT_NE(message.seekPresence(1201), 0);
-    EXPECT_EQ(back.sourcePorts, (Rule::PortRange{-1, -1}));
+    EXPECT_EQ(back.sourcePorts, (Rule::PortRange{.first = -1, .second = -1}));
 }
 
 TEST_F(QelFirewallRuleRecordTest, DropsMaskWithoutAddress) {
     Rule rule = fullRule();
-    rule.source = {"", "255.0.0.0"};
+    rule.source = {.address = "", .mask = "255.0.0.0"};
     EXPECT_EQ(roundTrip(rule).source, Rule::NetAddress());
     EXPECT_NE(message.seekPresence(1199), 0);
 }
@@ -172,12 +172,12 @@ TEST_F(QelFirewallRuleRecordTest, RejectsMalformedAddressOrPorts) {
 
 TEST_F(QelFirewallRuleRecordTest, IgnoresMalformedSecondPort) {
     put(1193, "80");
-    Rule::PortRange ports{1, 2};
+    Rule::PortRange ports{.first = 1, .second = 2};
     EXPECT_EQ(read(ports), 0);
-    EXPECT_EQ(ports, (Rule::PortRange{80, 2})) << "a missing one is unchanged";
+    EXPECT_EQ(ports, (Rule::PortRange{.first = 80, .second = 2})) << "a missing one is unchanged";
     put(1194, "http");
     EXPECT_EQ(read(ports), 0);
-    EXPECT_EQ(ports, (Rule::PortRange{80, 2}));
+    EXPECT_EQ(ports, (Rule::PortRange{.first = 80, .second = 2}));
 }
 
 } // namespace

@@ -19,7 +19,8 @@ QelDirAttribute attribute(const std::string& name, const std::vector<std::string
 
 TEST(QelDirEntryTest, RoundTripsWithAttributes) {
     TestTree tree;
-    const QelDirEntry written{"cn=anna,dc=org", {attribute("mail", {"a@x", "b@x"}), attribute("cn", {})}};
+    const QelDirEntry written{.dn = "cn=anna,dc=org",
+                              .attributes = {attribute("mail", {"a@x", "b@x"}), attribute("cn", {})}};
     ASSERT_EQ(tree->putObj(written, 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1928, 1918, 1918));
     ASSERT_EQ(tree->seek(1918), 0);
@@ -37,7 +38,7 @@ TEST(QelDirEntryTest, RoundTripsWithAttributes) {
 
 TEST(QelDirEntryTest, AttributesAreOptional) {
     TestTree tree;
-    ASSERT_EQ(tree->putObj(QelDirEntry{"dc=org", {}}, 0), 0);
+    ASSERT_EQ(tree->putObj(QelDirEntry{.dn = "dc=org", .attributes = {}}, 0), 0);
     QelDirEntry back;
     EXPECT_EQ(tree->getObj(back, 0), 0);
     EXPECT_THAT(back.attributes, IsEmpty());
@@ -45,7 +46,7 @@ TEST(QelDirEntryTest, AttributesAreOptional) {
 
 TEST(QelDirEntryTest, RequiresName) {
     TestTree tree;
-    ASSERT_EQ(tree->putObj(QelDirEntry{"dc=org", {attribute("cn", {"x"})}}, 0), 0);
+    ASSERT_EQ(tree->putObj(QelDirEntry{.dn = "dc=org", .attributes = {attribute("cn", {"x"})}}, 0), 0);
     tree->deleteChild(1928);
     QelDirEntry back;
     EXPECT_EQ(tree->getObj(back, 0), -1);
@@ -53,7 +54,7 @@ TEST(QelDirEntryTest, RequiresName) {
 }
 
 TEST(QelDirEntryTest, FailedWriteOfNameStopsWriter) {
-    EXPECT_EQ(TestSupport::refusedWrite(QelDirEntry{"dc=org", {}}), -1);
+    EXPECT_EQ(TestSupport::refusedWrite(QelDirEntry{.dn = "dc=org", .attributes = {}}), -1);
 }
 
 TEST(QelDirEntryTest, FailedWriteOfAttributeStopsWriterWithListResult) {
@@ -66,14 +67,15 @@ TEST(QelDirEntryTest, FailedWriteOfAttributeStopsWriterWithListResult) {
     };
     const TestSupport::TestMessage message;
     NamelessCursor cursor(dynamic_cast<const QelBinaryIterator*>(&message.cursor()));
-    const QelDirEntry entry{"dc=org", {attribute("cn", {"x"}), attribute("", {}), attribute("mail", {})}};
+    const QelDirEntry entry{.dn = "dc=org",
+                            .attributes = {attribute("cn", {"x"}), attribute("", {}), attribute("mail", {})}};
     EXPECT_EQ(cursor.putObj(entry, 0), 1);
     EXPECT_THAT(childIDs(cursor), ElementsAre(1928, 1918, 1918)) << "the third attribute is not started";
 }
 
 TEST(QelDirEntryTest, AttributeRequiresName) {
     TestTree tree;
-    ASSERT_EQ(tree->putObj(QelDirEntry{"dc=org", {attribute("cn", {"x"})}}, 0), 0);
+    ASSERT_EQ(tree->putObj(QelDirEntry{.dn = "dc=org", .attributes = {attribute("cn", {"x"})}}, 0), 0);
     tree->newChild(1918);
     tree->putValue(std::string("x"), 1018);
     tree->seekUp();

@@ -97,7 +97,7 @@ template <class Make> auto perhaps(const Make& make) {
 }
 
 QelAuthName someName() {
-    return {perhaps(someText), perhaps(someText), someGUID()};
+    return {.name = perhaps(someText), .domain = perhaps(someText), .realm = someGUID()};
 }
 
 QelToken someToken() {

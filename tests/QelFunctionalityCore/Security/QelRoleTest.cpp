@@ -76,7 +76,7 @@ TEST(QelRoleTest, ReaderRequiresName) {
 }
 
 TEST(QelRoleAssignmentTest, ReaderAndWriterRequireAllFields) {
-    const QelRoleAssignment whole{"operator", QelSID("S-1-5-42"), QelGUID(1, 2)};
+    const QelRoleAssignment whole{.role = "operator", .subject = QelSID("S-1-5-42"), .object = QelGUID(1, 2)};
     for (const int id : {1859, 2071, 1935}) {
         TestTree tree;
         ASSERT_EQ(tree->putObj(whole, 0), 0);

@@ -32,9 +32,10 @@ QelSSOServiceProviderConfig provider() {
 
 TEST(QelSSOServerConfigTest, OmitsFlagIfDisabled) {
     TestTree tree;
-    ASSERT_EQ(tree->putObj(QelSSOServerConfig{"sso.example.org", "2.0", false}, 0), 0);
+    ASSERT_EQ(
+        tree->putObj(QelSSOServerConfig{.server = "sso.example.org", .serverVersion = "2.0", .enabled = false}, 0), 0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1012, 1223));
-    QelSSOServerConfig back{"", "", true};
+    QelSSOServerConfig back{.server = "", .serverVersion = "", .enabled = true};
     ASSERT_EQ(tree->getObj(back, 0), 0);
     EXPECT_FALSE(back.enabled);
     EXPECT_EQ(back.server, "sso.example.org");
@@ -43,7 +44,8 @@ TEST(QelSSOServerConfigTest, OmitsFlagIfDisabled) {
 
 TEST(QelSSOServerConfigTest, WritesEmptyFlagElementIfEnabled) {
     TestTree tree;
-    ASSERT_EQ(tree->putObj(QelSSOServerConfig{"sso.example.org", "2.0", true}, 0), 0);
+    ASSERT_EQ(tree->putObj(QelSSOServerConfig{.server = "sso.example.org", .serverVersion = "2.0", .enabled = true}, 0),
+              0);
     EXPECT_THAT(childIDs(*tree), ElementsAre(1012, 1223, 1856));
     EXPECT_EQ(childValue(*tree, 1856), "");
     QelSSOServerConfig back;
@@ -54,7 +56,9 @@ TEST(QelSSOServerConfigTest, WritesEmptyFlagElementIfEnabled) {
 TEST(QelSSOServerConfigTest, LogsMissingParameter) {
     for (const int id : {1012, 1223}) {
         TestTree tree;
-        ASSERT_EQ(tree->putObj(QelSSOServerConfig{"sso.example.org", "2.0", true}, 0), 0);
+        ASSERT_EQ(
+            tree->putObj(QelSSOServerConfig{.server = "sso.example.org", .serverVersion = "2.0", .enabled = true}, 0),
+            0);
         tree->deleteChild(id);
         const TestSupport::LogCapture log;
         QelSSOServerConfig back;
@@ -128,7 +132,9 @@ TEST(QelSSOServiceProviderConfigTest, FirstMissingParameterStopsReaderAndIsLogge
 }
 
 TEST(QelSSOBaseTest, WriterIgnoresFailures) {
-    EXPECT_EQ(TestSupport::refusedWrite(QelSSOServerConfig{"sso.example.org", "2.0", true}), 0);
+    EXPECT_EQ(TestSupport::refusedWrite(
+                  QelSSOServerConfig{.server = "sso.example.org", .serverVersion = "2.0", .enabled = true}),
+              0);
     EXPECT_EQ(TestSupport::refusedWrite(provider()), 0);
 }
 

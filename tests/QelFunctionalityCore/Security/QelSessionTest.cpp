@@ -277,12 +277,12 @@ TEST_F(QelSessionTest, WriterIgnoresFailures) {
     QelSession written = session();
     keep(written, "first", "1");
     EXPECT_EQ(TestSupport::refusedWrite(written), 0);
-    EXPECT_EQ(TestSupport::refusedWrite(QelRegisteredClient{"client", 3}), 0);
+    EXPECT_EQ(TestSupport::refusedWrite(QelRegisteredClient{.clientID = "client", .clientValue = 3}), 0);
 }
 
 TEST(QelRegisteredClientTest, RequiresIdAndValue) {
     TestTree tree;
-    ASSERT_EQ(tree->putObj(QelRegisteredClient{"client", 3}, 0), 0);
+    ASSERT_EQ(tree->putObj(QelRegisteredClient{.clientID = "client", .clientValue = 3}, 0), 0);
     QelRegisteredClient back;
     EXPECT_EQ(tree->getObj(back, 0), 0);
     EXPECT_EQ(back.clientID, "client");

@@ -86,7 +86,7 @@ TEST(QelValueCodecsTest, FullRecordRoundTrips) {
     values.address = QelIPv6("fe80::1");
     values.title = std::string("a title");
     values.disabled = false;
-    values.inner = Inner{7};
+    values.inner = Inner{.number = 7};
     values.servers = std::vector{QelIPv6("::1"), QelIPv6("10.0.0.1")};
     values.members.insert(QelEID(1, 2));
 

@@ -298,19 +298,19 @@ std::string usageOf(const Qel::QelUsageStats& blocks) {
 }
 
 TEST(HostTablesTest, UsageMatchesDf) {
-    EXPECT_EQ(usageOf({100, 50, 50}), "50%");
-    EXPECT_EQ(usageOf({100, 50, 30}), "63%") << "blocks reserved for root are excluded";
-    EXPECT_EQ(usageOf({1000, 1, 999}), "1%") << "rounded up";
-    EXPECT_EQ(usageOf({1000, 991, 9}), "100%");
-    EXPECT_EQ(usageOf({100, 0, 100}), "0%");
-    EXPECT_EQ(usageOf({100, 100, 0}), "100%");
-    EXPECT_EQ(usageOf({0, 0, 0}), "-");
-    EXPECT_EQ(usageOf({100, 0, 0}), "-");
-    EXPECT_EQ(usageOf({-1, -1, 5}), "-");
+    EXPECT_EQ(usageOf({.total = 100, .used = 50, .free = 50}), "50%");
+    EXPECT_EQ(usageOf({.total = 100, .used = 50, .free = 30}), "63%") << "blocks reserved for root are excluded";
+    EXPECT_EQ(usageOf({.total = 1000, .used = 1, .free = 999}), "1%") << "rounded up";
+    EXPECT_EQ(usageOf({.total = 1000, .used = 991, .free = 9}), "100%");
+    EXPECT_EQ(usageOf({.total = 100, .used = 0, .free = 100}), "0%");
+    EXPECT_EQ(usageOf({.total = 100, .used = 100, .free = 0}), "100%");
+    EXPECT_EQ(usageOf({.total = 0, .used = 0, .free = 0}), "-");
+    EXPECT_EQ(usageOf({.total = 100, .used = 0, .free = 0}), "-");
+    EXPECT_EQ(usageOf({.total = -1, .used = -1, .free = 5}), "-");
     constexpr long long max = std::numeric_limits<long long>::max();
-    EXPECT_EQ(usageOf({max, max, max}), "50%");
-    EXPECT_EQ(usageOf({max, max, 0}), "100%");
-    EXPECT_EQ(usageOf({max, 1, max}), "1%");
+    EXPECT_EQ(usageOf({.total = max, .used = max, .free = max}), "50%");
+    EXPECT_EQ(usageOf({.total = max, .used = max, .free = 0}), "100%");
+    EXPECT_EQ(usageOf({.total = max, .used = 1, .free = max}), "1%");
 }
 
 TEST(HostTablesTest, ArgumentsAreLastColumnWithoutPadding) {

@@ -3,11 +3,11 @@
 #include <memory>
 #include <ostream>
 
-#include "QelFunctionalityCore/Configuration/ConfigurationElements.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelMessage/QelBinary.h"
+#include "QelMessage/QelElementNames.h"
 #include "qel/cli/Command.h"
 #include "qel/cli/Json.h"
 #include "qel/cli/Output.h"
@@ -17,7 +17,6 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace Element = ConfigurationElement;
 using Cursor = std::unique_ptr<QelMessageIterator>;
 
 constexpr int passwordElement = 1032;
@@ -26,7 +25,7 @@ ExitCode readConfiguration(const std::string& file, QelMessage& message, const C
     if (const ExitCode code = readMessage(file, message, console); code != ExitCode::success)
         return code;
     const Cursor cursor(message.rootIterator());
-    if (cursor->seekPresence(Element::data) != 0)
+    if (cursor->seekPresence("data"_element) != 0)
         return console.fail(ExitCode::badInput, file + ": not a configuration: the data element is missing");
     return ExitCode::success;
 }
@@ -35,7 +34,7 @@ ExitCode readConfiguration(const std::string& file, QelMessage& message, const C
 /// number of path components above the cursor.
 bool enterOptions(const QelMessageIterator& cursor, int depth) {
     constexpr int sectionDepth = 1;
-    return depth != sectionDepth || cursor.seek(Element::configuration) == 0;
+    return depth != sectionDepth || cursor.seek("configuration"_element) == 0;
 }
 
 void addBase64Option(Options& options) {
@@ -76,7 +75,7 @@ ExitCode readOrStart(const std::string& file, QelMessage& message, const Console
     if (!isMissing(file))
         return readConfiguration(file, message, console);
     const Cursor cursor(message.rootIterator());
-    cursor->newChild(Element::data);
+    cursor->newChild("data"_element);
     return ExitCode::success;
 }
 
@@ -170,7 +169,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = readConfiguration(file, *message, console); code != ExitCode::success)
         return code;
     const Cursor cursor(message->rootIterator());
-    cursor->seek(Element::data);
+    cursor->seek("data"_element);
     const int depth = seekPath(*cursor, path);
     if (depth < 0)
         return console.fail(ExitCode::notSo, file + ": no element at " + path);
@@ -205,14 +204,14 @@ struct Identity {
 void addMalformed(const QelMessageIterator& cursor, const std::string& path, MalformedEIDs& malformed) {
     QelEID eid;
     std::string value;
-    if (cursor.getValue(value, Element::id) == 0 && cursor.getObj(eid, Element::id) != 0)
+    if (cursor.getValue(value, "id"_element) == 0 && cursor.getObj(eid, "id"_element) != 0)
         malformed.emplace_back(path, value);
 }
 
 /// Moves the cursor to the element at a path, or to its options if it is a section.
 bool seekOptions(const QelMessageIterator& cursor, std::string_view path) {
     cursor.seekRoot();
-    cursor.seek(Element::data);
+    cursor.seek("data"_element);
     const int depth = seekPath(cursor, path);
     return depth >= 0 && enterOptions(cursor, depth);
 }
@@ -227,7 +226,7 @@ MalformedEIDs findMalformedEIDs(QelMessage& message) {
     for (const char* const path : {"/server_group/slaves", "/agent/mapping_table"}) {
         if (!seekOptions(*cursor, path))
             continue;
-        for (int found = cursor->firstChild(Element::entry); found == 0; found = cursor->nextSibling(Element::entry))
+        for (int found = cursor->firstChild("entry"_element); found == 0; found = cursor->nextSibling("entry"_element))
             addMalformed(*cursor, path + std::string("/entry/id"), malformed);
     }
     return malformed;

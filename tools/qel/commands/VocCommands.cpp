@@ -9,6 +9,7 @@
 #include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
 #include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
 #include "QelMessage/QelBinary.h"
+#include "QelMessage/QelElementNames.h"
 #include "qel/cli/Command.h"
 #include "qel/cli/Json.h"
 #include "qel/cli/Output.h"
@@ -74,13 +75,13 @@ std::string typeAt(const QelVocIterator& at) {
 Item itemAt(const QelVocIterator& at) {
     Item item;
     at.getID(item.id);
-    at.getValue(item.value, Element::data);
+    at.getValue(item.value, "data"_element);
     item.type = typeAt(at);
-    if (at.firstChild(Element::category) != 0)
+    if (at.firstChild("category"_element) != 0)
         return item;
     do
         at.getValue(item.categories.emplace_back(), getEmptyID());
-    while (at.nextSibling(Element::category) == 0);
+    while (at.nextSibling("category"_element) == 0);
     at.seekUp();
     return item;
 }
@@ -106,8 +107,8 @@ ExitCode reportUnidentified(const std::string& file, QelMessage& message, const 
     ExitCode worst = ExitCode::success;
     const std::unique_ptr<QelMessageIterator> cursor(message.rootIterator());
     int number = 0;
-    for (int result = cursor->firstChild(Element::vocabulary); result == 0;
-         result = cursor->nextSibling(Element::vocabulary)) {
+    for (int result = cursor->firstChild("vocabulary"_element); result == 0;
+         result = cursor->nextSibling("vocabulary"_element)) {
         QelVocID id;
         ++number;
         if (cursor->getObj(id, getEmptyID()) != 0)
@@ -232,8 +233,8 @@ struct Merge {
 int countVocabularies(QelMessage& message) {
     const std::unique_ptr<QelMessageIterator> cursor(message.rootIterator());
     int count = 0;
-    for (int result = cursor->firstChild(Element::vocabulary); result == 0;
-         result = cursor->nextSibling(Element::vocabulary))
+    for (int result = cursor->firstChild("vocabulary"_element); result == 0;
+         result = cursor->nextSibling("vocabulary"_element))
         ++count;
     return count;
 }
@@ -254,8 +255,8 @@ ExitCode mergeMap(Merge& merge, const std::string& file, QelMessage& message, co
     if (const ExitCode code = reportUnidentified(file, message, console); code != ExitCode::success)
         return code;
     const std::unique_ptr<QelMessageIterator> cursor(message.rootIterator());
-    for (int result = cursor->firstChild(Element::vocabulary); result == 0;
-         result = cursor->nextSibling(Element::vocabulary)) {
+    for (int result = cursor->firstChild("vocabulary"_element); result == 0;
+         result = cursor->nextSibling("vocabulary"_element)) {
         QelVocID id;
         cursor->getObj(id, getEmptyID());
         const ExitCode code = mergeOne(merge, shownName(file), id, console,

@@ -67,11 +67,11 @@ private:
 };
 
 QelUsageStats usage(long long total, long long free) {
-    return {total, total - free, free};
+    return {.total = total, .used = total - free, .free = free};
 }
 
 QelLoadAvg1 sample(double value) {
-    return {value, value, value, value};
+    return {.f1060 = value, .f1061 = value, .f1062 = value, .f1065 = value};
 }
 
 } // namespace
@@ -171,8 +171,9 @@ std::optional<QelLoadAvg> HostCollector::load() {
         m_problems.push_back(path + ": no load averages found");
         return std::nullopt;
     }
-    return QelLoadAvg{sample(numberIn<double>(words[0])), sample(numberIn<double>(words[1])),
-                      sample(numberIn<double>(words[2]))};
+    return QelLoadAvg{.f1041 = sample(numberIn<double>(words[0])),
+                      .f1042 = sample(numberIn<double>(words[1])),
+                      .f1043 = sample(numberIn<double>(words[2]))};
 }
 
 // --- users

@@ -74,8 +74,9 @@ void addAddress(QelNetInterface& interface, const ifaddrs& entry) {
 
 QelUsageStats usageOf(unsigned long long total, unsigned long long free, unsigned long long available,
                       unsigned long long unit) {
-    return {static_cast<long long>(total * unit), static_cast<long long>((total - free) * unit),
-            static_cast<long long>(available * unit)};
+    return {.total = static_cast<long long>(total * unit),
+            .used = static_cast<long long>((total - free) * unit),
+            .free = static_cast<long long>(available * unit)};
 }
 
 bool isNumber(const std::string& text) {

@@ -10,6 +10,7 @@
 #include "QelFunctionalityCore/Network/QelResource.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocID.h"
 #include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
+#include "QelMessage/QelElementNames.h"
 
 namespace Qel::Tool {
 
@@ -19,9 +20,9 @@ constexpr int addressElement = 1262;
 constexpr int pairsPoolElement = 1974;
 
 std::optional<std::string> findLongName(const QelMessageIterator& cursor) {
-    if (isTooLongForVocID(cursor, VocabularyElement::name))
+    if (isTooLongForVocID(cursor, "name"_element))
         return "the name is too long";
-    if (isTooLongForVocID(cursor, VocabularyElement::version))
+    if (isTooLongForVocID(cursor, "version"_element))
         return "the version is too long";
     return std::nullopt;
 }

@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "QelFunctionalityCore/Vocabulary/QelVocID.h"
-#include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
 #include "QelMessage/QelBinary.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessageIterator.h"
 #include "qel/records/MessageFiles.h"
 #include "qel/records/RecordLimits.h"
@@ -13,23 +13,21 @@ namespace Qel::Tool {
 
 namespace {
 
-namespace Element = VocabularyElement;
-
 bool hasLongVersion(const QelMessageIterator& vocabulary) {
-    if (vocabulary.firstChild(Element::parameter) != 0)
+    if (vocabulary.firstChild("parameter"_element) != 0)
         return false;
     bool found = false;
     do {
         std::string id;
-        vocabulary.getValue(id, Element::id);
-        found = id == QelVocID::versionParameter && isTooLongForVocID(vocabulary, Element::data);
-    } while (!found && vocabulary.nextSibling(Element::parameter) == 0);
+        vocabulary.getValue(id, "id"_element);
+        found = id == QelVocID::versionParameter && isTooLongForVocID(vocabulary, "data"_element);
+    } while (!found && vocabulary.nextSibling("parameter"_element) == 0);
     vocabulary.seekUp();
     return found;
 }
 
 ExitCode checkLengths(const std::string& place, const QelMessageIterator& vocabulary, const Console& console) {
-    if (isTooLongForVocID(vocabulary, Element::name))
+    if (isTooLongForVocID(vocabulary, "name"_element))
         return console.fail(ExitCode::badInput, place + ": the name is too long");
     if (hasLongVersion(vocabulary))
         return console.fail(ExitCode::badInput, place + ": the version is too long");
@@ -42,14 +40,14 @@ ExitCode readVocabularies(const std::string& name, QelMessage& message, VocFileK
     if (const ExitCode code = readMessage(name, message, console); code != ExitCode::success)
         return code;
     const std::unique_ptr<QelMessageIterator> cursor(message.rootIterator());
-    if (cursor->firstChild(Element::vocabulary) == 0) {
+    if (cursor->firstChild("vocabulary"_element) == 0) {
         kind = VocFileKind::map;
         int number = 0;
         do {
             const std::string place = shownName(name) + ": vocabulary " + std::to_string(++number);
             if (const ExitCode code = checkLengths(place, *cursor, console); code != ExitCode::success)
                 return code;
-        } while (cursor->nextSibling(Element::vocabulary) == 0);
+        } while (cursor->nextSibling("vocabulary"_element) == 0);
         return ExitCode::success;
     }
     // A map without vocabularies is an empty message.
@@ -59,7 +57,7 @@ ExitCode readVocabularies(const std::string& name, QelMessage& message, VocFileK
     }
     cursor->seekRoot();
     kind = VocFileKind::single;
-    if (cursor->seek(Element::data) != 0 || cursor->seek(Element::agent) != 0)
+    if (cursor->seek("data"_element) != 0 || cursor->seek("agent"_element) != 0)
         return console.fail(ExitCode::badInput, shownName(name) + ": contains no vocabulary");
     return checkLengths(shownName(name), *cursor, console);
 }

@@ -3,19 +3,18 @@
 #include <utility>
 
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
 
-constexpr int backupElement = 1006;
-
 int readBackup(const QelMessageIterator& cursor, QelNewBackupData& data) {
-    return cursor.getObj(static_cast<QelBackup&>(data), backupElement);
+    return cursor.getObj(static_cast<QelBackup&>(data), "backup"_element);
 }
 int writeBackup(QelMessageIterator& cursor, const QelNewBackupData& data) {
-    return cursor.putObj(static_cast<const QelBackup&>(data), backupElement);
+    return cursor.putObj(static_cast<const QelBackup&>(data), "backup"_element);
 }
 
 } // namespace
@@ -43,7 +42,7 @@ template <> struct Wire<QelBackup> : WireWords<QelBackup> {
 const QelWireLayout& QelBackup::wire = wireLayoutOf<QelBackup>;
 
 template <> struct Wire<QelNewBackupData> : WireWords<QelNewBackupData> {
-    static constexpr QelWireField fields[] = {step<&readBackup, &writeBackup>("backup", backupElement, required)};
+    static constexpr QelWireField fields[] = {step<&readBackup, &writeBackup>("backup", "backup"_element, required)};
 };
 const QelWireLayout& QelNewBackupData::wire = wireLayoutOf<QelNewBackupData>;
 

@@ -2,21 +2,19 @@
 
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
 
-constexpr int option1014Element = 1014;
-constexpr int text1006Element = 1006;
-
 // The presence of the element is the option, and the element contains the string.  A string is therefore never sent
 // without the option.
 int readOption1014(const QelMessageIterator& cursor, QelBackupOptions& options) {
-    options.option1014 = cursor.seek(option1014Element) == 0;
+    options.option1014 = cursor.seek("option_1014"_element) == 0;
     if (options.option1014) {
-        (void)cursor.getValue(options.text1006, text1006Element);
+        (void)cursor.getValue(options.text1006, "backup"_element);
         cursor.seekUp();
     }
     return 0;
@@ -24,8 +22,8 @@ int readOption1014(const QelMessageIterator& cursor, QelBackupOptions& options) 
 int writeOption1014(QelMessageIterator& cursor, const QelBackupOptions& options) {
     if (!options.option1014 && options.text1006.empty())
         return 0;
-    cursor.newChild(option1014Element);
-    const int result = options.text1006.empty() ? 0 : cursor.putValue(options.text1006, text1006Element);
+    cursor.newChild("option_1014"_element);
+    const int result = options.text1006.empty() ? 0 : cursor.putValue(options.text1006, "backup"_element);
     cursor.seekUp();
     return result;
 }
@@ -42,7 +40,7 @@ template <> struct Wire<QelBackupOptions> : WireWords<QelBackupOptions> {
         field<&R::operation>(0, ignored, always),
         wrappedBits<&R::kind, QelWireBit{1, 1627}, QelWireBit{2, 1628}>(1197, ifSet).kept(),
         field<&R::description>(1496, ignored, ifSet, base64),
-        step<&readOption1014, &writeOption1014>("option1014", option1014Element, ignored, ifSet),
+        step<&readOption1014, &writeOption1014>("option1014", "option_1014"_element, ignored, ifSet),
         wrapped<&R::paths>(1980, 1156, ignored, always),
         field<&R::excludes>(1981, ignored, always),
         field<&R::storage>(1828, ignored, ifSet).bestEffort(),

@@ -2,33 +2,29 @@
 
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
 
-constexpr int configElement = 1185;
-constexpr int diskElement = 1811;
-constexpr int partitionElement = 1115;
-constexpr int nameElement = 1026;
-
 // Reads into the existing configuration, so that an object of a derived class and its own data are kept.
 template <class Options> int readConfig(const QelMessageIterator& cursor, Options& options) {
     if (!options.config)
         options.config.reset(new QelEnvConfig);
-    (void)cursor.getObj(*options.config, configElement);
+    (void)cursor.getObj(*options.config, "env_config"_element);
     return 0;
 }
 template <class Options> int writeConfig(QelMessageIterator& cursor, const Options& options) {
-    return options.config ? cursor.putObj(*options.config, configElement) : 0;
+    return options.config ? cursor.putObj(*options.config, "env_config"_element) : 0;
 }
 
 int readNestedName(const QelMessageIterator& cursor, QelP2VMigrateOptions& options) {
-    if (cursor.seek(diskElement) != 0)
+    if (cursor.seek("disk"_element) != 0)
         return 0;
-    if (cursor.seek(partitionElement) == 0) {
-        (void)cursor.getValue(options.nestedName, nameElement);
+    if (cursor.seek("partition"_element) == 0) {
+        (void)cursor.getValue(options.nestedName, "name"_element);
         cursor.seekUp();
     }
     cursor.seekUp();
@@ -37,9 +33,9 @@ int readNestedName(const QelMessageIterator& cursor, QelP2VMigrateOptions& optio
 int writeNestedName(QelMessageIterator& cursor, const QelP2VMigrateOptions& options) {
     if (options.nestedName.empty())
         return 0;
-    cursor.newChild(diskElement);
-    cursor.newChild(partitionElement);
-    const int result = cursor.putValue(options.nestedName, nameElement);
+    cursor.newChild("disk"_element);
+    cursor.newChild("partition"_element);
+    const int result = cursor.putValue(options.nestedName, "name"_element);
     cursor.seekUp();
     cursor.seekUp();
     return result;
@@ -51,13 +47,13 @@ template <> struct Wire<QelP2VMigrateOptions> : WireWords<QelP2VMigrateOptions> 
     using Options = QelP2VMigrateOptions;
     static constexpr int nsId = 294, typeId = 276;
     static constexpr QelWireField fields[] = {
-        step<&readConfig<Options>, &writeConfig<Options>>("config", configElement, ignored, ifSet),
+        step<&readConfig<Options>, &writeConfig<Options>>("config", "env_config"_element, ignored, ifSet),
         wrapped<&Options::list1346>(1346, 1156, ignored, always),
         field<&Options::option1821>(1821, ignored, ifSet),
         list<&Options::services>(1100, ignored),
-        step<&readNestedName, &writeNestedName>("nestedName", diskElement, ignored, ifSet),
+        step<&readNestedName, &writeNestedName>("nestedName", "disk"_element, ignored, ifSet),
     };
-    static constexpr int readOrder[] = {configElement, 1821, 1346, 1100, diskElement};
+    static constexpr int readOrder[] = {"env_config"_element, 1821, 1346, 1100, "disk"_element};
 };
 const QelWireLayout& QelP2VMigrateOptions::wire = wireLayoutOf<QelP2VMigrateOptions>;
 
@@ -81,7 +77,7 @@ template <> struct Wire<QelV2VMigrateOptions> : WireWords<QelV2VMigrateOptions> 
         flag<&Options::option1014>(1014),
         field<&Options::text2103>(2103, ignored, ifSet),
         field<&Options::type>(1007, ignored, ifSet),
-        step<&readConfig<Options>, &writeConfig<Options>>("config", configElement, ignored, ifSet),
+        step<&readConfig<Options>, &writeConfig<Options>>("config", "env_config"_element, ignored, ifSet),
     };
 };
 const QelWireLayout& QelV2VMigrateOptions::wire = wireLayoutOf<QelV2VMigrateOptions>;

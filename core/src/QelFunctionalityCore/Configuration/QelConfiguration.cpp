@@ -2,13 +2,17 @@
 
 #include <algorithm>
 
-#include "QelFunctionalityCore/Configuration/ConfigurationElements.h"
 #include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
+
+// Layout of a configuration tree:
+//
+//     /  data  SECTION  configuration  OPTION...
+//
+// Each section keeps its options in its own `configuration` element.
 
 namespace Qel {
-
-using namespace ConfigurationElement;
 
 namespace {
 
@@ -80,43 +84,49 @@ int QelConfiguration::walk(std::initializer_list<int> path) const {
 }
 
 int QelConfiguration::walkToGroup() {
-    if (walk({data}) != 0)
+    if (walk({"data"_element}) != 0)
         return -1;
-    return seekOrMake(*m_iterator, serverGroup) == 0 && seekOrMake(*m_iterator, configuration) == 0 ? 0 : -1;
+    return seekOrMake(*m_iterator, "server_group"_element) == 0 && seekOrMake(*m_iterator, "configuration"_element) == 0
+               ? 0
+               : -1;
 }
 
 bool QelConfiguration::seekEntry(const QelEID& eid) const {
-    if (m_iterator->firstChild(entry) != 0)
+    if (m_iterator->firstChild("entry"_element) != 0)
         return false;
     do {
         QelEID candidate;
-        if (m_iterator->getObj(candidate, id) == 0 && candidate == eid)
+        if (m_iterator->getObj(candidate, "id"_element) == 0 && candidate == eid)
             return true;
-    } while (m_iterator->nextSibling(entry) == 0);
+    } while (m_iterator->nextSibling("entry"_element) == 0);
     m_iterator->seekUp();
     return false;
 }
 
 template <class Visit> void QelConfiguration::forEachEntry(const Visit& visit) const {
-    if (m_iterator->firstChild(entry) != 0)
+    if (m_iterator->firstChild("entry"_element) != 0)
         return;
     do {
         QelEID eid;
-        if (m_iterator->getObj(eid, id) == 0)
+        if (m_iterator->getObj(eid, "id"_element) == 0)
             visit(eid);
-    } while (m_iterator->nextSibling(entry) == 0);
+    } while (m_iterator->nextSibling("entry"_element) == 0);
 }
 
 int QelConfiguration::getEID(QelEID& eid) const {
-    return walk({data, agent, configuration}) == 0 ? m_iterator->getObj(eid, id) : -1;
+    return walk({"data"_element, "agent"_element, "configuration"_element}) == 0 ? m_iterator->getObj(eid, "id"_element)
+                                                                                 : -1;
 }
 
 int QelConfiguration::setEID(const QelEID& eid) {
-    return walk({data, agent, configuration}) == 0 ? m_iterator->putObj(eid, id) : -1;
+    return walk({"data"_element, "agent"_element, "configuration"_element}) == 0 ? m_iterator->putObj(eid, "id"_element)
+                                                                                 : -1;
 }
 
 int QelConfiguration::getBuiltinRealmID(QelGUID& realmID) const {
-    return walk({data, security, configuration}) == 0 ? m_iterator->getObj(realmID, builtinRealm) : -1;
+    return walk({"data"_element, "security"_element, "configuration"_element}) == 0
+               ? m_iterator->getObj(realmID, "builtin_realm"_element)
+               : -1;
 }
 
 boost::shared_ptr<QelRealm> QelConfiguration::getBuiltinRealm() const {
@@ -126,30 +136,34 @@ boost::shared_ptr<QelRealm> QelConfiguration::getBuiltinRealm() const {
         return {};
     // A realm of an unknown derived class is read as a plain realm.
     constexpr bool asPlainRealm = true;
-    const auto reader = QelReaderDerivedList<int, QelRealm>(realm, QelReaderRequired, asPlainRealm);
-    if (m_iterator->getObject(all, reader, realms) != 0)
+    const auto reader = QelReaderDerivedList<int, QelRealm>("realm"_element, QelReaderRequired, asPlainRealm);
+    if (m_iterator->getObject(all, reader, "realms"_element) != 0)
         return {};
     const auto found = std::find_if(all.begin(), all.end(), [&](const auto& each) { return each->id == wanted; });
     return found == all.end() ? boost::shared_ptr<QelRealm>() : *found;
 }
 
 int QelConfiguration::getMaster(QelEID& eid) const {
-    return walk({data, serverGroup, configuration, master}) == 0 ? m_iterator->getObj(eid, id) : -1;
+    return walk({"data"_element, "server_group"_element, "configuration"_element, "master"_element}) == 0
+               ? m_iterator->getObj(eid, "id"_element)
+               : -1;
 }
 
 int QelConfiguration::setMaster(const QelEID& eid) {
     if (walkToGroup() != 0)
         return -1;
-    static_cast<void>(seekOrMake(*m_iterator, master));
-    return m_iterator->putObj(eid, id);
+    static_cast<void>(seekOrMake(*m_iterator, "master"_element));
+    return m_iterator->putObj(eid, "id"_element);
 }
 
 int QelConfiguration::delMaster() {
-    return walk({data, serverGroup, configuration, master}) == 0 ? m_iterator->deleteFromChild() : -1;
+    return walk({"data"_element, "server_group"_element, "configuration"_element, "master"_element}) == 0
+               ? m_iterator->deleteFromChild()
+               : -1;
 }
 
 bool QelConfiguration::isInServerGroup() const {
-    return walk({data, serverGroup, configuration, master, id}) == 0;
+    return walk({"data"_element, "server_group"_element, "configuration"_element, "master"_element, "id"_element}) == 0;
 }
 
 bool QelConfiguration::isMaster() const {
@@ -167,14 +181,14 @@ bool QelConfiguration::isSlave() const {
 }
 
 int QelConfiguration::setMasterness() {
-    return walkToGroup() == 0 ? seekOrMake(*m_iterator, slaves) : -1;
+    return walkToGroup() == 0 ? seekOrMake(*m_iterator, "slaves"_element) : -1;
 }
 
 int QelConfiguration::unsetMasterness() {
-    if (walk({data, serverGroup, configuration, slaves}) != 0)
+    if (walk({"data"_element, "server_group"_element, "configuration"_element, "slaves"_element}) != 0)
         return 0;
     // Slaves would be left without a master.
-    if (m_iterator->seekPresence(entry) == 0)
+    if (m_iterator->seekPresence("entry"_element) == 0)
         return -1;
     m_iterator->deleteFromChild();
     return 0;
@@ -183,49 +197,51 @@ int QelConfiguration::unsetMasterness() {
 int QelConfiguration::addClientEnv(const QelEID& eid) {
     if (walkToGroup() != 0)
         return -1;
-    static_cast<void>(seekOrMake(*m_iterator, slaves));
-    m_iterator->newChild(entry);
-    m_iterator->putObj(eid, id);
+    static_cast<void>(seekOrMake(*m_iterator, "slaves"_element));
+    m_iterator->newChild("entry"_element);
+    m_iterator->putObj(eid, "id"_element);
     return 0;
 }
 
 int QelConfiguration::delClientEnv(const QelEID& eid) {
-    if (walk({data, serverGroup, configuration, slaves}) != 0 || !seekEntry(eid))
+    if (walk({"data"_element, "server_group"_element, "configuration"_element, "slaves"_element}) != 0 ||
+        !seekEntry(eid))
         return -1;
     m_iterator->deleteFromChild();
     return 0;
 }
 
 void QelConfiguration::getGroupSlaves(std::set<QelEID, QelEnvIDComparator>& all) const {
-    if (walk({data, serverGroup, configuration, slaves}) == 0)
+    if (walk({"data"_element, "server_group"_element, "configuration"_element, "slaves"_element}) == 0)
         forEachEntry([&](const QelEID& eid) { all.insert(eid); });
 }
 
 int QelConfiguration::findMapping(const QelEID& eid, QelConnectionInfo& info) const {
-    if (walk({data, agent, configuration, mappingTable}) != 0 || !seekEntry(eid))
+    if (walk({"data"_element, "agent"_element, "configuration"_element, "mapping_table"_element}) != 0 ||
+        !seekEntry(eid))
         return -1;
-    m_iterator->getObj(info, connectionInfo);
+    m_iterator->getObj(info, "connection_info"_element);
     return 0;
 }
 
 int QelConfiguration::setMapping(const QelEID& eid, const QelConnectionInfo& info) {
-    if (walk({data, agent, configuration}) != 0)
+    if (walk({"data"_element, "agent"_element, "configuration"_element}) != 0)
         return -1;
-    static_cast<void>(seekOrMake(*m_iterator, mappingTable));
+    static_cast<void>(seekOrMake(*m_iterator, "mapping_table"_element));
     // An existing mapping may have been set by an administrator.  What an agent reports about itself must not overwrite
     // it.
     if (seekEntry(eid))
         return 0;
-    m_iterator->newChild(entry);
-    m_iterator->putObj(eid, id);
-    m_iterator->putValue(info.address, address);
-    m_iterator->putObj(info, connectionInfo);
+    m_iterator->newChild("entry"_element);
+    m_iterator->putObj(eid, "id"_element);
+    m_iterator->putValue(info.address, "net_address"_element);
+    m_iterator->putObj(info, "connection_info"_element);
     m_iterator->seekUp();
     return 0;
 }
 
 int QelConfiguration::removeMapping(const QelEID& eid) {
-    if (walk({data, agent, configuration, mappingTable}) != 0)
+    if (walk({"data"_element, "agent"_element, "configuration"_element, "mapping_table"_element}) != 0)
         return -1;
     if (seekEntry(eid))
         m_iterator->deleteFromChild();
@@ -233,11 +249,11 @@ int QelConfiguration::removeMapping(const QelEID& eid) {
 }
 
 int QelConfiguration::getMappingTable(std::map<QelEID, QelConnectionInfo>& table) const {
-    if (walk({data, agent, configuration, mappingTable}) != 0)
+    if (walk({"data"_element, "agent"_element, "configuration"_element, "mapping_table"_element}) != 0)
         return -1;
     forEachEntry([&](const QelEID& eid) {
         QelConnectionInfo info;
-        m_iterator->getObj(info, connectionInfo);
+        m_iterator->getObj(info, "connection_info"_element);
         table[eid] = info;
     });
     return 0;
@@ -268,7 +284,7 @@ int QelConfiguration::Reader::operator()(const QelMessageIterator& cursor, QelCo
 }
 
 int QelConfiguration::Writer::operator()(QelMessageIterator& cursor, const QelConfiguration& configuration) const {
-    return configuration.walk({data}) == 0 ? cursor.copyToChild(configuration.m_iterator.get()) : -1;
+    return configuration.walk({"data"_element}) == 0 ? cursor.copyToChild(configuration.m_iterator.get()) : -1;
 }
 
 template class QelDerivedParserFactory<QelConfiguration>;

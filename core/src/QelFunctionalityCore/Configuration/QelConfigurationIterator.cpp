@@ -1,11 +1,9 @@
 #include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
 
-#include "QelFunctionalityCore/Configuration/ConfigurationElements.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
+#include "QelMessage/QelElementNames.h"
 
 namespace Qel {
-
-using namespace ConfigurationElement;
 
 namespace {
 
@@ -36,7 +34,7 @@ QelConfiguration* QelConfigurationIterator::getConfig() const {
 
 int QelConfigurationIterator::seekRoot() {
     m_level = 0;
-    return m_iterator && m_iterator->seek("/") == 0 && m_iterator->seek(data) == 0 ? 0 : -1;
+    return m_iterator && m_iterator->seek("/") == 0 && m_iterator->seek("data"_element) == 0 ? 0 : -1;
 }
 
 int QelConfigurationIterator::seekUp() {
@@ -51,9 +49,9 @@ int QelConfigurationIterator::seekUp() {
 }
 
 int QelConfigurationIterator::enterOptions(bool create) {
-    if (m_level != sectionLevel || m_iterator->seek(configuration) == 0)
+    if (m_level != sectionLevel || m_iterator->seek("configuration"_element) == 0)
         return 0;
-    return create && m_iterator->newChild(configuration) == 0 ? 0 : -1;
+    return create && m_iterator->newChild("configuration"_element) == 0 ? 0 : -1;
 }
 
 int QelConfigurationIterator::seekSubPath(const std::string& name) {

@@ -6,6 +6,7 @@
 #include <boost/program_options/option.hpp>
 
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessage.h"
 
 namespace Qel {
@@ -15,21 +16,17 @@ namespace {
 using Option = boost::program_options::basic_option<char>;
 using Options = QelProgramOptions::Options;
 
-constexpr int optionElement = 1390;
-constexpr int nameElement = 1026;
-constexpr int valueElement = 1018;
-
 int readValues(const QelMessageIterator& cursor, Option& option) {
-    return QelReaderList(QelReaderString(), valueElement, QelReaderRequired)(cursor, option.value);
+    return QelReaderList(QelReaderString(), "value"_element, QelReaderRequired)(cursor, option.value);
 }
 
 struct OptionWriter : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const Option& option) const {
-        if (!option.string_key.empty() && cursor.putValue(option.string_key, nameElement) != 0)
+        if (!option.string_key.empty() && cursor.putValue(option.string_key, "name"_element) != 0)
             return -1;
         if (option.value.empty())
             return -1;
-        return QelWriterList(QelWriterString(), valueElement)(cursor, option.value);
+        return QelWriterList(QelWriterString(), "value"_element)(cursor, option.value);
     }
 };
 
@@ -37,7 +34,7 @@ struct OptionWriter : QelWriterBase {
 struct OptionReader {
     int operator()(const QelMessageIterator& cursor, Options& options) const {
         std::string name;
-        cursor.getValue(name, nameElement);
+        cursor.getValue(name, "name"_element);
         return name.empty() ? readPositional(cursor, options) : readNamed(cursor, name, options);
     }
 
@@ -69,7 +66,7 @@ int QelOptionsFileSerializer::write(const Options& options) const {
         return -1;
     if (!options.empty()) {
         const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
-        if (!cursor || QelWriterList(OptionWriter(), optionElement)(*cursor, options) != 0)
+        if (!cursor || QelWriterList(OptionWriter(), "option"_element)(*cursor, options) != 0)
             return -1;
     }
     return message->saveToFile(m_path);
@@ -83,7 +80,7 @@ int QelOptionsFileSerializer::read(Options& options) const {
     if (!cursor)
         return -1;
     Options fresh;
-    if (QelReaderListEx(OptionReader(), optionElement, QelReaderOptional)(*cursor, fresh) != 0)
+    if (QelReaderListEx(OptionReader(), "option"_element, QelReaderOptional)(*cursor, fresh) != 0)
         return -1;
     options.swap(fresh);
     return 0;

@@ -10,6 +10,7 @@
 #include "QelCore/QelIPv6.h"
 #include "QelFunctionalityCore/Environment/QelVtRecords.h"
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -119,23 +120,23 @@ void QelEnv::syncBuffer() {
 /// Table steps for fields that are not members of QelEnv: they are in the flat record and in the configurations.
 struct QelEnv::WireSteps {
     static int readConfig(const QelMessageIterator& cursor, QelEnv& env) {
-        return cursor.getObject(env.m_maintainer.m_config, QelReaderDerived<QelEnvConfig>(true), configElement);
+        return cursor.getObject(env.m_maintainer.m_config, QelReaderDerived<QelEnvConfig>(true), "env_config"_element);
     }
     static int writeConfig(QelMessageIterator& cursor, const QelEnv& env) {
         return cursor.putObject(boost::shared_ptr<const QelEnvConfig>(env.getConfig()),
-                                QelWriterDerived<QelEnvConfig>(), configElement);
+                                QelWriterDerived<QelEnvConfig>(), "env_config"_element);
     }
 
     static int readVirtualConfig(const QelMessageIterator& cursor, QelEnv& env) {
         boost::shared_ptr<QelEnvConfig> read;
-        const int result = cursor.getObject(read, QelReaderDerived<QelEnvConfig>(true), virtualConfigElement);
+        const int result = cursor.getObject(read, QelReaderDerived<QelEnvConfig>(true), "virtual_config"_element);
         env.m_maintainer.m_vconfig = boost::dynamic_pointer_cast<QelVEnvConfig>(read);
         settleConfigs(env);
         return result;
     }
     static int writeVirtualConfig(QelMessageIterator& cursor, const QelEnv& env) {
         return cursor.putObject(boost::shared_ptr<const QelEnvConfig>(env.getVirtualConfig()),
-                                QelWriterDerived<QelEnvConfig>(), virtualConfigElement);
+                                QelWriterDerived<QelEnvConfig>(), "virtual_config"_element);
     }
 
     template <QelEID QelEnvCoreBasic::*eid, int element>
@@ -148,33 +149,28 @@ struct QelEnv::WireSteps {
     }
 
     static int readStatus(const QelMessageIterator& cursor, QelEnv& env) {
-        return cursor.getObj(env.getCoreBasic()->status, statusElement);
+        return cursor.getObj(env.getCoreBasic()->status, "status"_element);
     }
     static int writeStatus(QelMessageIterator& cursor, const QelEnv& env) {
-        return cursor.putObj(env.getStatus(), statusElement);
+        return cursor.putObj(env.getStatus(), "status"_element);
     }
 
     // The n-th element is the level of the n-th reason.  An invalid or missing level leaves its slot unchanged.
     static int readAlerts(const QelMessageIterator& cursor, QelEnv& env) {
-        if (cursor.firstChild(alertElement) != 0)
+        if (cursor.firstChild("alert_level"_element) != 0)
             return 0;
         const auto core = env.getCoreBasic();
         int reason = 0;
         do
             QelAlertTypeReader()(cursor, core->alertType[reason]);
-        while (++reason < qelAlertReasonCount && cursor.nextSibling(alertElement) == 0);
+        while (++reason < qelAlertReasonCount && cursor.nextSibling("alert_level"_element) == 0);
         cursor.seekUp();
         return 0;
     }
     static int writeAlerts(QelMessageIterator& cursor, const QelEnv& env) {
-        return QelWriterList(QelAlertTypeWriter(),
-                             alertElement)(cursor, std::span<const QelAlertType>(env.getCoreBasic()->alertType));
+        return QelWriterList(QelAlertTypeWriter(), "alert_level"_element)(
+            cursor, std::span<const QelAlertType>(env.getCoreBasic()->alertType));
     }
-
-    static constexpr int configElement = 1185;
-    static constexpr int virtualConfigElement = 1872;
-    static constexpr int statusElement = 1192;
-    static constexpr int alertElement = 1003;
 
 private:
     // Even if reading failed, both configurations must exist; the type is derived from them.
@@ -200,11 +196,11 @@ template <> struct Wire<QelEnv> : WireWords<QelEnv> {
              QelEID>("parentEID", 1870, required),
         step<&Steps::readEID<&QelEnvCoreBasic::eid, 1866>, &Steps::writeEID<&QelEnvCoreBasic::eid, 1866>, QelEID>(
             "eid", 1866, required),
-        step<&Steps::readStatus, &Steps::writeStatus, QelEnvStatus>("status", Steps::statusElement, ignored),
-        step<&Steps::readAlerts, &Steps::writeAlerts, std::vector<int>>("alertTypes", Steps::alertElement, ignored),
-        step<&Steps::readConfig, &Steps::writeConfig, QelEnvConfig>("config", Steps::configElement, ignored),
-        step<&Steps::readVirtualConfig, &Steps::writeVirtualConfig, QelVEnvConfig>(
-            "virtualConfig", Steps::virtualConfigElement, ignored),
+        step<&Steps::readStatus, &Steps::writeStatus, QelEnvStatus>("status", "status"_element, ignored),
+        step<&Steps::readAlerts, &Steps::writeAlerts, std::vector<int>>("alertTypes", "alert_level"_element, ignored),
+        step<&Steps::readConfig, &Steps::writeConfig, QelEnvConfig>("config", "env_config"_element, ignored),
+        step<&Steps::readVirtualConfig, &Steps::writeVirtualConfig, QelVEnvConfig>("virtualConfig",
+                                                                                   "virtual_config"_element, ignored),
     };
     // The configurations are read first because they determine the type.
     static constexpr int readOrder[] = {1185, 1872, 1870, 1866, 1192, 1003};

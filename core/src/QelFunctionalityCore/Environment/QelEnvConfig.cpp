@@ -5,6 +5,7 @@
 #include "QelCommon/Log.h"
 #include "QelCore/QelIPv6.h"
 #include "QelFunctionalityCore/Environment/QelEnvConfigElements.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessage.h"
 
 namespace Qel {
@@ -101,7 +102,7 @@ QelEnvConfig::Tree QelEnvConfig::makeTree() {
     QelMessage* const message = QelMessage::getFactory()->createNew();
     message->create(0);
     Tree tree(message->rootIterator());
-    tree->newChild(root);
+    tree->newChild("env_config"_element);
     tree->setNamespace(rootNamespace);
     tree->saveNamespace(rootNamespace);
     return tree;
@@ -125,17 +126,17 @@ QelMessageIterator* QelEnvConfig::tree() const {
 
 void QelEnvConfig::applyVersionDefault() const {
     int version = 0;
-    if (m_configType != EnvConfigType::base || !m_msg || m_msg->getValue(version, agentVersion) == 0)
+    if (m_configType != EnvConfigType::base || !m_msg || m_msg->getValue(version, "version"_element) == 0)
         return;
-    m_msg->deleteChild(agentVersion);
-    m_msg->putValue(defaultAgentVersion, agentVersion);
+    m_msg->deleteChild("version"_element);
+    m_msg->putValue(defaultAgentVersion, "version"_element);
 }
 
 QelMessageIterator& QelEnvConfig::initMsg() {
     if (!tree()) {
         m_msg = makeTree();
         if (m_configType == EnvConfigType::base)
-            m_msg->putValue(agentVersionOfNewTree, agentVersion);
+            m_msg->putValue(agentVersionOfNewTree, "version"_element);
     }
     return *m_msg;
 }
@@ -200,46 +201,46 @@ int QelEnvConfig::setStringBase64Attr(const QelStringOptionalProperty& property,
 }
 
 int QelEnvConfig::getName(QelStringOptionalProperty& property) const {
-    return getStringAttr(property, name);
+    return getStringAttr(property, "name"_element);
 }
 int QelEnvConfig::setName(const QelStringOptionalProperty& property) {
-    return setStringAttr(property, name);
+    return setStringAttr(property, "name"_element);
 }
 int QelEnvConfig::getDescription(QelStringOptionalProperty& property) const {
-    return getStringBase64Attr(property, description);
+    return getStringBase64Attr(property, "description"_element);
 }
 int QelEnvConfig::setDescription(const QelStringOptionalProperty& property) {
-    return setStringBase64Attr(property, description);
+    return setStringBase64Attr(property, "description"_element);
 }
 int QelEnvConfig::getDomain(QelStringOptionalProperty& property) const {
-    return getStringAttr(property, domain);
+    return getStringAttr(property, "domain"_element);
 }
 int QelEnvConfig::setDomain(const QelStringOptionalProperty& property) {
-    return setStringAttr(property, domain);
+    return setStringAttr(property, "domain"_element);
 }
 int QelEnvConfig::getHostname(QelStringOptionalProperty& property) const {
-    return getStringAttr(property, hostname);
+    return getStringAttr(property, "hostname"_element);
 }
 int QelEnvConfig::setHostname(const QelStringOptionalProperty& property) {
     static constexpr const char* signature =
         "int Qel::QelEnvConfig::setHostname(const Qel::QelStringOptionalProperty&)";
     Log2(QEL_MODULE, sourcePath, __LINE__, __func__, signature).put(LogLevel::trace, "Calling [%s]", signature);
-    return setStringAttr(property, hostname);
+    return setStringAttr(property, "hostname"_element);
 }
 int QelEnvConfig::getArchitecture(QelStringOptionalProperty& property) const {
-    return getStringAttr(property, architecture);
+    return getStringAttr(property, "architecture"_element);
 }
 int QelEnvConfig::setArchitecture(const QelStringOptionalProperty& property) {
-    return setStringAttr(property, architecture);
+    return setStringAttr(property, "architecture"_element);
 }
 
 int QelEnvConfig::getOS(QelOS& os) const {
     const QelMessageIterator* const cursor = tree();
-    return cursor ? cursor->getObj(os, operatingSystem) : -1;
+    return cursor ? cursor->getObj(os, "os"_element) : -1;
 }
 
 int QelEnvConfig::setOS(const QelOS& os) {
-    return initMsg().putObj(os, operatingSystem);
+    return initMsg().putObj(os, "os"_element);
 }
 
 const QelEnvType& QelEnvConfig::getType() const {
@@ -248,33 +249,36 @@ const QelEnvType& QelEnvConfig::getType() const {
 
 int QelEnvConfig::setType(const QelEnvType& newType) {
     QelMessageIterator& cursor = initMsg();
-    cursor.deleteChild(type);
+    cursor.deleteChild("type"_element);
     m_core->type = newType;
-    return newType.isSpecified() ? cursor.putValue(newType.c_str(), static_cast<int>(newType.length()), type) : 0;
+    return newType.isSpecified() ? cursor.putValue(newType.c_str(), static_cast<int>(newType.length()), "type"_element)
+                                 : 0;
 }
 
 int QelEnvConfig::getBaseSampleId(QelOptionalProperty<QelGUID>& id) const {
-    return getStringAttrEx(id, baseSample,
-                           [&](const QelMessageIterator& cursor) { return cursor.getObj(id.get(), baseSample); });
+    return getStringAttrEx(id, "base_sample_id"_element, [&](const QelMessageIterator& cursor) {
+        return cursor.getObj(id.get(), "base_sample_id"_element);
+    });
 }
 
 int QelEnvConfig::setBaseSampleId(const QelOptionalProperty<QelGUID>& id) {
-    return setStringAttrEx(id, baseSample,
-                           [&](QelMessageIterator& cursor) { return cursor.putObj(id.get(), baseSample); });
+    return setStringAttrEx(id, "base_sample_id"_element, [&](QelMessageIterator& cursor) {
+        return cursor.putObj(id.get(), "base_sample_id"_element);
+    });
 }
 
 int QelEnvConfig::getBaseSnapshotId(QelGUID& id) const {
     const QelMessageIterator* const cursor = tree();
-    return cursor ? cursor->getObj(id, baseSnapshot) : -1;
+    return cursor ? cursor->getObj(id, "base_snapshot_id"_element) : -1;
 }
 
 int QelEnvConfig::setBaseSnapshotId(const QelGUID& id) {
-    return initMsg().putObj(id, baseSnapshot);
+    return initMsg().putObj(id, "base_snapshot_id"_element);
 }
 
 int QelEnvConfig::getConfigCustomized(bool& customized) const {
     const QelMessageIterator* const cursor = tree();
-    return cursor ? cursor->getValue(customized, configCustomized) : -1;
+    return cursor ? cursor->getValue(customized, "config_customized"_element) : -1;
 }
 
 int QelEnvConfig::getAgentVersion() const {
@@ -282,7 +286,7 @@ int QelEnvConfig::getAgentVersion() const {
     if (!cursor || m_configType != EnvConfigType::base)
         return -1;
     int version = defaultAgentVersion;
-    cursor->getValue(version, agentVersion);
+    cursor->getValue(version, "version"_element);
     return version;
 }
 
@@ -320,35 +324,35 @@ template <class List> int QelEnvConfig::setListAttr(const QelOptionalProperty<Li
 template int QelEnvConfig::setListAttr(const QelQoSListOptionalProperty&, int);
 
 int QelEnvConfig::getAddresses(QelIPAddressListOptionalProperty& list) const {
-    return getOptionalListAttribute(list, addresses);
+    return getOptionalListAttribute(list, "address"_element);
 }
 
 int QelEnvConfig::setAddresses(const QelIPAddressListOptionalProperty& list) {
-    return setListAttr(list, addresses);
+    return setListAttr(list, "address"_element);
 }
 
 int QelEnvConfig::getNameservers(QelStringListOptionalProperty& list) const {
-    return getStringListAttr(list, nameservers);
+    return getStringListAttr(list, "name_server"_element);
 }
 
 int QelEnvConfig::setNameservers(const QelStringListOptionalProperty& list) {
     if (!list.isSpecified())
-        return setListAttr(list, nameservers);
+        return setListAttr(list, "name_server"_element);
     QelStringListOptionalProperty distinct;
     distinct.specify(true);
     std::set<std::string> seen;
     for (const std::string& server : list.get())
         if (seen.insert(QelIPv6(server).toString()).second)
             distinct.get().push_back(server);
-    return setListAttr(distinct, nameservers);
+    return setListAttr(distinct, "name_server"_element);
 }
 
 int QelEnvConfig::getSearchDomains(QelStringSetOptionalProperty& list) const {
-    return getStringListAttr(list, searchDomains);
+    return getStringListAttr(list, "search_domain"_element);
 }
 
 int QelEnvConfig::getChildTypes(QelStringSetOptionalProperty& list) const {
-    return getStringListAttr(list, childTypes);
+    return getStringListAttr(list, "child_type"_element);
 }
 
 int QelEnvConfig::compare(const QelEnvConfig& other) const {

@@ -11,6 +11,7 @@
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelDefaultMap.h"
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -49,23 +50,23 @@ template <> struct Wire<Elements> : WireWords<Elements> {
     static constexpr std::string_view typeName = "QelEnvConfig";
     static constexpr int nsId = 292, typeId = 120;
     static constexpr QelWireField fields[] = {
-        field<&R::name>(EnvConfigElement::name, ignored, ifSet),
-        field<&R::description>(EnvConfigElement::description, ignored, ifSet, base64),
-        field<&R::domain>(EnvConfigElement::domain, ignored, ifSet),
-        field<&R::hostname>(EnvConfigElement::hostname, ignored, ifSet),
-        list<&R::addresses>(EnvConfigElement::addresses, ignored),
-        field<&R::architecture>(EnvConfigElement::architecture, ignored, ifSet),
-        field<&R::os>(EnvConfigElement::operatingSystem, ignored, ifSet),
-        field<&R::type>(EnvConfigElement::type, ignored, ifSet),
-        list<&R::nameservers>(EnvConfigElement::nameservers, ignored),
-        list<&R::searchDomains>(EnvConfigElement::searchDomains, ignored),
-        field<&R::baseSample>(EnvConfigElement::baseSample, ignored, ifSet),
-        field<&R::baseSnapshot>(EnvConfigElement::baseSnapshot, ignored, ifSet),
-        list<&R::childTypes>(EnvConfigElement::childTypes, ignored),
-        list<&R::qos>(EnvConfigElement::qos, ignored),
-        field<&R::agentVersion>(EnvConfigElement::agentVersion, ignored, ifSet),
-        field<&R::configCustomized>(EnvConfigElement::configCustomized, ignored, ifSet),
-        field<&R::disabled>(EnvConfigElement::disabled, ignored, ifSet),
+        field<&R::name>("name"_element, ignored, ifSet),
+        field<&R::description>("description"_element, ignored, ifSet, base64),
+        field<&R::domain>("domain"_element, ignored, ifSet),
+        field<&R::hostname>("hostname"_element, ignored, ifSet),
+        list<&R::addresses>("address"_element, ignored),
+        field<&R::architecture>("architecture"_element, ignored, ifSet),
+        field<&R::os>("os"_element, ignored, ifSet),
+        field<&R::type>("type"_element, ignored, ifSet),
+        list<&R::nameservers>("name_server"_element, ignored),
+        list<&R::searchDomains>("search_domain"_element, ignored),
+        field<&R::baseSample>("base_sample_id"_element, ignored, ifSet),
+        field<&R::baseSnapshot>("base_snapshot_id"_element, ignored, ifSet),
+        list<&R::childTypes>("child_type"_element, ignored),
+        list<&R::qos>("qos"_element, ignored),
+        field<&R::agentVersion>("version"_element, ignored, ifSet),
+        field<&R::configCustomized>("config_customized"_element, ignored, ifSet),
+        field<&R::disabled>("disabled"_element, ignored, ifSet),
     };
 };
 const QelWireLayout& QelEnvConfig::wire = wireLayoutOf<Elements>;
@@ -134,26 +135,28 @@ int QelEnvConfig::Writer::operator()(QelMessageIterator& cursor, const QelEnvCon
 
 int QelEnvConfig::FilterConfigWriter::operator()(QelMessageIterator& cursor, int filter) const {
     if (filter & filterBasic)
-        for (const int id : {name, domain, hostname, type, architecture, operatingSystem, addresses})
+        for (const int id : {"name"_element, "domain"_element, "hostname"_element, "type"_element,
+                             "architecture"_element, "os"_element, "address"_element})
             cursor.putChild(id);
     if (filter & filterNameservers)
-        cursor.putChild(nameservers);
+        cursor.putChild("name_server"_element);
     if (filter & filterSearchDomains)
-        cursor.putChild(searchDomains);
+        cursor.putChild("search_domain"_element);
     if ((filter & filterAddresses) && !(filter & filterBasic))
-        cursor.putChild(addresses);
+        cursor.putChild("address"_element);
     return 0;
 }
 
 int QelEnvConfig::FilterConfigReader::operator()(const QelMessageIterator& cursor, int& filter) const {
-    if (isAnyPresent(cursor, {nameservers}))
+    if (isAnyPresent(cursor, {"name_server"_element}))
         filter |= filterNameservers;
-    if (isAnyPresent(cursor, {searchDomains}))
+    if (isAnyPresent(cursor, {"search_domain"_element}))
         filter |= filterSearchDomains;
     // Addresses alone cannot be distinguished from the addresses among the basic fields, so both bits are set.
-    if (isAnyPresent(cursor, {addresses}))
+    if (isAnyPresent(cursor, {"address"_element}))
         filter |= filterBasic | filterAddresses;
-    else if (isAnyPresent(cursor, {name, domain, hostname, type, architecture, operatingSystem}))
+    else if (isAnyPresent(cursor, {"name"_element, "domain"_element, "hostname"_element, "type"_element,
+                                   "architecture"_element, "os"_element}))
         filter |= filterBasic;
     return 0;
 }

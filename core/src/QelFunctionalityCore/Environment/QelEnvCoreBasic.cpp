@@ -7,6 +7,7 @@
 #include <new>
 #include <string>
 
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessage.h"
 
 namespace Qel {
@@ -15,7 +16,6 @@ namespace {
 
 constexpr std::size_t dataOffset = 88;
 constexpr int bufferTooSmall = -2; // result of measureOrFlatten for a null buffer
-constexpr int typeElement = 1007;
 
 using Record = boost::shared_ptr<QelEnvCoreBasic>;
 
@@ -85,7 +85,7 @@ QelMessage* parse(const char* data, std::uint32_t size) {
 void readType(const QelMessageIterator& it, QelEnvType& type) {
     constexpr std::size_t longest = sizeof(QelEnvType) - 1;
     std::string text;
-    if (it.getValue(text, typeElement) == 0)
+    if (it.getValue(text, "type"_element) == 0)
         type = text.substr(0, longest);
     else
         type = static_cast<const char*>(nullptr);

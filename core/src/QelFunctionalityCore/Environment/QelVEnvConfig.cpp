@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "QelFunctionalityCore/Environment/QelEnvConfigElements.h"
+#include "QelMessage/QelElementNames.h"
 
 namespace Qel {
 
@@ -13,7 +14,7 @@ int QelVEnvConfig::getDisabled(bool& isDisabled) const {
     const QelMessageIterator* const cursor = tree();
     if (!cursor)
         return -1;
-    if (cursor->getValue(isDisabled, disabled) != 0)
+    if (cursor->getValue(isDisabled, "disabled"_element) != 0)
         isDisabled = false;
     return 0;
 }
@@ -22,9 +23,9 @@ int QelVEnvConfig::setDisabled(bool isDisabled) {
     QelMessageIterator& cursor = initMsg();
     const std::unique_ptr<QelMessageIterator> eraser(cursor.newIterator(false));
     QEL_CHECK(eraser != nullptr, sourcePath);
-    if (eraser->seek(disabled) == 0)
+    if (eraser->seek("disabled"_element) == 0)
         eraser->deleteFromChild();
-    return cursor.putValue(isDisabled ? 1 : 0, disabled);
+    return cursor.putValue(isDisabled ? 1 : 0, "disabled"_element);
 }
 
 template <class Limits> int QelVEnvConfig::getQoSLikeListExT(QelOptionalProperty<Limits>& limits, int id) const {
@@ -55,11 +56,11 @@ template <class Limits> int QelVEnvConfig::getQoSLikeListExT(QelOptionalProperty
 }
 
 int QelVEnvConfig::getQoSes(QelQoSListOptionalProperty& limits) const {
-    return getQoSLikeListExT(limits, qos);
+    return getQoSLikeListExT(limits, "qos"_element);
 }
 
 int QelVEnvConfig::setQoSes(const QelQoSListOptionalProperty& limits) {
-    return setListAttr(limits, qos);
+    return setListAttr(limits, "qos"_element);
 }
 
 int QelVEnvConfig::getQoS(QelOptionalProperty<QelQoS>& limit) const {

@@ -6,6 +6,7 @@
 
 #include "QelCommon/ErrorMessage.h"
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessage.h"
 #include "QelMessage/QelWireTable.h"
 
@@ -13,20 +14,17 @@ namespace Qel {
 
 namespace {
 
-constexpr int infoElement = 1134;
-constexpr int nameElement = 1026;
-constexpr int parameterElement = 1017;
 constexpr int textVersion = 40500;
 
 // A parameter contains its own name, so the map key is not written separately but read from there.
 int readParameters(const QelMessageIterator& cursor, QelInfo& info) {
     info.parameters.clear();
-    return QelReaderMap(parameterElement, QelReaderOptional,
-                        QelReaderID(QelReaderString(), nameElement, QelReaderRequired),
+    return QelReaderMap("parameter"_element, QelReaderOptional,
+                        QelReaderID(QelReaderString(), "name"_element, QelReaderRequired),
                         QelInfo::Reader())(cursor, info.parameters);
 }
 int writeParameters(QelMessageIterator& cursor, const QelInfo& info) {
-    return QelWriterMap(parameterElement, QelWriterEmpty(), QelInfo::Writer())(cursor, info.parameters);
+    return QelWriterMap("parameter"_element, QelWriterEmpty(), QelInfo::Writer())(cursor, info.parameters);
 }
 
 /// Expands placeholders recursively into a single output string, without intermediate copies.
@@ -91,9 +89,9 @@ template <> struct Wire<QelInfo> : WireWords<QelInfo> {
     static constexpr int nsId = 292, typeId = 161;
     static constexpr QelWireField fields[] = {
         field<&R::text>(1224, required, always, base64),
-        field<&R::name>(nameElement, required, always),
+        field<&R::name>("name"_element, required, always),
         flag<&R::translatable>(1912),
-        step<&readParameters, &writeParameters>("parameters", parameterElement, optional),
+        step<&readParameters, &writeParameters>("parameters", "parameter"_element, optional),
     };
 };
 const QelWireLayout& QelInfo::wire = wireLayoutOf<QelInfo>;
@@ -163,7 +161,7 @@ int QelInfo::serializeToString(std::string& out) const {
     if (message->create(0) != 0)
         return unusableMessage;
     const std::unique_ptr<QelMessageIterator> cursor(message->rootIterator());
-    if (!cursor || cursor->putObj(*this, infoElement) != 0)
+    if (!cursor || cursor->putObj(*this, "info"_element) != 0)
         return outOfResources;
     const std::unique_ptr<char, decltype(&std::free)> messageText(message->toTextEx(0, std::string(), textVersion),
                                                                   &std::free);
@@ -187,7 +185,7 @@ int QelInfo::deserializeFromString(const char* message) {
     if (!cursor)
         return outOfResources;
     QelInfo read;
-    if (cursor->getObj(read, infoElement) != 0)
+    if (cursor->getObj(read, "info"_element) != 0)
         return badText;
     swap(read);
     return 0;

@@ -3,6 +3,7 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessage.h"
 #include "QelMessage/QelWireTable.h"
 
@@ -11,37 +12,34 @@ namespace Qel {
 namespace {
 
 constexpr int progressNamespace = 296;
-constexpr int requestElement = 1010;
-constexpr int timeElement = 1004;
-constexpr int sessionElement = 1962;
 
 int readRequest(const QelMessageIterator& cursor, QelRequestProgressData& data) {
-    if (cursor.getValue(data.requestId, requestElement) == 0)
+    if (cursor.getValue(data.requestId, "id"_element) == 0)
         return 0;
     return cursor.getMessage()->getRequestId(data.requestId) == 0 ? 0 : -1;
 }
 int writeRequest(QelMessageIterator& cursor, const QelRequestProgressData& data) {
-    return data.requestId.empty() ? 0 : cursor.putValue(data.requestId, requestElement);
+    return data.requestId.empty() ? 0 : cursor.putValue(data.requestId, "id"_element);
 }
 
 int readTime(const QelMessageIterator& cursor, QelRequestProgressData& data) {
-    if (cursor.getValueTime(data.time, timeElement) != 0 || data.time <= 0)
+    if (cursor.getValueTime(data.time, "time"_element) != 0 || data.time <= 0)
         cursor.getMessage()->getTime(&data.time);
     return 0;
 }
 int writeTime(QelMessageIterator& cursor, const QelRequestProgressData& data) {
-    return data.time == 0 ? 0 : cursor.putValueTime(data.time, timeElement);
+    return data.time == 0 ? 0 : cursor.putValueTime(data.time, "time"_element);
 }
 
 int readSession(const QelMessageIterator& cursor, QelRequestProgressData& data) {
     std::string& session = data.session.session;
-    if (cursor.getValue(session, sessionElement) != 0)
+    if (cursor.getValue(session, "session"_element) != 0)
         cursor.getMessage()->getSession(session);
     return 0;
 }
 int writeSession(QelMessageIterator& cursor, const QelRequestProgressData& data) {
     const std::string& session = data.session.session;
-    return session.empty() ? 0 : cursor.putValue(session, sessionElement);
+    return session.empty() ? 0 : cursor.putValue(session, "session"_element);
 }
 
 constexpr bool isAboveZero(int progress) {
@@ -79,18 +77,18 @@ template <> struct Wire<QelRequestProgressData> : WireWords<QelRequestProgressDa
     using Data = QelRequestProgressData;
     static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        step<&readRequest, &writeRequest>("requestId", requestElement, required, ifSet),
+        step<&readRequest, &writeRequest>("requestId", "id"_element, required, ifSet),
         field<&Data::parentId>(1914, ignored, ifSet),
         field<&Data::operation>(1638, ignored, ifSet),
         fieldIf<&Data::info, hasText>(1224, ignored),
         fieldIf<&Data::progress, isAboveZero>(1397, ignored),
         field<&Data::state>(1192, ignored, ifSet),
-        step<&readTime, &writeTime>("time", timeElement, ignored, ifSet),
+        step<&readTime, &writeTime>("time", "time"_element, ignored, ifSet),
         fieldIf<&Data::eids, hasItems>(1899, ignored),
-        step<&readSession, &writeSession>("session", sessionElement, ignored, ifSet),
+        step<&readSession, &writeSession>("session", "session"_element, ignored, ifSet),
     };
-    static constexpr int readOrder[] = {requestElement, 1914, 1638, timeElement,   1224,
-                                        1397,           1192, 1899, sessionElement};
+    static constexpr int readOrder[] = {"id"_element, 1914, 1638, "time"_element,   1224,
+                                        1397,         1192, 1899, "session"_element};
 };
 const QelWireLayout& QelRequestProgressData::wire = wireLayoutOf<QelRequestProgressData>;
 

@@ -7,30 +7,28 @@
 #include "QelFunctionalityCore/Events/QelInfo.h"
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
 
-constexpr int currentElement = 1065;
-constexpr int softElement = 1066;
-constexpr int hardElement = 1067;
-
 // All values are read or written even if one of them fails.
 template <class Reader, class Member>
 int getPerfValues(const QelMessageIterator& cursor, QelResourceAlertData& alert, Member QelPerfValue::*member) {
     const Reader reader;
-    const int current = cursor.getObject(alert.current.*member, reader, currentElement);
-    alert.soft.specify(cursor.getObject(alert.soft.get().*member, reader, softElement) == 0);
-    return current | cursor.getObject(alert.hard.*member, reader, hardElement);
+    const int current = cursor.getObject(alert.current.*member, reader, "current"_element);
+    alert.soft.specify(cursor.getObject(alert.soft.get().*member, reader, "soft_limit"_element) == 0);
+    return current | cursor.getObject(alert.hard.*member, reader, "hard_limit"_element);
 }
 template <class Writer, class Member>
 int putPerfValues(QelMessageIterator& cursor, const QelResourceAlertData& alert, Member QelPerfValue::*member) {
     const Writer writer;
-    const int current = cursor.putObject(alert.current.*member, writer, currentElement);
-    const int soft = alert.soft.isSpecified() ? cursor.putObject(alert.soft.get().*member, writer, softElement) : 0;
-    return current | soft | cursor.putObject(alert.hard.*member, writer, hardElement);
+    const int current = cursor.putObject(alert.current.*member, writer, "current"_element);
+    const int soft =
+        alert.soft.isSpecified() ? cursor.putObject(alert.soft.get().*member, writer, "soft_limit"_element) : 0;
+    return current | soft | cursor.putObject(alert.hard.*member, writer, "hard_limit"_element);
 }
 
 int readValues(const QelMessageIterator& cursor, QelResourceAlertData& alert) {
@@ -63,7 +61,7 @@ template <> struct Wire<QelResourceAlertData> : WireWords<QelResourceAlertData> 
         field<&R::subsystem>(1094, required, always),
         field<&R::instance>(1905, ignored, ifSet),
         field<&R::id>(1906, required, always),
-        step<&readValues, &writeValues>("current, soft, hard", currentElement, required),
+        step<&readValues, &writeValues>("current, soft, hard", "current"_element, required),
     };
 };
 const QelWireLayout& QelResourceAlertData::wire = wireLayoutOf<QelResourceAlertData>;

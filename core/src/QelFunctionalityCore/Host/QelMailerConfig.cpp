@@ -3,6 +3,7 @@
 #include <span>
 
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -25,14 +26,13 @@ template <> struct Wire<QelMailerAccount> : WireWords<QelMailerAccount> {
 const QelWireLayout& QelMailerAccount::wire = wireLayoutOf<QelMailerAccount>;
 
 template <> struct Wire<QelMailerConfig> : WireWords<QelMailerConfig> {
-    static constexpr int enabledElement = 2150, accountsElement = 2151;
     static constexpr QelWireField accounts[] = {
         field<&R::account2152>(2152, optional, ifSet).kept(),
         field<&R::account1044>(1044, optional, ifSet).kept(),
     };
     static constexpr QelWireField fields[] = {
-        field<&R::enabled2150>(enabledElement, required, always),
-        grouped<accounts>("accounts", accountsElement, optional),
+        field<&R::enabled2150>("mail_enabled"_element, required, always),
+        grouped<accounts>("accounts", "mail_accounts"_element, optional),
     };
 };
 const QelWireLayout& QelMailerConfig::wire = wireLayoutOf<QelMailerConfig>;

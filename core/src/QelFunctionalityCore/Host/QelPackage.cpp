@@ -2,6 +2,7 @@
 
 #include "QelFunctionalityCore/Files/QelFilePathReader.h"
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -14,14 +15,12 @@ QelDerivedParserFactoryT<QelPackageDeb, QelPackage> factoryQelPackageDeb(false);
 
 namespace {
 
-constexpr int pathElement = 1156;
-
 int readFilePath(const QelMessageIterator& cursor, QelPackageLinux& package) {
-    return cursor.getObject(package.filePath, QelFilePathReader(), pathElement);
+    return cursor.getObject(package.filePath, QelFilePathReader(), "path"_element);
 }
 
 int writeFilePath(QelMessageIterator& cursor, const QelPackageLinux& package) {
-    return package.filePath.empty() ? 0 : cursor.putValueBase64(package.filePath, pathElement);
+    return package.filePath.empty() ? 0 : cursor.putValueBase64(package.filePath, "path"_element);
 }
 
 bool hasDetailOrName(const QelOS& os) {
@@ -44,16 +43,15 @@ template <> struct Wire<QelPackageLinux> : WireWords<QelPackageLinux> {
     static constexpr int nsId = 302, typeId = 272;
     static constexpr QelWireField fields[] = {
         base<QelPackage>(),
-        step<&readFilePath, &writeFilePath, std::string>("filePath", pathElement, ignored, ifSet).withForm(base64),
+        step<&readFilePath, &writeFilePath, std::string>("filePath", "path"_element, ignored, ifSet).withForm(base64),
     };
 };
 const QelWireLayout& QelPackageLinux::wire = wireLayoutOf<QelPackageLinux>;
 
 template <> struct Wire<QelInstallationPackage> : WireWords<QelInstallationPackage> {
-    static constexpr int packageElement = 1295;
     static constexpr QelWireField fields[] = {
-        derived<&R::package, true>(packageElement, ignored, ifSet),
-        field<&R::path>(pathElement, required, ifSet, base64),
+        derived<&R::package, true>("package"_element, ignored, ifSet),
+        field<&R::path>("path"_element, required, ifSet, base64),
     };
 };
 const QelWireLayout& QelInstallationPackage::wire = wireLayoutOf<QelInstallationPackage>;
@@ -62,7 +60,7 @@ int QelInstallationPackage::Reader::operator()(const QelMessageIterator& cursor,
     if (cursor.getObject(record.package, QelReaderDerived<QelPackage>(true),
                          Wire<QelInstallationPackage>::packageElement) == 0)
         return 0;
-    return cursor.getObject(record.path, QelFilePathReader(), pathElement);
+    return cursor.getObject(record.path, QelFilePathReader(), "path"_element);
 }
 
 } // namespace Qel

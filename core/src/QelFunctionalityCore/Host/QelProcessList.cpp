@@ -1,16 +1,12 @@
 #include "QelFunctionalityCore/Host/QelProcessList.h"
 
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
-
-constexpr int rowElement = 1080;
-constexpr int pidElement = 1081;
-constexpr int valueElement = 1082;
-constexpr int nameElement = 1083;
 
 using Names = std::vector<std::string>;
 
@@ -52,10 +48,10 @@ private:
 
 int QelProcessInfo::Reader::operator()(const QelMessageIterator& cursor, QelProcessInfo& row) const {
     static const Names none;
-    if (cursor.getValue(row.pid, pidElement) != 0)
+    if (cursor.getValue(row.pid, "pid"_element) != 0)
         return -1;
     const auto readParams =
-        QelReaderMap(valueElement, QelReaderOptional, ReaderParamKey(m_names ? *m_names : none), QelReaderString());
+        QelReaderMap("cell"_element, QelReaderOptional, ReaderParamKey(m_names ? *m_names : none), QelReaderString());
     return readParams(cursor, row.params);
 }
 
@@ -66,21 +62,22 @@ int QelProcessInfo::Writer::operator()(QelMessageIterator& cursor, const QelProc
         names.resize(row.params.size());
     if (names.size() != row.params.size())
         return -1;
-    if (cursor.putValue(row.pid, pidElement) != 0)
+    if (cursor.putValue(row.pid, "pid"_element) != 0)
         return -1;
-    const auto writeParams = QelWriterMap(valueElement, WriterParamKey(names), QelWriterString());
+    const auto writeParams = QelWriterMap("cell"_element, WriterParamKey(names), QelWriterString());
     return writeParams(cursor, row.params) == 0 ? 0 : -1;
 }
 
 namespace {
 
 int readRows(const QelMessageIterator& cursor, QelProcessList& list) {
-    return QelReaderList(QelProcessInfo::Reader(list.paramNames), rowElement, QelReaderOptional)(cursor, list.rows);
+    return QelReaderList(QelProcessInfo::Reader(list.paramNames), "process"_element, QelReaderOptional)(cursor,
+                                                                                                        list.rows);
 }
 
 int writeRows(QelMessageIterator& cursor, const QelProcessList& list) {
     Names names;
-    return QelWriterList(QelProcessInfo::Writer(names), rowElement)(cursor, list.rows);
+    return QelWriterList(QelProcessInfo::Writer(names), "process"_element)(cursor, list.rows);
 }
 
 // The names as filled by QelProcessInfo::Writer for these rows, all of which must be writable.
@@ -101,7 +98,7 @@ Names namesOf(const std::vector<QelProcessInfo>& rows) {
 // The element is required, so a list without columns contains one empty name.
 int readNames(const QelMessageIterator& cursor, QelProcessList& list) {
     list.paramNames.clear();
-    if (QelReaderList(QelReaderString(), nameElement, QelReaderRequired)(cursor, list.paramNames) != 0)
+    if (QelReaderList(QelReaderString(), "param_name"_element, QelReaderRequired)(cursor, list.paramNames) != 0)
         return -1;
     if (list.paramNames == Names{""})
         list.paramNames.clear();
@@ -112,15 +109,15 @@ int writeNames(QelMessageIterator& cursor, const QelProcessList& list) {
     Names names = namesOf(list.rows);
     if (names.empty())
         names.emplace_back();
-    return QelWriterList(QelWriterString(), nameElement)(cursor, names);
+    return QelWriterList(QelWriterString(), "param_name"_element)(cursor, names);
 }
 
 } // namespace
 
 template <> struct Wire<QelProcessList> : WireWords<QelProcessList> {
     static constexpr QelWireField fields[] = {
-        step<&readRows, &writeRows, std::vector<QelProcessInfo>>("rows", rowElement, required),
-        step<&readNames, &writeNames, Names>("paramNames", nameElement, required),
+        step<&readRows, &writeRows, std::vector<QelProcessInfo>>("rows", "process"_element, required),
+        step<&readNames, &writeNames, Names>("paramNames", "param_name"_element, required),
         field<&R::running>(1035, ignored, always),
         field<&R::sleeping>(1036, ignored, always),
         field<&R::stopped>(1037, ignored, always),

@@ -2,24 +2,23 @@
 
 #include <boost/make_shared.hpp>
 
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
 
-constexpr int configElement = 1873;
-
 int readConfig(const QelMessageIterator& cursor, QelSnapshot& snapshot) {
     if (!snapshot.config)
         snapshot.config = boost::make_shared<QelEnvConfig>();
-    if (cursor.getObj(*snapshot.config, configElement) != 0)
+    if (cursor.getObj(*snapshot.config, "sample_config"_element) != 0)
         snapshot.config.reset();
     return 0;
 }
 
 int writeConfig(QelMessageIterator& cursor, const QelSnapshot& snapshot) {
-    return snapshot.config ? cursor.putObj(*snapshot.config, configElement) : 0;
+    return snapshot.config ? cursor.putObj(*snapshot.config, "sample_config"_element) : 0;
 }
 
 } // namespace
@@ -31,7 +30,7 @@ template <> struct Wire<QelSnapshot> : WireWords<QelSnapshot> {
         field<&R::name>(1007, required, always),
         field<&R::text1026>(1026, required, always),
         field<&R::description>(1496, ignored, ifSet, base64),
-        step<&readConfig, &writeConfig, QelEnvConfig>("config", configElement, ignored, ifSet),
+        step<&readConfig, &writeConfig, QelEnvConfig>("config", "sample_config"_element, ignored, ifSet),
     };
 };
 const QelWireLayout& QelSnapshot::wire = wireLayoutOf<QelSnapshot>;

@@ -1,16 +1,12 @@
 #include "QelFunctionalityCore/Host/QelTopData.h"
 
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
-
-constexpr int totalElement = 1040;
-constexpr int entryElement = 1179;
-constexpr int eidElement = 1866;
-constexpr int valueElement = 1018;
 
 int readValue(const QelMessageIterator& cursor, QelTopData::Value& value, bool isWhole, int id) {
     return isWhole ? cursor.getValueLongLong(value.whole, id) : cursor.getValueDouble(value.real, id);
@@ -27,28 +23,28 @@ bool isFilled(const QelEIDList& list) {
 } // namespace
 
 int QelTopData::TopSet::Reader::operator()(const QelMessageIterator& cursor, TopSet& entry) const {
-    if (cursor.getObj(entry.eid, eidElement) != 0)
+    if (cursor.getObj(entry.eid, "eid"_element) != 0)
         return -1;
-    return readValue(cursor, entry.value, m_isWhole, valueElement);
+    return readValue(cursor, entry.value, m_isWhole, "value"_element);
 }
 
 int QelTopData::TopSet::Writer::operator()(QelMessageIterator& cursor, const TopSet& entry) const {
-    if (cursor.putObj(entry.eid, eidElement) != 0)
+    if (cursor.putObj(entry.eid, "eid"_element) != 0)
         return -1;
-    return writeValue(cursor, entry.value, m_isWhole, valueElement);
+    return writeValue(cursor, entry.value, m_isWhole, "value"_element);
 }
 
 int QelTopData::Reader::operator()(const QelMessageIterator& cursor, QelTopData& data) const {
     data.isWhole = m_isWhole;
-    if (QelReaderList(TopSet::Reader(m_isWhole), entryElement, QelReaderOptional)(cursor, data.entries) != 0)
+    if (QelReaderList(TopSet::Reader(m_isWhole), "top_entry"_element, QelReaderOptional)(cursor, data.entries) != 0)
         return -1;
-    return readValue(cursor, data.total, m_isWhole, totalElement);
+    return readValue(cursor, data.total, m_isWhole, "total"_element);
 }
 
 int QelTopData::Writer::operator()(QelMessageIterator& cursor, const QelTopData& data) const {
-    if (QelWriterList(TopSet::Writer(data.isWhole), entryElement)(cursor, data.entries) != 0)
+    if (QelWriterList(TopSet::Writer(data.isWhole), "top_entry"_element)(cursor, data.entries) != 0)
         return -1;
-    return writeValue(cursor, data.total, data.isWhole, totalElement);
+    return writeValue(cursor, data.total, data.isWhole, "total"_element);
 }
 
 template <> struct Wire<QelTopInfo> : WireWords<QelTopInfo> {

@@ -3,18 +3,11 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocMap.h"
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 
 namespace Qel {
 
 namespace {
-
-constexpr int valueElement = 1018;
-constexpr int nameElement = 1026;
-constexpr int intervalElement = 1086;
-constexpr int subsystemElement = 1094;
-constexpr int eidElement = 1866;
-constexpr int instanceElement = 1905;
-constexpr int counterElement = 1906;
 
 /// Reads one report.  The first failure is reported through setErrorMessage and stops the iteration at every level; the
 /// descent to the first counter still completes.
@@ -24,13 +17,13 @@ public:
         : m_cursor(cursor), m_vocabulary(vocabulary), m_report(report) {}
 
     int read() {
-        check(m_cursor.getObj(m_report.eid, eidElement), "no readable identifier of the environment");
-        check(m_cursor.getObj(m_report.interval, intervalElement), "no readable interval");
-        forEachChild(subsystemElement, [&] {
+        check(m_cursor.getObj(m_report.eid, "eid"_element), "no readable identifier of the environment");
+        check(m_cursor.getObj(m_report.interval, "interval"_element), "no readable interval");
+        forEachChild("subsystem"_element, [&] {
             const std::string subsystem = readName("a subsystem");
-            forEachChild(instanceElement, [&] {
+            forEachChild("instance"_element, [&] {
                 const std::string instance = readName("an instance");
-                forEachChild(counterElement, [&] { return readCounter(subsystem, instance); });
+                forEachChild("counter"_element, [&] { return readCounter(subsystem, instance); });
                 return true;
             });
             return true;
@@ -58,17 +51,17 @@ private:
 
     std::string readName(const char* owner) {
         std::string name;
-        check(m_cursor.getValue(name, nameElement), std::string(owner) + " has no name");
+        check(m_cursor.getValue(name, "name"_element), std::string(owner) + " has no name");
         return name;
     }
 
     bool readCounter(const std::string& subsystem, const std::string& instance) {
         std::string counter;
         // A counter without a name ends its instance but not the report, which is still useful without it.
-        if (m_cursor.getValue(counter, nameElement) != 0)
+        if (m_cursor.getValue(counter, "name"_element) != 0)
             return false;
         QelPerfStat& stat = m_report.data[subsystem][instance][counter];
-        check(m_cursor.getObject(stat, QelPerfStat::Reader(valueTypeOf(counter)), valueElement),
+        check(m_cursor.getObject(stat, QelPerfStat::Reader(valueTypeOf(counter)), "value"_element),
               subsystem + " / " + instance + " / " + counter + " has no readable values");
         return true;
     }
@@ -89,7 +82,7 @@ private:
 };
 
 auto namedMap(int element, const auto& valueWriter) {
-    return QelWriterMap(element, QelWriterID(QelWriterString(), nameElement), valueWriter);
+    return QelWriterMap(element, QelWriterID(QelWriterString(), "name"_element), valueWriter);
 }
 
 } // namespace
@@ -99,10 +92,11 @@ int QelMonitorData::Reader::operator()(const QelMessageIterator& cursor, QelMoni
 }
 
 int QelMonitorData::Writer::operator()(QelMessageIterator& cursor, const QelMonitorData& report) const {
-    const auto statWriter = QelWriterID(QelPerfStat::Writer(QelPerfStat::Writer::asStored), valueElement);
-    const auto dataWriter = namedMap(subsystemElement, namedMap(instanceElement, namedMap(counterElement, statWriter)));
-    int result = cursor.putObj(report.eid, eidElement);
-    result |= cursor.putObj(report.interval, intervalElement);
+    const auto statWriter = QelWriterID(QelPerfStat::Writer(QelPerfStat::Writer::asStored), "value"_element);
+    const auto dataWriter =
+        namedMap("subsystem"_element, namedMap("instance"_element, namedMap("counter"_element, statWriter)));
+    int result = cursor.putObj(report.eid, "eid"_element);
+    result |= cursor.putObj(report.interval, "interval"_element);
     result |= dataWriter(cursor, report.data);
     return result;
 }

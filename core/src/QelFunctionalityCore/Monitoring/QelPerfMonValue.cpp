@@ -7,12 +7,12 @@
 
 #include "QelCommon/Debug.h"
 #include "QelCommon/ErrorMessage.h"
+#include "QelMessage/QelElementNames.h"
 
 namespace Qel {
 
 namespace {
 
-constexpr int blockElement = 1010;
 constexpr const char* sourcePath = "core/src/QelFunctionalityCore/QelPerfMonBase";
 
 // The in-memory layout is the wire format.
@@ -23,7 +23,7 @@ static_assert(std::is_trivially_copyable_v<QelPerfMonBlock>);
 
 int QelPerfMonBlock::Reader::operator()(const QelMessageIterator& cursor, QelPerfMonBlock& block) const {
     std::string bytes;
-    cursor.getValueBase64(bytes, blockElement);
+    cursor.getValueBase64(bytes, "id"_element);
     if (bytes.size() != sizeof block) {
         setErrorMessage("a value block has %zu bytes, not %zu", sizeof block, bytes.size());
         return -1;
@@ -35,7 +35,7 @@ int QelPerfMonBlock::Reader::operator()(const QelMessageIterator& cursor, QelPer
 int QelPerfMonBlock::Writer::operator()(QelMessageIterator& cursor, const QelPerfMonBlock& block) const {
     char bytes[sizeof block];
     std::memcpy(bytes, &block, sizeof block);
-    cursor.putValueBase64(bytes, sizeof bytes, blockElement);
+    cursor.putValueBase64(bytes, sizeof bytes, "id"_element);
     return 0;
 }
 

@@ -1,19 +1,13 @@
 #include "QelFunctionalityCore/Monitoring/QelTimeInterval.h"
 
 #include "QelCommon/Log.h"
+#include "QelMessage/QelElementNames.h"
 
 namespace Qel {
 
-namespace {
-
-constexpr int startElement = 1063;
-constexpr int endElement = 1064;
-
-} // namespace
-
 int QelTimeInterval::Reader::operator()(const QelMessageIterator& cursor, QelTimeInterval& interval) const {
-    if (cursor.getValueTimeZone(interval.startTime, interval.zone, startElement) == -1 ||
-        cursor.getValueTimeZone(interval.endTime, interval.zone, endElement) == -1)
+    if (cursor.getValueTimeZone(interval.startTime, interval.zone, "start_time"_element) == -1 ||
+        cursor.getValueTimeZone(interval.endTime, interval.zone, "end_time"_element) == -1)
         return -1;
     Log2(QEL_MODULE, "core/src/QelFunctionalityCore/QelPerfData", 25, __func__, __PRETTY_FUNCTION__)
         .put(LogLevel::trace, "[%s] data.startTime: %ld, data.endTime: %ld, data.zone: %d", __func__,
@@ -23,9 +17,9 @@ int QelTimeInterval::Reader::operator()(const QelMessageIterator& cursor, QelTim
 
 int QelTimeInterval::Writer::operator()(QelMessageIterator& cursor, const QelTimeInterval& interval) const {
     if ((ends & start) != 0)
-        cursor.putValueTimeZone(interval.startTime, interval.zone, startElement);
+        cursor.putValueTimeZone(interval.startTime, interval.zone, "start_time"_element);
     if ((ends & end) != 0)
-        cursor.putValueTimeZone(interval.endTime, interval.zone, endElement);
+        cursor.putValueTimeZone(interval.endTime, interval.zone, "end_time"_element);
     return 0;
 }
 

@@ -3,44 +3,40 @@
 #include "QelFunctionalityCore/Values/QelIPFunctors.h"
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
 
-constexpr int endElement = 1663;
-constexpr int prefixElement = 1784;
-constexpr int nameServersElement = 1708;
-constexpr int nameServerElement = 1281;
-
 int readEnd(const QelMessageIterator& cursor, QelIPRange& addresses) {
-    return cursor.getObject(addresses.end, QelIPReader(), endElement);
+    return cursor.getObject(addresses.end, QelIPReader(), "end"_element);
 }
 int writeEnd(QelMessageIterator& cursor, const QelIPRange& addresses) {
     if (addresses.prefix != 0)
         return 0;
-    return addresses.end.isAny() ? -1 : cursor.putObject(addresses.end, QelIPWriter(), endElement);
+    return addresses.end.isAny() ? -1 : cursor.putObject(addresses.end, QelIPWriter(), "end"_element);
 }
 
 // QelIPReader accepts a mask as well as a plain number.
 int readPrefix(const QelMessageIterator& cursor, QelIPRange& addresses) {
-    cursor.getObject(addresses.prefix, QelIPReader(), prefixElement);
+    cursor.getObject(addresses.prefix, QelIPReader(), "netmask"_element);
     return addresses.prefix == 0 && addresses.end.isAny() ? -1 : 0;
 }
 int writePrefix(QelMessageIterator& cursor, const QelIPRange& addresses) {
     if (addresses.prefix == 0)
         return 0;
     if (addresses.prefix <= QelIPv6::bits)
-        return cursor.putValue(static_cast<int>(addresses.prefix), prefixElement);
-    return cursor.putObject(addresses.prefix, QelIPWriter(), prefixElement);
+        return cursor.putValue(static_cast<int>(addresses.prefix), "netmask"_element);
+    return cursor.putObject(addresses.prefix, QelIPWriter(), "netmask"_element);
 }
 
 int readNameServers(const QelMessageIterator& cursor, QelIPPoolBaseData& data) {
-    if (cursor.seekPresence(nameServersElement) != 0)
+    if (cursor.seekPresence("name_servers"_element) != 0)
         return 0;
-    const auto readItems = QelReaderList(QelIPReader(), nameServerElement, QelReaderOptional);
-    const int result = cursor.getObject(data.nameServers.get(), readItems, nameServersElement);
+    const auto readItems = QelReaderList(QelIPReader(), "name_server"_element, QelReaderOptional);
+    const int result = cursor.getObject(data.nameServers.get(), readItems, "name_servers"_element);
     data.nameServers.specify(result == 0);
     return result;
 }
@@ -48,8 +44,8 @@ int readNameServers(const QelMessageIterator& cursor, QelIPPoolBaseData& data) {
 int writeNameServers(QelMessageIterator& cursor, const QelIPPoolBaseData& data) {
     if (!data.nameServers.isSpecified())
         return 0;
-    return cursor.putObject(data.nameServers.get(), QelWriterList(QelIPPrettyWriter(), nameServerElement),
-                            nameServersElement);
+    return cursor.putObject(data.nameServers.get(), QelWriterList(QelIPPrettyWriter(), "name_server"_element),
+                            "name_servers"_element);
 }
 
 } // namespace
@@ -58,8 +54,8 @@ template <> struct Wire<QelIPRange> : WireWords<QelIPRange> {
     static constexpr int nsId = 306, typeId = 134;
     static constexpr QelWireField fields[] = {
         field<&R::start>(1597, required, always),
-        step<&readEnd, &writeEnd>("end", endElement, ignored, ifSet),
-        step<&readPrefix, &writePrefix>("prefix", prefixElement, required, ifSet),
+        step<&readEnd, &writeEnd>("end", "end"_element, ignored, ifSet),
+        step<&readPrefix, &writePrefix>("prefix", "netmask"_element, required, ifSet),
     };
 };
 const QelWireLayout& QelIPRange::wire = wireLayoutOf<QelIPRange>;
@@ -67,7 +63,7 @@ const QelWireLayout& QelIPRange::wire = wireLayoutOf<QelIPRange>;
 template <> struct Wire<QelIPPoolBaseData> : WireWords<QelIPPoolBaseData> {
     static constexpr QelWireField fields[] = {
         field<&R::netmask>(1784, optional, ifSet),
-        step<&readNameServers, &writeNameServers>("nameServers", nameServersElement, optional, ifSet),
+        step<&readNameServers, &writeNameServers>("nameServers", "name_servers"_element, optional, ifSet),
         field<&R::address2050>(2050, optional, ifSet),
     };
 };

@@ -3,25 +3,22 @@
 #include <algorithm>
 
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
 
-constexpr int kindElement = 1192;
-constexpr int kindFirstElement = 1758;
-constexpr int kindSecondElement = 2133;
-
 int kindOf(const QelMessageIterator& cursor) {
-    if (cursor.seekPresence(kindFirstElement) == 0)
+    if (cursor.seekPresence("device_kind_first"_element) == 0)
         return QelNetDevice::kindFirst;
-    return cursor.seekPresence(kindSecondElement) == 0 ? QelNetDevice::kindSecond : 0;
+    return cursor.seekPresence("device_kind_second"_element) == 0 ? QelNetDevice::kindSecond : 0;
 }
 
 int readKind(const QelMessageIterator& cursor, QelNetDevice& device) {
     device.kind = 0;
-    if (cursor.seek(kindElement) != 0)
+    if (cursor.seek("status"_element) != 0)
         return 0;
     device.kind = kindOf(cursor);
     cursor.seekUp();
@@ -33,11 +30,11 @@ int readKind(const QelMessageIterator& cursor, QelNetDevice& device) {
 int writeKind(QelMessageIterator& cursor, const QelNetDevice& device) {
     if (device.kind == 0)
         return 0;
-    cursor.newChild(kindElement);
+    cursor.newChild("status"_element);
     if (device.kind & QelNetDevice::kindFirst)
-        cursor.putChild(kindFirstElement);
+        cursor.putChild("device_kind_first"_element);
     else if (device.kind & QelNetDevice::kindSecond)
-        cursor.putChild(kindSecondElement);
+        cursor.putChild("device_kind_second"_element);
     cursor.seekUp();
     return 0;
 }
@@ -54,7 +51,7 @@ template <> struct Wire<QelNetDevice> : WireWords<QelNetDevice> {
         field<&R::text2307>(2307, ignored, ifSet).bestEffort(),
         flag<&R::flag2066>(2066).bestEffort(),
         flag<&R::flag2305>(2305).bestEffort(),
-        step<&readKind, &writeKind>("kind", kindElement, optional, ifSet),
+        step<&readKind, &writeKind>("kind", "status"_element, optional, ifSet),
     };
 };
 const QelWireLayout& QelNetDevice::wire = wireLayoutOf<QelNetDevice>;
@@ -64,7 +61,7 @@ int QelNetDevice::Reader::operator()(const QelMessageIterator& cursor, QelNetDev
     // Only the kind can fail.  The cursor is left at its element so that the caller can inspect the unknown content;
     // such a message is rejected as a whole, so nothing else is read through this cursor.
     if (result != 0)
-        cursor.seek(kindElement);
+        cursor.seek("status"_element);
     return result;
 }
 

@@ -5,6 +5,7 @@
 
 #include "QelCore/QelContainers.h"
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelReaderListAll.h"
 #include "QelMessage/QelWireTable.h"
 
@@ -18,15 +19,9 @@ using ResourceNameID = std::map<std::string, QelResourceType>;
 constexpr scalarPair<IDResourceName> namesOfIDs[] = {{QelResourceType::ip, "resource_ip"}, {QelResourceType::none, ""}};
 constexpr scalarPair<ResourceNameID> idsOfNames[] = {{"resource_ip", QelResourceType::ip}, {"", QelResourceType::none}};
 
-constexpr int typeElement = 1007;
-constexpr int valueElement = 1262;
-constexpr int rangeElement = 1662;
-constexpr int startElement = 1597;
-constexpr int endElement = 1663;
-
 int readType(const QelMessageIterator& cursor, QelResourcePool& pool) {
     std::string name;
-    cursor.getValue(name, typeElement);
+    cursor.getValue(name, "type"_element);
     const auto found = ResourceNameIDMap.find(name);
     if (found == ResourceNameIDMap.end())
         return -1;
@@ -37,15 +32,15 @@ int writeType(QelMessageIterator& cursor, const QelResourcePool& pool) {
     const auto found = IDResourceNameMap.find(pool.type);
     if (found == IDResourceNameMap.end())
         return -1;
-    cursor.putValue(found->second, typeElement);
+    cursor.putValue(found->second, "type"_element);
     return 0;
 }
 
 int readAddress(const QelMessageIterator& cursor, QelResourceIp& resource) {
-    return cursor.getObject(resource.value, QelIPReader(), valueElement);
+    return cursor.getObject(resource.value, QelIPReader(), "ip"_element);
 }
 int writeAddress(QelMessageIterator& cursor, const QelResourceIp& resource) {
-    return cursor.putObject(resource.value, QelIPWriter(), valueElement);
+    return cursor.putObject(resource.value, QelIPWriter(), "ip"_element);
 }
 
 /// Reads one child of a pool and appends its value or range to `ranges`; ignores children of other kinds.
@@ -53,13 +48,13 @@ template <class T, T emptyValue, class ValueReader> struct ElementParser {
     int operator()(const QelMessageIterator& cursor, std::vector<range<T>>& ranges) const {
         range<T> found{emptyValue, emptyValue};
         switch (cursor.curID()) {
-        case valueElement:
+        case "ip"_element:
             // Not checked, unlike the bounds of a range: a writer takes single values from a set, which never contains
             // the extreme values.  One here is an internal error, and the set terminates the process.
             cursor.getObject(found.start, ValueReader(), getEmptyID());
             found.end = found.start;
             break;
-        case rangeElement:
+        case "range"_element:
             if (readBounds(cursor, found) != 0)
                 return -1;
             break;
@@ -72,8 +67,8 @@ template <class T, T emptyValue, class ValueReader> struct ElementParser {
 
 private:
     static int readBounds(const QelMessageIterator& cursor, range<T>& found) {
-        if (cursor.getObject(found.start, ValueReader(), startElement) != 0 ||
-            cursor.getObject(found.end, ValueReader(), endElement) != 0)
+        if (cursor.getObject(found.start, ValueReader(), "start"_element) != 0 ||
+            cursor.getObject(found.end, ValueReader(), "end"_element) != 0)
             return -1;
         const bool isInSet = std::numeric_limits<T>::min() < found.start && found.start <= found.end &&
                              found.end < std::numeric_limits<T>::max();
@@ -91,12 +86,12 @@ int readRanges(const QelMessageIterator& cursor, QelResourceIpPool& pool) {
 
 int writeRanges(QelMessageIterator& cursor, const QelResourceIpPool& pool) {
     for (const range<unsigned>& each : pool.ranges) {
-        cursor.newChild(each.start == each.end ? valueElement : rangeElement);
+        cursor.newChild(each.start == each.end ? "ip"_element : "range"_element);
         if (each.start == each.end) {
             QelIPWriter()(cursor, each.start);
         } else {
-            cursor.putObject(each.start, QelIPWriter(), startElement);
-            cursor.putObject(each.end, QelIPWriter(), endElement);
+            cursor.putObject(each.start, QelIPWriter(), "start"_element);
+            cursor.putObject(each.end, QelIPWriter(), "end"_element);
         }
         cursor.seekUp();
     }
@@ -116,7 +111,7 @@ template <> struct Wire<QelResourceIp> : WireWords<QelResourceIp> {
     static constexpr int nsId = 281, typeId = 251;
     static constexpr QelWireField fields[] = {
         base<QelResource>(),
-        step<&readAddress, &writeAddress>("value", valueElement, required),
+        step<&readAddress, &writeAddress>("value", "ip"_element, required),
     };
 };
 template <> const QelWireLayout& QelResourceIp::wire = wireLayoutOf<QelResourceIp>;
@@ -124,7 +119,7 @@ template <> const QelWireLayout& QelResourceIp::wire = wireLayoutOf<QelResourceI
 template <> struct Wire<QelResourcePool> : WireWords<QelResourcePool> {
     static constexpr int nsId = 281, typeId = 249;
     static constexpr QelWireField fields[] = {
-        step<&readType, &writeType>("type", typeElement, optional),
+        step<&readType, &writeType>("type", "type"_element, optional),
     };
 };
 const QelWireLayout& QelResourcePool::wire = wireLayoutOf<QelResourcePool>;
@@ -134,7 +129,7 @@ template <> struct Wire<QelResourceIpPool> : WireWords<QelResourceIpPool> {
     static constexpr int nsId = 281, typeId = 250;
     static constexpr QelWireField fields[] = {
         base<QelResourcePool>(),
-        step<&readRanges, &writeRanges>("ranges", rangeElement, optional, ifSet),
+        step<&readRanges, &writeRanges>("ranges", "range"_element, optional, ifSet),
     };
 };
 template <> const QelWireLayout& QelResourceIpPool::wire = wireLayoutOf<QelResourceIpPool>;

@@ -1,31 +1,23 @@
 #include "QelFunctionalityCore/Network/QelRowSet.h"
 
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
-
-namespace {
-
-constexpr int cellElement = 1082;
-constexpr int rowElement = 1739;
-constexpr int countElement = 1259;
-constexpr int totalElement = 1040;
-
-} // namespace
 
 template <int id, bool encoded>
 int QelStringTree<id, encoded>::Reader::operator()(const QelMessageIterator& cursor, QelStringTree& cell) const {
     if ((encoded ? cursor.getValueBase64(cell.value, id) : cursor.getValue(cell.value, id)) == 0)
         return 0;
     cell.value.clear();
-    return QelReaderList(Reader(), cellElement, QelReaderOptional)(cursor, cell.children);
+    return QelReaderList(Reader(), "cell"_element, QelReaderOptional)(cursor, cell.children);
 }
 
 template <int id, bool encoded>
 int QelStringTree<id, encoded>::Writer::operator()(QelMessageIterator& cursor, const QelStringTree& cell) const {
     if (cell.value.empty())
-        return QelWriterList(Writer(), cellElement)(cursor, cell.children);
+        return QelWriterList(Writer(), "cell"_element)(cursor, cell.children);
     return encoded ? cursor.putValueBase64(cell.value, id) : cursor.putValue(cell.value, id);
 }
 
@@ -37,11 +29,11 @@ template struct QelStringTree<1018, true>::Writer;
 namespace {
 
 int readRows(const QelMessageIterator& cursor, QelRowSet& set) {
-    const auto readRow = QelReaderList(QelRowSet::Cell::Reader(), cellElement, QelReaderRequired);
-    return QelReaderList(readRow, rowElement, QelReaderOptional)(cursor, set.rows);
+    const auto readRow = QelReaderList(QelRowSet::Cell::Reader(), "cell"_element, QelReaderRequired);
+    return QelReaderList(readRow, "row"_element, QelReaderOptional)(cursor, set.rows);
 }
 int writeRows(QelMessageIterator& cursor, const QelRowSet& set) {
-    return QelWriterList(QelWriterList(QelRowSet::Cell::Writer(), cellElement), rowElement)(cursor, set.rows);
+    return QelWriterList(QelWriterList(QelRowSet::Cell::Writer(), "cell"_element), "row"_element)(cursor, set.rows);
 }
 
 template <int QelRowSet::*number, int id> int readNumber(const QelMessageIterator& cursor, QelRowSet& set) {
@@ -57,12 +49,12 @@ template <int QelRowSet::*number, int id> int writeNumber(QelMessageIterator& cu
 
 template <> struct Wire<QelRowSet> : WireWords<QelRowSet> {
     static constexpr QelWireField fields[] = {
-        list<&R::columns>(cellElement, required),
-        step<&readRows, &writeRows>("rows", rowElement, ignored, ifSet),
-        step<&readNumber<&R::count, countElement>, &writeNumber<&R::count, countElement>>("count", countElement,
-                                                                                          ignored, ifSet),
-        step<&readNumber<&R::value1040, totalElement>, &writeNumber<&R::value1040, totalElement>>(
-            "value1040", totalElement, ignored, ifSet),
+        list<&R::columns>("cell"_element, required),
+        step<&readRows, &writeRows>("rows", "row"_element, ignored, ifSet),
+        step<&readNumber<&R::count, "count"_element>, &writeNumber<&R::count, "count"_element>>(
+            "count", "count"_element, ignored, ifSet),
+        step<&readNumber<&R::value1040, "total"_element>, &writeNumber<&R::value1040, "total"_element>>(
+            "value1040", "total"_element, ignored, ifSet),
     };
 };
 const QelWireLayout& QelRowSet::wire = wireLayoutOf<QelRowSet>;

@@ -6,6 +6,7 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelNames.h"
 #include "QelMessage/QelWireTable.h"
 
@@ -14,13 +15,6 @@ namespace Qel {
 namespace {
 
 // In writing order.
-constexpr int sidID = 1911;
-constexpr int authNameID = 1630;
-constexpr int personalID = 2187;
-constexpr int interfaceID = 2184;
-constexpr int browseID = 2185;
-constexpr int desktopID = 2186;
-constexpr int screenID = 2188;
 
 /// Reads and specifies a property from child `id` if it exists.
 template <class T, class Reader = typename T::reader_type>
@@ -36,12 +30,12 @@ int readIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<T>& prop
 
 // The SID takes precedence: with one, the name is neither read nor written.
 int readAuthName(const QelMessageIterator& cursor, QelProfile& profile) {
-    return cursor.seekPresence(sidID) == 0 ? 0 : readIfPresent(cursor, profile.authName, authNameID);
+    return cursor.seekPresence("sid"_element) == 0 ? 0 : readIfPresent(cursor, profile.authName, "auth_name"_element);
 }
 int writeAuthName(QelMessageIterator& cursor, const QelProfile& profile) {
     if (profile.sid.isSpecified() || !profile.authName.isSpecified())
         return 0;
-    return cursor.putObj(profile.authName.get(), authNameID);
+    return cursor.putObj(profile.authName.get(), "auth_name"_element);
 }
 
 template <class T> constexpr QelWireCodec optionalCodec() {
@@ -66,13 +60,13 @@ struct ProfileWords : WireWords<QelProfile> {
 
 template <> struct Wire<QelProfile> : ProfileWords {
     static constexpr QelWireField fields[] = {
-        part<&QelProfile::sid>(sidID),
-        step<&readAuthName, &writeAuthName>("authName", authNameID, optional, ifSet),
-        part<&QelProfile::personal>(personalID),
-        part<&QelProfile::interface>(interfaceID),
-        part<&QelProfile::browse>(browseID),
-        part<&QelProfile::desktop>(desktopID),
-        part<&QelProfile::screen>(screenID),
+        part<&QelProfile::sid>("sid"_element),
+        step<&readAuthName, &writeAuthName>("authName", "auth_name"_element, optional, ifSet),
+        part<&QelProfile::personal>("personal_settings"_element),
+        part<&QelProfile::interface>("interface_settings"_element),
+        part<&QelProfile::browse>("browse_settings"_element),
+        part<&QelProfile::desktop>("desktop_settings"_element),
+        part<&QelProfile::screen>("screen_settings"_element),
     };
 };
 const QelWireLayout& QelProfile::wire = wireLayoutOf<QelProfile>;
@@ -166,37 +160,37 @@ int writeEmpty(QelMessageIterator& cursor, bool isSpecified, int id) {
 } // namespace
 
 int QelProfile::filterReader::operator()(const QelMessageIterator& cursor, QelProfile& filter) const {
-    if (readIfPresent(cursor, filter.sid, sidID) != 0) {
-        setErrorMessage("can't read a filter: element %s is malformed", QelNames::elementName(sidID).c_str());
+    if (readIfPresent(cursor, filter.sid, "sid"_element) != 0) {
+        setErrorMessage("can't read a filter: element %s is malformed", QelNames::elementName("sid"_element).c_str());
         return -1;
     }
     if (readAuthName(cursor, filter) != 0)
         return -1;
-    specifyIfPresent(cursor, filter.personal, personalID);
-    specifyIfPresent(cursor, filter.interface, interfaceID);
-    specifyIfPresent(cursor, filter.desktop, desktopID);
-    if (specifyItemsIfPresent(cursor, filter.browse, browseID) != 0 ||
-        specifyItemsIfPresent(cursor, filter.screen, screenID) != 0)
+    specifyIfPresent(cursor, filter.personal, "personal_settings"_element);
+    specifyIfPresent(cursor, filter.interface, "interface_settings"_element);
+    specifyIfPresent(cursor, filter.desktop, "desktop_settings"_element);
+    if (specifyItemsIfPresent(cursor, filter.browse, "browse_settings"_element) != 0 ||
+        specifyItemsIfPresent(cursor, filter.screen, "screen_settings"_element) != 0)
         return -1;
     return 0;
 }
 
 int QelProfile::filterWriter::operator()(QelMessageIterator& cursor, const QelProfile& filter) const {
-    if (filter.sid.isSpecified() && cursor.putObj(filter.sid.get(), sidID) != 0)
+    if (filter.sid.isSpecified() && cursor.putObj(filter.sid.get(), "sid"_element) != 0)
         return -1;
     if (writeAuthName(cursor, filter) != 0)
         return -1;
-    if (writeEmpty(cursor, filter.personal.isSpecified(), personalID) != 0 ||
-        writeEmpty(cursor, filter.interface.isSpecified(), interfaceID) != 0)
+    if (writeEmpty(cursor, filter.personal.isSpecified(), "personal_settings"_element) != 0 ||
+        writeEmpty(cursor, filter.interface.isSpecified(), "interface_settings"_element) != 0)
         return -1;
     if (filter.browse.isSpecified()) {
-        cursor.newChild(browseID);
+        cursor.newChild("browse_settings"_element);
         const auto names = QelWriterList(QelBrowseInfo::filterWriter(), QelBrowseSettings::itemID);
         if (names(cursor, filter.browse->items) != 0)
             return -1;
     }
-    if (writeEmpty(cursor, filter.desktop.isSpecified(), desktopID) != 0 ||
-        writeEmpty(cursor, filter.screen.isSpecified(), screenID) != 0)
+    if (writeEmpty(cursor, filter.desktop.isSpecified(), "desktop_settings"_element) != 0 ||
+        writeEmpty(cursor, filter.screen.isSpecified(), "screen_settings"_element) != 0)
         return -1;
     return 0;
 }
@@ -208,20 +202,20 @@ int readFiltered(const QelMessageIterator& cursor, QelProfile& profile, const Qe
     const auto isWanted = [mode](const auto& section) {
         return section.isSpecified() == (mode == QelFilterMode::intersection);
     };
-    if (isWanted(filter->personal) && readIfPresent(cursor, profile.personal, personalID) != 0)
+    if (isWanted(filter->personal) && readIfPresent(cursor, profile.personal, "personal_settings"_element) != 0)
         return -1;
-    if (isWanted(filter->interface) && readIfPresent(cursor, profile.interface, interfaceID) != 0)
+    if (isWanted(filter->interface) && readIfPresent(cursor, profile.interface, "interface_settings"_element) != 0)
         return -1;
     if (isWanted(filter->browse)) {
         const auto readLists = [&](const QelMessageIterator& at, QelBrowseSettings& lists) {
             return readFiltered(at, lists, &filter->browse.get(), mode);
         };
-        if (readIfPresent(cursor, profile.browse, browseID, readLists) != 0)
+        if (readIfPresent(cursor, profile.browse, "browse_settings"_element, readLists) != 0)
             return -1;
     }
-    if (isWanted(filter->desktop) && readIfPresent(cursor, profile.desktop, desktopID) != 0)
+    if (isWanted(filter->desktop) && readIfPresent(cursor, profile.desktop, "desktop_settings"_element) != 0)
         return -1;
-    if (isWanted(filter->screen) && readIfPresent(cursor, profile.screen, screenID) != 0)
+    if (isWanted(filter->screen) && readIfPresent(cursor, profile.screen, "screen_settings"_element) != 0)
         return -1;
     return 0;
 }

@@ -7,30 +7,28 @@
 #include "QelFunctionalityCore/Scheduling/QelSchedulerWeeklyTrigger.h"
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelDerivedRegistry.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
 namespace {
 
-constexpr int startElement = 1063;
-constexpr int endElement = 1064;
-
 int readStart(const QelMessageIterator& cursor, QelSchedulerTrigger& trigger) {
-    return cursor.getValueTime(trigger.start, startElement);
+    return cursor.getValueTime(trigger.start, "start_time"_element);
 }
 int writeStart(QelMessageIterator& cursor, const QelSchedulerTrigger& trigger) {
-    return trigger.start < 0 ? -1 : cursor.putValueTime(trigger.start, startElement);
+    return trigger.start < 0 ? -1 : cursor.putValueTime(trigger.start, "start_time"_element);
 }
 
 // A missing or malformed end resets the previous value.
 int readEnd(const QelMessageIterator& cursor, QelSchedulerTrigger& trigger) {
-    if (cursor.getValueTime(trigger.end, endElement) != 0)
+    if (cursor.getValueTime(trigger.end, "end_time"_element) != 0)
         trigger.end = qelNoTime;
     return 0;
 }
 int writeEnd(QelMessageIterator& cursor, const QelSchedulerTrigger& trigger) {
-    return trigger.end == qelNoTime ? 0 : cursor.putValueTime(trigger.end, endElement);
+    return trigger.end == qelNoTime ? 0 : cursor.putValueTime(trigger.end, "end_time"_element);
 }
 
 } // namespace
@@ -40,8 +38,8 @@ QelSchedulerTrigger::~QelSchedulerTrigger() = default;
 template <> struct Wire<QelSchedulerTrigger> : WireWords<QelSchedulerTrigger> {
     static constexpr int nsId = 292, typeId = 294;
     static constexpr QelWireField fields[] = {
-        step<&readStart, &writeStart, long>("start", startElement, required).withForm(time),
-        step<&readEnd, &writeEnd, long>("end", endElement, ignored, ifSet).withForm(time),
+        step<&readStart, &writeStart, long>("start", "start_time"_element, required).withForm(time),
+        step<&readEnd, &writeEnd, long>("end", "end_time"_element, ignored, ifSet).withForm(time),
     };
 };
 const QelWireLayout& QelSchedulerTrigger::wire = wireLayoutOf<QelSchedulerTrigger>;

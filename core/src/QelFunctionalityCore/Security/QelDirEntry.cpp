@@ -2,29 +2,23 @@
 
 #include "QelFunctionalityCore/Values/QelListLastWriter.h"
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
-namespace {
-
-constexpr int valueElement = 1018;
-constexpr int nameElement = 1026;
-
-} // namespace
-
 int QelDirAttributeReader::operator()(const QelMessageIterator& cursor, QelNamedStrListProperty& attribute) const {
     std::string name;
-    if (cursor.getValue(name, nameElement) != 0)
+    if (cursor.getValue(name, "name"_element) != 0)
         return -1;
     attribute.setName(name);
-    return QelReaderData(attribute.get(), valueElement, QelReaderOptional)(cursor, attribute.get());
+    return QelReaderData(attribute.get(), "value"_element, QelReaderOptional)(cursor, attribute.get());
 }
 
 int QelDirAttributeWriter::operator()(QelMessageIterator& cursor, const QelNamedStrListProperty& attribute) const {
-    if (cursor.putValue(attribute.getName(), nameElement) != 0)
+    if (cursor.putValue(attribute.getName(), "name"_element) != 0)
         return -1;
-    return QelWriterData(attribute.get(), valueElement)(cursor, attribute.get());
+    return QelWriterData(attribute.get(), "value"_element)(cursor, attribute.get());
 }
 
 template <> struct Wire<QelDirEntry> : WireWords<QelDirEntry> {

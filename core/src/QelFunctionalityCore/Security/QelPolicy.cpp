@@ -2,6 +2,7 @@
 
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
@@ -9,41 +10,39 @@ namespace Qel {
 namespace {
 
 constexpr int environmentNamespace = 292;
-constexpr int ruleElement = 2273;
-constexpr int rulesElement = 2276;
 
 int readPolicyRules(const QelMessageIterator& cursor, QelPolicy& policy) {
-    if (cursor.seekPresence(rulesElement) != 0) {
+    if (cursor.seekPresence("rules"_element) != 0) {
         policy.rules.specify(false);
         return 0;
     }
-    const int result = cursor.getObject(policy.rules.get(), QelPolicyRuleMapReader(), rulesElement);
+    const int result = cursor.getObject(policy.rules.get(), QelPolicyRuleMapReader(), "rules"_element);
     policy.rules.specify(result == 0);
     return result;
 }
 
 int readEffectiveRules(const QelMessageIterator& cursor, QelEffectivePolicyAssignment& assignment) {
-    assignment.rules.specify(cursor.seekPresence(rulesElement) == 0);
+    assignment.rules.specify(cursor.seekPresence("rules"_element) == 0);
     return assignment.rules.isSpecified()
-               ? cursor.getObject(assignment.rules.get(), QelPolicyRuleMapReader(), rulesElement)
+               ? cursor.getObject(assignment.rules.get(), QelPolicyRuleMapReader(), "rules"_element)
                : 0;
 }
 
 template <class Record> int writeRules(QelMessageIterator& cursor, const Record& record) {
-    return record.rules.isSpecified() ? cursor.putObject(record.rules.get(), QelPolicyRuleMapWriter(), rulesElement)
+    return record.rules.isSpecified() ? cursor.putObject(record.rules.get(), QelPolicyRuleMapWriter(), "rules"_element)
                                       : 0;
 }
 
 } // namespace
 
 int QelPolicyRuleMapReader::operator()(const QelMessageIterator& cursor, QelPolicyRuleMap& rules) const {
-    return QelReaderMap(ruleElement, QelReaderOptional, QelReaderID(QelReaderString(), 1010, QelReaderRequired),
+    return QelReaderMap("rule"_element, QelReaderOptional, QelReaderID(QelReaderString(), 1010, QelReaderRequired),
                         QelReaderID(QelReaderString(), 1018, QelReaderRequired))(cursor, rules);
 }
 
 int QelPolicyRuleMapWriter::operator()(QelMessageIterator& cursor, const QelPolicyRuleMap& rules) const {
     cursor.saveNamespace(environmentNamespace);
-    const int result = QelWriterMap(ruleElement, QelWriterID(QelWriterString(), 1010),
+    const int result = QelWriterMap("rule"_element, QelWriterID(QelWriterString(), 1010),
                                     QelWriterID(QelWriterString(), 1018))(cursor, rules);
     cursor.saveNamespace(0);
     return result;
@@ -56,7 +55,7 @@ template <> struct Wire<QelPolicy> : WireWords<QelPolicy> {
         field<&R::name>(1026, optional, ifSet, base64),
         field<&R::description>(1496, optional, ifSet, base64),
         wrappedMap<&R::assignments>(2275, 2277, 2285, 2286, optional, ifSet),
-        step<&readPolicyRules, &writeRules<QelPolicy>>("rules", rulesElement, optional, ifSet),
+        step<&readPolicyRules, &writeRules<QelPolicy>>("rules", "rules"_element, optional, ifSet),
     };
 };
 const QelWireLayout& QelPolicy::wire = wireLayoutOf<QelPolicy>;
@@ -73,7 +72,7 @@ const QelWireLayout& QelObjectToPolicyAssignment::wire = wireLayoutOf<QelObjectT
 template <> struct Wire<QelEffectivePolicyAssignment> : WireWords<QelEffectivePolicyAssignment> {
     static constexpr QelWireField fields[] = {
         field<&R::policyID>(2285, required, always),
-        step<&readEffectiveRules, &writeRules<QelEffectivePolicyAssignment>>("rules", rulesElement, optional, ifSet),
+        step<&readEffectiveRules, &writeRules<QelEffectivePolicyAssignment>>("rules", "rules"_element, optional, ifSet),
     };
 };
 const QelWireLayout& QelEffectivePolicyAssignment::wire = wireLayoutOf<QelEffectivePolicyAssignment>;

@@ -8,6 +8,7 @@
 #include "QelCommon/ErrorMessage.h"
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessage.h"
 #include "QelMessage/QelWireTable.h"
 
@@ -15,28 +16,22 @@ namespace Qel {
 
 namespace {
 
-constexpr int valueElement = 1018;
-constexpr int revisionElement = 1221;
-constexpr int keyElement = 1240;
-constexpr int entryElement = 1307;
-constexpr int timeoutElement = 1320;
-
 int readTimeout(const QelMessageIterator& cursor, QelSession& session) {
     int timeout = QelSession::persistent;
-    if (cursor.seekPresence(timeoutElement) == 0 && cursor.getValue(timeout, timeoutElement) != 0)
+    if (cursor.seekPresence("timeout"_element) == 0 && cursor.getValue(timeout, "timeout"_element) != 0)
         return -1;
     session.timeout = timeout;
     return 0;
 }
 
 int writeTimeout(QelMessageIterator& cursor, const QelSession& session) {
-    return session.isPersistent() ? 0 : cursor.putValue(session.timeout, timeoutElement);
+    return session.isPersistent() ? 0 : cursor.putValue(session.timeout, "timeout"_element);
 }
 
 // Parses the minor number of "major.minor"; the major number is ignored.
 int readRevision(const QelMessageIterator& cursor, QelSession& session) {
     std::string text;
-    if (cursor.getValue(text, revisionElement) != 0)
+    if (cursor.getValue(text, "revision"_element) != 0)
         return -1;
     const std::size_t point = text.find('.');
     if (point == std::string::npos)
@@ -48,7 +43,7 @@ int readRevision(const QelMessageIterator& cursor, QelSession& session) {
 }
 
 int writeRevision(QelMessageIterator& cursor, const QelSession& session) {
-    return cursor.putValue("0." + std::to_string(session.revision), revisionElement);
+    return cursor.putValue("0." + std::to_string(session.revision), "revision"_element);
 }
 
 int readData(const QelMessageIterator& cursor, QelSession& session) {
@@ -68,11 +63,11 @@ template <> struct Wire<QelSession> : WireWords<QelSession> {
         field<&R::authName>(1025, required, always),
         field<&R::time1961>(1961, required, always, time),
         field<&R::time1799>(1799, required, always, time),
-        step<&readTimeout, &writeTimeout>("timeout", timeoutElement, optional, ifSet),
-        step<&readRevision, &writeRevision>("revision", revisionElement, required),
+        step<&readTimeout, &writeTimeout>("timeout", "timeout"_element, optional, ifSet),
+        step<&readRevision, &writeRevision>("revision", "revision"_element, required),
         field<&R::token>(1944, ignored, always),
         field<&R::peerAddress>(1262, ignored, ifSet),
-        step<&readData, &writeData>("data", entryElement, ignored), // must be last: see layoutFor
+        step<&readData, &writeData>("data", "data"_element, ignored), // must be last: see layoutFor
     };
 };
 const QelWireLayout& QelSession::wire = wireLayoutOf<QelSession>;
@@ -94,7 +89,7 @@ long difference(long a, long b) {
 
 } // namespace
 
-QelSession::ValueData::ValueData() : QelAnyData(valueElement) {}
+QelSession::ValueData::ValueData() : QelAnyData("value"_element) {}
 
 int QelSession::Reader::operator()(const QelMessageIterator& cursor, QelSession& session) const {
     const long now = std::time(nullptr);
@@ -112,12 +107,14 @@ int QelSession::Writer::operator()(QelMessageIterator& cursor, const QelSession&
 }
 
 int QelSessionDataReader::operator()(const QelMessageIterator& cursor, QelSession::Data& data) const {
-    return QelReaderMap(entryElement, QelReaderOptional, QelReaderID(QelReaderString(), keyElement, QelReaderRequired),
+    return QelReaderMap("data"_element, QelReaderOptional,
+                        QelReaderID(QelReaderString(), "key"_element, QelReaderRequired),
                         QelAnyData::Reader(true))(cursor, data);
 }
 
 int QelSessionDataWriter::operator()(QelMessageIterator& cursor, const QelSession::Data& data) const {
-    return QelWriterMap(entryElement, QelWriterID(QelWriterString(), keyElement), QelAnyData::Writer())(cursor, data);
+    return QelWriterMap("data"_element, QelWriterID(QelWriterString(), "key"_element), QelAnyData::Writer())(cursor,
+                                                                                                             data);
 }
 
 template <> struct Wire<QelRegisteredClient> : WireWords<QelRegisteredClient> {

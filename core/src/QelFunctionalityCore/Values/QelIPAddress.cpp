@@ -4,14 +4,12 @@
 #include "QelCore/QelIPConversions.h"
 #include "QelCore/QelIPv4.h"
 #include "QelCore/QelIPv6.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessageIterator.h"
 
 namespace Qel {
 
 namespace {
-
-constexpr int netmaskElement = 1784;
-constexpr int ipElement = 1262;
 
 bool isDotted(const std::string& mask) {
     return mask.find('.') != std::string::npos;
@@ -64,10 +62,10 @@ int QelIPAddress::compare(const QelIPAddress& other) const {
 }
 
 int QelIPAddress::Reader::operator()(const QelMessageIterator& cursor, QelIPAddress& address) const {
-    if (const int result = cursor.getValue(address.ip, ipElement); result != 0)
+    if (const int result = cursor.getValue(address.ip, "ip"_element); result != 0)
         return result;
     std::string mask;
-    cursor.getValue(mask, netmaskElement);
+    cursor.getValue(mask, "netmask"_element);
     address.setNetmask(mask);
     return 0;
 }
@@ -77,8 +75,8 @@ int QelIPAddress::Writer::operator()(QelMessageIterator& cursor, const QelIPAddr
     if (!address.netmask.empty())
         cursor.putValue(isPrefixOfIPv4 ? QelIPv4::getNetworkMask(strToUlong(address.netmask)).toString()
                                        : address.netmask,
-                        netmaskElement);
-    return cursor.putValue(address.ip, ipElement);
+                        "netmask"_element);
+    return cursor.putValue(address.ip, "ip"_element);
 }
 
 ipCompare::ipCompare(const QelIPAddress& wanted) : m_ip(wanted.ip), m_dottedNetmask(dottedNetmask(wanted.netmask)) {}

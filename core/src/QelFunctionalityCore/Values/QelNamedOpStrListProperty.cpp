@@ -3,36 +3,29 @@
 #include "QelCommon/Debug.h"
 #include "QelCommon/Strings.h"
 #include "QelMessage/QelCombinators.h"
+#include "QelMessage/QelElementNames.h"
 
 namespace Qel {
-
-namespace {
-
-constexpr int operationElement = 1638;
-constexpr int nameElement = 1026;
-constexpr int valueElement = 1018;
-
-} // namespace
 
 int QelNamedOpStrListProperty::Reader::operator()(const QelMessageIterator& cursor,
                                                   QelNamedOpStrListProperty& property) const {
     int operation = property.getOperation();
-    cursor.getValue(operation, operationElement);
+    cursor.getValue(operation, "operation"_element);
     property.setOperation(operation);
 
     std::string name;
-    if (cursor.getValue(name, nameElement) != 0)
+    if (cursor.getValue(name, "name"_element) != 0)
         return -1;
     property.setName(name);
-    return QelReaderData(property.get(), valueElement, QelReaderOptional)(cursor, property.get());
+    return QelReaderData(property.get(), "value"_element, QelReaderOptional)(cursor, property.get());
 }
 
 int QelNamedOpStrListProperty::Writer::operator()(QelMessageIterator& cursor,
                                                   const QelNamedOpStrListProperty& property) const {
     if (property.getOperation() != noOperation)
-        cursor.putValue(property.getOperation(), operationElement);
-    cursor.putValue(property.getName(), nameElement);
-    QelWriterData(property.get(), valueElement)(cursor, property.get());
+        cursor.putValue(property.getOperation(), "operation"_element);
+    cursor.putValue(property.getName(), "name"_element);
+    QelWriterData(property.get(), "value"_element)(cursor, property.get());
     return 0;
 }
 

@@ -3,18 +3,16 @@
 #include <string>
 
 #include "QelFunctionalityCore/Values/QelValueCodecs.h"
-#include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelWireTable.h"
 
 namespace Qel {
 
-namespace Element = VocabularyElement;
-
 template <> struct Wire<QelVocID> : WireWords<QelVocID> {
     static constexpr bool bestEffort = true;
     static constexpr QelWireField fields[] = {
-        field<&R::name>(Element::name, required, always),
-        field<&R::version>(Element::version, required, always),
+        field<&R::name>("name"_element, required, always),
+        field<&R::version>("version"_element, required, always),
     };
 };
 const QelWireLayout& QelVocID::wire = wireLayoutOf<QelVocID>;
@@ -23,19 +21,19 @@ namespace {
 
 bool isVersionParameter(const QelMessageIterator& parameter) {
     std::string id;
-    return parameter.getValue(id, Element::id) == 0 && id == QelVocID::versionParameter;
+    return parameter.getValue(id, "id"_element) == 0 && id == QelVocID::versionParameter;
 }
 
 int readVersion(const QelMessageIterator& vocabulary, QelVocID& vocID) {
-    if (vocabulary.firstChild(Element::parameter) != 0)
+    if (vocabulary.firstChild("parameter"_element) != 0)
         return -1;
     int result = -1;
     do {
         if (isVersionParameter(vocabulary)) {
-            result = vocabulary.getObject(vocID.version, QelReaderLimitedLengthString(), Element::data);
+            result = vocabulary.getObject(vocID.version, QelReaderLimitedLengthString(), "data"_element);
             break;
         }
-    } while (vocabulary.nextSibling(Element::parameter) == 0);
+    } while (vocabulary.nextSibling("parameter"_element) == 0);
     vocabulary.seekUp();
     return result;
 }
@@ -45,7 +43,7 @@ int readVersion(const QelMessageIterator& vocabulary, QelVocID& vocID) {
 int QelVocID::Reader::operator()(const QelMessageIterator& cursor, QelVocID& vocID) const {
     if (versionElement)
         return readByLayout(QelVocID::wire, &vocID, cursor);
-    if (cursor.getObject(vocID.name, QelReaderLimitedLengthString(), Element::name) != 0)
+    if (cursor.getObject(vocID.name, QelReaderLimitedLengthString(), "name"_element) != 0)
         return -1;
     return readVersion(cursor, vocID);
 }

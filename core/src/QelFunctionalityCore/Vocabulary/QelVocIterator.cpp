@@ -4,12 +4,10 @@
 #include <string_view>
 #include <vector>
 
-#include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
 #include "QelMessage/QelBinary.h"
+#include "QelMessage/QelElementNames.h"
 
 namespace Qel {
-
-namespace Element = VocabularyElement;
 
 QelVocIterator::QelVocIterator(QelMessage* message, const Categories* restrictSet)
     : QelBinaryIterator(dynamic_cast<QelBinary*>(message)) {
@@ -26,27 +24,27 @@ QelVocIterator* QelVocIterator::newIterator() const {
 
 int QelVocIterator::seekRoot() const {
     const QelBinaryIterator root(static_cast<QelBinary*>(getMessage()));
-    if (root.seek(Element::data) != 0 || root.seek(Element::agent) != 0)
+    if (root.seek("data"_element) != 0 || root.seek("agent"_element) != 0)
         return -1;
     takePlaceOf(root);
     return 0;
 }
 
 int QelVocIterator::getID(std::string& id) const {
-    return getValue(id, Element::id);
+    return getValue(id, "id"_element);
 }
 
 bool QelVocIterator::belongsTo(const Categories& categories) const {
     if (categories.empty())
         return true;
-    if (firstChild(Element::category) != 0)
+    if (firstChild("category"_element) != 0)
         return false;
     std::vector<std::string_view> missing(categories.begin(), categories.end());
     std::string category;
     do {
         if (getValue(category, getEmptyID()) == 0)
             std::erase(missing, category);
-    } while (!missing.empty() && nextSibling(Element::category) == 0);
+    } while (!missing.empty() && nextSibling("category"_element) == 0);
     seekUp();
     return missing.empty();
 }
@@ -65,25 +63,25 @@ int QelVocIterator::process(int element, const Categories& categories, bool firs
 }
 
 int QelVocIterator::processCategory(const Categories& categories, bool first) const {
-    return process(Element::category, categories, first);
+    return process("category"_element, categories, first);
 }
 
 int QelVocIterator::processParameter(const Categories& categories, bool first) const {
-    return process(Element::parameter, categories, first);
+    return process("parameter"_element, categories, first);
 }
 
 int QelVocIterator::seekElement(int element, const std::string& id) const {
-    if (seekRoot() != 0 || seekChildByValue(element, Element::id, id) != 0)
+    if (seekRoot() != 0 || seekChildByValue(element, "id"_element, id) != 0)
         return -1;
     return belongsTo(m_restrictSet) ? 0 : -1;
 }
 
 int QelVocIterator::seekCategory(const std::string& id) const {
-    return seekElement(Element::category, id);
+    return seekElement("category"_element, id);
 }
 
 int QelVocIterator::seekParameter(const std::string& id) const {
-    return seekElement(Element::parameter, id);
+    return seekElement("parameter"_element, id);
 }
 
 } // namespace Qel

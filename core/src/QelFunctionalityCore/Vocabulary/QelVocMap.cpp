@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessage.h"
 
 namespace Qel {
@@ -14,13 +15,13 @@ namespace {
 
 /// Whether the root has a child vocabulary with this name and version.  The cursor must be at the root.
 bool containsVocabulary(const QelMessageIterator& root, const QelVocID& id) {
-    if (root.firstChild(Element::vocabulary) != 0)
+    if (root.firstChild("vocabulary"_element) != 0)
         return false;
     bool found = false;
     do {
         QelVocID each;
         found = root.getObj(each, getEmptyID()) == 0 && each == id;
-    } while (!found && root.nextSibling(Element::vocabulary) == 0);
+    } while (!found && root.nextSibling("vocabulary"_element) == 0);
     root.seekUp();
     return found;
 }
@@ -39,7 +40,7 @@ int QelVocMap::insert(QelMessage* map, QelMessageIterator* source) {
     const std::unique_ptr<QelMessageIterator> to(map->rootIterator());
     if (containsVocabulary(*to, id))
         return 0;
-    to->newChild(Element::vocabulary);
+    to->newChild("vocabulary"_element);
     // Cannot fail: the identity was read from child elements.
     source->firstChild();
     int result = 0;
@@ -54,8 +55,8 @@ int QelVocMap::insert(QelMessage* map, const QelVocID& id, const boost::intrusiv
     const std::unique_ptr<QelMessageIterator> to(map->rootIterator());
     if (containsVocabulary(*to, id))
         return 0;
-    to->newChild(Element::vocabulary);
-    to->putValue(std::string(id.name.c_str()), Element::name);
+    to->newChild("vocabulary"_element);
+    to->putValue(std::string(id.name.c_str()), "name"_element);
     // Ignore a failure: a prototype without a message adds a vocabulary that contains only the name.
     to->putObj(*voc, getEmptyID());
     return 0;

@@ -2,12 +2,10 @@
 
 #include <boost/make_shared.hpp>
 
-#include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessage.h"
 
 namespace Qel {
-
-namespace Element = VocabularyElement;
 
 namespace {
 
@@ -29,12 +27,12 @@ QelVocMapIterator::QelVocMapIterator(QelMessage* message, const QelVocIDSet* fil
     : QelVocIterator(checked(message)) {
     // A new cursor is at the root of the message.
     const QelBinaryIterator at(this);
-    if (at.firstChild(Element::vocabulary) == 0) {
+    if (at.firstChild("vocabulary"_element) == 0) {
         do {
             QelVocID id;
             if (at.getObj(id, getEmptyID()) == 0 && isSelected(id, filter))
                 m_vocabularies[id] = boost::make_shared<QelBinaryIterator>(&at);
-        } while (at.nextSibling(Element::vocabulary) == 0);
+        } while (at.nextSibling("vocabulary"_element) == 0);
     }
     m_current = m_vocabularies.begin();
 }

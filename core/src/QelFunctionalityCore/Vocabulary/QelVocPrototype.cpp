@@ -5,12 +5,10 @@
 
 #include "QelFunctionalityCore/Vocabulary/QelVocID.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocLocalPrototype.h"
-#include "QelFunctionalityCore/Vocabulary/VocabularyElements.h"
+#include "QelMessage/QelElementNames.h"
 #include "QelMessage/QelMessage.h"
 
 namespace Qel {
-
-namespace Element = VocabularyElement;
 
 namespace {
 
@@ -82,7 +80,7 @@ const std::string& QelVocPrototype::readVersion() {
         const std::string parameter(QelVocID::versionParameter);
         const std::unique_ptr<QelVocIterator> at(std::as_const(*this).readParameter(parameter));
         if (at)
-            at->getValue(m_version, Element::data);
+            at->getValue(m_version, "data"_element);
     }
     return m_version;
 }
@@ -107,8 +105,8 @@ int QelVocPrototype::Reader::operator()(const QelMessageIterator& cursor, QelVoc
     if (message->create(0) != 0)
         return -1;
     const std::unique_ptr<QelMessageIterator> to(message->rootIterator());
-    to->newChild(Element::data);
-    to->newChild(Element::agent);
+    to->newChild("data"_element);
+    to->newChild("agent"_element);
     if (cursor.firstChild() != 0)
         return 0;
     int result = 0;
