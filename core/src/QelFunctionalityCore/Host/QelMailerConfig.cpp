@@ -63,13 +63,13 @@ constexpr QelWireLayout accounts = partOf(Wire<QelMailerConfig>::accounts);
 int QelMailerConfig::Reader::operator()(const QelMessageIterator& cursor, QelMailerConfig& config) const {
     if (readByLayout(head, &config, cursor) != 0)
         return -1;
-    return cursor.seek(Wire<QelMailerConfig>::accountsElement) == 0 ? readByLayout(accounts, &config, cursor) : 0;
+    return cursor.seek("mail_accounts"_element) == 0 ? readByLayout(accounts, &config, cursor) : 0;
 }
 
 int QelMailerConfig::Writer::operator()(QelMessageIterator& cursor, const QelMailerConfig& config) const {
     if (writeByLayout(head, &config, cursor) != 0)
         return -1;
-    cursor.newChild(Wire<QelMailerConfig>::accountsElement);
+    cursor.newChild("mail_accounts"_element);
     return writeByLayout(accounts, &config, cursor);
 }
 

@@ -57,8 +57,7 @@ template <> struct Wire<QelInstallationPackage> : WireWords<QelInstallationPacka
 const QelWireLayout& QelInstallationPackage::wire = wireLayoutOf<QelInstallationPackage>;
 
 int QelInstallationPackage::Reader::operator()(const QelMessageIterator& cursor, QelInstallationPackage& record) const {
-    if (cursor.getObject(record.package, QelReaderDerived<QelPackage>(true),
-                         Wire<QelInstallationPackage>::packageElement) == 0)
+    if (cursor.getObject(record.package, QelReaderDerived<QelPackage>(true), "package"_element) == 0)
         return 0;
     return cursor.getObject(record.path, QelFilePathReader(), "path"_element);
 }
