@@ -40,7 +40,7 @@ public:
         bool operator()(const Key& a, const record_t& b) const { return Compare()(a, b.key); }
     };
 
-    /// Empty, with one free slot: the declared one.
+    /// Creates an empty array with one free slot, `m_first`.
     QelFlatSortedArray() = default;
     QelFlatSortedArray(const QelFlatSortedArray&) = delete;
 
@@ -150,7 +150,8 @@ private:
 
     /// Interpolation search: keys are random identifiers, so their leading 32 bits predict the index to within O(sqrt
     /// n), and a search of a large array rarely touches more than one page.  Returns bounds for lowerBound(), widened
-    /// exponentially when the guess misses; keys that are not random at most double the number of steps.
+    /// exponentially when the guess misses; if keys are not random, this at most doubles the number of steps of a
+    /// binary search.
     [[nodiscard]] Bounds interpolate(const Key& key) const {
         const auto guess = static_cast<std::size_t>(std::uint64_t{key.leadingBits()} * m_count >> 32U);
         std::size_t reach = std::size_t{1} << static_cast<unsigned>(std::bit_width(m_count)) / 2;
@@ -170,9 +171,9 @@ private:
 
     /// Index of the first record whose key is not less than `key`.
     ///
-    /// Branchless 4-ary search: the outcome of a comparison is random, so a mispredicted branch costs as much as
-    /// several comparisons.  Three independent probes per step overlap their cache misses, and each step leaves a
-    /// quarter of the range.
+    /// Branchless 4-ary search instead of a binary search: the outcome of a comparison is random, and a mispredicted
+    /// branch would cost as much as several comparisons.  Three independent probes per step overlap their cache misses,
+    /// and each step leaves a quarter of the range.
     [[nodiscard]] std::size_t lowerBound(const Key& key) const {
         const Bounds bounds = interpolate(key);
         std::size_t first = bounds.first;
