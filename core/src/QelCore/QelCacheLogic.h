@@ -5,13 +5,14 @@
 // One file holds all records of all processes.  Writers are serialised by one lock, the file lock.  A reader acquires
 // the lock only to acquire a snapshot and to release it.  In between it reads without a lock, for any length of time.
 //
-// Why lock-free reading is safe.  A snapshot is a block that contains a reference count and the sorted array of keys
-// and record pointers.  The header points to the current snapshot and counts as one reference; each reader adds one.  A
-// snapshot with a count above 1 is copy-on-write: a writer copies the array to a new block, makes the header point to
-// the copy and drops the header's reference to the old one.  A listed record never changes: an update writes a new
-// record and swaps the pointer in an array that no reader can see.  Each record counts the snapshots that list it; its
-// block is freed with the last of them.  A reader therefore sees old data at worst, never torn or freed data.  The only
-// words that change in the blocks it can reach are reference counts, which it does not read.
+// Why lock-free reading is safe.  A snapshot is a block that contains a reference count and a sorted array.  An entry
+// of the array is a key and a pointer to a record, which is a separate block.  The header points to the current
+// snapshot and counts as one reference; each reader adds one.  A snapshot with a count above 1 is copy-on-write: a
+// writer copies the array to a new block, makes the header point to the copy and drops the header's reference to the
+// old one.  A listed record never changes: an update writes a new record and swaps the pointer in an array that no
+// reader can see.  Each record counts the snapshots that list it; its block is freed with the last of them.  A reader
+// therefore sees old data at worst, never torn or freed data.  The only words that change in the blocks it can reach
+// are reference counts, which it does not read.
 //
 // How the file grows under readers.  A Storage never changes its size or address.  The process that grows the file
 // creates a second Storage.  Other processes do so when they next acquire the lock and find that the size in the header
@@ -37,14 +38,14 @@
 //  - A writer that dies between two changes may leave an unreferenced new block, which is leaked.  The order of stores
 //    ensures that the header never points to a freed snapshot.
 //  - A writer that dies while it shifts an array in place (removal, or insertion into a free slot) or links the free
-//    list leaves that step half done: one record may be listed twice and another not at all, or free bytes may be
+//    list leaves that step half done: one entry may occur twice and another not at all, or free bytes may be
 //    missing from the free list.  The next process that walks a broken list fails a check.
 //  - An insertion that allocates a new block for the array shifts nothing: the file contains either the old records or
 //    the old records and the new one.  Exception: if the heap has no room for a second copy of a provisional
 //    record, a crash while the record is moved leaves an entry that points to a free block.
 //  - A process that dies while formatting a file leaves it without the `valid` mark, and hence unusable.
 //
-// None of this is repaired: the file is a cache, so the repair is to remove it.
+// None of this is repaired: the file is a cache, so remove it instead.
 //
 // Locking (file lock: flock plus the process mutex; treated as one lock here)
 //
@@ -99,6 +100,7 @@ public:
     using traits_type = typename Allocator::traits_type;
     template <class T> using pointer = typename traits_type::template pointer<T>;
     using ValueSet = QelFlatSortedArray<ItemID, pointer<ItemValue>, std::less<ItemID>, traits_type>;
+    /// An entry of the array: a key and a pointer to its record.
     using record_t = typename ValueSet::record_t;
 
     /// A state of the cache, in a separate block; immutable while a reader holds it.
@@ -127,7 +129,7 @@ public:
         /// offset 0: one reference for the header if this is the current snapshot, plus one per reader; guarded by the
         /// file lock
         QelCachedItemRefCounterBase<int> refCount;
-        /// offset 4: keys and records; changed under the file lock, and only while `refCount` is 1
+        /// offset 4: the array; changed under the file lock, and only while `refCount` is 1
         ValueSet values;
 
     private:
@@ -137,7 +139,7 @@ public:
     /// The header at offset 0 of the file; the heap blocks follow it.  `heap`, `snapshot` and `valid` change under the
     /// file lock; the other fields are written once, when the file is formatted.
     struct CacheHeader {
-        /// Formats a file of `size` bytes: an empty heap and one snapshot without records.
+        /// Formats a file of `size` bytes: a heap that contains one snapshot without records.
         explicit CacheHeader(unsigned size);
 
         /// Returns 0, or the code of the first field that does not match, checked in the order `valid`, `headerBytes`,
@@ -165,9 +167,8 @@ public:
     QelCacheLogic(const std::string& id, unsigned maxItemSize, unsigned maxLists, unsigned maxStorageSize);
     ~QelCacheLogic() override;
 
-    /// Returns a cache attached to the file `id`, or null.  With `isFirst` the file must be usable.  Otherwise a
-    /// file that `initialize` rejects is marked as unusable, removed and created again.  `flag` is passed to
-    /// `initialize`.
+    /// Returns a cache attached to the file `id`, or null.  With `isFirst` the file must be usable.  Otherwise a file
+    /// that `initialize` rejects is marked as unusable, removed and created again.  `flag` is passed to `initialize`.
     [[nodiscard]] static boost::intrusive_ptr<QelCacheLogic> createInstance(const std::string& id, bool isFirst,
                                                                             bool flag, unsigned maxItemSize,
                                                                             unsigned maxLists, unsigned maxStorageSize);
@@ -344,7 +345,7 @@ public:
 
     [[nodiscard]] bool isAccessible() const noexcept { return m_snapshot && m_cache && m_storage; }
 
-    /// The records in key order; null if not accessible.
+    /// The entries in key order; null if not accessible.
     [[nodiscard]] const record_t* begin() const noexcept { return isAccessible() ? values().begin() : nullptr; }
     [[nodiscard]] const record_t* end() const noexcept { return isAccessible() ? values().end() : nullptr; }
     [[nodiscard]] std::size_t size() const noexcept { return isAccessible() ? values().size() : 0; }

@@ -33,7 +33,7 @@ inline constexpr Byte hasAttributes = 0x10;
 inline constexpr Byte hasValue = 0x02;
 inline constexpr Byte hasChildren = 0x01;
 inline constexpr Byte known = isElement | changesNameSpace | hasType | hasAttributes | hasValue | hasChildren;
-/// Marks the end of the children, at the position where another element head could follow.
+/// Marks the end of the children, at the position of an element head.
 inline constexpr Byte endOfChildren = 0x00;
 } // namespace Element
 

@@ -15,8 +15,7 @@
 // Readers and writers of scalars, lists, sets, maps, pairs and pointers, composed from those of their parts.
 //
 // A reader is called with a cursor at the element that contains the value, a writer with a cursor at the element to
-// fill.
-// Both leave the cursor at that element. 0 is success; a list with a failed item returns -1 when read and 1 when
+// fill. Both leave the cursor at that element. 0 is success; a list with a failed item returns -1 when read and 1 when
 // written. Values read or written before a failure are kept.
 //
 //     <hosts><host>a</host><host>b</host></hosts>         std::vector<std::string>

@@ -56,7 +56,7 @@ protected:
     QelDerivedParserFactory() = default;
 
     /// Registers this factory under `key` and under the class `typeName`.  A duplicate key ends the process at load,
-    /// since the two classes could not be distinguished on the wire.
+    /// since the two classes could not be distinguished in a message.
     void registerAs(bool isDefault, const std::string& key, const char* typeName);
 
 private:

@@ -148,7 +148,7 @@ private:
     void discard(Text& text);
 
     std::vector<Node> m_nodes;
-    std::vector<Attribute> m_attributes; // element 0 is unused: 0 is `none`
+    std::vector<Attribute> m_attributes; // index 0 is unused: it is `none`
     Index m_freeNode = none;             // linked by `next`
     Index m_freeAttribute = none;        // linked by `next`
     std::uint32_t m_nextGeneration;

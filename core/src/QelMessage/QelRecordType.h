@@ -16,7 +16,7 @@ struct QelRecordType {
         int write;
     };
 
-    std::string_view name;       ///< of the class; "Outer::Inner" if it is nested
+    std::string_view name;       ///< name of the class; "Outer::Inner" if it is nested
     int nsId;                    ///< namespace that its writer sets; 0: none
     int typeId;                  ///< complex type that its writer sets; <= 100: none
     const QelWireLayout* layout; ///< its wire table; null if its functors are hand-written

@@ -11,9 +11,9 @@ class QelMessageIterator;
 
 /// The effect of a missing or malformed element on reading a record.
 enum class QelWireRead : unsigned char {
-    required, ///< either fails the record
+    required, ///< missing or malformed: fails the record
     optional, ///< missing: the field is unchanged; malformed: fails the record
-    ignored,  ///< either leaves the field unchanged
+    ignored,  ///< missing or malformed: the field is unchanged
 };
 
 /// When a field is written.
@@ -38,7 +38,7 @@ enum class QelWireKind : unsigned char {
     real,
     boolean,
     presence, ///< no value: the element's presence is the field
-    bits,     ///< a bit mask: the presence of an empty element for each bit
+    bits,     ///< a bit mask: an empty element for each bit that is set
     record,   ///< a record in a separate element
     derived,  ///< a record of one of several classes, selected by the element's complex type
     base,     ///< a record at the same element
@@ -81,7 +81,7 @@ struct QelWireCodec {
 
 /// One row of a record's table.
 struct QelWireField {
-    std::string_view name{}; ///< of the member
+    std::string_view name{}; ///< name of the member
     int id = 0;              ///< element ID; 0 for content directly in the record's element
     int item = 0;            ///< element ID of a container's items; 0 if there is none
     int key = 0;             ///< element ID of the key in a map's entry
