@@ -104,7 +104,7 @@ private:
     std::string_view m_bytes;
     std::size_t m_offset;
     std::size_t m_item;                    // start of the part that was extracted last
-    std::vector<std::string_view> m_names; // by their numbers
+    std::vector<std::string_view> m_names; // indexed by number
 };
 
 /// Decodes a buffer and passes its elements to a handler.
