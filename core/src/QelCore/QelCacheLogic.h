@@ -137,7 +137,8 @@ public:
     };
 
     /// The header at offset 0 of the file; the heap blocks follow it.  `heap`, `snapshot` and `valid` change under the
-    /// file lock; the other fields are written once, when the file is formatted.
+    /// file lock, except that `initialize` clears `valid` if it cannot lock the file; the other fields are written
+    /// once, when the file is formatted.
     struct CacheHeader {
         /// Formats a file of `size` bytes: a heap that contains one snapshot without records.
         explicit CacheHeader(unsigned size);
@@ -174,7 +175,8 @@ public:
                                                                             unsigned maxLists, unsigned maxStorageSize);
 
     /// Attaches to the file, which is created and formatted if necessary.  The first argument is ignored.  With
-    /// `invalidate` a rejected file is marked as unusable for all processes.  Returns a QelCacheResult.
+    /// `invalidate`, or if it cannot be locked, a rejected file is marked as unusable for all processes.  Returns a
+    /// QelCacheResult.
     [[nodiscard]] int initialize(bool, bool invalidate);
 
     /// Inserts a new record, or replaces an existing one.  `value.getBuffer(const void** bytes, unsigned& length, const
