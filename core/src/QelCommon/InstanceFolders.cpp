@@ -20,7 +20,7 @@ std::string underRoot(const std::string& path) {
     return QelInstanceFolders::join(root ? root : "", path);
 }
 
-// The client chooses its name, so reject names that would lead out of the clients directory.
+// Rejects names that refer to a place outside the directory of all clients: a client chooses its own name.
 bool isLeaf(const std::string& name) {
     return !name.empty() && name != "." && name != ".." &&
            name.find_first_of(std::string_view("/\0", 2)) == std::string::npos;

@@ -180,8 +180,7 @@ void Debug::reconfigure() {
     }
     if (!provider)
         return;
-    // Queried without the lock, because a provider may log a setting that it cannot read, and before any setting
-    // changes.
+    // Query the provider without the lock, because it may log, and query all settings before changing any.
     const int level = provider->level();
     const LineStyle style{provider->order(), provider->format()};
     ModuleFilter filter = provider->filter();

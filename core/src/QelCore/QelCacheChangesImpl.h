@@ -15,8 +15,9 @@ inline constexpr const char* sourcePath = "core/src/QelCore/QelCacheLogic";
 } // namespace CacheLogicDetail
 
 /// Calls `change(index)` under the file lock and returns its result.  For an insertion, `id` must be missing and
-/// `index` is where to insert it; for other changes it must be present and `index` is its position.  Otherwise, or if
-/// the cache is not attached or cannot be locked, returns the code for that and calls nothing.
+/// `index` is the position to insert it at; for other changes it must be present and `index` is its position.  If this
+/// is not the case, or the cache is not attached or cannot be locked, returns the corresponding QelCacheResult without
+/// calling `change`.
 template <class ItemID, class ItemValue, class Allocator>
 template <class Change>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::changeItem(const ItemID& id, eSnapshotHint hint,
@@ -56,8 +57,8 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoSlot(const ItemID& id
     return stored.result;
 }
 
-/// Inserts while copying the array to a block with room for one more record.  If the record cannot be stored, the copy
-/// remains, with a free slot.
+/// Copies the array to a block with one more slot and inserts the record during the copy.  If the record cannot be
+/// stored, the copy still becomes current, with a free slot.
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoCopy(const ItemID& id, std::size_t index,
                                                                 const ItemSource& source) {
@@ -78,7 +79,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoCopy(const ItemID& id
         makeCurrent(copy);
         if (!acceptable)
             return checkItem(item);
-        // The block of the old array may be what left no room for a provisional record.
+        // The heap had no room for a provisional record, but the old array has been freed now, so try again.
         return place.isProvisional ? insertIntoSlot(id, index, item) : cacheOutOfSpace;
     }
     writeItem(place.record, item);
@@ -90,8 +91,9 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::insertIntoCopy(const ItemID& id
     return cacheSuccess;
 }
 
-/// Allocates a block of `length` bytes: the one that would be selected after freeing the current array, unless readers
-/// hold that.  The file may grow.
+/// Allocates `length` bytes in the block that best fit would select if the current array had been freed.  If that block
+/// overlaps the array, allocates a provisional block instead.  If readers hold the array, it will not be freed and the
+/// allocation is an ordinary one.  The file may grow.
 template <class ItemID, class ItemValue, class Allocator>
 auto QelCacheLogic<ItemID, ItemValue, Allocator>::placeBesideArray(unsigned length) -> Placement {
     if (currentSnapshot()->isAcquired())
@@ -106,8 +108,8 @@ auto QelCacheLogic<ItemID, ItemValue, Allocator>::placeBesideArray(unsigned leng
     }
 }
 
-/// Moves a provisional record to the block that it would have had if it had never been provisional.  The entry points
-/// to a complete record throughout.
+/// Moves a provisional record to the block that it would occupy if it had been allocated after the old array was freed.
+/// The entry points to a complete record throughout, unless the heap has no room for both copies.
 template <class ItemID, class ItemValue, class Allocator>
 void QelCacheLogic<ItemID, ItemValue, Allocator>::settle(record_t& entry, const ItemBytes& item) {
     Allocator& heap = header()->heap;
@@ -116,7 +118,7 @@ void QelCacheLogic<ItemID, ItemValue, Allocator>::settle(record_t& entry, const 
         const auto ahead = heap.template allocateAhead<ItemValue>(item.length, old);
         ItemValue* record = ahead.overlaps ? heap.template allocate<ItemValue>(item.length) : ahead.data;
         if (!record) {
-            // No room for both copies: the only case in which a crash leaves an entry that points to a free block.
+            // No room for both copies: a crash before the entry is updated leaves it pointing to a free block.
             heap.deallocate(old);
             old = nullptr;
             record = heap.template allocate<ItemValue>(item.length);
@@ -145,7 +147,8 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::replaceItem(std::size_t index, 
     ItemValue* old = writable && index < writable->values.size() ? writable->values.at(index).data.get() : nullptr;
     if (!old)
         return cacheOutOfSpace;
-    __builtin_prefetch(old); // the count is needed after the new record is stored
+    // releaseItem() needs the count of the old record: overlaps that cache miss with the work on the new record.
+    __builtin_prefetch(old);
     const void* base = header();
     const ItemBytes bytes = readItem(source, old);
     if (const int refused = checkItem(bytes))
@@ -159,7 +162,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::replaceItem(std::size_t index, 
     return cacheSuccess;
 }
 
-/// Calls `source` for its bytes.
+/// Gets the bytes of the new record from `source`.
 template <class ItemID, class ItemValue, class Allocator>
 auto QelCacheLogic<ItemID, ItemValue, Allocator>::readItem(const ItemSource& source, const ItemValue* old)
     -> ItemBytes {

@@ -3,16 +3,16 @@
 // How the cache file is shared
 //
 // One file holds all records of all processes.  Writers are serialised by one lock, the file lock.  A reader acquires
-// it twice, once to acquire a snapshot and once to release it.  Between the two it reads without a lock, for any length
-// of time.
+// the lock only to acquire a snapshot and to release it.  In between it reads without a lock, for any length of time.
 //
-// Why lock-free reading is safe.  A snapshot is a block that contains a reference count and the sorted array of keys
-// and record pointers.  The header points to the current snapshot and counts as one reference; each reader adds one.  A
-// writer that finds a count above 1 copies on write: it copies the array to a new block, makes the header point to the
-// copy and drops the header's reference to the old one.  A listed record never changes: an update writes a new record
-// and swaps the pointer in an array that no reader can see.  Each record counts the snapshots that list it; its block
-// is freed with the last of them.  A reader therefore sees old data at worst, never torn or freed data.  The only words
-// that change in the blocks it can reach are reference counts, which it does not read.
+// Why lock-free reading is safe.  A snapshot is a block that contains a reference count and a sorted array.  An entry
+// of the array is a key and a pointer to a record, which is a separate block.  The header points to the current
+// snapshot and counts as one reference; each reader adds one.  A snapshot with a count above 1 is copy-on-write: a
+// writer copies the array to a new block, makes the header point to the copy and drops the header's reference to the
+// old one.  A listed record never changes: an update writes a new record and swaps the pointer in an array that no
+// reader can see.  Each record counts the snapshots that list it; its block is freed with the last of them.  A reader
+// therefore sees old data at worst, never torn or freed data.  The only words that change in the blocks it can reach
+// are reference counts, which it does not read.
 //
 // How the file grows under readers.  A Storage never changes its size or address.  The process that grows the file
 // creates a second Storage.  Other processes do so when they next acquire the lock and find that the size in the header
@@ -22,14 +22,15 @@
 // by adding the distance between their bases (`rebased` in the algorithms); it is 0 if the file was mapped with room
 // for its growth.
 //
-// How a record is inserted.  An array without a free slot is replaced by one in a new block.  A single pass copies it
-// with the new record in position, then one store publishes it: the pointer in the header.  The record must be complete
-// by then.  However, best fit selects its block as if the old array had been freed already, and the selected block may
-// overlap the old array.  Such a record is written to a provisional block first and moved after the old array has been
-// freed.  An array with a free slot, left by a removal or a rejected record, is modified in place.
+// How a record is inserted.  An array without a free slot is replaced by one in a new block.  A single pass copies the
+// old array with the new record in position, then one store to the pointer in the header publishes the copy.  The
+// record must be complete by then.  However, best fit selects the block of the record as if the old array had been
+// freed already, and this block may overlap the old array.  Such a record is written to a provisional block first and
+// moved after the old array has been freed.  An array with a free slot, left by a removal or a rejected record, is
+// modified in place.
 //
 // Most records are replaced by one of the same size, so the most recently freed block is the most likely to be written
-// next.
+// next; the heap prefetches it into the processor's cache.
 //
 // State after a crash.  The kernel releases the file lock of a process that dies at any point.  Everything it had
 // written remains in the file.
@@ -37,13 +38,14 @@
 //  - A writer that dies between two changes may leave an unreferenced new block, which is leaked.  The order of stores
 //    ensures that the header never points to a freed snapshot.
 //  - A writer that dies while it shifts an array in place (removal, or insertion into a free slot) or links the free
-//    list leaves that step half done: one record may be listed twice and another not at all, or free bytes may be
+//    list leaves that step half done: one entry may occur twice and another not at all, or free bytes may be
 //    missing from the free list.  The next process that walks a broken list fails a check.
 //  - An insertion that allocates a new block for the array shifts nothing: the file contains either the old records or
-//    the old records and the new one, unless the heap is too full for a provisional block.
+//    the old records and the new one.  Exception: if the heap has no room for a second copy of a provisional
+//    record, a crash while the record is moved leaves an entry that points to a free block.
 //  - A process that dies while formatting a file leaves it without the `valid` mark, and hence unusable.
 //
-// None of this is repaired: the file is a cache, so the repair is to remove it.
+// None of this is repaired: the file is a cache, so remove it instead.
 //
 // Locking (file lock: flock plus the process mutex; treated as one lock here)
 //
@@ -55,12 +57,12 @@
 //   getBuffer of a value being inserted or updated   yes         nothing, but the lock is held: it must not use the
 //                                                                cache, which returns -9
 //   getCopy, sizes                                   yes         nothing
-//   initialize                                       from the    header and first snapshot of a new file; `valid` of
-//                                                    mapping on  an unusable one
+//   initialize                                       after       header and first snapshot of a new file; `valid` of
+//                                                    mapping     an unusable one
 //   after a fork, in the child                       no          nothing; reinit() detaches every object
 //
-// Within a process, `m_storage` is accessed under the file lock only.  Writes also hold the fork mutex, so a forked
-// child never finds it half written.
+// Within a process, `m_storage` is accessed under the file lock only.  Assignments to it also hold the fork mutex, so a
+// forked child never finds it half assigned.
 
 #include <atomic>
 #include <cstddef>
@@ -98,9 +100,10 @@ public:
     using traits_type = typename Allocator::traits_type;
     template <class T> using pointer = typename traits_type::template pointer<T>;
     using ValueSet = QelFlatSortedArray<ItemID, pointer<ItemValue>, std::less<ItemID>, traits_type>;
+    /// An entry of the array: a key and a pointer to its record.
     using record_t = typename ValueSet::record_t;
 
-    /// A state of the cache, in its own block; immutable while a reader holds it.
+    /// A state of the cache, in a separate block; immutable while a reader holds it.
     struct Snapshot {
         Snapshot() = default;
         Snapshot(const Snapshot&) = delete;
@@ -126,17 +129,18 @@ public:
         /// offset 0: one reference for the header if this is the current snapshot, plus one per reader; guarded by the
         /// file lock
         QelCachedItemRefCounterBase<int> refCount;
-        /// offset 4: keys and records; changed under the file lock, and only while `refCount` is 1
+        /// offset 4: the array; changed under the file lock, and only while `refCount` is 1
         ValueSet values;
 
     private:
         static constexpr unsigned countSize = sizeof(refCount);
     };
 
-    /// The file from offset 0 on.  The heap blocks follow.  `heap`, `snapshot` and `valid` change under the file lock;
-    /// the other fields are written once, when the file is formatted.
+    /// The header at offset 0 of the file; the heap blocks follow it.  `heap`, `snapshot` and `valid` change under the
+    /// file lock, except that `initialize` clears `valid` if it cannot lock the file; the other fields are written
+    /// once, when the file is formatted.
     struct CacheHeader {
-        /// Formats a file of `size` bytes: an empty heap and one snapshot without records.
+        /// Formats a file of `size` bytes: a heap that contains one snapshot without records.
         explicit CacheHeader(unsigned size);
 
         /// Returns 0, or the code of the first field that does not match, checked in the order `valid`, `headerBytes`,
@@ -159,24 +163,25 @@ public:
     using ValuesListPtr = boost::intrusive_ptr<ValuesList>;
 
     /// Stores the arguments and opens nothing.  `id` is the path of the file, `maxItemSize` the maximum record size in
-    /// bytes, `maxLists` the maximum number of live lists, `maxStorageSize` the maximum file size in bytes.  Sizes
-    /// above 2 GiB - 1 are clamped, because relative pointers in the file cannot span more.
+    /// bytes, `maxLists` the maximum number of live lists, `maxStorageSize` the maximum file size in bytes,
+    /// clamped to 2 GiB - 1 because relative pointers in the file cannot span more.
     QelCacheLogic(const std::string& id, unsigned maxItemSize, unsigned maxLists, unsigned maxStorageSize);
     ~QelCacheLogic() override;
 
-    /// Returns a cache attached to the file `id`, or null.  With `isFirst` the file must be usable.  Otherwise an
-    /// unusable file is marked as unusable, removed and created again.  `flag` is passed to `initialize`.
+    /// Returns a cache attached to the file `id`, or null.  With `isFirst` the file must be usable.  Otherwise a file
+    /// that `initialize` rejects is marked as unusable, removed and created again.  `flag` is passed to `initialize`.
     [[nodiscard]] static boost::intrusive_ptr<QelCacheLogic> createInstance(const std::string& id, bool isFirst,
                                                                             bool flag, unsigned maxItemSize,
                                                                             unsigned maxLists, unsigned maxStorageSize);
 
     /// Attaches to the file, which is created and formatted if necessary.  The first argument is ignored.  With
-    /// `invalidate` an unusable file is marked as such for all processes.  Returns a QelCacheResult.
+    /// `invalidate`, or if it cannot be locked, a rejected file is marked as unusable for all processes.  Returns a
+    /// QelCacheResult.
     [[nodiscard]] int initialize(bool, bool invalidate);
 
-    /// Inserts or replaces a record.  The bytes are those that `value.getBuffer(const void** bytes, unsigned& length,
-    /// const void* old)` returns; `old` is the record to be replaced, or null.  The length must be at least the
-    /// declared size of a record, and getBuffer must not use this cache.  Returns a QelCacheResult.
+    /// Inserts a new record, or replaces an existing one.  `value.getBuffer(const void** bytes, unsigned& length, const
+    /// void* old)` supplies the bytes of the record; `old` is the record to be replaced, or null.  The length must be
+    /// at least the declared size of a record, and getBuffer must not use this cache.  Returns a QelCacheResult.
     template <class Real> [[nodiscard]] int insert(const ItemID& id, const Real& value) {
         return insertItem(id, ItemSource(value));
     }
@@ -217,7 +222,7 @@ public:
 private:
     enum eSnapshotHint { snapshotForInsert = 0, snapshotForUpdate = 1, snapshotForRemove = 2 };
 
-    /// Type-erased reference to a value that has `getBuffer`.
+    /// Type-erased reference to a value with a `getBuffer` member function.
     class ItemSource {
     public:
         template <class Real>
@@ -236,7 +241,7 @@ private:
         void (*m_getBuffer)(const void*, const void**, unsigned&, const void*);
     };
 
-    /// Acquires the file lock, if possible, and releases it.
+    /// Scoped guard of the file lock.  Acquiring it may fail, so check isLocked().
     class storageLockGuard_t {
     public:
         explicit storageLockGuard_t(QelCacheLogic& cache) : m_cache(cache), m_result(cache.lock()) {}
@@ -259,13 +264,13 @@ private:
         unsigned length = 0;
     };
 
-    /// A record that is about to be stored in the array.
+    /// Result of storeItem(); `record` is null unless `result` is cacheSuccess.
     struct NewItem {
         int result;
         ItemValue* record;
     };
 
-    /// A block for the record of an insertion that copies the array.
+    /// Result of placeBesideArray(): a block for a record that is inserted while the array is copied.
     struct Placement {
         ItemValue* record;  ///< null if there is no room
         bool isProvisional; ///< the final block of the record overlaps the old array
@@ -318,7 +323,7 @@ private:
 
     std::atomic<CacheHeader*> m_header{nullptr}; ///< in the current mapping; null: not attached
     StoragePtr m_storage;                        ///< the current mapping; changes under the file lock
-    StoragePtr m_lockedFile;                     ///< locks the file without mapping it; one object while attached
+    StoragePtr m_lockedFile;                     ///< locks the file without mapping it; not replaced while attached
     std::string m_id;
     bool m_protect = true; ///< map the heap read-only while unlocked; reset by `initialize`
     unsigned m_maxItemSize;
@@ -342,7 +347,7 @@ public:
 
     [[nodiscard]] bool isAccessible() const noexcept { return m_snapshot && m_cache && m_storage; }
 
-    /// The records in key order; null if not accessible.
+    /// The entries in key order; null if not accessible.
     [[nodiscard]] const record_t* begin() const noexcept { return isAccessible() ? values().begin() : nullptr; }
     [[nodiscard]] const record_t* end() const noexcept { return isAccessible() ? values().end() : nullptr; }
     [[nodiscard]] std::size_t size() const noexcept { return isAccessible() ? values().size() : 0; }

@@ -77,7 +77,7 @@ template <class ItemID, class ItemValue, class Allocator>
 QelCacheLogic<ItemID, ItemValue, Allocator>::~QelCacheLogic() {
     if (!isAccessible())
         return;
-    // Waits for another thread of this process that may still access the mapping.
+    // Wait until no other thread of this process accesses the mapping under the lock.
     const bool locked = Allocator::Lock::lock(m_lockedFile.get()) == 0;
     QEL_CHECK(locked, CacheLogicDetail::sourcePath);
     Allocator::Lock::unlock(m_lockedFile.get());
@@ -156,7 +156,7 @@ int QelCacheLogic<ItemID, ItemValue, Allocator>::refuse(bool invalidate, int res
     return result;
 }
 
-/// Makes `storage` the current mapping.  The old one is destroyed, unless still referenced, after the mutex is
+/// Makes `storage` the current mapping.  The old one, unless still referenced, is destroyed after the mutex has been
 /// released, because closing a file acquires the same mutex.
 template <class ItemID, class ItemValue, class Allocator>
 void QelCacheLogic<ItemID, ItemValue, Allocator>::replaceStorage(StoragePtr storage) {
@@ -188,8 +188,8 @@ template <class ItemID, class ItemValue, class Allocator> void QelCacheLogic<Ite
     Allocator::Lock::unlock(m_lockedFile.get());
 }
 
-/// Maps the whole heap if another process has grown it.  A size in the header that exceeds the file means a damaged or
-/// foreign file, which is not mapped.
+/// Maps the whole heap if another process has grown it.  If the size in the header exceeds the file or the limit, the
+/// file is damaged or foreign, and it is not mapped.
 template <class ItemID, class ItemValue, class Allocator>
 int QelCacheLogic<ItemID, ItemValue, Allocator>::unsafe_checkSize() {
     const Allocator& heap = header()->heap;
@@ -330,8 +330,8 @@ unsigned QelCacheLogic<ItemID, ItemValue, Allocator>::bytesOfCopy(const Snapshot
     return hint == snapshotForInsert ? snapshot.getNextMemorySize() : snapshot.getUsedMemorySize();
 }
 
-/// Returns the current snapshot, after replacing it by a copy if it must not be modified.  Returns null and changes
-/// nothing if there is no room for a copy.
+/// Returns the current snapshot for modification (copy-on-write): if it must not be modified, replaces it by a copy
+/// first.  Returns null and changes nothing if there is no room for a copy.
 template <class ItemID, class ItemValue, class Allocator>
 auto QelCacheLogic<ItemID, ItemValue, Allocator>::getWritableSnapshot(eSnapshotHint hint) -> Snapshot* {
     const Snapshot* current = currentSnapshot();

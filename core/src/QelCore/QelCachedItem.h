@@ -24,24 +24,24 @@ private:
     T m_value = 0;
 };
 
-/// Base of every item in the cache file: a plain structure that is copied bytewise and has no virtual functions.
+/// Base of every record in the cache file: a plain structure that is copied bytewise and has no virtual functions.
 struct QelCachedItem {
     QelCachedItem() = default;
-    /// The count belongs to the location of an item, so copying does not transfer it.
+    /// The count belongs to the location of a record, so copying does not transfer it.
     QelCachedItem(const QelCachedItem&) noexcept {}
     QelCachedItem& operator=(const QelCachedItem&) noexcept { return *this; } // NOLINT: intentionally copies nothing
 
-    /// Allocates `size` zeroed bytes for a private item; null on failure.  Release with `deleter_free`.
+    /// Allocates `size` zeroed bytes for a private record; null on failure.  Release with `deleter_free`.
     [[nodiscard]] static void* allocator_free(std::size_t size) noexcept { return std::calloc(1, size); }
     static void deleter_free(void* item) noexcept { std::free(item); }
 
-    /// offset 0: number of snapshots that list the item; guarded by the file lock.  Unused outside the file.
+    /// offset 0: number of snapshots that list the record; guarded by the file lock.  Unused outside the file.
     QelCachedItemRefCounterBase<int> refCount;
 };
 
 static_assert(sizeof(QelCachedItem) == 4);
 
-/// No-op deleter for a shared pointer to an item inside the file, which the pointer does not own.
+/// No-op deleter for a shared pointer to a record inside the file, which the pointer does not own.
 inline void deleter_fake(const void*) noexcept {}
 
 } // namespace Qel

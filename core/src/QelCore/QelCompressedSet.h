@@ -54,10 +54,10 @@ public:
     /// Number of ranges.
     [[nodiscard]] std::size_t size() const { return m_ranges.size(); }
 
-    /// Adds all values of a range; none if `end` is `start - 1`.  The process is terminated if the range ends earlier
-    /// or contains the smallest or the largest number of the type.
+    /// Adds all values of a range, or nothing if `end` is `start - 1`.  The process is terminated if the range ends
+    /// earlier or contains the smallest or the largest number of the type.
     ///
-    /// Logarithmic search, plus moving the ranges after a new one.
+    /// Costs a binary search, plus moving the ranges after a new one.
     void insert(const range<T>& added);
 
     /// Adds many ranges, equivalent to inserting them one by one.  Sorts them first, which is much faster unless they

@@ -13,8 +13,8 @@ namespace Qel {
 
 /// A string of at most `size - 1` characters in a fixed array, usable in a flat record in shared memory.
 ///
-/// The array is a format: the characters, padded with zeros to its end, so that equal strings are bytewise equal.  The
-/// empty string and the unset one both start with a zero; in the specified empty string a 1 follows it.
+/// The array is a format: the characters, padded with zeros to its end, so that equal strings are bytewise equal.  An
+/// empty and an unset string both start with a zero; the second character is 1 if the string is specified.
 ///
 /// Assigning or converting a longer string terminates the process.  Order: unset before every specified string, then by
 /// characters as unsigned numbers.
@@ -117,7 +117,7 @@ private:
 static_assert(sizeof(limited_length_string<16>) == 16 && std::is_standard_layout_v<limited_length_string<16>> &&
               std::is_trivially_copyable_v<limited_length_string<16>>);
 
-/// An element of a constant table from which a `Map` is initialised; strings are stored as literals.
+/// A row of a constant table from which a `Map` is initialised; strings are stored as literals.
 ///
 ///     constexpr scalarPair<std::map<int, std::string>> rows[] = {{1, "one"}, {2, "two"}};
 ///     const std::map<int, std::string> names(std::begin(rows), std::end(rows));

@@ -7,7 +7,7 @@ namespace Qel {
 /// Removes the file `path`.  Returns 0 if it is removed or does not exist; otherwise -1 with the error message set.
 int removeFile(const std::string& path);
 
-/// Classification of a path as a cache file.
+/// Result of inspectCacheFile().
 enum class eCacheFileKind {
     missing,     ///< no such file
     unformatted, ///< empty or with an all-zero header: attaching would format it

@@ -13,7 +13,7 @@ namespace {
 using Word = std::uint32_t;
 constexpr std::size_t wordsInRecord = recordBytes / sizeof(Word);
 
-/// A group is this many vectors: it contains as many records as a vector has words.
+/// A group is this many vectors: it contains as many entries as a vector has words.
 constexpr std::size_t vectorsInGroup = wordsInRecord;
 
 using Vector128 = Word __attribute__((vector_size(16)));
@@ -95,7 +95,7 @@ template <class Vector>
     }
 }
 
-/// Moves the leading whole groups of `count` records and advances the arguments past them.
+/// Moves the leading whole groups of `count` entries and advances the arguments past them.
 template <class Vector>
 [[gnu::always_inline]] inline void moveGroupsForward(const char*& from, char*& to, std::size_t& count) noexcept {
     const std::size_t groups = count / recordsInGroup<Vector>;
@@ -105,7 +105,7 @@ template <class Vector>
     count %= recordsInGroup<Vector>;
 }
 
-/// Moves the trailing whole groups of `count` records; `from` and `to` are end pointers and move back.
+/// Moves the trailing whole groups of `count` entries; `from` and `to` are end pointers and move back.
 template <class Vector>
 [[gnu::always_inline]] inline void moveGroupsBackward(const char*& from, char*& to, std::size_t& count) noexcept {
     const std::size_t groups = count / recordsInGroup<Vector>;

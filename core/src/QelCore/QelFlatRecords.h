@@ -5,20 +5,20 @@
 
 namespace Qel {
 
-/// Moves the records of a QelFlatSortedArray: 20 bytes each, a 16-byte key followed by a 4-byte self-relative pointer.
+/// Moves the entries of a QelFlatSortedArray: 20 bytes each, a 16-byte key followed by a 4-byte self-relative pointer.
 ///
-/// Each operation is equivalent to assigning `count` records one by one: keys are copied, and pointers are adjusted so
-/// that they keep their target.  All records move by the same distance, so every pointer changes by the same constant,
-/// and SIMD code moves several records at once.
+/// Each operation is equivalent to assigning `count` entries one by one: keys are copied, and pointers are adjusted so
+/// that they keep their target.  All entries move by the same distance, so every pointer changes by the same constant,
+/// and SIMD code moves several entries at once.
 namespace QelFlatRecords {
 
 inline constexpr std::size_t keyBytes = 16;
 inline constexpr std::size_t recordBytes = 20;
 
-/// Moves records in ascending order, as std::move does: `target` may overlap `source` if it is at a lower address.
+/// Moves entries in ascending order, as std::move does: `target` may overlap `source` if it is at a lower address.
 void moveForward(const void* source, void* target, std::size_t count) noexcept;
 
-/// Moves records in descending order, as std::move_backward does: `target` may overlap `source` if it is at a higher
+/// Moves entries in descending order, as std::move_backward does: `target` may overlap `source` if it is at a higher
 /// address.  Unlike with std::move_backward, `source` and `target` are the starts of the ranges.
 void moveBackward(const void* source, void* target, std::size_t count) noexcept;
 

@@ -13,9 +13,9 @@
 
 namespace Qel {
 
-/// A sorted map in one contiguous block of a mapped file: two counters, followed by the records in ascending key order.
+/// A sorted map in one contiguous block of a mapped file: two counters, followed by the entries in ascending key order.
 ///
-/// The array neither owns its memory nor grows.  It counts the free slots after its last record.  When none is left,
+/// The array neither owns its memory nor grows.  It counts the free slots after its last entry.  When none is left,
 /// the owner of the block allocates a larger one, constructs an array there and assigns this one to it.  Assignment
 /// recomputes every self-relative pointer; a bytewise copy would not be valid.
 ///
@@ -29,22 +29,22 @@ public:
     static_assert(std::is_trivially_copyable_v<Key>, "keys are stored by their bytes");
 
     struct record_t {
-        Key key;   ///< offset 0; never changed while the record is in use
+        Key key;   ///< offset 0; never changed while the entry is in use
         Data data; ///< offset 16: the value, relative to the address of this field
     };
 
-    /// Compares records by key only.
+    /// Compares entries by key only.
     struct Cmp1St {
         bool operator()(const record_t& a, const record_t& b) const { return Compare()(a.key, b.key); }
         bool operator()(const record_t& a, const Key& b) const { return Compare()(a.key, b); }
         bool operator()(const Key& a, const record_t& b) const { return Compare()(a, b.key); }
     };
 
-    /// Empty, with one free slot: the declared one.
+    /// Creates an empty array with one free slot, `m_first`.
     QelFlatSortedArray() = default;
     QelFlatSortedArray(const QelFlatSortedArray&) = delete;
 
-    /// Copies the counters and used records of `other`.  The block must have room for them.
+    /// Copies the counters and used entries of `other`.  The block must have room for them.
     QelFlatSortedArray& operator=(const QelFlatSortedArray& other) {
         if (this == &other)
             return *this;
@@ -54,8 +54,8 @@ public:
         return *this;
     }
 
-    /// Like assignment, but inserts a new record at `index`, as returned by `other.findIndex`.  The block must have
-    /// room for one record more than `other` uses; its free slots are not counted until adjustSelf().
+    /// Like assignment, but inserts a new entry at `index`, as returned by `other.findIndex`.  The block must have
+    /// room for one entry more than `other` uses; its free slots are not counted until adjustSelf().
     void assignInserting(const QelFlatSortedArray& other, std::size_t index, const Key& key, mapped_type* value) {
         QEL_CHECK(index <= other.m_count, sourcePath);
         record_t* place = begin() + index;
@@ -102,14 +102,14 @@ public:
 
     void update(std::size_t index, mapped_type* value) { at(index).data = value; }
 
-    /// Inserts a record in key order and returns it.  Requires a free slot and that the key is not present.
+    /// Inserts an entry in key order and returns it.  Requires a free slot and that the key is not present.
     record_t* insert(const Key& key, mapped_type* value) {
         std::size_t index;
         static_cast<void>(findIndex(key, index));
         return insertAt(index, key, value);
     }
 
-    /// Inserts a record at `index`, as returned by `findIndex`, and returns it.  Requires a free slot.
+    /// Inserts an entry at `index`, as returned by `findIndex`, and returns it.  Requires a free slot.
     record_t* insertAt(std::size_t index, const Key& key, mapped_type* value) {
         QEL_CHECK(m_reserved != 0 && index <= m_count, sourcePath);
         record_t* place = begin() + index;
@@ -124,7 +124,7 @@ public:
         return place;
     }
 
-    /// Removes a record and returns the record that took its position, or end().  Its slot becomes free.
+    /// Removes an entry and returns the entry that took its position, or end().  Its slot becomes free.
     record_t* remove(std::size_t index) {
         QEL_CHECK(index < m_count, sourcePath);
         record_t* place = begin() + index;
@@ -150,7 +150,8 @@ private:
 
     /// Interpolation search: keys are random identifiers, so their leading 32 bits predict the index to within O(sqrt
     /// n), and a search of a large array rarely touches more than one page.  Returns bounds for lowerBound(), widened
-    /// exponentially when the guess misses; keys that are not random at most double the number of steps.
+    /// exponentially when the guess misses; if keys are not random, this at most doubles the number of steps of a
+    /// binary search.
     [[nodiscard]] Bounds interpolate(const Key& key) const {
         const auto guess = static_cast<std::size_t>(std::uint64_t{key.leadingBits()} * m_count >> 32U);
         std::size_t reach = std::size_t{1} << static_cast<unsigned>(std::bit_width(m_count)) / 2;
@@ -168,11 +169,11 @@ private:
         return bounds;
     }
 
-    /// Index of the first record whose key is not less than `key`.
+    /// Index of the first entry whose key is not less than `key`.
     ///
-    /// Branchless 4-ary search: the outcome of a comparison is random, so a mispredicted branch costs as much as
-    /// several comparisons.  Three independent probes per step overlap their cache misses, and each step leaves a
-    /// quarter of the range.
+    /// Branchless 4-ary search instead of a binary search: the outcome of a comparison is random, and a mispredicted
+    /// branch would cost as much as several comparisons.  Three independent probes per step overlap their cache misses,
+    /// and each step leaves a quarter of the range.
     [[nodiscard]] std::size_t lowerBound(const Key& key) const {
         const Bounds bounds = interpolate(key);
         std::size_t first = bounds.first;
@@ -190,8 +191,8 @@ private:
 
     [[nodiscard]] bool isBelow(std::size_t index, const Key& key) const { return Cmp1St()(begin()[index], key); }
 
-    std::uint32_t m_count = 0;    ///< offset 0: records in use
-    std::uint32_t m_reserved = 1; ///< offset 4: free slots after the last record
+    std::uint32_t m_count = 0;    ///< offset 0: entries in use
+    std::uint32_t m_reserved = 1; ///< offset 4: free slots after the last entry
     record_t m_first;             ///< offset 8: the first slot; the others follow contiguously
 
     static_assert(offsetof(record_t, key) == 0);

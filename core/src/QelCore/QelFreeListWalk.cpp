@@ -40,7 +40,7 @@ void QelFreeListWalk::Path::refresh(const Step* step, Heap heap) noexcept {
     }
 }
 
-/// Makes `step`, which is not part of the remembered list, the current one, followed by the step at `nextOffset`.
+/// Makes `step`, which is not in the remembered list, the current step, followed by the step at `nextOffset`.
 const QelFreeListWalk::Step* QelFreeListWalk::Path::setDetour(const Step& step, std::uint32_t nextOffset) noexcept {
     m_detour = {step, Step{nextOffset}};
     return m_detour.data();

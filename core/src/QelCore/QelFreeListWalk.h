@@ -13,10 +13,10 @@ namespace Qel {
 /// Traverses the free list of a heap in address order, on a thread that holds the file lock.
 ///
 /// Free blocks are usually in different pages, and the address of each is stored in the one before: a plain traversal
-/// stalls on a cache miss, often a TLB miss too, at every step.  This one predicts each block from the list that the
-/// thread saw last, in whichever heap, and compares the prediction with the block header in the file.  The loads are
-/// independent, so the processor overlaps them.  A prediction is never trusted without the comparison, since other
-/// processes may have changed the list.
+/// stalls on a cache miss, often a TLB miss too, at every step.  This class predicts each block from the list that the
+/// thread traversed last, possibly in another heap, and compares the prediction with the block header in the file.  The
+/// loads are independent, so the processor overlaps them.  A prediction is never trusted without the comparison, since
+/// other processes may have changed the list.
 ///
 /// A link that leads outside the heap or not to a higher address is damage and ends the traversal.  A thread has at
 /// most one traversal at a time.
@@ -106,10 +106,10 @@ private:
         }
     };
 
-    /// The free list as a thread saw it last, starting with the sentinel, up to `capacity` steps.
+    /// The free list as the thread last read it, starting with the sentinel, up to `capacity` steps.
     ///
-    /// Separate from the traversal, and takes Heap by value, so that no pointer to the traversal escapes and the
-    /// compiler keeps it in registers.
+    /// Separate from the traversal, with Heap passed by value: no pointer to the traversal escapes, so the compiler
+    /// keeps it in registers.
     class Path {
     public:
         static Path& ofThisThread() noexcept;
@@ -118,8 +118,8 @@ private:
             isBroken = false;
             return m_steps.data();
         }
-        /// Returns the step that the file contains in place of `step`, whose prediction failed or is missing.  Sets
-        /// isBroken if the file is damaged.
+        /// Reads the step at the position of `step` from the file, for a `step` whose prediction failed or is missing.
+        /// Sets isBroken if the file is damaged.
         const Step* correct(const Step* step, Heap heap) noexcept;
 
         /// Re-reads the steps around `step`.

@@ -59,7 +59,7 @@ public:
         const Halves y = b.halves();
         return x.first != y.first ? x.first <=> y.first : x.second <=> y.second;
     }
-    /// Separate from the three-way comparison because it is the inner loop of every search in a sorted table.
+    /// Not derived from the three-way comparison, which is slower: this is the inner loop of searches in sorted tables.
     friend constexpr bool operator<(const QelGUIDBase& a, const QelGUIDBase& b) noexcept {
         const Halves x = a.halves();
         const Halves y = b.halves();

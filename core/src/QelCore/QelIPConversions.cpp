@@ -7,7 +7,7 @@ namespace Qel {
 
 namespace {
 
-/// Rejects signs.
+/// Parses decimal digits without a sign.
 bool parseDigits(const std::string& text, unsigned int& number) noexcept {
     return !text.starts_with('+') && parseNumber(text, number);
 }

@@ -4,8 +4,8 @@
 
 namespace Qel {
 
-/// Parses a dotted quad to the number of the address (see QelIPv4::numeric), or decimal digits to that number, since a
-/// prefix length may be given instead of a mask.  Returns 0 for any other string.
+/// Returns the number of the address in a dotted quad (see QelIPv4::numeric), or the value of a string of decimal
+/// digits, since a prefix length may be given instead of a mask.  Returns 0 for any other string.
 [[nodiscard]] unsigned int strToIp(const std::string& text) noexcept;
 
 /// Returns the dotted quad of a number as returned by strToIp.

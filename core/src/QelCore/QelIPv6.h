@@ -19,7 +19,7 @@ public:
     /// The address as four numbers, most significant first.
     using Words = std::array<std::uint32_t, 4>;
 
-    /// The any address, "::".
+    /// The unspecified ("any") address, "::".
     constexpr QelIPv6() noexcept = default;
     explicit constexpr QelIPv6(const Words& words) noexcept : m_words(words) {}
     /// The IPv4-compatible address (RFC 4291, 2.5.5.1): 96 zeros and the 32 bits of `address`.

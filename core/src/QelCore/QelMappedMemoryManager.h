@@ -22,11 +22,10 @@ public:
 
         /// Maps the first `size` bytes of the file of `other`, or of the file opened or created by name if `other` is
         /// null.  Returns the base address, or null if mapping fails 100 times.  If this object has a mapping already,
-        /// flushes it and returns null.
+        /// starts its writeback and returns null.
         [[nodiscard]] void* getStorage(unsigned size, const Storage* other);
 
-        /// Base of `other` minus the base of this mapping: add it to an address here to get the address in the other
-        /// one.
+        /// Base of `other` minus the base of this mapping: converts an address in this mapping to one in `other`.
         [[nodiscard]] std::ptrdiff_t getDifference(const Storage* other) const noexcept {
             return static_cast<std::ptrdiff_t>(reinterpret_cast<std::uintptr_t>(other->getMemory()) -
                                                reinterpret_cast<std::uintptr_t>(getMemory()));
@@ -43,7 +42,7 @@ public:
         std::string m_name;
     };
 
-    /// Placeholder for the lock in the file header.  It has no state there: the lock is the lock of the file itself.
+    /// Placeholder for a lock in the file header.  It has no state: locking uses QelMemoryMappedFile::lock().
     class Lock {
     public:
         static int lock(Storage* storage) { return storage->lock(); }

@@ -62,8 +62,8 @@ private:
     int m_number;
 };
 
-/// Prefaults the range [from, to) of a file, at most its last 16 MiB, by writing zeros.  Write errors are ignored: the
-/// file stays as it is.
+/// Prefaults the range [from, to) of a file, at most its last 16 MiB, by writing zeros.  Write errors are ignored:
+/// pages that were not prefaulted cost a page fault at their first access.
 ///
 /// The page cache keeps the data of one write() as one folio, with one page fault and one reference count for several
 /// pages, whereas touching the mapping allocates page by page.  Larger pieces would make the first write to each more
@@ -129,10 +129,11 @@ private:
 
 } // namespace
 
-/// A file opened twice by this process: once for mapping it, once for locking it.
+/// A file with two open file descriptions: one for mapping, one for locking.
 ///
-/// flock belongs to the open file description, not to the descriptor, and a mapping keeps the description alive as a
-/// descriptor does.  A forked child keeps its mappings, so the description used for mapping must never hold the lock.
+/// A flock lock belongs to the open file description, not to the descriptor, and a mapping keeps the description alive
+/// as a descriptor does.  A forked child keeps its mappings, so the description used for mapping must never hold the
+/// lock.
 class QelMemoryMappedFile::OpenFile : public QelForkableRefCounter {
 public:
     /// Opens or creates the file.  Returns null with the error message set on failure.
@@ -248,7 +249,7 @@ public:
 
 private:
     /// One ThreadLock per file that is open in this process, shared by all its descriptors.  A forked child starts with
-    /// an empty map, because threads that the child does not have may hold the locks of its parent.
+    /// an empty map, because threads that do not exist in the child may hold the inherited locks.
     using ThreadLocks = std::map<FileIdentity, std::weak_ptr<ThreadLock>>;
 
     /// Guarded by forkMutex().  Leaked on purpose, like the fork registry.

@@ -183,8 +183,8 @@ bool QelSharedMemoryManager::liesWithin(block_ctrl* block, const block_ctrl* nex
            block->getSize() <= std::uint64_t{limit - reinterpret_cast<std::uintptr_t>(block)};
 }
 
-/// Allocates `need` units from the tail of a free block, or the whole block if one unit would remain, which has no room
-/// for data.
+/// Allocates `need` units from the tail of a free block, or the whole block if at most `from.maxSpare` units would
+/// remain: a block of one unit has no room for data.
 void* QelSharedMemoryManager::take(QelFreeListWalk& walk, const FreeBlock& from, unsigned need) {
     block_ctrl* block = from.block;
     QEL_CHECK(liesWithin(block, block->next.get()), sourcePath); // hence its tail, too
@@ -219,7 +219,7 @@ void QelSharedMemoryManager::deallocateData(void* data) {
     const auto size = static_cast<std::uint32_t>(block->getSize());
     m_header.ttlAllocated -= size;
     link(walk, block);
-    fetchForWriting(data, size); // a replacement of the record most often has its size
+    fetchForWriting(data, size); // the next allocation is most often for a record of the same size
 }
 
 /// Inserts a block into the free list at the current position and merges it with adjacent free neighbours.

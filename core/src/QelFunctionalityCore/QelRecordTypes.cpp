@@ -26,7 +26,7 @@ std::vector<QelRecordType> joinFamilies() {
     return all;
 }
 
-// Templates with a single instance.  It is listed under its alias.
+// Templates with a single instance, which is listed under its alias.
 constexpr std::pair<std::string_view, std::string_view> soleInstances[] = {{"QelRangedPool", "QelResourceIpPool"},
                                                                            {"QelRangedResource", "QelResourceIp"}};
 

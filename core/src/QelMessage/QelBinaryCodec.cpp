@@ -14,8 +14,8 @@ bool looksBinary(std::string_view bytes) noexcept {
 }
 
 std::uint32_t checksum(std::string_view bytes) noexcept {
-    // Four independent lanes of 32-bit words. Each step is a bijection in the word and in the lane state, so a change
-    // confined to one word is always detected.
+    // Four independent lanes of 32-bit words, which the processor computes in parallel. Each step is a bijection in the
+    // word and in the lane state, so a change confined to one word is always detected.
     constexpr std::size_t wordSize = 4;
     constexpr std::size_t lanes = 4;
     const auto mix = [](std::uint32_t state, std::uint32_t word) {

@@ -14,7 +14,7 @@
 /// proportional to the elements that are actually present.
 namespace Qel::QelBinaryCodec {
 
-/// True if the bytes start with the magic number of the binary form, with which no text can start.
+/// True if the bytes start with the magic number of the binary form. No valid text starts with it.
 [[nodiscard]] bool looksBinary(std::string_view bytes) noexcept;
 
 /// Computes the number of bytes that write() produces for the element. With an envelope, the element is encoded as the

@@ -33,7 +33,7 @@ inline constexpr Byte hasAttributes = 0x10;
 inline constexpr Byte hasValue = 0x02;
 inline constexpr Byte hasChildren = 0x01;
 inline constexpr Byte known = isElement | changesNameSpace | hasType | hasAttributes | hasValue | hasChildren;
-/// Follows the last child, in the place of an element head.
+/// Marks the end of the children, at the position of an element head.
 inline constexpr Byte endOfChildren = 0x00;
 } // namespace Element
 
@@ -51,7 +51,8 @@ inline constexpr Byte known = hasTime | hasRequestId | hasSender | hasSession | 
 /// Size of a time in bytes.
 inline constexpr unsigned timeSize = 8;
 
-/// A name is encoded as twice its ID, or as twice its number in the buffer plus this bit.
+/// A name with an ID is encoded as twice the ID. Names without one are numbered in the order of their first use in the
+/// buffer, and encoded as twice that number plus this bit.
 inline constexpr std::uint32_t isNumber = 1;
 
 /// Varints have seven bits per byte, least significant first. All bytes but the last have this bit set.

@@ -64,7 +64,7 @@ int QelBinaryIterator::moveTo(Index node) const {
     return 0;
 }
 
-/// Moves to the result of a search, which may be `none`.
+/// Moves to the result of a search; -1 if it is `none`.
 int QelBinaryIterator::enter(Index child) const {
     return child == none ? -1 : moveTo(child);
 }
@@ -264,7 +264,7 @@ int QelBinaryIterator::setComplexType(int ns, int type) {
 
 // ------------------------------------------------------------------------------------------------------ children
 
-/// Appends a child with this name in the saved namespace, or in none.
+/// Appends a child with this name. Its namespace is the saved one, if any.
 QelBinaryIterator::Index QelBinaryIterator::append(int symbol) {
     const Index parent = current();
     const int nameSpace =

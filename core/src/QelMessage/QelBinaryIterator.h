@@ -14,8 +14,8 @@ class QelMessageTree;
 /// The cursor on a QelBinary.
 ///
 /// A cursor becomes stale when its element is deleted through another cursor or the message is loaded again. Every
-/// operation on a stale cursor, except seekRoot() and the destructor, ends the process, so it never accesses an element
-/// that reuses the memory. A cursor at the root stays valid when the message is loaded again.
+/// operation on a stale cursor, except seekRoot(), assignment and the destructor, ends the process, so it never
+/// accesses an element that reuses the memory. A cursor at the root stays valid when the message is loaded again.
 class QelBinaryIterator : public QelMessageIterator {
 public:
     /// Starts at the root.
@@ -116,17 +116,17 @@ public:
     int flatten(char* buf, int& len) const;
 
 protected:
-    /// Moves to the message and position of another cursor. Const like all navigation, for iteration over several
-    /// messages.
+    /// Moves to the message and position of another cursor. Const, like all navigation, so that a derived cursor can
+    /// iterate over several messages.
     void takePlaceOf(const QelBinaryIterator& other) const;
-    /// Moves to the first child `element` whose own first child `id` has this value. For searches in long lists: it
-    /// copies no values and moves the cursor once.
+    /// Moves to the first child `element` whose first child `id` has the value `value`; -1 if there is none. Faster
+    /// than a search with firstChild() and getValue(), since it copies no values and moves the cursor only once.
     int seekChildByValue(int element, int id, std::string_view value) const;
 
 private:
     using Index = std::uint32_t;
 
-    /// A namespace, identified by its ID, or by its name if it has no ID.
+    /// A namespace, identified by its ID, or by its name if `id` is 0. No namespace if both are unset.
     struct SavedNamespace {
         int id = 0;
         std::string name;

@@ -20,7 +20,7 @@ namespace {
 using Index = QelMessageTree::Index;
 using Symbol = QelMessageTree::Symbol;
 
-/// A name on the wire.
+/// A name in the buffer.
 struct WireName {
     std::uint32_t value = 0; ///< an ID, or the name's number in the buffer
     bool isNumber = false;
@@ -104,7 +104,7 @@ private:
     std::string_view m_bytes;
     std::size_t m_offset;
     std::size_t m_item;                    // start of the part that was extracted last
-    std::vector<std::string_view> m_names; // by their numbers
+    std::vector<std::string_view> m_names; // indexed by number
 };
 
 /// Decodes a buffer and passes its elements to a handler.
@@ -299,15 +299,15 @@ private:
     std::vector<AttributeName> m_attributes; // of the current element
 };
 
-/// Builds the elements of a validated buffer. If memory runs out, all of them are removed again. With `AsViews`, their
-/// strings are views into the buffer.
+/// Builds the elements of a validated buffer. If memory runs out, all of them are removed again. With `AsViews`, values
+/// are views into the buffer instead of copies.
 template <bool AsViews> class Builder {
 public:
-    /// The first element becomes a child of `parent`, attached when it is complete, unless reuse() names another
+    /// The first element becomes a child of `parent`, attached when it is complete, unless reuse() selects an existing
     /// element.
     Builder(QelMessageTree& tree, Index parent) : m_tree(tree), m_current(parent), m_top(tree) {}
 
-    /// Reads the first element into this existing one, which keeps its name.
+    /// Decodes the first element into the existing `element`, which keeps its name.
     void reuse(Index element) noexcept { m_reused = element; }
 
     void open(const WireName& name) {
@@ -345,7 +345,7 @@ public:
     }
 
 private:
-    /// A root that becomes a child has no name of its own.
+    /// The root of a message has no name; as a child it is named `rootAsChild`.
     Symbol topName(const WireName& name) {
         return name.isNone() ? m_tree.intern(QelNameKind::element, QelMessageTree::rootAsChild)
                              : symbol(QelNameKind::element, name);
@@ -358,7 +358,7 @@ private:
     Index m_current;
     QelDetachedElement m_top;
     std::optional<Index> m_reused;
-    Symbol m_attribute = 0; // name of the attribute whose value comes next
+    Symbol m_attribute = 0; // name of the attribute whose value follows
     unsigned m_depth = 0;
 };
 

@@ -14,8 +14,8 @@
 
 // Readers and writers of scalars, lists, sets, maps, pairs and pointers, composed from those of their parts.
 //
-// A reader is called with a cursor at the element that holds the value, a writer with a cursor at the element to fill.
-// Both leave the cursor at that element. 0 is success; a list with a failed item returns -1 when read and 1 when
+// A reader is called with a cursor at the element that contains the value, a writer with a cursor at the element to
+// fill. Both leave the cursor at that element. 0 is success; a list with a failed item returns -1 when read and 1 when
 // written. Values read or written before a failure are kept.
 //
 //     <hosts><host>a</host><host>b</host></hosts>         std::vector<std::string>
@@ -25,12 +25,12 @@
 
 namespace Qel {
 
-/// Reads the value of the current element with one of the cursor's gets.
+/// Reads the value of the current element with a get function of the cursor.
 template <class T, auto getter> struct QelReaderSimple {
     int operator()(const QelMessageIterator& cursor, T& value) const { return (cursor.*getter)(value, getEmptyID()); }
 };
 
-/// Writes the value of the current element with one of the cursor's puts.
+/// Writes the value of the current element with a put function of the cursor.
 template <class T, auto putter> struct QelWriterSimple : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const T& value) const { return (cursor.*putter)(value, getEmptyID()); }
 };
@@ -179,8 +179,8 @@ template <class ItemWriterIDT> struct QelWriterListItemT : QelWriterBaseT<ItemWr
     const ItemWriterIDT* item;
 };
 
-/// Writes each item of a container to a child of its own. Returns 1 at the first failed item; that item is incomplete
-/// and later ones are not written. The list has no element of its own and never takes the complex type of its items.
+/// Writes each item of a container to a separate child. Returns 1 at the first failed item; that item is incomplete and
+/// later ones are not written. The list itself has no element, hence no complex type.
 template <class ItemWriterIDT> struct QelWriterListT : QelWriterBase {
     explicit QelWriterListT(int id) : item(id) {}
     explicit QelWriterListT(const ItemWriterIDT& writer) : item(writer) {}

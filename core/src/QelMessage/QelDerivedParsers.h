@@ -14,7 +14,7 @@
 //
 //     QelDerivedParserFactoryT<QelNetNIC, QelNetDevice> factoryQelNetNIC(false);
 //
-// They register while the library loads, before there are other threads; from then on the registries are read-only.
+// They register while the library is loaded, before other threads exist; from then on the registries are read-only.
 //
 // The header of a base class declares its registry; one source file includes QelDerivedRegistry.h and defines it:
 //
@@ -38,7 +38,8 @@ public:
 
     /// Reads the current element into a new object, which the caller owns; `out` is unchanged on failure.
     virtual int read(const QelMessageIterator& cursor, Base*& out) const = 0;
-    /// Writes the object, which must be of this factory's class, into the current element and stamps it.
+    /// Writes the object, which must be of this factory's class, into the current element and sets the element's
+    /// namespace and complex type.
     virtual int write(QelMessageIterator& cursor, const Base* object) const = 0;
     [[nodiscard]] virtual boost::shared_ptr<Base> createObject() const = 0;
 
@@ -55,7 +56,7 @@ protected:
     QelDerivedParserFactory() = default;
 
     /// Registers this factory under `key` and under the class `typeName`.  A duplicate key ends the process at load,
-    /// since the two classes could not be distinguished on the wire.
+    /// since the two classes could not be distinguished in a message.
     void registerAs(bool isDefault, const std::string& key, const char* typeName);
 
 private:
@@ -72,7 +73,7 @@ private:
     const Factory* m_factory;
 };
 
-/// The complex type that a writer stamps, as curType() returns it.
+/// The complex type that a writer sets, in the form that curType() returns.
 template <class Writer> std::string QelDerivedKey() {
     const char* const nsText = Writer::getStrNSID();
     const char* const typeText = Writer::getStrTypeID();
@@ -108,11 +109,11 @@ private:
     QelWriterPointerDataT<Data, TWriter> m_writer;
 };
 
-/// Reads an object of the class that the element's complex type names.
+/// Reads an object of the class that is registered for the element's complex type.
 template <class Base, class Key = Base> class QelReaderDerived {
 public:
-    /// If `useDefault` is set, an element of an unknown type or of none is read as the registry's default class;
-    /// otherwise, or if there is no default class, reading returns -1.
+    /// If `useDefault` is set, an element without a complex type or with an unregistered one is read as the registry's
+    /// default class; otherwise, or if there is no default class, reading returns -1.
     explicit QelReaderDerived(bool useDefault) : m_useDefault(useDefault) {}
 
     /// `out` is unchanged on failure.

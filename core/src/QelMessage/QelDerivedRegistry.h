@@ -9,7 +9,7 @@
 //
 //     template class QelDerivedParserFactory<QelNetDevice>;
 //
-// A program that uses a registry that no library defines doesn't link.
+// A program that uses a registry without a definition does not link.
 
 namespace Qel {
 

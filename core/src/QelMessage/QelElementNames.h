@@ -10,8 +10,8 @@ namespace Qel {
 namespace QelNames {
 
 // An element that several records use has the name that fits all or most of them. A name with a number marks a value
-// that this system only carries; its meaning is defined by the service or console that sets it. No element has a name
-// that configurations use without an ID (`system`, `log_level`).
+// that this system stores and forwards without interpreting it; its meaning is defined by the service or console that
+// sets it. Names that configurations use without an ID (`system`, `log_level`) must not be in this table.
 inline constexpr Entry elementEntries[] = {
     {1003, "alert_level"},
     {1004, "time"},

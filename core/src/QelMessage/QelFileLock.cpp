@@ -16,7 +16,7 @@ namespace Qel {
 
 namespace {
 
-/// FNV-1a, 64 bits wide in 32-bit processes too.
+/// The 64-bit FNV-1a hash in hexadecimal, equal in 32-bit and 64-bit processes.
 std::string hashOf(std::string_view name) {
     std::uint64_t hash = 0xcbf29ce484222325U;
     for (const char c : name)

@@ -35,7 +35,7 @@ public:
 
 private:
     QelDescriptor m_file; ///< the lock file; not open if no lock is held
-    std::string m_path;   ///< of the lock file
+    std::string m_path;   ///< path of the lock file
     pid_t m_process = -1; ///< the holder; a forked child does not hold the lock
 };
 

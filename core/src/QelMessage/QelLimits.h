@@ -9,8 +9,8 @@ namespace Qel::QelLimits {
 /// Size of a message in bytes, in text or binary form.
 inline constexpr std::size_t messageBytes = std::size_t{64} << 20;
 
-/// Number of elements of a message, including the root. Four bytes of text can encode an element that takes 130 bytes
-/// of memory while it is parsed.
+/// Number of elements of a message, including the root. Bounds the memory for parsing: an element of four bytes in text
+/// form occupies 130 bytes of memory while it is parsed.
 inline constexpr std::size_t elements = std::size_t{4} << 20;
 
 /// Nesting depth, not counting the root.

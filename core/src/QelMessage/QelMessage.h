@@ -28,10 +28,10 @@ public:
     virtual void destroy() = 0;
     /// If `buf` is null, stores the size in bytes of the binary form of the subtree at the cursor in `*len` and returns
     /// -2. Otherwise writes the binary form to `buf`, which must have at least that size, stores its length in `*len`
-    /// and returns 0.
+    /// and returns 0. Returns -1 on failure.
     virtual int measureOrFlatten(char* buf, int* len, const QelMessageIterator* cursor) const = 0;
     /// The whole message in text form, allocated with malloc and owned by the caller; null on failure. The arguments
-    /// select format, encoding and protocol version. They are ignored, since there is only one text form.
+    /// are ignored, since there is only one text form.
     [[nodiscard]] virtual char* toTextEx(int format, const std::string& encoding, int version) const = 0;
     /// Writes the whole message in text form with QelMessageFile::replace(). Guard a read-modify-write with
     /// QelFileLock.

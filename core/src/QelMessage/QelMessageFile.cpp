@@ -60,7 +60,7 @@ bool copyAttributes(int file, const struct stat& replaced) {
     return (status.st_mode & permissions) == mode || ::fchmod(file, mode) == 0;
 }
 
-/// Sets the attributes and content of a newly created file and syncs it to disk.
+/// Sets the attributes and content of a newly created file and calls fsync for it.
 bool writeNew(QelDescriptor& file, const QelFileTarget& target, std::string_view content) {
     if (target.kind == QelFileTarget::Kind::regular && !copyAttributes(file.get(), target.status))
         return false;
@@ -81,7 +81,7 @@ QelDescriptor createIn(const std::string& folder, mode_t mode, std::string& path
     return QelDescriptor();
 }
 
-/// Makes the rename durable across a power failure.
+/// Calls fsync for the directory, so that the rename survives a power failure.
 void syncFolder(const std::string& folder) {
     const QelDescriptor opened(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened.isOpen())

@@ -30,9 +30,10 @@ enum QelReaderFlags {
 /// Results: 0 is success. Gets return exactly 0 or -1, moves return 0 or nonzero. A failed move leaves the position
 /// unchanged, a failed get leaves its output unchanged.
 ///
-/// Navigation is const: a reader moves a const cursor and must restore its position. Wherever an element ID is passed,
-/// 0 means the current element. An overload that takes a name behaves like the overload that takes the ID; the name is
-/// either that of an ID (see QelDefaultMap) or one that has no ID.
+/// Navigation is const: a reader moves a const cursor and must restore its position. For seek(), seekPresence() and the
+/// functions that get or put values and objects, element ID 0 is the current element; every other operation rejects it.
+/// An overload with a name behaves like the overload with the ID; the name is either that of an ID (see QelDefaultMap)
+/// or one that has no ID.
 ///
 /// A cursor does not own the tree. Like its message, it must be used by one thread at a time.
 class QelMessageIterator {
@@ -110,7 +111,7 @@ public:
 
     /// Moves to the first child with this ID.
     virtual int seek(int id) const = 0;
-    /// Appends a child as the last one, even if another child has the same ID, and moves to it.
+    /// Appends a child, even if another child has the same ID, and moves to it.
     virtual int newChild(int id) = 0;
     /// Sets the namespace of the current element only.
     virtual int setNamespace(int ns) = 0;
@@ -165,11 +166,11 @@ public:
     virtual int putAttr(int value, int id) = 0;
     virtual int putAttrTime(long value, int id) = 0;
 
-    /// Gets or appends the content of child `id`, that is its value and children, as markup.
+    /// Gets or appends the content of child `id`, its value and children, as markup in text form.
     virtual int getValueXML(std::string& markup, int id) const = 0;
     virtual int putValueXML(const std::string& markup, int id) = 0;
 
-    /// The sender of the cursor's message; nonzero if it is unknown.
+    /// The origin in the envelope of the cursor's message; nonzero if it is unset.
     int getOrigin(std::string& origin) const;
     /// Sets the namespace of every child of the current element.
     int setNamespaceChild(int ns);
@@ -188,7 +189,7 @@ private:
     template <class T, class Writer> int putObjectInternal(const T& obj, const Writer& writer);
 };
 
-/// Reads child `id` with `Reader` and restores the position, whatever the result.
+/// Reads child `id` with `Reader` and restores the position, even after a failure.
 template <class ID, class Reader> struct QelReaderIDT : Reader {
     QelReaderIDT(const Reader& reader, ID elementID, QelReaderFlags flags)
         : Reader(reader), id(elementID), optional(!flags) {}
@@ -209,8 +210,8 @@ template <class ID, class Reader> struct QelReaderIDT : Reader {
 /// Namespace ID that a QelWriterIDT sets on its element after writing the value; 0 for none.
 using QelNoNamespace = int;
 
-/// Appends child `id` and writes the value into it, with the namespace and type declared by the writer's static
-/// functions.
+/// Appends child `id` and writes the value into it, with the namespace and complex type that the writer's static
+/// functions declare.
 template <class ID, class Writer, class itemNSType = QelNoNamespace> struct QelWriterIDT : QelWriterBaseT<Writer> {
     explicit QelWriterIDT(ID elementID) : id(elementID) {}
     QelWriterIDT(const Writer& w, ID elementID, itemNSType ns = itemNSType()) : writer(w), id(elementID), nsType(ns) {}

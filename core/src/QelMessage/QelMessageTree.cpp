@@ -176,8 +176,8 @@ void QelMessageTree::detach(Index node) {
 void QelMessageTree::remove(Index node) {
     detach(node);
     m_nodes[node].next = none;
-    // Iterative post-order removal: descend to a leaf, free it, continue with its sibling or parent. The depth of the
-    // tree does not matter.
+    // Iterative post-order removal, so a deep tree cannot overflow the stack: descend to a leaf, free it, continue with
+    // its sibling or parent.
     Index current = node;
     for (;;) {
         while (m_nodes[current].firstChild != none)

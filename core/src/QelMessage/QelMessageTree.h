@@ -18,7 +18,7 @@ enum class QelNameKind { element, nameSpace, type, attribute };
 ///
 /// Elements are stored in an array and refer to each other by index. Names, namespaces and types are symbols: a
 /// positive symbol is an ID, a negative symbol is a handle for a name of this message that has no ID, 0 means none. A
-/// value is a view into the buffer that the message was parsed from, or is stored in a pool. Nodes, attributes, names
+/// value is a view into the tree's copy of the decoded buffer, or is stored in a pool. Nodes, attributes, names
 /// and pool blocks are recycled, so the memory of a tree that is edited repeatedly stays bounded.
 ///
 /// Symbols are reference-counted. intern() and share() return a symbol with a new reference. A function that stores a
@@ -93,7 +93,7 @@ public:
     [[nodiscard]] Index findNext(Index node, Symbol name) const;
     [[nodiscard]] Index findAttribute(Index node, Symbol name) const;
 
-    /// Advances `node` to the next element of the subtree of `top` in pre-order. Returns false at the end.
+    /// Advances `node` to its successor in a pre-order traversal of the subtree of `top`. Returns false at the end.
     [[nodiscard]] bool advance(Index& node, Index top) const;
 
     /// Creates an element that becomes a child of `parent` on attach(). Until then it is not linked from the parent.
@@ -148,13 +148,13 @@ private:
     void discard(Text& text);
 
     std::vector<Node> m_nodes;
-    std::vector<Attribute> m_attributes; // element 0 is unused: 0 is `none`
+    std::vector<Attribute> m_attributes; // index 0 is unused: it is `none`
     Index m_freeNode = none;             // linked by `next`
     Index m_freeAttribute = none;        // linked by `next`
     std::uint32_t m_nextGeneration;
     QelNameTable m_names;
     std::unique_ptr<char[]> m_buffer;
-    // Created when the first value is stored: a message that is only parsed and read needs no pool.
+    // Created when the first value is stored: a message that is only decoded from binary form and read needs no pool.
     std::unique_ptr<QelTextPool> m_pool;
 };
 

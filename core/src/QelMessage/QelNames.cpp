@@ -15,7 +15,7 @@ constinit const Table attributeTable{'a', {}};
 
 namespace {
 
-/// The name of an ID in the table; empty if it has none.
+/// Returns the name of an ID, found by binary search; empty if the table has none.
 std::string_view findName(const Table& table, int id) noexcept {
     const auto entry = std::lower_bound(table.byID.begin(), table.byID.end(), id,
                                         [](const Entry& candidate, int wanted) { return candidate.id < wanted; });

@@ -6,7 +6,7 @@
 #include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelWireLayout.h"
 
-// What the header of a record includes.  A record is a plain struct.  Its wire form is declared once, as the table
+// Every record's header includes this file.  A record is a plain struct.  Its wire form is declared once, as the table
 // Wire<Record> in its source file (see QelWireTable.h); Reader and Writer are derived from that table:
 //
 //     struct QelUsageStats : QelRecord<QelUsageStats> {
@@ -22,7 +22,9 @@
 //         static const QelWireLayout& wire;
 //     };
 //
-//     struct QelNetBridge : QelRecordAs<QelNetDevice, 299, 218> {}; // adds no fields, but a stamp of its own
+//     struct QelNetBridge : QelRecordAs<QelNetDevice, 299, 218> {}; // no additional fields, but another stamp
+//
+// A stamp is the namespace and complex type that a writer sets on the element of the record.
 //
 // The source file defines `wire` after the table:
 //
@@ -32,7 +34,7 @@ namespace Qel {
 
 namespace Internal {
 
-/// Hides the `wire` of a base class, so that a derived record that lacks its own does not use that of its base.
+/// Hides the `wire` of a base class, so that a derived record without a table does not use the table of its base.
 struct NoWire {};
 
 template <class Object, class Record>
@@ -80,8 +82,8 @@ template <class Record> struct QelRecordWriter : QelWriterBaseT<QelRecordWriter<
     }
 };
 
-/// Base of a record with a table of its own; `Base` is the record whose fields it extends.  A record may replace Reader
-/// or Writer by functors of its own.
+/// Base of a record with a wire table; `Base` is the record whose fields it extends.  A record may hide Reader or
+/// Writer with hand-written functors.
 template <class Self, class Base = void> struct QelRecord : Base {
     using Base::Base;
     QelRecord() = default;
@@ -94,8 +96,8 @@ template <class Self, class Base = void> struct QelRecord : Base {
 
     static constexpr Internal::NoWire wire{};
 
-    /// For a defaulted operator== or <=> of the record.  Takes no derived class, so that a record without these does
-    /// not become comparable through this base.
+    /// For a defaulted operator== or <=> of the record.  Does not accept derived classes, so that a record without
+    /// these operators does not become comparable through this base.
     template <std::same_as<QelRecord> Exact> friend constexpr bool operator==(const Exact& a, const Exact& b) {
         return static_cast<const Base&>(a) == static_cast<const Base&>(b);
     }
@@ -104,8 +106,8 @@ template <class Self, class Base = void> struct QelRecord : Base {
     }
 };
 
-// Not an empty class shared by all records: two objects of one class cannot share an address, so that a record whose
-// first member is a record would grow.
+// A distinct empty base for each record: two subobjects of one class cannot have the same address, so with a common
+// base a record whose first member is another record would be larger.
 template <class Self> struct QelRecord<Self, void> {
     using Reader = QelRecordReader<Self>;
     using Writer = QelRecordWriter<Self>;
@@ -130,7 +132,7 @@ template <class Base> struct QelReaderAs {
     }
 };
 
-/// Writes a derived record as its base, stamped with the given namespace and type.
+/// Writes a derived record as its base, with the given namespace and complex type.
 template <class Base, int nsID, int typeID> struct QelWriterAs : QelWriterBaseT<QelWriterAs<Base, nsID, typeID>> {
     static constexpr int getNSID() { return nsID; }
     static constexpr int getTypeID() { return typeID; }
@@ -140,7 +142,7 @@ template <class Base, int nsID, int typeID> struct QelWriterAs : QelWriterBaseT<
     }
 };
 
-/// Base of a record that has the fields of `Base` only, under a namespace and type of its own.
+/// Base of a record that has the fields of `Base` but another namespace and complex type.
 template <class Base, int nsID, int typeID> struct QelRecordAs : Base {
     using Base::Base;
     QelRecordAs() = default;

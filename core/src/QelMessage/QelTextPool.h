@@ -12,8 +12,8 @@ namespace Qel {
 /// Memory for the values of a tree. Released blocks are reused for values of the same size class, so the memory of a
 /// tree that is edited repeatedly stays bounded.
 ///
-/// std::pmr::unsynchronized_pool_resource would do this too, but in libstdc++ 12 it dereferences a null pointer after
-/// some failed allocations.
+/// Replaces std::pmr::unsynchronized_pool_resource, which in libstdc++ 12 dereferences a null pointer after some failed
+/// allocations.
 class QelTextPool {
 public:
     /// Size of the block for `size` bytes: a multiple of 16, and from 128 bytes on at most 25 % more than `size`.

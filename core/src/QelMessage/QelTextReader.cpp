@@ -128,7 +128,7 @@ private:
         }
     }
 
-    /// `xml`, or the first element after it.
+    /// Returns `xml` if it is an element, else its next sibling that is one; null if there is none.
     static pugi::xml_node elementFrom(pugi::xml_node xml) {
         while (xml && xml.type() != pugi::node_element)
             xml = xml.next_sibling();

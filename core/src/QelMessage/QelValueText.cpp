@@ -24,7 +24,7 @@ constexpr Seconds startOfYear(int year) {
     return sys_days{std::chrono::year{year} / January / 1}.time_since_epoch().count() * secondsPerDay;
 }
 
-/// The range of seconds whose year has four digits.
+/// The range of times whose year has four digits, in seconds since the epoch.
 constexpr Seconds firstSecond = startOfYear(0);
 constexpr Seconds lastSecond = startOfYear(10000) - 1;
 

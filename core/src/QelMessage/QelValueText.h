@@ -23,7 +23,7 @@ private:
     std::size_t m_size = 0;
 };
 
-/// Decimal.
+/// The decimal form.
 [[nodiscard]] Text ofInteger(long long value) noexcept;
 
 /// The shortest decimal form that reads back equal; "inf", "-inf", "nan".
@@ -36,10 +36,11 @@ private:
 /// 9999, the number of seconds since the epoch followed by the zone.
 [[nodiscard]] Text ofTimeZone(long seconds, int zone) noexcept;
 
-/// "0" and "false"; "1", "true" and the empty string, which is true.
+/// Accepts "0", "false", "1", "true" and the empty string, which is true.
 [[nodiscard]] bool toBool(std::string_view text, bool& value) noexcept;
 
-/// Parses any form of ofTime() and ofTimeZone() and takes the zone into account.
+/// Parses any form of ofTime() and ofTimeZone() to seconds since the epoch. The zone of a date and time is applied; a
+/// number is already relative to UTC.
 [[nodiscard]] bool toTime(std::string_view text, long& seconds) noexcept;
 
 /// Like toTime(), and also returns the zone in minutes east of Greenwich; 0 for "Z" or if there is no zone.

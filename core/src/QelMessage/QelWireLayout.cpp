@@ -11,7 +11,8 @@ namespace Qel {
 
 namespace {
 
-// Counts reported failures, so that a record that contains the failed one does not report it again at a vaguer place.
+// Number of failures reported on this thread.  If it has changed during a nested read or write, the enclosing record
+// keeps that report, which is more precise than its own.
 thread_local unsigned failuresReported = 0;
 
 // The path of the current element from the root.

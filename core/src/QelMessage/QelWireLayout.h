@@ -11,16 +11,16 @@ class QelMessageIterator;
 
 /// The effect of a missing or malformed element on reading a record.
 enum class QelWireRead : unsigned char {
-    required, ///< either fails the record
+    required, ///< missing or malformed: fails the record
     optional, ///< missing: the field is unchanged; malformed: fails the record
-    ignored,  ///< either leaves the field unchanged
+    ignored,  ///< missing or malformed: the field is unchanged
 };
 
 /// When a field is written.
 enum class QelWireWrite : unsigned char {
     always,
-    ifSet, ///< a string or container that is not empty, an optional that is specified, a number other than 0, or a
-           ///< field for which its own test is true
+    ifSet, ///< if a string or container is not empty, an optional is specified, a number is not 0, or the field's test
+           ///< (fieldIf<>) is true
 };
 
 /// How an element encodes its value.
@@ -38,14 +38,14 @@ enum class QelWireKind : unsigned char {
     real,
     boolean,
     presence, ///< no value: the element's presence is the field
-    bits,     ///< a bit mask: the presence of an empty element for each bit
-    record,   ///< a record in an element of its own
+    bits,     ///< a bit mask: an empty element for each bit that is set
+    record,   ///< a record in a separate element
     derived,  ///< a record of one of several classes, selected by the element's complex type
     base,     ///< a record at the same element
-    group,    ///< further rows of the same record, in an element of their own
-    sequence, ///< a run of items in order
-    set,      ///< a run of items, sorted and without duplicates
-    map,      ///< a run of entries
+    group,    ///< further rows of the same record, nested in an element
+    sequence, ///< items in order
+    set,      ///< items, sorted and without duplicates
+    map,      ///< entries of key and value
     step,     ///< read and written by functions of the record
 };
 
@@ -58,31 +58,30 @@ struct QelWireBit {
     int id;
 };
 
-/// The classes of records that elements of a field may hold, by their complex types.
+/// The record classes that an element of a field may contain.
 struct QelWireClasses {
-    std::vector<std::string> types; ///< as curType() of a cursor returns them, sorted
-    std::string byDefault;          ///< the class for an element of another type or of none; empty if there is none
+    std::vector<std::string> types; ///< their complex types, in the form that curType() returns, sorted
+    std::string byDefault;          ///< type of the class for an element of any other or no type; empty: rejected
 };
 
-/// How the values of one type are read and written.  `id` 0 is the current element, as everywhere.
+/// Reads and writes the values of one C++ type.  An `id` of 0 is the current element.
 struct QelWireCodec {
     QelWireKind kind{};
-    std::string_view typeName{};                ///< of a record: its class
+    std::string_view typeName{};                ///< class of a record
     bool isOptional = false;                    ///< a property that may be unset
-    const QelWireCodec* key = nullptr;          ///< of a map: the codec of its keys
-    const QelWireCodec* item = nullptr;         ///< of a container: of its items; of a map: of its values; of a step:
-                                                ///< of its content
-    const QelWireLayout* (*layout)() = nullptr; ///< of a record with a table, or of a group
+    const QelWireCodec* key = nullptr;          ///< map: codec of the keys
+    const QelWireCodec* item = nullptr;         ///< codec of a container's items, a map's values or a step's content
+    const QelWireLayout* (*layout)() = nullptr; ///< record with a table, group: the table
     int (*read)(const QelMessageIterator&, void* member, int id, const QelWireField&) = nullptr;
     int (*write)(QelMessageIterator&, const void* member, int id, const QelWireField&) = nullptr;
     bool (*isSet)(const void* member) = nullptr; ///< the test of QelWireWrite::ifSet
-    std::span<const QelWireBit> bits{};          ///< of a bit mask: in writing order
-    QelWireClasses (*classes)() = nullptr;       ///< of a derived record
+    std::span<const QelWireBit> bits{};          ///< bit mask: its bits in writing order
+    QelWireClasses (*classes)() = nullptr;       ///< derived record: its possible classes
 };
 
 /// One row of a record's table.
 struct QelWireField {
-    std::string_view name{}; ///< of the member
+    std::string_view name{}; ///< name of the member
     int id = 0;              ///< element ID; 0 for content directly in the record's element
     int item = 0;            ///< element ID of a container's items; 0 if there is none
     int key = 0;             ///< element ID of the key in a map's entry
@@ -97,10 +96,10 @@ struct QelWireField {
     bool isNonEmpty = false;
     bool isKept = false;
     bool isCleared = false;
-    unsigned bit = 0;                          ///< of `mask`: whether the field is set; reading the field sets it
-    unsigned* (*mask)(void* record) = nullptr; ///< the record's mask, if one of its bits belongs to the field
+    unsigned bit = 0;                          ///< bit of `mask` that indicates a set field; set by reading the field
+    unsigned* (*mask)(void* record) = nullptr; ///< the record's mask; null if the field has no bit in one
 
-    /// Ignores a failure to write this field.
+    /// A failure to write this field is ignored.
     [[nodiscard]] constexpr QelWireField bestEffort() const { return with(&QelWireField::isBestEffort, true); }
 
     /// Rejects the container's element as malformed if it contains no items.
@@ -131,7 +130,7 @@ private:
     }
 };
 
-/// A record's table: the input of the engine, and of tools that describe records.
+/// A record's table: the input of readByLayout() and writeByLayout(), and of tools that describe records.
 struct QelWireLayout {
     std::string_view typeName; ///< the record's class, without its namespace
     int nsId;

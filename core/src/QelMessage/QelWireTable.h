@@ -8,7 +8,7 @@
 
 #include "QelMessage/QelWireValue.h"
 
-// Declares the wire form of a record.  Only the source file of a record includes this:
+// Declares the wire form of a record.  Only the source file of a record includes this header:
 //
 //     template <> struct Wire<QelOS> : WireWords<QelOS> {
 //         static constexpr int nsId = 292, typeId = 117;
@@ -20,7 +20,8 @@
 //     };
 //     const QelWireLayout& QelOS::wire = wireLayoutOf<QelOS>;
 //
-// `R` is the record.  A record without a stamp omits nsId and typeId; one without fields omits `fields`.
+// `R` is the record.  nsId and typeId are its stamp: the namespace and complex type of its element.  A record without a
+// stamp omits them; a record without fields omits `fields`.
 
 namespace Qel {
 
@@ -75,7 +76,7 @@ inline constexpr QelWireCodec presenceCodec{
 
 template <QelWireBit... bits> inline constexpr QelWireBit wireBits[] = {bits...};
 
-/// A mask in an element of its own, or in the current element if `id` is 0.
+/// A mask in child `id`, or in the current element if `id` is 0.
 template <class Mask, QelWireBit... bits>
 inline constexpr QelWireCodec bitsCodec{
     .kind = QelWireKind::bits,
@@ -115,7 +116,8 @@ template <class Base> const QelWireLayout* layoutOfBase() {
         return nullptr;
 }
 
-/// Calls a base's functors directly, so that they neither stamp the element again nor clear the namespace.
+/// Calls the functors of a base directly, so that they neither set the namespace and type of the element again nor
+/// clear the saved namespace.
 template <class Base>
 inline constexpr QelWireCodec baseCodec{
     .kind = QelWireKind::base,
@@ -144,7 +146,7 @@ inline constexpr auto inOrder = [] {
     return indices;
 }();
 
-/// The rows of a group as a table, which is read in writing order.
+/// The rows of a group as a table; the reading order is the writing order.
 template <class Record, const auto& rows, int nsID>
 inline constexpr QelWireLayout groupLayout{.typeName = typeName<Record>(),
                                            .nsId = nsID,
@@ -196,7 +198,7 @@ inline constexpr QelWireCodec stepCodec{
 
 } // namespace Internal
 
-/// The vocabulary of a table.
+/// Base of a table: short names for the enumerators, and functions that create its rows.
 template <class Record> struct WireWords {
     using R = Record;
 
@@ -209,14 +211,14 @@ template <class Record> struct WireWords {
     static constexpr QelWireForm base64 = QelWireForm::base64;
     static constexpr QelWireForm time = QelWireForm::time;
 
-    // Defaults, which a table may replace.
+    // Defaults, which a table may hide.
 
     /// The name under which tools show the table.
     static constexpr std::string_view typeName = Internal::typeName<Record>();
     static constexpr int nsId = 0, typeId = 50;
     static constexpr std::span<const QelWireField> fields{};
     static constexpr std::span<const int> readOrder{};
-    /// Ignores a failure to write any of the fields.
+    /// Whether failures to write its fields are ignored.
     static constexpr bool bestEffort = false;
 
     /// A value or record in element `id`.
@@ -231,7 +233,7 @@ template <class Record> struct WireWords {
         made.writtenIf = &Internal::testMember<Member<member>, predicate>;
         return made;
     }
-    /// A value in element `id`; one for which `predicate(value)` is false is malformed.
+    /// A value in element `id`, which is malformed if `predicate(value)` is false.
     template <auto member, auto predicate>
     static constexpr QelWireField validated(int id, QelWireRead read, QelWireWrite write, QelWireForm form = plain) {
         using Value = Internal::WireValidatedValue<Member<member>, predicate>;
@@ -248,7 +250,7 @@ template <class Record> struct WireWords {
         made.mask = [](void* record) { return &(static_cast<Record*>(record)->*mask); };
         return made;
     }
-    /// A bool that is true if the empty element `id` is present.  Every read specifies an optional one.
+    /// A bool that is true if the empty element `id` is present.  Reading always specifies an optional bool.
     template <auto member> static constexpr QelWireField flag(int id) {
         static_assert(std::is_same_v<typename Internal::WireContent<Member<member>>::type, bool>,
                       "flag<> is for bool members: the presence of the element is the value");
@@ -268,21 +270,21 @@ template <class Record> struct WireWords {
     static constexpr QelWireField wrappedBits(int wrapper, QelWireWrite write) {
         return wrap(bits<member, known...>(), wrapper, 0, write);
     }
-    /// A run of elements `item` directly in the record's element.
+    /// Elements `item`, one per item, directly in the record's element.
     template <auto member> static constexpr QelWireField list(int item, QelWireRead read, QelWireForm form = plain) {
         static_assert(qelWireCodec<Member<member>>.kind == QelWireKind::sequence ||
                           qelWireCodec<Member<member>>.kind == QelWireKind::set,
                       "list<> is for sequences and sets");
         return row<member>(0, item, read, ifSet, form, &qelWireCodec<Member<member>>);
     }
-    /// A run of elements `item`, nested in an element `wrapper`.
+    /// The elements of list<>, nested in an element `wrapper`.
     template <auto member>
     static constexpr QelWireField wrapped(int wrapper, int item, QelWireRead read, QelWireWrite write,
                                           QelWireForm form = plain) {
         return wrap(list<member>(item, read, form), wrapper, item, write);
     }
-    /// A run of entries `item` directly in the record's element.  Each entry contains its key in element `key` and its
-    /// value in element `value`; if `value` is 0, the entry itself holds the value.
+    /// Elements `item`, one per entry, directly in the record's element.  Each contains the key in element `key` and
+    /// the value in element `value`; if `value` is 0, the value is stored directly in element `item`.
     template <auto member>
     static constexpr QelWireField map(int item, int key, int value, QelWireRead read, QelWireForm form = plain) {
         static_assert(qelWireCodec<Member<member>>.kind == QelWireKind::map, "map<> is for maps");
@@ -297,22 +299,22 @@ template <class Record> struct WireWords {
                                              QelWireWrite write, QelWireForm form = plain) {
         return wrap(map<member>(item, key, value, read, form), wrapper, item, write);
     }
-    /// A pointer to a record of a class registered for its base.  The element's complex type selects the class; if
-    /// `useDefault` is set, an element of another type is read as the default class.
+    /// A pointer to a record of one of the classes registered for its base.  The element's complex type selects the
+    /// class; if `useDefault` is set, an element of any other or no type is read as the default class.
     template <auto member, bool useDefault>
     static constexpr QelWireField derived(int id, QelWireRead read, QelWireWrite write) {
         using Pointer = Member<member>;
         using Value = Internal::WireDerivedValue<typename Pointer::element_type, useDefault>;
         return row<member>(id, 0, read, write, plain, &qelWireCodec<Pointer, Value>);
     }
-    /// A run of the records of derived<> in elements `item`, directly in the record's element.
+    /// Records as in derived<> in elements `item`, directly in the record's element.
     template <auto member, bool useDefault> static constexpr QelWireField derivedList(int item, QelWireRead read) {
         using List = Member<member>;
         using ItemValue = Internal::WireDerivedValue<typename List::value_type::element_type, useDefault>;
         return row<member>(0, item, read, ifSet, plain,
                            &qelWireCodec<List, Internal::WireSequenceValue<List, ItemValue>>);
     }
-    /// The run of derivedList<>, nested in an element `wrapper`.
+    /// The elements of derivedList<>, nested in an element `wrapper`.
     template <auto member, bool useDefault>
     static constexpr QelWireField wrappedDerivedList(int wrapper, int item, QelWireRead read, QelWireWrite write) {
         return wrap(derivedList<member, useDefault>(item, read), wrapper, item, write);
@@ -334,8 +336,8 @@ template <class Record> struct WireWords {
     }
     /// A part that two functions read and write: `int (const QelMessageIterator&, Record&)` and
     /// `int (QelMessageIterator&, const Record&)`, both at the record's element.  `id` is the element that they use.
-    /// `Value` describes its content for tools: the type of such a field, or a container for a run of elements `id`;
-    /// void if no type describes it.
+    /// `Value` describes the content of `id` to tools: the type of an equivalent field, a container if the element is
+    /// repeated, void if there is no such type.
     template <auto readStep, auto writeStep, class Value = void>
     static constexpr QelWireField step(std::string_view name, int id, QelWireRead read, QelWireWrite write = always) {
         return whole(name, id, read, write, &Internal::stepCodec<Record, readStep, writeStep, Value>);
@@ -350,7 +352,7 @@ private:
                 }};
     }
 
-    /// A row whose elements are nested in an element of their own.
+    /// Nests the elements of a row in an element `wrapper`.
     static constexpr QelWireField wrap(QelWireField row, int wrapper, int item, QelWireWrite write) {
         row.id = wrapper;
         row.item = item;

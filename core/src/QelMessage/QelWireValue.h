@@ -12,7 +12,7 @@
 #include "QelMessage/QelRecord.h"
 #include "QelMessage/QelWireLayout.h"
 
-// How each type of member is read and written.  A specialisation of QelWireValue adds a type:
+// Reads and writes each type of member.  A specialisation of QelWireValue adds a type:
 //
 //     template <> struct QelWireValue<T> {
 //         static constexpr QelWireKind kind = QelWireKind::text;
@@ -21,9 +21,11 @@
 //         static bool isSet(const T& value);
 //     };
 //
-// The specialisation of an optional wrapper derives from that of the wrapped type, and names that type `Specified`.
+// The specialisation of an optional wrapper derives from that of the wrapped type, and declares that type as
+// `Specified`.
 //
-// `id` 0 is the current element.  A failed read leaves the value unchanged, also if the element is missing.
+// An `id` of 0 is the current element.  Reading a missing element fails.  A failed read leaves a scalar or a pointer
+// unchanged; records and containers keep the parts that were read before the failure.
 
 namespace Qel {
 
@@ -69,7 +71,7 @@ template <class T> consteval std::string_view typeName() {
     return name;
 }
 
-/// The record that a pointer refers to, which its QelWireValue names; any other type is itself.
+/// The record class that a pointer refers to, declared as RecordType by its QelWireValue; T for any other type.
 template <class T, class Value> struct WireRecordType { using type = T; };
 template <class T, class Value>
 requires requires {
@@ -83,7 +85,7 @@ template <class T> constexpr const QelWireLayout* layoutOfRecord() {
     return &layoutOf<T>();
 }
 
-/// The type inside an optional wrapper; any other type is itself.
+/// The type inside an optional wrapper; T for any other type.
 template <class T> struct WireContent { using type = T; };
 template <class T>
 requires requires {
@@ -96,7 +98,7 @@ struct WireContent<T> {
 } // namespace Internal
 
 template <class T, class Value> constexpr QelWireCodec makeWireCodec();
-/// The one codec of a type.
+/// The codec of a type.
 template <class T, class Value = QelWireValue<T>>
 inline constexpr QelWireCodec qelWireCodec = makeWireCodec<T, Value>();
 
@@ -113,7 +115,7 @@ template <> struct QelWireValue<std::string> {
 
 /// Numbers and enumerations.  A number out of the member's range is malformed.
 template <Internal::WireNumber T> struct QelWireValue<T> {
-    // A long holds a time or a size: 64 bits on the wire, although it has 32 on i386.
+    // A long is a time or a size and is encoded with 64 bits, although it has 32 bits on i386.
     static constexpr QelWireKind kind = sizeof(T) > sizeof(int) || std::is_same_v<T, long> ? QelWireKind::longInteger
                                                                                            : QelWireKind::integer;
     static int read(const QelMessageIterator& cursor, T& value, int id, const QelWireField& field) {
@@ -220,7 +222,7 @@ int writeWireItems(QelMessageIterator& cursor, const Container& items, int id, c
     return result == 0 ? 0 : -1;
 }
 
-/// A run of items in order.  `V` reads and writes one item.
+/// Items in order.  `V` reads and writes one item.
 template <class C, class V> struct WireSequenceValue {
     using ItemValue = V;
     using Item = typename C::value_type;
@@ -292,8 +294,9 @@ template <Internal::WireSet C> struct QelWireValue<C> {
     static bool isSet(const C& items) { return !items.empty(); }
 };
 
-/// A run of entries.  Each contains its key in element `field.key` and its value in element `field.value`; if that is
-/// 0, the entry itself holds the value.  The first of several entries with one key is kept.
+/// Entries in elements `field.item`.  Each contains the key in element `field.key` and the value in element
+/// `field.value`; if that is 0, the value is stored directly in the entry's element.  Of several entries with one key,
+/// reading keeps the first.
 template <class K, class M, class Compare> struct QelWireValue<std::map<K, M, Compare>> {
     using Key = K;
     using KeyValue = QelWireValue<K>;
@@ -322,7 +325,7 @@ template <class K, class M, class Compare> struct QelWireValue<std::map<K, M, Co
     static bool isSet(const Map& map) { return !map.empty(); }
 
 private:
-    // A value that the entry itself holds does not stamp it: the element belongs to the pair.
+    // A value stored directly in the entry's element must not set its namespace and type: the element is the pair's.
     static int writeValue(QelMessageIterator& cursor, const M& value, const QelWireField& field) {
         if constexpr (Internal::WireRecord<M>)
             if (field.value == 0)

@@ -18,7 +18,7 @@ inline constexpr const char* declarationNamespace = "http://www.w3.org/2000/xmln
 inline constexpr const char* reserved = "xml";
 inline constexpr const char* reservedNamespace = "http://www.w3.org/XML/1998/namespace";
 
-/// Attribute of an element whose value is not plain text.
+/// Attribute that marks an element whose value XML cannot represent; the only encoding is `base64`.
 inline constexpr const char* encoding = "encoding";
 inline constexpr const char* base64 = "base64";
 /// Attribute that lists the names of the element's attributes whose values are base64-encoded.

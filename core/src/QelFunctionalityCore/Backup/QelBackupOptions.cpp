@@ -9,8 +9,8 @@ namespace Qel {
 
 namespace {
 
-// The presence of the element is the option, and the element contains the string.  A string is therefore never sent
-// without the option.
+// The presence of the element encodes the option; the string is nested in it, and is therefore never sent without the
+// option.
 int readOption1014(const QelMessageIterator& cursor, QelBackupOptions& options) {
     options.option1014 = cursor.seek("option_1014"_element) == 0;
     if (options.option1014) {

@@ -24,8 +24,8 @@ namespace {
 constexpr const char* endOfStorage = "&";
 constexpr const char* slash = "/";
 
-// Logs which step failed, but not the content: it includes a password.  Returns true, which the
-// callers return on failure.
+// Logs which step failed, but not the content, which includes a password.  Returns true, the callers' result for a
+// failure.
 bool failure(int line, const char* function, const char* prettyFunction, const char* what) {
     Log2(QEL_MODULE, "core/src/QelFunctionalityCore/QelBackupMBase", line, function, prettyFunction)
         .put(LogLevel::error, "%s", what);
@@ -37,7 +37,7 @@ bool failure(int line, const char* function, const char* prettyFunction, const c
 std::string fromHexadecimal(std::string_view text) {
     std::string bytes;
     bytes.reserve(text.size() / 2);
-    std::size_t start = 0; // carried over, so that a long run of blanks is scanned once and not once per pair
+    std::size_t start = 0; // kept between pairs, so that a long run of blanks is scanned only once
     for (std::size_t i = 0; i < text.size(); i += 2) {
         start = std::max(start, i);
         while (start < text.size() && std::isspace(static_cast<unsigned char>(text[start])))
@@ -52,7 +52,7 @@ std::string fromHexadecimal(std::string_view text) {
     return bytes;
 }
 
-// Both return true on failure.  The fields are nested in the root of a separate message.
+// decode() and encode() return true on failure.  The encoded fields are children of the root of a separate message.
 
 bool decode(const std::string& text, std::size_t length, QelDSLocation& location) {
     const char* const signature = __PRETTY_FUNCTION__;
@@ -115,7 +115,7 @@ QelBackupURI::QelBackupURI(const std::string& uri) {
         m_storage = location;
     }
 
-    // A backslash also ends the backup, but only after the first slash.
+    // After the first slash, a backslash also ends the name of the backup.
     const std::size_t end = path.find_first_of("/\\", separator + 1);
     m_backup = path.substr(start, end - start);
     if (end != std::string::npos)

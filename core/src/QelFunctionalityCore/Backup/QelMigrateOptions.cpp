@@ -9,7 +9,7 @@ namespace Qel {
 
 namespace {
 
-// Reads into the existing configuration, so that an object of a derived class and its own data are kept.
+// Reads into the existing configuration, if any: replacing it would lose its derived class and the data of that class.
 template <class Options> int readConfig(const QelMessageIterator& cursor, Options& options) {
     if (!options.config)
         options.config.reset(new QelEnvConfig);

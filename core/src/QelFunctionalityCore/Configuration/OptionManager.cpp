@@ -13,7 +13,7 @@ namespace {
 constexpr const char* sourcePath = "core/src/QelCommon/OptionManager";
 constexpr const char* functionName = "oh_read_global_config_option";
 
-// Returned for every failure to find or read the option, whatever the cursor returned.
+// Result for every failure to find or read the option, regardless of the cursor's result.
 constexpr int notRead = 1;
 constexpr int noCursor = -1;
 

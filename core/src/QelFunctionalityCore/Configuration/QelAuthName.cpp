@@ -17,7 +17,7 @@ const QelWireLayout& QelAuthName::wire = wireLayoutOf<QelAuthName>;
 
 namespace {
 
-// One table for each PropertyForm.
+// The table of one PropertyForm.
 template <int propertyItem> struct PrincipalWire : WireWords<QelSecurityPrincipal> {
     using Words = WireWords<QelSecurityPrincipal>;
     static constexpr QelWireField fields[] = {

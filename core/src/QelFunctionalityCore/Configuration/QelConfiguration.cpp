@@ -10,7 +10,7 @@
 //
 //     /  data  SECTION  configuration  OPTION...
 //
-// Each section keeps its options in its own `configuration` element.
+// The options of a section are nested in its `configuration` element.
 
 namespace Qel {
 
@@ -187,7 +187,7 @@ int QelConfiguration::setMasterness() {
 int QelConfiguration::unsetMasterness() {
     if (walk({"data"_element, "server_group"_element, "configuration"_element, "slaves"_element}) != 0)
         return 0;
-    // Slaves would be left without a master.
+    // Refuse: the slaves would have no master.
     if (m_iterator->seekPresence("entry"_element) == 0)
         return -1;
     m_iterator->deleteFromChild();
@@ -228,8 +228,7 @@ int QelConfiguration::setMapping(const QelEID& eid, const QelConnectionInfo& inf
     if (walk({"data"_element, "agent"_element, "configuration"_element}) != 0)
         return -1;
     static_cast<void>(seekOrMake(*m_iterator, "mapping_table"_element));
-    // An existing mapping may have been set by an administrator.  What an agent reports about itself must not overwrite
-    // it.
+    // Keep an existing mapping: an administrator may have set it, and an agent's own report must not overwrite it.
     if (seekEntry(eid))
         return 0;
     m_iterator->newChild("entry"_element);

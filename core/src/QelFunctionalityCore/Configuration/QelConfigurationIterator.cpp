@@ -18,7 +18,7 @@ constexpr int optionLevel = 2;
 
 QelConfigurationIterator::QelConfigurationIterator(QelMessage* message)
     : m_message(message), m_iterator(message ? message->rootIterator() : nullptr) {
-    // A missing data element is not an error yet: every later operation fails.
+    // Ignore a missing data element here: every later operation fails.
     static_cast<void>(seekRoot());
 }
 
@@ -80,7 +80,7 @@ int QelConfigurationIterator::followPath(const std::string& path, bool create) {
             return 0;
         from = 1;
     }
-    // The part after the last slash is a name too, even if it is empty.
+    // The part after the last slash is also a name, even if it is empty.
     for (;;) {
         const std::size_t end = path.find(separator, from);
         const std::string name = path.substr(from, end == std::string::npos ? end : end - from);
@@ -149,8 +149,8 @@ int QelConfigurationIterator::adjustLevel() {
     if (enterOptions(false) != 0)
         return -1;
     // The position is saved after entering the `configuration` element, not before.  If firstChild() or newChild()
-    // fails at a section, the level goes back to 1 but the cursor stays inside that element.  Existing callers rely on
-    // that cursor position; after such a failure they call seekRoot() or use an absolute path.
+    // fails at a section, the level is 1 again, but the cursor remains at that element.  Existing callers rely on this
+    // position; after such a failure they call seekRoot() or use an absolute path.
     savePath();
     ++m_level;
     return 0;

@@ -155,7 +155,7 @@ struct QelEnv::WireSteps {
         return cursor.putObj(env.getStatus(), "status"_element);
     }
 
-    // The n-th element is the level of the n-th reason.  An invalid or missing level leaves its slot unchanged.
+    // The n-th element is the level of the n-th reason.  An invalid or missing level leaves its array entry unchanged.
     static int readAlerts(const QelMessageIterator& cursor, QelEnv& env) {
         if (cursor.firstChild("alert_level"_element) != 0)
             return 0;
@@ -210,7 +210,7 @@ const QelWireLayout& QelEnv::wire = wireLayoutOf<QelEnv>;
 int QelEnv::Reader::operator()(const QelMessageIterator& cursor, QelEnv& env) const {
     if (readByLayout(wireLayoutOf<QelEnv>, &env, cursor) != 0)
         return -1;
-    // The configurations that were read are not in the record yet.
+    // The flat record does not contain the configurations yet: they have only been read.
     env.m_maintainer.configDirty = env.m_maintainer.vconfigDirty = true;
     return 0;
 }

@@ -25,14 +25,15 @@ Logger logger(int line, const char* function, const char* prettyFunction) {
     return Log2(QEL_MODULE, sourcePath, line, function, prettyFunction);
 }
 
-// An environment that reads from the mapped file.  The record must not be written to, but the type cannot express that:
-// the environment classes also serve private records.
+// Returns an environment that reads from the mapped file.  The record must not be written to.  The type cannot express
+// that, because the environment classes are also used for private records.
 boost::shared_ptr<QelEnv> envOverMappedRecord(const QelEnvCoreBasic* record) {
     const boost::shared_ptr<QelEnvCoreBasic> wrapped(const_cast<QelEnvCoreBasic*>(record), &deleter_fake);
     return QelEnvFactory::getInstance().createEnv(wrapped);
 }
 
-// Offers a change to the updater of the environment's type.
+// Notifies the updater registered for the type of the environment, unless there is none or its checkEnv() excludes the
+// environment.  A nonzero result rejects the change.
 int offer(const QelEnv& env, int (QelEnvUpdater::*notify)(const QelEnv&)) {
     const auto updater = QelEnvFactory::getInstance().getEnvUpdater(env.getType());
     if (!updater) {
@@ -55,8 +56,8 @@ std::optional<std::uint32_t> sortKeyOf(const QelEID& eid) {
     return env ? std::optional<std::uint32_t>(env->getSortKey()) : std::nullopt;
 }
 
-// Sets of EIDs are in a lower layer than the cache, which knows the sort keys.  So the cache registers itself as their
-// source.
+// Sets of EIDs are in a lower layer than the cache, which contains the sort keys.  Therefore the cache registers itself
+// as the source of sort keys.
 [[maybe_unused]] const bool isSortKeySourceSet = (QelEnvIDComparator::setSortKeySource(&sortKeyOf), true);
 
 } // namespace

@@ -15,7 +15,7 @@ using namespace EnvConfigElement;
 namespace {
 
 constexpr int agentVersionOfNewTree = 40500;
-constexpr int defaultAgentVersion = 40000; // of older agents, which do not send theirs
+constexpr int defaultAgentVersion = 40000; // older agents do not send their version
 
 boost::shared_ptr<QelEnvCoreBasic> blankRecord() {
     return QelEnvCoreBasic::createInstance(nullptr, EnvConfigType::base);
@@ -359,7 +359,8 @@ int QelEnvConfig::compare(const QelEnvConfig& other) const {
     const auto compareStrings = [&](int (QelEnvConfig::*get)(QelStringOptionalProperty&) const) {
         return sign(valueOrEmpty(valueOf(*this, get)).compare(valueOrEmpty(valueOf(other, get))));
     };
-    // Name and domain come before the type, so that configurations of one name are adjacent whatever their technology.
+    // Name and domain are compared before the type, so that configurations with equal names are adjacent in sorted
+    // lists.
     if (const int order = compareStrings(&QelEnvConfig::getName))
         return order;
     if (const int order = compareStrings(&QelEnvConfig::getDomain))

@@ -20,15 +20,15 @@ using namespace EnvConfigElement;
 
 template class QelDerivedParserFactory<QelEnvConfig>;
 
-// Static objects are constructed in the order of their definitions.
+// Keep the order of these definitions: static objects are constructed in it.
 QelDerivedParserFactoryT<QelVEnvConfig, QelEnvConfig, QelEnvConfig, QelEnvConfig::Reader> factoryQelVEnvConfig(false);
 static QelLock positionLock;
 QelDerivedParserFactoryT<QelEnvConfig, QelEnvConfig> factoryQelEnvConfig(true);
 
 namespace {
 
-// The elements of a configuration in the form of a record with a table.  Reading a configuration only copies its
-// elements, so an unreadable element does not fail the read; its getter reports the error.
+// The elements of a configuration as a record with a table.  Reading a configuration only copies its elements, so a
+// malformed element does not fail the read; its getter reports the error.
 struct Elements {
     QelStringOptionalProperty name, description, domain, hostname, architecture, type;
     std::vector<QelIPAddress> addresses;
@@ -41,7 +41,8 @@ struct Elements {
     QelOptionalProperty<bool> configCustomized, disabled;
 };
 
-// The first fields have a position in the canonical order.  The others stay after their predecessor.
+// Number of leading fields that have a position in the canonical order.  A writer keeps any other element after its
+// predecessor.
 constexpr int positionCount = 15;
 
 } // namespace

@@ -46,8 +46,8 @@ template <class... Head> Record allocate(std::size_t dataSize, const Head&... he
 /// The bytes of a configuration.
 ///
 /// They always encode a single element.  Flattening the root of a message would encode the whole message with its
-/// envelope: after parsing, the fields of the configuration would be children of the root, where the configuration
-/// element itself is expected.  Therefore a root is first copied to an element.
+/// envelope; after parsing, the children of the root would be the fields of the configuration instead of the
+/// configuration element.  Therefore a root is first copied to an element.
 class FlatConfig {
 public:
     explicit FlatConfig(const QelMessageIterator& it) : m_element(&it) {
@@ -93,7 +93,7 @@ void readType(const QelMessageIterator& it, QelEnvType& type) {
 
 } // namespace
 
-// The reference count is not copied, hence a fresh base.
+// The base is default-initialised, because the reference count must not be copied.
 // NOLINTNEXTLINE(bugprone-copy-constructor-init)
 QelEnvCoreBasic::QelEnvCoreBasic(const QelEnvCoreBasic& other)
     : QelCachedItem(), parentEID(other.parentEID), eid(other.eid), status(other.status), type(other.type),

@@ -15,8 +15,8 @@ constexpr int bufferTooSmall = -2; // result of measureOrFlatten for a null buff
 
 } // namespace
 
-/// The bytes of one configuration in a new record: serialised from a tree that may have changed, or copied from the
-/// configuration's own record.
+/// The bytes of one configuration for a new record: serialised from a tree that may have changed, or copied from the
+/// existing record of the configuration.
 struct QelEnvCoreBasicMaintainer::Half {
     const QelMessageIterator* tree = nullptr;
     const char* bytes = nullptr;

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int textVersion = 40500;
 
-// A parameter contains its own name, so the map key is not written separately but read from there.
+// The map key of a parameter is its name, which the parameter itself contains, so it is not written a second time.
 int readParameters(const QelMessageIterator& cursor, QelInfo& info) {
     info.parameters.clear();
     return QelReaderMap("parameter"_element, QelReaderOptional,
@@ -49,7 +49,7 @@ public:
         m_text.append(format, copied);
     }
 
-    /// Appends the text of every parameter with this name.
+    /// Appends the expanded text of every parameter with this name, separated by commas.
     void appendParameters(const QelInfo::Parameters& parameters, std::string_view name) {
         auto at = parameters.lower_bound(name);
         for (bool isFirst = true; at != parameters.end() && at->first == name && !m_isTruncated; ++at) {
@@ -96,7 +96,7 @@ template <> struct Wire<QelInfo> : WireWords<QelInfo> {
 };
 const QelWireLayout& QelInfo::wire = wireLayoutOf<QelInfo>;
 
-// Not defaulted in the class: comparing the parameters needs the complete type.
+// Not defaulted in the class: comparing the parameters requires the complete type QelInfo.
 bool QelInfo::operator==(const QelInfo& other) const {
     return name == other.name && text == other.text && translatable == other.translatable &&
            parameters == other.parameters;

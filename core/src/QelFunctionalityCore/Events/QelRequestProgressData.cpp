@@ -105,7 +105,7 @@ int QelRequestProgressData::Reader::operator()(const QelMessageIterator& cursor,
     return 0;
 }
 
-// The namespace applies to the fields only.  The writer of a typed record would also mark the record's own element.
+// The namespace applies to the fields only.  The writer of a typed record would also set it on the record's element.
 int QelRequestProgressData::Writer::operator()(QelMessageIterator& cursor, const QelRequestProgressData& data) const {
     cursor.saveNamespace(progressNamespace);
     const int result = writeByLayout(wireLayoutOf<QelRequestProgressData>, &data, cursor);

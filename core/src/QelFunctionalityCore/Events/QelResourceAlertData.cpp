@@ -68,7 +68,7 @@ const QelWireLayout& QelResourceAlertData::wire = wireLayoutOf<QelResourceAlertD
 
 namespace {
 
-// The values are last because the preceding fields determine their form.
+// The table is processed in two parts: the fields before the values determine whether the values are integers.
 constexpr std::size_t fieldsBeforeValues = std::size(Wire<QelResourceAlertData>::fields) - 1;
 constexpr unsigned char onlyField[] = {0};
 

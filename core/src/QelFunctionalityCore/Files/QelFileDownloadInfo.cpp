@@ -43,7 +43,7 @@ int QelFileDownloadToFile::saveBuffer(const char* buffer, int length) {
     const ssize_t written = length < 0 ? 0 : ::write(m_file.descriptor(), buffer, static_cast<std::size_t>(length));
     if (written == length)
         return 0;
-    // A short write does not set errno.  For a file it means that there is no space for the rest.
+    // A short write does not set errno.  For a regular file it means that the file system is full.
     const int error = written == -1 ? errno : ENOSPC;
     setErrorMessage("Cannot write to file \"%s\": %s [%d]", dst.c_str(), std::strerror(error), error);
     return -1;

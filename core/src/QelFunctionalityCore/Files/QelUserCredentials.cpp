@@ -8,7 +8,7 @@ namespace Qel {
 
 namespace {
 
-// User IDs are sent as signed numbers.
+// A name takes precedence over a user ID.  User IDs are encoded as signed numbers.
 int readUid(const QelMessageIterator& cursor, QelUserCredentials& credentials) {
     return cursor.seekPresence("user"_element) == 0 ? 0 : QelUserCredentials::getUid(cursor, credentials.uid);
 }

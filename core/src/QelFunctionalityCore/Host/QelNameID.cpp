@@ -8,8 +8,8 @@ namespace Qel {
 
 namespace {
 
-// Runs after the name has been read, because it rejects a record without name and number.  Our writer encodes numbers
-// from 2^31 on as negative ones; the reader also accepts the unsigned form.
+// The name must be read before: a record without name and number is rejected.  The writer encodes numbers from 2^31 on
+// as negative numbers; the reader also accepts the unsigned form.
 template <class NameID, int element> int readID(const QelMessageIterator& cursor, NameID& record) {
     record.id = NameID().id;
     long long number = 0;

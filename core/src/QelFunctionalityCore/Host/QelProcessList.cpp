@@ -27,8 +27,8 @@ private:
     Names::const_iterator m_end;
 };
 
-/// Key writer that stores each key in the next empty name, or compares it with the next nonempty one; -1 if they
-/// differ. There must be as many names as keys.
+/// Key writer that compares each key with the next name, or stores it there if that name is empty; -1 if they differ.
+/// There must be as many names as keys.
 class WriterParamKey : public QelWriterBase {
 public:
     explicit WriterParamKey(Names& names) : m_next(names.begin()) {}
@@ -80,7 +80,7 @@ int writeRows(QelMessageIterator& cursor, const QelProcessList& list) {
     return QelWriterList(QelProcessInfo::Writer(names), "process"_element)(cursor, list.rows);
 }
 
-// The names as filled by QelProcessInfo::Writer for these rows, all of which must be writable.
+// Returns the names that QelProcessInfo::Writer would collect from these rows.  All rows must be writable.
 Names namesOf(const std::vector<QelProcessInfo>& rows) {
     Names names;
     for (const QelProcessInfo& row : rows) {

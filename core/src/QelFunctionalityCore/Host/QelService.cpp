@@ -13,8 +13,8 @@ constexpr bool isKnown(int state) {
     return state != QelService::unknownState;
 }
 
-// Description and state are written a second time, after the scripts, because peers expect them in both places.  A
-// reader uses the first occurrence.
+// Description and state are written a second time, after the scripts, because peers expect them in both positions.
+// Readers use the first occurrence.
 int skipRepetition(const QelMessageIterator&, QelService&) {
     return 0;
 }

@@ -66,7 +66,7 @@ private:
         return true;
     }
 
-    /// Cached: a counter occurs once per instance.
+    /// Cached, because the same counter occurs in every instance.
     int valueTypeOf(const std::string& counter) {
         const auto [known, isNew] = m_valueTypes.emplace(counter, 1);
         if (isNew && m_vocabulary)

@@ -109,7 +109,7 @@ bool matchesOwnFields(const QelNetBridge&, const QelNetBridge&) {
     return true;
 }
 
-// Returns whether the filter is not a `Device`, or both are and their own fields match.
+// Returns true if the filter is not a `Device`, or if both are `Device` objects with matching fields.
 template <class Device> bool matchesAs(const QelNetDevice& device, const QelNetDevice& filter) {
     const auto* const wanted = dynamic_cast<const Device*>(&filter);
     if (!wanted)

@@ -49,8 +49,8 @@ template <class T, T emptyValue, class ValueReader> struct ElementParser {
         range<T> found{emptyValue, emptyValue};
         switch (cursor.curID()) {
         case "ip"_element:
-            // Not checked, unlike the bounds of a range: a writer takes single values from a set, which never contains
-            // the extreme values.  One here is an internal error, and the set terminates the process.
+            // Not checked, unlike the bounds of a range: a writer gets single values from a set, which never contains
+            // the extreme values.  An extreme value here is an internal error, and the set terminates the process.
             cursor.getObject(found.start, ValueReader(), getEmptyID());
             found.end = found.start;
             break;
@@ -79,7 +79,8 @@ private:
 int readRanges(const QelMessageIterator& cursor, QelResourceIpPool& pool) {
     std::vector<range<unsigned>> ranges;
     const int result = QelReaderListAllT(ElementParser<unsigned, 0, QelIPReader>(), QelReaderOptional)(cursor, ranges);
-    // A single insertion: a message may contain a million ranges in descending order.
+    // A single insertion, because inserting descending ranges one by one takes quadratic time, and a message may
+    // contain a million of them.
     pool.ranges.insert(ranges.begin(), ranges.end());
     return result;
 }

@@ -14,8 +14,6 @@ namespace Qel {
 
 namespace {
 
-// In writing order.
-
 /// Reads and specifies a property from child `id` if it exists.
 template <class T, class Reader = typename T::reader_type>
 int readIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<T>& property, int id,
@@ -142,7 +140,7 @@ template <class T> void specifyIfPresent(const QelMessageIterator& cursor, QelOp
         section = T();
 }
 
-// The items are expected next to the section's element, not inside it; they are validated and discarded.
+// The items are siblings of the section's element, not nested in it.  They are validated and discarded.
 template <class Settings>
 int specifyItemsIfPresent(const QelMessageIterator& cursor, QelOptionalProperty<Settings>& section, int id) {
     if (cursor.seekPresence(id) != 0)

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int january = 1;
 constexpr int december = 12;
-constexpr int maxYears = 3; ///< limit of the search for a month, in turns of the year
+constexpr int maxYears = 3; ///< limit of the search for a month, in changes of the year
 
 // Returns whether the year changed.
 bool stepMonth(int& month, int& year) {
@@ -37,7 +37,7 @@ int getNextMonth(int& month, int& year, const std::set<int>& months) {
     constexpr int lastYear = std::numeric_limits<int>::max() - maxYears - 1;
     if (months.empty() || month < january || month > december || year < 0 || year > lastYear)
         return -1;
-    stepMonth(month, year); // a turn of the year in this step is not counted
+    stepMonth(month, year); // a change of the year in this step is not counted
     for (int turns = 0; !months.contains(month);)
         if (stepMonth(month, year) && ++turns == maxYears)
             return -1;

@@ -50,7 +50,7 @@ int QelSchedulerDailyTrigger::getNextRunTime(long now, long& next) const {
         else if (local.tm_wday == saturday)
             run += 2 * secondsPerDay;
     } else if (local.tm_wday != sunday) {
-        // Weekends only; `weekendsOnly` is not evaluated.  A Saturday is already a run day.
+        // Weekends only; `weekendsOnly` is not evaluated.  Advances to the next Saturday, unless this day is one.
         run += (saturday - local.tm_wday) * secondsPerDay;
     }
     next = toRunTimeUntilEnd(*this, run);

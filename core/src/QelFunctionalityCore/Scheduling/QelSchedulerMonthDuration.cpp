@@ -35,7 +35,7 @@ struct QelSchedulerMonthDuration::Month {
         if (n < 1 || n > lastWeek)
             return -1;
         int found = evaluateNWeekDayOfMonth(weekDay, firstWeekDay, n);
-        // `found` is the sixth; go back by the number of weeks that it is past the end of the month.
+        // The sixth week day is past the end of the month: go back by weeks to the last one in the month.
         if (n == lastWeek && found > last)
             found -= (found - last + daysPerWeek - 1) / daysPerWeek * daysPerWeek;
         day = found > last ? -1 : found;
@@ -108,7 +108,7 @@ int QelSchedulerMonthDuration::beginMonth(Month& month) const {
     return getLastDayOfMonth(month.start.tm_mon, month.start.tm_year, month.last);
 }
 
-// Until finish(), `begin` is the start time.
+// `begin` is the start time until finish() is called.
 std::int64_t QelSchedulerMonthDuration::beginOf(const Month& month, int day) const {
     return begin + (day - month.start.tm_mday) * secondsPerDay;
 }

@@ -9,9 +9,9 @@ namespace {
 
 // Computes the first of `month` at `timeOfDay`, relative to `midnight`, the start of the month in standard time.
 //
-// With negative daylight saving time (Irish winter) that midnight is still in the previous month on the wall clock.  A
-// time of day in the first hour would then belong to that month, and a span starting there would contain the wrong
-// days; it is therefore counted from the wall clock's midnight.
+// With negative daylight saving time (Irish winter), the wall clock shows the previous month at that midnight.  A time
+// of day in the first hour would then belong to the previous month, and a span that starts there would contain the
+// wrong days.  Such a time of day is therefore counted from midnight on the wall clock.
 int findFirstOfMonth(std::int64_t midnight, int month, long timeOfDay, std::int64_t& monthStart) {
     std::int64_t first = midnight + timeOfDay;
     std::tm local{};

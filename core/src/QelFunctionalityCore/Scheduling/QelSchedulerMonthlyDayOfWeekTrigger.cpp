@@ -27,7 +27,7 @@ int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) co
         const QelSchedulerMonthDuration runs(monthStart, weekDays, weekNumbers);
         if (!runs.isValid())
             return -1;
-        // A run not after the start discards the rest of the month.
+        // If this run is not after the start, the rest of the month is skipped.
         if (const std::int64_t run = runs.getNextRunTime(now); run != runs.end && run > start) {
             next = toRunTime(run);
             return 0;
@@ -40,7 +40,7 @@ int QelSchedulerMonthlyDayOfWeekTrigger::getNextRunTime(long now, long& next) co
     const QelSchedulerMonthDuration runs(monthStart, weekDays, weekNumbers);
     if (!runs.isValid())
         return -1;
-    // As above, the run is not compared with the trigger's end.
+    // Neither here nor above is the run compared with the end of the trigger.
     next = toRunTime(runs.getNextRunTime(now));
     return 0;
 }

@@ -18,7 +18,7 @@ int QelSchedulerMonthlyTrigger::getNextRunTime(long now, long& next) const {
     if (days.empty() || months.empty() || getRunTime(start, timeOfDay) != 0 || localTimeCopy(start, first) != 0 ||
         localTimeCopy(now, present) != 0)
         return -1;
-    // The year advances to the current one, but the month remains that of the start.
+    // The search begins in the month of the start, but not before the current year.
     first.tm_year = std::max(first.tm_year, present.tm_year);
 
     if (months.contains(first.tm_mon + 1)) {

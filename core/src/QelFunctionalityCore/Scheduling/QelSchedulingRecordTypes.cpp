@@ -11,7 +11,7 @@ namespace Qel {
 
 namespace {
 
-// An abstract base: the element's complex type specifies the class, which has its own table.
+// Reads a record of an abstract base: the element's complex type selects the derived class and its table.
 template <class Base> struct AnyReader {
     int operator()(const QelMessageIterator& cursor, boost::shared_ptr<Base>& record) const {
         return QelReaderDerived<Base>(false)(cursor, record);

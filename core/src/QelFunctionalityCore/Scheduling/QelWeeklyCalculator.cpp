@@ -13,7 +13,7 @@ using boost::gregorian::date_duration;
 
 constexpr int daysPerWeek = 7;
 
-// Range of boost::gregorian::date, less a margin for a run in the following year.
+// Range of boost::gregorian::date, minus a margin for a run in the following year.
 constexpr std::int64_t earliest = -17'987'443'200; // 1400-01-01
 constexpr std::int64_t latest = 253'086'768'000;   // 9990-01-01
 

@@ -7,7 +7,7 @@ namespace Qel {
 
 namespace {
 
-// One table each for a required and an optional OID.
+// The table of QelDirControl, with a required or an optional OID.
 template <QelWireRead oidRead> struct ControlWire : WireWords<QelDirControl> {
     using Words = WireWords<QelDirControl>;
     static constexpr int nsId = 270, typeId = 181;

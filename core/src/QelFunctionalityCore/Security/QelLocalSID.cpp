@@ -16,7 +16,7 @@ struct Authority {
     std::array<std::uint8_t, 6> bytes; // big-endian
 };
 
-// The order is not that of the types: type 2 is the oldest and has the lowest authority.
+// The authorities are not in the order of the types: type 2 is the oldest and has the lowest authority.
 constexpr Authority authorities[] = {
     {QelLocalSID::type1, {0, 0, 0, 0, 0x20, 0x01}},
     {QelLocalSID::type2, {0, 0, 0, 0, 0x20, 0x00}},

@@ -90,7 +90,7 @@ void storeAuthority(std::vector<std::uint8_t>& binary, std::uint64_t authority) 
         binary[authorityOffset + i] = static_cast<std::uint8_t>(authority >> (8 * (authoritySize - 1 - i)));
 }
 
-// The constant SIDs, parsed at the first call.
+// Returns a constant SID; all are parsed at the first call.
 const QelSID& fixedWellKnownSID(QelSID::WellKnownSIDs which) {
     static const QelSID fixed[] = {
         QelSID(QelSID::SID_PREFIX + '1'),    QelSID(QelSID::SID_PREFIX + '2'),    QelSID("S-1-5-7"),

@@ -82,7 +82,7 @@ const QelWireLayout& layoutFor(bool withoutData) {
     return withoutData ? shortened : whole;
 }
 
-// Subtracts modulo 2^n, without signed overflow: the time of a message may be any number.
+// Subtracts in unsigned arithmetic to avoid signed overflow: the time in a message may be any number.
 long difference(long a, long b) {
     return static_cast<long>(static_cast<unsigned long>(a) - static_cast<unsigned long>(b));
 }

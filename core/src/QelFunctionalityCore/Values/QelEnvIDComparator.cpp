@@ -19,7 +19,7 @@ bool QelEnvIDComparator::isLessBySortKey(const QelEID& a, const QelEID& b) {
     if (sortKeySource == nullptr)
         return a < b;
     const std::optional<std::uint32_t> keyOfA = sortKeySource(a);
-    // One unknown key decides, so an unavailable cache is queried only once per comparison.
+    // If the first key is unknown, the identifiers decide: an unavailable cache is queried only once per comparison.
     const std::optional<std::uint32_t> keyOfB = keyOfA ? sortKeySource(b) : std::nullopt;
     if (!keyOfB || *keyOfA == *keyOfB)
         return a < b;

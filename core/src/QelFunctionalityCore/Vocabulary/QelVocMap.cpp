@@ -57,7 +57,7 @@ int QelVocMap::insert(QelMessage* map, const QelVocID& id, const boost::intrusiv
         return 0;
     to->newChild("vocabulary"_element);
     to->putValue(std::string(id.name.c_str()), "name"_element);
-    // Ignore a failure: a prototype without a message adds a vocabulary that contains only the name.
+    // Ignore a failure: for a prototype without a message, the new vocabulary contains only the name.
     to->putObj(*voc, getEmptyID());
     return 0;
 }

@@ -64,7 +64,7 @@ int QelVocMapIterator::filterVocByID() const {
     return m_current != m_vocabularies.end() ? 0 : -1;
 }
 
-/// Moves to the current vocabulary, or to the next visible one if it is hidden.
+/// Moves to the current vocabulary, or to the next one that the filter passes.
 int QelVocMapIterator::enterVocabulary() const {
     if (filterVocByID() != 0)
         return -1;
@@ -78,7 +78,8 @@ int QelVocMapIterator::seekRoot() const {
     return enterVocabulary();
 }
 
-/// Continues the search in the following vocabularies until it succeeds.  `result`: of the current vocabulary.
+/// Continues a search in the following vocabularies until it succeeds.  `result` is its result in the current
+/// vocabulary.
 template <class Search> int QelVocMapIterator::searchOn(int result, const Search& search) const {
     while (result != 0) {
         if (nextVocabulary() != 0)
