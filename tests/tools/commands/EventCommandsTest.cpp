@@ -80,7 +80,7 @@ TEST_F(EventCommandsTest, ShowTakesTitlesFromCache) {
 }
 
 TEST_F(EventCommandsTest, ShowWithoutCacheLogsNothing) {
-    const Qel::TestSupport::LogCapture log;
+    const Qel::TestSupport::LogCapture log(Qel::LogLevel::trace);
     EXPECT_THAT(show("resource-alert"), HasSubstr("red alert on environment " + database));
     EXPECT_THAT(log.texts(), testing::IsEmpty());
     EXPECT_EQ(Qel::debug_level, Qel::LogLevel::trace) << "the level is restored";
