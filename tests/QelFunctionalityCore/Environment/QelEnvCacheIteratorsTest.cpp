@@ -188,7 +188,7 @@ TEST_F(EnvIDOrderTest, WithoutCacheSetsAreOrderedByEid) {
     const LogCapture log;
     EXPECT_TRUE(less(eidOf(1), eidOf(2)));
     EXPECT_FALSE(less(eidOf(2), eidOf(1)));
-    EXPECT_EQ(log.texts().size(), 2U) << "each comparison calls envCache() once";
+    EXPECT_EQ(log.messages().size(), 2U) << "each comparison calls envCache() once";
 }
 
 TEST_F(EnvIDOrderTest, ChildrenAreSyncedInSortKeyOrder) {

@@ -80,7 +80,7 @@ protected:
     void expectFailure(const char* reason) {
         clearErrorMessage();
         EXPECT_EQ(read(), -1);
-        EXPECT_EQ(getErrorMessage(), std::string("can't read QelMonitorData: ") + reason);
+        EXPECT_EQ(getErrorMessage(), std::string("cannot read QelMonitorData: ") + reason);
     }
 
     TestMessage message;

@@ -104,7 +104,7 @@ TEST_F(RecordCommandsTest, UnknownTypeIsReported) {
     for (const std::vector<std::string>& command :
          {std::vector<std::string>{"record", "describe", "QelNothing"}, {"record", "rewrite", "QelNothing", "-"}}) {
         const ToolRun run = runTool(command);
-        EXPECT_EQ(run.code, ExitCode::notSo);
+        EXPECT_EQ(run.code, ExitCode::negative);
         EXPECT_EQ(run.err, "qel: unknown record type 'QelNothing'; see `qel record list`\n");
     }
 }

@@ -163,8 +163,8 @@ TEST_F(RecordSchemaTest, EverySchemaIsValidAndAcceptsEmptyMessage) {
 }
 
 TEST_F(RecordSchemaTest, RejectsUnknownTypeAndEmptyName) {
-    EXPECT_EQ(runTool({"record", "schema", "QelNothing"}).code, ExitCode::notSo);
-    EXPECT_EQ(runTool({"record", "schema", "x=QelNothing"}).code, ExitCode::notSo);
+    EXPECT_EQ(runTool({"record", "schema", "QelNothing"}).code, ExitCode::negative);
+    EXPECT_EQ(runTool({"record", "schema", "x=QelNothing"}).code, ExitCode::negative);
     EXPECT_EQ(runTool({"record", "schema", "=QelOS"}).code, ExitCode::usage);
 }
 
