@@ -302,7 +302,7 @@ TEST(QelMemoryMappedFileTest, FileReplacedDuringOpenIsRejected) {
     name.write("first");
     other.write("second");
     const Signal leased;
-    const Signal refused;
+    const Signal mapReturned;
     // A lease delays the first open() of another process until the holder has replaced the file.
     ChildProcess holder([&] {
         sigset_t breaking;
@@ -319,13 +319,13 @@ TEST(QelMemoryMappedFileTest, FileReplacedDuringOpenIsRejected) {
         if (rename(other.path().c_str(), name.path().c_str()))
             return 1;
         fcntl(descriptor, F_SETLEASE, F_UNLCK);
-        refused.wait();
+        mapReturned.wait();
         return 0;
     });
     leased.wait();
     QelMemoryMappedFile file;
     const int result = file.map(name.path(), page, options, nullptr);
-    refused.notify();
+    mapReturned.notify();
     const int held = holder.wait();
     if (held == 2)
         GTEST_SKIP() << "the file system grants no leases";

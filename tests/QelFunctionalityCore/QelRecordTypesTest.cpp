@@ -1,12 +1,16 @@
 #include "QelFunctionalityCore/QelRecordTypes.h"
 
 #include <algorithm>
+#include <map>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <gmock/gmock.h>
 
 #include "QelFunctionalityCore/RandomFamilies.h"
+#include "QelMessage/QelNames.h"
 #include "support/LogCapture.h"
 #include "support/RandomRecord.h"
 #include "support/TestMessage.h"
@@ -85,6 +89,66 @@ TEST(QelRecordTypesTest, NumberInFieldNameIsElementID) {
     for (const QelRecordType& type : recordTypes())
         if (type.layout)
             expectNumberedFieldsMatchElements(*type.layout);
+}
+
+// Readers select the class of a derived record by its stamp, in any family.  No two classes share one on purpose.
+TEST(QelRecordTypesTest, HaveDistinctStamps) {
+    constexpr int greatestPlainType = 100; // up to here, a type is not a stamp: the namespace alone, or nothing
+    std::map<std::pair<int, int>, std::string_view> owners;
+    for (const QelRecordType& type : recordTypes()) {
+        if (type.typeId <= greatestPlainType)
+            continue;
+        const auto [owner, isNew] = owners.try_emplace({type.nsId, type.typeId}, type.name);
+        EXPECT_TRUE(isNew) << type.name << " has the stamp of " << owner->second;
+    }
+    EXPECT_THAT(owners, testing::Not(SizeIs(0)));
+}
+
+/// Expects every element of the tables to have a name, including those of nested groups, containers and records.
+class ElementNames {
+public:
+    void expectNamed(const QelWireLayout& layout) {
+        if (!m_visited.insert(&layout).second)
+            return;
+        for (const QelWireField& field : layout.fields) {
+            const std::string row = std::string(layout.typeName) + "::" + std::string(field.name);
+            for (const int id : {field.id, field.item, field.key, field.value})
+                expectNamed(id, row);
+            expectNamed(*field.codec, row);
+        }
+    }
+
+    [[nodiscard]] std::size_t elementCount() const { return m_elements.size(); }
+
+private:
+    void expectNamed(const QelWireCodec& codec, const std::string& row) {
+        for (const QelWireBit& bit : codec.bits)
+            expectNamed(bit.id, row);
+        for (const QelWireCodec* const part : {codec.key, codec.item})
+            if (part)
+                expectNamed(*part, row);
+        if (codec.layout)
+            expectNamed(*codec.layout());
+    }
+    void expectNamed(int id, const std::string& row) {
+        if (id == 0)
+            return; // content directly in the enclosing element
+        const auto names = QelNames::elements();
+        const auto found = std::ranges::lower_bound(names, id, {}, &QelNames::Entry::id);
+        EXPECT_TRUE(found != names.end() && found->id == id) << row << ": element " << id << " has no name";
+        m_elements.insert(id);
+    }
+
+    std::set<const QelWireLayout*> m_visited;
+    std::set<int> m_elements;
+};
+
+TEST(QelRecordTypesTest, HaveNameForEachElement) {
+    ElementNames names;
+    for (const QelRecordType& type : recordTypes())
+        if (type.layout)
+            names.expectNamed(*type.layout);
+    EXPECT_GT(names.elementCount(), 500u);
 }
 
 /// The element of a field, or 0 if the record has no field with that name.
@@ -190,7 +254,7 @@ TEST_P(EachRecordType, SurvivesRoundTrip) {
 }
 
 TEST_P(EachRecordType, ReadingDamagedElementsSucceedsOrFailsCleanly) {
-    int refused = 0;
+    int rejected = 0;
     for (int run = 0; run < runs && !HasFailure(); ++run) {
         const TestMessage made;
         make(made);
@@ -201,11 +265,11 @@ TEST_P(EachRecordType, ReadingDamagedElementsSucceedsOrFailsCleanly) {
         const TestMessage written;
         const auto results = rewrite(made, written);
         if (results.read != 0 || results.write != 0)
-            ++refused;
+            ++rejected;
         else if (!exceptions.isReadable || exceptions.isReadable(written.cursor()))
             expectFixedPoint(written);
     }
-    RecordProperty("refused", refused);
+    RecordProperty("rejected", rejected);
 }
 
 std::string nameOf(const testing::TestParamInfo<QelRecordType>& info) {

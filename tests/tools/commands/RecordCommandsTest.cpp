@@ -54,7 +54,7 @@ TEST_F(RecordCommandsTest, DescribeJsonHasAllColumns) {
     EXPECT_EQ(described["name"], "QelEnv");
     EXPECT_EQ(described["namespace"], 292);
     EXPECT_EQ(described["type"], 122);
-    const Json eid{{"field", "eid"},      {"id", 1866},      {"kind", "by hand: record QelEID"},
+    const Json eid{{"field", "eid"},      {"id", 1866},      {"kind", "custom: record QelEID"},
                    {"mayBeUnset", false}, {"form", "plain"}, {"read", "required"},
                    {"write", "always"},   {"writeOrder", 2}, {"readOrder", 4}};
     EXPECT_EQ(described["fields"][1], eid);
