@@ -91,9 +91,10 @@ TEST(QelRecordTypesTest, NumberInFieldNameIsElementID) {
             expectNumberedFieldsMatchElements(*type.layout);
 }
 
-// Readers select the class of a derived record by its stamp, in any family.  No two classes share one on purpose.
+// Readers select the class of a derived record by its stamp.  No two records have the same one, in any family: the first
+// record to share a stamp on purpose needs an exception here, with the reason.
 TEST(QelRecordTypesTest, HaveDistinctStamps) {
-    constexpr int greatestPlainType = 100; // up to here, a type is not a stamp: the namespace alone, or nothing
+    constexpr int greatestPlainType = 100; // a record with a type up to this one is not stamped with a complex type
     std::map<std::pair<int, int>, std::string_view> owners;
     for (const QelRecordType& type : recordTypes()) {
         if (type.typeId <= greatestPlainType)
