@@ -91,8 +91,8 @@ TEST(QelRecordTypesTest, NumberInFieldNameIsElementID) {
             expectNumberedFieldsMatchElements(*type.layout);
 }
 
-// Readers select the class of a derived record by its stamp.  No two records have the same one, in any family: the first
-// record to share a stamp on purpose needs an exception here, with the reason.
+// Readers select the class of a derived record by its stamp.  No two records share one today, not even in different
+// families.  An exception, if the protocol requires one, belongs here with its reason.
 TEST(QelRecordTypesTest, HaveDistinctStamps) {
     constexpr int greatestPlainType = 100; // a record with a type up to this one is not stamped with a complex type
     std::map<std::pair<int, int>, std::string_view> owners;
