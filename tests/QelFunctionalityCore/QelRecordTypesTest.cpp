@@ -149,7 +149,7 @@ TEST(QelRecordTypesTest, HaveNameForEachElement) {
     for (const QelRecordType& type : recordTypes())
         if (type.layout)
             names.expectNamed(*type.layout);
-    EXPECT_GT(names.elementCount(), 500u);
+    EXPECT_GT(names.elementCount(), 300u);
 }
 
 /// The element of a field, or 0 if the record has no field with that name.
