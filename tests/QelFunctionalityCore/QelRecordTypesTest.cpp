@@ -185,21 +185,21 @@ TEST(QelRecordTypesTest, IncludeAllUnusualRecords) {
 
 class EachRecordType : public testing::TestWithParam<QelRecordType> {
 protected:
-    /// Moves the cursor to the place of a record: the only element of a new message, or its root.  Messages carry a
-    /// time, without which no session can be read.
-    static void place(const TestMessage& message) {
+    /// Creates the element of a record in a new message and moves the cursor there; a record that is a whole message
+    /// uses the root.  Sets the time, which sessions require.
+    static void createElement(const TestMessage& message) {
         message->setTime(1'795'167'000);
         message->setRequestId("request");
         if (!GetParam().isWholeMessage)
             message.cursor().newChild(element);
     }
-    /// A message with a randomly filled record under the cursor.
-    void make(const TestMessage& message) {
-        place(message);
+    /// Fills a new message with a random record and moves the cursor to its element.
+    void fillRandomly(const TestMessage& message) {
+        createElement(message);
         random.fill(message.cursor(), GetParam().name, GetParam().layout);
     }
     QelRecordType::Results rewrite(const TestMessage& from, const TestMessage& to) {
-        place(to);
+        createElement(to);
         const std::string position = to.cursor().curName();
         const auto results = GetParam().rewrite(from.cursor(), to.cursor());
         if (exceptions.leavesCursorInDescendant)
@@ -212,8 +212,8 @@ protected:
         EXPECT_EQ(to.cursor().curName(), position) << "writer restores the position";
         return results;
     }
-    /// Reads the written record, writes it again and compares.
-    void expectFixedPoint(const TestMessage& written) {
+    /// Expects the written form to be stable: reading and writing it again reproduces it.
+    void expectStable(const TestMessage& written) {
         const TestMessage again;
         expectRewritten(written, again);
         if (!exceptions.needsSecondRoundTrip) {
@@ -235,7 +235,7 @@ private:
 protected:
     RandomRecord random{20261120, families()};
     const RecordExceptions exceptions = families().exceptionsOf(std::string(GetParam().name));
-    const LogCapture log; // what readers log about damaged messages
+    const LogCapture log; // suppresses the log records about damaged messages
 };
 
 TEST_P(EachRecordType, CanBeGeneratedRandomly) {
@@ -244,31 +244,31 @@ TEST_P(EachRecordType, CanBeGeneratedRandomly) {
 
 TEST_P(EachRecordType, SurvivesRoundTrip) {
     for (int run = 0; run < runs && !HasFailure(); ++run) {
-        const TestMessage made;
-        make(made);
+        const TestMessage original;
+        fillRandomly(original);
         const TestMessage written;
-        const auto results = rewrite(made, written);
-        EXPECT_EQ(results.read, 0) << textOf(*made.get());
-        EXPECT_EQ(results.write, 0) << textOf(*made.get());
-        expectFixedPoint(written);
+        const auto results = rewrite(original, written);
+        EXPECT_EQ(results.read, 0) << textOf(*original.get());
+        EXPECT_EQ(results.write, 0) << textOf(*original.get());
+        expectStable(written);
     }
 }
 
 TEST_P(EachRecordType, ReadingDamagedElementsSucceedsOrFailsCleanly) {
     int rejected = 0;
     for (int run = 0; run < runs && !HasFailure(); ++run) {
-        const TestMessage made;
-        make(made);
+        const TestMessage original;
+        fillRandomly(original);
         for (unsigned left = random.below(4) + 1; left > 0; --left)
-            random.damage(made.cursor());
-        if (exceptions.isFatal && exceptions.isFatal(*made.root()))
+            random.damage(original.cursor());
+        if (exceptions.isFatal && exceptions.isFatal(*original.root()))
             continue;
         const TestMessage written;
-        const auto results = rewrite(made, written);
+        const auto results = rewrite(original, written);
         if (results.read != 0 || results.write != 0)
             ++rejected;
         else if (!exceptions.isReadable || exceptions.isReadable(written.cursor()))
-            expectFixedPoint(written);
+            expectStable(written);
     }
     RecordProperty("rejected", rejected);
 }

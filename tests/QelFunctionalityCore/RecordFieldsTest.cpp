@@ -111,7 +111,7 @@ protected:
     }
 
     RandomRecord random{20261122, families()};
-    const LogCapture log; // what readers log about incomplete messages
+    const LogCapture log; // suppresses the log records about incomplete messages
 };
 
 /// Optional simple values that fail the record if they are present and unreadable.

@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(ProfileCommandsTest, MergeLetsSecondProfileTakePrecedence) {
+TEST_F(ProfileCommandsTest, SecondProfileOfMergeTakesPrecedence) {
     const std::string out = outputOf("merge", group, user);
     EXPECT_THAT(out, AllOf(HasSubstr("<sid>AQEAAAAAA+jpAwAA</sid>"), HasSubstr("Ann Example"), HasSubstr("en_US"),
                            HasSubstr("two columns"), HasSubstr(">events<"), HasSubstr(">overview<"),
@@ -45,7 +45,7 @@ TEST_F(ProfileCommandsTest, MergeLetsSecondProfileTakePrecedence) {
     EXPECT_THAT(out, Not(HasSubstr("auth_name"))) << "a SID replaces the name";
 }
 
-TEST_F(ProfileCommandsTest, MergeInReverseOrderLetsGroupTakePrecedence) {
+TEST_F(ProfileCommandsTest, GroupTakesPrecedenceInReverseMerge) {
     const std::string out = outputOf("merge", user, group);
     EXPECT_THAT(out, HasSubstr("<browse_value_2210>50</browse_value_2210>"));
     EXPECT_THAT(out, HasSubstr("Ann Example"));

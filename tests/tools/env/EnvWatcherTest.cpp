@@ -90,7 +90,7 @@ TEST_F(EnvWatcherTest, ReportsChangedParts) {
     EXPECT_THAT(look(), ElementsAre(isChange(Kind::changed, 1, "b", "status, alerts")));
 }
 
-TEST_F(EnvWatcherTest, HoldsNoSnapshotBetweenLooks) {
+TEST_F(EnvWatcherTest, HoldsNoSnapshotBetweenCalls) {
     put(env(1, "a"));
     (void)look();
     EXPECT_THAT(runTool({"cache", "info", path("cache")}).out, testing::ContainsRegex("snapshot references +1\n"));
