@@ -128,8 +128,8 @@ private:
         for (const QelWireCodec* const part : {codec.key, codec.item})
             if (part)
                 expectNamed(*part, row);
-        if (codec.layout)
-            expectNamed(*codec.layout());
+        if (const QelWireLayout* const layout = codec.layout ? codec.layout() : nullptr) // null: a base without a table
+            expectNamed(*layout);
     }
     void expectNamed(int id, const std::string& row) {
         if (id == 0)
