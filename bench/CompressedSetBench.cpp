@@ -1,10 +1,10 @@
-// Compares sets of ranges with boost::icl::interval_set<unsigned>, both built from the same 100,000 ranges.  Prints the
-// time and the memory of each side, the ratio, and whether the required ratio is reached.  The exit code is 1 if a
-// required ratio is missed.
+// Compares compressed_set with boost::icl::interval_set<unsigned>.  Both are built from 100,000 ranges.  Prints the
+// time and the memory of each, the ratio, and whether the ratio meets its requirement.  The exit code is 1 if a
+// requirement is not met.
 //
-// "At once" inserts all ranges in one call, like the reader of an address pool.  "One by one" inserts them separately,
-// which the peer always does.  It must be fast only for ascending ranges: a set of many disjoint ranges is a long
-// vector, and an insert at a random position moves half of it on average.
+// "at once": all ranges are inserted by one call, as the reader of an address pool does.
+// "one by one": each range is inserted by its own call.  The interval_set has no other way.  A requirement exists for
+// ascending ranges only: compressed_set is a sorted vector, and an insertion at a random position moves half of it.
 
 #include <algorithm>
 #include <cstdio>
@@ -29,9 +29,10 @@ using Ranges = std::vector<Range>;
 
 constexpr unsigned rangeCount = 100'000;
 
-std::size_t bytesHeld = 0;
+/// Allocated through CountingAllocator and not yet released.
+std::size_t bytesAllocated = 0;
 
-/// Counts the bytes allocated by its containers.
+/// Adds the memory of its containers to bytesAllocated.
 template <class T> struct CountingAllocator {
     using value_type = T;
 
@@ -39,11 +40,11 @@ template <class T> struct CountingAllocator {
     template <class U> CountingAllocator(const CountingAllocator<U>&) {}
 
     T* allocate(std::size_t n) {
-        bytesHeld += n * sizeof(T);
+        bytesAllocated += n * sizeof(T);
         return std::allocator<T>().allocate(n);
     }
     void deallocate(T* block, std::size_t n) {
-        bytesHeld -= n * sizeof(T);
+        bytesAllocated -= n * sizeof(T);
         std::allocator<T>().deallocate(block, n);
     }
     friend bool operator==(const CountingAllocator&, const CountingAllocator&) { return true; }
@@ -56,29 +57,29 @@ using PeerOf = boost::icl::interval_set<unsigned, std::less, boost::icl::interva
 using Set = SetOf<std::allocator>;
 using Peer = PeerOf<std::allocator>;
 
-// ---- the inserted ranges
+// ---- Input
 
-/// Random ranges of up to `longest` addresses, with starts from 1 to `universe`.
+/// Random ranges of 1 to `longest` addresses that start at 1 to `universe`.
 Ranges randomRanges(unsigned universe, unsigned longest) {
     std::mt19937 random(20261121);
     std::uniform_int_distribution<unsigned> start(1, universe);
-    std::uniform_int_distribution<unsigned> further(0, longest - 1);
-    Ranges made;
+    std::uniform_int_distribution<unsigned> length(0, longest - 1);
+    Ranges ranges;
     for (unsigned i = 0; i < rangeCount; ++i) {
         const unsigned first = start(random);
-        made.push_back({first, first + further(random)});
+        ranges.push_back({first, first + length(random)});
     }
-    return made;
+    return ranges;
 }
 
 Ranges ascendingAddresses() {
-    Ranges made;
+    Ranges ranges;
     for (unsigned i = 1; i <= rangeCount; ++i)
-        made.push_back({i, i});
-    return made;
+        ranges.push_back({i, i});
+    return ranges;
 }
 
-// ---- the ways to build a set
+// ---- Methods of insertion
 
 template <class AnySet = Set> AnySet buildAtOnce(const Ranges& ranges) {
     AnySet set;
@@ -105,14 +106,14 @@ template <auto build> void bench(benchmark::State& state, const Ranges& ranges) 
         benchmark::DoNotOptimize(build(ranges));
 }
 
-// ---- the table
+// ---- Results
 
 struct Row {
-    const char* ranges;
-    const char* way;
-    Ranges made;
+    const char* title;
+    const char* method; ///< "at once" or "one by one"
+    Ranges ranges;
     void (*ours)(benchmark::State&, const Ranges&);
-    double required; ///< times as fast as the peer; 0 for no requirement
+    double required; ///< speed, as a multiple of the peer's; 0: no requirement
 };
 
 const std::vector<Row>& rows() {
@@ -131,7 +132,7 @@ const std::vector<Row>& rows() {
 }
 
 std::string nameOf(const Row& row, const char* side) {
-    return std::string(row.ranges) + ", " + row.way + ", " + side;
+    return std::string(row.title) + ", " + row.method + ", " + side;
 }
 
 void registerAll() {
@@ -139,13 +140,13 @@ void registerAll() {
     for (const Row& row : rows())
         for (const auto& [side, run] : {std::pair{"ours", row.ours}, std::pair{"peer", &bench<buildPeer<>>}})
             benchmark::RegisterBenchmark(nameOf(row, side).c_str(),
-                                         [run = run, &row](benchmark::State& state) { run(state, row.made); })
+                                         [run = run, &row](benchmark::State& state) { run(state, row.ranges); })
                 ->Repetitions(repetitions)
                 ->MinTime(0.1)
                 ->Unit(benchmark::kMillisecond);
 }
 
-/// A table of processor time in milliseconds or of memory in KiB.
+/// A table of processor times in milliseconds or of memory in KiB.
 RatioTable startTable(const char* unit) {
     return {"100,000 ranges", "", unit, 3};
 }
@@ -158,15 +159,15 @@ bool printTimes(const BestTimes& times) {
         const double peer = times.of(nameOf(row, "peer"));
         if (ours > 0 && peer > 0)
             allReached =
-                table.printLine(row.ranges, row.way, ours, peer, Measure::timesFaster, row.required) && allReached;
+                table.printLine(row.title, row.method, ours, peer, Measure::timesFaster, row.required) && allReached;
     }
     return allReached;
 }
 
 template <class AnySet, class Build> double kilobytesOf(const Build& build, const Ranges& ranges) {
-    const std::size_t before = bytesHeld;
+    const std::size_t before = bytesAllocated;
     const AnySet set = build(ranges);
-    return static_cast<double>(bytesHeld - before) / 1024;
+    return static_cast<double>(bytesAllocated - before) / 1024;
 }
 
 bool printMemory() {
@@ -176,13 +177,13 @@ bool printMemory() {
     const RatioTable table = startTable("KiB");
     bool allReached = true;
     for (const Row& row : rows()) {
-        // Unless built at once, a set keeps its capacity when it shrinks.
-        const bool isAtOnce = std::string(row.way) == "at once";
+        // A set built one by one keeps the capacity of its largest size, so it has no memory requirement.
+        const bool isAtOnce = std::string(row.method) == "at once";
         const double ours =
-            kilobytesOf<CountedSet>(isAtOnce ? buildAtOnce<CountedSet> : buildOneByOne<CountedSet>, row.made);
-        const double peer = kilobytesOf<CountedPeer>(buildPeer<CountedPeer>, row.made);
+            kilobytesOf<CountedSet>(isAtOnce ? buildAtOnce<CountedSet> : buildOneByOne<CountedSet>, row.ranges);
+        const double peer = kilobytesOf<CountedPeer>(buildPeer<CountedPeer>, row.ranges);
         allReached =
-            table.printLine(row.ranges, row.way, ours, peer, Measure::timesFaster, isAtOnce ? 4 : 0) && allReached;
+            table.printLine(row.title, row.method, ours, peer, Measure::timesFaster, isAtOnce ? 4 : 0) && allReached;
     }
     return allReached;
 }
@@ -190,14 +191,14 @@ bool printMemory() {
 /// Checks that both sides build equal sets.
 bool agree() {
     for (const Row& row : rows()) {
-        const Set set = buildAtOnce(row.made);
-        const Peer peer = buildPeer(row.made);
-        const bool same =
+        const Set set = buildAtOnce(row.ranges);
+        const Peer peer = buildPeer(row.ranges);
+        const bool areEqual =
             std::equal(set.begin(), set.end(), peer.begin(), peer.end(), [](const Range& a, const auto& b) {
                 return a.start == boost::icl::first(b) && a.end == boost::icl::last(b);
             });
-        if (!same) {
-            std::printf("%s: the sets differ\n", row.ranges);
+        if (!areEqual) {
+            std::printf("%s: the sets differ\n", row.title);
             return false;
         }
     }
@@ -210,8 +211,8 @@ int main(int argc, char** argv) {
     BestTimes times(BestTimes::Clock::processor, 1e3);
     if (!runBenchmarks(argc, argv, registerAll, times))
         return 2;
-    const bool same = agree();
-    const bool fast = printTimes(times);
-    const bool small = printMemory();
-    return same && fast && small ? 0 : 1;
+    const bool areEqual = agree();
+    const bool isFastEnough = printTimes(times);
+    const bool isSmallEnough = printMemory();
+    return areEqual && isFastEnough && isSmallEnough ? 0 : 1;
 }

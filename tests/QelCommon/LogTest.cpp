@@ -121,7 +121,7 @@ TEST_F(LogTest, FilterAppliesToEverySink) {
     const TestSupport::LogCapture capture;
     for (const char* module : {"a", "b", "c"})
         log(module);
-    EXPECT_THAT(capture.texts(), ElementsAre("1 a"));
+    EXPECT_THAT(capture.messages(), ElementsAre("1 a"));
     EXPECT_EQ(printed(1, "text", "b"), "");
 }
 
@@ -134,7 +134,7 @@ TEST_F(LogTest, ProviderMayLogDuringReconfigure) {
     };
     const TestSupport::LogCapture capture;
     Debug::setSettingsProvider(std::make_shared<Complaining>());
-    EXPECT_THAT(capture.texts(), ElementsAre("1 complaint"));
+    EXPECT_THAT(capture.messages(), ElementsAre("1 complaint"));
     EXPECT_EQ(debug_level, 2);
 }
 
@@ -144,7 +144,7 @@ TEST_F(LogTest, MessageWithoutLevelIsAnError) {
     complain();
     debug_level = 0;
     complain();
-    EXPECT_THAT(capture.texts(), ElementsAre("1 2 missing"));
+    EXPECT_THAT(capture.messages(), ElementsAre("1 2 missing"));
 }
 
 TEST_F(LogTest, NewSinkReplacesOldOneAndReceivesAllFields) {

@@ -23,7 +23,7 @@ struct StuckSource {
     const Signal& holding;
     const Signal& never;
     int getBuffer(const void**, unsigned&, const void*) const {
-        holding.give();
+        holding.notify();
         never.wait();
         return -1;
     }
@@ -64,7 +64,7 @@ TEST_F(QelCacheLogicProcessTest, ForkedChildReattachesAndWorksConcurrentlyWithIt
         for (unsigned i = 0; i < 200; ++i)
             if (own->insert(key(2 * i), TestValue(key(2 * i), i, 100)))
                 return 1;
-        childDone.give();
+        childDone.notify();
         parentDone.wait();
         for (unsigned i = 0; i < 400; ++i)
             if (!own->getCopy(key(i)))
@@ -73,7 +73,7 @@ TEST_F(QelCacheLogicProcessTest, ForkedChildReattachesAndWorksConcurrentlyWithIt
     });
     for (unsigned i = 0; i < 200; ++i)
         ASSERT_EQ(cache->insert(key(2 * i + 1), TestValue(key(2 * i + 1), i, 100)), 0);
-    parentDone.give();
+    parentDone.notify();
     childDone.wait();
     EXPECT_EQ(child.wait(), 0);
     EXPECT_EQ(list->size(), 0U);
@@ -111,7 +111,7 @@ TEST_F(QelCacheLogicProcessTest, SnapshotOfKilledReaderStaysAllocatedAndTheCache
         ChildProcess reader([&] {
             const TestCachePtr own = attach(file);
             const TestListPtr list = own->getList();
-            holding.give();
+            holding.notify();
             never.wait();
             return list ? 0 : 1;
         });
@@ -152,7 +152,7 @@ TEST_F(QelCacheLogicProcessTest, FileIsReadableAfterWriterIsKilledAnywhere) {
         const Signal begun;
         ChildProcess writer([&] {
             const TestCachePtr cache = attach(own);
-            begun.give();
+            begun.notify();
             for (unsigned i = 0;; ++i) {
                 const QelGUIDBase id = key(i % 50);
                 const TestValue value(id, i, i % 300);
@@ -199,7 +199,7 @@ TEST_F(QelCacheLogicProcessTest, AlternatingProcessesSeeEachOthersChanges) {
                                                       : cache->insert(id, value);
                 if (result)
                     return 1;
-                (parent ? toChild : toParent).give();
+                (parent ? toChild : toParent).notify();
             } else {
                 (parent ? toParent : toChild).wait();
             }
@@ -231,7 +231,7 @@ TEST_F(QelCacheLogicProcessTest, AlternatingProcessesSeeEachOthersChanges) {
     const auto play = [&](bool parent) {
         const int result = game(parent);
         for (unsigned turn = 0; turn < turns; ++turn) // unblock the other process after a failure
-            (parent ? toChild : toParent).give();
+            (parent ? toChild : toParent).notify();
         return result;
     };
     ChildProcess child([&] { return play(false); });
@@ -331,7 +331,7 @@ TEST_F(QelCacheLogicProcessTest, ConcurrentWritersAndReadersAgreeOverThousandsOf
     ChildProcess children[] = {ChildProcess(writer(1)), ChildProcess(writer(2)), ChildProcess(reader),
                                ChildProcess(reader)};
     for (std::size_t i = 0; i < std::size(children); ++i)
-        start.give();
+        start.notify();
     for (ChildProcess& child : children)
         EXPECT_EQ(child.wait(), 0);
 

@@ -85,7 +85,7 @@ TEST(QelFilesTest, RemovalAcquiresTheLockBeforeChecking) {
     ASSERT_EQ(storage.lock(), 0);
     const Signal begun;
     ChildProcess child([&] {
-        begun.give();
+        begun.notify();
         return removeLockedCacheFile(file.path().c_str(), cacheBadMagic);
     });
     begun.wait();

@@ -302,7 +302,7 @@ TEST(QelMemoryMappedFileTest, FileReplacedDuringOpenIsRejected) {
     name.write("first");
     other.write("second");
     const Signal leased;
-    const Signal refused;
+    const Signal mapReturned;
     // A lease delays the first open() of another process until the holder has replaced the file.
     ChildProcess holder([&] {
         sigset_t breaking;
@@ -311,7 +311,7 @@ TEST(QelMemoryMappedFileTest, FileReplacedDuringOpenIsRejected) {
         sigprocmask(SIG_BLOCK, &breaking, nullptr);
         const int descriptor = open(name.path().c_str(), O_RDWR | O_CLOEXEC);
         const bool isLeased = fcntl(descriptor, F_SETLEASE, F_WRLCK) == 0;
-        leased.give();
+        leased.notify();
         if (!isLeased)
             return 2;
         int number = 0;
@@ -319,13 +319,13 @@ TEST(QelMemoryMappedFileTest, FileReplacedDuringOpenIsRejected) {
         if (rename(other.path().c_str(), name.path().c_str()))
             return 1;
         fcntl(descriptor, F_SETLEASE, F_UNLCK);
-        refused.wait();
+        mapReturned.wait();
         return 0;
     });
     leased.wait();
     QelMemoryMappedFile file;
     const int result = file.map(name.path(), page, options, nullptr);
-    refused.give();
+    mapReturned.notify();
     const int held = holder.wait();
     if (held == 2)
         GTEST_SKIP() << "the file system grants no leases";
@@ -474,7 +474,7 @@ TEST(QelMemoryMappedFileTest, MutexHeldByAnotherThreadIsFreeInForkedChild) {
     const Signal release;
     std::thread holder([&] {
         ASSERT_EQ(file.lock(false), 0);
-        locked.give();
+        locked.notify();
         release.wait();
         EXPECT_EQ(file.unlock(), 0);
     });
@@ -487,11 +487,11 @@ TEST(QelMemoryMappedFileTest, MutexHeldByAnotherThreadIsFreeInForkedChild) {
                 return 1;
             if (!own.lock(true))
                 return 2; // the parent still holds the file lock
-            mapped.give();
+            mapped.notify();
             return own.lock(false) ? 3 : own.unlock();
         });
         mapped.wait();
-        release.give();
+        release.notify();
         EXPECT_EQ(child.wait(), 0);
     }
     holder.join();
@@ -510,7 +510,7 @@ TEST(QelMemoryMappedFileTest, LockOfDeadProcessIsReleasedWhileItsForkedChildLive
             return 1;
         const pid_t child = fork();
         if (child == 0) {
-            ready.give();
+            ready.notify();
             never.wait();
             _exit(0);
         }
@@ -543,7 +543,7 @@ TEST(QelMemoryMappedFileTest, WaitingForLockIsRestartedAfterSignals) {
     ASSERT_EQ(file.lock(false), 0);
     ChildProcess child([&] {
         struct sigaction action {};
-        action.sa_handler = [](int) { handled->give(); };
+        action.sa_handler = [](int) { handled->notify(); };
         sigaction(SIGUSR1, &action, nullptr); // without SA_RESTART
         QelMemoryMappedFile own;
         if (own.map(name.path(), page, options, nullptr))
@@ -558,7 +558,7 @@ TEST(QelMemoryMappedFileTest, WaitingForLockIsRestartedAfterSignals) {
                 pthread_kill(waiter, SIGUSR1);
                 interrupted.wait();
                 if (++sent == 20)
-                    waiting.give();
+                    waiting.notify();
             }
         });
         const int result = own.lock(false);

@@ -25,7 +25,7 @@ inline RandomFamily makeFamilies() {
     return all;
 }
 
-/// How to fill the records of each family.
+/// The supplements of all families.
 inline const RandomFamily& families() {
     static const RandomFamily all = makeFamilies();
     return all;

@@ -54,7 +54,7 @@ std::optional<std::string> recordOfSymbol(const std::string& symbol) {
         std::smatch match;
         if (!std::regex_match(symbol, match, form))
             continue;
-        // A functor for another class than the enclosing one does not make the enclosing class a record.
+        // A functor for a different class does not make the enclosing class a record.
         if (match.size() > 2 && match[1] != match[2])
             return std::nullopt;
         return match[1];

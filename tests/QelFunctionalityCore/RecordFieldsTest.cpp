@@ -1,5 +1,5 @@
-// The effect of a missing, an unreadable and a rejected element on each record that has a table.  The expectations are
-// listed here rather than taken from the tables, so that a change of a table fails a test.
+// How each record that has a table handles missing elements, unreadable elements and failed writes.  The expectations
+// are listed here instead of being taken from the tables, so that a change of a table fails a test.
 
 #include <array>
 #include <map>
@@ -59,7 +59,7 @@ std::vector<Row> rowsOf(const QelRecordType& type) {
     return rows;
 }
 
-/// Whether a single get reads the whole value.
+/// True if a single call reads the value.
 bool isSimple(const QelWireCodec& codec) {
     switch (codec.kind) {
     case QelWireKind::text:
@@ -111,10 +111,10 @@ protected:
     }
 
     RandomRecord random{20261122, families()};
-    const LogCapture log; // what readers log about incomplete messages
+    const LogCapture log; // suppresses the log records about incomplete messages
 };
 
-/// Simple values that may be missing, but fail the record if they are present and unreadable.
+/// Optional simple values that fail the record if they are present and unreadable.
 const ElementsByRecord mustBeReadable{
     {"QelBrowseColumn", {2206, 2214}},   {"QelIPPool", {1496, 1705}},
     {"QelIPPoolBaseData", {1784, 2050}}, {"QelInfrastructureFolderAttributes", {1496}},
@@ -137,8 +137,8 @@ TEST_F(RecordFieldsTest, UnreadableOptionalValueLeavesFieldUnchangedAndReadingCo
         }
 }
 
-/// Elements that host records do not require.
-const ElementsByRecord mayBeMissing{
+/// Optional elements of host records.
+const ElementsByRecord optionalElements{
     {"QelCPULoad", {}},
     {"QelCommonDevice", {1026, 1496}},
     {"QelDevMountInfo", {1024, 1113, 1114, 1116, 1118, 1250}},
@@ -193,7 +193,7 @@ const ElementsByRecord mayBeMissing{
 };
 
 TEST_F(RecordFieldsTest, HostRecordNeedsOnlyItsRequiredElements) {
-    for (const auto& [name, optional] : mayBeMissing) {
+    for (const auto& [name, optional] : optionalElements) {
         const QelRecordType* const type = findRecordType(name);
         ASSERT_NE(type, nullptr) << name;
         for (const Row& row : rowsOf(*type)) {
@@ -206,8 +206,8 @@ TEST_F(RecordFieldsTest, HostRecordNeedsOnlyItsRequiredElements) {
     }
 }
 
-/// Elements of network and host records whose write errors are ignored.
-const ElementsByRecord mayBeRefused{
+/// Elements of network and host records whose write failures are ignored.
+const ElementsByRecord bestEffort{
     {"QelFirewallRule", {1026, 1195, 1196, 1197, 1198, 1199, 1200, 1201, 1202, 1203, 1204}},
     {"QelFirewallRule::NetAddress", {1068}},
     {"QelIPPoolAllocation", {1262}},
@@ -225,8 +225,8 @@ const ElementsByRecord mayBeRefused{
     {"QelVncConsoleInfo", {2310, 2311, 2312}},
 };
 
-/// Network records in which every write error counts.
-constexpr std::array<std::string_view, 9> careful{
+/// Network records that ignore no write failure.
+constexpr std::array<std::string_view, 9> strict{
     "QelAllocateIPParams", "QelFirewallRule::PortRange",
     "QelIPPool",           "QelIPPoolAllocationItem",
     "QelIPPoolBaseData",   "QelIPPoolUsage",
@@ -234,10 +234,10 @@ constexpr std::array<std::string_view, 9> careful{
     "QelRangedResource",
 };
 
-TEST_F(RecordFieldsTest, RejectedValueFailsRecordUnlessItsResultIsIgnored) {
+TEST_F(RecordFieldsTest, RejectedValueFailsRecordUnlessFieldIsBestEffort) {
     constexpr int attempts = 60; // enough for a random record to have each of its fields at least once
-    std::set<std::string_view> names(careful.begin(), careful.end());
-    for (const ElementsByRecord* const lists : {&mayBeMissing, &mayBeRefused})
+    std::set<std::string_view> names(strict.begin(), strict.end());
+    for (const ElementsByRecord* const lists : {&optionalElements, &bestEffort})
         for (const auto& list : *lists)
             names.insert(list.first);
     for (const std::string_view name : names) {
@@ -250,11 +250,11 @@ TEST_F(RecordFieldsTest, RejectedValueFailsRecordUnlessItsResultIsIgnored) {
             for (int left = attempts; left > 0 && !isWritten; --left) {
                 const RecordMessage message(*type, random);
                 const RecordMessage written;
-                ScriptedCursor refusing(written.cursor(), failsBelow({Operation::put, Operation::add}, row.path));
-                const auto results = type->rewrite(message.cursor(), refusing);
-                isWritten = refusing.replacedCalls() > 0;
+                ScriptedCursor rejecting(written.cursor(), failsBelow({Operation::put, Operation::add}, row.path));
+                const auto results = type->rewrite(message.cursor(), rejecting);
+                isWritten = rejecting.replacedCalls() > 0;
                 if (isWritten) {
-                    EXPECT_EQ(results.write == 0, contains(mayBeRefused, name, row.element())) << nameOf(*type, row);
+                    EXPECT_EQ(results.write == 0, contains(bestEffort, name, row.element())) << nameOf(*type, row);
                 }
             }
             EXPECT_TRUE(isWritten) << nameOf(*type, row);

@@ -4,7 +4,7 @@
 
 namespace Qel {
 
-/// A message to read from and write to; converts to the cursor at its root.
+/// A message that behaves like a pointer to a cursor at its root.
 class TestTree {
 public:
     QelMessageIterator& operator*() const { return m_message.cursor(); }
@@ -15,7 +15,6 @@ private:
     TestSupport::TestMessage m_message;
 };
 
-// Queries for elements.
 using TestSupport::childIDs;
 using TestSupport::childValue;
 using TestSupport::countChildren;

@@ -97,7 +97,7 @@ TEST_F(QelFileLockTest, KilledProcessReleasesTheLock) {
     ChildProcess child([&] {
         if (lock.acquire(file) != 0)
             return 1;
-        locked.give();
+        locked.notify();
         for (;;)
             ::pause();
     });

@@ -84,10 +84,10 @@ TEST_F(QelWireGroupTest, ReportsAMissingGroupAndAMissingFieldOfAGroup) {
     House read;
     EXPECT_EQ(message->getObj(read, 0), -1);
     EXPECT_EQ(message->curName(), "/");
-    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read House: element id (floors) is missing"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("cannot read House: element id (floors) is missing"));
     message->deleteChild(outside);
     EXPECT_EQ(message->getObj(read, 0), -1);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read House: element"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("cannot read House: element"));
     EXPECT_THAT(getErrorMessage(), HasSubstr("(outside) is missing"));
 }
 

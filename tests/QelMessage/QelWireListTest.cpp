@@ -102,7 +102,7 @@ TEST_F(QelWireListTest, NonEmptyWrapperNeedsItemsUnlessIgnored) {
     message.putChild(1029);
     FilledLists record;
     EXPECT_EQ(read(record), -1);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read FilledLists: element paths (items) is malformed"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("cannot read FilledLists: element paths (items) is malformed"));
     ASSERT_EQ(message.seek(1980), 0);
     message.putValue(4, 1156);
     message.seekUp();

@@ -179,7 +179,7 @@ TEST_F(QelWireTableTest, ReportsAMissingRequiredElement) {
     message.putValue(1, 1010);
     Whole whole;
     EXPECT_EQ(read(whole), -1);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("/configuration: can't read Whole: element e1001 (required) is missing"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("/configuration: cannot read Whole: element e1001 (required) is missing"));
 }
 
 TEST_F(QelWireTableTest, ReportsAMalformedOptionalElement) {
@@ -225,7 +225,7 @@ TEST_F(QelWireTableTest, ReportsTheInnermostFailure) {
     message.seekUp();
     Whole whole;
     EXPECT_EQ(read(whole), -1);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read Part: element id (number) is missing"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("cannot read Part: element id (number) is missing"));
 }
 
 TEST_F(QelWireTableTest, FailureKeepsEarlierFields) {
@@ -265,7 +265,7 @@ TEST_F(QelWireTableTest, ReportsAFailedStepWhenWriting) {
     Whole whole = filled();
     whole.byHand = "refused";
     EXPECT_EQ(write(whole), -1);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("can't write Whole: element key (byHand) was refused"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("cannot write Whole: element key (byHand) was rejected"));
 }
 
 TEST_F(QelWireTableTest, MissingElementLeavesThePointerUnchanged) {

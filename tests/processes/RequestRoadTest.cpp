@@ -54,7 +54,7 @@ TEST(RequestRoadTest, PrintsOutputShownInTheDocumentation) {
 TEST(RequestRoadTest, FailsIfTheMessageContainsNoEnvironment) {
     const TempFile cache;
     EXPECT_EQ(road(cache.path(), "events/started.xml"),
-              "request-road: /event: can't read QelEnv: element parent_eid (parentEID) is missing\n");
+              "request-road: /event: cannot read QelEnv: element parent_eid (parentEID) is missing\n");
 }
 
 } // namespace

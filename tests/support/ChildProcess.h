@@ -11,7 +11,7 @@
 
 namespace Qel::TestSupport {
 
-/// A semaphore between processes: wait() blocks until the other process has called give().
+/// A semaphore between processes: wait() blocks until the other process has called notify().
 class Signal {
 public:
     Signal() {
@@ -25,7 +25,7 @@ public:
         close(m_ends[1]);
     }
 
-    void give() const {
+    void notify() const {
         const char byte = 1;
         if (::write(m_ends[1], &byte, 1) != 1)
             std::abort();

@@ -45,11 +45,11 @@ public:
     }
 
     /// The records in the form "LEVEL TEXT".
-    [[nodiscard]] std::vector<std::string> texts() const {
-        std::vector<std::string> texts;
+    [[nodiscard]] std::vector<std::string> messages() const {
+        std::vector<std::string> messages;
         for (const Line& line : m_lines)
-            texts.push_back(std::to_string(line.level) + ' ' + line.text);
-        return texts;
+            messages.push_back(std::to_string(line.level) + ' ' + line.text);
+        return messages;
     }
 
 private:

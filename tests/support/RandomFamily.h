@@ -14,7 +14,7 @@ class RandomRecord;
 /// Fills the current element with random content.
 using RandomFill = std::function<void(RandomRecord& random, QelMessageIterator& cursor)>;
 
-/// Exceptions of a record from the properties that hold for all others when it is read and written.
+/// Properties that all other records have when they are read and written, but this one lacks.
 struct RecordExceptions {
     /// The first round trip may change the written form; only the second is stable.
     bool needsSecondRoundTrip = false;
@@ -28,7 +28,7 @@ struct RecordExceptions {
     bool (*isReadable)(const QelMessageIterator& cursor) = nullptr;
 };
 
-/// What random messages need for the records of one family in addition to their tables. Classes are identified by name.
+/// Supplements the tables of one family's records for random messages. Classes are identified by name.
 struct RandomFamily {
     /// Records without a table, and abstract records that are written as one of several classes.
     std::map<std::string, RandomFill> withoutTable{};

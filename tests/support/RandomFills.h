@@ -32,7 +32,7 @@ inline RandomFill inTurn(std::initializer_list<RandomFill> fills) {
 }
 
 /// Runs `fill` or does nothing, at random.
-inline RandomFill perhaps(const RandomFill& fill) {
+inline RandomFill optionally(const RandomFill& fill) {
     return [fill](RandomRecord& random, QelMessageIterator& cursor) {
         if (random.below(2) == 0)
             fill(random, cursor);

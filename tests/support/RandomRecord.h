@@ -31,13 +31,13 @@ public:
     /// Fills the current element.
     void fill(QelMessageIterator& cursor, std::string_view typeName, const QelWireLayout* layout) {
         const std::string name(typeName);
-        if (const auto byHand = m_families.withoutTable.find(name);
-            !layout && byHand != m_families.withoutTable.end()) {
-            byHand->second(*this, cursor);
+        if (const auto custom = m_families.withoutTable.find(name);
+            !layout && custom != m_families.withoutTable.end()) {
+            custom->second(*this, cursor);
             return;
         }
-        if (const auto whole = m_families.replacesTable.find(name); whole != m_families.replacesTable.end()) {
-            whole->second(*this, cursor);
+        if (const auto custom = m_families.replacesTable.find(name); custom != m_families.replacesTable.end()) {
+            custom->second(*this, cursor);
             return;
         }
         // A field whose record has handwritten functors does not refer to the record's table.
@@ -80,15 +80,15 @@ public:
         return std::uniform_int_distribution<unsigned>(0, static_cast<unsigned>(limit - 1))(m_random);
     }
     [[nodiscard]] std::uint32_t bits() { return static_cast<std::uint32_t>(m_random()); }
-    /// Usually needs more than 32 bits.
+    /// 0 to 2^52; more than 32 bits in almost all cases.
     [[nodiscard]] long long bigNumber() { return static_cast<long long>(bits()) << 20U; }
     /// Seconds since the epoch.
     [[nodiscard]] long time() { return static_cast<long>(below(2'000'000'000)); }
-    /// Short, since a string that is too long for a fixed-length one ends the process.
+    /// Short: a string that does not fit a field of limited length ends the process.
     [[nodiscard]] std::string text() {
-        static constexpr std::array<std::string_view, 8> some{"",      "a",        "<&>",      "two words",
-                                                              "12345", "10.0.0.1", "\xC3\xB6", " padded "};
-        return std::string(some[below(some.size())]);
+        static constexpr std::array<std::string_view, 8> values{"",      "a",        "<&>",      "two words",
+                                                                "12345", "10.0.0.1", "\xC3\xB6", " padded "};
+        return std::string(values[below(values.size())]);
     }
     /// Sets the value of the current element.
     void putText(QelMessageIterator& cursor, bool encoded) {
@@ -113,8 +113,8 @@ private:
     void putField(QelMessageIterator& cursor, const QelWireLayout& layout, const QelWireField& field) {
         const QelWireCodec& codec = *field.codec;
         const std::pair key(std::string(layout.typeName), field.ownID());
-        if (const auto byHand = m_families.fields.find(key); byHand != m_families.fields.end()) {
-            byHand->second(*this, cursor);
+        if (const auto custom = m_families.fields.find(key); custom != m_families.fields.end()) {
+            custom->second(*this, cursor);
             return;
         }
         switch (codec.kind) {
@@ -165,7 +165,7 @@ private:
     static const QelWireCodec& contentOf(const QelWireLayout& layout, const QelWireField& field) {
         if (const QelWireCodec* const content = field.codec->item; content && !content->item)
             return *content;
-        throw std::out_of_range("no way to make " + std::string(layout.typeName) + ", element " +
+        throw std::out_of_range("no generator for " + std::string(layout.typeName) + ", element " +
                                 std::to_string(field.id));
     }
 
@@ -187,7 +187,7 @@ private:
         cursor.seekUp();
     }
 
-    /// With `id` 0, in the record's own element.
+    /// Puts a value in a new child `id`, or in the current element if `id` is 0.
     void putChild(QelMessageIterator& cursor, int id, const QelWireCodec& codec, QelWireForm form) {
         if (id == 0) {
             putValue(cursor, codec, form);

@@ -9,8 +9,8 @@
 
 namespace Qel::TestSupport {
 
-/// Fills trees with everything that is legal: names with and without IDs, namespaces, types, attributes, values of any
-/// bytes, with and without children.
+/// Fills trees with random legal content: names with and without IDs, namespaces, types, attributes, and values of
+/// arbitrary bytes.
 class RandomTree {
 public:
     explicit RandomTree(unsigned seed) : m_random(seed) {}

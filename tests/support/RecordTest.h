@@ -21,7 +21,7 @@ protected:
         EXPECT_EQ(write(record), 0) << getErrorMessage();
         Record back;
         EXPECT_EQ(read(back), 0) << getErrorMessage();
-        EXPECT_EQ(message.curID(), recordElement) << "the cursor comes back";
+        EXPECT_EQ(message.curID(), recordElement) << "the reader restores the position";
         return back;
     }
 

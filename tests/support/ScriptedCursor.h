@@ -24,8 +24,8 @@ using ElementPath = std::vector<int>;
     return path;
 }
 
-/// A cursor that asks a script before it accesses an element by ID. The script observes the call, and may replace it
-/// by a result of its own, usually a failure.
+/// A cursor that calls a script before it accesses an element by ID. The script observes the call, and may replace it
+/// with a result of its own, usually a failure.
 class ScriptedCursor : public QelBinaryIterator {
 public:
     enum class Operation : std::uint8_t {
@@ -39,7 +39,7 @@ public:
         int id;           ///< 0 for the current element
         ElementPath path; ///< of the element that the call refers to, empty for the root
     };
-    /// Returns the result of the call; no value executes the call.
+    /// Returns the result that replaces the call, or no value to execute the call.
     using Script = std::function<std::optional<int>(const Call&)>;
 
     /// Starts at the element of `at`.
@@ -152,8 +152,8 @@ private:
     mutable int m_replacedCalls = 0;
 };
 
-/// Replaces gets or puts of values by `result`: those of elements with one of these IDs at any depth, without IDs those
-/// of all elements.
+/// Replaces an operation on elements with one of these IDs, at any depth, with `result`. An empty list of IDs means all
+/// elements.
 [[nodiscard]] inline ScriptedCursor::Script fails(ScriptedCursor::Operation operation, std::vector<int> elements = {},
                                                   int result = -1) {
     return [operation, elements = std::move(elements), result](const ScriptedCursor::Call& call) {
@@ -165,7 +165,7 @@ private:
     };
 }
 
-/// Fails operations on an element and its descendants.
+/// Fails these operations on the element at path `top` and its descendants.
 [[nodiscard]] inline ScriptedCursor::Script failsBelow(std::vector<ScriptedCursor::Operation> operations,
                                                        ElementPath top) {
     return [operations = std::move(operations), top = std::move(top)](const ScriptedCursor::Call& call) {
@@ -175,13 +175,13 @@ private:
     };
 }
 
-/// The result of writing a record to a cursor that accepts elements but no values.
-template <class Record> int refusedWrite(const Record& record) {
+/// Writes a record to a cursor that accepts elements but rejects all values.  Returns the result.
+template <class Record> int writeWithoutValues(const Record& record) {
     const TestMessage message;
     return ScriptedCursor(message.cursor(), fails(ScriptedCursor::Operation::put)).putObj(record, 0);
 }
 
-/// The children that reading a record at the root of a message accesses, each once, in the order of first access.
+/// The IDs of the children of the root that a reader accesses, without repetitions, in the order of first access.
 template <class Record> std::vector<int> readingOrderIn(const TestMessage& message) {
     std::vector<int> accessed;
     const ScriptedCursor cursor(message.cursor(), [&](const ScriptedCursor::Call& call) -> std::optional<int> {
@@ -195,7 +195,7 @@ template <class Record> std::vector<int> readingOrderIn(const TestMessage& messa
     return accessed;
 }
 
-/// The children that reading a record accesses in a message to which `written` was written.
+/// The IDs of the children that the reader of `written` accesses, for a message that contains this record.
 template <class Record> std::vector<int> readingOrderOf(const Record& written) {
     const TestMessage message;
     message->setTime(1);

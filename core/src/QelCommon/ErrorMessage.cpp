@@ -18,7 +18,7 @@ std::string& lastMessage() {
 void setErrorMessage(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    lastMessage() = formatText(format, arguments);
+    lastMessage() = formatString(format, arguments);
     va_end(arguments);
 }
 

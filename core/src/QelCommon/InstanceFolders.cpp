@@ -39,7 +39,7 @@ std::string QelInstanceFolders::etc() {
 
 int QelInstanceFolders::client::uploads(bool create, std::string& directory) const {
     if (!isLeaf(m_name)) {
-        setErrorMessage("no directory can have the name of the client '%s'", m_name.c_str());
+        setErrorMessage("invalid client name '%s'", m_name.c_str());
         return -1;
     }
     const std::string parent = join(underRoot("var/lib/qel/clients"), m_name);

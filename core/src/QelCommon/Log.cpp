@@ -149,7 +149,7 @@ void Logger::putLast(const std::string& text) const {
 
 void Logger::emit(int level, const char* format, std::va_list arguments) const {
     if (level <= debug_level)
-        deliver(recordOf(level, formatText(format, arguments)), false);
+        deliver(recordOf(level, formatString(format, arguments)), false);
 }
 
 LogRecord Logger::recordOf(int level, std::string text) const {

@@ -8,7 +8,7 @@
 
 namespace Qel {
 
-std::string formatText(const char* format, std::va_list arguments) {
+std::string formatString(const char* format, std::va_list arguments) {
     std::va_list again;
     va_copy(again, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, arguments);

@@ -7,7 +7,8 @@
 namespace Qel {
 
 /// Returns the string that vprintf would print.
-[[nodiscard]] std::string formatText(const char* format, std::va_list arguments) __attribute__((format(printf, 1, 0)));
+[[nodiscard]] std::string formatString(const char* format, std::va_list arguments)
+    __attribute__((format(printf, 1, 0)));
 
 /// ASCII case-insensitive comparison: negative, zero or positive.  If `length` >= 0, compares at most the first
 /// `length` characters of each string; otherwise all of them.

@@ -31,7 +31,7 @@ void reportFailure(const char* verb, const QelWireLayout& layout, const QelWireF
     ++failuresReported;
     const int id = field.ownID();
     const std::string element = id == 0 ? std::string() : "element " + QelNames::elementName(id) + " ";
-    setErrorMessage("%s: can't %s %.*s: %s(%.*s) %s", placeOf(cursor).c_str(), verb,
+    setErrorMessage("%s: cannot %s %.*s: %s(%.*s) %s", placeOf(cursor).c_str(), verb,
                     static_cast<int>(layout.typeName.size()), layout.typeName.data(), element.c_str(),
                     static_cast<int>(field.name.size()), field.name.data(), what);
 }
@@ -74,7 +74,7 @@ int writeField(const QelWireLayout& layout, const QelWireField& field, const voi
     if (field.codec->write(cursor, member, field.id, field) == 0 || field.isBestEffort || layout.isBestEffort)
         return 0;
     if (failuresReported == reportedBefore)
-        reportFailure("write", layout, field, cursor, "was refused");
+        reportFailure("write", layout, field, cursor, "was rejected");
     return -1;
 }
 

@@ -215,7 +215,7 @@ TEST_F(QelNewBackupDataTest, MissingBackupFailsReading) {
     message.newChild(1006);
     message.seekUp();
     EXPECT_EQ(read(data), -1);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("/backup: can't read QelBackup: element eid (eid) is missing"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("/backup: cannot read QelBackup: element eid (eid) is missing"));
 }
 
 class QelDestroyedBackupsDataTest : public RecordTest {};

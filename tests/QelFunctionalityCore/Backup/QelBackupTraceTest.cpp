@@ -29,7 +29,7 @@ protected:
         if (log.lines().empty())
             return "(none)";
         EXPECT_EQ(log.lines().front().file, "core/src/QelFunctionalityCore/QelBackupMBase");
-        return log.texts().front();
+        return log.messages().front();
     }
     template <class... Records> void expectTraced() { (expectTracedOne<Records>(), ...); }
 

@@ -251,7 +251,7 @@ TEST(QelBackupURITest, StorageAboveMessageLimitHasNoUri) {
     QelURI uri;
     EXPECT_EQ(name.uri(uri), 1);
     EXPECT_THAT(uri.getUri(), IsEmpty());
-    EXPECT_THAT(log.texts(), ElementsAre("1 encode message"));
+    EXPECT_THAT(log.messages(), ElementsAre("1 encode message"));
 }
 
 } // namespace

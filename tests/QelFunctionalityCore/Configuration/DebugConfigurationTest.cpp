@@ -46,22 +46,22 @@ protected:
 TEST_F(DebugConfigurationTest, LevelsFrom0To6AreReturnedWithoutLogging) {
     for (const int level : {0, 1, 4, 6})
         EXPECT_EQ(system("<log_level>" + std::to_string(level) + "</log_level>").level(), level);
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.messages(), IsEmpty());
 }
 
 TEST_F(DebugConfigurationTest, LevelOutOfRangeIsLoggedAndReturned) {
     EXPECT_EQ(system("<log_level>7</log_level>").level(), 7);
     EXPECT_EQ(system("<log_level>-1</log_level>").level(), -1);
-    EXPECT_THAT(log.texts(), ElementsAre(invalidLevel, invalidLevel));
+    EXPECT_THAT(log.messages(), ElementsAre(invalidLevel, invalidLevel));
     EXPECT_EQ(log.lines()[0].module, "QelFunctionalityCore");
     EXPECT_EQ(log.lines()[0].file, "core/src/QelFunctionalityCore/QelConfig");
 }
 
 TEST_F(DebugConfigurationTest, MissingOrNonNumericLevelIsLoggedAsUnreadAndAsInvalid) {
     EXPECT_EQ(system("").level(), -1);
-    EXPECT_THAT(log.texts(), ElementsAre(failedLevel, invalidLevel));
+    EXPECT_THAT(log.messages(), ElementsAre(failedLevel, invalidLevel));
     EXPECT_EQ(system("<log_level>high</log_level>").level(), -1);
-    EXPECT_EQ(log.texts().size(), 4u);
+    EXPECT_EQ(log.messages().size(), 4u);
 }
 
 TEST_F(DebugConfigurationTest, WithoutSectionOnlyInvalidLevelIsLogged) {
@@ -71,21 +71,21 @@ TEST_F(DebugConfigurationTest, WithoutSectionOnlyInvalidLevelIsLogged) {
         EXPECT_EQ(settings.level(), -1);
         EXPECT_EQ(settings.format(), 0);
         EXPECT_TRUE(settings.filter().passes("any"));
-        EXPECT_THAT(capture.texts(), ElementsAre(invalidLevel));
+        EXPECT_THAT(capture.messages(), ElementsAre(invalidLevel));
     }
 }
 
 TEST_F(DebugConfigurationTest, EmptyConfigurationIsTreatedAsMissingSection) {
     const Debug::Configuration settings{QelConfiguration()};
     EXPECT_EQ(settings.level(), -1);
-    EXPECT_THAT(log.texts(), ElementsAre(invalidLevel));
+    EXPECT_THAT(log.messages(), ElementsAre(invalidLevel));
 }
 
 TEST_F(DebugConfigurationTest, FormatIsFunctionNameLevelAndSilentlyDefaultsTo0) {
     EXPECT_EQ(system("<log_func_name_level>2</log_func_name_level>").format(), 2);
     EXPECT_EQ(system("").format(), 0);
     EXPECT_EQ(system("<log_func_name_level>x</log_func_name_level>").format(), 0);
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.messages(), IsEmpty());
 }
 
 TEST_F(DebugConfigurationTest, FilterContainsBothLists) {
@@ -95,21 +95,21 @@ TEST_F(DebugConfigurationTest, FilterContainsBothLists) {
     EXPECT_TRUE(filter.passes("a"));
     EXPECT_FALSE(filter.passes("b"));
     EXPECT_FALSE(filter.passes("c"));
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.messages(), IsEmpty());
 }
 
 TEST_F(DebugConfigurationTest, MissingListsAreLogged) {
     const Debug::ModuleFilter ignoring = system("<log_ignore_plugins>b</log_ignore_plugins>").filter();
-    EXPECT_THAT(log.texts(), ElementsAre(failedProcessed));
+    EXPECT_THAT(log.messages(), ElementsAre(failedProcessed));
     EXPECT_TRUE(ignoring.passes("a"));
     EXPECT_FALSE(ignoring.passes("b"));
     EXPECT_EQ(log.lines()[0].file, "core/src/QelFunctionalityCore/QelConfig");
 
     const Debug::ModuleFilter processing = system("<log_process_plugins>a</log_process_plugins>").filter();
-    EXPECT_THAT(log.texts(), ElementsAre(failedProcessed, failedIgnored));
+    EXPECT_THAT(log.messages(), ElementsAre(failedProcessed, failedIgnored));
     EXPECT_FALSE(processing.passes("b"));
     static_cast<void>(system("").filter());
-    EXPECT_THAT(log.texts(), ElementsAre(failedProcessed, failedIgnored, failedProcessed, failedIgnored));
+    EXPECT_THAT(log.messages(), ElementsAre(failedProcessed, failedIgnored, failedProcessed, failedIgnored));
 }
 
 TEST_F(DebugConfigurationTest, LaterChangesHaveNoEffect) {

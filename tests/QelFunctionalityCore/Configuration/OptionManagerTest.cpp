@@ -43,7 +43,7 @@ TEST_F(GlobalOptionTest, ReadTracesEachStep) {
     int value = 0;
     EXPECT_EQ(oh_read_global_config_option(option, value), 0);
     EXPECT_EQ(value, 1);
-    EXPECT_THAT(log.texts(),
+    EXPECT_THAT(log.messages(),
                 ElementsAre("4 Calling [oh_read_global_config_option] for /data/system/configuration/sorting_order",
                             "4 [oh_read_global_config_option] read config file from: " + file,
                             "4 Get 1 for /data/system/configuration/sorting_order"));
@@ -67,7 +67,7 @@ TEST_F(GlobalOptionTest, MissingFileLogsItsPath) {
     int value = 7;
     EXPECT_EQ(oh_read_global_config_option(option, value), 1);
     EXPECT_EQ(value, 7);
-    EXPECT_THAT(log.texts(), ElementsAre("1 [oh_read_global_config_option] can't read config file: " + file));
+    EXPECT_THAT(log.messages(), ElementsAre("1 [oh_read_global_config_option] can't read config file: " + file));
 }
 
 TEST_F(GlobalOptionTest, DamagedFileIsLogged) {
@@ -75,7 +75,7 @@ TEST_F(GlobalOptionTest, DamagedFileIsLogged) {
     const LogCapture log(LogLevel::error);
     int value = 7;
     EXPECT_EQ(oh_read_global_config_option(option, value), 1);
-    EXPECT_THAT(log.texts(), ElementsAre("1 [oh_read_global_config_option] can't read config file: " + file));
+    EXPECT_THAT(log.messages(), ElementsAre("1 [oh_read_global_config_option] can't read config file: " + file));
 }
 
 TEST_F(GlobalOptionTest, MissingSectionLogsOption) {
@@ -84,7 +84,8 @@ TEST_F(GlobalOptionTest, MissingSectionLogsOption) {
     int value = 7;
     EXPECT_EQ(oh_read_global_config_option(option, value), 1);
     EXPECT_EQ(value, 7);
-    EXPECT_THAT(log.texts(), ElementsAre("1 [oh_read_global_config_option] Can't seek path: " + std::string(option)));
+    EXPECT_THAT(log.messages(),
+                ElementsAre("1 [oh_read_global_config_option] Can't seek path: " + std::string(option)));
 }
 
 TEST_F(GlobalOptionTest, NonNumericValueLogsResultButNotValue) {
@@ -93,8 +94,8 @@ TEST_F(GlobalOptionTest, NonNumericValueLogsResultButNotValue) {
     int value = 7;
     EXPECT_EQ(oh_read_global_config_option(option, value), 1);
     EXPECT_EQ(value, 7);
-    EXPECT_THAT(log.texts(), ElementsAre("1 [oh_read_global_config_option] Can't parse " + std::string(option) +
-                                         " option from global config with error 1."));
+    EXPECT_THAT(log.messages(), ElementsAre("1 [oh_read_global_config_option] Can't parse " + std::string(option) +
+                                            " option from global config with error 1."));
 }
 
 TEST_F(GlobalOptionTest, ValueInRangeIsUsed) {
@@ -103,7 +104,7 @@ TEST_F(GlobalOptionTest, ValueInRangeIsUsed) {
     int value = 0;
     EXPECT_EQ(get(value, 0, 1, true), 0);
     EXPECT_EQ(value, 1);
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.messages(), IsEmpty());
 }
 
 TEST_F(GlobalOptionTest, ValueOutOfRangeIsLoggedAndDefaultIsKept) {
@@ -112,7 +113,7 @@ TEST_F(GlobalOptionTest, ValueOutOfRangeIsLoggedAndDefaultIsKept) {
     int value = 0;
     EXPECT_EQ(get(value, 0, 1, true), 0);
     EXPECT_EQ(value, 0);
-    EXPECT_THAT(log.texts(),
+    EXPECT_THAT(log.messages(),
                 ElementsAre("1 [oh_get_global_config_option] Value : " + std::string(option) + " must be from 0..1"));
 }
 
@@ -122,7 +123,7 @@ TEST_F(GlobalOptionTest, ValueOnExclusiveBoundIsRejected) {
     int value = 9;
     EXPECT_EQ(get(value, 0, 5, false), 0);
     EXPECT_EQ(value, 9);
-    EXPECT_EQ(log.texts().size(), 1u);
+    EXPECT_EQ(log.messages().size(), 1u);
 }
 
 TEST_F(GlobalOptionTest, UnreadableValueIsNotRangeChecked) {
@@ -130,7 +131,7 @@ TEST_F(GlobalOptionTest, UnreadableValueIsNotRangeChecked) {
     int value = 9;
     EXPECT_EQ(get(value, 0, 1, true), 1);
     EXPECT_EQ(value, 9);
-    EXPECT_EQ(log.texts().size(), 1u);
+    EXPECT_EQ(log.messages().size(), 1u);
 }
 
 } // namespace

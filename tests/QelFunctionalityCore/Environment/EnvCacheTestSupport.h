@@ -85,16 +85,16 @@ private:
     return {number, 1};
 }
 
-/// A specified property for the setters of a configuration.
-[[nodiscard]] inline QelStringOptionalProperty specified(const std::string& text) {
+/// A specified property.
+[[nodiscard]] inline QelStringOptionalProperty specified(const std::string& value) {
     QelStringOptionalProperty property;
-    property = text;
+    property = value;
     return property;
 }
 
 /// An environment with a name in its base configuration.
 [[nodiscard]] inline QelEnv makeEnv(const QelEID& eid, const std::string& name = "env",
-                                    const QelEnvType& type = "untold", const QelEID& parent = {}) {
+                                    const QelEnvType& type = "plain", const QelEID& parent = {}) {
     QelEnv env;
     env.getCoreBasic()->eid = eid;
     env.getCoreBasic()->type = type;

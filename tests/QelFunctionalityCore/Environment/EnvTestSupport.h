@@ -14,17 +14,17 @@
 namespace Qel::TestSupport {
 
 /// A specified property.
-template <class T> QelOptionalProperty<T> given(const T& value) {
+template <class T> QelOptionalProperty<T> specified(const T& value) {
     QelOptionalProperty<T> property;
     property.set(value);
     return property;
 }
-inline QelStringOptionalProperty given(const char* value) {
-    return given(std::string(value));
+inline QelStringOptionalProperty specified(const char* value) {
+    return specified(std::string(value));
 }
 
 /// The result of a string getter: the value, "(unspecified)", or "(fails)".
-inline std::string textBy(const QelEnvConfig& config, int (QelEnvConfig::*get)(QelStringOptionalProperty&) const) {
+inline std::string valueBy(const QelEnvConfig& config, int (QelEnvConfig::*get)(QelStringOptionalProperty&) const) {
     QelStringOptionalProperty property;
     if ((config.*get)(property) != 0)
         return "(fails)";

@@ -16,9 +16,9 @@ boost::shared_ptr<QelEnvCoreBasic> recordWithAddresses(int count) {
     for (int i = 0; i < count; ++i)
         addresses.emplace_back("2001:db8::" + std::to_string(i) + "/64");
     const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
-    config->setAddresses(given(addresses));
+    config->setAddresses(specified(addresses));
     const boost::shared_ptr<QelVEnvConfig> vconfig(new QelVEnvConfig);
-    vconfig->setAddresses(given(addresses));
+    vconfig->setAddresses(specified(addresses));
     return QelEnv(someEID, config, vconfig).getCoreBasic();
 }
 
@@ -29,7 +29,7 @@ TEST(QelEnvAllocationTest, CountIncludesProgramAndLibraries) {
     EXPECT_GE(allocationsOf([] { static_cast<void>(QelEnv()); }), 4U);
 }
 
-TEST(QelEnvAllocationTest, IdentityCostsSameWhateverConfigurations) {
+TEST(QelEnvAllocationTest, IdentityAllocationsDoNotDependOnConfigurations) {
     const auto readIdentity = [](const boost::shared_ptr<QelEnvCoreBasic>& record) {
         return allocationsOf([&] {
             const QelEnv env(record);
@@ -60,8 +60,8 @@ TEST(QelEnvAllocationTest, ParsingAllocatesPerMessageNotPerElement) {
 TEST(QelEnvAllocationTest, FlatteningAllocatesPerMessageNotPerElement) {
     const auto flatten = [](int count) {
         QelEnv env(recordWithAddresses(count));
-        env.getConfig()->setName(given("changed"));
-        env.getVirtualConfig()->setName(given("changed"));
+        env.getConfig()->setName(specified("changed"));
+        env.getVirtualConfig()->setName(specified("changed"));
         return allocationsOf([&] { env.syncBuffer(); });
     };
     EXPECT_LE(flatten(1000), flatten(10) + someDoublings);

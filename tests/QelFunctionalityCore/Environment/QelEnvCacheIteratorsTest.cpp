@@ -19,7 +19,7 @@ protected:
     /// Environments 1 to 6: the odd ones are children of 100, the even ones of 200.
     static void insertTwoFamilies() {
         for (const int number : {6, 2, 5, 1, 3, 4})
-            insert(makeEnv(eidOf(number), std::to_string(number), "untold", eidOf(number % 2 ? 100 : 200)));
+            insert(makeEnv(eidOf(number), std::to_string(number), "plain", eidOf(number % 2 ? 100 : 200)));
     }
 
     static std::vector<QelEID> keysOf(const Keys& keys) { return {keys.begin(), keys.end()}; }
@@ -102,7 +102,7 @@ TEST_F(QelEnvCacheIteratorsTest, FlatIsForwardIteratorOverAllEnvironments) {
 }
 
 TEST_F(QelEnvCacheIteratorsTest, ChildHasEidOfParent) {
-    const QelEnv env = makeEnv(eidOf(1), "env", "untold", eidOf(100));
+    const QelEnv env = makeEnv(eidOf(1), "env", "plain", eidOf(100));
     EXPECT_TRUE(Data::isChild(eidOf(100))(&env));
     EXPECT_FALSE(Data::isChild(eidOf(1))(&env));
     EXPECT_FALSE(Data::isChild(QelEID())(&env));
@@ -112,7 +112,7 @@ TEST_F(QelEnvCacheIteratorsTest, ChildHasEidOfParent) {
 TEST_F(QelEnvCacheIteratorsTest, ChildrenAreFilteredFromGivenList) {
     insertTwoFamilies();
     const auto list = envCache()->getEnvList();
-    insert(makeEnv(eidOf(7), "7", "untold", eidOf(100)));
+    insert(makeEnv(eidOf(7), "7", "plain", eidOf(100)));
     EXPECT_THAT(namesOf(Data(eidOf(100), list)), ElementsAre("1", "3", "5"));
     EXPECT_THAT(namesOf(Data(eidOf(200), list)), ElementsAre("2", "4", "6"));
     EXPECT_THAT(namesOf(Data(eidOf(300), list)), IsEmpty());
@@ -188,7 +188,7 @@ TEST_F(EnvIDOrderTest, WithoutCacheSetsAreOrderedByEid) {
     const LogCapture log;
     EXPECT_TRUE(less(eidOf(1), eidOf(2)));
     EXPECT_FALSE(less(eidOf(2), eidOf(1)));
-    EXPECT_EQ(log.texts().size(), 2U) << "each comparison calls envCache() once";
+    EXPECT_EQ(log.messages().size(), 2U) << "each comparison calls envCache() once";
 }
 
 TEST_F(EnvIDOrderTest, ChildrenAreSyncedInSortKeyOrder) {

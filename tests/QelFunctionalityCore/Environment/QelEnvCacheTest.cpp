@@ -129,7 +129,7 @@ TEST_F(QelEnvCacheTest, UnusableFileIsMarkedAndLoggedAtEachCall) {
     EXPECT_FALSE(envCache());
     EXPECT_EQ(file.word(52), 0U);
     EXPECT_FALSE(envCache());
-    EXPECT_THAT(log.texts(), ElementsAre(unavailable(-12), unavailable(-14)));
+    EXPECT_THAT(log.messages(), ElementsAre(unavailable(-12), unavailable(-14)));
     EXPECT_THAT(log.sources(), ElementsAre("QelFunctionalityCore core/src/QelFunctionalityCore/QelEnvCache",
                                            "QelFunctionalityCore core/src/QelFunctionalityCore/QelEnvCache"));
     EXPECT_TRUE(file.exists()) << "kept for an administrator to examine";
@@ -143,7 +143,7 @@ TEST_F(QelEnvCacheTest, FileThatBecomesUsableIsAttachedAtNextCall) {
     EXPECT_FALSE(envCache());
     initEnvCache(file.path(), true);
     EXPECT_TRUE(envCache());
-    EXPECT_THAT(log.texts(), ElementsAre(unavailable(-14)));
+    EXPECT_THAT(log.messages(), ElementsAre(unavailable(-14)));
 }
 
 TEST_F(QelEnvCacheTest, EmptyPathIsTriedAndLoggedAtEachCall) {
@@ -151,7 +151,7 @@ TEST_F(QelEnvCacheTest, EmptyPathIsTriedAndLoggedAtEachCall) {
     const LogCapture log;
     EXPECT_FALSE(envCache());
     EXPECT_FALSE(envCache());
-    EXPECT_THAT(log.texts(), ElementsAre(unavailable(-2), unavailable(-2)));
+    EXPECT_THAT(log.messages(), ElementsAre(unavailable(-2), unavailable(-2)));
 }
 
 TEST_F(QelEnvCacheTest, SecondAttemptAttachesIfCauseHasPassed) {
@@ -167,7 +167,7 @@ TEST_F(QelEnvCacheTest, UnmappableFileIsNotACache) {
     initEnvCache(file.path() + "/below", false);
     const LogCapture log;
     EXPECT_FALSE(envCache());
-    EXPECT_THAT(log.texts(), ElementsAre(unavailable(-2)));
+    EXPECT_THAT(log.messages(), ElementsAre(unavailable(-2)));
     std::filesystem::create_directory(file.path());
     EXPECT_TRUE(envCache());
 }
@@ -194,7 +194,7 @@ TEST_F(QelEnvCacheTest, TypeWithoutUpdaterIsInserted) {
     ASSERT_TRUE(envCache());
     const LogCapture log;
     EXPECT_EQ(envCache()->insert(makeEnv(eidOf(1), "one", type)), 0);
-    EXPECT_THAT(log.texts(), ElementsAre(noUpdater("mock"), called("insert", eidOf(1), 0)));
+    EXPECT_THAT(log.messages(), ElementsAre(noUpdater("mock"), called("insert", eidOf(1), 0)));
     EXPECT_THAT(log.sources(), testing::Each("QelFunctionalityCore core/src/QelFunctionalityCore/QelEnvCache"));
     EXPECT_EQ(nameOf(envCache()->getEnvCopy(eidOf(1))), "one");
 }
@@ -211,7 +211,7 @@ TEST_F(QelEnvCacheTest, UpdaterIsCalledBeforeInsertReachesFile) {
     }
     const LogCapture log;
     EXPECT_EQ(envCache()->insert(makeEnv(eidOf(1), "one", type)), 0);
-    EXPECT_THAT(log.texts(), ElementsAre(called("insert", eidOf(1), 0)));
+    EXPECT_THAT(log.messages(), ElementsAre(called("insert", eidOf(1), 0)));
     EXPECT_TRUE(envCache()->getEnvCopy(eidOf(1)));
 }
 
@@ -221,7 +221,7 @@ TEST_F(QelEnvCacheTest, UpdaterCanRejectInsert) {
     EXPECT_CALL(*updater, insertEnv).WillOnce(Return(77));
     const LogCapture log;
     EXPECT_EQ(envCache()->insert(makeEnv(eidOf(1), "one", type)), 77);
-    EXPECT_THAT(log.texts(), ElementsAre(called("insert", eidOf(1), 77)));
+    EXPECT_THAT(log.messages(), ElementsAre(called("insert", eidOf(1), 77)));
     EXPECT_FALSE(envCache()->getEnvCopy(eidOf(1)));
 }
 
@@ -243,7 +243,7 @@ TEST_F(QelEnvCacheTest, InsertOfExistingEnvironmentCallsRemoveOfUpdater) {
     }
     const LogCapture log;
     EXPECT_EQ(envCache()->insert(makeEnv(eidOf(1), "second", type)), -5);
-    EXPECT_THAT(log.texts(), ElementsAre(called("insert", eidOf(1), -5)));
+    EXPECT_THAT(log.messages(), ElementsAre(called("insert", eidOf(1), -5)));
     EXPECT_EQ(nameOf(envCache()->getEnvCopy(eidOf(1))), "first");
 }
 
@@ -261,7 +261,7 @@ TEST_F(QelEnvCacheTest, EnvironmentWithoutEidIsRejectedWithoutCallingUpdater) {
     const LogCapture log;
     EXPECT_EQ(envCache()->insert(makeEnv(QelEID(), "none", type)), -1);
     EXPECT_EQ(envCache()->update(makeEnv(QelEID(), "none", type)), -1);
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.messages(), IsEmpty());
     EXPECT_EQ(envCache()->getEnvList()->size(), 0U);
 }
 
@@ -291,7 +291,7 @@ TEST_F(QelEnvCacheTest, UpdaterIsCalledBeforeUpdateReachesFile) {
     }
     const LogCapture log;
     EXPECT_EQ(envCache()->update(makeEnv(eidOf(1), "new", type)), 0);
-    EXPECT_THAT(log.texts(), ElementsAre(called("update", eidOf(1), 0)));
+    EXPECT_THAT(log.messages(), ElementsAre(called("update", eidOf(1), 0)));
     EXPECT_EQ(nameOf(envCache()->getEnvCopy(eidOf(1))), "new");
 }
 
@@ -299,7 +299,7 @@ TEST_F(QelEnvCacheTest, UpdateOfTypeWithoutUpdaterIsLogged) {
     insert(makeEnv(eidOf(1), "old", type));
     const LogCapture log;
     EXPECT_EQ(envCache()->update(makeEnv(eidOf(1), "new", type)), 0);
-    EXPECT_THAT(log.texts(), ElementsAre(noUpdater("mock"), called("update", eidOf(1), 0)));
+    EXPECT_THAT(log.messages(), ElementsAre(noUpdater("mock"), called("update", eidOf(1), 0)));
 }
 
 TEST_F(QelEnvCacheTest, UpdaterCanRejectUpdate) {
@@ -309,7 +309,7 @@ TEST_F(QelEnvCacheTest, UpdaterCanRejectUpdate) {
     EXPECT_CALL(*updater, updateEnv).WillOnce(Return(-8));
     const LogCapture log;
     EXPECT_EQ(envCache()->update(makeEnv(eidOf(1), "new", type)), -8);
-    EXPECT_THAT(log.texts(), ElementsAre(called("update", eidOf(1), -8)));
+    EXPECT_THAT(log.messages(), ElementsAre(called("update", eidOf(1), -8)));
     EXPECT_EQ(nameOf(envCache()->getEnvCopy(eidOf(1))), "old");
 }
 
@@ -331,7 +331,7 @@ TEST_F(QelEnvCacheTest, UpdateOfUnknownEnvironmentCallsRemoveOfUpdater) {
     }
     const LogCapture log;
     EXPECT_EQ(envCache()->update(makeEnv(eidOf(1), "new", type)), -6);
-    EXPECT_THAT(log.texts(), ElementsAre(called("update", eidOf(1), -6)));
+    EXPECT_THAT(log.messages(), ElementsAre(called("update", eidOf(1), -6)));
 }
 
 // ---- remove
@@ -342,7 +342,7 @@ TEST_F(QelEnvCacheTest, RemovingUnknownEnvironmentSucceedsWithoutLogging) {
     const LogCapture log;
     EXPECT_EQ(envCache()->remove(eidOf(1)), 0);
     EXPECT_EQ(envCache()->remove(QelEID()), 0);
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.messages(), IsEmpty());
 }
 
 TEST_F(QelEnvCacheTest, UpdaterIsCalledBeforeRemoveReachesFile) {
@@ -354,7 +354,7 @@ TEST_F(QelEnvCacheTest, UpdaterIsCalledBeforeRemoveReachesFile) {
     });
     const LogCapture log;
     EXPECT_EQ(envCache()->remove(eidOf(1)), 0);
-    EXPECT_THAT(log.texts(), ElementsAre(called("remove", eidOf(1), 0)));
+    EXPECT_THAT(log.messages(), ElementsAre(called("remove", eidOf(1), 0)));
     EXPECT_FALSE(envCache()->getEnvCopy(eidOf(1)));
     EXPECT_THAT(findings(), IsEmpty());
 }
@@ -365,7 +365,7 @@ TEST_F(QelEnvCacheTest, UpdaterCanRejectRemove) {
     EXPECT_CALL(*updater, removeEnv).WillOnce(Return(5));
     const LogCapture log;
     EXPECT_EQ(envCache()->remove(eidOf(1)), 5);
-    EXPECT_THAT(log.texts(), ElementsAre(called("remove", eidOf(1), 5)));
+    EXPECT_THAT(log.messages(), ElementsAre(called("remove", eidOf(1), 5)));
     EXPECT_TRUE(envCache()->getEnvCopy(eidOf(1)));
 }
 
@@ -373,7 +373,7 @@ TEST_F(QelEnvCacheTest, RemovalOfTypeWithoutUpdaterDoesNotLogIt) {
     insert(makeEnv(eidOf(1), "one", type));
     const LogCapture log;
     EXPECT_EQ(envCache()->remove(eidOf(1)), 0);
-    EXPECT_THAT(log.texts(), ElementsAre(called("remove", eidOf(1), 0)));
+    EXPECT_THAT(log.messages(), ElementsAre(called("remove", eidOf(1), 0)));
 }
 
 TEST_F(QelEnvCacheTest, RemovalFailsIfAnotherProcessRemovesFirst) {
@@ -425,7 +425,7 @@ TEST_F(QelEnvCacheTest, EnvironmentOfListReadsFromFile) {
     EXPECT_EQ(env->getCoreBasic().get(), list->get(eidOf(1)));
     EXPECT_EQ(nameOf(env), "one");
     EXPECT_FALSE(list->getEnv(eidOf(2)));
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.messages(), IsEmpty());
 }
 
 TEST_F(QelEnvCacheTest, SeventeenthListFailsUntilOneIsReleased) {
@@ -455,7 +455,7 @@ TEST_F(QelEnvCacheTest, GenericUpdaterReceivesChildrenOfEnvironment) {
     const LogCapture log;
     envCache()->syncEnvListOf(eidOf(7));
     envCache()->syncEnvListOf(eidOf(8));
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.messages(), IsEmpty());
     EXPECT_EQ(snapshotReferences(), 1U) << "the list was released";
 }
 
@@ -470,7 +470,7 @@ TEST_F(QelEnvCacheTest, MissingGenericUpdaterIsLogged) {
     const LogCapture log;
     envCache()->syncEnvListOf(eidOf(1));
     envCache()->syncSlaveList({});
-    EXPECT_THAT(log.texts(),
+    EXPECT_THAT(log.messages(),
                 ElementsAre("4 [syncEnvListOf] EnvUpdater is not found for 'generic'.", noUpdater("generic")));
 }
 
@@ -481,7 +481,7 @@ TEST_F(QelEnvCacheTest, FailureToListChildrenIsLogged) {
     const RegisteredUpdater updater(QelEnv::type);
     const LogCapture log;
     envCache()->syncEnvListOf(eidOf(1));
-    EXPECT_THAT(log.texts(), ElementsAre("1 [syncEnvListOf]: failed to acquire environments list."));
+    EXPECT_THAT(log.messages(), ElementsAre("1 [syncEnvListOf]: failed to acquire environments list."));
 }
 
 // ---- fork
@@ -501,8 +501,8 @@ TEST_F(QelEnvCacheTest, ForkedChildAttachesAgainAndItsOldListIsEmpty) {
                       return 3;
                   const LogCapture log;
                   if (list->getEnv(eidOf(1)) ||
-                      log.texts() != std::vector<std::string>{
-                                         "2 Environment cache: failed to acquire snapshot. Running out of memory."})
+                      log.messages() != std::vector<std::string>{
+                                            "2 Environment cache: failed to acquire snapshot. Running out of memory."})
                       return 4;
                   list.reset();
                   if (snapshotReferences() != 2)

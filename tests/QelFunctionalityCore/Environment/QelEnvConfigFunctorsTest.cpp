@@ -113,10 +113,10 @@ TEST(QelEnvConfigFunctorsTest, ReadsAllChildrenWithTheirContent) {
     message.cursor().seekUp();
 
     QelEnvConfig read;
-    read.setName(given("gone"));
+    read.setName(specified("gone"));
     ASSERT_EQ(QelEnvConfig::Reader()(message.cursor(), read), 0);
     EXPECT_EQ(message.cursor().curID(), config) << "the position is restored";
-    EXPECT_EQ(textBy(read, &QelEnvConfig::getName), "(unspecified)");
+    EXPECT_EQ(valueBy(read, &QelEnvConfig::getName), "(unspecified)");
 
     const TestMessage out;
     ASSERT_EQ(QelEnvConfig::Writer()(out.cursor(), read), 0);
@@ -151,13 +151,13 @@ TEST(QelEnvConfigFunctorsTest, EachClassIsStampedAndReadAsItself) {
 
     const TestMessage message;
     const boost::shared_ptr<QelEnvConfig> vconfig(new QelVEnvConfig);
-    vconfig->setName(given("virtual"));
+    vconfig->setName(specified("virtual"));
     ASSERT_EQ(message.cursor().putObject(vconfig, QelWriterDerived<QelEnvConfig>(), 1872), 0);
     boost::shared_ptr<QelEnvConfig> read;
     ASSERT_EQ(message.cursor().getObject(read, QelReaderDerived<QelEnvConfig>(false), 1872), 0);
     EXPECT_NE(boost::dynamic_pointer_cast<QelVEnvConfig>(read), nullptr);
     EXPECT_EQ(read->getConfigType(), EnvConfigType::virtualised);
-    EXPECT_EQ(textBy(*read, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(*read, &QelEnvConfig::getName), "virtual");
     message.cursor().firstChild(1872);
     expectStampOf<QelVEnvConfig::Writer>(message.cursor());
     EXPECT_EQ(countChildren(message.cursor(), agentVersion), 0);
@@ -183,7 +183,7 @@ TEST(QelEnvConfigFunctorsTest, ClassWithoutFactoryIsWrittenAsBaseClass) {
 
 TEST(QelEnvConfigFunctorsTest, ChildrenOfNewTreeAreInItsNamespace) {
     QelEnvConfig written;
-    written.setName(given("x"));
+    written.setName(specified("x"));
     const TestMessage message;
     QelEnvConfig::Writer()(message.cursor(), written);
     message.cursor().firstChild(name);

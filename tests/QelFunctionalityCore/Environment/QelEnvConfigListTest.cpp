@@ -51,21 +51,21 @@ Texts nameserversBy(const QelEnvConfig& config) {
 
 TEST(QelEnvConfigListTest, WithoutTreeListsFailAndAreUnchanged) {
     const QelEnvConfig config;
-    auto texts = given(Texts{""});
+    auto texts = specified(Texts{""});
     EXPECT_EQ(config.getNameservers(texts), -1);
-    EXPECT_EQ(texts, given(Texts{""}));
-    auto set = given(std::set<std::string>{""});
+    EXPECT_EQ(texts, specified(Texts{""}));
+    auto set = specified(std::set<std::string>{""});
     EXPECT_EQ(config.getSearchDomains(set), -1);
     EXPECT_EQ(config.getChildTypes(set), -1);
-    EXPECT_EQ(set, given(std::set<std::string>{""}));
-    auto ips = given(Addresses{QelIPAddress("10.0.0.1")});
+    EXPECT_EQ(set, specified(std::set<std::string>{""}));
+    auto ips = specified(Addresses{QelIPAddress("10.0.0.1")});
     EXPECT_EQ(config.getAddresses(ips), -1);
     EXPECT_EQ(ips.get().size(), 1U);
 }
 
 TEST(QelEnvConfigListTest, MissingListIsUnspecifiedAndEmpty) {
     const ListElement element;
-    auto texts = given(Texts{"left"});
+    auto texts = specified(Texts{"left"});
     EXPECT_EQ(element.config().getNameservers(texts), 0);
     EXPECT_FALSE(texts.isSpecified());
     EXPECT_THAT(texts.get(), IsEmpty());
@@ -74,9 +74,9 @@ TEST(QelEnvConfigListTest, MissingListIsUnspecifiedAndEmpty) {
 TEST(QelEnvConfigListTest, AddressesAreReplaced) {
     QelEnvConfig config;
     const Addresses three{QelIPAddress("10.0.0.1/24"), QelIPAddress("::1/64"), QelIPAddress("10.0.0.1")};
-    EXPECT_EQ(config.setAddresses(given(three)), 0);
+    EXPECT_EQ(config.setAddresses(specified(three)), 0);
     EXPECT_THAT(ipsBy(config), ElementsAre("10.0.0.1/24", "::1/64", "10.0.0.1"));
-    EXPECT_EQ(config.setAddresses(given(Addresses{QelIPAddress("10.0.0.2")})), 0);
+    EXPECT_EQ(config.setAddresses(specified(Addresses{QelIPAddress("10.0.0.2")})), 0);
     EXPECT_THAT(ipsBy(config), ElementsAre("10.0.0.2"));
     EXPECT_EQ(config.setAddresses(QelIPAddressListOptionalProperty()), 0);
     EXPECT_THAT(ipsBy(config), ElementsAre("(unspecified)"));
@@ -85,7 +85,7 @@ TEST(QelEnvConfigListTest, AddressesAreReplaced) {
 
 TEST(QelEnvConfigListTest, SpecifiedEmptyAddressListIsOneEmptyElement) {
     QelEnvConfig config;
-    EXPECT_EQ(config.setAddresses(given(Addresses())), 0);
+    EXPECT_EQ(config.setAddresses(specified(Addresses())), 0);
     EXPECT_THAT(writtenIDs(config), ElementsAre(addresses, agentVersion));
     EXPECT_THAT(ipsBy(config), IsEmpty());
 }
@@ -99,21 +99,21 @@ TEST(QelEnvConfigListTest, UnreadableAddressEndsListButListIsSpecified) {
 
 TEST(QelEnvConfigListTest, NameserversAreStoredOnceAndInOrder) {
     QelEnvConfig config;
-    EXPECT_EQ(config.setNameservers(given(Texts{"10.0.0.1", "10.0.0.1", "10.0.0.2"})), 0);
+    EXPECT_EQ(config.setNameservers(specified(Texts{"10.0.0.1", "10.0.0.1", "10.0.0.2"})), 0);
     EXPECT_THAT(nameserversBy(config), ElementsAre("10.0.0.1", "10.0.0.2"));
     EXPECT_THAT(writtenIDs(config), ElementsAre(nameservers, nameservers, agentVersion));
 }
 
 TEST(QelEnvConfigListTest, FirstSpellingOfNameserverIsKept) {
     QelEnvConfig config;
-    EXPECT_EQ(config.setNameservers(given(Texts{"FE80:0::1", "10.0.0.9", "fe80::1", "::10.0.0.9"})), 0);
+    EXPECT_EQ(config.setNameservers(specified(Texts{"FE80:0::1", "10.0.0.9", "fe80::1", "::10.0.0.9"})), 0);
     EXPECT_THAT(nameserversBy(config), ElementsAre("FE80:0::1", "10.0.0.9"));
 }
 
 TEST(QelEnvConfigListTest, NameserversMayBeSpecifiedAndEmptyOrUnspecified) {
     QelEnvConfig config;
-    EXPECT_EQ(config.setNameservers(given(Texts{"10.0.0.1"})), 0);
-    EXPECT_EQ(config.setNameservers(given(Texts())), 0);
+    EXPECT_EQ(config.setNameservers(specified(Texts{"10.0.0.1"})), 0);
+    EXPECT_EQ(config.setNameservers(specified(Texts())), 0);
     EXPECT_THAT(writtenIDs(config), ElementsAre(nameservers, agentVersion));
     EXPECT_THAT(nameserversBy(config), IsEmpty());
     EXPECT_EQ(config.setNameservers(QelStringListOptionalProperty()), 0);
@@ -151,8 +151,8 @@ struct Difference {
 
 template <int (QelEnvConfig::*set)(const QelStringOptionalProperty&)>
 void differ(QelEnvConfig& lesser, QelEnvConfig& greater) {
-    (lesser.*set)(given("a"));
-    (greater.*set)(given("b"));
+    (lesser.*set)(specified("a"));
+    (greater.*set)(specified("b"));
 }
 
 /// Adds a child `id` to a configuration and keeps its other children.
@@ -182,13 +182,13 @@ constexpr Difference differences[] = {
      }},
     {"addresses",
      [](QelEnvConfig& lesser, QelEnvConfig& greater) {
-         lesser.setAddresses(given(Addresses{QelIPAddress("9.0.0.1")}));
-         greater.setAddresses(given(Addresses{QelIPAddress("10.0.0.1")}));
+         lesser.setAddresses(specified(Addresses{QelIPAddress("9.0.0.1")}));
+         greater.setAddresses(specified(Addresses{QelIPAddress("10.0.0.1")}));
      }},
     {"name servers",
      [](QelEnvConfig& lesser, QelEnvConfig& greater) {
-         lesser.setNameservers(given(Texts{"10.0.0.1"}));
-         greater.setNameservers(given(Texts{"10.0.0.1", "10.0.0.2"}));
+         lesser.setNameservers(specified(Texts{"10.0.0.1"}));
+         greater.setNameservers(specified(Texts{"10.0.0.1", "10.0.0.2"}));
      }},
     {"search domains",
      [](QelEnvConfig& lesser, QelEnvConfig& greater) {
@@ -218,18 +218,18 @@ TEST(QelEnvConfigListTest, EarlierDifferencesTakePrecedence) {
 
 TEST(QelEnvConfigListTest, LongerListIsGreater) {
     QelEnvConfig one;
-    one.setAddresses(given(Addresses{QelIPAddress("10.0.0.1")}));
+    one.setAddresses(specified(Addresses{QelIPAddress("10.0.0.1")}));
     QelEnvConfig two;
-    two.setAddresses(given(Addresses{QelIPAddress("10.0.0.1"), QelIPAddress("10.0.0.0")}));
+    two.setAddresses(specified(Addresses{QelIPAddress("10.0.0.1"), QelIPAddress("10.0.0.0")}));
     EXPECT_EQ(one.compare(two), -1);
     EXPECT_EQ(two.compare(one), 1);
 }
 
 TEST(QelEnvConfigListTest, UnspecifiedValueComparesAsEmptyExceptType) {
     QelEnvConfig empty;
-    empty.setName(given(""));
-    empty.setAddresses(given(Addresses()));
-    empty.setNameservers(given(Texts()));
+    empty.setName(specified(""));
+    empty.setAddresses(specified(Addresses()));
+    empty.setNameservers(specified(Texts()));
     EXPECT_EQ(empty.compare(QelEnvConfig()), 0);
     empty.setType("");
     EXPECT_EQ(empty.compare(QelEnvConfig()), 1);

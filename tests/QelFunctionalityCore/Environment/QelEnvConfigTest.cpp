@@ -73,15 +73,15 @@ TEST(QelEnvConfigTest, WithoutTreeGettersFailAndLeaveOutputUnchanged) {
 TEST(QelEnvConfigTest, EachStringHasItsElement) {
     for (const TextField& field : textFields) {
         QelEnvConfig config;
-        EXPECT_EQ((config.*field.set)(given("value")), 0) << field.what;
-        EXPECT_EQ(textBy(config, field.get), "value") << field.what;
-        EXPECT_EQ((config.*field.set)(given("")), 0) << field.what;
-        EXPECT_EQ(textBy(config, field.get), "") << field.what;
+        EXPECT_EQ((config.*field.set)(specified("value")), 0) << field.what;
+        EXPECT_EQ(valueBy(config, field.get), "value") << field.what;
+        EXPECT_EQ((config.*field.set)(specified("")), 0) << field.what;
+        EXPECT_EQ(valueBy(config, field.get), "") << field.what;
         const TestMessage message;
         EXPECT_EQ(QelEnvConfig::Writer()(message.cursor(), config), 0);
         EXPECT_EQ(countChildren(message.cursor(), field.element), 1) << field.what;
         EXPECT_EQ((config.*field.set)(QelStringOptionalProperty()), 0) << field.what;
-        EXPECT_EQ(textBy(config, field.get), "(unspecified)") << field.what;
+        EXPECT_EQ(valueBy(config, field.get), "(unspecified)") << field.what;
         EXPECT_THAT(writtenIDs(config), ElementsAre(agentVersion)) << field.what;
     }
 }
@@ -89,7 +89,7 @@ TEST(QelEnvConfigTest, EachStringHasItsElement) {
 TEST(QelEnvConfigTest, SettingUnspecifiedStringCreatesTreeWithVersionOnly) {
     QelEnvConfig config;
     EXPECT_EQ(config.setName(QelStringOptionalProperty()), 0);
-    EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "(unspecified)");
+    EXPECT_EQ(valueBy(config, &QelEnvConfig::getName), "(unspecified)");
     const TestMessage message;
     EXPECT_EQ(QelEnvConfig::Writer()(message.cursor(), config), 0);
     EXPECT_THAT(childIDs(message.cursor()), ElementsAre(agentVersion));
@@ -98,7 +98,7 @@ TEST(QelEnvConfigTest, SettingUnspecifiedStringCreatesTreeWithVersionOnly) {
 
 TEST(QelEnvConfigTest, MissingStringIsUnspecifiedAndKeepsItsValue) {
     const Element element;
-    auto text = given("left");
+    auto text = specified("left");
     EXPECT_EQ(element.config().getName(text), 0);
     EXPECT_FALSE(text.isSpecified());
     EXPECT_EQ(text.get(), "left");
@@ -107,16 +107,16 @@ TEST(QelEnvConfigTest, MissingStringIsUnspecifiedAndKeepsItsValue) {
 TEST(QelEnvConfigTest, ElementWithoutValueIsSpecifiedEmptyString) {
     const Element element;
     element->putChild(name);
-    EXPECT_EQ(textBy(element.config(), &QelEnvConfig::getName), "");
+    EXPECT_EQ(valueBy(element.config(), &QelEnvConfig::getName), "");
 }
 
 TEST(QelEnvConfigTest, DescriptionIsBase64) {
     QelEnvConfig config;
-    config.setDescription(given(std::string("\0\n\xFF", 3)));
+    config.setDescription(specified(std::string("\0\n\xFF", 3)));
     const TestMessage message;
     QelEnvConfig::Writer()(message.cursor(), config);
     EXPECT_EQ(childValue(message.cursor(), description), "AAr/");
-    EXPECT_EQ(textBy(config, &QelEnvConfig::getDescription), std::string("\0\n\xFF", 3));
+    EXPECT_EQ(valueBy(config, &QelEnvConfig::getDescription), std::string("\0\n\xFF", 3));
 }
 
 TEST(QelEnvConfigTest, InvalidBase64DescriptionIsSpecifiedButNotRead) {
@@ -125,7 +125,7 @@ TEST(QelEnvConfigTest, InvalidBase64DescriptionIsSpecifiedButNotRead) {
     QelStringOptionalProperty text;
     text.get() = "left";
     EXPECT_EQ(element.config().getDescription(text), 0);
-    EXPECT_EQ(text, given("left"));
+    EXPECT_EQ(text, specified("left"));
 }
 
 TEST(QelEnvConfigTest, SettingHostNameIsTraced) {
@@ -134,9 +134,9 @@ TEST(QelEnvConfigTest, SettingHostNameIsTraced) {
     const LogSink sinkBefore = setLogSink([&](const LogRecord& record) { records.push_back(record); });
     QelEnvConfig config;
     debug_level = 4;
-    config.setHostname(given("web1"));
+    config.setHostname(specified("web1"));
     debug_level = 3;
-    config.setHostname(given("web2"));
+    config.setHostname(specified("web2"));
     debug_level = levelBefore;
     setLogSink(sinkBefore);
 
@@ -176,7 +176,7 @@ TEST(QelEnvConfigTest, OperatingSystemIsReplaced) {
     EXPECT_EQ(config.setOS(QelOS("linux", "fedora", nullptr, nullptr)), 0);
     QelOS os;
     EXPECT_EQ(config.getOS(os), 0);
-    EXPECT_EQ(os.osName, given("fedora"));
+    EXPECT_EQ(os.osName, specified("fedora"));
     EXPECT_THAT(writtenIDs(config), ElementsAre(1277, agentVersion));
 }
 
@@ -190,11 +190,11 @@ TEST(QelEnvConfigTest, MissingOrUnnamedOperatingSystemFails) {
 
 TEST(QelEnvConfigTest, BaseSampleIsOptional) {
     QelEnvConfig config;
-    EXPECT_EQ(config.setBaseSampleId(given(QelGUID(1, 2))), 0);
-    EXPECT_EQ(config.setBaseSampleId(given(QelGUID(3, 4))), 0);
+    EXPECT_EQ(config.setBaseSampleId(specified(QelGUID(1, 2))), 0);
+    EXPECT_EQ(config.setBaseSampleId(specified(QelGUID(3, 4))), 0);
     QelOptionalProperty<QelGUID> sample;
     EXPECT_EQ(config.getBaseSampleId(sample), 0);
-    EXPECT_EQ(sample, given(QelGUID(3, 4)));
+    EXPECT_EQ(sample, specified(QelGUID(3, 4)));
     EXPECT_THAT(writtenIDs(config), ElementsAre(baseSample, agentVersion));
 
     EXPECT_EQ(config.setBaseSampleId(QelOptionalProperty<QelGUID>()), 0);
@@ -207,7 +207,7 @@ TEST(QelEnvConfigTest, InvalidBaseSampleIsSpecifiedButNotRead) {
     element->putValue(std::string("none"), baseSample);
     QelOptionalProperty<QelGUID> sample;
     EXPECT_EQ(element.config().getBaseSampleId(sample), 0);
-    EXPECT_EQ(sample, given(QelGUID()));
+    EXPECT_EQ(sample, specified(QelGUID()));
 }
 
 TEST(QelEnvConfigTest, BaseSnapshotIsAlwaysWritten) {
@@ -257,9 +257,9 @@ TEST(QelEnvConfigTest, IsViewOfItsHalfOfRecord) {
     const auto record = recordOf(flattened(element.cursor()), flattened(other.cursor()));
     const QelEnvConfig base(record, EnvConfigType::base);
     const QelEnvConfig virtualised(record, EnvConfigType::virtualised);
-    EXPECT_EQ(textBy(base, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(base, &QelEnvConfig::getName), "base");
     EXPECT_EQ(base.getAgentVersion(), 40000);
-    EXPECT_EQ(textBy(virtualised, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(virtualised, &QelEnvConfig::getName), "virtual");
     EXPECT_EQ(base.getConfigType(), EnvConfigType::base);
     EXPECT_EQ(virtualised.getConfigType(), EnvConfigType::virtualised);
 }
@@ -271,25 +271,25 @@ TEST(QelEnvConfigTest, ConfigurationReadAtRootSurvivesRoundTripThroughRecord) {
     message.cursor().putValue(std::string("vm"), type);
     for (const EnvConfigType half : {EnvConfigType::base, EnvConfigType::virtualised}) {
         const QelEnvConfig config(&message.cursor(), half);
-        EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "first");
+        EXPECT_EQ(valueBy(config, &QelEnvConfig::getName), "first");
         // The record of the configuration.
         const auto record = QelEnvCoreBasic::createInstance(&message.cursor(), half);
         EXPECT_EQ(record->type, "vm");
         const QelEnvConfig back(record, half);
-        EXPECT_EQ(textBy(back, &QelEnvConfig::getName), "first");
+        EXPECT_EQ(valueBy(back, &QelEnvConfig::getName), "first");
         EXPECT_EQ(writtenIDs(back), writtenIDs(config));
         EXPECT_EQ((configBytesOf(*record) + virtualConfigBytesOf(*record)).find("secret"), std::string::npos)
             << "the envelope is not part of a configuration";
 
         const auto replaced = QelEnvCoreBasic::createInstance(&message.cursor(), *record, half);
-        EXPECT_EQ(textBy(QelEnvConfig(replaced, half), &QelEnvConfig::getName), "first");
+        EXPECT_EQ(valueBy(QelEnvConfig(replaced, half), &QelEnvConfig::getName), "first");
     }
     EXPECT_EQ(message.cursor().curName(), "/");
 }
 
 TEST(QelEnvConfigTest, RootOfNewTreeIsInNamespace292) {
     const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
-    config->setName(given("a"));
+    config->setName(specified("a"));
     const QelEnvCoreBasicMaintainer maintainer(someEID, config);
     const TestMessage tree(maintainer.m_core->getConfig());
     ASSERT_EQ(tree.cursor().firstChild(1185), 0);
@@ -301,7 +301,7 @@ TEST(QelEnvConfigTest, RootOfNewTreeIsInNamespace292) {
 TEST(QelEnvConfigTest, NullRecordIsReplacedByBlankOne) {
     QelEnvConfig config(boost::shared_ptr<QelEnvCoreBasic>(), EnvConfigType::base);
     EXPECT_FALSE(config.getType().isSpecified());
-    EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(config, &QelEnvConfig::getName), "(fails)");
     EXPECT_EQ(config.setType("vm"), 0);
 }
 
@@ -311,18 +311,18 @@ TEST(QelEnvConfigTest, IsParsedFromRecordOnFirstAccess) {
     std::string bytes = flattened(element.cursor());
     const auto record = recordOf(bytes, "");
     const QelEnvConfig early(record, EnvConfigType::base);
-    EXPECT_EQ(textBy(early, &QelEnvConfig::getName), "first");
+    EXPECT_EQ(valueBy(early, &QelEnvConfig::getName), "first");
     const QelEnvConfig late(record, EnvConfigType::base);
     const_cast<char*>(record->configBytes())[0] ^= 1;
-    EXPECT_EQ(textBy(early, &QelEnvConfig::getName), "first");
-    EXPECT_EQ(textBy(late, &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(early, &QelEnvConfig::getName), "first");
+    EXPECT_EQ(valueBy(late, &QelEnvConfig::getName), "(fails)");
 }
 
 TEST(QelEnvConfigTest, DamagedConfigurationHasNoTree) {
     QelEnvConfig config(recordOf("damaged", ""), EnvConfigType::base);
-    EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(config, &QelEnvConfig::getName), "(fails)");
     EXPECT_EQ(config.getAgentVersion(), -1);
-    EXPECT_EQ(config.setName(given("new")), 0);
+    EXPECT_EQ(config.setName(specified("new")), 0);
     EXPECT_EQ(config.getAgentVersion(), 40500);
 }
 
@@ -331,7 +331,7 @@ TEST(QelEnvConfigTest, ResetDropsTreeAndOptionallyRecord) {
     element->putValue(std::string("vm"), type);
     QelEnvConfig config = element.config();
     config.reset(false);
-    EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(config, &QelEnvConfig::getName), "(fails)");
     EXPECT_EQ(config.getType(), "vm");
     config.reset(true);
     EXPECT_FALSE(config.getType().isSpecified());
@@ -339,23 +339,23 @@ TEST(QelEnvConfigTest, ResetDropsTreeAndOptionallyRecord) {
 
 TEST(QelEnvConfigTest, CopyHasItsOwnTreeAndSharesRecord) {
     QelEnvConfig original;
-    original.setName(given("one"));
+    original.setName(specified("one"));
     original.setType("vm");
     QelEnvConfig copy(original);
     QelEnvConfig assigned(static_cast<const QelMessageIterator*>(nullptr), EnvConfigType::virtualised);
     assigned = original;
     EXPECT_EQ(assigned.getConfigType(), EnvConfigType::base);
-    copy.setName(given("two"));
-    EXPECT_EQ(textBy(original, &QelEnvConfig::getName), "one");
-    EXPECT_EQ(textBy(assigned, &QelEnvConfig::getName), "one");
+    copy.setName(specified("two"));
+    EXPECT_EQ(valueBy(original, &QelEnvConfig::getName), "one");
+    EXPECT_EQ(valueBy(assigned, &QelEnvConfig::getName), "one");
     EXPECT_EQ(&copy.getType(), &original.getType());
     EXPECT_EQ(&assigned.getType(), &original.getType());
 
     const QelEnvConfig& same = copy;
     copy = same;
-    EXPECT_EQ(textBy(copy, &QelEnvConfig::getName), "two");
+    EXPECT_EQ(valueBy(copy, &QelEnvConfig::getName), "two");
     copy = QelEnvConfig();
-    EXPECT_EQ(textBy(copy, &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(copy, &QelEnvConfig::getName), "(fails)");
 }
 
 TEST(QelEnvConfigTest, BaseCopyOfVirtualConfigurationStaysVirtual) {
@@ -369,9 +369,9 @@ TEST(QelEnvConfigTest, BaseCopyOfVirtualConfigurationStaysVirtual) {
 TEST(QelEnvConfigTest, RepeatedEditingKeepsOneElementOfEach) {
     QelEnvConfig config;
     for (int i = 0; i < 1000; ++i)
-        config.setName(given(std::to_string(i)));
+        config.setName(specified(std::to_string(i)));
     EXPECT_THAT(writtenIDs(config), ElementsAre(name, agentVersion));
-    EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "999");
+    EXPECT_EQ(valueBy(config, &QelEnvConfig::getName), "999");
 }
 
 } // namespace

@@ -18,7 +18,7 @@ using VConfigSP = boost::shared_ptr<QelVEnvConfig>;
 
 template <class Config> boost::shared_ptr<Config> named(const char* name, const QelEnvType& type = {}) {
     boost::shared_ptr<Config> config(new Config);
-    config->setName(given(name));
+    config->setName(specified(name));
     if (type.isSpecified())
         config->setType(type);
     return config;
@@ -46,7 +46,7 @@ TEST(QelEnvCoreBasicMaintainerTest, StartsWithBlankRecordAndEmptyConfigurations)
     expectClean(maintainer);
     EXPECT_EQ(maintainer.m_config->getConfigType(), EnvConfigType::base);
     EXPECT_EQ(maintainer.m_vconfig->getConfigType(), EnvConfigType::virtualised);
-    EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(*maintainer.m_config, &QelEnvConfig::getName), "(fails)");
     EXPECT_EQ(bytesBy(maintainer).size(), 92U);
     EXPECT_EQ(&maintainer.m_config->getType(), &maintainer.m_core->type) << "the views share the record";
     EXPECT_EQ(&maintainer.m_vconfig->getType(), &maintainer.m_core->type);
@@ -57,8 +57,8 @@ TEST(QelEnvCoreBasicMaintainerTest, IsViewOfRecord) {
     Maintainer maintainer(record);
     expectClean(maintainer);
     EXPECT_EQ(maintainer.m_core, record);
-    EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "base");
-    EXPECT_EQ(textBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(*maintainer.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "virtual");
     const void* address = nullptr;
     unsigned length = 0;
     EXPECT_EQ(maintainer.getBuffer(&address, length, nullptr), 0);
@@ -88,8 +88,8 @@ TEST(QelEnvCoreBasicMaintainerTest, CreatesRecordFromTwoConfigurations) {
     EXPECT_EQ(maintainer.m_core->eid, someEID);
     EXPECT_EQ(maintainer.m_core->parentEID, QelEID());
     EXPECT_EQ(maintainer.m_core->type, "v");
-    EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "base");
-    EXPECT_EQ(textBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(*maintainer.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "virtual");
     EXPECT_EQ(maintainer.m_config->getAgentVersion(), 40500);
 }
 
@@ -107,8 +107,8 @@ TEST(QelEnvCoreBasicMaintainerTest, CreatesRecordFromBaseConfigurationOnly) {
     EXPECT_EQ(maintainer.m_core->type, "b");
     EXPECT_EQ(maintainer.m_core->vconfigSize, 0U);
     EXPECT_NE(maintainer.m_config, config) << "the view is replaced by one of the new record";
-    EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "base");
-    EXPECT_EQ(textBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(*maintainer.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "(fails)");
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, CreatesRecordFromVirtualConfigurationOnly) {
@@ -117,46 +117,46 @@ TEST(QelEnvCoreBasicMaintainerTest, CreatesRecordFromVirtualConfigurationOnly) {
     EXPECT_EQ(maintainer.m_core->eid, someEID);
     EXPECT_EQ(maintainer.m_core->type, "v");
     EXPECT_EQ(maintainer.m_core->configSize, 0U);
-    EXPECT_EQ(textBy(*maintainer.m_config, &QelEnvConfig::getName), "(fails)");
-    EXPECT_EQ(textBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(*maintainer.m_config, &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(*maintainer.m_vconfig, &QelEnvConfig::getName), "virtual");
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, ConfigurationOfRecordKeepsOtherHalf) {
     const auto record = namedRecord("base", "virtual");
     record->parentEID = otherEID;
     const ConfigSP config(new QelEnvConfig(record, EnvConfigType::base));
-    config->setName(given("a new and longer name of the base configuration"));
+    config->setName(specified("a new and longer name of the base configuration"));
     const Maintainer byBase(someEID, config);
     EXPECT_EQ(byBase.m_core->parentEID, otherEID);
-    EXPECT_EQ(textBy(*byBase.m_config, &QelEnvConfig::getName), "a new and longer name of the base configuration");
-    EXPECT_EQ(textBy(*byBase.m_vconfig, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(*byBase.m_config, &QelEnvConfig::getName), "a new and longer name of the base configuration");
+    EXPECT_EQ(valueBy(*byBase.m_vconfig, &QelEnvConfig::getName), "virtual");
 
     const VConfigSP vconfig(new QelVEnvConfig(record));
-    vconfig->setName(given("a new and longer name of the virtual configuration"));
+    vconfig->setName(specified("a new and longer name of the virtual configuration"));
     const Maintainer byVirtual(someEID, vconfig);
-    EXPECT_EQ(textBy(*byVirtual.m_config, &QelEnvConfig::getName), "base");
-    EXPECT_EQ(textBy(*byVirtual.m_vconfig, &QelEnvConfig::getName),
+    EXPECT_EQ(valueBy(*byVirtual.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(*byVirtual.m_vconfig, &QelEnvConfig::getName),
               "a new and longer name of the virtual configuration");
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, CopyHasRecordWithoutUnsavedChanges) {
     Maintainer original(namedRecord("base", "virtual"));
-    original.m_config->setName(given("changed"));
+    original.m_config->setName(specified("changed"));
     original.configDirty = true;
 
     const Maintainer copy(original);
     expectClean(copy);
     EXPECT_NE(copy.m_core, original.m_core);
     EXPECT_EQ(copy.m_core->eid, someEID);
-    EXPECT_EQ(textBy(*copy.m_config, &QelEnvConfig::getName), "base");
-    EXPECT_EQ(textBy(*copy.m_vconfig, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(*copy.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(*copy.m_vconfig, &QelEnvConfig::getName), "virtual");
 
     Maintainer assigned;
     assigned.configDirty = assigned.vconfigDirty = true;
     assigned = original;
     expectClean(assigned);
-    EXPECT_EQ(textBy(*assigned.m_config, &QelEnvConfig::getName), "base");
-    EXPECT_EQ(textBy(*original.m_config, &QelEnvConfig::getName), "changed");
+    EXPECT_EQ(valueBy(*assigned.m_config, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(*original.m_config, &QelEnvConfig::getName), "changed");
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, CopyOfOneWithoutRecordHasNone) {
@@ -231,7 +231,7 @@ TEST(QelEnvCoreBasicMaintainerTest, DirtyHalfIsSerialisedIntoNewRecord) {
     const auto record = namedRecord("base", "virtual");
     record->status = {4, 5};
     Maintainer maintainer(record);
-    maintainer.m_config->setName(given("changed"));
+    maintainer.m_config->setName(specified("changed"));
     maintainer.configDirty = true;
     const std::string bytes = bytesBy(maintainer);
     expectClean(maintainer);
@@ -243,29 +243,29 @@ TEST(QelEnvCoreBasicMaintainerTest, DirtyHalfIsSerialisedIntoNewRecord) {
     const Maintainer again(maintainer.m_core);
     EXPECT_EQ(again.m_core->eid, someEID);
     EXPECT_EQ(again.m_core->status, QelEnvStatus(4, 5));
-    EXPECT_EQ(textBy(*again.m_config, &QelEnvConfig::getName), "changed");
-    EXPECT_EQ(textBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual");
-    EXPECT_EQ(textBy(QelEnvConfig(record, EnvConfigType::base), &QelEnvConfig::getName), "base")
+    EXPECT_EQ(valueBy(*again.m_config, &QelEnvConfig::getName), "changed");
+    EXPECT_EQ(valueBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(QelEnvConfig(record, EnvConfigType::base), &QelEnvConfig::getName), "base")
         << "the previous record is unchanged";
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, BothHalvesMayBeDirty) {
     Maintainer maintainer(namedRecord("base", "virtual"));
-    maintainer.m_config->setName(given("base 2"));
-    maintainer.m_vconfig->setName(given("virtual 2"));
+    maintainer.m_config->setName(specified("base 2"));
+    maintainer.m_vconfig->setName(specified("virtual 2"));
     maintainer.configDirty = maintainer.vconfigDirty = true;
     bytesBy(maintainer);
     const Maintainer again(maintainer.m_core);
-    EXPECT_EQ(textBy(*again.m_config, &QelEnvConfig::getName), "base 2");
-    EXPECT_EQ(textBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual 2");
+    EXPECT_EQ(valueBy(*again.m_config, &QelEnvConfig::getName), "base 2");
+    EXPECT_EQ(valueBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual 2");
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, CleanHalfIsNotSerialised) {
     Maintainer maintainer(namedRecord("base", "virtual"));
-    maintainer.m_config->setName(given("changed"));
+    maintainer.m_config->setName(specified("changed"));
     maintainer.vconfigDirty = true;
     bytesBy(maintainer);
-    EXPECT_EQ(textBy(QelEnvConfig(maintainer.m_core, EnvConfigType::base), &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(QelEnvConfig(maintainer.m_core, EnvConfigType::base), &QelEnvConfig::getName), "base");
 }
 
 TEST(QelEnvCoreBasicMaintainerTest, DirtyHalvesWithoutTreesAreEmpty) {
@@ -281,8 +281,8 @@ TEST(QelEnvCoreBasicMaintainerTest, ReplacedConfigurationBringsItsOwnBytes) {
     maintainer.vconfigDirty = true;
     bytesBy(maintainer);
     const Maintainer again(maintainer.m_core);
-    EXPECT_EQ(textBy(*again.m_config, &QelEnvConfig::getName), "replaced");
-    EXPECT_EQ(textBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(*again.m_config, &QelEnvConfig::getName), "replaced");
+    EXPECT_EQ(valueBy(*again.m_vconfig, &QelEnvConfig::getName), "virtual");
 }
 
 /// The type of a record after configurations with their own types were serialised into it.

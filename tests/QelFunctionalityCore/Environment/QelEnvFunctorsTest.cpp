@@ -33,7 +33,7 @@ public:
     /// Adds a configuration of a class, with a name and optionally a type.
     template <class Config> void putConfig(int id, const char* nameText, const char* typeText) const {
         const boost::shared_ptr<QelEnvConfig> made(new Config);
-        made->setName(given(nameText));
+        made->setName(specified(nameText));
         if (typeText)
             made->setType(typeText);
         cursor().putObject(made, QelWriterDerived<QelEnvConfig>(), id);
@@ -55,8 +55,8 @@ TEST(QelEnvFunctorsTest, EnvironmentWithOnlyItsEidsIsGenericAndBlank) {
     EXPECT_EQ(env.getStatus(), QelEnvStatus(1, 0));
     EXPECT_EQ(env.getMaxAlertType(), QelAlertType::green);
     const QelEnv& read = env;
-    EXPECT_EQ(textBy(*read.getConfig(), &QelEnvConfig::getName), "(fails)");
-    EXPECT_EQ(textBy(*read.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(*read.getConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(*read.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
     env.syncBuffer();
     EXPECT_EQ(env.getCoreBasic()->length(), 92U);
 }
@@ -71,8 +71,8 @@ TEST(QelEnvFunctorsTest, MissingEidFailsAfterConfigurationsAreRead) {
         QelEnv env;
         EXPECT_EQ(element.read(env), -1) << present;
         const QelEnv& read = env;
-        EXPECT_EQ(textBy(*read.getConfig(), &QelEnvConfig::getName), "base") << present;
-        EXPECT_EQ(textBy(*read.getVirtualConfig(), &QelEnvConfig::getName), "virtual") << present;
+        EXPECT_EQ(valueBy(*read.getConfig(), &QelEnvConfig::getName), "base") << present;
+        EXPECT_EQ(valueBy(*read.getVirtualConfig(), &QelEnvConfig::getName), "virtual") << present;
         EXPECT_EQ(env.getType(), "vm") << present;
         EXPECT_EQ(env.getStatus(), QelEnvStatus(1, 0)) << "read after the EIDs, so not at all";
         // The EID of the parent is read first.
@@ -117,7 +117,7 @@ TEST(QelEnvFunctorsTest, VirtualConfigurationOfOtherClassIsIgnored) {
     QelEnv env;
     ASSERT_EQ(element.read(env), 0);
     const QelEnv& read = env;
-    EXPECT_EQ(textBy(*read.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(*read.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
     EXPECT_EQ(env.getType(), "generic");
 }
 
@@ -131,8 +131,8 @@ TEST(QelEnvFunctorsTest, ConfigurationsReadAreNotInRecordYet) {
     env.syncBuffer();
     const QelEnv view(env.getCoreBasic());
     EXPECT_EQ(view.getEID(), someEID);
-    EXPECT_EQ(textBy(*view.getConfig(), &QelEnvConfig::getName), "base");
-    EXPECT_EQ(textBy(*view.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(*view.getConfig(), &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(*view.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
 }
 
 TEST(QelEnvFunctorsTest, RecordContainsTreesRatherThanOriginalElements) {
@@ -191,7 +191,7 @@ TEST(QelEnvFunctorsTest, StatusIsOptional) {
 
 TEST(QelEnvFunctorsTest, WritesEidsStatusAlertLevelsAndConfigurations) {
     const boost::shared_ptr<QelEnvConfig> base(new QelEnvConfig);
-    base->setName(given("base"));
+    base->setName(specified("base"));
     QelEnv env(someEID, base);
     env.setParentEID(otherEID);
     env.setStatus({5, 6});

@@ -38,8 +38,8 @@ TEST(QelEnvTest, NewEnvironmentIsBlank) {
     EXPECT_FALSE(env.getType().isSpecified());
     EXPECT_EQ(env.getMaxAlertType(), QelAlertType::green);
     EXPECT_EQ(env.getSortKey(), 0U);
-    EXPECT_EQ(textBy(*env.getConfig(), &QelEnvConfig::getName), "(fails)");
-    EXPECT_EQ(textBy(*env.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(*env.getConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(*env.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
 }
 
 TEST(QelEnvTest, SettersWriteToRecord) {
@@ -79,21 +79,21 @@ TEST(QelEnvTest, IsViewOfRecord) {
 
 TEST(QelEnvTest, IsCreatedFromConfigurations) {
     const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
-    config->setName(given("base"));
+    config->setName(specified("base"));
     const boost::shared_ptr<QelVEnvConfig> vconfig(new QelVEnvConfig);
-    vconfig->setName(given("virtual"));
+    vconfig->setName(specified("virtual"));
     const QelEnv both(someEID, config, vconfig);
     EXPECT_EQ(both.getEID(), someEID);
-    EXPECT_EQ(textBy(*both.getConfig(), &QelEnvConfig::getName), "base");
-    EXPECT_EQ(textBy(*both.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(*both.getConfig(), &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(*both.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
     const QelEnv base(someEID, config);
     EXPECT_EQ(base.getEID(), someEID);
-    EXPECT_EQ(textBy(*base.getConfig(), &QelEnvConfig::getName), "base");
-    EXPECT_EQ(textBy(*base.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(*base.getConfig(), &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(*base.getVirtualConfig(), &QelEnvConfig::getName), "(fails)");
     const QelEnv virtualised(someEID, vconfig);
     EXPECT_EQ(virtualised.getEID(), someEID);
-    EXPECT_EQ(textBy(*virtualised.getConfig(), &QelEnvConfig::getName), "(fails)");
-    EXPECT_EQ(textBy(*virtualised.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
+    EXPECT_EQ(valueBy(*virtualised.getConfig(), &QelEnvConfig::getName), "(fails)");
+    EXPECT_EQ(valueBy(*virtualised.getVirtualConfig(), &QelEnvConfig::getName), "virtual");
 }
 
 TEST(QelEnvDeathTest, NullRecordTerminatesProcess) {
@@ -121,7 +121,7 @@ TEST(QelEnvTest, OnlyNonConstGettersMarkConfigurationAsChanged) {
 
 TEST(QelEnvTest, NewRecordWithoutChangesEqualsOldOne) {
     const boost::shared_ptr<QelEnvConfig> config(new QelEnvConfig);
-    config->setName(given("base"));
+    config->setName(specified("base"));
     config->setType("vm");
     QelEnv env(someEID, config);
     const auto before = env.getCoreBasic();
@@ -137,9 +137,9 @@ TEST(QelEnvTest, NewRecordWithoutChangesEqualsOldOne) {
 
 TEST(QelEnvTest, SyncBufferWritesChangesToRecord) {
     QelEnv env;
-    env.getConfig()->setName(given("changed"));
+    env.getConfig()->setName(specified("changed"));
     env.syncBuffer();
-    EXPECT_EQ(textBy(*QelEnv(env.getCoreBasic()).getConfig(), &QelEnvConfig::getName), "changed");
+    EXPECT_EQ(valueBy(*QelEnv(env.getCoreBasic()).getConfig(), &QelEnvConfig::getName), "changed");
 }
 
 TEST(QelEnvTest, BufferOfUnserialisableConfigurationFails) {
@@ -166,52 +166,52 @@ private:
 
 TEST_F(QelEnvTitleTest, EarlierRulesTakePrecedence) {
     EXPECT_EQ(env.getTitle(), someEID.toString());
-    base().setAddresses(given(addresses({"10.0.0.1/24"})));
+    base().setAddresses(specified(addresses({"10.0.0.1/24"})));
     EXPECT_EQ(env.getTitle(), "10.0.0.1");
-    virtualised().setAddresses(given(addresses({"10.0.0.2"})));
+    virtualised().setAddresses(specified(addresses({"10.0.0.2"})));
     EXPECT_EQ(env.getTitle(), "10.0.0.2");
-    base().setHostname(given("base host"));
+    base().setHostname(specified("base host"));
     EXPECT_EQ(env.getTitle(), "base host");
-    virtualised().setHostname(given("virtual host"));
+    virtualised().setHostname(specified("virtual host"));
     EXPECT_EQ(env.getTitle(), "virtual host");
-    base().setName(given("base name"));
+    base().setName(specified("base name"));
     EXPECT_EQ(env.getTitle(), "base name");
-    virtualised().setName(given("virtual name"));
+    virtualised().setName(specified("virtual name"));
     EXPECT_EQ(env.getTitle(), "virtual name");
 }
 
 TEST_F(QelEnvTitleTest, SpecifiedEmptyNameIsTitle) {
-    base().setName(given("base name"));
-    virtualised().setName(given(""));
+    base().setName(specified("base name"));
+    virtualised().setName(specified(""));
     EXPECT_EQ(env.getTitle(), "");
 }
 
 TEST_F(QelEnvTitleTest, SpecifiedEmptyHostNameIsTitle) {
-    base().setAddresses(given(addresses({"10.0.0.1"})));
-    base().setHostname(given(""));
+    base().setAddresses(specified(addresses({"10.0.0.1"})));
+    base().setHostname(specified(""));
     EXPECT_EQ(env.getTitle(), "");
 }
 
 TEST_F(QelEnvTitleTest, FirstIPv4AddressIsPreferred) {
-    base().setAddresses(given(addresses({"::1", "10.0.0.1", "10.0.0.2"})));
+    base().setAddresses(specified(addresses({"::1", "10.0.0.1", "10.0.0.2"})));
     EXPECT_EQ(env.getTitle(), "10.0.0.1");
-    base().setAddresses(given(addresses({"", "::1", "10.0.0.1"})));
+    base().setAddresses(specified(addresses({"", "::1", "10.0.0.1"})));
     EXPECT_EQ(env.getTitle(), "10.0.0.1");
 }
 
 TEST_F(QelEnvTitleTest, FirstAddressIsUsedWithoutIPv4Address) {
-    base().setAddresses(given(addresses({"::1"})));
+    base().setAddresses(specified(addresses({"::1"})));
     EXPECT_EQ(env.getTitle(), "::1");
-    base().setAddresses(given(addresses({"fe80::2", "::1"})));
+    base().setAddresses(specified(addresses({"fe80::2", "::1"})));
     EXPECT_EQ(env.getTitle(), "fe80::2");
-    base().setAddresses(given(addresses({"", "::1"})));
+    base().setAddresses(specified(addresses({"", "::1"})));
     EXPECT_EQ(env.getTitle(), "");
 }
 
 TEST_F(QelEnvTitleTest, EmptyAddressListIsSkipped) {
-    virtualised().setAddresses(given(Addresses()));
+    virtualised().setAddresses(specified(Addresses()));
     EXPECT_EQ(env.getTitle(), someEID.toString());
-    base().setAddresses(given(addresses({"::1"})));
+    base().setAddresses(specified(addresses({"::1"})));
     EXPECT_EQ(env.getTitle(), "::1");
 }
 
@@ -228,7 +228,7 @@ TEST_F(QelEnvTitleTest, DamagedConfigurationsDoNotAffectIdentity) {
 }
 
 TEST_F(QelEnvTitleTest, ConfigurationsAreParsedOnDemand) {
-    base().setName(given("base name"));
+    base().setName(specified("base name"));
     env.syncBuffer();
     const auto record = env.getCoreBasic();
     const QelEnv view(record);
@@ -246,10 +246,10 @@ struct OtherViewEnv : QelEnv {
 
 TEST_F(QelEnvTitleTest, DerivedClassMaySupplyAnotherView) {
     OtherViewEnv derived;
-    derived.getConfig()->setName(given("base name"));
+    derived.getConfig()->setName(specified("base name"));
     EXPECT_EQ(derived.getTitle(), "base name");
     derived.other.reset(new QelVEnvConfig);
-    derived.other->setName(given("other view"));
+    derived.other->setName(specified("other view"));
     EXPECT_EQ(derived.getTitle(), "other view");
 }
 

@@ -17,10 +17,10 @@ constexpr int name = 1026;
 
 TEST(QelOSTest, ConstructorTakesKindNameVersionAndDetail) {
     const QelOS os("linux", "debian", "12", "6.1");
-    EXPECT_EQ(os.osKind, given("linux"));
-    EXPECT_EQ(os.osName, given("debian"));
-    EXPECT_EQ(os.osVersion, given("12"));
-    EXPECT_EQ(os.osDetail, given("6.1"));
+    EXPECT_EQ(os.osKind, specified("linux"));
+    EXPECT_EQ(os.osName, specified("debian"));
+    EXPECT_EQ(os.osVersion, specified("12"));
+    EXPECT_EQ(os.osDetail, specified("6.1"));
 }
 
 TEST(QelOSTest, NullPointerLeavesFieldUnspecified) {
@@ -59,9 +59,9 @@ TEST(QelOSTest, MissingNameFailsAfterOtherFieldsAreRead) {
     message.cursor().putValue(std::string("12"), version);
     QelOS os;
     EXPECT_EQ(QelOS::Reader()(message.cursor(), os), -1);
-    EXPECT_EQ(os.osKind, given("linux"));
-    EXPECT_EQ(os.osDetail, given("6.1"));
-    EXPECT_EQ(os.osVersion, given("12"));
+    EXPECT_EQ(os.osKind, specified("linux"));
+    EXPECT_EQ(os.osDetail, specified("6.1"));
+    EXPECT_EQ(os.osVersion, specified("12"));
     EXPECT_FALSE(os.osName.isSpecified());
 }
 
@@ -73,7 +73,7 @@ TEST(QelOSTest, MissingFieldsAreUnspecified) {
     EXPECT_FALSE(os.osKind.isSpecified());
     EXPECT_FALSE(os.osVersion.isSpecified());
     EXPECT_FALSE(os.osDetail.isSpecified());
-    EXPECT_EQ(os.osName, given("debian"));
+    EXPECT_EQ(os.osName, specified("debian"));
 }
 
 TEST(QelOSTest, CompareIgnoresCase) {

@@ -51,10 +51,10 @@ TEST(QelVEnvConfigTest, AllConstructorsMakeVirtualConfiguration) {
 
 TEST(QelVEnvConfigTest, CopiesBaseConfiguration) {
     QelEnvConfig base;
-    base.setName(given("base"));
+    base.setName(specified("base"));
     const QelVEnvConfig copy(base);
     EXPECT_EQ(copy.getConfigType(), EnvConfigType::base);
-    EXPECT_EQ(textBy(copy, &QelEnvConfig::getName), "base");
+    EXPECT_EQ(valueBy(copy, &QelEnvConfig::getName), "base");
     EXPECT_EQ(copy.getAgentVersion(), 40500);
 }
 
@@ -70,10 +70,10 @@ TEST(QelVEnvConfigTest, WithoutTreeGettersFailAndLeaveOutputUnchanged) {
     bool flag = true;
     EXPECT_EQ(config.getDisabled(flag), -1);
     EXPECT_TRUE(flag);
-    auto limits = given(Limits{limit("ram", 1)});
+    auto limits = specified(Limits{limit("ram", 1)});
     EXPECT_EQ(config.getQoSes(limits), -1);
     EXPECT_EQ(limits.get().size(), 1U);
-    auto one = given(limit("ram", 1));
+    auto one = specified(limit("ram", 1));
     EXPECT_EQ(config.getQoS(one), -1);
     EXPECT_TRUE(one.isSpecified());
 }
@@ -105,10 +105,10 @@ TEST(QelVEnvConfigTest, DisabledFlagIsNumber) {
 
 TEST(QelVEnvConfigTest, LimitsAreReplaced) {
     QelVEnvConfig config;
-    EXPECT_EQ(config.setQoSes(given(Limits{limit("ram", 1), limit("cpu", 2)})), 0);
+    EXPECT_EQ(config.setQoSes(specified(Limits{limit("ram", 1), limit("cpu", 2)})), 0);
     EXPECT_THAT(limitsBy(config), ElementsAre("cpu=2", "ram=1"));
     EXPECT_THAT(writtenIDs(config), ElementsAre(qos, qos));
-    EXPECT_EQ(config.setQoSes(given(Limits())), 0);
+    EXPECT_EQ(config.setQoSes(specified(Limits())), 0);
     EXPECT_THAT(limitsBy(config), IsEmpty());
     EXPECT_THAT(writtenIDs(config), ElementsAre(qos));
     EXPECT_EQ(config.setQoSes(QelQoSListOptionalProperty()), 0);
@@ -139,19 +139,19 @@ TEST(QelVEnvConfigTest, ReadingTwiceGivesSameResultEvenAfterFailure) {
     const QelVEnvConfig config = element.config();
     limitsBy(config, -1);
     limitsBy(config, -1);
-    EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "x");
+    EXPECT_EQ(valueBy(config, &QelEnvConfig::getName), "x");
 }
 
 TEST(QelVEnvConfigTest, FindsLimitByIdentifier) {
     QelVEnvConfig config;
-    config.setQoSes(given(Limits{limit("ram", 1), limit("cpu", 2)}));
+    config.setQoSes(specified(Limits{limit("ram", 1), limit("cpu", 2)}));
     QelOptionalProperty<QelQoS> wanted;
     wanted.get().id = "cpu";
     EXPECT_EQ(config.getQoS(wanted), 0);
     EXPECT_TRUE(wanted.isSpecified());
     EXPECT_EQ(wanted.get().hardLimit, 2);
 
-    auto unknown = given(limit("disk", 5));
+    auto unknown = specified(limit("disk", 5));
     EXPECT_EQ(config.getQoS(unknown), 0);
     EXPECT_FALSE(unknown.isSpecified());
     EXPECT_EQ(unknown.get().hardLimit, 5);
@@ -162,7 +162,7 @@ TEST(QelVEnvConfigTest, SingleLimitFailsIfListFails) {
     element->newChild(qos);
     element->putValue(std::string("cpu"), resource);
     element->seekUp();
-    auto wanted = given(limit("cpu", 3));
+    auto wanted = specified(limit("cpu", 3));
     EXPECT_EQ(element.config().getQoS(wanted), -1);
     EXPECT_TRUE(wanted.isSpecified());
 }
@@ -172,8 +172,8 @@ TEST(QelVEnvConfigTest, SettingLimitReplacesLimitWithSameIdentifier) {
     QelOptionalProperty<QelQoS> ram;
     ram.get() = limit("ram", 1);
     EXPECT_EQ(config.setQoS(ram), 0) << "whether it is specified has no effect";
-    EXPECT_EQ(config.setQoS(given(limit("cpu", 2))), 0);
-    EXPECT_EQ(config.setQoS(given(limit("ram", 3))), 0);
+    EXPECT_EQ(config.setQoS(specified(limit("cpu", 2))), 0);
+    EXPECT_EQ(config.setQoS(specified(limit("ram", 3))), 0);
     EXPECT_THAT(limitsBy(config), ElementsAre("cpu=2", "ram=3"));
 }
 

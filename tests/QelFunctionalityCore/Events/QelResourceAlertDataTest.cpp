@@ -201,7 +201,7 @@ TEST_F(QelResourceAlertDataMessageTest, WritesOwnFieldsAfterBase) {
 
 TEST_F(QelResourceAlertDataMessageTest, RejectedValueFailsWriteButNotOtherValues) {
     for (const bool isInteger : {true, false})
-        for (const int refused : {1065, 1066, 1067}) {
+        for (const int rejected : {1065, 1066, 1067}) {
             QelResourceAlertData alert = someAlert();
             alert.isInteger = isInteger;
             if (isInteger)
@@ -210,11 +210,11 @@ TEST_F(QelResourceAlertDataMessageTest, RejectedValueFailsWriteButNotOtherValues
                 alert.soft = alert.current = alert.hard = real(80);
             const TestSupport::TestMessage message;
             TestSupport::ScriptedCursor cursor(
-                message.cursor(), TestSupport::fails(TestSupport::ScriptedCursor::Operation::put, {refused}));
-            EXPECT_NE(cursor.putObj(alert, 0), 0) << refused;
+                message.cursor(), TestSupport::fails(TestSupport::ScriptedCursor::Operation::put, {rejected}));
+            EXPECT_NE(cursor.putObj(alert, 0), 0) << rejected;
             for (const int element : {1065, 1066, 1067}) {
                 const std::string value = childValue(message.cursor(), element);
-                EXPECT_EQ(value.empty() || value == "(none)", element == refused) << element;
+                EXPECT_EQ(value.empty() || value == "(none)", element == rejected) << element;
             }
         }
 }

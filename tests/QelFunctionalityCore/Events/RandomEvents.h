@@ -12,7 +12,7 @@ inline void putParameters(RandomRecord& random, QelMessageIterator& cursor) {
 
 /// Current value and hard limit, sometimes with a soft limit between them.
 inline RandomFill alertValues() {
-    return inTurn({bigNumberIn(1065), perhaps(bigNumberIn(1066)), bigNumberIn(1067)});
+    return inTurn({bigNumberIn(1065), optionally(bigNumberIn(1066)), bigNumberIn(1067)});
 }
 
 inline RandomFamily randomEvents() {

@@ -77,7 +77,7 @@ TEST_F(QelFilePathReaderTest, RejectsClientNameThatLeavesFolder) {
     for (const char* const name : {"..", ".", "a/b", "/etc", "../anna"}) {
         message->setSession(name);
         EXPECT_EQ(read("$SESSION$/a"), "before") << name;
-        EXPECT_EQ(getErrorMessage(), "no directory can have the name of the client '" + std::string(name) + "'");
+        EXPECT_EQ(getErrorMessage(), "invalid client name '" + std::string(name) + "'");
     }
 }
 

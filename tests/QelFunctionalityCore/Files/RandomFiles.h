@@ -29,7 +29,7 @@ inline RandomFamily randomFiles() {
             {{"QelFileFilter", 1029}, owner(1029, 1027, 1144)},
             {{"QelFileType", 0}, nothing()},
             {{"QelFileType", 1161}, nested(3, several(2, inChild(1161, record("QelFileType"))))},
-            {{"QelFilerOptions", 1138}, inChild(1138, perhaps(inChild(1139, nothing())))},
+            {{"QelFilerOptions", 1138}, inChild(1138, optionally(inChild(1139, nothing())))},
             {{"QelUserCredentials", 1030}, numberIn(1030)},
             {{"QelUserCredentials", 1027}, inChild(1027, numberIn(1030))},
         },

@@ -27,14 +27,14 @@ TEST(QelEnvSampleTest, ConfigurationIsOptional) {
     EXPECT_EQ(read.config, nullptr);
 
     sample.config = boost::make_shared<QelVEnvConfig>();
-    sample.config->setName(given("sample"));
+    sample.config->setName(specified("sample"));
     sample.config->setDisabled(true);
     const TestMessage with;
     EXPECT_EQ(with.cursor().putObj(sample, 0), 0);
     EXPECT_EQ(with.cursor().getObj(read, 0), 0);
     ASSERT_NE(read.config, nullptr);
     EXPECT_EQ(read.config->getConfigType(), EnvConfigType::virtualised);
-    EXPECT_EQ(textBy(*read.config, &QelEnvConfig::getName), "sample");
+    EXPECT_EQ(valueBy(*read.config, &QelEnvConfig::getName), "sample");
     bool isDisabled = false;
     EXPECT_EQ(read.config->getDisabled(isDisabled), 0);
     EXPECT_TRUE(isDisabled);
@@ -90,7 +90,7 @@ TEST(QelSampleConfTest, UntypedConfigurationIsReadAsBaseClass) {
     ASSERT_NE(read.config, nullptr);
     const QelEnvConfig& config = *read.config;
     EXPECT_EQ(typeid(config), typeid(QelEnvConfig));
-    EXPECT_EQ(textBy(config, &QelEnvConfig::getName), "web");
+    EXPECT_EQ(valueBy(config, &QelEnvConfig::getName), "web");
 }
 
 TEST(QelSampleConfTest, UnreadableBase64StringKeepsPreviousValue) {
@@ -128,7 +128,7 @@ TEST(QelHNLookupInfoTypeTest, MissingHostNameIsRejectedAndLogged) {
     QelHNLookupInfoType read;
     const LogCapture log;
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
-    EXPECT_THAT(log.texts(), ElementsAre("1 Required configuration parameters are not set"));
+    EXPECT_THAT(log.messages(), ElementsAre("1 Required configuration parameters are not set"));
 }
 
 TEST(QelHNLookupInfoTypeTest, ListAndOperatingSystemAreOptional) {
@@ -137,7 +137,7 @@ TEST(QelHNLookupInfoTypeTest, ListAndOperatingSystemAreOptional) {
     QelHNLookupInfoType read;
     const LogCapture log;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.messages(), IsEmpty());
     EXPECT_EQ(read.hostname, "web");
     read.f1072 = {"a", "b"};
     const TestMessage written;

@@ -93,9 +93,9 @@ TEST_F(QelMailerConfigTest, SecondWriteLeavesCursorAtItsOwnAccounts) {
 TEST_F(QelMailerConfigTest, FailedWriteOfEnabledDoesNotMoveCursor) {
     cursor().newChild(record);
     cursor().putChild(accounts);
-    ScriptedCursor refusing(message.cursor(), fails(ScriptedCursor::Operation::put));
-    EXPECT_EQ(QelMailerConfig::Writer()(refusing, config), -1);
-    EXPECT_EQ(refusing.curID(), record);
+    ScriptedCursor rejecting(message.cursor(), fails(ScriptedCursor::Operation::put));
+    EXPECT_EQ(QelMailerConfig::Writer()(rejecting, config), -1);
+    EXPECT_EQ(rejecting.curID(), record);
 }
 
 TEST_F(QelMailerConfigTest, UnreadableAccountLeavesCursorAtAccounts) {

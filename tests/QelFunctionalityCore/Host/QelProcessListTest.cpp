@@ -90,7 +90,7 @@ TEST(QelProcessListTest, WriterRejectsRowWithOtherColumnCount) {
         EXPECT_EQ(message.cursor().putObj(listOf({row(1, {{"a", "0"}}), row(2, other)}), 0), -1);
         EXPECT_EQ(countChildren(message.cursor(), nameElement), 0);
         EXPECT_EQ(countChildren(message.cursor(), rowElement), 2);
-        EXPECT_THAT(getErrorMessage(), HasSubstr("can't write QelProcessList: element process (rows) was refused"));
+        EXPECT_THAT(getErrorMessage(), HasSubstr("cannot write QelProcessList: element process (rows) was rejected"));
     }
 }
 

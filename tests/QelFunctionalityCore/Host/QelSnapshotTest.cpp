@@ -29,7 +29,7 @@ TEST(QelSnapshotTest, DescriptionAndConfigurationAreOptional) {
     EXPECT_THAT(childIDs(bare.cursor()), ElementsAre(1010, 1007, 1026));
     snapshot.description = std::string("\0", 1);
     snapshot.config = boost::make_shared<QelEnvConfig>();
-    snapshot.config->setName(given("web"));
+    snapshot.config->setName(specified("web"));
     const TestMessage filled;
     EXPECT_EQ(filled.cursor().putObj(snapshot, 0), 0);
     EXPECT_THAT(childIDs(filled.cursor()), ElementsAre(1010, 1007, 1026, 1496, configElement));
@@ -37,7 +37,7 @@ TEST(QelSnapshotTest, DescriptionAndConfigurationAreOptional) {
     EXPECT_EQ(filled.cursor().getObj(read, 0), 0);
     EXPECT_EQ(read.description, snapshot.description);
     ASSERT_NE(read.config, nullptr);
-    EXPECT_EQ(textBy(*read.config, &QelEnvConfig::getName), "web");
+    EXPECT_EQ(valueBy(*read.config, &QelEnvConfig::getName), "web");
 }
 
 TEST(QelSnapshotTest, FailedFieldDoesNotStopReader) {
@@ -70,7 +70,7 @@ TEST(QelSnapshotTest, MissingConfigurationResetsPointer) {
 TEST(QelSnapshotTest, UnreadableConfigurationResetsPointer) {
     QelSnapshot snapshot = sample();
     snapshot.config = boost::make_shared<QelEnvConfig>();
-    snapshot.config->setName(given("web"));
+    snapshot.config->setName(specified("web"));
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(snapshot, 0), 0);
     const ForeignCursor foreign(message.cursor()); // a configuration is read by copying its elements
@@ -86,7 +86,7 @@ TEST(QelSnapshotTest, UnreadableConfigurationResetsPointer) {
 TEST(QelSnapshotTest, ReadReusesConfigurationObject) {
     QelSnapshot snapshot = sample();
     snapshot.config = boost::make_shared<QelEnvConfig>();
-    snapshot.config->setName(given("web"));
+    snapshot.config->setName(specified("web"));
     const TestMessage message;
     EXPECT_EQ(message.cursor().putObj(snapshot, 0), 0);
     const auto shared = boost::make_shared<QelEnvConfig>();
@@ -94,7 +94,7 @@ TEST(QelSnapshotTest, ReadReusesConfigurationObject) {
     read.config = shared;
     EXPECT_EQ(message.cursor().getObj(read, 0), 0);
     EXPECT_EQ(read.config, shared);
-    EXPECT_EQ(textBy(*shared, &QelEnvConfig::getName), "web");
+    EXPECT_EQ(valueBy(*shared, &QelEnvConfig::getName), "web");
 }
 
 TEST(QelSnapshotTest, IgnoresMalformedDescription) {

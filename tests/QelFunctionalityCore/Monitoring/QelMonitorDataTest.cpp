@@ -80,7 +80,7 @@ protected:
     void expectFailure(const char* reason) {
         clearErrorMessage();
         EXPECT_EQ(read(), -1);
-        EXPECT_EQ(getErrorMessage(), std::string("can't read QelMonitorData: ") + reason);
+        EXPECT_EQ(getErrorMessage(), std::string("cannot read QelMonitorData: ") + reason);
     }
 
     TestMessage message;
@@ -169,12 +169,12 @@ TEST_F(QelMonitorDataTest, RejectedPartFailsWriteButNotOtherParts) {
     report.eid = eid;
     report.data["cpu"]["cpu0"]["load"].current.integer = 5;
     constexpr int name = 1026;
-    for (const int refused : {1866, name}) {
+    for (const int rejected : {1866, name}) {
         const TestMessage written;
-        ScriptedCursor cursor(written.cursor(), fails(ScriptedCursor::Operation::put, {refused}));
-        EXPECT_NE(cursor.putObj(report, 0), 0) << refused;
-        EXPECT_THAT(childIDs(written.cursor()), ElementsAre(1866, 1086, subsystem)) << refused;
-        EXPECT_EQ(childValue(written.cursor(), 1866).empty(), refused == 1866);
+        ScriptedCursor cursor(written.cursor(), fails(ScriptedCursor::Operation::put, {rejected}));
+        EXPECT_NE(cursor.putObj(report, 0), 0) << rejected;
+        EXPECT_THAT(childIDs(written.cursor()), ElementsAre(1866, 1086, subsystem)) << rejected;
+        EXPECT_EQ(childValue(written.cursor(), 1866).empty(), rejected == 1866);
     }
 }
 

@@ -66,10 +66,10 @@ TEST_F(QelTimeIntervalTest, RejectsMissingOrMalformedEnd) {
 TEST_F(QelTimeIntervalTest, LogsOnlySuccessfulReads) {
     const LogCapture log;
     EXPECT_EQ(at.getObj(read, 0), -1);
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.messages(), IsEmpty());
     EXPECT_EQ(at.putObj(interval(100, 200, 60), 0), 0);
     EXPECT_EQ(at.getObj(read, 0), 0);
-    EXPECT_THAT(log.texts(), ElementsAre("4 [operator()] data.startTime: 100, data.endTime: 200, data.zone: 60"));
+    EXPECT_THAT(log.messages(), ElementsAre("4 [operator()] data.startTime: 100, data.endTime: 200, data.zone: 60"));
     EXPECT_EQ(log.lines()[0].file, "core/src/QelFunctionalityCore/QelPerfData");
     EXPECT_EQ(log.lines()[0].line, 25);
 }

@@ -16,7 +16,7 @@ template <class Class, class Base> bool isExactly(const Base& object) {
 
 using TestSupport::childIDs;
 
-/// Fixture for network records, with helpers that write elements by hand.
+/// Fixture for network records, with helpers that write single elements.
 class NetworkRecordTest : public TestSupport::RecordTest {
 protected:
     /// Adds a new, empty record element and moves the cursor to it.

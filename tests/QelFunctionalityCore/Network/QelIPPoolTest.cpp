@@ -80,12 +80,12 @@ TEST_F(QelIPRangeTest, RequiresStart) {
 
 class QelIPPoolTest : public NetworkRecordTest {
 protected:
-    /// Checks that a field is optional but must not be malformed.
-    template <class Record> void expectRefused(int id, const std::string& text) {
+    /// Expects the record to be read without element `id`, but not with this malformed value of it.
+    template <class Record> void expectOptionalButWellFormed(int id, const std::string& malformed) {
         newElement();
         Record record;
         EXPECT_EQ(read(record), 0) << id;
-        put(id, text);
+        put(id, malformed);
         EXPECT_EQ(read(record), -1) << id;
     }
 };
@@ -154,9 +154,9 @@ TEST_F(QelIPPoolTest, RoundTripsSpecifiedEmptyLists) {
 }
 
 TEST_F(QelIPPoolTest, RejectsMalformedFields) {
-    expectRefused<QelIPPool>(1010, "no identifier");
-    expectRefused<QelIPPool>(1496, "?");
-    expectRefused<QelIPPool>(1705, "perhaps");
+    expectOptionalButWellFormed<QelIPPool>(1010, "no identifier");
+    expectOptionalButWellFormed<QelIPPool>(1496, "?");
+    expectOptionalButWellFormed<QelIPPool>(1705, "perhaps");
     newElement();
     putIn(2161, 1010, "no identifier");
     QelIPPool pool;
@@ -216,7 +216,7 @@ TEST_F(QelIPPoolTest, AllocationItemDoesNotRequireAddress) {
     const QelIPPoolAllocationItem back = roundTrip(item);
     EXPECT_THAT(childIDs(message), ElementsAre(1010, 1262, 1004));
     EXPECT_EQ(back.time, item.time);
-    expectRefused<QelIPPoolAllocationItem>(1010, "no identifier");
+    expectOptionalButWellFormed<QelIPPoolAllocationItem>(1010, "no identifier");
 }
 
 TEST_F(QelIPPoolTest, UsageAlwaysWritesNumbers) {
@@ -228,7 +228,7 @@ TEST_F(QelIPPoolTest, UsageAlwaysWritesNumbers) {
     put(1259, "many");
     EXPECT_EQ(read(usage), 0);
     EXPECT_EQ(usage.count, 7);
-    expectRefused<QelIPPoolUsage>(1010, "no identifier");
+    expectOptionalButWellFormed<QelIPPoolUsage>(1010, "no identifier");
 }
 
 TEST_F(QelIPPoolTest, MalformedAllocationEndsListOnly) {
@@ -262,7 +262,7 @@ TEST_F(QelIPPoolTest, EmptyRequestWritesNumbers) {
     EXPECT_EQ(write(QelAllocateIPParams()), 0);
     EXPECT_THAT(childIDs(message), ElementsAre(1004, 1259));
     for (const int id : {1010, 2182, 2183})
-        expectRefused<QelAllocateIPParams>(id, "no identifier");
+        expectOptionalButWellFormed<QelAllocateIPParams>(id, "no identifier");
 }
 
 } // namespace

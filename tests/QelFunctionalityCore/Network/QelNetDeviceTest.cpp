@@ -133,7 +133,7 @@ TEST_F(QelNetDeviceTest, UnknownKindFailsAndLeavesCursorAtElement) {
     EXPECT_EQ(read(device), -1);
     EXPECT_EQ(device.kind, 0);
     EXPECT_EQ(message.curID(), 1192);
-    EXPECT_THAT(getErrorMessage(), HasSubstr("can't read QelNetDevice: element status (kind) is malformed"));
+    EXPECT_THAT(getErrorMessage(), HasSubstr("cannot read QelNetDevice: element status (kind) is malformed"));
 }
 
 TEST_F(QelNetDeviceTest, UnknownKindBitsWriteEmptyElement) {

@@ -169,7 +169,7 @@ TEST_F(QelResourceTest, InvalidRangeFailsAndKeepsEarlierRanges) {
         putRange(start, end);
         put(1262, "10.0.0.99");
         EXPECT_THAT(readRanges(-1), ElementsAre(addresses("10.0.0.77", "10.0.0.77"))) << start << ' ' << end;
-        EXPECT_THAT(getErrorMessage(), HasSubstr("can't read QelResourceIpPool: element range (ranges) is malformed"));
+        EXPECT_THAT(getErrorMessage(), HasSubstr("cannot read QelResourceIpPool: element range (ranges) is malformed"));
     }
 }
 

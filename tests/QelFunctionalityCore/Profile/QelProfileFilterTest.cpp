@@ -116,12 +116,12 @@ TEST_F(QelProfileFilterTest, EmptySidFailsWriteBeforeSections) {
 }
 
 TEST_F(QelProfileFilterTest, RejectedElementFailsWrite) {
-    for (const int refused : {2187, 2184, 2209, 2186, 2188}) {
+    for (const int rejected : {2187, 2184, 2209, 2186, 2188}) {
         const TestSupport::TestMessage message;
         TestSupport::ScriptedCursor cursor(
-            message.cursor(), TestSupport::fails(TestSupport::ScriptedCursor::Operation::put, {refused}, 5));
-        EXPECT_EQ(cursor.putObject(fullProfile(), QelProfile::filterWriter(), 0), -1) << refused;
-        EXPECT_NE(message.cursor().seekPresence(refused), 0) << refused;
+            message.cursor(), TestSupport::fails(TestSupport::ScriptedCursor::Operation::put, {rejected}, 5));
+        EXPECT_EQ(cursor.putObject(fullProfile(), QelProfile::filterWriter(), 0), -1) << rejected;
+        EXPECT_NE(message.cursor().seekPresence(rejected), 0) << rejected;
     }
 }
 

@@ -37,7 +37,7 @@ TEST(QelScreenInfoTest, FilterWritesNameOnly) {
     EXPECT_EQ(read.name, "overview");
     ASSERT_EQ(tree->deleteChild(2217), 0);
     EXPECT_EQ(tree->getObject(read, QelScreenInfo::filterReader(), 0), -1);
-    EXPECT_EQ(getErrorMessage(), "can't read /: element screen_name is missing");
+    EXPECT_EQ(getErrorMessage(), "cannot read /: element screen_name is missing");
 }
 
 TEST(QelDashboardSectionTest, RequiresEveryField) {

@@ -54,7 +54,7 @@ TEST(QelDirEntryTest, RequiresName) {
 }
 
 TEST(QelDirEntryTest, FailedWriteOfNameStopsWriter) {
-    EXPECT_EQ(TestSupport::refusedWrite(QelDirEntry{.dn = "dc=org", .attributes = {}}), -1);
+    EXPECT_EQ(TestSupport::writeWithoutValues(QelDirEntry{.dn = "dc=org", .attributes = {}}), -1);
 }
 
 TEST(QelDirEntryTest, FailedWriteOfAttributeStopsWriterWithListResult) {

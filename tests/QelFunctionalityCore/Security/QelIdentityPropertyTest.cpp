@@ -89,7 +89,7 @@ QelGUID someGUID() {
     return {*rc::gen::arbitrary<long long>(), *rc::gen::arbitrary<long long>()};
 }
 
-template <class Make> auto perhaps(const Make& make) {
+template <class Make> auto optionally(const Make& make) {
     QelOptionalProperty<decltype(make())> made;
     if (*rc::gen::arbitrary<bool>())
         made = make();
@@ -97,7 +97,7 @@ template <class Make> auto perhaps(const Make& make) {
 }
 
 QelAuthName someName() {
-    return {.name = perhaps(someText), .domain = perhaps(someText), .realm = someGUID()};
+    return {.name = optionally(someText), .domain = optionally(someText), .realm = someGUID()};
 }
 
 QelToken someToken() {
@@ -106,7 +106,7 @@ QelToken someToken() {
     token.groups = someSet(someMember);
     token.denied = someSet(someMember);
     token.privileges = someSet([] { return std::string(1, *rc::gen::inRange<char>('a', 'h')); });
-    token.authName = perhaps(someName);
+    token.authName = optionally(someName);
     return token;
 }
 
@@ -126,9 +126,9 @@ QelDirRealm someRealm() {
     realm.port = *rc::gen::nonZero<int>();
     realm.baseDN = "dc=" + *rc::gen::container<std::string>(rc::gen::inRange<char>(' ', '~'));
     realm.searchDN = someText() + inOtherCase(realm.baseDN);
-    realm.loginType.loginName = perhaps(someText);
-    realm.loginType.domain = perhaps(someText);
-    realm.loginType.realm = perhaps(someGUID);
+    realm.loginType.loginName = optionally(someText);
+    realm.loginType.domain = optionally(someText);
+    realm.loginType.realm = optionally(someGUID);
     return realm;
 }
 

@@ -104,8 +104,8 @@ TEST(QelInfrastructureNodeTest, RequiresIdAndParent) {
 }
 
 TEST(QelInfrastructureNodeTest, FailedWriteReturnsOne) {
-    EXPECT_EQ(TestSupport::refusedWrite(node()), 1);
-    EXPECT_EQ(TestSupport::refusedWrite(folder()), 1);
+    EXPECT_EQ(TestSupport::writeWithoutValues(node()), 1);
+    EXPECT_EQ(TestSupport::writeWithoutValues(folder()), 1);
 }
 
 } // namespace

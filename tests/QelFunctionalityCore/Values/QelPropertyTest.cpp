@@ -9,7 +9,7 @@ namespace {
 
 using OptionalText = QelOptionalProperty<std::string>;
 
-OptionalText given(const std::string& text) {
+OptionalText specified(const std::string& text) {
     OptionalText property;
     property = text;
     return property;
@@ -65,50 +65,50 @@ TEST(QelOptionalPropertyTest, WriteThroughReferenceDoesNotSpecify) {
 }
 
 TEST(QelOptionalPropertyTest, UnspecifyingKeepsTheValue) {
-    OptionalText property = given("a");
+    OptionalText property = specified("a");
     property.specify(false);
     EXPECT_FALSE(property.isSpecified());
     EXPECT_EQ(property.get(), "a");
 }
 
 TEST(QelOptionalPropertyTest, CopyAndAssignmentCopySpecifiedState) {
-    OptionalText unspecified = given("a");
+    OptionalText unspecified = specified("a");
     unspecified.specify(false);
 
     const OptionalText copy = unspecified;
     EXPECT_FALSE(copy.isSpecified());
     EXPECT_EQ(copy.get(), "a");
 
-    OptionalText assigned = given("b");
+    OptionalText assigned = specified("b");
     assigned = unspecified;
     EXPECT_FALSE(assigned.isSpecified());
     EXPECT_EQ(assigned.get(), "a");
-    assigned = given("c");
+    assigned = specified("c");
     EXPECT_TRUE(assigned.isSpecified());
 }
 
 TEST(QelOptionalPropertyTest, UnspecifiedIsLessThanEveryValue) {
-    EXPECT_EQ(OptionalText().compare(given("")), -1);
-    EXPECT_EQ(given("").compare(OptionalText()), 1);
-    EXPECT_TRUE(OptionalText() < given(""));
-    EXPECT_FALSE(given("") < OptionalText());
-    EXPECT_NE(OptionalText(), given(""));
+    EXPECT_EQ(OptionalText().compare(specified("")), -1);
+    EXPECT_EQ(specified("").compare(OptionalText()), 1);
+    EXPECT_TRUE(OptionalText() < specified(""));
+    EXPECT_FALSE(specified("") < OptionalText());
+    EXPECT_NE(OptionalText(), specified(""));
 }
 
 TEST(QelOptionalPropertyTest, UnspecifiedPropertiesCompareEqual) {
-    OptionalText property = given("a");
+    OptionalText property = specified("a");
     property.specify(false);
     EXPECT_EQ(property, OptionalText());
     EXPECT_EQ(property.compare(OptionalText()), 0);
 }
 
 TEST(QelOptionalPropertyTest, SpecifiedPropertiesCompareByValue) {
-    EXPECT_EQ(given("a").compare(given("b")), -1);
-    EXPECT_EQ(given("b").compare(given("a")), 1);
-    EXPECT_EQ(given("a").compare(given("a")), 0);
-    EXPECT_TRUE(given("a") < given("b"));
-    EXPECT_EQ(given("a"), given("a"));
-    EXPECT_NE(given("a"), given("b"));
+    EXPECT_EQ(specified("a").compare(specified("b")), -1);
+    EXPECT_EQ(specified("b").compare(specified("a")), 1);
+    EXPECT_EQ(specified("a").compare(specified("a")), 0);
+    EXPECT_TRUE(specified("a") < specified("b"));
+    EXPECT_EQ(specified("a"), specified("a"));
+    EXPECT_NE(specified("a"), specified("b"));
 }
 
 TEST(QelOperationPropertyTest, InitiallyHasNoOperation) {

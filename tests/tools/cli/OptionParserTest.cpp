@@ -16,7 +16,7 @@ protected:
     OptionParserTest() {
         options.add({.name = "flag", .letter = 'f', .help = "a flag"});
         options.add({.name = "text", .value = "TEXT", .help = "a text"});
-        options.add({.name = "texts", .value = "TEXT", .kind = OptionKind::texts, .help = "texts"});
+        options.add({.name = "texts", .value = "TEXT", .kind = OptionKind::strings, .help = "texts"});
         options.add({.name = "words", .value = "A B", .kind = OptionKind::words, .help = "words"});
         options.add({.name = "count", .value = "N", .kind = OptionKind::integer, .byDefault = "3", .help = "a count"});
         options.add({.name = "rate", .value = "R", .kind = OptionKind::real, .byDefault = "0.5", .help = "a rate"});
@@ -36,7 +36,7 @@ protected:
 TEST_F(OptionParserTest, ParsesOptionByKind) {
     EXPECT_EQ(parse({"-f", "--text", "a", "--count=-7", "--rate", "1e3"}), std::nullopt);
     EXPECT_TRUE(invocation.has("flag"));
-    EXPECT_EQ(invocation.text("text"), "a");
+    EXPECT_EQ(invocation.string("text"), "a");
     EXPECT_EQ(invocation.integer("count"), -7);
     EXPECT_EQ(invocation.real("rate"), 1000);
 }
@@ -51,8 +51,8 @@ TEST_F(OptionParserTest, OmittedOptionHasDefault) {
 
 TEST_F(OptionParserTest, ListTakesOneValuePerOptionAndWordsTakeAllFollowing) {
     EXPECT_EQ(parse({"file", "--texts", "a", "other", "--texts=b", "--words", "c", "d"}), std::nullopt);
-    EXPECT_THAT(invocation.texts("texts"), ElementsAre("a", "b"));
-    EXPECT_THAT(invocation.texts("words"), ElementsAre("c", "d"));
+    EXPECT_THAT(invocation.strings("texts"), ElementsAre("a", "b"));
+    EXPECT_THAT(invocation.strings("words"), ElementsAre("c", "d"));
     EXPECT_THAT(invocation.arguments, ElementsAre("file", "other"));
 }
 

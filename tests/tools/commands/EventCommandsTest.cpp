@@ -82,8 +82,8 @@ TEST_F(EventCommandsTest, ShowTakesTitlesFromCache) {
 TEST_F(EventCommandsTest, ShowWithoutCacheLogsNothing) {
     const Qel::TestSupport::LogCapture log(Qel::LogLevel::trace);
     EXPECT_THAT(show("resource-alert"), HasSubstr("red alert on environment " + database));
-    EXPECT_THAT(log.texts(), testing::IsEmpty());
-    EXPECT_EQ(Qel::debug_level, Qel::LogLevel::trace) << "the level is restored";
+    EXPECT_THAT(log.messages(), testing::IsEmpty());
+    EXPECT_EQ(Qel::debug_level, Qel::TestSupport::LogCapture::allLevels) << "the level is restored";
 }
 
 TEST_F(EventCommandsTest, ShowPrintsJson) {
@@ -167,7 +167,7 @@ TEST_F(EventCommandsTest, RenderPrintsParameter) {
 TEST_F(EventCommandsTest, RenderReportsMissingParameter) {
     for (const char* const missing : {"none", "file/none", "none/name", "/size/none"}) {
         const ToolRun run = runTool({"info", "render", example("info"), "--path", missing});
-        EXPECT_EQ(run.code, ExitCode::notSo);
+        EXPECT_EQ(run.code, ExitCode::negative);
         EXPECT_EQ(run.out, "");
         EXPECT_EQ(run.err, "qel: " + example("info") + ": no parameter at '" + missing + "'\n");
     }
@@ -194,8 +194,8 @@ TEST_F(EventCommandsTest, RenderReadsStandardInput) {
 
 TEST_F(EventCommandsTest, MessageWithoutRecordIsBadInput) {
     expectBadInput(path("none"), "none");
-    expectBadInput(write("empty", std::string("<message/>")), "an empty message");
-    expectBadInput(write("other", std::string("<message><data/></message>")), "/data: can't read Qel");
+    expectBadInput(write("empty", std::string("<message/>")), "empty message");
+    expectBadInput(write("other", std::string("<message><data/></message>")), "/data: cannot read Qel");
 }
 
 TEST_F(EventCommandsTest, RenderLimitsTextSize) {

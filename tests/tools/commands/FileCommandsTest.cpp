@@ -282,7 +282,7 @@ TEST_F(FileCopyTest, AcceptsPathThatReturnsIntoUploadFolder) {
 TEST_F(FileCopyTest, InvalidSessionNameIsBadInput) {
     (void)write("a", "new");
     expectFailure(copy(path("a"), "$SESSION$/b", {"--session", "../anna"}), ExitCode::badInput,
-                  "no directory can have the name of the client '../anna'");
+                  "invalid client name '../anna'");
 }
 
 } // namespace

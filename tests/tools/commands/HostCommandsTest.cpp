@@ -65,8 +65,8 @@ TEST_F(HostCommandsTest, ShowReportsUnreadablePartAndPrintsTheOthers) {
     EXPECT_THAT(run.out, testing::ContainsRegex("Users\nuser +uid .*\n +5\n"));
     EXPECT_THAT(run.out, testing::ContainsRegex("Groups\ngroup +gid +members\n +7  me\n"));
     EXPECT_THAT(run.out, Not(HasSubstr("Load")));
-    EXPECT_THAT(run.err, HasSubstr("qel: standard input: /load_averages: can't read QelLoadAvg: "));
-    EXPECT_THAT(run.err, HasSubstr("qel: standard input: /user: can't read QelUserNameID: "));
+    EXPECT_THAT(run.err, HasSubstr("qel: standard input: /load_averages: cannot read QelLoadAvg: "));
+    EXPECT_THAT(run.err, HasSubstr("qel: standard input: /user: cannot read QelUserNameID: "));
 }
 
 TEST_F(HostCommandsTest, MessageWithoutReportIsBadInput) {

@@ -75,7 +75,7 @@ TEST_F(NetCommandsTest, NonDeviceIsBadInput) {
                    pool + ": element pool has type resource:ip_resource_pool, which is not a network device");
     const std::string bad = filter("", "<status/>");
     expectBadInput({example("devices"), bad},
-                   bad + ": /device: can't read QelNetDevice: element status (kind) is malformed");
+                   bad + ": /device: cannot read QelNetDevice: element status (kind) is malformed");
     EXPECT_THAT(runTool({"net", "match", path("none"), bad}).err, HasSubstr("none"));
 }
 

@@ -57,7 +57,7 @@ TEST_F(PerfCommandsTest, ShowJsonHasTypes) {
 
 TEST_F(PerfCommandsTest, FloatingPointValueWithoutVocabularyIsBadInput) {
     expect(runTool({"perf", "show", report}), ExitCode::badInput,
-           report + ": can't read QelMonitorData: cpu / cpu0 / cpu_load has no readable values");
+           report + ": cannot read QelMonitorData: cpu / cpu0 / cpu_load has no readable values");
     const std::string integers = write(
         "integers", std::string("<message><data><eid>7a0e4c11-52d8-4f0b-8e6a-1b9c3d5e7f11</eid><interval><start_time>0"
                                 "</start_time><end_time>5</end_time></interval></data></message>"));
@@ -72,10 +72,10 @@ TEST_F(PerfCommandsTest, NonReportIsBadInput) {
     const std::string none = write("none", std::string("<message/>"));
     expect(runTool({"perf", "show", none}), ExitCode::badInput, none + ": empty message");
     expect(runTool({"perf", "show", vocabularies}), ExitCode::badInput,
-           vocabularies + ": can't read QelMonitorData: no readable identifier of the environment");
+           vocabularies + ": cannot read QelMonitorData: no readable identifier of the environment");
     const std::string noEnd = changed("<end_time>2026-11-20T11:35:00+01:00</end_time>", "");
     expect(runTool({"perf", "show", noEnd}), ExitCode::badInput,
-           noEnd + ": can't read QelMonitorData: no readable interval");
+           noEnd + ": cannot read QelMonitorData: no readable interval");
     expect(runTool({"perf", "show", path("missing")}), ExitCode::badInput,
            path("missing") + ": No such file or directory");
 }

@@ -109,7 +109,7 @@ TEST_F(PoolCommandsTest, PoolWithForbiddenAddressIsBadInput) {
 
 TEST_F(PoolCommandsTest, NonPoolIsBadInput) {
     expect(runTool({"pool", "show", writePool("<range><start>10.0.0.1</start></range>")}), ExitCode::badInput,
-           path("other.xml") + ": /pool: can't read QelResourceIpPool: element range (ranges) is malformed");
+           path("other.xml") + ": /pool: cannot read QelResourceIpPool: element range (ranges) is malformed");
     expect(runTool({"pool", "show", write("empty", std::string("<message/>"))}), ExitCode::badInput,
            path("empty") + ": empty message");
     const std::string devices = QEL_EXAMPLES "/network/devices.xml";

@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(ProfileCommandsTest, MergeLetsSecondProfileTakePrecedence) {
+TEST_F(ProfileCommandsTest, SecondProfileOfMergeTakesPrecedence) {
     const std::string out = outputOf("merge", group, user);
     EXPECT_THAT(out, AllOf(HasSubstr("<sid>AQEAAAAAA+jpAwAA</sid>"), HasSubstr("Ann Example"), HasSubstr("en_US"),
                            HasSubstr("two columns"), HasSubstr(">events<"), HasSubstr(">overview<"),
@@ -45,7 +45,7 @@ TEST_F(ProfileCommandsTest, MergeLetsSecondProfileTakePrecedence) {
     EXPECT_THAT(out, Not(HasSubstr("auth_name"))) << "a SID replaces the name";
 }
 
-TEST_F(ProfileCommandsTest, MergeInReverseOrderLetsGroupTakePrecedence) {
+TEST_F(ProfileCommandsTest, GroupTakesPrecedenceInReverseMerge) {
     const std::string out = outputOf("merge", user, group);
     EXPECT_THAT(out, HasSubstr("<browse_value_2210>50</browse_value_2210>"));
     EXPECT_THAT(out, HasSubstr("Ann Example"));
@@ -80,7 +80,7 @@ TEST_F(ProfileCommandsTest, SectionFilterNeedsNoContent) {
     const std::string empty = filter("<interface_settings/><screen_settings/>");
     const ToolRun run = profile("intersection", group, empty);
     EXPECT_EQ(run.code, ExitCode::badInput) << "incomplete as a profile";
-    EXPECT_THAT(run.err, HasSubstr("/data/interface_settings: can't read QelInterfaceSettings: element "
+    EXPECT_THAT(run.err, HasSubstr("/data/interface_settings: cannot read QelInterfaceSettings: element "
                                    "interface_option_2197 (option2197) is missing"));
     const std::string out = outputOf("intersection", group, empty, {"--sections"});
     EXPECT_THAT(out, AllOf(HasSubstr("en_US"), HasSubstr(">overview<"), Not(HasSubstr("<browse_settings>"))));
@@ -111,11 +111,11 @@ TEST_F(ProfileCommandsTest, NonProfileIsBadInput) {
     expectBad(profile("merge", group, empty), empty + ": contains no profile");
     expectBad(profile("difference", empty, user), empty + ": contains no profile");
     expectBad(profile("intersection", group, nameless, {"--sections"}),
-              nameless + ": can't read browse_info: element browse_name is missing");
+              nameless + ": cannot read browse_info: element browse_name is missing");
     expectBad(profile("difference", group, badSid, {"--sections"}),
-              badSid + ": can't read a filter: element sid is malformed");
+              badSid + ": cannot read a filter: element sid is malformed");
     expectBad(profile("merge", badSid, user),
-              badSid + ": /data: can't read QelProfile: element sid (sid) is malformed");
+              badSid + ": /data: cannot read QelProfile: element sid (sid) is malformed");
     EXPECT_EQ(profile("merge", group, path("none")).code, ExitCode::badInput);
 }
 
@@ -124,7 +124,7 @@ TEST_F(ProfileCommandsTest, UnnamedListFailsIntersection) {
                                        "</browse_settings></data>");
     const ToolRun run = profile("intersection", a, user);
     EXPECT_EQ(run.code, ExitCode::badInput);
-    EXPECT_EQ(run.err, "qel: " + a + ": can't read browse_info: its name is empty\n");
+    EXPECT_EQ(run.err, "qel: " + a + ": cannot read browse_info: its name is empty\n");
 }
 
 } // namespace

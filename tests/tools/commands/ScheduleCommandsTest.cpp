@@ -122,13 +122,13 @@ TEST_F(ScheduleCommandsTest, MessageWithoutTaskIsBadInput) {
         const std::string empty = write("empty", std::string("<message/>"));
         const ToolRun run = runTool({"schedule", command, empty});
         EXPECT_EQ(run.code, ExitCode::badInput);
-        EXPECT_EQ(run.err, "qel: " + empty + ": an empty message\n");
+        EXPECT_EQ(run.err, "qel: " + empty + ": empty message\n");
 
         const std::string other = write("other", std::string("<message><data><name>x</name></data></message>"));
         const ToolRun run2 = runTool({"schedule", command, other});
         EXPECT_EQ(run2.code, ExitCode::badInput);
         EXPECT_EQ(run2.err,
-                  "qel: " + other + ": /data: can't read QelScheduleTask: element triggers (triggers) is missing\n");
+                  "qel: " + other + ": /data: cannot read QelScheduleTask: element triggers (triggers) is missing\n");
         EXPECT_EQ(runTool({"schedule", command, path("none")}).code, ExitCode::badInput);
     }
 }

@@ -52,7 +52,7 @@ TEST_F(EnvWatcherTest, EmptyCacheHasNoChanges) {
 
 TEST_F(EnvWatcherTest, FirstLookReportsAllEnvironmentsAsNew) {
     put(env(2, "b") + env(1, "a"));
-    EXPECT_THAT(look(), ElementsAre(isChange(Kind::came, 1, "a"), isChange(Kind::came, 2, "b")));
+    EXPECT_THAT(look(), ElementsAre(isChange(Kind::added, 1, "a"), isChange(Kind::added, 2, "b")));
     EXPECT_THAT(look(), IsEmpty());
 }
 
@@ -61,8 +61,8 @@ TEST_F(EnvWatcherTest, ReportsAddedChangedAndRemovedEnvironmentsInOrder) {
     (void)look();
     put(env(2, "b") + env(3, "c", 7));
     (void)runTool({"env", "remove", path("cache"), SampleEnvs::eid(1), SampleEnvs::eid(5)});
-    EXPECT_THAT(look(), ElementsAre(isChange(Kind::went, 1, "a"), isChange(Kind::came, 2, "b"),
-                                    isChange(Kind::changed, 3, "c", "status"), isChange(Kind::went, 5, "e")));
+    EXPECT_THAT(look(), ElementsAre(isChange(Kind::removed, 1, "a"), isChange(Kind::added, 2, "b"),
+                                    isChange(Kind::changed, 3, "c", "status"), isChange(Kind::removed, 5, "e")));
     EXPECT_THAT(look(), IsEmpty());
 }
 
@@ -90,7 +90,7 @@ TEST_F(EnvWatcherTest, ReportsChangedParts) {
     EXPECT_THAT(look(), ElementsAre(isChange(Kind::changed, 1, "b", "status, alerts")));
 }
 
-TEST_F(EnvWatcherTest, HoldsNoSnapshotBetweenLooks) {
+TEST_F(EnvWatcherTest, HoldsNoSnapshotBetweenCalls) {
     put(env(1, "a"));
     (void)look();
     EXPECT_THAT(runTool({"cache", "info", path("cache")}).out, testing::ContainsRegex("snapshot references +1\n"));

@@ -22,8 +22,8 @@ struct Invocation {
 
     [[nodiscard]] bool has(const std::string& option) const { return options.count(option) != 0; }
     // These require the option to have a value of the requested kind.
-    [[nodiscard]] const std::string& text(const std::string& option) const;
-    [[nodiscard]] const std::vector<std::string>& texts(const std::string& option) const;
+    [[nodiscard]] const std::string& string(const std::string& option) const;
+    [[nodiscard]] const std::vector<std::string>& strings(const std::string& option) const;
     [[nodiscard]] int integer(const std::string& option) const;
     [[nodiscard]] double real(const std::string& option) const;
 };

@@ -4,11 +4,11 @@
 
 namespace Qel::Tool {
 
-const std::string& Invocation::text(const std::string& option) const {
+const std::string& Invocation::string(const std::string& option) const {
     return std::get<std::string>(options.at(option));
 }
 
-const std::vector<std::string>& Invocation::texts(const std::string& option) const {
+const std::vector<std::string>& Invocation::strings(const std::string& option) const {
     return std::get<std::vector<std::string>>(options.at(option));
 }
 

@@ -22,7 +22,7 @@ ExitCode applyLogSettings(const Invocation& invocation, const Console& console) 
     if (!invocation.has(logOption))
         return ExitCode::success;
     const auto_destroy<QelMessage> message(new QelBinary);
-    const std::string& file = invocation.text(logOption);
+    const std::string& file = invocation.string(logOption);
     if (const ExitCode code = readMessage(file, *message, console); code != ExitCode::success)
         return code;
     Debug::setSettingsProvider(std::make_shared<Debug::Configuration>(QelConfiguration(message.get())));

@@ -54,7 +54,7 @@ protected:
 
 private:
     void read(boost::any& value, const std::vector<std::string>& tokens) const {
-        if (m_option.kind == OptionKind::texts || m_option.kind == OptionKind::words) {
+        if (m_option.kind == OptionKind::strings || m_option.kind == OptionKind::words) {
             if (value.empty())
                 value = OptionValue(std::vector<std::string>());
             auto& texts = std::get<std::vector<std::string>>(*boost::any_cast<OptionValue>(&value));

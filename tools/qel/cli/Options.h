@@ -9,9 +9,9 @@ namespace Qel::Tool {
 
 /// The type of an option's value.
 enum class OptionKind : std::uint8_t {
-    text,
-    texts, ///< a list with one element per occurrence of the option
-    words, ///< a list of all words that follow the option
+    string,
+    strings, ///< a list with one element per occurrence of the option
+    words,   ///< a list of all words that follow the option
     integer,
     real
 };
@@ -21,7 +21,7 @@ struct Option {
     std::string name;
     char letter = '\0';  ///< short form, or '\0'
     std::string value{}; ///< value name in the help; empty for a flag
-    OptionKind kind = OptionKind::text;
+    OptionKind kind = OptionKind::string;
     std::string byDefault{};
     bool isRequired = false;
     std::string help{};

@@ -91,7 +91,7 @@ ExitCode runParse(const Invocation& invocation, const Console& console) {
                        printName(out, name, showSecrets);
                });
     return name.isValid() ? ExitCode::success
-                          : console.fail(ExitCode::notSo, "not a backup URI: " + reasonOf(uri, storageError));
+                          : console.fail(ExitCode::negative, "not a backup URI: " + reasonOf(uri, storageError));
 }
 
 // --- qel backup-uri build
@@ -112,7 +112,7 @@ ExitCode runBuild(const Invocation& invocation, const Console& console) {
     QelBackupURI name(invocation.arguments[0], subPath);
     if (invocation.has("storage")) {
         QelDSLocation location;
-        const std::string& file = invocation.text("storage");
+        const std::string& file = invocation.string("storage");
         if (const ExitCode code = readRecord(file, location, console); code != ExitCode::success)
             return code;
         name.storage(location);

@@ -156,7 +156,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
     const bool hasParent = invocation.has("parent");
     const bool isTree = invocation.has("tree");
     if (hasParent) {
-        if (const ExitCode code = parseEID(invocation.text("parent"), console, parent); code != ExitCode::success)
+        if (const ExitCode code = parseEID(invocation.string("parent"), console, parent); code != ExitCode::success)
             return code;
     }
     QelEnvCacheSP cache;
@@ -211,7 +211,7 @@ ExitCode runGet(const Invocation& invocation, const Console& console) {
         env = cache->getEnvCopy(eid);
     }
     if (!env)
-        return console.fail(ExitCode::notSo, eidString + ": not in the cache");
+        return console.fail(ExitCode::negative, eidString + ": not in the cache");
 
     const auto_destroy<QelMessage> message(new QelBinary);
     std::string content;
@@ -264,11 +264,11 @@ void addWatchOptions(Options& options) {
 
 const char* wordFor(EnvChange::Kind kind) {
     switch (kind) {
-    case EnvChange::Kind::came:
+    case EnvChange::Kind::added:
         return "added  ";
     case EnvChange::Kind::changed:
         return "changed";
-    case EnvChange::Kind::went:
+    case EnvChange::Kind::removed:
         return "removed";
     }
     return "";

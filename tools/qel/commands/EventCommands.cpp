@@ -179,7 +179,7 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
     if (!invocation.has("cache")) {
         quiet.emplace();
     } else {
-        const std::string& path = invocation.text("cache");
+        const std::string& path = invocation.string("cache");
         QelEnvCacheSP checked;
         if (const ExitCode code = openCache(path, CacheUse::existing, console, checked); code != ExitCode::success)
             return code;
@@ -228,9 +228,9 @@ ExitCode runRender(const Invocation& invocation, const Console& console) {
     QelInfo info;
     if (const ExitCode code = from.read(file, info, console); code != ExitCode::success)
         return code;
-    const std::string& path = invocation.text("path");
+    const std::string& path = invocation.string("path");
     if (!hasParameter(info, path))
-        return console.fail(ExitCode::notSo, shownName(file) + ": no parameter at '" + path + "'");
+        return console.fail(ExitCode::negative, shownName(file) + ": no parameter at '" + path + "'");
     std::string text;
     if (const ExitCode code = render(info, path, file, console, text); code != ExitCode::success)
         return code;

@@ -46,7 +46,7 @@ ExitCode resolve(const std::string& given, const Invocation& invocation, const C
         return ExitCode::success;
     if (!invocation.has("session"))
         return console.fail(ExitCode::usage, quoted(given) + ": --session is required to locate the upload folder");
-    if (readPath(std::string(QelFilerBase::SESSION_DIR), invocation.text("session"), path.directory) != 0)
+    if (readPath(std::string(QelFilerBase::SESSION_DIR), invocation.string("session"), path.directory) != 0)
         return console.fail(ExitCode::badInput, getErrorMessage());
     path.beneath = given.substr(QelFilerBase::SESSION_DIR.size());
     path.name = path.directory + path.beneath;

@@ -26,7 +26,7 @@ void addConvertOptions(Options& options) {
 ExitCode runConvert(const Invocation& invocation, const Console& console) {
     const std::string& in = invocation.arguments[0];
     const std::string& out = invocation.arguments[1];
-    const std::string form = invocation.text("to");
+    const std::string form = invocation.string("to");
     if (form != textForm && form != binaryForm)
         return console.fail(ExitCode::usage, "invalid value '" + form + "' for --to: expected text or binary");
 

@@ -25,7 +25,7 @@ ExitCode findType(const std::string& name, const Console& console, const QelReco
     type = findRecordType(name);
     if (type)
         return ExitCode::success;
-    return console.fail(ExitCode::notSo, "unknown record type '" + name + "'; see `qel record list`");
+    return console.fail(ExitCode::negative, "unknown record type '" + name + "'; see `qel record list`");
 }
 
 // --- qel record list

@@ -24,13 +24,13 @@ std::optional<long> timeOption(const Invocation& invocation, const std::string& 
     if (!invocation.has(option))
         return std::time(nullptr);
     long time = 0;
-    if (!QelValueText::toTime(invocation.text(option), time))
+    if (!QelValueText::toTime(invocation.string(option), time))
         return std::nullopt;
     return time;
 }
 
 ExitCode failTime(const Invocation& invocation, const std::string& option, const Console& console) {
-    return console.fail(ExitCode::usage, "invalid time '" + invocation.text(option) + "' for --" + option +
+    return console.fail(ExitCode::usage, "invalid time '" + invocation.string(option) + "' for --" + option +
                                              ": expected seconds or a time such as 2026-11-20T09:30:00Z");
 }
 

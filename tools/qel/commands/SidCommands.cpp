@@ -70,9 +70,9 @@ ExitCode takeSid(const Invocation& invocation, QelSID& sid, const Console& conso
     if (ways != 1)
         return console.fail(ExitCode::usage, "give a security identifier as TEXT, --binary or --local");
     if (invocation.has("binary"))
-        return fromHexadecimal(invocation.text("binary"), sid, console);
+        return fromHexadecimal(invocation.string("binary"), sid, console);
     if (invocation.has("local"))
-        return fromLocal(invocation.texts("local"), sid, console);
+        return fromLocal(invocation.strings("local"), sid, console);
     return fromString(invocation.arguments[0], sid, console);
 }
 
@@ -169,7 +169,7 @@ ExitCode runSid(const Invocation& invocation, const Console& console) {
         return code;
     const LocalConfiguration configuration;
     if (invocation.has("config"))
-        if (const ExitCode code = LocalConfiguration::load(invocation.text("config"), console);
+        if (const ExitCode code = LocalConfiguration::load(invocation.string("config"), console);
             code != ExitCode::success)
             return code;
     Output(invocation, console).print([&] { return sidAsJson(sid); }, [&](std::ostream& out) { printSid(out, sid); });

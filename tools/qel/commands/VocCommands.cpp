@@ -26,7 +26,7 @@ using Names = std::set<std::string>;
 Names namesOf(const Invocation& invocation, const std::string& option) {
     if (!invocation.has(option))
         return {};
-    const auto& given = invocation.texts(option);
+    const auto& given = invocation.strings(option);
     return {given.begin(), given.end()};
 }
 
@@ -35,11 +35,11 @@ Names namesOf(const Invocation& invocation, const std::string& option) {
 void addListOptions(Options& options) {
     options.add({.name = "category",
                  .value = "ID",
-                 .kind = OptionKind::texts,
+                 .kind = OptionKind::strings,
                  .help = "list only the entries in this category; may be repeated to require several categories"});
     options.add({.name = "restrict",
                  .value = "NAME",
-                 .kind = OptionKind::texts,
+                 .kind = OptionKind::strings,
                  .help = "list only the vocabularies with this name; may be repeated"});
     addJsonOption(options);
 }
@@ -213,7 +213,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
                [&](std::ostream& out) { printVocabularies(out, listing.vocabularies); });
     for (const std::string& name : listing.restriction)
         if (!listing.found.contains(name))
-            worst = std::max(worst, console.fail(ExitCode::notSo, "no vocabulary '" + name + "'"));
+            worst = std::max(worst, console.fail(ExitCode::negative, "no vocabulary '" + name + "'"));
     return worst;
 }
 
@@ -280,7 +280,7 @@ ExitCode mergeSingle(Merge& merge, const std::string& file, QelMessage* message,
 /// Returns the name for the unnamed vocabulary in a file.  Reports an error and returns an empty string if there is no
 /// valid name.
 std::string nameFor(const std::string& file, const Invocation& invocation, const Console& console) {
-    std::string name = invocation.has("name")   ? invocation.text("name")
+    std::string name = invocation.has("name")   ? invocation.string("name")
                        : file == standardStream ? std::string()
                                                 : std::filesystem::path(file).filename().string();
     if (!name.empty() && name.size() < sizeof(QelVocID::name))
@@ -337,7 +337,7 @@ ExitCode runErase(const Invocation& invocation, const Console& console) {
     QelVocMap map(message.release());
     constexpr std::size_t tooLong = sizeof(QelVocID::name);
     if (name.size() >= tooLong || version.size() >= tooLong || map.erase({name, version}) != 0)
-        return console.fail(ExitCode::notSo, shownName(file) + ": no vocabulary " + name + ' ' + version);
+        return console.fail(ExitCode::negative, shownName(file) + ": no vocabulary " + name + ' ' + version);
     return writeMessage(file, *map.getMessage(), console);
 }
 
@@ -354,7 +354,7 @@ ExitCode runHas(const Invocation& invocation, const Console& console) {
                                                 : QelVocPrototype(message.release()).isFeatureEnabled(parameter);
     if (hasIt)
         return ExitCode::success;
-    return console.fail(ExitCode::notSo, shownName(file) + ": no parameter '" + parameter + "'");
+    return console.fail(ExitCode::negative, shownName(file) + ": no parameter '" + parameter + "'");
 }
 
 } // namespace

@@ -83,7 +83,7 @@ std::string pageOf(const QelRecordType& type, const Neighbours& neighbours) {
     std::ostringstream out;
     out << "# " << name << "\n\nNamespace " << namespaceText(type) << ", type " << typeText(type) << ".\n\n";
     if (!type.layout) {
-        out << "Read and written by hand, without a table.\n";
+        out << "No field table; read and written by custom code.\n";
     } else if (type.layout->fields.empty()) {
         out << "No fields.\n";
     } else {

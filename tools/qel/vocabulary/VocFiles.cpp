@@ -80,7 +80,7 @@ ExitCode readVocOption(const Invocation& invocation, const Console& console, Qel
     if (!invocation.has("voc"))
         return ExitCode::success;
     auto_destroy<QelMessage> message(new QelBinary);
-    const ExitCode code = readVocMap(invocation.text("voc"), *message, console);
+    const ExitCode code = readVocMap(invocation.string("voc"), *message, console);
     if (code == ExitCode::success)
         vocabularies.reset(new QelVocMap(message.release()));
     return code;

@@ -38,7 +38,7 @@ const QelWireLayout& QelConnectivityInfo::wire = wireLayoutOf<QelConnectivityInf
 
 int QelConnectivityInfoMarshal::Writer::operator()(QelMessageIterator& cursor, const QelConnectivityInfo& info) const {
     if (info.address.empty()) {
-        setErrorMessage("can't write QelConnectivityInfo: address is empty");
+        setErrorMessage("cannot write QelConnectivityInfo: address is empty");
         return -1;
     }
     return writeByLayout(QelConnectivityInfo::wire, &info, cursor);

@@ -59,8 +59,8 @@ int resolveParent(QelRequestProgressData& data) {
         return 0;
     const std::string parent = data.requestId.substr(0, slash);
     if (!data.parentId.empty() && data.parentId != parent) {
-        setErrorMessage("can't read QelRequestProgressData: the parent of request %s is not %s", data.requestId.c_str(),
-                        data.parentId.c_str());
+        setErrorMessage("cannot read QelRequestProgressData: the parent of request %s is not %s",
+                        data.requestId.c_str(), data.parentId.c_str());
         return -1;
     }
     data.parentId = parent;

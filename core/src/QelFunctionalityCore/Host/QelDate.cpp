@@ -33,7 +33,7 @@ const QelWireLayout& QelDate::wire = wireLayoutOf<QelDate>;
 int QelDate::Reader::operator()(const QelMessageIterator& cursor, QelDate& date) const {
     const int result = readByLayout(QelDate::wire, &date, cursor);
     if (result == 0 && date.isEmpty()) {
-        setErrorMessage("can't read QelDate: neither time nor string is set");
+        setErrorMessage("cannot read QelDate: neither time nor string is set");
         return -1;
     }
     return result;
@@ -41,7 +41,7 @@ int QelDate::Reader::operator()(const QelMessageIterator& cursor, QelDate& date)
 
 int QelDate::Writer::operator()(QelMessageIterator& cursor, const QelDate& date) const {
     if (date.isEmpty()) {
-        setErrorMessage("can't write QelDate: neither time nor string is set");
+        setErrorMessage("cannot write QelDate: neither time nor string is set");
         return -1;
     }
     return writeByLayout(QelDate::wire, &date, cursor);

@@ -19,7 +19,7 @@ const QelWireLayout& QelDevMountInfo::wire = wireLayoutOf<QelDevMountInfo>;
 int QelDevMountInfo::Writer::operator()(QelMessageIterator& cursor, const QelDevMountInfo& info) const {
     const int result = writeByLayout(QelDevMountInfo::wire, &info, cursor);
     if (result == 0 && info.f1117.empty()) {
-        setErrorMessage("can't write QelDevMountInfo: f1117 is empty");
+        setErrorMessage("cannot write QelDevMountInfo: f1117 is empty");
         return -1;
     }
     return result;

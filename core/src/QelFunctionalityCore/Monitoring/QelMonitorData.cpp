@@ -36,7 +36,7 @@ private:
         if (result == 0)
             return;
         if (m_result == 0)
-            setErrorMessage("can't read QelMonitorData: %s", failure.c_str());
+            setErrorMessage("cannot read QelMonitorData: %s", failure.c_str());
         m_result |= result;
     }
 

@@ -26,7 +26,7 @@ int readFilteredItems(const QelMessageIterator& cursor, Settings& settings, cons
         if (readItemName(cursor, key.name, Item::nameID) != 0)
             return -1;
         if (key.name.empty()) {
-            setErrorMessage("can't read %s: its name is empty", cursor.curName().c_str());
+            setErrorMessage("cannot read %s: its name is empty", cursor.curName().c_str());
             return -1;
         }
         if (filter->items.contains(key) == (mode == QelFilterMode::intersection)) {

@@ -159,7 +159,7 @@ int writeEmpty(QelMessageIterator& cursor, bool isSpecified, int id) {
 
 int QelProfile::filterReader::operator()(const QelMessageIterator& cursor, QelProfile& filter) const {
     if (readIfPresent(cursor, filter.sid, "sid"_element) != 0) {
-        setErrorMessage("can't read a filter: element %s is malformed", QelNames::elementName("sid"_element).c_str());
+        setErrorMessage("cannot read a filter: element %s is malformed", QelNames::elementName("sid"_element).c_str());
         return -1;
     }
     if (readAuthName(cursor, filter) != 0)

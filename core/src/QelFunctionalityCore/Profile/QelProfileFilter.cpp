@@ -8,7 +8,7 @@ namespace Qel::Internal {
 int readItemName(const QelMessageIterator& cursor, std::string& name, int nameID) {
     if (cursor.getValue(name, nameID) == 0)
         return 0;
-    setErrorMessage("can't read %s: element %s is missing", cursor.curName().c_str(),
+    setErrorMessage("cannot read %s: element %s is missing", cursor.curName().c_str(),
                     QelNames::elementName(nameID).c_str());
     return -1;
 }

@@ -88,14 +88,14 @@ int QelDirRealm::Reader::operator()(const QelMessageIterator& cursor, QelDirReal
         return -1;
     if (realm.isValid())
         return 0;
-    setErrorMessage("can't read QelDirRealm: %s", invalidRealm);
+    setErrorMessage("cannot read QelDirRealm: %s", invalidRealm);
     return -1;
 }
 
 int QelDirRealm::Writer::operator()(QelMessageIterator& cursor, const QelDirRealm& realm) const {
     if (realm.isValid())
         return writeByLayout(QelDirRealm::wire, &realm, cursor);
-    setErrorMessage("can't write QelDirRealm: %s", invalidRealm);
+    setErrorMessage("cannot write QelDirRealm: %s", invalidRealm);
     return -1;
 }
 

@@ -95,7 +95,7 @@ int QelSession::Reader::operator()(const QelMessageIterator& cursor, QelSession&
     const long now = std::time(nullptr);
     long sent = 0;
     if (cursor.getMessage()->getTime(&sent) != 0) {
-        setErrorMessage("can't read QelSession: the message has no time");
+        setErrorMessage("cannot read QelSession: the message has no time");
         return -1;
     }
     session.timeSkew = difference(now, sent);
