@@ -50,7 +50,7 @@ TEST_F(EnvWatcherTest, EmptyCacheHasNoChanges) {
     EXPECT_THAT(look(), IsEmpty());
 }
 
-TEST_F(EnvWatcherTest, FirstLookReportsAllEnvironmentsAsNew) {
+TEST_F(EnvWatcherTest, FirstPollReportsAllEnvironmentsAsAdded) {
     put(env(2, "b") + env(1, "a"));
     EXPECT_THAT(look(), ElementsAre(isChange(Kind::came, 1, "a"), isChange(Kind::came, 2, "b")));
     EXPECT_THAT(look(), IsEmpty());
@@ -90,7 +90,7 @@ TEST_F(EnvWatcherTest, ReportsChangedParts) {
     EXPECT_THAT(look(), ElementsAre(isChange(Kind::changed, 1, "b", "status, alerts")));
 }
 
-TEST_F(EnvWatcherTest, HoldsNoSnapshotBetweenLooks) {
+TEST_F(EnvWatcherTest, HoldsNoSnapshotBetweenPolls) {
     put(env(1, "a"));
     (void)look();
     EXPECT_THAT(runTool({"cache", "info", path("cache")}).out, testing::ContainsRegex("snapshot references +1\n"));
