@@ -92,11 +92,11 @@ TEST_F(BackupUriCommandsTest, StorageWithoutNameHasTypeAndPathOnly) {
 TEST_F(BackupUriCommandsTest, ParseRejectsOtherUris) {
     const auto expect = [](const std::string& uri, const std::string& reason) {
         const ToolRun run = parse(uri);
-        EXPECT_EQ(run.code, ExitCode::notSo);
+        EXPECT_EQ(run.code, ExitCode::negative);
         EXPECT_THAT(run.out, IsEmpty());
         EXPECT_EQ(run.err, "qel: not a backup URI: " + reason + "\n");
         const ToolRun json = parse(uri, {"--json"});
-        EXPECT_EQ(json.code, ExitCode::notSo);
+        EXPECT_EQ(json.code, ExitCode::negative);
         EXPECT_EQ(Json::parse(json.out), Json::parse(R"({"valid":false,"backup":"","subPath":"","storage":null})"));
     };
     expect("file://a/b/c", "it does not start with backup://");
@@ -117,7 +117,7 @@ TEST_F(BackupUriCommandsTest, ErrorsQuoteNeitherUriNorSecret) {
     for (std::string uri : {"backup://" + blob.substr(0, blob.size() - 2) + "&a/b/c", "backup://" + blob + "&a",
                             "backup://" + blob, blob + "&a/b/c", "backup://00" + blob + "&a/b/c"}) {
         const ToolRun run = parse(uri, {"--show-secrets"});
-        EXPECT_EQ(run.code, ExitCode::notSo);
+        EXPECT_EQ(run.code, ExitCode::negative);
         EXPECT_THAT(run.out + run.err, Not(HasSubstr(secret)));
         EXPECT_THAT(run.out + run.err, Not(HasSubstr(password)));
     }
@@ -154,7 +154,7 @@ TEST_F(BackupUriCommandsTest, UnreadableStorageIsBadInput) {
         EXPECT_EQ(run.err, "qel: " + file + ": " + error + "\n");
     };
     expect(path("none"), "No such file or directory");
-    expect(empty, "an empty message");
+    expect(empty, "empty message");
     expect(other, "/storage: can't read QelDSLocation: element path (path) is missing");
 }
 

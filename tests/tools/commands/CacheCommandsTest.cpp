@@ -46,7 +46,7 @@ TEST_F(CacheCommandsTest, CheckPrintsOneLinePerFinding) {
     file.set(52, 0U);
     file.set(file.oldRecord, 7U);
     const ToolRun run = runTool({"cache", "check", write("cache", file.bytes())});
-    EXPECT_EQ(run.code, ExitCode::notSo);
+    EXPECT_EQ(run.code, ExitCode::negative);
     EXPECT_THAT(run.out, testing::StartsWith("52: damage: valid is 0: the file is marked as unusable\n" +
                                              std::to_string(file.oldRecord) +
                                              ": wrong count: the record's reference count is 7"));
@@ -61,7 +61,7 @@ TEST_F(CacheCommandsTest, CheckPrintsAdviceOncePerClass) {
     const std::uint32_t low = file.addRecord({2, 2}, 0);
     file.finish(file.addSnapshot(1, {{{1, 1}, record}, {{2, 2}, low}}));
     const ToolRun run = runTool({"cache", "check", write("cache", file.bytes())});
-    EXPECT_EQ(run.code, ExitCode::notSo);
+    EXPECT_EQ(run.code, ExitCode::negative);
     const auto at = [](std::uint32_t offset) { return std::to_string(offset) + ": "; };
     EXPECT_THAT(
         run.out,
@@ -83,7 +83,7 @@ TEST_F(CacheCommandsTest, CheckJsonListsFindings) {
     file.set(52, 0U);
     const std::string path = write("cache", file.bytes());
     const ToolRun run = runTool({"cache", "check", path, "--json"});
-    EXPECT_EQ(run.code, ExitCode::notSo);
+    EXPECT_EQ(run.code, ExitCode::negative);
     const Json expected = Json::parse(R"({"file": ")" + path + R"(", "findings": [
         {"offset": 52, "kind": "header-constant", "class": "damage",
          "text": "valid is 0: the file is marked as unusable",

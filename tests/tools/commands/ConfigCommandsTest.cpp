@@ -81,8 +81,8 @@ TEST_F(ConfigCommandsTest, ExampleRealmsHaveTheClassesOfTheirTypes) {
 }
 
 TEST_F(ConfigCommandsTest, GetReportsMissingPathOrSection) {
-    expect(config({"get", file, "/system/none"}), ExitCode::notSo, file + ": no element at /system/none");
-    expect(config({"get", file, "/none/log_level"}), ExitCode::notSo, file + ": no element at /none/log_level");
+    expect(config({"get", file, "/system/none"}), ExitCode::negative, file + ": no element at /system/none");
+    expect(config({"get", file, "/none/log_level"}), ExitCode::negative, file + ": no element at /none/log_level");
 }
 
 TEST_F(ConfigCommandsTest, MissingOrDamagedFileIsBadInput) {
@@ -218,7 +218,7 @@ TEST_F(ConfigCommandsTest, ListPrintsTreeWithoutConfigurationElements) {
     EXPECT_THAT(run.out, HasSubstr("\nserver_group\n  master\n    id = 3f6c1a2e"));
     EXPECT_EQ(config({"list", file, "/server_group/master"}).out, "id = 3f6c1a2e-0b57-4c1d-9a3e-5d2f7b8c9e01\n");
     EXPECT_EQ(config({"list", file, "/"}).out, run.out);
-    expect(config({"list", file, "/none"}), ExitCode::notSo, file + ": no element at /none");
+    expect(config({"list", file, "/none"}), ExitCode::negative, file + ": no element at /none");
 }
 
 TEST_F(ConfigCommandsTest, ListJsonHasTheTextTree) {

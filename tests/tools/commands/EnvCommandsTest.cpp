@@ -268,7 +268,7 @@ TEST_F(EnvCommandsTest, GetOmitsAbsentConfiguration) {
 TEST_F(EnvCommandsTest, GetReportsUnknownEnvironment) {
     putFamily();
     const ToolRun run = runTool({"env", "get", cache, eid(77)});
-    EXPECT_EQ(run.code, ExitCode::notSo);
+    EXPECT_EQ(run.code, ExitCode::negative);
     EXPECT_EQ(run.err, "qel: " + eid(77) + ": not in the cache\n");
     EXPECT_THAT(run.out, IsEmpty());
 }

@@ -167,7 +167,7 @@ TEST_F(EventCommandsTest, RenderPrintsParameter) {
 TEST_F(EventCommandsTest, RenderReportsMissingParameter) {
     for (const char* const missing : {"none", "file/none", "none/name", "/size/none"}) {
         const ToolRun run = runTool({"info", "render", example("info"), "--path", missing});
-        EXPECT_EQ(run.code, ExitCode::notSo);
+        EXPECT_EQ(run.code, ExitCode::negative);
         EXPECT_EQ(run.out, "");
         EXPECT_EQ(run.err, "qel: " + example("info") + ": no parameter at '" + missing + "'\n");
     }
@@ -194,7 +194,7 @@ TEST_F(EventCommandsTest, RenderReadsStandardInput) {
 
 TEST_F(EventCommandsTest, MessageWithoutRecordIsBadInput) {
     expectBadInput(path("none"), "none");
-    expectBadInput(write("empty", std::string("<message/>")), "an empty message");
+    expectBadInput(write("empty", std::string("<message/>")), "empty message");
     expectBadInput(write("other", std::string("<message><data/></message>")), "/data: can't read Qel");
 }
 

@@ -54,7 +54,7 @@ TEST_F(RecordCommandsTest, DescribeJsonHasAllColumns) {
     EXPECT_EQ(described["name"], "QelEnv");
     EXPECT_EQ(described["namespace"], 292);
     EXPECT_EQ(described["type"], 122);
-    const Json eid{{"field", "eid"},      {"id", 1866},      {"kind", "by hand: record QelEID"},
+    const Json eid{{"field", "eid"},      {"id", 1866},      {"kind", "custom: record QelEID"},
                    {"mayBeUnset", false}, {"form", "plain"}, {"read", "required"},
                    {"write", "always"},   {"writeOrder", 2}, {"readOrder", 4}};
     EXPECT_EQ(described["fields"][1], eid);
@@ -104,7 +104,7 @@ TEST_F(RecordCommandsTest, UnknownTypeIsReported) {
     for (const std::vector<std::string>& command :
          {std::vector<std::string>{"record", "describe", "QelNothing"}, {"record", "rewrite", "QelNothing", "-"}}) {
         const ToolRun run = runTool(command);
-        EXPECT_EQ(run.code, ExitCode::notSo);
+        EXPECT_EQ(run.code, ExitCode::negative);
         EXPECT_EQ(run.err, "qel: unknown record type 'QelNothing'; see `qel record list`\n");
     }
 }

@@ -122,7 +122,7 @@ TEST_F(ScheduleCommandsTest, MessageWithoutTaskIsBadInput) {
         const std::string empty = write("empty", std::string("<message/>"));
         const ToolRun run = runTool({"schedule", command, empty});
         EXPECT_EQ(run.code, ExitCode::badInput);
-        EXPECT_EQ(run.err, "qel: " + empty + ": an empty message\n");
+        EXPECT_EQ(run.err, "qel: " + empty + ": empty message\n");
 
         const std::string other = write("other", std::string("<message><data><name>x</name></data></message>"));
         const ToolRun run2 = runTool({"schedule", command, other});

@@ -91,11 +91,11 @@ TEST_F(VocCommandsTest, CategoriesRestrictList) {
 
 TEST_F(VocCommandsTest, RestrictReportsUnknownName) {
     const ToolRun some = voc({"list", several, single, "--restrict", "network", "--restrict", "none"});
-    expect(some, ExitCode::notSo, "no vocabulary 'none'");
+    expect(some, ExitCode::negative, "no vocabulary 'none'");
     EXPECT_THAT(some.out, HasSubstr("network"));
     EXPECT_THAT(some.out, Not(HasSubstr("base")));
     const ToolRun none = voc({"list", several, "--restrict", "none", "--json"});
-    expect(none, ExitCode::notSo, "no vocabulary 'none'");
+    expect(none, ExitCode::negative, "no vocabulary 'none'");
     EXPECT_EQ(none.out, "[]\n");
 }
 
@@ -127,7 +127,7 @@ TEST_F(VocCommandsTest, ListReturnsWorstExitCode) {
     EXPECT_EQ(voc({"list", path("none"), several}).code, ExitCode::badInput);
     EXPECT_EQ(voc({"list", several, path("none")}).code, ExitCode::badInput);
     // An unreadable file outweighs a name that is not found.
-    EXPECT_EQ(voc({"list", several, "--restrict", "none"}).code, ExitCode::notSo);
+    EXPECT_EQ(voc({"list", several, "--restrict", "none"}).code, ExitCode::negative);
     EXPECT_EQ(voc({"list", path("none"), several, "--restrict", "none"}).code, ExitCode::badInput);
     EXPECT_EQ(voc({"list", several, path("none"), "--restrict", "none"}).code, ExitCode::badInput);
 }
@@ -201,18 +201,18 @@ TEST_F(VocCommandsTest, EraseRemovesOneVersion) {
     const std::string file = write("file", read(several));
     EXPECT_EQ(voc({"erase", file, "network", "1.2"}).code, ExitCode::success);
     EXPECT_THAT(vocabulariesIn(file), testing::ElementsAre("base 4.5", "network 1.3"));
-    expect(voc({"erase", file, "network", "1.2"}), ExitCode::notSo, file + ": no vocabulary network 1.2");
+    expect(voc({"erase", file, "network", "1.2"}), ExitCode::negative, file + ": no vocabulary network 1.2");
     const std::string tooLong(300, 'x');
-    expect(voc({"erase", file, tooLong, "1"}), ExitCode::notSo, file + ": no vocabulary " + tooLong + " 1");
-    EXPECT_EQ(voc({"erase", file, "base", tooLong}).code, ExitCode::notSo);
+    expect(voc({"erase", file, tooLong, "1"}), ExitCode::negative, file + ": no vocabulary " + tooLong + " 1");
+    EXPECT_EQ(voc({"erase", file, "base", tooLong}).code, ExitCode::negative);
 }
 
 TEST_F(VocCommandsTest, ErasingLastVocabularyLeavesEmptyMap) {
     const std::string file = write("file", vocabulary("a", "1"));
     ASSERT_EQ(voc({"erase", file, "a", "1"}).code, ExitCode::success);
     EXPECT_THAT(vocabulariesIn(file), IsEmpty());
-    expect(voc({"erase", file, "a", "1"}), ExitCode::notSo, file + ": no vocabulary a 1");
-    expect(voc({"list", file, "--restrict=a"}), ExitCode::notSo, "no vocabulary 'a'");
+    expect(voc({"erase", file, "a", "1"}), ExitCode::negative, file + ": no vocabulary a 1");
+    expect(voc({"list", file, "--restrict=a"}), ExitCode::negative, "no vocabulary 'a'");
     EXPECT_EQ(voc({"merge", file, several}).code, ExitCode::success);
     EXPECT_EQ(vocabulariesIn(file).size(), 3U);
 }
@@ -223,9 +223,9 @@ TEST_F(VocCommandsTest, HasReportsResultByExitCode) {
     const ToolRun yes = voc({"has", several, "loss_rate"});
     EXPECT_EQ(yes.code, ExitCode::success);
     EXPECT_EQ(yes.out + yes.err, "");
-    expect(voc({"has", several, "interface"}), ExitCode::notSo, several + ": no parameter 'interface'");
+    expect(voc({"has", several, "interface"}), ExitCode::negative, several + ": no parameter 'interface'");
     EXPECT_EQ(voc({"has", single, "backup_service"}).code, ExitCode::success);
-    expect(voc({"has", "-", "bytes_in"}, read(single)), ExitCode::notSo, "standard input: no parameter 'bytes_in'");
+    expect(voc({"has", "-", "bytes_in"}, read(single)), ExitCode::negative, "standard input: no parameter 'bytes_in'");
 }
 
 // ---- as a record

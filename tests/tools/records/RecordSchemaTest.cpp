@@ -163,8 +163,8 @@ TEST_F(RecordSchemaTest, EverySchemaIsValidAndAcceptsEmptyMessage) {
 }
 
 TEST_F(RecordSchemaTest, RejectsUnknownTypeAndEmptyName) {
-    EXPECT_EQ(runTool({"record", "schema", "QelNothing"}).code, ExitCode::notSo);
-    EXPECT_EQ(runTool({"record", "schema", "x=QelNothing"}).code, ExitCode::notSo);
+    EXPECT_EQ(runTool({"record", "schema", "QelNothing"}).code, ExitCode::negative);
+    EXPECT_EQ(runTool({"record", "schema", "x=QelNothing"}).code, ExitCode::negative);
     EXPECT_EQ(runTool({"record", "schema", "=QelOS"}).code, ExitCode::usage);
 }
 
@@ -195,7 +195,7 @@ TEST_F(RecordReferenceTest, PageContainsTableAndLinksToNeighbours) {
     const std::string system = read(path("QelSystemInfo.md"));
     EXPECT_THAT(system, HasSubstr("| 3.8 | 3.8 | `name` | 1229 cpu / 1026 name | text | required | always |\n"));
     EXPECT_THAT(system, HasSubstr("\nContains: [QelOS](QelOS.md), [QelUsageStats](QelUsageStats.md).\n"));
-    EXPECT_THAT(read(path("QelTopData.TopSet.md")), HasSubstr("Read and written by hand"));
+    EXPECT_THAT(read(path("QelTopData.TopSet.md")), HasSubstr("read and written by custom code"));
 }
 
 TEST_F(RecordReferenceTest, FailsIfDirectoryCannotBeCreated) {

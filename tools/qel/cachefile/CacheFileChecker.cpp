@@ -255,8 +255,8 @@ void Checker::checkRecordType(const CacheBlock& block) {
         report(offset, FindingKind::recordType, "the record's type is not padded with zeros");
 }
 
-/// True if a used block is a valid snapshot with readers.  A record does not pass for one: it has its parent's key
-/// where a snapshot has its counts, and these would have to match the block's length.
+/// True if a used block is a valid snapshot with readers.  A record is not mistaken for one: the bytes of its parent's
+/// key, read as the counts of a snapshot, would have to match the block's length.
 bool Checker::looksHeld(CacheBlock& block) {
     if (block.use != BlockUse::unknown || block.damaged || !m_heap.isComplete(block) || !fits(block, Snapshot::entries))
         return false;

@@ -121,7 +121,7 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
         return failUsage(console, *error, self);
     if (const ExitCode code = saveOptions(given, console); code != ExitCode::success)
         return code;
-    optionsLock.release(); // the command may run for long, or lock this file itself
+    optionsLock.release(); // the command may run for a long time, or lock this file itself
     if (const ExitCode code = applyLogSettings(invocation, console); code != ExitCode::success)
         return code;
     return command.run(invocation, console);

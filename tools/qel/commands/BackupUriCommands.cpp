@@ -91,7 +91,7 @@ ExitCode runParse(const Invocation& invocation, const Console& console) {
                        printName(out, name, showSecrets);
                });
     return name.isValid() ? ExitCode::success
-                          : console.fail(ExitCode::notSo, "not a backup URI: " + reasonOf(uri, storageError));
+                          : console.fail(ExitCode::negative, "not a backup URI: " + reasonOf(uri, storageError));
 }
 
 // --- qel backup-uri build

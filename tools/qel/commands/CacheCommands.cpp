@@ -87,7 +87,7 @@ void printCheck(std::ostream& out, const CacheFileImage& file) {
 ExitCode showCheck(const Invocation& invocation, const Console& console, const CacheFileImage& file) {
     Output(invocation, console)
         .print([&] { return checkAsJson(file); }, [&](std::ostream& out) { printCheck(out, file); });
-    return file.report.findings.empty() ? ExitCode::success : ExitCode::notSo;
+    return file.report.findings.empty() ? ExitCode::success : ExitCode::negative;
 }
 
 // --- qel cache info

@@ -51,7 +51,7 @@ ExitCode runGet(const Invocation& invocation, const Console& console) {
         return code;
     QelConfigurationIterator at(message.release());
     if (at.seek(path) != 0)
-        return console.fail(ExitCode::notSo, file + ": no element at " + path);
+        return console.fail(ExitCode::negative, file + ": no element at " + path);
     at.seekRoot();
     std::string value;
     if ((invocation.has("base64") ? at.getValueBase64(value, path) : at.getValue(value, path)) != 0)
@@ -172,7 +172,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
     cursor->seek("data"_element);
     const int depth = seekPath(*cursor, path);
     if (depth < 0)
-        return console.fail(ExitCode::notSo, file + ": no element at " + path);
+        return console.fail(ExitCode::negative, file + ": no element at " + path);
     Output(invocation, console)
         .print([&] { return treeAsJson(*cursor, depth); },
                [&](std::ostream& out) { printTree(out, *cursor, depth, 0); });

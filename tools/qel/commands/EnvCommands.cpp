@@ -42,14 +42,14 @@ ExitCode parseEID(const std::string& string, const Console& console, QelEID& eid
 /// which case the other operation is tried.
 int store(QelEnvCache& cache, const QelEnv& env, const char*& done) {
     constexpr int attempts = 100;
-    bool isThere = cache.getEnvCopy(env.getEID()) != nullptr;
+    bool exists = cache.getEnvCopy(env.getEID()) != nullptr;
     int result = 0;
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        result = isThere ? cache.update(env) : cache.insert(env);
-        done = isThere ? "updated" : "inserted";
-        if (result != (isThere ? cacheKeyMissing : cacheKeyExists))
+        result = exists ? cache.update(env) : cache.insert(env);
+        done = exists ? "updated" : "inserted";
+        if (result != (exists ? cacheKeyMissing : cacheKeyExists))
             break;
-        isThere = !isThere;
+        exists = !exists;
     }
     return result;
 }
@@ -211,7 +211,7 @@ ExitCode runGet(const Invocation& invocation, const Console& console) {
         env = cache->getEnvCopy(eid);
     }
     if (!env)
-        return console.fail(ExitCode::notSo, eidString + ": not in the cache");
+        return console.fail(ExitCode::negative, eidString + ": not in the cache");
 
     const auto_destroy<QelMessage> message(new QelBinary);
     std::string content;
@@ -236,18 +236,18 @@ ExitCode runRemove(const Invocation& invocation, const Console& console) {
     if (worst != ExitCode::success)
         return worst;
     for (const QelEID& eid : eids) {
-        bool wasThere = false;
+        bool existed = false;
         int result = 0;
         {
             const SignalGuard guard;
-            wasThere = cache->getEnvCopy(eid) != nullptr;
+            existed = cache->getEnvCopy(eid) != nullptr;
             result = cache->remove(eid);
         }
         // A missing key means that another process removed the environment after the lookup.
         if (result != 0 && result != cacheKeyMissing)
             worst = console.fail(ExitCode::failed, eid.toString() + ": " + describeCacheResult(result));
         else
-            console.out << (wasThere ? "removed " : "unknown ") << eid.toString() << '\n';
+            console.out << (existed ? "removed " : "unknown ") << eid.toString() << '\n';
     }
     return worst;
 }
@@ -264,11 +264,11 @@ void addWatchOptions(Options& options) {
 
 const char* wordFor(EnvChange::Kind kind) {
     switch (kind) {
-    case EnvChange::Kind::came:
+    case EnvChange::Kind::added:
         return "added  ";
     case EnvChange::Kind::changed:
         return "changed";
-    case EnvChange::Kind::went:
+    case EnvChange::Kind::removed:
         return "removed";
     }
     return "";
@@ -293,13 +293,13 @@ ExitCode watch(QelEnvCache& cache, std::chrono::nanoseconds interval, const Cons
         std::vector<EnvChange> changes;
         {
             const SignalGuard guard;
-            // The first look only takes the baseline.
+            // The first poll only records the initial state.
             if (!isFirst && guard.waitFor(interval))
                 return ExitCode::success;
             const QelEnvCache::EnvValuesListPtr list = cache.getEnvList();
             if (!list)
                 return console.fail(ExitCode::failed, cache.getID() + ": cannot take a snapshot");
-            changes = watcher.look(*list);
+            changes = watcher.poll(*list);
         }
         if (!isFirst)
             printChanges(console.out, changes);

@@ -103,11 +103,10 @@ ExitCode runMatch(const Invocation& invocation, const Console& console) {
 
 CommandGroup netCommands() {
     static constexpr std::array commands{
-        Command{
-            "match", "DEVICES FILTER",
-            "List the network devices in a message that match a filter, the device in another message; empty fields "
-            "of the filter match any value",
-            addJsonOption, runMatch},
+        Command{"match", "DEVICES FILTER",
+                "List the network devices in message DEVICES that match the device in message FILTER; empty fields of "
+                "the filter match any value",
+                addJsonOption, runMatch},
     };
     return {"net", "Network devices", commands};
 }

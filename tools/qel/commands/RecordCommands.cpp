@@ -25,7 +25,7 @@ ExitCode findType(const std::string& name, const Console& console, const QelReco
     type = findRecordType(name);
     if (type)
         return ExitCode::success;
-    return console.fail(ExitCode::notSo, "unknown record type '" + name + "'; see `qel record list`");
+    return console.fail(ExitCode::negative, "unknown record type '" + name + "'; see `qel record list`");
 }
 
 // --- qel record list
@@ -65,7 +65,7 @@ Json descriptionAsJson(const QelRecordType& type) {
 void printDescription(std::ostream& out, const QelRecordType& type) {
     out << type.name << ", namespace " << namespaceText(type) << ", type " << typeText(type) << '\n';
     if (!type.layout) {
-        out << "No field table; read and written by custom code.\n";
+        out << "No table; read and written by custom code.\n";
         return;
     }
     using Align = Table::Align;

@@ -113,7 +113,7 @@ std::vector<QelSID::WellKnownSIDs> wellKnownOf(const QelSID& sid) {
     return found;
 }
 
-/// The role of a well-known SID for the text output, or an empty string if the system assigns none.
+/// The role of a well-known SID for the text output, or an empty string if the role is not one of the system.
 const char* roleOf(QelSID::WellKnownSIDs which) {
     switch (which) {
     case QelSID::localAdministrators:
@@ -180,7 +180,9 @@ ExitCode runSid(const Invocation& invocation, const Console& console) {
 
 CommandGroup sidCommands() {
     static constexpr std::array commands{
-        Command{"", "[TEXT]", "Show a security identifier in all forms, and its owner", addSidOptions, runSid},
+        Command{"", "[TEXT]",
+                "Show a security identifier in all forms, with its well-known role or its local principal",
+                addSidOptions, runSid},
     };
     return {"sid", "Security identifiers", commands};
 }

@@ -213,7 +213,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
                [&](std::ostream& out) { printVocabularies(out, listing.vocabularies); });
     for (const std::string& name : listing.restriction)
         if (!listing.found.contains(name))
-            worst = std::max(worst, console.fail(ExitCode::notSo, "no vocabulary '" + name + "'"));
+            worst = std::max(worst, console.fail(ExitCode::negative, "no vocabulary '" + name + "'"));
     return worst;
 }
 
@@ -337,7 +337,7 @@ ExitCode runErase(const Invocation& invocation, const Console& console) {
     QelVocMap map(message.release());
     constexpr std::size_t tooLong = sizeof(QelVocID::name);
     if (name.size() >= tooLong || version.size() >= tooLong || map.erase({name, version}) != 0)
-        return console.fail(ExitCode::notSo, shownName(file) + ": no vocabulary " + name + ' ' + version);
+        return console.fail(ExitCode::negative, shownName(file) + ": no vocabulary " + name + ' ' + version);
     return writeMessage(file, *map.getMessage(), console);
 }
 
@@ -354,7 +354,7 @@ ExitCode runHas(const Invocation& invocation, const Console& console) {
                                                 : QelVocPrototype(message.release()).isFeatureEnabled(parameter);
     if (hasIt)
         return ExitCode::success;
-    return console.fail(ExitCode::notSo, shownName(file) + ": no parameter '" + parameter + "'");
+    return console.fail(ExitCode::negative, shownName(file) + ": no parameter '" + parameter + "'");
 }
 
 } // namespace
@@ -363,7 +363,7 @@ CommandGroup vocCommands() {
     static constexpr std::array commands{
         Command{"list", "FILE...", "List the categories and parameters of vocabularies", addListOptions, runList},
         Command{"merge", "OUT IN...",
-                "Add vocabularies to a file unless it contains them; create the file if it does not exist",
+                "Add the vocabularies that a file does not contain; create the file if it does not exist",
                 addMergeOptions, runMerge},
         Command{"erase", "FILE NAME VERSION", "Remove a vocabulary from a file", nullptr, runErase},
         Command{"has", "FILE PARAMETER", "Check whether a vocabulary has a parameter; the exit status is the result",

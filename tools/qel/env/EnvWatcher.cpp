@@ -55,11 +55,11 @@ std::string differencesOf(std::string_view before, std::string_view after) {
 
 } // namespace
 
-std::vector<EnvChange> EnvWatcher::look(const QelEnvCache::EnvValuesList& list) {
+std::vector<EnvChange> EnvWatcher::poll(const QelEnvCache::EnvValuesList& list) {
     std::vector<EnvChange> changes;
     auto known = m_known.begin();
     const auto forget = [&] {
-        changes.push_back({EnvChange::Kind::went, known->first, known->second.title, ""});
+        changes.push_back({EnvChange::Kind::removed, known->first, known->second.title, ""});
         known = m_known.erase(known);
     };
     // Both sequences are sorted by EID, so a single merge pass finds all differences.
@@ -79,7 +79,7 @@ std::vector<EnvChange> EnvWatcher::look(const QelEnvCache::EnvValuesList& list) 
             known->second = {std::string(content), title};
             ++known;
         } else {
-            changes.push_back({EnvChange::Kind::came, eid, title, ""});
+            changes.push_back({EnvChange::Kind::added, eid, title, ""});
             m_known.emplace_hint(known, eid, Known{std::string(content), title});
         }
     }

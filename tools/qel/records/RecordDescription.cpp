@@ -90,7 +90,7 @@ std::string describeKind(const QelWireCodec& codec) {
     case QelWireKind::map:
         return "map of " + of(codec.key) + " to " + of(codec.item);
     case QelWireKind::step:
-        return codec.item ? "by hand: " + describeKind(*codec.item) : "by hand";
+        return codec.item ? "custom: " + describeKind(*codec.item) : "custom";
     }
     return "";
 }

@@ -24,7 +24,7 @@ public:
             return code;
         m_cursor.reset(m_message->rootIterator());
         if (m_cursor->firstChild() != 0)
-            return console.fail(ExitCode::badInput, shownName(file) + ": an empty message");
+            return console.fail(ExitCode::badInput, shownName(file) + ": empty message");
         clearErrorMessage();
         if (m_cursor->getObj(record, getEmptyID()) != 0)
             return console.fail(ExitCode::badInput, shownName(file) + ": " + getErrorMessage());

@@ -83,7 +83,7 @@ std::string pageOf(const QelRecordType& type, const Neighbours& neighbours) {
     std::ostringstream out;
     out << "# " << name << "\n\nNamespace " << namespaceText(type) << ", type " << typeText(type) << ".\n\n";
     if (!type.layout) {
-        out << "Read and written by hand, without a table.\n";
+        out << "No table; read and written by custom code.\n";
     } else if (type.layout->fields.empty()) {
         out << "No fields.\n";
     } else {
@@ -100,8 +100,8 @@ std::string pageOf(const QelRecordType& type, const Neighbours& neighbours) {
 
 std::string indexPage() {
     std::ostringstream out;
-    out << "# Record types\n\nGenerated from the tables of the records by `qel record reference`.  The page on how to "
-           "add a record explains the terms.\n\n";
+    out << "# Record types\n\nGenerated from the tables of the records by `qel record reference`.  See "
+           "docs/add-a-record.md for the terms.\n\n";
     printRow(out, {"record", "namespace", "type"});
     printRow(out, {"---", "---", "---"});
     for (const QelRecordType& type : recordTypes())
