@@ -104,8 +104,7 @@ ExitCode runMatch(const Invocation& invocation, const Console& console) {
 CommandGroup netCommands() {
     static constexpr std::array commands{
         Command{"match", "DEVICES FILTER",
-                "List the network devices in message DEVICES that match the device in message FILTER; empty fields of "
-                "the filter match any value",
+                "List the devices in DEVICES that match the device in FILTER; empty fields of FILTER match any value",
                 addJsonOption, runMatch},
     };
     return {"net", "Network devices", commands};

@@ -180,8 +180,7 @@ ExitCode runSid(const Invocation& invocation, const Console& console) {
 
 CommandGroup sidCommands() {
     static constexpr std::array commands{
-        Command{"", "[TEXT]",
-                "Show a security identifier in all forms, with its well-known role or its local principal",
+        Command{"", "[TEXT]", "Show all forms of a security identifier, and its well-known role or local principal",
                 addSidOptions, runSid},
     };
     return {"sid", "Security identifiers", commands};
