@@ -165,7 +165,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
         return code;
     std::vector<EnvSummary> envs;
     if (!readSnapshot(*cache, envs))
-        return console.fail(ExitCode::failed, invocation.arguments[0] + ": cannot take a snapshot");
+        return console.fail(ExitCode::failed, invocation.arguments[0] + ": cannot acquire a snapshot");
     if (hasParent)
         envs = isTree ? descendantsOf(parent, envs) : childrenOf(parent, envs);
     Output(invocation, console)
@@ -298,7 +298,7 @@ ExitCode watch(QelEnvCache& cache, std::chrono::nanoseconds interval, const Cons
                 return ExitCode::success;
             const QelEnvCache::EnvValuesListPtr list = cache.getEnvList();
             if (!list)
-                return console.fail(ExitCode::failed, cache.getID() + ": cannot take a snapshot");
+                return console.fail(ExitCode::failed, cache.getID() + ": cannot acquire a snapshot");
             changes = watcher.poll(*list);
         }
         if (!isFirst)
