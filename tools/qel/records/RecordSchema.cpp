@@ -152,7 +152,7 @@ private:
     /// Appends the content of an element with these fields.  The fields of base classes are part of the same
     /// interleave, because xmllint does not support nested interleaves.
     void appendFields(Node parent, std::span<const QelWireField> fields) {
-        if (std::any_of(fields.begin(), fields.end(), holdsAnything)) {
+        if (std::any_of(fields.begin(), fields.end(), acceptsAnything)) {
             appendRef(parent, anythingUntyped);
             return;
         }
@@ -175,7 +175,7 @@ private:
     }
 
     /// True if a field writes a record without a table to the element of its owner.
-    static bool holdsAnything(const QelWireField& field) {
+    static bool acceptsAnything(const QelWireField& field) {
         return field.ownID() == 0 && field.codec->kind != QelWireKind::step && !layoutWithin(field);
     }
 
