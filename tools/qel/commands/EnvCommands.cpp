@@ -105,7 +105,9 @@ ExitCode runPut(const Invocation& invocation, const Console& console) {
 // --- qel env list
 
 void addListOptions(Options& options) {
-    options.add({.name = "parent", .value = "EID", .help = "list only the children of this environment"});
+    options.add({.name = "parent",
+                 .value = "EID",
+                 .help = "list only the children of this environment; with --tree, all its descendants"});
     options.add({.name = "tree", .help = "show the hierarchy as a tree"});
     addJsonOption(options);
 }
