@@ -2,7 +2,7 @@
 //
 //     concurrent-use CACHE
 //
-// Each reader takes one snapshot and repeatedly reads all its environments, without a lock, until both writers have
+// Each reader acquires one snapshot and repeatedly reads all its environments, without a lock, until both writers have
 // finished.  Each writer makes 1,000 changes to its own environment under the file lock.  The program prints the work
 // of each process and how often the process blocked (voluntary context switches).  The exit code is 4 if a held
 // snapshot changed or a change was lost.
@@ -170,7 +170,7 @@ int main(int argc, char** argv) {
     char each = 0;
     for (int count = 0; count < readers; ++count)
         if (::read(ready[0], &each, 1) != 1)
-            return fail("a reader cannot take a snapshot");
+            return fail("a reader cannot acquire a snapshot");
     std::vector<pid_t> writerProcesses;
     for (int writer = 0; writer < writers; ++writer)
         writerProcesses.push_back(start([&, writer] { return runWriter(shared.writer[writer], writer); }));

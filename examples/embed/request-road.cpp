@@ -115,8 +115,8 @@ int serveRequest(const std::string& file, std::string& bytes) {
     const Qel::QelEnvCache::EnvValuesListPtr fresh = cache->getEnvList();
     if (!held || !fresh)
         return -1;
-    std::cout << "a snapshot from before: memory " << memoryIn(held, env.getEID()) << '\n'
-              << "a snapshot from now: memory " << memoryIn(fresh, env.getEID()) << '\n';
+    std::cout << "held snapshot: memory " << memoryIn(held, env.getEID()) << '\n'
+              << "new snapshot: memory " << memoryIn(fresh, env.getEID()) << '\n';
     return publish(makeEvent(env, before), bytes);
 }
 
@@ -142,7 +142,7 @@ int receive(const std::string& bytes) {
         event->data->toInfo(text);
         std::cout << "subscriber: " << text.toString() << '\n';
     }
-    std::cout << "subscriber: it is about " << event->info.getParameterByPath("/env/type") << " "
+    std::cout << "subscriber: the event concerns " << event->info.getParameterByPath("/env/type") << " "
               << event->info.getParameterByPath("/env/eid") << '\n';
     return 0;
 }

@@ -2,8 +2,8 @@
 //
 //     snapshot-reader CACHE EID
 //
-// takes one snapshot of the cache and holds it.  For each line on standard input it prints the environment as seen in
-// the held snapshot and in a new one.
+// acquires one snapshot of the cache and holds it.  For each line on standard input it prints the environment as seen
+// in the held snapshot and in a new one.
 
 #include <cstdio>
 #include <iostream>

@@ -91,7 +91,7 @@ TEST(QelBinaryTest, EnvelopeIsInitiallyUnset) {
     EXPECT_EQ(text, "old");
 }
 
-TEST(QelBinaryTest, EnvelopeReturnsWhatWasSet) {
+TEST(QelBinaryTest, EnvelopeStoresEachField) {
     const Sample message;
     long time = 0;
     std::string text;

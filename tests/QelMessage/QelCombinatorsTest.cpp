@@ -147,7 +147,7 @@ TEST_F(QelReaderListTest, SecondReadAppends) {
     EXPECT_THAT(items, ElementsAre("a", "b", "a", "b"));
 }
 
-TEST_F(QelReaderListTest, BadItemKeepsEarlierOnesAndRestoresTheCursor) {
+TEST_F(QelReaderListTest, MalformedItemKeepsEarlierItemsAndRestoresTheCursor) {
     putItems(*message, {"1", "x", "3"});
     Numbers items;
     EXPECT_EQ(QelReaderList(QelReaderInt(), item, QelReaderOptional)(*message, items), -1);
@@ -212,7 +212,7 @@ TEST_F(QelReaderSetTest, DuplicatesAreDropped) {
     EXPECT_THAT(items, ElementsAre("a", "b"));
 }
 
-TEST_F(QelReaderSetTest, BadItemStopsReading) {
+TEST_F(QelReaderSetTest, MalformedItemStopsReading) {
     putItems(*message, {"2", "x", "1"});
     std::set<int> items;
     EXPECT_EQ(QelReaderSet(QelReaderInt(), item, QelReaderRequired)(*message, items), -1);
@@ -265,7 +265,7 @@ TEST_F(QelReaderMapTest, EntryWithoutKeyOrValueFails) {
     EXPECT_EQ(mapReader()(*message, map), -1);
 }
 
-TEST_F(QelReaderMapTest, BadEntryStopsReading) {
+TEST_F(QelReaderMapTest, MalformedEntryStopsReading) {
     for (const char* const number : {"1", "x", "3"}) {
         message->newChild(item);
         message->putValue(number, key);
@@ -303,7 +303,7 @@ TEST_F(QelReaderMapTest, KeyIsWrittenBeforeTheValue) {
     EXPECT_THAT(childIDs(*message), ElementsAre(key)) << "the value is not written without its key";
 }
 
-TEST_F(QelReaderMapTest, EmptyKeyWriterLeavesTheKeyToTheValue) {
+TEST_F(QelReaderMapTest, EmptyKeyWriterWritesNoKeyElement) {
     const std::map<std::string, int> map{{"a", 1}};
     EXPECT_EQ(QelWriterMap(item, QelWriterEmpty(), QelWriterID(QelWriterInt(), value))(*message, map), 0);
     ASSERT_EQ(message->seek(item), 0);

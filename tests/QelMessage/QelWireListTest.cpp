@@ -88,7 +88,7 @@ TEST_F(QelWireListTest, RequiredListNeedsItemsButARequiredWrapperMayBeEmpty) {
     EXPECT_EQ(read(record), -1);
 }
 
-TEST_F(QelWireListTest, BadItemStopsTheList) {
+TEST_F(QelWireListTest, MalformedItemStopsTheList) {
     for (const char* const number : {"1", "x", "3"})
         message.putValue(std::string(number), 1029);
     RequiredLists record;

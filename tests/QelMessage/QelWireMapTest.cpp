@@ -73,7 +73,7 @@ TEST_F(QelWireMapTest, FirstEntryOfAKeyWins) {
     EXPECT_THAT(list.amounts, ElementsAre(Pair("adult", 9)));
 }
 
-TEST_F(QelWireMapTest, BadEntryStopsTheMap) {
+TEST_F(QelWireMapTest, MalformedEntryStopsTheMap) {
     for (const char* const price : {"1", "x", "3"}) {
         message.newChild(1307);
         message.putValue(std::string(price), 1240);

@@ -242,7 +242,7 @@ TEST_F(QelWireTableTest, FailureStopsReadingInReadingOrder) {
     EXPECT_EQ(record.first, 0) << "1010 is read last";
 }
 
-TEST_F(QelWireTableTest, BadItemFailsAndKeepsEarlierItems) {
+TEST_F(QelWireTableTest, MalformedItemFailsAndKeepsEarlierItems) {
     ASSERT_EQ(write(filled()), 0);
     message.putValue("x", 1029);
     Whole whole;

@@ -84,7 +84,7 @@ TEST_F(QelBackupOperationStuffTest, UnwritableConnectionFails) {
     EXPECT_EQ(write(stuff), -1);
 }
 
-TEST_F(QelBackupOperationStuffTest, ChainIsLongFromMaximumLengthOn) {
+TEST_F(QelBackupOperationStuffTest, ChainOfMaximumLengthIsLong) {
     EXPECT_TRUE(withLength(4).longChain(5));
     EXPECT_TRUE(withLength(5).longChain(5));
     EXPECT_FALSE(withLength(6).longChain(5));

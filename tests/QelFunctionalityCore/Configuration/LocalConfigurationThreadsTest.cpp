@@ -47,7 +47,7 @@ private:
     std::vector<std::thread> m_threads;
 };
 
-TEST_F(LocalConfigurationThreadsTest, EveryConfigurationReadIsOneThatWasSet) {
+TEST_F(LocalConfigurationThreadsTest, ReadsReturnOnlyConfigurationsThatWereSet) {
     const std::array configurations{configurationOf(localEID), configurationOf(masterEID)};
     std::atomic<int> strangers{0};
     QelConfiguration::setLocalConfig(configurations[0].getMessage());

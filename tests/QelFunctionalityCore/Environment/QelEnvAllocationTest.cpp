@@ -29,7 +29,7 @@ TEST(QelEnvAllocationTest, CountIncludesProgramAndLibraries) {
     EXPECT_GE(allocationsOf([] { static_cast<void>(QelEnv()); }), 4U);
 }
 
-TEST(QelEnvAllocationTest, IdentityAllocationsDoNotDependOnConfigurations) {
+TEST(QelEnvAllocationTest, ReadingIdentityAllocatesIndependentlyOfConfigurations) {
     const auto readIdentity = [](const boost::shared_ptr<QelEnvCoreBasic>& record) {
         return allocationsOf([&] {
             const QelEnv env(record);

@@ -134,7 +134,7 @@ TEST(QelEnvConfigListTest, SearchDomainsAndChildTypesAreSets) {
     EXPECT_THAT(set.get(), ElementsAre("ct", "vm"));
 }
 
-TEST(QelEnvConfigListTest, SingleEmptyStringIsEmptySetButOneAmongOthersIsItem) {
+TEST(QelEnvConfigListTest, EmptyStringIsAnItemUnlessItIsAlone) {
     QelStringSetOptionalProperty set;
     EXPECT_EQ(ListElement(searchDomains, {""}).config().getSearchDomains(set), 0);
     EXPECT_TRUE(set.isSpecified());

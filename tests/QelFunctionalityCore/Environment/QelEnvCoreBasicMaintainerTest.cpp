@@ -159,7 +159,7 @@ TEST(QelEnvCoreBasicMaintainerTest, CopyHasRecordWithoutUnsavedChanges) {
     EXPECT_EQ(valueBy(*original.m_config, &QelEnvConfig::getName), "changed");
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, CopyOfOneWithoutRecordHasNone) {
+TEST(QelEnvCoreBasicMaintainerTest, CopyOfMaintainerWithoutRecordHasNoRecord) {
     Maintainer without;
     without.m_core.reset();
     EXPECT_EQ(Maintainer(without).m_core, nullptr);
@@ -275,7 +275,7 @@ TEST(QelEnvCoreBasicMaintainerTest, DirtyHalvesWithoutTreesAreEmpty) {
     expectClean(maintainer);
 }
 
-TEST(QelEnvCoreBasicMaintainerTest, ReplacedConfigurationBringsItsOwnBytes) {
+TEST(QelEnvCoreBasicMaintainerTest, ReplacementConfigurationIsCopiedFromItsOwnRecord) {
     Maintainer maintainer(namedRecord("base", "virtual"));
     maintainer.m_config.reset(new QelEnvConfig(namedRecord("replaced", "ignored"), EnvConfigType::base));
     maintainer.vconfigDirty = true;

@@ -103,7 +103,7 @@ std::string typeBy(const char* base, const char* virtualised) {
     return read;
 }
 
-TEST(QelEnvFunctorsTest, TypeIsFromVirtualElseBaseConfigurationElseGeneric) {
+TEST(QelEnvFunctorsTest, TypeFallsBackFromVirtualToBaseConfigurationToGeneric) {
     EXPECT_EQ(typeBy("b", "v"), "v");
     EXPECT_EQ(typeBy("b", nullptr), "b");
     EXPECT_EQ(typeBy(nullptr, "v"), "v");
@@ -217,7 +217,7 @@ TEST(QelEnvFunctorsTest, WritesEidsStatusAlertLevelsAndConfigurations) {
     cursor.seekUp();
 }
 
-TEST(QelEnvFunctorsTest, EachPartIsInNamespaceCurrentWhenWritten) {
+TEST(QelEnvFunctorsTest, StatusClearsTheNamespaceForAlertLevels) {
     const TestMessage message;
     ASSERT_EQ(message.cursor().putObj(QelEnv(), environment), 0);
     const QelMessageIterator& cursor = message.cursor();

@@ -125,7 +125,7 @@ TEST(QelFileFilterTest, ReadingPrefersNameThenNumberThenRange) {
     EXPECT_EQ(byName.uid, 0);
 }
 
-TEST(QelFileFilterTest, HalfRangeIsIgnored) {
+TEST(QelFileFilterTest, RangeWithOneBoundIsIgnored) {
     for (const int half : {userFrom, userTo, groupFrom, groupTo}) {
         const TestTree tree;
         tree->putValue(100, half);

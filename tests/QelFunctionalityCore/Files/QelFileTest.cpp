@@ -185,7 +185,7 @@ TEST_F(QelFileTest, OtherNegativeOffsetsNeitherAppendNorTruncate) {
     }
 }
 
-TEST_F(QelFileTest, NewFileHasRequestedModeWhateverUmask) {
+TEST_F(QelFileTest, NewFileHasRequestedModeRegardlessOfUmask) {
     const mode_t before = umask(077);
     QelFile plain;
     QelFile special;

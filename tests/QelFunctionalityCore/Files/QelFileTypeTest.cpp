@@ -131,7 +131,7 @@ TEST(QelFileTypeTest, FileTreeSurvivesRoundTrip) {
     EXPECT_THAT(read.values, ElementsAre(-1, 1LL << 40U));
 }
 
-TEST(QelFileTypeTest, BadValueEndsValueListButNotReading) {
+TEST(QelFileTypeTest, MalformedValueEndsValueListButNotReading) {
     const TestTree tree;
     writeTo(tree, *named("x"));
     tree->putValue(5, value);

@@ -105,7 +105,7 @@ protected:
     TempFolder folder;
 };
 
-TEST_F(QelFileUploadFromFileTest, UnknownSizeIsReadByConstructor) {
+TEST_F(QelFileUploadFromFileTest, ConstructorReadsUnknownSize) {
     folder.write("a", "hello");
     EXPECT_EQ(QelFileUploadFromFile(source(), "/there", unknown, 0).size, 5);
     EXPECT_EQ(QelFileUploadFromFile(source(), "/there", unknown, 2).size, 3);
@@ -235,7 +235,7 @@ TEST_F(QelFileUploadFromFileTest, DescriptorIsIgnored) {
     EXPECT_EQ(getErrorMessage(), "Cannot open src file \"\": No such file or directory [2]");
 }
 
-TEST_F(QelFileUploadFromFileTest, UnknownSizeReadsNothing) {
+TEST_F(QelFileUploadFromFileTest, UploadOfUnknownSizeReadsNothing) {
     QelFileUploadFromFile upload(source(), "/there", unknown, 0);
     folder.write("a", "hello");
     ASSERT_EQ(upload.start(), 0);

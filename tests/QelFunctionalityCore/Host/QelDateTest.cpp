@@ -61,7 +61,7 @@ TEST(QelTimeZoneTest, RequiresBothStrings) {
     EXPECT_EQ(message.cursor().getObj(read, 0), -1);
 }
 
-TEST(QelTimeZoneTest, ReaderFailsOnMinusOneOnly) {
+TEST(QelTimeZoneTest, ReaderFailsOnlyIfFieldReturnsMinusOne) {
     const TestMessage message;
     const ScriptedCursor otherFailure(message.cursor(), fails(ScriptedCursor::Operation::get, {}, -2));
     QelTimeZone read;

@@ -86,7 +86,7 @@ TEST(QelStatisticsTest, CpuLoadRequiresAllNumbers) {
     expectRequired(QelCPULoad(), {1044, 1025, 1045, 1046});
 }
 
-TEST(QelStatisticsTest, CpuLoadReaderFailsOnMinusOneOnly) {
+TEST(QelStatisticsTest, CpuLoadReaderFailsOnlyIfFieldReturnsMinusOne) {
     const TestMessage message;
     const ScriptedCursor otherFailure(message.cursor(), fails(ScriptedCursor::Operation::get, {}, -2));
     QelCPULoad read;

@@ -86,7 +86,7 @@ TEST_F(QelRowSetTest, EmptyRowEndsRows) {
     EXPECT_EQ(set.count, 3) << "later fields are read";
 }
 
-TEST_F(QelRowSetTest, StringHidesChildren) {
+TEST_F(QelRowSetTest, ChildrenOfNamedColumnAreIgnored) {
     message.newChild(1082);
     put(1026, "name");
     putColumn("child");

@@ -70,7 +70,7 @@ TEST_F(QelSchedulerPeriodDurationTest, ReturnsEndWithoutRunsLeft) {
     EXPECT_EQ(period.getNextRunTime(310), 310);
 }
 
-TEST_F(QelSchedulerPeriodDurationTest, ReturnsEndEvenAfterIt) {
+TEST_F(QelSchedulerPeriodDurationTest, ReturnsEndEvenIfItHasPassed) {
     EXPECT_EQ(period.getNextRunTime(311), 310);
     EXPECT_EQ(period.getNextRunTime(lastTime), 310);
 }

@@ -71,7 +71,7 @@ TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, SkipsMonthsNotInSet) {
               runAt(at(2024, 12, 1, 3)));
 }
 
-TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, EndOnlyCountsOnceItHasPassed) {
+TEST_P(QelSchedulerMonthlyDayOfWeekTriggerTest, EndAppliesToTheGivenTimeAndNotToTheRun) {
     const long end = start(2024, 1, 3);
     const QelSchedulerMonthlyDayOfWeekTrigger trigger = nth({monday}, {2}, allMonths, start(2024, 1, 1, 3), end);
     EXPECT_EQ(nextRun(trigger, end), runAt(at(2024, 1, 8, 3))) << "after the end";

@@ -80,7 +80,7 @@ TEST_P(QelSchedulerWeeklyTriggerTest, RunsOutOfRangeAreNoRuns) {
     EXPECT_EQ(nextRun(weekly(1, {1}, last), last - 1), noMoreRuns);
 }
 
-TEST_P(QelSchedulerWeeklyTriggerTest, InvalidDayIsInNextWeek) {
+TEST_P(QelSchedulerWeeklyTriggerTest, InvalidDayRunsInNextWeek) {
     EXPECT_EQ(nextRun(weekly(2, {8}, start), start), runAt(utc(2024, 1, 8, 10)));
 }
 

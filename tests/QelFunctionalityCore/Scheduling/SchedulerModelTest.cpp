@@ -139,7 +139,7 @@ private:
 
 INSTANTIATE_TEST_SUITE_P(Zones, SchedulerModelTest, testing::ValuesIn(testZones), zoneTestName);
 
-TEST_P(SchedulerModelTest, Once) {
+TEST_P(SchedulerModelTest, SingleRunMatchesTheModel) {
     compare({}, [this] {
         const QelSchedulerOnceTrigger trigger(someStart(), someEnd(1'000'000'000));
         const long now = someNow(trigger.start);
@@ -153,7 +153,7 @@ TEST_P(SchedulerModelTest, Once) {
 constexpr const char* startComesFirst = "a start in the future is the first run, regardless of week day and end";
 constexpr const char* clocksChange = "days are 86400 seconds, even across a daylight saving change";
 
-TEST_P(SchedulerModelTest, Daily) {
+TEST_P(SchedulerModelTest, DailyRunsMatchTheModel) {
     std::set<std::string_view> deviations{startComesFirst};
     if (GetParam().hasSummerTime)
         deviations.insert(clocksChange);
@@ -195,7 +195,7 @@ TEST_P(SchedulerModelTest, Daily) {
 
 // --- Weekly
 
-TEST_P(SchedulerModelTest, Weekly) {
+TEST_P(SchedulerModelTest, WeeklyRunsMatchTheModel) {
     compare({}, [this] {
         QelSchedulerWeeklyTrigger trigger(someStart(), qelNoTime);
         trigger.end = someEnd(trigger.start);
@@ -263,7 +263,7 @@ const char* monthlyDeviation(const QelSchedulerMonthlyTrigger& trigger, long now
     return trigger.end != qelNoTime && trigger.end < orNoTime(run) && month == first ? noEnd : none;
 }
 
-TEST_P(SchedulerModelTest, Monthly) {
+TEST_P(SchedulerModelTest, MonthlyRunsMatchTheModel) {
     std::set<std::string_view> deviations{noDay, twiceLast, wholeMonth, noEnd, yearsLater, otherMonth};
     if (GetParam().hasSummerTime)
         deviations.insert(lateHour);
@@ -296,7 +296,7 @@ bool considersMonthWithout(const IsDay& isDay, long from, const std::set<int>& m
     return (months.contains(first.month) && !hasDay(first, isDay)) || !hasDay(monthAfter(first, months), isDay);
 }
 
-TEST_P(SchedulerModelTest, MonthlyDayOfWeek) {
+TEST_P(SchedulerModelTest, MonthlyDayOfWeekRunsMatchTheModel) {
     std::set<std::string_view> deviations{noDay, restDiscarded, endPassed};
     if (GetParam().hasSummerTime)
         deviations.insert(lateHour);

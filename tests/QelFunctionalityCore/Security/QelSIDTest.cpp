@@ -251,7 +251,7 @@ TEST(QelLocalSIDTest, AuthorityEncodesType) {
     EXPECT_EQ(text(static_cast<QelLocalSID::PrincipalType>(9)), "S-1-0-0");
 }
 
-TEST(QelLocalSIDTest, DecodesWhatItEncoded) {
+TEST(QelLocalSIDTest, RoundTripsThroughSID) {
     for (const auto type : {QelLocalSID::type1, QelLocalSID::type2, QelLocalSID::type3, QelLocalSID::type4}) {
         const QelLocalSID back(QelLocalSID(7, type, masterEID).getSID());
         EXPECT_EQ(back.type, type);

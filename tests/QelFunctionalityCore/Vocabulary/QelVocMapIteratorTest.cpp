@@ -87,7 +87,7 @@ TEST_F(QelVocMapIteratorTest, SkipsVocabulariesWithoutIdentity) {
     EXPECT_EQ(again.seekParameter("hidden"), -1);
 }
 
-TEST_F(QelVocMapIteratorTest, LastVocabularyWithEqualIdentityCounts) {
+TEST_F(QelVocMapIteratorTest, LastOfVocabulariesWithEqualIdentityIsVisited) {
     putVocabulary(message.cursor(), {"base", "1", {}, {{"later"}}});
     QelVocMapIterator again(message.get());
     EXPECT_THAT(vocabulariesOf(again), ElementsAre("base 1", "empty 1", "net 1", "net 2"));

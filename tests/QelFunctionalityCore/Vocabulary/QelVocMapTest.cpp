@@ -239,7 +239,7 @@ TEST_F(QelVocMapTest, RestrictionSelectsVocabulariesByName) {
     EXPECT_THAT(shown(map), ElementsAre("a 1", "b 1", "b 2"));
 }
 
-TEST_F(QelVocMapTest, UnknownNamesAreIgnoredAndAloneRemoveRestriction) {
+TEST_F(QelVocMapTest, UnknownNamesAreIgnoredAndRestrictionToThemSelectsEverything) {
     EXPECT_EQ(map.setRestrictVocSet({"a", "none"}), 0);
     EXPECT_THAT(shown(map), ElementsAre("a 1"));
     EXPECT_EQ(map.setRestrictVocSet({"none"}), 0);

@@ -158,7 +158,7 @@ TEST(CacheFileCheckerTest, ReportsSizeThatIsNotAMultipleOfEight) {
     expectOnly(file, isFinding(FindingKind::fileLength, 12, "not a multiple of 8"));
 }
 
-TEST(CacheFileCheckerTest, ReportsWrongCounter) {
+TEST(CacheFileCheckerTest, ReportsWrongNumberOfBytesInUse) {
     SampleCacheFile file;
     const std::uint32_t used = file.word(8);
     file.set(8, used + 8);
@@ -166,7 +166,7 @@ TEST(CacheFileCheckerTest, ReportsWrongCounter) {
                                "ttlAllocated is " + std::to_string(used + 8) + ", but " + std::to_string(used)));
 }
 
-TEST(CacheFileCheckerTest, ReportsCounterOfZeroAsUnformatted) {
+TEST(CacheFileCheckerTest, ReportsZeroBytesInUseAsUnformatted) {
     SampleCacheFile file;
     file.set(8, 0);
     expectOnly(file, isFinding(FindingKind::unformatted, 8, "would format the file again"));

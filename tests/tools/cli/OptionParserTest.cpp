@@ -49,7 +49,7 @@ TEST_F(OptionParserTest, OmittedOptionHasDefault) {
     EXPECT_EQ(invocation.real("rate"), 0.5);
 }
 
-TEST_F(OptionParserTest, ListTakesOneValuePerOptionAndWordsTakeAllFollowing) {
+TEST_F(OptionParserTest, TextsHoldOneWordPerOccurrenceAndWordsHoldAllFollowingWords) {
     EXPECT_EQ(parse({"file", "--texts", "a", "other", "--texts=b", "--words", "c", "d"}), std::nullopt);
     EXPECT_THAT(invocation.strings("texts"), ElementsAre("a", "b"));
     EXPECT_THAT(invocation.strings("words"), ElementsAre("c", "d"));

@@ -68,7 +68,7 @@ TEST_F(EventCommandsTest, ShowRendersPayload) {
                                            "payload text\n"));
 }
 
-TEST_F(EventCommandsTest, ShowTakesTitlesFromCache) {
+TEST_F(EventCommandsTest, ShowReadsTitlesFromCache) {
     const std::string cache = path("environments.cache");
     ASSERT_EQ(runTool({"env", "put", cache, QEL_EXAMPLES "/messages/virtual-machines.xml"}).code, ExitCode::success);
     EXPECT_THAT(show("resource-alert", {"--cache", cache}), HasSubstr("red alert on environment database current"));
@@ -229,7 +229,7 @@ TEST_F(EventCommandsTest, RewriteReproducesExamples) {
     }
 }
 
-TEST_F(EventCommandsTest, ProgressTakesOmittedFieldsFromMessage) {
+TEST_F(EventCommandsTest, ProgressReadsOmittedFieldsFromMessage) {
     const std::string out = output({"record", "rewrite", "QelRequestProgressData", example("request-progress")});
     EXPECT_THAT(out, HasSubstr(">change-7/move-1</id>"));
     EXPECT_THAT(out, HasSubstr(">change-7</parent_id>"));

@@ -179,7 +179,7 @@ TEST_F(HostCollectorTest, ReadsProcessesWithUnusualNames) {
 }
 
 TEST_F(HostCollectorTest, OmitsArgumentsByDefault) {
-    HostCollector reserved(HostCollector::Arguments::leftOut, path(""));
+    HostCollector reserved(HostCollector::Arguments::omitted, path(""));
     std::filesystem::remove(path("proc/1/cmdline"));
     const auto processes = reserved.collect().processes;
     ASSERT_TRUE(processes.has_value());

@@ -97,7 +97,7 @@ TEST_F(RecordCommandsTest, EveryTypeCanBeDescribed) {
 
 TEST_F(RecordCommandsTest, DescribeReportsTypeWithoutTable) {
     EXPECT_EQ(runTool({"record", "describe", "QelEID"}).out,
-              "QelEID, namespace -, type -\nNo field table; read and written by custom code.\n");
+              "QelEID, namespace -, type -\nNo table; read and written by custom code.\n");
 }
 
 TEST_F(RecordCommandsTest, UnknownTypeIsReported) {

@@ -39,7 +39,7 @@ TEST(EnvTreeTest, EnvironmentWithoutParentIsRoot) {
     EXPECT_THAT(treeOf({summary(1, 9), summary(2, 1), summary(3, 8)}), ElementsAre("t1", "└─ t2", "t3"));
 }
 
-TEST(EnvTreeTest, BranchesContinuePastNestedOnes) {
+TEST(EnvTreeTest, BranchesContinueAfterNestedBranches) {
     EXPECT_THAT(treeOf({summary(1, 9), summary(2, 1), summary(3, 2), summary(4, 1), summary(5, 4)}),
                 ElementsAre("t1", "├─ t2", "│  └─ t3", "└─ t4", "   └─ t5"));
 }

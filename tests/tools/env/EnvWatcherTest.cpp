@@ -27,7 +27,7 @@ protected:
         ASSERT_EQ(run.code, ExitCode::success) << run.err;
     }
 
-    std::vector<EnvChange> look() { return watcher.look(*cache->getEnvList()); }
+    std::vector<EnvChange> poll() { return watcher.poll(*cache->getEnvList()); }
 
     static auto isChange(EnvChange::Kind kind, unsigned number, const std::string& title,
                          const std::string& parts = "") {
@@ -47,39 +47,39 @@ protected:
 };
 
 TEST_F(EnvWatcherTest, EmptyCacheHasNoChanges) {
-    EXPECT_THAT(look(), IsEmpty());
+    EXPECT_THAT(poll(), IsEmpty());
 }
 
-TEST_F(EnvWatcherTest, FirstLookReportsAllEnvironmentsAsNew) {
+TEST_F(EnvWatcherTest, FirstPollReportsAllEnvironmentsAsAdded) {
     put(env(2, "b") + env(1, "a"));
-    EXPECT_THAT(look(), ElementsAre(isChange(Kind::added, 1, "a"), isChange(Kind::added, 2, "b")));
-    EXPECT_THAT(look(), IsEmpty());
+    EXPECT_THAT(poll(), ElementsAre(isChange(Kind::added, 1, "a"), isChange(Kind::added, 2, "b")));
+    EXPECT_THAT(poll(), IsEmpty());
 }
 
 TEST_F(EnvWatcherTest, ReportsAddedChangedAndRemovedEnvironmentsInOrder) {
     put(env(1, "a") + env(3, "c") + env(5, "e"));
-    (void)look();
+    (void)poll();
     put(env(2, "b") + env(3, "c", 7));
     (void)runTool({"env", "remove", path("cache"), SampleEnvs::eid(1), SampleEnvs::eid(5)});
-    EXPECT_THAT(look(), ElementsAre(isChange(Kind::removed, 1, "a"), isChange(Kind::added, 2, "b"),
+    EXPECT_THAT(poll(), ElementsAre(isChange(Kind::removed, 1, "a"), isChange(Kind::added, 2, "b"),
                                     isChange(Kind::changed, 3, "c", "status"), isChange(Kind::removed, 5, "e")));
-    EXPECT_THAT(look(), IsEmpty());
+    EXPECT_THAT(poll(), IsEmpty());
 }
 
 TEST_F(EnvWatcherTest, UpdateWithoutChangeIsNotReported) {
     put(env(1, "a"));
-    (void)look();
+    (void)poll();
     put(env(1, "a"));
-    EXPECT_THAT(look(), IsEmpty());
+    EXPECT_THAT(poll(), IsEmpty());
 }
 
 TEST_F(EnvWatcherTest, ReportsChangedParts) {
     put(env(1, "a"));
-    (void)look();
+    (void)poll();
     put(env(1, "a", 1, 8));
-    EXPECT_THAT(look(), ElementsAre(isChange(Kind::changed, 1, "a", "parent")));
+    EXPECT_THAT(poll(), ElementsAre(isChange(Kind::changed, 1, "a", "parent")));
     put(env(1, "b", 1, 8));
-    EXPECT_THAT(look(), ElementsAre(isChange(Kind::changed, 1, "b", "virtual configuration")));
+    EXPECT_THAT(poll(), ElementsAre(isChange(Kind::changed, 1, "b", "virtual configuration")));
 
     QelEID eid;
     ASSERT_EQ(eid.fromString(SampleEnvs::eid(1).c_str()), 0);
@@ -87,12 +87,12 @@ TEST_F(EnvWatcherTest, ReportsChangedParts) {
     changed->setStatus({5, 6});
     changed->setAlertType(QelAlertReason{4}, QelAlertType::black);
     ASSERT_EQ(cache->update(*changed), 0);
-    EXPECT_THAT(look(), ElementsAre(isChange(Kind::changed, 1, "b", "status, alerts")));
+    EXPECT_THAT(poll(), ElementsAre(isChange(Kind::changed, 1, "b", "status, alerts")));
 }
 
-TEST_F(EnvWatcherTest, HoldsNoSnapshotBetweenCalls) {
+TEST_F(EnvWatcherTest, HoldsNoSnapshotBetweenPolls) {
     put(env(1, "a"));
-    (void)look();
+    (void)poll();
     EXPECT_THAT(runTool({"cache", "info", path("cache")}).out, testing::ContainsRegex("snapshot references +1\n"));
 }
 

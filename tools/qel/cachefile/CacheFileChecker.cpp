@@ -34,7 +34,7 @@ bool fits(const CacheBlock& block, std::uint64_t length) {
 
 /// True if the allocator would return a block of this length for a request of `length` bytes.  For a damaged block only
 /// an upper limit of its length is known.
-bool isMadeFor(const CacheBlock& block, std::uint64_t length) {
+bool isAllocatedFor(const CacheBlock& block, std::uint64_t length) {
     if (block.damaged)
         return fits(block, length);
     return fits(block, length) && block.dataLength() - length < Block::unit + Block::mostSpareBytes;
@@ -140,7 +140,7 @@ void Checker::checkCurrentSnapshot() {
     if (snapshot.refCount < 1 || snapshot.refCount > greatestRefCount)
         report(block->data() + Snapshot::refCount, FindingKind::snapshotRefCount,
                "the current snapshot's reference count is " + std::to_string(snapshot.refCount));
-    if (!isMadeFor(*block, snapshot.length())) {
+    if (!isAllocatedFor(*block, snapshot.length())) {
         report(block->data() + Snapshot::count, FindingKind::snapshotSize,
                std::to_string(snapshot.count) + " entries and " + std::to_string(snapshot.reserved) +
                    " free slots do not match the snapshot's block of " + std::to_string(block->length) + " bytes");
@@ -232,7 +232,7 @@ void Checker::checkRecord(const CacheBlock& block) {
     }
     const std::uint32_t configSize = m_bytes.word(block.data() + Record::configSize);
     const std::uint32_t vconfigSize = m_bytes.word(block.data() + Record::vconfigSize);
-    if (!isMadeFor(block, std::uint64_t{Record::declaredLength} + configSize + vconfigSize))
+    if (!isAllocatedFor(block, std::uint64_t{Record::declaredLength} + configSize + vconfigSize))
         report(block.data() + Record::configSize, FindingKind::recordLength,
                "configurations of " + std::to_string(configSize) + " and " + std::to_string(vconfigSize) +
                    " bytes do not match the record's block of " + std::to_string(block.length) + " bytes");
@@ -255,13 +255,13 @@ void Checker::checkRecordType(const CacheBlock& block) {
         report(offset, FindingKind::recordType, "the record's type is not padded with zeros");
 }
 
-/// True if a used block is a valid snapshot with readers.  A record does not pass for one: it has its parent's key
-/// where a snapshot has its counts, and these would have to match the block's length.
+/// True if a used block is a valid snapshot with readers.  A record is not mistaken for one: the bytes of its parent's
+/// key, read as the counts of a snapshot, would have to match the block's length.
 bool Checker::looksHeld(CacheBlock& block) {
     if (block.use != BlockUse::unknown || block.damaged || !m_heap.isComplete(block) || !fits(block, Snapshot::entries))
         return false;
     const SnapshotView snapshot = view(block);
-    if (snapshot.refCount < 1 || snapshot.refCount > greatestRefCount || !isMadeFor(block, snapshot.length()) ||
+    if (snapshot.refCount < 1 || snapshot.refCount > greatestRefCount || !isAllocatedFor(block, snapshot.length()) ||
         !keysAscend(snapshot))
         return false;
     for (std::uint32_t i = 0; i < snapshot.count; ++i) {

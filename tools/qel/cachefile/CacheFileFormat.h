@@ -76,7 +76,8 @@ inline constexpr Offset blocks = 4; ///< length in units, head included
 inline constexpr std::uint32_t head = 8;
 inline constexpr std::uint32_t unit = 8;
 inline constexpr std::uint32_t leastLength = 16; ///< a head and at least one unit of data
-/// On top of the rounding to units: the allocator hands out a whole block rather than split off a single unit.
+/// The most bytes by which a block exceeds the request rounded up to units: the allocator does not split off a single
+/// unit.
 inline constexpr std::uint32_t mostSpareBytes = 8;
 } // namespace Block
 

@@ -95,7 +95,7 @@ std::string_view adviceOn(const Finding& finding) {
     return "stop the processes that use the file, then remove it; the next process creates a new file";
 }
 
-bool makesListingWrong(const Finding& finding) {
+bool affectsListing(const Finding& finding) {
     switch (classOf(finding)) {
     case FindingClass::harmlessLeak:
         return false;

@@ -58,7 +58,7 @@ enum class FindingClass : std::uint8_t {
 [[nodiscard]] std::string_view adviceOn(const Finding& finding);
 
 /// True if environments may be listed wrongly, either now or after a record whose count is too low has been freed.
-[[nodiscard]] bool makesListingWrong(const Finding& finding);
+[[nodiscard]] bool affectsListing(const Finding& finding);
 
 using Findings = std::vector<Finding>;
 

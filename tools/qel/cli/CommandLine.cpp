@@ -121,7 +121,7 @@ ExitCode runCommand(const CommandGroup& group, const Command& command, const Wor
         return failUsage(console, *error, self);
     if (const ExitCode code = saveOptions(given, console); code != ExitCode::success)
         return code;
-    optionsLock.release(); // the command may run for long, or lock this file itself
+    optionsLock.release(); // the command may run for a long time, or lock this file itself
     if (const ExitCode code = applyLogSettings(invocation, console); code != ExitCode::success)
         return code;
     return command.run(invocation, console);
@@ -182,7 +182,7 @@ bool hasLostReader() {
     return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
 }
 
-ExitCode runWithinMemory(const std::vector<std::string>& arguments, const Console& console) {
+ExitCode runReportingOutOfMemory(const std::vector<std::string>& arguments, const Console& console) {
     try {
         return runTool(arguments, console);
     } catch (const std::bad_alloc&) {
@@ -193,7 +193,7 @@ ExitCode runWithinMemory(const std::vector<std::string>& arguments, const Consol
 } // namespace
 
 ExitCode runCommandLine(const std::vector<std::string>& arguments, const Console& console) {
-    const ExitCode code = runWithinMemory(arguments, console);
+    const ExitCode code = runReportingOutOfMemory(arguments, console);
     console.out.flush();
     if (console.out)
         return code;

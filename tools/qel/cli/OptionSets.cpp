@@ -44,7 +44,7 @@ void addOptionSetOptions(Options& options) {
 ExitCode lockOptions(const OptionSet& given, QelFileLock& lock, const Console& console) {
     const std::string* const loaded = valueOf(given, loadOption);
     const std::string* const saved = valueOf(given, saveOption);
-    if (!loaded || !saved || !areOneFile(*loaded, *saved))
+    if (!loaded || !saved || !areSameFile(*loaded, *saved))
         return ExitCode::success;
     return lockFile(*saved, lock, console);
 }

@@ -63,7 +63,7 @@ public:
         else
             printText(m_out);
     }
-    /// Prints a result that is one of many or small; JSON takes one line.
+    /// Prints one of many results, or a small result; JSON is printed on one line.
     template <class MakeJson, class PrintText>
     void printLine(const MakeJson& makeJson, const PrintText& printText) const {
         if (m_isJson)
@@ -71,7 +71,8 @@ public:
         else
             printText(m_out);
     }
-    /// Prints a part that only text has, such as a table of results that JSON has line by line.
+    /// Prints a part of the text output that JSON does not have, such as the table of results that JSON prints one by
+    /// one.
     template <class PrintText> void printTextOnly(const PrintText& printText) const {
         if (!m_isJson)
             printText(m_out);

@@ -71,7 +71,7 @@ const char* findPathError(const std::string& path) {
     return nullptr;
 }
 
-ExitCode readOrStart(const std::string& file, QelMessage& message, const Console& console) {
+ExitCode readOrCreate(const std::string& file, QelMessage& message, const Console& console) {
     if (!isMissing(file))
         return readConfiguration(file, message, console);
     const Cursor cursor(message.rootIterator());
@@ -89,7 +89,7 @@ ExitCode runSet(const Invocation& invocation, const Console& console) {
     if (const ExitCode code = lockFile(file, lock, console); code != ExitCode::success)
         return code;
     auto_destroy<QelMessage> message(new QelBinary);
-    if (const ExitCode code = readOrStart(file, *message, console); code != ExitCode::success)
+    if (const ExitCode code = readOrCreate(file, *message, console); code != ExitCode::success)
         return code;
     QelConfigurationIterator at(message.release());
     // Absolute and relative paths both start at the data element, the initial position of the iterator.

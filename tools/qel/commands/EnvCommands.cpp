@@ -42,14 +42,14 @@ ExitCode parseEID(const std::string& string, const Console& console, QelEID& eid
 /// which case the other operation is tried.
 int store(QelEnvCache& cache, const QelEnv& env, const char*& done) {
     constexpr int attempts = 100;
-    bool isThere = cache.getEnvCopy(env.getEID()) != nullptr;
+    bool exists = cache.getEnvCopy(env.getEID()) != nullptr;
     int result = 0;
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        result = isThere ? cache.update(env) : cache.insert(env);
-        done = isThere ? "updated" : "inserted";
-        if (result != (isThere ? cacheKeyMissing : cacheKeyExists))
+        result = exists ? cache.update(env) : cache.insert(env);
+        done = exists ? "updated" : "inserted";
+        if (result != (exists ? cacheKeyMissing : cacheKeyExists))
             break;
-        isThere = !isThere;
+        exists = !exists;
     }
     return result;
 }
@@ -105,7 +105,9 @@ ExitCode runPut(const Invocation& invocation, const Console& console) {
 // --- qel env list
 
 void addListOptions(Options& options) {
-    options.add({.name = "parent", .value = "EID", .help = "list only the children of this environment"});
+    options.add({.name = "parent",
+                 .value = "EID",
+                 .help = "list only the children of this environment; with --tree, all its descendants"});
     options.add({.name = "tree", .help = "show the hierarchy as a tree"});
     addJsonOption(options);
 }
@@ -165,7 +167,7 @@ ExitCode runList(const Invocation& invocation, const Console& console) {
         return code;
     std::vector<EnvSummary> envs;
     if (!readSnapshot(*cache, envs))
-        return console.fail(ExitCode::failed, invocation.arguments[0] + ": cannot take a snapshot");
+        return console.fail(ExitCode::failed, invocation.arguments[0] + ": cannot acquire a snapshot");
     if (hasParent)
         envs = isTree ? descendantsOf(parent, envs) : childrenOf(parent, envs);
     Output(invocation, console)
@@ -236,18 +238,18 @@ ExitCode runRemove(const Invocation& invocation, const Console& console) {
     if (worst != ExitCode::success)
         return worst;
     for (const QelEID& eid : eids) {
-        bool wasThere = false;
+        bool existed = false;
         int result = 0;
         {
             const SignalGuard guard;
-            wasThere = cache->getEnvCopy(eid) != nullptr;
+            existed = cache->getEnvCopy(eid) != nullptr;
             result = cache->remove(eid);
         }
         // A missing key means that another process removed the environment after the lookup.
         if (result != 0 && result != cacheKeyMissing)
             worst = console.fail(ExitCode::failed, eid.toString() + ": " + describeCacheResult(result));
         else
-            console.out << (wasThere ? "removed " : "unknown ") << eid.toString() << '\n';
+            console.out << (existed ? "removed " : "unknown ") << eid.toString() << '\n';
     }
     return worst;
 }
@@ -293,13 +295,13 @@ ExitCode watch(QelEnvCache& cache, std::chrono::nanoseconds interval, const Cons
         std::vector<EnvChange> changes;
         {
             const SignalGuard guard;
-            // The first look only takes the baseline.
+            // The first poll only records the initial state.
             if (!isFirst && guard.waitFor(interval))
                 return ExitCode::success;
             const QelEnvCache::EnvValuesListPtr list = cache.getEnvList();
             if (!list)
-                return console.fail(ExitCode::failed, cache.getID() + ": cannot take a snapshot");
-            changes = watcher.look(*list);
+                return console.fail(ExitCode::failed, cache.getID() + ": cannot acquire a snapshot");
+            changes = watcher.poll(*list);
         }
         if (!isFirst)
             printChanges(console.out, changes);

@@ -32,7 +32,7 @@ ExitCode render(const QelInfo& info, const std::string& path, const std::string&
 // --- qel event show
 
 void addShowOptions(Options& options) {
-    options.add({.name = "cache", .value = "CACHE", .help = "show environments by their titles in this cache file"});
+    options.add({.name = "cache", .value = "CACHE", .help = "look up the titles of environments in this cache file"});
     addVocOption(options, "vocabularies that define which alerts have floating-point values");
     addJsonOption(options);
 }
@@ -75,8 +75,8 @@ bool isResourceAlert(const QelMessageIterator& payload) {
     return found != factories.end() && found->second == &factoryQelResourceAlertData;
 }
 
-/// The info of an alert, with floating-point values as such; QelResourceAlertData::toInfo() renders their bits as
-/// integers.
+/// The info of an alert, with floating-point values rendered as numbers; QelResourceAlertData::toInfo() renders their
+/// bits as integers.
 QelInfo infoOf(const QelResourceAlertData& alert) {
     QelInfo info;
     alert.toInfo(info);
@@ -249,10 +249,10 @@ CommandGroup eventCommands() {
 
 CommandGroup infoCommands() {
     static constexpr std::array commands{
-        Command{"render", "FILE", "Print the text of the info in a message, with its parameters filled in",
+        Command{"render", "FILE", "Print the text of the info in a message, with its parameters inserted",
                 addRenderOptions, runRender},
     };
-    return {"info", "Texts with parameters", commands};
+    return {"info", "Format strings with parameters", commands};
 }
 
 } // namespace Qel::Tool

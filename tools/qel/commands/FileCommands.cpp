@@ -156,7 +156,7 @@ CommandGroup fileCommands() {
     static constexpr std::array commands{
         Command{"copy", "SRC DST", "Copy a file in blocks, preserving holes", addCopyOptions, runCopy},
     };
-    return {"file", "File transfer between agents", commands};
+    return {"file", "File copies", commands};
 }
 
 } // namespace Qel::Tool

@@ -29,7 +29,7 @@ void reportProblems(const Problems& problems, const Console& console) {
 
 ExitCode runReport(const Invocation& invocation, const Console& console) {
     HostCollector collector(invocation.has("arguments") ? HostCollector::Arguments::included
-                                                        : HostCollector::Arguments::leftOut);
+                                                        : HostCollector::Arguments::omitted);
     const HostReport report = collector.collect();
     Problems problems = collector.problems();
     const auto_destroy<QelMessage> message(new QelBinary);
@@ -66,7 +66,7 @@ ExitCode runShow(const Invocation& invocation, const Console& console) {
 
 CommandGroup hostCommands() {
     static constexpr std::array commands{
-        Command{"report", "", "Print a message that describes this machine; report what could not be read",
+        Command{"report", "", "Print a message that describes this machine; report the parts that cannot be read",
                 addReportOptions, runReport},
         Command{"show", "FILE", "Show a host report as tables; - is standard input", nullptr, runShow},
     };

@@ -31,7 +31,7 @@ ExitCode runConvert(const Invocation& invocation, const Console& console) {
         return console.fail(ExitCode::usage, "invalid value '" + form + "' for --to: expected text or binary");
 
     QelFileLock lock;
-    if (areOneFile(in, out))
+    if (areSameFile(in, out))
         if (const ExitCode code = lockFile(out, lock, console); code != ExitCode::success)
             return code;
     const auto_destroy<QelMessage> message(new QelBinary);

@@ -103,11 +103,9 @@ ExitCode runMatch(const Invocation& invocation, const Console& console) {
 
 CommandGroup netCommands() {
     static constexpr std::array commands{
-        Command{
-            "match", "DEVICES FILTER",
-            "List the network devices in a message that match a filter, the device in another message; empty fields "
-            "of the filter match any value",
-            addJsonOption, runMatch},
+        Command{"match", "DEVICES FILTER",
+                "List the devices in DEVICES that match the device in FILTER; empty fields of FILTER match any value",
+                addJsonOption, runMatch},
     };
     return {"net", "Network devices", commands};
 }

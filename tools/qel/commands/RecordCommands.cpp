@@ -65,7 +65,7 @@ Json descriptionAsJson(const QelRecordType& type) {
 void printDescription(std::ostream& out, const QelRecordType& type) {
     out << type.name << ", namespace " << namespaceText(type) << ", type " << typeText(type) << '\n';
     if (!type.layout) {
-        out << "No field table; read and written by custom code.\n";
+        out << "No table; read and written by custom code.\n";
         return;
     }
     using Align = Table::Align;

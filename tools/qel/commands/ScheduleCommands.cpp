@@ -146,7 +146,7 @@ void addCalendarOptions(Options& options) {
 }
 
 /// Whether the output is a terminal with colour support and the user has not disabled colours.
-bool isColourful(const Console& console) {
+bool supportsColour(const Console& console) {
     const char* const terminal = std::getenv("TERM");
     const char* const noColour = std::getenv("NO_COLOR"); // https://no-color.org
     return isTerminal(console) && terminal && std::string_view(terminal) != "dumb" && !(noColour && *noColour != '\0');
@@ -166,7 +166,7 @@ ExitCode runCalendar(const Invocation& invocation, const Console& console) {
         return code;
     const std::chrono::year_month first{std::chrono::year(local.tm_year + 1900),
                                         std::chrono::month(static_cast<unsigned>(local.tm_mon + 1))};
-    printCalendar(console.out, first, months, findRunDays(task, first, months), isColourful(console));
+    printCalendar(console.out, first, months, findRunDays(task, first, months), supportsColour(console));
     return ExitCode::success;
 }
 

@@ -64,7 +64,7 @@ ExitCode fromLocal(const std::vector<std::string>& parts, QelSID& sid, const Con
     return ExitCode::success;
 }
 
-ExitCode takeSid(const Invocation& invocation, QelSID& sid, const Console& console) {
+ExitCode readSid(const Invocation& invocation, QelSID& sid, const Console& console) {
     const auto ways =
         invocation.arguments.size() + (invocation.has("binary") ? 1 : 0) + (invocation.has("local") ? 1 : 0);
     if (ways != 1)
@@ -113,7 +113,7 @@ std::vector<QelSID::WellKnownSIDs> wellKnownOf(const QelSID& sid) {
     return found;
 }
 
-/// The role of a well-known SID for the text output, or an empty string if the system assigns none.
+/// The role of a well-known SID for the text output, empty for the other well-known SIDs.
 const char* roleOf(QelSID::WellKnownSIDs which) {
     switch (which) {
     case QelSID::localAdministrators:
@@ -165,7 +165,7 @@ void printSid(std::ostream& out, const QelSID& sid) {
 
 ExitCode runSid(const Invocation& invocation, const Console& console) {
     QelSID sid;
-    if (const ExitCode code = takeSid(invocation, sid, console); code != ExitCode::success)
+    if (const ExitCode code = readSid(invocation, sid, console); code != ExitCode::success)
         return code;
     const LocalConfiguration configuration;
     if (invocation.has("config"))
@@ -180,7 +180,8 @@ ExitCode runSid(const Invocation& invocation, const Console& console) {
 
 CommandGroup sidCommands() {
     static constexpr std::array commands{
-        Command{"", "[TEXT]", "Show a security identifier in all forms, and its owner", addSidOptions, runSid},
+        Command{"", "[TEXT]", "Show all forms of a security identifier, and its well-known role or local principal",
+                addSidOptions, runSid},
     };
     return {"sid", "Security identifiers", commands};
 }

@@ -363,7 +363,7 @@ CommandGroup vocCommands() {
     static constexpr std::array commands{
         Command{"list", "FILE...", "List the categories and parameters of vocabularies", addListOptions, runList},
         Command{"merge", "OUT IN...",
-                "Add vocabularies to a file unless it contains them; create the file if it does not exist",
+                "Add the vocabularies that a file does not contain; create the file if it does not exist",
                 addMergeOptions, runMerge},
         Command{"erase", "FILE NAME VERSION", "Remove a vocabulary from a file", nullptr, runErase},
         Command{"has", "FILE PARAMETER", "Check whether a vocabulary has a parameter; the exit status is the result",

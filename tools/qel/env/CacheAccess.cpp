@@ -18,7 +18,7 @@ ExitCode checkFile(const std::string& path, const Console& console) {
     if (const ExitCode code = readCacheFile(path, bytes, error); code != ExitCode::success)
         return console.fail(code, error);
     const Findings findings = checkCacheFile(bytes).findings;
-    const auto harmful = std::find_if(findings.begin(), findings.end(), makesListingWrong);
+    const auto harmful = std::find_if(findings.begin(), findings.end(), affectsListing);
     if (harmful == findings.end())
         return ExitCode::success;
     return console.fail(ExitCode::badInput, path + ": the file is damaged; see `qel cache check`: offset " +

@@ -55,7 +55,7 @@ std::string differencesOf(std::string_view before, std::string_view after) {
 
 } // namespace
 
-std::vector<EnvChange> EnvWatcher::look(const QelEnvCache::EnvValuesList& list) {
+std::vector<EnvChange> EnvWatcher::poll(const QelEnvCache::EnvValuesList& list) {
     std::vector<EnvChange> changes;
     auto known = m_known.begin();
     const auto forget = [&] {

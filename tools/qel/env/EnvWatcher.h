@@ -9,7 +9,7 @@
 
 namespace Qel::Tool {
 
-/// A change of an environment between two calls of EnvWatcher::look().
+/// A change of an environment between two calls of EnvWatcher::poll().
 struct EnvChange {
     enum class Kind : std::uint8_t { added, changed, removed };
 
@@ -25,9 +25,8 @@ struct EnvChange {
 /// list, and would leak if the watcher was killed.
 class EnvWatcher {
 public:
-    /// Returns the changes since the last call, sorted by EID.  The first call reports every environment as
-    /// Kind::added.
-    [[nodiscard]] std::vector<EnvChange> look(const QelEnvCache::EnvValuesList& list);
+    /// Returns the changes since the last call, sorted by EID.  The first call reports every environment as added.
+    [[nodiscard]] std::vector<EnvChange> poll(const QelEnvCache::EnvValuesList& list);
 
 private:
     struct Known {

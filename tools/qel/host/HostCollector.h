@@ -24,7 +24,7 @@ namespace Qel::Tool {
 class HostCollector {
 public:
     /// Whether to collect the arguments of processes, which may contain passwords.
-    enum class Arguments : std::uint8_t { leftOut, included };
+    enum class Arguments : std::uint8_t { omitted, included };
 
     /// `root` is prepended to all paths.
     explicit HostCollector(Arguments arguments, std::string root = {})

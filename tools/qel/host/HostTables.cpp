@@ -196,15 +196,15 @@ void printReport(std::ostream& out, const HostReport& report) {
         print(out, part);
         separator = "\n";
     };
-    const auto printIfThere = [&](const auto& part) {
+    const auto printIfPresent = [&](const auto& part) {
         if (part)
             printPart(*part);
     };
-    printIfThere(report.system);
-    printIfThere(report.load);
-    printIfThere(report.network);
-    printIfThere(report.disks);
-    printIfThere(report.processes);
+    printIfPresent(report.system);
+    printIfPresent(report.load);
+    printIfPresent(report.network);
+    printIfPresent(report.disks);
+    printIfPresent(report.processes);
     if (!report.users.empty())
         printPart(report.users);
     if (!report.groups.empty())

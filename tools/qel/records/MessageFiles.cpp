@@ -86,7 +86,7 @@ ExitCode readMessage(const std::string& name, QelMessage& message, const Console
     return console.fail(code, shownName(name) + ": " + getErrorMessage());
 }
 
-bool areOneFile(const std::string& one, const std::string& other) {
+bool areSameFile(const std::string& one, const std::string& other) {
     std::error_code error;
     return one != standardStream && other != standardStream && std::filesystem::equivalent(one, other, error);
 }

@@ -28,7 +28,7 @@ inline constexpr std::string_view standardStream = "-";
 [[nodiscard]] ExitCode readMessage(const std::string& name, QelMessage& message, const Console& console);
 
 /// True if both names refer to the same existing file.
-[[nodiscard]] bool areOneFile(const std::string& one, const std::string& other);
+[[nodiscard]] bool areSameFile(const std::string& one, const std::string& other);
 
 /// Acquires the lock of a file for a read-modify-write; blocks until the lock is available.  Does nothing for a
 /// standard stream.  Returns ExitCode::failed after printing an error if the file cannot be locked.

@@ -100,8 +100,8 @@ std::string pageOf(const QelRecordType& type, const Neighbours& neighbours) {
 
 std::string indexPage() {
     std::ostringstream out;
-    out << "# Record types\n\nGenerated from the tables of the records by `qel record reference`.  The page on how to "
-           "add a record explains the terms.\n\n";
+    out << "# Record types\n\nGenerated from the wire tables by `qel record reference`.  "
+           "docs/add-a-record.md in the source tree explains the terms.\n\n";
     printRow(out, {"record", "namespace", "type"});
     printRow(out, {"---", "---", "---"});
     for (const QelRecordType& type : recordTypes())

@@ -26,7 +26,7 @@ bool isOpaque(const QelWireField& field) {
 
 /// The record types reachable from the given ones, and the namespaces in which their elements can occur.
 ///
-/// A writer puts its elements into its own namespace, but into none after a nested record that has a namespace.  A
+/// A writer puts its elements into its own namespace; elements after a nested record with a namespace have none.  A
 /// writer without a namespace uses that of the enclosing record.
 class Reachable {
 public:
@@ -43,7 +43,8 @@ private:
         if (record.nsId != noNamespace)
             around.insert(record.nsId);
         RecordNode& kept = m_records.emplace(record.name, record).first->second;
-        // The base class of a family may occur first without its table, as any of its classes, and later with it.
+        // The base class of a family may be added first without its table, for any class of the family, and later with
+        // it.
         const bool isNew = !m_namespaces.contains(record.name) || (record.layout && !kept.layout);
         if (isNew)
             kept = record;
@@ -87,7 +88,7 @@ public:
     /// Appends the content of an element that contains a record of exactly this class.
     void appendRecord(Node element, const RecordNode& record) const {
         if (!record.layout) {
-            appendByHand(element, record);
+            appendWithoutTable(element, record);
             return;
         }
         if (const RecordNode stamp = stampOf(record); stamp.isTyped())
@@ -121,7 +122,7 @@ private:
     }
 
     /// Appends the content of a record without a table.  Identifiers are frequent enough to have a specific pattern.
-    static void appendByHand(Node element, const RecordNode& record) {
+    static void appendWithoutTable(Node element, const RecordNode& record) {
         if (record.name == "QelGUID" || record.name == "QelEID")
             appendData(element, "token", {{"pattern", "[0-9A-Fa-f]{8}(-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}"}});
         else
@@ -151,7 +152,7 @@ private:
     /// Appends the content of an element with these fields.  The fields of base classes are part of the same
     /// interleave, because xmllint does not support nested interleaves.
     void appendFields(Node parent, std::span<const QelWireField> fields) {
-        if (std::any_of(fields.begin(), fields.end(), holdsAnything)) {
+        if (std::any_of(fields.begin(), fields.end(), acceptsAnything)) {
             appendRef(parent, anythingUntyped);
             return;
         }
@@ -174,7 +175,7 @@ private:
     }
 
     /// True if a field writes a record without a table to the element of its owner.
-    static bool holdsAnything(const QelWireField& field) {
+    static bool acceptsAnything(const QelWireField& field) {
         return field.ownID() == 0 && field.codec->kind != QelWireKind::step && !layoutWithin(field);
     }
 
@@ -375,7 +376,7 @@ private:
     Node m_grammar;
     const Reachable& m_reachable;
     const std::set<int>* m_namespaces = nullptr; ///< of the record being written
-    bool m_mayRepeat = false; ///< a field of it declares no element, so it may write those of other fields again
+    bool m_mayRepeat = false; ///< a field declares no elements, so it may repeat those of other fields
 };
 
 /// Writes the elements that contain the requested records.

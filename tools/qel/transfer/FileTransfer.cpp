@@ -6,7 +6,7 @@ namespace {
 
 using End = TransferResult::End;
 
-End movePieces(FileSource& source, FileDestination& destination, const std::function<bool(long long)>& watch) {
+End copyPieces(FileSource& source, FileDestination& destination, const std::function<bool(long long)>& watch) {
     for (;;) {
         if (!watch(destination.written()))
             return End::stopped;
@@ -23,7 +23,7 @@ End movePieces(FileSource& source, FileDestination& destination, const std::func
 } // namespace
 
 TransferResult transfer(FileSource& source, FileDestination& destination, const std::function<bool(long long)>& watch) {
-    End end = movePieces(source, destination, watch);
+    End end = copyPieces(source, destination, watch);
     // A failure to finish replaces the error message of the source.
     if (destination.finish() != 0)
         end = End::destinationFailed;

@@ -47,7 +47,7 @@ public:
     int open(int flags, mode_t mode) {
         constexpr int toWalk = O_PATH | O_CLOEXEC;
         for (;;) {
-            const std::string name = takeName();
+            const std::string name = popComponent();
             if (name == "..") {
                 if (m_entered.empty())
                     return failWith(EXDEV);
@@ -83,7 +83,7 @@ private:
     [[nodiscard]] int current() const { return m_entered.empty() ? m_top : m_entered.back().descriptor(); }
 
     /// Removes the first component from the rest.  A trailing slash leaves ".".
-    std::string takeName() {
+    std::string popComponent() {
         const std::size_t end = m_rest.find('/');
         if (end == std::string::npos)
             return std::exchange(m_rest, {});
