@@ -210,7 +210,7 @@ TEST_F(QelBackupRequestOptionsTest, MissingOrUnreadableEidIsUnchanged) {
     QelRemoveBackupOptions options;
     options.eid = QelEID(1, 2);
     EXPECT_EQ(read(options), 0);
-    message.putValue("nobody", 1866);
+    message.putValue("nobody", 1866); // language: allow
     EXPECT_EQ(read(options), 0);
     EXPECT_EQ(options.eid, QelEID(1, 2));
 }

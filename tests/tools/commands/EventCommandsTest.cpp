@@ -63,7 +63,7 @@ TEST_F(EventCommandsTest, ShowRendersPayload) {
     EXPECT_THAT(show("server-group-alert"),
                 HasSubstr("payload text   Marisko group problem with " + database +
                           ". Subsystem: link failed, reason no answer for 30 seconds [code -7].\n"));
-    EXPECT_THAT(show("carried"), HasSubstr("text           A plug-in has something to tell: x,y\n"
+    EXPECT_THAT(show("carried"), HasSubstr("text           A plug-in has something to tell: x,y\n" // language: allow
                                            "payload        env:any_event_data\n"
                                            "payload text\n"));
 }

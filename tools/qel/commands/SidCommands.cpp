@@ -127,7 +127,7 @@ const char* roleOf(QelSID::WellKnownSIDs which) {
     case QelSID::masterAgent:
         return " agent of the server group's master";
     case QelSID::nobody:
-        return " nobody";
+        return " nobody"; // language: allow
     default:
         return "";
     }
