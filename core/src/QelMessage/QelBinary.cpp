@@ -25,6 +25,10 @@ int getField(const std::string& field, std::string& value) {
 
 } // namespace
 
+bool QelBinary::looksBinary(std::string_view bytes) noexcept {
+    return QelBinaryCodec::looksBinary(bytes);
+}
+
 QelBinary::QelBinary() : m_tree(std::make_unique<QelMessageTree>()), m_envelope(std::make_unique<QelEnvelope>()) {}
 
 QelBinary::~QelBinary() = default;

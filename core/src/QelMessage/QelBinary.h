@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 
 #include "QelMessage/QelMessage.h"
 
@@ -39,6 +40,9 @@ public:
     [[nodiscard]] QelMessage* copy(bool withEnvelope) const override;
     int toBinary(std::string& bytes) const override;
     int fromBinary(const char* buf, int len) override;
+
+    /// True if the bytes start with the magic number of the binary form, with which no text form can start.
+    [[nodiscard]] static bool looksBinary(std::string_view bytes) noexcept;
 
     /// The element tree, for the cursor and the codecs. Code that changes it must follow the rules of QelMessageTree.
     [[nodiscard]] QelMessageTree& tree() noexcept { return *m_tree; }

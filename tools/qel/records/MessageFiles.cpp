@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 #include "QelCommon/ErrorMessage.h"
-#include "QelMessage/QelBinaryCodec.h"
+#include "QelMessage/QelBinary.h"
 #include "QelMessage/QelLimits.h"
 
 namespace Qel::Tool {
@@ -46,7 +46,7 @@ ExitCode readContent(const std::string& name, std::string& content, const Consol
 
 int parse(const std::string& content, QelMessage& message) {
     static_assert(QelLimits::messageBytes <= std::numeric_limits<int>::max());
-    if (QelBinaryCodec::looksBinary(content))
+    if (QelBinary::looksBinary(content))
         return message.fromBinary(content.data(), static_cast<int>(content.size()));
     // The parser takes a C string, so the content after a null byte would be dropped silently.
     if (const auto zero = content.find('\0'); zero != std::string::npos) {
