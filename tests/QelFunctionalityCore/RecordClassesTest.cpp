@@ -24,10 +24,10 @@ std::string demangled(const char* symbol) {
     return status == 0 ? text.get() : symbol;
 }
 
-/// The demangled symbols that the library defines.
+/// The demangled symbols that the library defines, exported or not.
 std::set<std::string> librarySymbols() {
     std::set<std::string> symbols;
-    FILE* const pipe = popen(QEL_NM " --dynamic --defined-only " QEL_LIBRARY, "r");
+    FILE* const pipe = popen(QEL_NM " --defined-only " QEL_LIBRARY, "r");
     if (!pipe)
         return symbols;
     char* line = nullptr;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QelCommon/Export.h"
+
 /// The module name in every log record and fatal report of these libraries.
 #define QEL_MODULE "QelFunctionalityCore"
 
@@ -19,8 +21,8 @@ namespace Debug {
 ///
 /// `file` and `line` identify the check, not a position in the sources of this build.  Administrators search for them
 /// in reports, so they do not change when code moves.
-[[noreturn]] void abort(const char* module, const char* file, int line, const char* function,
-                        const char* prettyFunction);
+QEL_EXPORT [[noreturn]] void abort(const char* module, const char* file, int line, const char* function,
+                                   const char* prettyFunction);
 
 } // namespace Qel
 

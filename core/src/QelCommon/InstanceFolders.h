@@ -2,11 +2,13 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// The directories of one agent instance.  All of them are below one root: the value of the environment variable
 /// QEL_ROOT, or "/" if it is unset or empty.
-class QelInstanceFolders {
+class QEL_EXPORT QelInstanceFolders {
 public:
     /// The directories of one client of the agent: ROOT/var/lib/qel/clients/NAME.
     class client {
@@ -35,6 +37,6 @@ public:
 };
 
 /// Path of the global configuration file: "qel.conf" in QelInstanceFolders::etc().
-[[nodiscard]] std::string getConfigurationFile();
+QEL_EXPORT [[nodiscard]] std::string getConfigurationFile();
 
 } // namespace Qel

@@ -4,6 +4,8 @@
 #include <functional>
 #include <string>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// Log levels, 1 to 6.  A record is emitted if its level is at most `debug_level` and the module filter accepts it (see
@@ -15,7 +17,7 @@ inline constexpr int trace = 4;        ///< trace of normal operation
 } // namespace LogLevel
 
 /// The highest level that is emitted, 0 to 6; 0 disables the log.  Initially 1.
-extern int debug_level;
+QEL_EXPORT extern int debug_level;
 
 /// An emitted record.  The pointers are valid only during the call of the sink.
 struct LogRecord {
@@ -39,10 +41,10 @@ using LogSink = std::function<void(const LogRecord&)>;
 /// When setLogSink() returns, the previous sink is not running and will not be called again.  It therefore waits for a
 /// call in progress in another thread, and the caller must not hold a lock that the sink acquires.  Called from within
 /// the sink it does not wait: the current call completes after the replacement.
-LogSink setLogSink(LogSink sink);
+QEL_EXPORT LogSink setLogSink(LogSink sink);
 
 /// A log record whose origin is known and whose message is still to be supplied.
-class Logger {
+class QEL_EXPORT Logger {
 public:
     Logger(const char* module, const char* file, int line, const char* function, const char* prettyFunction) noexcept
         : m_module(module), m_file(file), m_line(line), m_function(function), m_prettyFunction(prettyFunction) {}

@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "QelCommon/Debug.h"
+#include "QelCommon/Export.h"
 #include "QelCommon/Log.h"
 
 // Access to single options of the global configuration file (see getConfigurationFile).  The file is read again on
@@ -15,7 +16,7 @@ namespace Qel {
 ///
 /// Instantiated for int only, in the library that reads configurations.
 template <class T> [[nodiscard]] int oh_read_global_config_option(const char* option, T& value);
-template <> [[nodiscard]] int oh_read_global_config_option<int>(const char* option, int& value);
+template <> QEL_EXPORT [[nodiscard]] int oh_read_global_config_option<int>(const char* option, int& value);
 
 /// True if `value` is greater than `min`, or equal to it if `inclusive`.
 template <class T> [[nodiscard]] bool oh_check_min_border(const T& value, const T& min, bool inclusive) {

@@ -5,10 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include "QelCommon/Export.h"
+
 namespace Qel::Debug {
 
 /// Selects the modules whose records are logged.
-class ModuleFilter {
+class QEL_EXPORT ModuleFilter {
 public:
     /// Accepts every module.
     ModuleFilter() = default;
@@ -24,7 +26,7 @@ private:
 };
 
 /// Source of the log settings.
-class SettingsProvider {
+class QEL_EXPORT SettingsProvider {
 public:
     virtual ~SettingsProvider() = default;
 
@@ -41,9 +43,9 @@ public:
 
 /// Sets the provider and applies its current settings.  Null restores the initial settings: level 1, order 0, format 0,
 /// every module.  Must not run concurrently with itself or reconfigure(); the provider may log during the call.
-void setSettingsProvider(std::shared_ptr<const SettingsProvider> provider);
+QEL_EXPORT void setSettingsProvider(std::shared_ptr<const SettingsProvider> provider);
 
 /// Applies the current settings of the provider.
-void reconfigure();
+QEL_EXPORT void reconfigure();
 
 } // namespace Qel::Debug

@@ -4,26 +4,28 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// Returns the string that vprintf would print.
-[[nodiscard]] std::string formatString(const char* format, std::va_list arguments)
+QEL_EXPORT [[nodiscard]] std::string formatString(const char* format, std::va_list arguments)
     __attribute__((format(printf, 1, 0)));
 
 /// ASCII case-insensitive comparison: negative, zero or positive.  If `length` >= 0, compares at most the first
 /// `length` characters of each string; otherwise all of them.
-[[nodiscard]] int compareNoCase(std::string_view a, std::string_view b, int length = -1) noexcept;
+QEL_EXPORT [[nodiscard]] int compareNoCase(std::string_view a, std::string_view b, int length = -1) noexcept;
 
 /// The number in decimal.
-[[nodiscard]] std::string intToStr(int value);
-[[nodiscard]] std::string longlongToStr(long long value);
+QEL_EXPORT [[nodiscard]] std::string intToStr(int value);
+QEL_EXPORT [[nodiscard]] std::string longlongToStr(long long value);
 
 /// Parses the decimal number at the start of `text`, as strtoul does; 0 if there is none.
-[[nodiscard]] unsigned long strToUlong(const std::string& text) noexcept;
+QEL_EXPORT [[nodiscard]] unsigned long strToUlong(const std::string& text) noexcept;
 
 /// Parses all of `text` as a decimal number with an optional sign.  Returns false and leaves `value` unchanged if
 /// `text` contains anything else or the number is out of range.
-template <class Number> [[nodiscard]] bool parseNumber(std::string_view text, Number& value) noexcept;
+template <class Number> QEL_EXPORT [[nodiscard]] bool parseNumber(std::string_view text, Number& value) noexcept;
 
 extern template bool parseNumber(std::string_view, int&) noexcept;
 extern template bool parseNumber(std::string_view, unsigned&) noexcept;

@@ -73,6 +73,7 @@
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelCacheFormat.h"
 #include "QelCore/QelCachedItem.h"
 #include "QelCore/QelFlatSortedArray.h"
@@ -88,7 +89,8 @@ namespace Qel {
 /// that instantiates the template includes.
 ///
 /// Objects are owned through boost::intrusive_ptr.  All operations are thread-safe, except `initialize` and `reinit`.
-template <class ItemID, class ItemValue, class Allocator> class QelCacheLogic : public virtual QelForkableRefCounter {
+template <class ItemID, class ItemValue, class Allocator>
+class QEL_EXPORT QelCacheLogic : public virtual QelForkableRefCounter {
 public:
     /// A mapping of the file, shared by the cache and its readers.
     class Storage : public QelRefCounter, public Allocator::Storage {

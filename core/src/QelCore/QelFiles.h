@@ -2,10 +2,12 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// Removes the file `path`.  Returns 0 if it is removed or does not exist; otherwise -1 with the error message set.
-int removeFile(const std::string& path);
+QEL_EXPORT int removeFile(const std::string& path);
 
 /// Result of inspectCacheFile().
 enum class eCacheFileKind {
@@ -23,6 +25,6 @@ enum class eCacheFileKind {
 /// Removes a cache file after attaching to it failed with `code`.  Does nothing if `code` is success.  Checks under the
 /// file lock that the file is still unusable, because another process may have replaced it concurrently.  Returns 0 if
 /// the unusable file is gone or has been replaced; otherwise -1 with the error message set.
-int removeLockedCacheFile(const char* path, int code);
+QEL_EXPORT int removeLockedCacheFile(const char* path, int code);
 
 } // namespace Qel

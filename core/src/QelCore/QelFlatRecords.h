@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <span>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// Moves the entries of a QelFlatSortedArray: 20 bytes each, a 16-byte key followed by a 4-byte self-relative pointer.
@@ -16,11 +18,11 @@ inline constexpr std::size_t keyBytes = 16;
 inline constexpr std::size_t recordBytes = 20;
 
 /// Moves entries in ascending order, as std::move does: `target` may overlap `source` if it is at a lower address.
-void moveForward(const void* source, void* target, std::size_t count) noexcept;
+QEL_EXPORT void moveForward(const void* source, void* target, std::size_t count) noexcept;
 
 /// Moves entries in descending order, as std::move_backward does: `target` may overlap `source` if it is at a higher
 /// address.  Unlike with std::move_backward, `source` and `target` are the starts of the ranges.
-void moveBackward(const void* source, void* target, std::size_t count) noexcept;
+QEL_EXPORT void moveBackward(const void* source, void* target, std::size_t count) noexcept;
 
 /// The two operations, implemented for one instruction set.
 struct Mover {
@@ -30,7 +32,7 @@ struct Mover {
 };
 
 /// The implementations that this processor supports, fastest first.  The operations above use the first one.
-[[nodiscard]] std::span<const Mover> movers() noexcept;
+QEL_EXPORT [[nodiscard]] std::span<const Mover> movers() noexcept;
 
 } // namespace QelFlatRecords
 

@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelRefCounter.h"
 
 namespace Qel {
@@ -11,7 +12,7 @@ namespace Qel {
 /// Every live object is in one process-wide registry.  In the child of a fork, `reinit()` is called once on each of
 /// them before fork() returns; the parent is not affected.  Objects without an owner at that moment are skipped:
 /// another thread of the parent was constructing or destroying them, which will never complete in the child.
-class QelForkableRefCounter : public QelRefCounter {
+class QEL_EXPORT QelForkableRefCounter : public QelRefCounter {
 public:
     QelForkableRefCounter();
     ~QelForkableRefCounter() override;

@@ -7,6 +7,8 @@
 #include <string>
 #include <type_traits>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// A 128-bit identifier: 16 bytes.  Its string form is the bytes in order, in lower-case 8-4-4-4-12 notation.
@@ -15,7 +17,7 @@ namespace Qel {
 /// 16 bytes in order, aligned to 4.  The first half is bytes 0 to 7 and the second half bytes 8 to 15, each a
 /// little-endian 64-bit number.  Identifiers are ordered by the first half, then by the second, both unsigned.  Sorted
 /// tables in those files depend on this order.
-class QelGUIDBase {
+class QEL_EXPORT QelGUIDBase {
 public:
     static constexpr std::size_t byteCount = 16;
 

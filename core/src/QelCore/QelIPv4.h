@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <string>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// An IPv4 address, or a network mask of such addresses.
-class QelIPv4 {
+class QEL_EXPORT QelIPv4 {
 public:
     /// Number of bits; the longest prefix.
     static constexpr unsigned bits = 32;

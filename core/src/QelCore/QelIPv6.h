@@ -6,12 +6,13 @@
 #include <memory>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelIPv4.h"
 
 namespace Qel {
 
 /// An IPv6 address.
-class QelIPv6 {
+class QEL_EXPORT QelIPv6 {
 public:
     /// Number of bits; the longest prefix.
     static constexpr unsigned bits = 128;
@@ -54,7 +55,7 @@ private:
 namespace IPv6Format {
 
 /// An address of the form ::a.b.c.d.
-class IPv4Compatible {
+class QEL_EXPORT IPv4Compatible {
 public:
     /// Returns null unless `address` is IPv4-compatible.  The any address and the loopback address ::1 are not,
     /// although they start with 96 zeros (RFC 4291, 2.5.2 and 2.5.3).

@@ -4,13 +4,14 @@
 #include <cstdint>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelMemoryMappedFile.h"
 #include "QelCore/QelSharedMemoryManager.h"
 
 namespace Qel {
 
 /// The heap of QelSharedMemoryManager in a mapped file, with the types that own the mapping and lock the file.
-class QelMappedMemoryManager : public QelSharedMemoryManager {
+class QEL_EXPORT QelMappedMemoryManager : public QelSharedMemoryManager {
 public:
     using QelSharedMemoryManager::QelSharedMemoryManager;
 

@@ -6,6 +6,8 @@
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// Whether a file is created.
@@ -39,7 +41,7 @@ struct tFileMappingOptions {
 ///
 /// Operations return nonzero on failure and call setErrorMessage.  An object may be used by one thread at a time,
 /// except for `lock` and `unlock`.
-class QelMemoryMappedFile {
+class QEL_EXPORT QelMemoryMappedFile {
 public:
     QelMemoryMappedFile() noexcept;
     QelMemoryMappedFile(const QelMemoryMappedFile&) = delete;

@@ -2,11 +2,13 @@
 
 #include <atomic>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// Base of objects in process memory that are shared through boost::intrusive_ptr.  The counter is atomic and starts at
 /// 0; the release that returns it to 0 deletes the object.
-class QelRefCounter {
+class QEL_EXPORT QelRefCounter {
 public:
     QelRefCounter() = default;
     QelRefCounter(const QelRefCounter&) = delete;

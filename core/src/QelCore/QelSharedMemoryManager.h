@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelSharedPointer.h"
 
 namespace Qel {
@@ -18,7 +19,7 @@ class QelFreeListWalk;
 /// All integers are 32 bits wide in host byte order; sizes are in bytes unless stated otherwise.  The caller holds the
 /// file lock during every operation.  The heap only grows.  A broken invariant means a damaged file or a programming
 /// error and terminates the process.
-class QelSharedMemoryManager {
+class QEL_EXPORT QelSharedMemoryManager {
 public:
     /// Allocation unit in bytes: size granularity and alignment of blocks.
     static constexpr unsigned unitSize = 8;

@@ -7,6 +7,7 @@
 #include "QelCommon/ControlCharacters.h"
 #include "QelCommon/Debug.h"
 #include "QelCommon/ErrorMessage.h"
+#include "QelCommon/Export.h"
 #include "QelCommon/InstanceFolders.h"
 #include "QelCommon/Log.h"
 #include "QelCommon/OptionManager.h"

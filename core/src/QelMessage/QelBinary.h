@@ -3,6 +3,7 @@
 #include <memory>
 #include <string_view>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelMessage.h"
 
 namespace Qel {
@@ -11,7 +12,7 @@ struct QelEnvelope;
 class QelMessageTree;
 
 /// The QelMessage that stores its tree in memory.
-class QelBinary : public QelMessage {
+class QEL_EXPORT QelBinary : public QelMessage {
 public:
     QelBinary();
 

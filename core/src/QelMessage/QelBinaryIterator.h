@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelMessageIterator.h"
 
 namespace Qel {
@@ -16,7 +17,7 @@ class QelMessageTree;
 /// A cursor becomes stale when its element is deleted through another cursor or the message is loaded again. Every
 /// operation on a stale cursor, except seekRoot(), assignment and the destructor, ends the process, so it never
 /// accesses an element that reuses the memory. A cursor at the root stays valid when the message is loaded again.
-class QelBinaryIterator : public QelMessageIterator {
+class QEL_EXPORT QelBinaryIterator : public QelMessageIterator {
 public:
     /// Starts at the root.
     explicit QelBinaryIterator(QelBinary* message);

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 namespace Internal {
@@ -24,14 +26,14 @@ private:
 } // namespace Internal
 
 /// Names of element, namespace and type IDs. Empty for an ID without a name.
-struct QelDefaultMap {
+struct QEL_EXPORT QelDefaultMap {
     [[nodiscard]] static Internal::CharArray findElemID(int id);
     [[nodiscard]] static Internal::CharArray findNSID(int id);
     [[nodiscard]] static Internal::CharArray findTypeID(int id);
 };
 
-[[nodiscard]] Internal::CharArray getStringByElemIdDefault(int id);
-[[nodiscard]] Internal::CharArray getStringByNSIdDefault(int id);
-[[nodiscard]] Internal::CharArray getStringByTypeIdDefault(int id);
+QEL_EXPORT [[nodiscard]] Internal::CharArray getStringByElemIdDefault(int id);
+QEL_EXPORT [[nodiscard]] Internal::CharArray getStringByNSIdDefault(int id);
+QEL_EXPORT [[nodiscard]] Internal::CharArray getStringByTypeIdDefault(int id);
 
 } // namespace Qel

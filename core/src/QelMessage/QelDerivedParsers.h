@@ -6,6 +6,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelCombinators.h"
 #include "QelMessage/QelDefaultMap.h"
 
@@ -24,7 +25,7 @@
 namespace Qel {
 
 /// Base of the factories of all classes that share the base class `Base`, and their registry.
-template <class Base, class Key = Base> class QelDerivedParserFactory {
+template <class Base, class Key = Base> class QEL_EXPORT QelDerivedParserFactory {
 public:
     struct FactoryData {
         std::map<std::string, QelDerivedParserFactory*> factories;       ///< by complex type, as curType() returns it

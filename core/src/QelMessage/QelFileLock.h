@@ -3,6 +3,7 @@
 #include <string>
 #include <sys/types.h>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelDescriptor.h"
 
 namespace Qel {
@@ -19,7 +20,7 @@ namespace Qel {
 /// Readers need no lock, since files are replaced atomically. The lock is an empty file ".qel-lock-NAME" in the same
 /// directory, locked with flock(). It exists while the lock is held or waited for. If the holder is killed, the lock is
 /// released, and the empty file remains until the next holder releases it.
-class QelFileLock {
+class QEL_EXPORT QelFileLock {
 public:
     QelFileLock() = default;
     QelFileLock(const QelFileLock&) = delete;

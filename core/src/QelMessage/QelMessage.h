@@ -5,6 +5,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelRefCounter.h"
 
 namespace Qel {
@@ -14,7 +15,7 @@ class QelMsgFactory;
 
 /// A message: a tree of elements below the root "/", and an envelope. Destroy it with destroy(), never with `delete`;
 /// see auto_destroy. It must be used by one thread at a time.
-class QelMessage {
+class QEL_EXPORT QelMessage {
 public:
     /// Result of a parse that ran out of memory. The message is unchanged.
     static constexpr int outOfMemory = -3;
@@ -79,7 +80,7 @@ protected:
 };
 
 /// Creates messages.
-class QelMsgFactory : public QelRefCounter {
+class QEL_EXPORT QelMsgFactory : public QelRefCounter {
 public:
     /// Returns a message that must be initialised with create(0); never null.
     [[nodiscard]] virtual QelMessage* createNew() = 0;

@@ -4,12 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
+
 /// Reads and writes whole files. Functions return nonzero on failure, with an error message that contains the path and
 /// the reason.
 namespace Qel::QelMessageFile {
 
 /// Reads a file of at most QelLimits::messageBytes. `content` changes on success only.
-[[nodiscard]] int read(const std::string& path, std::string& content);
+QEL_EXPORT [[nodiscard]] int read(const std::string& path, std::string& content);
 
 /// Permissions of a file that did not exist before.
 enum class NewFile : std::uint8_t {
@@ -26,6 +28,7 @@ enum class NewFile : std::uint8_t {
 /// is rejected.
 ///
 /// Devices, pipes and open files of this process, as in /dev/stdout, are written to directly.
-[[nodiscard]] int replace(const std::string& path, std::string_view content, NewFile created = NewFile::ownerOnly);
+QEL_EXPORT [[nodiscard]] int replace(const std::string& path, std::string_view content,
+                                     NewFile created = NewFile::ownerOnly);
 
 } // namespace Qel::QelMessageFile

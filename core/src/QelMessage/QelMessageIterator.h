@@ -3,6 +3,7 @@
 #include <string>
 
 #include "QelCommon/Debug.h"
+#include "QelCommon/Export.h"
 #include "QelMessage/QelWriterBase.h"
 
 namespace Qel {
@@ -36,7 +37,7 @@ enum QelReaderFlags {
 /// or one that has no ID.
 ///
 /// A cursor does not own the tree. Like its message, it must be used by one thread at a time.
-class QelMessageIterator {
+class QEL_EXPORT QelMessageIterator {
 public:
     QelMessageIterator(const QelMessageIterator&) = delete;
     QelMessageIterator& operator=(const QelMessageIterator&) = delete;
@@ -255,7 +256,7 @@ template <class T, class Writer> int QelMessageIterator::putObject(const T& obj,
     return QelWriterID(writer, id)(*this, obj);
 }
 
-template <class T, class Writer> int QelMessageIterator::putObjectInternal(const T& obj, const Writer& writer) {
+template <class T, class Writer> inline int QelMessageIterator::putObjectInternal(const T& obj, const Writer& writer) {
     constexpr int firstComplexType = 101;
     const char* const nsName = Writer::getStrNSID();
     const char* const typeName = Writer::getStrTypeID();

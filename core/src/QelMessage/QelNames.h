@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
+
 /// The vocabulary of message trees: readable names for the IDs of elements, namespaces, complex types and attributes.
 ///
 /// An ID and its name are equivalent: `name` is element 1026. The numbered spelling, a letter and the ID (`e1026`,
@@ -21,23 +23,23 @@ struct Entry {
 };
 
 /// The IDs with a name, in ascending order.
-[[nodiscard]] std::span<const Entry> elements() noexcept;
-[[nodiscard]] std::span<const Entry> namespaces() noexcept;
-[[nodiscard]] std::span<const Entry> types() noexcept;
+QEL_EXPORT [[nodiscard]] std::span<const Entry> elements() noexcept;
+QEL_EXPORT [[nodiscard]] std::span<const Entry> namespaces() noexcept;
+QEL_EXPORT [[nodiscard]] std::span<const Entry> types() noexcept;
 /// Empty: no record uses an attribute.
-[[nodiscard]] std::span<const Entry> attributes() noexcept;
+QEL_EXPORT [[nodiscard]] std::span<const Entry> attributes() noexcept;
 
 /// The name of an ID from the table, or else its numbered spelling. Empty if the ID is not positive.
-[[nodiscard]] std::string elementName(int id);
-[[nodiscard]] std::string namespaceName(int id);
-[[nodiscard]] std::string typeName(int id);
-[[nodiscard]] std::string attributeName(int id);
+QEL_EXPORT [[nodiscard]] std::string elementName(int id);
+QEL_EXPORT [[nodiscard]] std::string namespaceName(int id);
+QEL_EXPORT [[nodiscard]] std::string typeName(int id);
+QEL_EXPORT [[nodiscard]] std::string attributeName(int id);
 
 /// The ID of a name in either spelling; 0 for a name without an ID. The number in a numbered spelling must be canonical
 /// decimal (no sign, no leading zero) and fit an int.
-[[nodiscard]] int elementID(std::string_view name) noexcept;
-[[nodiscard]] int namespaceID(std::string_view name) noexcept;
-[[nodiscard]] int typeID(std::string_view name) noexcept;
-[[nodiscard]] int attributeID(std::string_view name) noexcept;
+QEL_EXPORT [[nodiscard]] int elementID(std::string_view name) noexcept;
+QEL_EXPORT [[nodiscard]] int namespaceID(std::string_view name) noexcept;
+QEL_EXPORT [[nodiscard]] int typeID(std::string_view name) noexcept;
+QEL_EXPORT [[nodiscard]] int attributeID(std::string_view name) noexcept;
 
 } // namespace Qel::QelNames

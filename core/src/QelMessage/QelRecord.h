@@ -9,14 +9,14 @@
 // Every record's header includes this file.  A record is a plain struct.  Its wire form is declared once, as the table
 // Wire<Record> in its source file (see QelWireTable.h); Reader and Writer are derived from that table:
 //
-//     struct QelUsageStats : QelRecord<QelUsageStats> {
+//     struct QEL_EXPORT QelUsageStats : QelRecord<QelUsageStats> {
 //         long long total = 0; ///< bytes
 //         long long free = 0;  ///< bytes
 //
 //         static const QelWireLayout& wire;
 //     };
 //
-//     struct QelNetNIC : QelRecord<QelNetNIC, QelNetDevice> { // adds fields to those of QelNetDevice
+//     struct QEL_EXPORT QelNetNIC : QelRecord<QelNetNIC, QelNetDevice> { // adds fields to those of QelNetDevice
 //         std::string text1836;
 //
 //         static const QelWireLayout& wire;

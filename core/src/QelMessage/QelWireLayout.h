@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 class QelMessageIterator;
@@ -142,9 +144,9 @@ struct QelWireLayout {
 
 /// Reads a record from the current element by its table.  Returns -1 at the first field that fails, and names its
 /// element in the error message, unless a nested reader has already done so.
-[[nodiscard]] int readByLayout(const QelWireLayout& layout, void* record, const QelMessageIterator& cursor);
+QEL_EXPORT [[nodiscard]] int readByLayout(const QelWireLayout& layout, void* record, const QelMessageIterator& cursor);
 
 /// Writes a record into the current element by its table.  Returns -1 at the first field that fails.
-[[nodiscard]] int writeByLayout(const QelWireLayout& layout, const void* record, QelMessageIterator& cursor);
+QEL_EXPORT [[nodiscard]] int writeByLayout(const QelWireLayout& layout, const void* record, QelMessageIterator& cursor);
 
 } // namespace Qel

@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelWireValue.h"
 
 // Declares the wire form of a record.  Only the source file of a record includes this header:
@@ -138,13 +139,15 @@ consteval bool haveDistinctIDs(std::span<const QelWireField> fields) {
     return true;
 }
 
-template <std::size_t count>
-inline constexpr auto inOrder = [] {
+template <std::size_t count> consteval auto ascending() {
     std::array<unsigned char, count> indices{};
     for (std::size_t i = 0; i < count; ++i)
         indices[i] = static_cast<unsigned char>(i);
     return indices;
-}();
+}
+
+// A member, because g++ 12 exports the instances of a variable template whose type belongs to namespace std.
+template <std::size_t count> struct WritingOrder { static constexpr auto indices = ascending<count>(); };
 
 /// The rows of a group as a table; the reading order is the writing order.
 template <class Record, const auto& rows, int nsID>
@@ -152,7 +155,7 @@ inline constexpr QelWireLayout groupLayout{.typeName = typeName<Record>(),
                                            .nsId = nsID,
                                            .typeId = 50,
                                            .fields = rows,
-                                           .readingOrder = inOrder<std::size(rows)>};
+                                           .readingOrder = WritingOrder<std::size(rows)>::indices};
 
 template <class Record, const auto& rows, int nsID>
 inline constexpr QelWireCodec groupCodec{
@@ -413,7 +416,7 @@ template <class Record> consteval auto readingOrder() {
     return indices;
 }
 
-template <class Record> inline constexpr auto readingOrderOf = readingOrder<Record>();
+template <class Record> struct ReadingOrder { static constexpr auto indices = readingOrder<Record>(); };
 
 } // namespace Internal
 
@@ -423,7 +426,7 @@ inline constexpr QelWireLayout wireLayoutOf{.typeName = Wire<Record>::typeName,
                                             .nsId = Wire<Record>::nsId,
                                             .typeId = Wire<Record>::typeId,
                                             .fields = Wire<Record>::fields,
-                                            .readingOrder = Internal::readingOrderOf<Record>,
+                                            .readingOrder = Internal::ReadingOrder<Record>::indices,
                                             .isBestEffort = Wire<Record>::bestEffort};
 
 } // namespace Qel

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelFunctionalityCore/Backup/QelDSObjectInfo.h"
 #include "QelMessage/QelDerivedParsers.h"
@@ -11,7 +12,7 @@
 namespace Qel {
 
 /// A backup, as recorded by the storage that holds it.
-struct QelBackup : QelRecord<QelBackup, QelDSObjectInfo> {
+struct QEL_EXPORT QelBackup : QelRecord<QelBackup, QelDSObjectInfo> {
     using traced_in_log = void;
 
     QelEID eid; ///< environment that was backed up; QelDSObjectInfo::eid is that of the storage
@@ -26,14 +27,14 @@ struct QelBackup : QelRecord<QelBackup, QelDSObjectInfo> {
 };
 
 /// Event: a backup was created.
-struct QelNewBackupData : QelRecord<QelNewBackupData, QelBackup> {
+struct QEL_EXPORT QelNewBackupData : QelRecord<QelNewBackupData, QelBackup> {
     static constexpr std::string_view subscriptionName = "new_backup_subscription";
 
     static const QelWireLayout& wire;
 };
 
 /// Event: backups were removed.
-struct QelDestroyedBackupsData : QelRecord<QelDestroyedBackupsData> {
+struct QEL_EXPORT QelDestroyedBackupsData : QelRecord<QelDestroyedBackupsData> {
     using traced_in_log = void;
 
     static constexpr std::string_view subscriptionName = "destroyed_backups_subscription";
@@ -48,7 +49,8 @@ struct QelDestroyedBackupsData : QelRecord<QelDestroyedBackupsData> {
 extern template class QelDerivedParserFactory<QelNewBackupData>;
 extern template class QelDerivedParserFactory<QelDestroyedBackupsData>;
 
-extern QelDerivedParserFactoryT<QelNewBackupData, QelNewBackupData> factoryQelNewBackupData;
-extern QelDerivedParserFactoryT<QelDestroyedBackupsData, QelDestroyedBackupsData> factoryQelDestroyedBackupsData;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelNewBackupData, QelNewBackupData> factoryQelNewBackupData;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelDestroyedBackupsData, QelDestroyedBackupsData>
+    factoryQelDestroyedBackupsData;
 
 } // namespace Qel

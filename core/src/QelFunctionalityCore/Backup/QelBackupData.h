@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelFunctionalityCore/Backup/QelExcludeList.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
@@ -13,7 +14,7 @@
 namespace Qel {
 
 /// The content of a backup.  It has no fields: each kind of backup derives its own class.
-struct QelBackupData : QelRecord<QelBackupData> {
+struct QEL_EXPORT QelBackupData : QelRecord<QelBackupData> {
     using traced_in_log = void;
 
     virtual ~QelBackupData() = default;
@@ -22,7 +23,7 @@ struct QelBackupData : QelRecord<QelBackupData> {
 };
 
 /// A backup of an environment.  Reading always returns 0.
-struct QelEnvBackupData : QelRecord<QelEnvBackupData, QelBackupData> {
+struct QEL_EXPORT QelEnvBackupData : QelRecord<QelEnvBackupData, QelBackupData> {
     boost::shared_ptr<QelEnv> env; ///< at the time of the backup; null is not sent
     std::vector<std::string> paths;
     QelExcludeList excludes;
@@ -32,7 +33,7 @@ struct QelEnvBackupData : QelRecord<QelEnvBackupData, QelBackupData> {
 
 extern template class QelDerivedParserFactory<QelBackupData>;
 
-extern QelDerivedParserFactoryT<QelBackupData, QelBackupData> factoryQelBackupData;
-extern QelDerivedParserFactoryT<QelEnvBackupData, QelBackupData> factoryQelEnvBackupData;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelBackupData, QelBackupData> factoryQelBackupData;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelEnvBackupData, QelBackupData> factoryQelEnvBackupData;
 
 } // namespace Qel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
@@ -9,7 +10,7 @@ namespace Qel {
 
 /// Settings of one backup operation.  The service chooses the values of unspecified settings.  Reading always returns
 /// 0.
-struct QelBackupOperationStuff : QelRecord<QelBackupOperationStuff> {
+struct QEL_EXPORT QelBackupOperationStuff : QelRecord<QelBackupOperationStuff> {
     using traced_in_log = void;
 
     QelOptionalProperty<QelConnectionInfo> connection; ///< agent that performs the operation
@@ -30,7 +31,7 @@ struct QelBackupOperationStuff : QelRecord<QelBackupOperationStuff> {
 };
 
 /// The backup service's own settings.  All of them are specified.
-struct QelBackupMConfig : QelRecord<QelBackupMConfig, QelBackupOperationStuff> {
+struct QEL_EXPORT QelBackupMConfig : QelRecord<QelBackupMConfig, QelBackupOperationStuff> {
     /// Defaults: the local agent, chains without limits, option1983 set to 1, the other options 0.
     QelBackupMConfig();
     /// Copies `settings` and fills in the defaults for unspecified ones.

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Backup/QelBackupOperationStuff.h"
 #include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelFunctionalityCore/Backup/QelDSLocation.h"
@@ -17,7 +18,7 @@
 namespace Qel {
 
 /// How to make a backup.  Reading always returns 0.
-struct QelBackupOptions : QelRecord<QelBackupOptions> {
+struct QEL_EXPORT QelBackupOptions : QelRecord<QelBackupOptions> {
     using traced_in_log = void;
 
     virtual ~QelBackupOptions() = default;
@@ -35,7 +36,7 @@ struct QelBackupOptions : QelRecord<QelBackupOptions> {
 };
 
 /// How to restore a backup.
-struct QelRestoreOptions : QelRecord<QelRestoreOptions> {
+struct QEL_EXPORT QelRestoreOptions : QelRecord<QelRestoreOptions> {
     using traced_in_log = void;
 
     virtual ~QelRestoreOptions() = default;
@@ -47,7 +48,7 @@ struct QelRestoreOptions : QelRecord<QelRestoreOptions> {
 };
 
 /// How to restore selected files of a backup.
-struct QelSelectiveRestoreOptions : QelRecord<QelSelectiveRestoreOptions> {
+struct QEL_EXPORT QelSelectiveRestoreOptions : QelRecord<QelSelectiveRestoreOptions> {
     using traced_in_log = void;
 
     virtual ~QelSelectiveRestoreOptions() = default;
@@ -58,7 +59,7 @@ struct QelSelectiveRestoreOptions : QelRecord<QelSelectiveRestoreOptions> {
 };
 
 /// Which information about a backup to return.  It has no fields: each kind of backup derives its own class.
-struct QelBackupGetInfoOptions : QelRecord<QelBackupGetInfoOptions> {
+struct QEL_EXPORT QelBackupGetInfoOptions : QelRecord<QelBackupGetInfoOptions> {
     using traced_in_log = void;
 
     virtual ~QelBackupGetInfoOptions() = default;
@@ -67,7 +68,7 @@ struct QelBackupGetInfoOptions : QelRecord<QelBackupGetInfoOptions> {
 };
 
 /// Which information about the backup of an environment to return.
-struct QelBackupGetEnvInfoOptions : QelRecord<QelBackupGetEnvInfoOptions, QelBackupGetInfoOptions> {
+struct QEL_EXPORT QelBackupGetEnvInfoOptions : QelRecord<QelBackupGetEnvInfoOptions, QelBackupGetInfoOptions> {
     bool option1624 = true;
     bool option2064 = true;
 
@@ -75,7 +76,7 @@ struct QelBackupGetEnvInfoOptions : QelRecord<QelBackupGetEnvInfoOptions, QelBac
 };
 
 /// Which backups to remove.
-struct QelRemoveBackupOptions : QelRecord<QelRemoveBackupOptions> {
+struct QEL_EXPORT QelRemoveBackupOptions : QelRecord<QelRemoveBackupOptions> {
     using traced_in_log = void;
 
     QelEID eid; ///< sent only if valid
@@ -86,7 +87,7 @@ struct QelRemoveBackupOptions : QelRecord<QelRemoveBackupOptions> {
 };
 
 /// Which backups to list.
-struct QelListBackupOptions : QelRecord<QelListBackupOptions> {
+struct QEL_EXPORT QelListBackupOptions : QelRecord<QelListBackupOptions> {
     using traced_in_log = void;
 
     QelEID eid; ///< of an environment; sent only if valid
@@ -99,7 +100,7 @@ struct QelListBackupOptions : QelRecord<QelListBackupOptions> {
 };
 
 /// Which backups to search for.
-struct QelSearchBackupOptions : QelRecord<QelSearchBackupOptions> {
+struct QEL_EXPORT QelSearchBackupOptions : QelRecord<QelSearchBackupOptions> {
     using traced_in_log = void;
 
     QelOptionalProperty<std::string> hostName;
@@ -122,11 +123,13 @@ extern template class QelDerivedParserFactory<QelRestoreOptions>;
 extern template class QelDerivedParserFactory<QelSelectiveRestoreOptions>;
 extern template class QelDerivedParserFactory<QelBackupGetInfoOptions>;
 
-extern QelDerivedParserFactoryT<QelBackupOptions, QelBackupOptions> factoryQelBackupOptions;
-extern QelDerivedParserFactoryT<QelRestoreOptions, QelRestoreOptions> factoryQelRestoreOptions;
-extern QelDerivedParserFactoryT<QelSelectiveRestoreOptions, QelSelectiveRestoreOptions>
+QEL_EXPORT extern QelDerivedParserFactoryT<QelBackupOptions, QelBackupOptions> factoryQelBackupOptions;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelRestoreOptions, QelRestoreOptions> factoryQelRestoreOptions;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelSelectiveRestoreOptions, QelSelectiveRestoreOptions>
     factoryQelSelectiveRestoreOptions;
-extern QelDerivedParserFactoryT<QelBackupGetInfoOptions, QelBackupGetInfoOptions> factoryQelBackupGetInfoOptions;
-extern QelDerivedParserFactoryT<QelBackupGetEnvInfoOptions, QelBackupGetInfoOptions> factoryQelBackupGetEnvInfoOptions;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelBackupGetInfoOptions, QelBackupGetInfoOptions>
+    factoryQelBackupGetInfoOptions;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelBackupGetEnvInfoOptions, QelBackupGetInfoOptions>
+    factoryQelBackupGetEnvInfoOptions;
 
 } // namespace Qel

@@ -2,6 +2,7 @@
 
 #include <concepts>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 // The functors of the backup service's records log each call: "Calling [signature]" at LogLevel::trace.  A record opts
@@ -17,7 +18,7 @@
 namespace Qel {
 
 /// Logs the call of a functor; `signature` is its `__PRETTY_FUNCTION__`.
-void traceBackupCall(const char* signature);
+QEL_EXPORT void traceBackupCall(const char* signature);
 
 namespace Internal {
 

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Backup/QelDSLocation.h"
 #include "QelFunctionalityCore/Files/QelURI.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
@@ -16,7 +17,7 @@ namespace Qel {
 /// PART1/PART2 is the backup.  STORAGE is a message in binary form, hex-encoded, with the fields of a QelDSLocation
 /// under its root.  It contains the storage's password, so treat such a URI as a secret.  Nothing is escaped: a backup
 /// whose name does not contain exactly one slash does not survive a round trip.
-class QelBackupURI {
+class QEL_EXPORT QelBackupURI {
 public:
     /// The URI type: "backup".
     static const std::string TYPE;

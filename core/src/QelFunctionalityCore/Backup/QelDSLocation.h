@@ -2,13 +2,14 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A backup storage and the account to access it with.
-struct QelDSLocation : QelRecord<QelDSLocation> {
+struct QEL_EXPORT QelDSLocation : QelRecord<QelDSLocation> {
     int type = 0;
     std::string path;
     QelAuthName authName;
@@ -18,7 +19,7 @@ struct QelDSLocation : QelRecord<QelDSLocation> {
 };
 
 /// The storage that a service uses.
-struct QelDSConfiguration : QelRecord<QelDSConfiguration> {
+struct QEL_EXPORT QelDSConfiguration : QelRecord<QelDSConfiguration> {
     QelDSLocation location;
 
     static const QelWireLayout& wire;

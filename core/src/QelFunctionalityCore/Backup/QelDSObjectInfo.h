@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Events/QelInfo.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
 #include "QelMessage/QelRecord.h"
@@ -9,7 +10,7 @@
 namespace Qel {
 
 /// What a storage records about an object that it holds.  Reading returns -1 if a field other than `info` is missing.
-struct QelDSObjectInfo : QelRecord<QelDSObjectInfo> {
+struct QEL_EXPORT QelDSObjectInfo : QelRecord<QelDSObjectInfo> {
     virtual ~QelDSObjectInfo() = default;
 
     long time = 0;      ///< when the object was stored; seconds since the epoch

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Backup/QelBackupTrace.h"
 #include "QelMessage/QelRecord.h"
 
@@ -10,7 +11,7 @@ namespace Qel {
 
 /// Paths to exclude from a backup, and two options whose meaning the backup service defines.  Reading appends to the
 /// existing paths.
-struct QelExcludeList : QelRecord<QelExcludeList>, std::vector<std::string> {
+struct QEL_EXPORT QelExcludeList : QelRecord<QelExcludeList>, std::vector<std::string> {
     using traced_in_log = void;
 
     bool option1982 = false;

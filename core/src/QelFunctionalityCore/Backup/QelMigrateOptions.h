@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelEnvConfig.h"
 #include "QelFunctionalityCore/Host/QelService.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
@@ -21,7 +22,7 @@
 namespace Qel {
 
 /// Converts a physical server to a virtual one.  Reading always returns 0.
-struct QelP2VMigrateOptions : QelRecord<QelP2VMigrateOptions> {
+struct QEL_EXPORT QelP2VMigrateOptions : QelRecord<QelP2VMigrateOptions> {
     virtual ~QelP2VMigrateOptions() = default;
 
     boost::shared_ptr<QelEnvConfig> config; ///< of the new server; null is not sent
@@ -34,21 +35,21 @@ struct QelP2VMigrateOptions : QelRecord<QelP2VMigrateOptions> {
 };
 
 /// Which notes about a hardware node to calculate.
-struct QelCalculateHWNodeNotes : QelRecord<QelCalculateHWNodeNotes> {
+struct QEL_EXPORT QelCalculateHWNodeNotes : QelRecord<QelCalculateHWNodeNotes> {
     virtual ~QelCalculateHWNodeNotes() = default;
 
     static const QelWireLayout& wire;
 };
 
 /// Converts a virtual server to a physical one.
-struct QelV2PMigrateOptions : QelRecord<QelV2PMigrateOptions> {
+struct QEL_EXPORT QelV2PMigrateOptions : QelRecord<QelV2PMigrateOptions> {
     virtual ~QelV2PMigrateOptions() = default;
 
     static const QelWireLayout& wire;
 };
 
 /// Migrates a virtual machine or container to another one.  Reading and writing always return 0.
-struct QelV2VMigrateOptions : QelRecord<QelV2VMigrateOptions> {
+struct QEL_EXPORT QelV2VMigrateOptions : QelRecord<QelV2VMigrateOptions> {
     virtual ~QelV2VMigrateOptions() = default;
 
     // Sent as empty elements.
@@ -64,7 +65,7 @@ struct QelV2VMigrateOptions : QelRecord<QelV2VMigrateOptions> {
 };
 
 /// Clones a virtual server.
-struct QelMigratorCloneOptions : QelRecord<QelMigratorCloneOptions> {
+struct QEL_EXPORT QelMigratorCloneOptions : QelRecord<QelMigratorCloneOptions> {
     virtual ~QelMigratorCloneOptions() = default;
 
     static const QelWireLayout& wire;
@@ -76,10 +77,12 @@ extern template class QelDerivedParserFactory<QelV2PMigrateOptions>;
 extern template class QelDerivedParserFactory<QelV2VMigrateOptions>;
 extern template class QelDerivedParserFactory<QelMigratorCloneOptions>;
 
-extern QelDerivedParserFactoryT<QelP2VMigrateOptions, QelP2VMigrateOptions> factoryQelP2VMigrateOptions;
-extern QelDerivedParserFactoryT<QelCalculateHWNodeNotes, QelCalculateHWNodeNotes> factoryQelCalculateHWNodeNotes;
-extern QelDerivedParserFactoryT<QelV2PMigrateOptions, QelV2PMigrateOptions> factoryQelV2PMigrateOptions;
-extern QelDerivedParserFactoryT<QelV2VMigrateOptions, QelV2VMigrateOptions> factoryQelV2VMigrateOptions;
-extern QelDerivedParserFactoryT<QelMigratorCloneOptions, QelMigratorCloneOptions> factoryQelMigratorCloneOptions;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelP2VMigrateOptions, QelP2VMigrateOptions> factoryQelP2VMigrateOptions;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelCalculateHWNodeNotes, QelCalculateHWNodeNotes>
+    factoryQelCalculateHWNodeNotes;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelV2PMigrateOptions, QelV2PMigrateOptions> factoryQelV2PMigrateOptions;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelV2VMigrateOptions, QelV2VMigrateOptions> factoryQelV2VMigrateOptions;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelMigratorCloneOptions, QelMigratorCloneOptions>
+    factoryQelMigratorCloneOptions;
 
 } // namespace Qel

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "QelCommon/Export.h"
 #include "QelCommon/SettingsProvider.h"
 #include "QelFunctionalityCore/Configuration/QelConfiguration.h"
 #include "QelFunctionalityCore/Configuration/QelConfigurationIterator.h"
@@ -12,7 +13,7 @@ namespace Qel::Debug {
 ///
 /// Keeps a copy of the configuration, so later changes to the original have no effect.  Only order() reads the global
 /// configuration file, at each call.  No operation fails: a setting that cannot be read has its default value.
-class Configuration : public SettingsProvider {
+class QEL_EXPORT Configuration : public SettingsProvider {
 public:
     /// An empty configuration is treated as one without the section.
     explicit Configuration(const QelConfiguration& configuration);

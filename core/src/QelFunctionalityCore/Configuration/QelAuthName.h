@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelFunctionalityCore/Values/QelNamedOpStrListProperty.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
@@ -13,7 +14,7 @@
 namespace Qel {
 
 /// A login name and the realm that defines it.
-struct QelAuthName : QelRecord<QelAuthName> {
+struct QEL_EXPORT QelAuthName : QelRecord<QelAuthName> {
     QelOptionalProperty<std::string> name;
     QelOptionalProperty<std::string> domain;
     QelGUID realm; ///< ID of a QelRealm
@@ -29,7 +30,7 @@ struct QelAuthName : QelRecord<QelAuthName> {
 };
 
 /// A login name with three sets of related names, whose meaning the agent defines, and named lists of strings.
-struct QelSecurityPrincipal : QelAuthName {
+struct QEL_EXPORT QelSecurityPrincipal : QelAuthName {
     using Properties = std::set<boost::shared_ptr<QelNamedOpStrListProperty>, QelLessNamedOpStrListPropertyPtr>;
 
     std::set<QelAuthName> namesFirst;
@@ -49,7 +50,7 @@ struct QelSecurityPrincipal : QelAuthName {
 };
 
 /// Returns -1 if a name or a property cannot be read or the realm is missing.
-struct QelSecurityPrincipal::Reader {
+struct QEL_EXPORT QelSecurityPrincipal::Reader {
     explicit Reader(PropertyForm propertyForm = PropertyForm::attributes) : form(propertyForm) {}
 
     int operator()(const QelMessageIterator& cursor, QelSecurityPrincipal& principal) const;
@@ -57,7 +58,7 @@ struct QelSecurityPrincipal::Reader {
     PropertyForm form;
 };
 
-struct QelSecurityPrincipal::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelSecurityPrincipal::Writer : QelWriterBaseT<Writer> {
     explicit Writer(PropertyForm propertyForm = PropertyForm::attributes) : form(propertyForm) {}
 
     int operator()(QelMessageIterator& cursor, const QelSecurityPrincipal& principal) const;

@@ -8,6 +8,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelLock.h"
 #include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
 #include "QelFunctionalityCore/Configuration/QelRealm.h"
@@ -25,7 +26,7 @@ class QelConfigurationIterator;
 ///
 /// A configuration is empty or owns its tree.  Only saveToFile() writes changes to disk.  Operations return 0 on
 /// success and -1 on failure unless stated otherwise.  Not thread-safe: even reading moves the internal cursor.
-class QelConfiguration {
+class QEL_EXPORT QelConfiguration {
 public:
     /// Name of the subscription to changes, and the tag of its events.
     static constexpr std::string_view subscriptionName = "qelconf_subscription";
@@ -119,17 +120,17 @@ private:
 };
 
 /// Copies the whole message of the cursor, with its envelope; -1 if the cursor has no message.
-struct QelConfiguration::Reader {
+struct QEL_EXPORT QelConfiguration::Reader {
     int operator()(const QelMessageIterator& cursor, QelConfiguration& configuration) const;
 };
 
 /// Adds the data element as a child of the current element; -1 if there is no data element.
-struct QelConfiguration::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelConfiguration::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelConfiguration& configuration) const;
 };
 
 extern template class QelDerivedParserFactory<QelConfiguration>;
 
-extern QelDerivedParserFactoryT<QelConfiguration, QelConfiguration> factoryQelConfiguration;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelConfiguration, QelConfiguration> factoryQelConfiguration;
 
 } // namespace Qel

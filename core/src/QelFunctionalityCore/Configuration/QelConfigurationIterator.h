@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelMessage.h"
 #include "QelMessage/QelMessageIterator.h"
 
@@ -19,7 +20,7 @@ class QelConfiguration;
 ///
 /// Operations return 0 on success and -1 on failure.  Not thread-safe: even reading a value moves the iterator
 /// temporarily.
-class QelConfigurationIterator {
+class QEL_EXPORT QelConfigurationIterator {
 public:
     /// Takes ownership of the message and moves to its data element, if there is one.
     explicit QelConfigurationIterator(QelMessage* message);

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
 #include "QelMessage/QelRecord.h"
@@ -12,7 +13,7 @@ namespace Qel {
 struct QelConnectivityInfo;
 
 /// Functors for protocol, address and port, shared by all records that contain them.
-struct QelConnectivityInfoMarshal {
+struct QEL_EXPORT QelConnectivityInfoMarshal {
     /// Returns -1 if the address is missing.
     using Reader = QelRecordReader<QelConnectivityInfo>;
 
@@ -23,7 +24,7 @@ struct QelConnectivityInfoMarshal {
 };
 
 /// How to reach a program.
-struct QelConnectivityInfo {
+struct QEL_EXPORT QelConnectivityInfo {
     virtual ~QelConnectivityInfo() = default;
 
     std::string protocol; ///< "agent" for agents; may be empty
@@ -39,7 +40,7 @@ struct QelConnectivityInfo {
 };
 
 /// How to reach a program, and with which account.
-struct QelConnectionInfo : QelRecord<QelConnectionInfo, QelConnectivityInfo> {
+struct QEL_EXPORT QelConnectionInfo : QelRecord<QelConnectionInfo, QelConnectivityInfo> {
     QelAuthName authName;
     std::string password; ///< may contain any bytes; never log it
 
@@ -47,7 +48,7 @@ struct QelConnectionInfo : QelRecord<QelConnectionInfo, QelConnectivityInfo> {
 };
 
 /// How to reach an agent.
-struct QelAgentConnectionInfo : QelRecordAs<QelConnectionInfo, 292, 149> {
+struct QEL_EXPORT QelAgentConnectionInfo : QelRecordAs<QelConnectionInfo, 292, 149> {
     static constexpr std::string_view protocolAgent = "agent";
 
     /// The address is the agent's EID, which the transport resolves.

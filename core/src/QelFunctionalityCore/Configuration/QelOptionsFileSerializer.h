@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "QelCommon/Export.h"
+
 namespace boost::program_options {
 template <class charT> class basic_option;
 } // namespace boost::program_options
@@ -11,7 +13,7 @@ template <class charT> class basic_option;
 namespace Qel {
 
 /// The options of a command-line tool.
-class QelProgramOptions {
+class QEL_EXPORT QelProgramOptions {
 public:
     using Options = std::vector<boost::program_options::basic_option<char>>;
 
@@ -30,7 +32,7 @@ public:
 ///     <option><value>server.xml</value></option>              a positional option, with one value
 ///
 /// Only names, values and their order are stored.
-class QelOptionsFileSerializer : public QelProgramOptions::serializer {
+class QEL_EXPORT QelOptionsFileSerializer : public QelProgramOptions::serializer {
 public:
     explicit QelOptionsFileSerializer(std::string path) : m_path(std::move(path)) {}
 

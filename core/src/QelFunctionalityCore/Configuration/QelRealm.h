@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelMessage/QelDerivedParsers.h"
 #include "QelMessage/QelRecord.h"
@@ -12,7 +13,7 @@
 namespace Qel {
 
 /// A set of users managed by one authority, such as the host or a directory service.
-struct QelRealm : QelRecord<QelRealm> {
+struct QEL_EXPORT QelRealm : QelRecord<QelRealm> {
     virtual ~QelRealm() = default;
 
     /// Copies the name of `other`; no other field of a realm can change.  Returns -1 and sets the error message if the
@@ -40,6 +41,6 @@ using QelRealmList = std::vector<boost::shared_ptr<QelRealm>>;
 
 extern template class QelDerivedParserFactory<QelRealm>;
 
-extern QelDerivedParserFactoryT<QelRealm, QelRealm> factoryQelRealm;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelRealm, QelRealm> factoryQelRealm;
 
 } // namespace Qel

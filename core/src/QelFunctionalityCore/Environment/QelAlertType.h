@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelMessageIterator.h"
 
 namespace Qel {
@@ -14,12 +15,12 @@ enum class QelAlertReason : int {};
 inline constexpr int qelAlertReasonCount = 5;
 
 /// Reads an alert level from the current element.  For anything but 0 to 3, returns -1 and leaves the level unchanged.
-struct QelAlertTypeReader {
+struct QEL_EXPORT QelAlertTypeReader {
     int operator()(const QelMessageIterator& cursor, QelAlertType& type) const;
 };
 
 /// Writes an alert level as the value of the current element.
-struct QelAlertTypeWriter : QelWriterBase {
+struct QEL_EXPORT QelAlertTypeWriter : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelAlertType& type) const;
 };
 

@@ -4,6 +4,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelEnvCoreBasicMaintainer.h"
 #include "QelFunctionalityCore/Environment/QelEnvFactory.h"
 #include "QelMessage/QelRecord.h"
@@ -17,7 +18,7 @@ template <class Record> struct Wire;
 ///
 /// An environment from a list of the cache reads directly from the mapped file: it is read-only and must not outlive
 /// the list.
-class QelEnv : public QelEnvBase {
+class QEL_EXPORT QelEnv : public QelEnvBase {
 public:
     /// The type of an environment that has no more specific one: "generic".
     static const QelEnvType type;

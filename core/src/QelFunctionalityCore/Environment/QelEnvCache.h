@@ -5,6 +5,7 @@
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelCacheLogic.h"
 #include "QelCore/QelMappedMemoryManager.h"
 #include "QelFunctionalityCore/Environment/QelEnv.h"
@@ -12,7 +13,9 @@
 
 namespace Qel {
 
-extern template class QelCacheLogic<QelEID, QelEnvCoreBasic, QelMappedMemoryManager>;
+// Not QEL_EXPORT: clang rejects an attribute in [[]] here.
+extern template class __attribute__((visibility("default")))
+QelCacheLogic<QelEID, QelEnvCoreBasic, QelMappedMemoryManager>;
 
 /// The environments that all processes of the agent share, in one memory-mapped file.
 ///
@@ -20,7 +23,7 @@ extern template class QelCacheLogic<QelEID, QelEnvCoreBasic, QelMappedMemoryMana
 /// concurrent writers of one environment may reach the updater in one order and the file in the other.
 ///
 /// Operations return a QelCacheResult or the result of an updater.
-class QelEnvCache : public QelCacheLogic<QelEID, QelEnvCoreBasic, QelMappedMemoryManager> {
+class QEL_EXPORT QelEnvCache : public QelCacheLogic<QelEID, QelEnvCoreBasic, QelMappedMemoryManager> {
 public:
     /// Called before a change reaches the file.  The default implementation calls the updater of the environment's
     /// type, if there is one; for inserts and updates, only if its checkEnv() returns 0.  A nonzero result rejects the
@@ -82,7 +85,7 @@ using QelEnvCacheSP = boost::intrusive_ptr<QelEnvCache>;
 
 /// A snapshot of all environments, sorted by EID.  Environments created from it read directly from the file: they are
 /// read-only and must not outlive the list.
-class QelEnvCache::EnvValuesList : public QelEnvCache::ValuesList {
+class QEL_EXPORT QelEnvCache::EnvValuesList : public QelEnvCache::ValuesList {
 public:
     using ValuesList::ValuesList;
 
@@ -115,14 +118,14 @@ public:
 
 /// Sets the path of the process's cache file; with `removeOld`, removes an existing file.  Call it before the first
 /// envCache() and before threads start.  Always returns 0.
-int initEnvCache(const std::string& path, bool removeOld);
+QEL_EXPORT int initEnvCache(const std::string& path, bool removeOld);
 
 /// Returns the process's cache, attached on the first call and again on the first call after a fork.  Returns null and
 /// logs an error if the file is unusable or no path is set; the next call tries again.  A call that attaches must be
 /// made while the process has a single thread.
-[[nodiscard]] QelEnvCacheSP envCache();
+QEL_EXPORT [[nodiscard]] QelEnvCacheSP envCache();
 
 /// Releases the process's cache.
-void finiEnvCache();
+QEL_EXPORT void finiEnvCache();
 
 } // namespace Qel

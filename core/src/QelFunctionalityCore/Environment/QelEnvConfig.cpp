@@ -291,7 +291,7 @@ int QelEnvConfig::getAgentVersion() const {
 }
 
 template <class Container>
-int QelEnvConfig::getOptionalListAttribute(QelOptionalProperty<Container>& list, int id) const {
+inline int QelEnvConfig::getOptionalListAttribute(QelOptionalProperty<Container>& list, int id) const {
     const QelMessageIterator* const cursor = tree();
     if (!cursor)
         return -1;
@@ -310,7 +310,7 @@ template <class Container> int QelEnvConfig::getStringListAttr(QelOptionalProper
     return result;
 }
 
-template <class List> int QelEnvConfig::setListAttr(const QelOptionalProperty<List>& list, int id) {
+template <class List> inline int QelEnvConfig::setListAttr(const QelOptionalProperty<List>& list, int id) {
     QelMessageIterator& cursor = initMsg();
     while (cursor.firstChild(id) == 0)
         cursor.deleteFromChild();

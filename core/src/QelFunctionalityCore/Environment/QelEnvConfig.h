@@ -7,6 +7,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelEnvCoreBasic.h"
 #include "QelFunctionalityCore/Environment/QelOS.h"
 #include "QelFunctionalityCore/Environment/QelQoS.h"
@@ -32,7 +33,7 @@ using QelQoSListOptionalProperty = QelOptionalProperty<std::set<QelQoS>>;
 ///
 /// Operations return 0, or -1 if there is no tree or an element cannot be read or written.  Not thread-safe.  A view of
 /// a cache record must not outlive the list that the record came from.
-class QelEnvConfig {
+class QEL_EXPORT QelEnvConfig {
 public:
     struct Reader {
         int operator()(const QelMessageIterator& cursor, QelEnvConfig& config) const;

@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelCachedItem.h"
 #include "QelCore/QelContainers.h"
 #include "QelFunctionalityCore/Environment/QelAlertType.h"
@@ -39,7 +40,7 @@ enum class EnvConfigType : int { base = 0, virtualised = 1 };
 ///
 /// The length of a record is the declared size of this class plus the sizes of the two configurations, so at least its
 /// last 4 bytes are unused.
-class QelEnvCoreBasic : public QelCachedItem {
+class QEL_EXPORT QelEnvCoreBasic : public QelCachedItem {
 public:
     /// A blank record: no identity, state 1, transition 0, no type, no alerts, no configurations.
     QelEnvCoreBasic() = default;

@@ -2,13 +2,14 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelVEnvConfig.h"
 
 namespace Qel {
 
 /// Keeps the flat record of an environment in sync with its two configurations.  Changing a configuration only changes
 /// its tree; getBuffer() serialises the tree into a new record.
-class QelEnvCoreBasicMaintainer {
+class QEL_EXPORT QelEnvCoreBasicMaintainer {
 public:
     /// A blank record.
     QelEnvCoreBasicMaintainer();

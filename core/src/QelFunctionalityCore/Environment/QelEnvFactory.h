@@ -4,6 +4,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelEnvCoreBasic.h"
 
 namespace Qel {
@@ -13,7 +14,7 @@ class QelEnvUpdater;
 class QelVEnvConfig;
 
 /// Base class of the environments that child factories create.
-class QelEnvBase {
+class QEL_EXPORT QelEnvBase {
 public:
     virtual ~QelEnvBase() = default;
 
@@ -24,7 +25,7 @@ protected:
 };
 
 /// Creates the environments of one virtualisation technology.
-class QelEnvChildFactory {
+class QEL_EXPORT QelEnvChildFactory {
 public:
     /// A new, empty environment.
     [[nodiscard]] virtual boost::shared_ptr<QelEnvBase> createEnv() = 0;
@@ -42,7 +43,7 @@ public:
 
 /// Finds the virtualisation technology of an environment by its type.  The technologies' libraries register factories
 /// and updaters while they load.  Registration must be complete before the first lookup: lookups take no lock.
-class QelEnvFactory {
+class QEL_EXPORT QelEnvFactory {
 public:
     [[nodiscard]] static QelEnvFactory& getInstance();
 

@@ -3,13 +3,14 @@
 #include <set>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Filter of a request for a list of environments.
-struct QelEnvMListOptions : QelRecord<QelEnvMListOptions> {
+struct QEL_EXPORT QelEnvMListOptions : QelRecord<QelEnvMListOptions> {
     static constexpr int anyCount = -1;
 
     int count = anyCount;          ///< maximum number of environments

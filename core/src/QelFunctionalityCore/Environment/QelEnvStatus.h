@@ -2,12 +2,13 @@
 
 #include <compare>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// The state of an environment and its current transition, both as codes that the agent defines.
-struct QelEnvStatus : QelRecord<QelEnvStatus> {
+struct QEL_EXPORT QelEnvStatus : QelRecord<QelEnvStatus> {
     QelEnvStatus() = default;
     QelEnvStatus(int inState, int inTransition) : state(inState), transition(inTransition) {}
 

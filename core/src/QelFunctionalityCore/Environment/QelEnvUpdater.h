@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelEnvIDComparator.h"
 
 namespace Qel {
@@ -13,7 +14,7 @@ using QelEnvIDList = std::set<QelEID, QelEnvIDComparator>;
 
 /// Receives the changes of environments of one type, on behalf of a virtualisation technology.  Registered with
 /// QelEnvFactory.  Called without the cache lock, on the thread that changes the cache.
-class QelEnvUpdater {
+class QEL_EXPORT QelEnvUpdater {
 public:
     /// Called before an environment enters the cache.  A nonzero result rejects it and becomes the caller's result.
     virtual int insertEnv(const QelEnv& env) = 0;

@@ -2,13 +2,14 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// An operating system.
-struct QelOS : QelRecord<QelOS> {
+struct QEL_EXPORT QelOS : QelRecord<QelOS> {
     QelOS() = default;
     /// A null pointer leaves the field unspecified.
     QelOS(const char* kind, const char* name, const char* version, const char* detail);

@@ -3,13 +3,14 @@
 #include <limits>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A limit on one resource of an environment.  The unit depends on the resource.
-struct QelQoS : QelRecord<QelQoS> {
+struct QEL_EXPORT QelQoS : QelRecord<QelQoS> {
     /// No limit.
     static constexpr long long unlimited = std::numeric_limits<long long>::max();
 

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelEnvConfig.h"
 
 namespace Qel {
 
 /// The configuration of a virtual environment: adds limits and the disabled flag to those of any environment.
-class QelVEnvConfig : public QelRecordAs<QelEnvConfig, 292, 121> {
+class QEL_EXPORT QelVEnvConfig : public QelRecordAs<QelEnvConfig, 292, 121> {
 public:
     QelVEnvConfig() : QelVEnvConfig(static_cast<const QelMessageIterator*>(nullptr)) {}
     explicit QelVEnvConfig(const QelMessageIterator* cursor) : QelRecordAs(cursor, EnvConfigType::virtualised) {}

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelDerivedParsers.h"
@@ -10,14 +11,14 @@
 namespace Qel {
 
 /// Properties of a virtualisation technology.  It has no fields: each technology derives its own class.
-struct QelVtInfo : QelRecord<QelVtInfo> {
+struct QEL_EXPORT QelVtInfo : QelRecord<QelVtInfo> {
     virtual ~QelVtInfo() = default;
 
     static const QelWireLayout& wire;
 };
 
 /// Settings of a virtualisation technology.
-struct QelVtSettings : QelRecord<QelVtSettings> {
+struct QEL_EXPORT QelVtSettings : QelRecord<QelVtSettings> {
     virtual ~QelVtSettings() = default;
 
     QelOptionalProperty<QelGUID> settingsId;
@@ -27,14 +28,14 @@ struct QelVtSettings : QelRecord<QelVtSettings> {
 };
 
 /// Configuration in the native format of a virtualisation technology; each technology derives its own class.
-struct QelNativeConfig : QelRecord<QelNativeConfig> {
+struct QEL_EXPORT QelNativeConfig : QelRecord<QelNativeConfig> {
     virtual ~QelNativeConfig() = default;
 
     static const QelWireLayout& wire;
 };
 
 /// Options of a request for the logs of an environment; each technology derives its own class.
-struct QelLogOptions : QelRecord<QelLogOptions> {
+struct QEL_EXPORT QelLogOptions : QelRecord<QelLogOptions> {
     virtual ~QelLogOptions() = default;
 
     static const QelWireLayout& wire;
@@ -45,9 +46,9 @@ extern template class QelDerivedParserFactory<QelVtSettings>;
 extern template class QelDerivedParserFactory<QelNativeConfig>;
 extern template class QelDerivedParserFactory<QelLogOptions>;
 
-extern QelDerivedParserFactoryT<QelVtInfo, QelVtInfo> factoryQelVtInfo;
-extern QelDerivedParserFactoryT<QelVtSettings, QelVtSettings> factoryQelVtSettings;
-extern QelDerivedParserFactoryT<QelNativeConfig, QelNativeConfig> factoryQelNativeConfig;
-extern QelDerivedParserFactoryT<QelLogOptions, QelLogOptions> factoryQelLogOptions;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelVtInfo, QelVtInfo> factoryQelVtInfo;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelVtSettings, QelVtSettings> factoryQelVtSettings;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelNativeConfig, QelNativeConfig> factoryQelNativeConfig;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelLogOptions, QelLogOptions> factoryQelLogOptions;
 
 } // namespace Qel

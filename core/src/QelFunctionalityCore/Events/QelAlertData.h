@@ -4,6 +4,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelAlertType.h"
 #include "QelFunctionalityCore/Events/QelEventData.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
@@ -13,7 +14,7 @@ namespace Qel {
 
 /// An environment left its normal range or returned to it.  Common root of the alerts, without a factory: only
 /// derived alerts are created from messages.
-struct QelAlertData : QelRecord<QelAlertData, QelEventData> {
+struct QEL_EXPORT QelAlertData : QelRecord<QelAlertData, QelEventData> {
     using AlertType = QelAlertType;
     using AlertReason = QelAlertReason;
 

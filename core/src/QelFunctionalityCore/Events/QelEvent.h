@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Events/QelEventData.h"
 #include "QelFunctionalityCore/Events/QelInfo.h"
 #include "QelFunctionalityCore/Security/QelSID.h"
@@ -14,7 +15,7 @@
 namespace Qel {
 
 /// Something that happened, as delivered to subscribers: who, when, where and why, with an optional payload.
-struct QelEvent : QelRecord<QelEvent> {
+struct QEL_EXPORT QelEvent : QelRecord<QelEvent> {
     static constexpr std::string_view subscriptionName = "events_subscription";
 
     /// Generates an identifier.  The time is the current time, the environment is the local agent, the SID is that of
@@ -39,6 +40,6 @@ struct QelEvent : QelRecord<QelEvent> {
 
 extern template class QelDerivedParserFactory<QelEvent>;
 
-extern QelDerivedParserFactoryT<QelEvent, QelEvent> factoryQelEvent;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelEvent, QelEvent> factoryQelEvent;
 
 } // namespace Qel

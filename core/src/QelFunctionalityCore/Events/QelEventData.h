@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelAnyData.h"
 #include "QelMessage/QelDerivedParsers.h"
 #include "QelMessage/QelMessage.h"
@@ -11,7 +12,7 @@ struct QelInfo;
 
 /// The payload of an event.  Each payload class defines the subscriptions that it is delivered to: a message carries
 /// their names, and reaches every client subscribed to at least one of them.
-struct QelEventData {
+struct QEL_EXPORT QelEventData {
     /// Describes the payload to a user: replaces `info`, or leaves it unchanged if the payload has no description.
     virtual void toInfo(QelInfo& info) const = 0;
     virtual ~QelEventData() = default;
@@ -25,7 +26,7 @@ struct QelEventData {
 };
 
 /// A payload of a class unknown to this process, carried unchanged.
-struct QelAnyEventData : QelRecord<QelAnyEventData, QelEventData> {
+struct QEL_EXPORT QelAnyEventData : QelRecord<QelAnyEventData, QelEventData> {
     QelAnyData any{1307};
 
     void toInfo(QelInfo& info) const override;
@@ -36,6 +37,6 @@ struct QelAnyEventData : QelRecord<QelAnyEventData, QelEventData> {
 
 extern template class QelDerivedParserFactory<QelEventData>;
 
-extern QelDerivedParserFactoryT<QelAnyEventData, QelEventData> factoryQelAnyEventData;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelAnyEventData, QelEventData> factoryQelAnyEventData;
 
 } // namespace Qel

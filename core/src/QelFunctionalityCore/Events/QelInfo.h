@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
@@ -19,7 +20,7 @@ namespace Qel {
 /// texts of all parameters with that name, in insertion order, separated by commas; without any it expands to nothing.
 /// A `%` without a matching second one is copied unchanged.  The text of each parameter is expanded with its own
 /// parameters.
-struct QelInfo : QelRecord<QelInfo> {
+struct QEL_EXPORT QelInfo : QelRecord<QelInfo> {
     /// Keyed by name; a name may occur more than once.
     using Parameters = std::multimap<std::string, QelInfo, std::less<>>;
 

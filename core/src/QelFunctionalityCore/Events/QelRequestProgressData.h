@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Events/QelInfo.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelMessage/QelDerivedParsers.h"
@@ -19,7 +20,7 @@ struct QelSessionID {
 ///
 /// Unset fields are not sent; the reader takes missing ones from the message envelope.  A sender therefore omits what
 /// the envelope already contains.
-struct QelRequestProgressData {
+struct QEL_EXPORT QelRequestProgressData {
     explicit QelRequestProgressData(std::string text = std::string());
     virtual ~QelRequestProgressData() = default;
 
@@ -50,6 +51,7 @@ struct QelRequestProgressData {
 
 extern template class QelDerivedParserFactory<QelRequestProgressData>;
 
-extern QelDerivedParserFactoryT<QelRequestProgressData, QelRequestProgressData> factoryQelRequestProgressData;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelRequestProgressData, QelRequestProgressData>
+    factoryQelRequestProgressData;
 
 } // namespace Qel

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Events/QelAlertData.h"
 #include "QelFunctionalityCore/Monitoring/QelPerfStat.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
@@ -13,7 +14,7 @@ namespace Qel {
 class QelVocMap;
 
 /// A counter of an environment exceeded one of its limits.  Its three values are all integers or all doubles.
-struct QelResourceAlertData : QelAlertData {
+struct QEL_EXPORT QelResourceAlertData : QelAlertData {
     static constexpr std::string_view subscriptionName = "resource_alerts_subscription";
     /// Instance name that matches every instance.
     static constexpr std::string_view anyInstance = "ANY_INSTANCE";
@@ -63,6 +64,6 @@ private:
     [[nodiscard]] bool isSameInstance(const QelResourceAlertData& other) const;
 };
 
-extern QelDerivedParserFactoryT<QelResourceAlertData, QelEventData> factoryQelResourceAlertData;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelResourceAlertData, QelEventData> factoryQelResourceAlertData;
 
 } // namespace Qel

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Events/QelAlertData.h"
 #include "QelMessage/QelRecord.h"
 
@@ -11,7 +12,7 @@ namespace Qel {
 class QelVocMap;
 
 /// A component of a server group failed.
-struct QelServerGroupAlertData : QelAlertData {
+struct QEL_EXPORT QelServerGroupAlertData : QelAlertData {
     static constexpr std::string_view subscriptionName = "server_group_alerts_subscription";
 
     int code = 0; ///< error code, defined by the subsystem
@@ -41,6 +42,6 @@ struct QelServerGroupAlertData : QelAlertData {
     static const QelWireLayout& wire;
 };
 
-extern QelDerivedParserFactoryT<QelServerGroupAlertData, QelEventData> factoryQelServerGroupAlertData;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelServerGroupAlertData, QelEventData> factoryQelServerGroupAlertData;
 
 } // namespace Qel

@@ -2,13 +2,14 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Files/QelFilerOptions.h"
 #include "QelFunctionalityCore/Files/QelSecurityAttributes.h"
 
 namespace Qel {
 
 /// Owns a file descriptor.  Operations return 0, or -1 with errno set.
-class QelFile {
+class QEL_EXPORT QelFile {
 public:
     static constexpr long long appendOffset = -1;   ///< as an offset: append to the file
     static constexpr long long truncateOffset = -2; ///< as an offset: truncate the file

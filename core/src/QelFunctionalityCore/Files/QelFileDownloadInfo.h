@@ -2,13 +2,14 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Files/QelFile.h"
 #include "QelFunctionalityCore/Files/QelFileInfo.h"
 
 namespace Qel {
 
 /// The receiving end of a transfer.  `path` is the name at the sending end.  Sent as a QelFileInfo.
-struct QelFileDownloadInfo : QelFileInfo {
+struct QEL_EXPORT QelFileDownloadInfo : QelFileInfo {
     /// The caller keeps ownership of the attributes, which may be null.
     QelFileDownloadInfo(const std::string& destination, const std::string& src, long long fileSize,
                         long long fileOffset, const QelFilerOptions& fileOptions,
@@ -35,7 +36,7 @@ struct QelFileDownloadInfo : QelFileInfo {
 };
 
 /// Writes the blocks to a file.  The offset may be QelFile::appendOffset or truncateOffset.
-struct QelFileDownloadToFile : QelFileDownloadInfo {
+struct QEL_EXPORT QelFileDownloadToFile : QelFileDownloadInfo {
     QelFileDownloadToFile(const std::string& src, const std::string& destination, long long fileSize,
                           long long fileOffset, const QelFilerOptions& fileOptions,
                           const QelSecurityAttributes* attributes);

@@ -2,13 +2,14 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Criteria of a file search.  A criterion applies if its bit is in the mask.  Reading always returns 0: a field that
 /// cannot be read is not a criterion.
-struct QelFileFilter : QelRecord<QelFileFilter> {
+struct QEL_EXPORT QelFileFilter : QelRecord<QelFileFilter> {
     enum ValidMask : unsigned {
         validType = 1,
         validUserName = 2,

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
@@ -12,7 +13,7 @@ namespace Qel {
 /// know whether the bytes are in memory or on disk.
 ///
 /// Reading returns the result for the path: a size, an offset or data that cannot be read are left unchanged.
-struct QelFileInfo : QelRecord<QelFileInfo> {
+struct QEL_EXPORT QelFileInfo : QelRecord<QelFileInfo> {
     static constexpr long long unknownSize = -1;
     /// Maximum number of bytes in a block.
     static constexpr int maxBlockSize = 0x80000;

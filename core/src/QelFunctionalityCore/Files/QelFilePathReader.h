@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 class QelMessageIterator;
@@ -22,7 +24,7 @@ struct QelFilerBase {
 ///
 /// The rest of the path is not checked: "$SESSION$/.." leads out of the folder.  A caller that grants access by such a
 /// path must check where it leads.
-struct QelFilePathReader {
+struct QEL_EXPORT QelFilePathReader {
     int operator()(const QelMessageIterator& cursor, std::string& path) const;
 };
 

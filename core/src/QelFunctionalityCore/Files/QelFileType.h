@@ -5,13 +5,14 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A file and, for a folder, its children.  An attribute is known if its bit is in the mask.  Reading returns -1 if the
 /// name is missing or a child cannot be read.
-struct QelFileType : QelRecord<QelFileType> {
+struct QEL_EXPORT QelFileType : QelRecord<QelFileType> {
     enum ValidMask : unsigned {
         validType = 0x1,
         validMode = 0x2,
@@ -51,7 +52,7 @@ struct QelFileType : QelRecord<QelFileType> {
 
 /// Which attributes a request wants: bits of QelFileType::ValidMask.  A bit is encoded as an empty element with the ID
 /// of the attribute.  Both functions return 0.  The reader replaces the mask.
-int QelReaderFileTypeMask(const QelMessageIterator& cursor, unsigned& mask);
-int QelWriterFileTypeMask(QelMessageIterator& cursor, unsigned mask);
+QEL_EXPORT int QelReaderFileTypeMask(const QelMessageIterator& cursor, unsigned& mask);
+QEL_EXPORT int QelWriterFileTypeMask(QelMessageIterator& cursor, unsigned mask);
 
 } // namespace Qel

@@ -3,13 +3,14 @@
 #include <memory>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Files/QelFile.h"
 #include "QelFunctionalityCore/Files/QelFileInfo.h"
 
 namespace Qel {
 
 /// The sending end of a transfer.  `path` is the name at the receiving end.  Sent as a QelFileInfo.
-struct QelFileUploadInfo : QelFileInfo {
+struct QEL_EXPORT QelFileUploadInfo : QelFileInfo {
     /// If `bytes` is not null, copies `fileSize` bytes from it.  With unknownSize, `bytes` is a C string and its length
     /// becomes the size.
     QelFileUploadInfo(const std::string& source, const std::string& dst, long long fileSize, long long fileOffset,
@@ -34,7 +35,7 @@ struct QelFileUploadInfo : QelFileInfo {
 };
 
 /// Reads the blocks from a file.
-struct QelFileUploadFromFile : QelFileUploadInfo {
+struct QEL_EXPORT QelFileUploadFromFile : QelFileUploadInfo {
     /// With unknownSize, the size becomes the number of bytes in the file after the offset.  If the file cannot be
     /// opened, the size stays unknown and start() reports the error.
     QelFileUploadFromFile(const std::string& source, const std::string& dst, long long fileSize, long long fileOffset);

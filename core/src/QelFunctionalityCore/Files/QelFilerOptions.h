@@ -1,12 +1,13 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Flags of a file operation.  The file service defines the meaning of the numbered ones.  Reading always returns 0 and
 /// replaces all flags.
-struct QelFilerOptions : QelRecord<QelFilerOptions> {
+struct QEL_EXPORT QelFilerOptions : QelRecord<QelFilerOptions> {
     enum Flag : unsigned {
         overwrite = 1, ///< an existing file may be written to
         option1151 = 2,

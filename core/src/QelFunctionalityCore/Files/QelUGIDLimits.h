@@ -1,11 +1,12 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Four limits on user and group IDs.  The host's user service defines what each of them limits.
-struct QelUGIDLimits : QelRecord<QelUGIDLimits> {
+struct QEL_EXPORT QelUGIDLimits : QelRecord<QelUGIDLimits> {
     int limit1 = 0;
     int limit2 = 0;
     int limit3 = 0;

@@ -2,10 +2,12 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// A name of the form TYPE://PATH.  Neither part is escaped or interpreted.
-class QelURI {
+class QEL_EXPORT QelURI {
 public:
     QelURI() = default;
     QelURI(const QelURI&) = default;

@@ -3,13 +3,14 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// The credentials for a file operation: a user and groups, each by name or by number.  Names take precedence: numbers
 /// are sent only if there are no names.
-struct QelUserCredentials : QelRecord<QelUserCredentials> {
+struct QEL_EXPORT QelUserCredentials : QelRecord<QelUserCredentials> {
     static constexpr unsigned noUid = 0xFFFFFFFF;
 
     std::string name;

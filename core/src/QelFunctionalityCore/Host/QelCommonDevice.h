@@ -4,13 +4,14 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelDerivedParsers.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A device of a host.
-struct QelCommonDevice : QelRecord<QelCommonDevice> {
+struct QEL_EXPORT QelCommonDevice : QelRecord<QelCommonDevice> {
     virtual ~QelCommonDevice() = default;
 
     /// Returns a copy with the dynamic type of the object.
@@ -22,7 +23,7 @@ struct QelCommonDevice : QelRecord<QelCommonDevice> {
     static const QelWireLayout& wire;
 };
 
-struct QelWindowsDevice : QelRecord<QelWindowsDevice, QelCommonDevice> {
+struct QEL_EXPORT QelWindowsDevice : QelRecord<QelWindowsDevice, QelCommonDevice> {
     [[nodiscard]] boost::shared_ptr<QelCommonDevice> clone() const override;
 
     std::string f2112;
@@ -30,14 +31,14 @@ struct QelWindowsDevice : QelRecord<QelWindowsDevice, QelCommonDevice> {
     static const QelWireLayout& wire;
 };
 
-struct QelScsiDevice : QelRecordAs<QelWindowsDevice, 278, 303> {
+struct QEL_EXPORT QelScsiDevice : QelRecordAs<QelWindowsDevice, 278, 303> {
     [[nodiscard]] boost::shared_ptr<QelCommonDevice> clone() const override;
 };
 
 extern template class QelDerivedParserFactory<QelCommonDevice>;
 
-extern QelDerivedParserFactoryT<QelCommonDevice, QelCommonDevice> factoryQelCommonDevice;
-extern QelDerivedParserFactoryT<QelWindowsDevice, QelCommonDevice> factoryQelWindowsDevice;
-extern QelDerivedParserFactoryT<QelScsiDevice, QelCommonDevice> factoryQelScsiDevice;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelCommonDevice, QelCommonDevice> factoryQelCommonDevice;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelWindowsDevice, QelCommonDevice> factoryQelWindowsDevice;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelScsiDevice, QelCommonDevice> factoryQelScsiDevice;
 
 } // namespace Qel

@@ -2,12 +2,13 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// The time zone of a host.
-struct QelTimeZone : QelRecord<QelTimeZone> {
+struct QEL_EXPORT QelTimeZone : QelRecord<QelTimeZone> {
     std::string name;
     std::string f1788;
 
@@ -21,7 +22,7 @@ struct QelTimeZone : QelRecord<QelTimeZone> {
 };
 
 /// A point in time, as a number or a string.
-struct QelDate {
+struct QEL_EXPORT QelDate {
     long time = 0; ///< seconds since the epoch; 0: unset
     std::string f2007;
 

@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Host/QelCommonDevice.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
 #include "QelMessage/QelRecord.h"
@@ -12,7 +13,7 @@
 namespace Qel {
 
 /// A device and its mount point.
-struct QelDevMountInfo : QelRecord<QelDevMountInfo> {
+struct QEL_EXPORT QelDevMountInfo : QelRecord<QelDevMountInfo> {
     std::string f1114;
     std::string f1113;
     bool f1116 = false;
@@ -31,7 +32,7 @@ struct QelDevMountInfo : QelRecord<QelDevMountInfo> {
 };
 
 /// The devices of a host, by kind.
-struct QelDeviceInfo : QelRecord<QelDeviceInfo> {
+struct QEL_EXPORT QelDeviceInfo : QelRecord<QelDeviceInfo> {
     std::vector<std::string> f1113;
     std::vector<std::string> f1114;
     std::vector<std::string> f1115;
@@ -40,7 +41,7 @@ struct QelDeviceInfo : QelRecord<QelDeviceInfo> {
 };
 
 /// One end of a forwarded device.  Cannot be written if `device` is null.
-struct QelForwardPoint : QelRecord<QelForwardPoint> {
+struct QEL_EXPORT QelForwardPoint : QelRecord<QelForwardPoint> {
     QelEID eid; ///< invalid: unset
     boost::shared_ptr<QelCommonDevice> device;
 
@@ -48,7 +49,7 @@ struct QelForwardPoint : QelRecord<QelForwardPoint> {
 };
 
 /// A device of one environment, forwarded to another.
-struct QelForwardDevice : QelRecord<QelForwardDevice> {
+struct QEL_EXPORT QelForwardDevice : QelRecord<QelForwardDevice> {
     QelForwardPoint source;
     QelForwardPoint destination;
 

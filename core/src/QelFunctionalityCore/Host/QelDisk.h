@@ -3,13 +3,14 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Host/QelStatistics.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A file system on a disk of a host.
-struct QelDiskPartition : QelRecord<QelDiskPartition> {
+struct QEL_EXPORT QelDiskPartition : QelRecord<QelDiskPartition> {
     std::string name;
     std::string f1297;
     int f1299 = 0;
@@ -22,7 +23,7 @@ struct QelDiskPartition : QelRecord<QelDiskPartition> {
 };
 
 /// The file systems of a host.
-struct QelDisk : QelRecord<QelDisk> {
+struct QEL_EXPORT QelDisk : QelRecord<QelDisk> {
     std::vector<QelDiskPartition> partitions;
 
     static const QelWireLayout& wire;

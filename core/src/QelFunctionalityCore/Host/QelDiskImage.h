@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
@@ -9,7 +10,7 @@
 namespace Qel {
 
 /// A disk image.  All fields are optional; a field that cannot be read becomes unspecified.
-struct QelDiskImage : QelRecord<QelDiskImage> {
+struct QEL_EXPORT QelDiskImage : QelRecord<QelDiskImage> {
     QelOptionalProperty<QelGUID> id;
     QelOptionalProperty<QelGUID> f2248;
     QelOptionalProperty<std::string> name;
@@ -23,7 +24,7 @@ struct QelDiskImage : QelRecord<QelDiskImage> {
 };
 
 /// A disk image with its type.
-struct QelImageInfo : QelRecord<QelImageInfo> {
+struct QEL_EXPORT QelImageInfo : QelRecord<QelImageInfo> {
     int type = 0;
     QelOptionalProperty<QelDiskImage> image;
 
@@ -31,7 +32,7 @@ struct QelImageInfo : QelRecord<QelImageInfo> {
 };
 
 /// A directory shared with other hosts.  All fields are optional; a field that cannot be read becomes unspecified.
-struct QelFileShare : QelRecord<QelFileShare> {
+struct QEL_EXPORT QelFileShare : QelRecord<QelFileShare> {
     QelOptionalProperty<QelGUID> id;
     QelOptionalProperty<std::string> name;
     QelOptionalProperty<std::string> path;

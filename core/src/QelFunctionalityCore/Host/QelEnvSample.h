@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelOS.h"
 #include "QelFunctionalityCore/Environment/QelVEnvConfig.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
@@ -13,7 +14,7 @@
 namespace Qel {
 
 /// The version of a virtualisation technology.
-struct QelVtVersion : QelRecord<QelVtVersion> {
+struct QEL_EXPORT QelVtVersion : QelRecord<QelVtVersion> {
     std::string f1846;
     std::string f1276;
     std::string f2103;
@@ -22,14 +23,14 @@ struct QelVtVersion : QelRecord<QelVtVersion> {
 };
 
 /// Names of file types.  Reading always succeeds.
-struct QelFileListType : QelRecord<QelFileListType> {
+struct QEL_EXPORT QelFileListType : QelRecord<QelFileListType> {
     std::vector<std::string> f2289;
 
     static const QelWireLayout& wire;
 };
 
 /// A configuration from which new environments are created.
-struct QelEnvSample : QelRecord<QelEnvSample> {
+struct QEL_EXPORT QelEnvSample : QelRecord<QelEnvSample> {
     QelGUID id;
     boost::shared_ptr<QelVEnvConfig> config; ///< may be null
 
@@ -37,7 +38,7 @@ struct QelEnvSample : QelRecord<QelEnvSample> {
 };
 
 /// A sample with its name and version.
-struct QelSampleConf : QelRecord<QelSampleConf> {
+struct QEL_EXPORT QelSampleConf : QelRecord<QelSampleConf> {
     boost::shared_ptr<QelEnvConfig> config; ///< must not be null
     QelGUID id;
     std::string name;
@@ -48,7 +49,7 @@ struct QelSampleConf : QelRecord<QelSampleConf> {
 };
 
 /// Criteria for looking up a host.
-struct QelHNLookupInfoType : QelRecord<QelHNLookupInfoType> {
+struct QEL_EXPORT QelHNLookupInfoType : QelRecord<QelHNLookupInfoType> {
     std::string hostname;
     std::vector<std::string> f1072;
     QelOS os;

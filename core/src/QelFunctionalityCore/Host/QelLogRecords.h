@@ -4,13 +4,14 @@
 #include <string_view>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A class of performance counters that can be logged.
-struct QelLogClass : QelRecord<QelLogClass> {
+struct QEL_EXPORT QelLogClass : QelRecord<QelLogClass> {
     std::string name;
     std::string f1905;
     std::string f1906;
@@ -19,7 +20,7 @@ struct QelLogClass : QelRecord<QelLogClass> {
 };
 
 /// The settings of one part of a log.
-struct QelLogInfo : QelRecord<QelLogInfo> {
+struct QEL_EXPORT QelLogInfo : QelRecord<QelLogInfo> {
     std::string name;
     int f1089 = 0;
 
@@ -27,7 +28,7 @@ struct QelLogInfo : QelRecord<QelLogInfo> {
 };
 
 /// The settings of an environment's log.
-struct QelLogParameters : QelRecord<QelLogParameters> {
+struct QEL_EXPORT QelLogParameters : QelRecord<QelLogParameters> {
     static constexpr std::string_view subscriptionName = "log_subscription";
 
     QelEID eid;

@@ -2,13 +2,14 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A template for mail sent by the agent.
-struct QelMailTemplate : QelRecord<QelMailTemplate> {
+struct QEL_EXPORT QelMailTemplate : QelRecord<QelMailTemplate> {
     std::string name;
     std::string text1328;  ///< any bytes
     bool flag1607 = false; ///< a read may set it but never clears it
@@ -17,7 +18,7 @@ struct QelMailTemplate : QelRecord<QelMailTemplate> {
 };
 
 /// A sender or recipient of mail.
-struct QelMailerAccount : QelRecord<QelMailerAccount> {
+struct QEL_EXPORT QelMailerAccount : QelRecord<QelMailerAccount> {
     std::string name;
     std::string address1099;
 
@@ -25,7 +26,7 @@ struct QelMailerAccount : QelRecord<QelMailerAccount> {
 };
 
 /// The agent's mail notification settings.
-struct QelMailerConfig {
+struct QEL_EXPORT QelMailerConfig {
     bool enabled2150 = false;
     QelOptionalProperty<QelMailerAccount> account2152;
     QelOptionalProperty<QelMailerAccount> account1044;

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
@@ -23,7 +24,7 @@ template <class ID, ID none, int idElement> struct QelNameIDTmpl : QelRecord<Qel
 using QelGroupNameID = QelNameIDTmpl<unsigned, 4294967295U, 1027>;
 using QelUserNameID = QelNameIDTmpl<unsigned, 4294967295U, 1030>;
 
-template <> const QelWireLayout& QelGroupNameID::wire;
-template <> const QelWireLayout& QelUserNameID::wire;
+template <> QEL_EXPORT const QelWireLayout& QelGroupNameID::wire;
+template <> QEL_EXPORT const QelWireLayout& QelUserNameID::wire;
 
 } // namespace Qel

@@ -3,13 +3,14 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelIPAddress.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A network interface of a host, with its addresses.
-struct QelNetInterface : QelRecord<QelNetInterface> {
+struct QEL_EXPORT QelNetInterface : QelRecord<QelNetInterface> {
     std::string name;
     std::vector<QelIPAddress> addresses;
     std::vector<std::string> f1072;
@@ -23,7 +24,7 @@ struct QelNetInterface : QelRecord<QelNetInterface> {
 };
 
 /// The network settings of a host.
-struct QelNetwork : QelRecord<QelNetwork> {
+struct QEL_EXPORT QelNetwork : QelRecord<QelNetwork> {
     std::string hostname;
     std::string f1282;
     std::vector<std::string> nameservers;

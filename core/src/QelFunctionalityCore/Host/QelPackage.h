@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelOS.h"
 #include "QelMessage/QelDerivedParsers.h"
 #include "QelMessage/QelRecord.h"
@@ -12,7 +13,7 @@
 namespace Qel {
 
 /// A software package.
-struct QelPackage : QelRecord<QelPackage> {
+struct QEL_EXPORT QelPackage : QelRecord<QelPackage> {
     virtual ~QelPackage() = default;
 
     std::string name;
@@ -26,7 +27,7 @@ struct QelPackage : QelRecord<QelPackage> {
 };
 
 /// A package of a Linux distribution.
-struct QelPackageLinux : QelRecord<QelPackageLinux, QelPackage> {
+struct QEL_EXPORT QelPackageLinux : QelRecord<QelPackageLinux, QelPackage> {
     std::string filePath; ///< path of the package file, in the form accepted by QelFilePathReader
 
     static const QelWireLayout& wire;
@@ -39,7 +40,7 @@ struct QelPackageDeb : QelRecordAs<QelPackageLinux, 302, 273> {};
 using QelPackageList = std::vector<boost::shared_ptr<QelPackage>>;
 
 /// A package to install, or the path of one.  If a message contains both, only the package is read.
-struct QelInstallationPackage : QelRecord<QelInstallationPackage> {
+struct QEL_EXPORT QelInstallationPackage : QelRecord<QelInstallationPackage> {
     boost::shared_ptr<QelPackage> package;
     std::string path; ///< in the form accepted by QelFilePathReader
 
@@ -54,8 +55,8 @@ struct QelInstallationPackage : QelRecord<QelInstallationPackage> {
 
 extern template class QelDerivedParserFactory<QelPackage>;
 
-extern QelDerivedParserFactoryT<QelPackage, QelPackage> factoryQelPackage;
-extern QelDerivedParserFactoryT<QelPackageRpm, QelPackage> factoryQelPackageRpm;
-extern QelDerivedParserFactoryT<QelPackageDeb, QelPackage> factoryQelPackageDeb;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelPackage, QelPackage> factoryQelPackage;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelPackageRpm, QelPackage> factoryQelPackageRpm;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelPackageDeb, QelPackage> factoryQelPackageDeb;
 
 } // namespace Qel

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Host/QelPackage.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
 #include "QelMessage/QelRecord.h"
@@ -9,7 +10,7 @@
 namespace Qel {
 
 /// Payload of the event that reports a change of an environment's packages.
-struct QelPackageListModificationData : QelRecord<QelPackageListModificationData> {
+struct QEL_EXPORT QelPackageListModificationData : QelRecord<QelPackageListModificationData> {
     static constexpr std::string_view subscriptionName = "package_list_subscription";
 
     virtual ~QelPackageListModificationData() = default;
@@ -30,7 +31,7 @@ struct QelPackageListModificationData : QelRecord<QelPackageListModificationData
 
 extern template class QelDerivedParserFactory<QelPackageListModificationData>;
 
-extern QelDerivedParserFactoryT<QelPackageListModificationData, QelPackageListModificationData>
+QEL_EXPORT extern QelDerivedParserFactoryT<QelPackageListModificationData, QelPackageListModificationData>
     factoryQelPackageListModificationData;
 
 } // namespace Qel

@@ -4,13 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A process, as one row of a table.  A row contains only values; the column names are sent once, with the list.  The
 /// functors therefore refer to a list of names that the caller keeps across rows.
-struct QelProcessInfo {
+struct QEL_EXPORT QelProcessInfo {
     int pid = 0;
     std::map<std::string, std::string> params; ///< column name to value
 
@@ -45,7 +46,7 @@ struct QelProcessInfo {
 /// The processes of a host.  The first row with columns determines the columns of the list; writing fails if those of
 /// another row differ.  A list whose only column has an empty name can be written but not read back: on the wire it is
 /// indistinguishable from a list without columns.
-struct QelProcessList : QelRecord<QelProcessList> {
+struct QEL_EXPORT QelProcessList : QelRecord<QelProcessList> {
     std::vector<QelProcessInfo> rows;
     std::vector<std::string>
         paramNames; ///< the columns; set by reading, ignored by writing, which takes them from the rows

@@ -3,13 +3,14 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Files/QelUserCredentials.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Credentials under which a program runs.
-struct QelProgCredentials : QelRecord<QelProgCredentials, QelUserCredentials> {
+struct QEL_EXPORT QelProgCredentials : QelRecord<QelProgCredentials, QelUserCredentials> {
     std::string login;
     std::string secret; ///< any bytes; must never be logged
 
@@ -17,7 +18,7 @@ struct QelProgCredentials : QelRecord<QelProgCredentials, QelUserCredentials> {
 };
 
 /// Parameters for running a program on another host.
-struct QelProcessMExecParams : QelRecord<QelProcessMExecParams> {
+struct QEL_EXPORT QelProcessMExecParams : QelRecord<QelProcessMExecParams> {
     struct ReaderStdio;
     struct WriterStdio;
 
@@ -35,16 +36,16 @@ struct QelProcessMExecParams : QelRecord<QelProcessMExecParams> {
 };
 
 /// Reads the fields that describe the standard streams: the input, and which output to return.
-struct QelProcessMExecParams::ReaderStdio {
+struct QEL_EXPORT QelProcessMExecParams::ReaderStdio {
     int operator()(const QelMessageIterator& cursor, QelProcessMExecParams& params) const;
 };
 
-struct QelProcessMExecParams::WriterStdio : QelWriterBase {
+struct QEL_EXPORT QelProcessMExecParams::WriterStdio : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelProcessMExecParams& params) const;
 };
 
 /// Result of a program that ran on another host.
-struct QelProcessMExecOutput : QelRecord<QelProcessMExecOutput> {
+struct QEL_EXPORT QelProcessMExecOutput : QelRecord<QelProcessMExecOutput> {
     int code = 0;    ///< the exit code
     std::string out; ///< content of its standard output; any bytes
     std::string err;

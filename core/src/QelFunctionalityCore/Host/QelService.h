@@ -4,13 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A system service of a managed host.  The host agent that fills the fields defines their exact meaning.
-struct QelService : QelRecord<QelService> {
+struct QEL_EXPORT QelService : QelRecord<QelService> {
     static constexpr int unknownState = -1;
 
     /// A flag for each of the run levels 0 to 6.

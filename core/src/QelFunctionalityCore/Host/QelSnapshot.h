@@ -4,6 +4,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelEnvConfig.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelMessage/QelRecord.h"
@@ -11,7 +12,7 @@
 namespace Qel {
 
 /// A snapshot of an environment.
-struct QelSnapshot : QelRecord<QelSnapshot> {
+struct QEL_EXPORT QelSnapshot : QelRecord<QelSnapshot> {
     QelGUID id;
     std::string name;
     std::string text1026;

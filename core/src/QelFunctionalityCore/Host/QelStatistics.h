@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
@@ -7,7 +8,7 @@ namespace Qel {
 // Fields named after their element ID are opaque here; the agent that fills them defines their meaning.
 
 /// Usage of a resource, in bytes, blocks or inodes.
-struct QelUsageStats : QelRecord<QelUsageStats> {
+struct QEL_EXPORT QelUsageStats : QelRecord<QelUsageStats> {
     long long total = 0;
     long long used = 0;
     long long free = 0;
@@ -16,7 +17,7 @@ struct QelUsageStats : QelRecord<QelUsageStats> {
 };
 
 /// A counter over time.
-struct QelStats : QelRecord<QelStats> {
+struct QEL_EXPORT QelStats : QelRecord<QelStats> {
     long long f1060 = 0;
     long long f1061 = 0;
     long long f1062 = 0;
@@ -27,7 +28,7 @@ struct QelStats : QelRecord<QelStats> {
 };
 
 /// Traffic in one direction.
-struct QelNetTransferStat : QelRecord<QelNetTransferStat> {
+struct QEL_EXPORT QelNetTransferStat : QelRecord<QelNetTransferStat> {
     long long f1056 = 0; ///< optional; a failed read is ignored
     long long f1055 = 0;
 
@@ -35,7 +36,7 @@ struct QelNetTransferStat : QelRecord<QelNetTransferStat> {
 };
 
 /// Traffic in both directions.
-struct QelNetTransfer : QelRecord<QelNetTransfer> {
+struct QEL_EXPORT QelNetTransfer : QelRecord<QelNetTransfer> {
     QelNetTransferStat in;
     QelNetTransferStat out;
 
@@ -43,7 +44,7 @@ struct QelNetTransfer : QelRecord<QelNetTransfer> {
 };
 
 /// CPU time by use.
-struct QelCPULoad : QelRecord<QelCPULoad> {
+struct QEL_EXPORT QelCPULoad : QelRecord<QelCPULoad> {
     long long f1044 = 0;
     long long f1025 = 0;
     long long f1045 = 0;
@@ -59,7 +60,7 @@ struct QelCPULoad : QelRecord<QelCPULoad> {
 };
 
 /// A load average.
-struct QelLoadAvg1 : QelRecord<QelLoadAvg1> {
+struct QEL_EXPORT QelLoadAvg1 : QelRecord<QelLoadAvg1> {
     double f1060 = 0;
     double f1061 = 0;
     double f1062 = 0;
@@ -69,7 +70,7 @@ struct QelLoadAvg1 : QelRecord<QelLoadAvg1> {
 };
 
 /// The load averages over three periods, shortest first.
-struct QelLoadAvg : QelRecord<QelLoadAvg> {
+struct QEL_EXPORT QelLoadAvg : QelRecord<QelLoadAvg> {
     QelLoadAvg1 f1041;
     QelLoadAvg1 f1042;
     QelLoadAvg1 f1043;

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Environment/QelOS.h"
 #include "QelFunctionalityCore/Host/QelStatistics.h"
 #include "QelMessage/QelRecord.h"
@@ -9,7 +10,7 @@
 namespace Qel {
 
 /// Architecture, operating system, processors and memory of a host.
-struct QelSystemInfo : QelRecord<QelSystemInfo> {
+struct QEL_EXPORT QelSystemInfo : QelRecord<QelSystemInfo> {
     std::string arch;
     QelOS os;
 

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelEIDList.h"
 #include "QelMessage/QelRecord.h"
 
@@ -12,7 +13,7 @@ namespace Qel {
 ///
 /// Values are either integers or doubles.  The message does not specify which; the caller, who requested the metric,
 /// passes it to the reader.
-struct QelTopData {
+struct QEL_EXPORT QelTopData {
     /// Only the member selected by `isWhole` is read and written; the other one is left unchanged.
     struct Value {
         long long whole = 0;
@@ -65,7 +66,7 @@ struct QelTopData {
 };
 
 /// Parameters of a request for QelTopData.
-struct QelTopInfo : QelRecord<QelTopInfo> {
+struct QEL_EXPORT QelTopInfo : QelRecord<QelTopInfo> {
     std::string f1017;
     bool f1378 = false;
     bool f1346 = false;

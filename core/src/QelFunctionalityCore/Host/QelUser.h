@@ -4,13 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Host/QelNameID.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A user of a host.
-struct QelUser : QelRecord<QelUser, QelUserNameID> {
+struct QEL_EXPORT QelUser : QelRecord<QelUser, QelUserNameID> {
     QelGroupNameID groupId; ///< primary group; if empty, written as an empty element, which reads as a missing one
     std::vector<QelGroupNameID> groups;
     std::string comment;
@@ -22,7 +23,7 @@ struct QelUser : QelRecord<QelUser, QelUserNameID> {
 };
 
 /// A group of users.
-struct QelGroup : QelRecord<QelGroup> {
+struct QEL_EXPORT QelGroup : QelRecord<QelGroup> {
     QelGroupNameID group;
     std::set<std::string> members;      ///< users
     std::set<std::string> memberGroups; ///< groups whose members belong to this group

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Configuration/QelConnectionInfo.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
@@ -9,7 +10,7 @@
 namespace Qel {
 
 /// How to connect to a graphical console.
-struct QelVncConnectionInfo : QelRecord<QelVncConnectionInfo> {
+struct QEL_EXPORT QelVncConnectionInfo : QelRecord<QelVncConnectionInfo> {
     std::string password; ///< required, may be empty; must never be logged
     QelOptionalProperty<QelConnectivityInfo> server2308;
     QelOptionalProperty<QelConnectivityInfo> server2309;
@@ -18,7 +19,7 @@ struct QelVncConnectionInfo : QelRecord<QelVncConnectionInfo> {
 };
 
 /// A graphical console.  Its fields are stored in the element of its connection, with the type of the connection.
-struct QelVncConsoleInfo : QelRecord<QelVncConsoleInfo> {
+struct QEL_EXPORT QelVncConsoleInfo : QelRecord<QelVncConsoleInfo> {
     QelOptionalProperty<int> value2310;
     int value2311 = 0; ///< 0 after a failed read
     int value2312 = 0; ///< 0 after a failed read

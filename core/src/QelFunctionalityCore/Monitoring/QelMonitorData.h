@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Monitoring/QelPerfStat.h"
 #include "QelFunctionalityCore/Monitoring/QelTimeInterval.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
@@ -33,7 +34,7 @@ struct QelMonitorData {
 /// Adds the counters of the message to `data`.  Returns -1 if the identifier or the interval is missing or malformed,
 /// and at the first malformed counter; the error message specifies which.  Empty subsystems and instances are skipped.
 /// A counter without a name is skipped together with the rest of its instance.
-struct QelMonitorData::Reader {
+struct QEL_EXPORT QelMonitorData::Reader {
     /// The vocabulary determines the form of a counter (see QelVocMap::readValueType); integer if it does not list the
     /// counter, or is null.
     explicit Reader(const boost::shared_ptr<QelVocMap>& vocMap = {}) : vocabulary(vocMap) {}
@@ -44,7 +45,7 @@ struct QelMonitorData::Reader {
 };
 
 /// Writes each counter in the form that it is stored in.
-struct QelMonitorData::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelMonitorData::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelMonitorData& report) const;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelMessageIterator.h"
 
 namespace Qel {
@@ -17,16 +18,16 @@ struct QelPerfMonBlock {
 };
 
 /// Returns -1 and leaves the block unchanged unless the value has exactly 128 bytes.
-struct QelPerfMonBlock::Reader {
+struct QEL_EXPORT QelPerfMonBlock::Reader {
     int operator()(const QelMessageIterator& cursor, QelPerfMonBlock& block) const;
 };
 
-struct QelPerfMonBlock::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelPerfMonBlock::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelPerfMonBlock& block) const;
 };
 
 /// Current values.
-struct QelPerfMonActualValue : QelPerfMonBlock {
+struct QEL_EXPORT QelPerfMonActualValue : QelPerfMonBlock {
     using reader_type = Reader;
     using writer_type = Writer;
 
@@ -35,7 +36,7 @@ struct QelPerfMonActualValue : QelPerfMonBlock {
 };
 
 /// Historical values.
-struct QelPerfMonHistoricalValue : QelPerfMonBlock {
+struct QEL_EXPORT QelPerfMonHistoricalValue : QelPerfMonBlock {
     using reader_type = Reader;
     using writer_type = Writer;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelMessageIterator.h"
 
 namespace Qel {
@@ -28,7 +29,7 @@ struct QelPerfStat {
 };
 
 /// Returns -1 unless all four values are present and well-formed.
-struct QelPerfStat::Reader {
+struct QEL_EXPORT QelPerfStat::Reader {
     /// The value type of a vocabulary: 0 for doubles, otherwise integers.
     explicit Reader(int integer = 1) : isInteger(integer != 0) {}
 
@@ -37,7 +38,7 @@ struct QelPerfStat::Reader {
     bool isInteger;
 };
 
-struct QelPerfStat::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelPerfStat::Writer : QelWriterBaseT<Writer> {
     /// Any other value means doubles.
     enum Mode : int { asStored = -1, asDoubles = 0, asIntegers = 1 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelMessageIterator.h"
 
 namespace Qel {
@@ -23,12 +24,12 @@ struct QelTimeInterval {
 };
 
 /// Returns -1 unless both ends are present.  The zone is that of the end.
-struct QelTimeInterval::Reader {
+struct QEL_EXPORT QelTimeInterval::Reader {
     int operator()(const QelMessageIterator& cursor, QelTimeInterval& interval) const;
 };
 
 /// Writes the ends selected by a mask.
-struct QelTimeInterval::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelTimeInterval::Writer : QelWriterBaseT<Writer> {
     enum Ends : int { start = 1, end = 2 };
 
     explicit Writer(int mask = start | end) : ends(mask) {}
@@ -41,6 +42,6 @@ struct QelTimeInterval::Writer : QelWriterBaseT<Writer> {
 };
 
 /// Returns a writer that omits open ends: a start of 0 and an end of QelTimeInterval::openEnd.
-[[nodiscard]] QelTimeInterval::Writer timeIntervalWriter(const QelTimeInterval& interval);
+QEL_EXPORT [[nodiscard]] QelTimeInterval::Writer timeIntervalWriter(const QelTimeInterval& interval);
 
 } // namespace Qel

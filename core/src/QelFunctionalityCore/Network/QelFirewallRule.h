@@ -3,13 +3,14 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// A packet filter rule of an environment or a host.  Strings are not validated.  The service that fills in the rule
 /// defines the fields without a name.
-struct QelFirewallRule : QelRecord<QelFirewallRule> {
+struct QEL_EXPORT QelFirewallRule : QelRecord<QelFirewallRule> {
     /// Values that the service uses for protocol, chain and policy.
     static constexpr std::string_view PT_TCP = "tcp";
     static constexpr std::string_view PT_UDP = "udp";

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelIPv6.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
@@ -15,7 +16,7 @@
 namespace Qel {
 
 /// An address range given by start and end, or a network given by start and prefix.
-struct QelIPRange : QelRecord<QelIPRange> {
+struct QEL_EXPORT QelIPRange : QelRecord<QelIPRange> {
     QelIPv6 start;
     QelIPv6 end;         ///< the any address if there is a prefix
     unsigned prefix = 0; ///< length in bits, up to 128; above that, an IPv4 mask as a number; 0 if there is an end
@@ -26,7 +27,7 @@ struct QelIPRange : QelRecord<QelIPRange> {
 };
 
 /// Fields common to pools and allocations.
-struct QelIPPoolBaseData : QelRecord<QelIPPoolBaseData> {
+struct QEL_EXPORT QelIPPoolBaseData : QelRecord<QelIPPoolBaseData> {
     std::string netmask;
     QelOptionalProperty<std::vector<QelIPv6>> nameServers;
     QelIPv6 address2050;
@@ -35,7 +36,7 @@ struct QelIPPoolBaseData : QelRecord<QelIPPoolBaseData> {
 };
 
 /// A named pool.
-struct QelIPPool : QelRecord<QelIPPool, QelIPPoolBaseData> {
+struct QEL_EXPORT QelIPPool : QelRecord<QelIPPool, QelIPPoolBaseData> {
     QelGUID id;
     std::string name;
     std::string description; ///< may hold any bytes
@@ -47,14 +48,14 @@ struct QelIPPool : QelRecord<QelIPPool, QelIPPoolBaseData> {
 };
 
 /// An allocated address, with the settings that its owner needs to use it.
-struct QelIPPoolAllocation : QelRecord<QelIPPoolAllocation, QelIPPoolBaseData> {
+struct QEL_EXPORT QelIPPoolAllocation : QelRecord<QelIPPoolAllocation, QelIPPoolBaseData> {
     std::string address;
 
     static const QelWireLayout& wire;
 };
 
 /// The owner of an allocated address, and the time of the allocation.
-struct QelIPPoolAllocationItem : QelRecord<QelIPPoolAllocationItem> {
+struct QEL_EXPORT QelIPPoolAllocationItem : QelRecord<QelIPPoolAllocationItem> {
     QelGUID id;
     QelIPv6 address;    ///< unchanged if the message has none
     long long time = 0; ///< 0 if unset
@@ -63,7 +64,7 @@ struct QelIPPoolAllocationItem : QelRecord<QelIPPoolAllocationItem> {
 };
 
 /// Usage of a pool.
-struct QelIPPoolUsage : QelRecord<QelIPPoolUsage> {
+struct QEL_EXPORT QelIPPoolUsage : QelRecord<QelIPPoolUsage> {
     QelGUID id;
     long long count = 0;
     long long value1059 = 0;
@@ -73,7 +74,7 @@ struct QelIPPoolUsage : QelRecord<QelIPPoolUsage> {
 };
 
 /// A request for addresses.
-struct QelAllocateIPParams : QelRecord<QelAllocateIPParams> {
+struct QEL_EXPORT QelAllocateIPParams : QelRecord<QelAllocateIPParams> {
     QelGUID id;
     QelGUID id2182;
     std::set<QelGUID> ids2183;

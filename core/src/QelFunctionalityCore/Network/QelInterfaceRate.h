@@ -2,12 +2,13 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Bandwidth limit of one traffic class on a network interface.
-struct QelInterfaceRate : QelRecord<QelInterfaceRate> {
+struct QEL_EXPORT QelInterfaceRate : QelRecord<QelInterfaceRate> {
     unsigned int rateClass = 0; ///< traffic class
     long long rate = 0;         ///< 0 for unlimited
 

@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelIPAddress.h"
 #include "QelMessage/QelDerivedParsers.h"
 #include "QelMessage/QelRecord.h"
@@ -13,7 +14,7 @@ namespace Qel {
 
 /// A network device of a host, or a filter for such devices (see checkFilter()).  The service that owns the devices
 /// defines the fields without a name.
-struct QelNetDevice : QelRecord<QelNetDevice> {
+struct QEL_EXPORT QelNetDevice : QelRecord<QelNetDevice> {
     virtual ~QelNetDevice() = default;
 
     /// Bits of `kind`.
@@ -36,19 +37,19 @@ struct QelNetDevice : QelRecord<QelNetDevice> {
 
 /// Returns -1 and leaves the cursor at the element of the kind if that is not a known kind.  All other fields may be
 /// missing or malformed and are then left unchanged, except that a missing flag reads as false.
-struct QelNetDevice::Reader {
+struct QEL_EXPORT QelNetDevice::Reader {
     int operator()(const QelMessageIterator& cursor, QelNetDevice& device) const;
 };
 
 /// A physical adapter.
-struct QelNetNIC : QelRecord<QelNetNIC, QelNetDevice> {
+struct QEL_EXPORT QelNetNIC : QelRecord<QelNetNIC, QelNetDevice> {
     std::string text1836;
 
     static const QelWireLayout& wire;
 };
 
 /// A VLAN on an adapter.
-struct QelNetVLAN : QelRecord<QelNetVLAN, QelNetDevice> {
+struct QEL_EXPORT QelNetVLAN : QelRecord<QelNetVLAN, QelNetDevice> {
     std::string text2051;
     std::string text2052;
     std::string text1836;
@@ -65,14 +66,14 @@ struct QelNetBridge : QelRecordAs<QelNetDevice, 299, 218> {};
 /// A filter of class QelNetDevice matches devices of every class, a filter of a derived class only its own class.
 /// Compared are `id`, `text2048`, `text1836` of a NIC, and `text2051` and `text2052` of a VLAN.  For each address of
 /// the filter the device must have one that is equal according to ipCompare.  All other fields are ignored.
-[[nodiscard]] bool checkFilter(const boost::shared_ptr<QelNetDevice>& device,
-                               const boost::shared_ptr<QelNetDevice>& filter);
+QEL_EXPORT [[nodiscard]] bool checkFilter(const boost::shared_ptr<QelNetDevice>& device,
+                                          const boost::shared_ptr<QelNetDevice>& filter);
 
 extern template class QelDerivedParserFactory<QelNetDevice>;
 
-extern QelDerivedParserFactoryT<QelNetDevice, QelNetDevice> factoryQelNetDevice;
-extern QelDerivedParserFactoryT<QelNetNIC, QelNetDevice> factoryQelNetNIC;
-extern QelDerivedParserFactoryT<QelNetVLAN, QelNetDevice> factoryQelNetVLAN;
-extern QelDerivedParserFactoryT<QelNetBridge, QelNetDevice> factoryQelNetBridge;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelNetDevice, QelNetDevice> factoryQelNetDevice;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelNetNIC, QelNetDevice> factoryQelNetNIC;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelNetVLAN, QelNetDevice> factoryQelNetVLAN;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelNetBridge, QelNetDevice> factoryQelNetBridge;
 
 } // namespace Qel

@@ -7,6 +7,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelCompressedSet.h"
 #include "QelFunctionalityCore/Values/QelIPFunctors.h"
 #include "QelMessage/QelDerivedParsers.h"
@@ -19,11 +20,11 @@ namespace Qel {
 enum class QelResourceType : int { none = 0, ip = 1 };
 
 /// Maps between the types and their names on the wire; the name of `none` is empty.
-extern const std::map<QelResourceType, std::string> IDResourceNameMap;
-extern const std::map<std::string, QelResourceType> ResourceNameIDMap;
+QEL_EXPORT extern const std::map<QelResourceType, std::string> IDResourceNameMap;
+QEL_EXPORT extern const std::map<std::string, QelResourceType> ResourceNameIDMap;
 
 /// A single allocatable resource.  Its class determines `type`, which is not sent.
-struct QelResource : QelRecord<QelResource> {
+struct QEL_EXPORT QelResource : QelRecord<QelResource> {
     explicit QelResource(QelResourceType resourceType = QelResourceType::none) : type(resourceType) {}
     QelResource(const QelResource&) = default;
     QelResource& operator=(const QelResource&) = default;
@@ -51,7 +52,7 @@ struct QelRangedResource
 using QelResourceIp = QelRangedResource<unsigned int, QelResourceType::ip, 0U, 1262, 281, 251>;
 
 /// A set of allocatable resources.
-struct QelResourcePool : QelRecord<QelResourcePool> {
+struct QEL_EXPORT QelResourcePool : QelRecord<QelResourcePool> {
     explicit QelResourcePool(QelResourceType resourceType = QelResourceType::none) : type(resourceType) {}
     QelResourcePool(const QelResourcePool&) = default;
     QelResourcePool& operator=(const QelResourcePool&) = default;
@@ -85,7 +86,7 @@ struct QelRangedPool
 using QelResourceIpPool = QelRangedPool<unsigned int, 0, QelIPReader, QelIPWriter, 281, 250>;
 
 /// A requested or completed allocation: the resource, and the pool that it comes from.  Either may be null.
-struct QelPoolResourcePair : QelRecord<QelPoolResourcePair> {
+struct QEL_EXPORT QelPoolResourcePair : QelRecord<QelPoolResourcePair> {
     QelPoolResourcePair() = default;
     QelPoolResourcePair(const QelPoolResourcePair&) = default;
     QelPoolResourcePair& operator=(const QelPoolResourcePair&) = default;
@@ -99,15 +100,15 @@ struct QelPoolResourcePair : QelRecord<QelPoolResourcePair> {
     static const QelWireLayout& wire;
 };
 
-template <> const QelWireLayout& QelResourceIp::wire;
-template <> const QelWireLayout& QelResourceIpPool::wire;
+template <> QEL_EXPORT const QelWireLayout& QelResourceIp::wire;
+template <> QEL_EXPORT const QelWireLayout& QelResourceIpPool::wire;
 
 extern template class QelDerivedParserFactory<QelResource>;
 extern template class QelDerivedParserFactory<QelResourcePool>;
 
-extern QelDerivedParserFactoryT<QelResource, QelResource> factoryQelResource;
-extern QelDerivedParserFactoryT<QelResourceIp, QelResource> factoryQelResourceIp;
-extern QelDerivedParserFactoryT<QelResourcePool, QelResourcePool> factoryQelResourcePool;
-extern QelDerivedParserFactoryT<QelResourceIpPool, QelResourcePool> factoryQelResourceIpPool;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelResource, QelResource> factoryQelResource;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelResourceIp, QelResource> factoryQelResourceIp;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelResourcePool, QelResourcePool> factoryQelResourcePool;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelResourceIpPool, QelResourcePool> factoryQelResourceIpPool;
 
 } // namespace Qel

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
@@ -11,7 +12,7 @@ namespace Qel {
 /// A cell of a row set: either a string, stored in element `id` and base64-encoded if `encoded`, or nested cells.
 ///
 /// The children of a cell with a string are neither read nor written.  A cell with neither is an empty element.
-template <int id, bool encoded> struct QelStringTree {
+template <int id, bool encoded> struct QEL_EXPORT QelStringTree {
     std::string value;
     std::vector<QelStringTree> children; ///< only if `value` is empty
 
@@ -26,16 +27,16 @@ template <int id, bool encoded> struct QelStringTree {
 };
 
 /// Reads the children if the string is missing or malformed.  Returns -1 if one of them is malformed.
-template <int id, bool encoded> struct QelStringTree<id, encoded>::Reader {
+template <int id, bool encoded> struct QEL_EXPORT QelStringTree<id, encoded>::Reader {
     int operator()(const QelMessageIterator& cursor, QelStringTree& cell) const;
 };
 
-template <int id, bool encoded> struct QelStringTree<id, encoded>::Writer : QelWriterBaseT<Writer> {
+template <int id, bool encoded> struct QEL_EXPORT QelStringTree<id, encoded>::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelStringTree& cell) const;
 };
 
 /// A page of a long list, as a table.
-struct QelRowSet : QelRecord<QelRowSet> {
+struct QEL_EXPORT QelRowSet : QelRecord<QelRowSet> {
     /// Value of an unknown number; not sent.
     static constexpr int unknown = std::numeric_limits<int>::max();
 

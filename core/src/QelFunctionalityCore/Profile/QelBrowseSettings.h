@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Profile/QelProfileFilter.h"
 #include "QelFunctionalityCore/Profile/QelProfileRecord.h"
 #include "QelFunctionalityCore/Profile/QelTextBool.h"
@@ -12,7 +13,7 @@
 namespace Qel {
 
 /// A column of a browse list.
-struct QelBrowseColumn : QelRecord<QelBrowseColumn, QelProfileRecord> {
+struct QEL_EXPORT QelBrowseColumn : QelRecord<QelBrowseColumn, QelProfileRecord> {
     std::string text; ///< not sent
     std::string name;
     QelTextBool flag2206;
@@ -22,7 +23,7 @@ struct QelBrowseColumn : QelRecord<QelBrowseColumn, QelProfileRecord> {
 };
 
 /// The column layout of a browse list.  The console defines the numbered fields.
-struct QelBrowseInfo : QelRecord<QelBrowseInfo, QelProfileRecord> {
+struct QEL_EXPORT QelBrowseInfo : QelRecord<QelBrowseInfo, QelProfileRecord> {
     /// Element ID of the name.
     static constexpr int nameID = 2209;
 
@@ -45,7 +46,7 @@ struct QelBrowseInfo : QelRecord<QelBrowseInfo, QelProfileRecord> {
 };
 
 /// The browse lists, with unique names.
-struct QelBrowseSettings : QelRecord<QelBrowseSettings, QelProfileRecord> {
+struct QEL_EXPORT QelBrowseSettings : QelRecord<QelBrowseSettings, QelProfileRecord> {
     using Item = QelBrowseInfo;
     /// Element ID of an item.
     static constexpr int itemID = 2200;
@@ -64,7 +65,7 @@ struct QelBrowseSettings : QelRecord<QelBrowseSettings, QelProfileRecord> {
 /// Returns -1 at an item without a name; items added before remain.
 ///
 /// If the filter is not empty, the cursor is not restored: it ends at the last item, or at the item without a name.
-[[nodiscard]] int readFiltered(const QelMessageIterator& cursor, QelBrowseSettings& settings,
-                               const QelBrowseSettings* filter, QelFilterMode mode);
+QEL_EXPORT [[nodiscard]] int readFiltered(const QelMessageIterator& cursor, QelBrowseSettings& settings,
+                                          const QelBrowseSettings* filter, QelFilterMode mode);
 
 } // namespace Qel

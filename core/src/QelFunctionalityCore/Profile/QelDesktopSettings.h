@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Profile/QelProfileRecord.h"
 #include "QelFunctionalityCore/Profile/QelTextBool.h"
 #include "QelMessage/QelRecord.h"
@@ -10,7 +11,7 @@
 namespace Qel {
 
 /// An action on the desktop of the management interface.
-struct QelDesktopAction : QelRecord<QelDesktopAction, QelProfileRecord> {
+struct QEL_EXPORT QelDesktopAction : QelRecord<QelDesktopAction, QelProfileRecord> {
     QelTextBool flag2206;
     std::string name;
 
@@ -18,7 +19,7 @@ struct QelDesktopAction : QelRecord<QelDesktopAction, QelProfileRecord> {
 };
 
 /// Desktop of the management interface.  The console defines the numbered options.
-struct QelDesktopSettings : QelRecord<QelDesktopSettings, QelProfileRecord> {
+struct QEL_EXPORT QelDesktopSettings : QelRecord<QelDesktopSettings, QelProfileRecord> {
     QelTextBool option2207;
     QelTextBool option2203;
     QelTextBool option2202;

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Profile/QelProfileRecord.h"
 #include "QelFunctionalityCore/Profile/QelTextBool.h"
 #include "QelMessage/QelRecord.h"
@@ -9,7 +10,7 @@
 namespace Qel {
 
 /// Options of the management interface.  The console defines them; they are named after their element IDs.
-struct QelInterfaceSettings : QelRecord<QelInterfaceSettings, QelProfileRecord> {
+struct QEL_EXPORT QelInterfaceSettings : QelRecord<QelInterfaceSettings, QelProfileRecord> {
     int option2197 = 0;
     QelTextBool option2195;
     QelTextBool option2299;

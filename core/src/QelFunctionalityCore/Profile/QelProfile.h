@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Profile/QelBrowseSettings.h"
 #include "QelFunctionalityCore/Profile/QelDesktopSettings.h"
@@ -18,7 +19,7 @@ namespace Qel {
 
 /// Settings that the management interface stores for a user or a group.  Any section may be unspecified, so a profile
 /// can also be partial, or a filter whose specified sections select those of another profile.
-struct QelProfile : QelRecord<QelProfile, QelProfileRecord> {
+struct QEL_EXPORT QelProfile : QelRecord<QelProfile, QelProfileRecord> {
     QelOptionalProperty<QelSID> sid;           ///< the owner
     QelOptionalProperty<QelAuthName> authName; ///< the owner's name; neither written nor read if there is a SID
     QelOptionalProperty<QelPersonalSettings> personal;
@@ -57,7 +58,7 @@ struct QelProfile : QelRecord<QelProfile, QelProfileRecord> {
 ///
 /// Returns -1 if the owner is malformed.  If browse lists or screens are present, also returns -1 for one of their
 /// items without a name directly in the profile's element; the names of such items are discarded.
-struct QelProfile::filterReader {
+struct QEL_EXPORT QelProfile::filterReader {
     int operator()(const QelMessageIterator& cursor, QelProfile& filter) const;
 };
 
@@ -65,7 +66,7 @@ struct QelProfile::filterReader {
 ///
 /// With browse lists, the cursor is left one level deeper, in their element, and the elements of desktop and screens
 /// are nested there.  That is the wire format of filters.
-struct QelProfile::filterWriter : QelWriterBaseT<filterWriter> {
+struct QEL_EXPORT QelProfile::filterWriter : QelWriterBaseT<filterWriter> {
     int operator()(QelMessageIterator& cursor, const QelProfile& filter) const;
 };
 
@@ -76,7 +77,7 @@ struct QelProfile::filterWriter : QelWriterBaseT<filterWriter> {
 /// their element, so desktop and screens, which are looked up from there, are not found.
 ///
 /// Returns -1 for a malformed section; sections read before remain.
-[[nodiscard]] int readFiltered(const QelMessageIterator& cursor, QelProfile& profile, const QelProfile* filter,
-                               QelFilterMode mode);
+QEL_EXPORT [[nodiscard]] int readFiltered(const QelMessageIterator& cursor, QelProfile& profile,
+                                          const QelProfile* filter, QelFilterMode mode);
 
 } // namespace Qel

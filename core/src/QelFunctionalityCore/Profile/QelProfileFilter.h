@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelMessageIterator.h"
 
 // Set algebra of profiles.  A filter is itself a profile: its specified sections, and the item names in them, form the
@@ -14,7 +15,7 @@ namespace Qel {
 
 namespace Internal {
 
-[[nodiscard]] int readItemName(const QelMessageIterator& cursor, std::string& name, int nameID);
+QEL_EXPORT [[nodiscard]] int readItemName(const QelMessageIterator& cursor, std::string& name, int nameID);
 
 } // namespace Internal
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Profile/QelProfileFilter.h"
 #include "QelFunctionalityCore/Profile/QelProfileRecord.h"
 #include "QelMessage/QelRecord.h"
@@ -11,7 +12,7 @@
 namespace Qel {
 
 /// A section of a dashboard screen and its position.
-struct QelDashboardSection : QelRecord<QelDashboardSection, QelProfileRecord> {
+struct QEL_EXPORT QelDashboardSection : QelRecord<QelDashboardSection, QelProfileRecord> {
     std::string name;
     std::string text;
     int order = 0;
@@ -21,7 +22,7 @@ struct QelDashboardSection : QelRecord<QelDashboardSection, QelProfileRecord> {
 };
 
 /// The layout of a dashboard screen.
-struct QelScreenInfo : QelRecord<QelScreenInfo, QelProfileRecord> {
+struct QEL_EXPORT QelScreenInfo : QelRecord<QelScreenInfo, QelProfileRecord> {
     /// Element ID of the name.
     static constexpr int nameID = 2217;
 
@@ -38,7 +39,7 @@ struct QelScreenInfo : QelRecord<QelScreenInfo, QelProfileRecord> {
 };
 
 /// The dashboard screens, with unique names.
-struct QelScreenSettings : QelRecord<QelScreenSettings, QelProfileRecord> {
+struct QEL_EXPORT QelScreenSettings : QelRecord<QelScreenSettings, QelProfileRecord> {
     using Item = QelScreenInfo;
     /// Element ID of an item.
     static constexpr int itemID = 2219;
@@ -53,7 +54,7 @@ struct QelScreenSettings : QelRecord<QelScreenSettings, QelProfileRecord> {
 
 /// Reads dashboard screens like readFiltered() for QelBrowseSettings.  A filtered profile reads its screens without a
 /// filter; this function is for a separate QelScreenSettings.
-[[nodiscard]] int readFiltered(const QelMessageIterator& cursor, QelScreenSettings& settings,
-                               const QelScreenSettings* filter, QelFilterMode mode);
+QEL_EXPORT [[nodiscard]] int readFiltered(const QelMessageIterator& cursor, QelScreenSettings& settings,
+                                          const QelScreenSettings* filter, QelFilterMode mode);
 
 } // namespace Qel

@@ -3,10 +3,12 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// A bool of an interface profile, sent as a string.
-struct QelTextBool {
+struct QEL_EXPORT QelTextBool {
     bool value = false;
 
     constexpr QelTextBool() = default;

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
@@ -11,7 +12,7 @@ namespace Qel {
 
 /// A scheduled task.  The service that owns tasks defines name, category and time; this library only stores and
 /// forwards them.
-struct QelScheduleTask : QelRecord<QelScheduleTask> {
+struct QEL_EXPORT QelScheduleTask : QelRecord<QelScheduleTask> {
     QelGUID id;
     std::string taskName;
     std::string description;

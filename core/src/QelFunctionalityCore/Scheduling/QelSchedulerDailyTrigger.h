@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
@@ -10,7 +11,7 @@ namespace Qel {
 /// change moves the runs on the wall clock.
 ///
 /// A `start` in the future is the first run, on any day and even after `end`.
-struct QelSchedulerDailyTrigger : QelRecord<QelSchedulerDailyTrigger, QelSchedulerTrigger> {
+struct QEL_EXPORT QelSchedulerDailyTrigger : QelRecord<QelSchedulerDailyTrigger, QelSchedulerTrigger> {
     using QelRecord::QelRecord;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
@@ -23,6 +24,7 @@ struct QelSchedulerDailyTrigger : QelRecord<QelSchedulerDailyTrigger, QelSchedul
     static const QelWireLayout& wire;
 };
 
-extern QelDerivedParserFactoryT<QelSchedulerDailyTrigger, QelSchedulerTrigger> factoryQelSchedulerDailyTrigger;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelSchedulerDailyTrigger, QelSchedulerTrigger>
+    factoryQelSchedulerDailyTrigger;
 
 } // namespace Qel

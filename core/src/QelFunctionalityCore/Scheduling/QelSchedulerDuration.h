@@ -3,13 +3,15 @@
 #include <cstdint>
 #include <vector>
 
+#include "QelCommon/Export.h"
+
 namespace Qel {
 
 /// A time span in which a scheduled task may run; a temporary of one computation of the next run.
 ///
 /// All times are seconds since the epoch, in 64 bits even if a long has 32: a month may end after the maximum of such a
 /// long while its runs are before it.
-class QelSchedulerDuration {
+class QEL_EXPORT QelSchedulerDuration {
 public:
     /// A span of `length` seconds from `beginTime`.  Invalid if the end exceeds 64 bits.
     QelSchedulerDuration(std::int64_t beginTime, std::int64_t length);
@@ -42,7 +44,7 @@ public:
 /// the beginning of the first to the end of the last.
 ///
 /// Run days begin a multiple of 86400 seconds apart, even across a daylight saving change.
-class QelSchedulerPeriodDuration : public QelSchedulerDuration {
+class QEL_EXPORT QelSchedulerPeriodDuration : public QelSchedulerDuration {
 public:
     using QelSchedulerDuration::QelSchedulerDuration;
 

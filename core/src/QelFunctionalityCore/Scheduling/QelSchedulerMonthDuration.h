@@ -3,6 +3,7 @@
 #include <ctime>
 #include <set>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDuration.h"
 
 namespace Qel {
@@ -13,7 +14,7 @@ namespace Qel {
 /// standard time, so in summer it is 01:00 on the wall clock.
 ///
 /// Months are 0 to 11, years count from 1900, week days are 0 for Sunday to 6 for Saturday.
-class QelSchedulerMonthDuration : public QelSchedulerPeriodDuration {
+class QEL_EXPORT QelSchedulerMonthDuration : public QelSchedulerPeriodDuration {
 public:
     /// Sentinel for the last day of the month.
     static constexpr int lastDay = 32;

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
 #include "QelMessage/QelRecord.h"
 
@@ -13,7 +14,8 @@ namespace Qel {
 /// after it.  If either has none of the week days, the call fails.  If the next run in the month is not after `start`,
 /// the later ones of that month are skipped.  `end` is only compared with the current time, so a run may be after it.
 /// During daylight saving time, runs are one hour late on the wall clock.
-struct QelSchedulerMonthlyDayOfWeekTrigger : QelRecord<QelSchedulerMonthlyDayOfWeekTrigger, QelSchedulerTrigger> {
+struct QEL_EXPORT QelSchedulerMonthlyDayOfWeekTrigger
+    : QelRecord<QelSchedulerMonthlyDayOfWeekTrigger, QelSchedulerTrigger> {
     using QelRecord::QelRecord;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
@@ -25,7 +27,7 @@ struct QelSchedulerMonthlyDayOfWeekTrigger : QelRecord<QelSchedulerMonthlyDayOfW
     static const QelWireLayout& wire;
 };
 
-extern QelDerivedParserFactoryT<QelSchedulerMonthlyDayOfWeekTrigger, QelSchedulerTrigger>
+QEL_EXPORT extern QelDerivedParserFactoryT<QelSchedulerMonthlyDayOfWeekTrigger, QelSchedulerTrigger>
     factoryQelSchedulerMonthlyDayOfWeekTrigger;
 
 } // namespace Qel

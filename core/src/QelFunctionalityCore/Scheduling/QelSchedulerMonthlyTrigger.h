@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
 #include "QelMessage/QelRecord.h"
 
@@ -14,7 +15,7 @@ namespace Qel {
 /// when that has passed too.  If a considered month has none of the days, the call fails.  The month of `start` counts
 /// as a whole, so a run may be before `start`, and also after `end`.  During daylight saving time, runs are one hour
 /// late on the wall clock.
-struct QelSchedulerMonthlyTrigger : QelRecord<QelSchedulerMonthlyTrigger, QelSchedulerTrigger> {
+struct QEL_EXPORT QelSchedulerMonthlyTrigger : QelRecord<QelSchedulerMonthlyTrigger, QelSchedulerTrigger> {
     using QelRecord::QelRecord;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
@@ -25,6 +26,7 @@ struct QelSchedulerMonthlyTrigger : QelRecord<QelSchedulerMonthlyTrigger, QelSch
     static const QelWireLayout& wire;
 };
 
-extern QelDerivedParserFactoryT<QelSchedulerMonthlyTrigger, QelSchedulerTrigger> factoryQelSchedulerMonthlyTrigger;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelSchedulerMonthlyTrigger, QelSchedulerTrigger>
+    factoryQelSchedulerMonthlyTrigger;
 
 } // namespace Qel

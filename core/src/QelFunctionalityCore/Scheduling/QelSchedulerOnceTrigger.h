@@ -1,12 +1,13 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Runs once, at `start`.  `end` is ignored.
-struct QelSchedulerOnceTrigger : QelRecord<QelSchedulerOnceTrigger, QelSchedulerTrigger> {
+struct QEL_EXPORT QelSchedulerOnceTrigger : QelRecord<QelSchedulerOnceTrigger, QelSchedulerTrigger> {
     using QelRecord::QelRecord;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
@@ -14,6 +15,6 @@ struct QelSchedulerOnceTrigger : QelRecord<QelSchedulerOnceTrigger, QelScheduler
     static const QelWireLayout& wire;
 };
 
-extern QelDerivedParserFactoryT<QelSchedulerOnceTrigger, QelSchedulerTrigger> factoryQelSchedulerOnceTrigger;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelSchedulerOnceTrigger, QelSchedulerTrigger> factoryQelSchedulerOnceTrigger;
 
 } // namespace Qel

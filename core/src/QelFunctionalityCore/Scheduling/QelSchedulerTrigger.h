@@ -4,6 +4,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelDerivedParsers.h"
 #include "QelMessage/QelRecord.h"
 
@@ -16,7 +17,7 @@ inline constexpr long qelNoTime = -1;
 /// does not record past runs.
 ///
 /// Times are seconds since the epoch.
-struct QelSchedulerTrigger : QelRecord<QelSchedulerTrigger> {
+struct QEL_EXPORT QelSchedulerTrigger : QelRecord<QelSchedulerTrigger> {
     QelSchedulerTrigger() = default;
     QelSchedulerTrigger(long startTime, long endTime) : start(startTime), end(endTime) {}
     QelSchedulerTrigger(const QelSchedulerTrigger&) = default;

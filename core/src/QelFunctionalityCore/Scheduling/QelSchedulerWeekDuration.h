@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerDuration.h"
 
 namespace Qel {
@@ -11,7 +12,7 @@ namespace Qel {
 ///
 /// The run on the Sunday extends to the midnight at the end of that day.  If the start is a Sunday, it is the only day,
 /// and its run extends over the whole following week.
-class QelSchedulerWeekDuration : public QelSchedulerPeriodDuration {
+class QEL_EXPORT QelSchedulerWeekDuration : public QelSchedulerPeriodDuration {
 public:
     /// Week days are 0 for Sunday to 6 for Saturday; other numbers are ignored.
     QelSchedulerWeekDuration(std::int64_t start, const std::set<int>& weekDays);

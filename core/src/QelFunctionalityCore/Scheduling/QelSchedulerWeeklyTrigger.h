@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Scheduling/QelSchedulerTrigger.h"
 #include "QelMessage/QelRecord.h"
 
@@ -9,7 +10,7 @@ namespace Qel {
 
 /// Runs on certain days of every n-th week, at the time of day of `start`.  Days and times are in UTC.  Weeks are
 /// counted from 1 January of each year, not from `start`: see Weekly::Calculator.
-struct QelSchedulerWeeklyTrigger : QelRecord<QelSchedulerWeeklyTrigger, QelSchedulerTrigger> {
+struct QEL_EXPORT QelSchedulerWeeklyTrigger : QelRecord<QelSchedulerWeeklyTrigger, QelSchedulerTrigger> {
     using QelRecord::QelRecord;
 
     [[nodiscard]] int getNextRunTime(long now, long& next) const override;
@@ -20,6 +21,7 @@ struct QelSchedulerWeeklyTrigger : QelRecord<QelSchedulerWeeklyTrigger, QelSched
     static const QelWireLayout& wire;
 };
 
-extern QelDerivedParserFactoryT<QelSchedulerWeeklyTrigger, QelSchedulerTrigger> factoryQelSchedulerWeeklyTrigger;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelSchedulerWeeklyTrigger, QelSchedulerTrigger>
+    factoryQelSchedulerWeeklyTrigger;
 
 } // namespace Qel

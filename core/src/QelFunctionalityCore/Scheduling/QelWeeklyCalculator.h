@@ -5,6 +5,8 @@
 
 #include <boost/date_time/gregorian/greg_date.hpp>
 
+#include "QelCommon/Export.h"
+
 namespace Qel::Weekly {
 
 /// Computes run days of a task that runs on certain days of every n-th week.
@@ -12,7 +14,7 @@ namespace Qel::Weekly {
 /// All dates are in UTC.  Weeks begin on Monday and are numbered from 0 in each year: week 0 contains 1 January, unless
 /// that is a Sunday, which then forms week -1.  The weeks whose number is a multiple of the period are active.  The
 /// numbering restarts on each 1 January, so the period is broken at the turn of the year.
-class Calculator {
+class QEL_EXPORT Calculator {
 public:
     /// `periodInWeeks` is 1 to 52; `weekDays` is not empty.  Week days are normalised by weekDay().
     Calculator(int periodInWeeks, const std::set<int>& weekDays);

@@ -4,13 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Rights on an object, as right numbers and as operation names.  The agent defines the meaning of the numbers.
-struct QelObjectRights : QelRecord<QelObjectRights> {
+struct QEL_EXPORT QelObjectRights : QelRecord<QelObjectRights> {
     QelGUID object;
     std::vector<int> rights;
     std::set<std::string> operations;

@@ -3,13 +3,14 @@
 #include <string>
 #include <string_view>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelDerivedParsers.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// An LDAP control (RFC 4511, 4.1.11) in its message form.  The directory client converts it to LDAP.
-struct QelDirControl {
+struct QEL_EXPORT QelDirControl {
     virtual ~QelDirControl() = default;
 
     bool critical = true;
@@ -24,7 +25,7 @@ struct QelDirControl {
     static const QelWireLayout& wire;
 };
 
-struct QelDirControl::Reader {
+struct QEL_EXPORT QelDirControl::Reader {
     /// If the message contains no OID, the read fails if `requireOid`, and otherwise leaves the object's OID unchanged.
     explicit Reader(bool requireOid = true) : oidRequired(requireOid) {}
 
@@ -39,7 +40,7 @@ struct QelDirControl::Writer : QelRecordWriter<QelDirControl> {
 };
 
 /// Server-side sorting (RFC 2891).
-struct QelDirSortControl : virtual QelDirControl {
+struct QEL_EXPORT QelDirSortControl : virtual QelDirControl {
     static constexpr std::string_view oid = "1.2.840.113556.1.4.473";
 
     QelDirSortControl() { QelDirControl::oid = oid; }
@@ -56,7 +57,7 @@ struct QelDirSortControl : virtual QelDirControl {
 };
 
 /// Virtual list view: requests a window of a long list (draft-ietf-ldapext-ldapv3-vlv).
-struct QelDirVlvControl : virtual QelDirControl {
+struct QEL_EXPORT QelDirVlvControl : virtual QelDirControl {
     static constexpr std::string_view oid = "2.16.840.1.113730.3.4.9";
 
     QelDirVlvControl() { QelDirControl::oid = oid; }
@@ -76,8 +77,8 @@ struct QelDirVlvControl : virtual QelDirControl {
 
 extern template class QelDerivedParserFactory<QelDirControl>;
 
-extern QelDerivedParserFactoryT<QelDirControl, QelDirControl> factoryQelDirControl;
-extern QelDerivedParserFactoryT<QelDirVlvControl, QelDirControl> factoryQelDirVlvControl;
-extern QelDerivedParserFactoryT<QelDirSortControl, QelDirControl> factoryQelDirSortControl;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelDirControl, QelDirControl> factoryQelDirControl;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelDirVlvControl, QelDirControl> factoryQelDirVlvControl;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelDirSortControl, QelDirControl> factoryQelDirSortControl;
 
 } // namespace Qel

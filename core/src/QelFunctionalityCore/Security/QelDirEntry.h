@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
 
@@ -11,11 +12,11 @@ namespace Qel {
 using QelNamedStrListProperty = QelNamedProperty<std::vector<std::string>, QelProperty>;
 
 /// -1 if the attribute has no name.
-struct QelDirAttributeReader {
+struct QEL_EXPORT QelDirAttributeReader {
     int operator()(const QelMessageIterator& cursor, QelNamedStrListProperty& attribute) const;
 };
 
-struct QelDirAttributeWriter : QelWriterBase {
+struct QEL_EXPORT QelDirAttributeWriter : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelNamedStrListProperty& attribute) const;
 };
 
@@ -31,7 +32,7 @@ struct QelDirAttribute : QelNamedStrListProperty {
 };
 
 /// An entry of a directory.
-struct QelDirEntry : QelRecord<QelDirEntry> {
+struct QEL_EXPORT QelDirEntry : QelRecord<QelDirEntry> {
     std::string dn; ///< distinguished name
     std::vector<QelDirAttribute> attributes;
 

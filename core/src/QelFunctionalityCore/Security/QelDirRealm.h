@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Configuration/QelRealm.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
@@ -9,7 +10,7 @@
 namespace Qel {
 
 /// A realm whose users are stored in an LDAP directory, with the parameters for accessing the directory.
-struct QelDirRealm : QelRealm {
+struct QEL_EXPORT QelDirRealm : QelRealm {
     /// QelRealm::type of this class.
     static constexpr int directoryType = 1;
 
@@ -47,15 +48,15 @@ struct QelDirRealm : QelRealm {
 };
 
 /// -1 if the realm has another type or is not valid.  Fields read before the failure are kept.
-struct QelDirRealm::Reader {
+struct QEL_EXPORT QelDirRealm::Reader {
     int operator()(const QelMessageIterator& cursor, QelDirRealm& realm) const;
 };
 
 /// Writes nothing and returns -1 if the realm is not valid.
-struct QelDirRealm::Writer : QelRecordWriter<QelDirRealm> {
+struct QEL_EXPORT QelDirRealm::Writer : QelRecordWriter<QelDirRealm> {
     int operator()(QelMessageIterator& cursor, const QelDirRealm& realm) const;
 };
 
-extern QelDerivedParserFactoryT<QelDirRealm, QelRealm> factoryQelDirRealm;
+QEL_EXPORT extern QelDerivedParserFactoryT<QelDirRealm, QelRealm> factoryQelDirRealm;
 
 } // namespace Qel

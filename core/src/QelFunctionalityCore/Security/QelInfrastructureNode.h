@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
@@ -9,7 +10,7 @@
 namespace Qel {
 
 /// Attributes of a folder in the infrastructure tree.
-struct QelInfrastructureFolderAttributes : QelRecord<QelInfrastructureFolderAttributes> {
+struct QEL_EXPORT QelInfrastructureFolderAttributes : QelRecord<QelInfrastructureFolderAttributes> {
     static constexpr int leastType = 1;
     static constexpr int greatestType = 5;
 
@@ -24,12 +25,12 @@ struct QelInfrastructureFolderAttributes : QelRecord<QelInfrastructureFolderAttr
 };
 
 /// 1 if a field could not be written.
-struct QelInfrastructureFolderAttributes::Writer : QelRecordWriter<QelInfrastructureFolderAttributes> {
+struct QEL_EXPORT QelInfrastructureFolderAttributes::Writer : QelRecordWriter<QelInfrastructureFolderAttributes> {
     int operator()(QelMessageIterator& cursor, const QelInfrastructureFolderAttributes& attributes) const;
 };
 
 /// Position of an object in the infrastructure tree.
-struct QelInfrastructureNode : QelRecord<QelInfrastructureNode> {
+struct QEL_EXPORT QelInfrastructureNode : QelRecord<QelInfrastructureNode> {
     QelGUID nodeID;
     QelGUID parentID;
     QelOptionalProperty<QelInfrastructureFolderAttributes> folder; ///< folders only
@@ -41,7 +42,7 @@ struct QelInfrastructureNode : QelRecord<QelInfrastructureNode> {
 };
 
 /// 1 if a field could not be written.
-struct QelInfrastructureNode::Writer : QelRecordWriter<QelInfrastructureNode> {
+struct QEL_EXPORT QelInfrastructureNode::Writer : QelRecordWriter<QelInfrastructureNode> {
     int operator()(QelMessageIterator& cursor, const QelInfrastructureNode& node) const;
 };
 

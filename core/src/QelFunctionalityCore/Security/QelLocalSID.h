@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Security/QelSID.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
 
@@ -9,7 +10,7 @@ namespace Qel {
 
 /// A globally unique SID for a principal of one environment.  It encodes the type in the authority, and the
 /// environment's EID and the principal's number there in five sub-authorities.
-class QelLocalSID {
+class QEL_EXPORT QelLocalSID {
 public:
     /// Type of a principal; each one has its own SID authority.
     enum PrincipalType : int {

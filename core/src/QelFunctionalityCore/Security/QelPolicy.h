@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelRecord.h"
@@ -13,17 +14,17 @@ namespace Qel {
 using QelPolicyRuleMap = std::map<std::string, std::string>;
 
 /// Reads the rules that are nested in the current element; -1 at an entry without a name or a value.
-struct QelPolicyRuleMapReader {
+struct QEL_EXPORT QelPolicyRuleMapReader {
     int operator()(const QelMessageIterator& cursor, QelPolicyRuleMap& rules) const;
 };
 
 /// Writes the entries in namespace 292, then resets the cursor to no namespace.
-struct QelPolicyRuleMapWriter : QelWriterBase {
+struct QEL_EXPORT QelPolicyRuleMapWriter : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelPolicyRuleMap& rules) const;
 };
 
 /// A policy, or a subset of its fields in a request.
-struct QelPolicy : QelRecord<QelPolicy> {
+struct QEL_EXPORT QelPolicy : QelRecord<QelPolicy> {
     QelOptionalProperty<QelGUID> policyID;
     QelOptionalProperty<std::string> name;
     QelOptionalProperty<std::string> description;
@@ -34,7 +35,7 @@ struct QelPolicy : QelRecord<QelPolicy> {
 };
 
 /// The level of a policy on an object.
-struct QelObjectToPolicyAssignment : QelRecord<QelObjectToPolicyAssignment> {
+struct QEL_EXPORT QelObjectToPolicyAssignment : QelRecord<QelObjectToPolicyAssignment> {
     QelGUID object;
     int policyLevel = 0;
 
@@ -42,7 +43,7 @@ struct QelObjectToPolicyAssignment : QelRecord<QelObjectToPolicyAssignment> {
 };
 
 /// A policy as it applies to an object, with the rules that are in effect.
-struct QelEffectivePolicyAssignment : QelRecord<QelEffectivePolicyAssignment> {
+struct QEL_EXPORT QelEffectivePolicyAssignment : QelRecord<QelEffectivePolicyAssignment> {
     QelGUID policyID;
     /// A read sets this to specified if the element is present, even if its content cannot be read.
     QelOptionalProperty<QelPolicyRuleMap> rules;

@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Security/QelSID.h"
 #include "QelFunctionalityCore/Values/QelGUID.h"
 #include "QelMessage/QelRecord.h"
@@ -10,7 +11,7 @@
 namespace Qel {
 
 /// A named set of operations.
-struct QelTask : QelRecord<QelTask> {
+struct QEL_EXPORT QelTask : QelRecord<QelTask> {
     std::string name; ///< required by reads; writes accept an empty one
     std::string description;
     std::set<std::string> operations; ///< names
@@ -19,14 +20,14 @@ struct QelTask : QelRecord<QelTask> {
 };
 
 /// A task that also includes other roles.
-struct QelRole : QelRecord<QelRole, QelTask> {
+struct QEL_EXPORT QelRole : QelRecord<QelRole, QelTask> {
     std::set<std::string> roles; ///< names
 
     static const QelWireLayout& wire;
 };
 
 /// Assigns a role on an object to a subject.
-struct QelRoleAssignment : QelRecord<QelRoleAssignment> {
+struct QEL_EXPORT QelRoleAssignment : QelRecord<QelRoleAssignment> {
     std::string role; ///< name of a QelRole
     QelSID subject;
     QelGUID object;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelWriterBase.h"
 
 namespace Qel {
@@ -13,7 +14,7 @@ class QelMessageIterator;
 
 /// Security identifier of a user, a group or an agent.  It has the structure of a Windows SID (MS-DTYP 2.4.2):
 /// revision, 48-bit authority, up to 15 sub-authorities of 32 bits.
-class QelSID {
+class QEL_EXPORT QelSID {
 public:
     /// Well-known identifiers.  Those named by number have no role that this library knows.
     enum WellKnownSIDs : int {
@@ -79,16 +80,16 @@ private:
 
 /// Reads the binary form, in base64, from the value of the current element.  Returns the cursor's result, or -1 if the
 /// value is not a SID.
-struct QelSID::Reader {
+struct QEL_EXPORT QelSID::Reader {
     int operator()(const QelMessageIterator& cursor, QelSID& sid) const;
 };
 
 /// -1 if the SID is empty.
-struct QelSID::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelSID::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelSID& sid) const;
 };
 
 /// Whether isWellKnownSID(which) holds for a member of the set.
-[[nodiscard]] bool containsWellKnownSID(const std::set<QelSID>& sids, QelSID::WellKnownSIDs which);
+QEL_EXPORT [[nodiscard]] bool containsWellKnownSID(const std::set<QelSID>& sids, QelSID::WellKnownSIDs which);
 
 } // namespace Qel

@@ -2,12 +2,13 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelRecord.h"
 
 namespace Qel {
 
 /// Location of the single sign-on server.
-struct QelSSOServerConfig : QelRecord<QelSSOServerConfig> {
+struct QEL_EXPORT QelSSOServerConfig : QelRecord<QelSSOServerConfig> {
     std::string server;
     std::string serverVersion;
     bool enabled = false;
@@ -19,13 +20,13 @@ struct QelSSOServerConfig : QelRecord<QelSSOServerConfig> {
 };
 
 /// Logs an error and returns -1 if a required parameter is missing.
-struct QelSSOServerConfig::Reader {
+struct QEL_EXPORT QelSSOServerConfig::Reader {
     int operator()(const QelMessageIterator& cursor, QelSSOServerConfig& config) const;
 };
 
 /// Registration of a service with the single sign-on server.  Fields named after their element ID are opaque data of
 /// the server.
-struct QelSSOServiceProviderConfig : QelRecord<QelSSOServiceProviderConfig> {
+struct QEL_EXPORT QelSSOServiceProviderConfig : QelRecord<QelSSOServiceProviderConfig> {
     std::string name;
     bool enabled = false;
     std::string field2137;
@@ -45,7 +46,7 @@ struct QelSSOServiceProviderConfig : QelRecord<QelSSOServiceProviderConfig> {
 };
 
 /// Logs an error and returns -1 if a required parameter is missing.
-struct QelSSOServiceProviderConfig::Reader {
+struct QEL_EXPORT QelSSOServiceProviderConfig::Reader {
     int operator()(const QelMessageIterator& cursor, QelSSOServiceProviderConfig& config) const;
 };
 

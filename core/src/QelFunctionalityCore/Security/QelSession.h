@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelIPv6.h"
 #include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Security/QelToken.h"
@@ -12,7 +13,7 @@
 namespace Qel {
 
 /// A login session.
-class QelSession {
+class QEL_EXPORT QelSession {
 public:
     /// Sentinel for `timeout`: the session does not expire.
     static constexpr int persistent = -1;
@@ -57,7 +58,7 @@ private:
 
 /// Requires the message envelope to carry a time; otherwise returns -1 and reads nothing.  Stops with -1 if a required
 /// field is missing or unreadable, and leaves the fields after it unchanged.  Inserts data into the existing map.
-struct QelSession::Reader {
+struct QEL_EXPORT QelSession::Reader {
     explicit Reader(bool leaveOutData = false) : withoutData(leaveOutData) {}
 
     int operator()(const QelMessageIterator& cursor, QelSession& session) const;
@@ -66,7 +67,7 @@ struct QelSession::Reader {
 };
 
 /// Always 0.
-struct QelSession::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelSession::Writer : QelWriterBaseT<Writer> {
     explicit Writer(bool leaveOutData = false) : withoutData(leaveOutData) {}
 
     int operator()(QelMessageIterator& cursor, const QelSession& session) const;
@@ -75,16 +76,16 @@ struct QelSession::Writer : QelWriterBaseT<Writer> {
 };
 
 /// Reads session data from the entries of the current element; -1 at an entry without a key.
-struct QelSessionDataReader {
+struct QEL_EXPORT QelSessionDataReader {
     int operator()(const QelMessageIterator& cursor, QelSession::Data& data) const;
 };
 
-struct QelSessionDataWriter : QelWriterBase {
+struct QEL_EXPORT QelSessionDataWriter : QelWriterBase {
     int operator()(QelMessageIterator& cursor, const QelSession::Data& data) const;
 };
 
 /// A client registered with the agent.
-struct QelRegisteredClient : QelRecord<QelRegisteredClient> {
+struct QEL_EXPORT QelRegisteredClient : QelRecord<QelRegisteredClient> {
     std::string clientID;
     int clientValue = 0;
 

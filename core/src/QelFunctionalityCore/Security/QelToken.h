@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Configuration/QelAuthName.h"
 #include "QelFunctionalityCore/Security/QelSID.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
@@ -14,7 +15,7 @@ namespace Qel {
 /// Security token: the identity under which an operation runs.
 ///
 /// The process has one current token, initially the agent's.  getCurrent and setCurrent are not thread-safe.
-class QelToken {
+class QEL_EXPORT QelToken {
 public:
     struct Reader;
     struct Writer;
@@ -54,12 +55,12 @@ private:
 
 /// If there is no SID, returns -1 and leaves the token unchanged.  Otherwise replaces all fields and returns 0: a
 /// missing field becomes empty, and a list ends before its first unreadable item.
-struct QelToken::Reader {
+struct QEL_EXPORT QelToken::Reader {
     int operator()(const QelMessageIterator& cursor, QelToken& token) const;
 };
 
 /// -1 if the SID of the token is empty, 1 if a SID in a list is empty.
-struct QelToken::Writer : QelRecordWriter<QelToken> {
+struct QEL_EXPORT QelToken::Writer : QelRecordWriter<QelToken> {
     int operator()(QelMessageIterator& cursor, const QelToken& token) const;
 };
 

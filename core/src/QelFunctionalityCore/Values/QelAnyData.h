@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelMessage.h"
 #include "QelMessage/QelMessageIterator.h"
 
@@ -14,7 +15,7 @@ namespace Qel {
 ///
 /// Holds a cursor on the element.  The tree under the cursor is either owned, or borrowed and must then outlive this
 /// object.
-class QelAnyData {
+class QEL_EXPORT QelAnyData {
 public:
     struct Reader;
     struct Writer;
@@ -92,7 +93,7 @@ private:
 };
 
 /// Reads a copy of the child whose ID was passed to the object's constructor.
-struct QelAnyData::Reader {
+struct QEL_EXPORT QelAnyData::Reader {
     explicit Reader(bool isOptional = false) : optional(isOptional) {}
 
     /// If the child is missing, leaves the object unchanged and returns 0 if it is optional, -1 otherwise.
@@ -103,7 +104,7 @@ struct QelAnyData::Reader {
 
 /// Adds the element as a child of the current one.  Use it with ID 0: putObj with another ID would nest the element one
 /// level deeper.
-struct QelAnyData::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelAnyData::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelAnyData& any) const;
 };
 

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelEnvIDComparator.h"
 
 namespace Qel {
@@ -19,12 +20,12 @@ public:
 
 /// Inserts the identifiers from the children 1866 of the current element.  There may be none.  Stops with -1 at the
 /// first child that does not contain an identifier.
-struct QelEIDList::Reader {
+struct QEL_EXPORT QelEIDList::Reader {
     int operator()(const QelMessageIterator& cursor, QelEIDList& list) const;
 };
 
 /// Appends each identifier as a child 1866 in namespace 292.
-struct QelEIDList::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelEIDList::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelEIDList& list) const;
 };
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelSortOrder.h"
 #include "QelFunctionalityCore/Values/QelEID.h"
 
@@ -13,7 +14,7 @@ namespace Qel {
 ///
 /// Sort keys are stored in the environment cache.  The order of a set therefore depends on the cache content at
 /// insertion, and is a strict weak ordering only as long as the keys of its members do not change.
-struct QelEnvIDComparator {
+struct QEL_EXPORT QelEnvIDComparator {
     /// Returns an environment's sort key; nullopt if the environment is unknown or the cache is unavailable.
     using SortKeySource = std::optional<std::uint32_t> (*)(const QelEID&);
 

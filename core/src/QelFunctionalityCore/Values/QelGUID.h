@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelGUIDBase.h"
 #include "QelMessage/QelWriterBase.h"
 
@@ -20,11 +21,11 @@ public:
 };
 
 /// -1, and `guid` unchanged, if the element has no value or the value is not a GUID.
-struct QelGUID::Reader {
+struct QEL_EXPORT QelGUID::Reader {
     int operator()(const QelMessageIterator& cursor, QelGUID& guid) const;
 };
 
-struct QelGUID::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelGUID::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelGUID& guid) const;
 };
 

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelWriterBase.h"
 
 namespace Qel {
@@ -9,7 +10,7 @@ namespace Qel {
 class QelMessageIterator;
 
 /// An IP address with its netmask, as strings.  They are stored without validation; compare() parses them.
-struct QelIPAddress {
+struct QEL_EXPORT QelIPAddress {
     std::string ip;      ///< IPv4 or IPv6
     std::string netmask; ///< prefix length in decimal, see setNetmask(); empty: unset
 
@@ -37,18 +38,18 @@ struct QelIPAddress {
 };
 
 /// The address is required, the netmask is optional.  Returns the cursor's result for the address.
-struct QelIPAddress::Reader {
+struct QEL_EXPORT QelIPAddress::Reader {
     int operator()(const QelMessageIterator& cursor, QelIPAddress& address) const;
 };
 
 /// Writes an IPv4 netmask as a dotted quad.
-struct QelIPAddress::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelIPAddress::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelIPAddress& address) const;
 };
 
 /// Predicate: the candidate has the wanted address string and the wanted netmask.  An empty field of the wanted address
 /// matches everything.
-class ipCompare {
+class QEL_EXPORT ipCompare {
 public:
     explicit ipCompare(const QelIPAddress& wanted);
 

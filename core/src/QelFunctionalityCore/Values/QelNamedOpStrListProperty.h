@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Values/QelProperty.h"
 #include "QelMessage/QelWriterBase.h"
 
@@ -13,7 +14,7 @@ namespace Qel {
 class QelMessageIterator;
 
 /// A named list of strings with the operation to apply to it.
-class QelNamedOpStrListProperty : public QelNamedProperty<std::vector<std::string>, QelOperationProperty> {
+class QEL_EXPORT QelNamedOpStrListProperty : public QelNamedProperty<std::vector<std::string>, QelOperationProperty> {
 public:
     struct Reader;
     struct Writer;
@@ -28,18 +29,18 @@ public:
 };
 
 /// -1 if the name is missing or a list item cannot be read.
-struct QelNamedOpStrListProperty::Reader {
+struct QEL_EXPORT QelNamedOpStrListProperty::Reader {
     int operator()(const QelMessageIterator& cursor, QelNamedOpStrListProperty& property) const;
 };
 
-struct QelNamedOpStrListProperty::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelNamedOpStrListProperty::Writer : QelWriterBaseT<Writer> {
     /// Always 0.
     int operator()(QelMessageIterator& cursor, const QelNamedOpStrListProperty& property) const;
 };
 
 /// Ordering by name, case-insensitive.  Neither pointer may be null; only two null pointers are detected, and terminate
 /// the process.
-struct QelLessNamedOpStrListPropertyPtr {
+struct QEL_EXPORT QelLessNamedOpStrListPropertyPtr {
     bool operator()(const boost::shared_ptr<QelNamedOpStrListProperty>& a,
                     const boost::shared_ptr<QelNamedOpStrListProperty>& b) const;
 };

@@ -3,6 +3,7 @@
 #include <set>
 #include <string_view>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelContainers.h"
 #include "QelMessage/QelMessageIterator.h"
 #include "QelMessage/QelRecord.h"
@@ -10,7 +11,7 @@
 namespace Qel {
 
 /// Identifies a vocabulary by name and version.
-struct QelVocID {
+struct QEL_EXPORT QelVocID {
     /// ID of the parameter that contains the version of its vocabulary.
     static constexpr std::string_view versionParameter = "vocversion";
 
@@ -33,7 +34,7 @@ struct QelVocID {
 };
 
 /// -1 if the name or the version is missing.  A name or version of 256 or more characters terminates the process.
-struct QelVocID::Reader {
+struct QEL_EXPORT QelVocID::Reader {
     /// `hasVersionElement`: the version is stored in an element of its own, the form that the writer produces.
     /// Otherwise the current element is a vocabulary, and its first parameter with ID `versionParameter` contains the
     /// version.
@@ -44,7 +45,7 @@ struct QelVocID::Reader {
     bool versionElement;
 };
 
-struct QelVocID::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelVocID::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelVocID& vocID) const;
 };
 

@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 
+#include "QelCommon/Export.h"
 #include "QelMessage/QelBinaryIterator.h"
 
 namespace Qel {
@@ -12,7 +13,7 @@ namespace Qel {
 ///
 /// The message must contain a single vocabulary.  The caller keeps ownership of it, and it must outlive the iterator. A
 /// new iterator is positioned at the root of the message.  Operations return 0 on success and -1 on failure.
-class QelVocIterator : public QelBinaryIterator {
+class QEL_EXPORT QelVocIterator : public QelBinaryIterator {
 public:
     using Categories = std::set<std::string>;
 

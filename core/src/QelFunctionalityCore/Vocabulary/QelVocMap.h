@@ -6,6 +6,7 @@
 #include <boost/intrusive_ptr.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocID.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocMapIterator.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocPrototype.h"
@@ -19,7 +20,7 @@ namespace Qel {
 ///
 /// Operations return 0 on success and -1 on failure, or a new iterator owned by the caller, null on failure.  Iterators
 /// refer to the map's message: reset() and erase() invalidate them.  Not thread-safe.
-class QelVocMap {
+class QEL_EXPORT QelVocMap {
 public:
     using Categories = QelVocIterator::Categories;
     using QelVocIDSortUniqueName = Qel::QelVocIDSortUniqueName;

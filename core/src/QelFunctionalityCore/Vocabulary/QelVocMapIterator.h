@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocID.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocIterator.h"
 
@@ -14,7 +15,7 @@ namespace Qel {
 /// categories or parameters of each in document order.  Does not copy them.
 ///
 /// The set of vocabularies is fixed at construction.  Removing one of them from the map invalidates the iterator.
-class QelVocMapIterator : public QelVocIterator {
+class QEL_EXPORT QelVocMapIterator : public QelVocIterator {
 public:
     /// Iterates over the vocabularies whose name and version are in `filter`; over all if it is null or empty.  Skips
     /// vocabularies whose identity cannot be read.  Of several with equal identity, the last one counts.  The message

@@ -5,6 +5,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 
+#include "QelCommon/Export.h"
 #include "QelCore/QelLock.h"
 #include "QelCore/QelRefCounter.h"
 #include "QelFunctionalityCore/Vocabulary/QelVocIterator.h"
@@ -19,7 +20,7 @@ namespace Qel {
 ///
 /// Thread safety: any thread may replace or save the message and create iterators.  The tree itself is not protected:
 /// iterators access it without a lock.
-class QelVocPrototype : public virtual QelRefCounter {
+class QEL_EXPORT QelVocPrototype : public virtual QelRefCounter {
 public:
     using Categories = QelVocIterator::Categories;
 
@@ -84,13 +85,13 @@ private:
 
 /// Replaces the vocabulary with a copy of the children of the current element.  If a child cannot be copied, returns -1
 /// and leaves no message.
-struct QelVocPrototype::Reader {
+struct QEL_EXPORT QelVocPrototype::Reader {
     int operator()(const QelMessageIterator& cursor, QelVocPrototype& voc) const;
 };
 
 /// Appends the categories and parameters to the current element, and sets the namespace of all its children to 292.
 /// -1 if there is no vocabulary or an element cannot be copied.
-struct QelVocPrototype::Writer : QelWriterBaseT<Writer> {
+struct QEL_EXPORT QelVocPrototype::Writer : QelWriterBaseT<Writer> {
     int operator()(QelMessageIterator& cursor, const QelVocPrototype& voc) const;
 };
 
