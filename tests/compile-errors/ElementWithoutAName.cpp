@@ -1,4 +1,4 @@
-// error: "no element has this name; see QelElementNames.h"
+// error: no element has this name
 #include "QelMessage/QelElementNames.h"
 
 int element() {
