@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -393,12 +394,31 @@ inline constexpr Entry elementEntries[] = {
 
 } // namespace QelNames
 
-/// The ID of the element with this name: `"name"_element` is 1026.  A name that is not in the table does not compile.
-consteval int operator""_element(const char* name, std::size_t length) {
+namespace Internal {
+
+/// A string literal as a template argument.
+template <std::size_t size> struct ElementName {
+    consteval ElementName(const char (&literal)[size]) { std::copy_n(literal, size, text); }
+
+    char text[size];
+};
+
+constexpr int elementIDOf(std::string_view name) {
     for (const QelNames::Entry& entry : QelNames::elementEntries)
-        if (entry.name == std::string_view(name, length))
+        if (entry.name == name)
             return entry.id;
-    throw "no element has this name; see QelElementNames.h";
+    return 0;
+}
+
+} // namespace Internal
+
+/// The ID of the element with this name: `"name"_element` is 1026.  A name that is not in the table does not compile.
+///
+/// A template and not consteval, because clang 14 emits calls of a consteval literal operator, which has no definition.
+template <Internal::ElementName name> constexpr int operator""_element() noexcept {
+    constexpr int id = Internal::elementIDOf(name.text);
+    static_assert(id != 0, "no element has this name; see QelElementNames.h");
+    return id;
 }
 
 } // namespace Qel
