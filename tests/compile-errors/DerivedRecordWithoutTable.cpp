@@ -1,4 +1,4 @@
-// error: this record has no wire table: declare `static const QelWireLayout& wire;` in it
+// error: this record has no wire table
 #include "QelFunctionalityCore/Environment/QelEnvStatus.h"
 
 struct Status : Qel::QelRecord<Status, Qel::QelEnvStatus> {

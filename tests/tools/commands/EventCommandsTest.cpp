@@ -80,7 +80,7 @@ TEST_F(EventCommandsTest, ShowReadsTitlesFromCache) {
 }
 
 TEST_F(EventCommandsTest, ShowWithoutCacheLogsNothing) {
-    const Qel::TestSupport::LogCapture log(Qel::LogLevel::trace);
+    const Qel::TestSupport::LogCapture log;
     EXPECT_THAT(show("resource-alert"), HasSubstr("red alert on environment " + database));
     EXPECT_THAT(log.messages(), testing::IsEmpty());
     EXPECT_EQ(Qel::debug_level, Qel::TestSupport::LogCapture::allLevels) << "the level is restored";
