@@ -400,7 +400,7 @@ namespace Internal {
 template <std::size_t size> struct ElementName {
     consteval ElementName(const char (&literal)[size]) { std::copy_n(literal, size, text); }
 
-    char text[size];
+    char text[size]{};
 };
 
 constexpr int elementIDOf(std::string_view name) {

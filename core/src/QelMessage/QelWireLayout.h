@@ -102,34 +102,49 @@ struct QelWireField {
     unsigned* (*mask)(void* record) = nullptr; ///< the record's mask; null if the field has no bit in one
 
     /// A failure to write this field is ignored.
-    [[nodiscard]] constexpr QelWireField bestEffort() const { return with(&QelWireField::isBestEffort, true); }
+    [[nodiscard]] constexpr QelWireField bestEffort() const {
+        QelWireField row = *this;
+        row.isBestEffort = true;
+        return row;
+    }
 
     /// Rejects the container's element as malformed if it contains no items.
-    [[nodiscard]] constexpr QelWireField nonEmpty() const { return with(&QelWireField::isNonEmpty, true); }
+    [[nodiscard]] constexpr QelWireField nonEmpty() const {
+        QelWireField row = *this;
+        row.isNonEmpty = true;
+        return row;
+    }
 
     /// Keeps the value of a flag, a bit mask or an optional if its elements are missing, instead of clearing it.
-    [[nodiscard]] constexpr QelWireField kept() const { return with(&QelWireField::isKept, true); }
+    [[nodiscard]] constexpr QelWireField kept() const {
+        QelWireField row = *this;
+        row.isKept = true;
+        return row;
+    }
 
     /// Clears a sequence before reading, instead of appending to it.
-    [[nodiscard]] constexpr QelWireField cleared() const { return with(&QelWireField::isCleared, true); }
+    [[nodiscard]] constexpr QelWireField cleared() const {
+        QelWireField row = *this;
+        row.isCleared = true;
+        return row;
+    }
 
     /// Sets the form of a step's content.
     [[nodiscard]] constexpr QelWireField withForm(QelWireForm stepForm) const {
-        return with(&QelWireField::form, stepForm);
+        QelWireField row = *this;
+        row.form = stepForm;
+        return row;
     }
 
     /// Nests the value of each item of a sequence or set in an element `valueID`.
-    [[nodiscard]] constexpr QelWireField withValue(int valueID) const { return with(&QelWireField::value, valueID); }
+    [[nodiscard]] constexpr QelWireField withValue(int valueID) const {
+        QelWireField row = *this;
+        row.value = valueID;
+        return row;
+    }
 
     /// The ID that distinguishes this row from the others of its table.
     [[nodiscard]] constexpr int ownID() const { return id != 0 ? id : item; }
-
-private:
-    template <class T> [[nodiscard]] constexpr QelWireField with(T QelWireField::*property, T setting) const {
-        QelWireField row = *this;
-        row.*property = setting;
-        return row;
-    }
 };
 
 /// A record's table: the input of readByLayout() and writeByLayout(), and of tools that describe records.
