@@ -35,6 +35,7 @@ public:
 
     /// Returns whether `a` begins before `b`, despite its name: callers sort by it in ascending order.
     // The public interface prescribes parameters by value.
+    // NOLINTNEXTLINE(performance-unnecessary-value-param)
     static bool dayGreater(QelSchedulerDayDuration a, QelSchedulerDayDuration b) { return a.begin < b.begin; }
 
     int day; ///< day of the month, or week day (0 for Sunday) if the span is a week
